@@ -1,0 +1,51 @@
+# How every target of the project is compiled, and how a library of it is declared.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release)
+endif()
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
+# Warnings and sanitizers are this project's own affair: neither is handed on to those who link it.
+function(vireo_compile_options target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic)
+    if(VIREO_WARNINGS_AS_ERRORS)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(VIREO_SANITIZE)
+        target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                                                 -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+    endif()
+endfunction()
+
+# vireo_add_library(<target> ALIAS <name> DEFINE <export macro's switch> HEADERS ... SOURCES ...)
+# A shared library of the project. HEADERS are public: they are installed under their path from the repository root,
+# from which they are included, and a test compiles each of them alone.
+function(vireo_add_library target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "ALIAS;DEFINE" "HEADERS;SOURCES")
+    add_library(${target} SHARED)
+    add_library(${arg_ALIAS} ALIAS ${target})
+    target_sources(${target} PRIVATE ${arg_SOURCES}
+        PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${arg_HEADERS})
+    target_compile_definitions(${target} PRIVATE ${arg_DEFINE})
+    target_compile_features(${target} PUBLIC cxx_std_20)
+    string(REGEX REPLACE ".*::" "" export_name ${arg_ALIAS})
+    set_target_properties(${target} PROPERTIES EXPORT_NAME ${export_name} VERSION ${PROJECT_VERSION} SOVERSION 0)
+    vireo_compile_options(${target})
+    install(TARGETS ${target} EXPORT ${target}Targets FILE_SET HEADERS)
+endfunction()

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QFrame>
+#include <QImage>
+#include <memory>
+#include <string>
+
+#include "tavo/base/Export.h"
+
+class QToolButton;
+
+namespace tavo {
+
+class EventDisplayer;
+class MetaClass;
+
+// One section of the debug window: a displayer's widget under a title bar that collapses it, saves a picture of it and
+// closes it.
+class TAVO_BASE_EXPORT DebugSection : public QFrame
+{
+    Q_OBJECT
+
+public:
+    // Makes a displayer of that class and its widget. Throws PException if the class is null or makes no EventDisplayer.
+    DebugSection(const MetaClass* displayerClass, std::string name, QWidget* parent);
+    ~DebugSection() override;
+
+    const MetaClass* getDisplayerClass() const { return m_DisplayerClass; }
+    const std::string& getName() const { return m_Name; }
+    EventDisplayer& getDisplayer() { return *m_Displayer; }
+
+    // The displayer's widget, null if it has none. It belongs to the section.
+    QWidget* getDisplayerWidget() const { return m_Widget; }
+
+    bool isCollapsed() const;
+    void setCollapsed(bool collapsed);
+
+    // A picture of the displayer's view, null if there is none.
+    QImage getPicture();
+
+    // Saves it as a PNG or whatever else the file's name says. A picture that cannot be written is an error in the debug
+    // output, and false.
+    bool savePicture(const QString& fileName);
+
+signals:
+    // The person has closed the section, which hides it, or it was reopened.
+    void closed();
+    void reopened();
+
+public slots:
+    void close();
+    void reopen();
+
+    // Asks for a file without blocking the program, and saves the picture into it.
+    void askWhereToSave();
+
+private:
+    QWidget* makeTitleBar();
+
+    const MetaClass* m_DisplayerClass;
+    std::string m_Name;
+    std::unique_ptr<EventDisplayer> m_Displayer;
+    QWidget* m_Widget;
+    QToolButton* m_CollapseButton;
+};
+
+} // namespace tavo

@@ -1,0 +1,120 @@
+#include "tavo/base/debug/DebugWindow.h"
+
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <memory>
+
+#include "tavo/base/debug/DebugSection.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr QSize PREFERRED_SIZE(640, 720);
+constexpr int LOG_HEIGHT = 120;
+constexpr int LOG_LINES = 10000;
+
+} // namespace
+
+DebugWindow::DebugWindow()
+    : m_SectionLayout(nullptr)
+    , m_ClosedSections(new QToolButton(this))
+    , m_ClosedMenu(new QMenu(m_ClosedSections))
+    , m_Log(new QPlainTextEdit)
+{
+    setWindowTitle(tr("Debug output"));
+    setAttribute(Qt::WA_QuitOnClose, false);
+
+    m_ClosedSections->setObjectName("closedSections");
+    m_ClosedSections->setText(tr("Closed sections"));
+    m_ClosedSections->setMenu(m_ClosedMenu);
+    m_ClosedSections->setPopupMode(QToolButton::InstantPopup);
+    m_ClosedSections->hide();
+
+    auto* sections = new QWidget;
+    m_SectionLayout = new QVBoxLayout(sections);
+    m_SectionLayout->setAlignment(Qt::AlignTop);
+    m_SectionLayout->setContentsMargins(2, 2, 2, 2);
+    auto* scrollArea = new QScrollArea;
+    scrollArea->setWidgetResizable(true);
+    scrollArea->setWidget(sections);
+
+    m_Log->setObjectName("log");
+    m_Log->setReadOnly(true);
+    m_Log->setMaximumBlockCount(LOG_LINES);
+
+    auto* splitter = new QSplitter(Qt::Vertical, this);
+    splitter->addWidget(scrollArea);
+    splitter->addWidget(m_Log);
+    splitter->setStretchFactor(0, 1);
+    splitter->setStretchFactor(1, 0);
+    splitter->setSizes({PREFERRED_SIZE.height() - LOG_HEIGHT, LOG_HEIGHT});
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_ClosedSections);
+    layout->addWidget(splitter);
+
+    resize(PREFERRED_SIZE.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
+}
+
+DebugWindow::~DebugWindow() = default;
+
+EventDisplayer& DebugWindow::getDisplayer(const MetaClass* displayerClass, const std::string& name)
+{
+    DebugSection* section = findSection(displayerClass, name);
+    if (!section)
+        section = addSection(displayerClass, name);
+    return section->getDisplayer();
+}
+
+DebugSection* DebugWindow::findSection(const MetaClass* displayerClass, const std::string& name) const
+{
+    const auto found = std::find_if(m_Sections.begin(), m_Sections.end(), [&](const DebugSection* section) {
+        return section->getDisplayerClass() == displayerClass && section->getName() == name;
+    });
+    return found != m_Sections.end() ? *found : nullptr;
+}
+
+DebugSection* DebugWindow::addSection(const MetaClass* displayerClass, const std::string& name)
+{
+    auto section = std::make_unique<DebugSection>(displayerClass, name, nullptr);
+    connect(section.get(), &DebugSection::closed, this, &DebugWindow::listClosedSections);
+    connect(section.get(), &DebugSection::reopened, this, &DebugWindow::listClosedSections);
+    m_Sections.push_back(section.get());
+    m_SectionLayout->addWidget(section.get());
+    show();
+    return section.release();
+}
+
+void DebugWindow::listClosedSections()
+{
+    m_ClosedMenu->clear();
+    for (DebugSection* section : m_Sections)
+        if (section->isHidden())
+            m_ClosedMenu->addAction(QString::fromStdString(section->getName()), section, &DebugSection::reopen);
+    m_ClosedSections->setVisible(!m_ClosedMenu->isEmpty());
+}
+
+void DebugWindow::appendText(const std::string& text)
+{
+    const bool follow = !m_Log->textCursor().hasSelection();
+    QTextCursor end(m_Log->document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(QString::fromStdString(text));
+    if (follow) {
+        m_Log->moveCursor(QTextCursor::End);
+        m_Log->ensureCursorVisible();
+    }
+}
+
+} // namespace tavo
