@@ -45,22 +45,26 @@ void keep(std::string& kept, const std::string& text)
 
 void deleteWindow()
 {
-    delete state().window;
+    DebugWindow* window = nullptr;
+    {
+        const std::lock_guard lock(state().mutex);
+        window = state().window;
+        state().window = nullptr;
+    }
+    delete window;
 }
 
 // Opens the window on the first call. It goes before the QApplication does.
 DebugWindow& openedWindow()
 {
-    QPointer<DebugWindow>& window = state().window;
-    if (!window) {
-        {
-            const std::lock_guard lock(state().mutex);
-            window = new DebugWindow;
-        }
-        window->appendText(debugOutput.getText());
+    if (!state().window) {
+        auto* window = new DebugWindow;
         qAddPostRoutine(deleteWindow);
+        const std::lock_guard lock(state().mutex);
+        window->appendText(state().text);
+        state().window = window;
     }
-    return *window;
+    return *state().window;
 }
 
 bool canShowEvents()
@@ -83,9 +87,13 @@ bool canShowEvents()
 
 DebugOutput& DebugOutput::operator<<(const std::string& text)
 {
-    const std::lock_guard lock(state().mutex);
-    keep(state().text, text);
-    if (DebugWindow* window = state().window)
+    DebugWindow* window = nullptr;
+    {
+        const std::lock_guard lock(state().mutex);
+        keep(state().text, text);
+        window = state().window;
+    }
+    if (window)
         // At once on the window's own thread, else when that gets to it.
         QMetaObject::invokeMethod(window, [window, text] { window->appendText(text); });
     else

@@ -81,7 +81,7 @@ QWidget* DebugSection::makeTitleBar()
 
     QToolButton* closeButton = makeButton(bar, "close", tr("Close"));
     closeButton->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
-    connect(closeButton, &QToolButton::clicked, this, &DebugSection::close);
+    connect(closeButton, &QToolButton::clicked, this, [this] { setClosed(true); });
 
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(2, 2, 2, 2);
@@ -105,16 +105,10 @@ void DebugSection::setCollapsed(bool collapsed)
         m_Widget->setHidden(collapsed);
 }
 
-void DebugSection::close()
+void DebugSection::setClosed(bool closed)
 {
-    hide();
-    emit closed();
-}
-
-void DebugSection::reopen()
-{
-    show();
-    emit reopened();
+    setHidden(closed);
+    emit closedChanged();
 }
 
 QImage DebugSection::getPicture()

@@ -35,6 +35,10 @@ public:
     bool isCollapsed() const;
     void setCollapsed(bool collapsed);
 
+    // A closed section is hidden; its displayer goes on receiving events.
+    bool isClosed() const { return isHidden(); }
+    void setClosed(bool closed);
+
     // A picture of the displayer's view, null if there is none.
     QImage getPicture();
 
@@ -43,19 +47,14 @@ public:
     bool savePicture(const QString& fileName);
 
 signals:
-    // The person has closed the section, which hides it, or it was reopened.
-    void closed();
-    void reopened();
-
-public slots:
-    void close();
-    void reopen();
-
-    // Asks for a file without blocking the program, and saves the picture into it.
-    void askWhereToSave();
+    // The section was closed or reopened.
+    void closedChanged();
 
 private:
     QWidget* makeTitleBar();
+
+    // Asks for a file without blocking the program, and saves the picture into it.
+    void askWhereToSave();
 
     const MetaClass* m_DisplayerClass;
     std::string m_Name;

@@ -32,6 +32,7 @@ DebugWindow::DebugWindow()
 {
     setWindowTitle(tr("Debug output"));
     setAttribute(Qt::WA_QuitOnClose, false);
+    setAttribute(Qt::WA_ShowWithoutActivating);
 
     m_ClosedSections->setObjectName("closedSections");
     m_ClosedSections->setText(tr("Closed sections"));
@@ -88,8 +89,7 @@ DebugSection* DebugWindow::findSection(const MetaClass* displayerClass, const st
 DebugSection* DebugWindow::addSection(const MetaClass* displayerClass, const std::string& name)
 {
     auto section = std::make_unique<DebugSection>(displayerClass, name, nullptr);
-    connect(section.get(), &DebugSection::closed, this, &DebugWindow::listClosedSections);
-    connect(section.get(), &DebugSection::reopened, this, &DebugWindow::listClosedSections);
+    connect(section.get(), &DebugSection::closedChanged, this, &DebugWindow::listClosedSections);
     m_Sections.push_back(section.get());
     m_SectionLayout->addWidget(section.get());
     show();
@@ -100,8 +100,9 @@ void DebugWindow::listClosedSections()
 {
     m_ClosedMenu->clear();
     for (DebugSection* section : m_Sections)
-        if (section->isHidden())
-            m_ClosedMenu->addAction(QString::fromStdString(section->getName()), section, &DebugSection::reopen);
+        if (section->isClosed())
+            m_ClosedMenu->addAction(
+                QString::fromStdString(section->getName()), section, [section] { section->setClosed(false); });
     m_ClosedSections->setVisible(!m_ClosedMenu->isEmpty());
 }
 

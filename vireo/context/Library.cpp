@@ -1,0 +1,22 @@
+#include "vireo/context/Library.h"
+
+#include "vireo/displayers/GLEventObject.h"
+#include "vireo/displayers/GLPointCloudDisplayer.h"
+#include "vireo/resources/ButtonImages.h"
+
+namespace tavo {
+
+void initVireo()
+{
+    registerButtonImages();
+    GLEventObject::init(Object::getClass());
+    GLPointCloudDisplayer::init(GLEventObject::getClass());
+}
+
+void shutdownVireo()
+{
+    GLEventObject::shutdown();
+    GLPointCloudDisplayer::shutdown();
+}
+
+} // namespace tavo

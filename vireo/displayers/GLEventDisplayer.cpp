@@ -1,0 +1,80 @@
+#include "vireo/displayers/GLEventDisplayer.h"
+
+#include <memory>
+#include <new>
+
+#include "tavo/base/debug/DebugOutput.h"
+#include "tavo/base/objects/ClassRecord.h"
+#include "vireo/displayers/GLEventDisplayerWidget.h"
+#include "vireo/displayers/GLEventObject.h"
+
+namespace tavo {
+
+MetaClass* GLEventDisplayer::GLEventDisplayerMetaClass = nullptr;
+
+GLEventDisplayer::SetNewGLEventObject::SetNewGLEventObject(GLEventObject* object, bool updateExisting)
+    : object(object)
+    , updateExisting(updateExisting)
+{}
+
+GLEventDisplayer::SetNewGLEventObject::~SetNewGLEventObject() = default;
+
+GLEventDisplayer::GLEventDisplayer()
+    : m_Widget(nullptr)
+{}
+
+GLEventDisplayer::GLEventDisplayer(const GLEventDisplayer& other) = default;
+GLEventDisplayer& GLEventDisplayer::operator=(const GLEventDisplayer& other) = default;
+GLEventDisplayer::~GLEventDisplayer() = default;
+
+QWidget* GLEventDisplayer::createSpecialWidget(QWidget* parent)
+{
+    m_Widget = new (std::nothrow) GLEventDisplayerWidget(parent, Qt::WindowFlags());
+    return m_Widget;
+}
+
+void GLEventDisplayer::displayEvent(const EventDisplayerEvent* event, const char*)
+{
+    if (!m_Widget)
+        return;
+    if (const auto* newObject = dynamic_cast<const SetNewGLEventObject*>(event))
+        m_Widget->setGLEventObject(newObject->object, newObject->updateExisting);
+}
+
+const MetaClass* GLEventDisplayer::getClass()
+{
+    return createClassRecord<GLEventDisplayer>(GLEventDisplayerMetaClass, "GLEventDisplayer", newInstance);
+}
+
+const MetaClass* GLEventDisplayer::getInstanceClass() const
+{
+    return getClass();
+}
+
+void GLEventDisplayer::initMetaClass() {}
+
+void GLEventDisplayer::init(const MetaClass* parent)
+{
+    getClass();
+    initClassRecord(GLEventDisplayerMetaClass, parent, 1000);
+}
+
+void GLEventDisplayer::shutdown()
+{
+    delete GLEventDisplayerMetaClass; // deliberately not reset
+}
+
+Object* GLEventDisplayer::newInstance()
+{
+    return new (std::nothrow) GLEventDisplayer;
+}
+
+void sendGLEventObject(std::string name, GLEventObject* object)
+{
+    std::unique_ptr<GLEventObject> unsent(object);
+    const GLEventDisplayer::SetNewGLEventObject event(object, true);
+    if (debugOutput.displayEvent(GLEventDisplayer::getClass(), name, &event))
+        static_cast<void>(unsent.release());
+}
+
+} // namespace tavo

@@ -1,0 +1,392 @@
+#include "vireo/displayers/GLEventDisplayerWidget.h"
+
+#include <QCursor>
+#include <QGLFramebufferObject>
+#include <QGLWidget>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <optional>
+
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/gui/Camera.h"
+#include "tavo/base/gui/ExaminerCameraController.h"
+#include "tavo/base/gui/WidgetPicture.h"
+#include "tavo/platform/wgl.h"
+#include "ui_GLEventDisplayerWidget.h"
+#include "vireo/context/GLContext.h"
+#include "vireo/displayers/GLEventConfiguration.h"
+#include "vireo/displayers/GLEventObject.h"
+
+#include <GL/glu.h>
+
+namespace tavo {
+
+namespace {
+
+constexpr int VIEW_HEIGHTS[] = {16, 22, 32, 45, 64, 90, 128, 181, 256, 362, 512, 724, 1024};
+static_assert(std::size(VIEW_HEIGHTS) == GLEventDisplayerWidget::NUM_SIZES);
+constexpr unsigned int START_SIZE = 5;
+
+// Where the camera goes to show a box.
+struct Refit
+{
+    StaticVector<float, 3> eye;
+    StaticVector<float, 3> lookAt;
+};
+
+StaticVector<float, 3> viewingDirection(const Camera& camera)
+{
+    const StaticVector<float, 3> d = camera.getLookAtPoint() - camera.getEyePoint();
+    const float squared = dot(d, d);
+    return squared > 0.0f ? d * (1.0f / std::sqrt(squared)) : StaticVector<float, 3>(0.0f, 0.0f, 1.0f);
+}
+
+Refit refitTo(const BoundingBox<float, 3>& box, const Camera& camera)
+{
+    const StaticVector<float, 3> extent = box.getExtent();
+    const float largest = std::max({extent[0], extent[1], extent[2]});
+    // The eye starts from the old look-at point and goes on along the old direction: deliberate.
+    return {camera.getLookAtPoint() + viewingDirection(camera) * (2.0f * largest),
+        (box.getMin() + box.getMax()) * 0.5f};
+}
+
+unsigned int buttonNumber(Qt::MouseButton button)
+{
+    switch (button) {
+    case Qt::LeftButton: return ExaminerCameraController::LEFT_BUTTON;
+    case Qt::RightButton: return ExaminerCameraController::RIGHT_BUTTON;
+    case Qt::MiddleButton: return ExaminerCameraController::MIDDLE_BUTTON;
+    default: return 0;
+    }
+}
+
+// Pops what an object that threw has left on a stack of the current context.
+template <typename Pop>
+void popDownTo(int wanted, GLenum depthName, Pop pop)
+{
+    GLint depth = wanted;
+    glGetIntegerv(depthName, &depth);
+    for (; depth > wanted; --depth)
+        pop();
+}
+
+// Closes the primitive and empties the stacks that an object has left behind by throwing.
+void tidyUpGl()
+{
+    constexpr int MOST_ERRORS = 16;
+
+    glEnd();
+    for (int i = 0; i < MOST_ERRORS && glGetError() != GL_NO_ERROR; ++i) {}
+
+    popDownTo(0, GL_ATTRIB_STACK_DEPTH, glPopAttrib);
+    popDownTo(0, GL_CLIENT_ATTRIB_STACK_DEPTH, glPopClientAttrib);
+    glMatrixMode(GL_TEXTURE);
+    popDownTo(1, GL_TEXTURE_STACK_DEPTH, glPopMatrix);
+    glMatrixMode(GL_PROJECTION);
+    popDownTo(1, GL_PROJECTION_STACK_DEPTH, glPopMatrix);
+    glMatrixMode(GL_MODELVIEW);
+    popDownTo(1, GL_MODELVIEW_STACK_DEPTH, glPopMatrix);
+}
+
+} // namespace
+
+// The view. It owns the object it shows, and a context for it.
+class GLEventDisplayerWidget::MyGLWidget : public QGLWidget
+{
+public:
+    explicit MyGLWidget(QWidget* parent);
+    ~MyGLWidget() override;
+
+    GLEventObject* getObject() { return m_Object; }
+
+    // Takes the object over; the old one is freed.
+    void setObject(GLEventObject* object);
+
+    // Moves the camera to where it sees the whole shown object.
+    void refit();
+
+    QImage getPicture();
+
+protected:
+    void paintGL() override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    template <typename Code>
+    void handle(Code code);
+    void paint();
+    void drawObject();
+
+    Camera m_Camera;
+    GLContext* m_Context;
+    GLEventObject* m_Object;
+    ExaminerCameraController m_Controller;
+    // The camera that the model-view matrix holds.
+    std::optional<Camera> m_LoadedCamera;
+};
+
+GLEventDisplayerWidget::MyGLWidget::MyGLWidget(QWidget* parent)
+    : QGLWidget(parent)
+    , m_Context(nullptr)
+    , m_Object(nullptr)
+{
+    m_Controller.setCamera(&m_Camera);
+    m_Controller.setSize(width(), height());
+    setFocusPolicy(Qt::StrongFocus);
+    setPictureSource(this, [this] { return getPicture(); });
+}
+
+GLEventDisplayerWidget::MyGLWidget::~MyGLWidget()
+{
+    delete m_Object;
+    delete m_Context;
+}
+
+void GLEventDisplayerWidget::MyGLWidget::setObject(GLEventObject* object)
+{
+    delete m_Object;
+    m_Object = object;
+}
+
+void GLEventDisplayerWidget::MyGLWidget::refit()
+{
+    const Refit refit = refitTo(m_Object->getBoundingBox(), m_Camera);
+    m_Controller.place(refit.eye, refit.lookAt, m_Camera.getUpVector());
+}
+
+void GLEventDisplayerWidget::MyGLWidget::paintGL()
+{
+    if (!runGuarded([this] { paint(); }))
+        tidyUpGl();
+}
+
+void GLEventDisplayerWidget::MyGLWidget::paint()
+{
+    if (!m_Context) {
+        makeCurrent();
+        m_Context = new GLContext(wglGetCurrentDC(), wglGetCurrentContext(), nullptr, nullptr);
+    }
+    glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    if (width() >= 1 && height() >= 1 && m_Object)
+        drawObject();
+}
+
+void GLEventDisplayerWidget::MyGLWidget::drawObject()
+{
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glViewport(0, 0, width(), height());
+    gluPerspective(45.0, double(width()) / height(), 0.01, 1000.0);
+
+    // Drawn before this frame's camera is loaded, with the projection matrix selected: deliberate.
+    m_Object->drawGL(this, m_Camera);
+
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    m_Controller.setSize(width(), height());
+    m_Controller.update();
+    const StaticVector<float, 3>& eye = m_Camera.getEyePoint();
+    const StaticVector<float, 3>& lookAt = m_Camera.getLookAtPoint();
+    const StaticVector<float, 3>& up = m_Camera.getUpVector();
+    gluLookAt(eye[0], eye[1], eye[2], lookAt[0], lookAt[1], lookAt[2], up[0], up[1], up[2]);
+
+    // The object was drawn with the camera of the paint before; where that was another one, one more paint shows it right.
+    if (m_LoadedCamera != m_Camera) {
+        m_LoadedCamera = m_Camera;
+        update();
+    }
+}
+
+// Draws into a framebuffer object, since pixels of a window that others cover are nobody's.
+QImage GLEventDisplayerWidget::MyGLWidget::getPicture()
+{
+    makeCurrent();
+    if (!QGLFramebufferObject::hasOpenGLFramebufferObjects()) {
+        updateGL();
+        return grabFrameBuffer();
+    }
+    QGLFramebufferObject target(size(), QGLFramebufferObject::CombinedDepthStencil);
+    target.bind();
+    // Twice, since the first shows the camera of the paint before.
+    paintGL();
+    paintGL();
+    target.release();
+    return target.toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+// What every event handler does besides its own work.
+template <typename Code>
+void GLEventDisplayerWidget::MyGLWidget::handle(Code code)
+{
+    runGuarded([&] {
+        code();
+        repaint();
+    });
+}
+
+void GLEventDisplayerWidget::MyGLWidget::mousePressEvent(QMouseEvent* event)
+{
+    handle([&] {
+        m_Controller.mousePress(event->x(), event->y(), buttonNumber(event->button()), Modifiers(event->modifiers()));
+    });
+}
+
+void GLEventDisplayerWidget::MyGLWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    handle([&] {
+        m_Controller.mouseRelease(event->x(), event->y(), buttonNumber(event->button()), Modifiers(event->modifiers()));
+    });
+}
+
+void GLEventDisplayerWidget::MyGLWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    handle([&] { m_Controller.mouseMove(event->x(), event->y()); });
+}
+
+void GLEventDisplayerWidget::MyGLWidget::wheelEvent(QWheelEvent* event)
+{
+    constexpr double UNITS_PER_NOTCH = 120.0;
+    handle([&] { m_Controller.mouseWheel(event->angleDelta().y() / UNITS_PER_NOTCH); });
+}
+
+void GLEventDisplayerWidget::MyGLWidget::keyPressEvent(QKeyEvent* event)
+{
+    handle([&] { m_Controller.keyPress(GeneralKey(event->key(), Modifiers(event->modifiers()))); });
+}
+
+void GLEventDisplayerWidget::MyGLWidget::keyReleaseEvent(QKeyEvent* event)
+{
+    handle([&] { m_Controller.keyRelease(GeneralKey(event->key(), Modifiers(event->modifiers()))); });
+}
+
+// The base is not called: its only effect would be to make the context current, which painting does.
+void GLEventDisplayerWidget::MyGLWidget::resizeEvent(QResizeEvent* event)
+{
+    runGuarded([&] { m_Controller.setSize(event->size().width(), event->size().height()); });
+}
+
+GLEventDisplayerWidget::GLEventDisplayerWidget(QWidget* parent, Qt::WindowFlags flags)
+    : QWidget(parent, flags)
+    , m_Ui(std::make_unique<Ui::GLEventDisplayerWidget>())
+    , m_SizeIndex(START_SIZE)
+    , m_ConfigWindow(nullptr)
+{
+    m_Ui->setupUi(this);
+    m_GlWidget = new MyGLWidget(m_Ui->mainFrame);
+    setSizeIndex(START_SIZE);
+    m_Ui->mainFrame->layout()->addWidget(m_GlWidget);
+    m_Ui->mainFrame->layout()->setSizeConstraint(QLayout::SetMinAndMaxSize);
+}
+
+GLEventDisplayerWidget::~GLEventDisplayerWidget() = default;
+
+void GLEventDisplayerWidget::setSizeIndex(unsigned int index)
+{
+    if (index >= NUM_SIZES)
+        return;
+    m_SizeIndex = index;
+    m_GlWidget->setMinimumHeight(VIEW_HEIGHTS[index]);
+    m_GlWidget->setMaximumHeight(VIEW_HEIGHTS[index]);
+    m_GlWidget->resize(m_GlWidget->width(), VIEW_HEIGHTS[index]);
+}
+
+// Steps the height, and moves the cursor as the button moves below it, as far as the screen reaches.
+void GLEventDisplayerWidget::stepSize(int step)
+{
+    const int oldHeight = VIEW_HEIGHTS[m_SizeIndex];
+    setSizeIndex(m_SizeIndex + step);
+
+    const QPoint cursor = QCursor::pos();
+    const int y = cursor.y() + VIEW_HEIGHTS[m_SizeIndex] - oldHeight;
+    const QScreen* screen = QGuiApplication::screenAt(cursor);
+    if (step > 0 ? screen && y < screen->geometry().height() : y >= 0)
+        QCursor::setPos(cursor.x(), y);
+}
+
+void GLEventDisplayerWidget::on_pbIncreaseSize_clicked()
+{
+    runGuarded([this] {
+        if (m_SizeIndex + 1 < NUM_SIZES)
+            stepSize(+1);
+    });
+}
+
+void GLEventDisplayerWidget::on_pbDecreaseSize_clicked()
+{
+    runGuarded([this] {
+        if (m_SizeIndex > 0)
+            stepSize(-1);
+    });
+}
+
+void GLEventDisplayerWidget::on_pbConfigure_clicked()
+{
+    runGuarded([this] {
+        if (m_ConfigWindow)
+            m_ConfigWindow->popup(m_Ui->pbConfigure);
+    });
+}
+
+void GLEventDisplayerWidget::changed()
+{
+    runGuarded([this] { m_GlWidget->update(); });
+}
+
+void GLEventDisplayerWidget::setGLEventObject(GLEventObject* object, bool updateExisting)
+{
+    runGuarded([&] {
+        if (!object)
+            return;
+        GLEventObject* const current = m_GlWidget->getObject();
+        if (object == current)
+            changed();
+        else if (current && updateExisting && current->getInstanceClass() == object->getInstanceClass())
+            updateObject(std::unique_ptr<GLEventObject>(object));
+        else
+            replaceObject(object);
+    });
+}
+
+void GLEventDisplayerWidget::updateObject(std::unique_ptr<GLEventObject> newer)
+{
+    GLEventObject* const current = m_GlWidget->getObject();
+    const bool sameBox = newer->getBoundingBox() == current->getBoundingBox();
+    current->updateData(newer.get());
+    newer.reset();
+    if (!sameBox)
+        m_GlWidget->refit();
+    changed();
+}
+
+void GLEventDisplayerWidget::replaceObject(GLEventObject* object)
+{
+    m_GlWidget->setObject(object);
+    replaceConfigWindow(object);
+    // An object whose box cannot be had is shown all the same.
+    runGuarded([this] { m_GlWidget->refit(); });
+    changed();
+}
+
+void GLEventDisplayerWidget::replaceConfigWindow(GLEventObject* object)
+{
+    delete m_ConfigWindow;
+    m_ConfigWindow = nullptr;
+    runGuarded([&] { m_ConfigWindow = object->createConfigWindow(this); });
+    m_Ui->pbConfigure->setEnabled(m_ConfigWindow != nullptr);
+    if (m_ConfigWindow)
+        connect(m_ConfigWindow, SIGNAL(changed()), this, SLOT(changed()));
+}
+
+} // namespace tavo

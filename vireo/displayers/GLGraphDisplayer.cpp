@@ -1,0 +1,230 @@
+#include "vireo/displayers/GLGraphDisplayer.h"
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "tavo/base/math/checkedAt.h"
+#include "tavo/base/objects/ClassRecord.h"
+#include "tavo/platform/wgl.h"
+#include "vireo/displayers/GLEventDisplayer.h"
+#include "vireo/displayers/GLGraphDisplayerConfig.h"
+#include "vireo/displayers/fittedAxes.h"
+
+#include <GL/gl.h>
+
+namespace tavo {
+
+namespace {
+
+using Points = std::vector<StaticVector<float, 3>>;
+
+void grow(StaticVector<float, 3>& min, StaticVector<float, 3>& max, const StaticVector<float, 3>& point)
+{
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        // Put so that not-a-number replaces the minimum, and never the maximum: deliberate.
+        if (!(point[axis] >= min[axis]))
+            min[axis] = point[axis];
+        if (point[axis] > max[axis])
+            max[axis] = point[axis];
+    }
+}
+
+} // namespace
+
+MetaClass* GLGraphDisplayer::GLGraphDisplayerMetaClass = nullptr;
+
+GLGraphDisplayer::GLGraphDisplayer()
+    : m_Reserved(false)
+    , m_ShowCoords(false)
+{}
+
+GLGraphDisplayer::GLGraphDisplayer(
+    const std::vector<std::vector<float>>& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours)
+    : GLGraphDisplayer()
+{
+    addGraphs(graphs, colours);
+}
+
+GLGraphDisplayer::GLGraphDisplayer(const std::vector<std::vector<StaticVector<float, 2>>>& graphs,
+    const std::vector<StaticVector<unsigned char, 4>>& colours)
+    : GLGraphDisplayer()
+{
+    addGraphs(graphs, colours);
+}
+
+GLGraphDisplayer::GLGraphDisplayer(const std::vector<std::vector<StaticVector<float, 3>>>& graphs,
+    const std::vector<StaticVector<unsigned char, 4>>& colours)
+    : GLGraphDisplayer()
+{
+    addGraphs(graphs, colours);
+}
+
+GLGraphDisplayer::GLGraphDisplayer(const GLGraphDisplayer& other) = default;
+GLGraphDisplayer& GLGraphDisplayer::operator=(const GLGraphDisplayer& other) = default;
+GLGraphDisplayer::~GLGraphDisplayer() = default;
+
+template <typename Graph>
+void GLGraphDisplayer::addGraphs(
+    const std::vector<Graph>& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours)
+{
+    for (std::size_t i = 0; i < std::min(graphs.size(), colours.size()); ++i)
+        addGraph(graphs[i], colours[i]);
+}
+
+void GLGraphDisplayer::addGraph(const std::vector<float>& values, StaticVector<unsigned char, 4> colour)
+{
+    const auto n = static_cast<float>(values.size());
+    Points points;
+    points.reserve(values.size());
+    for (std::size_t i = 0; i < values.size(); ++i)
+        points.emplace_back(static_cast<float>(i) / n, values[i], 0.0f);
+    m_Graphs.push_back(std::move(points));
+    m_Colours.push_back(colour);
+}
+
+void GLGraphDisplayer::addGraph(const std::vector<StaticVector<float, 2>>& points, StaticVector<unsigned char, 4> colour)
+{
+    Points inSpace;
+    inSpace.reserve(points.size());
+    for (const StaticVector<float, 2>& point : points)
+        inSpace.emplace_back(point[0], point[1], 0.0f);
+    m_Graphs.push_back(std::move(inSpace));
+    m_Colours.push_back(colour);
+}
+
+void GLGraphDisplayer::addGraph(const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour)
+{
+    m_Graphs.push_back(points);
+    m_Colours.push_back(colour);
+}
+
+BoundingBox<float, 3> GLGraphDisplayer::getBoundingBox()
+{
+    const auto first = std::find_if(m_Graphs.begin(), m_Graphs.end(), [](const Points& points) { return !points.empty(); });
+    if (first == m_Graphs.end())
+        return {{0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}};
+
+    StaticVector<float, 3> min = first->front();
+    StaticVector<float, 3> max = min;
+    for (const Points& points : m_Graphs)
+        for (const StaticVector<float, 3>& point : points)
+            grow(min, max, point);
+    return {min, max};
+}
+
+void GLGraphDisplayer::drawGL(QGLWidget*, Camera&)
+{
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glDisable(GL_DEPTH_TEST);
+    glDisable(GL_LIGHTING);
+    for (std::size_t i = 0; i < m_Graphs.size(); ++i) {
+        glColor4ubv(checkedAt(m_Colours, i).data());
+        glBegin(GL_LINE_STRIP);
+        for (const StaticVector<float, 3>& point : m_Graphs[i])
+            glVertex3fv(point.data());
+        glEnd();
+    }
+    if (m_ShowCoords) {
+        const BoundingBox<float, 3> box = getBoundingBox();
+        drawFittedAxes(box, box.getExtent());
+    }
+    glPopAttrib();
+}
+
+GLEventConfiguration* GLGraphDisplayer::createConfigWindow(QWidget* parent)
+{
+    return new (std::nothrow) GLGraphDisplayerConfig(parent, this);
+}
+
+void GLGraphDisplayer::updateData(GLEventObject* newer)
+{
+    if (const auto* graphs = dynamic_cast<GLGraphDisplayer*>(newer)) {
+        m_Graphs = graphs->m_Graphs;
+        m_Colours = graphs->m_Colours;
+    }
+}
+
+const MetaClass* GLGraphDisplayer::getClass()
+{
+    return createClassRecord<GLGraphDisplayer>(GLGraphDisplayerMetaClass, "GLGraphDisplayer", newInstance);
+}
+
+const MetaClass* GLGraphDisplayer::getInstanceClass() const
+{
+    return getClass();
+}
+
+void GLGraphDisplayer::initMetaClass() {}
+
+void GLGraphDisplayer::init(const MetaClass* parent)
+{
+    getClass();
+    initClassRecord(GLGraphDisplayerMetaClass, parent, 1000);
+}
+
+void GLGraphDisplayer::shutdown()
+{
+    delete GLGraphDisplayerMetaClass; // deliberately not reset
+}
+
+Object* GLGraphDisplayer::newInstance()
+{
+    return new (std::nothrow) GLGraphDisplayer;
+}
+
+namespace {
+
+template <typename Graph>
+void sendGraph(std::string name, const Graph& graph, StaticVector<unsigned char, 4> colour)
+{
+    auto displayer = std::make_unique<GLGraphDisplayer>();
+    displayer->addGraph(graph, colour);
+    sendGLEventObject(std::move(name), displayer.release());
+}
+
+template <typename Graphs>
+void sendGraphs(std::string name, const Graphs& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours)
+{
+    sendGLEventObject(std::move(name), new GLGraphDisplayer(graphs, colours));
+}
+
+} // namespace
+
+void debugOutputGraph(std::string name, const std::vector<float>& values, StaticVector<unsigned char, 4> colour)
+{
+    sendGraph(std::move(name), values, colour);
+}
+
+void debugOutputGraph(
+    std::string name, const std::vector<StaticVector<float, 2>>& points, StaticVector<unsigned char, 4> colour)
+{
+    sendGraph(std::move(name), points, colour);
+}
+
+void debugOutputGraph(
+    std::string name, const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour)
+{
+    sendGraph(std::move(name), points, colour);
+}
+
+void debugOutputGraphs(std::string name, const std::vector<std::vector<float>>& graphs,
+    const std::vector<StaticVector<unsigned char, 4>>& colours)
+{
+    sendGraphs(std::move(name), graphs, colours);
+}
+
+void debugOutputGraphs(std::string name, const std::vector<std::vector<StaticVector<float, 2>>>& graphs,
+    const std::vector<StaticVector<unsigned char, 4>>& colours)
+{
+    sendGraphs(std::move(name), graphs, colours);
+}
+
+void debugOutputGraphs(std::string name, const std::vector<std::vector<StaticVector<float, 3>>>& graphs,
+    const std::vector<StaticVector<unsigned char, 4>>& colours)
+{
+    sendGraphs(std::move(name), graphs, colours);
+}
+
+} // namespace tavo

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tavo/base/math/StaticVector.h"
+#include "vireo/Export.h"
+#include "vireo/displayers/GLEventObject.h"
+
+namespace tavo {
+
+// Draws polylines ("graphs"), each in a colour of its own (red, green, blue, alpha), and on request coordinate axes scaled
+// to the data. To show graphs in the debug window, debugOutputGraph and debugOutputGraphs below take one call.
+class VIREO_EXPORT GLGraphDisplayer : public GLEventObject
+{
+public:
+    const MetaClass* getInstanceClass() const override;
+
+    // Without graphs and without axes.
+    GLGraphDisplayer();
+
+    // As many graphs as there are both graphs and colours, each added by addGraph.
+    GLGraphDisplayer(const std::vector<std::vector<float>>& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours);
+    GLGraphDisplayer(const std::vector<std::vector<StaticVector<float, 2>>>& graphs,
+        const std::vector<StaticVector<unsigned char, 4>>& colours);
+    GLGraphDisplayer(const std::vector<std::vector<StaticVector<float, 3>>>& graphs,
+        const std::vector<StaticVector<unsigned char, 4>>& colours);
+
+    GLGraphDisplayer(const GLGraphDisplayer& other);
+    GLGraphDisplayer& operator=(const GLGraphDisplayer& other);
+    ~GLGraphDisplayer() override;
+
+    // Appends a graph. A series of n values becomes the points (i / n, value, 0), so that x stays below 1; points of the
+    // plane get z = 0.
+    void addGraph(const std::vector<float>& values, StaticVector<unsigned char, 4> colour);
+    void addGraph(const std::vector<StaticVector<float, 2>>& points, StaticVector<unsigned char, 4> colour);
+    void addGraph(const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour);
+
+    // The box of all points; (0, 0, 0) to (1, 1, 1) if there are none.
+    BoundingBox<float, 3> getBoundingBox() override;
+
+    // As GLEventObject says. Throws std::out_of_range for a graph without a colour.
+    void drawGL(QGLWidget* widget, Camera& camera) override;
+
+    // A panel with a check box for the axes.
+    GLEventConfiguration* createConfigWindow(QWidget* parent) override;
+
+    // Takes over the graphs and colours of another GLGraphDisplayer; anything else is ignored.
+    void updateData(GLEventObject* newer) override;
+
+    const std::vector<std::vector<StaticVector<float, 3>>>& getGraphs() const { return m_Graphs; }
+    const std::vector<StaticVector<unsigned char, 4>>& getColours() const { return m_Colours; }
+
+    bool getShowCoords() const { return m_ShowCoords; }
+    void setShowCoords(bool show) { m_ShowCoords = show; }
+
+    // The class record, made by the first call; not to be asked for after shutdown.
+    static const MetaClass* getClass();
+    static void initMetaClass();
+    static void init(const MetaClass* parent);
+    static void shutdown();
+
+    static MetaClass* GLGraphDisplayerMetaClass;
+
+private:
+    static Object* newInstance();
+
+    template <typename Graph>
+    void addGraphs(const std::vector<Graph>& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours);
+
+    std::vector<std::vector<StaticVector<float, 3>>> m_Graphs;
+    std::vector<StaticVector<unsigned char, 4>> m_Colours;
+    // Copied with the object, and read by nothing.
+    bool m_Reserved;
+    bool m_ShowCoords;
+};
+
+// Show one graph, or several, in the debug window under that name; a later call with the same name updates what is shown.
+VIREO_EXPORT void debugOutputGraph(
+    std::string name, const std::vector<float>& values, StaticVector<unsigned char, 4> colour);
+VIREO_EXPORT void debugOutputGraph(
+    std::string name, const std::vector<StaticVector<float, 2>>& points, StaticVector<unsigned char, 4> colour);
+VIREO_EXPORT void debugOutputGraph(
+    std::string name, const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour);
+
+VIREO_EXPORT void debugOutputGraphs(std::string name, const std::vector<std::vector<float>>& graphs,
+    const std::vector<StaticVector<unsigned char, 4>>& colours);
+VIREO_EXPORT void debugOutputGraphs(std::string name, const std::vector<std::vector<StaticVector<float, 2>>>& graphs,
+    const std::vector<StaticVector<unsigned char, 4>>& colours);
+VIREO_EXPORT void debugOutputGraphs(std::string name, const std::vector<std::vector<StaticVector<float, 3>>>& graphs,
+    const std::vector<StaticVector<unsigned char, 4>>& colours);
+
+} // namespace tavo

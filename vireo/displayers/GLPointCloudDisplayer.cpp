@@ -1,0 +1,122 @@
+#include "vireo/displayers/GLPointCloudDisplayer.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/objects/ClassRecord.h"
+#include "tavo/platform/wgl.h"
+#include "tavo/points/PointSet.h"
+#include "vireo/displayers/GLPointCloudDisplayerConfig.h"
+#include "vireo/displayers/fittedAxes.h"
+
+#include <GL/gl.h>
+
+namespace tavo {
+
+MetaClass* GLPointCloudDisplayer::GLPointCloudDisplayerMetaClass = nullptr;
+
+GLPointCloudDisplayer::GLPointCloudDisplayer(PointSet* pointSet)
+    : m_PointSet(pointSet)
+    , m_ShowCoords(true)
+{}
+
+GLPointCloudDisplayer::GLPointCloudDisplayer(const GLPointCloudDisplayer& other) = default;
+GLPointCloudDisplayer& GLPointCloudDisplayer::operator=(const GLPointCloudDisplayer& other) = default;
+
+GLPointCloudDisplayer::~GLPointCloudDisplayer()
+{
+    delete m_PointSet;
+}
+
+BoundingBox<float, 3> GLPointCloudDisplayer::getBoundingBox()
+{
+    if (!m_PointSet)
+        return {{0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}};
+    return m_PointSet->getBoundingBox();
+}
+
+void GLPointCloudDisplayer::drawGL(QGLWidget*, Camera&)
+{
+    glEnable(GL_DEPTH_TEST);
+    if (!m_PointSet)
+        return;
+    if (!m_PointSet->getDescr().providesAttribute("position", 3, VertexAttribDescriptor::TYPE_FLOAT)) {
+        warning("GLPointCloudDisplayer::drawGL() - position3f channel not found.");
+        return;
+    }
+    drawPoints();
+    if (m_ShowCoords)
+        drawAxes();
+}
+
+void GLPointCloudDisplayer::drawPoints()
+{
+    const AttributeAccessToken position = m_PointSet->getAAT("position");
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glDisable(GL_LIGHTING);
+    glPointSize(1.0f);
+    glColor3f(1.0f, 1.0f, 1.0f);
+    glBegin(GL_POINTS);
+    for (unsigned int i = 0; i < m_PointSet->getNumPoints(); ++i)
+        glVertex3fv(m_PointSet->get3f(i, position));
+    glEnd();
+    glPopAttrib();
+}
+
+void GLPointCloudDisplayer::drawAxes()
+{
+    const BoundingBox<float, 3> box = getBoundingBox();
+    StaticVector<float, 3> scale = box.getExtent();
+    // A flat set still gets visible axes.
+    const float smallest = std::max({scale[0], scale[1], scale[2]}) * 0.01f;
+    for (unsigned int axis = 0; axis < 3; ++axis)
+        if (!(scale[axis] > smallest))
+            scale[axis] = smallest;
+    drawFittedAxes(box, scale);
+}
+
+GLEventConfiguration* GLPointCloudDisplayer::createConfigWindow(QWidget* parent)
+{
+    return new (std::nothrow) GLPointCloudDisplayerConfig(parent, this);
+}
+
+void GLPointCloudDisplayer::updateData(GLEventObject* newer)
+{
+    auto* cloud = dynamic_cast<GLPointCloudDisplayer*>(newer);
+    if (!cloud || cloud == this)
+        return;
+    delete m_PointSet;
+    m_PointSet = std::exchange(cloud->m_PointSet, nullptr);
+}
+
+const MetaClass* GLPointCloudDisplayer::getClass()
+{
+    return createClassRecord<GLPointCloudDisplayer>(GLPointCloudDisplayerMetaClass, "GLPointCloudDisplayer", newInstance);
+}
+
+const MetaClass* GLPointCloudDisplayer::getInstanceClass() const
+{
+    return getClass();
+}
+
+void GLPointCloudDisplayer::initMetaClass() {}
+
+void GLPointCloudDisplayer::init(const MetaClass* parent)
+{
+    getClass();
+    initClassRecord(GLPointCloudDisplayerMetaClass, parent, 1000);
+}
+
+void GLPointCloudDisplayer::shutdown()
+{
+    delete GLPointCloudDisplayerMetaClass; // deliberately not reset
+}
+
+Object* GLPointCloudDisplayer::newInstance()
+{
+    return new (std::nothrow) GLPointCloudDisplayer;
+}
+
+} // namespace tavo
