@@ -9,7 +9,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
-set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}") # of programs, which lie in bin
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
     set(CMAKE_BUILD_TYPE Release)
@@ -44,8 +44,11 @@ function(vireo_add_library target)
         PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${arg_HEADERS})
     target_compile_definitions(${target} PRIVATE ${arg_DEFINE})
     target_compile_features(${target} PUBLIC cxx_std_20)
-    string(REGEX REPLACE ".*::" "" export_name ${arg_ALIAS})
-    set_target_properties(${target} PROPERTIES EXPORT_NAME ${export_name} VERSION ${PROJECT_VERSION} SOVERSION 0)
+    string(REGEX MATCH "^(.*)::(.*)$" unused ${arg_ALIAS})
+    set(namespace ${CMAKE_MATCH_1})
+    set_target_properties(${target} PROPERTIES
+        EXPORT_NAME ${CMAKE_MATCH_2} VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
+        INSTALL_RPATH "$ORIGIN")
     vireo_compile_options(${target})
-    install(TARGETS ${target} EXPORT ${target}Targets FILE_SET HEADERS)
+    install(TARGETS ${target} EXPORT ${namespace}Targets FILE_SET HEADERS)
 endfunction()

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tavo/base/math/BoundingBox.h"
+#include "tavo/points/AttributeAccessToken.h"
+#include "tavo/points/Export.h"
+#include "tavo/points/VertexDescriptor.h"
+
+namespace tavo {
+
+// A fixed number of points with attributes, interleaved in memory as its descriptor says. Copies are independent.
+//
+//   VertexDescriptor descriptor;
+//   descriptor.pushAttrib(VertexAttribDescriptor("position", 3, VertexAttribDescriptor::TYPE_FLOAT));
+//   PointSet points(descriptor, 1000);
+//   const AttributeAccessToken position = points.getAAT("position");
+//   for (unsigned int i = 0; i < points.getNumPoints(); ++i)
+//       glVertex3fv(points.get3f(i, position));
+class TAVO_POINTS_EXPORT PointSet
+{
+public:
+    // All bytes are zero.
+    PointSet(const VertexDescriptor& descriptor, unsigned int numPoints);
+    virtual ~PointSet();
+
+    PointSet(const PointSet&);
+    PointSet(PointSet&&) noexcept;
+    PointSet& operator=(const PointSet&);
+    PointSet& operator=(PointSet&&) noexcept;
+
+    const VertexDescriptor& getDescr() const { return m_Descriptor; }
+    unsigned int getNumPoints() const { return m_NumPoints; }
+
+    // Access to the first three components of an attribute, which must be 32-bit floats whose addresses are multiples of
+    // four bytes. Throws PException if there is none of that name or not such a one.
+    AttributeAccessToken getAAT(const std::string& name) const;
+
+    // Three floats, valid while the set lives and is not assigned to. Throws std::out_of_range beyond the last point.
+    const float* get3f(unsigned int i, const AttributeAccessToken& token) const
+    {
+        return reinterpret_cast<const float*>(m_Data.data() + checkedPosition(i, token));
+    }
+
+    // Stores three floats. Throws std::out_of_range beyond the last point.
+    void set3f(unsigned int i, const AttributeAccessToken& token, const float* xyz);
+
+    // The points one behind the other, getDescr().getSize() bytes each. Writing needs a pointer got after the last call of
+    // getBoundingBox().
+    const unsigned char* getData() const { return m_Data.data(); }
+    unsigned char* getData();
+    std::size_t getSizeInBytes() const { return m_Data.size(); }
+
+    // The box of the "position" attribute. NaN coordinates are passed over, and an axis without any other coordinate is
+    // from 0 to 1: all three are without points, or if getAAT("position") would throw. It is kept until the next write; the
+    // first call after one takes a time proportional to the number of points.
+    BoundingBox<float, 3> getBoundingBox() const;
+
+private:
+    std::size_t checkedPosition(unsigned int i, const AttributeAccessToken& token) const
+    {
+        const std::size_t position = std::size_t(i) * m_Descriptor.getSize() + token.m_Offset;
+        if (position + 3 * sizeof(float) > m_Data.size())
+            throwOutOfRange();
+        return position;
+    }
+
+    [[noreturn]] static void throwOutOfRange();
+
+    bool hasFloats3(const std::string& name) const;
+    BoundingBox<float, 3> computeBoundingBox() const;
+
+    VertexDescriptor m_Descriptor;
+    unsigned int m_NumPoints;
+    std::vector<unsigned char> m_Data;
+    mutable std::optional<BoundingBox<float, 3>> m_BoundingBox;
+};
+
+} // namespace tavo
