@@ -35,8 +35,8 @@ public:
     const VertexDescriptor& getDescr() const { return m_Descriptor; }
     unsigned int getNumPoints() const { return m_NumPoints; }
 
-    // Access to the first three components of an attribute, which must be 32-bit floats whose addresses are multiples of
-    // four bytes. Throws PException if there is none of that name or not such a one.
+    // Access to the first three components of an attribute, which must be 32-bit floats whose addresses are multiples
+    // of four bytes. Throws PException if there is none of that name or not such a one.
     AttributeAccessToken getAAT(const std::string& name) const;
 
     // Three floats, valid while the set lives and is not assigned to. Throws std::out_of_range beyond the last point.
@@ -48,15 +48,15 @@ public:
     // Stores three floats. Throws std::out_of_range beyond the last point.
     void set3f(unsigned int i, const AttributeAccessToken& token, const float* xyz);
 
-    // The points one behind the other, getDescr().getSize() bytes each. Writing needs a pointer got after the last call of
-    // getBoundingBox().
+    // The points one behind the other, getDescr().getSize() bytes each. Writing needs a pointer got after the last call
+    // of getBoundingBox().
     const unsigned char* getData() const { return m_Data.data(); }
     unsigned char* getData();
     std::size_t getSizeInBytes() const { return m_Data.size(); }
 
     // The box of the "position" attribute. NaN coordinates are passed over, and an axis without any other coordinate is
-    // from 0 to 1: all three are without points, or if getAAT("position") would throw. It is kept until the next write; the
-    // first call after one takes a time proportional to the number of points.
+    // from 0 to 1: all three are without points, or if getAAT("position") would throw. It is kept until the next write;
+    // the first call after one takes a time proportional to the number of points.
     BoundingBox<float, 3> getBoundingBox() const;
 
 private:

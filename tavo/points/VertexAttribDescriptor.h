@@ -6,8 +6,8 @@
 
 namespace tavo {
 
-// One attribute of a vertex: its name ("position", "normal", "color" and "texcoord" have a meaning to the libraries, others
-// to the application), the number of its components and the code of their type.
+// One attribute of a vertex: its name ("position", "normal", "color" and "texcoord" have a meaning to the libraries,
+// others to the application), the number of its components and the code of their type.
 class TAVO_POINTS_EXPORT VertexAttribDescriptor
 {
 public:

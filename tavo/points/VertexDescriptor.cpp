@@ -47,9 +47,8 @@ std::vector<CopyRun> planCopy(const VertexDescriptor& target, const VertexDescri
         const VertexAttribDescriptor& from = source.getAttribute(j);
         if (!haveSameType(from, to))
             throw PException("VertexDescriptor::convertVertices() - '" + to.getName() + "' differs in type");
-        append(runs,
-            {source.getAttributeOffset(j), target.getAttributeOffset(i),
-                std::min(from.getSizeInBytes(), to.getSizeInBytes())});
+        append(runs, {source.getAttributeOffset(j), target.getAttributeOffset(i),
+                         std::min(from.getSizeInBytes(), to.getSizeInBytes())});
     }
     return runs;
 }

@@ -9,8 +9,8 @@
 
 namespace tavo {
 
-// The layout of interleaved vertices: their attributes in order, each right behind the one before, without gaps. Where a
-// name occurs twice, operations by name mean the first.
+// The layout of interleaved vertices: their attributes in order, each right behind the one before, without gaps. Where
+// a name occurs twice, operations by name mean the first.
 class TAVO_POINTS_EXPORT VertexDescriptor
 {
 public:
@@ -43,12 +43,13 @@ public:
 
     bool operator==(const VertexDescriptor&) const = default;
 
-    // Converts count vertices at data from the layout source to the layout target, attribute by attribute of the same name.
-    // Each takes as many leading components as the target has; components and attributes that the source lacks are zero.
-    // The result replaces what converted held; data may lie in it.
+    // Converts count vertices at data from the layout source to the layout target, attribute by attribute of the same
+    // name. Each takes as many leading components as the target has; components and attributes that the source lacks
+    // are zero. The result replaces what converted held; data may lie in it.
     //
     // Throws PException, with converted untouched, if an attribute has one type in the source and another in the target
-    // (whether a byte of 255 means 255 or 1 is for the application to say), or if there are vertices to convert but no data.
+    // (whether a byte of 255 means 255 or 1 is for the application to say), or if there are vertices to convert but no
+    // data.
     static void convertVertices(const VertexDescriptor& target, const VertexDescriptor& source, const void* data,
         unsigned int count, std::vector<unsigned char>& converted);
 

@@ -11,8 +11,8 @@
 #include <tuple>
 #include <type_traits>
 
-// How the arguments of a recorded call are written: one type per meaning, whose `text` sees the recorder, the position of
-// its argument and all arguments of the call (a count often stands beside the array it belongs to).
+// How the arguments of a recorded call are written: one type per meaning, whose `text` sees the recorder, the position
+// of its argument and all arguments of the call (a count often stands beside the array it belongs to).
 namespace vireo_test::format {
 
 std::string enumerantText(unsigned int value);
@@ -31,7 +31,8 @@ std::string numberText(Number number)
 {
     std::array<char, 64> buffer;
     auto write = [&](auto... how) {
-        return std::string(buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, how...).ptr);
+        return std::string(
+            buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, how...).ptr);
     };
     if constexpr (std::is_floating_point_v<Number>) {
         const bool handy = number == 0 || (std::abs(number) >= Number(1e-5) && std::abs(number) < Number(1e15));
@@ -82,7 +83,7 @@ using EnumOrNumber = As<[](auto value) { return enumerantOrNumberText(static_cas
 // The same of a floating-point parameter, which keeps its fraction.
 using EnumOrFloat = As<[](float value) {
     return value == std::floor(value) && std::abs(value) < 1e9f ? enumerantOrNumberText(std::lround(value))
-                                                                 : numberText(value);
+                                                                : numberText(value);
 }>;
 using Boolean = As<[](auto value) { return std::string(value ? "GL_TRUE" : "GL_FALSE"); }>;
 using BufferBits = As<bufferBitsText>;

@@ -6,21 +6,22 @@
 
 namespace vireo_test {
 
-// Writes down the gl, glu, wgl and Cg calls that are made on this thread while it lives, as text, and lets each of them go
-// on to the real driver:
+// Writes down the gl, glu, wgl and Cg calls that are made on this thread while it lives, as text, and lets each of them
+// go on to the real driver:
 //
 //     CallRecorder recorder;
 //     texture.bind();
 //     expectCalls(recorder, {"glBindTexture(GL_TEXTURE_2D, 5)"});
 //
-// Enumerants and bit masks appear by name, vectors by their values ("glVertex3fv((1, 2, 3))"), names of an array likewise
+// Enumerants and bit masks appear by name, vectors by their values ("glVertex3fv((1, 2, 3))"), names of an array
+// likewise
 // ("glDeleteTextures(2, (4, 5))"), strings in quotes. A pointer is "null", a small number where it is an offset into a
-// bound buffer, the name given to it by namePointer, or else "ptr". What a call makes itself (GLU calls GL, Cg calls GL) is
-// not recorded; what the test makes is.
+// bound buffer, the name given to it by namePointer, or else "ptr". What a call makes itself (GLU calls GL, Cg calls
+// GL) is not recorded; what the test makes is.
 //
 // Calls are caught by symbol interposition: the program itself defines the functions of GL 1.1, GLU, WGL and Cg, and
-// wglGetProcAddress hands out recording entry points. LinkedCalls.cpp, EntryPoints.cpp and CgCalls.cpp list what is known;
-// other functions work, but are not recorded.
+// wglGetProcAddress hands out recording entry points. LinkedCalls.cpp, EntryPoints.cpp and CgCalls.cpp list what is
+// known; other functions work, but are not recorded.
 class CallRecorder
 {
 public:

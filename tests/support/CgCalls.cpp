@@ -16,8 +16,8 @@ std::string cgName(CGenum value)
 std::string profileName(CGprofile profile)
 {
     switch (profile) {
-#define PROFILE(name)                                                                                                   \
-    case name:                                                                                                          \
+#define PROFILE(name)                                                                                                  \
+    case name:                                                                                                         \
         return #name;
         PROFILE(CG_PROFILE_VP20)
         PROFILE(CG_PROFILE_FP20)
@@ -36,8 +36,8 @@ std::string profileName(CGprofile profile)
 std::string cgGLName(CGGLenum value)
 {
     switch (value) {
-#define CG_GL_ENUMERANT(name)                                                                                           \
-    case name:                                                                                                          \
+#define CG_GL_ENUMERANT(name)                                                                                          \
+    case name:                                                                                                         \
         return #name;
         CG_GL_ENUMERANT(CG_GL_MATRIX_IDENTITY)
         CG_GL_ENUMERANT(CG_GL_MATRIX_TRANSPOSE)

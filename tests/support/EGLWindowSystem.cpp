@@ -14,7 +14,8 @@ public:
     EGLTestContext(EGLDisplay display, EGLConfig config, EGLContext shared)
         : m_Display(display)
     {
-        const EGLint size[] = {EGL_WIDTH, WindowSystem::DRAWABLE_SIZE, EGL_HEIGHT, WindowSystem::DRAWABLE_SIZE, EGL_NONE};
+        const EGLint size[] = {
+            EGL_WIDTH, WindowSystem::DRAWABLE_SIZE, EGL_HEIGHT, WindowSystem::DRAWABLE_SIZE, EGL_NONE};
         m_Surface = eglCreatePbufferSurface(m_Display, config, size);
         eglBindAPI(EGL_OPENGL_API);
         m_Context = eglCreateContext(m_Display, config, shared, nullptr);
@@ -71,9 +72,9 @@ private:
 
 EGLConfig chooseConfig(EGLDisplay display)
 {
-    const EGLint attributes[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_RED_SIZE, 8,
-        EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8, EGL_ALPHA_SIZE, 8, EGL_DEPTH_SIZE, 24, EGL_STENCIL_SIZE, 8, EGL_SAMPLE_BUFFERS,
-        0, EGL_NONE};
+    const EGLint attributes[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_RED_SIZE,
+        8, EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8, EGL_ALPHA_SIZE, 8, EGL_DEPTH_SIZE, 24, EGL_STENCIL_SIZE, 8,
+        EGL_SAMPLE_BUFFERS, 0, EGL_NONE};
     EGLConfig config = nullptr;
     EGLint count = 0;
     eglChooseConfig(display, attributes, &config, 1, &count);

@@ -6,6 +6,7 @@
 #include <GL/glext.h>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 // WGL, and the entry points that are fetched through it.
 
@@ -24,16 +25,14 @@ struct EntryPoint
 };
 
 template <typename Call>
-EntryPoint entryPoint()
+std::pair<const std::string_view, EntryPoint> entryPoint(const char* name)
 {
-    return {reinterpret_cast<PROC>(&Call::make), &Call::template setReal<void()>};
+    return {name, {reinterpret_cast<PROC>(&Call::make), &Call::template setReal<void()>}};
 }
 
-// Only the types of the functions are used: the program does not link them.
-#define ENTRY_POINT(function, ...)                                                                                      \
-    {                                                                                                                   \
-#function, entryPoint < vireo_test::RecordedCall < #function, decltype(::function) __VA_OPT__(, ) __VA_ARGS__>> ()  \
-    }
+// Only the type of the function is used: the program does not link it.
+#define ENTRY_POINT(function, ...)                                                                                     \
+    entryPoint<vireo_test::RecordedCall<#function, decltype(::function) __VA_OPT__(, ) __VA_ARGS__>>(#function)
 
 const std::unordered_map<std::string_view, EntryPoint>& recordedEntryPoints()
 {

@@ -9,9 +9,9 @@
 
 namespace vireo_test {
 
-// Gives each test a current GL compatibility context with a 64x64 RGBA drawable, without Qt. VIREO_TEST_WINSYS=glx asks for
-// a window of the X server, VIREO_TEST_WINSYS=egl (the default) for a pbuffer on a surfaceless display. Where there is
-// none, the test is skipped, and says what is missing. A GL error that a test leaves pending fails it.
+// Gives each test a current GL compatibility context with a 64x64 RGBA drawable, without Qt. VIREO_TEST_WINSYS=glx asks
+// for a window of the X server, VIREO_TEST_WINSYS=egl (the default) for a pbuffer on a surfaceless display. Where there
+// is none, the test is skipped, and says what is missing. A GL error that a test leaves pending fails it.
 class GLTest : public testing::Test
 {
 protected:
@@ -42,8 +42,8 @@ protected:
     std::unique_ptr<TestContext> makeSharedContext() { return m_WindowSystem->makeContext(m_MainContext.get()); }
     std::unique_ptr<TestContext> makeUnsharedContext() { return m_WindowSystem->makeContext(nullptr); }
 
-    // Reads from the lower left corner of the current read buffer. Bindings and pixel storage stay as they are; recorders
-    // do not see the calls.
+    // Reads from the lower left corner of the current read buffer. Bindings and pixel storage stay as they are;
+    // recorders do not see the calls.
     Picture readPixels(
         unsigned int width = WindowSystem::DRAWABLE_SIZE, unsigned int height = WindowSystem::DRAWABLE_SIZE);
 

@@ -20,8 +20,8 @@ Window makeWindow(Display* display, GLXFBConfig config)
     attributes.colormap = XCreateColormap(display, root, visual->visual, AllocNone);
     attributes.override_redirect = True;
     attributes.event_mask = StructureNotifyMask;
-    const Window window = XCreateWindow(display, root, 0, 0, WindowSystem::DRAWABLE_SIZE, WindowSystem::DRAWABLE_SIZE, 0,
-        visual->depth, InputOutput, visual->visual, CWColormap | CWOverrideRedirect | CWEventMask, &attributes);
+    const Window window = XCreateWindow(display, root, 0, 0, WindowSystem::DRAWABLE_SIZE, WindowSystem::DRAWABLE_SIZE,
+        0, visual->depth, InputOutput, visual->visual, CWColormap | CWOverrideRedirect | CWEventMask, &attributes);
     XMapWindow(display, window);
     for (XEvent event{}; event.type != MapNotify;)
         XNextEvent(display, &event);
@@ -88,8 +88,8 @@ private:
 GLXFBConfig chooseConfig(Display* display)
 {
     const int attributes[] = {GLX_DRAWABLE_TYPE, GLX_WINDOW_BIT, GLX_RENDER_TYPE, GLX_RGBA_BIT, GLX_DOUBLEBUFFER, True,
-        GLX_RED_SIZE, 8, GLX_GREEN_SIZE, 8, GLX_BLUE_SIZE, 8, GLX_ALPHA_SIZE, 8, GLX_DEPTH_SIZE, 24, GLX_STENCIL_SIZE, 8,
-        GLX_SAMPLE_BUFFERS, 0, None};
+        GLX_RED_SIZE, 8, GLX_GREEN_SIZE, 8, GLX_BLUE_SIZE, 8, GLX_ALPHA_SIZE, 8, GLX_DEPTH_SIZE, 24, GLX_STENCIL_SIZE,
+        8, GLX_SAMPLE_BUFFERS, 0, None};
     int count = 0;
     const std::unique_ptr<GLXFBConfig, int (*)(void*)> configs(
         glXChooseFBConfig(display, DefaultScreen(display), attributes, &count), XFree);

@@ -111,8 +111,8 @@ testing::AssertionResult PictureComparison::matches(
     save(reference, m_Failures / (name + ".reference.png"));
     save(differenceOf(picture, reference), m_Failures / (name + ".difference.png"));
     return fail(picture, name,
-        std::to_string(differing) + " of " + std::to_string(picture.pixels.size()) + " pixels differ by more than "
-            + std::to_string(tolerance.perChannel));
+        std::to_string(differing) + " of " + std::to_string(picture.pixels.size()) + " pixels differ by more than " +
+            std::to_string(tolerance.perChannel));
 }
 
 testing::AssertionResult PictureComparison::fail(

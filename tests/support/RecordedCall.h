@@ -129,10 +129,10 @@ using ParameterOf = std::tuple_element_t<I, typename FunctionParts<Function>::Pa
 
 // Defines a C function of this program in front of the library's: VIREO_RECORD(glBindTexture, Enum, Value).
 // The function must be declared; one format per parameter.
-#define VIREO_RECORD(function, ...)                                                                                     \
-    extern "C" __attribute__((visibility("default")))::vireo_test::ResultOf<decltype(::function)> function(             \
-        VIREO_JOIN(VIREO_PARAMETERS_, VIREO_COUNT(__VA_ARGS__))(decltype(::function)))                                  \
-    {                                                                                                                   \
-        return ::vireo_test::RecordedCall<#function, decltype(::function) __VA_OPT__(, ) __VA_ARGS__>::make(            \
-            VIREO_JOIN(VIREO_ARGUMENTS_, VIREO_COUNT(__VA_ARGS__)));                                                    \
+#define VIREO_RECORD(function, ...)                                                                                    \
+    extern "C" __attribute__((visibility("default"))) ::vireo_test::ResultOf<decltype(::function)> function(           \
+        VIREO_JOIN(VIREO_PARAMETERS_, VIREO_COUNT(__VA_ARGS__))(decltype(::function)))                                 \
+    {                                                                                                                  \
+        return ::vireo_test::RecordedCall<#function, decltype(::function) __VA_OPT__(, ) __VA_ARGS__>::make(           \
+            VIREO_JOIN(VIREO_ARGUMENTS_, VIREO_COUNT(__VA_ARGS__)));                                                   \
     }

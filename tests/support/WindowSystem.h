@@ -37,7 +37,8 @@ public:
 
     virtual ~WindowSystem() = default;
 
-    // Shares names with `shared`, a context of the same window system, unless that is null. What is current stays current.
+    // Shares names with `shared`, a context of the same window system, unless that is null. What is current stays
+    // current.
     virtual std::unique_ptr<TestContext> makeContext(TestContext* shared) = 0;
 
     // The window system that VIREO_TEST_WINSYS names, "glx" or "egl" (the default). Null if this machine has none; then

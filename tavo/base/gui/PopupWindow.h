@@ -6,7 +6,7 @@
 
 namespace tavo {
 
-// A small window that pops up at a widget and goes away when the person clicks elsewhere or presses Escape. It belongs to
+// A small window that pops up at a widget and goes away when the person clicks elsewhere. It belongs to
 // its Qt parent and is hidden at first.
 class TAVO_BASE_EXPORT PopupWindow : public QWidget
 {

@@ -7,7 +7,8 @@
 
 namespace tavo {
 
-// What the libraries throw on misuse and bad input: one line of text that names the class, the operation and the reason.
+// What the libraries throw on misuse and bad input: one line of text, which names the class, the operation and the
+// reason.
 class TAVO_BASE_EXPORT PException : public std::exception
 {
 public:

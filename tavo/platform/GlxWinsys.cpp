@@ -1,0 +1,88 @@
+#include "tavo/platform/GlxWinsys.h"
+
+#include "tavo/platform/XErrorTrap.h"
+#include "tavo/platform/displayWatch.h"
+
+#include <GL/glx.h>
+
+namespace tavo {
+
+namespace {
+
+PROC getEntryPoint(const char* name)
+{
+    return glXGetProcAddressARB(reinterpret_cast<const GLubyte*>(name));
+}
+
+// The X id that the client side gave to the context; no round trip. 0 if the context has been destroyed.
+GLXContextID getSerial(GLXContext context)
+{
+    static const auto getContextID = reinterpret_cast<PFNGLXGETCONTEXTIDEXTPROC>(getEntryPoint("glXGetContextIDEXT"));
+    return getContextID ? getContextID(context) : 0;
+}
+
+bool makeContextCurrent(Display* display, GLXDrawable draw, GLXDrawable read, GLXContext context)
+{
+    XErrorTrap trap(display);
+    if (!glXMakeContextCurrent(display, draw, read, context))
+        return false;
+    if (!trap.hasErrorOn(draw) && !trap.hasErrorOn(read))
+        return true;
+    // The driver took a drawable that does not exist (any more).
+    glXMakeContextCurrent(display, None, None, nullptr);
+    return false;
+}
+
+} // namespace
+
+const GlxWinsys& GlxWinsys::instance()
+{
+    static const GlxWinsys winsys;
+    return winsys;
+}
+
+NativeContext GlxWinsys::makeNative(Display* display, GLXContext context) const
+{
+    return {this, display, context, getSerial(context)};
+}
+
+NativeDrawable GlxWinsys::makeNative(Display* display, GLXDrawable draw, GLXDrawable read) const
+{
+    return {this, display, draw, read};
+}
+
+std::optional<NativeContext> GlxWinsys::getCurrentContext() const
+{
+    const GLXContext context = glXGetCurrentContext();
+    return context ? std::optional(makeNative(glXGetCurrentDisplay(), context)) : std::nullopt;
+}
+
+NativeDrawable GlxWinsys::getCurrentDrawable() const
+{
+    return makeNative(glXGetCurrentDisplay(), glXGetCurrentDrawable(), glXGetCurrentReadDrawable());
+}
+
+bool GlxWinsys::makeCurrent(const NativeDrawable& drawable, const NativeContext& context) const
+{
+    const auto native = static_cast<GLXContext>(context.context);
+    if (getSerial(native) != context.serial)
+        return false;
+    return makeContextCurrent(static_cast<Display*>(context.display), drawable.draw, drawable.read, native);
+}
+
+bool GlxWinsys::release() const
+{
+    return makeContextCurrent(glXGetCurrentDisplay(), None, None, nullptr);
+}
+
+PROC GlxWinsys::getProcAddress(const char* name) const
+{
+    return getEntryPoint(name);
+}
+
+void GlxWinsys::watchDisplay(void* display) const
+{
+    watchXDisplay(static_cast<Display*>(display));
+}
+
+} // namespace tavo

@@ -1,0 +1,293 @@
+#include "tavo/base/debug/DebugWindow.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+#include <gmock/gmock.h>
+#include <thread>
+
+#include "tavo/base/debug/DebugOutput.h"
+#include "tavo/base/debug/DebugSection.h"
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/gui/WidgetPicture.h"
+#include "tests/tavo/base/debug/TextDisplayer.h"
+
+namespace tavo {
+namespace {
+
+using testing::HasSubstr;
+
+// A second displayer class.
+class OtherDisplayer : public TextDisplayer
+{
+public:
+    static const MetaClass* getClass()
+    {
+        static MetaClass* record = nullptr;
+        return createClassRecord<OtherDisplayer>(record, "OtherDisplayer", [] { return static_cast<Object*>(new OtherDisplayer); });
+    }
+};
+
+class DebugWindowTest : public testing::Test
+{
+protected:
+    DebugWindowTest()
+    {
+        TextDisplayer::init(EventDisplayer::getClass());
+        TextDisplayer::s_NumWidgets = 0;
+        TextDisplayer::s_Refuses = false;
+    }
+
+    ~DebugWindowTest() override { delete debugOutput.getWindow(); }
+
+    static bool send(const std::string& name, const std::string& text, const MetaClass* displayer = TextDisplayer::getClass())
+    {
+        const TextEvent event(text);
+        return debugOutput.displayEvent(displayer, name, &event);
+    }
+
+    static DebugSection* section(std::size_t i) { return debugOutput.getWindow()->getSections().at(i); }
+    static QString labelOf(DebugSection* section) { return qobject_cast<QLabel*>(section->getDisplayerWidget())->text(); }
+    static QString logText() { return debugOutput.getWindow()->findChild<QPlainTextEdit*>("log")->toPlainText(); }
+
+    static void click(DebugSection* section, const char* button)
+    {
+        QTest::mouseClick(section->findChild<QToolButton*>(button), Qt::LeftButton);
+    }
+
+    static void waitForExposure() { ASSERT_TRUE(QTest::qWaitForWindowExposed(debugOutput.getWindow())); }
+};
+
+TEST_F(DebugWindowTest, OpensWithTheFirstEvent)
+{
+    EXPECT_EQ(debugOutput.getWindow(), nullptr);
+    EXPECT_TRUE(send("first", "hello"));
+    ASSERT_NE(debugOutput.getWindow(), nullptr);
+    EXPECT_TRUE(debugOutput.getWindow()->isVisible());
+    EXPECT_EQ(labelOf(section(0)), "first: hello");
+}
+
+TEST_F(DebugWindowTest, DoesNotOpenForText)
+{
+    debugOutput << "only text\n";
+    EXPECT_EQ(debugOutput.getWindow(), nullptr);
+}
+
+TEST_F(DebugWindowTest, HasASectionForEveryClassAndNameInOrderOfArrival)
+{
+    send("b", "1");
+    send("a", "2");
+    send("b", "3", OtherDisplayer::getClass());
+    send("b", "4");
+    ASSERT_EQ(debugOutput.getWindow()->getSections().size(), 3u);
+    EXPECT_EQ(section(0)->getName(), "b");
+    EXPECT_EQ(section(1)->getName(), "a");
+    EXPECT_EQ(section(2)->getName(), "b");
+    EXPECT_EQ(section(2)->getDisplayerClass(), OtherDisplayer::getClass());
+    EXPECT_EQ(labelOf(section(0)), "b: 4");
+    EXPECT_EQ(labelOf(section(2)), "b: 3");
+    waitForExposure();
+    EXPECT_LT(section(0)->y(), section(1)->y());
+    EXPECT_LT(section(1)->y(), section(2)->y());
+}
+
+TEST_F(DebugWindowTest, AsksADisplayerForItsWidgetOnce)
+{
+    for (int i = 0; i < 5; ++i)
+        send("name", std::to_string(i));
+    EXPECT_EQ(TextDisplayer::s_NumWidgets, 1);
+}
+
+TEST_F(DebugWindowTest, CollapsesAndExpands)
+{
+    send("name", "text");
+    waitForExposure();
+    click(section(0), "collapse");
+    EXPECT_TRUE(section(0)->isCollapsed());
+    EXPECT_FALSE(section(0)->getDisplayerWidget()->isVisible());
+    EXPECT_TRUE(section(0)->isVisible());
+    click(section(0), "collapse");
+    EXPECT_FALSE(section(0)->isCollapsed());
+    EXPECT_TRUE(section(0)->getDisplayerWidget()->isVisible());
+}
+
+TEST_F(DebugWindowTest, ClosesASectionThatGoesOnReceivingAndReopensFromTheMenu)
+{
+    send("kept", "1");
+    send("closed", "1");
+    waitForExposure();
+    auto* const button = debugOutput.getWindow()->findChild<QToolButton*>("closedSections");
+    EXPECT_FALSE(button->isVisible());
+
+    click(section(1), "close");
+    EXPECT_TRUE(section(1)->isClosed());
+    EXPECT_FALSE(section(0)->isClosed());
+    EXPECT_TRUE(button->isVisible());
+    send("closed", "2");
+    EXPECT_TRUE(section(1)->isClosed()) << "an event does not bring it back";
+    EXPECT_EQ(labelOf(section(1)), "closed: 2");
+
+    ASSERT_EQ(button->menu()->actions().size(), 1);
+    EXPECT_EQ(button->menu()->actions()[0]->text(), "closed");
+    button->menu()->actions()[0]->trigger();
+    EXPECT_TRUE(section(1)->isVisible());
+    EXPECT_FALSE(button->isVisible());
+}
+
+TEST_F(DebugWindowTest, StaysClosedUntilANewSectionComes)
+{
+    send("old", "1");
+    debugOutput.getWindow()->close();
+    send("old", "2");
+    EXPECT_FALSE(debugOutput.getWindow()->isVisible());
+    send("new", "1");
+    EXPECT_TRUE(debugOutput.getWindow()->isVisible());
+    EXPECT_EQ(labelOf(section(0)), "old: 2");
+}
+
+TEST_F(DebugWindowTest, SavesAPictureWhereThePersonSays)
+{
+    QTemporaryDir folder;
+    send("name", "text");
+    waitForExposure();
+    click(section(0), "save");
+    auto* const dialog = section(0)->findChild<QFileDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    dialog->findChild<QLineEdit*>()->setText(folder.filePath("picture"));
+    static_cast<QDialog*>(dialog)->accept();
+    const QImage picture(folder.filePath("picture.png"));
+    EXPECT_EQ(picture.size(), section(0)->getDisplayerWidget()->size());
+}
+
+TEST_F(DebugWindowTest, ReportsAPictureThatCannotBeWritten)
+{
+    send("name", "text");
+    EXPECT_FALSE(section(0)->savePicture("/nowhere/at/all.png"));
+    EXPECT_THAT(debugOutput.getText(), HasSubstr("error: DebugSection::savePicture() - cannot write /nowhere/at/all.png\n"));
+}
+
+TEST_F(DebugWindowTest, TakesThePictureFromTheSourceOfTheView)
+{
+    send("name", "text");
+    QImage expected(7, 5, QImage::Format_RGB32);
+    expected.fill(Qt::red);
+    auto* const view = new QWidget(section(0)->getDisplayerWidget());
+    setPictureSource(view, [expected] { return expected; });
+    EXPECT_EQ(section(0)->getPicture(), expected);
+    setPictureSource(view, nullptr);
+    EXPECT_EQ(section(0)->getPicture().size(), section(0)->getDisplayerWidget()->size());
+}
+
+TEST_F(DebugWindowTest, SurvivesAPictureSourceThatThrows)
+{
+    send("name", "text");
+    setPictureSource(section(0)->getDisplayerWidget(), []() -> QImage { throw PException("no picture"); });
+    EXPECT_TRUE(section(0)->getPicture().isNull());
+    EXPECT_FALSE(section(0)->savePicture("/tmp/never-written.png"));
+}
+
+TEST_F(DebugWindowTest, LogsTextFromBeforeAndAfterItOpened)
+{
+    debugOutput << "before\n";
+    send("name", "text");
+    EXPECT_TRUE(logText().endsWith("before\n"));
+    debugOutput << "after, " << "in two pieces\n";
+    EXPECT_TRUE(logText().endsWith("before\nafter, in two pieces\n"));
+}
+
+TEST_F(DebugWindowTest, LogsTextFromOtherThreads)
+{
+    send("name", "text");
+    std::thread([] { debugOutput << "from afar\n"; }).join();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(logText().endsWith("from afar\n"));
+}
+
+TEST_F(DebugWindowTest, RefusesEventsFromOtherThreads)
+{
+    bool delivered = true;
+    std::thread([&] { delivered = send("name", "text"); }).join();
+    EXPECT_FALSE(delivered);
+    EXPECT_EQ(debugOutput.getWindow(), nullptr);
+    EXPECT_THAT(debugOutput.getText(),
+        HasSubstr("warning: DebugOutput::displayEvent() - events can only be sent from the thread of the QApplication.\n"));
+}
+
+TEST_F(DebugWindowTest, ReportsADisplayerThatThrowsAndGoesOn)
+{
+    send("good", "1");
+    EXPECT_TRUE(send("bad", "throw"));
+    EXPECT_TRUE(logText().endsWith("error: TextDisplayer - asked to throw\n"));
+    send("good", "2");
+    send("bad", "3");
+    EXPECT_EQ(labelOf(section(0)), "good: 2");
+    EXPECT_EQ(labelOf(section(1)), "bad: 3");
+}
+
+TEST_F(DebugWindowTest, LeavesNoSectionOfADisplayerThatCannotBeMade)
+{
+    TextDisplayer::s_Refuses = true;
+    EXPECT_FALSE(send("name", "1"));
+    EXPECT_TRUE(debugOutput.getWindow()->getSections().empty());
+    EXPECT_THAT(debugOutput.getText(), HasSubstr("error: TextDisplayer - no widget today\n"));
+    TextDisplayer::s_Refuses = false;
+    EXPECT_TRUE(send("name", "2"));
+    EXPECT_EQ(labelOf(section(0)), "name: 2");
+}
+
+TEST_F(DebugWindowTest, RefusesClassesThatMakeNoDisplayers)
+{
+    EXPECT_FALSE(send("name", "1", nullptr));
+    EXPECT_THAT(debugOutput.getText(), HasSubstr("error: DebugOutput::displayEvent() - no displayer class\n"));
+    EXPECT_FALSE(send("name", "1", EventDisplayer::getClass()));
+    EXPECT_THAT(
+        debugOutput.getText(), HasSubstr("error: DebugOutput::displayEvent() - the class EventDisplayer is abstract\n"));
+    EXPECT_TRUE(debugOutput.getWindow()->getSections().empty());
+}
+
+TEST_F(DebugWindowTest, FreesItsDisplayers)
+{
+    send("a", "1");
+    send("b", "1");
+    EXPECT_EQ(TextDisplayer::s_NumDisplayers, 2);
+    delete debugOutput.getWindow();
+    EXPECT_EQ(TextDisplayer::s_NumDisplayers, 0);
+    EXPECT_EQ(debugOutput.getWindow(), nullptr);
+    EXPECT_TRUE(send("a", "2")) << "and opens again";
+    EXPECT_EQ(labelOf(section(0)), "a: 2");
+}
+
+TEST_F(DebugWindowTest, FitsTheScreenAndGivesItsSectionsTheWholeWidth)
+{
+    send("name", "text");
+    waitForExposure();
+    const DebugWindow* window = debugOutput.getWindow();
+    EXPECT_LE(window->width(), QGuiApplication::primaryScreen()->availableSize().width());
+    EXPECT_LE(window->height(), QGuiApplication::primaryScreen()->availableSize().height());
+    EXPECT_GT(section(0)->width(), window->width() - 40);
+    debugOutput.getWindow()->resize(300, 300);
+    QCoreApplication::processEvents();
+    EXPECT_LT(section(0)->width(), 300);
+    EXPECT_EQ(window->size(), QSize(300, 300)) << "however much it shows";
+    for (int i = 0; i < 30; ++i)
+        send("section " + std::to_string(i), "text");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window->size(), QSize(300, 300));
+}
+
+TEST_F(DebugWindowTest, DoesNotKeepTheApplicationRunning)
+{
+    send("name", "text");
+    EXPECT_FALSE(debugOutput.getWindow()->testAttribute(Qt::WA_QuitOnClose));
+}
+
+} // namespace
+} // namespace tavo
