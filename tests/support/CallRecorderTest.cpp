@@ -2,6 +2,7 @@
 #include "tests/support/CallRecorder.h"
 
 #include "tests/support/CallFormats.h"
+#include "tests/support/EntryPoints.h"
 #include "tests/support/GLTest.h"
 
 #include <GL/gl.h>
@@ -199,6 +200,17 @@ TEST_F(CallRecorderGLTest, HandsOutTheDriversEntryPointsThatItDoesNotKnow)
     EXPECT_THAT(callsOf([&] { getInteger64v(GL_MAX_TEXTURE_SIZE, &size); }), IsEmpty());
     EXPECT_GT(size, 0);
     EXPECT_EQ(wglGetProcAddress("noSuchFunction"), nullptr);
+}
+
+TEST_F(CallRecorderGLTest, WithholdsEntryPointsFromATestThatAsksForIt)
+{
+    {
+        const WithheldEntryPoint withheld("glBindBufferARB");
+        EXPECT_THAT(callsOf([] { EXPECT_EQ(wglGetProcAddress("glBindBufferARB"), nullptr); }),
+            ElementsAre("wglGetProcAddress(\"glBindBufferARB\")"));
+        EXPECT_NE(wglGetProcAddress("glGenBuffersARB"), nullptr);
+    }
+    EXPECT_NE(wglGetProcAddress("glBindBufferARB"), nullptr);
 }
 
 TEST_F(CallRecorderGLTest, QuotesCountedStrings)

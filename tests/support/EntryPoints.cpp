@@ -1,9 +1,12 @@
 #define GL_GLEXT_PROTOTYPES
+#include "tests/support/EntryPoints.h"
+
 #include "tavo/platform/wgl.h"
 #include "tests/support/RecordedCall.h"
 
 #include <GL/gl.h>
 #include <GL/glext.h>
+#include <set>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -17,6 +20,12 @@ VIREO_RECORD(wglGetCurrentDC)
 VIREO_RECORD(wglMakeCurrent, Value, Value)
 
 namespace {
+
+std::multiset<std::string>& withheldNames()
+{
+    static std::multiset<std::string> names;
+    return names;
+}
 
 struct EntryPoint
 {
@@ -124,9 +133,26 @@ const std::unordered_map<std::string_view, EntryPoint>& recordedEntryPoints()
 
 } // namespace
 
+namespace vireo_test {
+
+WithheldEntryPoint::WithheldEntryPoint(const std::string& name)
+    : m_Name(name)
+{
+    withheldNames().insert(name);
+}
+
+WithheldEntryPoint::~WithheldEntryPoint()
+{
+    withheldNames().erase(withheldNames().find(m_Name));
+}
+
+} // namespace vireo_test
+
 extern "C" __attribute__((visibility("default"))) PROC wglGetProcAddress(const char* name)
 {
     const PROC real = vireo_test::RecordedCall<"wglGetProcAddress", decltype(::wglGetProcAddress), Text>::make(name);
+    if (withheldNames().contains(name))
+        return nullptr;
     const auto known = recordedEntryPoints().find(name);
     if (!real || known == recordedEntryPoints().end())
         return real;

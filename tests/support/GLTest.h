@@ -22,7 +22,7 @@ protected:
     };
 
     // A fixture that starts without a context calls makeMainContext() itself, for example once it has set MESA_*
-    // environment variables, which are read when a context is made.
+    // environment variables. Mesa reads those once, when the first context of the process is made.
     explicit GLTest(Start start = Start::WITH_CONTEXT);
     ~GLTest() override;
 

@@ -1,9 +1,7 @@
 #include "tests/support/GLTest.h"
 
 #include <GL/gl.h>
-#include <cstdlib>
 #include <gmock/gmock.h>
-#include <string>
 
 namespace vireo_test {
 
@@ -79,31 +77,20 @@ TEST_F(GLTestGLTest, DrainsErrorsInTheirOrder)
     EXPECT_THAT(drainErrors(), testing::IsEmpty());
 }
 
-class OlderDriverGLTest : public GLTest
+class LaterContextGLTest : public GLTest
 {
 protected:
-    OlderDriverGLTest()
+    LaterContextGLTest()
         : GLTest(Start::WITHOUT_CONTEXT)
     {}
-
-    void SetUp() override
-    {
-        GLTest::SetUp();
-        setenv("MESA_EXTENSION_OVERRIDE", "-GL_EXT_texture3D", 1);
-    }
-
-    void TearDown() override
-    {
-        GLTest::TearDown();
-        unsetenv("MESA_EXTENSION_OVERRIDE");
-    }
 };
 
-TEST_F(OlderDriverGLTest, MayPrepareTheEnvironmentBeforeTheContextIsMade)
+TEST_F(LaterContextGLTest, HasNoContextUntilItMakesOne)
 {
     EXPECT_EQ(wglGetCurrentContext(), nullptr);
     if (!makeMainContext())
         return;
+    EXPECT_NE(wglGetCurrentContext(), nullptr);
     EXPECT_EQ(wglGetCurrentContext(), getRC());
 }
 

@@ -9,7 +9,13 @@ namespace vireo_test {
 
 namespace {
 
-using Connection = std::shared_ptr<Display>;
+// One connection for the whole process, never closed, as with EGL displays: closing it would unload the driver, and
+// with it all trace of what the driver has allocated.
+Display* connection()
+{
+    static Display* const display = XOpenDisplay(nullptr);
+    return display;
+}
 
 // A mapped window: what covers an unmapped one is undefined.
 Window makeWindow(Display* display, GLXFBConfig config)
@@ -31,10 +37,10 @@ Window makeWindow(Display* display, GLXFBConfig config)
 class GLXTestContext : public TestContext
 {
 public:
-    GLXTestContext(Connection connection, GLXFBConfig config, GLXContext shared)
-        : m_Connection(std::move(connection))
-        , m_Window(makeWindow(m_Connection.get(), config))
-        , m_Context(glXCreateNewContext(m_Connection.get(), config, GLX_RGBA_TYPE, shared, True))
+    GLXTestContext(Display* display, GLXFBConfig config, GLXContext shared)
+        : m_Display(display)
+        , m_Window(makeWindow(display, config))
+        , m_Context(glXCreateNewContext(display, config, GLX_RGBA_TYPE, shared, True))
     {
         if (!m_Context)
             throw std::runtime_error("GLXTestContext::GLXTestContext() - the driver makes no context");
@@ -45,22 +51,22 @@ public:
     {
         if (glXGetCurrentContext() == m_Context)
             release();
-        glXDestroyContext(m_Connection.get(), m_Context);
-        XDestroyWindow(m_Connection.get(), m_Window);
+        glXDestroyContext(m_Display, m_Context);
+        XDestroyWindow(m_Display, m_Window);
     }
 
     void makeCurrent() override
     {
-        if (!glXMakeCurrent(m_Connection.get(), m_Window, m_Context))
+        if (!glXMakeCurrent(m_Display, m_Window, m_Context))
             throw std::runtime_error("GLXTestContext::makeCurrent() - the driver refuses");
     }
 
-    void release() override { glXMakeCurrent(m_Connection.get(), None, nullptr); }
+    void release() override { glXMakeCurrent(m_Display, None, nullptr); }
 
     GLXContext getContext() const { return m_Context; }
 
 private:
-    Connection m_Connection;
+    Display* m_Display;
     Window m_Window;
     GLXContext m_Context;
 };
@@ -68,8 +74,8 @@ private:
 class GLXWindowSystem : public WindowSystem
 {
 public:
-    GLXWindowSystem(Connection connection, GLXFBConfig config)
-        : m_Connection(std::move(connection))
+    GLXWindowSystem(Display* display, GLXFBConfig config)
+        : m_Display(display)
         , m_Config(config)
     {}
 
@@ -77,11 +83,11 @@ public:
     {
         auto* sharedContext = static_cast<GLXTestContext*>(shared);
         return std::make_unique<GLXTestContext>(
-            m_Connection, m_Config, sharedContext ? sharedContext->getContext() : nullptr);
+            m_Display, m_Config, sharedContext ? sharedContext->getContext() : nullptr);
     }
 
 private:
-    Connection m_Connection;
+    Display* m_Display;
     GLXFBConfig m_Config;
 };
 
@@ -100,21 +106,18 @@ GLXFBConfig chooseConfig(Display* display)
 
 std::unique_ptr<WindowSystem> openGLX(std::string& reason)
 {
-    const Connection connection(XOpenDisplay(nullptr), [](Display* display) {
-        if (display)
-            XCloseDisplay(display);
-    });
-    if (!connection) {
+    Display* const display = connection();
+    if (!display) {
         const char* name = std::getenv("DISPLAY");
         reason = std::string("no X server answers at DISPLAY='") + (name ? name : "") + "'";
         return nullptr;
     }
-    const GLXFBConfig config = chooseConfig(connection.get());
+    const GLXFBConfig config = chooseConfig(display);
     if (!config) {
         reason = "the X server has no double-buffered RGBA visual with depth and stencil";
         return nullptr;
     }
-    return std::make_unique<GLXWindowSystem>(connection, config);
+    return std::make_unique<GLXWindowSystem>(display, config);
 }
 
 } // namespace vireo_test

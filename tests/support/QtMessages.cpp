@@ -16,20 +16,19 @@ std::vector<ExpectedQtWarning*>& expectedWarnings()
     return warnings;
 }
 
-bool isExpected(const std::string& message)
+bool isExpected(const QString& message)
 {
     return std::any_of(expectedWarnings().begin(), expectedWarnings().end(),
         [&message](ExpectedQtWarning* warning) { return warning->accept(message); });
 }
 
-void handleMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
+void handleMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
-    const std::string message = text.toStdString();
     const bool harmless = type == QtDebugMsg || type == QtInfoMsg;
     if (harmless || !testing::UnitTest::GetInstance()->current_test_info())
-        std::fprintf(stderr, "Qt: %s\n", message.c_str());
+        std::fprintf(stderr, "Qt: %s\n", qPrintable(message));
     else if (!isExpected(message))
-        ADD_FAILURE() << "unexpected Qt warning: " << message;
+        ADD_FAILURE() << "unexpected Qt warning: " << qPrintable(message);
 }
 
 } // namespace
@@ -39,9 +38,8 @@ void watchQtMessages()
     qInstallMessageHandler(handleMessage);
 }
 
-ExpectedQtWarning::ExpectedQtWarning(const std::string& pattern)
-    : m_Pattern(pattern)
-    , m_Expression(pattern)
+ExpectedQtWarning::ExpectedQtWarning(const QString& pattern)
+    : m_Expression(pattern)
 {
     expectedWarnings().push_back(this);
 }
@@ -49,12 +47,12 @@ ExpectedQtWarning::ExpectedQtWarning(const std::string& pattern)
 ExpectedQtWarning::~ExpectedQtWarning()
 {
     std::erase(expectedWarnings(), this);
-    EXPECT_TRUE(m_HasCome) << "no Qt warning like '" << m_Pattern << "' came";
+    EXPECT_TRUE(m_HasCome) << "no Qt warning like '" << qPrintable(m_Expression.pattern()) << "' came";
 }
 
-bool ExpectedQtWarning::accept(const std::string& message)
+bool ExpectedQtWarning::accept(const QString& message)
 {
-    const bool accepted = std::regex_search(message, m_Expression);
+    const bool accepted = m_Expression.match(message).hasMatch();
     m_HasCome |= accepted;
     return accepted;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <regex>
-#include <string>
+#include <QRegularExpression>
 
 namespace vireo_test {
 
@@ -15,17 +14,16 @@ void watchQtMessages();
 class ExpectedQtWarning
 {
 public:
-    explicit ExpectedQtWarning(const std::string& pattern);
+    explicit ExpectedQtWarning(const QString& pattern);
     ~ExpectedQtWarning();
     ExpectedQtWarning(const ExpectedQtWarning&) = delete;
     ExpectedQtWarning& operator=(const ExpectedQtWarning&) = delete;
 
     // Whether the message is one that is expected; if so, it has come.
-    bool accept(const std::string& message);
+    bool accept(const QString& message);
 
 private:
-    std::string m_Pattern;
-    std::regex m_Expression;
+    QRegularExpression m_Expression;
     bool m_HasCome = false;
 };
 

@@ -29,7 +29,7 @@ private:
     HGLRC m_RC = nullptr;
 };
 
-// A connection that contexts are made on. The contexts keep it open.
+// A connection that contexts are made on.
 class WindowSystem
 {
 public:

@@ -72,8 +72,8 @@ bool isVersionSupported(std::size_t minorVersion)
 {
     constexpr std::string_view versions[] = {"1.0", "1.1", "1.2", "1.3", "1.4"};
     const std::string_view version = textOrNothing(glGetString(GL_VERSION));
-    return !version.empty() &&
-        std::none_of(versions, versions + minorVersion, [&](std::string_view older) { return version.starts_with(older); });
+    return !version.empty() && std::none_of(versions, versions + minorVersion,
+                                   [&](std::string_view older) { return version.starts_with(older); });
 }
 
 [[noreturn]] void exitForLackOfMemory(int line)

@@ -7,9 +7,9 @@
 
 namespace tavo {
 
-// Fetches the entry points of GLExtensions.h, by the names of the extensions they belong to, from the driver of the current
-// context. A loader asks the driver once which extensions it supports, at its first request, and goes by that answer for
-// ever after.
+// Fetches the entry points of GLExtensions.h, by the names of the extensions they belong to, from the driver of the
+// current context. A loader asks the driver once which extensions it supports, at its first request, and goes by that
+// answer for ever after.
 //
 // Internal to the library; exported only for its tests.
 class VIREO_EXPORT GLExtensionLoader
@@ -18,18 +18,19 @@ public:
     // The loader that the library makes its requests of.
     static GLExtensionLoader& getInstance();
 
-    // Loads each supported extension of a list of names, separated by blanks, tabs or line feeds. True if all of them were
-    // supported and loaded whole. Without a list (null) it only asks for the supported extensions, and is true.
+    // Loads each supported extension of a list of names, separated by blanks, tabs or line feeds. True if all of them
+    // were supported and loaded whole. Without a list (null) it only asks for the supported extensions, and is true.
     //
     // An extension is supported if its name and a blank occur in the list of supported extensions: deliberately also as
     // the end of a longer name. GL_VERSION_1_2 to GL_VERSION_1_5 go by the driver's version instead. Without a current
     // context nothing is supported.
     //
-    // If the memory for the two lists below runs out, the process ends with exit code -1 and a message on standard output.
+    // If the memory for the two lists below runs out, the process ends with exit code -1 and a message on standard
+    // output.
     bool request(const char* names);
 
-    // Fetches all entry points of an extension, supported or not, in the order of GLEntryPoints.inc, up to the first that
-    // the driver does not have; those fetched before it stay. True if all were found; false for an unknown name.
+    // Fetches all entry points of an extension, supported or not, in the order of GLEntryPoints.inc, up to the first
+    // that the driver does not have; those fetched before it stay. True if all were found; false for an unknown name.
     static bool load(std::string_view extension);
 
     // Fetches the entry points of GL_EXT_framebuffer_object, each whether or not the driver has the others.

@@ -14,11 +14,11 @@ struct HPBUFFERARB__;
 
 // The entry points of OpenGL beyond version 1.1, fetched from the driver at run time: a pointer to each, that bears the
 // function's name and lies in namespace tavo. Within that namespace a call is written as if the function were linked,
-// glBindBufferARB(...); elsewhere it is tavo::glBindBufferARB(...). A using-directive for the namespace does not do: some
-// of the names are functions of the system's GL library as well.
+// glBindBufferARB(...); elsewhere it is tavo::glBindBufferARB(...). A using-directive for the namespace does not do:
+// some of the names are functions of the system's GL library as well.
 //
-// A pointer is null until it has been fetched, and stays null where the driver has no such function; who calls it must know
-// that it is there. Pointers are of the whole process, and good for every context of the driver they came from.
+// A pointer is null until it has been fetched, and stays null where the driver has no such function; who calls it must
+// know that it is there. Pointers are of the whole process, and good for every context of the driver they came from.
 namespace tavo {
 
 #define VIREO_GL_ENTRY_POINT(name, ...) extern VIREO_EXPORT std::type_identity_t<__VA_ARGS__> name;
@@ -28,9 +28,9 @@ namespace tavo {
 // Whether initGLExtensions() was called.
 extern VIREO_EXPORT bool glExtensionsInitialized;
 
-// Fetches the entry points of the extensions that the library uses, as far as the current context's driver supports them,
-// and those of framebuffer objects. Only the first call in a process does anything, even if no context was current then.
-// The first root GLContext makes that call.
+// Fetches the entry points of the extensions that the library uses, as far as the current context's driver supports
+// them, and those of framebuffer objects. Only the first call in a process does anything, even if no context was
+// current then. The first root GLContext makes that call.
 VIREO_EXPORT void initGLExtensions();
 
 } // namespace tavo

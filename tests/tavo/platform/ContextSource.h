@@ -4,8 +4,8 @@
 
 namespace vireo_test {
 
-// Two contexts, 0 and 1, that share their objects, made by one of the ways in which an application may: with window-system
-// calls, or by Qt.
+// Two contexts, 0 and 1, that share their objects, made by one of the ways in which an application may: with
+// window-system calls, or by Qt.
 class ContextSource
 {
 public:

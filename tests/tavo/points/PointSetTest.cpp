@@ -187,7 +187,7 @@ TEST(PointSetTest, IsHarmlessAfterHavingBeenMovedFrom)
     const AttributeAccessToken token = original.getAAT("position");
     const PointSet moved = std::move(original);
     EXPECT_THAT(at(moved, 0, "position"), ElementsAre(1, 2, 3));
-    // NOLINTNEXTLINE(bugprone-use-after-move)
+    // NOLINTNEXTLINE(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
     EXPECT_THROW(original.get3f(0, token), std::out_of_range);
 }
 

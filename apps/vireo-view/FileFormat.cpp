@@ -1,0 +1,77 @@
+#include "apps/vireo-view/FileFormat.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string>
+#include <string_view>
+
+#include "apps/vireo-view/InputBuffer.h"
+#include "apps/vireo-view/InputError.h"
+
+namespace vireo_view {
+
+namespace {
+
+constexpr std::string_view BLANKS = " \t\r\n";
+
+std::string beginningOf(const std::filesystem::path& file)
+{
+    InputBuffer input(file, InputBuffer::LineEnds::AS_THEY_ARE, nullptr);
+    std::string beginning(1024, '\0');
+    beginning.resize(input.sgetn(beginning.data(), static_cast<std::streamsize>(beginning.size())));
+    input.checkDevice();
+    return beginning;
+}
+
+std::string lowerCaseExtension(const std::filesystem::path& file)
+{
+    std::string extension = file.extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+        [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension;
+}
+
+std::string_view firstWord(std::string_view text)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(BLANKS), text.size()));
+    return text.substr(0, text.find_first_of(BLANKS));
+}
+
+std::string_view withoutLeadingComments(std::string_view text)
+{
+    while (firstWord(text).starts_with('#')) {
+        const std::size_t comment = text.find('#');
+        text.remove_prefix(std::min(text.find('\n', comment), text.size()));
+    }
+    return text;
+}
+
+// OFF, with any of the letters before it that say what else a vertex has.
+bool isOffKeyword(std::string_view word)
+{
+    for (const std::string_view prefix : {"ST", "C", "N", "4", "n"})
+        if (word.starts_with(prefix))
+            word.remove_prefix(prefix.size());
+    return word == "OFF";
+}
+
+} // namespace
+
+FileFormat detectFormat(const std::filesystem::path& file)
+{
+    const std::string beginning = beginningOf(file);
+    const std::string extension = lowerCaseExtension(file);
+    if (beginning.starts_with("ply") && firstWord(beginning) == "ply")
+        return FileFormat::PLY;
+    if (isOffKeyword(firstWord(withoutLeadingComments(beginning))))
+        return FileFormat::OFF;
+    if (extension == ".ply")
+        throw InputError(file, "is not a PLY file: it does not begin with 'ply'");
+    if (extension == ".off")
+        throw InputError(file, "is not an OFF file: it does not begin with 'OFF'");
+    if (beginning.find('\0') != std::string::npos)
+        throw InputError(file, "is of no known format: neither PLY nor OFF nor text");
+    return extension == ".xyz" || extension == ".pwn" ? FileFormat::XYZ : FileFormat::COLUMNS;
+}
+
+} // namespace vireo_view

@@ -1,0 +1,173 @@
+#include <gmock/gmock.h>
+#include <vector>
+
+#include "tests/vireo/context/GLExtensionTest.h"
+#include "vireo/context/GLExtensionLoader.h"
+
+// After the library's header, and after the GL headers that it includes.
+#include <QGLWidget>
+
+namespace tavo {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using vireo_test::CallRecorder;
+using vireo_test::callsOf;
+using vireo_test::expectCalls;
+
+// The library's one loader asks the driver for its extensions once in a process.
+class GLExtensionsGLTest : public GLExtensionTest
+{
+protected:
+    void SetUp() override
+    {
+        GLExtensionTest::SetUp();
+        if (!GLExtensionLoader::getInstance().getSupportedExtensions().empty())
+            GTEST_SKIP() << "an earlier test of this process has loaded the extensions";
+    }
+};
+
+const std::vector<std::string> NV_VERTEX_PROGRAM{"glAreProgramsResidentNV", "glBindProgramNV", "glDeleteProgramsNV",
+    "glExecuteProgramNV", "glGenProgramsNV", "glGetProgramParameterdvNV", "glGetProgramParameterfvNV",
+    "glGetProgramivNV", "glGetProgramStringNV", "glGetTrackMatrixivNV", "glGetVertexAttribdvNV",
+    "glGetVertexAttribfvNV", "glGetVertexAttribivNV", "glGetVertexAttribPointervNV", "glIsProgramNV", "glLoadProgramNV",
+    "glProgramParameter4dNV", "glProgramParameter4dvNV", "glProgramParameter4fNV", "glProgramParameter4fvNV",
+    "glProgramParameters4dvNV", "glProgramParameters4fvNV", "glRequestResidentProgramsNV", "glTrackMatrixNV",
+    "glVertexAttribPointerNV", "glVertexAttrib1dNV", "glVertexAttrib1dvNV", "glVertexAttrib1fNV", "glVertexAttrib1fvNV",
+    "glVertexAttrib1sNV", "glVertexAttrib1svNV", "glVertexAttrib2dNV", "glVertexAttrib2dvNV", "glVertexAttrib2fNV",
+    "glVertexAttrib2fvNV", "glVertexAttrib2sNV", "glVertexAttrib2svNV", "glVertexAttrib3dNV", "glVertexAttrib3dvNV",
+    "glVertexAttrib3fNV", "glVertexAttrib3fvNV", "glVertexAttrib3sNV", "glVertexAttrib3svNV", "glVertexAttrib4dNV",
+    "glVertexAttrib4dvNV", "glVertexAttrib4fNV", "glVertexAttrib4fvNV", "glVertexAttrib4sNV", "glVertexAttrib4svNV",
+    "glVertexAttrib4ubNV", "glVertexAttrib4ubvNV", "glVertexAttribs1dvNV", "glVertexAttribs1fvNV",
+    "glVertexAttribs1svNV", "glVertexAttribs2dvNV", "glVertexAttribs2fvNV", "glVertexAttribs2svNV",
+    "glVertexAttribs3dvNV", "glVertexAttribs3fvNV", "glVertexAttribs3svNV", "glVertexAttribs4dvNV",
+    "glVertexAttribs4fvNV", "glVertexAttribs4svNV", "glVertexAttribs4ubvNV"};
+
+const std::vector<std::string> ARB_VERTEX_PROGRAM{"glVertexAttrib1dARB", "glVertexAttrib1dvARB", "glVertexAttrib1fARB",
+    "glVertexAttrib1fvARB", "glVertexAttrib1sARB", "glVertexAttrib1svARB", "glVertexAttrib2dARB",
+    "glVertexAttrib2dvARB", "glVertexAttrib2fARB", "glVertexAttrib2fvARB", "glVertexAttrib2sARB",
+    "glVertexAttrib2svARB", "glVertexAttrib3dARB", "glVertexAttrib3dvARB", "glVertexAttrib3fARB",
+    "glVertexAttrib3fvARB", "glVertexAttrib3sARB", "glVertexAttrib3svARB", "glVertexAttrib4NbvARB",
+    "glVertexAttrib4NivARB", "glVertexAttrib4NsvARB", "glVertexAttrib4NubARB", "glVertexAttrib4NubvARB",
+    "glVertexAttrib4NuivARB", "glVertexAttrib4NusvARB", "glVertexAttrib4bvARB", "glVertexAttrib4dARB",
+    "glVertexAttrib4dvARB", "glVertexAttrib4fARB", "glVertexAttrib4fvARB", "glVertexAttrib4ivARB",
+    "glVertexAttrib4sARB", "glVertexAttrib4svARB", "glVertexAttrib4ubvARB", "glVertexAttrib4uivARB",
+    "glVertexAttrib4usvARB", "glVertexAttribPointerARB", "glEnableVertexAttribArrayARB",
+    "glDisableVertexAttribArrayARB", "glProgramStringARB", "glBindProgramARB", "glDeleteProgramsARB",
+    "glGenProgramsARB", "glProgramEnvParameter4dARB", "glProgramEnvParameter4dvARB", "glProgramEnvParameter4fARB",
+    "glProgramEnvParameter4fvARB", "glProgramLocalParameter4dARB", "glProgramLocalParameter4dvARB",
+    "glProgramLocalParameter4fARB", "glProgramLocalParameter4fvARB", "glGetProgramEnvParameterdvARB",
+    "glGetProgramEnvParameterfvARB", "glGetProgramLocalParameterdvARB", "glGetProgramLocalParameterfvARB",
+    "glGetProgramivARB", "glGetProgramStringARB", "glGetVertexAttribdvARB", "glGetVertexAttribfvARB",
+    "glGetVertexAttribivARB", "glGetVertexAttribPointervARB", "glIsProgramARB"};
+
+const std::vector<std::string> ARB_VERTEX_BUFFER_OBJECT{"glBindBufferARB", "glDeleteBuffersARB", "glGenBuffersARB",
+    "glIsBufferARB", "glBufferDataARB", "glBufferSubDataARB", "glGetBufferSubDataARB", "glMapBufferARB",
+    "glUnmapBufferARB", "glGetBufferParameterivARB", "glGetBufferPointervARB"};
+
+const std::vector<std::string> ARB_MULTITEXTURE{"glMultiTexCoord1dARB", "glMultiTexCoord1dvARB", "glMultiTexCoord1fARB",
+    "glMultiTexCoord1fvARB", "glMultiTexCoord1iARB", "glMultiTexCoord1ivARB", "glMultiTexCoord1sARB",
+    "glMultiTexCoord1svARB", "glMultiTexCoord2dARB", "glMultiTexCoord2dvARB", "glMultiTexCoord2fARB",
+    "glMultiTexCoord2fvARB", "glMultiTexCoord2iARB", "glMultiTexCoord2ivARB", "glMultiTexCoord2sARB",
+    "glMultiTexCoord2svARB", "glMultiTexCoord3dARB", "glMultiTexCoord3dvARB", "glMultiTexCoord3fARB",
+    "glMultiTexCoord3fvARB", "glMultiTexCoord3iARB", "glMultiTexCoord3ivARB", "glMultiTexCoord3sARB",
+    "glMultiTexCoord3svARB", "glMultiTexCoord4dARB", "glMultiTexCoord4dvARB", "glMultiTexCoord4fARB",
+    "glMultiTexCoord4fvARB", "glMultiTexCoord4iARB", "glMultiTexCoord4ivARB", "glMultiTexCoord4sARB",
+    "glMultiTexCoord4svARB", "glActiveTextureARB", "glClientActiveTextureARB"};
+
+const std::vector<std::string> EXT_FRAMEBUFFER_OBJECT{"glIsRenderbufferEXT", "glBindRenderbufferEXT",
+    "glDeleteRenderbuffersEXT", "glGenRenderbuffersEXT", "glRenderbufferStorageEXT", "glGetRenderbufferParameterivEXT",
+    "glIsFramebufferEXT", "glBindFramebufferEXT", "glDeleteFramebuffersEXT", "glGenFramebuffersEXT",
+    "glCheckFramebufferStatusEXT", "glFramebufferTexture1DEXT", "glFramebufferTexture2DEXT",
+    "glFramebufferTexture3DEXT", "glFramebufferRenderbufferEXT", "glGetFramebufferAttachmentParameterivEXT",
+    "glGenerateMipmapEXT"};
+
+TEST_F(GLExtensionsGLTest, FetchesTheEntryPointsOfEachExtensionInItsOrder)
+{
+    // A driver that lists them all; of the WGL functions the platform has only the one for the list.
+    ASSERT_TRUE(makeMainContextWithExtensions(
+        "+GL_NV_vertex_program +GL_EXT_vertex_shader +GL_HP_occlusion_test +GL_EXT_compiled_vertex_array "
+        "+GL_NV_vertex_array_range +GL_EXT_point_parameters +GL_EXT_texture3D +GL_ARB_vertex_program "
+        "+GL_ARB_fragment_program +GL_ARB_vertex_buffer_object +GL_ARB_multitexture +GL_ARB_texture_cube_map "
+        "+WGL_ARB_extension_string +WGL_ARB_pixel_format +WGL_ARB_pbuffer"));
+    CallRecorder recorder;
+    initGLExtensions();
+
+    std::vector<std::string> expected{
+        "glGetString(GL_EXTENSIONS)", "wglGetProcAddress(\"wglGetExtensionsStringARB\")", "wglGetCurrentDC()"};
+    for (const std::vector<std::string>& entryPoints : {
+             NV_VERTEX_PROGRAM,
+             {"glLockArraysEXT", "glUnlockArraysEXT"},
+             {"glFlushVertexArrayRangeNV", "glVertexArrayRangeNV", "wglAllocateMemoryNV"},
+             {"glPointParameterfEXT", "glPointParameterfvEXT"},
+             {"glTexImage3DEXT"},
+             ARB_VERTEX_PROGRAM,
+             ARB_VERTEX_BUFFER_OBJECT,
+             ARB_MULTITEXTURE,
+             {"wglGetPixelFormatAttribivARB"},
+             {"wglCreatePbufferARB"},
+             EXT_FRAMEBUFFER_OBJECT,
+         })
+        for (const std::string& call : fetches(entryPoints))
+            expected.push_back(call);
+    expectCalls(recorder, expected);
+
+    EXPECT_EQ(GLExtensionLoader::getInstance().getUnsupportedExtensions(), "WGL_ARB_pbuffer ") << "the last request's";
+}
+
+TEST_F(GLExtensionsGLTest, LoadsOnlyWhatTheDriverSupports)
+{
+    ASSERT_TRUE(makeMainContextWithExtensions(
+        "-GL_ARB_vertex_program -GL_ARB_fragment_program -GL_ARB_vertex_buffer_object -GL_EXT_texture3D "
+        "-GL_NV_vertex_program -GL_EXT_framebuffer_object +GL_EXT_compiled_vertex_array +GL_ARB_multitexture"));
+    initGLExtensions();
+    EXPECT_EQ(glAreProgramsResidentNV, nullptr);
+    EXPECT_EQ(glBindProgramARB, nullptr);
+    EXPECT_EQ(glDeleteProgramsARB, nullptr);
+    EXPECT_EQ(glBindBufferARB, nullptr);
+    EXPECT_EQ(glTexImage3DEXT, nullptr);
+    EXPECT_EQ(glGenQueriesARB, nullptr) << "of an extension that the library does not ask for";
+    EXPECT_NE(glLockArraysEXT, nullptr);
+    EXPECT_NE(glMultiTexCoord1dARB, nullptr);
+    EXPECT_NE(glClientActiveTextureARB, nullptr);
+    EXPECT_NE(glIsRenderbufferEXT, nullptr) << "framebuffer objects do not depend on the driver's list";
+    EXPECT_NE(glBindFramebufferEXT, nullptr);
+    EXPECT_NE(glGenerateMipmapEXT, nullptr);
+}
+
+TEST_F(GLExtensionsGLTest, DoesNothingTheSecondTime)
+{
+    ASSERT_TRUE(makeMainContext());
+    EXPECT_FALSE(glExtensionsInitialized);
+    initGLExtensions();
+    EXPECT_TRUE(glExtensionsInitialized);
+    EXPECT_NE(glBindFramebufferEXT, nullptr);
+    glBindFramebufferEXT = nullptr;
+    EXPECT_THAT(callsOf(initGLExtensions), IsEmpty());
+    EXPECT_EQ(glBindFramebufferEXT, nullptr);
+}
+
+TEST_F(GLExtensionsGLTest, DoesNothingTheSecondTimeEvenIfThereWasNoContextTheFirst)
+{
+    initGLExtensions();
+    EXPECT_TRUE(glExtensionsInitialized);
+    EXPECT_EQ(glBindFramebufferEXT, nullptr);
+    EXPECT_EQ(glActiveTextureARB, nullptr);
+
+    ASSERT_TRUE(makeMainContext());
+    EXPECT_THAT(callsOf(initGLExtensions), IsEmpty());
+    EXPECT_EQ(glBindFramebufferEXT, nullptr);
+    EXPECT_EQ(glActiveTextureARB, nullptr);
+    EXPECT_EQ(GLExtensionLoader::getInstance().getSupportedExtensions(), "  ");
+}
+
+TEST_F(GLExtensionsGLTest, FetchesEachFramebufferEntryPointWhetherOrNotTheOthersAreThere)
+{
+    EXPECT_EQ(callsOf(GLExtensionLoader::loadFramebufferObjects), fetches(EXT_FRAMEBUFFER_OBJECT))
+        << "without a context each is missing";
+}
+
+} // namespace
+} // namespace tavo

@@ -1,0 +1,169 @@
+#include "vireo/displayers/GLEventDisplayer.h"
+
+#include <QTest>
+#include <gmock/gmock.h>
+#include <memory>
+
+#include "tavo/base/debug/DebugOutput.h"
+#include "tavo/base/debug/DebugSection.h"
+#include "tavo/base/debug/DebugWindow.h"
+#include "tests/vireo/displayers/TestEventObject.h"
+#include "vireo/displayers/GLEventDisplayerWidget.h"
+
+namespace tavo {
+namespace {
+
+// With the protected operation in reach.
+class OpenDisplayer : public GLEventDisplayer
+{
+public:
+    using GLEventDisplayer::createSpecialWidget;
+};
+
+class ForeignEvent : public EventDisplayerEvent
+{
+};
+
+class GLEventDisplayerTest : public testing::Test
+{
+protected:
+    GLEventDisplayerTest()
+    {
+        GLEventObject::init(Object::getClass());
+        GLEventDisplayer::init(EventDisplayer::getClass());
+    }
+
+    ~GLEventDisplayerTest() override
+    {
+        delete debugOutput.getWindow();
+        EXPECT_EQ(TestEventObject::s_NumLiving, 0);
+    }
+};
+
+TEST_F(GLEventDisplayerTest, HasOneClassRecord)
+{
+    const MetaClass* record = GLEventDisplayer::getClass();
+    EXPECT_EQ(GLEventDisplayer::getClass(), record);
+    EXPECT_STREQ(record->getName(), "GLEventDisplayer");
+    EXPECT_STREQ(record->getDescription(), "no description.");
+    EXPECT_EQ(record->getInstanceSize(), sizeof(GLEventDisplayer));
+    EXPECT_EQ(record->getVersion(), 1000u);
+    EXPECT_EQ(record->getParent(), EventDisplayer::getClass());
+    EXPECT_FALSE(record->isAbstract());
+    const std::unique_ptr<Object> instance(record->newInstance());
+    EXPECT_EQ(instance->getInstanceClass(), record);
+    EXPECT_NE(dynamic_cast<GLEventDisplayer*>(instance.get()), nullptr);
+    GLEventDisplayer::initMetaClass();
+    EXPECT_EQ(GLEventDisplayer::getClass(), record);
+}
+
+TEST_F(GLEventDisplayerTest, DescribesTheAbstractClassOfItsObjectsWithoutAFactory)
+{
+    const MetaClass* record = GLEventObject::getClass();
+    EXPECT_EQ(GLEventObject::getClass(), record);
+    EXPECT_STREQ(record->getName(), "GLEventObject");
+    EXPECT_STREQ(record->getDescription(), "no description.");
+    EXPECT_EQ(record->getInstanceSize(), sizeof(GLEventObject));
+    EXPECT_EQ(record->getParent(), Object::getClass());
+    EXPECT_EQ(record->getVersion(), 1000u);
+    EXPECT_TRUE(record->isAbstract());
+    GLEventObject::initMetaClass();
+    EXPECT_EQ(GLEventObject::getClass(), record);
+}
+
+TEST_F(GLEventDisplayerTest, IgnoresEventsBeforeItHasAWidget)
+{
+    OpenDisplayer displayer;
+    TestEventObject object;
+    const GLEventDisplayer::SetNewGLEventObject event(&object, true);
+    displayer.displayEvent(&event, "name");
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1) << "neither shown nor freed";
+}
+
+TEST_F(GLEventDisplayerTest, ShowsTheObjectOfItsEvent)
+{
+    QWidget parent;
+    OpenDisplayer displayer;
+    QWidget* const widget = displayer.createSpecialWidget(&parent);
+    EXPECT_EQ(widget->parentWidget(), &parent);
+    EXPECT_NE(qobject_cast<GLEventDisplayerWidget*>(widget), nullptr);
+    {
+        const GLEventDisplayer::SetNewGLEventObject event(new TestEventObject, true);
+        displayer.displayEvent(&event, "name");
+    }
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1) << "the event's end does not free it";
+}
+
+TEST_F(GLEventDisplayerTest, PassesOnWhetherToUpdate)
+{
+    QWidget parent;
+    OpenDisplayer displayer;
+    displayer.createSpecialWidget(&parent);
+    TestEventObject::s_NumUpdates = 0;
+    for (bool updateExisting : {true, false, true}) {
+        const GLEventDisplayer::SetNewGLEventObject event(new TestEventObject, updateExisting);
+        displayer.displayEvent(&event, "name");
+    }
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 1);
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+}
+
+TEST_F(GLEventDisplayerTest, IgnoresForeignEventsAndNull)
+{
+    QWidget parent;
+    OpenDisplayer displayer;
+    displayer.createSpecialWidget(&parent);
+    const GLEventDisplayer::SetNewGLEventObject event(new TestEventObject, true);
+    displayer.displayEvent(&event, "name");
+    displayer.displayEvent(nullptr, "name");
+    const ForeignEvent foreign;
+    displayer.displayEvent(&foreign, "name");
+    const GLEventDisplayer::SetNewGLEventObject empty(nullptr, true);
+    displayer.displayEvent(&empty, "name");
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+}
+
+TEST_F(GLEventDisplayerTest, SharesItsWidgetWithItsCopies)
+{
+    QWidget parent;
+    OpenDisplayer displayer;
+    displayer.createSpecialWidget(&parent);
+    const GLEventDisplayer::SetNewGLEventObject event(new TestEventObject, true);
+    GLEventDisplayer copy(displayer);
+    copy.displayEvent(&event, "name");
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1) << "shown by the one widget there is";
+    GLEventDisplayer assigned;
+    assigned = displayer;
+    const GLEventDisplayer::SetNewGLEventObject replacement(new TestEventObject, false);
+    assigned.displayEvent(&replacement, "name");
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+}
+
+TEST_F(GLEventDisplayerTest, ReachesTheDebugWindow)
+{
+    sendGLEventObject("mine", new TestEventObject);
+    sendGLEventObject("mine", new TestEventObject);
+    ASSERT_EQ(debugOutput.getWindow()->getSections().size(), 1u);
+    const DebugSection* section = debugOutput.getWindow()->getSections()[0];
+    EXPECT_EQ(section->getName(), "mine");
+    EXPECT_NE(qobject_cast<GLEventDisplayerWidget*>(section->getDisplayerWidget()), nullptr);
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+}
+
+TEST_F(GLEventDisplayerTest, ItsPanelsHaveOneSignal)
+{
+    TestEventObject object;
+    GLEventConfiguration panel(nullptr, &object);
+    const QMetaObject* meta = panel.metaObject();
+    EXPECT_STREQ(meta->className(), "tavo::GLEventConfiguration");
+    ASSERT_EQ(meta->methodCount() - meta->methodOffset(), 1);
+    EXPECT_EQ(meta->method(meta->methodOffset()).methodSignature(), "changed()");
+    EXPECT_EQ(meta->method(meta->methodOffset()).methodType(), QMetaMethod::Signal);
+    EXPECT_EQ(meta->propertyCount(), meta->propertyOffset());
+    EXPECT_NE(panel.qt_metacast("tavo::GLEventConfiguration"), nullptr);
+    EXPECT_NE(panel.qt_metacast("tavo::PopupWindow"), nullptr);
+    EXPECT_EQ(panel.qt_metacast("tavo::Somewhere"), nullptr);
+}
+
+} // namespace
+} // namespace tavo

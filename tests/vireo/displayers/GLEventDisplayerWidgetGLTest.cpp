@@ -1,0 +1,673 @@
+#include "vireo/displayers/GLEventDisplayerWidget.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QGLWidget>
+#include <QLayout>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+#include <QTest>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+#include <gmock/gmock.h>
+#include <limits>
+#include <memory>
+#include <stdexcept>
+
+#include "tavo/base/debug/DebugOutput.h"
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/gui/WidgetPicture.h"
+#include "tavo/platform/wgl.h"
+#include "tests/support/CallRecorder.h"
+#include "tests/vireo/displayers/TestEventObject.h"
+#include "vireo/context/GLContext.h"
+#include "vireo/context/GLObject.h"
+#include "vireo/context/Library.h"
+
+#include <GL/gl.h>
+
+namespace tavo {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+using vireo_test::CallRecorder;
+using vireo_test::expectCalls;
+
+using Vector3f = StaticVector<float, 3>;
+
+class GLEventDisplayerWidgetGLTest : public testing::Test
+{
+protected:
+    GLEventDisplayerWidgetGLTest()
+    {
+        TestEventObject::s_NumUpdates = 0;
+        TestEventObject::s_NumDrawn = 0;
+        m_Widget = std::make_unique<GLEventDisplayerWidget>(nullptr, Qt::WindowFlags());
+        m_View = m_Widget->findChild<QGLWidget*>();
+    }
+
+    ~GLEventDisplayerWidgetGLTest() override
+    {
+        m_Widget.reset();
+        EXPECT_EQ(TestEventObject::s_NumLiving, 0) << "every object was freed";
+    }
+
+    void showWidget()
+    {
+        m_Widget->move(100, 100);
+        m_Widget->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(m_Widget.get()));
+        settle();
+    }
+
+    // Lets all paints happen that were asked for.
+    static void settle()
+    {
+        for (int i = 0; i < 5; ++i)
+            QTest::qWait(5);
+    }
+
+    void show(GLEventObject* object, bool updateExisting = true)
+    {
+        m_Widget->setGLEventObject(object, updateExisting);
+        settle();
+    }
+
+    QPushButton* button(const char* name) { return m_Widget->findChild<QPushButton*>(name); }
+    void click(const char* name) { QTest::mouseClick(button(name), Qt::LeftButton); }
+    int viewHeight() const { return m_View->height(); }
+
+    static std::string newText(std::size_t before) { return debugOutput.getText().substr(before); }
+
+    std::unique_ptr<GLEventDisplayerWidget> m_Widget;
+    QGLWidget* m_View;
+};
+
+TEST_F(GLEventDisplayerWidgetGLTest, HasTheWidgetsOfItsForm)
+{
+    EXPECT_EQ(m_Widget->objectName(), "GLEventDisplayerWidget");
+    EXPECT_STREQ(m_Widget->metaObject()->className(), "tavo::GLEventDisplayerWidget");
+    EXPECT_EQ(m_Widget->windowTitle(), "Form");
+    EXPECT_EQ(button("pbConfigure")->text(), "Configure");
+    EXPECT_EQ(button("pbConfigure")->maximumWidth(), 60);
+    EXPECT_EQ(button("pbIncreaseSize")->text(), "+");
+    EXPECT_EQ(button("pbIncreaseSize")->toolTip(), "Zoom: Double size");
+    EXPECT_EQ(button("pbIncreaseSize")->maximumWidth(), 16);
+    EXPECT_EQ(button("pbDecreaseSize")->text(), "-");
+    EXPECT_EQ(button("pbDecreaseSize")->toolTip(), "Zoom: Half size");
+    EXPECT_EQ(button("pbDecreaseSize")->maximumWidth(), 16);
+
+    const auto* mainFrame = m_Widget->findChild<QFrame*>("mainFrame");
+    EXPECT_EQ(mainFrame->frameShape(), QFrame::NoFrame);
+    EXPECT_EQ(mainFrame->sizePolicy().horizontalPolicy(), QSizePolicy::Minimum);
+    EXPECT_EQ(mainFrame->sizePolicy().verticalPolicy(), QSizePolicy::Minimum);
+    EXPECT_EQ(mainFrame->layout()->objectName(), "hboxLayout");
+    EXPECT_EQ(mainFrame->layout()->sizeConstraint(), QLayout::SetMinAndMaxSize);
+    EXPECT_EQ(m_View->parentWidget(), mainFrame);
+    EXPECT_EQ(mainFrame->layout()->indexOf(m_View), 1) << "behind the spacer";
+
+    const auto* frame = m_Widget->findChild<QFrame*>("frame_2");
+    EXPECT_EQ(frame->maximumSize(), QSize(QWIDGETSIZE_MAX, 22));
+    EXPECT_EQ(frame->frameShape(), QFrame::StyledPanel);
+    EXPECT_EQ(frame->font().family(), "MS Shell Dlg");
+    EXPECT_EQ(frame->font().pointSize(), 7);
+    EXPECT_EQ(frame->layout()->objectName(), "hboxLayout1");
+    EXPECT_EQ(frame->layout()->spacing(), 4);
+    EXPECT_EQ(m_Widget->layout()->objectName(), "vboxLayout");
+    EXPECT_EQ(m_Widget->layout()->spacing(), 0);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, HasItsFourSlotsInOrder)
+{
+    const QMetaObject* meta = m_Widget->metaObject();
+    const char* const slots_[] = {
+        "on_pbIncreaseSize_clicked()", "on_pbDecreaseSize_clicked()", "on_pbConfigure_clicked()", "changed()"};
+    ASSERT_EQ(meta->methodCount() - meta->methodOffset(), 4);
+    for (int i = 0; i < 4; ++i) {
+        const QMetaMethod method = meta->method(meta->methodOffset() + i);
+        EXPECT_EQ(method.methodSignature(), slots_[i]);
+        EXPECT_EQ(method.access(), QMetaMethod::Private);
+    }
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, StartsWithAViewOfNinetyPixels)
+{
+    EXPECT_EQ(m_Widget->getSizeIndex(), 5u);
+    EXPECT_EQ(m_View->minimumHeight(), 90);
+    EXPECT_EQ(m_View->maximumHeight(), 90);
+    EXPECT_EQ(viewHeight(), 90);
+    EXPECT_EQ(m_View->focusPolicy(), Qt::StrongFocus);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, StepsTheHeightThroughTheWholeTable)
+{
+    showWidget();
+    for (int height : {128, 181, 256, 362, 512, 724, 1024}) {
+        click("pbIncreaseSize");
+        EXPECT_EQ(viewHeight(), height);
+        EXPECT_EQ(m_View->minimumHeight(), height);
+        EXPECT_EQ(m_View->maximumHeight(), height);
+    }
+    click("pbIncreaseSize");
+    EXPECT_EQ(viewHeight(), 1024);
+    for (int height : {724, 512, 362, 256, 181, 128, 90, 64, 45, 32, 22, 16}) {
+        click("pbDecreaseSize");
+        EXPECT_EQ(viewHeight(), height);
+        EXPECT_EQ(m_View->minimumHeight(), height);
+        EXPECT_EQ(m_View->maximumHeight(), height);
+    }
+    click("pbDecreaseSize");
+    EXPECT_EQ(viewHeight(), 16);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, MovesTheCursorWithTheButton)
+{
+    showWidget();
+    QCursor::setPos(500, 300);
+    click("pbIncreaseSize");
+    EXPECT_EQ(QCursor::pos(), QPoint(500, 300 + 128 - 90));
+    click("pbIncreaseSize");
+    EXPECT_EQ(QCursor::pos(), QPoint(500, 300 + 181 - 90));
+    click("pbDecreaseSize");
+    click("pbDecreaseSize");
+    click("pbDecreaseSize");
+    EXPECT_EQ(QCursor::pos(), QPoint(500, 300 + 64 - 90));
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, KeepsTheCursorOnTheScreen)
+{
+    showWidget();
+    const int screenHeight = QGuiApplication::primaryScreen()->geometry().height();
+    // Growing from 90 to 128 moves it by 38.
+    QCursor::setPos(500, screenHeight - 38);
+    click("pbIncreaseSize");
+    EXPECT_EQ(QCursor::pos().y(), screenHeight - 38);
+    click("pbDecreaseSize");
+    QCursor::setPos(500, screenHeight - 39);
+    click("pbIncreaseSize");
+    EXPECT_EQ(QCursor::pos().y(), screenHeight - 1);
+
+    QCursor::setPos(500, 37);
+    click("pbDecreaseSize");
+    EXPECT_EQ(QCursor::pos().y(), 37);
+    click("pbIncreaseSize");
+    QCursor::setPos(500, 38);
+    click("pbDecreaseSize");
+    EXPECT_EQ(QCursor::pos().y(), 0);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, DoesNotMoveTheCursorAtTheEndsOfTheTable)
+{
+    showWidget();
+    m_Widget->setSizeIndex(12);
+    QCursor::setPos(500, 300);
+    click("pbIncreaseSize");
+    EXPECT_EQ(QCursor::pos(), QPoint(500, 300));
+    m_Widget->setSizeIndex(0);
+    click("pbDecreaseSize");
+    EXPECT_EQ(QCursor::pos(), QPoint(500, 300));
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, IgnoresASizeBeyondTheTable)
+{
+    m_Widget->setSizeIndex(13);
+    EXPECT_EQ(m_Widget->getSizeIndex(), 5u);
+    EXPECT_EQ(viewHeight(), 90);
+}
+
+// The exact calls of a paint of the view, without those of Qt around it.
+TEST_F(GLEventDisplayerWidgetGLTest, PaintsInAFixedOrder)
+{
+    showWidget();
+    show(new TestEventObject);
+    m_Widget->findChild<QGLWidget*>()->makeCurrent();
+
+    CallRecorder recorder;
+    m_View->updateGL();
+    std::vector<std::string> calls = recorder.calls();
+    const auto first = std::find_if(
+        calls.begin(), calls.end(), [](const std::string& call) { return call.starts_with("glClearColor"); });
+    calls.erase(calls.begin(), first);
+    const std::string w = std::to_string(m_View->width());
+    ASSERT_GE(calls.size(), 9u);
+    EXPECT_EQ(calls[0], "glClearColor(0, 0, 0, 0)");
+    EXPECT_EQ(calls[1], "glClear(GL_DEPTH_BUFFER_BIT | GL_COLOR_BUFFER_BIT)");
+    EXPECT_EQ(calls[2], "glMatrixMode(GL_PROJECTION)");
+    EXPECT_EQ(calls[3], "glLoadIdentity()");
+    EXPECT_EQ(calls[4], "glViewport(0, 0, " + w + ", 90)");
+    EXPECT_THAT(calls[5], testing::MatchesRegex("gluPerspective\\(45, [0-9.]+, 0.01, 1000\\)"));
+    EXPECT_EQ(calls[6], "glMatrixMode(GL_MODELVIEW)");
+    EXPECT_EQ(calls[7], "glLoadIdentity()");
+    EXPECT_EQ(calls[8], "gluLookAt(0, 0, 2, 0.5, 0.5, 0.5, " + calls[8].substr(calls[8].find("0.5, 0.5, 0.5, ") + 15));
+    EXPECT_NEAR(std::stod(calls[5].substr(19)), double(m_View->width()) / 90, 1e-12) << "the real quotient";
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, DrawsTheObjectWithTheProjectionSelectedAndTheLastPaintsCamera)
+{
+    showWidget();
+    int matrixMode = 0;
+    float modelView[16] = {};
+    auto* object = new TestEventObject;
+    object->whenDrawn = [&] {
+        glGetIntegerv(GL_MATRIX_MODE, &matrixMode);
+        glGetFloatv(GL_MODELVIEW_MATRIX, modelView);
+    };
+    m_Widget->setGLEventObject(object, true);
+    m_View->updateGL();
+    EXPECT_EQ(matrixMode, GL_PROJECTION);
+    EXPECT_EQ(modelView[0], 1.0f) << "nothing was painted before";
+    EXPECT_EQ(modelView[14], 0.0f);
+    m_View->updateGL();
+    EXPECT_LT(modelView[14], -1.5f) << "the camera of the paint before";
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, PaintsAgainUntilThePictureShowsTheCamera)
+{
+    showWidget();
+    m_Widget->setGLEventObject(new TestEventObject, true);
+    TestEventObject::s_NumDrawn = 0;
+    settle();
+    EXPECT_EQ(TestEventObject::s_NumDrawn, 2);
+    QTest::qWait(50);
+    EXPECT_EQ(TestEventObject::s_NumDrawn, 2) << "and no more than that";
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, ClearsWithoutAnObjectAndInAnEmptyView)
+{
+    showWidget();
+    CallRecorder recorder;
+    m_View->updateGL();
+    EXPECT_THAT(recorder.calls(), Contains("glClear(GL_DEPTH_BUFFER_BIT | GL_COLOR_BUFFER_BIT)"));
+    EXPECT_THAT(recorder.calls(), Not(Contains("glMatrixMode(GL_PROJECTION)")));
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, IgnoresNull)
+{
+    showWidget();
+    show(new TestEventObject);
+    show(nullptr);
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, FitsTheCameraToANewObject)
+{
+    showWidget();
+    show(new TestEventObject({{-1.0f, 2.0f, 0.0f}, {3.0f, 3.0f, 1.0f}}));
+    // The largest extent is 4. The camera starts at (0, 0, -1), looking at the origin.
+    EXPECT_EQ(TestEventObject::s_Camera.getEyePoint(), Vector3f(0.0f, 0.0f, 8.0f));
+    EXPECT_EQ(TestEventObject::s_Camera.getLookAtPoint(), Vector3f(1.0f, 2.5f, 0.5f));
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, UpdatesInPlaceAndKeepsTheCameraAndThePanel)
+{
+    showWidget();
+    auto* object = new TestEventObject;
+    object->hasPanel = true;
+    show(object);
+    const Camera camera = TestEventObject::s_Camera;
+    const QPointer<GLEventConfiguration> panel = m_Widget->findChild<GLEventConfiguration*>();
+    ASSERT_TRUE(panel);
+
+    show(new TestEventObject);
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 1);
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1) << "the sent one was freed";
+    EXPECT_EQ(TestEventObject::s_Camera, camera);
+    EXPECT_TRUE(panel);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, RefitsTheCameraWhenTheBoxIsAnotherOne)
+{
+    showWidget();
+    show(new TestEventObject);
+    const Vector3f oldEye = TestEventObject::s_Camera.getEyePoint();
+    const Vector3f oldLookAt = TestEventObject::s_Camera.getLookAtPoint();
+
+    show(new TestEventObject({{0.0f, 0.0f, 0.0f}, {1.0f, 3.0f, 2.0f}}));
+    const Vector3f direction = (oldLookAt - oldEye) * (1.0f / length(oldLookAt - oldEye));
+    const Vector3f expected = oldLookAt + direction * 6.0f;
+    for (unsigned int axis = 0; axis < 3; ++axis)
+        EXPECT_NEAR(TestEventObject::s_Camera.getEyePoint()[axis], expected[axis], 1e-5f);
+    EXPECT_EQ(TestEventObject::s_Camera.getLookAtPoint(), Vector3f(0.5f, 1.5f, 1.0f));
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 1);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, RefitsFromADefaultDirectionWhereTheEyeIsTheLookAtPoint)
+{
+    showWidget();
+    // A box of one point, then one whose refit starts from an eye on its look-at point.
+    show(new TestEventObject({{0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f}}));
+    show(new TestEventObject({{5.0f, 5.0f, 5.0f}, {5.0f, 5.0f, 5.0f}}));
+    show(new TestEventObject({{0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}}));
+    for (unsigned int axis = 0; axis < 3; ++axis)
+        EXPECT_TRUE(std::isfinite(TestEventObject::s_Camera.getEyePoint()[axis]));
+    EXPECT_NE(TestEventObject::s_Camera.getEyePoint(), TestEventObject::s_Camera.getLookAtPoint());
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, SurvivesABoxThatIsNotANumber)
+{
+    showWidget();
+    show(new TestEventObject);
+    const Camera before = TestEventObject::s_Camera;
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    show(new TestEventObject({{nan, 0.0f, 0.0f}, {1.0f, nan, 1.0f}}));
+    EXPECT_EQ(TestEventObject::s_Camera, before);
+    show(new TestEventObject({{0.0f, 0.0f, 0.0f}, {2.0f, 2.0f, 2.0f}}));
+    EXPECT_NE(TestEventObject::s_Camera, before);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, ReplacesAnObjectOfAnotherClassAndItsPanel)
+{
+    showWidget();
+    auto* first = new TestEventObject;
+    first->hasPanel = true;
+    show(first);
+    const QPointer<GLEventConfiguration> panel = m_Widget->findChild<GLEventConfiguration*>();
+    EXPECT_TRUE(button("pbConfigure")->isEnabled());
+
+    show(new OtherTestEventObject);
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 0);
+    EXPECT_FALSE(panel);
+    EXPECT_FALSE(button("pbConfigure")->isEnabled());
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, ReplacesWhereItShallNotUpdate)
+{
+    showWidget();
+    show(new TestEventObject, false);
+    auto* second = new TestEventObject;
+    second->hasPanel = true;
+    show(second, false);
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 0);
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+    EXPECT_TRUE(button("pbConfigure")->isEnabled());
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, OnlyRepaintsTheObjectThatItShows)
+{
+    showWidget();
+    auto* object = new TestEventObject;
+    show(object);
+    for (bool updateExisting : {true, false}) {
+        TestEventObject::s_NumDrawn = 0;
+        show(object, updateExisting);
+        EXPECT_EQ(TestEventObject::s_NumDrawn, 1);
+        EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+    }
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 0);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, PopsUpThePanelAtTheButton)
+{
+    showWidget();
+    auto* object = new TestEventObject;
+    object->hasPanel = true;
+    show(object);
+    auto* const panel = m_Widget->findChild<GLEventConfiguration*>();
+    EXPECT_FALSE(panel->isVisible());
+    click("pbConfigure");
+    EXPECT_TRUE(panel->isVisible());
+    EXPECT_EQ(panel->x(), button("pbConfigure")->mapToGlobal(QPoint(0, 0)).x());
+    panel->hide();
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, RepaintsWhenThePanelSaysSo)
+{
+    showWidget();
+    auto* object = new TestEventObject;
+    object->hasPanel = true;
+    show(object);
+    TestEventObject::s_NumDrawn = 0;
+    emit m_Widget->findChild<GLEventConfiguration*>()->changed();
+    settle();
+    EXPECT_EQ(TestEventObject::s_NumDrawn, 1);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, TurnsMovesAndShiftsWithTheMouse)
+{
+    showWidget();
+    show(new TestEventObject);
+    const Camera start = TestEventObject::s_Camera;
+    const auto drag = [&](Qt::MouseButton mouseButton) {
+        QTest::mousePress(m_View, mouseButton, Qt::NoModifier, QPoint(40, 40));
+        QTest::mouseMove(m_View, QPoint(60, 60));
+        QTest::mouseRelease(m_View, mouseButton, Qt::NoModifier, QPoint(60, 60));
+        settle();
+        return TestEventObject::s_Camera;
+    };
+    const auto distance = [](const Camera& camera) { return length(camera.getEyePoint() - camera.getLookAtPoint()); };
+
+    const Camera turned = drag(Qt::LeftButton);
+    EXPECT_EQ(turned.getLookAtPoint(), start.getLookAtPoint());
+    EXPECT_NE(turned.getEyePoint(), start.getEyePoint());
+    EXPECT_NEAR(distance(turned), distance(start), 1e-4f);
+
+    const Camera moved = drag(Qt::RightButton);
+    EXPECT_EQ(moved.getLookAtPoint(), start.getLookAtPoint());
+    EXPECT_GT(distance(moved), distance(start) * 1.1f);
+
+    const Camera shifted = drag(Qt::MiddleButton);
+    EXPECT_NE(shifted.getLookAtPoint(), start.getLookAtPoint());
+    EXPECT_NEAR(distance(shifted), distance(moved), 1e-3f);
+
+    EXPECT_EQ(drag(Qt::BackButton), shifted);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, MovesWithTheWheel)
+{
+    showWidget();
+    show(new TestEventObject);
+    const Camera start = TestEventObject::s_Camera;
+    const QPointF position(40, 40);
+    QWheelEvent event(position, m_View->mapToGlobal(position.toPoint()), QPoint(), QPoint(0, 120), Qt::NoButton,
+        Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(m_View, &event);
+    settle();
+    EXPECT_LT(length(TestEventObject::s_Camera.getEyePoint() - start.getLookAtPoint()),
+        length(start.getEyePoint() - start.getLookAtPoint()));
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, FollowsTheKeysAndGoesHome)
+{
+    showWidget();
+    show(new TestEventObject);
+    const Camera start = TestEventObject::s_Camera;
+    for (int key : {Qt::Key_Left, Qt::Key_Up, Qt::Key_Plus, Qt::Key_Minus}) {
+        const Camera before = TestEventObject::s_Camera;
+        QTest::keyClick(m_View, static_cast<Qt::Key>(key));
+        settle();
+        EXPECT_NE(TestEventObject::s_Camera, before) << key;
+    }
+    QTest::keyClick(m_View, Qt::Key_Home);
+    settle();
+    EXPECT_EQ(TestEventObject::s_Camera, start);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, RepaintsAtOnceOnEveryEvent)
+{
+    showWidget();
+    show(new TestEventObject);
+    const auto paintsOf = [](auto event) {
+        TestEventObject::s_NumDrawn = 0;
+        event();
+        return TestEventObject::s_NumDrawn;
+    };
+    EXPECT_EQ(paintsOf([&] { QTest::mousePress(m_View, Qt::LeftButton); }), 1);
+    EXPECT_EQ(paintsOf([&] { QTest::mouseRelease(m_View, Qt::LeftButton); }), 1);
+    EXPECT_EQ(paintsOf([&] { QTest::keyPress(m_View, Qt::Key_A); }), 1);
+    EXPECT_EQ(paintsOf([&] { QTest::keyRelease(m_View, Qt::Key_A); }), 1);
+}
+
+// Which buttons reach the controller: a drag with any other changes nothing.
+TEST_F(GLEventDisplayerWidgetGLTest, DrawsWithTheViewsNewShapeAfterResizing)
+{
+    showWidget();
+    show(new TestEventObject);
+    m_Widget->resize(300, 200);
+    settle();
+    CallRecorder recorder;
+    m_View->updateGL();
+    EXPECT_THAT(recorder.calls(),
+        Contains("glViewport(0, 0, " + std::to_string(m_View->width()) + ", " + std::to_string(m_View->height()) + ")"));
+}
+
+struct Thrown
+{
+    const char* name;
+    std::function<void()> code;
+    const char* report;
+};
+
+class GLEventDisplayerWidgetThrowGLTest : public GLEventDisplayerWidgetGLTest, public testing::WithParamInterface<int>
+{
+protected:
+    static const Thrown& thrown()
+    {
+        static const Thrown kinds[] = {
+            {"PException", [] { throw PException("of ours"); }, "error: of ours\n"},
+            {"SE_Exception", [] { throw SE_Exception(0xC0000005u, nullptr); },
+                "error: operating-system exception 0xC0000005"},
+            {"std::exception", [] { throw std::runtime_error("standard"); }, "error: standard\n"},
+            {"anything", [] { throw 5; }, "error: an exception of unknown type\n"},
+        };
+        return kinds[GetParam()];
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(AllKinds, GLEventDisplayerWidgetThrowGLTest, testing::Range(0, 4));
+
+TEST_P(GLEventDisplayerWidgetThrowGLTest, SurvivesDrawing)
+{
+    showWidget();
+    auto* object = new TestEventObject;
+    object->whenDrawn = [] {
+        glPushAttrib(GL_ALL_ATTRIB_BITS);
+        glPushAttrib(GL_ENABLE_BIT);
+        glPushClientAttrib(GL_CLIENT_ALL_ATTRIB_BITS);
+        glPushMatrix();
+        glMatrixMode(GL_TEXTURE);
+        glPushMatrix();
+        glMatrixMode(GL_MODELVIEW);
+        glPushMatrix();
+        glPushMatrix();
+        glEnable(GL_LIGHTING);
+        glBegin(GL_LINES);
+        thrown().code();
+    };
+    const std::size_t before = debugOutput.getText().size();
+    show(object);
+    EXPECT_THAT(newText(before), HasSubstr(thrown().report));
+
+    m_View->makeCurrent();
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)) << "no primitive is left open";
+    const auto depth = [](GLenum name) {
+        int value = -1;
+        glGetIntegerv(name, &value);
+        return value;
+    };
+    EXPECT_EQ(depth(GL_ATTRIB_STACK_DEPTH), 0);
+    EXPECT_EQ(depth(GL_CLIENT_ATTRIB_STACK_DEPTH), 0);
+    EXPECT_EQ(depth(GL_MODELVIEW_STACK_DEPTH), 1);
+    EXPECT_EQ(depth(GL_PROJECTION_STACK_DEPTH), 1);
+    EXPECT_EQ(depth(GL_TEXTURE_STACK_DEPTH), 1);
+    EXPECT_FALSE(glIsEnabled(GL_LIGHTING));
+
+    // The window is alive: the next object is drawn, and events work.
+    show(new OtherTestEventObject);
+    TestEventObject::s_NumDrawn = 0;
+    QTest::mouseClick(m_View, Qt::LeftButton);
+    EXPECT_GE(TestEventObject::s_NumDrawn, 1);
+}
+
+TEST_P(GLEventDisplayerWidgetThrowGLTest, SurvivesAskingForTheBox)
+{
+    showWidget();
+    auto* object = new TestEventObject;
+    object->whenAskedForBox = [] { thrown().code(); };
+    const std::size_t before = debugOutput.getText().size();
+    show(object);
+    EXPECT_THAT(newText(before), HasSubstr(thrown().report));
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+    show(new TestEventObject);
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1) << "the sent object is freed though the update failed";
+}
+
+TEST_P(GLEventDisplayerWidgetThrowGLTest, SurvivesMakingThePanelAndUpdating)
+{
+    showWidget();
+    auto* object = new TestEventObject;
+    object->whenConfigured = [] { thrown().code(); };
+    object->whenUpdated = [] { thrown().code(); };
+    std::size_t before = debugOutput.getText().size();
+    show(object);
+    EXPECT_THAT(newText(before), HasSubstr(thrown().report));
+    EXPECT_FALSE(button("pbConfigure")->isEnabled());
+    EXPECT_EQ(TestEventObject::s_Camera.getLookAtPoint(), Vector3f(0.5f, 0.5f, 0.5f)) << "it is shown all the same";
+
+    before = debugOutput.getText().size();
+    show(new TestEventObject);
+    EXPECT_THAT(newText(before), HasSubstr(thrown().report));
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, MakesItsOwnContextOnTheFirstPaint)
+{
+    showWidget();
+    m_View->makeCurrent();
+    const HGLRC first = wglGetCurrentContext();
+    EXPECT_NE(first, nullptr);
+    GLEventDisplayerWidget other(nullptr, Qt::WindowFlags());
+    other.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
+    other.findChild<QGLWidget*>()->makeCurrent();
+    EXPECT_NE(wglGetCurrentContext(), first);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, GivesAPictureEvenWhereItsWindowIsCovered)
+{
+    showWidget();
+    auto* object = new TestEventObject;
+    object->whenDrawn = [] {
+        glClearColor(1.0f, 0.0f, 0.0f, 0.0f);
+        glClear(GL_COLOR_BUFFER_BIT);
+    };
+    show(object);
+    m_Widget->move(-1000, -1000);
+    settle();
+    const QImage picture = grabPicture(m_Widget.get());
+    EXPECT_EQ(picture.size(), m_View->size());
+    EXPECT_EQ(picture.pixelColor(20, 20), QColor(255, 0, 0));
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, DiesInEveryOrder)
+{
+    // Window first, with an object and a panel that pops up.
+    showWidget();
+    auto* object = new TestEventObject;
+    object->hasPanel = true;
+    show(object);
+    click("pbConfigure");
+    m_Widget.reset();
+    EXPECT_EQ(TestEventObject::s_NumLiving, 0);
+
+    // Before it was ever shown.
+    GLEventDisplayerWidget unshown(nullptr, Qt::WindowFlags());
+    unshown.setGLEventObject(new TestEventObject, true);
+
+    // The parent first.
+    auto parent = std::make_unique<QWidget>();
+    auto* child = new GLEventDisplayerWidget(parent.get(), Qt::WindowFlags());
+    child->setGLEventObject(new TestEventObject, true);
+    parent->show();
+    settle();
+    parent.reset();
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+    unshown.setGLEventObject(new OtherTestEventObject, true);
+}
+
+} // namespace
+} // namespace tavo

@@ -1,0 +1,247 @@
+#include "vireo/displayers/GLGraphDisplayer.h"
+
+#include <QCheckBox>
+#include <QFrame>
+#include <QLayout>
+#include <QSignalSpy>
+#include <gmock/gmock.h>
+#include <limits>
+#include <memory>
+
+#include "tavo/base/debug/DebugOutput.h"
+#include "tavo/base/debug/DebugSection.h"
+#include "tavo/base/debug/DebugWindow.h"
+#include "tavo/points/PointSet.h"
+#include "vireo/displayers/GLEventDisplayer.h"
+#include "vireo/displayers/GLGraphDisplayerConfig.h"
+#include "vireo/displayers/GLPointCloudDisplayer.h"
+
+namespace tavo {
+namespace {
+
+using testing::ElementsAre;
+
+using Colour = StaticVector<unsigned char, 4>;
+using Vector2f = StaticVector<float, 2>;
+using Vector3f = StaticVector<float, 3>;
+using Box = BoundingBox<float, 3>;
+
+const Colour RED(255, 0, 0, 255);
+const Colour GREEN(0, 255, 0, 255);
+const Colour BLUE(0, 0, 255, 255);
+
+TEST(GLGraphDisplayerTest, SpreadsASeriesOverTheUnitInterval)
+{
+    GLGraphDisplayer displayer;
+    displayer.addGraph(std::vector<float>{5.0f, 7.0f}, RED);
+    ASSERT_EQ(displayer.getGraphs().size(), 1u);
+    EXPECT_THAT(displayer.getGraphs()[0], ElementsAre(Vector3f(0.0f, 5.0f, 0.0f), Vector3f(0.5f, 7.0f, 0.0f)));
+    EXPECT_THAT(displayer.getColours(), ElementsAre(RED));
+}
+
+TEST(GLGraphDisplayerTest, KeepsAnEmptySeriesAndItsColour)
+{
+    GLGraphDisplayer displayer;
+    displayer.addGraph(std::vector<float>(), RED);
+    ASSERT_EQ(displayer.getGraphs().size(), 1u);
+    EXPECT_TRUE(displayer.getGraphs()[0].empty());
+    EXPECT_THAT(displayer.getColours(), ElementsAre(RED));
+}
+
+TEST(GLGraphDisplayerTest, TakesPointsOfThePlaneAndOfSpace)
+{
+    GLGraphDisplayer displayer;
+    displayer.addGraph(std::vector<Vector2f>{{1.0f, 2.0f}}, RED);
+    displayer.addGraph(std::vector<Vector3f>{{1.0f, 2.0f, 3.0f}}, GREEN);
+    EXPECT_THAT(displayer.getGraphs()[0], ElementsAre(Vector3f(1.0f, 2.0f, 0.0f)));
+    EXPECT_THAT(displayer.getGraphs()[1], ElementsAre(Vector3f(1.0f, 2.0f, 3.0f)));
+    EXPECT_THAT(displayer.getColours(), ElementsAre(RED, GREEN));
+}
+
+TEST(GLGraphDisplayerTest, IgnoresTheSurplusOfTheLongerList)
+{
+    const std::vector<std::vector<float>> three(3, {1.0f, 2.0f});
+    EXPECT_EQ(GLGraphDisplayer(three, {RED, GREEN}).getGraphs().size(), 2u);
+    EXPECT_EQ(GLGraphDisplayer(three, {RED, GREEN, BLUE, RED}).getColours().size(), 3u);
+    EXPECT_EQ(GLGraphDisplayer(std::vector<std::vector<Vector2f>>(3), {RED, GREEN}).getGraphs().size(), 2u);
+    EXPECT_EQ(GLGraphDisplayer(std::vector<std::vector<Vector3f>>(2), {RED}).getColours().size(), 1u);
+}
+
+TEST(GLGraphDisplayerTest, HasTheUnitBoxWithoutPoints)
+{
+    GLGraphDisplayer displayer;
+    EXPECT_EQ(displayer.getBoundingBox(), Box({0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}));
+    displayer.addGraph(std::vector<float>(), RED);
+    EXPECT_EQ(displayer.getBoundingBox(), Box({0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}));
+}
+
+TEST(GLGraphDisplayerTest, HasTheBoxOfAllPointsOfAllGraphs)
+{
+    GLGraphDisplayer displayer;
+    displayer.addGraph(std::vector<float>(), RED);
+    displayer.addGraph(std::vector<Vector3f>{{3.0f, -1.0f, 4.0f}, {2.0f, 5.0f, 4.0f}}, RED);
+    displayer.addGraph(std::vector<Vector3f>{{-7.0f, 0.0f, 9.0f}}, RED);
+    EXPECT_EQ(displayer.getBoundingBox(), Box({-7.0f, -1.0f, 4.0f}, {3.0f, 5.0f, 9.0f}));
+}
+
+TEST(GLGraphDisplayerTest, LetsNotANumberReplaceTheMinimumButNotTheMaximum)
+{
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    GLGraphDisplayer displayer;
+    displayer.addGraph(std::vector<Vector3f>{{1.0f, 1.0f, 1.0f}, {nan, nan, nan}}, RED);
+    EXPECT_TRUE(std::isnan(displayer.getBoundingBox().getMin()[0]));
+    EXPECT_EQ(displayer.getBoundingBox().getMax()[0], 1.0f);
+    displayer.addGraph(std::vector<Vector3f>{{3.0f, 3.0f, 3.0f}}, RED);
+    EXPECT_EQ(displayer.getBoundingBox().getMin()[0], 3.0f) << "a number replaces it again";
+}
+
+TEST(GLGraphDisplayerTest, TakesOverGraphsAndKeepsItsFlags)
+{
+    GLGraphDisplayer shown;
+    shown.setShowCoords(true);
+    shown.addGraph(std::vector<float>{1.0f}, RED);
+    GLGraphDisplayer newer;
+    newer.addGraph(std::vector<float>{2.0f, 3.0f}, BLUE);
+    shown.updateData(&newer);
+    EXPECT_EQ(shown.getGraphs(), newer.getGraphs());
+    EXPECT_EQ(shown.getColours(), newer.getColours());
+    EXPECT_TRUE(shown.getShowCoords());
+}
+
+TEST(GLGraphDisplayerTest, IgnoresTheDataOfOtherObjects)
+{
+    GLGraphDisplayer shown;
+    shown.addGraph(std::vector<float>{1.0f}, RED);
+    GLPointCloudDisplayer cloud;
+    shown.updateData(&cloud);
+    shown.updateData(nullptr);
+    EXPECT_EQ(shown.getGraphs().size(), 1u);
+}
+
+TEST(GLGraphDisplayerTest, CopiesListsAndFlags)
+{
+    GLGraphDisplayer displayer;
+    displayer.addGraph(std::vector<float>{1.0f, 2.0f}, RED);
+    displayer.setShowCoords(true);
+    GLGraphDisplayer copy(displayer);
+    GLGraphDisplayer assigned;
+    assigned = displayer;
+    for (const GLGraphDisplayer* other : {&copy, &assigned}) {
+        EXPECT_EQ(other->getGraphs(), displayer.getGraphs());
+        EXPECT_EQ(other->getColours(), displayer.getColours());
+        EXPECT_TRUE(other->getShowCoords());
+    }
+}
+
+TEST(GLGraphDisplayerTest, HasAClassRecordWithAFactory)
+{
+    GLEventObject::init(Object::getClass());
+    GLGraphDisplayer::init(GLEventObject::getClass());
+    const MetaClass* record = GLGraphDisplayer::getClass();
+    EXPECT_STREQ(record->getName(), "GLGraphDisplayer");
+    EXPECT_STREQ(record->getDescription(), "no description.");
+    EXPECT_EQ(record->getInstanceSize(), sizeof(GLGraphDisplayer));
+    EXPECT_EQ(record->getVersion(), 1000u);
+    EXPECT_EQ(record->getParent(), GLEventObject::getClass());
+    GLGraphDisplayer::initMetaClass();
+    EXPECT_EQ(GLGraphDisplayer::getClass(), record);
+    const std::unique_ptr<Object> instance(record->newInstance());
+    auto& displayer = dynamic_cast<GLGraphDisplayer&>(*instance);
+    EXPECT_EQ(displayer.getInstanceClass(), record);
+    EXPECT_FALSE(displayer.getShowCoords());
+    EXPECT_TRUE(displayer.getGraphs().empty());
+}
+
+TEST(GLGraphDisplayerConfigTest, HasTheWidgetsOfItsForm)
+{
+    GLGraphDisplayer displayer;
+    const GLGraphDisplayerConfig panel(nullptr, &displayer);
+    EXPECT_EQ(panel.objectName(), "GLGraphDisplayerConfig");
+    EXPECT_STREQ(panel.metaObject()->className(), "tavo::GLGraphDisplayerConfig");
+    EXPECT_EQ(panel.windowTitle(), "Form");
+    EXPECT_EQ(panel.size(), QSize(120, 24));
+    EXPECT_EQ(panel.font().family(), "MS Shell Dlg");
+    EXPECT_EQ(panel.font().pointSize(), 7);
+    EXPECT_EQ(panel.layout()->objectName(), "hboxLayout");
+    const auto* frame = panel.findChild<QFrame*>("frame");
+    EXPECT_EQ(frame->frameShape(), QFrame::StyledPanel);
+    EXPECT_EQ(frame->font().family(), "MS Shell Dlg 2");
+    EXPECT_EQ(frame->layout()->objectName(), "hboxLayout1");
+    EXPECT_EQ(frame->layout()->contentsMargins(), QMargins(4, 4, 4, 4));
+    const auto* checkBox = panel.findChild<QCheckBox*>("cbShowCoords");
+    EXPECT_EQ(checkBox->text(), "show Coords");
+    EXPECT_TRUE(checkBox->isChecked()) << "though no axes are shown yet: deliberate";
+    EXPECT_FALSE(displayer.getShowCoords());
+
+    const QMetaObject* meta = panel.metaObject();
+    ASSERT_EQ(meta->methodCount() - meta->methodOffset(), 1);
+    EXPECT_EQ(meta->method(meta->methodOffset()).methodSignature(), "on_cbShowCoords_stateChanged(int)");
+}
+
+TEST(GLGraphDisplayerConfigTest, SwitchesTheAxesAndSaysSoEachTime)
+{
+    GLGraphDisplayer displayer;
+    QWidget parent;
+    GLEventConfiguration* const panel = displayer.createConfigWindow(&parent);
+    EXPECT_EQ(panel->parentWidget(), &parent);
+    const QSignalSpy changed(panel, SIGNAL(changed()));
+    auto* const checkBox = panel->findChild<QCheckBox*>("cbShowCoords");
+    displayer.setShowCoords(true);
+    checkBox->click();
+    EXPECT_FALSE(displayer.getShowCoords());
+    EXPECT_EQ(changed.count(), 1);
+    checkBox->click();
+    EXPECT_TRUE(displayer.getShowCoords());
+    EXPECT_EQ(changed.count(), 2);
+}
+
+TEST(GLGraphDisplayerConfigTest, SaysSoEvenForAnotherKindOfObject)
+{
+    GLPointCloudDisplayer cloud;
+    GLGraphDisplayerConfig panel(nullptr, &cloud);
+    const QSignalSpy changed(&panel, SIGNAL(changed()));
+    panel.findChild<QCheckBox*>("cbShowCoords")->click();
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_TRUE(cloud.getShowCoords());
+}
+
+class DebugOutputGraphTest : public testing::Test
+{
+protected:
+    DebugOutputGraphTest()
+    {
+        GLEventObject::init(Object::getClass());
+        GLEventDisplayer::init(EventDisplayer::getClass());
+        GLGraphDisplayer::init(GLEventObject::getClass());
+    }
+    ~DebugOutputGraphTest() override { delete debugOutput.getWindow(); }
+
+    static std::vector<std::string> sections()
+    {
+        std::vector<std::string> names;
+        for (const DebugSection* section : debugOutput.getWindow()->getSections())
+            names.push_back(section->getName());
+        return names;
+    }
+};
+
+TEST_F(DebugOutputGraphTest, ShowsOneGraphOfEachKind)
+{
+    debugOutputGraph("1D", std::vector<float>{1.0f, 2.0f}, RED);
+    debugOutputGraph("2D", std::vector<Vector2f>{{1.0f, 2.0f}}, RED);
+    debugOutputGraph("3D", std::vector<Vector3f>{{1.0f, 2.0f, 3.0f}}, RED);
+    debugOutputGraph("1D", std::vector<float>{1.0f, 2.0f, 3.0f}, RED);
+    EXPECT_THAT(sections(), ElementsAre("1D", "2D", "3D"));
+    EXPECT_EQ(debugOutput.getWindow()->getSections()[0]->getDisplayerClass(), GLEventDisplayer::getClass());
+}
+
+TEST_F(DebugOutputGraphTest, ShowsSeveralGraphsOfEachKind)
+{
+    debugOutputGraphs("1D", std::vector<std::vector<float>>{{1.0f}, {2.0f}}, {RED, GREEN});
+    debugOutputGraphs("2D", std::vector<std::vector<Vector2f>>(2), {RED, GREEN});
+    debugOutputGraphs("3D", std::vector<std::vector<Vector3f>>(2), {RED, GREEN});
+    EXPECT_THAT(sections(), ElementsAre("1D", "2D", "3D"));
+}
+
+} // namespace
+} // namespace tavo
