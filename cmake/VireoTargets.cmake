@@ -48,7 +48,7 @@ function(vireo_add_library target)
     set(namespace ${CMAKE_MATCH_1})
     set_target_properties(${target} PROPERTIES
         EXPORT_NAME ${CMAKE_MATCH_2} VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
-        INSTALL_RPATH "$ORIGIN")
+        INSTALL_RPATH "$ORIGIN" VERIFY_INTERFACE_HEADER_SETS ON)
     vireo_compile_options(${target})
     install(TARGETS ${target} EXPORT ${namespace}Targets FILE_SET HEADERS)
 endfunction()

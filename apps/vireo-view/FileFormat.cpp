@@ -19,7 +19,7 @@ std::string beginningOf(const std::filesystem::path& file)
     InputBuffer input(file, InputBuffer::LineEnds::AS_THEY_ARE, nullptr);
     std::string beginning(1024, '\0');
     beginning.resize(input.sgetn(beginning.data(), static_cast<std::streamsize>(beginning.size())));
-    input.checkDevice();
+    input.checkEnd();
     return beginning;
 }
 

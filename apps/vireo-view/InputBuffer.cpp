@@ -62,8 +62,10 @@ bool InputBuffer::isAtEnd()
     return sgetc() == traits_type::eof();
 }
 
-void InputBuffer::checkDevice() const
+void InputBuffer::checkEnd() const
 {
+    if (m_Stopped)
+        throw InputError(m_File, "the reading was stopped");
     if (m_Stream.bad())
         throw InputError(m_File, "cannot be read to its end");
 }
@@ -86,7 +88,7 @@ InputBuffer::int_type InputBuffer::underflow()
     if (gptr() != egptr())
         return traits_type::to_int_type(*gptr());
     while (m_ChunkPosition == m_Chunk.size()) {
-        if (!m_Stream)
+        if (!m_Stream || m_Stopped)
             return traits_type::eof();
         load();
     }
@@ -117,7 +119,7 @@ void InputBuffer::load()
         makeLineEndsUniversal();
     }
     if (m_Progress)
-        m_Progress(std::min(1.0, static_cast<double>(m_Loaded) / static_cast<double>(m_FileSize)));
+        m_Stopped = !m_Progress(std::min(1.0, static_cast<double>(m_Loaded) / static_cast<double>(m_FileSize)));
 }
 
 void InputBuffer::makeLineEndsUniversal()

@@ -10,8 +10,8 @@
 
 namespace vireo_view {
 
-// Told, while a file is being read, which part of it has been: from 0 to 1.
-using Progress = std::function<void(double part)>;
+// Told, while a file is being read, which part of it has been: from 0 to 1. False stops the reading.
+using Progress = std::function<bool(double part)>;
 
 // The bytes of a file, for a std::istream. They are handed out a line at a time, so that a reader's place in the file is
 // known whatever library reads: when it stops in a line, that is the line getLineNumber() tells.
@@ -36,8 +36,8 @@ public:
     // Whether there is nothing left.
     bool isAtEnd();
 
-    // Throws InputError if the end was met because of the device rather than of the file.
-    void checkDevice() const;
+    // Throws InputError if the end is not the file's: the device failed, or the progress said to stop.
+    void checkEnd() const;
 
     // Begins again.
     void rewind();
@@ -54,6 +54,7 @@ private:
     Progress m_Progress;
     std::uintmax_t m_FileSize;
     std::ifstream m_Stream;
+    bool m_Stopped = false;
     std::uintmax_t m_Loaded = 0;
     std::vector<char> m_Chunk;
     std::size_t m_ChunkPosition = 0;

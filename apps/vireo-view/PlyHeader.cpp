@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <sstream>
 #include <string_view>
 #include <vector>
@@ -195,20 +194,35 @@ const Property* findProperty(const Element& element, std::string_view name)
     return found == element.properties.end() ? nullptr : &*found;
 }
 
-// Nothing if the element lacks a coordinate or they cannot be read as one type.
-std::optional<std::string> coordinateTypeOf(const Element& points)
+// Empty if the element lacks a coordinate or they cannot be read as one type.
+std::string coordinateTypeOf(const Element& points)
 {
-    std::vector<std::string_view> names;
+    std::vector<std::string_view> types;
     for (const char* const coordinate : {"x", "y", "z"}) {
         const Property* const property = findProperty(points, coordinate);
         if (property == nullptr)
-            return std::nullopt;
-        const std::string_view name = property->type->name;
-        names.push_back(name == "float" ? "double" : name);
+            return {};
+        types.push_back(property->type->name == "float" ? "double" : property->type->name);
     }
-    if (names[0] != names[1] || names[0] != names[2])
-        return std::nullopt;
-    return std::string(names[0]);
+    return types[0] == types[1] && types[0] == types[2] ? std::string(types[0]) : std::string();
+}
+
+// Why the points cannot be read because of this element, which is theirs or comes before it; empty if they can.
+std::string objectionTo(const Element& element, Room& room)
+{
+    if (element.holdsPoints() && element.count == 0)
+        return "has no points";
+    for (const Property& property : element.properties)
+        if (property.isList)
+            return "the list " + quoted(property.name) + " comes before the end of the points; this cannot be read";
+    if (element.count > 0 && element.properties.empty())
+        return "the element " + quoted(element.name) + " has no properties";
+    if (!room.take(element))
+        return "is too short for the " + std::to_string(element.count) + " items of " + quoted(element.name) +
+               " that it promises";
+    if (element.holdsPoints() && coordinateTypeOf(element).empty())
+        return "its points do not have numbers x, y and z of one type";
+    return {};
 }
 
 } // namespace
@@ -217,30 +231,16 @@ PlyHeader readPlyHeader(InputBuffer& input)
 {
     HeaderParser parser(input);
     parser.parse();
-    const auto fail = [&input](const std::string& reason) { throw InputError(input.getFile(), reason); };
-
     // A last number in a text needs no blank behind it.
     Room room(input.getRemainingSize() + (parser.isBinary() ? 0 : 1), parser.isBinary());
     for (const Element& element : parser.getElements()) {
-        const std::string count = std::to_string(element.count);
-        if (element.holdsPoints() && element.count == 0)
-            break;
-        for (const Property& property : element.properties)
-            if (property.isList)
-                fail("the list " + quoted(property.name) + " comes before the end of the points; this cannot be read");
-        if (element.count > 0 && element.properties.empty())
-            fail("the element " + quoted(element.name) + " has no properties");
-        if (!room.take(element))
-            fail("is too short for the " + count + " items of " + quoted(element.name) + " that it promises");
-        if (!element.holdsPoints())
-            continue;
-        const std::optional<std::string> type = coordinateTypeOf(element);
-        if (!type)
-            fail("its points do not have numbers x, y and z of one type");
-        return {element.count, *type};
+        const std::string objection = objectionTo(element, room);
+        if (!objection.empty())
+            throw InputError(input.getFile(), objection);
+        if (element.holdsPoints())
+            return {element.count, coordinateTypeOf(element)};
     }
-    fail("has no points");
-    return {};
+    throw InputError(input.getFile(), "has no points");
 }
 
 } // namespace vireo_view

@@ -28,7 +28,10 @@ bool makeContextCurrent(Display* display, GLXDrawable draw, GLXDrawable read, GL
         return false;
     if (!trap.hasErrorOn(draw) && !trap.hasErrorOn(read))
         return true;
-    // The driver took a drawable that does not exist (any more).
+    // The driver took a drawable that does not exist (any more). It must let go of what it made for that now, while the
+    // trap is there, and not when it next sees the context: Mesa does so when the context is current without a
+    // drawable.
+    glXMakeContextCurrent(display, None, None, context);
     glXMakeContextCurrent(display, None, None, nullptr);
     return false;
 }

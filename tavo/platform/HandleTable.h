@@ -10,6 +10,13 @@
 
 namespace tavo {
 
+// One more with each call. Numbers begin so high that they are neither small integers nor addresses of a process.
+inline std::uintptr_t nextHandleNumber()
+{
+    static std::atomic<std::uintptr_t> next{std::uintptr_t{0x67} << (std::numeric_limits<std::uintptr_t>::digits - 8)};
+    return ++next;
+}
+
 // Gives handles to native objects: the same object has the same handle until it is forgotten, and no handle is ever
 // given out twice, neither by this table nor by another. A handle is a number and not an address, so that a wrong one
 // is found to be wrong without being looked into. May be used from several threads.
@@ -38,7 +45,7 @@ public:
             m_Natives.erase(known->second);
             m_Handles.erase(known);
         }
-        const Handle handle = std::bit_cast<Handle>(nextNumber());
+        const Handle handle = std::bit_cast<Handle>(nextHandleNumber());
         m_Handles.emplace(native, handle);
         m_Natives.emplace(handle, native);
         return handle;
@@ -69,14 +76,6 @@ public:
     }
 
 private:
-    // Numbers begin so high that they are neither small integers nor addresses of a process.
-    static std::uintptr_t nextNumber()
-    {
-        static std::atomic<std::uintptr_t> next{
-            std::uintptr_t{0x67} << (std::numeric_limits<std::uintptr_t>::digits - 8)};
-        return ++next;
-    }
-
     mutable std::mutex m_Mutex;
     std::map<Native, Handle> m_Handles;
     std::map<Handle, Native> m_Natives;

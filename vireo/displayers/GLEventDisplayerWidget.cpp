@@ -212,6 +212,8 @@ void GLEventDisplayerWidget::MyGLWidget::drawObject()
 // Draws into a framebuffer object, since pixels of a window that others cover are nobody's.
 QImage GLEventDisplayerWidget::MyGLWidget::getPicture()
 {
+    if (size().isEmpty())
+        return QImage();
     makeCurrent();
     if (!QGLFramebufferObject::hasOpenGLFramebufferObjects()) {
         updateGL();
@@ -223,7 +225,11 @@ QImage GLEventDisplayerWidget::MyGLWidget::getPicture()
     paintGL();
     paintGL();
     target.release();
-    return target.toImage().convertToFormat(QImage::Format_RGB32);
+
+    // A window shows no alpha, whatever was drawn into it.
+    QImage picture = target.toImage();
+    picture.reinterpretAsFormat(QImage::Format_RGB32);
+    return picture.convertToFormat(QImage::Format_RGB888);
 }
 
 // What every event handler does besides its own work.

@@ -1,6 +1,7 @@
 #include "tavo/base/debug/DebugWindow.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -21,6 +22,14 @@ namespace {
 constexpr QSize PREFERRED_SIZE(640, 720);
 constexpr int LOG_HEIGHT = 120;
 constexpr int LOG_LINES = 10000;
+
+bool hasOtherWindows(const QWidget* window)
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [window](const QWidget* other) {
+        return other != window && other->isVisible() && other->testAttribute(Qt::WA_QuitOnClose);
+    });
+}
 
 } // namespace
 
@@ -94,6 +103,13 @@ DebugSection* DebugWindow::addSection(const MetaClass* displayerClass, const std
     m_SectionLayout->addWidget(section.get());
     show();
     return section.release();
+}
+
+void DebugWindow::closeEvent(QCloseEvent* event)
+{
+    QWidget::closeEvent(event);
+    if (QGuiApplication::quitOnLastWindowClosed() && !hasOtherWindows(this))
+        QCoreApplication::quit();
 }
 
 void DebugWindow::listClosedSections()

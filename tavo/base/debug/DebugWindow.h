@@ -21,7 +21,8 @@ class MetaClass;
 // log of the text. Closing the window or a section only hides it: what is sent goes on arriving. A closed section is
 // reopened from the menu "Closed sections", a closed window by the next new section or by show().
 //
-// The window alone does not keep an application running; an application whose main window it is sets Qt::WA_QuitOnClose.
+// The window does not keep an application running whose own windows are closed; closed as the last one, it ends the
+// application as any last window does.
 class TAVO_BASE_EXPORT DebugWindow : public QWidget
 {
     Q_OBJECT
@@ -40,6 +41,9 @@ public:
 
     // Appends to the log as it is: a line ends where the text says so.
     void appendText(const std::string& text);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     DebugSection* findSection(const MetaClass* displayerClass, const std::string& name) const;

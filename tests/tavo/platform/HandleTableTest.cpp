@@ -20,6 +20,7 @@ struct Thing
 };
 
 struct Handle__;
+struct OtherHandle__;
 using Table = tavo::HandleTable<Handle__*, Thing>;
 
 const int firstDisplay = 0;
@@ -60,9 +61,11 @@ TEST(HandleTableTest, NeverGivesAHandleTwice)
 TEST(HandleTableTest, KnowsNoHandleOfAnotherTable)
 {
     Table table;
-    Table other;
+    Table second;
+    tavo::HandleTable<OtherHandle__*, Thing> third;
     table.insert({&firstDisplay, 1});
-    EXPECT_FALSE(table.getNative(other.insert({&firstDisplay, 1})));
+    EXPECT_FALSE(table.getNative(second.insert({&firstDisplay, 1})));
+    EXPECT_FALSE(table.getNative(reinterpret_cast<Handle__*>(third.insert({&firstDisplay, 1}))));
 }
 
 TEST(HandleTableTest, ForgetsAnObjectWhosePlaceAnotherHasTaken)

@@ -554,9 +554,11 @@ TEST_F(GLContextGLTest, SurvivesEveryOrderOfDying)
         std::shuffle(deaths.begin(), deaths.end(), random);
         for (const auto& death : deaths) {
             death();
-            for (const auto& object : objects)
-                if (object)
+            for (const auto& object : objects) {
+                if (object) {
                     EXPECT_EQ(object->isValid(), contexts[0] != nullptr);
+                }
+            }
         }
         std::sort(m_Log.begin(), m_Log.end());
         EXPECT_EQ(std::adjacent_find(m_Log.begin(), m_Log.end()), m_Log.end()) << "told twice";

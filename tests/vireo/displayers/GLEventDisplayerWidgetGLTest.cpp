@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QFrame>
 #include <QGLWidget>
 #include <QLayout>
 #include <QPointer>
@@ -235,7 +236,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, PaintsInAFixedOrder)
     const std::string w = std::to_string(m_View->width());
     ASSERT_GE(calls.size(), 9u);
     EXPECT_EQ(calls[0], "glClearColor(0, 0, 0, 0)");
-    EXPECT_EQ(calls[1], "glClear(GL_DEPTH_BUFFER_BIT | GL_COLOR_BUFFER_BIT)");
+    EXPECT_EQ(calls[1], "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)");
     EXPECT_EQ(calls[2], "glMatrixMode(GL_PROJECTION)");
     EXPECT_EQ(calls[3], "glLoadIdentity()");
     EXPECT_EQ(calls[4], "glViewport(0, 0, " + w + ", 90)");
@@ -281,7 +282,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, ClearsWithoutAnObjectAndInAnEmptyView)
     showWidget();
     CallRecorder recorder;
     m_View->updateGL();
-    EXPECT_THAT(recorder.calls(), Contains("glClear(GL_DEPTH_BUFFER_BIT | GL_COLOR_BUFFER_BIT)"));
+    EXPECT_THAT(recorder.calls(), Contains("glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)"));
     EXPECT_THAT(recorder.calls(), Not(Contains("glMatrixMode(GL_PROJECTION)")));
 }
 
@@ -502,7 +503,6 @@ TEST_F(GLEventDisplayerWidgetGLTest, RepaintsAtOnceOnEveryEvent)
     EXPECT_EQ(paintsOf([&] { QTest::keyRelease(m_View, Qt::Key_A); }), 1);
 }
 
-// Which buttons reach the controller: a drag with any other changes nothing.
 TEST_F(GLEventDisplayerWidgetGLTest, DrawsWithTheViewsNewShapeAfterResizing)
 {
     showWidget();

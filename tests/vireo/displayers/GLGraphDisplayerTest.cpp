@@ -4,6 +4,7 @@
 #include <QFrame>
 #include <QLayout>
 #include <QSignalSpy>
+#include <cmath>
 #include <gmock/gmock.h>
 #include <limits>
 #include <memory>
@@ -11,6 +12,7 @@
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/DebugSection.h"
 #include "tavo/base/debug/DebugWindow.h"
+#include "tavo/base/objects/MetaClass.h"
 #include "tavo/points/PointSet.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLGraphDisplayerConfig.h"

@@ -10,6 +10,7 @@
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 #include <gmock/gmock.h>
 #include <thread>
@@ -286,7 +287,29 @@ TEST_F(DebugWindowTest, FitsTheScreenAndGivesItsSectionsTheWholeWidth)
 TEST_F(DebugWindowTest, DoesNotKeepTheApplicationRunning)
 {
     send("name", "text");
-    EXPECT_FALSE(debugOutput.getWindow()->testAttribute(Qt::WA_QuitOnClose));
+    QWidget applicationWindow;
+    applicationWindow.show();
+    QTimer::singleShot(0, &applicationWindow, &QWidget::close);
+    QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+}
+
+TEST_F(DebugWindowTest, EndsTheApplicationWhenItIsClosedAsTheLastWindow)
+{
+    send("name", "text");
+    QTimer::singleShot(0, debugOutput.getWindow(), &QWidget::close);
+    QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+}
+
+TEST_F(DebugWindowTest, LeavesAnApplicationWithOtherWindowsRunning)
+{
+    send("name", "text");
+    QWidget applicationWindow;
+    applicationWindow.show();
+    QTimer::singleShot(0, debugOutput.getWindow(), &QWidget::close);
+    QTimer::singleShot(200, qApp, [] { QCoreApplication::exit(2); });
+    EXPECT_EQ(QCoreApplication::exec(), 2);
 }
 
 } // namespace

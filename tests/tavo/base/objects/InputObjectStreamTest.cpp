@@ -279,11 +279,11 @@ TEST_F(InputObjectStreamTest, PassesOverADamagedObject)
 
 TEST_F(InputObjectStreamTest, SaysWhereTheTextIsDamaged)
 {
-    EXPECT_EQ(faultOf("{\n    \"format\": oops\n}"), "line 2, column 15: illegal value");
+    EXPECT_EQ(faultOf("{\n    \"format\": oops\n}"), "line 2, column 15: illegal number");
     EXPECT_EQ(faultOf("{\n    \"format\": \"tavo objects\",\n    \"\u00e4\u00f6\u00fc\": -\n}"),
         "line 3, column 13: illegal number");
     EXPECT_EQ(faultOf("{\"format\": \"tavo obj"), "line 1, column 21: unterminated string");
-    EXPECT_EQ(faultOf(streamOf("") + "}"), "line 1, column 57: garbage at the end of the document");
+    EXPECT_EQ(faultOf(streamOf("") + "}"), "line 1, column 56: garbage at the end of the document");
 }
 
 TEST_F(InputObjectStreamTest, RefusesTextWithoutContent)
@@ -308,7 +308,7 @@ TEST_F(InputObjectStreamTest, SkipsAByteOrderMark)
 TEST_F(InputObjectStreamTest, DoesNotEndAtAZeroByte)
 {
     EXPECT_THAT(faultOf(streamOf("") + '\0'), HasSubstr("garbage at the end"));
-    EXPECT_THAT(faultOf(QByteArray(3, '\0')), StartsWith("line 1, column 1"));
+    EXPECT_EQ(faultOf(QByteArray(3, '\0')), "line 1, column 2: illegal value");
 }
 
 TEST_F(InputObjectStreamTest, RefusesForeignJson)
@@ -380,8 +380,8 @@ TEST_F(InputObjectStreamTest, ReportsAFileThatCannotBeRead)
 {
     const QTemporaryDir folder;
     const std::string missing = folder.filePath("missing.json").toStdString();
-    EXPECT_EQ(messageOf([&] { InputObjectStream::openFile(missing); }),
-        "InputObjectStream::openFile() - " + missing + ": No such file or directory");
+    EXPECT_THAT(messageOf([&] { InputObjectStream::openFile(missing); }),
+        StartsWith("InputObjectStream::openFile() - " + missing + ": "));
     const std::string path = folder.path().toStdString();
     EXPECT_THAT(messageOf([&] { InputObjectStream::openFile(path); }),
         StartsWith("InputObjectStream::openFile() - " + path + ": "));

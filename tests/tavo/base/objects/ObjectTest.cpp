@@ -176,7 +176,8 @@ public:
     void assign(const Object* other, CopyContext* context) override { m_Part = other->copy(context); }
 
     const Object* m_Part = this;
-    static inline MetaClass s_Record{"Ring", "", []() -> Object* { return new Ring; }, 0};
+    static Object* newInstance() { return new Ring; }
+    static inline MetaClass s_Record{"Ring", "", newInstance, 0};
 };
 
 TEST_F(ObjectTest, IsCopiedOnceEvenIfItLeadsBackToItself)

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <vector>
+
+#include "apps/vireo-view/Point.h"
+#include "tavo/base/math/StaticVector.h"
+
+namespace vireo_view {
+
+// The view clips what is nearer than 0.01 or farther than 1000, and floats lose digits far from the origin. So what is
+// shown is brought to the origin and scaled, in double precision, before it becomes floats.
+//
+// All coordinates must be finite. Curves that are given together are fitted together.
+
+using FittedPoints2 = std::vector<tavo::StaticVector<float, 2>>;
+using FittedPoints3 = std::vector<tavo::StaticVector<float, 3>>;
+
+// In space proportions are kept: the centre of the points' box comes to the origin, and its largest extent becomes this.
+constexpr double FITTED_EXTENT = 1.0;
+
+FittedPoints3 fitPoints(const Points3& points);
+std::vector<FittedPoints3> fitCurves(const std::vector<Points3>& curves);
+
+// In the plane the curves fill a box of this size around the origin.
+constexpr double FITTED_WIDTH = 1.6;
+constexpr double FITTED_HEIGHT = 1.0;
+
+std::vector<FittedPoints2> fitCurves(const std::vector<Points2>& curves);
+
+} // namespace vireo_view

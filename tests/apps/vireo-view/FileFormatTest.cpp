@@ -1,0 +1,63 @@
+#include "apps/vireo-view/FileFormat.h"
+
+#include "apps/vireo-view/InputError.h"
+#include "tests/apps/vireo-view/FilesTest.h"
+
+namespace vireo_view {
+namespace {
+
+class FileFormatTest : public FilesTest
+{
+protected:
+    FileFormat formatOf(const std::string& name, std::string_view contents)
+    {
+        return detectFormat(write(name, contents));
+    }
+};
+
+TEST_F(FileFormatTest, KnowsPlyByItsBeginningWhateverItsName)
+{
+    EXPECT_EQ(formatOf("a.ply", "ply\nformat ascii 1.0\n"), FileFormat::PLY);
+    EXPECT_EQ(formatOf("a.dat", "ply\r\nformat ascii 1.0\r\n"), FileFormat::PLY);
+    EXPECT_EQ(formatOf("b.txt", "plywood\n"), FileFormat::COLUMNS);
+}
+
+TEST_F(FileFormatTest, KnowsOffByItsKeywordBehindComments)
+{
+    EXPECT_EQ(formatOf("a.off", "OFF\n8 6 12\n"), FileFormat::OFF);
+    EXPECT_EQ(formatOf("a", "OFF 8 6 12\n"), FileFormat::OFF);
+    EXPECT_EQ(formatOf("b.off", "COFF\r\n8 6 12\r\n"), FileFormat::OFF);
+    EXPECT_EQ(formatOf("c.off", "# made by\n\n  # somebody\nSTCN4OFF\n"), FileFormat::OFF);
+    EXPECT_EQ(formatOf("d.txt", "OFFSET\n1\n"), FileFormat::COLUMNS);
+}
+
+TEST_F(FileFormatTest, KnowsXyzByItsExtension)
+{
+    EXPECT_EQ(formatOf("a.xyz", "1 2 3\n"), FileFormat::XYZ);
+    EXPECT_EQ(formatOf("a.XYZ", "1 2 3\n"), FileFormat::XYZ);
+    EXPECT_EQ(formatOf("a.pwn", "1 2 3 0 0 1\n"), FileFormat::XYZ);
+}
+
+TEST_F(FileFormatTest, TakesOtherTextsForColumns)
+{
+    EXPECT_EQ(formatOf("a.csv", "1,2\n"), FileFormat::COLUMNS);
+    EXPECT_EQ(formatOf("a", "1"), FileFormat::COLUMNS);
+    EXPECT_EQ(formatOf("b", "# only a comment"), FileFormat::COLUMNS);
+}
+
+TEST_F(FileFormatTest, TurnsAwayWhatIsNotWhatItsExtensionSays)
+{
+    EXPECT_EQ(messageOf<InputError>([&] { formatOf("a.ply", "1 2 3\n"); }),
+        "a.ply: is not a PLY file: it does not begin with 'ply'");
+    EXPECT_EQ(messageOf<InputError>([&] { formatOf("a.off", "1 2 3\n"); }),
+        "a.off: is not an OFF file: it does not begin with 'OFF'");
+}
+
+TEST_F(FileFormatTest, TurnsAwayBinaryFilesItDoesNotKnow)
+{
+    EXPECT_EQ(messageOf<InputError>([&] { formatOf("a.xyz", std::string_view("\x7F" "ELF\0\0", 6)); }),
+        "a.xyz: is of no known format: neither PLY nor OFF nor text");
+}
+
+} // namespace
+} // namespace vireo_view

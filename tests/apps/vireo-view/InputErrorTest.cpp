@@ -1,0 +1,33 @@
+#include "apps/vireo-view/InputError.h"
+
+#include <gtest/gtest.h>
+
+namespace vireo_view {
+namespace {
+
+TEST(InputErrorTest, NamesTheFileAndTheLine)
+{
+    EXPECT_STREQ(InputError("dir/a.ply", "is empty").what(), "dir/a.ply: is empty");
+    EXPECT_STREQ(InputError("a.csv", 12, "no").what(), "a.csv:12: no");
+}
+
+TEST(InputErrorTest, StaysOnOneLineWhateverItQuotes)
+{
+    EXPECT_STREQ(InputError("a\nb", 1, "odd\r\n\x1B[31m").what(), "a?b:1: odd???[31m");
+}
+
+TEST(InputErrorTest, QuotesTextAndCutsItWhereItIsLong)
+{
+    EXPECT_EQ(quoted("abc"), "'abc'");
+    EXPECT_EQ(quoted("a\tb"), "'a?b'");
+    EXPECT_EQ(quoted(std::string(40, 'x')), "'" + std::string(40, 'x') + "'");
+    EXPECT_EQ(quoted(std::string(41, 'x')), "'" + std::string(40, 'x') + "...'");
+}
+
+TEST(InputErrorTest, KeepsLettersBeyondAscii)
+{
+    EXPECT_EQ(printableName(std::filesystem::path(u8"Höhe.csv")), "H\xC3\xB6he.csv");
+}
+
+} // namespace
+} // namespace vireo_view

@@ -1,0 +1,63 @@
+#include "apps/vireo-view/SceneFitting.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace vireo_view {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using Vector2f = tavo::StaticVector<float, 2>;
+using Vector3f = tavo::StaticVector<float, 3>;
+
+constexpr double LARGEST = std::numeric_limits<double>::max();
+
+TEST(SceneFittingTest, CentresPointsAndKeepsTheirProportions)
+{
+    EXPECT_THAT(fitPoints({{0, 0, 0}, {10, 4, 2}}), ElementsAre(Vector3f(-0.5, -0.2, -0.1), Vector3f(0.5, 0.2, 0.1)));
+}
+
+TEST(SceneFittingTest, KeepsTheDigitsOfPointsFarFromTheOrigin)
+{
+    const double far = 5e9;
+    EXPECT_THAT(fitPoints({{far, far, far}, {far + 0.5, far, far}, {far + 1, far, far}}),
+        ElementsAre(Vector3f(-0.5, 0, 0), Vector3f(0, 0, 0), Vector3f(0.5, 0, 0)));
+}
+
+TEST(SceneFittingTest, FitsTheLargestAndTheSmallestExtents)
+{
+    EXPECT_THAT(fitPoints({{-LARGEST, 0, 0}, {LARGEST, LARGEST, 0}}),
+        ElementsAre(Vector3f(-0.5, -0.25, 0), Vector3f(0.5, 0.25, 0)));
+    EXPECT_THAT(
+        fitPoints({{1e-300, 0, 0}, {3e-300, 0, 0}}), ElementsAre(Vector3f(-0.5, 0, 0), Vector3f(0.5, 0, 0)));
+}
+
+TEST(SceneFittingTest, BringsPointsWithoutExtentToTheOrigin)
+{
+    EXPECT_THAT(fitPoints({{7, 8, 9}, {7, 8, 9}}), ElementsAre(Vector3f(0, 0, 0), Vector3f(0, 0, 0)));
+    EXPECT_THAT(fitPoints({}), IsEmpty());
+}
+
+TEST(SceneFittingTest, FitsCurvesInSpaceTogether)
+{
+    EXPECT_THAT(fitCurves(std::vector<Points3>{{{0, 0, 0}, {1, 0, 0}}, {{4, 2, 0}}}),
+        ElementsAre(ElementsAre(Vector3f(-0.5, -0.25, 0), Vector3f(-0.25, -0.25, 0)), ElementsAre(Vector3f(0.5, 0.25, 0))));
+}
+
+TEST(SceneFittingTest, LetsCurvesInThePlaneFillTheirBox)
+{
+    EXPECT_THAT(fitCurves(std::vector<Points2>{{{0, 1000}, {2, 3000}}, {{4, 2000}}}),
+        ElementsAre(ElementsAre(Vector2f(-0.8, -0.5), Vector2f(0, 0.5)), ElementsAre(Vector2f(0.8, 0))));
+}
+
+TEST(SceneFittingTest, PutsAFlatCurveInTheMiddle)
+{
+    EXPECT_THAT(fitCurves(std::vector<Points2>{{{0, 5}, {1, 5}}}),
+        ElementsAre(ElementsAre(Vector2f(-0.8, 0), Vector2f(0.8, 0))));
+}
+
+} // namespace
+} // namespace vireo_view
