@@ -142,7 +142,7 @@ private:
         for (std::size_t i = 0; i < cells.size(); ++i) {
             const std::optional<double> value = valueOf(cells[i]);
             if (!value)
-                fail(quoted(cells[i]) + " is not a number");
+                fail(quotedText(cells[i]) + " is not a number");
             m_Columns.values[i].push_back(*value);
         }
     }

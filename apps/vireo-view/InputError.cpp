@@ -29,7 +29,7 @@ std::string printableName(const std::filesystem::path& file)
     return printable(std::string(name.begin(), name.end()));
 }
 
-std::string quoted(std::string_view text)
+std::string quotedText(std::string_view text)
 {
     constexpr std::size_t LONGEST = 40;
     const bool cut = text.size() > LONGEST;

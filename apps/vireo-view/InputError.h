@@ -20,6 +20,6 @@ public:
 std::string printableName(const std::filesystem::path& file);
 
 // Text from a file in quotes, for a message: cut where it is long, control characters made visible.
-std::string quoted(std::string_view text);
+std::string quotedText(std::string_view text);
 
 } // namespace vireo_view

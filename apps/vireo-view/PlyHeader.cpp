@@ -78,7 +78,7 @@ private:
         std::string word;
         nextLine() >> word;
         if (word != expected)
-            fail("expected '" + expected + "', not " + quoted(word));
+            fail("expected '" + expected + "', not " + quotedText(word));
     }
 
     void parseFormat()
@@ -88,7 +88,7 @@ private:
         if (keyword != "format" || version.empty())
             fail("expected the format, such as 'format ascii 1.0'");
         if (format != "ascii" && format != "binary_little_endian" && format != "binary_big_endian")
-            fail("unknown format " + quoted(format));
+            fail("unknown format " + quotedText(format));
         m_IsBinary = format != "ascii";
     }
 
@@ -103,7 +103,7 @@ private:
         else if (keyword == "property")
             parseProperty(line);
         else if (keyword != "comment" && keyword != "obj_info" && keyword != "end_header")
-            fail("unknown keyword " + quoted(keyword));
+            fail("unknown keyword " + quotedText(keyword));
         return keyword != "end_header";
     }
 
@@ -133,7 +133,7 @@ private:
         if (property.name.empty())
             fail("expected a property's type and name");
         if (m_Elements.empty())
-            fail("property " + quoted(property.name) + " belongs to no element");
+            fail("property " + quotedText(property.name) + " belongs to no element");
         m_Elements.back().properties.push_back(property);
     }
 
@@ -149,7 +149,7 @@ private:
         const auto found = std::find_if(TYPES.begin(), TYPES.end(),
             [&name](const Type& type) { return type.name == name || type.sizedName == name; });
         if (found == TYPES.end())
-            fail("unknown type " + quoted(name));
+            fail("unknown type " + quotedText(name));
         return &*found;
     }
 
@@ -214,11 +214,11 @@ std::string objectionTo(const Element& element, Room& room)
         return "has no points";
     for (const Property& property : element.properties)
         if (property.isList)
-            return "the list " + quoted(property.name) + " comes before the end of the points; this cannot be read";
+            return "the list " + quotedText(property.name) + " comes before the end of the points; this cannot be read";
     if (element.count > 0 && element.properties.empty())
-        return "the element " + quoted(element.name) + " has no properties";
+        return "the element " + quotedText(element.name) + " has no properties";
     if (!room.take(element))
-        return "is too short for the " + std::to_string(element.count) + " items of " + quoted(element.name) +
+        return "is too short for the " + std::to_string(element.count) + " items of " + quotedText(element.name) +
                " that it promises";
     if (element.holdsPoints() && coordinateTypeOf(element).empty())
         return "its points do not have numbers x, y and z of one type";

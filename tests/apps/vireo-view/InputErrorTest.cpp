@@ -18,10 +18,10 @@ TEST(InputErrorTest, StaysOnOneLineWhateverItQuotes)
 
 TEST(InputErrorTest, QuotesTextAndCutsItWhereItIsLong)
 {
-    EXPECT_EQ(quoted("abc"), "'abc'");
-    EXPECT_EQ(quoted("a\tb"), "'a?b'");
-    EXPECT_EQ(quoted(std::string(40, 'x')), "'" + std::string(40, 'x') + "'");
-    EXPECT_EQ(quoted(std::string(41, 'x')), "'" + std::string(40, 'x') + "...'");
+    EXPECT_EQ(quotedText("abc"), "'abc'");
+    EXPECT_EQ(quotedText("a\tb"), "'a?b'");
+    EXPECT_EQ(quotedText(std::string(40, 'x')), "'" + std::string(40, 'x') + "'");
+    EXPECT_EQ(quotedText(std::string(41, 'x')), "'" + std::string(40, 'x') + "...'");
 }
 
 TEST(InputErrorTest, KeepsLettersBeyondAscii)

@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <set>
+#include <vector>
 
 #include <GL/glx.h>
 
@@ -200,15 +201,17 @@ TEST_F(WglGlxGLTest, GivesNoNewContextTheHandleOfADestroyedOne)
 
 TEST_F(WglGlxGLTest, RefusesTheHandleOfADestroyedContextWhoseAddressIsInUseAgain)
 {
-    const HDC window = wrapNewWindow();
+    std::vector<HGLRC> dead;
     for (int i = 0; i < 20; ++i) {
         const GLXContext context = m_Display->makeContext();
-        const HGLRC dead = tavo::wrapGlxContext(native(), context);
+        dead.push_back(tavo::wrapGlxContext(native(), context));
         m_Display->destroyContext(context);
-        const GLXContext next = m_Display->makeContext();
-        EXPECT_EQ(wglMakeCurrent(window, dead), 0);
-        m_Display->destroyContext(next);
     }
+    for (int i = 0; i < 20; ++i)
+        m_Display->makeContext();
+    const HDC window = wrapNewWindow();
+    for (const HGLRC context : dead)
+        EXPECT_EQ(wglMakeCurrent(window, context), 0);
 }
 
 TEST_F(WglGlxGLTest, ForgetsTheHandlesOfAClosedDisplay)

@@ -186,7 +186,6 @@ protected:
         glEnable(GL_VERTEX_PROGRAM_ARB);
     }
 
-private:
     std::optional<GLContext> m_Context;
 };
 
@@ -415,8 +414,7 @@ TEST_F(GLHelperGLTest, LeavesBothMatrixStacksAsTheyWereAfter2D)
 
 TEST_F(GLHelperGLTest, RefusesToDrawTextWithoutAWidget)
 {
-    GLContext context(getDC(), getRC(), nullptr, nullptr);
-    EXPECT_THROW(GLHelper::drawText(&context, {0, 0, 0}, "text"), PException);
+    EXPECT_THROW(GLHelper::drawText(&*m_Context, {0, 0, 0}, "text"), PException);
 }
 
 } // namespace tavo

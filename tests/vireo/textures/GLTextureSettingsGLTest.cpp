@@ -12,7 +12,6 @@ namespace tavo {
 namespace {
 
 using testing::ElementsAre;
-using vireo_test::CallRecorder;
 using vireo_test::callsOf;
 
 using Calls = std::vector<std::string>;
@@ -181,10 +180,10 @@ TEST_F(GLTextureSettingsGLTest, HasDefaultsForColourTextures)
 TEST_F(GLTextureSettingsGLTest, HasDefaultsForRectanglesThatEndAtTheirEdges)
 {
     EXPECT_EQ(callsOf([] { GLTextureSettings::setDefaults(GL_TEXTURE_RECTANGLE_ARB, false); }),
-        (Calls{"glTexParameteri(GL_TEXTURE_RECTANGLE, GL_TEXTURE_MAG_FILTER, GL_LINEAR)",
-            "glTexParameteri(GL_TEXTURE_RECTANGLE, GL_TEXTURE_MIN_FILTER, GL_LINEAR)",
-            "glTexParameteri(GL_TEXTURE_RECTANGLE, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)",
-            "glTexParameteri(GL_TEXTURE_RECTANGLE, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)"}));
+        (Calls{"glTexParameteri(GL_TEXTURE_RECTANGLE_ARB, GL_TEXTURE_MAG_FILTER, GL_LINEAR)",
+            "glTexParameteri(GL_TEXTURE_RECTANGLE_ARB, GL_TEXTURE_MIN_FILTER, GL_LINEAR)",
+            "glTexParameteri(GL_TEXTURE_RECTANGLE_ARB, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)",
+            "glTexParameteri(GL_TEXTURE_RECTANGLE_ARB, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)"}));
 }
 
 TEST_F(GLTextureSettingsGLTest, HasDefaultsForExactValuesOnEveryTarget)

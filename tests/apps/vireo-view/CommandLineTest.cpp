@@ -1,0 +1,82 @@
+#include "apps/vireo-view/CommandLine.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vireo_view {
+namespace {
+
+Options optionsOf(const QStringList& arguments)
+{
+    return std::get<Options>(parseCommandLine(QStringList("vireo-view") + arguments));
+}
+
+std::string misuseOf(const QStringList& arguments)
+{
+    const auto answer = std::get<Answer>(parseCommandLine(QStringList("vireo-view") + arguments));
+    EXPECT_EQ(answer.exitStatus, EXIT_STATUS_USAGE);
+    return answer.text.toStdString();
+}
+
+std::string answerTo(const QStringList& arguments)
+{
+    const auto answer = std::get<Answer>(parseCommandLine(QStringList("vireo-view") + arguments));
+    EXPECT_EQ(answer.exitStatus, 0);
+    return answer.text.toStdString();
+}
+
+TEST(CommandLineTest, HasDefaults)
+{
+    const Options options = optionsOf({});
+    EXPECT_TRUE(options.files.isEmpty());
+    EXPECT_TRUE(options.picturesDirectory.isEmpty());
+    EXPECT_EQ(options.load.columnsAs, ColumnsAs::AUTOMATIC);
+    EXPECT_EQ(options.load.up, Axis::Y);
+    EXPECT_FALSE(options.load.withCurves);
+}
+
+TEST(CommandLineTest, TakesFilesAndOptionsInAnyOrder)
+{
+    const Options options = optionsOf({"a.ply", "--columns", "2d", "--up=z", "b.csv", "--curves", "--pictures", "out"});
+    EXPECT_EQ(options.files, QStringList({"a.ply", "b.csv"}));
+    EXPECT_EQ(options.load.columnsAs, ColumnsAs::PLANE);
+    EXPECT_EQ(options.load.up, Axis::Z);
+    EXPECT_TRUE(options.load.withCurves);
+    EXPECT_EQ(options.picturesDirectory, "out");
+}
+
+TEST(CommandLineTest, TakesWhatComesBehindTwoDashesForFiles)
+{
+    EXPECT_EQ(optionsOf({"--", "--up"}).files, QStringList("--up"));
+}
+
+TEST(CommandLineTest, LooksForExampleDataWhereToldElseWhereTheEnvironmentSaysElseInTheCache)
+{
+    qputenv("VIREO_VIEW_DATA", "/env");
+    EXPECT_EQ(optionsOf({"--data", "/told"}).dataDirectory, "/told");
+    EXPECT_EQ(optionsOf({}).dataDirectory, "/env");
+    qunsetenv("VIREO_VIEW_DATA");
+    qputenv("XDG_CACHE_HOME", "/cache");
+    EXPECT_EQ(optionsOf({}).dataDirectory, "/cache/vireo-view");
+}
+
+TEST(CommandLineTest, SaysInOneLineWhatIsWrong)
+{
+    EXPECT_EQ(misuseOf({"--columns", "4d"}),
+        "vireo-view: --columns is auto, series, 2d, 3d or cloud, not '4d' (see vireo-view --help)\n");
+    EXPECT_EQ(misuseOf({"--up", "w"}), "vireo-view: --up is x, y or z, not 'w' (see vireo-view --help)\n");
+    EXPECT_EQ(misuseOf({"--pictures="}),
+        "vireo-view: --pictures needs the name of a directory (see vireo-view --help)\n");
+    EXPECT_EQ(misuseOf({"--wrong"}), "vireo-view: Unknown option 'wrong'. (see vireo-view --help)\n");
+}
+
+TEST(CommandLineTest, AnswersHelpAndVersion)
+{
+    for (const auto* option : {"--help", "-h"})
+        EXPECT_THAT(answerTo({option, "a.ply"}), testing::StartsWith("Usage: vireo-view [options] [FILE...]\n"));
+    for (const auto* option : {"--version", "-v"})
+        EXPECT_THAT(answerTo({option}), testing::MatchesRegex("vireo-view [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+} // namespace
+} // namespace vireo_view
