@@ -51,6 +51,7 @@ DebugSection::DebugSection(const MetaClass* displayerClass, std::string name, QW
     , m_Displayer(makeDisplayer(displayerClass))
 {
     setFrameShape(QFrame::StyledPanel);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);

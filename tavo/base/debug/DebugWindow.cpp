@@ -51,8 +51,8 @@ DebugWindow::DebugWindow()
 
     auto* sections = new QWidget;
     m_SectionLayout = new QVBoxLayout(sections);
-    m_SectionLayout->setAlignment(Qt::AlignTop);
     m_SectionLayout->setContentsMargins(2, 2, 2, 2);
+    m_SectionLayout->addStretch();
     auto* scrollArea = new QScrollArea;
     scrollArea->setWidgetResizable(true);
     scrollArea->setWidget(sections);
@@ -100,7 +100,7 @@ DebugSection* DebugWindow::addSection(const MetaClass* displayerClass, const std
     auto section = std::make_unique<DebugSection>(displayerClass, name, nullptr);
     connect(section.get(), &DebugSection::closedChanged, this, &DebugWindow::listClosedSections);
     m_Sections.push_back(section.get());
-    m_SectionLayout->addWidget(section.get());
+    m_SectionLayout->insertWidget(m_SectionLayout->count() - 1, section.get());
     show();
     return section.release();
 }

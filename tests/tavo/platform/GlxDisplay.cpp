@@ -54,6 +54,8 @@ GlxDisplay::~GlxDisplay()
 {
     for (const GLXContext context : m_Contexts)
         glXDestroyContext(getNative(), context);
+    for (const GLXPbuffer pbuffer : m_Pbuffers)
+        glXDestroyPbuffer(getNative(), pbuffer);
 }
 
 Display* GlxDisplay::getNative() const
@@ -75,7 +77,7 @@ Window GlxDisplay::makeWindow()
 GLXPbuffer GlxDisplay::makePbuffer()
 {
     const int attributes[] = {GLX_PBUFFER_WIDTH, 16, GLX_PBUFFER_HEIGHT, 16, None};
-    return glXCreatePbuffer(getNative(), m_Native->config(), attributes);
+    return m_Pbuffers.emplace_back(glXCreatePbuffer(getNative(), m_Native->config(), attributes));
 }
 
 GLXContext GlxDisplay::makeContext(GLXContext sharing)

@@ -34,6 +34,7 @@ private:
     explicit GlxDisplay(std::unique_ptr<Native> native);
 
     std::unique_ptr<Native> m_Native;
+    std::vector<unsigned long> m_Pbuffers;
     std::vector<__GLXcontextRec*> m_Contexts;
 };
 

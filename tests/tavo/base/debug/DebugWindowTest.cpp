@@ -284,6 +284,16 @@ TEST_F(DebugWindowTest, FitsTheScreenAndGivesItsSectionsTheWholeWidth)
     EXPECT_EQ(window->size(), QSize(300, 300));
 }
 
+TEST_F(DebugWindowTest, StacksItsSectionsAtTheTop)
+{
+    send("first", "text");
+    send("second", "text");
+    waitForExposure();
+    EXPECT_LE(section(0)->height(), section(0)->sizeHint().height());
+    EXPECT_LT(section(0)->y(), 10);
+    EXPECT_LT(section(1)->geometry().top() - section(0)->geometry().bottom(), 20);
+}
+
 TEST_F(DebugWindowTest, DoesNotKeepTheApplicationRunning)
 {
     send("name", "text");

@@ -1,0 +1,170 @@
+#include "apps/vireo-view/Viewer.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QScreen>
+#include <iostream>
+
+#include "apps/vireo-view/InputError.h"
+#include "apps/vireo-view/LoadingProgress.h"
+#include "apps/vireo-view/pictureName.h"
+#include "tavo/base/debug/DebugOutput.h"
+#include "tavo/base/debug/DebugSection.h"
+#include "tavo/base/debug/DebugWindow.h"
+#include "vireo/displayers/GLEventDisplayer.h"
+#include "vireo/displayers/GLEventDisplayerWidget.h"
+#include "vireo/displayers/GLGraphDisplayer.h"
+#include "vireo/displayers/GLPointCloudDisplayer.h"
+
+namespace vireo_view {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr unsigned int VIEW_SIZE_INDEX = 9; // 362 pixels high
+constexpr QSize WINDOW_SIZE(800, 900);
+
+struct Sender
+{
+    void operator()(CloudExhibit& cloud) const
+    {
+        tavo::sendGLEventObject(cloud.name, new tavo::GLPointCloudDisplayer(cloud.points.release()));
+    }
+
+    template <unsigned int N>
+    void operator()(const CurvesExhibit<N>& exhibit) const
+    {
+        tavo::debugOutputGraphs(exhibit.name, exhibit.curves, exhibit.colours);
+    }
+};
+
+void enlargeView(tavo::DebugSection& section)
+{
+    if (auto* const widget = qobject_cast<tavo::GLEventDisplayerWidget*>(section.getDisplayerWidget()))
+        widget->setSizeIndex(VIEW_SIZE_INDEX);
+}
+
+void show(Exhibit& exhibit)
+{
+    std::visit(Sender(), exhibit);
+    tavo::DebugWindow* const window = tavo::debugOutput.getWindow();
+    if (!window || window->getSections().empty())
+        return;
+    if (window->getSections().size() == 1) {
+        window->setWindowTitle("vireo-view");
+        window->resize(WINDOW_SIZE.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
+    }
+    enlargeView(*window->getSections().back());
+}
+
+bool wasWindowClosed()
+{
+    const tavo::DebugWindow* const window = tavo::debugOutput.getWindow();
+    return window && !window->isVisible();
+}
+
+fs::path pathOf(const QString& name)
+{
+    return name.toStdU16String();
+}
+
+} // namespace
+
+Viewer::Viewer(const Options& options)
+    : m_Options(options)
+{}
+
+int Viewer::run()
+{
+    if (hasPictures() && !QDir().mkpath(m_Options.picturesDirectory)) {
+        fail(m_Options.picturesDirectory.toStdString() + ": the directory cannot be made");
+        return EXIT_STATUS_FAILED;
+    }
+    showFiles();
+    if (tavo::debugOutput.getWindow()) {
+        if (hasPictures())
+            savePictures();
+        else if (!wasWindowClosed())
+            QApplication::exec();
+    }
+    return m_HasFailed ? EXIT_STATUS_FAILED : 0;
+}
+
+void Viewer::showFiles()
+{
+    for (const InputFile& file : findFiles()) {
+        if (wasWindowClosed())
+            return;
+        showFile(file);
+    }
+}
+
+std::vector<InputFile> Viewer::findFiles()
+{
+    std::vector<InputFile> files;
+    for (const QString& name : m_Options.files)
+        files.push_back({pathOf(name), m_Options.load.up});
+    if (!files.empty())
+        return files;
+    try {
+        m_Options.load.withCurves = true;
+        return findExampleData(pathOf(m_Options.dataDirectory));
+    } catch (const InputError& error) {
+        fail(error.what());
+        return {};
+    }
+}
+
+void Viewer::showFile(const InputFile& file)
+{
+    const std::string name = nameOf(file);
+    LoadOptions options = m_Options.load;
+    options.up = file.up;
+    try {
+        LoadingProgress progress(
+            hasPictures() ? LoadingProgress::Way::LINES : LoadingProgress::Way::WINDOW, printableName(file.path));
+        for (Exhibit& exhibit : loadExhibits(file.path, name, options, [&](double part) { return progress.update(part); }))
+            show(exhibit);
+    } catch (const InputError& error) {
+        if (!wasWindowClosed())
+            fail(error.what());
+    }
+}
+
+// The file's name alone where that is enough to tell it from the others.
+std::string Viewer::nameOf(const InputFile& file)
+{
+    std::string name = printableName(file.path.filename());
+    if (m_Names.contains(name))
+        name = printableName(file.path);
+    const std::string base = name;
+    for (int i = 2; !m_Names.insert(name).second; ++i)
+        name = base + " (" + std::to_string(i) + ")";
+    return name;
+}
+
+void Viewer::savePictures()
+{
+    tavo::DebugWindow& window = *tavo::debugOutput.getWindow();
+    QApplication::processEvents();
+    const QDir directory(m_Options.picturesDirectory);
+    unsigned int number = 1;
+    for (tavo::DebugSection* const section : window.getSections()) {
+        const QString file = directory.filePath(pictureName(number++, section->getName()));
+        if (!section->getPicture().save(file))
+            fail(file.toStdString() + ": the picture cannot be saved");
+    }
+}
+
+void Viewer::fail(const std::string& reason)
+{
+    const std::string line = "vireo-view: " + reason + "\n";
+    // While there is a window, the debug output writes only to that.
+    if (tavo::debugOutput.getWindow())
+        std::cerr << line;
+    tavo::debugOutput << line;
+    m_HasFailed = true;
+}
+
+} // namespace vireo_view

@@ -1,0 +1,66 @@
+#include <QApplication>
+#include <cstdio>
+
+#include "apps/vireo-view/CommandLine.h"
+#include "apps/vireo-view/Viewer.h"
+#include "tavo/base/debug/EventDisplayer.h"
+#include "vireo/context/Library.h"
+#include "vireo/displayers/GLEventDisplayer.h"
+#include "vireo/displayers/GLEventObject.h"
+#include "vireo/displayers/GLGraphDisplayer.h"
+
+namespace {
+
+using namespace vireo_view;
+
+int give(const Answer& answer)
+{
+    std::fputs(answer.text.toLocal8Bit().constData(), answer.exitStatus == 0 ? stdout : stderr);
+    return answer.exitStatus;
+}
+
+QStringList argumentList(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+// The classes that the debug output makes displayers of, while there is one of these.
+class DisplayerClasses
+{
+public:
+    DisplayerClasses()
+    {
+        tavo::initVireo();
+        tavo::GLEventDisplayer::init(tavo::EventDisplayer::getClass());
+        tavo::GLGraphDisplayer::init(tavo::GLEventObject::getClass());
+    }
+    ~DisplayerClasses()
+    {
+        tavo::GLGraphDisplayer::shutdown();
+        tavo::GLEventDisplayer::shutdown();
+        tavo::shutdownVireo();
+    }
+    DisplayerClasses(const DisplayerClasses&) = delete;
+    DisplayerClasses& operator=(const DisplayerClasses&) = delete;
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // Help needs no display. Whatever else is asked for waits until the QApplication has taken its own arguments away.
+    const auto early = parseCommandLine(argumentList(argc, argv));
+    if (const auto* const answer = std::get_if<Answer>(&early); answer && answer->exitStatus == 0)
+        return give(*answer);
+
+    // The displayers go with the QApplication, and so before their classes.
+    const DisplayerClasses classes;
+    const QApplication application(argc, argv);
+    const auto asked = parseCommandLine(QCoreApplication::arguments());
+    if (const auto* const answer = std::get_if<Answer>(&asked))
+        return give(*answer);
+    return Viewer(std::get<Options>(asked)).run();
+}
