@@ -31,7 +31,7 @@ Spans<N> spansOf(const std::vector<Curve<N>>& curves)
 {
     Spans<N> spans;
     for (const Curve<N>& curve : curves)
-        include(spans, curve);
+        include<N>(spans, curve);
     return spans;
 }
 

@@ -1,8 +1,9 @@
 #include "tests/support/CallFormats.h"
 
+#include <span>
+
 #include <GL/gl.h>
 #include <GL/glext.h>
-#include <span>
 
 namespace vireo_test::format {
 
@@ -241,14 +242,11 @@ std::size_t parameterLength(unsigned int parameterName)
     case GL_TEXTURE_BORDER_COLOR:
     case GL_TEXTURE_ENV_COLOR:
     case GL_OBJECT_PLANE:
-    case GL_EYE_PLANE:
-        return 4;
+    case GL_EYE_PLANE: return 4;
     case GL_SPOT_DIRECTION:
     case GL_COLOR_INDEXES:
-    case GL_POINT_DISTANCE_ATTENUATION:
-        return 3;
-    default:
-        return 1;
+    case GL_POINT_DISTANCE_ATTENUATION: return 3;
+    default: return 1;
     }
 }
 

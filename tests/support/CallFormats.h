@@ -1,7 +1,5 @@
 #pragma once
 
-#include "tests/support/CallRecorder.h"
-
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -10,6 +8,8 @@
 #include <string_view>
 #include <tuple>
 #include <type_traits>
+
+#include "tests/support/CallRecorder.h"
 
 // How the arguments of a recorded call are written: one type per meaning, whose `text` sees the recorder, the position
 // of its argument and all arguments of the call (a count often stands beside the array it belongs to).

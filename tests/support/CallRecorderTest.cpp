@@ -1,6 +1,11 @@
 #define GL_GLEXT_PROTOTYPES
 #include "tests/support/CallRecorder.h"
 
+#include <array>
+#include <gmock/gmock.h>
+#include <stdexcept>
+#include <thread>
+
 #include "tests/support/CallFormats.h"
 #include "tests/support/EntryPoints.h"
 #include "tests/support/GLTest.h"
@@ -8,10 +13,6 @@
 #include <GL/gl.h>
 #include <GL/glext.h>
 #include <GL/glu.h>
-#include <array>
-#include <gmock/gmock.h>
-#include <stdexcept>
-#include <thread>
 
 namespace vireo_test {
 

@@ -1,7 +1,7 @@
-#include "tests/support/RecordedCall.h"
-
 #include <Cg/cg.h>
 #include <Cg/cgGL.h>
+
+#include "tests/support/RecordedCall.h"
 
 // The functions of the Cg runtime that are recorded.
 
@@ -17,8 +17,7 @@ std::string profileName(CGprofile profile)
 {
     switch (profile) {
 #define PROFILE(name)                                                                                                  \
-    case name:                                                                                                         \
-        return #name;
+    case name: return #name;
         PROFILE(CG_PROFILE_VP20)
         PROFILE(CG_PROFILE_FP20)
         PROFILE(CG_PROFILE_VP30)
@@ -28,8 +27,7 @@ std::string profileName(CGprofile profile)
         PROFILE(CG_PROFILE_ARBFP1)
         PROFILE(CG_PROFILE_VP40)
 #undef PROFILE
-    default:
-        return vireo_test::format::numberText(static_cast<int>(profile));
+    default: return vireo_test::format::numberText(static_cast<int>(profile));
     }
 }
 
@@ -37,8 +35,7 @@ std::string cgGLName(CGGLenum value)
 {
     switch (value) {
 #define CG_GL_ENUMERANT(name)                                                                                          \
-    case name:                                                                                                         \
-        return #name;
+    case name: return #name;
         CG_GL_ENUMERANT(CG_GL_MATRIX_IDENTITY)
         CG_GL_ENUMERANT(CG_GL_MATRIX_TRANSPOSE)
         CG_GL_ENUMERANT(CG_GL_MATRIX_INVERSE)
@@ -50,8 +47,7 @@ std::string cgGLName(CGGLenum value)
         CG_GL_ENUMERANT(CG_GL_VERTEX)
         CG_GL_ENUMERANT(CG_GL_FRAGMENT)
 #undef CG_GL_ENUMERANT
-    default:
-        return vireo_test::format::numberText(static_cast<int>(value));
+    default: return vireo_test::format::numberText(static_cast<int>(value));
     }
 }
 

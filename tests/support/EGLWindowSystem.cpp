@@ -1,8 +1,8 @@
-#include "tests/support/WindowSystem.h"
-
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 #include <stdexcept>
+
+#include "tests/support/WindowSystem.h"
 
 namespace vireo_test {
 

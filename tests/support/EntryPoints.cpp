@@ -1,15 +1,16 @@
 #define GL_GLEXT_PROTOTYPES
 #include "tests/support/EntryPoints.h"
 
+#include <set>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
 #include "tavo/platform/wgl.h"
 #include "tests/support/RecordedCall.h"
 
 #include <GL/gl.h>
 #include <GL/glext.h>
-#include <set>
-#include <string_view>
-#include <unordered_map>
-#include <utility>
 
 // WGL, and the entry points that are fetched through it.
 

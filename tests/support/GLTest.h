@@ -1,11 +1,11 @@
 #pragma once
 
-#include "tests/support/Picture.h"
-#include "tests/support/WindowSystem.h"
-
 #include <gtest/gtest.h>
 #include <memory>
 #include <vector>
+
+#include "tests/support/Picture.h"
+#include "tests/support/WindowSystem.h"
 
 namespace vireo_test {
 

@@ -1,7 +1,8 @@
 #include "tests/support/GLTest.h"
 
-#include <GL/gl.h>
 #include <gmock/gmock.h>
+
+#include <GL/gl.h>
 
 namespace vireo_test {
 

@@ -1,9 +1,10 @@
-#include "tests/support/WindowSystem.h"
-
-#include <GL/glx.h>
 #include <X11/Xlib.h>
 #include <cstdlib>
 #include <stdexcept>
+
+#include "tests/support/WindowSystem.h"
+
+#include <GL/glx.h>
 
 namespace vireo_test {
 

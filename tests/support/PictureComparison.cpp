@@ -3,6 +3,7 @@
 #include <QImage>
 #include <algorithm>
 #include <cstdlib>
+#include <stdexcept>
 #include <string_view>
 
 namespace vireo_test {
@@ -48,6 +49,14 @@ int largestDifference(const Pixel& a, const Pixel& b)
     for (std::size_t channel = 0; channel < a.size(); ++channel)
         largest = std::max(largest, std::abs(a[channel] - b[channel]));
     return largest;
+}
+
+std::size_t countDifferingPixels(const Picture& a, const Picture& b, int perChannel)
+{
+    std::size_t differing = 0;
+    for (std::size_t i = 0; i < a.pixels.size(); ++i)
+        differing += largestDifference(a.pixels[i], b.pixels[i]) > perChannel;
+    return differing;
 }
 
 // White is the largest difference there is; what differs in nothing is black.
@@ -101,9 +110,7 @@ testing::AssertionResult PictureComparison::matches(
         return fail(picture, name, "it is " + sizeText(picture) + ", the reference " + sizeText(reference));
     }
 
-    std::size_t differing = 0;
-    for (std::size_t i = 0; i < picture.pixels.size(); ++i)
-        differing += largestDifference(picture.pixels[i], reference.pixels[i]) > tolerance.perChannel;
+    const std::size_t differing = countDifferingPixels(picture, reference, tolerance.perChannel);
     const double allowed = tolerance.differingPixels * static_cast<double>(picture.pixels.size());
     if (static_cast<double>(differing) <= allowed)
         return testing::AssertionSuccess() << differing << " pixels differ";

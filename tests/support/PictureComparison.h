@@ -1,10 +1,10 @@
 #pragma once
 
-#include "tests/support/Picture.h"
-
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "tests/support/Picture.h"
 
 namespace vireo_test {
 

@@ -1,9 +1,9 @@
-#include "tests/support/QtMessages.h"
-
 #include <QApplication>
 #include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
+
+#include "tests/support/QtMessages.h"
 
 namespace {
 

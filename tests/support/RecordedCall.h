@@ -1,13 +1,13 @@
 #pragma once
 
-#include "tests/support/CallFormats.h"
-#include "tests/support/CallRecorder.h"
-
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
 #include <tuple>
 #include <utility>
+
+#include "tests/support/CallFormats.h"
+#include "tests/support/CallRecorder.h"
 
 // A recorded function: writes the call down and passes it on.
 //

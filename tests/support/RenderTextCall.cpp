@@ -1,7 +1,7 @@
-#include "tests/support/RecordedCall.h"
-
 #include <QFont>
 #include <QGLWidget>
+
+#include "tests/support/RecordedCall.h"
 
 // Records QGLWidget::renderText in space as "QGLWidget::renderText(1, 2, 3, "text", QFont())".
 

@@ -1,9 +1,9 @@
 #include "tests/support/WindowSystem.h"
 
-#include "tests/support/CallRecorder.h"
-
 #include <cstdlib>
 #include <stdexcept>
+
+#include "tests/support/CallRecorder.h"
 
 namespace vireo_test {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "tavo/platform/wgl.h"
-
 #include <memory>
 #include <string>
+
+#include "tavo/platform/wgl.h"
 
 namespace vireo_test {
 

@@ -1,11 +1,5 @@
 #include "vireo/geometry/GLHelper.h"
 
-#include "tavo/base/objects/PException.h"
-#include "tavo/points/VertexDescriptor.h"
-#include "vireo/context/GLContext.h"
-#include "vireo/context/GLExtensions.h"
-
-#include <GL/glu.h>
 #include <QFont>
 #include <QGLWidget>
 #include <QString>
@@ -13,6 +7,13 @@
 #include <array>
 #include <cstddef>
 #include <span>
+
+#include "tavo/base/objects/PException.h"
+#include "tavo/points/VertexDescriptor.h"
+#include "vireo/context/GLContext.h"
+#include "vireo/context/GLExtensions.h"
+
+#include <GL/glu.h>
 
 namespace tavo {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <string>
+
 #include "tavo/base/math/StaticVector.h"
 #include "vireo/Export.h"
-
-#include <string>
 
 namespace tavo {
 

@@ -1,4 +1,8 @@
-#include "vireo/geometry/GLHelper.h"
+#include <array>
+#include <gmock/gmock.h>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "tavo/base/objects/PException.h"
 #include "tavo/points/VertexDescriptor.h"
@@ -7,12 +11,7 @@
 #include "tests/support/PictureComparison.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
-
-#include <array>
-#include <gmock/gmock.h>
-#include <optional>
-#include <string>
-#include <vector>
+#include "vireo/geometry/GLHelper.h"
 
 namespace tavo {
 namespace {

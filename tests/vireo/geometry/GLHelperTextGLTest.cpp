@@ -1,15 +1,14 @@
-#include "vireo/geometry/GLHelper.h"
-
-#include "tavo/platform/wgl.h"
-#include "tests/support/CallRecorder.h"
-#include "vireo/context/GLContext.h"
-
 #include <QGLWidget>
 #include <QImage>
 #include <QTest>
 #include <gmock/gmock.h>
 #include <memory>
 #include <string>
+
+#include "tavo/platform/wgl.h"
+#include "tests/support/CallRecorder.h"
+#include "vireo/context/GLContext.h"
+#include "vireo/geometry/GLHelper.h"
 
 namespace tavo {
 namespace {
