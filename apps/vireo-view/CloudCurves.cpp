@@ -56,14 +56,6 @@ private:
     std::size_t m_Count;
 };
 
-Axis longerAxisBeside(Axis up, const Points3& cloud)
-{
-    const Axis first = up == Axis::X ? Axis::Y : Axis::X;
-    const Axis second = up == Axis::Z ? Axis::Y : Axis::Z;
-    const bool firstIsLonger = spanOf(cloud, first).getHalfExtent() >= spanOf(cloud, second).getHalfExtent();
-    return firstIsLonger ? first : second;
-}
-
 } // namespace
 
 Points2 heightHistogram(const Points3& cloud, Axis up)
@@ -81,6 +73,14 @@ Points2 heightHistogram(const Points3& cloud, Axis up)
     }
     outline.emplace_back(bins.reach(static_cast<double>(counts.size())), 0.0);
     return outline;
+}
+
+Axis longerAxisBeside(Axis up, const Points3& cloud)
+{
+    const Axis first = up == Axis::X ? Axis::Y : Axis::X;
+    const Axis second = up == Axis::Z ? Axis::Y : Axis::Z;
+    const bool firstIsLonger = spanOf(cloud, first).getHalfExtent() >= spanOf(cloud, second).getHalfExtent();
+    return firstIsLonger ? first : second;
 }
 
 Silhouette silhouette(const Points3& cloud, Axis up)

@@ -10,8 +10,11 @@ namespace vireo_view {
 // y is the number of points. It begins and ends at y = 0.
 Points2 heightHistogram(const Points3& cloud, Axis up);
 
-// The heights of the highest and of the lowest points along that one of the other two axes in which the cloud is longer.
-// y is NaN where the cloud has a gap.
+// That one of the other two axes along which the cloud is longer.
+Axis longerAxisBeside(Axis up, const Points3& cloud);
+
+// The heights of the highest and of the lowest points along the longer of the other two axes. y is NaN where the cloud has
+// a gap.
 struct Silhouette
 {
     Axis along;

@@ -1,6 +1,7 @@
 #include "apps/vireo-view/CommandLine.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <QStandardPaths>
 #include <optional>
 #include <utility>
@@ -77,8 +78,14 @@ private:
 
     QString helpText() const
     {
-        // The parser knows the program's name only from a running application.
-        return m_Parser.helpText().replace("<executable_name>", "vireo-view");
+        // The parser asks the application for the program's name.
+        char program[] = "vireo-view";
+        char* arguments[] = {program, nullptr};
+        int numArguments = 1;
+        std::optional<QCoreApplication> application;
+        if (!QCoreApplication::instance())
+            application.emplace(numArguments, arguments);
+        return m_Parser.helpText();
     }
 
     std::variant<Options, Answer> makeOptions() const
@@ -103,7 +110,7 @@ private:
     QCommandLineParser m_Parser;
     QCommandLineOption m_Columns{
         "columns", "How columns of numbers are shown: auto, series, 2d, 3d or cloud.", "kind", "auto"};
-    QCommandLineOption m_Up{"up", "The axis of clouds that points up: x, y or z.", "axis", "y"};
+    QCommandLineOption m_Up{"up", "The axis of clouds that is turned upwards: x, y or z. The longer side of the rest faces the viewer.", "axis", "y"};
     QCommandLineOption m_Curves{"curves", "Show the height histogram and the silhouette of every cloud, too."};
     QCommandLineOption m_Data{"data",
         "Where the scans are that are shown without a file: CGAL's data.tar.gz (from Debian's libcgal-demo), unpacked. "

@@ -29,7 +29,7 @@ struct Answer
 constexpr int EXIT_STATUS_FAILED = 1;
 constexpr int EXIT_STATUS_USAGE = 2;
 
-// Parses the arguments, the first of which is the program's name. Needs no QCoreApplication.
+// Parses the arguments, the first of which is the program's name. Works before there is a QCoreApplication, too.
 std::variant<Options, Answer> parseCommandLine(const QStringList& arguments);
 
 } // namespace vireo_view

@@ -1,5 +1,6 @@
 #include "apps/vireo-view/Exhibits.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <iterator>
@@ -131,25 +132,39 @@ CurvesExhibit<N> makeCurves(std::string name, const std::vector<LabelledCurve<N>
     return exhibit;
 }
 
-// Turned so that the axis that points up does so in the view, where that is y.
-Point3 turnedUp(const Point3& p, Axis up)
+// How clouds are turned: with the axis that points up along the view's y, and the longer of the others along its x. The
+// third comes to lie along z, towards the viewer or away from him, so that nothing is mirrored.
+class Turn
 {
-    switch (up) {
-    case Axis::X:
-        return {-p[1], p[0], p[2]};
-    case Axis::Z:
-        return {p[0], p[2], -p[1]};
-    default:
-        return p;
-    }
-}
+public:
+    Turn(const Points3& cloud, Axis up)
+        : m_Right(static_cast<unsigned int>(longerAxisBeside(up, cloud)))
+        , m_Up(static_cast<unsigned int>(up))
+        , m_Third(3 - m_Right - m_Up)
+        , m_Sign((m_Up + 3 - m_Right) % 3 == 1 ? 1 : -1)
+    {}
 
-std::unique_ptr<tavo::PointSet> makePointSet(const Points3& cloud, Axis up)
+    Point3 operator()(const Point3& p) const { return {p[m_Right], p[m_Up], m_Sign * p[m_Third]}; }
+
+    // What it does, for a title; empty if nothing.
+    std::string text() const
+    {
+        if (m_Right == 0 && m_Up == 1)
+            return {};
+        return " (" + axisName(Axis(m_Right)) + " to the right, " + axisName(Axis(m_Up)) + " up)";
+    }
+
+private:
+    unsigned int m_Right;
+    unsigned int m_Up;
+    unsigned int m_Third;
+    double m_Sign;
+};
+
+std::unique_ptr<tavo::PointSet> makePointSet(const Points3& cloud, const Turn& turn)
 {
-    Points3 turned;
-    turned.reserve(cloud.size());
-    for (const Point3& point : cloud)
-        turned.push_back(turnedUp(point, up));
+    Points3 turned(cloud.size());
+    std::transform(cloud.begin(), cloud.end(), turned.begin(), turn);
     const FittedPoints3 fitted = fitPoints(turned);
 
     tavo::VertexDescriptor descriptor;
@@ -190,10 +205,11 @@ private:
         if (cloud.size() > std::numeric_limits<unsigned int>::max())
             throw InputError(m_File, "has too many points");
 
-        std::string name = m_Name + " - " + std::to_string(cloud.size()) + " points";
+        const Turn turn(cloud, m_Options.up);
+        std::string name = m_Name + " - " + std::to_string(cloud.size()) + " points" + turn.text();
         if (cloud.size() < points.size())
             name += " (" + std::to_string(points.size() - cloud.size()) + " without finite coordinates left out)";
-        m_Exhibits.emplace_back(CloudExhibit{name, makePointSet(cloud, m_Options.up)});
+        m_Exhibits.emplace_back(CloudExhibit{name, makePointSet(cloud, turn)});
         if (m_Options.withCurves)
             addCurvesOf(cloud);
     }

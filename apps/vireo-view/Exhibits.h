@@ -46,7 +46,7 @@ const std::string& nameOf(const Exhibit& exhibit);
 struct LoadOptions
 {
     ColumnsAs columnsAs = ColumnsAs::AUTOMATIC;
-    Axis up = Axis::Y; // of clouds; they are turned so that it points up in the view
+    Axis up = Axis::Y; // of clouds, which are turned: this axis upwards, the longer of the others to the right
     bool withCurves = false; // show curves computed from clouds, too
 };
 

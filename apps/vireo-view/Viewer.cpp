@@ -22,7 +22,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned int VIEW_SIZE_INDEX = 9; // 362 pixels high
+// Sizes of GLEventDisplayerWidget.
+constexpr unsigned int SIZE_IN_WINDOW = 9;
+constexpr unsigned int SIZE_IN_PICTURES = 10;
 constexpr QSize WINDOW_SIZE(800, 900);
 
 struct Sender
@@ -39,13 +41,13 @@ struct Sender
     }
 };
 
-void enlargeView(tavo::DebugSection& section)
+void setViewSize(tavo::DebugSection& section, unsigned int sizeIndex)
 {
     if (auto* const widget = qobject_cast<tavo::GLEventDisplayerWidget*>(section.getDisplayerWidget()))
-        widget->setSizeIndex(VIEW_SIZE_INDEX);
+        widget->setSizeIndex(sizeIndex);
 }
 
-void show(Exhibit& exhibit)
+void show(Exhibit& exhibit, unsigned int sizeIndex)
 {
     std::visit(Sender(), exhibit);
     tavo::DebugWindow* const window = tavo::debugOutput.getWindow();
@@ -55,7 +57,7 @@ void show(Exhibit& exhibit)
         window->setWindowTitle("vireo-view");
         window->resize(WINDOW_SIZE.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
     }
-    enlargeView(*window->getSections().back());
+    setViewSize(*window->getSections().back(), sizeIndex);
 }
 
 bool wasWindowClosed()
@@ -124,8 +126,9 @@ void Viewer::showFile(const InputFile& file)
     try {
         LoadingProgress progress(
             hasPictures() ? LoadingProgress::Way::LINES : LoadingProgress::Way::WINDOW, printableName(file.path));
-        for (Exhibit& exhibit : loadExhibits(file.path, name, options, [&](double part) { return progress.update(part); }))
-            show(exhibit);
+        const auto tell = [&progress](double part) { return progress.update(part); };
+        for (Exhibit& exhibit : loadExhibits(file.path, name, options, tell))
+            show(exhibit, hasPictures() ? SIZE_IN_PICTURES : SIZE_IN_WINDOW);
     } catch (const InputError& error) {
         if (!wasWindowClosed())
             fail(error.what());

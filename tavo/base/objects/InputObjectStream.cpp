@@ -18,7 +18,7 @@ using namespace object_stream;
 namespace {
 
 // Far more than any settings need, and little enough to be held in memory several times over.
-constexpr int MAX_TEXT_SIZE = 64 << 20;
+constexpr int MAX_TEXT_SIZE = 16 << 20;
 
 // A value of the text as messages show it: on one line, and not too long.
 std::string shown(const QJsonValue& value)
@@ -119,12 +119,12 @@ std::unique_ptr<Persistent> InputObjectStream::readObject()
     if (instanceClass->isAbstract())
         fail("the class " + className + " is abstract");
     std::unique_ptr<Object> instance(instanceClass->newInstance());
-    if (!dynamic_cast<Persistent*>(instance.get()))
+    auto* const object = dynamic_cast<Persistent*>(instance.get());
+    if (!object)
         fail("the class " + className + " is not persistent");
-
-    std::unique_ptr<Persistent> object(static_cast<Persistent*>(instance.release()));
     object->read(this);
-    return object;
+    static_cast<void>(instance.release());
+    return std::unique_ptr<Persistent>(object);
 }
 
 void InputObjectStream::readObject(Persistent& object)

@@ -69,11 +69,11 @@ TEST_F(CgalDataTest, IsShownWithCurvesComputedFromIt)
     const std::vector<Exhibit> building =
         loadExhibits(files[0].path, "building.ply", {ColumnsAs::AUTOMATIC, files[0].up, true}, nullptr);
     ASSERT_EQ(building.size(), 3u);
-    EXPECT_EQ(nameOf(building[0]), "building.ply - 100000 points");
+    EXPECT_EQ(nameOf(building[0]), "building.ply - 100000 points (y to the right, z up)");
     EXPECT_THAT(nameOf(building[1]), HasSubstr("over z (-3.151 to 14.76)"));
     EXPECT_THAT(nameOf(building[2]), HasSubstr("highest (yellow), lowest z (cyan)"));
     const tavo::BoundingBox<float, 3> box = std::get<CloudExhibit>(building[0]).points->getBoundingBox();
-    EXPECT_NEAR(box.getExtent()[2], 1.0f, 1e-6f);
+    EXPECT_NEAR(box.getExtent()[0], 1.0f, 1e-6f);
     EXPECT_NEAR(box.getExtent()[1], 17.91246f / 54.8378f, 1e-4f);
 
     const std::vector<Exhibit> kitten =

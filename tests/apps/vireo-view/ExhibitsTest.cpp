@@ -66,15 +66,29 @@ TEST_F(ExhibitsTest, MakesACloudOfAPointFile)
     EXPECT_THAT(positions(cloud), ElementsAre(Vector3f(-0.5, -0.25, -0.125), Vector3f(0.5, 0.25, 0.125)));
 }
 
-TEST_F(ExhibitsTest, TurnsCloudsSoThatTheAxisThatPointsUpDoesSoInTheView)
+// The cloud's extents are 4, 2 and 1 along x, y and z, or in another order.
+TEST_F(ExhibitsTest, TurnsCloudsUpwardsAndTheirLongerSideToTheViewer)
 {
-    LoadOptions options;
-    options.up = Axis::Z;
-    EXPECT_THAT(positions(loadOne<CloudExhibit>("a.xyz", "0 0 0\n4 2 1\n", options)),
-        ElementsAre(Vector3f(-0.5, -0.125, 0.25), Vector3f(0.5, 0.125, -0.25)));
-    options.up = Axis::X;
-    EXPECT_THAT(positions(loadOne<CloudExhibit>("a.xyz", "0 0 0\n4 2 1\n", options)),
-        ElementsAre(Vector3f(0.25, -0.5, -0.125), Vector3f(-0.25, 0.5, 0.125)));
+    struct Case
+    {
+        const char* file;
+        Axis up;
+        Vector3f last;
+        const char* name;
+    };
+    const Case cases[] = {{"0 0 0\n4 2 1\n", Axis::Y, {0.5, 0.25, 0.125}, "a.xyz - 2 points"},
+        {"0 0 0\n1 2 4\n", Axis::Y, {0.5, 0.25, -0.125}, "a.xyz - 2 points (z to the right, y up)"},
+        {"0 0 0\n4 2 1\n", Axis::Z, {0.5, 0.125, -0.25}, "a.xyz - 2 points (x to the right, z up)"},
+        {"0 0 0\n2 4 1\n", Axis::Z, {0.5, 0.125, 0.25}, "a.xyz - 2 points (y to the right, z up)"},
+        {"0 0 0\n1 4 2\n", Axis::X, {0.5, 0.125, -0.25}, "a.xyz - 2 points (y to the right, x up)"},
+        {"0 0 0\n1 2 4\n", Axis::X, {0.5, 0.125, 0.25}, "a.xyz - 2 points (z to the right, x up)"}};
+    for (const Case& c : cases) {
+        LoadOptions options;
+        options.up = c.up;
+        const auto cloud = loadOne<CloudExhibit>("a.xyz", c.file, options);
+        EXPECT_THAT(positions(cloud), ElementsAre(Vector3f() - c.last, c.last)) << c.name;
+        EXPECT_EQ(cloud.name, c.name);
+    }
 }
 
 TEST_F(ExhibitsTest, LeavesOutPointsThatAreNotFinite)
@@ -97,7 +111,7 @@ TEST_F(ExhibitsTest, ComputesCurvesOfACloudOnRequest)
     options.up = Axis::Z;
     const std::vector<Exhibit> exhibits = load("a.xyz", "0 0 0\n4 2 1\n4 2 3\n4 1 1\n", options);
     EXPECT_THAT(names(exhibits),
-        ElementsAre("a.xyz - 4 points", "a.xyz - points per z (0 to 3) over z (0 to 3)",
+        ElementsAre("a.xyz - 4 points (x to the right, z up)", "a.xyz - points per z (0 to 3) over z (0 to 3)",
             "a.xyz - highest (yellow), lowest z (cyan) (0 to 3) over x (1 to 3)"));
     EXPECT_THAT(std::get<CurvesExhibit<2>>(exhibits[1]).curves, ElementsAre(SizeIs(6)));
     EXPECT_THAT(std::get<CurvesExhibit<2>>(exhibits[2]).colours, ElementsAre(YELLOW, CYAN));
