@@ -1,14 +1,12 @@
 #pragma once
 
-// The system's GL headers need the handle types.
+#include <type_traits>
+
 #include "tavo/platform/wgl.h"
+#include "vireo/Export.h"
 
 #include <GL/gl.h>
 #include <GL/glext.h>
-
-#include <type_traits>
-
-#include "vireo/Export.h"
 
 struct HPBUFFERARB__;
 

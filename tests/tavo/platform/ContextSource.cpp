@@ -1,6 +1,7 @@
 #include "tests/tavo/platform/ContextSource.h"
 
 #include <EGL/egl.h>
+
 #include <GL/glx.h>
 
 namespace vireo_test {

@@ -1,8 +1,7 @@
 #include "tavo/platform/HandleTable.h"
 
-#include <gtest/gtest.h>
-
 #include <compare>
+#include <gtest/gtest.h>
 #include <set>
 #include <thread>
 #include <vector>

@@ -1,14 +1,12 @@
-#include "tests/tavo/platform/WglGLTest.h"
-
-#include <gtest/gtest.h>
-
+#include <EGL/egl.h>
 #include <QApplication>
 #include <QByteArray>
 #include <QGLWidget>
-
 #include <array>
+#include <gtest/gtest.h>
 
-#include <EGL/egl.h>
+#include "tests/tavo/platform/WglGLTest.h"
+
 #include <GL/glx.h>
 
 namespace vireo_test {

@@ -1,10 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <QApplication>
-
-#include <memory>
-
 #include <X11/Xlib.h>
+#include <gtest/gtest.h>
+#include <memory>
 
 namespace {
 

@@ -1,14 +1,12 @@
+#include <EGL/egl.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <thread>
+
 #include "tavo/platform/nativeHandles.h"
 #include "tavo/platform/wgl.h"
 #include "tests/tavo/platform/Drawing.h"
 #include "tests/tavo/platform/EglHeadlessDisplay.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <thread>
-
-#include <EGL/egl.h>
 
 namespace {
 

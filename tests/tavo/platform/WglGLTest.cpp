@@ -1,9 +1,9 @@
 #include "tests/tavo/platform/WglGLTest.h"
 
+#include <thread>
+
 #include "tavo/platform/wgl.h"
 #include "tests/tavo/platform/Drawing.h"
-
-#include <thread>
 
 #include <GL/gl.h>
 
@@ -200,7 +200,7 @@ TEST_P(WglGLTest, KeepsTheContextsOfThreadsApart)
     ASSERT_NE(wglMakeCurrent(nullptr, nullptr), 0);
 
     const auto activateAndDraw = [this](const Handles& own) {
-        for (int i = 0; i < 50; ++i) {
+        for (int i = 0; i < 20; ++i) {
             ASSERT_TRUE(own.makeCurrent());
             ASSERT_EQ(Handles::ofCurrent(), own);
             ASSERT_TRUE(draws());

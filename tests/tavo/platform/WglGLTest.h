@@ -1,13 +1,18 @@
 #pragma once
 
-#include "tests/tavo/platform/ContextSource.h"
-
 #include <gtest/gtest.h>
-
 #include <memory>
+#include <ostream>
 #include <string>
 
+#include "tests/tavo/platform/ContextSource.h"
+
 namespace vireo_test {
+
+inline void PrintTo(const ContextKind& kind, std::ostream* stream)
+{
+    *stream << kind.name;
+}
 
 // What holds for a context however it was made. Each program instantiates it with the kinds that it can make.
 class WglGLTest : public testing::TestWithParam<ContextKind>

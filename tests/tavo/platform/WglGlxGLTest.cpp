@@ -1,13 +1,12 @@
+#include <gtest/gtest.h>
+#include <memory>
+#include <set>
+#include <vector>
+
 #include "tavo/platform/nativeHandles.h"
 #include "tavo/platform/wgl.h"
 #include "tests/tavo/platform/Drawing.h"
 #include "tests/tavo/platform/GlxDisplay.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <set>
-#include <vector>
 
 #include <GL/glx.h>
 

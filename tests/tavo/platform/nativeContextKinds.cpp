@@ -1,11 +1,11 @@
+#include <EGL/egl.h>
+#include <array>
+#include <utility>
+
 #include "tests/tavo/platform/EglHeadlessDisplay.h"
 #include "tests/tavo/platform/GlxDisplay.h"
 #include "tests/tavo/platform/WglGLTest.h"
 
-#include <array>
-#include <utility>
-
-#include <EGL/egl.h>
 #include <GL/glx.h>
 
 namespace vireo_test {

@@ -1,9 +1,8 @@
-#include "vireo/context/GLExtensionLoader.h"
-
 #include <gmock/gmock.h>
 #include <vector>
 
 #include "tests/vireo/context/GLExtensionTest.h"
+#include "vireo/context/GLExtensionLoader.h"
 
 namespace tavo {
 namespace {

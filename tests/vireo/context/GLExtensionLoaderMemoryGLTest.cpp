@@ -1,9 +1,8 @@
-#include "vireo/context/GLExtensionLoader.h"
-
 #include <new>
 #include <unistd.h>
 
 #include "tests/vireo/context/GLExtensionTest.h"
+#include "vireo/context/GLExtensionLoader.h"
 
 namespace {
 

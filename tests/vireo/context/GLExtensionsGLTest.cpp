@@ -3,16 +3,17 @@
 
 #include "tests/vireo/context/GLExtensionTest.h"
 #include "vireo/context/GLExtensionLoader.h"
+#include "vireo/context/GLExtensions.h"
 
-// After the library's header, and after the GL headers that it includes.
+// Qt's own copy of GL/glext.h, after the system's.
+// clang-format off
 #include <QGLWidget>
+// clang-format on
 
 namespace tavo {
 namespace {
 
-using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 using vireo_test::CallRecorder;
 using vireo_test::callsOf;
 using vireo_test::expectCalls;

@@ -1,8 +1,11 @@
 // Before the library's header: the system's prototypes of the same functions, and Qt's own copy of GL/glext.h.
+// clang-format off
 #define GL_GLEXT_PROTOTYPES
-#include "vireo/context/GLExtensions.h"
-
 #include <QGLWidget>
+
+#include "vireo/context/GLExtensions.h"
+// clang-format on
+
 #include <gtest/gtest.h>
 #include <type_traits>
 #include <utility>
