@@ -306,7 +306,7 @@ private:
     {
         const std::vector<LabelledCurve<3>> curves = {{"", points}};
         checkNotEmpty(spanOf(curves, 0));
-        std::string name = m_Name + " - curve, ";
+        std::string name = m_Name + " - curve,";
         for (unsigned int axis = 0; axis < 3; ++axis)
             name += " " + axisName(Axis(axis)) + " " + rangeText(spanOf(curves, axis));
         m_Exhibits.emplace_back(makeCurves<3>(name, curves));

@@ -33,7 +33,7 @@ public:
     // The line, from 1, of what was handed out last.
     std::size_t getLineNumber() const { return m_LineNumber; }
 
-    // Whether there is nothing left.
+    // Whether there is nothing left; if not, the next line becomes the one that was handed out last.
     bool isAtEnd();
 
     // Throws InputError if the end is not the file's: the device failed, or the progress said to stop.

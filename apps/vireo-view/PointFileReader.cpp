@@ -98,11 +98,12 @@ private:
 [[noreturn]] void failAtPoint(InputBuffer& input, std::size_t numRead, std::uint64_t numPromised)
 {
     input.checkEnd();
+    const std::size_t line = input.getLineNumber();
     if (input.isAtEnd())
         throw InputError(input.getFile(),
             "ends after " + std::to_string(numRead) + " of the " + std::to_string(numPromised) +
                 " points that it promises");
-    failAtLine(input, "not the numbers of a point");
+    throw InputError(input.getFile(), line, "not the numbers of a point");
 }
 
 template <typename Coordinate>

@@ -1,8 +1,7 @@
 #include "tavo/platform/EglWinsys.h"
 
-#include <bit>
-
 #include <EGL/egl.h>
+#include <bit>
 
 namespace tavo {
 

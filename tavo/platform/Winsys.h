@@ -1,11 +1,11 @@
 #pragma once
 
-#include "tavo/platform/wgl.h"
-
 #include <compare>
 #include <cstdint>
 #include <optional>
 #include <tuple>
+
+#include "tavo/platform/wgl.h"
 
 namespace tavo {
 
@@ -39,7 +39,10 @@ struct NativeDrawable
     std::uintptr_t draw;
     std::uintptr_t read;
 
-    auto operator<=>(const NativeDrawable&) const = default;
+    auto operator<=>(const NativeDrawable& other) const
+    {
+        return std::tie(winsys, display, draw, read) <=> std::tie(other.winsys, other.display, other.draw, other.read);
+    }
 
     bool isStill(const NativeDrawable&) const { return true; }
 };

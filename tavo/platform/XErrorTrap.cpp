@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <vector>
 
+// clang-format off: last, because of its macros min and max
 #include <X11/Xlibint.h>
+// clang-format on
 
 namespace tavo {
 

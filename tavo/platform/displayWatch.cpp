@@ -1,11 +1,13 @@
 #include "tavo/platform/displayWatch.h"
 
-#include "tavo/platform/handles.h"
-
 #include <mutex>
 #include <set>
 
+#include "tavo/platform/handles.h"
+
+// clang-format off: last, because of its macros min and max
 #include <X11/Xlibint.h>
+// clang-format on
 
 namespace tavo {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tavo/platform/Winsys.h"
-
 #include <optional>
+
+#include "tavo/platform/Winsys.h"
 
 namespace tavo {
 

@@ -1,10 +1,10 @@
 #include "tavo/platform/wgl.h"
 
+#include <string_view>
+
 #include "tavo/platform/EglWinsys.h"
 #include "tavo/platform/GlxWinsys.h"
 #include "tavo/platform/handles.h"
-
-#include <string_view>
 
 namespace {
 

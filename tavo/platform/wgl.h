@@ -22,8 +22,8 @@
 
 #include "tavo/platform/Export.h"
 
-struct HDC__;
-struct HGLRC__;
+struct HDC__;   // NOLINT(bugprone-reserved-identifier): Windows' name
+struct HGLRC__; // NOLINT(bugprone-reserved-identifier): Windows' name
 using HDC = HDC__*;
 using HGLRC = HGLRC__*;
 using PROC = void (*)();

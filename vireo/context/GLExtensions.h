@@ -8,7 +8,7 @@
 #include <GL/gl.h>
 #include <GL/glext.h>
 
-struct HPBUFFERARB__;
+struct HPBUFFERARB__; // NOLINT(bugprone-reserved-identifier): the name on Windows
 
 // The entry points of OpenGL beyond version 1.1, fetched from the driver at run time: a pointer to each, that bears the
 // function's name and lies in namespace tavo. Within that namespace a call is written as if the function were linked,

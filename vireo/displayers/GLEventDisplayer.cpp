@@ -19,10 +19,7 @@ GLEventDisplayer::SetNewGLEventObject::SetNewGLEventObject(GLEventObject* object
 
 GLEventDisplayer::SetNewGLEventObject::~SetNewGLEventObject() = default;
 
-GLEventDisplayer::GLEventDisplayer()
-    : m_Widget(nullptr)
-{}
-
+GLEventDisplayer::GLEventDisplayer() = default;
 GLEventDisplayer::GLEventDisplayer(const GLEventDisplayer& other) = default;
 GLEventDisplayer& GLEventDisplayer::operator=(const GLEventDisplayer& other) = default;
 GLEventDisplayer::~GLEventDisplayer() = default;

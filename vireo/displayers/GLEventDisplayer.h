@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <string>
 
 #include "tavo/base/debug/EventDisplayer.h"
@@ -15,7 +16,7 @@ class GLEventObject;
 //     GLEventDisplayer::SetNewGLEventObject event(object, true);
 //     debugOutput.displayEvent(GLEventDisplayer::getClass(), "name", &event);
 //
-// or call sendGLEventObject, which does just that. The application registers the class once, by
+// or call sendGLEventObject, which also frees what could not be delivered. The application registers the class once, by
 // init(EventDisplayer::getClass()).
 class VIREO_EXPORT GLEventDisplayer : public EventDisplayer
 {
@@ -60,11 +61,11 @@ public:
 private:
     static Object* newInstance();
 
-    GLEventDisplayerWidget* m_Widget;
+    QPointer<GLEventDisplayerWidget> m_Widget;
 };
 
 // Sends an object to the debug output under that name, to update the one that is shown there if it is of the same class.
-// Takes the object over, and frees it if it cannot be shown (see DebugOutput::displayEvent).
+// Takes the object over, and frees it if no displayer gets it (see DebugOutput::displayEvent).
 VIREO_EXPORT void sendGLEventObject(std::string name, GLEventObject* object);
 
 } // namespace tavo

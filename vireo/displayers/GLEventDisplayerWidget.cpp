@@ -11,6 +11,7 @@
 #include <cmath>
 #include <iterator>
 #include <optional>
+#include <utility>
 
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/gui/Camera.h"
@@ -19,6 +20,7 @@
 #include "tavo/platform/wgl.h"
 #include "ui_GLEventDisplayerWidget.h"
 #include "vireo/context/GLContext.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/displayers/GLEventConfiguration.h"
 #include "vireo/displayers/GLEventObject.h"
 
@@ -81,6 +83,7 @@ void tidyUpGl()
     constexpr int MOST_ERRORS = 16;
 
     glEnd();
+    glEndList();
     for (int i = 0; i < MOST_ERRORS && glGetError() != GL_NO_ERROR; ++i) {}
 
     popDownTo(0, GL_ATTRIB_STACK_DEPTH, glPopAttrib);
@@ -91,7 +94,27 @@ void tidyUpGl()
     popDownTo(1, GL_PROJECTION_STACK_DEPTH, glPopMatrix);
     glMatrixMode(GL_MODELVIEW);
     popDownTo(1, GL_MODELVIEW_STACK_DEPTH, glPopMatrix);
+
+    if (glBindFramebufferEXT)
+        glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, 0);
 }
+
+// Says, while it lives, that code of a shown object is running.
+class InUse
+{
+public:
+    explicit InUse(int& numUses)
+        : m_NumUses(numUses)
+    {
+        ++m_NumUses;
+    }
+    ~InUse() { --m_NumUses; }
+    InUse(const InUse&) = delete;
+    InUse& operator=(const InUse&) = delete;
+
+private:
+    int& m_NumUses;
+};
 
 } // namespace
 
@@ -105,7 +128,10 @@ public:
     GLEventObject* getObject() { return m_Object; }
 
     // Takes the object over; the old one is freed.
-    void setObject(GLEventObject* object);
+    void setObject(std::unique_ptr<GLEventObject> object);
+
+    // How often code of the shown object is running; until there is none, the object must stay.
+    int& numUses() { return m_NumUses; }
 
     // Moves the camera to where it sees the whole shown object.
     void refit();
@@ -132,8 +158,9 @@ private:
     GLContext* m_Context;
     GLEventObject* m_Object;
     ExaminerCameraController m_Controller;
-    // The camera that the model-view matrix holds.
+    // The camera that the model-view matrix holds, if it holds one.
     std::optional<Camera> m_LoadedCamera;
+    int m_NumUses = 0;
 };
 
 GLEventDisplayerWidget::MyGLWidget::MyGLWidget(QWidget* parent)
@@ -150,31 +177,39 @@ GLEventDisplayerWidget::MyGLWidget::MyGLWidget(QWidget* parent)
 GLEventDisplayerWidget::MyGLWidget::~MyGLWidget()
 {
     delete m_Object;
-    delete m_Context;
+    runGuarded([this] { delete m_Context; });
 }
 
-void GLEventDisplayerWidget::MyGLWidget::setObject(GLEventObject* object)
+void GLEventDisplayerWidget::MyGLWidget::setObject(std::unique_ptr<GLEventObject> object)
 {
-    delete m_Object;
-    m_Object = object;
+    delete std::exchange(m_Object, nullptr);
+    m_Object = object.release();
 }
 
 void GLEventDisplayerWidget::MyGLWidget::refit()
 {
     const Refit refit = refitTo(m_Object->getBoundingBox(), m_Camera);
+    const StaticVector<float, 3> sum = refit.eye + refit.lookAt;
+    if (!std::isfinite(sum[0] + sum[1] + sum[2]))
+        warning("GLEventDisplayerWidget::setGLEventObject() - the object's box is not finite, so the camera stays.");
     m_Controller.place(refit.eye, refit.lookAt, m_Camera.getUpVector());
 }
 
 void GLEventDisplayerWidget::MyGLWidget::paintGL()
 {
-    if (!runGuarded([this] { paint(); }))
+    const InUse inUse(m_NumUses);
+    if (!runGuarded([this] { paint(); })) {
         tidyUpGl();
+        m_LoadedCamera.reset();
+    }
 }
 
 void GLEventDisplayerWidget::MyGLWidget::paint()
 {
     if (!m_Context) {
         makeCurrent();
+        if (!wglGetCurrentContext())
+            throw PException("GLEventDisplayerWidget::paintGL() - the view has no GL context");
         m_Context = new GLContext(wglGetCurrentDC(), wglGetCurrentContext(), nullptr, nullptr);
     }
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
@@ -220,10 +255,11 @@ QImage GLEventDisplayerWidget::MyGLWidget::getPicture()
         return grabFrameBuffer();
     }
     QGLFramebufferObject target(size(), QGLFramebufferObject::CombinedDepthStencil);
-    target.bind();
     // Twice, since the first shows the camera of the paint before.
-    paintGL();
-    paintGL();
+    for (int i = 0; i < 2; ++i) {
+        target.bind();
+        paintGL();
+    }
     target.release();
 
     // A window shows no alpha, whatever was drawn into it.
@@ -277,7 +313,7 @@ void GLEventDisplayerWidget::MyGLWidget::keyReleaseEvent(QKeyEvent* event)
     handle([&] { m_Controller.keyRelease(GeneralKey(event->key(), Modifiers(event->modifiers()))); });
 }
 
-// The base is not called: its only effect would be to make the context current, which painting does.
+// The base is deliberately not called: each paint sets the viewport itself.
 void GLEventDisplayerWidget::MyGLWidget::resizeEvent(QResizeEvent* event)
 {
     runGuarded([&] { m_Controller.setSize(event->size().width(), event->size().height()); });
@@ -352,21 +388,41 @@ void GLEventDisplayerWidget::changed()
 
 void GLEventDisplayerWidget::setGLEventObject(GLEventObject* object, bool updateExisting)
 {
+    if (!object)
+        return;
+    if (object == m_GlWidget->getObject()) {
+        changed();
+        return;
+    }
     runGuarded([&] {
-        if (!object)
+        SentObject sent{std::unique_ptr<GLEventObject>(object), updateExisting};
+        if (m_GlWidget->numUses() == 0) {
+            take(std::move(sent));
             return;
-        GLEventObject* const current = m_GlWidget->getObject();
-        if (object == current)
-            changed();
-        else if (current && updateExisting && current->getInstanceClass() == object->getInstanceClass())
-            updateObject(std::unique_ptr<GLEventObject>(object));
-        else
-            replaceObject(object);
+        }
+        m_WaitingObjects.push_back(std::move(sent));
+        QMetaObject::invokeMethod(this, [this] { takeWaiting(); }, Qt::QueuedConnection);
     });
+}
+
+void GLEventDisplayerWidget::takeWaiting()
+{
+    for (SentObject& sent : std::exchange(m_WaitingObjects, {}))
+        setGLEventObject(sent.object.release(), sent.updateExisting);
+}
+
+void GLEventDisplayerWidget::take(SentObject sent)
+{
+    const GLEventObject* const current = m_GlWidget->getObject();
+    if (current && sent.updateExisting && current->getInstanceClass() == sent.object->getInstanceClass())
+        updateObject(std::move(sent.object));
+    else
+        replaceObject(std::move(sent.object));
 }
 
 void GLEventDisplayerWidget::updateObject(std::unique_ptr<GLEventObject> newer)
 {
+    const InUse inUse(m_GlWidget->numUses());
     GLEventObject* const current = m_GlWidget->getObject();
     const bool sameBox = newer->getBoundingBox() == current->getBoundingBox();
     current->updateData(newer.get());
@@ -376,10 +432,11 @@ void GLEventDisplayerWidget::updateObject(std::unique_ptr<GLEventObject> newer)
     changed();
 }
 
-void GLEventDisplayerWidget::replaceObject(GLEventObject* object)
+void GLEventDisplayerWidget::replaceObject(std::unique_ptr<GLEventObject> object)
 {
-    m_GlWidget->setObject(object);
-    replaceConfigWindow(object);
+    const InUse inUse(m_GlWidget->numUses());
+    m_GlWidget->setObject(std::move(object));
+    replaceConfigWindow(m_GlWidget->getObject());
     // An object whose box cannot be had is shown all the same.
     runGuarded([this] { m_GlWidget->refit(); });
     changed();
@@ -388,7 +445,6 @@ void GLEventDisplayerWidget::replaceObject(GLEventObject* object)
 void GLEventDisplayerWidget::replaceConfigWindow(GLEventObject* object)
 {
     delete m_ConfigWindow;
-    m_ConfigWindow = nullptr;
     runGuarded([&] { m_ConfigWindow = object->createConfigWindow(this); });
     m_Ui->pbConfigure->setEnabled(m_ConfigWindow != nullptr);
     if (m_ConfigWindow)

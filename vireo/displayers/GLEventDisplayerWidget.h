@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <memory>
+#include <vector>
 
 #include "vireo/Export.h"
 
@@ -46,21 +48,31 @@ public:
     // Shows an object, which belongs to the widget from now on. With updateExisting, an object of the same class that is
     // already shown takes over the data of the new one, which is freed, and keeps its panel, and its camera unless its box
     // is another one. Else the new object replaces the old one and its panel. Null is ignored; the object that is already
-    // shown is only repainted.
+    // shown is only repainted. Called by the shown object itself, while it draws or is updated, this takes effect after that.
     virtual void setGLEventObject(GLEventObject* object, bool updateExisting);
 
 private:
     class MyGLWidget;
 
+    // An object that waits to be shown.
+    struct SentObject
+    {
+        std::unique_ptr<GLEventObject> object;
+        bool updateExisting;
+    };
+
     void stepSize(int step);
+    void take(SentObject sent);
+    void takeWaiting();
     void updateObject(std::unique_ptr<GLEventObject> newer);
-    void replaceObject(GLEventObject* object);
+    void replaceObject(std::unique_ptr<GLEventObject> object);
     void replaceConfigWindow(GLEventObject* object);
 
     std::unique_ptr<Ui::GLEventDisplayerWidget> m_Ui;
     MyGLWidget* m_GlWidget;
     unsigned int m_SizeIndex;
-    GLEventConfiguration* m_ConfigWindow;
+    QPointer<GLEventConfiguration> m_ConfigWindow;
+    std::vector<SentObject> m_WaitingObjects;
 };
 
 } // namespace tavo

@@ -141,8 +141,9 @@ GLEventConfiguration* GLGraphDisplayer::createConfigWindow(QWidget* parent)
 void GLGraphDisplayer::updateData(GLEventObject* newer)
 {
     if (const auto* graphs = dynamic_cast<GLGraphDisplayer*>(newer)) {
-        m_Graphs = graphs->m_Graphs;
-        m_Colours = graphs->m_Colours;
+        GLGraphDisplayer copy(*graphs);
+        std::swap(m_Graphs, copy.m_Graphs);
+        std::swap(m_Colours, copy.m_Colours);
     }
 }
 

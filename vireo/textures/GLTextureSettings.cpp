@@ -24,14 +24,10 @@ GLint minFilterOf(bool linear, bool mipmapped, bool linearBetweenLevels)
 GLint wrapModeOf(unsigned int wrap)
 {
     switch (wrap) {
-    case GLTextureSettings::WRAP_CLAMP:
-        return GL_CLAMP;
-    case GLTextureSettings::WRAP_CLAMP_TO_EDGE:
-        return GL_CLAMP_TO_EDGE;
-    case GLTextureSettings::WRAP_CLAMP_TO_BORDER:
-        return GL_CLAMP_TO_BORDER;
-    default:
-        return GL_REPEAT;
+    case GLTextureSettings::WRAP_CLAMP: return GL_CLAMP;
+    case GLTextureSettings::WRAP_CLAMP_TO_EDGE: return GL_CLAMP_TO_EDGE;
+    case GLTextureSettings::WRAP_CLAMP_TO_BORDER: return GL_CLAMP_TO_BORDER;
+    default: return GL_REPEAT;
     }
 }
 
@@ -87,28 +83,20 @@ void GLTextureSettings::setCubeDefaults()
 std::string GLTextureSettings::getFilterText(unsigned int filter)
 {
     switch (filter) {
-    case FILTER_LINEAR:
-        return "linear";
-    case FILTER_NEAREST:
-        return "nearest";
-    default:
-        return "unkown"; // deliberately spelt so
+    case FILTER_LINEAR: return "linear";
+    case FILTER_NEAREST: return "nearest";
+    default: return "unkown"; // deliberately spelt so
     }
 }
 
 std::string GLTextureSettings::getWrapText(unsigned int wrap)
 {
     switch (wrap) {
-    case WRAP_REPEAT:
-        return "repeat";
-    case WRAP_CLAMP:
-        return "clamp";
-    case WRAP_CLAMP_TO_EDGE:
-        return "clamp to edge";
-    case WRAP_CLAMP_TO_BORDER:
-        return "clamp to border";
-    default:
-        return "unkown"; // deliberately spelt so
+    case WRAP_REPEAT: return "repeat";
+    case WRAP_CLAMP: return "clamp";
+    case WRAP_CLAMP_TO_EDGE: return "clamp to edge";
+    case WRAP_CLAMP_TO_BORDER: return "clamp to border";
+    default: return "unkown"; // deliberately spelt so
     }
 }
 

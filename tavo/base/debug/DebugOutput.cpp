@@ -59,9 +59,10 @@ DebugWindow& openedWindow()
 {
     if (!state().window) {
         auto* window = new DebugWindow;
+        window->appendText(debugOutput.getText());
+        qRemovePostRoutine(deleteWindow);
         qAddPostRoutine(deleteWindow);
         const std::lock_guard lock(state().mutex);
-        window->appendText(state().text);
         state().window = window;
     }
     return *state().window;
@@ -92,10 +93,14 @@ DebugOutput& DebugOutput::operator<<(const std::string& text)
         const std::lock_guard lock(state().mutex);
         keep(state().text, text);
         window = state().window;
+        if (window && window->thread() != QThread::currentThread()) {
+            // Posted while the window cannot go away.
+            QMetaObject::invokeMethod(window, [window, text] { window->appendText(text); }, Qt::QueuedConnection);
+            return *this;
+        }
     }
     if (window)
-        // At once on the window's own thread, else when that gets to it.
-        QMetaObject::invokeMethod(window, [window, text] { window->appendText(text); });
+        window->appendText(text);
     else
         std::fputs(text.c_str(), stderr);
     return *this;

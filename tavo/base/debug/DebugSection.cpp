@@ -62,7 +62,11 @@ DebugSection::DebugSection(const MetaClass* displayerClass, std::string name, QW
         layout->addWidget(m_Widget);
 }
 
-DebugSection::~DebugSection() = default;
+// The widget goes before the displayer that made it.
+DebugSection::~DebugSection()
+{
+    delete m_Widget;
+}
 
 QWidget* DebugSection::makeTitleBar()
 {
@@ -108,6 +112,7 @@ void DebugSection::setCollapsed(bool collapsed)
 
 void DebugSection::setClosed(bool closed)
 {
+    m_IsClosed = closed;
     setHidden(closed);
     emit closedChanged();
 }

@@ -2,6 +2,7 @@
 
 #include <QFrame>
 #include <QImage>
+#include <QPointer>
 #include <memory>
 #include <string>
 
@@ -36,7 +37,7 @@ public:
     void setCollapsed(bool collapsed);
 
     // A closed section is hidden; its displayer goes on receiving events.
-    bool isClosed() const { return isHidden(); }
+    bool isClosed() const { return m_IsClosed; }
     void setClosed(bool closed);
 
     // A picture of the displayer's view, null if there is none.
@@ -59,8 +60,9 @@ private:
     const MetaClass* m_DisplayerClass;
     std::string m_Name;
     std::unique_ptr<EventDisplayer> m_Displayer;
-    QWidget* m_Widget;
+    QPointer<QWidget> m_Widget;
     QToolButton* m_CollapseButton;
+    bool m_IsClosed = false;
 };
 
 } // namespace tavo

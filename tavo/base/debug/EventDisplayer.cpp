@@ -24,8 +24,10 @@ const MetaClass* EventDisplayer::getInstanceClass() const
 
 QWidget* EventDisplayer::getWidget(QWidget* parent)
 {
-    if (!m_SpecialWidget)
+    if (!m_HasMadeWidget) {
+        m_HasMadeWidget = true;
         m_SpecialWidget = createSpecialWidget(parent);
+    }
     return m_SpecialWidget;
 }
 

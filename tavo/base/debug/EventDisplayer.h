@@ -20,7 +20,8 @@ public:
     // The class record, without a factory.
     static const MetaClass* getClass();
 
-    // The displayer's widget, made by the first call as a child of parent, which owns it; null if the displayer has none.
+    // The displayer's widget, made by the first call as a child of parent, which owns it; null if the displayer has none, or
+    // none any more.
     QWidget* getWidget(QWidget* parent);
 
 protected:
@@ -33,6 +34,7 @@ public:
 
 private:
     QPointer<QWidget> m_SpecialWidget;
+    bool m_HasMadeWidget = false;
 };
 
 } // namespace tavo

@@ -13,6 +13,9 @@ using Vector3d = StaticVector<double, 3>;
 // Coordinates beyond this are brought back to it, so that sums and products of a few of them stay finite floats.
 constexpr float FARTHEST = 1e18f;
 
+// Points nearer than this coincide: the square of their distance is still a float of full precision.
+constexpr double NEAREST = 1e-15;
+
 bool isFinite(const Vector3f& v)
 {
     return std::isfinite(v[0]) && std::isfinite(v[1]) && std::isfinite(v[2]);
@@ -82,20 +85,21 @@ Camera::Camera()
     , m_UpVector(0.0f, 1.0f, 0.0f)
 {}
 
-void Camera::setView(const Vector3f& eye, const Vector3f& lookAt, const Vector3f& up)
+bool Camera::setView(const Vector3f& eye, const Vector3f& lookAt, const Vector3f& up)
 {
     if (!isFinite(eye) || !isFinite(lookAt))
-        return;
+        return false;
 
     const Vector3d oldDirection = normalised(widened(m_LookAtPoint) - widened(m_EyePoint));
     m_EyePoint = broughtNear(eye);
     m_LookAtPoint = broughtNear(lookAt);
-    if (m_EyePoint == m_LookAtPoint) {
+    if (largest(widened(m_LookAtPoint) - widened(m_EyePoint)) < NEAREST) {
         // Far enough that the step is not lost in the digits of a point far from the origin.
         const double distance = std::max(1.0, 1e-3 * largest(widened(m_LookAtPoint)));
         m_EyePoint = narrowed(widened(m_LookAtPoint) - oldDirection * distance);
     }
     m_UpVector = usableUp(up, normalised(widened(m_LookAtPoint) - widened(m_EyePoint)));
+    return true;
 }
 
 } // namespace tavo

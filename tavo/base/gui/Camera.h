@@ -19,10 +19,10 @@ public:
     // Of length 1 and at right angles to the viewing direction.
     const StaticVector<float, 3>& getUpVector() const { return m_UpVector; }
 
-    // Sets all three. Points that are not finite leave the camera as it was. What else could not be looked through is
-    // mended: coinciding points by backing off along the old viewing direction, and an up vector without a use by one at
-    // right angles.
-    void setView(const StaticVector<float, 3>& eye, const StaticVector<float, 3>& lookAt, const StaticVector<float, 3>& up);
+    // Sets all three. Points that are not finite are refused: the camera stays as it was, and the answer is false. What else
+    // could not be looked through is mended: points that (nearly) coincide by backing off along the old viewing direction,
+    // and an up vector without a use by one at right angles.
+    bool setView(const StaticVector<float, 3>& eye, const StaticVector<float, 3>& lookAt, const StaticVector<float, 3>& up);
 
     bool operator==(const Camera&) const = default;
 

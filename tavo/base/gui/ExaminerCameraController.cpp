@@ -64,8 +64,9 @@ void ExaminerCameraController::setSize(int width, int height)
 
 void ExaminerCameraController::mousePress(int x, int y, unsigned int button, Modifiers)
 {
-    m_Button = button;
     m_Pointer = {x, y};
+    if (button == LEFT_BUTTON || button == RIGHT_BUTTON || button == MIDDLE_BUTTON)
+        m_Button = button;
 }
 
 void ExaminerCameraController::mouseRelease(int x, int y, unsigned int button, Modifiers)
@@ -108,9 +109,8 @@ void ExaminerCameraController::keyPress(GeneralKey key)
     case Qt::Key_Minus:
     case Qt::Key_Underscore: mouseWheel(-1.0); break;
     case Qt::Key_Home:
-        if (m_Camera)
-            *m_Camera = m_Home;
         m_Movement = Movement();
+        m_Movement.home = true;
         break;
     default: break;
     }
@@ -123,19 +123,21 @@ void ExaminerCameraController::update()
 {
     const Movement movement = m_Movement;
     m_Movement = Movement();
-    if (m_Camera)
-        apply(movement);
+    if (!m_Camera)
+        return;
+    if (movement.home)
+        *m_Camera = m_Home;
+    apply(movement);
 }
 
 void ExaminerCameraController::place(
     const StaticVector<float, 3>& eye, const StaticVector<float, 3>& lookAt, const StaticVector<float, 3>& up)
 {
+    Camera& placed = m_Camera ? *m_Camera : m_Home;
+    if (!placed.setView(eye, lookAt, up))
+        return;
+    m_Home = placed;
     m_Movement = Movement();
-    m_Home.setView(eye, lookAt, up);
-    if (m_Camera) {
-        m_Camera->setView(eye, lookAt, up);
-        m_Home = *m_Camera;
-    }
 }
 
 void ExaminerCameraController::apply(const Movement& movement)

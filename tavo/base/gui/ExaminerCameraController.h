@@ -21,7 +21,7 @@ namespace tavo {
 class TAVO_BASE_EXPORT ExaminerCameraController
 {
 public:
-    // The buttons' numbers in mouse events. Any other number does nothing.
+    // The buttons' numbers in mouse events. Any other number does nothing. Of several buttons, the one pressed last counts.
     static constexpr unsigned int LEFT_BUTTON = 1;
     static constexpr unsigned int RIGHT_BUTTON = 2;
     static constexpr unsigned int MIDDLE_BUTTON = 4;
@@ -45,16 +45,17 @@ public:
     // Lets what was collected since the last call take effect on the camera.
     void update();
 
-    // Puts the camera there at once (see Camera::setView), drops what was collected, and makes it the place that the Home
-    // key goes back to.
+    // Puts the camera there at once, drops what was collected, and makes it the place that the Home key goes back to. A
+    // place that Camera::setView refuses changes nothing.
     void place(
         const StaticVector<float, 3>& eye, const StaticVector<float, 3>& lookAt, const StaticVector<float, 3>& up);
 
 private:
     // A movement collected since the last update: a turn and a shift in pixels of the view, right and down positive, and an
-    // approach in powers of e.
+    // approach in powers of e, after going home first if asked to.
     struct Movement
     {
+        bool home = false;
         StaticVector<double, 2> turn;
         StaticVector<double, 2> shift;
         double approach = 0.0;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QTemporaryDir>
+#include <clocale>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -35,6 +37,20 @@ protected:
         }
         return {};
     }
+
+    // Selects a locale with decimal commas for the rest of the test, and makes one if there is none. False if it cannot.
+    bool useDecimalComma() const
+    {
+        const char* const locale = "de_DE.UTF-8";
+        if (std::setlocale(LC_NUMERIC, locale))
+            return true;
+        const std::string command =
+            "localedef -i de_DE -f UTF-8 " + (directory() / locale).string() + " >/dev/null 2>&1";
+        return std::system(command.c_str()) == 0 && setenv("LOCPATH", directory().c_str(), 1) == 0 &&
+               std::setlocale(LC_NUMERIC, locale);
+    }
+
+    void TearDown() override { std::setlocale(LC_NUMERIC, "C"); }
 
 private:
     QTemporaryDir m_Directory;

@@ -13,4 +13,12 @@ const void* getNativeCurrentContext()
     return eglGetCurrentContext();
 }
 
+bool hasXServer()
+{
+    Display* display = XOpenDisplay(nullptr);
+    if (display)
+        XCloseDisplay(display);
+    return display != nullptr;
+}
+
 } // namespace vireo_test

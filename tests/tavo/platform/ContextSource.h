@@ -31,4 +31,7 @@ struct ContextKind
 // The native context that is current on this thread, by the window systems' own account; null if none is.
 const void* getNativeCurrentContext();
 
+// Whether there is an X server where DISPLAY says.
+bool hasXServer();
+
 } // namespace vireo_test

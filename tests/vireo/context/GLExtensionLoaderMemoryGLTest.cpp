@@ -1,38 +1,8 @@
-#include <new>
 #include <unistd.h>
 
 #include "tests/vireo/context/GLExtensionTest.h"
+#include "tests/vireo/context/ScarceMemory.h"
 #include "vireo/context/GLExtensionLoader.h"
-
-namespace {
-
-constexpr std::size_t NEVER = static_cast<std::size_t>(-1);
-std::size_t smallestFailingAllocation = NEVER;
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    if (size < smallestFailingAllocation)
-        if (void* const memory = std::malloc(size))
-            return memory;
-    throw std::bad_alloc();
-}
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return std::malloc(size);
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
 
 namespace tavo {
 namespace {
@@ -42,14 +12,15 @@ class GLExtensionLoaderMemoryGLTest : public GLExtensionTest
 protected:
     GLExtensionLoaderMemoryGLTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 
-    // With memory for nothing that is as long as a list of extensions.
+    // What the loader writes to standard output goes to the error stream, which death tests look at.
     void requestWithoutMemory(const char* names)
     {
         dup2(STDERR_FILENO, STDOUT_FILENO);
-        smallestFailingAllocation = 256;
+        const ScarceMemory scarce(LONG_LIST);
         m_Loader.request(names);
-        smallestFailingAllocation = NEVER;
     }
+
+    static constexpr std::size_t LONG_LIST = 256;
 
     GLExtensionLoader m_Loader;
 };
@@ -67,7 +38,7 @@ TEST_F(GLExtensionLoaderMemoryGLTest, EndsTheProcessWithoutMemoryForTheUnsupport
     if (!makeMainContext())
         return;
     m_Loader.request(nullptr);
-    EXPECT_EXIT(requestWithoutMemory(std::string(300, 'x').c_str()), testing::ExitedWithCode(255),
+    EXPECT_EXIT(requestWithoutMemory(std::string(LONG_LIST, 'x').c_str()), testing::ExitedWithCode(255),
         "Error allocating memory in file GLExtensionLoader.cpp, line 195\n");
 }
 
@@ -75,11 +46,12 @@ TEST_F(GLExtensionLoaderMemoryGLTest, NeedsNoMemoryForAListNoLongerThanTheLonges
 {
     if (!makeMainContext())
         return;
-    const std::string longList(300, 'x');
+    const std::string longList(LONG_LIST, 'x');
     m_Loader.request(longList.c_str());
-    smallestFailingAllocation = 256;
-    EXPECT_FALSE(m_Loader.request(longList.c_str()));
-    smallestFailingAllocation = NEVER;
+    {
+        const ScarceMemory scarce(LONG_LIST);
+        EXPECT_FALSE(m_Loader.request(longList.c_str()));
+    }
     EXPECT_EQ(m_Loader.getUnsupportedExtensions(), longList + ' ');
 }
 

@@ -16,6 +16,7 @@ namespace tavo {
 inline std::vector<std::string> fetches(const std::vector<std::string>& entryPoints)
 {
     std::vector<std::string> calls;
+    calls.reserve(entryPoints.size());
     for (const std::string& entryPoint : entryPoints)
         calls.push_back("wglGetProcAddress(\"" + entryPoint + "\")");
     return calls;

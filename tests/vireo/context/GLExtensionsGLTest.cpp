@@ -31,8 +31,8 @@ protected:
 };
 
 const std::vector<std::string> NV_VERTEX_PROGRAM{"glAreProgramsResidentNV", "glBindProgramNV", "glDeleteProgramsNV",
-    "glExecuteProgramNV", "glGenProgramsNV", "glGetProgramParameterdvNV", "glGetProgramParameterfvNV",
-    "glGetProgramivNV", "glGetProgramStringNV", "glGetTrackMatrixivNV", "glGetVertexAttribdvNV",
+    "glExecuteProgramNV", "glGenProgramsNV", "glGetProgramivNV", "glGetProgramParameterdvNV",
+    "glGetProgramParameterfvNV", "glGetProgramStringNV", "glGetTrackMatrixivNV", "glGetVertexAttribdvNV",
     "glGetVertexAttribfvNV", "glGetVertexAttribivNV", "glGetVertexAttribPointervNV", "glIsProgramNV", "glLoadProgramNV",
     "glProgramParameter4dNV", "glProgramParameter4dvNV", "glProgramParameter4fNV", "glProgramParameter4fvNV",
     "glProgramParameters4dvNV", "glProgramParameters4fvNV", "glRequestResidentProgramsNV", "glTrackMatrixNV",

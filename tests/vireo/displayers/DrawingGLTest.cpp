@@ -98,9 +98,10 @@ TEST_F(DrawingGLTest, ComputesTheAxesOffsetInDoublePrecision)
 {
     GLGraphDisplayer graphs;
     graphs.setShowCoords(true);
-    graphs.addGraph(std::vector<Vector3f>{{0.1f, 0.0f, 0.0f}, {0.4f, 1.0f, 1.0f}}, Colour());
-    const float extent = 0.4f - 0.1f;
+    graphs.addGraph(std::vector<Vector3f>{{0.1f, 0.0f, 0.0f}, {0.9f, 1.0f, 1.0f}}, Colour());
+    const float extent = 0.9f - 0.1f;
     const auto exact = static_cast<float>(-double(0.1f) - 0.1 * double(extent));
+    ASSERT_NE(exact, -0.1f - 0.1f * extent) << "or this would show nothing";
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
     draw(graphs);
@@ -153,7 +154,8 @@ TEST_F(DrawingGLTest, RaisesTheAxesOfAFlatSetToAHundredthOfTheLargest)
 
 TEST_F(DrawingGLTest, ComputesTheHundredthInFloat)
 {
-    const float extent = 0.7f;
+    const float extent = 2.1f;
+    ASSERT_NE(extent * 0.01f, static_cast<float>(extent * 0.01)) << "or this would show nothing";
     GLPointCloudDisplayer cloud(new TestPointSet({{0.0f, 0.0f, 0.0f}, {extent, 0.0f, 0.0f}}, m_NumPointSets));
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();

@@ -3,6 +3,7 @@
 #include <QTest>
 #include <gmock/gmock.h>
 #include <memory>
+#include <thread>
 
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/DebugSection.h"
@@ -141,12 +142,30 @@ TEST_F(GLEventDisplayerTest, SharesItsWidgetWithItsCopies)
 
 TEST_F(GLEventDisplayerTest, ReachesTheDebugWindow)
 {
+    TestEventObject::s_NumUpdates = 0;
     sendGLEventObject("mine", new TestEventObject);
     sendGLEventObject("mine", new TestEventObject);
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 1) << "the second one updates the first";
     ASSERT_EQ(debugOutput.getWindow()->getSections().size(), 1u);
     const DebugSection* section = debugOutput.getWindow()->getSections()[0];
     EXPECT_EQ(section->getName(), "mine");
     EXPECT_NE(qobject_cast<GLEventDisplayerWidget*>(section->getDisplayerWidget()), nullptr);
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+}
+
+TEST_F(GLEventDisplayerTest, FreesWhatIsNotDelivered)
+{
+    std::thread([] { sendGLEventObject("from afar", new TestEventObject); }).join();
+    EXPECT_EQ(TestEventObject::s_NumLiving, 0);
+}
+
+TEST_F(GLEventDisplayerTest, SurvivesTheDeathOfItsWidget)
+{
+    OpenDisplayer displayer;
+    delete displayer.createSpecialWidget(nullptr);
+    TestEventObject object;
+    const GLEventDisplayer::SetNewGLEventObject event(&object, true);
+    displayer.displayEvent(&event, "name");
     EXPECT_EQ(TestEventObject::s_NumLiving, 1);
 }
 

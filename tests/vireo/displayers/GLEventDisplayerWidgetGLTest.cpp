@@ -5,17 +5,21 @@
 #include <QFrame>
 #include <QGLWidget>
 #include <QLayout>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
+#include <QResizeEvent>
 #include <QScreen>
 #include <QTest>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <gmock/gmock.h>
 #include <limits>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/displayException.h"
@@ -24,7 +28,6 @@
 #include "tests/support/CallRecorder.h"
 #include "tests/vireo/displayers/TestEventObject.h"
 #include "vireo/context/GLContext.h"
-#include "vireo/context/GLObject.h"
 #include "vireo/context/Library.h"
 
 #include <GL/gl.h>
@@ -120,6 +123,48 @@ TEST_F(GLEventDisplayerWidgetGLTest, HasTheWidgetsOfItsForm)
     EXPECT_EQ(frame->layout()->spacing(), 4);
     EXPECT_EQ(m_Widget->layout()->objectName(), "vboxLayout");
     EXPECT_EQ(m_Widget->layout()->spacing(), 0);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, LaysItsFormOut)
+{
+    const auto itemsOf = [](const QLayout* layout) {
+        std::vector<std::string> items;
+        for (int i = 0; i < layout->count(); ++i) {
+            const QWidget* widget = layout->itemAt(i)->widget();
+            items.push_back(widget ? widget->objectName().toStdString() : "spacer");
+        }
+        return items;
+    };
+    EXPECT_THAT(itemsOf(m_Widget->layout()), testing::ElementsAre("mainFrame", "frame_2"));
+    EXPECT_EQ(m_Widget->layout()->contentsMargins(), QMargins(0, 0, 0, 0));
+    const QLayout* main = m_Widget->findChild<QFrame*>("mainFrame")->layout();
+    EXPECT_EQ(main->contentsMargins(), QMargins(0, 0, 0, 0));
+    EXPECT_EQ(main->spacing(), 0);
+    EXPECT_EQ(main->itemAt(0)->sizeHint(), QSize(0, 0));
+    EXPECT_EQ(main->itemAt(0)->spacerItem()->sizePolicy().verticalPolicy(), QSizePolicy::Expanding);
+    EXPECT_EQ(main->itemAt(0)->spacerItem()->sizePolicy().horizontalPolicy(), QSizePolicy::Minimum);
+
+    const auto* frame = m_Widget->findChild<QFrame*>("frame_2");
+    EXPECT_EQ(frame->frameShadow(), QFrame::Raised);
+    EXPECT_EQ(frame->layout()->contentsMargins(), QMargins(1, 1, 1, 1));
+    EXPECT_THAT(itemsOf(frame->layout()), testing::ElementsAre("pbConfigure", "spacer", "pbIncreaseSize", "pbDecreaseSize"));
+    EXPECT_EQ(frame->layout()->itemAt(1)->sizeHint(), QSize(171, 20));
+    EXPECT_EQ(frame->layout()->itemAt(1)->spacerItem()->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
+
+    EXPECT_EQ(button("pbConfigure")->font().family(), "MS Shell Dlg 2");
+    EXPECT_EQ(button("pbConfigure")->font().pointSize(), 7);
+    for (const char* name : {"pbIncreaseSize", "pbDecreaseSize"}) {
+        EXPECT_EQ(button(name)->font().family(), "Arial Black");
+        EXPECT_EQ(button(name)->font().pointSize(), 8);
+        EXPECT_EQ(button(name)->font().weight(), 75);
+    }
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, HasTheArrowOnItsConfigureButtonOnceTheLibraryIsStarted)
+{
+    initVireo();
+    const GLEventDisplayerWidget widget(nullptr, Qt::WindowFlags());
+    EXPECT_FALSE(widget.findChild<QPushButton*>("pbConfigure")->icon().availableSizes().isEmpty());
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, HasItsFourSlotsInOrder)
@@ -229,12 +274,9 @@ TEST_F(GLEventDisplayerWidgetGLTest, PaintsInAFixedOrder)
 
     CallRecorder recorder;
     m_View->updateGL();
-    std::vector<std::string> calls = recorder.calls();
-    const auto first = std::find_if(
-        calls.begin(), calls.end(), [](const std::string& call) { return call.starts_with("glClearColor"); });
-    calls.erase(calls.begin(), first);
+    const std::vector<std::string> calls = recorder.calls();
     const std::string w = std::to_string(m_View->width());
-    ASSERT_GE(calls.size(), 9u);
+    ASSERT_EQ(calls.size(), 9u);
     EXPECT_EQ(calls[0], "glClearColor(0, 0, 0, 0)");
     EXPECT_EQ(calls[1], "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)");
     EXPECT_EQ(calls[2], "glMatrixMode(GL_PROJECTION)");
@@ -243,7 +285,13 @@ TEST_F(GLEventDisplayerWidgetGLTest, PaintsInAFixedOrder)
     EXPECT_THAT(calls[5], testing::MatchesRegex("gluPerspective\\(45, [0-9.]+, 0.01, 1000\\)"));
     EXPECT_EQ(calls[6], "glMatrixMode(GL_MODELVIEW)");
     EXPECT_EQ(calls[7], "glLoadIdentity()");
-    EXPECT_EQ(calls[8], "gluLookAt(0, 0, 2, 0.5, 0.5, 0.5, " + calls[8].substr(calls[8].find("0.5, 0.5, 0.5, ") + 15));
+    // The up vector is widened to double.
+    std::vector<double> look(9);
+    ASSERT_EQ(std::sscanf(calls[8].c_str(), "gluLookAt(%lf, %lf, %lf, %lf, %lf, %lf, %lf, %lf, %lf)", &look[0], &look[1],
+                  &look[2], &look[3], &look[4], &look[5], &look[6], &look[7], &look[8]),
+        9);
+    const Vector3f up = TestEventObject::s_Camera.getUpVector();
+    EXPECT_THAT(look, testing::ElementsAre(0, 0, 2, 0.5, 0.5, 0.5, up[0], up[1], up[2]));
     EXPECT_NEAR(std::stod(calls[5].substr(19)), double(m_View->width()) / 90, 1e-12) << "the real quotient";
 }
 
@@ -277,13 +325,26 @@ TEST_F(GLEventDisplayerWidgetGLTest, PaintsAgainUntilThePictureShowsTheCamera)
     EXPECT_EQ(TestEventObject::s_NumDrawn, 2) << "and no more than that";
 }
 
-TEST_F(GLEventDisplayerWidgetGLTest, ClearsWithoutAnObjectAndInAnEmptyView)
+TEST_F(GLEventDisplayerWidgetGLTest, OnlyClearsWithoutAnObject)
 {
     showWidget();
     CallRecorder recorder;
     m_View->updateGL();
-    EXPECT_THAT(recorder.calls(), Contains("glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)"));
-    EXPECT_THAT(recorder.calls(), Not(Contains("glMatrixMode(GL_PROJECTION)")));
+    expectCalls(recorder, {"glClearColor(0, 0, 0, 0)", "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)"});
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, OnlyClearsAnEmptyView)
+{
+    showWidget();
+    show(new TestEventObject);
+    m_View->setFixedWidth(0);
+    settle();
+    TestEventObject::s_NumDrawn = 0;
+    CallRecorder recorder;
+    m_View->updateGL();
+    expectCalls(recorder, {"glClearColor(0, 0, 0, 0)", "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)"});
+    EXPECT_EQ(TestEventObject::s_NumDrawn, 0);
+    EXPECT_TRUE(grabPicture(m_Widget.get()).isNull());
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, IgnoresNull)
@@ -354,8 +415,10 @@ TEST_F(GLEventDisplayerWidgetGLTest, SurvivesABoxThatIsNotANumber)
     show(new TestEventObject);
     const Camera before = TestEventObject::s_Camera;
     const float nan = std::numeric_limits<float>::quiet_NaN();
+    const std::size_t textBefore = debugOutput.getText().size();
     show(new TestEventObject({{nan, 0.0f, 0.0f}, {1.0f, nan, 1.0f}}));
     EXPECT_EQ(TestEventObject::s_Camera, before);
+    EXPECT_THAT(newText(textBefore), HasSubstr("the object's box is not finite"));
     show(new TestEventObject({{0.0f, 0.0f, 0.0f}, {2.0f, 2.0f, 2.0f}}));
     EXPECT_NE(TestEventObject::s_Camera, before);
 }
@@ -486,6 +549,10 @@ TEST_F(GLEventDisplayerWidgetGLTest, FollowsTheKeysAndGoesHome)
     QTest::keyClick(m_View, Qt::Key_Home);
     settle();
     EXPECT_EQ(TestEventObject::s_Camera, start);
+
+    QTest::keyClick(m_View, Qt::Key_Right, Qt::ShiftModifier);
+    settle();
+    EXPECT_NE(TestEventObject::s_Camera.getLookAtPoint(), start.getLookAtPoint()) << "with shift, arrows shift";
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, RepaintsAtOnceOnEveryEvent)
@@ -498,7 +565,17 @@ TEST_F(GLEventDisplayerWidgetGLTest, RepaintsAtOnceOnEveryEvent)
         return TestEventObject::s_NumDrawn;
     };
     EXPECT_EQ(paintsOf([&] { QTest::mousePress(m_View, Qt::LeftButton); }), 1);
+    EXPECT_EQ(paintsOf([&] {
+        QMouseEvent move(QEvent::MouseMove, QPointF(50, 50), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_View, &move);
+    }),
+        1);
     EXPECT_EQ(paintsOf([&] { QTest::mouseRelease(m_View, Qt::LeftButton); }), 1);
+    EXPECT_EQ(paintsOf([&] {
+        QResizeEvent resize(QSize(50, 50), m_View->size());
+        QApplication::sendEvent(m_View, &resize);
+    }),
+        0);
     EXPECT_EQ(paintsOf([&] { QTest::keyPress(m_View, Qt::Key_A); }), 1);
     EXPECT_EQ(paintsOf([&] { QTest::keyRelease(m_View, Qt::Key_A); }), 1);
 }
@@ -555,9 +632,11 @@ TEST_P(GLEventDisplayerWidgetThrowGLTest, SurvivesDrawing)
         glPushMatrix();
         glPushMatrix();
         glEnable(GL_LIGHTING);
+        glNewList(glGenLists(1), GL_COMPILE);
         glBegin(GL_LINES);
         thrown().code();
     };
+    int list = -1;
     const std::size_t before = debugOutput.getText().size();
     show(object);
     EXPECT_THAT(newText(before), HasSubstr(thrown().report));
@@ -575,6 +654,8 @@ TEST_P(GLEventDisplayerWidgetThrowGLTest, SurvivesDrawing)
     EXPECT_EQ(depth(GL_PROJECTION_STACK_DEPTH), 1);
     EXPECT_EQ(depth(GL_TEXTURE_STACK_DEPTH), 1);
     EXPECT_FALSE(glIsEnabled(GL_LIGHTING));
+    glGetIntegerv(GL_LIST_INDEX, &list);
+    EXPECT_EQ(list, 0) << "no display list is left open";
 
     // The window is alive: the next object is drawn, and events work.
     show(new OtherTestEventObject);
@@ -616,15 +697,58 @@ TEST_P(GLEventDisplayerWidgetThrowGLTest, SurvivesMakingThePanelAndUpdating)
 
 TEST_F(GLEventDisplayerWidgetGLTest, MakesItsOwnContextOnTheFirstPaint)
 {
+    // Contexts are numbered, so the next number tells how many were made.
+    const auto nextNumber = [] { return GLContext(nullptr, nullptr, nullptr, nullptr).getContextNumber(); };
+    m_Widget->show();
+    const std::uint64_t before = nextNumber();
+    CallRecorder recorder;
+    m_View->updateGL();
+    EXPECT_THAT(recorder.calls(), Contains("wglGetCurrentDC()"));
+    EXPECT_THAT(recorder.calls(), Contains("wglGetCurrentContext()"));
+    EXPECT_EQ(nextNumber(), before + 2) << "one by the paint, one by this test";
+    m_View->updateGL();
+    EXPECT_EQ(nextNumber(), before + 3);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, WaitsWhileTheShownObjectDrawsToReplaceIt)
+{
     showWidget();
-    m_View->makeCurrent();
-    const HGLRC first = wglGetCurrentContext();
-    EXPECT_NE(first, nullptr);
-    GLEventDisplayerWidget other(nullptr, Qt::WindowFlags());
-    other.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
-    other.findChild<QGLWidget*>()->makeCurrent();
-    EXPECT_NE(wglGetCurrentContext(), first);
+    bool hasSent = false;
+    auto* object = new TestEventObject;
+    object->whenDrawn = [&] {
+        if (std::exchange(hasSent, true))
+            return;
+        m_Widget->setGLEventObject(new OtherTestEventObject, true);
+        m_Widget->setGLEventObject(new OtherTestEventObject, true);
+        EXPECT_EQ(TestEventObject::s_NumLiving, 3) << "nothing is freed while it draws";
+    };
+    show(object);
+    EXPECT_TRUE(hasSent);
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 1) << "the second updated the first";
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, FreesWhatWaitsWhenItDies)
+{
+    showWidget();
+    auto* object = new TestEventObject;
+    object->whenUpdated = [&] { m_Widget->setGLEventObject(new OtherTestEventObject, true); };
+    m_Widget->setGLEventObject(object, true);
+    m_Widget->setGLEventObject(new TestEventObject, true);
+    m_Widget.reset();
+    EXPECT_EQ(TestEventObject::s_NumLiving, 0);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, SurvivesAPanelThatGoesByItself)
+{
+    showWidget();
+    auto* object = new TestEventObject;
+    object->hasPanel = true;
+    show(object);
+    delete m_Widget->findChild<GLEventConfiguration*>();
+    click("pbConfigure");
+    show(new OtherTestEventObject);
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, GivesAPictureEvenWhereItsWindowIsCovered)

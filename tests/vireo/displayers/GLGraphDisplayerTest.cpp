@@ -1,9 +1,13 @@
 #include "vireo/displayers/GLGraphDisplayer.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QFrame>
+#include <QGLWidget>
 #include <QLayout>
 #include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
 #include <cmath>
 #include <gmock/gmock.h>
 #include <limits>
@@ -14,6 +18,7 @@
 #include "tavo/base/debug/DebugWindow.h"
 #include "tavo/base/objects/MetaClass.h"
 #include "tavo/points/PointSet.h"
+#include "tests/support/CallRecorder.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLGraphDisplayerConfig.h"
 #include "vireo/displayers/GLPointCloudDisplayer.h"
@@ -218,6 +223,23 @@ protected:
     }
     ~DebugOutputGraphTest() override { delete debugOutput.getWindow(); }
 
+    static constexpr char DRAWN_RED[] = "glColor4ubv((255, 0, 0, 255))";
+    static constexpr char DRAWN_GREEN[] = "glColor4ubv((0, 255, 0, 255))";
+
+    // The colours and vertices of one paint of a section's view.
+    static std::vector<std::string> drawn(std::size_t section)
+    {
+        auto* const view = debugOutput.getWindow()->getSections().at(section)->findChild<QGLWidget*>();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(debugOutput.getWindow()));
+        vireo_test::CallRecorder recorder;
+        view->updateGL();
+        std::vector<std::string> calls;
+        for (const std::string& call : recorder.calls())
+            if (call.starts_with("glColor4ubv") || call.starts_with("glVertex3fv"))
+                calls.push_back(call);
+        return calls;
+    }
+
     static std::vector<std::string> sections()
     {
         std::vector<std::string> names;
@@ -230,19 +252,50 @@ protected:
 TEST_F(DebugOutputGraphTest, ShowsOneGraphOfEachKind)
 {
     debugOutputGraph("1D", std::vector<float>{1.0f, 2.0f}, RED);
-    debugOutputGraph("2D", std::vector<Vector2f>{{1.0f, 2.0f}}, RED);
-    debugOutputGraph("3D", std::vector<Vector3f>{{1.0f, 2.0f, 3.0f}}, RED);
-    debugOutputGraph("1D", std::vector<float>{1.0f, 2.0f, 3.0f}, RED);
+    debugOutputGraph("2D", std::vector<Vector2f>{{1.0f, 2.0f}}, GREEN);
+    debugOutputGraph("3D", std::vector<Vector3f>{{1.0f, 2.0f, 3.0f}}, BLUE);
     EXPECT_THAT(sections(), ElementsAre("1D", "2D", "3D"));
     EXPECT_EQ(debugOutput.getWindow()->getSections()[0]->getDisplayerClass(), GLEventDisplayer::getClass());
+    EXPECT_THAT(drawn(0), ElementsAre(DRAWN_RED, "glVertex3fv((0, 1, 0))", "glVertex3fv((0.5, 2, 0))"));
+    EXPECT_THAT(drawn(1), ElementsAre(DRAWN_GREEN, "glVertex3fv((1, 2, 0))"));
+    EXPECT_THAT(drawn(2), ElementsAre("glColor4ubv((0, 0, 255, 255))", "glVertex3fv((1, 2, 3))"));
+
+    debugOutputGraph("1D", std::vector<float>{7.0f}, GREEN);
+    EXPECT_EQ(sections().size(), 3u);
+    EXPECT_THAT(drawn(0), ElementsAre(DRAWN_GREEN, "glVertex3fv((0, 7, 0))"));
 }
 
 TEST_F(DebugOutputGraphTest, ShowsSeveralGraphsOfEachKind)
 {
     debugOutputGraphs("1D", std::vector<std::vector<float>>{{1.0f}, {2.0f}}, {RED, GREEN});
-    debugOutputGraphs("2D", std::vector<std::vector<Vector2f>>(2), {RED, GREEN});
-    debugOutputGraphs("3D", std::vector<std::vector<Vector3f>>(2), {RED, GREEN});
+    debugOutputGraphs("2D", std::vector<std::vector<Vector2f>>{{{1.0f, 2.0f}}, {{3.0f, 4.0f}}}, {RED, GREEN});
+    debugOutputGraphs("3D", std::vector<std::vector<Vector3f>>{{{1.0f, 2.0f, 3.0f}}, {{4.0f, 5.0f, 6.0f}}}, {RED, GREEN});
     EXPECT_THAT(sections(), ElementsAre("1D", "2D", "3D"));
+    EXPECT_THAT(drawn(0), ElementsAre(DRAWN_RED, "glVertex3fv((0, 1, 0))", DRAWN_GREEN, "glVertex3fv((0, 2, 0))"));
+    EXPECT_THAT(drawn(1), ElementsAre(DRAWN_RED, "glVertex3fv((1, 2, 0))", DRAWN_GREEN, "glVertex3fv((3, 4, 0))"));
+    EXPECT_THAT(drawn(2), ElementsAre(DRAWN_RED, "glVertex3fv((1, 2, 3))", DRAWN_GREEN, "glVertex3fv((4, 5, 6))"));
+}
+
+TEST_F(DebugOutputGraphTest, ChangesThePictureWithTheCheckBox)
+{
+    debugOutputGraph("curve", std::vector<Vector3f>{{-1.0f, -1.0f, -1.0f}, {1.0f, 1.0f, 1.0f}}, RED);
+    DebugSection* const section = debugOutput.getWindow()->getSections()[0];
+    auto* const checkBox = section->findChild<QCheckBox*>("cbShowCoords");
+    const QImage withoutAxes = section->getPicture();
+    checkBox->click(); // off, as it was
+    EXPECT_EQ(section->getPicture(), withoutAxes);
+    checkBox->click();
+    EXPECT_NE(section->getPicture(), withoutAxes);
+    checkBox->click();
+    EXPECT_EQ(section->getPicture(), withoutAxes);
+}
+
+TEST_F(DebugOutputGraphTest, LeavesTheApplicationFreeToQuitWithTheWindowOpen)
+{
+    debugOutputGraph("curve", std::vector<float>{1.0f, 2.0f}, RED);
+    QTimer::singleShot(50, qApp, &QCoreApplication::quit);
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+    EXPECT_NE(debugOutput.getWindow(), nullptr);
 }
 
 } // namespace

@@ -1,5 +1,3 @@
-#include "vireo/textures/GLTextureSettings.h"
-
 #include <gmock/gmock.h>
 #include <string>
 #include <vector>
@@ -7,6 +5,7 @@
 #include "tests/support/CallRecorder.h"
 #include "tests/support/GLTest.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/textures/GLTextureSettings.h"
 
 namespace tavo {
 namespace {

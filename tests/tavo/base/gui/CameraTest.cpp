@@ -36,7 +36,7 @@ TEST(CameraTest, LooksAtTheOriginFirst)
 TEST(CameraTest, KeepsAUsableView)
 {
     Camera camera;
-    camera.setView({5.0f, 0.0f, 0.0f}, {1.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 2.0f});
+    EXPECT_TRUE(camera.setView({5.0f, 0.0f, 0.0f}, {1.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 2.0f}));
     EXPECT_EQ(camera.getEyePoint(), Vector3f(5.0f, 0.0f, 0.0f));
     EXPECT_EQ(camera.getLookAtPoint(), Vector3f(1.0f, 0.0f, 0.0f));
     EXPECT_EQ(camera.getUpVector(), Vector3f(0.0f, 0.0f, 1.0f));
@@ -54,8 +54,8 @@ TEST(CameraTest, RefusesPointsThatAreNotFinite)
     const Camera before;
     for (float bad : {NOT_A_NUMBER, INFINITE, -INFINITE}) {
         Camera camera;
-        camera.setView({bad, 0.0f, 0.0f}, {1.0f, 0.0f, 0.0f}, {0.0f, 1.0f, 0.0f});
-        camera.setView({0.0f, 0.0f, 0.0f}, {1.0f, bad, 0.0f}, {0.0f, 1.0f, 0.0f});
+        EXPECT_FALSE(camera.setView({bad, 0.0f, 0.0f}, {1.0f, 0.0f, 0.0f}, {0.0f, 1.0f, 0.0f}));
+        EXPECT_FALSE(camera.setView({0.0f, 0.0f, 0.0f}, {1.0f, bad, 0.0f}, {0.0f, 1.0f, 0.0f}));
         EXPECT_EQ(camera, before);
     }
 }
@@ -90,9 +90,11 @@ TEST(CameraTest, StaysUsableWithTheLargestAndSmallestNumbers)
     expectUsable(camera);
     camera.setView({LARGEST, LARGEST, LARGEST}, {LARGEST, LARGEST, LARGEST / 2}, {0.0f, 1.0f, 0.0f});
     expectUsable(camera);
-    const float smallest = std::numeric_limits<float>::denorm_min();
-    camera.setView({smallest, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f}, {0.0f, smallest, 0.0f});
-    expectUsable(camera);
+    for (float small : {std::numeric_limits<float>::denorm_min(), 1e-30f, 1e-20f}) {
+        camera.setView({small, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f}, {0.0f, small, 0.0f});
+        expectUsable(camera);
+        EXPECT_EQ(length(camera.getEyePoint()), 1.0f) << "too near to be told from the look-at point";
+    }
 }
 
 } // namespace

@@ -189,6 +189,25 @@ TEST_F(ExaminerCameraControllerTest, GoesHomeToWhereItWasPlaced)
     EXPECT_EQ(m_Camera.getUpVector(), UP);
 }
 
+TEST_F(ExaminerCameraControllerTest, KeepsItsHomeWhenAPlaceIsRefused)
+{
+    drag(ExaminerCameraController::LEFT_BUTTON, 33, 12);
+    const Camera turned = m_Camera;
+    m_Controller.place({std::numeric_limits<float>::quiet_NaN(), 0.0f, 0.0f}, LOOK_AT, UP);
+    EXPECT_EQ(m_Camera, turned);
+    press(Qt::Key_Home);
+    EXPECT_EQ(m_Camera.getEyePoint(), EYE);
+}
+
+TEST_F(ExaminerCameraControllerTest, KeepsTurningWhenAnUnknownButtonComesIn)
+{
+    m_Controller.mousePress(0, 0, ExaminerCameraController::LEFT_BUTTON, Modifiers());
+    m_Controller.mousePress(0, 0, 0, Modifiers());
+    m_Controller.mouseMove(30, 0);
+    m_Controller.update();
+    EXPECT_NE(m_Camera.getEyePoint(), EYE);
+}
+
 TEST_F(ExaminerCameraControllerTest, NeverReachesTheLookAtPointNorTheEndOfTheNumbers)
 {
     m_Controller.mouseWheel(1e9);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace tavo {
 namespace {
@@ -28,6 +29,19 @@ TEST(PolygonTest, RefusesAVertexBeyondTheLast)
         FAIL() << "nothing was thrown";
     } catch (const std::out_of_range& error) {
         EXPECT_EQ(error.what(), std::string("invalid vector<T> subscript"));
+    }
+}
+
+TEST(CheckedAtTest, GivesTheElementOrThrows)
+{
+    std::vector<int> values{1, 2};
+    checkedAt(values, 1) = 5;
+    EXPECT_EQ(checkedAt(std::as_const(values), 1), 5);
+    try {
+        checkedAt(values, 2);
+        FAIL() << "nothing was thrown";
+    } catch (const std::out_of_range& error) {
+        EXPECT_STREQ(error.what(), "invalid vector<T> subscript");
     }
 }
 

@@ -1,0 +1,162 @@
+#include <QCoreApplication>
+#include <QDir>
+#include <QImage>
+#include <QProcess>
+#include <gmock/gmock.h>
+
+#include "tests/apps/vireo-view/FilesTest.h"
+
+namespace vireo_view {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+struct Outcome
+{
+    int exitStatus = -1; // -1 if the program crashed or did not end
+    std::string output;
+    std::string errors;
+};
+
+// Runs the program on files of the test's own.
+class VireoViewGLTest : public FilesTest
+{
+protected:
+    VireoViewGLTest() { m_Environment.insert("XDG_RUNTIME_DIR", QString::fromStdString(directory().string())); }
+
+    Outcome run(const QStringList& arguments)
+    {
+        constexpr int MILLISECONDS = 120000;
+        QProcess process;
+        process.setProcessEnvironment(m_Environment);
+        process.setWorkingDirectory(QString::fromStdString(directory().string()));
+        process.start(VIREO_VIEW, arguments);
+        if (!process.waitForFinished(MILLISECONDS)) {
+            process.kill();
+            process.waitForFinished();
+            return {};
+        }
+        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            process.readAllStandardOutput().toStdString(), process.readAllStandardError().toStdString()};
+    }
+
+    std::vector<std::string> pictures() const
+    {
+        std::vector<std::string> names;
+        for (const QString& name : picturesDirectory().entryList(QDir::Files, QDir::Name))
+            names.push_back(name.toStdString());
+        return names;
+    }
+
+    QImage picture(const char* name) const { return QImage(picturesDirectory().filePath(name)); }
+
+    QProcessEnvironment m_Environment = QProcessEnvironment::systemEnvironment();
+
+private:
+    QDir picturesDirectory() const { return QDir(QString::fromStdString((directory() / "pictures").string())); }
+
+    char m_Name[5] = "test";
+    char* m_Arguments[2] = {m_Name, nullptr};
+    int m_NumArguments = 1;
+    QCoreApplication m_Application{m_NumArguments, m_Arguments};
+};
+
+// The smallest rectangle with everything that is not black.
+QRect drawnArea(const QImage& picture)
+{
+    QRect area;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            if ((picture.pixel(x, y) & 0xFFFFFFu) != 0)
+                area |= QRect(x, y, 1, 1);
+    return area;
+}
+
+TEST_F(VireoViewGLTest, AnswersHelpAndVersionWithoutADisplay)
+{
+    m_Environment.remove("DISPLAY");
+    const Outcome help = run({"--help"});
+    EXPECT_EQ(help.exitStatus, 0);
+    EXPECT_THAT(help.output, StartsWith("Usage: "));
+    EXPECT_THAT(help.errors, IsEmpty());
+    const Outcome version = run({"--version"});
+    EXPECT_EQ(version.exitStatus, 0);
+    EXPECT_THAT(version.output, StartsWith("vireo-view "));
+}
+
+TEST_F(VireoViewGLTest, EndsWithStatus2IfTheCommandLineIsWrong)
+{
+    const Outcome outcome = run({"--up", "w"});
+    EXPECT_EQ(outcome.exitStatus, 2);
+    EXPECT_EQ(outcome.errors, "vireo-view: --up is x, y or z, not 'w' (see vireo-view --help)\n");
+}
+
+TEST_F(VireoViewGLTest, SavesAPictureOfEverySectionThatShowsAllOfIt)
+{
+    write("cloud.xyz", "5e8 0 0\n5e8 1000 0\n500002000 0 0\n500002000 1000 0\n");
+    write("graph.csv", "x,y\n0,1e-12\n1,3e-12\n2,2e-12\n");
+    write("curve.txt", "0 0 0\n1 1 1\n2 0 2\n");
+    const Outcome outcome = run({"cloud.xyz", "graph.csv", "curve.txt", "--pictures", "pictures"});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_THAT(outcome.errors, IsEmpty());
+    ASSERT_THAT(pictures(), ElementsAre("01-cloud.xyz-4-points.png", "02-graph.csv-y-over-x.png", "03-curve.txt-curve-x-y-z.png"));
+    for (const std::string& name : pictures()) {
+        const QImage shown = picture(name.c_str());
+        const QRect area = drawnArea(shown);
+        EXPECT_GT(area.width(), shown.height() / 4) << name;
+        EXPECT_TRUE(shown.rect().adjusted(1, 1, -1, -1).contains(area)) << name;
+    }
+}
+
+TEST_F(VireoViewGLTest, ShowsTheOtherFilesIfOneIsBad)
+{
+    write("good.csv", "1\n2\n");
+    write("empty.ply", "");
+    write("bad.csv", "1\nx\n");
+    const Outcome outcome = run({"missing.ply", "good.csv", "empty.ply", "bad.csv", ".", "--pictures", "pictures"});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.errors, "vireo-view: missing.ply: no such file\n"
+                              "vireo-view: empty.ply: is empty\n"
+                              "vireo-view: bad.csv:2: 'x' is not a number\n"
+                              "vireo-view: .: is a directory\n");
+    EXPECT_THAT(pictures(), ElementsAre("01-good.csv-column-1-over-row.png"));
+}
+
+TEST_F(VireoViewGLTest, TellsFilesOfTheSameNameApart)
+{
+    std::filesystem::create_directory(directory() / "other");
+    write("a.csv", "1\n2\n");
+    write("other/a.csv", "1\n2\n");
+    EXPECT_EQ(run({"a.csv", "other/a.csv", "a.csv", "--pictures", "pictures"}).exitStatus, 0);
+    EXPECT_THAT(pictures(),
+        ElementsAre("01-a.csv-column-1-over-row.png", "02-other-a.csv-column-1-over-row.png",
+            "03-a.csv-column-1-over-row.png"));
+}
+
+TEST_F(VireoViewGLTest, EndsAtOnceIfThereIsNothingToShow)
+{
+    const Outcome outcome = run({"missing.ply"});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.errors, "vireo-view: missing.ply: no such file\n");
+}
+
+TEST_F(VireoViewGLTest, SaysWhereItLookedForItsExampleData)
+{
+    const Outcome outcome = run({"--data", "nowhere"});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_THAT(outcome.errors, StartsWith("vireo-view: nowhere: no example data: building.ply is not there"));
+}
+
+TEST_F(VireoViewGLTest, SaysThatPicturesCannotBeSaved)
+{
+    write("a.csv", "1\n2\n");
+    const Outcome outcome = run({"a.csv", "--pictures", "a.csv/pictures"});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.errors, "vireo-view: a.csv/pictures: the directory cannot be made\n");
+}
+
+} // namespace
+} // namespace vireo_view
