@@ -110,6 +110,8 @@ const MetaClass* GLTextureSettings::getInstanceClass() const
     return getClass();
 }
 
+void GLTextureSettings::initMetaClass() {}
+
 void GLTextureSettings::init(const MetaClass* parent)
 {
     getClass();

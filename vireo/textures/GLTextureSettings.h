@@ -54,6 +54,7 @@ public:
 
     // The class record, made by the first call; not to be asked for after shutdown.
     static const MetaClass* getClass();
+    static void initMetaClass();
     static void init(const MetaClass* parent);
     static void shutdown();
 

@@ -247,5 +247,12 @@ TEST_F(GLTextureSettingsClassTest, StaysAsItIsWhenTheTextIsWrong)
     EXPECT_THAT(valuesOf(settings), ElementsAre(11, 12, 13, 14, 15, 16));
 }
 
+TEST(GLTextureSettingsClassTest, HasAnInitMetaClassThatDoesNothing)
+{
+    const MetaClass* const record = GLTextureSettings::getClass();
+    GLTextureSettings::initMetaClass();
+    EXPECT_EQ(GLTextureSettings::getClass(), record);
+}
+
 } // namespace
 } // namespace tavo
