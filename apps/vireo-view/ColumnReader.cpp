@@ -114,7 +114,8 @@ public:
     Columns takeColumns()
     {
         for (std::size_t i = m_Columns.getNumColumns(); i-- > 0;)
-            if (std::all_of(m_Columns.values[i].begin(), m_Columns.values[i].end(), [](double v) { return std::isnan(v); }))
+            if (std::all_of(
+                    m_Columns.values[i].begin(), m_Columns.values[i].end(), [](double v) { return std::isnan(v); }))
                 dropColumn(i);
         return std::move(m_Columns);
     }

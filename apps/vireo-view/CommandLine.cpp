@@ -10,17 +10,20 @@ namespace vireo_view {
 
 namespace {
 
-const QString DESCRIPTION = QStringLiteral(
-    "Shows point clouds and curves.\n"
-    "\n"
-    "PLY, OFF and XYZ files become point clouds, texts with columns of numbers (CSV or separated by blanks) curves: one\n"
-    "column a series, two a graph, three a curve in space, more the graphs of the others over the first. Without a file,\n"
-    "two scans and curves computed from them are shown.\n"
-    "\n"
-    "In a view, the left button turns, the right button and the wheel move nearer and farther, the middle button shifts,\n"
-    "and Home goes back.\n"
-    "\n"
-    "The exit status is 0, or 1 if something could not be shown, or 2 if the command line is wrong.");
+const QString DESCRIPTION =
+    QStringLiteral("Shows point clouds and curves.\n"
+                   "\n"
+                   "PLY, OFF and XYZ files become point clouds, texts with columns of numbers (CSV or separated by "
+                   "blanks) curves: one\n"
+                   "column a series, two a graph, three a curve in space, more the graphs of the others over the "
+                   "first. Without a file,\n"
+                   "two scans and curves computed from them are shown.\n"
+                   "\n"
+                   "In a view, the left button turns, the right button and the wheel move nearer and farther, the "
+                   "middle button shifts,\n"
+                   "and Home goes back.\n"
+                   "\n"
+                   "The exit status is 0, or 1 if something could not be shown, or 2 if the command line is wrong.");
 
 const QString DATA_DIRECTORY_VARIABLE = QStringLiteral("VIREO_VIEW_DATA");
 
@@ -110,7 +113,9 @@ private:
     QCommandLineParser m_Parser;
     QCommandLineOption m_Columns{
         "columns", "How columns of numbers are shown: auto, series, 2d, 3d or cloud.", "kind", "auto"};
-    QCommandLineOption m_Up{"up", "The axis of clouds that is turned upwards: x, y or z. The longer side of the rest faces the viewer.", "axis", "y"};
+    QCommandLineOption m_Up{"up",
+        "The axis of clouds that is turned upwards: x, y or z. The longer side of the rest faces the viewer.", "axis",
+        "y"};
     QCommandLineOption m_Curves{"curves", "Show the height histogram and the silhouette of every cloud, too."};
     QCommandLineOption m_Data{"data",
         "Where the scans are that are shown without a file: CGAL's data.tar.gz (from Debian's libcgal-demo), unpacked. "

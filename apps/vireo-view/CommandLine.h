@@ -14,7 +14,7 @@ namespace vireo_view {
 struct Options
 {
     QStringList files;
-    QString dataDirectory; // where the example data are looked for
+    QString dataDirectory;     // where the example data are looked for
     QString picturesDirectory; // empty: a window is shown instead
     LoadOptions load;
 };

@@ -16,9 +16,8 @@ fs::path findIn(const fs::path& directory, const fs::path& file)
         if (fs::exists(candidate, error))
             return candidate;
     }
-    throw InputError(directory,
-        "no example data: " + file.string() +
-            " is not there (see --data in the help), and no file to show was named instead");
+    throw InputError(directory, "no example data: " + file.string() +
+                                    " is not there (see --data in the help), and no file to show was named instead");
 }
 
 } // namespace

@@ -14,8 +14,8 @@ struct InputFile
     Axis up;
 };
 
-// What is shown when no file is named: two scans from the data that come with CGAL. The directory is the unpacked archive,
-// or one that has it or the files themselves in it. Throws InputError if a file is not there.
+// What is shown when no file is named: two scans from the data that come with CGAL. The directory is the unpacked
+// archive, or one that has it or the files themselves in it. Throws InputError if a file is not there.
 std::vector<InputFile> findExampleData(const std::filesystem::path& directory);
 
 } // namespace vireo_view

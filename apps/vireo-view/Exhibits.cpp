@@ -199,7 +199,8 @@ private:
     void addCloud(const Points3& points)
     {
         Points3 cloud;
-        std::copy_if(points.begin(), points.end(), std::back_inserter(cloud), [](const Point3& p) { return isFinite(p); });
+        std::copy_if(
+            points.begin(), points.end(), std::back_inserter(cloud), [](const Point3& p) { return isFinite(p); });
         if (cloud.empty())
             throw InputError(m_File, "has no points with finite coordinates");
         if (cloud.size() > std::numeric_limits<unsigned int>::max())
@@ -225,17 +226,10 @@ private:
     void addColumns(const Columns& columns)
     {
         switch (effectiveColumnsAs(columns)) {
-        case ColumnsAs::SERIES:
-            return addSeries(columns);
-        case ColumnsAs::PLANE:
-            requireColumns(columns, 2, "graph");
-            return addPlane(columns);
-        case ColumnsAs::SPACE:
-            requireColumns(columns, 3, "curve in space");
-            return addCurve(firstThree(columns));
-        default:
-            requireColumns(columns, 3, "cloud");
-            return addCloud(firstThree(columns));
+        case ColumnsAs::SERIES: return addSeries(columns);
+        case ColumnsAs::PLANE: requireColumns(columns, 2, "graph"); return addPlane(columns);
+        case ColumnsAs::SPACE: requireColumns(columns, 3, "curve in space"); return addCurve(firstThree(columns));
+        default: requireColumns(columns, 3, "cloud"); return addCloud(firstThree(columns));
         }
     }
 
@@ -251,9 +245,8 @@ private:
     void requireColumns(const Columns& columns, std::size_t number, const std::string& what) const
     {
         if (columns.getNumColumns() < number)
-            throw InputError(m_File,
-                "has " + std::to_string(columns.getNumColumns()) + " column(s) of numbers, and a " + what + " needs " +
-                    std::to_string(number));
+            throw InputError(m_File, "has " + std::to_string(columns.getNumColumns()) +
+                                         " column(s) of numbers, and a " + what + " needs " + std::to_string(number));
     }
 
     static std::string columnName(const Columns& columns, std::size_t i)
@@ -297,8 +290,8 @@ private:
     {
         const Span x = spanOf(curves, 0);
         checkNotEmpty(x);
-        m_Exhibits.emplace_back(makeCurves<2>(m_Name + " - " + legend(curves) + " " + rangeText(spanOf(curves, 1)) +
-                                                  " over " + over + " " + rangeText(x),
+        m_Exhibits.emplace_back(makeCurves<2>(
+            m_Name + " - " + legend(curves) + " " + rangeText(spanOf(curves, 1)) + " over " + over + " " + rangeText(x),
             curves));
     }
 

@@ -13,12 +13,13 @@
 namespace vireo_view {
 
 // How a table of numbers is shown.
-enum class ColumnsAs {
+enum class ColumnsAs
+{
     AUTOMATIC, // one column as a series, three as a curve in space, any other number as graphs of the plane
-    SERIES, // every column as a graph over its index
-    PLANE, // the first column is x, and every other one the y of a graph
-    SPACE, // the first three are a curve's x, y and z
-    CLOUD, // the first three are the x, y and z of points
+    SERIES,    // every column as a graph over its index
+    PLANE,     // the first column is x, and every other one the y of a graph
+    SPACE,     // the first three are a curve's x, y and z
+    CLOUD,     // the first three are the x, y and z of points
 };
 
 using Colour = tavo::StaticVector<unsigned char, 4>;
@@ -46,7 +47,7 @@ const std::string& nameOf(const Exhibit& exhibit);
 struct LoadOptions
 {
     ColumnsAs columnsAs = ColumnsAs::AUTOMATIC;
-    Axis up = Axis::Y; // of clouds, which are turned: this axis upwards, the longer of the others to the right
+    Axis up = Axis::Y;       // of clouds, which are turned: this axis upwards, the longer of the others to the right
     bool withCurves = false; // show curves computed from clouds, too
 };
 

@@ -4,15 +4,17 @@
 
 namespace vireo_view {
 
-enum class FileFormat {
+enum class FileFormat
+{
     PLY,
     OFF,
     XYZ,
     COLUMNS, // text with columns of numbers
 };
 
-// Tells the format of a file: PLY and OFF by how it begins, XYZ by the extension (.xyz or .pwn), and columns if it can be
-// text. Throws InputError if it cannot, if the extension says PLY or OFF and the file does not, and as InputBuffer does.
+// Tells the format of a file: PLY and OFF by how it begins, XYZ by the extension (.xyz or .pwn), and columns if it can
+// be text. Throws InputError if it cannot, if the extension says PLY or OFF and the file does not, and as InputBuffer
+// does.
 FileFormat detectFormat(const std::filesystem::path& file);
 
 } // namespace vireo_view

@@ -13,13 +13,17 @@ namespace vireo_view {
 // Told, while a file is being read, which part of it has been: from 0 to 1. False stops the reading.
 using Progress = std::function<bool(double part)>;
 
-// The bytes of a file, for a std::istream. They are handed out a line at a time, so that a reader's place in the file is
-// known whatever library reads: when it stops in a line, that is the line getLineNumber() tells.
+// The bytes of a file, for a std::istream. They are handed out a line at a time, so that a reader's place in the file
+// is known whatever library reads: when it stops in a line, that is the line getLineNumber() tells.
 class InputBuffer : public std::streambuf
 {
 public:
     // UNIVERSAL makes CR LF and CR into LF and leaves a UTF-8 byte order mark out.
-    enum class LineEnds { AS_THEY_ARE, UNIVERSAL };
+    enum class LineEnds
+    {
+        AS_THEY_ARE,
+        UNIVERSAL
+    };
 
     // Throws InputError unless the file is a regular one that can be read and holds something.
     InputBuffer(const std::filesystem::path& file, LineEnds lineEnds, Progress progress);

@@ -10,12 +10,16 @@ class QProgressDialog;
 
 namespace vireo_view {
 
-// Tells the person that a file takes long to load: with a window that does not block the others and has a button to cancel,
-// or with lines on the standard error stream. Short work shows nothing. The application stays alive meanwhile.
+// Tells the person that a file takes long to load: with a window that does not block the others and has a button to
+// cancel, or with lines on the standard error stream. Short work shows nothing. The application stays alive meanwhile.
 class LoadingProgress
 {
 public:
-    enum class Way { WINDOW, LINES };
+    enum class Way
+    {
+        WINDOW,
+        LINES
+    };
 
     LoadingProgress(Way way, std::string fileName);
     ~LoadingProgress();

@@ -20,9 +20,9 @@ struct Type
     unsigned int size;
 };
 
-constexpr std::array<Type, 8> TYPES = {{{"char", "int8", 1}, {"uchar", "uint8", 1}, {"short", "int16", 2},
-    {"ushort", "uint16", 2}, {"int", "int32", 4}, {"uint", "uint32", 4}, {"float", "float32", 4},
-    {"double", "float64", 8}}};
+constexpr std::array<Type, 8> TYPES = {
+    {{"char", "int8", 1}, {"uchar", "uint8", 1}, {"short", "int16", 2}, {"ushort", "uint16", 2}, {"int", "int32", 4},
+        {"uint", "uint32", 4}, {"float", "float32", 4}, {"double", "float64", 8}}};
 
 struct Property
 {
@@ -53,7 +53,8 @@ public:
     {
         expectLine("ply");
         parseFormat();
-        while (parseLine()) {}
+        while (parseLine()) {
+        }
     }
 
     bool isBinary() const { return m_IsBinary; }

@@ -16,8 +16,8 @@ struct PlyHeader
 };
 
 // Reads the header from the buffer's beginning and checks what the reader of the points takes for granted: that the
-// header is well-formed, that there are points with the numbers x, y and z, that nothing before their end has a size of its
-// own, and that the file is large enough for them. Throws InputError if not.
+// header is well-formed, that there are points with the numbers x, y and z, that nothing before their end has a size of
+// its own, and that the file is large enough for them. Throws InputError if not.
 PlyHeader readPlyHeader(InputBuffer& input);
 
 } // namespace vireo_view

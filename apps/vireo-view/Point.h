@@ -16,7 +16,12 @@ using Point3 = tavo::StaticVector<double, 3>;
 using Points2 = std::vector<Point2>;
 using Points3 = std::vector<Point3>;
 
-enum class Axis { X, Y, Z };
+enum class Axis
+{
+    X,
+    Y,
+    Z
+};
 
 template <unsigned int N>
 bool isFinite(const tavo::StaticVector<double, N>& point)

@@ -100,9 +100,8 @@ private:
     input.checkEnd();
     const std::size_t line = input.getLineNumber();
     if (input.isAtEnd())
-        throw InputError(input.getFile(),
-            "ends after " + std::to_string(numRead) + " of the " + std::to_string(numPromised) +
-                " points that it promises");
+        throw InputError(input.getFile(), "ends after " + std::to_string(numRead) + " of the " +
+                                              std::to_string(numPromised) + " points that it promises");
     throw InputError(input.getFile(), line, "not the numbers of a point");
 }
 
@@ -197,12 +196,9 @@ Points3 readOff(InputBuffer& input)
 Points3 readPoints(InputBuffer& input, FileFormat format)
 {
     switch (format) {
-    case FileFormat::PLY:
-        return readPly(input);
-    case FileFormat::OFF:
-        return readOff(input);
-    default:
-        return readXyz(input);
+    case FileFormat::PLY: return readPly(input);
+    case FileFormat::OFF: return readOff(input);
+    default: return readXyz(input);
     }
 }
 

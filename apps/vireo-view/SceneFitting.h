@@ -15,7 +15,8 @@ namespace vireo_view {
 using FittedPoints2 = std::vector<tavo::StaticVector<float, 2>>;
 using FittedPoints3 = std::vector<tavo::StaticVector<float, 3>>;
 
-// In space proportions are kept: the centre of the points' box comes to the origin, and its largest extent becomes this.
+// In space proportions are kept: the centre of the points' box comes to the origin, and its largest extent becomes
+// this.
 constexpr double FITTED_EXTENT = 1.0;
 
 FittedPoints3 fitPoints(const Points3& points);

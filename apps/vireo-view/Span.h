@@ -5,8 +5,8 @@
 
 namespace vireo_view {
 
-// From the smallest to the largest of some finite coordinates. It is kept in halves, since the extent of all doubles is no
-// double.
+// From the smallest to the largest of some finite coordinates. It is kept in halves, since the extent of all doubles is
+// no double.
 class Span
 {
 public:
@@ -22,10 +22,7 @@ public:
     double getHalfExtent() const { return m_HalfMax - m_HalfMin; }
 
     // Where a value lies between the smallest, 0, and the largest, 1; in the middle if they are the same.
-    double partAt(double value) const
-    {
-        return getHalfExtent() > 0 ? (value / 2 - m_HalfMin) / getHalfExtent() : 0.5;
-    }
+    double partAt(double value) const { return getHalfExtent() > 0 ? (value / 2 - m_HalfMin) / getHalfExtent() : 0.5; }
 
     double valueAt(double part) const { return 2 * (m_HalfMin + part * getHalfExtent()); }
 

@@ -15,9 +15,9 @@ class Viewer
 public:
     explicit Viewer(const Options& options);
 
-    // Needs a QApplication and the registered displayers. Returns the program's exit status, with pictures at once, else when
-    // the person has closed the window. What cannot be shown is reported in a line on the standard error stream and in the
-    // debug window's log; the rest is shown.
+    // Needs a QApplication and the registered displayers. Returns the program's exit status, with pictures at once,
+    // else when the person has closed the window. What cannot be shown is reported in a line on the standard error
+    // stream and in the debug window's log; the rest is shown.
     int run();
 
 private:

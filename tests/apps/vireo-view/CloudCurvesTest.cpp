@@ -30,8 +30,8 @@ TEST(CloudCurvesTest, CountsAllPointsOfAFlatCloudAtItsHeight)
 {
     EXPECT_THAT(heightHistogram(sixteenPoints(), Axis::Y),
         ElementsAre(Point2(0, 0), Point2(0, 16), Point2(0, 16), Point2(0, 0)));
-    EXPECT_THAT(heightHistogram({{1, 2, 3}}, Axis::Z),
-        ElementsAre(Point2(3, 0), Point2(3, 1), Point2(3, 1), Point2(3, 0)));
+    EXPECT_THAT(
+        heightHistogram({{1, 2, 3}}, Axis::Z), ElementsAre(Point2(3, 0), Point2(3, 1), Point2(3, 1), Point2(3, 0)));
 }
 
 TEST(CloudCurvesTest, CountsPointsInAnExtentThatIsNoDouble)

@@ -41,14 +41,16 @@ TEST_F(ColumnReaderTest, ReadsColumnsSeparatedByWhateverTheFirstLineHas)
 
 TEST_F(ColumnReaderTest, ReadsAllKindsOfLineEnds)
 {
-    for (const auto* contents : {"1,2\r\n3,4\r\n", "1,2\r3,4\r", "1,2\n3,4", "\xEF\xBB\xBF" "1,2\r\n3,4"})
+    for (const auto* contents : {"1,2\r\n3,4\r\n", "1,2\r3,4\r", "1,2\n3,4",
+             "\xEF\xBB\xBF"
+             "1,2\r\n3,4"})
         EXPECT_THAT(read(contents).values, ElementsAre(ElementsAre(1, 3), ElementsAre(2, 4))) << contents;
 }
 
 TEST_F(ColumnReaderTest, LeavesOutCommentsAndEmptyLines)
 {
-    EXPECT_THAT(read("# made by hand\n\n1 2 # first\n   \n#\n3 4\n").values,
-        ElementsAre(ElementsAre(1, 3), ElementsAre(2, 4)));
+    EXPECT_THAT(
+        read("# made by hand\n\n1 2 # first\n   \n#\n3 4\n").values, ElementsAre(ElementsAre(1, 3), ElementsAre(2, 4)));
 }
 
 TEST_F(ColumnReaderTest, TakesAFirstLineWithoutNumbersForTheHeader)

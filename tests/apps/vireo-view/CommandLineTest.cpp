@@ -65,8 +65,8 @@ TEST(CommandLineTest, SaysInOneLineWhatIsWrong)
     EXPECT_EQ(misuseOf({"--columns", "4d"}),
         "vireo-view: --columns is auto, series, 2d, 3d or cloud, not '4d' (see vireo-view --help)\n");
     EXPECT_EQ(misuseOf({"--up", "w"}), "vireo-view: --up is x, y or z, not 'w' (see vireo-view --help)\n");
-    EXPECT_EQ(misuseOf({"--pictures="}),
-        "vireo-view: --pictures needs the name of a directory (see vireo-view --help)\n");
+    EXPECT_EQ(
+        misuseOf({"--pictures="}), "vireo-view: --pictures needs the name of a directory (see vireo-view --help)\n");
     EXPECT_EQ(misuseOf({"--wrong"}), "vireo-view: Unknown option 'wrong'. (see vireo-view --help)\n");
 }
 

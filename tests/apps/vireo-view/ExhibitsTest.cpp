@@ -97,7 +97,8 @@ TEST_F(ExhibitsTest, LeavesOutPointsThatAreNotFinite)
                                     "property float y\nproperty float z\nend_header\n";
     const std::string_view origin("\0\0\0\0\0\0\0\0\0\0\0\0", 12);
     const std::string_view infinite("\0\0\x80\x7F\0\0\0\0\0\0\0\0", 12);
-    const auto cloud = loadOne<CloudExhibit>("a.ply", std::string(header) + std::string(origin) + std::string(infinite));
+    const auto cloud =
+        loadOne<CloudExhibit>("a.ply", std::string(header) + std::string(origin) + std::string(infinite));
     EXPECT_EQ(cloud.name, "a.ply - 1 points (1 without finite coordinates left out)");
     EXPECT_THAT(positions(cloud), ElementsAre(Vector3f(0, 0, 0)));
     EXPECT_EQ(errorLoading("a.ply", std::string(header) + std::string(infinite) + std::string(infinite)),
@@ -174,7 +175,8 @@ TEST_F(ExhibitsTest, SaysWhenThereAreTooFewColumnsForWhatIsAskedFor)
     options.columnsAs = ColumnsAs::PLANE;
     EXPECT_EQ(errorLoading("a.csv", "1\n", options), "a.csv: has 1 column(s) of numbers, and a graph needs 2");
     options.columnsAs = ColumnsAs::SPACE;
-    EXPECT_EQ(errorLoading("a.csv", "1,2\n", options), "a.csv: has 2 column(s) of numbers, and a curve in space needs 3");
+    EXPECT_EQ(
+        errorLoading("a.csv", "1,2\n", options), "a.csv: has 2 column(s) of numbers, and a curve in space needs 3");
     options.columnsAs = ColumnsAs::CLOUD;
     EXPECT_EQ(errorLoading("a.csv", "1,2\n", options), "a.csv: has 2 column(s) of numbers, and a cloud needs 3");
 }
@@ -183,8 +185,8 @@ TEST_F(ExhibitsTest, LeavesAGapInTheGraphWhereAValueIsMissing)
 {
     const auto graph = loadOne<CurvesExhibit<2>>("a.csv", "0,1\n1,2\n2,\n3,1\n4,3\n");
     EXPECT_EQ(graph.name, "a.csv - column 2 (1 to 3) over column 1 (0 to 4)");
-    EXPECT_THAT(graph.curves,
-        ElementsAre(ElementsAre(Vector2f(-0.8, -0.5), Vector2f(-0.4, 0)), ElementsAre(Vector2f(0.4, -0.5), Vector2f(0.8, 0.5))));
+    EXPECT_THAT(graph.curves, ElementsAre(ElementsAre(Vector2f(-0.8, -0.5), Vector2f(-0.4, 0)),
+                                  ElementsAre(Vector2f(0.4, -0.5), Vector2f(0.8, 0.5))));
     EXPECT_THAT(graph.colours, ElementsAre(YELLOW, YELLOW));
 }
 

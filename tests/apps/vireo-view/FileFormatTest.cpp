@@ -55,7 +55,11 @@ TEST_F(FileFormatTest, TurnsAwayWhatIsNotWhatItsExtensionSays)
 
 TEST_F(FileFormatTest, TurnsAwayBinaryFilesItDoesNotKnow)
 {
-    EXPECT_EQ(messageOf<InputError>([&] { formatOf("a.xyz", std::string_view("\x7F" "ELF\0\0", 6)); }),
+    EXPECT_EQ(messageOf<InputError>([&] {
+        formatOf("a.xyz", std::string_view("\x7F"
+                                           "ELF\0\0",
+                              6));
+    }),
         "a.xyz: is of no known format: neither PLY nor OFF nor text");
 }
 

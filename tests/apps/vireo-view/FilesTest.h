@@ -38,7 +38,8 @@ protected:
         return {};
     }
 
-    // Selects a locale with decimal commas for the rest of the test, and makes one if there is none. False if it cannot.
+    // Selects a locale with decimal commas for the rest of the test, and makes one if there is none. False if it
+    // cannot.
     bool useDecimalComma() const
     {
         const char* const locale = "de_DE.UTF-8";

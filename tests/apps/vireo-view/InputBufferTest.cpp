@@ -44,7 +44,10 @@ TEST_F(InputBufferTest, MakesLineEndsUniversal)
 
 TEST_F(InputBufferTest, LeavesAByteOrderMarkOutOfTexts)
 {
-    EXPECT_EQ(read(write("a", "\xEF\xBB\xBF" "1 2"), LineEnds::UNIVERSAL), "1 2");
+    EXPECT_EQ(read(write("a", "\xEF\xBB\xBF"
+                              "1 2"),
+                  LineEnds::UNIVERSAL),
+        "1 2");
     EXPECT_EQ(read(write("b", "\xEF\xBB\xBF"), LineEnds::UNIVERSAL), "");
     EXPECT_EQ(read(write("c", "1\xEF\xBB\xBF"), LineEnds::UNIVERSAL), "1\xEF\xBB\xBF");
 }
@@ -120,7 +123,8 @@ TEST_F(InputBufferTest, ReportsProgressUpToTheWhole)
         parts.push_back(part);
         return true;
     });
-    while (buffer.sbumpc() != EOF) {}
+    while (buffer.sbumpc() != EOF) {
+    }
     ASSERT_GE(parts.size(), 3u);
     EXPECT_TRUE(std::is_sorted(parts.begin(), parts.end()));
     EXPECT_GT(parts.front(), 0.0);

@@ -50,8 +50,8 @@ protected:
 
 TEST_F(PointFileReaderTest, ReadsAsciiPly)
 {
-    EXPECT_THAT(read("a.ply", plyHeader("2") + "1 2 3\n-4.5 5e2 .6\n"),
-        ElementsAre(Point3(1, 2, 3), Point3(-4.5f, 500, 0.6f)));
+    EXPECT_THAT(
+        read("a.ply", plyHeader("2") + "1 2 3\n-4.5 5e2 .6\n"), ElementsAre(Point3(1, 2, 3), Point3(-4.5f, 500, 0.6f)));
 }
 
 TEST_F(PointFileReaderTest, ReadsAPlyWhoseLastNumberEndsTheFile)
@@ -71,7 +71,8 @@ TEST_F(PointFileReaderTest, ReadsDoublesWithAllTheirDigits)
 
 TEST_F(PointFileReaderTest, ReadsBinaryPlyOfBothByteOrders)
 {
-    EXPECT_THAT(read("a.ply", plyHeader("2", COORDINATES, "binary_little_endian") + littleEndian(1.f, 2.f, 3.f, 4.f, 5.f, 6.f)),
+    EXPECT_THAT(
+        read("a.ply", plyHeader("2", COORDINATES, "binary_little_endian") + littleEndian(1.f, 2.f, 3.f, 4.f, 5.f, 6.f)),
         ElementsAre(Point3(1, 2, 3), Point3(4, 5, 6)));
     const std::string_view bigEndian("\x3F\x80\0\0\x40\0\0\0\x40\x40\0\0", 12);
     EXPECT_THAT(read("b.ply", plyHeader("1", COORDINATES, "binary_big_endian") + std::string(bigEndian)),
@@ -90,16 +91,15 @@ TEST_F(PointFileReaderTest, LeavesOutTheOtherPropertiesOfPlyPoints)
     const std::string properties = "property uchar red\nproperty float z\nproperty float nx\nproperty float y\n"
                                    "property float x\nproperty int label\n";
     EXPECT_THAT(read("a.ply", plyHeader("1", properties) + "255 3 0.5 2 1 7\n"), ElementsAre(Point3(1, 2, 3)));
-    EXPECT_THAT(read("b.ply",
-                    plyHeader("1", properties, "binary_little_endian") +
-                        littleEndian(std::uint8_t(255), 3.f, 0.5f, 2.f, 1.f, 7)),
+    EXPECT_THAT(read("b.ply", plyHeader("1", properties, "binary_little_endian") +
+                                  littleEndian(std::uint8_t(255), 3.f, 0.5f, 2.f, 1.f, 7)),
         ElementsAre(Point3(1, 2, 3)));
 }
 
 TEST_F(PointFileReaderTest, ReadsPlyCoordinatesOfEveryType)
 {
-    for (const std::string type : {"char", "uchar", "short", "ushort", "int", "uint", "float", "double", "int8", "uint8",
-             "int16", "uint16", "int32", "uint32", "float32", "float64"}) {
+    for (const std::string type : {"char", "uchar", "short", "ushort", "int", "uint", "float", "double", "int8",
+             "uint8", "int16", "uint16", "int32", "uint32", "float32", "float64"}) {
         const std::string properties = "property " + type + " x\nproperty " + type + " y\nproperty " + type + " z\n";
         EXPECT_THAT(read("a.ply", plyHeader("1", properties) + "1 2 100\n"), ElementsAre(Point3(1, 2, 100))) << type;
     }
@@ -143,10 +143,12 @@ TEST_F(PointFileReaderTest, TurnsAwayAPlyThatIsTooShortForItsPromise)
         "a.ply: is too short for the 4000000000 items of 'vertex' that it promises");
     EXPECT_EQ(errorReading("a.ply", plyHeader("18446744073709551615") + "1 2 3\n"),
         "a.ply: is too short for the 18446744073709551615 items of 'vertex' that it promises");
-    const std::string binary = plyHeader("2", COORDINATES, "binary_little_endian") + littleEndian(1.f, 2.f, 3.f, 4.f, 5.f);
+    const std::string binary =
+        plyHeader("2", COORDINATES, "binary_little_endian") + littleEndian(1.f, 2.f, 3.f, 4.f, 5.f);
     EXPECT_EQ(errorReading("a.ply", binary), "a.ply: is too short for the 2 items of 'vertex' that it promises");
-    EXPECT_EQ(errorReading("a.ply", "ply\nformat ascii 1.0\nelement camera 4000000000\nproperty int f\nelement vertex 1\n" +
-                                        COORDINATES + "end_header\n1 2 3\n"),
+    EXPECT_EQ(
+        errorReading("a.ply", "ply\nformat ascii 1.0\nelement camera 4000000000\nproperty int f\nelement vertex 1\n" +
+                                  COORDINATES + "end_header\n1 2 3\n"),
         "a.ply: is too short for the 4000000000 items of 'camera' that it promises");
 }
 
@@ -154,21 +156,22 @@ TEST_F(PointFileReaderTest, TellsWhereAnAsciiPlyEndsOrIsWrong)
 {
     EXPECT_EQ(errorReading("a.ply", plyHeader("3") + "1.25 2.25 3.25\n4.25 5.25 6.25\n7.25\n"),
         "a.ply: ends after 2 of the 3 points that it promises");
-    EXPECT_EQ(errorReading("a.ply", plyHeader("3") + "1 2 3\n4 five 6\n7 8 9\n"),
-        "a.ply:9: not the numbers of a point");
+    EXPECT_EQ(
+        errorReading("a.ply", plyHeader("3") + "1 2 3\n4 five 6\n7 8 9\n"), "a.ply:9: not the numbers of a point");
     EXPECT_EQ(errorReading("a.ply", plyHeader("2") + "1 2 3\nnan nan nan\n"), "a.ply:9: not the numbers of a point");
 }
 
 TEST_F(PointFileReaderTest, NamesTheLineThatSpoilsAPlyHeader)
 {
-    EXPECT_EQ(errorReading("a.ply", "ply\nelement vertex 1\n"),
-        "a.ply:2: expected the format, such as 'format ascii 1.0'");
+    EXPECT_EQ(
+        errorReading("a.ply", "ply\nelement vertex 1\n"), "a.ply:2: expected the format, such as 'format ascii 1.0'");
     EXPECT_EQ(errorReading("a.ply", "ply\nformat gzip 1.0\n"), "a.ply:2: unknown format 'gzip'");
     EXPECT_EQ(errorReading("a.ply", "ply\nformat ascii 1.0\nproperty float x\n"),
         "a.ply:3: property 'x' belongs to no element");
     EXPECT_EQ(errorReading("a.ply", plyHeader("1", "property half x\n")), "a.ply:4: unknown type 'half'");
     EXPECT_EQ(errorReading("a.ply", plyHeader("1", "property list half int x\n")), "a.ply:4: unknown type 'half'");
-    EXPECT_EQ(errorReading("a.ply", plyHeader("1", "property float\n")), "a.ply:4: expected a property's type and name");
+    EXPECT_EQ(
+        errorReading("a.ply", plyHeader("1", "property float\n")), "a.ply:4: expected a property's type and name");
     EXPECT_EQ(errorReading("a.ply", plyHeader("1", "\n")), "a.ply:4: unknown keyword ''");
     for (const std::string count : {"-1", "many", "1.5", "", "18446744073709551616"})
         EXPECT_EQ(errorReading("a.ply", plyHeader(count)), "a.ply:3: expected an element's name and count") << count;
@@ -214,7 +217,8 @@ TEST_F(PointFileReaderTest, ReadsOffOfEveryKind)
     const auto twoPoints = ElementsAre(Point3(1, 2, 3), Point3(4, 5, 6));
     EXPECT_THAT(read("a.off", "OFF\n2 0 0\n1 2 3\n4 5 6\n"), twoPoints);
     EXPECT_THAT(read("a.off", "OFF 2 0 0\n1 2 3\n4 5 6"), twoPoints);
-    EXPECT_THAT(read("a.off", "# first\nOFF\r\n# second\r\n2 1 0\r\n\r\n1 2 3\r\n4 5 6 # third\r\n3 0 1 0\r\n"), twoPoints);
+    EXPECT_THAT(
+        read("a.off", "# first\nOFF\r\n# second\r\n2 1 0\r\n\r\n1 2 3\r\n4 5 6 # third\r\n3 0 1 0\r\n"), twoPoints);
     EXPECT_THAT(read("a.off", "COFF\n2 0 0\n1 2 3 255 0 0 255\n4 5 6 0 0 255 255\n"), twoPoints);
     EXPECT_THAT(read("a.off", "NOFF\n2 0 0\n1 2 3 0 0 1\n4 5 6 0 1 0\n"), twoPoints);
     EXPECT_THAT(read("a.off", "4OFF\n2 0 0\n2 4 6 2\n4 5 6 1\n"), twoPoints);
@@ -236,7 +240,8 @@ TEST_F(PointFileReaderTest, TellsWhereAnOffEndsOrIsWrong)
     EXPECT_EQ(errorReading("a.off", "OFF\n4000000000 0 0\n1 2 3\n"), "a.off:2: not the header of an OFF file");
     EXPECT_EQ(errorReading("a.off", "OFF\n3 0 0\n1.25 2.25 3.25\n4 5 6\n"),
         "a.off: ends after 2 of the 3 points that it promises");
-    EXPECT_EQ(errorReading("a.off", "OFF\n# comment\n2 0 0\n1 2 3\n4 5\n7 8 9\n"), "a.off:5: not the numbers of a point");
+    EXPECT_EQ(
+        errorReading("a.off", "OFF\n# comment\n2 0 0\n1 2 3\n4 5\n7 8 9\n"), "a.off:5: not the numbers of a point");
 }
 
 TEST_F(PointFileReaderTest, KeepsTheLibrarysMessagesFromTheUser)
@@ -275,8 +280,9 @@ TEST_F(PointFileReaderTest, SurvivesEveryTruncation)
 
 TEST_F(PointFileReaderTest, SurvivesEveryWrongByte)
 {
-    const std::string file = "ply\nformat ascii 1.0\nelement vertex 1\nproperty uchar x\nproperty uchar y\nproperty uchar z\n"
-                             "element face 1\nproperty list uint int v\nend_header\n1 2 3\n1 0\n";
+    const std::string file =
+        "ply\nformat ascii 1.0\nelement vertex 1\nproperty uchar x\nproperty uchar y\nproperty uchar z\n"
+        "element face 1\nproperty list uint int v\nend_header\n1 2 3\n1 0\n";
     for (std::size_t i = 0; i < file.size(); ++i)
         for (const char wrong : {'9', '-', ' ', '\n', '\xFF'}) {
             std::string spoiled = file;

@@ -31,8 +31,7 @@ TEST(SceneFittingTest, FitsTheLargestAndTheSmallestExtents)
 {
     EXPECT_THAT(fitPoints({{-LARGEST, 0, 0}, {LARGEST, LARGEST, 0}}),
         ElementsAre(Vector3f(-0.5, -0.25, 0), Vector3f(0.5, 0.25, 0)));
-    EXPECT_THAT(
-        fitPoints({{1e-300, 0, 0}, {3e-300, 0, 0}}), ElementsAre(Vector3f(-0.5, 0, 0), Vector3f(0.5, 0, 0)));
+    EXPECT_THAT(fitPoints({{1e-300, 0, 0}, {3e-300, 0, 0}}), ElementsAre(Vector3f(-0.5, 0, 0), Vector3f(0.5, 0, 0)));
 }
 
 TEST(SceneFittingTest, BringsPointsWithoutExtentToTheOrigin)
@@ -44,7 +43,8 @@ TEST(SceneFittingTest, BringsPointsWithoutExtentToTheOrigin)
 TEST(SceneFittingTest, FitsCurvesInSpaceTogether)
 {
     EXPECT_THAT(fitCurves(std::vector<Points3>{{{0, 0, 0}, {1, 0, 0}}, {{4, 2, 0}}}),
-        ElementsAre(ElementsAre(Vector3f(-0.5, -0.25, 0), Vector3f(-0.25, -0.25, 0)), ElementsAre(Vector3f(0.5, 0.25, 0))));
+        ElementsAre(
+            ElementsAre(Vector3f(-0.5, -0.25, 0), Vector3f(-0.25, -0.25, 0)), ElementsAre(Vector3f(0.5, 0.25, 0))));
 }
 
 TEST(SceneFittingTest, LetsCurvesInThePlaneFillTheirBox)

@@ -102,7 +102,8 @@ TEST_F(VireoViewGLTest, SavesAPictureOfEverySectionThatShowsAllOfIt)
     const Outcome outcome = run({"cloud.xyz", "graph.csv", "curve.txt", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_THAT(outcome.errors, IsEmpty());
-    ASSERT_THAT(pictures(), ElementsAre("01-cloud.xyz-4-points.png", "02-graph.csv-y-over-x.png", "03-curve.txt-curve-x-y-z.png"));
+    ASSERT_THAT(pictures(),
+        ElementsAre("01-cloud.xyz-4-points.png", "02-graph.csv-y-over-x.png", "03-curve.txt-curve-x-y-z.png"));
     for (const std::string& name : pictures()) {
         const QImage shown = picture(name.c_str());
         const QRect area = drawnArea(shown);
@@ -131,9 +132,8 @@ TEST_F(VireoViewGLTest, TellsFilesOfTheSameNameApart)
     write("a.csv", "1\n2\n");
     write("other/a.csv", "1\n2\n");
     EXPECT_EQ(run({"a.csv", "other/a.csv", "a.csv", "--pictures", "pictures"}).exitStatus, 0);
-    EXPECT_THAT(pictures(),
-        ElementsAre("01-a.csv-column-1-over-row.png", "02-other-a.csv-column-1-over-row.png",
-            "03-a.csv-column-1-over-row.png"));
+    EXPECT_THAT(pictures(), ElementsAre("01-a.csv-column-1-over-row.png", "02-other-a.csv-column-1-over-row.png",
+                                "03-a.csv-column-1-over-row.png"));
 }
 
 TEST_F(VireoViewGLTest, EndsAtOnceIfThereIsNothingToShow)
