@@ -219,8 +219,8 @@ void GLContext::onDeleteContext()
         std::rethrow_exception(failure);
 }
 
-// Leaves nothing in the tree that points to this child context, which is dying: the objects made in it live on in the root,
-// whose names they share, and its own children with its parent.
+// Leaves nothing in the tree that points to this child context, which is dying: the objects made in it live on in the
+// root, whose names they share, and its own children with its parent.
 void GLContext::bequeath(GLContext* root, GLContext* parent)
 {
     parent->m_ChildContexts.remove(this);

@@ -16,23 +16,24 @@ namespace tavo {
 
 class GLObject;
 
-// A rendering context of the window system in a share tree: a context made with a parent shares GL names with it. The root
-// of a tree holds the registry of the tree's GLObjects, knows whether a context of the tree is current, and keeps the GL
-// names that could not be deleted at once until the tree is active again.
+// A rendering context of the window system in a share tree: a context made with a parent shares GL names with it. The
+// root of a tree holds the registry of the tree's GLObjects, knows whether a context of the tree is current, and keeps
+// the GL names that could not be deleted at once until the tree is active again.
 //
-// A context owns neither the native contexts it is given nor its objects or children; any of them may die first. The tree
-// that is supported is two levels deep: a root and its children.
+// A context owns neither the native contexts it is given nor its objects or children; any of them may die first. The
+// tree that is supported is two levels deep: a root and its children.
 class VIREO_EXPORT GLContext
 {
 public:
-    // Wraps a device context and a rendering context (see tavo/platform/wgl.h for how to get at them), and optionally the
-    // widget that owns them. The first root of the process loads the GL extensions and makes the Cg context: it must be
-    // current, the constructor does not make it so.
+    // Wraps a device context and a rendering context (see tavo/platform/wgl.h for how to get at them), and optionally
+    // the widget that owns them. The first root of the process loads the GL extensions and makes the Cg context: it
+    // must be current, the constructor does not make it so.
     GLContext(HDC__* dc, HGLRC__* rc, GLContext* parent, QGLWidget* widget);
 
-    // Leaves the tree. A root tells all objects of its tree, in the order of their registration, and its children become
-    // roots; names waiting for deletion are left to die with the rendering context. Throws PException if the parent is
-    // itself a child, the context being gone all the same, and what an object throws when it is told, after all were told.
+    // Leaves the tree. A root tells all objects of its tree, in the order of their registration, and its children
+    // become roots; names waiting for deletion are left to die with the rendering context. Throws PException if the
+    // parent is itself a child, the context being gone all the same, and what an object throws when it is told, after
+    // all were told.
     ~GLContext() noexcept(false);
 
     // Makes the context current, unless it is, and deletes the names that wait for it. False if that failed.
@@ -51,12 +52,12 @@ public:
     void deleteBuffer(unsigned int name);
     void deleteShader(unsigned int name);
 
-    // Whether GL names of the other context may be used in this one: true for this context, its ancestors and the children
-    // of its root. Deeper descendants are deliberately not recognised.
+    // Whether GL names of the other context may be used in this one: true for this context, its ancestors and the
+    // children of its root. Deeper descendants are deliberately not recognised.
     bool isCompatible(GLContext* other);
 
-    // Writes the pending GL error, if there is one, to the debug output, with the tag before it. Takes one error from the
-    // queue, of whatever context is current.
+    // Writes the pending GL error, if there is one, to the debug output, with the tag before it. Takes one error from
+    // the queue, of whatever context is current.
     void debug(std::string tag);
 
     // Unique in the process, in the order of construction from 1 on.
@@ -65,7 +66,8 @@ public:
     HGLRC__* getRC() { return m_RC; }
     QGLWidget* getQGLWidget() const { return m_QGLWidget; }
 
-    // A preference for those who draw here: buffer objects (at first), or client-side arrays. The library only keeps it.
+    // A preference for those who draw here: buffer objects (at first), or client-side arrays. The library only keeps
+    // it.
     bool getUseVertexBufferObjects() const { return m_UseVertexBufferObjects; }
     void setUseVertexBufferObjects(bool use) { m_UseVertexBufferObjects = use; }
 

@@ -8,12 +8,12 @@ namespace tavo {
 
 class GLContext;
 
-// Base of every GPU resource: an object that lives in the share tree of a GLContext. It is registered at the root of that
-// tree, and is told when the root dies; from then on it has no context and must not call GL any more.
+// Base of every GPU resource: an object that lives in the share tree of a GLContext. It is registered at the root of
+// that tree, and is told when the root dies; from then on it has no context and must not call GL any more.
 //
-// An object may die before or after its context. If only the child context dies that it was created in, it goes on living
-// in the root. Neither constructing nor destroying the base calls GL; what subclasses own is handed to the context, which
-// deletes it when it can. Copies are member-wise and not registered: copying is not a supported use.
+// An object may die before or after its context. If only the child context dies that it was created in, it goes on
+// living in the root. Neither constructing nor destroying the base calls GL; what subclasses own is handed to the
+// context, which deletes it when it can. Copies are member-wise and not registered: copying is not a supported use.
 class VIREO_EXPORT GLObject
 {
 public:

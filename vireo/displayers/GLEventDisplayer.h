@@ -21,7 +21,8 @@ class GLEventObject;
 class VIREO_EXPORT GLEventDisplayer : public EventDisplayer
 {
 public:
-    // Carries an object to the displayer's widget, which owns it once the event was delivered; the event never frees it.
+    // Carries an object to the displayer's widget, which owns it once the event was delivered; the event never frees
+    // it.
     class VIREO_EXPORT SetNewGLEventObject : public EventDisplayerEvent
     {
     public:
@@ -30,8 +31,8 @@ public:
 
         GLEventObject* object;
 
-        // Whether an object of the same class that is already shown takes over the data, keeping its camera and settings,
-        // instead of being replaced.
+        // Whether an object of the same class that is already shown takes over the data, keeping its camera and
+        // settings, instead of being replaced.
         bool updateExisting;
     };
 
@@ -46,8 +47,8 @@ protected:
     QWidget* createSpecialWidget(QWidget* parent) override;
 
 public:
-    // Hands a SetNewGLEventObject to the widget. Other events, and events before there is a widget, are ignored; what they
-    // carry stays the sender's.
+    // Hands a SetNewGLEventObject to the widget. Other events, and events before there is a widget, are ignored; what
+    // they carry stays the sender's.
     void displayEvent(const EventDisplayerEvent* event, const char* name) override;
 
     // The class record, made by the first call; not to be asked for after shutdown.
@@ -64,8 +65,8 @@ private:
     QPointer<GLEventDisplayerWidget> m_Widget;
 };
 
-// Sends an object to the debug output under that name, to update the one that is shown there if it is of the same class.
-// Takes the object over, and frees it if no displayer gets it (see DebugOutput::displayEvent).
+// Sends an object to the debug output under that name, to update the one that is shown there if it is of the same
+// class. Takes the object over, and frees it if no displayer gets it (see DebugOutput::displayEvent).
 VIREO_EXPORT void sendGLEventObject(std::string name, GLEventObject* object);
 
 } // namespace tavo

@@ -53,8 +53,8 @@ Refit refitTo(const BoundingBox<float, 3>& box, const Camera& camera)
     const StaticVector<float, 3> extent = box.getExtent();
     const float largest = std::max({extent[0], extent[1], extent[2]});
     // The eye starts from the old look-at point and goes on along the old direction: deliberate.
-    return {camera.getLookAtPoint() + viewingDirection(camera) * (2.0f * largest),
-        (box.getMin() + box.getMax()) * 0.5f};
+    return {
+        camera.getLookAtPoint() + viewingDirection(camera) * (2.0f * largest), (box.getMin() + box.getMax()) * 0.5f};
 }
 
 unsigned int buttonNumber(Qt::MouseButton button)
@@ -84,7 +84,8 @@ void tidyUpGl()
 
     glEnd();
     glEndList();
-    for (int i = 0; i < MOST_ERRORS && glGetError() != GL_NO_ERROR; ++i) {}
+    for (int i = 0; i < MOST_ERRORS && glGetError() != GL_NO_ERROR; ++i) {
+    }
 
     popDownTo(0, GL_ATTRIB_STACK_DEPTH, glPopAttrib);
     popDownTo(0, GL_CLIENT_ATTRIB_STACK_DEPTH, glPopClientAttrib);
@@ -237,7 +238,8 @@ void GLEventDisplayerWidget::MyGLWidget::drawObject()
     const StaticVector<float, 3>& up = m_Camera.getUpVector();
     gluLookAt(eye[0], eye[1], eye[2], lookAt[0], lookAt[1], lookAt[2], up[0], up[1], up[2]);
 
-    // The object was drawn with the camera of the paint before; where that was another one, one more paint shows it right.
+    // The object was drawn with the camera of the paint before; where that was another one, one more paint shows it
+    // right.
     if (m_LoadedCamera != m_Camera) {
         m_LoadedCamera = m_Camera;
         update();
@@ -401,7 +403,8 @@ void GLEventDisplayerWidget::setGLEventObject(GLEventObject* object, bool update
             return;
         }
         m_WaitingObjects.push_back(std::move(sent));
-        QMetaObject::invokeMethod(this, [this] { takeWaiting(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { takeWaiting(); }, Qt::QueuedConnection);
     });
 }
 

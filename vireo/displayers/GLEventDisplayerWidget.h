@@ -45,10 +45,11 @@ private slots:
     virtual void changed();
 
 public:
-    // Shows an object, which belongs to the widget from now on. With updateExisting, an object of the same class that is
-    // already shown takes over the data of the new one, which is freed, and keeps its panel, and its camera unless its box
-    // is another one. Else the new object replaces the old one and its panel. Null is ignored; the object that is already
-    // shown is only repainted. Called by the shown object itself, while it draws or is updated, this takes effect after that.
+    // Shows an object, which belongs to the widget from now on. With updateExisting, an object of the same class that
+    // is already shown takes over the data of the new one, which is freed, and keeps its panel, and its camera unless
+    // its box is another one. Else the new object replaces the old one and its panel. Null is ignored; the object that
+    // is already shown is only repainted. Called by the shown object itself, while it draws or is updated, this takes
+    // effect after that.
     virtual void setGLEventObject(GLEventObject* object, bool updateExisting);
 
 private:

@@ -84,7 +84,8 @@ void GLGraphDisplayer::addGraph(const std::vector<float>& values, StaticVector<u
     m_Colours.push_back(colour);
 }
 
-void GLGraphDisplayer::addGraph(const std::vector<StaticVector<float, 2>>& points, StaticVector<unsigned char, 4> colour)
+void GLGraphDisplayer::addGraph(
+    const std::vector<StaticVector<float, 2>>& points, StaticVector<unsigned char, 4> colour)
 {
     Points inSpace;
     inSpace.reserve(points.size());
@@ -94,7 +95,8 @@ void GLGraphDisplayer::addGraph(const std::vector<StaticVector<float, 2>>& point
     m_Colours.push_back(colour);
 }
 
-void GLGraphDisplayer::addGraph(const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour)
+void GLGraphDisplayer::addGraph(
+    const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour)
 {
     m_Graphs.push_back(points);
     m_Colours.push_back(colour);
@@ -102,7 +104,8 @@ void GLGraphDisplayer::addGraph(const std::vector<StaticVector<float, 3>>& point
 
 BoundingBox<float, 3> GLGraphDisplayer::getBoundingBox()
 {
-    const auto first = std::find_if(m_Graphs.begin(), m_Graphs.end(), [](const Points& points) { return !points.empty(); });
+    const auto first =
+        std::find_if(m_Graphs.begin(), m_Graphs.end(), [](const Points& points) { return !points.empty(); });
     if (first == m_Graphs.end())
         return {{0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}};
 

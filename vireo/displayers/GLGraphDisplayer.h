@@ -9,8 +9,8 @@
 
 namespace tavo {
 
-// Draws polylines ("graphs"), each in a colour of its own (red, green, blue, alpha), and on request coordinate axes scaled
-// to the data. To show graphs in the debug window, debugOutputGraph and debugOutputGraphs below take one call.
+// Draws polylines ("graphs"), each in a colour of its own (red, green, blue, alpha), and on request coordinate axes
+// scaled to the data. To show graphs in the debug window, debugOutputGraph and debugOutputGraphs below take one call.
 class VIREO_EXPORT GLGraphDisplayer : public GLEventObject
 {
 public:
@@ -20,7 +20,8 @@ public:
     GLGraphDisplayer();
 
     // As many graphs as there are both graphs and colours, each added by addGraph.
-    GLGraphDisplayer(const std::vector<std::vector<float>>& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours);
+    GLGraphDisplayer(
+        const std::vector<std::vector<float>>& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours);
     GLGraphDisplayer(const std::vector<std::vector<StaticVector<float, 2>>>& graphs,
         const std::vector<StaticVector<unsigned char, 4>>& colours);
     GLGraphDisplayer(const std::vector<std::vector<StaticVector<float, 3>>>& graphs,
@@ -30,8 +31,8 @@ public:
     GLGraphDisplayer& operator=(const GLGraphDisplayer& other);
     ~GLGraphDisplayer() override;
 
-    // Appends a graph. A series of n values becomes the points (i / n, value, 0), so that x stays below 1; points of the
-    // plane get z = 0.
+    // Appends a graph. A series of n values becomes the points (i / n, value, 0), so that x stays below 1; points of
+    // the plane get z = 0.
     void addGraph(const std::vector<float>& values, StaticVector<unsigned char, 4> colour);
     void addGraph(const std::vector<StaticVector<float, 2>>& points, StaticVector<unsigned char, 4> colour);
     void addGraph(const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour);
@@ -75,7 +76,8 @@ private:
     bool m_ShowCoords;
 };
 
-// Show one graph, or several, in the debug window under that name; a later call with the same name updates what is shown.
+// Show one graph, or several, in the debug window under that name; a later call with the same name updates what is
+// shown.
 VIREO_EXPORT void debugOutputGraph(
     std::string name, const std::vector<float>& values, StaticVector<unsigned char, 4> colour);
 VIREO_EXPORT void debugOutputGraph(

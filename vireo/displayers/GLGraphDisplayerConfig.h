@@ -11,8 +11,8 @@ class GLGraphDisplayerConfig;
 
 namespace tavo {
 
-// The configuration panel of a GLGraphDisplayer: a check box that shows and hides the coordinate axes. It starts checked
-// while a new displayer shows no axes, deliberately: the two agree from the first toggle on.
+// The configuration panel of a GLGraphDisplayer: a check box that shows and hides the coordinate axes. It starts
+// checked while a new displayer shows no axes, deliberately: the two agree from the first toggle on.
 class VIREO_EXPORT GLGraphDisplayerConfig : public GLEventConfiguration
 {
     Q_OBJECT

@@ -93,7 +93,8 @@ void GLPointCloudDisplayer::updateData(GLEventObject* newer)
 
 const MetaClass* GLPointCloudDisplayer::getClass()
 {
-    return createClassRecord<GLPointCloudDisplayer>(GLPointCloudDisplayerMetaClass, "GLPointCloudDisplayer", newInstance);
+    return createClassRecord<GLPointCloudDisplayer>(
+        GLPointCloudDisplayerMetaClass, "GLPointCloudDisplayer", newInstance);
 }
 
 const MetaClass* GLPointCloudDisplayer::getInstanceClass() const

@@ -18,8 +18,8 @@ namespace {
 
 constexpr std::size_t KEPT_TEXT = 1 << 20;
 
-// The debug output's state lives on the heap and is never destroyed, so that static initialisers and destructors anywhere
-// can write to it.
+// The debug output's state lives on the heap and is never destroyed, so that static initialisers and destructors
+// anywhere can write to it.
 struct State
 {
     std::mutex mutex;
@@ -95,7 +95,8 @@ DebugOutput& DebugOutput::operator<<(const std::string& text)
         window = state().window;
         if (window && window->thread() != QThread::currentThread()) {
             // Posted while the window cannot go away.
-            QMetaObject::invokeMethod(window, [window, text] { window->appendText(text); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                window, [window, text] { window->appendText(text); }, Qt::QueuedConnection);
             return *this;
         }
     }

@@ -22,13 +22,14 @@ std::unique_ptr<EventDisplayer> makeDisplayer(const MetaClass* displayerClass)
     if (!displayerClass)
         throw PException("DebugOutput::displayEvent() - no displayer class");
     if (displayerClass->isAbstract())
-        throw PException("DebugOutput::displayEvent() - the class " + std::string(displayerClass->getName()) + " is abstract");
+        throw PException(
+            "DebugOutput::displayEvent() - the class " + std::string(displayerClass->getName()) + " is abstract");
 
     std::unique_ptr<Object> object(displayerClass->newInstance());
     auto* displayer = dynamic_cast<EventDisplayer*>(object.get());
     if (!displayer)
-        throw PException(
-            "DebugOutput::displayEvent() - the class " + std::string(displayerClass->getName()) + " makes no event displayers");
+        throw PException("DebugOutput::displayEvent() - the class " + std::string(displayerClass->getName()) +
+                         " makes no event displayers");
     static_cast<void>(object.release());
     return std::unique_ptr<EventDisplayer>(displayer);
 }

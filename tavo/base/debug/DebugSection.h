@@ -22,7 +22,8 @@ class TAVO_BASE_EXPORT DebugSection : public QFrame
     Q_OBJECT
 
 public:
-    // Makes a displayer of that class and its widget. Throws PException if the class is null or makes no EventDisplayer.
+    // Makes a displayer of that class and its widget. Throws PException if the class is null or makes no
+    // EventDisplayer.
     DebugSection(const MetaClass* displayerClass, std::string name, QWidget* parent);
     ~DebugSection() override;
 
@@ -43,8 +44,8 @@ public:
     // A picture of the displayer's view, null if there is none.
     QImage getPicture();
 
-    // Saves it as a PNG or whatever else the file's name says. A picture that cannot be written is an error in the debug
-    // output, and false.
+    // Saves it as a PNG or whatever else the file's name says. A picture that cannot be written is an error in the
+    // debug output, and false.
     bool savePicture(const QString& fileName);
 
 signals:

@@ -17,8 +17,8 @@ class DebugSection;
 class EventDisplayer;
 class MetaClass;
 
-// The window of the debug output: a section for every displayer class and name, in the order in which they came, above a
-// log of the text. Closing the window or a section only hides it: what is sent goes on arriving. A closed section is
+// The window of the debug output: a section for every displayer class and name, in the order in which they came, above
+// a log of the text. Closing the window or a section only hides it: what is sent goes on arriving. A closed section is
 // reopened from the menu "Closed sections", a closed window by the next new section or by show().
 //
 // The window does not keep an application running whose own windows are closed; closed as the last one, it ends the
@@ -31,9 +31,9 @@ public:
     DebugWindow();
     ~DebugWindow() override;
 
-    // The displayer of that class and name; the first call makes it and its section, and shows the window. Throws PException
-    // if the class is null or makes no EventDisplayer, and passes on what the displayer's making throws; no section stays
-    // behind then.
+    // The displayer of that class and name; the first call makes it and its section, and shows the window. Throws
+    // PException if the class is null or makes no EventDisplayer, and passes on what the displayer's making throws; no
+    // section stays behind then.
     EventDisplayer& getDisplayer(const MetaClass* displayerClass, const std::string& name);
 
     // All sections in order of arrival, closed ones too. They belong to the window.

@@ -12,8 +12,8 @@ const MetaClass* EventDisplayer::getClass()
 {
     static MetaClass* eventDisplayerMetaClass = nullptr;
     if (!eventDisplayerMetaClass)
-        initClassRecord(
-            createClassRecord<EventDisplayer>(eventDisplayerMetaClass, "EventDisplayer", nullptr), Object::getClass(), 1000);
+        initClassRecord(createClassRecord<EventDisplayer>(eventDisplayerMetaClass, "EventDisplayer", nullptr),
+            Object::getClass(), 1000);
     return eventDisplayerMetaClass;
 }
 

@@ -9,8 +9,8 @@
 
 namespace tavo {
 
-// Shows the events of one name in the debug window. A subclass with a class record and a factory is all that it takes: the
-// debug output creates a displayer for every name, asks it once for its widget and hands it every event.
+// Shows the events of one name in the debug window. A subclass with a class record and a factory is all that it takes:
+// the debug output creates a displayer for every name, asks it once for its widget and hands it every event.
 class TAVO_BASE_EXPORT EventDisplayer : public Object
 {
 public:
@@ -20,8 +20,8 @@ public:
     // The class record, without a factory.
     static const MetaClass* getClass();
 
-    // The displayer's widget, made by the first call as a child of parent, which owns it; null if the displayer has none, or
-    // none any more.
+    // The displayer's widget, made by the first call as a child of parent, which owns it; null if the displayer has
+    // none, or none any more.
     QWidget* getWidget(QWidget* parent);
 
 protected:

@@ -4,8 +4,8 @@
 
 namespace tavo {
 
-// What is sent to an EventDisplayer. Each displayer class derives the events it understands and tells them apart by their
-// run-time type.
+// What is sent to an EventDisplayer. Each displayer class derives the events it understands and tells them apart by
+// their run-time type.
 class TAVO_BASE_EXPORT EventDisplayerEvent
 {
 public:

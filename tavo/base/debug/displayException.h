@@ -20,8 +20,8 @@ TAVO_BASE_EXPORT void displayOSException(unsigned int code, const void* record) 
 
 TAVO_BASE_EXPORT void warning(const std::string& text) noexcept;
 
-// Hands the exception that is being handled to the function above that is made for it; one of no known kind leaves a line
-// that says so. To be called in a catch block.
+// Hands the exception that is being handled to the function above that is made for it; one of no known kind leaves a
+// line that says so. To be called in a catch block.
 TAVO_BASE_EXPORT void displayCurrentException() noexcept;
 
 // Runs a piece of code from which nothing may escape, and reports what it throws. False if it threw.

@@ -72,8 +72,7 @@ Vector3f usableUp(const Vector3f& up, const Vector3d& direction)
 {
     constexpr double NEARLY_PARALLEL = 1e-6;
     const Vector3d wanted = isFinite(up) ? widened(up) : Vector3d();
-    const bool useful =
-        largest(wanted) > 0.0 && length(cross(normalised(wanted), direction)) > NEARLY_PARALLEL;
+    const bool useful = largest(wanted) > 0.0 && length(cross(normalised(wanted), direction)) > NEARLY_PARALLEL;
     return narrowed(perpendicular(useful ? wanted : axisAcross(direction), direction));
 }
 

@@ -164,8 +164,8 @@ void ExaminerCameraController::apply(const Movement& movement)
 
     const double distance = length(offset);
     const double approach = std::clamp(movement.approach, -LARGEST_APPROACH, LARGEST_APPROACH);
-    const double newDistance = std::clamp(
-        distance * std::exp(-approach), std::min(distance, smallestDistance(lookAt)), std::max(distance, LARGEST_DISTANCE));
+    const double newDistance = std::clamp(distance * std::exp(-approach), std::min(distance, smallestDistance(lookAt)),
+        std::max(distance, LARGEST_DISTANCE));
     offset *= newDistance / distance;
 
     const double unitsPerPixel = 2.0 * newDistance * std::tan(FIELD_OF_VIEW / 2.0) / m_Height;

@@ -21,7 +21,8 @@ namespace tavo {
 class TAVO_BASE_EXPORT ExaminerCameraController
 {
 public:
-    // The buttons' numbers in mouse events. Any other number does nothing. Of several buttons, the one pressed last counts.
+    // The buttons' numbers in mouse events. Any other number does nothing. Of several buttons, the one pressed last
+    // counts.
     static constexpr unsigned int LEFT_BUTTON = 1;
     static constexpr unsigned int RIGHT_BUTTON = 2;
     static constexpr unsigned int MIDDLE_BUTTON = 4;
@@ -51,8 +52,8 @@ public:
         const StaticVector<float, 3>& eye, const StaticVector<float, 3>& lookAt, const StaticVector<float, 3>& up);
 
 private:
-    // A movement collected since the last update: a turn and a shift in pixels of the view, right and down positive, and an
-    // approach in powers of e, after going home first if asked to.
+    // A movement collected since the last update: a turn and a shift in pixels of the view, right and down positive,
+    // and an approach in powers of e, after going home first if asked to.
     struct Movement
     {
         bool home = false;

@@ -6,8 +6,8 @@
 
 namespace tavo {
 
-// A small window that pops up at a widget and goes away when the person clicks elsewhere. It belongs to its Qt parent and is
-// hidden at first.
+// A small window that pops up at a widget and goes away when the person clicks elsewhere. It belongs to its Qt parent
+// and is hidden at first.
 class TAVO_BASE_EXPORT PopupWindow : public QWidget
 {
     Q_OBJECT

@@ -9,8 +9,8 @@ class QWidget;
 
 namespace tavo {
 
-// Pictures of widgets. Qt cannot grab what a widget draws through another interface than QPainter; such a widget says how
-// its picture is made.
+// Pictures of widgets. Qt cannot grab what a widget draws through another interface than QPainter; such a widget says
+// how its picture is made.
 
 // Sets how the picture of this widget is made; an empty function takes that back. The function is kept with the widget.
 TAVO_BASE_EXPORT void setPictureSource(QWidget* widget, std::function<QImage()> source);

@@ -7,8 +7,8 @@ class QImage;
 
 namespace tavo {
 
-// A picture of four 32-bit floats a pixel, in the order red, green, blue, alpha. Full intensity is 1; values beyond 0 to 1
-// are kept.
+// A picture of four 32-bit floats a pixel, in the order red, green, blue, alpha. Full intensity is 1; values beyond 0
+// to 1 are kept.
 class TAVO_BASE_EXPORT RGBAFloat32Image : public TemplatedImage<float>
 {
 public:

@@ -16,8 +16,7 @@ public:
 
     // One argument per component.
     template <typename... Components>
-        requires(sizeof...(Components) == N)
-    explicit(N == 1) StaticVector(Components... components)
+    requires(sizeof...(Components) == N) explicit(N == 1) StaticVector(Components... components)
         : m_Values{static_cast<T>(components)...}
     {}
 
@@ -30,8 +29,14 @@ public:
 
     bool operator==(const StaticVector&) const = default;
 
-    StaticVector& operator+=(const StaticVector& other) { return combine(other, [](T a, T b) { return a + b; }); }
-    StaticVector& operator-=(const StaticVector& other) { return combine(other, [](T a, T b) { return a - b; }); }
+    StaticVector& operator+=(const StaticVector& other)
+    {
+        return combine(other, [](T a, T b) { return a + b; });
+    }
+    StaticVector& operator-=(const StaticVector& other)
+    {
+        return combine(other, [](T a, T b) { return a - b; });
+    }
     StaticVector& operator*=(T factor)
     {
         for (T& value : m_Values)

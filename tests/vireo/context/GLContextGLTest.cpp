@@ -1,5 +1,3 @@
-#include "vireo/context/GLContext.h"
-
 #include <algorithm>
 #include <functional>
 #include <gmock/gmock.h>
@@ -12,6 +10,7 @@
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/GLTest.h"
+#include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/GLObject.h"
 
@@ -20,8 +19,8 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using vireo_test::callsOf;
 using vireo_test::CallRecorder;
+using vireo_test::callsOf;
 using vireo_test::expectCalls;
 using vireo_test::TestContext;
 
@@ -206,7 +205,8 @@ TEST_F(GLContextGLTest, MakesCurrentWhatIsNot)
     mainContext().release();
     EXPECT_EQ(wglGetCurrentContext(), nullptr);
     EXPECT_THAT(callsOf([&] { EXPECT_TRUE(root->activate()); }),
-        ElementsAre("wglGetCurrentContext()", testing::StartsWith("wglMakeCurrent("), call("glDeleteTextures", {texture})));
+        ElementsAre(
+            "wglGetCurrentContext()", testing::StartsWith("wglMakeCurrent("), call("glDeleteTextures", {texture})));
     EXPECT_EQ(wglGetCurrentContext(), getRC());
     EXPECT_TRUE(root->isGlobalActive());
 }
@@ -604,7 +604,8 @@ protected:
     {
         const unsigned int buffer = makeBuffer();
         glBindBufferARB(GL_ARRAY_BUFFER_ARB, buffer);
-        glBufferDataARB(GL_ARRAY_BUFFER_ARB, std::numeric_limits<GLsizeiptrARB>::max() / 2, nullptr, GL_STATIC_DRAW_ARB);
+        glBufferDataARB(
+            GL_ARRAY_BUFFER_ARB, std::numeric_limits<GLsizeiptrARB>::max() / 2, nullptr, GL_STATIC_DRAW_ARB);
         glBindBufferARB(GL_ARRAY_BUFFER_ARB, 0);
         glDeleteBuffersARB(1, &buffer);
     }

@@ -17,8 +17,8 @@ namespace tavo {
 namespace {
 
 using testing::HasSubstr;
-using vireo_test::callsOf;
 using vireo_test::CallRecorder;
+using vireo_test::callsOf;
 using vireo_test::expectCalls;
 using vireo_test::Picture;
 using vireo_test::Pixel;
@@ -71,10 +71,10 @@ TEST_F(DrawingGLTest, DrawsGraphsAsLineStrips)
     graphs.addGraph(std::vector<float>(), Colour(0, 255, 0, 128));
     CallRecorder recorder;
     draw(graphs);
-    expectCalls(recorder,
-        {"glPushAttrib(GL_ALL_ATTRIB_BITS)", "glDisable(GL_DEPTH_TEST)", "glDisable(GL_LIGHTING)",
-            "glColor4ubv((255, 0, 0, 255))", "glBegin(GL_LINE_STRIP)", "glVertex3fv((0, 5, 0))", "glVertex3fv((0.5, 7, 0))",
-            "glEnd()", "glColor4ubv((0, 255, 0, 128))", "glBegin(GL_LINE_STRIP)", "glEnd()", "glPopAttrib()"});
+    expectCalls(recorder, {"glPushAttrib(GL_ALL_ATTRIB_BITS)", "glDisable(GL_DEPTH_TEST)", "glDisable(GL_LIGHTING)",
+                              "glColor4ubv((255, 0, 0, 255))", "glBegin(GL_LINE_STRIP)", "glVertex3fv((0, 5, 0))",
+                              "glVertex3fv((0.5, 7, 0))", "glEnd()", "glColor4ubv((0, 255, 0, 128))",
+                              "glBegin(GL_LINE_STRIP)", "glEnd()", "glPopAttrib()"});
 }
 
 TEST_F(DrawingGLTest, DrawsGraphsThenTheirAxes)
@@ -126,8 +126,8 @@ TEST_F(DrawingGLTest, DrawsPointsInWhiteThenTheirAxes)
 {
     GLPointCloudDisplayer cloud(new TestPointSet({{1.0f, 2.0f, 4.0f}, {3.0f, 12.0f, 8.0f}}, m_NumPointSets));
     std::vector<std::string> expected{"glEnable(GL_DEPTH_TEST)", "glPushAttrib(GL_ALL_ATTRIB_BITS)",
-        "glDisable(GL_LIGHTING)", "glPointSize(1)", "glColor3f(1, 1, 1)", "glBegin(GL_POINTS)", "glVertex3fv((1, 2, 4))",
-        "glVertex3fv((3, 12, 8))", "glEnd()", "glPopAttrib()"};
+        "glDisable(GL_LIGHTING)", "glPointSize(1)", "glColor3f(1, 1, 1)", "glBegin(GL_POINTS)",
+        "glVertex3fv((1, 2, 4))", "glVertex3fv((3, 12, 8))", "glEnd()", "glPopAttrib()"};
     const std::vector<std::string> withoutAxes = expected;
     appendAxes(expected, "-1.2, -3, -4.4", "2, 10, 4");
     glMatrixMode(GL_PROJECTION);

@@ -22,8 +22,7 @@ public:
 };
 
 class ForeignEvent : public EventDisplayerEvent
-{
-};
+{};
 
 class GLEventDisplayerTest : public testing::Test
 {

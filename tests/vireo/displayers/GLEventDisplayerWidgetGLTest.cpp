@@ -1,5 +1,3 @@
-#include "vireo/displayers/GLEventDisplayerWidget.h"
-
 #include <QApplication>
 #include <QCursor>
 #include <QFrame>
@@ -29,6 +27,7 @@
 #include "tests/vireo/displayers/TestEventObject.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/Library.h"
+#include "vireo/displayers/GLEventDisplayerWidget.h"
 
 #include <GL/gl.h>
 
@@ -157,7 +156,8 @@ TEST_F(GLEventDisplayerWidgetGLTest, LaysItsFormOut)
     const auto* frame = m_Widget->findChild<QFrame*>("frame_2");
     EXPECT_EQ(frame->frameShadow(), QFrame::Raised);
     EXPECT_EQ(frame->layout()->contentsMargins(), QMargins(1, 1, 1, 1));
-    EXPECT_THAT(itemsOf(frame->layout()), testing::ElementsAre("pbConfigure", "spacer", "pbIncreaseSize", "pbDecreaseSize"));
+    EXPECT_THAT(
+        itemsOf(frame->layout()), testing::ElementsAre("pbConfigure", "spacer", "pbIncreaseSize", "pbDecreaseSize"));
     EXPECT_EQ(frame->layout()->itemAt(1)->sizeHint(), QSize(171, 20));
     EXPECT_EQ(frame->layout()->itemAt(1)->spacerItem()->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
 
@@ -297,8 +297,8 @@ TEST_F(GLEventDisplayerWidgetGLTest, PaintsInAFixedOrder)
     EXPECT_EQ(calls[7], "glLoadIdentity()");
     // The up vector is widened to double.
     std::vector<double> look(9);
-    ASSERT_EQ(std::sscanf(calls[8].c_str(), "gluLookAt(%lf, %lf, %lf, %lf, %lf, %lf, %lf, %lf, %lf)", &look[0], &look[1],
-                  &look[2], &look[3], &look[4], &look[5], &look[6], &look[7], &look[8]),
+    ASSERT_EQ(std::sscanf(calls[8].c_str(), "gluLookAt(%lf, %lf, %lf, %lf, %lf, %lf, %lf, %lf, %lf)", &look[0],
+                  &look[1], &look[2], &look[3], &look[4], &look[5], &look[6], &look[7], &look[8]),
         9);
     const Vector3f up = TestEventObject::s_Camera.getUpVector();
     EXPECT_THAT(look, testing::ElementsAre(0, 0, 2, 0.5, 0.5, 0.5, up[0], up[1], up[2]));
@@ -598,8 +598,8 @@ TEST_F(GLEventDisplayerWidgetGLTest, DrawsWithTheViewsNewShapeAfterResizing)
     settle();
     CallRecorder recorder;
     m_View->updateGL();
-    EXPECT_THAT(recorder.calls(),
-        Contains("glViewport(0, 0, " + std::to_string(m_View->width()) + ", " + std::to_string(m_View->height()) + ")"));
+    EXPECT_THAT(recorder.calls(), Contains("glViewport(0, 0, " + std::to_string(m_View->width()) + ", " +
+                                           std::to_string(m_View->height()) + ")"));
 }
 
 struct Thrown

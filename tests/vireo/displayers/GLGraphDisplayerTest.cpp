@@ -269,7 +269,8 @@ TEST_F(DebugOutputGraphTest, ShowsSeveralGraphsOfEachKind)
 {
     debugOutputGraphs("1D", std::vector<std::vector<float>>{{1.0f}, {2.0f}}, {RED, GREEN});
     debugOutputGraphs("2D", std::vector<std::vector<Vector2f>>{{{1.0f, 2.0f}}, {{3.0f, 4.0f}}}, {RED, GREEN});
-    debugOutputGraphs("3D", std::vector<std::vector<Vector3f>>{{{1.0f, 2.0f, 3.0f}}, {{4.0f, 5.0f, 6.0f}}}, {RED, GREEN});
+    debugOutputGraphs(
+        "3D", std::vector<std::vector<Vector3f>>{{{1.0f, 2.0f, 3.0f}}, {{4.0f, 5.0f, 6.0f}}}, {RED, GREEN});
     EXPECT_THAT(sections(), ElementsAre("1D", "2D", "3D"));
     EXPECT_THAT(drawn(0), ElementsAre(DRAWN_RED, "glVertex3fv((0, 1, 0))", DRAWN_GREEN, "glVertex3fv((0, 2, 0))"));
     EXPECT_THAT(drawn(1), ElementsAre(DRAWN_RED, "glVertex3fv((1, 2, 0))", DRAWN_GREEN, "glVertex3fv((3, 4, 0))"));

@@ -37,7 +37,11 @@ TEST(DebugOutputTest, CanBeUsedByStaticInitialisers)
 
 TEST(DebugOutputTest, KeepsTextInOrder)
 {
-    EXPECT_EQ(textOf([] { debugOutput << std::string("one ") << "two" << "\n"; }), "one two\n");
+    EXPECT_EQ(textOf([] {
+        debugOutput << std::string("one ") << "two"
+                    << "\n";
+    }),
+        "one two\n");
     EXPECT_EQ(textOf([] { debugOutput << static_cast<const char*>(nullptr) << "\n"; }), "(null)\n");
 }
 
@@ -114,7 +118,8 @@ TEST(DisplayExceptionTest, GuardsAgainstEverythingThatIsThrown)
     EXPECT_EQ(textOf([] { EXPECT_FALSE(runGuarded([] { throw PException("of ours"); })); }), "error: of ours\n");
     EXPECT_THAT(textOf([] { EXPECT_FALSE(runGuarded([] { throw SE_Exception(0xC0000094u, nullptr); })); }),
         HasSubstr("0xC0000094"));
-    EXPECT_EQ(textOf([] { EXPECT_FALSE(runGuarded([] { throw std::logic_error("standard"); })); }), "error: standard\n");
+    EXPECT_EQ(
+        textOf([] { EXPECT_FALSE(runGuarded([] { throw std::logic_error("standard"); })); }), "error: standard\n");
     EXPECT_EQ(textOf([] { EXPECT_FALSE(runGuarded([] { throw 5; })); }), "error: an exception of unknown type\n");
     EXPECT_EQ(textOf([] { EXPECT_TRUE(runGuarded([] {})); }), "");
 }

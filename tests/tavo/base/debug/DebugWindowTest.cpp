@@ -33,7 +33,8 @@ public:
     static const MetaClass* getClass()
     {
         static MetaClass* record = nullptr;
-        return createClassRecord<OtherDisplayer>(record, "OtherDisplayer", [] { return static_cast<Object*>(new OtherDisplayer); });
+        return createClassRecord<OtherDisplayer>(
+            record, "OtherDisplayer", [] { return static_cast<Object*>(new OtherDisplayer); });
     }
 };
 
@@ -49,14 +50,18 @@ protected:
 
     ~DebugWindowTest() override { delete debugOutput.getWindow(); }
 
-    static bool send(const std::string& name, const std::string& text, const MetaClass* displayer = TextDisplayer::getClass())
+    static bool send(
+        const std::string& name, const std::string& text, const MetaClass* displayer = TextDisplayer::getClass())
     {
         const TextEvent event(text);
         return debugOutput.displayEvent(displayer, name, &event);
     }
 
     static DebugSection* section(std::size_t i) { return debugOutput.getWindow()->getSections().at(i); }
-    static QString labelOf(DebugSection* section) { return qobject_cast<QLabel*>(section->getDisplayerWidget())->text(); }
+    static QString labelOf(DebugSection* section)
+    {
+        return qobject_cast<QLabel*>(section->getDisplayerWidget())->text();
+    }
     static QString logText() { return debugOutput.getWindow()->findChild<QPlainTextEdit*>("log")->toPlainText(); }
 
     static void click(DebugSection* section, const char* button)
@@ -172,7 +177,8 @@ TEST_F(DebugWindowTest, ReportsAPictureThatCannotBeWritten)
 {
     send("name", "text");
     EXPECT_FALSE(section(0)->savePicture("/nowhere/at/all.png"));
-    EXPECT_THAT(debugOutput.getText(), HasSubstr("error: DebugSection::savePicture() - cannot write /nowhere/at/all.png\n"));
+    EXPECT_THAT(
+        debugOutput.getText(), HasSubstr("error: DebugSection::savePicture() - cannot write /nowhere/at/all.png\n"));
 }
 
 TEST_F(DebugWindowTest, TakesThePictureFromTheSourceOfTheView)
@@ -200,7 +206,8 @@ TEST_F(DebugWindowTest, LogsTextFromBeforeAndAfterItOpened)
     debugOutput << "before\n";
     send("name", "text");
     EXPECT_TRUE(logText().endsWith("before\n"));
-    debugOutput << "after, " << "in two pieces\n";
+    debugOutput << "after, "
+                << "in two pieces\n";
     EXPECT_TRUE(logText().endsWith("before\nafter, in two pieces\n"));
 }
 
@@ -219,7 +226,8 @@ TEST_F(DebugWindowTest, RefusesEventsFromOtherThreads)
     EXPECT_FALSE(delivered);
     EXPECT_EQ(debugOutput.getWindow(), nullptr);
     EXPECT_THAT(debugOutput.getText(),
-        HasSubstr("warning: DebugOutput::displayEvent() - events can only be sent from the thread of the QApplication.\n"));
+        HasSubstr(
+            "warning: DebugOutput::displayEvent() - events can only be sent from the thread of the QApplication.\n"));
 }
 
 TEST_F(DebugWindowTest, ReportsADisplayerThatThrowsAndGoesOn)
@@ -249,8 +257,8 @@ TEST_F(DebugWindowTest, RefusesClassesThatMakeNoDisplayers)
     EXPECT_FALSE(send("name", "1", nullptr));
     EXPECT_THAT(debugOutput.getText(), HasSubstr("error: DebugOutput::displayEvent() - no displayer class\n"));
     EXPECT_FALSE(send("name", "1", EventDisplayer::getClass()));
-    EXPECT_THAT(
-        debugOutput.getText(), HasSubstr("error: DebugOutput::displayEvent() - the class EventDisplayer is abstract\n"));
+    EXPECT_THAT(debugOutput.getText(),
+        HasSubstr("error: DebugOutput::displayEvent() - the class EventDisplayer is abstract\n"));
     EXPECT_TRUE(debugOutput.getWindow()->getSections().empty());
 }
 

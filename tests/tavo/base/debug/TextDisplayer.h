@@ -23,7 +23,8 @@ public:
     std::string text;
 };
 
-// A displayer for tests: its widget is a label, each event writes the name and the text into it. The text "throw" throws.
+// A displayer for tests: its widget is a label, each event writes the name and the text into it. The text "throw"
+// throws.
 class TextDisplayer : public EventDisplayer
 {
 public:
@@ -48,7 +49,10 @@ public:
         m_Label->setText(QString::fromStdString(std::string(name) + ": " + textEvent->text));
     }
 
-    static const MetaClass* getClass() { return createClassRecord<TextDisplayer>(s_MetaClass, "TextDisplayer", newInstance); }
+    static const MetaClass* getClass()
+    {
+        return createClassRecord<TextDisplayer>(s_MetaClass, "TextDisplayer", newInstance);
+    }
     static void init(const MetaClass* parent)
     {
         getClass();

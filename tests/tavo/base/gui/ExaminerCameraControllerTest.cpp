@@ -63,7 +63,8 @@ TEST_F(ExaminerCameraControllerTest, PlacesTheCameraAtOnce)
 TEST_F(ExaminerCameraControllerTest, TurnsByHalfACircleAlongTheSmallerSide)
 {
     drag(ExaminerCameraController::LEFT_BUTTON, 50, 0);
-    // Held and drawn to the right by a quarter turn, the object shows what was on its left: the camera went to the left.
+    // Held and drawn to the right by a quarter turn, the object shows what was on its left: the camera went to the
+    // left.
     expectNear(m_Camera.getEyePoint(), {-9.0f, 0.0f, 0.0f});
     expectNear(m_Camera.getLookAtPoint(), LOOK_AT);
     expectNear(m_Camera.getUpVector(), UP);
