@@ -123,6 +123,7 @@ public:
 private:
     [[noreturn]] void fail(const std::string& reason) const
     {
+        m_Input.checkEnd(); // a line that was cut off is not the file's fault
         throw InputError(m_Input.getFile(), m_Input.getLineNumber(), reason);
     }
 

@@ -92,6 +92,7 @@ private:
 
 [[noreturn]] void failAtLine(const InputBuffer& input, const std::string& reason)
 {
+    input.checkEnd(); // a line that was cut off is not the file's fault
     throw InputError(input.getFile(), input.getLineNumber(), reason);
 }
 

@@ -119,5 +119,18 @@ TEST_F(ColumnReaderTest, SaysWhenItsReadingWasStopped)
         "a.csv: the reading was stopped");
 }
 
+TEST_F(ColumnReaderTest, DoesNotBlameTheFileForALineThatStoppingCutOff)
+{
+    std::string lines;
+    for (int i = 0; i < 40000; ++i)
+        lines += "1,2,345\n";
+    const auto file = write("a.csv", lines + "1,2,3\n");
+    for (int chunks = 0; chunks < 4; ++chunks) {
+        int numAsked = 0;
+        EXPECT_EQ(messageOf<InputError>([&] { readColumns(file, [&](double) { return numAsked++ < chunks; }); }),
+            "a.csv: the reading was stopped");
+    }
+}
+
 } // namespace
 } // namespace vireo_view
