@@ -15,6 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t CHUNK_SIZE = 1 << 16;
+constexpr std::size_t LONGEST_LINE = 1 << 24;
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
 // Opening a pipe would wait for its writer, so what cannot be a file of data is turned away first.
@@ -66,8 +67,15 @@ void InputBuffer::checkEnd() const
 {
     if (m_Stopped)
         throw InputError(m_File, "the reading was stopped");
+    if (isLineTooLong())
+        throw InputError(m_File, m_LineNumber, "the line is too long");
     if (m_Stream.bad())
         throw InputError(m_File, "cannot be read to its end");
+}
+
+bool InputBuffer::isLineTooLong() const
+{
+    return !m_AllowsLongLines && m_LineLength > LONGEST_LINE;
 }
 
 void InputBuffer::rewind()
@@ -80,6 +88,7 @@ void InputBuffer::rewind()
     m_AfterCarriageReturn = false;
     m_AtLineStart = true;
     m_LineNumber = 0;
+    m_LineLength = 0;
     setg(nullptr, nullptr, nullptr);
 }
 
@@ -88,7 +97,7 @@ InputBuffer::int_type InputBuffer::underflow()
     if (gptr() != egptr())
         return traits_type::to_int_type(*gptr());
     while (m_ChunkPosition == m_Chunk.size()) {
-        if (!m_Stream || m_Stopped)
+        if (!m_Stream || m_Stopped || isLineTooLong())
             return traits_type::eof();
         load();
     }
@@ -97,8 +106,11 @@ InputBuffer::int_type InputBuffer::underflow()
     char* const lineEnd = std::find(begin, chunkEnd, '\n');
     char* const end = lineEnd == chunkEnd ? chunkEnd : lineEnd + 1;
 
-    if (m_AtLineStart)
+    if (m_AtLineStart) {
         ++m_LineNumber;
+        m_LineLength = 0;
+    }
+    m_LineLength += end - begin;
     m_AtLineStart = lineEnd != chunkEnd;
     m_ChunkPosition += end - begin;
     setg(begin, begin, end);

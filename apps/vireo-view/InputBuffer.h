@@ -37,10 +37,15 @@ public:
     // The line, from 1, of what was handed out last.
     std::size_t getLineNumber() const { return m_LineNumber; }
 
+    // In a text, a line of more than 16 MiB is taken for the end, so that nobody keeps the rest of a huge file as one
+    // line. This says that what follows is not text.
+    void allowLongLines() { m_AllowsLongLines = true; }
+
     // Whether there is nothing left; if not, the next line becomes the one that was handed out last.
     bool isAtEnd();
 
-    // Throws InputError if the end is not the file's: the device failed, or the progress said to stop.
+    // Throws InputError if the end is not the file's: the device failed, the progress said to stop, or a line was too
+    // long.
     void checkEnd() const;
 
     // Begins again.
@@ -50,6 +55,7 @@ protected:
     int_type underflow() override;
 
 private:
+    bool isLineTooLong() const;
     void load();
     void makeLineEndsUniversal();
 
@@ -65,6 +71,8 @@ private:
     bool m_AfterCarriageReturn = false;
     bool m_AtLineStart = true;
     std::size_t m_LineNumber = 0;
+    std::size_t m_LineLength = 0;
+    bool m_AllowsLongLines = false;
 };
 
 } // namespace vireo_view

@@ -98,7 +98,6 @@ private:
 
 [[noreturn]] void failAtPoint(InputBuffer& input, std::size_t numRead, std::uint64_t numPromised)
 {
-    input.checkEnd();
     const std::size_t line = input.getLineNumber();
     if (input.isAtEnd())
         throw InputError(input.getFile(), "ends after " + std::to_string(numRead) + " of the " +
@@ -139,6 +138,7 @@ Points3 readPly(InputBuffer& input)
 {
     const PlyHeader header = readPlyHeader(input);
     input.rewind();
+    input.allowLongLines();
     Points3 points;
     points.reserve(header.numPoints);
     std::istream stream(&input);
@@ -181,6 +181,8 @@ Points3 readOff(InputBuffer& input)
     CGAL::File_scanner_OFF scanner(stream);
     if (!stream)
         failAtLine(input, "not the header of an OFF file");
+    if (scanner.binary())
+        input.allowLongLines();
     const std::uint64_t numPoints = checkedNumPoints(scanner, input);
     Points3 points;
     points.reserve(numPoints);
@@ -219,6 +221,7 @@ Points3 readPointFile(const std::filesystem::path& file, FileFormat format, cons
     } catch (const std::bad_alloc&) {
         throw InputError(file, "does not fit into memory");
     } catch (const InputError&) {
+        input.checkEnd(); // the better reason, if there is one
         throw;
     } catch (const std::exception&) {
         failAtLine(input, "cannot be read");

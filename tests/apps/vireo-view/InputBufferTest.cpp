@@ -90,6 +90,22 @@ TEST_F(InputBufferTest, CountsALineLongerThanItsChunksAsOne)
     EXPECT_EQ(buffer.getLineNumber(), 2u);
 }
 
+TEST_F(InputBufferTest, TakesALineTooLongForATextForTheEndUnlessItIsNone)
+{
+    constexpr std::size_t SIZE = (1 << 24) + 200000;
+    const auto file = write("a", "1\n" + std::string(SIZE, 'x'));
+    for (const bool isText : {true, false}) {
+        InputBuffer buffer(file, LineEnds::AS_THEY_ARE, nullptr);
+        if (!isText)
+            buffer.allowLongLines();
+        std::size_t count = 0;
+        while (buffer.sbumpc() != EOF)
+            ++count;
+        EXPECT_EQ(count == SIZE + 2, !isText);
+        EXPECT_EQ(messageOf<InputError>([&] { buffer.checkEnd(); }), isText ? "a:2: the line is too long" : "");
+    }
+}
+
 TEST_F(InputBufferTest, TellsWhatRemains)
 {
     InputBuffer buffer(write("a", "12\n345"), LineEnds::AS_THEY_ARE, nullptr);

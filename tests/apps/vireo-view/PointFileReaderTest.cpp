@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <iostream>
 #include <sstream>
+#include <tuple>
 
 #include "apps/vireo-view/InputError.h"
 #include "tests/apps/vireo-view/FilesTest.h"
@@ -262,6 +263,18 @@ TEST_F(PointFileReaderTest, SaysWhenItsReadingWasStopped)
         const auto file = write(name, contents);
         EXPECT_EQ(messageOf<InputError>([&] { readPointFile(file, detectFormat(file), [](double) { return false; }); }),
             std::string(name) + ": the reading was stopped");
+    }
+}
+
+// Such a file takes no room on the disk, and all of the memory if it is taken for text.
+TEST_F(PointFileReaderTest, TurnsAwayAHugeFileThatIsMostlyAHole)
+{
+    for (const auto& [name, contents, line] : {std::tuple("a.xyz", std::string("1 2 3\n"), "2"),
+             {"a.off", "OFF\n9 0 0\n1 2 3\n", "4"}, {"a.ply", "ply\nformat ascii 1.0\ncomment ", "3"}}) {
+        const auto file = write(name, contents);
+        std::filesystem::resize_file(file, std::uintmax_t(1) << 36);
+        const auto error = messageOf<InputError>([&] { readPointFile(file, detectFormat(file), nullptr); });
+        EXPECT_EQ(error, std::string(name) + ":" + line + ": the line is too long");
     }
 }
 
