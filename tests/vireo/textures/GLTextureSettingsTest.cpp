@@ -247,7 +247,7 @@ TEST_F(GLTextureSettingsClassTest, StaysAsItIsWhenTheTextIsWrong)
     EXPECT_THAT(valuesOf(settings), ElementsAre(11, 12, 13, 14, 15, 16));
 }
 
-TEST(GLTextureSettingsClassTest, HasAnInitMetaClassThatDoesNothing)
+TEST_F(GLTextureSettingsClassTest, HasAnInitMetaClassThatDoesNothing)
 {
     const MetaClass* const record = GLTextureSettings::getClass();
     GLTextureSettings::initMetaClass();
