@@ -46,7 +46,7 @@ std::optional<Value> chosen(const Choice<Value>& choice, const QString& name)
 
 QString defaultDataDirectory()
 {
-    const QString fromEnvironment = qEnvironmentVariable(DATA_DIRECTORY_VARIABLE.toLatin1().constData());
+    QString fromEnvironment = qEnvironmentVariable(DATA_DIRECTORY_VARIABLE.toLatin1().constData());
     if (!fromEnvironment.isEmpty())
         return fromEnvironment;
     return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/vireo-view";

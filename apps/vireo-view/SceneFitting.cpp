@@ -62,9 +62,9 @@ template <unsigned int N>
 std::vector<FittedCurve<N>> allFitted(
     const std::vector<Curve<N>>& curves, const Spans<N>& spans, const std::array<double, N>& sizes)
 {
-    std::vector<FittedCurve<N>> result;
-    for (const Curve<N>& curve : curves)
-        result.push_back(fitted<N>(curve, spans, sizes));
+    std::vector<FittedCurve<N>> result(curves.size());
+    std::transform(curves.begin(), curves.end(), result.begin(),
+        [&](const Curve<N>& curve) { return fitted<N>(curve, spans, sizes); });
     return result;
 }
 
