@@ -92,7 +92,6 @@ private:
 
 [[noreturn]] void failAtLine(const InputBuffer& input, const std::string& reason)
 {
-    input.checkEnd(); // a line that was cut off is not the file's fault
     throw InputError(input.getFile(), input.getLineNumber(), reason);
 }
 
@@ -221,7 +220,7 @@ Points3 readPointFile(const std::filesystem::path& file, FileFormat format, cons
     } catch (const std::bad_alloc&) {
         throw InputError(file, "does not fit into memory");
     } catch (const InputError&) {
-        input.checkEnd(); // the better reason, if there is one
+        input.checkEnd(); // a line that was cut off is not the file's fault
         throw;
     } catch (const std::exception&) {
         failAtLine(input, "cannot be read");
