@@ -3,10 +3,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QFrame>
-#include <QGLWidget>
 #include <QLayout>
 #include <QSignalSpy>
-#include <QTest>
 #include <QTimer>
 #include <cmath>
 #include <gmock/gmock.h>
@@ -226,17 +224,18 @@ protected:
     static constexpr char DRAWN_RED[] = "glColor4ubv((255, 0, 0, 255))";
     static constexpr char DRAWN_GREEN[] = "glColor4ubv((0, 255, 0, 255))";
 
-    // The colours and vertices of one paint of a section's view.
+    // The colours and vertices of the last paint for a section's picture.
     static std::vector<std::string> drawn(std::size_t section)
     {
-        auto* const view = debugOutput.getWindow()->getSections().at(section)->findChild<QGLWidget*>();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(debugOutput.getWindow()));
         vireo_test::CallRecorder recorder;
-        view->updateGL();
+        debugOutput.getWindow()->getSections().at(section)->getPicture();
         std::vector<std::string> calls;
-        for (const std::string& call : recorder.calls())
+        for (const std::string& call : recorder.calls()) {
+            if (call.starts_with("glClear("))
+                calls.clear();
             if (call.starts_with("glColor4ubv") || call.starts_with("glVertex3fv"))
                 calls.push_back(call);
+        }
         return calls;
     }
 
