@@ -1,6 +1,6 @@
 #include <array>
 #include <gmock/gmock.h>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -163,7 +163,7 @@ protected:
     {
         GLTest::SetUp();
         if (!IsSkipped())
-            m_Context.emplace(getDC(), getRC(), nullptr, nullptr);
+            m_Context = std::make_unique<GLContext>(getDC(), getRC(), nullptr, nullptr);
     }
 
     void TearDown() override
@@ -185,7 +185,7 @@ protected:
         glEnable(GL_VERTEX_PROGRAM_ARB);
     }
 
-    std::optional<GLContext> m_Context;
+    std::unique_ptr<GLContext> m_Context;
 };
 
 TEST_F(GLHelperGLTest, PointsTheTargetsArraysIntoTheSourcesBytes)
@@ -413,7 +413,7 @@ TEST_F(GLHelperGLTest, LeavesBothMatrixStacksAsTheyWereAfter2D)
 
 TEST_F(GLHelperGLTest, RefusesToDrawTextWithoutAWidget)
 {
-    EXPECT_THROW(GLHelper::drawText(&*m_Context, {0, 0, 0}, "text"), PException);
+    EXPECT_THROW(GLHelper::drawText(m_Context.get(), {0, 0, 0}, "text"), PException);
 }
 
 } // namespace tavo
