@@ -1,0 +1,163 @@
+#include "vireo/geometry/GLGeometryList.h"
+
+#include <algorithm>
+#include <string>
+
+#include "tavo/base/objects/PException.h"
+#include "tavo/points/VertexDescriptor.h"
+#include "vireo/context/GLExtensions.h"
+#include "vireo/geometry/GLVertexBuffer.h"
+
+namespace tavo {
+
+namespace {
+
+void pushFloats(VertexDescriptor& layout, const std::string& name, unsigned int components)
+{
+    layout.pushAttrib({name, components, VertexAttribDescriptor::TYPE_FLOAT});
+}
+
+// The layout that the recorded vertices are read in: deliberately not the one they are written in, which has the colour
+// before the normal. Compiled normals are recorded colours, and the reverse.
+VertexDescriptor recordedLayout()
+{
+    VertexDescriptor layout;
+    for (const char* name : {"position", "normal", "color", "texcoord"})
+        pushFloats(layout, name, 4);
+    return layout;
+}
+
+} // namespace
+
+GLGeometryList::GLGeometryList(GLContext* context)
+    : m_Context(context)
+{}
+
+GLGeometryList::~GLGeometryList()
+{
+    delete m_VertexBuffer;
+}
+
+void GLGeometryList::begin(unsigned int mode)
+{
+    m_InsideBegin = true;
+    m_Mode = mode;
+}
+
+void GLGeometryList::end()
+{
+    m_InsideBegin = false;
+    const unsigned int first = m_Primitives.empty() ? 0 : m_Primitives.back().first + m_Primitives.back().count;
+    m_Primitives.push_back({m_Mode, first, static_cast<unsigned int>(m_Vertices.size()) - first});
+}
+
+void GLGeometryList::vertex3f(float x, float y, float z)
+{
+    m_Current.position = {x, y, z, 1};
+    m_NumPositionComponents = std::max(m_NumPositionComponents, 3u);
+    m_Vertices.push_back(m_Current);
+}
+
+void GLGeometryList::vertex3fv(const float* v)
+{
+    vertex3f(v[0], v[1], v[2]);
+}
+
+void GLGeometryList::color3f(float r, float g, float b)
+{
+    m_Current.color = {r, g, b, 1};
+    m_NumColorComponents = std::max(m_NumColorComponents, 3u);
+}
+
+void GLGeometryList::color3fv(const float* v)
+{
+    color3f(v[0], v[1], v[2]);
+}
+
+void GLGeometryList::color4f(float r, float g, float b, float a)
+{
+    m_Current.color = {r, g, b, a};
+    m_NumColorComponents = std::max(m_NumColorComponents, 4u);
+}
+
+void GLGeometryList::color4fv(const float* v)
+{
+    color4f(v[0], v[1], v[2], v[3]);
+}
+
+void GLGeometryList::normal3f(float x, float y, float z)
+{
+    m_Current.normal = {x, y, z, 0};
+    m_NumNormalComponents = std::max(m_NumNormalComponents, 3u);
+}
+
+void GLGeometryList::normal3fv(const float* v)
+{
+    normal3f(v[0], v[1], v[2]);
+}
+
+void GLGeometryList::texCoord2f(float s, float t)
+{
+    m_Current.texCoord = {s, t, 0, 0};
+    m_NumTexCoordComponents = std::max(m_NumTexCoordComponents, 2u);
+}
+
+void GLGeometryList::texCoord2fv(const float* v)
+{
+    texCoord2f(v[0], v[1]);
+}
+
+void GLGeometryList::texCoord4f(float s, float t, float r, float q)
+{
+    m_Current.texCoord = {s, t, r, q};
+    m_NumTexCoordComponents = std::max(m_NumTexCoordComponents, 4u);
+}
+
+void GLGeometryList::texCoord4fv(const float* v)
+{
+    texCoord4f(v[0], v[1], v[2], v[3]);
+}
+
+VertexDescriptor GLGeometryList::usedLayout() const
+{
+    VertexDescriptor layout;
+    pushFloats(layout, "position", m_NumPositionComponents);
+    if (m_NumNormalComponents != 0)
+        pushFloats(layout, "normal", m_NumNormalComponents);
+    if (m_NumColorComponents != 0)
+        pushFloats(layout, "color", m_NumColorComponents);
+    if (m_NumTexCoordComponents != 0)
+        pushFloats(layout, "texcoord", m_NumTexCoordComponents);
+    return layout;
+}
+
+void GLGeometryList::compile(GLContext* context, bool mappingFlag)
+{
+    if (m_NumPositionComponents == 0)
+        return;
+
+    const auto count = static_cast<unsigned int>(m_Vertices.size());
+    const VertexDescriptor layout = usedLayout();
+    m_VertexBuffer = new GLVertexBuffer(context, layout, GLVertexBuffer::TYPE_DEFAULT);
+    m_VertexBuffer->init(count, GL_STATIC_DRAW_ARB);
+    m_VertexBuffer->setMappingFlag(mappingFlag);
+
+    std::vector<unsigned char> bytes;
+    VertexDescriptor::convertVertices(layout, recordedLayout(), m_Vertices.data(), count, bytes);
+    m_VertexBuffer->writeToBuffer(bytes.data(), 0, count);
+}
+
+void GLGeometryList::execute(GLContext*)
+{
+    if (!m_VertexBuffer) {
+        if (m_Vertices.empty())
+            return;
+        throw PException("GLGeometryList::execute() - not compiled");
+    }
+    m_VertexBuffer->bind();
+    for (const Primitive& primitive : m_Primitives)
+        m_VertexBuffer->drawArrays(primitive.mode, primitive.first, primitive.count);
+    m_VertexBuffer->unbind();
+}
+
+} // namespace tavo

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+namespace tavo {
+
+// The bytes of so many elements, if a buffer, whose bytes are counted in 32 bits, can have as many.
+inline std::optional<unsigned int> bytesOfElements(unsigned int numElements, unsigned int elementSize)
+{
+    const std::uint64_t bytes = std::uint64_t{numElements} * elementSize;
+    if (bytes > UINT32_MAX)
+        return std::nullopt;
+    return static_cast<unsigned int>(bytes);
+}
+
+// Binds the buffer to the target and makes storage of that size for it. False on a GL error, with the buffer left
+// bound; otherwise nothing is bound to the target afterwards.
+bool makeBufferStorage(unsigned int target, unsigned int buffer, unsigned int sizeInBytes, unsigned int usage);
+
+} // namespace tavo
