@@ -1,10 +1,10 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QImage>
-#include <QProcess>
 #include <gmock/gmock.h>
 
 #include "tests/apps/vireo-view/FilesTest.h"
+#include "tests/support/Program.h"
 
 namespace vireo_view {
 namespace {
@@ -13,13 +13,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
-
-struct Outcome
-{
-    int exitStatus = -1; // -1 if the program crashed or did not end
-    std::string output;
-    std::string errors;
-};
+using vireo_test::Outcome;
 
 // Runs the program on files of the test's own.
 class VireoViewGLTest : public FilesTest
@@ -29,18 +23,8 @@ protected:
 
     Outcome run(const QStringList& arguments)
     {
-        constexpr int MILLISECONDS = 120000;
-        QProcess process;
-        process.setProcessEnvironment(m_Environment);
-        process.setWorkingDirectory(QString::fromStdString(directory().string()));
-        process.start(VIREO_VIEW, arguments);
-        if (!process.waitForFinished(MILLISECONDS)) {
-            process.kill();
-            process.waitForFinished();
-            return {};
-        }
-        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            process.readAllStandardOutput().toStdString(), process.readAllStandardError().toStdString()};
+        return vireo_test::runProgram(
+            VIREO_VIEW, arguments, QString::fromStdString(directory().string()), m_Environment);
     }
 
     std::vector<std::string> pictures() const
