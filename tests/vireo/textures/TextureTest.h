@@ -1,0 +1,167 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "tests/support/CallRecorder.h"
+#include "tests/vireo/ContextTest.h"
+#include "tests/vireo/Undestroyed.h"
+#include "vireo/context/GLContext.h"
+#include "vireo/context/GLExtensions.h"
+#include "vireo/textures/GLTexture.h"
+
+namespace tavo {
+
+using Bytes = std::vector<unsigned char>;
+
+// What tests of textures draw and read.
+class TextureTest : public ContextTest
+{
+protected:
+    // Texture coordinates of the corners of a rectangle: lower left, lower right, upper right, upper left.
+    using Corners = std::array<std::array<float, 3>, 4>;
+
+    // A root of its own for the main context, current, but in a tree that is not active.
+    std::unique_ptr<GLContext> makeContext() { return std::make_unique<GLContext>(getDC(), getRC(), nullptr, nullptr); }
+
+    static GLint getInteger(GLenum name)
+    {
+        GLint value = 0;
+        glGetIntegerv(name, &value);
+        return value;
+    }
+
+    // Of a level of the texture that is bound to the target, or to the target of the cube's face.
+    static GLint getLevelParameter(GLenum target, GLenum name, GLint level = 0)
+    {
+        GLint value = 0;
+        glGetTexLevelParameteriv(target, level, name, &value);
+        return value;
+    }
+
+    static GLenum getParameter(GLenum target, GLenum name)
+    {
+        GLint value = 0;
+        glGetTexParameteriv(target, name, &value);
+        return static_cast<GLenum>(value);
+    }
+
+    // The texels of the first level of the bound texture, rows without padding.
+    static Bytes readTexels(GLenum target, GLenum format, std::size_t sizeInBytes)
+    {
+        Bytes texels(sizeInBytes);
+        glPixelStorei(GL_PACK_ALIGNMENT, 1);
+        glGetTexImage(target, 0, format, GL_UNSIGNED_BYTE, texels.data());
+        return texels;
+    }
+
+    static Corners plane(float maxS, float maxT, float r = 0)
+    {
+        return {{{0, 0, r}, {maxS, 0, r}, {maxS, maxT, r}, {0, maxT, r}}};
+    }
+
+    // Fills width x height pixels with the texture that is bound to the target; the fragments' own colour, of which
+    // textures without an alpha component keep the alpha, is FRAGMENT.
+    static void fill(GLenum target, unsigned int width, unsigned int height, const Corners& corners)
+    {
+        constexpr std::array<std::array<float, 2>, 4> positions{{{-1, -1}, {1, -1}, {1, 1}, {-1, 1}}};
+        glViewport(0, 0, static_cast<GLsizei>(width), static_cast<GLsizei>(height));
+        glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
+        glColor4ubv(FRAGMENT.data());
+        glEnable(target);
+        glBegin(GL_QUADS);
+        for (std::size_t i = 0; i < corners.size(); ++i) {
+            glTexCoord3fv(corners[i].data());
+            glVertex2fv(positions[i].data());
+        }
+        glEnd();
+        glDisable(target);
+    }
+
+    vireo_test::Picture draw(GLenum target, unsigned int width, unsigned int height, const Corners& corners)
+    {
+        fill(target, width, height, corners);
+        return readPixels(width, height);
+    }
+
+    // What a texel of 1 to 4 components means.
+    static vireo_test::Pixel colourOf(const unsigned char* texel, unsigned int components)
+    {
+        switch (components) {
+        case 1: return {texel[0], texel[0], texel[0], FRAGMENT[3]};
+        case 2: return {texel[0], texel[0], texel[0], texel[1]};
+        case 3: return {texel[0], texel[1], texel[2], FRAGMENT[3]};
+        default: return {texel[0], texel[1], texel[2], texel[3]};
+        }
+    }
+
+    // The picture of texels that lie side by side.
+    static vireo_test::Picture pictureOf(
+        const unsigned char* texels, unsigned int width, unsigned int height, unsigned int components)
+    {
+        vireo_test::Picture picture(width, height);
+        for (vireo_test::Pixel& pixel : picture.pixels) {
+            pixel = colourOf(texels, components);
+            texels += components;
+        }
+        return picture;
+    }
+
+    static constexpr vireo_test::Pixel FRAGMENT{10, 20, 30, 40};
+};
+
+// Bytes that differ from their neighbours near and far.
+inline Bytes makeBytes(std::size_t size)
+{
+    Bytes bytes(size);
+    for (std::size_t i = 0; i < size; ++i)
+        bytes[i] = static_cast<unsigned char>(37 * i + 11);
+    return bytes;
+}
+
+inline char* asChars(Bytes& bytes)
+{
+    return reinterpret_cast<char*>(bytes.data());
+}
+
+// Data of a few texels, named "data" in recorded calls.
+inline char DATA[64] = {};
+
+template <typename Operation>
+Calls callsWithData(Operation operation)
+{
+    vireo_test::CallRecorder recorder;
+    recorder.namePointer(DATA, "data");
+    operation();
+    return recorder.calls();
+}
+
+// The calls that select unit 0, bind the texture and write its parameters, and those that follow.
+inline Calls callsAfterBinding(
+    const GLTexture& texture, const std::string& target, const Calls& parameters, const Calls& others = {})
+{
+    Calls calls{"glActiveTextureARB(GL_TEXTURE0)",
+        "glBindTexture(" + target + ", " + std::to_string(texture.getTextureID()) + ")"};
+    for (const std::string& parameter : parameters)
+        calls.push_back("glTexParameteri(" + target + ", " + parameter + ")");
+    calls.insert(calls.end(), others.begin(), others.end());
+    return calls;
+}
+
+// The text of the std::out_of_range that the operation throws.
+template <typename Operation>
+std::string textOutOfRange(Operation operation)
+{
+    try {
+        operation();
+    } catch (const std::out_of_range& error) {
+        return error.what();
+    }
+    return "nothing was thrown";
+}
+
+} // namespace tavo

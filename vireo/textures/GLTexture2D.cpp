@@ -1,0 +1,91 @@
+#include "vireo/textures/GLTexture2D.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include "vireo/context/GLExtensions.h"
+#include "vireo/textures/GLTextureSettings.h"
+#include "vireo/textures/imagePixels.h"
+#include "vireo/textures/textureFormats.h"
+#include "vireo/textures/textureSize.h"
+
+#include <GL/glu.h>
+
+namespace tavo {
+
+namespace {
+
+// Exchanges the first and the third byte of a pixel, as its bytes lie in memory.
+std::uint32_t exchangeRedAndBlue(const RGBAImage::Pixel& pixel)
+{
+    constexpr auto redAndBlue = std::bit_cast<std::uint32_t>(std::array<unsigned char, 4>{0xFF, 0, 0xFF, 0});
+    const auto word = std::bit_cast<std::uint32_t>(pixel);
+    return (word & ~redAndBlue) | std::rotl(word & redAndBlue, 16);
+}
+
+} // namespace
+
+GLTexture2D::GLTexture2D(GLContext* context)
+    : GLTexture(context)
+{
+    m_TextureTarget = GL_TEXTURE_2D;
+}
+
+void GLTexture2D::createFromMemory(
+    unsigned int width, unsigned int height, unsigned int components, char* data, bool mipmap)
+{
+    m_NumComponents = components;
+    format = formatOfComponents(components, format);
+    bind(0);
+    GLTextureSettings::setDefaults(m_TextureTarget, mipmap);
+    setDimensions(width, height, components, mipmap);
+    upload(data);
+}
+
+void GLTexture2D::createFromImage(RGBAImage& image, bool mipmap)
+{
+    m_NumComponents = 4;
+    format = GL_RGBA;
+    m_Mipmapped = mipmap;
+    bind(0);
+    GLTextureSettings::setDefaults(m_TextureTarget, mipmap);
+    setDimensions(image.getWidth(), image.getHeight(), 4, mipmap);
+
+    const std::size_t count = static_cast<std::size_t>(width) * height;
+    const RGBAImage::Pixel* const pixels = firstPixels(image, count);
+    const auto exchanged = std::make_unique_for_overwrite<std::uint32_t[]>(count);
+    std::transform(pixels, pixels + count, exchanged.get(), exchangeRedAndBlue);
+    upload(exchanged.get());
+}
+
+void GLTexture2D::setDimensions(unsigned int width, unsigned int height, unsigned int components, bool mipmapped)
+{
+    this->width = width;
+    this->height = height;
+    numComponents = components;
+    this->mipmapped = mipmapped;
+    calcSize();
+}
+
+void GLTexture2D::calcSize()
+{
+    m_SizeInBytes =
+        mipmapped ? sizeOfMipmaps(width, height, 1, numComponents) : sizeOfLevel(width, height, 1, numComponents);
+}
+
+void GLTexture2D::upload(const void* data)
+{
+    const auto internalFormat = static_cast<GLint>(format);
+    const auto w = static_cast<GLsizei>(width);
+    const auto h = static_cast<GLsizei>(height);
+    if (mipmapped)
+        gluBuild2DMipmaps(GL_TEXTURE_2D, internalFormat, w, h, format, GL_UNSIGNED_BYTE, data);
+    else
+        glTexImage2D(GL_TEXTURE_2D, 0, internalFormat, w, h, 0, format, GL_UNSIGNED_BYTE, data);
+}
+
+} // namespace tavo

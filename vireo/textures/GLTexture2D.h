@@ -1,0 +1,46 @@
+#pragma once
+
+#include "tavo/base/images/RGBAImage.h"
+#include "vireo/textures/GLTexture.h"
+
+namespace tavo {
+
+// A texture of the target GL_TEXTURE_2D with a byte per component, mipmapped if wanted. It is sampled with linear
+// filters, and repeats. GLTexture says what its create operations have in common.
+class VIREO_EXPORT GLTexture2D : public GLTexture
+{
+public:
+    // See GLTexture. The texture has no storage yet.
+    explicit GLTexture2D(GLContext* context);
+
+    // Storage of width x height texels of the given number of components, from as many bytes a texel. With mipmaps, GLU
+    // builds the levels, and scales the first one if a size is not a power of two; it reads the data, which then must
+    // not be null.
+    //
+    // Deliberately, bind with settings does not learn here whether there are mipmaps; only createFromImage tells it.
+    void createFromMemory(unsigned int width, unsigned int height, unsigned int components, char* data, bool mipmap);
+
+    // Storage of the image's size with 4 components. Red and blue deliberately change places on the way: an image of
+    // the bytes blue, green, red, alpha comes out right. The image stays as it is. Throws std::out_of_range if it has
+    // no pixels, when the texture is bound and its parameters are set, but before anything is uploaded.
+    void createFromImage(RGBAImage& image, bool mipmap);
+
+protected:
+    // Stores the size in texels, the components of a texel and whether there are mipmaps, and estimates the storage.
+    void setDimensions(unsigned int width, unsigned int height, unsigned int components, bool mipmapped);
+
+    // Estimates the storage from the fields.
+    void calcSize();
+
+    unsigned int width = 0;
+    unsigned int height = 0;
+    unsigned int numComponents = 0;
+    bool mipmapped = true;
+    // The internal format, and the client format too.
+    unsigned int format = 0;
+
+private:
+    void upload(const void* data);
+};
+
+} // namespace tavo

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <array>
+
+#include "tavo/base/images/RGBACubeMap.h"
+#include "vireo/textures/GLTexture.h"
+
+namespace tavo {
+
+// A texture of the target GL_TEXTURE_CUBE_MAP: six square faces of one size with a byte per component, sampled by a
+// direction, without filters. GL_ARB_texture_cube_map is needed. GLTexture says what its create operations have in
+// common.
+class VIREO_EXPORT GLTextureCube : public GLTexture
+{
+public:
+    // See GLTexture. The texture has no storage yet.
+    explicit GLTextureCube(GLContext* context);
+
+    // Six faces of size x size texels, undefined as yet, of the given number of components. Any number other than 1, 2
+    // and 3 deliberately counts as 4, though not in the estimated size.
+    void create(unsigned int size, unsigned int components);
+
+    // Six faces of 4 components from the pixels of the cube map's images as they are. The edge is the width of the
+    // positive X image; every image must be a square of that edge, which is not checked. One with too few pixels,
+    // however, is not read beyond them: std::out_of_range is thrown before anything is uploaded.
+    void createFromImage(RGBACubeMap& cubeMap);
+
+    // Replace one face by size x size texels from the client's data, of the texture's format, or else, if bgra is true,
+    // of the bytes blue, green, red, alpha. They neither select a unit nor bind: the texture must be bound on the
+    // active unit, and have been created.
+    void setPositiveX(char* data, bool bgra);
+    void setNegativeX(char* data, bool bgra);
+    void setPositiveY(char* data, bool bgra);
+    void setNegativeY(char* data, bool bgra);
+    void setPositiveZ(char* data, bool bgra);
+    void setNegativeZ(char* data, bool bgra);
+
+protected:
+    // The edge of every face.
+    unsigned int size = 0;
+    // Kept, but not used.
+    unsigned int reserved = 0;
+    unsigned int numComponents = 0;
+    // The internal format, and the client format too.
+    unsigned int format = 0;
+
+private:
+    // The six faces in the order in which they are uploaded.
+    using FaceData = std::array<const void*, RGBACubeMap::NUM_FACES>;
+
+    void calcSize();
+    void bindWithDefaults();
+    void uploadFaces(const FaceData& data);
+    void uploadFace(unsigned int face, unsigned int clientFormat, const void* data);
+    void replaceFace(unsigned int face, const void* data, bool bgra);
+};
+
+} // namespace tavo
