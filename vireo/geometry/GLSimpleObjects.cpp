@@ -1,6 +1,7 @@
 #include "vireo/geometry/GLSimpleObjects.h"
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <memory>
 #include <utility>
@@ -65,7 +66,7 @@ Vector normalOf(const Polygon<PolyVector3f>& polygon)
         return {0, 0, 0};
     const Vector& origin = polygon.getVertex(0);
     const Vector normal = cross(polygon.getVertex(2) - origin, polygon.getVertex(1) - origin);
-    const float norm = length(normal);
+    const float norm = std::hypot(normal[0], normal[1], normal[2]); // also where the squares would underflow
     constexpr float shortest = 1e-20f;
     return norm >= shortest ? Vector(normal[0] / norm, normal[1] / norm, normal[2] / norm) : Vector(0, 0, 0);
 }

@@ -1,0 +1,394 @@
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <gmock/gmock.h>
+#include <optional>
+
+#include "tavo/base/objects/PException.h"
+#include "tests/support/CallRecorder.h"
+#include "tests/support/Picture.h"
+#include "tests/vireo/ContextTest.h"
+#include "vireo/geometry/GLGeometryList.h"
+
+namespace tavo {
+namespace {
+
+using testing::ElementsAre;
+using testing::Ge;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::ThrowsMessage;
+using vireo_test::callsOf;
+using vireo_test::Picture;
+
+class GLGeometryListGLTest : public ContextTest
+{
+protected:
+    // What compiling makes, and executing between binding and unbinding.
+    Calls compilingCalls(bool mappingFlag = false)
+    {
+        return callsOf([&] { m_List.compile(context(), mappingFlag); });
+    }
+
+    Calls drawingCalls()
+    {
+        Calls calls = callsOf([&] { m_List.execute(context()); });
+        std::erase_if(calls, [](const std::string& call) { return !call.starts_with("glDrawArrays"); });
+        return calls;
+    }
+
+    // The arrays that a compiled list binds, "pointer(components, stride, offset)" of each.
+    Calls boundArrays()
+    {
+        Calls calls = callsOf([&] { m_List.execute(context()); });
+        std::erase_if(calls, [](const std::string& call) { return call.find("Pointer") == std::string::npos; });
+        return calls;
+    }
+
+    // The floats in the compiled buffer, the only one whose name the list's binding names.
+    std::vector<float> compiledFloats()
+    {
+        const Calls calls = callsOf([&] { m_List.execute(context()); });
+        const std::string& bind = calls.front();
+        glBindBufferARB(GL_ARRAY_BUFFER_ARB, static_cast<unsigned int>(std::stoul(bind.substr(bind.find(',') + 1))));
+        int size = 0;
+        glGetBufferParameterivARB(GL_ARRAY_BUFFER_ARB, GL_BUFFER_SIZE_ARB, &size);
+        std::vector<float> floats(static_cast<std::size_t>(size) / sizeof(float));
+        glGetBufferSubDataARB(GL_ARRAY_BUFFER_ARB, 0, size, floats.data());
+        glBindBufferARB(GL_ARRAY_BUFFER_ARB, 0);
+        return floats;
+    }
+
+    void recordVertices(unsigned int count)
+    {
+        for (unsigned int i = 0; i < count; ++i)
+            m_List.vertex3f(static_cast<float>(i), 0, 0);
+    }
+
+    template <typename Draw>
+    Picture picture(Draw draw)
+    {
+        glClear(GL_COLOR_BUFFER_BIT);
+        draw();
+        return readPixels();
+    }
+
+    GLGeometryList m_List{nullptr};
+};
+
+TEST_F(GLGeometryListGLTest, RecordsWithoutGL)
+{
+    const auto record = [&] {
+        m_List.begin(GL_TRIANGLES);
+        m_List.color3f(1, 0, 0);
+        m_List.normal3f(0, 0, 1);
+        m_List.texCoord2f(0, 0);
+        m_List.vertex3f(0, 0, 0);
+        m_List.end();
+    };
+    EXPECT_THAT(callsOf(record), IsEmpty());
+}
+
+TEST_F(GLGeometryListGLTest, CompilesPositionsAlone)
+{
+    m_List.begin(GL_POINTS);
+    m_List.vertex3f(1, 2, 3);
+    const std::array<float, 3> second{4, 5, 6};
+    m_List.vertex3fv(second.data());
+    m_List.end();
+    const Calls calls = compilingCalls();
+    ASSERT_THAT(calls, SizeIs(Ge(3u)));
+    EXPECT_EQ(calls[2], "glBufferDataARB(GL_ARRAY_BUFFER_ARB, 24, null, GL_STATIC_DRAW_ARB)");
+    EXPECT_THAT(calls, testing::Contains("glBufferSubDataARB(GL_ARRAY_BUFFER_ARB, 0, 24, ptr)"));
+    EXPECT_THAT(compiledFloats(), ElementsAre(1, 2, 3, 4, 5, 6));
+}
+
+TEST_F(GLGeometryListGLTest, OrdersUsedAttributesAsPositionNormalColourTextureCoordinate)
+{
+    m_List.texCoord2f(0, 0);
+    m_List.color4f(0, 0, 0, 0);
+    m_List.normal3f(0, 0, 0);
+    m_List.begin(GL_POINTS);
+    m_List.vertex3f(0, 0, 0);
+    m_List.end();
+    m_List.compile(context(), true);
+    EXPECT_THAT(
+        boundArrays(), ElementsAre("glVertexPointer(3, GL_FLOAT, 48, null)", "glNormalPointer(GL_FLOAT, 48, 12)",
+                           "glColorPointer(4, GL_FLOAT, 48, 24)", "glTexCoordPointer(2, GL_FLOAT, 48, 40)"));
+}
+
+TEST_F(GLGeometryListGLTest, FeedsGenericAttributesWithoutTheMappingFlag)
+{
+    m_List.texCoord4f(0, 0, 0, 0);
+    m_List.vertex3f(0, 0, 0);
+    m_List.end();
+    m_List.compile(context(), false);
+    EXPECT_THAT(boundArrays(), ElementsAre("glVertexAttribPointerARB(0, 3, GL_FLOAT, GL_FALSE, 28, null)",
+                                   "glVertexAttribPointerARB(1, 4, GL_FLOAT, GL_FALSE, 28, 12)"));
+}
+
+TEST_F(GLGeometryListGLTest, LeavesOutAttributesThatWereNotUsed)
+{
+    m_List.color3f(1, 0, 0);
+    m_List.vertex3f(0, 0, 0);
+    m_List.end();
+    m_List.compile(context(), true);
+    EXPECT_THAT(
+        boundArrays(), ElementsAre("glVertexPointer(3, GL_FLOAT, 24, null)", "glColorPointer(3, GL_FLOAT, 24, 12)"));
+}
+
+TEST_F(GLGeometryListGLTest, ExchangesColoursAndNormals)
+{
+    m_List.color4f(0.1f, 0.2f, 0.3f, 0.4f);
+    m_List.normal3f(5, 6, 7);
+    m_List.vertex3f(1, 2, 3);
+    m_List.end();
+    m_List.compile(context(), true);
+    EXPECT_THAT(compiledFloats(), ElementsAre(1, 2, 3, 0.1f, 0.2f, 0.3f, 5, 6, 7, 0));
+}
+
+TEST_F(GLGeometryListGLTest, HasZerosForColoursWithoutNormals)
+{
+    m_List.color3f(0.1f, 0.2f, 0.3f);
+    m_List.vertex3f(1, 2, 3);
+    m_List.end();
+    m_List.compile(context(), true);
+    EXPECT_THAT(compiledFloats(), ElementsAre(1, 2, 3, 0, 0, 0));
+}
+
+// The recorded values, with colours where the buffer has normals and the reverse.
+TEST_F(GLGeometryListGLTest, TakesWhatIsCurrentForEachVertex)
+{
+    constexpr std::array<float, 4> values{9, 8, 7, 6};
+    m_List.vertex3f(0, 0, 0); // before anything is current
+    m_List.color3fv(values.data());
+    m_List.normal3fv(values.data());
+    m_List.texCoord2fv(values.data());
+    m_List.vertex3f(1, 0, 0);
+    m_List.color4fv(values.data());
+    m_List.texCoord4fv(values.data());
+    m_List.vertex3f(2, 0, 0);
+    m_List.color3f(1, 2, 3);
+    m_List.normal3f(4, 5, 6);
+    m_List.texCoord2f(7, 8);
+    m_List.vertex3f(3, 0, 0);
+    m_List.end();
+    m_List.compile(context(), true);
+    // Position and normal of 3, colour and texture coordinate of 4 components each.
+    const std::vector<float> expected{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, //
+        1, 0, 0, 9, 8, 7, 9, 8, 7, 0, 9, 8, 0, 0,                               //
+        2, 0, 0, 9, 8, 7, 9, 8, 7, 0, 9, 8, 7, 6,                               //
+        3, 0, 0, 1, 2, 3, 4, 5, 6, 0, 7, 8, 0, 0};
+    EXPECT_EQ(compiledFloats(), expected);
+}
+
+TEST_F(GLGeometryListGLTest, NeverLowersTheNumberOfComponents)
+{
+    m_List.texCoord4f(1, 2, 3, 4);
+    m_List.texCoord2f(5, 6);
+    m_List.vertex3f(0, 0, 0);
+    m_List.end();
+    m_List.compile(context(), true);
+    EXPECT_THAT(compiledFloats(), ElementsAre(0, 0, 0, 5, 6, 0, 0));
+}
+
+TEST_F(GLGeometryListGLTest, DrawsItsPrimitivesInTheirOrder)
+{
+    m_List.begin(GL_TRIANGLES);
+    recordVertices(3);
+    m_List.end();
+    m_List.begin(GL_QUADS);
+    recordVertices(4);
+    m_List.end();
+    m_List.compile(context(), false);
+    const Calls calls = callsOf([&] { m_List.execute(nullptr); });
+    ASSERT_THAT(calls, SizeIs(7u));
+    EXPECT_EQ(calls[3], "glDrawArrays(GL_TRIANGLES, 0, 3)");
+    EXPECT_EQ(calls[4], "glDrawArrays(GL_QUADS, 3, 4)");
+    EXPECT_EQ(calls[5], "glDisableVertexAttribArrayARB(0)");
+    EXPECT_EQ(calls[6], "glBindBufferARB(GL_ARRAY_BUFFER_ARB, 0)");
+}
+
+TEST_F(GLGeometryListGLTest, CountsVerticesBetweenPrimitivesToTheNext)
+{
+    recordVertices(2);
+    m_List.begin(GL_LINE_STRIP);
+    recordVertices(1);
+    m_List.end();
+    recordVertices(1);
+    m_List.begin(GL_POINTS);
+    m_List.begin(GL_LINES);
+    recordVertices(1);
+    m_List.end();
+    recordVertices(5); // never ended
+    m_List.compile(context(), false);
+    EXPECT_THAT(drawingCalls(), ElementsAre("glDrawArrays(GL_LINE_STRIP, 0, 3)", "glDrawArrays(GL_LINES, 3, 2)"));
+}
+
+TEST_F(GLGeometryListGLTest, DrawsAllVerticesForAnEmptyPrimitive)
+{
+    m_List.begin(GL_POINTS);
+    recordVertices(5);
+    m_List.end();
+    m_List.end();
+    m_List.compile(context(), false);
+    EXPECT_THAT(drawingCalls(), ElementsAre("glDrawArrays(GL_POINTS, 0, 5)", "glDrawArrays(GL_POINTS, 5, 5)"));
+}
+
+TEST_F(GLGeometryListGLTest, OnlyBindsAndUnbindsWithoutPrimitives)
+{
+    recordVertices(2);
+    m_List.compile(context(), false);
+    EXPECT_THAT(callsOf([&] { m_List.execute(context()); }), SizeIs(5u));
+    EXPECT_THAT(drawingCalls(), IsEmpty());
+}
+
+TEST_F(GLGeometryListGLTest, CompilesToNothingWithoutVertices)
+{
+    m_List.begin(GL_POINTS);
+    m_List.color3f(1, 0, 0);
+    m_List.end();
+    EXPECT_THAT(compilingCalls(), IsEmpty());
+    EXPECT_THAT(callsOf([&] { m_List.execute(context()); }), IsEmpty());
+}
+
+TEST_F(GLGeometryListGLTest, RefusesToDrawWhatIsNotCompiled)
+{
+    recordVertices(1);
+    m_List.end();
+    EXPECT_THAT(
+        [&] { m_List.execute(context()); }, ThrowsMessage<PException>("GLGeometryList::execute() - not compiled"));
+}
+
+TEST_F(GLGeometryListGLTest, DestroysTheLastBufferItCompiled)
+{
+    std::optional<GLGeometryList> list(context());
+    list->vertex3f(0, 0, 0);
+    list->compile(context(), false);
+    const Calls second = callsOf([&] { list->compile(context(), false); });
+    EXPECT_EQ(second.front(), "glGenBuffersARB(1, ptr)") << "and the first stays";
+    EXPECT_EQ(std::count_if(second.begin(), second.end(),
+                  [](const std::string& call) { return call.starts_with("glDeleteBuffersARB"); }),
+        0);
+    const std::string name = second[1].substr(second[1].find(',') + 2);
+    EXPECT_THAT(callsOf([&] { list.reset(); }),
+        ElementsAre("glDeleteBuffersARB(1, (" + name.substr(0, name.size() - 1) + "))"));
+}
+
+TEST_F(GLGeometryListGLTest, PassesOnThatTheContextHasDied)
+{
+    recordVertices(1);
+    m_List.compile(context(), false);
+    destroyContext();
+    EXPECT_THAT([&] { m_List.execute(nullptr); }, ThrowsMessage<PException>("GLBuffer::bind() - invalid context"));
+}
+
+constexpr std::array<std::array<float, 3>, 4> TRAPEZIUM{
+    {{-0.8f, -0.7f, 0}, {0.8f, -0.9f, 0}, {0.5f, 0.6f, 0}, {-0.4f, 0.9f, 0}}};
+
+TEST_F(GLGeometryListGLTest, DrawsTexturedGeometryAsImmediateModeDoes)
+{
+    const std::array<unsigned char, 16> texels{255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 0, 255};
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 2, 2, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels.data());
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glEnable(GL_TEXTURE_2D);
+
+    const auto immediate = [] {
+        glBegin(GL_QUADS);
+        for (const auto& corner : TRAPEZIUM) {
+            glTexCoord2f(3 * corner[0], 2 * corner[1]);
+            glVertex3fv(corner.data());
+        }
+        glEnd();
+        glBegin(GL_LINES);
+        glTexCoord2f(0.3f, 0.3f);
+        glVertex3f(-1, 0.1f, 0);
+        glVertex3f(1, -0.3f, 0);
+        glEnd();
+    };
+
+    m_List.begin(GL_QUADS);
+    for (const auto& corner : TRAPEZIUM) {
+        m_List.texCoord2f(3 * corner[0], 2 * corner[1]);
+        m_List.vertex3fv(corner.data());
+    }
+    m_List.end();
+    m_List.begin(GL_LINES);
+    m_List.texCoord2f(0.3f, 0.3f);
+    m_List.vertex3f(-1, 0.1f, 0);
+    m_List.vertex3f(1, -0.3f, 0);
+    m_List.end();
+    m_List.compile(context(), true);
+
+    const Picture expected = picture(immediate);
+    EXPECT_EQ(picture([&] { m_List.execute(context()); }), expected);
+    EXPECT_NE(expected, Picture(64, 64)) << "something was drawn";
+}
+
+TEST_F(GLGeometryListGLTest, DrawsNormalsAsColours)
+{
+    const auto immediate = [] {
+        glBegin(GL_QUADS);
+        for (const auto& corner : TRAPEZIUM) {
+            glColor4f(0.5f + corner[0] / 2, 0.5f + corner[1] / 2, 1, 0);
+            glVertex3fv(corner.data());
+        }
+        glEnd();
+    };
+
+    m_List.color4f(1, 0, 0, 1); // what is drawn has the components of the colour, but the values of the normal
+    m_List.begin(GL_QUADS);
+    for (const auto& corner : TRAPEZIUM) {
+        m_List.normal3f(0.5f + corner[0] / 2, 0.5f + corner[1] / 2, 1);
+        m_List.vertex3fv(corner.data());
+    }
+    m_List.end();
+    m_List.compile(context(), true);
+    const Picture expected = picture(immediate);
+    EXPECT_EQ(picture([&] { m_List.execute(context()); }), expected);
+    EXPECT_NE(expected, Picture(64, 64)) << "something was drawn";
+}
+
+TEST_F(GLGeometryListGLTest, LightsByColoursInsteadOfNormals)
+{
+    constexpr std::array<float, 4> white{1, 1, 1, 1};
+    glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, white.data());
+    glEnable(GL_LIGHTING);
+    glEnable(GL_LIGHT0); // from positive Z
+
+    const auto immediate = [] {
+        glNormal3f(0, 0, 0.5f);
+        glBegin(GL_QUADS);
+        for (const auto& corner : TRAPEZIUM)
+            glVertex3fv(corner.data());
+        glEnd();
+    };
+
+    m_List.color3f(0, 0, 0.5f);
+    m_List.normal3f(0, 0, -1);
+    m_List.begin(GL_QUADS);
+    for (const auto& corner : TRAPEZIUM)
+        m_List.vertex3fv(corner.data());
+    m_List.end();
+    m_List.compile(context(), true);
+    const Picture expected = picture(immediate);
+    EXPECT_EQ(picture([&] { m_List.execute(context()); }), expected);
+    EXPECT_NE(expected, Picture(64, 64)) << "something was drawn";
+}
+
+TEST_F(GLGeometryListGLTest, FeedsAVertexProgram)
+{
+    useVertexProgram(PROGRAM_OF_ATTRIBUTES);
+    m_List.texCoord4f(0, 1, 0, 1); // attribute 1: there are no normals and no colours
+    m_List.begin(GL_QUADS);
+    for (const auto& corner : TRAPEZIUM)
+        m_List.vertex3fv(corner.data());
+    m_List.end();
+    m_List.compile(context(), false);
+    const Picture drawn = picture([&] { m_List.execute(context()); });
+    EXPECT_EQ(drawn.at(32, 32), (vireo_test::Pixel{0, 255, 0, 255}));
+    EXPECT_EQ(drawn.at(0, 0), (vireo_test::Pixel{0, 0, 0, 0}));
+}
+
+} // namespace
+} // namespace tavo
