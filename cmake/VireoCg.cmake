@@ -1,16 +1,11 @@
-# The Cg runtime, as the target Cg::Cg. VIREO_HAVE_CG says whether it is there.
+# VIREO_HAVE_CG says whether the Cg runtime is there, and wanted; if so, it is the target Cg::Cg.
 
 set(VIREO_HAVE_CG OFF)
 if(VIREO_WITH_CG)
-    find_path(CG_INCLUDE_DIR Cg/cgGL.h)
-    find_library(CG_LIBRARY Cg)
-    find_library(CG_GL_LIBRARY CgGL)
-    mark_as_advanced(CG_INCLUDE_DIR CG_LIBRARY CG_GL_LIBRARY)
-    if(CG_INCLUDE_DIR AND CG_LIBRARY AND CG_GL_LIBRARY)
+    list(APPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_LIST_DIR})
+    find_package(Cg QUIET)
+    if(Cg_FOUND)
         set(VIREO_HAVE_CG ON)
-        add_library(Cg::Cg INTERFACE IMPORTED)
-        target_include_directories(Cg::Cg INTERFACE ${CG_INCLUDE_DIR})
-        target_link_libraries(Cg::Cg INTERFACE ${CG_GL_LIBRARY} ${CG_LIBRARY})
     endif()
 endif()
 if(VIREO_HAVE_CG)

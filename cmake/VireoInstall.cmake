@@ -9,6 +9,11 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/vireoConfigVersion.cmake 
 install(
     FILES ${PROJECT_BINARY_DIR}/vireoConfig.cmake ${PROJECT_BINARY_DIR}/vireoConfigVersion.cmake
     DESTINATION ${package_dir})
+if(VIREO_HAVE_CG)
+    install(FILES ${PROJECT_SOURCE_DIR}/cmake/FindCg.cmake DESTINATION ${package_dir})
+    set(PKGCONFIG_CG_LIBS " ${CG_GL_LIBRARY} ${CG_LIBRARY}")
+    set(PKGCONFIG_CG_CFLAGS " -I${CG_INCLUDE_DIR}")
+endif()
 install(EXPORT tavoTargets NAMESPACE tavo:: DESTINATION ${package_dir})
 install(EXPORT vireoTargets NAMESPACE vireo:: DESTINATION ${package_dir})
 
