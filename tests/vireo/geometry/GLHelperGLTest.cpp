@@ -1,16 +1,13 @@
 #include <array>
 #include <gmock/gmock.h>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "tavo/base/objects/PException.h"
 #include "tavo/points/VertexDescriptor.h"
 #include "tests/support/CallRecorder.h"
-#include "tests/support/GLTest.h"
 #include "tests/support/PictureComparison.h"
-#include "vireo/context/GLContext.h"
-#include "vireo/context/GLExtensions.h"
+#include "tests/vireo/ContextTest.h"
 #include "vireo/geometry/GLHelper.h"
 
 namespace tavo {
@@ -22,14 +19,6 @@ using testing::IsEmpty;
 using vireo_test::CallRecorder;
 using vireo_test::callsOf;
 using vireo_test::Picture;
-
-VertexDescriptor makeLayout(const std::vector<VertexAttribDescriptor>& attributes)
-{
-    VertexDescriptor layout;
-    for (const VertexAttribDescriptor& attribute : attributes)
-        layout.pushAttrib(attribute);
-    return layout;
-}
 
 // What binding vertices makes, in which the pointer to them appears as "data".
 std::vector<std::string> bindingCalls(const VertexDescriptor& source, const VertexDescriptor& target)
@@ -50,10 +39,6 @@ std::vector<std::string> drawingCalls(unsigned int sizeInBytes, const VertexDesc
     GLHelper::drawBuffer(data.data(), sizeInBytes, &layout, &layout, mode);
     return recorder.calls();
 }
-
-constexpr unsigned int BYTE = VertexAttribDescriptor::TYPE_UNSIGNED_BYTE;
-constexpr unsigned int FLOAT = VertexAttribDescriptor::TYPE_FLOAT;
-constexpr unsigned int INT = VertexAttribDescriptor::TYPE_INT;
 
 const std::vector<std::string> AXES_ALONE{
     "glColor4f(1, 0.5, 0.5, 0.1)",
@@ -156,37 +141,7 @@ bool isArrayEnabled(unsigned int index)
 
 } // namespace
 
-class GLHelperGLTest : public vireo_test::GLTest
-{
-protected:
-    void SetUp() override
-    {
-        GLTest::SetUp();
-        if (!IsSkipped())
-            m_Context = std::make_unique<GLContext>(getDC(), getRC(), nullptr, nullptr);
-    }
-
-    void TearDown() override
-    {
-        m_Context.reset();
-        GLTest::TearDown();
-    }
-
-    // From here on vertices take their position from generic attribute 0 and their colour from attribute 1.
-    void useProgramOfAttributes()
-    {
-        const std::string program = "!!ARBvp1.0\n"
-                                    "MOV result.position, vertex.attrib[0];\n"
-                                    "MOV result.color, vertex.attrib[1];\n"
-                                    "END";
-        tavo::glBindProgramARB(GL_VERTEX_PROGRAM_ARB, 1);
-        tavo::glProgramStringARB(
-            GL_VERTEX_PROGRAM_ARB, GL_PROGRAM_FORMAT_ASCII_ARB, static_cast<GLsizei>(program.size()), program.data());
-        glEnable(GL_VERTEX_PROGRAM_ARB);
-    }
-
-    std::unique_ptr<GLContext> m_Context;
-};
+using GLHelperGLTest = ContextTest;
 
 TEST_F(GLHelperGLTest, PointsTheTargetsArraysIntoTheSourcesBytes)
 {
@@ -281,7 +236,7 @@ TEST_F(GLHelperGLTest, DrawsClientVerticesUnderAProgram)
     const VertexDescriptor source = makeLayout({{"color", 4, FLOAT}, {"position", 3, FLOAT}});
     const VertexDescriptor target = makeLayout({{"position", 3, FLOAT}, {"color", 4, FLOAT}});
 
-    useProgramOfAttributes();
+    useVertexProgram(PROGRAM_OF_ATTRIBUTES);
     glClear(GL_COLOR_BUFFER_BIT);
     GLHelper::drawBuffer(reinterpret_cast<const char*>(vertices.data()), sizeof vertices, &source, &target, GL_QUADS);
 
@@ -413,7 +368,7 @@ TEST_F(GLHelperGLTest, LeavesBothMatrixStacksAsTheyWereAfter2D)
 
 TEST_F(GLHelperGLTest, RefusesToDrawTextWithoutAWidget)
 {
-    EXPECT_THROW(GLHelper::drawText(m_Context.get(), {0, 0, 0}, "text"), PException);
+    EXPECT_THROW(GLHelper::drawText(context(), {0, 0, 0}, "text"), PException);
 }
 
 } // namespace tavo
