@@ -1,0 +1,77 @@
+#include "tavo/points/RegularVolume.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "tavo/base/objects/PException.h"
+
+namespace tavo {
+
+namespace {
+
+// Whether so many points are as many as there are samples, whose number may be beyond what 64 bits hold.
+bool isNumSamples(const StaticVector<int, 3>& extends, std::uint64_t numPoints)
+{
+    const auto inPlane = static_cast<std::uint64_t>(extends[0]) * static_cast<std::uint64_t>(extends[1]);
+    const auto numPlanes = static_cast<std::uint64_t>(extends[2]);
+    if (inPlane == 0 || numPlanes == 0)
+        return numPoints == 0;
+    return numPoints % inPlane == 0 && numPoints / inPlane == numPlanes;
+}
+
+} // namespace
+
+RegularVolume::RegularVolume(
+    const StaticVector<int, 3>& extends, const BoundingBox<float, 3>& box, std::unique_ptr<PointSet> samples)
+    : m_Extends(extends)
+    , m_Box(box)
+    , m_Samples(std::move(samples))
+{
+    for (unsigned int axis = 0; axis < 3; ++axis)
+        if (extends[axis] < 0)
+            throw PException("RegularVolume::RegularVolume() - negative number of samples");
+}
+
+RegularVolume::~RegularVolume() = default;
+RegularVolume::RegularVolume(RegularVolume&&) noexcept = default;
+RegularVolume& RegularVolume::operator=(RegularVolume&&) noexcept = default;
+
+RegularVolume::Block RegularVolume::findBlock(const std::string& channel, unsigned int numComponents,
+    const StaticVector<int, 3>& min, const StaticVector<int, 3>& max, std::size_t rowLength) const
+{
+    const unsigned int offset = requireChannel(channel, numComponents);
+    std::size_t step = m_Samples->getDescr().getSize();
+    Block block{m_Samples->getData() + offset, {1, 1, 1}, {0, 0, 0}, rowLength};
+    unsigned int numLoops = 0;
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        const int first = min[axis] == UNRESTRICTED ? 0 : min[axis];
+        const int last = max[axis] == UNRESTRICTED ? m_Extends[axis] - 1 : max[axis];
+        const bool isEmpty = m_Extends[axis] == 0 && first == 0 && last == -1;
+        if (!isEmpty && (first < 0 || last < first || last >= m_Extends[axis]))
+            throw PException("RegularVolume::mapChannel() - the bounds are not within the volume");
+        const bool isFixed = min[axis] != UNRESTRICTED && min[axis] == max[axis];
+        if (!isFixed) {
+            block.counts[numLoops] = static_cast<std::size_t>(last - first + 1);
+            block.steps[numLoops] = step;
+            ++numLoops;
+        }
+        block.start += static_cast<std::size_t>(first) * step;
+        step *= static_cast<std::size_t>(m_Extends[axis]);
+    }
+    block.rowLength = std::max(rowLength, block.counts[0]);
+    return block;
+}
+
+unsigned int RegularVolume::requireChannel(const std::string& channel, unsigned int numComponents) const
+{
+    if (!m_Samples || !isNumSamples(m_Extends, m_Samples->getNumPoints()))
+        throw PException("RegularVolume::mapChannel() - data size does not match volume.");
+    const VertexDescriptor& channels = m_Samples->getDescr();
+    const unsigned int i = channels.getIndex(channel);
+    const VertexAttribDescriptor& attribute = channels.getAttribute(i);
+    if (!attribute.isFloat() || attribute.getNumComponents() != numComponents)
+        throw PException("RegularVolume::mapChannel() - data format does not match channel format.");
+    return channels.getAttributeOffset(i);
+}
+
+} // namespace tavo

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "tavo/base/math/BoundingBox.h"
+#include "tavo/base/math/StaticVector.h"
+#include "tavo/points/Export.h"
+#include "tavo/points/PointSet.h"
+
+namespace tavo {
+
+// Samples on a regular grid that fills an axis-aligned box. The samples are the points of a PointSet, sample (x, y, z)
+// at index x + y * nx + z * nx * ny, and its attributes are the channels, of any types beside each other:
+//
+//   VertexDescriptor channels;
+//   channels.pushAttrib(VertexAttribDescriptor("density", 1, VertexAttribDescriptor::TYPE_FLOAT));
+//   RegularVolume volume({181, 217, 181}, box, std::make_unique<PointSet>(channels, 181 * 217 * 181));
+class TAVO_POINTS_EXPORT RegularVolume
+{
+public:
+    using RGBA = StaticVector<unsigned char, 4>;
+
+    // What a sample of N floats looks like; the pointer is the caller's own.
+    template <unsigned int N>
+    using Mapping = RGBA (*)(void*, const StaticVector<float, N>&);
+
+    // In the bounds of mapChannel: not restricted along that axis.
+    static constexpr int UNRESTRICTED = -1;
+
+    // The numbers of samples along X, Y and Z, the box that they fill, and the samples, which may be null for a volume
+    // that has none yet. Throws PException if a number is negative.
+    RegularVolume(const StaticVector<int, 3>& extends, const BoundingBox<float, 3>& box,
+        std::unique_ptr<PointSet> samples = nullptr);
+    ~RegularVolume();
+    RegularVolume(RegularVolume&&) noexcept;
+    RegularVolume& operator=(RegularVolume&&) noexcept;
+
+    const StaticVector<int, 3>& getExtends() const { return m_Extends; }
+    const BoundingBox<float, 3>& getBoundingBox() const { return m_Box; }
+
+    // The samples, owned by the volume; null if it has none.
+    PointSet* getPointSet() { return m_Samples.get(); }
+    const PointSet* getPointSet() const { return m_Samples.get(); }
+
+    // Maps the samples of a channel of N floats within bounds, each inclusive or UNRESTRICTED, to colours: out gets one
+    // for each, X before Y before Z, without gaps, and must have room for them. map is called with each
+    // StaticVector<float, N> in this order.
+    //
+    // With a rowLength, rows begin that many colours apart, and the colours between them are left alone. A row runs
+    // along the first axis that the bounds do not fix to one index: in a plane of one X along Y.
+    //
+    // Throws PException, with nothing mapped: "RegularVolume::mapChannel() - data size does not match volume." if there
+    // are not as many samples as the numbers along the axes say, or none at all; "RegularVolume::mapChannel() - data
+    // format does not match channel format." if the channel is not one of N floats; also if there is no channel of
+    // that name, or if the bounds are not within the volume.
+    template <unsigned int N, typename Map>
+    void mapChannelBy(const std::string& channel, const StaticVector<int, 3>& min, const StaticVector<int, 3>& max,
+        Map map, RGBA* out, std::size_t rowLength = 0) const
+    {
+        const Block block = findBlock(channel, N, min, max, rowLength);
+        const unsigned char* slice = block.start;
+        for (std::size_t k = 0; k < block.counts[2]; ++k, slice += block.steps[2]) {
+            const unsigned char* row = slice;
+            for (std::size_t j = 0; j < block.counts[1]; ++j, row += block.steps[1], out += block.rowLength) {
+                const unsigned char* sample = row;
+                for (std::size_t i = 0; i < block.counts[0]; ++i, sample += block.steps[0]) {
+                    StaticVector<float, N> value;
+                    std::memcpy(value.data(), sample, sizeof value);
+                    out[i] = map(value);
+                }
+            }
+        }
+    }
+
+    // The same by a function and a pointer that it is called with.
+    template <unsigned int N>
+    void mapChannel(const std::string& channel, const StaticVector<int, 3>& min, const StaticVector<int, 3>& max,
+        Mapping<N> mapping, void* userData, RGBA* out) const
+    {
+        mapChannelBy<N>(
+            channel, min, max,
+            [mapping, userData](const StaticVector<float, N>& value) { return mapping(userData, value); }, out);
+    }
+
+private:
+    // Where the samples within bounds lie, in bytes; axes that are fixed to one index come last.
+    struct Block
+    {
+        const unsigned char* start;
+        std::size_t counts[3];
+        std::size_t steps[3];
+        std::size_t rowLength;
+    };
+
+    Block findBlock(const std::string& channel, unsigned int numComponents, const StaticVector<int, 3>& min,
+        const StaticVector<int, 3>& max, std::size_t rowLength) const;
+    unsigned int requireChannel(const std::string& channel, unsigned int numComponents) const;
+
+    StaticVector<int, 3> m_Extends;
+    BoundingBox<float, 3> m_Box;
+    std::unique_ptr<PointSet> m_Samples;
+};
+
+} // namespace tavo
