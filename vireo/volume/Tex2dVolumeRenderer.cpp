@@ -1,0 +1,241 @@
+#include "vireo/volume/Tex2dVolumeRenderer.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <new>
+
+#include "tavo/base/math/checkedAt.h"
+#include "tavo/base/objects/ClassRecord.h"
+#include "tavo/base/objects/PException.h"
+#include "tavo/points/RegularVolume.h"
+#include "vireo/context/GLExtensions.h"
+#include "vireo/volume/volumeSlices.h"
+
+namespace tavo {
+
+MetaClass* Tex2dVolumeRenderer::Tex2dVolumeRendererMetaClass = nullptr;
+
+namespace {
+
+// The power of two that an extent is padded to; deliberately 0 for an extent of 1.
+unsigned int paddedSize(int extent)
+{
+    return extent == 1 ? 0 : std::bit_ceil(static_cast<unsigned int>(extent));
+}
+
+// Throws PException unless the channel can be made into textures.
+unsigned int numComponentsOf(const RegularVolume& volume, const std::string& channel)
+{
+    const PointSet* const samples = volume.getPointSet();
+    const VertexDescriptor channels = samples ? samples->getDescr() : VertexDescriptor();
+    const VertexAttribDescriptor& attribute = channels.getAttribute(channel);
+    if (!attribute.isFloat())
+        throw PException("Tex2dVolumeRenderer::prepareTextures - only float channels are supported.");
+    if (attribute.getNumComponents() == 0 || attribute.getNumComponents() > 4)
+        throw PException("Tex2dVolumeRenderer::prepareTextures - only channel dimension 1..4 is supported.");
+    return attribute.getNumComponents();
+}
+
+} // namespace
+
+Tex2dVolumeRenderer::Tex2dVolumeRenderer() = default;
+Tex2dVolumeRenderer::Tex2dVolumeRenderer(const Tex2dVolumeRenderer& other) = default;
+Tex2dVolumeRenderer& Tex2dVolumeRenderer::operator=(const Tex2dVolumeRenderer& other) = default;
+Tex2dVolumeRenderer::~Tex2dVolumeRenderer() = default;
+
+void Tex2dVolumeRenderer::computeOrder(const StaticVector<float, 3>& viewDir, unsigned int& axis, int& direction)
+{
+    axis = 0;
+    for (const unsigned int other : {1u, 2u})
+        if (std::abs(viewDir[other]) > std::abs(viewDir[axis]))
+            axis = other;
+    direction = viewDir[axis] < 0 ? -1 : 1;
+}
+
+void Tex2dVolumeRenderer::prepareTextures(RegularVolume* volume, StaticVector<float, 3>,
+    const std::vector<std::string>& channels, Mapping mapping, void* userData)
+{
+    checkedAt(channels, 0);
+    disposeTextures();
+    mappingUserData = userData;
+    channelMapping = mapping;
+    for (const std::string& channel : channels) {
+        textureNames.emplace_back();
+        slabStarts.emplace_back();
+        for (unsigned int axis = 0; axis < 3; ++axis) {
+            slabStarts.back().push_back(textureNames.back().size());
+            const auto [u, v] = axesAcross(axis);
+            if (volume->getExtends()[u] == 0 || volume->getExtends()[v] == 0)
+                return; // deliberately without forgetting the mapping
+            prepareStack(*volume, axis, channel);
+        }
+    }
+    mappingUserData = nullptr;
+    channelMapping = nullptr;
+}
+
+void Tex2dVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int axis, const std::string& channel)
+{
+    const unsigned int numComponents = numComponentsOf(volume, channel);
+    const StaticVector<int, 3>& extends = volume.getExtends();
+    const auto [u, v] = axesAcross(axis);
+    const auto width = static_cast<std::size_t>(extends[u]);
+    const auto height = static_cast<std::size_t>(extends[v]);
+    const std::size_t paddedWidth = paddedSize(extends[u]);
+    const std::size_t paddedHeight = paddedSize(extends[v]);
+    std::vector<RGBA> colours(width * height);
+    std::vector<RGBA> padded(paddedWidth * paddedHeight, NULL_VECTOR4UB);
+    for (int slice = 0; slice < extends[axis]; ++slice) {
+        mapSlice(volume, axis, slice, channel, numComponents, colours);
+        for (std::size_t row = 0; row < height; ++row)
+            std::copy_n(&colours[row * width], width, &checkedAt(padded, row * paddedWidth));
+
+        // The image deliberately goes to the texture before the one that is made for the slice.
+        setSliceParameters();
+        glTexImage2D(GL_TEXTURE_2D, 0, 4, static_cast<GLsizei>(paddedWidth), static_cast<GLsizei>(paddedHeight), 0,
+            GL_RGBA, GL_UNSIGNED_BYTE, padded.data());
+        std::vector<unsigned int>& names = textureNames.back();
+        names.push_back(0);
+        glGenTextures(1, &names.back());
+        glBindTexture(GL_TEXTURE_2D, names.back());
+    }
+}
+
+void Tex2dVolumeRenderer::mapSlice(const RegularVolume& volume, unsigned int axis, int slice,
+    const std::string& channel, unsigned int numComponents, std::vector<RGBA>& colours)
+{
+    StaticVector<int, 3> bounds(RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED);
+    bounds[axis] = slice;
+    RGBA* const out = colours.data();
+    switch (numComponents) {
+    case 1: volume.mapChannel<1>(channel, bounds, bounds, channelMapping, mappingUserData, out); break;
+    case 2: volume.mapChannel<2>(channel, bounds, bounds, mapping2, this, out); break;
+    case 3: volume.mapChannel<3>(channel, bounds, bounds, mapping3, this, out); break;
+    default: volume.mapChannel<4>(channel, bounds, bounds, mapping4, this, out); break;
+    }
+}
+
+unsigned char Tex2dVolumeRenderer::alphaOf(float value) const
+{
+    return channelMapping(mappingUserData, StaticVector<float, 1>(value))[3];
+}
+
+// The order of these calls, from the last component to the first, and the alpha of 16 are deliberate.
+
+Tex2dVolumeRenderer::RGBA Tex2dVolumeRenderer::mapping2(void* self, const StaticVector<float, 2>& v)
+{
+    const auto* const renderer = static_cast<const Tex2dVolumeRenderer*>(self);
+    const unsigned char second = renderer->alphaOf(v[1]);
+    const unsigned char first = renderer->alphaOf(v[0]);
+    return {first, second, 0, 16};
+}
+
+Tex2dVolumeRenderer::RGBA Tex2dVolumeRenderer::mapping3(void* self, const StaticVector<float, 3>& v)
+{
+    const auto* const renderer = static_cast<const Tex2dVolumeRenderer*>(self);
+    const unsigned char third = renderer->alphaOf(v[2]);
+    const unsigned char second = renderer->alphaOf(v[1]);
+    const unsigned char first = renderer->alphaOf(v[0]);
+    return {first, second, third, 16};
+}
+
+Tex2dVolumeRenderer::RGBA Tex2dVolumeRenderer::mapping4(void* self, const StaticVector<float, 4>& v)
+{
+    const auto* const renderer = static_cast<const Tex2dVolumeRenderer*>(self);
+    const unsigned char fourth = renderer->alphaOf(v[3]);
+    const unsigned char third = renderer->alphaOf(v[2]);
+    const unsigned char second = renderer->alphaOf(v[1]);
+    const unsigned char first = renderer->alphaOf(v[0]);
+    return {first, second, third, fourth};
+}
+
+void Tex2dVolumeRenderer::drawVolume(
+    RegularVolume* volume, StaticVector<float, 3> viewDir, std::string channel, Mapping mapping, void* userData)
+{
+    drawVolume(volume, viewDir, std::vector<std::string>{std::move(channel)}, mapping, userData);
+}
+
+void Tex2dVolumeRenderer::drawVolume(RegularVolume* volume, StaticVector<float, 3> viewDir,
+    const std::vector<std::string>& channels, Mapping mapping, void* userData)
+{
+    if (!volume || !hasSamples(volume->getExtends()))
+        return;
+    unsigned int axis = 0;
+    int direction = 0;
+    computeOrder(viewDir, axis, direction);
+
+    const AllAttributes attributes;
+    enableBlendedSlices();
+    // All three stacks exist after one preparation, so that the view does not matter here.
+    if (textureNames.size() != channels.size())
+        prepareTextures(volume, viewDir, channels, mapping, userData);
+    drawSlices(*volume, axis, direction);
+}
+
+void Tex2dVolumeRenderer::drawSlices(const RegularVolume& volume, unsigned int axis, int direction) const
+{
+    const StaticVector<int, 3>& extends = volume.getExtends();
+    const BoundingBox<float, 3>& box = volume.getBoundingBox();
+    const auto [u, v] = axesAcross(axis);
+    const float sMax = static_cast<float>(extends[u]) / static_cast<float>(paddedSize(extends[u]));
+    const float tMax = static_cast<float>(extends[v]) / static_cast<float>(paddedSize(extends[v]));
+    const int count = extends[axis];
+    for (int i = 0; i < count; ++i) {
+        const int slice = direction == 1 ? count - 1 - i : i;
+        const float t = static_cast<float>(slice) / static_cast<float>(count);
+        bindSlice(axis, static_cast<unsigned int>(slice));
+        drawSliceQuad(axis, box, box.getMin()[axis] + box.getExtent()[axis] * t, sMax, tMax);
+    }
+}
+
+void Tex2dVolumeRenderer::bindSlice(unsigned int axis, unsigned int slice) const
+{
+    for (unsigned int channel = 0; channel < textureNames.size(); ++channel) {
+        // Deliberately not one of the channel's textureNames: these are numbers of textures, taken for names.
+        const std::size_t start = checkedAt(checkedAt(slabStarts, channel), axis);
+        glActiveTextureARB(GL_TEXTURE0 + channel);
+        glBindTexture(GL_TEXTURE_2D, static_cast<unsigned int>(start) + slice);
+        setSliceParameters();
+    }
+    glActiveTextureARB(GL_TEXTURE0);
+}
+
+void Tex2dVolumeRenderer::disposeTextures()
+{
+    for (const std::vector<unsigned int>& names : textureNames)
+        if (!names.empty())
+            glDeleteTextures(static_cast<GLsizei>(names.size()), names.data());
+    textureNames.clear();
+    slabStarts.clear();
+}
+
+const MetaClass* Tex2dVolumeRenderer::getClass()
+{
+    return createClassRecord<Tex2dVolumeRenderer>(Tex2dVolumeRendererMetaClass, "Tex2dVolumeRenderer", newInstance);
+}
+
+const MetaClass* Tex2dVolumeRenderer::getInstanceClass() const
+{
+    return getClass();
+}
+
+void Tex2dVolumeRenderer::initMetaClass() {}
+
+void Tex2dVolumeRenderer::init(const MetaClass* parent)
+{
+    getClass();
+    initClassRecord(Tex2dVolumeRendererMetaClass, parent, 1000);
+}
+
+void Tex2dVolumeRenderer::shutdown()
+{
+    delete Tex2dVolumeRendererMetaClass; // deliberately not reset
+}
+
+Object* Tex2dVolumeRenderer::newInstance()
+{
+    return new (std::nothrow) Tex2dVolumeRenderer;
+}
+
+} // namespace tavo
