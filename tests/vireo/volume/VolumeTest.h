@@ -1,0 +1,72 @@
+#pragma once
+
+#include <array>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tavo/points/RegularVolume.h"
+#include "tests/support/Picture.h"
+#include "tests/vireo/ContextTest.h"
+
+namespace tavo {
+
+using RGBA = StaticVector<unsigned char, 4>;
+using Extends = StaticVector<int, 3>;
+
+// The value of a sample's component.
+using SampleFunction = std::function<float(int x, int y, int z, unsigned int component)>;
+
+// A volume with one channel of floats, "density", in a box of the given corners.
+inline RegularVolume makeVolume(const Extends& extends, unsigned int numComponents, const SampleFunction& sample,
+    const BoundingBox<float, 3>& box = {{-1, -1, -1}, {1, 1, 1}})
+{
+    const VertexDescriptor channels = makeLayout({{"density", numComponents, FLOAT}});
+    auto samples =
+        std::make_unique<PointSet>(channels, static_cast<unsigned int>(extends[0] * extends[1] * extends[2]));
+    unsigned char* to = samples->getData();
+    for (int z = 0; z < extends[2]; ++z) {
+        for (int y = 0; y < extends[1]; ++y) {
+            for (int x = 0; x < extends[0]; ++x) {
+                for (unsigned int component = 0; component < numComponents; ++component, to += sizeof(float)) {
+                    const float value = sample(x, y, z, component);
+                    std::memcpy(to, &value, sizeof value);
+                }
+            }
+        }
+    }
+    return RegularVolume(extends, box, std::move(samples));
+}
+
+// A volume of which only the size matters.
+inline RegularVolume makeVolume(const Extends& extends)
+{
+    return makeVolume(extends, 1, [](int, int, int, unsigned int) { return 0.0f; });
+}
+
+// A number for each sample of a volume with fewer than 16 along each axis, from which its colour shows its place.
+inline float codeOf(int x, int y, int z)
+{
+    return static_cast<float>(x + 16 * y + 256 * z);
+}
+
+inline RGBA colourOfPlace(int x, int y, int z)
+{
+    return {10 + 15 * x, 20 + 15 * y, 30 + 15 * z, 255};
+}
+
+// A transfer function for such numbers.
+inline RGBA mapCode(void*, const StaticVector<float, 1>& value)
+{
+    const int code = static_cast<int>(value[0]);
+    return colourOfPlace(code % 16, code / 16 % 16, code / 256);
+}
+
+inline RegularVolume makeCodedVolume(const Extends& extends)
+{
+    return makeVolume(extends, 1, [](int x, int y, int z, unsigned int) { return codeOf(x, y, z); });
+}
+
+} // namespace tavo
