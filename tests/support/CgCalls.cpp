@@ -1,7 +1,8 @@
 #include <Cg/cg.h>
-#include <Cg/cgGL.h>
 
 #include "tests/support/RecordedCall.h"
+
+#include <Cg/cgGL.h>
 
 // The functions of the Cg runtime that are recorded.
 

@@ -1,4 +1,4 @@
-#include <Cg/cgGL.h>
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <optional>
 #include <stdexcept>
@@ -10,6 +10,8 @@
 #include "tests/vireo/shaders/ShaderTest.h"
 #include "vireo/shaders/GLShaderCG.h"
 #include "vireo/shaders/ShaderConstant.h"
+
+#include <Cg/cgGL.h>
 
 namespace tavo {
 namespace {
@@ -530,11 +532,13 @@ TEST_F(GLShaderCGGLTest, DestroysItsProgramAtOnceEvenIfItsContextIsNotActive)
 {
     auto shader = std::make_unique<GLShaderCG>(context(), FRAGMENT);
     ASSERT_TRUE(shader->compile(RED));
+    const GLuint name = cgGLGetProgramID(programs().at(0));
     context()->deactivate();
     EXPECT_THAT(
         namedCallsOf([&] { shader.reset(); }), ElementsAre("cgIsProgram(program)", "cgDestroyProgram(program)"));
     EXPECT_THAT(programs(), IsEmpty());
     mainContext().makeCurrent();
+    EXPECT_TRUE(glIsProgramARB(name)) << "the runtime could not delete it";
 }
 
 TEST_F(GLShaderCGGLTest, LivesOnInTheRootWhenItsChildContextDies)

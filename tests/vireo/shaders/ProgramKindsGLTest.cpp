@@ -7,9 +7,9 @@
 #include "vireo/shaders/GLShaderARB.h"
 
 #ifdef VIREO_HAVE_CG
-#include <Cg/cgGL.h>
-
 #include "vireo/shaders/GLShaderCG.h"
+
+#include <Cg/cgGL.h>
 #endif
 
 namespace tavo {
