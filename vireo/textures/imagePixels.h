@@ -2,13 +2,14 @@
 
 #include <cstddef>
 
-#include "tavo/base/images/RGBAImage.h"
+#include "tavo/base/images/TemplatedImage.h"
 #include "tavo/base/math/checkedAt.h"
 
 namespace tavo {
 
 // The first `count` pixels of an image, for an upload. Throws std::out_of_range if the image has fewer, or none.
-inline const RGBAImage::Pixel* firstPixels(const RGBAImage& image, std::size_t count)
+template <typename Component>
+const typename TemplatedImage<Component>::Pixel* firstPixels(const TemplatedImage<Component>& image, std::size_t count)
 {
     checkedAt(image.getPixels(), count - 1);
     return image.getPixels().data();

@@ -1,0 +1,237 @@
+#include "vireo/offscreen/GLImage.h"
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <memory>
+#include <utility>
+
+#include "vireo/context/GLExtensions.h"
+#include "vireo/geometry/GLHelper.h"
+#include "vireo/offscreen/GLRenderTextureCache.h"
+#include "vireo/offscreen/GLRenderTextureFBO.h"
+#include "vireo/offscreen/imageTexels.h"
+#include "vireo/textures/imagePixels.h"
+
+namespace tavo {
+
+namespace {
+
+template <typename Component>
+void requirePixels(const TemplatedImage<Component>& image)
+{
+    firstPixels(image, static_cast<std::size_t>(image.getWidth()) * image.getHeight());
+}
+
+// Copies an image into a render texture of its size, which is then sampled without filters.
+template <typename Component>
+void upload(GLRenderTextureFBO& renderTexture, const TemplatedImage<Component>& image)
+{
+    const unsigned int target = renderTexture.getTextureTarget();
+    renderTexture.bind(0);
+    writeTexels(target, image);
+    glTexParameteri(target, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    glTexParameteri(target, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+    renderTexture.unbind();
+}
+
+template <typename Image>
+Image* readBack(GLRenderTextureFBO& renderTexture)
+{
+    auto image = std::make_unique<Image>(renderTexture.getWidth(), renderTexture.getHeight());
+    renderTexture.bind(0);
+    readTexels(renderTexture.getTextureTarget(), *image);
+    renderTexture.unbind();
+    return image.release();
+}
+
+// A quad from the origin to (width, height), with a texture from its origin to (maxS, maxT).
+void drawQuad(float width, float height, float maxS, float maxT)
+{
+    glBegin(GL_QUADS);
+    glColor3f(1, 1, 1);
+    glTexCoord2f(0, 0);
+    glVertex2f(0, 0);
+    glTexCoord2f(maxS, 0);
+    glVertex2f(width, 0);
+    glTexCoord2f(maxS, maxT);
+    glVertex2f(width, height);
+    glTexCoord2f(0, maxT);
+    glVertex2f(0, height);
+    glEnd();
+}
+
+} // namespace
+
+GLImage::~GLImage()
+{
+    deleteRenderTexture();
+}
+
+void GLImage::setup(GLRenderTextureFBO* renderTexture, bool owns)
+{
+    if (renderTexture != m_RenderTexture) {
+        deleteRenderTexture();
+        m_RenderTexture = renderTexture;
+    }
+    m_OwnsRenderTexture = owns;
+}
+
+void GLImage::setup(GLRenderTextureCache* cache, unsigned int width, unsigned int height, unsigned int components,
+    bool rectangle, bool floatTexture, bool float32, bool depth, bool stencil)
+{
+    deleteRenderTexture();
+    m_Cache = cache;
+    m_RenderTexture =
+        cache->getRenderTexture(width, height, components, rectangle, floatTexture, float32, depth, stencil);
+    m_OwnsRenderTexture = true;
+}
+
+void GLImage::setup(GLRenderTextureCache* cache, GLImage* other)
+{
+    setup(cache, other->getWidth(), other->getHeight(), other->getNumComponents(), other->isRectangle(),
+        other->isFloat(), other->isFloat32(), other->hasDepth(), other->hasStencil());
+}
+
+void GLImage::setup(GLRenderTextureCache* cache, RGBAFloat32Image* image, bool float32)
+{
+    requirePixels(*image);
+    setup(cache, image->getWidth(), image->getHeight(), 4, true, true, float32, false, false);
+    upload(*m_RenderTexture, *image);
+}
+
+void GLImage::setup(GLRenderTextureCache* cache, RGBAImage* image)
+{
+    requirePixels(*image);
+    setup(cache, image->getWidth(), image->getHeight(), 4, true, false, false, false, false);
+    upload(*m_RenderTexture, *image);
+}
+
+// The image has forgotten the render texture also where the cache does not take it back.
+void GLImage::deleteRenderTexture()
+{
+    GLRenderTextureFBO* const renderTexture = std::exchange(m_RenderTexture, nullptr);
+    GLRenderTextureCache* const cache = std::exchange(m_Cache, nullptr);
+    if (!m_OwnsRenderTexture || !renderTexture)
+        return;
+    if (cache)
+        cache->freeRenderTexture(renderTexture);
+    else
+        delete renderTexture;
+}
+
+void GLImage::activate()
+{
+    m_RenderTexture->activate();
+}
+
+void GLImage::deactivate()
+{
+    m_RenderTexture->deactivate();
+}
+
+void GLImage::bind(unsigned int unit)
+{
+    m_RenderTexture->bind(unit);
+}
+
+void GLImage::unbind()
+{
+    m_RenderTexture->unbind();
+}
+
+unsigned int GLImage::getWidth() const
+{
+    return m_RenderTexture->getWidth();
+}
+
+unsigned int GLImage::getHeight() const
+{
+    return m_RenderTexture->getHeight();
+}
+
+unsigned int GLImage::getNumComponents() const
+{
+    return m_RenderTexture->getNumComponents();
+}
+
+bool GLImage::isFloat16() const
+{
+    return m_RenderTexture->isFloat16();
+}
+
+bool GLImage::isFloat32() const
+{
+    return m_RenderTexture->isFloat32();
+}
+
+bool GLImage::isRectangle() const
+{
+    return m_RenderTexture->isRectangle();
+}
+
+bool GLImage::isFloat() const
+{
+    return isFloat16() || isFloat32();
+}
+
+bool GLImage::hasDepth() const
+{
+    return m_RenderTexture->hasDepth();
+}
+
+// Deliberately the depth buffer's.
+bool GLImage::hasStencil() const
+{
+    return hasDepth();
+}
+
+bool GLImage::isSquare() const
+{
+    return getWidth() == getHeight();
+}
+
+bool GLImage::isPowerOfTwo() const
+{
+    return std::has_single_bit(getWidth()) && std::has_single_bit(getHeight());
+}
+
+void GLImage::copySubImage(
+    GLImage* source, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int)
+{
+    activate();
+    source->bind(0);
+    source->unbind();
+    deactivate();
+}
+
+RGBAImage* GLImage::getRGBAImage()
+{
+    return readBack<RGBAImage>(*m_RenderTexture);
+}
+
+RGBAFloat32Image* GLImage::getRGBAFloat32Image()
+{
+    return readBack<RGBAFloat32Image>(*m_RenderTexture);
+}
+
+void GLImage::drawToScreen()
+{
+    std::array<int, 4> viewport{};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    // Deliberately as if the viewport were its left, bottom, right and top.
+    const auto width = static_cast<float>(viewport[2] - viewport[0]);
+    const auto height = static_cast<float>(viewport[3] - viewport[1]);
+
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    GLHelper::begin2D(width, height);
+    bind(0);
+    glEnable(m_RenderTexture->getTextureTarget());
+    glDisable(GL_DEPTH_TEST);
+    drawQuad(width, height, static_cast<float>(getWidth()), static_cast<float>(getHeight()));
+    unbind();
+    GLHelper::end2D();
+    glPopAttrib();
+}
+
+} // namespace tavo
