@@ -1,7 +1,6 @@
 #include "tavo/points/RegularVolume.h"
 
-#include <algorithm>
-#include <cstdint>
+#include <atomic>
 
 #include "tavo/base/objects/PException.h"
 
@@ -19,11 +18,18 @@ bool isNumSamples(const StaticVector<int, 3>& extends, std::uint64_t numPoints)
     return numPoints % inPlane == 0 && numPoints / inPlane == numPlanes;
 }
 
+std::uint64_t nextVolumeNumber()
+{
+    static std::atomic<std::uint64_t> last = 0;
+    return ++last;
+}
+
 } // namespace
 
 RegularVolume::RegularVolume(
     const StaticVector<int, 3>& extends, const BoundingBox<float, 3>& box, std::unique_ptr<PointSet> samples)
-    : m_Extends(extends)
+    : m_VolumeNumber(nextVolumeNumber())
+    , m_Extends(extends)
     , m_Box(box)
     , m_Samples(std::move(samples))
 {
@@ -37,11 +43,11 @@ RegularVolume::RegularVolume(RegularVolume&&) noexcept = default;
 RegularVolume& RegularVolume::operator=(RegularVolume&&) noexcept = default;
 
 RegularVolume::Block RegularVolume::findBlock(const std::string& channel, unsigned int numComponents,
-    const StaticVector<int, 3>& min, const StaticVector<int, 3>& max, std::size_t rowLength) const
+    const StaticVector<int, 3>& min, const StaticVector<int, 3>& max) const
 {
     const unsigned int offset = requireChannel(channel, numComponents);
     std::size_t step = m_Samples->getDescr().getSize();
-    Block block{m_Samples->getData() + offset, {1, 1, 1}, {0, 0, 0}, rowLength};
+    Block block{m_Samples->getData() + offset, {1, 1, 1}, {0, 0, 0}};
     unsigned int numLoops = 0;
     for (unsigned int axis = 0; axis < 3; ++axis) {
         const int first = min[axis] == UNRESTRICTED ? 0 : min[axis];
@@ -58,7 +64,6 @@ RegularVolume::Block RegularVolume::findBlock(const std::string& channel, unsign
         block.start += static_cast<std::size_t>(first) * step;
         step *= static_cast<std::size_t>(m_Extends[axis]);
     }
-    block.rowLength = std::max(rowLength, block.counts[0]);
     return block;
 }
 

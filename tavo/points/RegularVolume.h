@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -38,6 +39,9 @@ public:
     RegularVolume(RegularVolume&&) noexcept;
     RegularVolume& operator=(RegularVolume&&) noexcept;
 
+    // Unique in the process, so that who keeps something made of a volume can tell another one at the same address.
+    std::uint64_t getVolumeNumber() const { return m_VolumeNumber; }
+
     const StaticVector<int, 3>& getExtends() const { return m_Extends; }
     const BoundingBox<float, 3>& getBoundingBox() const { return m_Box; }
 
@@ -45,34 +49,32 @@ public:
     PointSet* getPointSet() { return m_Samples.get(); }
     const PointSet* getPointSet() const { return m_Samples.get(); }
 
-    // Maps the samples of a channel of N floats within bounds, each inclusive or UNRESTRICTED, to colours: out gets one
-    // for each, X before Y before Z, without gaps, and must have room for them. map is called with each
-    // StaticVector<float, N> in this order.
+    // Visits the samples of a channel of N floats within bounds, each inclusive or UNRESTRICTED, X before Y before Z.
+    // visit is called with each StaticVector<float, N>, its column and its row: rows run along the first axis that the
+    // bounds do not fix to one index (in a plane of one X along Y), and are counted through.
     //
-    // With a rowLength, rows begin that many colours apart, and the colours between them are left alone. A row runs
-    // along the first axis that the bounds do not fix to one index: in a plane of one X along Y.
-    //
-    // Throws PException, with nothing mapped: "RegularVolume::mapChannel() - data size does not match volume." if there
-    // are not as many samples as the numbers along the axes say, or none at all; "RegularVolume::mapChannel() - data
-    // format does not match channel format." if the channel is not one of N floats; also if there is no channel of
+    // Throws PException, with nothing visited: "RegularVolume::mapChannel() - data size does not match volume." if
+    // there are not as many samples as the numbers along the axes say, or none at all; "RegularVolume::mapChannel() -
+    // data format does not match channel format." if the channel is not one of N floats; also if there is no channel of
     // that name, or if the bounds are not within the volume.
+    template <unsigned int N, typename Visit>
+    void forEachSample(
+        const std::string& channel, const StaticVector<int, 3>& min, const StaticVector<int, 3>& max, Visit visit) const
+    {
+        visitBlock<N>(findBlock(channel, N, min, max), visit);
+    }
+
+    // Maps such samples to colours: out gets one for each, and must have room for them. map is called with each
+    // StaticVector<float, N>. Rows lie one behind the other, or, with a rowLength, begin that many colours apart; the
+    // colours between them are left alone. Throws as forEachSample does.
     template <unsigned int N, typename Map>
     void mapChannelBy(const std::string& channel, const StaticVector<int, 3>& min, const StaticVector<int, 3>& max,
         Map map, RGBA* out, std::size_t rowLength = 0) const
     {
-        const Block block = findBlock(channel, N, min, max, rowLength);
-        const unsigned char* slice = block.start;
-        for (std::size_t k = 0; k < block.counts[2]; ++k, slice += block.steps[2]) {
-            const unsigned char* row = slice;
-            for (std::size_t j = 0; j < block.counts[1]; ++j, row += block.steps[1], out += block.rowLength) {
-                const unsigned char* sample = row;
-                for (std::size_t i = 0; i < block.counts[0]; ++i, sample += block.steps[0]) {
-                    StaticVector<float, N> value;
-                    std::memcpy(value.data(), sample, sizeof value);
-                    out[i] = map(value);
-                }
-            }
-        }
+        const Block block = findBlock(channel, N, min, max);
+        const std::size_t step = rowLength > block.counts[0] ? rowLength : block.counts[0];
+        visitBlock<N>(block, [&map, out, step](const StaticVector<float, N>& sample, std::size_t column,
+                                 std::size_t row) { out[row * step + column] = map(sample); });
     }
 
     // The same by a function and a pointer that it is called with.
@@ -92,13 +94,29 @@ private:
         const unsigned char* start;
         std::size_t counts[3];
         std::size_t steps[3];
-        std::size_t rowLength;
     };
 
+    template <unsigned int N, typename Visit>
+    static void visitBlock(const Block& block, Visit visit)
+    {
+        std::size_t row = 0;
+        for (std::size_t k = 0; k < block.counts[2]; ++k) {
+            for (std::size_t j = 0; j < block.counts[1]; ++j, ++row) {
+                const unsigned char* at = block.start + k * block.steps[2] + j * block.steps[1];
+                for (std::size_t i = 0; i < block.counts[0]; ++i, at += block.steps[0]) {
+                    StaticVector<float, N> sample;
+                    std::memcpy(sample.data(), at, sizeof sample);
+                    visit(sample, i, row);
+                }
+            }
+        }
+    }
+
     Block findBlock(const std::string& channel, unsigned int numComponents, const StaticVector<int, 3>& min,
-        const StaticVector<int, 3>& max, std::size_t rowLength) const;
+        const StaticVector<int, 3>& max) const;
     unsigned int requireChannel(const std::string& channel, unsigned int numComponents) const;
 
+    std::uint64_t m_VolumeNumber;
     StaticVector<int, 3> m_Extends;
     BoundingBox<float, 3> m_Box;
     std::unique_ptr<PointSet> m_Samples;

@@ -7,7 +7,6 @@
 
 #include "tavo/base/math/checkedAt.h"
 #include "tavo/base/objects/ClassRecord.h"
-#include "tavo/base/objects/PException.h"
 #include "tavo/points/RegularVolume.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/volume/volumeSlices.h"
@@ -22,19 +21,6 @@ namespace {
 unsigned int paddedSize(int extent)
 {
     return extent == 1 ? 0 : std::bit_ceil(static_cast<unsigned int>(extent));
-}
-
-// Throws PException unless the channel can be made into textures.
-unsigned int numComponentsOf(const RegularVolume& volume, const std::string& channel)
-{
-    const PointSet* const samples = volume.getPointSet();
-    const VertexDescriptor channels = samples ? samples->getDescr() : VertexDescriptor();
-    const VertexAttribDescriptor& attribute = channels.getAttribute(channel);
-    if (!attribute.isFloat())
-        throw PException("Tex2dVolumeRenderer::prepareTextures - only float channels are supported.");
-    if (attribute.getNumComponents() == 0 || attribute.getNumComponents() > 4)
-        throw PException("Tex2dVolumeRenderer::prepareTextures - only channel dimension 1..4 is supported.");
-    return attribute.getNumComponents();
 }
 
 } // namespace
@@ -77,7 +63,7 @@ void Tex2dVolumeRenderer::prepareTextures(RegularVolume* volume, StaticVector<fl
 
 void Tex2dVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int axis, const std::string& channel)
 {
-    const unsigned int numComponents = numComponentsOf(volume, channel);
+    const unsigned int numComponents = requireChannel(volume, channel);
     const StaticVector<int, 3>& extends = volume.getExtends();
     const auto [u, v] = axesAcross(axis);
     const auto width = static_cast<std::size_t>(extends[u]);
@@ -176,17 +162,10 @@ void Tex2dVolumeRenderer::drawVolume(RegularVolume* volume, StaticVector<float, 
 void Tex2dVolumeRenderer::drawSlices(const RegularVolume& volume, unsigned int axis, int direction) const
 {
     const StaticVector<int, 3>& extends = volume.getExtends();
-    const BoundingBox<float, 3>& box = volume.getBoundingBox();
     const auto [u, v] = axesAcross(axis);
     const float sMax = static_cast<float>(extends[u]) / static_cast<float>(paddedSize(extends[u]));
     const float tMax = static_cast<float>(extends[v]) / static_cast<float>(paddedSize(extends[v]));
-    const int count = extends[axis];
-    for (int i = 0; i < count; ++i) {
-        const int slice = direction == 1 ? count - 1 - i : i;
-        const float t = static_cast<float>(slice) / static_cast<float>(count);
-        bindSlice(axis, static_cast<unsigned int>(slice));
-        drawSliceQuad(axis, box, box.getMin()[axis] + box.getExtent()[axis] * t, sMax, tMax);
-    }
+    drawStack(volume, axis, direction, sMax, tMax, [&](unsigned int slice) { bindSlice(axis, slice); });
 }
 
 void Tex2dVolumeRenderer::bindSlice(unsigned int axis, unsigned int slice) const

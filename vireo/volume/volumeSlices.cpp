@@ -1,29 +1,15 @@
 #include "vireo/volume/volumeSlices.h"
 
+#include "tavo/base/objects/PException.h"
+#include "tavo/points/RegularVolume.h"
 #include "vireo/context/GLExtensions.h"
 
 namespace tavo {
 
-std::array<unsigned int, 2> axesAcross(unsigned int axis)
-{
-    return {axis == 0 ? 1u : 0u, axis == 2 ? 1u : 2u};
-}
+namespace {
 
-bool hasSamples(const StaticVector<int, 3>& extends)
-{
-    return extends[0] != 0 && extends[1] != 0 && extends[2] != 0;
-}
-
-void setSliceParameters()
-{
-    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
-    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP);
-    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
-}
-
-void drawSliceQuad(unsigned int axis, const BoundingBox<float, 3>& box, float p, float sMax, float tMax)
+// A slice at position p on the axis.
+void drawQuad(unsigned int axis, const BoundingBox<float, 3>& box, float p, float sMax, float tMax)
 {
     const auto [u, v] = axesAcross(axis);
     StaticVector<float, 3> corner;
@@ -40,6 +26,52 @@ void drawSliceQuad(unsigned int axis, const BoundingBox<float, 3>& box, float p,
     sendCorner(true, true);
     sendCorner(true, false);
     glEnd();
+}
+
+} // namespace
+
+std::array<unsigned int, 2> axesAcross(unsigned int axis)
+{
+    return {axis == 0 ? 1u : 0u, axis == 2 ? 1u : 2u};
+}
+
+unsigned int requireChannel(const RegularVolume& volume, const std::string& channel)
+{
+    const PointSet* const samples = volume.getPointSet();
+    const VertexDescriptor channels = samples ? samples->getDescr() : VertexDescriptor();
+    const VertexAttribDescriptor& attribute = channels.getAttribute(channel);
+    if (!attribute.isFloat())
+        throw PException("Tex2dVolumeRenderer::prepareTextures - only float channels are supported.");
+    if (attribute.getNumComponents() == 0 || attribute.getNumComponents() > 4)
+        throw PException("Tex2dVolumeRenderer::prepareTextures - only channel dimension 1..4 is supported.");
+    return attribute.getNumComponents();
+}
+
+bool hasSamples(const StaticVector<int, 3>& extends)
+{
+    return extends[0] != 0 && extends[1] != 0 && extends[2] != 0;
+}
+
+void setSliceParameters()
+{
+    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
+}
+
+void drawStack(const RegularVolume& volume, unsigned int axis, int direction, float sMax, float tMax,
+    const std::function<void(unsigned int slice)>& bindSlice)
+{
+    const BoundingBox<float, 3>& box = volume.getBoundingBox();
+    const int count = volume.getExtends()[axis];
+    for (int i = 0; i < count; ++i) {
+        const int slice = direction == 1 ? count - 1 - i : i;
+        const float t = static_cast<float>(slice) / static_cast<float>(count);
+        bindSlice(static_cast<unsigned int>(slice));
+        drawQuad(axis, box, box.getMin()[axis] + box.getExtent()[axis] * t, sMax, tMax);
+    }
 }
 
 AllAttributes::AllAttributes()

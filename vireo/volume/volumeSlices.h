@@ -1,24 +1,33 @@
 #pragma once
 
 #include <array>
+#include <functional>
+#include <string>
 
-#include "tavo/base/math/BoundingBox.h"
 #include "tavo/base/math/StaticVector.h"
 
 namespace tavo {
+
+class RegularVolume;
 
 // What the renderers of volumes have in common: a stack of slices along one axis, each a textured quad.
 
 // The axes across a stack, the lower one first: that along the texture's rows (s), and that along its columns (t).
 std::array<unsigned int, 2> axesAcross(unsigned int axis);
 
+// The number of components of a channel. Throws PException if there is no channel of that name, or if it cannot be made
+// into textures: it is not of floats, or has more than four components.
+unsigned int requireChannel(const RegularVolume& volume, const std::string& channel);
+
 bool hasSamples(const StaticVector<int, 3>& extends);
 
 // Filters, wrap modes and texture environment of the bound 2D texture and the active unit for drawing slices.
 void setSliceParameters();
 
-// A slice at position p on the axis, across the box, with texture coordinates from 0 to sMax and tMax on unit 0.
-void drawSliceQuad(unsigned int axis, const BoundingBox<float, 3>& box, float p, float sMax, float tMax);
+// Draws the slices of a stack from the back to the front, each as a quad across the volume's box, with texture
+// coordinates from 0 to sMax and tMax on unit 0. Calls bindSlice with the number of each before it.
+void drawStack(const RegularVolume& volume, unsigned int axis, int direction, float sMax, float tMax,
+    const std::function<void(unsigned int slice)>& bindSlice);
 
 // glPushAttrib for everything, and glPopAttrib whatever happens in between.
 class AllAttributes

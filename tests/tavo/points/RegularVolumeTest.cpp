@@ -95,6 +95,16 @@ TEST(RegularVolumeTest, KnowsItsExtentsItsBoxAndItsSamples)
     EXPECT_EQ(RegularVolume({1, 1, 1}, {}).getPointSet(), nullptr);
 }
 
+TEST(RegularVolumeTest, HasANumberOfItsOwnWhereverItMoves)
+{
+    RegularVolume first = makeVolume();
+    const std::uint64_t number = first.getVolumeNumber();
+    EXPECT_NE(makeVolume().getVolumeNumber(), number);
+    RegularVolume second = makeVolume();
+    second = std::move(first);
+    EXPECT_EQ(second.getVolumeNumber(), number);
+}
+
 TEST(RegularVolumeTest, RefusesNegativeExtents)
 {
     EXPECT_THAT(

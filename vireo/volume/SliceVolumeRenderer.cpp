@@ -1,0 +1,294 @@
+#include "vireo/volume/SliceVolumeRenderer.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <type_traits>
+#include <utility>
+
+#include "tavo/base/math/checkedAt.h"
+#include "tavo/base/objects/PException.h"
+#include "tavo/points/RegularVolume.h"
+#include "vireo/context/GLExtensionLoader.h"
+#include "vireo/context/GLExtensions.h"
+#include "vireo/volume/volumeSlices.h"
+
+namespace tavo {
+
+namespace {
+
+using RGBA = Tex2dVolumeRenderer::RGBA;
+
+bool takesAnySize()
+{
+    return GLExtensionLoader::getInstance().getSupportedExtensions().find("GL_ARB_texture_non_power_of_two ") !=
+           std::string::npos;
+}
+
+unsigned int textureSize(int extent)
+{
+    const auto size = static_cast<unsigned int>(extent);
+    return takesAnySize() ? size : std::bit_ceil(size);
+}
+
+void requireTextureSize(unsigned int size)
+{
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    if (size > static_cast<unsigned int>(largest))
+        throw PException("SliceVolumeRenderer::prepareTextures - the slices are larger than the driver's textures");
+}
+
+// Client memory is read without gaps, whatever the application has set for its own uploads.
+class PlainPixelStorage
+{
+public:
+    PlainPixelStorage()
+    {
+        glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+        if (glBindBufferARB)
+            glBindBufferARB(GL_PIXEL_UNPACK_BUFFER_ARB, 0);
+        for (const GLenum parameter :
+            {GL_UNPACK_SWAP_BYTES, GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS, GL_UNPACK_SKIP_PIXELS})
+            glPixelStorei(parameter, 0);
+        glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    }
+    ~PlainPixelStorage() { glPopClientAttrib(); }
+    PlainPixelStorage(const PlainPixelStorage&) = delete;
+    PlainPixelStorage& operator=(const PlainPixelStorage&) = delete;
+};
+
+// Calls a generic function with the number of components, 1 to 4, as a constant.
+template <typename Function>
+void withNumComponents(unsigned int numComponents, const Function& function)
+{
+    switch (numComponents) {
+    case 1: function(std::integral_constant<unsigned int, 1>()); break;
+    case 2: function(std::integral_constant<unsigned int, 2>()); break;
+    case 3: function(std::integral_constant<unsigned int, 3>()); break;
+    default: function(std::integral_constant<unsigned int, 4>()); break;
+    }
+}
+
+// What a sample looks like, given what each of its components does: one component as it is, more by their alphas, and
+// with fewer than four, an alpha of 16.
+template <unsigned int N, typename Look>
+RGBA colourOf(const StaticVector<float, N>& sample, const Look& look)
+{
+    if constexpr (N == 1)
+        return look(sample[0]);
+    else {
+        RGBA colour(0, 0, 0, 16);
+        for (unsigned int i = 0; i < N; ++i)
+            colour[i] = look(sample[i])[3];
+        return colour;
+    }
+}
+
+struct Range
+{
+    float min = std::numeric_limits<float>::max();
+    float max = std::numeric_limits<float>::lowest();
+};
+
+// The range of a channel's finite values; from 0 to 0 if there are none.
+Range rangeOf(const RegularVolume& volume, const std::string& channel)
+{
+    constexpr int all = RegularVolume::UNRESTRICTED;
+    Range range;
+    withNumComponents(requireChannel(volume, channel), [&](auto numComponents) {
+        constexpr unsigned int n = numComponents();
+        volume.forEachSample<n>(channel, {all, all, all}, {all, all, all},
+            [&range](const StaticVector<float, n>& sample, std::size_t, std::size_t) {
+                for (unsigned int i = 0; i < n; ++i) {
+                    if (!std::isfinite(sample[i]))
+                        continue;
+                    range.min = std::min(range.min, sample[i]);
+                    range.max = std::max(range.max, sample[i]);
+                }
+            });
+    });
+    return range.min <= range.max ? range : Range{0, 0};
+}
+
+// Writes a slice into its texture, which is made if it is not there yet (0), and leaves it bound.
+void uploadSlice(unsigned int& name, unsigned int width, unsigned int height, const RGBA* texels)
+{
+    const auto w = static_cast<GLsizei>(width);
+    const auto h = static_cast<GLsizei>(height);
+    if (name != 0) {
+        glBindTexture(GL_TEXTURE_2D, name);
+        glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, w, h, GL_RGBA, GL_UNSIGNED_BYTE, texels);
+        return;
+    }
+    glGenTextures(1, &name);
+    glBindTexture(GL_TEXTURE_2D, name);
+    setSliceParameters();
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, w, h, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels);
+}
+
+// Unit 0, on which nothing but 2D textures is enabled.
+void selectUnit0()
+{
+    glActiveTextureARB(GL_TEXTURE0);
+    for (const GLenum target : {GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE_ARB})
+        glDisable(target);
+}
+
+} // namespace
+
+// The entry that is nearest; the first for what is no number.
+inline RGBA SliceVolumeRenderer::Table::look(float value) const
+{
+    const float last = static_cast<float>(colours.size() - 1);
+    const float place = std::min((value - min) * entriesPerValue + 0.5f, last);
+    return colours[place >= 0 ? static_cast<std::size_t>(place) : 0];
+}
+
+void SliceVolumeRenderer::drawVolume(RegularVolume* volume, StaticVector<float, 3> viewDir,
+    const std::vector<std::string>& channels, Mapping mapping, void* userData)
+{
+    if (!volume || !hasSamples(volume->getExtends()))
+        return;
+    unsigned int axis = 0;
+    int direction = 0;
+    computeOrder(viewDir, axis, direction);
+
+    const AllAttributes attributes;
+    selectUnit0();
+    enableBlendedSlices();
+    prepareTextures(volume, viewDir, channels, mapping, userData);
+    drawSlices(*volume, axis, direction);
+}
+
+void SliceVolumeRenderer::disposeTextures()
+{
+    Tex2dVolumeRenderer::disposeTextures();
+    m_Source = Source();
+    m_IsPrepared = {};
+}
+
+void SliceVolumeRenderer::invalidate()
+{
+    m_Source.volumeNumber = 0; // that of no volume
+}
+
+void SliceVolumeRenderer::setTableSize(unsigned int numEntries)
+{
+    m_TableSize = numEntries;
+    invalidate();
+}
+
+void SliceVolumeRenderer::prepareTextures(RegularVolume* volume, StaticVector<float, 3> viewDir,
+    const std::vector<std::string>& channels, Mapping mapping, void* userData)
+{
+    checkedAt(channels, 0);
+    Source source{volume->getVolumeNumber(), volume->getExtends(), channels, mapping, userData};
+    if (source != m_Source)
+        adopt(std::move(source), *volume);
+
+    unsigned int axis = 0;
+    int direction = 0;
+    computeOrder(viewDir, axis, direction);
+    if (m_IsPrepared[axis])
+        return;
+    const PlainPixelStorage storage;
+    for (unsigned int channel = 0; channel < channels.size(); ++channel)
+        prepareStack(*volume, axis, channel);
+    m_IsPrepared[axis] = true;
+}
+
+// Keeps the textures where they are of the right size and number.
+void SliceVolumeRenderer::adopt(Source source, const RegularVolume& volume)
+{
+    for (const std::string& channel : source.channels)
+        requireChannel(volume, channel);
+    if (source.extends != m_Source.extends || source.channels.size() != m_Source.channels.size())
+        disposeTextures();
+    m_IsPrepared = {};
+    m_Source = std::move(source);
+    m_Source.volumeNumber = 0; // until all is done
+
+    const StaticVector<int, 3>& extends = m_Source.extends;
+    const auto nx = static_cast<std::size_t>(extends[0]);
+    const auto ny = static_cast<std::size_t>(extends[1]);
+    const auto nz = static_cast<std::size_t>(extends[2]);
+    m_Tables.clear();
+    textureNames.resize(m_Source.channels.size());
+    slabStarts.assign(m_Source.channels.size(), {0, nx, nx + ny});
+    for (std::vector<unsigned int>& names : textureNames)
+        names.resize(nx + ny + nz);
+    for (const std::string& channel : m_Source.channels)
+        m_Tables.push_back(makeTable(volume, channel));
+    m_Source.volumeNumber = volume.getVolumeNumber();
+}
+
+SliceVolumeRenderer::Table SliceVolumeRenderer::makeTable(const RegularVolume& volume, const std::string& channel) const
+{
+    Table table;
+    if (m_TableSize == 0)
+        return table;
+    const Range range = rangeOf(volume, channel);
+    const double width = double{range.max} - range.min;
+    const double last = m_TableSize - 1.0;
+    table.min = range.min;
+    table.entriesPerValue = width > 0 ? static_cast<float>(last / width) : 0;
+    table.colours.reserve(m_TableSize);
+    for (unsigned int i = 0; i < m_TableSize; ++i) {
+        const double value = range.min + (last > 0 ? width * i / last : 0);
+        table.colours.push_back(m_Source.mapping(m_Source.userData, StaticVector<float, 1>(value)));
+    }
+    return table;
+}
+
+void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int axis, unsigned int channel)
+{
+    const auto [u, v] = axesAcross(axis);
+    const unsigned int width = textureSize(m_Source.extends[u]);
+    const unsigned int height = textureSize(m_Source.extends[v]);
+    requireTextureSize(std::max(width, height));
+    std::vector<RGBA> texels(std::size_t{width} * height, NULL_VECTOR4UB);
+    unsigned int* const names = textureNames[channel].data() + slabStarts[channel][axis];
+    const std::string& channelName = m_Source.channels[channel];
+
+    const auto prepareBy = [&](const auto& look) {
+        withNumComponents(requireChannel(volume, channelName), [&](auto numComponents) {
+            constexpr unsigned int n = numComponents();
+            StaticVector<int, 3> bounds(
+                RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED);
+            for (int slice = 0; slice < m_Source.extends[axis]; ++slice) {
+                bounds[axis] = slice;
+                volume.mapChannelBy<n>(
+                    channelName, bounds, bounds,
+                    [&look](const StaticVector<float, n>& sample) { return colourOf<n>(sample, look); }, texels.data(),
+                    width);
+                uploadSlice(names[slice], width, height, texels.data());
+            }
+        });
+    };
+    const Table& table = m_Tables[channel];
+    if (table.colours.empty())
+        prepareBy([this](float value) { return m_Source.mapping(m_Source.userData, StaticVector<float, 1>(value)); });
+    else
+        prepareBy([&table](float value) { return table.look(value); });
+}
+
+void SliceVolumeRenderer::drawSlices(const RegularVolume& volume, unsigned int axis, int direction) const
+{
+    const auto [u, v] = axesAcross(axis);
+    const StaticVector<int, 3>& extends = volume.getExtends();
+    const float sMax = static_cast<float>(extends[u]) / static_cast<float>(textureSize(extends[u]));
+    const float tMax = static_cast<float>(extends[v]) / static_cast<float>(textureSize(extends[v]));
+    drawStack(volume, axis, direction, sMax, tMax, [&](unsigned int slice) {
+        for (unsigned int channel = 0; channel < textureNames.size(); ++channel) {
+            glActiveTextureARB(GL_TEXTURE0 + channel);
+            glBindTexture(GL_TEXTURE_2D, textureNames[channel][slabStarts[channel][axis] + slice]);
+            glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
+        }
+        glActiveTextureARB(GL_TEXTURE0);
+    });
+}
+
+} // namespace tavo
