@@ -1,0 +1,576 @@
+#include <cmath>
+#include <cstdlib>
+#include <gmock/gmock.h>
+#include <limits>
+#include <stdexcept>
+
+#include "tavo/base/objects/PException.h"
+#include "tests/support/CallRecorder.h"
+#include "tests/vireo/volume/VolumeTest.h"
+#include "vireo/volume/SliceVolumeRenderer.h"
+
+#include <GL/glu.h>
+
+namespace tavo {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::ThrowsMessage;
+using vireo_test::callsOf;
+using vireo_test::Picture;
+
+using Vector = StaticVector<float, 3>;
+using Names = std::vector<std::string>;
+
+// The renderer with the names of its textures in reach.
+class OpenRenderer : public SliceVolumeRenderer
+{
+public:
+    using SliceVolumeRenderer::slabStarts;
+    using SliceVolumeRenderer::textureNames;
+};
+
+const Names DENSITY{"density"};
+const Vector ALONG_X(1, 0, 0);
+const Vector ALONG_Y(0, 1, 0);
+const Vector ALONG_Z(0, 0, 1);
+
+// A view from each side, and from between them.
+const std::vector<Vector> VIEWS{
+    {1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}, {0.5f, -0.7f, -0.6f}};
+
+// Partly transparent, in colours of the sample's place.
+RGBA mapTransparent(void*, const StaticVector<float, 1>& value)
+{
+    RGBA colour = mapCode(nullptr, value);
+    colour[3] = 90;
+    return colour;
+}
+
+// Answers the colour that userData points to, and counts.
+struct Colour
+{
+    static RGBA map(void* self, const StaticVector<float, 1>&)
+    {
+        auto* const colour = static_cast<Colour*>(self);
+        ++colour->numCalls;
+        return colour->colour;
+    }
+
+    RGBA colour{10, 20, 30, 255};
+    unsigned int numCalls = 0;
+};
+
+class SliceVolumeRendererGLTest : public ContextTest
+{
+protected:
+    // The calls of a drawing whose names begin so.
+    Calls drawingCalls(RegularVolume& volume, const Vector& viewDir, const std::string& start,
+        const Names& channels = DENSITY, Tex2dVolumeRenderer::Mapping mapping = &mapCode, void* userData = nullptr)
+    {
+        Calls calls = callsOf([&] { m_Renderer.drawVolume(&volume, viewDir, channels, mapping, userData); });
+        std::erase_if(calls, [&](const std::string& call) { return !call.starts_with(start); });
+        return calls;
+    }
+
+    unsigned int numUploads(RegularVolume& volume, const Vector& viewDir = ALONG_Z, const Names& channels = DENSITY,
+        Tex2dVolumeRenderer::Mapping mapping = &mapCode, void* userData = nullptr)
+    {
+        const Calls calls = drawingCalls(volume, viewDir, "glTex", channels, mapping, userData);
+        return static_cast<unsigned int>(std::count_if(calls.begin(), calls.end(), [](const std::string& call) {
+            return call.starts_with("glTexImage2D") || call.starts_with("glTexSubImage2D");
+        }));
+    }
+
+    void draw(RegularVolume& volume, const Vector& viewDir = ALONG_Z)
+    {
+        m_Renderer.drawVolume(&volume, viewDir, DENSITY, &mapCode, nullptr);
+    }
+
+    // The texels of a slice along an axis, in a size that the driver took as it is.
+    std::vector<RGBA> texelsOf(unsigned int channel, unsigned int axis, unsigned int slice, unsigned int numTexels)
+    {
+        std::vector<RGBA> texels(numTexels);
+        glBindTexture(
+            GL_TEXTURE_2D, m_Renderer.textureNames.at(channel).at(m_Renderer.slabStarts.at(channel).at(axis) + slice));
+        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels.data());
+        glBindTexture(GL_TEXTURE_2D, 0);
+        return texels;
+    }
+
+    static void lookAlong(const Vector& viewDir)
+    {
+        glMatrixMode(GL_PROJECTION);
+        glLoadIdentity();
+        glOrtho(-1.5, 1.5, -1.5, 1.5, -5, 5);
+        glMatrixMode(GL_MODELVIEW);
+        glLoadIdentity();
+        const bool upIsZ = viewDir[0] == 0 && viewDir[2] == 0;
+        gluLookAt(0, 0, 0, viewDir[0], viewDir[1], viewDir[2], 0, upIsZ ? 0 : 1, upIsZ ? 1 : 0);
+    }
+
+    Picture pictureBy(Tex2dVolumeRenderer& renderer, RegularVolume& volume, const Vector& viewDir)
+    {
+        lookAlong(viewDir);
+        glClear(GL_COLOR_BUFFER_BIT);
+        renderer.drawVolume(&volume, viewDir, DENSITY, &mapTransparent, nullptr);
+        return readPixels();
+    }
+
+    // Draws the front of a coded volume of 4 x 4 x 4 samples, a texel a pixel, and expects it the right way up.
+    void expectRightPicture()
+    {
+        constexpr int n = 4;
+        RegularVolume volume = makeCodedVolume({n, n, n});
+        glMatrixMode(GL_PROJECTION);
+        glLoadIdentity();
+        glOrtho(-1, 1, -1, 1, -2, 2); // seen along negative Z
+        glMatrixMode(GL_MODELVIEW);
+        glLoadIdentity();
+        glViewport(0, 0, n, n);
+        glClear(GL_COLOR_BUFFER_BIT);
+        m_Renderer.drawVolume(&volume, {0, 0, -1}, DENSITY, &mapCode, nullptr);
+        Picture expected(n, n);
+        for (int y = 0; y < n; ++y) {
+            for (int x = 0; x < n; ++x) {
+                const RGBA colour = colourOfPlace(x, y, n - 1);
+                expected.at(static_cast<unsigned int>(x), static_cast<unsigned int>(y)) = {
+                    colour[0], colour[1], colour[2], colour[3]};
+            }
+        }
+        EXPECT_EQ(readPixels(n, n), expected);
+    }
+
+    void TearDown() override
+    {
+        if (!IsSkipped())
+            m_Renderer.disposeTextures();
+        ContextTest::TearDown();
+    }
+
+    OpenRenderer m_Renderer;
+};
+
+// Of one channel, each in a fresh context, where the base is right.
+class SameVolumePictureGLTest : public SliceVolumeRendererGLTest, public testing::WithParamInterface<Extends>
+{};
+
+TEST_P(SameVolumePictureGLTest, DrawsWhatTheBaseDraws)
+{
+    RegularVolume volume = makeCodedVolume(GetParam());
+    std::vector<Picture> expected;
+    Tex2dVolumeRenderer base;
+    for (const Vector& view : VIEWS)
+        expected.push_back(pictureBy(base, volume, view));
+    base.disposeTextures();
+    for (std::size_t i = 0; i < VIEWS.size(); ++i) {
+        EXPECT_TRUE(pictureBy(m_Renderer, volume, VIEWS[i]) == expected[i]) << "view " << i;
+        EXPECT_TRUE(expected[i] != Picture(64, 64)) << "something was drawn";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Extents, SameVolumePictureGLTest,
+    testing::Values(Extends(5, 3, 8), Extends(4, 4, 4), Extends(2, 7, 9), Extends(3, 2, 2)), [](const auto& info) {
+        const Extends& extends = info.param;
+        return std::to_string(extends[0]) + 'x' + std::to_string(extends[1]) + 'x' + std::to_string(extends[2]);
+    });
+
+TEST_F(SliceVolumeRendererGLTest, IsRightAmongOtherTexturesAndState)
+{
+    std::vector<unsigned int> names(20);
+    glGenTextures(20, names.data());
+    const std::vector<unsigned char> grey(64 * 64 * 4, 99);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 64, 64, 0, GL_RGBA, GL_UNSIGNED_BYTE, grey.data());
+    glBindTexture(GL_TEXTURE_3D, names[3]);
+    tavo::glTexImage3DEXT(GL_TEXTURE_3D, 0, GL_RGBA, 4, 4, 4, 0, GL_RGBA, GL_UNSIGNED_BYTE, grey.data());
+    glTexParameteri(GL_TEXTURE_3D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glEnable(GL_TEXTURE_3D);
+    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+    glColor4f(0.5f, 0.5f, 0.5f, 0.5f);
+    unsigned int buffer = 0;
+    glGenBuffersARB(1, &buffer);
+    glBindBufferARB(GL_PIXEL_UNPACK_BUFFER_ARB, buffer);
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, 7);
+    glPixelStorei(GL_UNPACK_SKIP_PIXELS, 3);
+    glPixelStorei(GL_UNPACK_SKIP_ROWS, 2);
+    glPixelStorei(GL_UNPACK_SWAP_BYTES, 1);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 8);
+    glActiveTextureARB(GL_TEXTURE0 + 1);
+
+    expectRightPicture();
+
+    const auto integer = [](GLenum parameter) {
+        int value = 0;
+        glGetIntegerv(parameter, &value);
+        return value;
+    };
+    EXPECT_EQ(integer(GL_ACTIVE_TEXTURE_ARB), GL_TEXTURE0 + 1);
+    EXPECT_EQ(integer(GL_PIXEL_UNPACK_BUFFER_BINDING_ARB), static_cast<int>(buffer));
+    EXPECT_EQ(integer(GL_UNPACK_ROW_LENGTH), 7);
+    EXPECT_EQ(integer(GL_UNPACK_ALIGNMENT), 8);
+    EXPECT_FALSE(glIsEnabled(GL_BLEND));
+    glActiveTextureARB(GL_TEXTURE0);
+    EXPECT_TRUE(glIsEnabled(GL_TEXTURE_3D));
+    EXPECT_FALSE(glIsEnabled(GL_TEXTURE_2D));
+    EXPECT_EQ(integer(GL_TEXTURE_BINDING_2D), 0);
+    glDeleteTextures(20, names.data());
+    glDeleteBuffersARB(1, &buffer);
+}
+
+TEST_F(SliceVolumeRendererGLTest, MakesAStackWhenItIsFirstLookedAlong)
+{
+    RegularVolume volume = makeCodedVolume({2, 3, 5});
+    EXPECT_EQ(numUploads(volume, ALONG_Z), 5u);
+    EXPECT_EQ(numUploads(volume, {0.2f, 0.3f, -1}), 0u) << "the same stack, from the other side";
+    EXPECT_EQ(numUploads(volume, ALONG_Y), 3u);
+    EXPECT_EQ(numUploads(volume, ALONG_X), 2u);
+    for (const Vector& view : VIEWS)
+        EXPECT_EQ(numUploads(volume, view), 0u);
+}
+
+TEST_F(SliceVolumeRendererGLTest, MapsEverySampleToItsTexelWithoutPadding)
+{
+    RegularVolume volume = makeCodedVolume({5, 3, 7});
+    for (const Vector& view : {ALONG_X, ALONG_Y, ALONG_Z})
+        draw(volume, view);
+    for (int x = 0; x < 5; ++x) {
+        const std::vector<RGBA> texels = texelsOf(0, 0, static_cast<unsigned int>(x), 3 * 7);
+        for (int i = 0; i < 3 * 7; ++i)
+            EXPECT_EQ(texels[i], colourOfPlace(x, i % 3, i / 3));
+    }
+    for (int y = 0; y < 3; ++y) {
+        const std::vector<RGBA> texels = texelsOf(0, 1, static_cast<unsigned int>(y), 5 * 7);
+        for (int i = 0; i < 5 * 7; ++i)
+            EXPECT_EQ(texels[i], colourOfPlace(i % 5, y, i / 5));
+    }
+    for (int z = 0; z < 7; ++z) {
+        const std::vector<RGBA> texels = texelsOf(0, 2, static_cast<unsigned int>(z), 5 * 3);
+        for (int i = 0; i < 5 * 3; ++i)
+            EXPECT_EQ(texels[i], colourOfPlace(i % 5, i / 5, z));
+    }
+}
+
+TEST_F(SliceVolumeRendererGLTest, WritesAnotherVolumeOfTheSizeIntoTheSameTextures)
+{
+    RegularVolume first = makeCodedVolume({2, 2, 2});
+    RegularVolume second = makeVolume({2, 2, 2}, 1, [](int, int, int, unsigned int) { return codeOf(5, 6, 7); });
+    draw(first);
+    const auto names = m_Renderer.textureNames;
+    const Calls calls = drawingCalls(second, ALONG_Z, "gl");
+    EXPECT_THAT(calls, testing::Contains(testing::StartsWith("glTexSubImage2D")).Times(2));
+    EXPECT_THAT(calls, testing::Not(testing::Contains(testing::StartsWith("glGenTextures"))));
+    EXPECT_EQ(m_Renderer.textureNames, names);
+    EXPECT_THAT(texelsOf(0, 2, 1, 4), Each(colourOfPlace(5, 6, 7)));
+    EXPECT_EQ(numUploads(second, ALONG_X), 2u) << "the other stacks are of the new volume too";
+}
+
+TEST_F(SliceVolumeRendererGLTest, TellsAnotherVolumeAtTheSameAddress)
+{
+    RegularVolume volume = makeCodedVolume({2, 2, 2});
+    EXPECT_EQ(numUploads(volume), 2u);
+    volume = makeCodedVolume({2, 2, 2});
+    EXPECT_EQ(numUploads(volume), 2u);
+}
+
+TEST_F(SliceVolumeRendererGLTest, MakesNewTexturesForAnotherSize)
+{
+    RegularVolume first = makeCodedVolume({2, 2, 2});
+    RegularVolume second = makeCodedVolume({3, 2, 2});
+    draw(first);
+    EXPECT_THAT(drawingCalls(second, ALONG_Z, "glDeleteTextures"), SizeIs(1));
+    EXPECT_EQ(texelsOf(0, 2, 1, 6).back(), colourOfPlace(2, 1, 1));
+}
+
+TEST_F(SliceVolumeRendererGLTest, FollowsChannelsMappingAndUserData)
+{
+    const VertexDescriptor channels = makeLayout({{"a", 1, FLOAT}, {"b", 1, FLOAT}});
+    RegularVolume volume({2, 2, 2}, {{-1, -1, -1}, {1, 1, 1}}, std::make_unique<PointSet>(channels, 8));
+    Colour colour;
+    Colour other;
+    EXPECT_EQ(numUploads(volume, ALONG_Z, {"a"}, &Colour::map, &colour), 2u);
+    EXPECT_EQ(numUploads(volume, ALONG_Z, {"a"}, &Colour::map, &colour), 0u);
+    EXPECT_EQ(numUploads(volume, ALONG_Z, {"b"}, &Colour::map, &colour), 2u);
+    EXPECT_EQ(numUploads(volume, ALONG_Z, {"b"}, &Colour::map, &other), 2u);
+    EXPECT_EQ(numUploads(volume, ALONG_Z, {"b"}, &mapCode, &other), 2u);
+    EXPECT_EQ(numUploads(volume, ALONG_Z, {"b", "a"}, &mapCode, &other), 4u);
+    EXPECT_EQ(numUploads(volume, ALONG_Z, {"a", "b"}, &mapCode, &other), 4u);
+    EXPECT_EQ(numUploads(volume, ALONG_Z, {"a", "b"}, &mapCode, &other), 0u);
+}
+
+TEST_F(SliceVolumeRendererGLTest, MakesItsTexturesAnewOnDemand)
+{
+    RegularVolume volume = makeCodedVolume({2, 2, 2});
+    Colour colour;
+    EXPECT_EQ(numUploads(volume, ALONG_Z, DENSITY, &Colour::map, &colour), 2u);
+    EXPECT_EQ(numUploads(volume, ALONG_X, DENSITY, &Colour::map, &colour), 2u);
+    colour.colour = {40, 50, 60, 70};
+    EXPECT_EQ(numUploads(volume, ALONG_Z, DENSITY, &Colour::map, &colour), 0u);
+    EXPECT_THAT(callsOf([&] { m_Renderer.invalidate(); }), IsEmpty());
+    EXPECT_EQ(numUploads(volume, ALONG_Z, DENSITY, &Colour::map, &colour), 2u);
+    EXPECT_THAT(texelsOf(0, 2, 0, 4), Each(RGBA(40, 50, 60, 70)));
+    EXPECT_EQ(numUploads(volume, ALONG_X, DENSITY, &Colour::map, &colour), 2u);
+    m_Renderer.disposeTextures();
+    EXPECT_EQ(numUploads(volume, ALONG_Z, DENSITY, &Colour::map, &colour), 2u);
+}
+
+TEST_F(SliceVolumeRendererGLTest, MapsChannelsOfMoreComponentsByTheirAlphas)
+{
+    const auto alpha = [](void*, const StaticVector<float, 1>& value) { return RGBA(1, 2, 3, value[0]); };
+    const RGBA expected[]{{}, {1, 2, 3, 100}, {100, 101, 0, 16}, {100, 101, 102, 16}, {100, 101, 102, 103}};
+    for (unsigned int n = 1; n <= 4; ++n) {
+        for (const unsigned int tableSize : {0u, 4u}) {
+            RegularVolume volume = makeVolume({2, 2, 2}, n,
+                [](int, int, int, unsigned int component) { return 100.0f + static_cast<float>(component); });
+            m_Renderer.setTableSize(tableSize);
+            m_Renderer.drawVolume(&volume, ALONG_Z, DENSITY, alpha, nullptr);
+            EXPECT_THAT(texelsOf(0, 2, 1, 4), Each(expected[n])) << n << " components, table of " << tableSize;
+        }
+    }
+}
+
+TEST_F(SliceVolumeRendererGLTest, BindsEachChannelsOwnTextures)
+{
+    const VertexDescriptor channels = makeLayout({{"a", 1, FLOAT}, {"b", 1, FLOAT}});
+    RegularVolume volume({2, 2, 2}, {}, std::make_unique<PointSet>(channels, 8));
+    const Names both{"a", "b"};
+    numUploads(volume, ALONG_Z, both);
+    Calls calls = drawingCalls(volume, ALONG_Z, "glBindTexture", both);
+    const auto& names = m_Renderer.textureNames;
+    EXPECT_THAT(calls, ElementsAre("glBindTexture(GL_TEXTURE_2D, " + std::to_string(names[0][5]) + ")",
+                           "glBindTexture(GL_TEXTURE_2D, " + std::to_string(names[1][5]) + ")",
+                           "glBindTexture(GL_TEXTURE_2D, " + std::to_string(names[0][4]) + ")",
+                           "glBindTexture(GL_TEXTURE_2D, " + std::to_string(names[1][4]) + ")"));
+    EXPECT_NE(names[0][5], names[1][5]);
+}
+
+// A program that takes its red from the first channel and its green from the second.
+TEST_F(SliceVolumeRendererGLTest, GivesAProgramSeveralChannels)
+{
+    const VertexDescriptor channels = makeLayout({{"a", 1, FLOAT}, {"b", 1, FLOAT}});
+    auto samples = std::make_unique<PointSet>(channels, 8);
+    for (unsigned int i = 0; i < 8; ++i) {
+        const std::array<float, 2> sample{200, 100};
+        std::memcpy(samples->getData() + 8 * i, sample.data(), sizeof sample);
+    }
+    RegularVolume volume({2, 2, 2}, {{-1, -1, -1}, {1, 1, 1}}, std::move(samples));
+    const std::string program = "!!ARBfp1.0\n"
+                                "TEMP a, b;\n"
+                                "TEX a, fragment.texcoord[0], texture[0], 2D;\n"
+                                "TEX b, fragment.texcoord[0], texture[1], 2D;\n"
+                                "MOV result.color, {0, 0, 0, 1};\n"
+                                "MOV result.color.x, a.x;\n"
+                                "MOV result.color.y, b.x;\n"
+                                "END";
+    glBindProgramARB(GL_FRAGMENT_PROGRAM_ARB, 1);
+    glProgramStringARB(
+        GL_FRAGMENT_PROGRAM_ARB, GL_PROGRAM_FORMAT_ASCII_ARB, static_cast<GLsizei>(program.size()), program.data());
+    glEnable(GL_FRAGMENT_PROGRAM_ARB);
+    const auto grey = [](void*, const StaticVector<float, 1>& value) {
+        return RGBA(value[0], value[0], value[0], 255);
+    };
+    glMatrixMode(GL_PROJECTION);
+    glOrtho(-1, 1, -1, 1, -2, 2);
+    m_Renderer.drawVolume(&volume, {0, 0, -1}, Names{"a", "b"}, grey, nullptr);
+    EXPECT_EQ(readPixels().at(32, 32), (vireo_test::Pixel{200, 100, 0, 255}));
+}
+
+TEST_F(SliceVolumeRendererGLTest, DrawsVolumesOfOneSampleAlongAnyAxis)
+{
+    for (const Extends& extends : {Extends(1, 4, 4), Extends(4, 1, 4), Extends(4, 4, 1), Extends(1, 1, 1)}) {
+        RegularVolume volume = makeCodedVolume(extends);
+        for (const Vector& view : VIEWS)
+            EXPECT_NE(pictureBy(m_Renderer, volume, view), Picture(64, 64));
+    }
+}
+
+TEST_F(SliceVolumeRendererGLTest, CallsTheMappingOncePerEntryOfATable)
+{
+    RegularVolume volume = makeCodedVolume({4, 4, 4});
+    Colour colour;
+    EXPECT_EQ(m_Renderer.getTableSize(), 0u);
+    m_Renderer.drawVolume(&volume, ALONG_Z, DENSITY, &Colour::map, &colour);
+    EXPECT_EQ(colour.numCalls, 64u);
+    m_Renderer.setTableSize(10);
+    EXPECT_EQ(m_Renderer.getTableSize(), 10u);
+    for (const Vector& view : VIEWS)
+        m_Renderer.drawVolume(&volume, view, DENSITY, &Colour::map, &colour);
+    EXPECT_EQ(colour.numCalls, 64u + 10u);
+    m_Renderer.setTableSize(0);
+    m_Renderer.drawVolume(&volume, ALONG_Z, DENSITY, &Colour::map, &colour);
+    EXPECT_EQ(colour.numCalls, 64u + 10u + 64u);
+}
+
+// A table of 0, 10, ..., 100, each entry of a colour of its value, for samples beside each other.
+TEST_F(SliceVolumeRendererGLTest, TakesTheNearestEntryOfATable)
+{
+    constexpr float inf = std::numeric_limits<float>::infinity();
+    const std::vector<float> samples{0, 100, 4, 6, 50, 94, inf, -inf, std::nanf("")};
+    RegularVolume volume =
+        makeVolume({9, 1, 1}, 1, [&](int x, int, int, unsigned int) { return samples[static_cast<std::size_t>(x)]; });
+    m_Renderer.setTableSize(11);
+    m_Renderer.drawVolume(
+        &volume, ALONG_Z, DENSITY,
+        [](void*, const StaticVector<float, 1>& value) { return RGBA(std::lround(value[0]), 0, 0, 0); }, nullptr);
+    std::vector<int> reds;
+    for (const RGBA& texel : texelsOf(0, 2, 0, 9))
+        reds.push_back(texel[0]);
+    EXPECT_THAT(reds, ElementsAre(0, 100, 0, 10, 50, 90, 100, 0, 0));
+}
+
+TEST_F(SliceVolumeRendererGLTest, TakesTablesOfOneEntryAndOfOneValue)
+{
+    RegularVolume constant = makeVolume({2, 2, 2}, 1, [](int, int, int, unsigned int) { return codeOf(3, 4, 5); });
+    RegularVolume varied = makeCodedVolume({2, 2, 2});
+    RegularVolume nothing = makeVolume({2, 2, 2}, 1, [](int, int, int, unsigned int) { return std::nanf(""); });
+    m_Renderer.setTableSize(16);
+    draw(constant);
+    EXPECT_THAT(texelsOf(0, 2, 0, 4), Each(colourOfPlace(3, 4, 5)));
+    draw(nothing);
+    EXPECT_THAT(texelsOf(0, 2, 0, 4), Each(colourOfPlace(0, 0, 0)));
+    m_Renderer.setTableSize(1);
+    draw(varied);
+    EXPECT_THAT(texelsOf(0, 2, 1, 4), Each(colourOfPlace(0, 0, 0)));
+}
+
+TEST_F(SliceVolumeRendererGLTest, RefusesWhatTheBaseRefusesAndGoesOn)
+{
+    const auto samples = [](const char* name, unsigned int components, unsigned int type, unsigned int count) {
+        return std::make_unique<PointSet>(makeLayout({{name, components, type}}), count);
+    };
+    RegularVolume integer({2, 2, 2}, {}, samples("density", 1, INT, 8));
+    RegularVolume tooMany({2, 2, 2}, {}, samples("density", 5, FLOAT, 8));
+    RegularVolume missing({2, 2, 2}, {}, samples("other", 1, FLOAT, 8));
+    RegularVolume cut({2, 2, 2}, {}, samples("density", 1, FLOAT, 7));
+    RegularVolume none({2, 2, 2}, {});
+    const auto refuses = [&](RegularVolume& volume, const char* message) {
+        EXPECT_THAT([&] { draw(volume); }, ThrowsMessage<PException>(message));
+        expectRightPicture();
+    };
+    refuses(integer, "Tex2dVolumeRenderer::prepareTextures - only float channels are supported.");
+    refuses(tooMany, "Tex2dVolumeRenderer::prepareTextures - only channel dimension 1..4 is supported.");
+    refuses(missing, "VertexDescriptor::getIndex() - no attribute 'density'");
+    refuses(none, "VertexDescriptor::getIndex() - no attribute 'density'");
+    refuses(cut, "RegularVolume::mapChannel() - data size does not match volume.");
+    m_Renderer.setTableSize(4);
+    EXPECT_THROW(draw(cut), PException);
+    EXPECT_THROW(draw(cut), PException) << "also when it is drawn again";
+    m_Renderer.setTableSize(0);
+    expectRightPicture();
+    EXPECT_THROW(m_Renderer.drawVolume(&integer, ALONG_Z, Names(), &mapCode, nullptr), std::out_of_range);
+    expectRightPicture();
+}
+
+TEST_F(SliceVolumeRendererGLTest, PassesOnWhatTheMappingThrowsAndGoesOn)
+{
+    RegularVolume volume = makeCodedVolume({4, 4, 4});
+    struct Failure
+    {};
+    const auto fail = [](void*, const StaticVector<float, 1>& value) -> RGBA {
+        if (value[0] > codeOf(0, 0, 2))
+            throw Failure();
+        return {};
+    };
+    int depth = 0;
+    for (const unsigned int tableSize : {0u, 100u}) {
+        m_Renderer.setTableSize(tableSize);
+        EXPECT_THROW(m_Renderer.drawVolume(&volume, ALONG_Z, DENSITY, fail, nullptr), Failure);
+        EXPECT_THROW(m_Renderer.drawVolume(&volume, ALONG_Z, DENSITY, fail, nullptr), Failure);
+        glGetIntegerv(GL_ATTRIB_STACK_DEPTH, &depth);
+        EXPECT_EQ(depth, 0);
+        glGetIntegerv(GL_CLIENT_ATTRIB_STACK_DEPTH, &depth);
+        EXPECT_EQ(depth, 0);
+    }
+    m_Renderer.setTableSize(0);
+    expectRightPicture();
+}
+
+TEST_F(SliceVolumeRendererGLTest, RefusesSlicesThatAreLargerThanTextures)
+{
+    int largest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    RegularVolume volume = makeVolume({largest + 1, 1, 1});
+    draw(volume, ALONG_X);
+    EXPECT_THAT([&] { draw(volume, ALONG_Z); },
+        ThrowsMessage<PException>(
+            "SliceVolumeRenderer::prepareTextures - the slices are larger than the driver's textures"));
+    expectRightPicture();
+}
+
+TEST_F(SliceVolumeRendererGLTest, DeletesEveryNameItMade)
+{
+    std::size_t numGenerated = 0;
+    std::size_t numDeleted = 0;
+    const auto count = [&](const Calls& calls) {
+        for (const std::string& call : calls) {
+            numGenerated += call.starts_with("glGenTextures");
+            if (call.starts_with("glDeleteTextures")) {
+                // Names that were not made yet are 0, which deletes nothing.
+                const std::string names = call.substr(call.find(", (") + 2);
+                for (std::size_t at = 0; (at = names.find_first_of("123456789", at)) != std::string::npos;) {
+                    ++numDeleted;
+                    at = names.find_first_of(",)", at);
+                }
+            }
+        }
+    };
+    RegularVolume small = makeCodedVolume({2, 3, 4});
+    RegularVolume large = makeCodedVolume({5, 6, 7});
+    for (RegularVolume* const volume : {&small, &large, &small})
+        for (const Vector& view : {ALONG_Z, ALONG_X})
+            count(drawingCalls(*volume, view, "gl"));
+    count(callsOf([&] { m_Renderer.disposeTextures(); }));
+    EXPECT_EQ(numGenerated, 6u + 12u + 6u);
+    EXPECT_EQ(numDeleted, numGenerated);
+}
+
+TEST_F(SliceVolumeRendererGLTest, DrawsNothingWithoutSamples)
+{
+    EXPECT_THAT(callsOf([&] { m_Renderer.drawVolume(nullptr, ALONG_Z, DENSITY, &mapCode, nullptr); }), IsEmpty());
+    RegularVolume empty({0, 2, 2}, {});
+    EXPECT_THAT(drawingCalls(empty, ALONG_Z, "gl"), IsEmpty());
+}
+
+TEST_F(SliceVolumeRendererGLTest, DrawsASingleChannelByItsName)
+{
+    RegularVolume volume = makeCodedVolume({2, 2, 2});
+    m_Renderer.drawVolume(&volume, ALONG_Z, "density", &mapCode, nullptr);
+    EXPECT_EQ(texelsOf(0, 2, 1, 4).back(), colourOfPlace(1, 1, 1));
+}
+
+// On a driver whose textures have sizes of powers of two.
+class PaddedSliceVolumeRendererGLTest : public SliceVolumeRendererGLTest
+{
+protected:
+    void SetUp() override
+    {
+        // The extensions are asked for once in a process.
+        if (testing::UnitTest::GetInstance()->test_to_run_count() > 1)
+            GTEST_SKIP() << "needs a process of its own";
+        setenv("MESA_EXTENSION_OVERRIDE", "-GL_ARB_texture_non_power_of_two", 1);
+        SliceVolumeRendererGLTest::SetUp();
+        const std::string extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
+        if (extensions.find("GL_ARB_texture_non_power_of_two") != std::string::npos)
+            GTEST_SKIP() << "the driver's extensions cannot be switched off";
+    }
+};
+
+TEST_F(PaddedSliceVolumeRendererGLTest, PadsSlicesAndDrawsTheSame)
+{
+    RegularVolume volume = makeCodedVolume({5, 3, 1});
+    EXPECT_THAT(drawingCalls(volume, ALONG_Z, "glTexImage2D"),
+        ElementsAre("glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, 8, 4, 0, GL_RGBA, GL_UNSIGNED_BYTE, ptr)"));
+    EXPECT_THAT(
+        drawingCalls(volume, ALONG_Z, "glTexCoord2f"), ElementsAre("glTexCoord2f(0, 0)", "glTexCoord2f(0, 0.75)",
+                                                           "glTexCoord2f(0.625, 0.75)", "glTexCoord2f(0.625, 0)"));
+    const std::vector<RGBA> texels = texelsOf(0, 2, 0, 8 * 4);
+    for (int i = 0; i < 8 * 4; ++i)
+        EXPECT_EQ(
+            texels[static_cast<std::size_t>(i)], i % 8 < 5 && i / 8 < 3 ? colourOfPlace(i % 8, i / 8, 0) : RGBA());
+    expectRightPicture();
+}
+
+} // namespace
+} // namespace tavo
