@@ -245,6 +245,11 @@ SliceVolumeRenderer::Table SliceVolumeRenderer::makeTable(const RegularVolume& v
 
 void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int axis, unsigned int channel)
 {
+    const auto numSlices = static_cast<unsigned int>(m_Source.extends[axis]);
+    const auto report = [&](unsigned int numDone) {
+        if (m_Progress)
+            m_Progress(channel * numSlices + numDone, static_cast<unsigned int>(textureNames.size()) * numSlices);
+    };
     const auto [u, v] = axesAcross(axis);
     const unsigned int width = textureSize(m_Source.extends[u]);
     const unsigned int height = textureSize(m_Source.extends[v]);
@@ -253,6 +258,8 @@ void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int
     unsigned int* const names = textureNames[channel].data() + slabStarts[channel][axis];
     const std::string& channelName = m_Source.channels[channel];
 
+    if (channel == 0)
+        report(0);
     const auto prepareBy = [&](const auto& look) {
         withNumComponents(requireChannel(volume, channelName), [&](auto numComponents) {
             constexpr unsigned int n = numComponents();
@@ -265,6 +272,7 @@ void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int
                     [&look](const StaticVector<float, n>& sample) { return colourOf<n>(sample, look); }, texels.data(),
                     width);
                 uploadSlice(names[slice], width, height, texels.data());
+                report(static_cast<unsigned int>(slice) + 1);
             }
         });
     };

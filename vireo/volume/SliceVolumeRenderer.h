@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "vireo/Export.h"
@@ -48,6 +50,12 @@ public:
     void setTableSize(unsigned int numEntries);
     unsigned int getTableSize() const { return m_TableSize; }
 
+    // Has a function called while textures are made, with how many of the stacks' slices are done and how many there
+    // are: before the first and after each. It must not draw with this renderer. An empty function, as at first, is not
+    // called. Copies of the renderer have it too.
+    using Progress = std::function<void(unsigned int numDone, unsigned int numSlices)>;
+    void setProgress(Progress progress) { m_Progress = std::move(progress); }
+
 protected:
     // Makes those textures that the view needs and that are missing or out of date.
     void prepareTextures(RegularVolume* volume, StaticVector<float, 3> viewDir,
@@ -85,6 +93,7 @@ private:
     std::vector<Table> m_Tables;        // of each channel
     std::array<bool, 3> m_IsPrepared{}; // the stack of each axis
     unsigned int m_TableSize = 0;
+    Progress m_Progress;
 };
 
 } // namespace tavo

@@ -499,6 +499,22 @@ TEST_F(SliceVolumeRendererGLTest, RefusesSlicesThatAreLargerThanTextures)
     expectRightPicture();
 }
 
+TEST_F(SliceVolumeRendererGLTest, TellsHowFarItIsWithItsTextures)
+{
+    const VertexDescriptor channels = makeLayout({{"a", 1, FLOAT}, {"b", 1, FLOAT}});
+    RegularVolume volume({2, 2, 3}, {}, std::make_unique<PointSet>(channels, 12));
+    std::vector<unsigned int> done;
+    m_Renderer.setProgress([&](unsigned int numDone, unsigned int numSlices) {
+        done.push_back(numDone);
+        EXPECT_EQ(numSlices, 6u);
+    });
+    const Names both{"a", "b"};
+    numUploads(volume, ALONG_Z, both);
+    EXPECT_THAT(done, ElementsAre(0, 1, 2, 3, 4, 5, 6));
+    numUploads(volume, ALONG_Z, both);
+    EXPECT_THAT(done, SizeIs(7)) << "nothing was made";
+}
+
 TEST_F(SliceVolumeRendererGLTest, DeletesEveryNameItMade)
 {
     std::size_t numGenerated = 0;
