@@ -1,8 +1,8 @@
 # The Cg runtime with its headers, as the target Cg::Cg. Installed with the library, whose users look for it too.
 
 find_path(CG_INCLUDE_DIR Cg/cgGL.h)
-find_library(CG_LIBRARY Cg)
-find_library(CG_GL_LIBRARY CgGL)
+find_library(CG_LIBRARY NAMES Cg cg)
+find_library(CG_GL_LIBRARY NAMES CgGL cgGL)
 mark_as_advanced(CG_INCLUDE_DIR CG_LIBRARY CG_GL_LIBRARY)
 
 include(FindPackageHandleStandardArgs)

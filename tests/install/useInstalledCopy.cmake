@@ -17,7 +17,11 @@ function(build example)
         run(${CMAKE_COMMAND} --build ${scratch})
     else()
         set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIB_DIR}/pkgconfig)
-        execute_process(COMMAND pkg-config --cflags --libs vireo glu
+        set(package vireo)
+        if(example STREQUAL "cg-program")
+            set(package vireo-cg)
+        endif()
+        execute_process(COMMAND pkg-config --cflags --libs ${package} glu
             OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
         separate_arguments(flags UNIX_COMMAND "${flags} ${EXTRA_FLAGS}")
         run(${CXX} -I${SOURCE_DIR}/examples/support ${source}/main.cpp ${flags} -Wl,-rpath,${prefix}/${LIB_DIR}
@@ -29,6 +33,27 @@ separate_arguments(EXAMPLES UNIX_COMMAND "${EXAMPLES}")
 foreach(example IN LISTS EXAMPLES)
     build(${example})
 endforeach()
+
+# A copy with Cg programs is of use without the runtime's headers too, but for these.
+if(WAY STREQUAL "cmake" AND "cg-program" IN_LIST EXAMPLES)
+    function(configure_without_cg source result output)
+        execute_process(
+            COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR}/${source} -B ${SCRATCH_DIR}/without-cg/${source}
+                -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_DISABLE_FIND_PACKAGE_Cg=ON
+            RESULT_VARIABLE code ERROR_VARIABLE errors OUTPUT_QUIET)
+        set(${result} ${code} PARENT_SCOPE)
+        set(${output} "${errors}" PARENT_SCOPE)
+    endfunction()
+    configure_without_cg(examples result errors)
+    if(NOT result EQUAL 0 OR EXISTS ${SCRATCH_DIR}/without-cg/examples/cg-program)
+        message(FATAL_ERROR "the examples cannot do without the Cg runtime: ${errors}")
+    endif()
+    configure_without_cg(examples/cg-program result errors)
+    string(REGEX REPLACE "[ \n]+" " " errors "${errors}")
+    if(result EQUAL 0 OR NOT errors MATCHES "The headers or libraries of the Cg runtime were not found")
+        message(FATAL_ERROR "what is missing for Cg programs is not said: ${errors}")
+    endif()
+endif()
 
 # It runs until its window is closed, so being ended by the time limit is its success.
 list(GET EXAMPLES 0 example)

@@ -50,8 +50,7 @@ void GLBuffer::unbind()
 void GLBuffer::writeToBuffer(void* data, int offsetInBytes, unsigned int sizeInBytes)
 {
     requireContext("writeToBuffer");
-    if (!isInRange(offsetInBytes, sizeInBytes))
-        throw PException("GLBuffer::writeToBuffer | out of range!");
+    requireRange("writeToBuffer", offsetInBytes, sizeInBytes);
     GLBuffer::bind();
     glBufferSubDataARB(m_Target, offsetInBytes, static_cast<GLsizeiptrARB>(sizeInBytes), data);
     GLBuffer::unbind();
@@ -60,12 +59,30 @@ void GLBuffer::writeToBuffer(void* data, int offsetInBytes, unsigned int sizeInB
 void GLBuffer::readFromBuffer(std::vector<unsigned char>& out, int offsetInBytes, unsigned int sizeInBytes)
 {
     requireContext("readFromBuffer");
-    if (!isInRange(offsetInBytes, sizeInBytes))
-        throw PException("GLBuffer::readFromBuffer | out of range!");
+    requireRange("readFromBuffer", offsetInBytes, sizeInBytes);
     out.resize(sizeInBytes);
     GLBuffer::bind();
     glGetBufferSubDataARB(m_Target, offsetInBytes, static_cast<GLsizeiptrARB>(sizeInBytes), out.data());
     GLBuffer::unbind();
+}
+
+void GLBuffer::writeElements(void* data, int firstElement, unsigned int numElements, unsigned int elementSize)
+{
+    requireContext("writeToBuffer");
+    const std::int64_t offset = std::int64_t{firstElement} * elementSize;
+    const std::uint64_t size = std::uint64_t{numElements} * elementSize;
+    requireRange("writeToBuffer", offset, size);
+    GLBuffer::writeToBuffer(data, static_cast<int>(offset), static_cast<unsigned int>(size));
+}
+
+void GLBuffer::readElements(
+    std::vector<unsigned char>& out, int firstElement, unsigned int numElements, unsigned int elementSize)
+{
+    requireContext("readFromBuffer");
+    const std::int64_t offset = std::int64_t{firstElement} * elementSize;
+    const std::uint64_t size = std::uint64_t{numElements} * elementSize;
+    requireRange("readFromBuffer", offset, size);
+    GLBuffer::readFromBuffer(out, static_cast<int>(offset), static_cast<unsigned int>(size));
 }
 
 void GLBuffer::requireContext(const char* operation)
@@ -74,9 +91,12 @@ void GLBuffer::requireContext(const char* operation)
         throw PException(std::string("GLBuffer::") + operation + "() - invalid context");
 }
 
-bool GLBuffer::isInRange(int offsetInBytes, unsigned int sizeInBytes) const
+void GLBuffer::requireRange(const char* operation, std::int64_t offsetInBytes, std::uint64_t sizeInBytes) const
 {
-    return static_cast<unsigned int>(offsetInBytes) + sizeInBytes <= m_SizeInBytes;
+    const bool isCountable = offsetInBytes >= INT32_MIN && offsetInBytes <= UINT32_MAX && sizeInBytes <= UINT32_MAX;
+    const auto end = static_cast<std::uint32_t>(offsetInBytes) + static_cast<std::uint32_t>(sizeInBytes);
+    if (!isCountable || end > m_SizeInBytes)
+        throw PException(std::string("GLBuffer::") + operation + " | out of range!");
 }
 
 } // namespace tavo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "vireo/Export.h"
@@ -10,9 +11,9 @@ namespace tavo {
 // A buffer object: bytes that live with the driver (GL_ARB_vertex_buffer_object). Subclasses say what they hold, and
 // offer the operations that are protected here in units of it.
 //
-// The name exists from construction to destruction, or until the root of the context's tree dies. From then on every
-// operation that needs GL throws PException "GLBuffer::<operation>() - invalid context". Copies are member-wise and
-// share the name: copying is not a supported use.
+// The name exists from construction to destruction, or until the root of the context's tree dies. From then on the
+// operations below throw PException "GLBuffer::<operation>() - invalid context". Copies are member-wise and share the
+// name: copying is not a supported use.
 //
 // All operations need a current context of the tree, save destruction: it hands the name to the context, which deletes
 // it when it can.
@@ -24,7 +25,7 @@ public:
     GLBuffer(GLContext* context, unsigned int target);
     ~GLBuffer() override;
 
-    // Bind the buffer to its target, and nothing to that target.
+    // bind binds the buffer to its target. unbind binds nothing to that target.
     void bind();
     void unbind();
 
@@ -41,12 +42,18 @@ protected:
     bool init(unsigned int sizeInBytes, unsigned int usage);
 
     // Copy bytes into and out of the buffer. Throw PException "GLBuffer::writeToBuffer | out of range!" and
-    // "GLBuffer::readFromBuffer | out of range!", with nothing copied, if offset + size, in 32 bits, is more than the
-    // buffer's size. Nothing is bound to the target afterwards.
+    // "GLBuffer::readFromBuffer | out of range!", with nothing copied, if offset + size is more than the buffer's size.
+    // The sum is deliberately made in 32 bits: a negative offset may pass, and is then a GL error, as are offsets from
+    // 2 GiB on. Nothing is bound to the target afterwards.
     void writeToBuffer(void* data, int offsetInBytes, unsigned int sizeInBytes);
 
     // out has exactly sizeInBytes bytes afterwards.
     void readFromBuffer(std::vector<unsigned char>& out, int offsetInBytes, unsigned int sizeInBytes);
+
+    // The same for elements of elementSize bytes. What is more than 32 bits can count is out of range as well.
+    void writeElements(void* data, int firstElement, unsigned int numElements, unsigned int elementSize);
+    void readElements(
+        std::vector<unsigned char>& out, int firstElement, unsigned int numElements, unsigned int elementSize);
 
     unsigned int m_BufferId = 0;
     unsigned int m_SizeInBytes = 0;
@@ -54,7 +61,7 @@ protected:
 
 private:
     void requireContext(const char* operation);
-    bool isInRange(int offsetInBytes, unsigned int sizeInBytes) const;
+    void requireRange(const char* operation, std::int64_t offsetInBytes, std::uint64_t sizeInBytes) const;
 };
 
 } // namespace tavo

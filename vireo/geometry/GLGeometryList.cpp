@@ -1,6 +1,7 @@
 #include "vireo/geometry/GLGeometryList.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
 
 #include "tavo/base/objects/PException.h"
@@ -138,22 +139,22 @@ void GLGeometryList::compile(GLContext* context, bool mappingFlag)
 
     const auto count = static_cast<unsigned int>(m_Vertices.size());
     const VertexDescriptor layout = usedLayout();
-    m_VertexBuffer = new GLVertexBuffer(context, layout, GLVertexBuffer::TYPE_DEFAULT);
-    m_VertexBuffer->init(count, GL_STATIC_DRAW_ARB);
-    m_VertexBuffer->setMappingFlag(mappingFlag);
+    auto buffer = std::make_unique<GLVertexBuffer>(context, layout, GLVertexBuffer::TYPE_DEFAULT);
+    buffer->init(count, GL_STATIC_DRAW_ARB);
+    buffer->setMappingFlag(mappingFlag);
 
     std::vector<unsigned char> bytes;
     VertexDescriptor::convertVertices(layout, recordedLayout(), m_Vertices.data(), count, bytes);
-    m_VertexBuffer->writeToBuffer(bytes.data(), 0, count);
+    buffer->writeToBuffer(bytes.data(), 0, count);
+    m_VertexBuffer = buffer.release(); // a second one deliberately takes the place of the first, which stays
 }
 
 void GLGeometryList::execute(GLContext*)
 {
-    if (!m_VertexBuffer) {
-        if (m_Vertices.empty())
-            return;
+    if (m_Vertices.empty())
+        return;
+    if (!m_VertexBuffer || m_VertexBuffer->getNumElements() != m_Vertices.size())
         throw PException("GLGeometryList::execute() - not compiled");
-    }
     m_VertexBuffer->bind();
     for (const Primitive& primitive : m_Primitives)
         m_VertexBuffer->drawArrays(primitive.mode, primitive.first, primitive.count);

@@ -68,14 +68,17 @@ public:
     // Beware: "normal" deliberately gets the recorded colours, and "color" the recorded normals. A list with both draws
     // with the two exchanged; a list with only one of them gets zeros for it.
     //
-    // To be called once: a second call makes another buffer, and leaves the first to its context. Throws what
-    // GLVertexBuffer::writeToBuffer throws.
+    // To be called once, after all was recorded: a second call makes another buffer and forgets the first, which is not
+    // destroyed. A GL error in making the storage is taken from the queue and not reported; the buffer has no storage
+    // then. Without the mapping flag, drawing needs GL_ARB_vertex_program.
     void compile(GLContext* context, bool mappingFlag);
 
-    // Draws all primitives in the order of their recording; one without vertices deliberately draws all there are. A
-    // context in which the buffer's name is known must be current; the argument is not used. No buffer is bound
-    // afterwards. Draws nothing if nothing was recorded; throws PException if what was recorded is not compiled, or if
-    // the buffer's context has died.
+    // Draws all primitives in the order of their recording. A context in which the buffer's name is known must be
+    // current; the argument is not used. No buffer is bound afterwards. Draws nothing if nothing was recorded. Throws
+    // PException if vertices were recorded and not compiled, or if the buffer's context has died.
+    //
+    // A primitive without vertices deliberately draws as many as there are in all, from where it would begin: unless it
+    // is the first, GL reads beyond the buffer for it. So end is not to be called without vertices.
     void execute(GLContext* context);
 
 private:
@@ -100,7 +103,7 @@ private:
     VertexDescriptor usedLayout() const;
 
     GLVertexBuffer* m_VertexBuffer = nullptr;
-    GLContext* m_Context;
+    [[maybe_unused]] GLContext* m_Context;
     std::vector<Primitive> m_Primitives;
     std::vector<Vertex> m_Vertices;
     bool m_InsideBegin = false;

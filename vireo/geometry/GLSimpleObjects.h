@@ -129,8 +129,8 @@ public:
     void addTriangle(const StaticVector<float, 3>& a, const StaticVector<float, 3>& b, const StaticVector<float, 3>& c,
         unsigned int classID, bool useNormalAsColor);
 
-    // Draws the objects of that class, or all if it is 0, in their order. Throws what an object throws, without drawing
-    // those behind it.
+    // Draws the objects of that class, or all if it is 0, in their order, and those that are added while it does.
+    // Objects must not be cleared meanwhile. Throws what an object throws, without drawing those behind it.
     void drawObjects(GLContext* context, unsigned int classID);
 
     // Destroys the objects of that class, or all if it is 0. The others keep their order.
@@ -143,8 +143,10 @@ private:
 };
 
 // Draws a cube as quads of generic vertex attributes, for the ARB vertex program in use: attribute 0 is the corner, 1
-// the face's normal times the size, 2 the centre and, as fourth component, the size, 3 whatever the caller gives. Loads
-// GL_ARB_vertex_program if need be; without it the quads are left empty.
+// the face's normal times the size, 2 the centre and, as fourth component, the size, 3 whatever the caller gives; 1 to
+// 3 keep their last values. A context must be current. If the attributes were not loaded yet they are now, between
+// glBegin and glEnd, where a driver tells its extensions only if it was asked for them before: make the first root
+// GLContext first. Without them the quads are left empty.
 VIREO_EXPORT void drawGlArbCube(
     const StaticVector<float, 3>& center, const StaticVector<float, 3>& attribute3, const float& size);
 

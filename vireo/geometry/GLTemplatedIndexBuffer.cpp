@@ -26,22 +26,21 @@ template <typename T>
 void GLTemplatedIndexBuffer<T>::writeToBuffer(const T* indices, int firstIndex, unsigned int numIndices)
 {
     // The base takes what it only reads by a pointer to non-const.
-    GLBuffer::writeToBuffer(const_cast<T*>(indices), static_cast<int>(firstIndex * sizeof(T)), numIndices * sizeof(T));
+    writeElements(const_cast<T*>(indices), firstIndex, numIndices, sizeof(T));
 }
 
 template <typename T>
 void GLTemplatedIndexBuffer<T>::readFromBuffer(std::vector<unsigned char>& out, int firstIndex, unsigned int numIndices)
 {
-    GLBuffer::readFromBuffer(out, static_cast<int>(firstIndex * sizeof(T)), numIndices * sizeof(T));
+    readElements(out, firstIndex, numIndices, sizeof(T));
 }
 
 template <typename T>
 void GLTemplatedIndexBuffer<T>::drawElements(unsigned int mode, unsigned int first, unsigned int count)
 {
     constexpr GLenum type = std::is_same_v<T, unsigned short> ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT;
-    // GL takes the place within the bound buffer as if it were an address.
     glDrawElements(mode, static_cast<GLsizei>(count == 0 ? m_NumIndices : count), type,
-        reinterpret_cast<const void*>(std::uintptr_t{first} * sizeof(T)));
+        bufferOffset(std::uintptr_t{first} * sizeof(T)));
 }
 
 template class GLTemplatedIndexBuffer<unsigned short>;

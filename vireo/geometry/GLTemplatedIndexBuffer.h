@@ -20,7 +20,7 @@ namespace tavo {
 //     vertices.unbind();
 //
 // The target is GL_ELEMENT_ARRAY_BUFFER_ARB. What must be current, and what happens once the context is gone, is said
-// at GLBuffer.
+// at GLBuffer; drawElements does not check that the context lives.
 template <typename T>
 class VIREO_EXPORT GLTemplatedIndexBuffer : public GLBuffer
 {
@@ -28,12 +28,12 @@ public:
     explicit GLTemplatedIndexBuffer(GLContext* context);
 
     // Makes storage for so many indices, their content undefined, for a usage such as GL_STATIC_DRAW_ARB. False on a GL
-    // error; the buffer then stays bound and has the size that was asked for. False, without asking GL, for 4 GiB or
-    // more. The number of indices is what was asked for in any case.
+    // error; the buffer then stays bound and has the size that was asked for. False, with nothing bound and the size
+    // that it had, for 4 GiB or more. The number of indices is what was asked for in any case.
     bool init(unsigned int numIndices, unsigned int usage);
 
-    // Copy indices into and out of the buffer. Throw PException if they are not all in it; see GLBuffer. out has
-    // exactly numIndices * sizeof(T) bytes afterwards.
+    // Copy indices into and out of the buffer, by the range checks of GLBuffer. out has exactly numIndices * sizeof(T)
+    // bytes afterwards.
     void writeToBuffer(const T* indices, int firstIndex, unsigned int numIndices);
     void readFromBuffer(std::vector<unsigned char>& out, int firstIndex, unsigned int numIndices);
 

@@ -47,12 +47,6 @@ void pointClientArray(GLenum array, GLint components, GLenum type, GLsizei strid
     }
 }
 
-// GL takes the place within the bound buffer as if it were an address.
-const void* bufferOffset(std::uintptr_t offset)
-{
-    return reinterpret_cast<const void*>(offset);
-}
-
 } // namespace
 
 GLVertexBuffer::GLVertexBuffer(GLContext* context, const VertexDescriptor& descriptor, int type)
@@ -115,14 +109,12 @@ void GLVertexBuffer::drawArrays(unsigned int mode, unsigned int first, unsigned 
 
 void GLVertexBuffer::writeToBuffer(void* data, int firstElement, unsigned int numElements)
 {
-    const unsigned int size = m_VertexDescriptor.getSize();
-    GLBuffer::writeToBuffer(data, static_cast<int>(firstElement * size), numElements * size);
+    writeElements(data, firstElement, numElements, m_VertexDescriptor.getSize());
 }
 
 void GLVertexBuffer::readFromBuffer(std::vector<unsigned char>& out, int firstElement, unsigned int numElements)
 {
-    const unsigned int size = m_VertexDescriptor.getSize();
-    GLBuffer::readFromBuffer(out, static_cast<int>(firstElement * size), numElements * size);
+    readElements(out, firstElement, numElements, m_VertexDescriptor.getSize());
 }
 
 void GLVertexBuffer::copyFromRenderTarget(

@@ -20,7 +20,10 @@ namespace tavo {
 //     buffer.drawArrays(GL_TRIANGLES, 0, count);
 //     buffer.unbind();
 //
-// Elements are vertices. What must be current, and what happens once the context is gone, is said at GLBuffer.
+// Elements are vertices. What must be current, and what happens once the context is gone, is said at GLBuffer;
+// drawArrays, copyFromRenderTarget and the init of TYPE_RENDERED32 do not check that the context lives. Binding without
+// the mapping flag needs GL_ARB_vertex_program, TYPE_RENDERED32 and copyFromRenderTarget need
+// GL_ARB_pixel_buffer_object.
 class VIREO_EXPORT GLVertexBuffer : public GLBuffer
 {
 public:
@@ -39,9 +42,8 @@ public:
 
     // Makes storage for so many vertices, their content undefined, for a usage such as GL_STATIC_DRAW_ARB. False on a
     // GL error; a buffer of TYPE_DEFAULT then stays bound to GL_ARRAY_BUFFER_ARB and has the size that was asked for,
-    // one of TYPE_RENDERED32 stays bound to GL_PIXEL_PACK_BUFFER_ARB and has the size that it had. False, without
-    // asking GL, for 4 GiB or more. The number of elements is what was asked for in any case. TYPE_RENDERED32
-    // deliberately does not check that the context lives.
+    // one of TYPE_RENDERED32 stays bound to GL_PIXEL_PACK_BUFFER_ARB and has the size that it had. False, with nothing
+    // bound and the size that it had, for 4 GiB or more. The number of elements is what was asked for in any case.
     bool init(unsigned int numElements, unsigned int usage);
 
     // Binds the buffer and enables and points the arrays of its attributes into it. With the mapping flag, attributes
@@ -58,7 +60,7 @@ public:
     // such as GL_TRIANGLES. The buffer must be bound; it is not checked that it has these vertices.
     void drawArrays(unsigned int mode, unsigned int first, unsigned int count);
 
-    // Copy whole vertices into and out of the buffer. Throw PException if they are not all in it; see GLBuffer.
+    // Copy whole vertices into and out of the buffer, by the range checks of GLBuffer.
     void writeToBuffer(void* data, int firstElement, unsigned int numElements);
     void readFromBuffer(std::vector<unsigned char>& out, int firstElement, unsigned int numElements);
 

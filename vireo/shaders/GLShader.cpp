@@ -1,6 +1,5 @@
 #include "vireo/shaders/GLShader.h"
 
-#include "tavo/base/objects/PException.h"
 #include "vireo/shaders/ShaderConstant.h"
 
 namespace tavo {
@@ -18,12 +17,6 @@ void GLShader::setConstants(const std::vector<ShaderConstant>& constants)
     // By index, and asking for the size each time: what setConstant of a subclass does may change the vector.
     for (std::size_t i = 0; i < constants.size(); ++i)
         setConstant(constants[i]);
-}
-
-void GLShader::requireContext(const char* failure) const
-{
-    if (!getContext())
-        throw PException(failure);
 }
 
 } // namespace tavo

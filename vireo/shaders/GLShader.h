@@ -57,13 +57,11 @@ public:
     // Sets one constant after the other.
     void setConstants(const std::vector<ShaderConstant>& constants);
 
-    // What was wrong with the source of the last compile; empty after a good one, and before the first.
+    // What was wrong with the source of the last compile; empty after a good one, and before the first. Where there is
+    // no text for it, that of an earlier compile stays.
     std::string getLastError() const { return lastError; }
 
 protected:
-    // Throws PException with that text if the context has died.
-    void requireContext(const char* failure) const;
-
     std::string lastError;
 };
 

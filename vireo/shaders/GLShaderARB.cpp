@@ -1,5 +1,6 @@
 #include "vireo/shaders/GLShaderARB.h"
 
+#include "tavo/base/objects/PException.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/shaders/ShaderConstant.h"
@@ -21,13 +22,13 @@ GLShaderARB::~GLShaderARB()
 
 void GLShaderARB::onDeleteContext()
 {
-    requireContext("GLShaderARB::onDeleteContext() - invalid context!");
+    requireContext("onDeleteContext");
     getContext()->deleteShader(programId);
 }
 
 bool GLShaderARB::compile(const std::string& source)
 {
-    requireContext("GLShaderARB::compile() - invalid context!");
+    requireContext("compile");
     glBindProgramARB(target, programId);
     glGetError(); // what is pending is not this program's
     glProgramStringARB(target, GL_PROGRAM_FORMAT_ASCII_ARB, static_cast<GLsizei>(source.size()), source.data());
@@ -45,20 +46,20 @@ bool GLShaderARB::compile(const std::string& source)
 
 void GLShaderARB::bind()
 {
-    requireContext("GLShaderARB::bind() - invalid context!");
+    requireContext("bind");
     glEnable(target);
     glBindProgramARB(target, programId);
 }
 
 void GLShaderARB::unbind()
 {
-    requireContext("GLShaderARB::unbind() - invalid context!");
+    requireContext("unbind");
     glDisable(target);
 }
 
 void GLShaderARB::setConstant(const ShaderConstant& constant)
 {
-    requireContext("GLShaderARB::setConstant() - invalid context!");
+    requireContext("setConstant");
     const auto index = static_cast<GLuint>(constant.getIndex());
     const float* const d = constant.getDataPtr();
     switch (constant.getNumComponents()) {
@@ -80,26 +81,32 @@ void GLShaderARB::setMatrix4f(const std::string& /*name*/, unsigned int index, f
 
 void GLShaderARB::setLocalParameter4f(unsigned int index, float x, float y, float z, float w)
 {
-    requireContext("GLShaderARB::setLocalParameter4f() - invalid context!");
+    requireContext("setLocalParameter4f");
     glProgramLocalParameter4fARB(target, index, x, y, z, w);
 }
 
 void GLShaderARB::setLocalParameter4fv(unsigned int index, float* v)
 {
-    requireContext("GLShaderARB::setLocalParameter4fv() - invalid context!");
+    requireContext("setLocalParameter4fv");
     glProgramLocalParameter4fvARB(target, index, v);
 }
 
 void GLShaderARB::setGlobalParameter4f(unsigned int index, float x, float y, float z, float w)
 {
-    requireContext("GLShaderARB::setGlobalParameter4f() - invalid context!");
+    requireContext("setGlobalParameter4f");
     glProgramEnvParameter4fARB(target, index, x, y, z, w);
 }
 
 void GLShaderARB::setGlobalParameter4fv(unsigned int index, float* v)
 {
-    requireContext("GLShaderARB::setGlobalParameter4fv() - invalid context!");
+    requireContext("setGlobalParameter4fv");
     glProgramEnvParameter4fvARB(target, index, v);
+}
+
+void GLShaderARB::requireContext(const char* operation) const
+{
+    if (!getContext())
+        throw PException(std::string("GLShaderARB::") + operation + "() - invalid context!");
 }
 
 } // namespace tavo

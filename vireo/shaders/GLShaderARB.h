@@ -12,8 +12,8 @@ namespace tavo {
 // parameters: local ones of its own (program.local[i]), global ones that all programs of its target see
 // (program.env[i]), and matrices (state.matrix.program[i]).
 //
-// The shader owns one GL program name, which it hands to its context when it dies: in whatever state the context is
-// then, the name is deleted, at once or when the context is activated next.
+// The shader owns one GL program name, which it hands to its context when it dies. The name is deleted at once if the
+// context is active, else when it is activated next; it stays if the context dies before that.
 //
 // A driver without GL_ARB_vertex_program has none of the entry points that are called here; whether it has the
 // extension is for the caller to find out beforehand. The shader's context, or one that shares names with it, must be
@@ -60,11 +60,13 @@ public:
     void setGlobalParameter4f(unsigned int index, float x, float y, float z, float w);
     void setGlobalParameter4fv(unsigned int index, float* v);
 
-    // The byte of the last compile's source at which the driver found the error, counted from 0; -1 after a good one,
-    // and before the first.
+    // Where in the last compile's source the driver found the error, as the driver counts: from 0 by the extension's
+    // rules, otherwise with some drivers. -1 after a good one, and before the first.
     int getLastErrorPosition() { return lastErrorPosition; }
 
 private:
+    void requireContext(const char* operation) const;
+
     unsigned int target;
     unsigned int programId = 0;
     int lastErrorPosition = -1;

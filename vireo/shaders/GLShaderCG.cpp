@@ -1,5 +1,6 @@
 #include "vireo/shaders/GLShaderCG.h"
 
+#include "tavo/base/objects/PException.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/shaders/ShaderConstant.h"
@@ -46,14 +47,15 @@ GLShaderCG::~GLShaderCG()
 
 void GLShaderCG::onDeleteContext()
 {
-    requireContext("GLShaderCG::onDeleteContext() - invalid context");
+    requireContext("onDeleteContext");
     destroyProgram(program);
 }
 
 bool GLShaderCG::compile(const std::string& source)
 {
-    requireContext("GLShaderCG::compile() - invalid context");
+    requireContext("compile");
     destroyProgram(program);
+    program = nullptr;
     const CGcontext cg = getContext()->getCGContext();
     program = cgCreateProgram(cg, CG_SOURCE, source.c_str(), profile, "main", nullptr);
     if (program) {
@@ -159,6 +161,12 @@ CGprofile GLShaderCG::getLatestPSProfile()
 CGparameter GLShaderCG::getParameter(const std::string& name) const
 {
     return cgGetNamedParameter(program, name.c_str());
+}
+
+void GLShaderCG::requireContext(const char* operation) const
+{
+    if (!getContext())
+        throw PException(std::string("GLShaderCG::") + operation + "() - invalid context");
 }
 
 } // namespace tavo

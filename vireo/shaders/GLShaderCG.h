@@ -35,9 +35,8 @@ namespace tavo {
 class VIREO_EXPORT GLShaderCG : public GLShader
 {
 public:
-    // A program of that profile; vertex profiles make vertex programs, and so on. Compiles nothing. Profiles other than
-    // VP20, VP30, VP40, ARBVP1, FP30, FP40 and ARBFP1 have no GL target: binding and unbinding enable and disable 0, a
-    // GL error.
+    // A program of that profile. Compiles nothing. Profiles other than VP20, VP30, VP40, ARBVP1, FP30, FP40 and ARBFP1,
+    // deliberately FP20 too, have no GL target: binding and unbinding enable and disable 0, a GL error.
     GLShaderCG(GLContext* context, CGprofile profile);
     ~GLShaderCG() override;
 
@@ -45,7 +44,8 @@ public:
     void onDeleteContext() override;
 
     // Destroys the program there is, compiles the source and loads it into GL. If that fails the shader has no program
-    // any more, and the compiler's listing is kept for getLastError(). Throws PException once the context has died.
+    // any more, and the compiler's listing is kept for getLastError(). Parameters are to be set again. Nothing is bound
+    // or enabled for it. Throws PException once the context has died.
     bool compile(const std::string& source) override;
 
     // Enables the program's GL target, binds the program and updates its default matrices. Without a program it does
@@ -56,15 +56,18 @@ public:
     // does so itself.
     void updateDefaultMatrices() override;
 
-    // Disables the program's GL target, whether or not there is a program.
+    // Disables the program's GL target, whether or not there is a program. The program stays bound.
     void unbind() override;
 
     // Sets the parameter of the constant's name. The number is not used. Constants of more than four components do
     // nothing; one without any throws std::out_of_range.
     void setConstant(const ShaderConstant& constant) override;
 
-    // The same as setMatrixParameterc; the number is not used.
+    // The same as setMatrixParameterc: 16 floats, column by column. The number is not used.
     void setMatrix4f(const std::string& name, unsigned int index, float* matrix) override;
+
+    // The setters below set a parameter of the program, bound or not, by its name; without a program, or without such a
+    // parameter, the Cg runtime has an error and nothing is set.
 
     // Set a parameter of one to four floats.
     void setParameter1f(const std::string& name, float x);
@@ -85,6 +88,7 @@ public:
     static CGprofile getLatestPSProfile();
 
 private:
+    void requireContext(const char* operation) const;
     CGparameter getParameter(const std::string& name) const;
 
     CGprofile profile;

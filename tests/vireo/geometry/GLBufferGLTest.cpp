@@ -172,7 +172,7 @@ TEST_F(GLBufferGLTest, AddsOffsetAndSizeIn32Bits)
     EXPECT_THAT(drainErrors(), ElementsAre(GL_INVALID_VALUE));
 }
 
-TEST_F(GLBufferGLTest, HasRoomForNothingButNothingBeforeInit)
+TEST_F(GLBufferGLTest, TakesOnlyEmptyRangesBeforeInit)
 {
     OpenBuffer buffer(context());
     EXPECT_THROW(buffer.writeToBuffer(m_Data.data(), 0, 1), PException);

@@ -225,7 +225,8 @@ TEST_F(GLGeometryListGLTest, CountsVerticesBetweenPrimitivesToTheNext)
     EXPECT_THAT(drawingCalls(), ElementsAre("glDrawArrays(GL_LINE_STRIP, 0, 3)", "glDrawArrays(GL_LINES, 3, 2)"));
 }
 
-TEST_F(GLGeometryListGLTest, DrawsAllVerticesForAnEmptyPrimitive)
+// Which reaches beyond the buffer; deliberately.
+TEST_F(GLGeometryListGLTest, DrawsAsManyVerticesAsThereAreForAnEmptyPrimitive)
 {
     m_List.begin(GL_POINTS);
     recordVertices(5);
@@ -260,11 +261,30 @@ TEST_F(GLGeometryListGLTest, RefusesToDrawWhatIsNotCompiled)
         [&] { m_List.execute(context()); }, ThrowsMessage<PException>("GLGeometryList::execute() - not compiled"));
 }
 
+TEST_F(GLGeometryListGLTest, RefusesToDrawMoreThanWasCompiled)
+{
+    recordVertices(1);
+    m_List.end();
+    m_List.compile(context(), false);
+    recordVertices(1);
+    EXPECT_THAT(
+        [&] { m_List.execute(context()); }, ThrowsMessage<PException>("GLGeometryList::execute() - not compiled"));
+}
+
+TEST_F(GLGeometryListGLTest, TakesAnErrorFromTheQueueWhenItCompiles)
+{
+    recordVertices(1);
+    glEnable(0xFFFFFFFF);
+    m_List.compile(context(), false);
+    EXPECT_THAT(drainErrors(), IsEmpty());
+}
+
 TEST_F(GLGeometryListGLTest, DestroysTheLastBufferItCompiled)
 {
     std::optional<GLGeometryList> list(context());
     list->vertex3f(0, 0, 0);
     list->compile(context(), false);
+    const GLGeometryList first(*list); // shares the first buffer, and destroys it at the end
     const Calls second = callsOf([&] { list->compile(context(), false); });
     EXPECT_EQ(second.front(), "glGenBuffersARB(1, ptr)") << "and the first stays";
     EXPECT_EQ(std::count_if(second.begin(), second.end(),
@@ -385,9 +405,16 @@ TEST_F(GLGeometryListGLTest, FeedsAVertexProgram)
         m_List.vertex3fv(corner.data());
     m_List.end();
     m_List.compile(context(), false);
-    const Picture drawn = picture([&] { m_List.execute(context()); });
-    EXPECT_EQ(drawn.at(32, 32), (vireo_test::Pixel{0, 255, 0, 255}));
-    EXPECT_EQ(drawn.at(0, 0), (vireo_test::Pixel{0, 0, 0, 0}));
+    const auto immediate = [] {
+        glBegin(GL_QUADS);
+        glVertexAttrib4fARB(1, 0, 1, 0, 1);
+        for (const auto& corner : TRAPEZIUM)
+            glVertexAttrib3fvARB(0, corner.data());
+        glEnd();
+    };
+    const Picture expected = picture(immediate);
+    EXPECT_EQ(picture([&] { m_List.execute(context()); }), expected);
+    EXPECT_EQ(expected.at(32, 32), (vireo_test::Pixel{0, 255, 0, 255}));
 }
 
 } // namespace

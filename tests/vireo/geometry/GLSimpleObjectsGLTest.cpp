@@ -1,12 +1,15 @@
+#include <cmath>
 #include <gmock/gmock.h>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
+#include <string>
 
 #include "tests/support/CallRecorder.h"
+#include "tests/support/EntryPoints.h"
 #include "tests/support/Picture.h"
 #include "tests/support/PictureComparison.h"
 #include "tests/vireo/ContextTest.h"
-#include "vireo/context/GLExtensionLoader.h"
 #include "vireo/geometry/GLSimpleObjects.h"
 
 #include <GL/glu.h>
@@ -15,7 +18,6 @@ namespace tavo {
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 using testing::ThrowsMessage;
 using vireo_test::callsOf;
@@ -23,123 +25,6 @@ using vireo_test::matchesReference;
 using vireo_test::Picture;
 
 using Vector = StaticVector<float, 3>;
-
-// Writes down that it was drawn and destroyed.
-class LoggedObject : public GLSimpleObject
-{
-public:
-    LoggedObject(std::string name, unsigned int classID, Calls& log)
-        : m_Name(std::move(name))
-        , m_Log(log)
-    {
-        setClassID(classID);
-    }
-    LoggedObject(const LoggedObject&) = default;
-    LoggedObject& operator=(const LoggedObject&) = delete;
-    ~LoggedObject() override { m_Log.push_back("destroy " + m_Name); }
-
-    void draw(GLContext* context, GLSimpleObjectContainer* container) override
-    {
-        m_Log.push_back("draw " + m_Name);
-        m_DrawnIn = {context, container};
-    }
-
-    std::pair<GLContext*, GLSimpleObjectContainer*> m_DrawnIn;
-
-private:
-    std::string m_Name;
-    Calls& m_Log;
-};
-
-class GLSimpleObjectContainerTest : public testing::Test
-{
-protected:
-    void add(const std::string& name, unsigned int classID)
-    {
-        m_Container->addObject(new LoggedObject(name, classID, m_Log));
-    }
-
-    Calls logOf(const std::function<void()>& operation)
-    {
-        m_Log.clear();
-        operation();
-        return m_Log;
-    }
-
-    Calls m_Log;
-    std::unique_ptr<GLSimpleObjectContainer> m_Container = std::make_unique<GLSimpleObjectContainer>();
-};
-
-TEST_F(GLSimpleObjectContainerTest, DrawsAllOrThoseOfAClassInTheirOrder)
-{
-    add("a", 0);
-    add("b", 5);
-    add("c", 7);
-    add("d", 5);
-    const auto draw = [&](unsigned int classID) { return logOf([&] { m_Container->drawObjects(nullptr, classID); }); };
-    EXPECT_THAT(draw(0), ElementsAre("draw a", "draw b", "draw c", "draw d"));
-    EXPECT_THAT(draw(5), ElementsAre("draw b", "draw d"));
-    EXPECT_THAT(draw(6), IsEmpty());
-}
-
-TEST_F(GLSimpleObjectContainerTest, HandsItsContextAndItselfToItsObjects)
-{
-    auto* const object = new LoggedObject("a", 0, m_Log);
-    m_Container->addObject(object);
-    int stranger = 0;
-    auto* const context = reinterpret_cast<GLContext*>(&stranger);
-    m_Container->drawObjects(context, 0);
-    EXPECT_EQ(object->m_DrawnIn, std::make_pair(context, m_Container.get()));
-}
-
-TEST_F(GLSimpleObjectContainerTest, ClearsAClassAndKeepsTheOrderOfTheOthers)
-{
-    add("a", 5);
-    add("b", 0);
-    add("c", 5);
-    add("d", 1);
-    add("e", 2);
-    EXPECT_THAT(logOf([&] { m_Container->clear(5); }), ElementsAre("destroy a", "destroy c"));
-    EXPECT_THAT(logOf([&] { m_Container->drawObjects(nullptr, 0); }), ElementsAre("draw b", "draw d", "draw e"));
-    EXPECT_THAT(logOf([&] { m_Container->clear(0); }), ElementsAre("destroy b", "destroy d", "destroy e"));
-    EXPECT_THAT(logOf([&] { m_Container->drawObjects(nullptr, 0); }), IsEmpty());
-}
-
-TEST_F(GLSimpleObjectContainerTest, DestroysItsObjectsWithItself)
-{
-    add("a", 3);
-    add("b", 0);
-    EXPECT_THAT(logOf([&] { m_Container.reset(); }), ElementsAre("destroy a", "destroy b"));
-}
-
-TEST_F(GLSimpleObjectContainerTest, ClearsNullObjectsWithAllOthersOnly)
-{
-    add("a", 3);
-    m_Container->addObject(nullptr);
-    EXPECT_THAT(logOf([&] { m_Container->clear(3); }), ElementsAre("destroy a"));
-    EXPECT_THAT(logOf([&] { m_Container->clear(0); }), IsEmpty());
-    EXPECT_THAT(logOf([&] { m_Container->drawObjects(nullptr, 0); }), IsEmpty()) << "the null object is gone";
-}
-
-TEST_F(GLSimpleObjectContainerTest, SharesItsObjectsWithItsCopies)
-{
-    add("a", 0);
-    auto* const copy = new GLSimpleObjectContainer(*m_Container);
-    EXPECT_THAT(logOf([&] { copy->drawObjects(nullptr, 0); }), ElementsAre("draw a"));
-    m_Container.release(); // only one of the two may destroy the object
-    delete copy;
-}
-
-TEST(GLSimpleObjectTest, IsOfNoClassAtFirst)
-{
-    GLSimpleBox box;
-    EXPECT_EQ(box.getClassID(), 0u);
-    box.setClassID(9);
-    EXPECT_EQ(box.getClassID(), 9u);
-    EXPECT_EQ(GLSimpleBox(box).getClassID(), 9u);
-    EXPECT_EQ(GLSimpleLines().getClassID(), 0u);
-    EXPECT_EQ(GLSimpleMesh().getClassID(), 0u);
-}
 
 class GLSimpleObjectsGLTest : public ContextTest
 {
@@ -354,8 +239,8 @@ TEST_F(GLSimpleObjectsGLTest, HasNoNormalIfItWouldBeShorterThan1EMinus20)
         mesh.addTriangle({0, 0, 0}, {length, 0, 0}, {0, 1, 0});
         return drawingCalls(mesh)[1];
     };
-    EXPECT_EQ(colourOf(2e-20f), vectorCall("glColor3fv", 0.5f, 0.5f, 0));
-    EXPECT_EQ(colourOf(0.5e-20f), vectorCall("glColor3fv", 0.5f, 0.5f, 0.5f));
+    EXPECT_EQ(colourOf(1e-20f), vectorCall("glColor3fv", 0.5f, 0.5f, 0));
+    EXPECT_EQ(colourOf(std::nextafter(1e-20f, 0.0f)), vectorCall("glColor3fv", 0.5f, 0.5f, 0.5f));
 }
 
 TEST_F(GLSimpleObjectsGLTest, AddsOneObjectOfAClassEach)
@@ -445,8 +330,20 @@ TEST_F(GLSimpleObjectsGLTest, LoadsTheAttributesOfTheCubeIfNeedBe)
     glVertexAttrib3fvARB = nullptr;
     Calls calls = callsOf([] { drawGlArbCube({10, 20, 30}, {7, 8, 9}, 4); });
     EXPECT_NE(glVertexAttrib3fvARB, nullptr);
+    EXPECT_EQ(calls.front(), "glBegin(GL_QUADS)") << "and then asks for them";
     std::erase_if(calls, [](const std::string& call) { return call.starts_with("wglGet"); });
     EXPECT_EQ(calls, CUBE_OF_10_20_30_AND_4);
+}
+
+TEST_F(GLSimpleObjectsGLTest, LeavesTheQuadsEmptyWithoutTheAttributesOfTheCube)
+{
+    const auto loaded = glVertexAttrib3fvARB;
+    const vireo_test::WithheldEntryPoint withheld("glVertexAttrib3fvARB");
+    glVertexAttrib3fvARB = nullptr;
+    Calls calls = callsOf([] { drawGlArbCube({10, 20, 30}, {7, 8, 9}, 4); });
+    glVertexAttrib3fvARB = loaded;
+    std::erase_if(calls, [](const std::string& call) { return call.starts_with("wglGet"); });
+    EXPECT_THAT(calls, ElementsAre("glBegin(GL_QUADS)", "glEnd()"));
 }
 
 TEST_F(GLSimpleObjectsGLTest, ShowsACubeUnderAVertexProgram)

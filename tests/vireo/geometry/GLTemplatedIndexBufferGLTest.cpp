@@ -6,6 +6,7 @@
 #include "tests/support/CallRecorder.h"
 #include "tests/support/Picture.h"
 #include "tests/vireo/ContextTest.h"
+#include "tests/vireo/Undestroyed.h"
 #include "vireo/geometry/GLTemplatedIndexBuffer.h"
 #include "vireo/geometry/GLVertexBuffer.h"
 
@@ -14,7 +15,6 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 using testing::ThrowsMessage;
 using vireo_test::callsOf;
@@ -48,7 +48,10 @@ TYPED_TEST(GLTemplatedIndexBufferGLTest, MakesStorageForItsIndices)
     EXPECT_EQ(buffer.getSizeInBytes(), 10 * sizeof(TypeParam));
     EXPECT_FALSE(buffer.init(3, GL_RGBA));
     EXPECT_EQ(buffer.getSizeInBytes(), 3 * sizeof(TypeParam));
+    EXPECT_EQ(buffer.getNumIndices(), 3u);
     EXPECT_THAT(callsOf([&] { EXPECT_FALSE(buffer.init(0xFFFFFFFF, GL_STATIC_DRAW_ARB)); }), IsEmpty());
+    EXPECT_EQ(buffer.getSizeInBytes(), 3 * sizeof(TypeParam));
+    EXPECT_EQ(buffer.getNumIndices(), 0xFFFFFFFFu);
 }
 
 TYPED_TEST(GLTemplatedIndexBufferGLTest, WritesAndReadsIndicesWithinItsRange)
@@ -67,6 +70,8 @@ TYPED_TEST(GLTemplatedIndexBufferGLTest, WritesAndReadsIndicesWithinItsRange)
     EXPECT_THAT([&] { buffer.writeToBuffer(indices.data(), 1, 3); },
         ThrowsMessage<PException>("GLBuffer::writeToBuffer | out of range!"));
     EXPECT_THAT([&] { buffer.readFromBuffer(bytes, 3, 1); },
+        ThrowsMessage<PException>("GLBuffer::readFromBuffer | out of range!"));
+    EXPECT_THAT([&] { buffer.readFromBuffer(bytes, 0, 0x80000000); },
         ThrowsMessage<PException>("GLBuffer::readFromBuffer | out of range!"));
 }
 
@@ -112,6 +117,16 @@ TYPED_TEST(GLTemplatedIndexBufferGLTest, ChoosesTheVerticesThatAreDrawn)
             expected.at(x, y) = {255, 255, 255, 255};
     }
     EXPECT_EQ(this->readPixels(), expected);
+}
+
+TYPED_TEST(GLTemplatedIndexBufferGLTest, SharesItsNameWithItsCopies)
+{
+    GLTemplatedIndexBuffer<TypeParam> buffer(this->context());
+    ASSERT_TRUE(buffer.init(3, GL_STATIC_DRAW_ARB));
+    const Undestroyed<GLTemplatedIndexBuffer<TypeParam>> copy(buffer);
+    EXPECT_EQ(copy->getNumIndices(), 3u);
+    EXPECT_EQ(callsOf([&] { copy->bind(); }), callsOf([&] { buffer.bind(); }));
+    buffer.unbind();
 }
 
 } // namespace

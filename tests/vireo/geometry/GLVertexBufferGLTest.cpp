@@ -41,13 +41,6 @@ Picture halves(const Pixel& left, const Pixel& right)
 constexpr std::array<std::array<float, 2>, 8> SQUARES{
     {{-1, -1}, {0, -1}, {0, 1}, {-1, 1}, {0, -1}, {1, -1}, {1, 1}, {0, 1}}};
 
-// The bytes of a vertex after another.
-template <typename Vertex, std::size_t N>
-void* bytesOf(std::array<Vertex, N>& vertices)
-{
-    return vertices.data();
-}
-
 class GLVertexBufferGLTest : public ContextTest
 {
 protected:
@@ -163,6 +156,7 @@ TEST_F(GLVertexBufferGLTest, RefusesMoreBytesThan32BitsCount)
         GLVertexBuffer buffer(context(), makeLayout({{"position", 4, FLOAT}}), type);
         EXPECT_THAT(callsOf([&] { EXPECT_FALSE(buffer.init(0x10000001, GL_STATIC_DRAW_ARB)); }), IsEmpty());
         EXPECT_EQ(buffer.getSizeInBytes(), 0u);
+        EXPECT_EQ(buffer.getNumElements(), 0x10000001u);
     }
 }
 
@@ -237,6 +231,48 @@ TEST_F(GLVertexBufferGLTest, WritesAndReadsWholeVertices)
         ThrowsMessage<PException>("GLBuffer::readFromBuffer | out of range!"));
 }
 
+TEST_F(GLVertexBufferGLTest, RefusesRangesThat32BitsDoNotCount)
+{
+    const auto buffer = makeBuffer(makeLayout({{"position", 4, FLOAT}}), 3);
+    std::vector<unsigned char> read(7);
+    constexpr unsigned int wraps = 0x10000000; // 16 times that is nothing in 32 bits
+    EXPECT_THAT(callsOf([&] {
+        EXPECT_THROW(buffer->writeToBuffer(read.data(), 0, wraps), PException);
+        EXPECT_THROW(buffer->writeToBuffer(read.data(), wraps, 1), PException);
+        EXPECT_THROW(buffer->readFromBuffer(read, 0, wraps), PException);
+        EXPECT_THROW(buffer->readFromBuffer(read, wraps, 1), PException);
+    }),
+        IsEmpty());
+    EXPECT_THAT(read, testing::SizeIs(7));
+}
+
+TEST_F(GLVertexBufferGLTest, SharesItsNameWithItsCopies)
+{
+    const auto buffer = makeBuffer(makeLayout({{"position", 3, FLOAT}}), 3, GLVertexBuffer::TYPE_RENDERED32);
+    buffer->setMappingFlag(true);
+    GLVertexBuffer copy(*buffer);
+    EXPECT_EQ(nameOf(copy), nameOf(*buffer));
+    EXPECT_EQ(*copy.getVertexDescriptor(), *buffer->getVertexDescriptor());
+    EXPECT_EQ(copy.getNumElements(), 3u);
+    EXPECT_TRUE(copy.getMappingFlag());
+    EXPECT_EQ(callsOf([&] { copy.init(3, GL_STATIC_DRAW_ARB); }), callsOf([&] { buffer->init(3, GL_STATIC_DRAW_ARB); }))
+        << "it is of the same type";
+    destroyContext();
+    copy = *buffer; // which has lost its context, so that the copy owns nothing either
+    EXPECT_FALSE(copy.isValid());
+}
+
+TEST_F(GLVertexBufferGLTest, DoesNotAskForItsContextWhereItSaysSo)
+{
+    const auto buffer = makeBuffer(makeLayout({{"position", 3, FLOAT}}), 3, GLVertexBuffer::TYPE_RENDERED32);
+    destroyContext();
+    buffer->init(3, GL_STATIC_DRAW_ARB);
+    buffer->copyFromRenderTarget(0, 0, 1, 1, GL_BACK);
+    buffer->drawArrays(GL_POINTS, 0, 0);
+    glBindBufferARB(GL_PIXEL_PACK_BUFFER_ARB, 0);
+    drainErrors(); // the name is gone
+}
+
 TEST_F(GLVertexBufferGLTest, RefusesToBindWithoutAContext)
 {
     const auto buffer = makeBuffer(makeLayout({{"position", 3, FLOAT}}), 3);
@@ -245,7 +281,15 @@ TEST_F(GLVertexBufferGLTest, RefusesToBindWithoutAContext)
         EXPECT_THAT([&] { buffer->bind(); }, ThrowsMessage<PException>("GLBuffer::bind() - invalid context"));
     }),
         IsEmpty());
-    EXPECT_THAT([&] { buffer->unbind(); }, ThrowsMessage<PException>("GLBuffer::unbind() - invalid context"));
+    for (const bool mappingFlag : {false, true}) {
+        buffer->setMappingFlag(mappingFlag);
+        const auto unbind = [&] {
+            EXPECT_THAT([&] { buffer->unbind(); }, ThrowsMessage<PException>("GLBuffer::unbind() - invalid context"));
+        };
+        EXPECT_THAT(callsOf(unbind),
+            ElementsAre(mappingFlag ? "glDisableClientState(GL_VERTEX_ARRAY)" : "glDisableVertexAttribArrayARB(0)"))
+            << "after the arrays were disabled";
+    }
     EXPECT_THAT(
         [&] { buffer->init(3, GL_STATIC_DRAW_ARB); }, ThrowsMessage<PException>("GLBuffer::init() - invalid context"));
 }
@@ -266,7 +310,7 @@ TEST_F(GLVertexBufferGLTest, DrawsInterleavedTypesThroughTheFixedFunction)
         vertices[i] = {i < 4 ? red : green, {static_cast<int>(SQUARES[i][0]), static_cast<int>(SQUARES[i][1])}, {}};
 
     const auto buffer = makeBuffer(makeLayout({{"color", 4, BYTE}, {"position", 2, INT}, {"weights", 3, FLOAT}}), 8);
-    buffer->writeToBuffer(bytesOf(vertices), 0, 8);
+    buffer->writeToBuffer(vertices.data(), 0, 8);
     buffer->setMappingFlag(true);
     EXPECT_EQ(drawQuads(*buffer), halves({200, 10, 0, 255}, {0, 200, 20, 255}));
 }
@@ -284,7 +328,7 @@ TEST_F(GLVertexBufferGLTest, LightsByItsNormalsAndTexturesByItsCoordinates)
         vertices[i] = {{i < 4 ? 0.25f : 0.75f, 0.5f}, {0, 0, i < 4 ? 1.0f : -1.0f}, SQUARES[i]};
     const auto buffer =
         makeBuffer(makeLayout({{"texcoord", 2, FLOAT}, {"normal", 3, FLOAT}, {"position", 2, FLOAT}}), 8);
-    buffer->writeToBuffer(bytesOf(vertices), 0, 8);
+    buffer->writeToBuffer(vertices.data(), 0, 8);
     buffer->setMappingFlag(true);
 
     const std::array<unsigned char, 8> texels{255, 0, 0, 255, 0, 255, 0, 255};
@@ -317,7 +361,7 @@ TEST_F(GLVertexBufferGLTest, FeedsAVertexProgramByIndex)
         vertices[i] = {
             SQUARES[i], i < 4 ? std::array<unsigned char, 4>{1, 0, 0, 1} : std::array<unsigned char, 4>{0, 0, 1, 1}};
     const auto buffer = makeBuffer(makeLayout({{"a", 2, FLOAT}, {"b", 4, BYTE}}), 8);
-    buffer->writeToBuffer(bytesOf(vertices), 0, 8);
+    buffer->writeToBuffer(vertices.data(), 0, 8);
 
     useVertexProgram(PROGRAM_OF_ATTRIBUTES);
     EXPECT_EQ(drawQuads(*buffer), halves({255, 0, 0, 255}, {0, 0, 255, 255}))

@@ -1,0 +1,609 @@
+#include <algorithm>
+#include <array>
+#include <gmock/gmock.h>
+#include <list>
+#include <memory>
+#include <random>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tavo/base/objects/PException.h"
+#include "tests/support/CallRecorder.h"
+#include "tests/vireo/PrivateMember.h"
+#include "tests/vireo/Undestroyed.h"
+#include "tests/vireo/offscreen/OffscreenTest.h"
+#include "vireo/offscreen/GLRenderTextureCache.h"
+#include "vireo/offscreen/GLRenderTextureFBO.h"
+
+// The rules of the cache, to which the tests refer:
+//
+// 1. A request gets the render texture of its key that was given back first, and as it was given back.
+// 2. Where none is free, the request gets a new one, of the size, components and flags that it asks for.
+// 3. The key is made of all arguments, each in bits of its own; what is too large for its bits spills upwards.
+// 4. A new render texture is announced with the number of all there are; one that is used again is not.
+// 5. A render texture that the driver refuses is destroyed; the request gets null, and the cache is as before.
+// 6. Giving back calls no GL. What was not handed out, or came back already, is refused, and the cache is as before.
+// 7. clearUnused destroys those that are free, in the order in which they were given back, and no others.
+// 8. clearAll, and so the destructor, destroys those in use, in the order in which they were handed out, then the rest.
+
+namespace tavo {
+
+struct DescMember
+{
+    friend auto memberOf(DescMember);
+};
+template struct PrivateMember<DescMember, &GLRenderTextureCache::getDesc>;
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::ThrowsMessage;
+using vireo_test::callsOf;
+
+// The arguments of a request.
+struct Request
+{
+    unsigned int width = 4;
+    unsigned int height = 4;
+    unsigned int components = 4;
+    bool rectangle = false;
+    bool floatTexture = false;
+    bool float32 = false;
+    bool depth = false;
+    bool stencil = false;
+};
+
+const char* const NOT_HANDED_OUT =
+    "GLRenderTextureCache::freeRenderTexture() - not a render texture that was handed out";
+
+std::string message(unsigned int count)
+{
+    return "num cached render textures: " + std::to_string(count) + "\n";
+}
+
+class GLRenderTextureCacheGLTest : public OffscreenTest
+{
+protected:
+    void SetUp() override
+    {
+        OffscreenTest::SetUp();
+        if (!IsSkipped())
+            m_Cache = std::make_unique<GLRenderTextureCache>(context());
+    }
+
+    void TearDown() override
+    {
+        m_Cache.reset();
+        OffscreenTest::TearDown();
+    }
+
+    GLRenderTextureCache& cache() { return *m_Cache; }
+    void destroyCache() { m_Cache.reset(); }
+
+    GLRenderTextureFBO* get(const Request& request)
+    {
+        return m_Cache->getRenderTexture(request.width, request.height, request.components, request.rectangle,
+            request.floatTexture, request.float32, request.depth, request.stencil);
+    }
+
+    unsigned int keyOf(const Request& request)
+    {
+        return (m_Cache.get()->*memberOf(DescMember()))(request.width, request.height, request.components,
+            request.rectangle, request.floatTexture, request.float32, request.depth, request.stencil);
+    }
+
+    void give(std::initializer_list<GLRenderTextureFBO*> renderTextures)
+    {
+        for (GLRenderTextureFBO* const renderTexture : renderTextures)
+            m_Cache->freeRenderTexture(renderTexture);
+    }
+
+    void expectRefusal(GLRenderTextureFBO* renderTexture)
+    {
+        EXPECT_THAT([&] { m_Cache->freeRenderTexture(renderTexture); }, ThrowsMessage<PException>(NOT_HANDED_OUT));
+    }
+
+    // The calls that destroy such render textures.
+    static Calls destructionCalls(const std::vector<Names>& renderTextures)
+    {
+        Calls calls;
+        for (const Names& names : renderTextures) {
+            calls.push_back("glDeleteTextures(1, (" + names.texture + "))");
+            calls.push_back("glDeleteFramebuffersEXT(1, (" + names.framebuffer + "))");
+        }
+        return calls;
+    }
+
+private:
+    std::unique_ptr<GLRenderTextureCache> m_Cache;
+};
+
+// Rule 1
+
+TEST_F(GLRenderTextureCacheGLTest, HandsOutFirstWhatWasGivenBackFirst)
+{
+    GLRenderTextureFBO* const a = get({});
+    GLRenderTextureFBO* const b = get({});
+    GLRenderTextureFBO* const c = get({});
+    EXPECT_NE(a, b);
+    give({b, a, c});
+    EXPECT_EQ(get({}), b);
+    EXPECT_EQ(get({}), a);
+    give({b});
+    EXPECT_EQ(get({}), c);
+    EXPECT_EQ(get({}), b);
+}
+
+TEST_F(GLRenderTextureCacheGLTest, HandsOutTheOldestOfTwo)
+{
+    GLRenderTextureFBO* const a = get({});
+    GLRenderTextureFBO* const b = get({});
+    give({a, b});
+    EXPECT_EQ(get({}), a);
+}
+
+TEST_F(GLRenderTextureCacheGLTest, PassesOverOlderOnesOfOtherKinds)
+{
+    GLRenderTextureFBO* const other = get({.width = 8});
+    GLRenderTextureFBO* const wanted = get({});
+    give({other, wanted});
+    EXPECT_EQ(get({}), wanted);
+    EXPECT_EQ(get({.width = 8}), other);
+}
+
+TEST_F(GLRenderTextureCacheGLTest, HandsOutAgainWithoutACallOfGL)
+{
+    GLRenderTextureFBO* const target = get({});
+    target->activate();
+    drawQuarters();
+    target->bind(2); // left so, on purpose
+    EXPECT_THAT(callsOf([&] {
+        give({target});
+        EXPECT_EQ(get({}), target);
+    }),
+        IsEmpty());
+    EXPECT_TRUE(target->isBound());
+    target->unbind();
+    target->deactivate();
+    EXPECT_EQ(pictureOf(std::unique_ptr<RGBAImage>(target->getRGBAImage())), quarters(4, 4));
+}
+
+// Rule 2
+
+TEST_F(GLRenderTextureCacheGLTest, MakesANewOneWhileTheOthersAreInUse)
+{
+    std::set<GLRenderTextureFBO*> all;
+    for (unsigned int i = 0; i < 5; ++i)
+        all.insert(get({}));
+    EXPECT_THAT(all, SizeIs(5));
+    EXPECT_EQ(countNames().framebuffers, 5u);
+}
+
+TEST_F(GLRenderTextureCacheGLTest, MakesWhatIsAskedFor)
+{
+    const GLRenderTextureFBO* const target =
+        get({.width = 5, .height = 7, .components = 3, .rectangle = true, .depth = true});
+    ASSERT_NE(target, nullptr);
+    EXPECT_EQ(target->getContext(), context());
+    EXPECT_EQ(target->getWidth(), 5u);
+    EXPECT_EQ(target->getHeight(), 7u);
+    EXPECT_EQ(target->getNumComponents(), 3u);
+    EXPECT_TRUE(target->isRectangle());
+    EXPECT_TRUE(target->hasDepth());
+    EXPECT_FALSE(target->hasStencil());
+    EXPECT_FALSE(target->isFloat16());
+    EXPECT_FALSE(target->isFloat32());
+    EXPECT_FALSE(target->isActive());
+    EXPECT_FALSE(target->isBound());
+}
+
+struct FlagsOfRequest
+{
+    Request request;
+    unsigned int flags;
+};
+
+// Of 2D textures, in which the flags of floats are accepted by every driver.
+TEST_F(GLRenderTextureCacheGLTest, TurnsTheArgumentsIntoFlags)
+{
+    const FlagsOfRequest cases[] = {
+        {{}, 0},
+        {{.rectangle = true}, RECTANGLE},
+        {{.floatTexture = true}, FLOAT16},
+        {{.floatTexture = true, .float32 = true}, FLOAT32},
+        {{.float32 = true}, 0}, // deliberate
+        {{.depth = true}, DEPTH},
+        {{.stencil = true}, STENCIL},
+        {{.floatTexture = true, .float32 = true, .stencil = true}, FLOAT32 | STENCIL},
+    };
+    for (const auto& [request, flags] : cases) {
+        const GLRenderTextureFBO* const target = get(request);
+        ASSERT_NE(target, nullptr);
+        EXPECT_EQ(target->isRectangle(), (flags & RECTANGLE) != 0);
+        EXPECT_EQ(target->isFloat16(), (flags & FLOAT16) != 0);
+        EXPECT_EQ(target->isFloat32(), (flags & FLOAT32) != 0);
+        EXPECT_EQ(target->hasDepth(), (flags & DEPTH) != 0);
+        EXPECT_EQ(target->hasStencil(), (flags & STENCIL) != 0);
+    }
+}
+
+TEST_F(GLRenderTextureCacheGLTest, MakesRectanglesOfFloats)
+{
+    if (!hasFloatFormats())
+        GTEST_SKIP() << "the driver has no GL_NV_float_buffer, whose formats float rectangles are made in";
+    const GLRenderTextureFBO* const half = get({.rectangle = true, .floatTexture = true});
+    const GLRenderTextureFBO* const full = get({.rectangle = true, .floatTexture = true, .float32 = true});
+    ASSERT_NE(half, nullptr);
+    ASSERT_NE(full, nullptr);
+    EXPECT_TRUE(half->isFloat16());
+    EXPECT_TRUE(full->isFloat32());
+}
+
+// Rule 3
+
+struct Key
+{
+    Request request;
+    unsigned int key;
+};
+
+TEST_F(GLRenderTextureCacheGLTest, PacksTheArgumentsIntoAKey)
+{
+    const Key keys[] = {
+        {{1, 1, 1, false, false, false, false, false}, 0},
+        {{256, 128, 4, true, false, false, true, false}, 0x07F0FF69},
+        {{1, 1, 1, true, false, false, false, false}, 1},
+        {{1, 1, 1, false, true, false, false, false}, 2},
+        {{1, 1, 1, false, false, true, false, false}, 4},
+        {{1, 1, 1, false, false, false, true, false}, 8},
+        {{1, 1, 1, false, false, false, false, true}, 16},
+        {{1, 1, 2, false, false, false, false, false}, 1 << 5},
+        {{1, 1, 8, false, false, false, false, false}, 7 << 5},
+        {{2, 1, 1, false, false, false, false, false}, 1 << 8},
+        {{4096, 1, 1, false, false, false, false, false}, 0xFFF00},
+        {{1, 2, 1, false, false, false, false, false}, 1 << 20},
+        {{1, 4096, 1, false, false, false, false, false}, 0xFFF00000},
+        {{4096, 4096, 8, true, true, true, true, true}, 0xFFFFFFFF},
+        {{640, 480, 3, true, true, true, false, true}, 0x1DF27F57},
+    };
+    for (const auto& [request, key] : keys)
+        EXPECT_EQ(keyOf(request), key) << std::hex << keyOf(request) << " instead of " << key;
+}
+
+// Deliberate: nothing is masked.
+TEST_F(GLRenderTextureCacheGLTest, LetsWhatIsTooLargeSpillUpwards)
+{
+    EXPECT_EQ(keyOf({.width = 4097, .height = 1}), keyOf({.width = 1, .height = 2}));
+    EXPECT_EQ(keyOf({.width = 4098, .height = 2}), keyOf({.width = 2, .height = 2}))
+        << "the bits are joined, not added";
+    EXPECT_EQ(keyOf({.width = 1, .components = 9}), keyOf({.width = 2, .components = 1}));
+    EXPECT_EQ(keyOf({.height = 4097}), keyOf({.height = 1})) << "lost at the top";
+    EXPECT_EQ(keyOf({.width = 1 << 24 | 5, .height = 1}), keyOf({.width = 5, .height = 1}));
+    EXPECT_EQ(keyOf({.components = 0}), 0xFFFFFFE0);
+    EXPECT_EQ(keyOf({.width = 0, .components = 1}), 0xFFFFFF00);
+    EXPECT_EQ(keyOf({.width = 1, .height = 0, .components = 1}), 0xFFF00000);
+}
+
+TEST_F(GLRenderTextureCacheGLTest, ServesRequestsWithEqualKeysAlike)
+{
+    GLRenderTextureFBO* const target = get({.width = 1, .height = 2});
+    give({target});
+    EXPECT_EQ(get({.width = 4097, .height = 1}), target) << "though its size is another";
+    EXPECT_EQ(target->getWidth(), 1u);
+    EXPECT_EQ(target->getHeight(), 2u);
+}
+
+TEST_F(GLRenderTextureCacheGLTest, KeepsKindsApart)
+{
+    const Request kinds[] = {
+        {},
+        {.width = 5},
+        {.height = 5},
+        {.components = 3},
+        {.rectangle = true},
+        {.floatTexture = true},
+        {.float32 = true}, // deliberate, though what is made is the same as without
+        {.floatTexture = true, .float32 = true},
+        {.depth = true},
+        {.stencil = true},
+    };
+    std::vector<GLRenderTextureFBO*> all;
+    for (const Request& kind : kinds) {
+        GLRenderTextureFBO* const target = get(kind);
+        ASSERT_NE(target, nullptr);
+        EXPECT_THAT(all, testing::Not(testing::Contains(target)));
+        give({target});
+        all.push_back(target);
+    }
+    for (std::size_t i = 0; i < all.size(); ++i)
+        EXPECT_EQ(get(kinds[i]), all[i]);
+}
+
+// Rule 4
+
+TEST_F(GLRenderTextureCacheGLTest, AnnouncesHowManyThereAre)
+{
+    const DebugText debug;
+    GLRenderTextureFBO* const a = get({});
+    EXPECT_EQ(debug.text(), message(1));
+    GLRenderTextureFBO* const b = get({});
+    EXPECT_EQ(debug.text(), message(1) + message(2));
+    give({a});
+    EXPECT_EQ(get({}), a);
+    EXPECT_EQ(debug.text(), message(1) + message(2)) << "nothing of those that are used again";
+    give({a, b});
+    get({.width = 8});
+    EXPECT_EQ(debug.text(), message(1) + message(2) + message(3)) << "those that are free count";
+    cache().clearUnused();
+    get({.width = 9});
+    EXPECT_EQ(debug.text(), message(1) + message(2) + message(3) + message(2));
+}
+
+// Rule 5
+
+TEST_F(GLRenderTextureCacheGLTest, HandsOutNothingWhereTheDriverRefuses)
+{
+    GLRenderTextureFBO* const target = get({});
+    const DebugText debug;
+    const NumNames before = countNames();
+    EXPECT_EQ(get({.width = 0, .height = 0}), nullptr);
+    EXPECT_EQ(countNames(), before) << "what was made for it is destroyed";
+    EXPECT_EQ(boundFramebuffer(), 0);
+    EXPECT_EQ(debug.text(), "");
+    get({.width = 9});
+    EXPECT_EQ(debug.text(), message(2)) << "it does not count";
+    give({target});
+    EXPECT_EQ(get({}), target);
+}
+
+// Rule 6
+
+TEST_F(GLRenderTextureCacheGLTest, RefusesWhatItHasNotHandedOut)
+{
+    GLRenderTextureFBO* const target = get({});
+    GLRenderTextureFBO stranger(context());
+    GLRenderTextureCache otherCache(context());
+    GLRenderTextureFBO* const othersTarget = otherCache.getRenderTexture(4, 4, 4, false, false, false, false, false);
+    expectRefusal(&stranger);
+    expectRefusal(othersTarget);
+    expectRefusal(nullptr);
+    give({target});
+    EXPECT_EQ(get({}), target) << "the cache is as it was";
+}
+
+TEST_F(GLRenderTextureCacheGLTest, RefusesWhatCameBackAlready)
+{
+    GLRenderTextureFBO* const a = get({});
+    GLRenderTextureFBO* const b = get({});
+    give({a, b});
+    EXPECT_THAT(callsOf([&] { expectRefusal(a); }), IsEmpty());
+    EXPECT_EQ(get({}), a);
+    EXPECT_EQ(get({}), b);
+    EXPECT_NE(get({}), a) << "it is there only once";
+    give({a});
+}
+
+TEST_F(GLRenderTextureCacheGLTest, RefusesWhatItHasDestroyed)
+{
+    GLRenderTextureFBO* const inUse = get({});
+    GLRenderTextureFBO* const available = get({});
+    give({available});
+    cache().clearAll();
+    expectRefusal(inUse);
+    expectRefusal(available);
+}
+
+// Rule 7
+
+TEST_F(GLRenderTextureCacheGLTest, DestroysThoseThatAreFree)
+{
+    GLRenderTextureFBO* const a = get({});
+    GLRenderTextureFBO* const b = get({});
+    GLRenderTextureFBO* const c = get({.width = 8});
+    const std::vector<Names> names{namesOf(*c), namesOf(*a)};
+    give({c, a});
+    EXPECT_EQ(callsOf([&] { cache().clearUnused(); }), destructionCalls(names)) << "in the order given back";
+    EXPECT_THAT(callsOf([&] { cache().clearUnused(); }), IsEmpty());
+    EXPECT_EQ(countNames().framebuffers, 1u);
+
+    give({b});
+    EXPECT_EQ(get({}), b) << "what was in use is still there";
+    EXPECT_THAT(callsOf([&] { get({.width = 8}); }), testing::Contains("glGenFramebuffersEXT(1, ptr)"));
+}
+
+// Rule 8
+
+TEST_F(GLRenderTextureCacheGLTest, DestroysAll)
+{
+    std::array<GLRenderTextureFBO*, 4> targets{};
+    std::vector<Names> names;
+    for (GLRenderTextureFBO*& target : targets) {
+        target = get({});
+        names.push_back(namesOf(*target));
+    }
+    give({targets[2], targets[0]});
+    EXPECT_EQ(get({}), targets[2]);
+    // In use, in the order handed out: 1, 3, 2. Free: 0.
+    EXPECT_EQ(callsOf([&] { cache().clearAll(); }), destructionCalls({names[1], names[3], names[2], names[0]}));
+    EXPECT_EQ(countNames(), NumNames());
+
+    const DebugText debug;
+    EXPECT_NE(get({}), nullptr);
+    EXPECT_EQ(debug.text(), message(1)) << "a new one";
+}
+
+TEST_F(GLRenderTextureCacheGLTest, DestroysAllWhenItDies)
+{
+    GLRenderTextureFBO* const a = get({});
+    GLRenderTextureFBO* const b = get({});
+    const std::vector<Names> names{namesOf(*b), namesOf(*a)};
+    give({a});
+    EXPECT_EQ(callsOf([&] { destroyCache(); }), destructionCalls(names));
+}
+
+TEST_F(GLRenderTextureCacheGLTest, MayDieAfterItsContext)
+{
+    give({get({})});
+    get({.depth = true});
+    destroyContext();
+    EXPECT_THAT(callsOf([&] { destroyCache(); }), IsEmpty());
+}
+
+TEST_F(GLRenderTextureCacheGLTest, StartsAndDiesWithoutACallOfGL)
+{
+    EXPECT_THAT(callsOf([&] { GLRenderTextureCache(context()).clearAll(); }), IsEmpty());
+}
+
+TEST_F(GLRenderTextureCacheGLTest, IsCopiedWithWhatItHas)
+{
+    GLRenderTextureFBO* const target = get({});
+    give({target});
+    const Undestroyed<GLRenderTextureCache> copy(cache());
+    const Undestroyed<GLRenderTextureCache> assigned(context());
+    *assigned = cache();
+    for (GLRenderTextureCache* const other : {&*copy, &*assigned})
+        EXPECT_EQ(other->getRenderTexture(4, 4, 4, false, false, false, false, false), target);
+}
+
+// All rules at once: many random requests and returns, against plain lists.
+class GLRenderTextureCacheRandomGLTest : public GLRenderTextureCacheGLTest
+{
+protected:
+    void step()
+    {
+        countFramebuffers(callsOf([&] { act(pick(100)); }));
+        EXPECT_EQ(m_NumFramebuffers, m_InUse.size() + m_Free.size());
+    }
+
+    unsigned int m_NumMade = 0;
+    unsigned int m_NumUsedAgain = 0;
+    unsigned int m_NumRefused = 0;
+
+private:
+    // One of a few kinds, in the model's own terms.
+    using Kind = std::array<unsigned int, 5>;
+    struct Target
+    {
+        GLRenderTextureFBO* renderTexture;
+        Kind kind;
+    };
+
+    unsigned int pick(unsigned int count) { return static_cast<unsigned int>(m_Random() % count); }
+
+    void act(unsigned int choice)
+    {
+        if (choice < 48)
+            request();
+        else if (choice < 90)
+            giveBack();
+        else if (choice < 96)
+            giveBackTwice();
+        else if (choice < 99)
+            clearUnused();
+        else
+            clearAll();
+    }
+
+    void request()
+    {
+        const Kind kind{pick(3), 1 + pick(2), 3 + pick(2), pick(2), pick(2)};
+        const auto oldest = std::find_if(m_Free.begin(), m_Free.end(), [&](const Target& t) { return t.kind == kind; });
+        const DebugText debug;
+        GLRenderTextureFBO* const target = get({.width = kind[0],
+            .height = kind[1],
+            .components = kind[2],
+            .rectangle = kind[3] != 0,
+            .stencil = kind[4] != 0});
+        if (kind[0] == 0) {
+            EXPECT_EQ(target, nullptr) << "the driver refuses";
+            EXPECT_EQ(debug.text(), "");
+            ++m_NumRefused;
+        } else if (oldest != m_Free.end()) {
+            EXPECT_EQ(target, oldest->renderTexture);
+            EXPECT_EQ(debug.text(), "");
+            m_InUse.push_back(*oldest);
+            m_Free.erase(oldest);
+            ++m_NumUsedAgain;
+        } else {
+            expectNew(target, kind);
+            m_InUse.push_back({target, kind});
+            EXPECT_EQ(debug.text(), message(static_cast<unsigned int>(m_InUse.size() + m_Free.size())));
+            ++m_NumMade;
+        }
+    }
+
+    void expectNew(const GLRenderTextureFBO* target, const Kind& kind)
+    {
+        ASSERT_NE(target, nullptr);
+        for (const std::list<Target>* list : {&m_InUse, &m_Free})
+            EXPECT_TRUE(std::none_of(
+                list->begin(), list->end(), [target](const Target& t) { return t.renderTexture == target; }));
+        EXPECT_EQ(target->getWidth(), kind[0]);
+        EXPECT_EQ(target->getHeight(), kind[1]);
+        EXPECT_EQ(target->getNumComponents(), kind[2]);
+        EXPECT_EQ(target->isRectangle(), kind[3] != 0);
+        EXPECT_EQ(target->hasStencil(), kind[4] != 0);
+    }
+
+    void giveBack()
+    {
+        if (m_InUse.empty())
+            return;
+        const auto any = std::next(m_InUse.begin(), pick(static_cast<unsigned int>(m_InUse.size())));
+        cache().freeRenderTexture(any->renderTexture);
+        m_Free.splice(m_Free.end(), m_InUse, any);
+    }
+
+    void giveBackTwice()
+    {
+        if (!m_Free.empty())
+            expectRefusal(m_Free.front().renderTexture);
+    }
+
+    void clearUnused()
+    {
+        cache().clearUnused();
+        m_Free.clear();
+    }
+
+    void clearAll()
+    {
+        cache().clearAll();
+        m_InUse.clear();
+        m_Free.clear();
+    }
+
+    void countFramebuffers(const Calls& calls)
+    {
+        for (const std::string& call : calls) {
+            m_NumFramebuffers += call.starts_with("glGenFramebuffersEXT") ? 1 : 0;
+            m_NumFramebuffers -= call.starts_with("glDeleteFramebuffersEXT") ? 1 : 0;
+        }
+    }
+
+    std::mt19937 m_Random{52};
+    std::size_t m_NumFramebuffers = 0;
+    std::list<Target> m_InUse;
+    std::list<Target> m_Free;
+};
+
+TEST_F(GLRenderTextureCacheRandomGLTest, KeepsAllRules)
+{
+    testing::internal::CaptureStderr();
+    constexpr unsigned int steps = 10000;
+    for (unsigned int i = 0; i < steps && !HasFailure(); ++i) {
+        SCOPED_TRACE(i);
+        step();
+    }
+    testing::internal::GetCapturedStderr(); // thousands of messages
+    EXPECT_GT(m_NumMade, 500u);
+    EXPECT_GT(m_NumUsedAgain, 500u);
+    EXPECT_GT(m_NumRefused, 500u);
+}
+
+} // namespace
+} // namespace tavo

@@ -34,10 +34,6 @@ const std::string WRONG = "float4 main() : COLOR { return nothing; }";
 const std::string TRANSFORM = "float4 main(float4 p : POSITION, uniform float4x4 matMVP) : POSITION"
                               "{ return mul(matMVP, p); }";
 
-constexpr Pixel RED_PIXEL{255, 0, 0, 255};
-constexpr Pixel GREEN_PIXEL{0, 255, 0, 255};
-constexpr Pixel WHITE_PIXEL{255, 255, 255, 255};
-
 class GLShaderCGGLTest : public ShaderTest
 {
 protected:
@@ -245,11 +241,53 @@ TEST_F(GLShaderCGGLTest, UpdatesMatricesThatAProgramDoesNotDeclareToo)
     EXPECT_EQ(drainErrors().size(), 0u);
 }
 
+TEST_F(GLShaderCGGLTest, DeliberatelyDoesNotAskForItsProgramElsewhere)
+{
+    GLShaderCG shader(context(), FRAGMENT);
+    Matrix m = UNLIKE_ANY_OTHER;
+    const std::string get = "cgGetNamedParameter(null, \"p\")";
+    EXPECT_THAT(
+        callsOf([&] { shader.setParameter1f("p", 1); }), ElementsAre(get, HasSubstr("cgGLSetParameter1fv(null")));
+    EXPECT_THAT(
+        callsOf([&] { shader.setParameter3f("p", 1, 2, 3); }), ElementsAre(get, HasSubstr("cgGLSetParameter3fv(null")));
+    EXPECT_THAT(callsOf([&] { shader.setParameter4f("p", 1, 2, 3, 4); }),
+        ElementsAre(get, HasSubstr("cgGLSetParameter4fv(null")));
+    EXPECT_THAT(callsOf([&] {
+        shader.setConstant({"p", 0, 2});
+    }),
+        ElementsAre(get, HasSubstr("cgGLSetParameter2fv(null")));
+    EXPECT_THAT(callsOf([&] { shader.setMatrixParameterc("p", m.data()); }),
+        ElementsAre(get, HasSubstr("cgGLSetMatrixParameterfc(null")));
+    EXPECT_THAT(callsOf([&] { shader.setMatrixParameterr("p", m.data()); }),
+        ElementsAre(get, HasSubstr("cgGLSetMatrixParameterfr(null")));
+    EXPECT_THAT(callsOf([&] { shader.updateDefaultMatrices(); }), testing::SizeIs(10u));
+}
+
+// An error callback of the application's may look at the shader while it compiles.
+TEST_F(GLShaderCGGLTest, HasNoProgramWhileItCompiles)
+{
+    static GLShaderCG* compiling = nullptr;
+    static Calls whileCompiling;
+    GLShaderCG shader(context(), FRAGMENT);
+    ASSERT_TRUE(shader.compile(RED));
+    compiling = &shader;
+    cgSetErrorCallback([] {
+        const CallRecorder recorder;
+        compiling->bind();
+        whileCompiling = recorder.calls();
+        whileCompiling.push_back("asked");
+    });
+    EXPECT_FALSE(shader.compile(WRONG));
+    cgSetErrorCallback(nullptr);
+    EXPECT_THAT(whileCompiling, ElementsAre("asked"));
+}
+
 // --- the profiles ---
 
 struct ProfileTarget
 {
     CGprofile profile;
+    const char* name; // or number, as recorded calls have it
     bool ofVertices;
     const char* target;
 };
@@ -257,22 +295,24 @@ struct ProfileTarget
 TEST_F(GLShaderCGGLTest, EnablesTheTargetOfItsProfile)
 {
     const ProfileTarget table[] = {
-        {CG_PROFILE_VP20, true, "GL_VERTEX_PROGRAM_ARB"},
-        {CG_PROFILE_VP30, true, "GL_VERTEX_PROGRAM_ARB"},
-        {CG_PROFILE_ARBVP1, true, "GL_VERTEX_PROGRAM_ARB"},
-        {CG_PROFILE_VP40, true, "GL_VERTEX_PROGRAM_ARB"},
-        {CG_PROFILE_FP30, false, "GL_FRAGMENT_PROGRAM_NV"},
-        {CG_PROFILE_FP40, false, "GL_FRAGMENT_PROGRAM_ARB"},
-        {CG_PROFILE_ARBFP1, false, "GL_FRAGMENT_PROGRAM_ARB"},
-        {CG_PROFILE_FP20, false, "GL_NONE"}, // deliberately
-        {CG_PROFILE_GLSLV, true, "GL_NONE"},
-        {CG_PROFILE_GLSLF, false, "GL_NONE"},
-        {CG_PROFILE_GP4VP, true, "GL_NONE"},
+        {CG_PROFILE_VP20, "CG_PROFILE_VP20", true, "GL_VERTEX_PROGRAM_ARB"},
+        {CG_PROFILE_VP30, "CG_PROFILE_VP30", true, "GL_VERTEX_PROGRAM_ARB"},
+        {CG_PROFILE_ARBVP1, "CG_PROFILE_ARBVP1", true, "GL_VERTEX_PROGRAM_ARB"},
+        {CG_PROFILE_VP40, "CG_PROFILE_VP40", true, "GL_VERTEX_PROGRAM_ARB"},
+        {CG_PROFILE_FP30, "CG_PROFILE_FP30", false, "GL_FRAGMENT_PROGRAM_NV"},
+        {CG_PROFILE_FP40, "CG_PROFILE_FP40", false, "GL_FRAGMENT_PROGRAM_ARB"},
+        {CG_PROFILE_ARBFP1, "CG_PROFILE_ARBFP1", false, "GL_FRAGMENT_PROGRAM_ARB"},
+        {CG_PROFILE_FP20, "CG_PROFILE_FP20", false, "GL_NONE"}, // deliberately
+        {CG_PROFILE_GLSLV, "7007", true, "GL_NONE"},
+        {CG_PROFILE_GLSLF, "7008", false, "GL_NONE"},
+        {CG_PROFILE_GP4VP, "7011", true, "GL_NONE"},
     };
-    for (const auto& [profile, ofVertices, target] : table) {
+    for (const auto& [profile, name, ofVertices, target] : table) {
         const testing::ScopedTrace trace(__FILE__, __LINE__, cgGetProfileString(profile));
         GLShaderCG shader(context(), profile);
-        ASSERT_TRUE(shader.compile(ofVertices ? TRANSFORM : RED)) << shader.getLastError();
+        const Calls compiling =
+            namedCallsOf([&] { ASSERT_TRUE(shader.compile(ofVertices ? TRANSFORM : RED)) << shader.getLastError(); });
+        EXPECT_THAT(compiling, Contains(HasSubstr(", " + std::string(name) + ", \"main\", null)")));
         const Calls binding = namedCallsOf([&] { shader.bind(); });
         ASSERT_GE(binding.size(), 2u);
         EXPECT_EQ(binding[0], "glEnable(" + std::string(target) + ")");

@@ -32,11 +32,17 @@ public:
             toShrink->pop_back();
     }
     void setMatrix4f(const std::string&, unsigned int, float*) override {}
-    void onDeleteContext() override { toldWithContext = isValid(); }
+    void onDeleteContext() override
+    {
+        toldWithContext = isValid();
+        if (numTold)
+            ++*numTold;
+    }
 
     std::vector<std::string> constants;
     std::vector<ShaderConstant>* toShrink = nullptr;
     bool toldWithContext = false;
+    unsigned int* numTold = nullptr;
 };
 
 using GLShaderGLTest = ContextTest;
@@ -52,9 +58,14 @@ TEST_F(GLShaderGLTest, IsRegisteredWithItsContext)
 
 TEST_F(GLShaderGLTest, LeavesTheRegistryWhenItDies)
 {
-    auto shader = std::make_unique<NotedShader>(context());
-    shader.reset();
-    destroyContext(); // would tell an object that is gone
+    unsigned int numTold = 0;
+    auto first = std::make_unique<NotedShader>(context());
+    auto second = std::make_unique<NotedShader>(context());
+    first->numTold = &numTold;
+    second->numTold = &numTold;
+    first.reset();
+    destroyContext();
+    EXPECT_EQ(numTold, 1u);
 }
 
 TEST_F(GLShaderGLTest, KeepsTheTextOfTheLastError)

@@ -1,0 +1,6 @@
+file(READ ${DOCUMENT} document)
+file(READ ${SOURCE} source)
+string(FIND "${document}" "```cpp\n${source}```" position)
+if(position EQUAL -1)
+    message(FATAL_ERROR "${DOCUMENT} does not show ${SOURCE} as it is")
+endif()
