@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QImage>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+
+#include "tests/support/Picture.h"
+#include "tests/support/Program.h"
+
+namespace vireo_test {
+
+// From the bottom up, as pictures read from GL are.
+inline Picture toPicture(const QImage& image)
+{
+    const QImage rgba = image.mirrored().convertToFormat(QImage::Format_RGBA8888);
+    Picture picture(static_cast<unsigned int>(rgba.width()), static_cast<unsigned int>(rgba.height()));
+    for (unsigned int y = 0; y < picture.height; ++y) {
+        const unsigned char* const row = rgba.constScanLine(static_cast<int>(y));
+        for (unsigned int x = 0; x < picture.width; ++x)
+            picture.at(x, y) = {row[4 * x], row[4 * x + 1], row[4 * x + 2], row[4 * x + 3]};
+    }
+    return picture;
+}
+
+// What a program wrote to its standard error stream, without the debug output of the cache of render textures.
+inline std::string complaints(const Outcome& outcome)
+{
+    std::istringstream lines(outcome.errors);
+    std::string text;
+    for (std::string line; std::getline(lines, line);)
+        if (!line.starts_with("num cached render textures: "))
+            text += line + '\n';
+    return text;
+}
+
+// Runs an example in a window of the X server, with Qt's contexts made where VIREO_TEST_WINSYS says.
+class ExampleTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!m_Environment.contains("DISPLAY"))
+            GTEST_SKIP() << "there is no X server: DISPLAY is not set";
+        m_Environment.insert("XDG_RUNTIME_DIR", m_Directory.path());
+        m_Environment.insert("QT_QPA_PLATFORM", "xcb");
+        m_Environment.insert("QT_XCB_GL_INTEGRATION", "xcb_" + m_Environment.value("VIREO_TEST_WINSYS", "glx"));
+    }
+
+    Outcome run(const char* example, const QString& pictureFile) const
+    {
+        return runProgram(QString(VIREO_EXAMPLES) + "/" + example, {pictureFile}, m_Directory.path(), m_Environment);
+    }
+
+    QImage picture(const char* name) const { return QImage(m_Directory.filePath(name)); }
+
+private:
+    char m_Name[5] = "test";
+    char* m_Arguments[2] = {m_Name, nullptr};
+    int m_NumArguments = 1;
+    QCoreApplication m_Application{m_NumArguments, m_Arguments};
+    QTemporaryDir m_Directory;
+    QProcessEnvironment m_Environment = QProcessEnvironment::systemEnvironment();
+};
+
+} // namespace vireo_test
