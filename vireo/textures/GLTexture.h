@@ -20,9 +20,12 @@ class GLTextureSettings;
 //   that an earlier one made.
 // - Sizes are in texels. Client data has row 0 (and slice 0) first, and stays the caller's; it is no longer needed
 //   afterwards. Null leaves the texels undefined.
-// - GL reads client data as its pixel storage says (glPixelStorei), of which the library sets nothing. Unless the
-//   application did, every row starts at a multiple of 4 bytes: rows of 1 to 3 bytes a texel may need padding, or
-//   GL_UNPACK_ALIGNMENT of 1. Images have no padding, and suit every alignment up to 4.
+// - GL reads client data and images as its pixel storage says (glPixelStorei), which the library neither sets nor looks
+//   at. GL_UNPACK_ALIGNMENT must be at most 4, GL_UNPACK_ROW_LENGTH, GL_UNPACK_IMAGE_HEIGHT and the GL_UNPACK_SKIP_
+//   values must be 0, as they are at first, and nothing may be bound to GL_PIXEL_UNPACK_BUFFER_ARB: otherwise GL may
+//   read beyond the end of the data, or from that buffer instead.
+// - Rows of client data start at multiples of the alignment, which is 4 unless the application changed it: rows of
+//   texels of 1 to 3 bytes may need padding, or GL_UNPACK_ALIGNMENT of 1. Images have no padding, and need none.
 // - Components mean: 1 luminance; 2 luminance, alpha; 3 red, green, blue; 4 red, green, blue, alpha. Other counts are
 //   not checked; unless said otherwise, the format that the texture had before is used, and at first it has none, which
 //   GL refuses.

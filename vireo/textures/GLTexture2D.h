@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tavo/base/images/RGBAImage.h"
+#include "vireo/Export.h"
 #include "vireo/textures/GLTexture.h"
 
 namespace tavo {
@@ -22,7 +23,8 @@ public:
 
     // Storage of the image's size with 4 components. Red and blue deliberately change places on the way: an image of
     // the bytes blue, green, red, alpha comes out right. The image stays as it is. Throws std::out_of_range if it has
-    // no pixels, when the texture is bound and its parameters are set, but before anything is uploaded.
+    // no pixels, or fewer than its size says, when the texture is bound and its parameters are set, but before anything
+    // is uploaded.
     void createFromImage(RGBAImage& image, bool mipmap);
 
 protected:

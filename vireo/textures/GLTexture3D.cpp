@@ -8,14 +8,15 @@
 #include "vireo/context/GLExtensions.h"
 #include "vireo/textures/GLTextureSettings.h"
 #include "vireo/textures/textureFormats.h"
+#include "vireo/textures/textureParameters.h"
 #include "vireo/textures/textureSize.h"
 
 namespace tavo {
 
 namespace {
 
-// Texels side by side, slice after slice. Behind them there is room for what GL skips where its unpack alignment, which
-// is 8 at most, does not divide the size.
+// Texels side by side, slice after slice. Behind them there are zeroes for what GL skips where its unpack alignment,
+// which is 8 at most, does not divide the size.
 std::vector<unsigned char> makeRamp(unsigned int size)
 {
     constexpr std::size_t maxPadding = 7;
@@ -42,11 +43,7 @@ void GLTexture3D::createFromMemory(unsigned int width, unsigned int height, unsi
     setDimensions(width, height, depth, components, mipmap);
     format = formatOfComponents(components, format);
     bind(0);
-    glTexParameteri(m_TextureTarget, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    glTexParameteri(m_TextureTarget, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-    glTexParameteri(m_TextureTarget, GL_TEXTURE_WRAP_S, GL_CLAMP);
-    glTexParameteri(m_TextureTarget, GL_TEXTURE_WRAP_T, GL_CLAMP);
-    glTexParameteri(m_TextureTarget, GL_TEXTURE_WRAP_R, GL_CLAMP);
+    setFilterAndWrapEverywhere(m_TextureTarget, GL_LINEAR, GL_CLAMP);
     if (!mipmap)
         upload(format, type, data);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "vireo/Export.h"
 #include "vireo/textures/GLTexture.h"
 
 namespace tavo {
@@ -31,14 +32,15 @@ public:
     // client data as well, which GL refuses with GL_INVALID_ENUM. Use createFloatTexture, which is alike but for that.
     //
     // Writes a GL error that was pending before to the debug output, tagged "before teximage3d". Mipmaps are not built:
-    // if they are asked for, a char* with a text is thrown, when all but the upload is done.
+    // if they are asked for, a char* is thrown, when all but the upload is done. It points to a text of static storage,
+    // which is neither to be freed nor to be written to.
     void createFloatTextureFromMemory(unsigned int width, unsigned int height, unsigned int depth,
         unsigned int components, char* data, bool half, bool mipmap);
 
     // A cube of size x size x size texels of luminance for tests. Deliberately no noise, but a ramp: the texel (x, y,
     // z) is the byte (x + y + z) mod 256. The other arguments are not used. It is sampled with linear filters, repeats
     // along S and T, and does along R what it did before. Throws std::out_of_range if the size is 0, before anything is
-    // uploaded. A size that is not a multiple of GL_UNPACK_ALIGNMENT skews the ramp.
+    // uploaded. A size that is not a multiple of GL_UNPACK_ALIGNMENT, which may be 8 here, skews the ramp.
     void createPerlinNoise(unsigned int size, unsigned int, float);
 
 protected:

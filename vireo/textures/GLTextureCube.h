@@ -3,6 +3,7 @@
 #include <array>
 
 #include "tavo/base/images/RGBACubeMap.h"
+#include "vireo/Export.h"
 #include "vireo/textures/GLTexture.h"
 
 namespace tavo {
@@ -21,13 +22,14 @@ public:
     void create(unsigned int size, unsigned int components);
 
     // Six faces of 4 components from the pixels of the cube map's images as they are. The edge is the width of the
-    // positive X image; every image must be a square of that edge, which is not checked. One with too few pixels,
-    // however, is not read beyond them: std::out_of_range is thrown before anything is uploaded.
+    // positive X image; every image must be a square of that edge, which is not checked. But if one has fewer pixels
+    // than such a square, std::out_of_range is thrown, when the texture is bound and its parameters are set, but before
+    // anything is uploaded. If the edge is 0, the faces have no texels.
     void createFromImage(RGBACubeMap& cubeMap);
 
     // Replace one face by size x size texels from the client's data, of the texture's format, or else, if bgra is true,
-    // of the bytes blue, green, red, alpha. They neither select a unit nor bind: the texture must be bound on the
-    // active unit, and have been created.
+    // of the bytes blue, green, red, alpha. GL reads it as that of the create operations (see GLTexture). They neither
+    // select a unit nor bind: the texture must be bound on the active unit, and have been created.
     void setPositiveX(char* data, bool bgra);
     void setNegativeX(char* data, bool bgra);
     void setPositiveY(char* data, bool bgra);

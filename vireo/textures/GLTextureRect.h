@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tavo/base/images/RGBAImage.h"
+#include "vireo/Export.h"
 #include "vireo/textures/GLTexture.h"
 
 namespace tavo {
@@ -19,8 +20,8 @@ public:
     void createFromMemory(unsigned int width, unsigned int height, unsigned int components, char* data);
 
     // Storage of the image's size with 4 components, from its pixels as they are; deliberately, red and blue do not
-    // change places, as they do in a 2D texture. Throws std::out_of_range if the image has no pixels, when the texture
-    // is bound and its parameters are set, but before anything is uploaded.
+    // change places, as they do in a 2D texture. Throws std::out_of_range if the image has no pixels, or fewer than its
+    // size says, when the texture is bound and its parameters are set, but before anything is uploaded.
     void createFromImage(RGBAImage& image);
 
     // Storage of float texels, of 32 or of 16 bits a component, from as many floats a texel as there are components. It

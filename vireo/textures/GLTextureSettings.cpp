@@ -4,7 +4,9 @@
 
 #include "tavo/base/objects/Card32ClassProperty.h"
 #include "tavo/base/objects/ClassRecord.h"
+#include "tavo/base/objects/MetaClass.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/textures/textureParameters.h"
 
 namespace tavo {
 
@@ -29,14 +31,6 @@ GLint wrapModeOf(unsigned int wrap)
     case GLTextureSettings::WRAP_CLAMP_TO_BORDER: return GL_CLAMP_TO_BORDER;
     default: return GL_REPEAT;
     }
-}
-
-void setFiltersAndWraps(unsigned int target, GLint magFilter, GLint minFilter, GLint wrapS, GLint wrapT)
-{
-    glTexParameteri(target, GL_TEXTURE_MAG_FILTER, magFilter);
-    glTexParameteri(target, GL_TEXTURE_MIN_FILTER, minFilter);
-    glTexParameteri(target, GL_TEXTURE_WRAP_S, wrapS);
-    glTexParameteri(target, GL_TEXTURE_WRAP_T, wrapT);
 }
 
 } // namespace
@@ -71,8 +65,7 @@ void GLTextureSettings::setDefaults(unsigned int target, bool mipmapped)
 
 void GLTextureSettings::setFloatDefaults(unsigned int target)
 {
-    setFiltersAndWraps(target, GL_NEAREST, GL_NEAREST, GL_CLAMP_TO_EDGE, GL_CLAMP_TO_EDGE);
-    glTexParameteri(target, GL_TEXTURE_WRAP_R, GL_CLAMP_TO_EDGE);
+    setFilterAndWrapEverywhere(target, GL_NEAREST, GL_CLAMP_TO_EDGE);
 }
 
 void GLTextureSettings::setCubeDefaults()

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tavo/base/objects/Card32.h"
 #include "tavo/base/objects/Persistent.h"
 #include "vireo/Export.h"
 

@@ -3,9 +3,15 @@
 #include <string>
 #include <vector>
 
+#include "tavo/base/images/RGBAImage.h"
 #include "tests/support/CallRecorder.h"
+#include "tests/support/Picture.h"
+#include "tests/vireo/ContextTest.h"
+#include "tests/vireo/Undestroyed.h"
 #include "tests/vireo/textures/TextureTest.h"
+#include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/textures/GLTexture.h"
 #include "vireo/textures/GLTexture2D.h"
 #include "vireo/textures/GLTextureSettings.h"
 
@@ -14,6 +20,7 @@ namespace {
 
 using testing::Each;
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testing::SizeIs;
 using vireo_test::CallRecorder;
 using vireo_test::callsOf;
@@ -29,14 +36,13 @@ public:
     using GLTexture2D::height;
     using GLTexture2D::m_Mipmapped;
     using GLTexture2D::m_NumComponents;
+    using GLTexture2D::m_TextureTarget;
     using GLTexture2D::mipmapped;
     using GLTexture2D::numComponents;
     using GLTexture2D::setDimensions;
     using GLTexture2D::width;
 };
 
-const Calls PLAIN{"GL_TEXTURE_MAG_FILTER, GL_LINEAR", "GL_TEXTURE_MIN_FILTER, GL_LINEAR",
-    "GL_TEXTURE_WRAP_S, GL_REPEAT", "GL_TEXTURE_WRAP_T, GL_REPEAT"};
 const Calls MIPMAPPED{"GL_TEXTURE_MAG_FILTER, GL_LINEAR", "GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR",
     "GL_TEXTURE_WRAP_S, GL_REPEAT", "GL_TEXTURE_WRAP_T, GL_REPEAT"};
 
@@ -106,7 +112,7 @@ TEST_F(GLTexture2DGLTest, IsMadeFromMemory)
     CallRecorder recorder;
     recorder.namePointer(texels.data(), "texels");
     texture.createFromMemory(8, 4, 4, asChars(texels), false);
-    expectCalls(recorder, creationCalls(texture, PLAIN,
+    expectCalls(recorder, creationCalls(texture, REPEATING,
                               {"glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 8, 4, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels)"}));
 
     EXPECT_EQ(texture.width, 8u);
@@ -128,6 +134,7 @@ TEST_F(GLTexture2DGLTest, IsMadeFromMemoryWithMipmaps)
 {
     Bytes texels = makeBytes(8 * 4 * 4);
     OpenTexture2D texture(context());
+    texture.createFromMemory(1, 1, 1, nullptr, false);
     CallRecorder recorder;
     recorder.namePointer(texels.data(), "texels");
     texture.createFromMemory(8, 4, 4, asChars(texels), true);
@@ -138,6 +145,25 @@ TEST_F(GLTexture2DGLTest, IsMadeFromMemoryWithMipmaps)
     EXPECT_EQ(texture.getSizeInBytes(), 128u + 32 + 8);
     EXPECT_EQ(getLevelParameter(GL_TEXTURE_2D, GL_TEXTURE_WIDTH, 1), 4);
     EXPECT_EQ(getLevelParameter(GL_TEXTURE_2D, GL_TEXTURE_WIDTH, 3), 1);
+}
+
+// Deliberate: whatever the target that a subclass sets, uploads go to GL_TEXTURE_2D.
+TEST_F(GLTexture2DGLTest, IsBoundToItsTargetButUploadedToTheFixedOne)
+{
+    RGBAImage image(1, 1);
+    OpenTexture2D texture(context());
+    texture.m_TextureTarget = GL_TEXTURE_3D;
+    const std::string upload = "glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 1, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE, ";
+    const std::string build = "gluBuild2DMipmaps(GL_TEXTURE_2D, GL_RGBA, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, ";
+    const auto expected = [&](const Calls& parameters, const std::string& call) {
+        return callsAfterBinding(texture, "GL_TEXTURE_3D", parameters, {call});
+    };
+    EXPECT_EQ(
+        callsWithData([&] { texture.createFromMemory(1, 1, 4, DATA, false); }), expected(REPEATING, upload + "data)"));
+    EXPECT_EQ(
+        callsWithData([&] { texture.createFromMemory(1, 1, 4, DATA, true); }), expected(MIPMAPPED, build + "data)"));
+    EXPECT_EQ(callsOf([&] { texture.createFromImage(image, false); }), expected(REPEATING, upload + "ptr)"));
+    EXPECT_EQ(callsOf([&] { texture.createFromImage(image, true); }), expected(MIPMAPPED, build + "ptr)"));
 }
 
 TEST_F(GLTexture2DGLTest, StaysBoundOnUnitZero)
@@ -163,7 +189,7 @@ TEST_F(GLTexture2DGLTest, HasAFormatForEachNumberOfComponents)
         const std::string& format = formats[components - 1];
         GLTexture2D texture(context());
         EXPECT_EQ(callsWithData([&] { texture.createFromMemory(1, 1, components, DATA, false); }),
-            creationCalls(texture, PLAIN,
+            creationCalls(texture, REPEATING,
                 {"glTexImage2D(GL_TEXTURE_2D, 0, " + format + ", 1, 1, 0, " + format + ", GL_UNSIGNED_BYTE, data)"}));
         EXPECT_EQ(callsWithData([&] { texture.createFromMemory(1, 1, components, DATA, true); }),
             creationCalls(texture, MIPMAPPED,
@@ -177,10 +203,17 @@ TEST_F(GLTexture2DGLTest, HasNoFormatAtFirstForOtherNumbersOfComponents)
         OpenTexture2D texture(context());
         EXPECT_EQ(callsWithData([&] { texture.createFromMemory(2, 1, components, DATA, false); }),
             creationCalls(
-                texture, PLAIN, {"glTexImage2D(GL_TEXTURE_2D, 0, 0, 2, 1, 0, GL_NONE, GL_UNSIGNED_BYTE, data)"}));
+                texture, REPEATING, {"glTexImage2D(GL_TEXTURE_2D, 0, 0, 2, 1, 0, GL_NONE, GL_UNSIGNED_BYTE, data)"}));
         EXPECT_THAT(drainErrors(), SizeIs(1)) << "GL refuses that";
         EXPECT_EQ(texture.format, 0u);
         EXPECT_EQ(texture.numComponents, components);
+        EXPECT_EQ(texture.getSizeInBytes(), 2 * components);
+
+        EXPECT_EQ(callsWithData([&] { texture.createFromMemory(2, 1, components, DATA, true); }),
+            creationCalls(
+                texture, MIPMAPPED, {"gluBuild2DMipmaps(GL_TEXTURE_2D, 0, 2, 1, GL_NONE, GL_UNSIGNED_BYTE, data)"}));
+        EXPECT_THAT(drainErrors(), IsEmpty()) << "GLU refuses that by itself";
+        EXPECT_EQ(texture.format, 0u);
         EXPECT_EQ(texture.getSizeInBytes(), 2 * components);
     }
 }
@@ -191,8 +224,14 @@ TEST_F(GLTexture2DGLTest, KeepsItsFormatForOtherNumbersOfComponents)
     texture.createFromMemory(1, 1, 3, nullptr, false);
     EXPECT_EQ(callsOf([&] { texture.createFromMemory(1, 1, 5, nullptr, false); }),
         creationCalls(
-            texture, PLAIN, {"glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 1, 1, 0, GL_RGB, GL_UNSIGNED_BYTE, null)"}));
+            texture, REPEATING, {"glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 1, 1, 0, GL_RGB, GL_UNSIGNED_BYTE, null)"}));
     EXPECT_EQ(texture.getSizeInBytes(), 5u);
+
+    EXPECT_EQ(callsWithData([&] { texture.createFromMemory(2, 2, 5, DATA, true); }),
+        creationCalls(
+            texture, MIPMAPPED, {"gluBuild2DMipmaps(GL_TEXTURE_2D, GL_RGB, 2, 2, GL_RGB, GL_UNSIGNED_BYTE, data)"}));
+    EXPECT_EQ(texture.getSizeInBytes(), 20u);
+    EXPECT_EQ(getLevelParameter(GL_TEXTURE_2D, GL_TEXTURE_WIDTH), 2);
 }
 
 TEST_F(GLTexture2DGLTest, LeavesTheTexelsUndefinedWithoutData)
@@ -299,7 +338,7 @@ TEST_F(GLTexture2DGLTest, IsMadeFromAnImage)
     CallRecorder recorder;
     recorder.namePointer(image.getPixels().data(), "pixels of the image");
     texture.createFromImage(image, false);
-    expectCalls(recorder, creationCalls(texture, PLAIN,
+    expectCalls(recorder, creationCalls(texture, REPEATING,
                               {"glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 8, 4, 0, GL_RGBA, GL_UNSIGNED_BYTE, ptr)"}));
     EXPECT_EQ(texture.width, 8u);
     EXPECT_EQ(texture.height, 4u);
@@ -315,6 +354,7 @@ TEST_F(GLTexture2DGLTest, IsMadeFromAnImageWithMipmaps)
 {
     RGBAImage image = makeImage(8, 4);
     OpenTexture2D texture(context());
+    texture.createFromMemory(1, 1, 1, nullptr, false);
     EXPECT_EQ(callsOf([&] { texture.createFromImage(image, true); }),
         creationCalls(
             texture, MIPMAPPED, {"gluBuild2DMipmaps(GL_TEXTURE_2D, GL_RGBA, 8, 4, GL_RGBA, GL_UNSIGNED_BYTE, ptr)"}));
@@ -344,7 +384,7 @@ TEST_F(GLTexture2DGLTest, RefusesAnImageWithoutPixelsBeforeTheUpload)
     for (const bool mipmap : {false, true}) {
         CallRecorder recorder;
         EXPECT_EQ(textOutOfRange([&] { texture.createFromImage(image, mipmap); }), "invalid vector<T> subscript");
-        expectCalls(recorder, creationCalls(texture, mipmap ? MIPMAPPED : PLAIN, {}));
+        expectCalls(recorder, creationCalls(texture, mipmap ? MIPMAPPED : REPEATING, {}));
         EXPECT_EQ(texture.m_Mipmapped, mipmap);
     }
     EXPECT_EQ(texture.width, 0u);
@@ -365,10 +405,10 @@ TEST_F(GLTexture2DGLTest, ReplacesItsStorage)
     RGBAImage image = makeImage(16, 16);
     GLTexture2D texture(context());
     texture.createFromImage(image, true);
-    EXPECT_THAT(callsOf([&] { texture.createFromMemory(2, 2, 3, nullptr, false); }),
+    EXPECT_THAT(callsOf([&] { texture.createFromMemory(4, 4, 3, nullptr, false); }),
         testing::Not(testing::Contains(testing::HasSubstr("glGenTextures"))));
-    EXPECT_EQ(getLevelParameter(GL_TEXTURE_2D, GL_TEXTURE_WIDTH), 2);
-    EXPECT_EQ(texture.getSizeInBytes(), 12u);
+    EXPECT_EQ(getLevelParameter(GL_TEXTURE_2D, GL_TEXTURE_WIDTH), 4);
+    EXPECT_EQ(texture.getSizeInBytes(), 48u) << "one level, not the 60 of all";
 }
 
 TEST_F(GLTexture2DGLTest, DrawsAnImagePixelForPixel)

@@ -5,9 +5,15 @@
 #include <utility>
 #include <vector>
 
+#include "tavo/base/images/RGBACubeMap.h"
+#include "tavo/base/images/RGBAImage.h"
 #include "tests/support/CallRecorder.h"
+#include "tests/support/Picture.h"
+#include "tests/vireo/ContextTest.h"
+#include "tests/vireo/Undestroyed.h"
 #include "tests/vireo/textures/TextureTest.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/textures/GLTexture.h"
 #include "vireo/textures/GLTextureCube.h"
 
 #include <GL/glu.h>
@@ -32,10 +38,6 @@ public:
     using GLTextureCube::reserved;
     using GLTextureCube::size;
 };
-
-const Calls NEAREST{"GL_TEXTURE_MAG_FILTER, GL_NEAREST", "GL_TEXTURE_MIN_FILTER, GL_NEAREST",
-    "GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE", "GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE",
-    "GL_TEXTURE_WRAP_R, GL_CLAMP_TO_EDGE"};
 
 Calls creationCalls(const GLTexture& texture, const Calls& uploads)
 {

@@ -1,9 +1,11 @@
 #include <gmock/gmock.h>
+#include <ios>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "tests/support/CallRecorder.h"
+#include "tests/vireo/Undestroyed.h"
 #include "tests/vireo/textures/TextureTest.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"

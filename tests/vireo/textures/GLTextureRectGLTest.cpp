@@ -3,16 +3,20 @@
 #include <string>
 #include <vector>
 
+#include "tavo/base/images/RGBAImage.h"
 #include "tests/support/CallRecorder.h"
+#include "tests/support/Picture.h"
+#include "tests/vireo/ContextTest.h"
+#include "tests/vireo/Undestroyed.h"
 #include "tests/vireo/textures/TextureTest.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/textures/GLTexture.h"
 #include "vireo/textures/GLTextureRect.h"
 
 namespace tavo {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 using vireo_test::CallRecorder;
 using vireo_test::callsOf;
@@ -28,6 +32,7 @@ public:
     using GLTextureRect::height;
     using GLTextureRect::m_Mipmapped;
     using GLTextureRect::m_NumComponents;
+    using GLTextureRect::m_TextureTarget;
     using GLTextureRect::numComponents;
     using GLTextureRect::setDimensions;
     using GLTextureRect::width;
@@ -35,9 +40,6 @@ public:
 
 const Calls LINEAR{"GL_TEXTURE_MAG_FILTER, GL_LINEAR", "GL_TEXTURE_MIN_FILTER, GL_LINEAR",
     "GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE", "GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE"};
-const Calls NEAREST{"GL_TEXTURE_MAG_FILTER, GL_NEAREST", "GL_TEXTURE_MIN_FILTER, GL_NEAREST",
-    "GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE", "GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE",
-    "GL_TEXTURE_WRAP_R, GL_CLAMP_TO_EDGE"};
 
 Calls creationCalls(const GLTexture& texture, const Calls& parameters, const Calls& others)
 {
@@ -47,28 +49,12 @@ Calls creationCalls(const GLTexture& texture, const Calls& parameters, const Cal
 std::string uploadCall(const std::string& internalFormat, const std::string& size, const std::string& clientFormat,
     const char* typeAndData)
 {
-    return "glTexImage2D(GL_TEXTURE_RECTANGLE_ARB, 0, " + internalFormat + ", " + size + ", 0, " + clientFormat + ", " +
-           typeAndData + ")";
+    return texImageCall("glTexImage2D", "GL_TEXTURE_RECTANGLE_ARB", internalFormat, size, clientFormat, typeAndData);
 }
 
 class GLTextureRectGLTest : public TextureTest
 {
 protected:
-    static bool hasFloatFormats()
-    {
-        const auto* const extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
-        return std::string(extensions).find("GL_NV_float_buffer") != std::string::npos;
-    }
-
-    // Fails unless the float upload before went as the driver's formats allow.
-    void expectUploadAsDriverAllows()
-    {
-        if (hasFloatFormats())
-            EXPECT_THAT(drainErrors(), IsEmpty());
-        else
-            EXPECT_THAT(drainErrors(), ElementsAre(testing::AnyOf(GL_INVALID_ENUM, GL_INVALID_VALUE)));
-    }
-
     Picture drawWhole(unsigned int width, unsigned int height)
     {
         return draw(
@@ -110,6 +96,26 @@ TEST_F(GLTextureRectGLTest, IsMadeFromMemory)
     EXPECT_EQ(texture.getFormat(), 0u) << "the base's format is not this texture's";
     EXPECT_FALSE(texture.m_Mipmapped);
     EXPECT_EQ(readTexels(GL_TEXTURE_RECTANGLE_ARB, GL_RGBA, texels.size()), texels);
+}
+
+// A subclass may set another target; all but rectangles repeat.
+TEST_F(GLTextureRectGLTest, IsUploadedToItsTargetAndRepeatsIfThatIsNoRectangle)
+{
+    RGBAImage image(2, 1);
+    OpenTextureRect texture(context());
+    texture.m_TextureTarget = GL_TEXTURE_2D;
+    const auto expected = [&](const Calls& parameters, const char* internalFormat, const char* typeAndData) {
+        return callsAfterBinding(texture, "GL_TEXTURE_2D", parameters,
+            {texImageCall("glTexImage2D", "GL_TEXTURE_2D", internalFormat, "2, 1", "GL_RGBA", typeAndData)});
+    };
+    EXPECT_EQ(callsWithData([&] { texture.createFromMemory(2, 1, 4, DATA); }),
+        expected(REPEATING, "GL_RGBA", "GL_UNSIGNED_BYTE, data"));
+    EXPECT_EQ(
+        callsOf([&] { texture.createFromImage(image); }), expected(REPEATING, "GL_RGBA", "GL_UNSIGNED_BYTE, ptr"));
+    EXPECT_THAT(drainErrors(), testing::IsEmpty());
+    EXPECT_EQ(callsOf([&] { texture.createFloatTextureFromMemory(2, 1, 4, nullptr, true); }),
+        expected(NEAREST, "GL_FLOAT_RGBA32_NV", "GL_FLOAT, null"));
+    EXPECT_THAT(drainErrors(), SizeIs(1)) << "these formats are for rectangles only";
 }
 
 TEST_F(GLTextureRectGLTest, StaysBoundOnUnitZero)
@@ -257,24 +263,15 @@ TEST_F(GLTextureRectGLTest, EndsAtItsEdges)
     EXPECT_THAT(picture.pixels, ElementsAre(left, left, left, right, right, right));
 }
 
-struct FloatFormat
-{
-    unsigned int components;
-    bool use32Bit;
-    const char* internalFormat;
-    unsigned int internalValue;
-    const char* clientFormat;
-};
-
 const FloatFormat FLOAT_FORMATS[] = {
-    {1, false, "GL_FLOAT_R16_NV", 0x8884, "GL_LUMINANCE"},
-    {2, false, "GL_FLOAT_RG16_NV", 0x8886, "GL_LUMINANCE_ALPHA"},
-    {3, false, "GL_FLOAT_RGB16_NV", 0x8888, "GL_RGB"},
-    {4, false, "GL_FLOAT_RGBA16_NV", 0x888A, "GL_RGBA"},
-    {1, true, "GL_FLOAT_R32_NV", 0x8885, "GL_LUMINANCE"},
-    {2, true, "GL_FLOAT_RG32_NV", 0x8887, "GL_LUMINANCE_ALPHA"},
-    {3, true, "GL_FLOAT_RGB32_NV", 0x8889, "GL_RGB"},
-    {4, true, "GL_FLOAT_RGBA32_NV", 0x888B, "GL_RGBA"},
+    {1, true, "GL_FLOAT_R16_NV", 0x8884, "GL_LUMINANCE"},
+    {2, true, "GL_FLOAT_RG16_NV", 0x8886, "GL_LUMINANCE_ALPHA"},
+    {3, true, "GL_FLOAT_RGB16_NV", 0x8888, "GL_RGB"},
+    {4, true, "GL_FLOAT_RGBA16_NV", 0x888A, "GL_RGBA"},
+    {1, false, "GL_FLOAT_R32_NV", 0x8885, "GL_LUMINANCE"},
+    {2, false, "GL_FLOAT_RG32_NV", 0x8887, "GL_LUMINANCE_ALPHA"},
+    {3, false, "GL_FLOAT_RGB32_NV", 0x8889, "GL_RGB"},
+    {4, false, "GL_FLOAT_RGBA32_NV", 0x888B, "GL_RGBA"},
 };
 
 TEST_F(GLTextureRectGLTest, IsMadeOfFloatsInTheFormatsOfNVIDIA)
@@ -284,7 +281,7 @@ TEST_F(GLTextureRectGLTest, IsMadeOfFloatsInTheFormatsOfNVIDIA)
         OpenTextureRect texture(context());
         CallRecorder recorder;
         recorder.namePointer(texels.data(), "texels");
-        texture.createFloatTextureFromMemory(2, 1, format.components, texels.data(), format.use32Bit);
+        texture.createFloatTextureFromMemory(2, 1, format.components, texels.data(), !format.half);
         expectCalls(
             recorder, creationCalls(texture, NEAREST,
                           {uploadCall(format.internalFormat, "2, 1", format.clientFormat, "GL_FLOAT, texels")}));
@@ -323,6 +320,19 @@ TEST_F(GLTextureRectGLTest, KeepsItsFormatForOtherNumbersOfFloats)
     EXPECT_EQ(callsOf([&] { texture.createFloatTextureFromMemory(1, 1, 0, nullptr, false); }),
         creationCalls(texture, NEAREST, {uploadCall("GL_RGB", "1, 1", "GL_RGBA", "GL_FLOAT, null")}));
     EXPECT_EQ(texture.getSizeInBytes(), 0u);
+}
+
+// Bytes have one format for the texture and the data, even where it was kept from floats.
+TEST_F(GLTextureRectGLTest, KeepsTheFormatOfFloatsForOtherNumbersOfComponents)
+{
+    GLTextureRect texture(context());
+    texture.createFloatTextureFromMemory(1, 1, 4, nullptr, true);
+    expectUploadAsDriverAllows();
+    EXPECT_EQ(callsWithData([&] { texture.createFromMemory(1, 1, 5, DATA); }),
+        creationCalls(texture, LINEAR,
+            {uploadCall("GL_FLOAT_RGBA32_NV", "1, 1", "GL_FLOAT_RGBA32_NV", "GL_UNSIGNED_BYTE, data")}));
+    EXPECT_THAT(drainErrors(), SizeIs(1)) << "GL refuses that";
+    EXPECT_EQ(texture.getSizeInBytes(), 5u);
 }
 
 TEST_F(GLTextureRectGLTest, IsUsableAfterFloatsThatTheDriverRefused)

@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "tavo/base/objects/Card32.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/GLTest.h"
 #include "vireo/context/GLExtensions.h"

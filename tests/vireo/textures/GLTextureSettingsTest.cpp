@@ -3,12 +3,16 @@
 #include <gmock/gmock.h>
 #include <memory>
 #include <set>
+#include <string>
+#include <vector>
 
+#include "tavo/base/objects/Card32.h"
 #include "tavo/base/objects/Card32ClassProperty.h"
 #include "tavo/base/objects/InputObjectStream.h"
 #include "tavo/base/objects/MetaClass.h"
 #include "tavo/base/objects/OutputObjectStream.h"
 #include "tavo/base/objects/PException.h"
+#include "tavo/base/objects/Persistent.h"
 
 namespace tavo {
 namespace {

@@ -2,14 +2,15 @@
 
 #include <array>
 #include <cstddef>
+#include <gmock/gmock.h>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "tests/support/CallRecorder.h"
+#include "tests/support/Picture.h"
 #include "tests/vireo/ContextTest.h"
-#include "tests/vireo/Undestroyed.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/textures/GLTexture.h"
@@ -111,6 +112,22 @@ protected:
         return picture;
     }
 
+    // Whether the driver has the float formats of rectangle textures, those of NVIDIA.
+    static bool hasFloatFormats()
+    {
+        const auto* const extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
+        return std::string(extensions).find("GL_NV_float_buffer") != std::string::npos;
+    }
+
+    // Fails unless the float upload before went as the driver's formats allow.
+    void expectUploadAsDriverAllows()
+    {
+        if (hasFloatFormats())
+            EXPECT_THAT(drainErrors(), testing::IsEmpty());
+        else
+            EXPECT_THAT(drainErrors(), testing::ElementsAre(testing::AnyOf(GL_INVALID_ENUM, GL_INVALID_VALUE)));
+    }
+
     static constexpr vireo_test::Pixel FRAGMENT{10, 20, 30, 40};
 };
 
@@ -140,6 +157,23 @@ Calls callsWithData(Operation operation)
     return recorder.calls();
 }
 
+// What textures are told about their sampling: filters, and what lies beyond their edges.
+inline const Calls REPEATING{"GL_TEXTURE_MAG_FILTER, GL_LINEAR", "GL_TEXTURE_MIN_FILTER, GL_LINEAR",
+    "GL_TEXTURE_WRAP_S, GL_REPEAT", "GL_TEXTURE_WRAP_T, GL_REPEAT"};
+inline const Calls NEAREST{"GL_TEXTURE_MAG_FILTER, GL_NEAREST", "GL_TEXTURE_MIN_FILTER, GL_NEAREST",
+    "GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE", "GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE",
+    "GL_TEXTURE_WRAP_R, GL_CLAMP_TO_EDGE"};
+
+// The formats of a texture of floats.
+struct FloatFormat
+{
+    unsigned int components;
+    bool half;
+    const char* internalFormat;
+    unsigned int internalValue;
+    const char* clientFormat;
+};
+
 // The calls that select unit 0, bind the texture and write its parameters, and those that follow.
 inline Calls callsAfterBinding(
     const GLTexture& texture, const std::string& target, const Calls& parameters, const Calls& others = {})
@@ -150,6 +184,15 @@ inline Calls callsAfterBinding(
         calls.push_back("glTexParameteri(" + target + ", " + parameter + ")");
     calls.insert(calls.end(), others.begin(), others.end());
     return calls;
+}
+
+// The call of glTexImage2D or glTexImage3DEXT for the first level; the size is such as "4, 3".
+inline std::string texImageCall(const std::string& function, const std::string& target,
+    const std::string& internalFormat, const std::string& size, const std::string& clientFormat,
+    const std::string& typeAndData)
+{
+    return function + "(" + target + ", 0, " + internalFormat + ", " + size + ", 0, " + clientFormat + ", " +
+           typeAndData + ")";
 }
 
 // The text of the std::out_of_range that the operation throws.
