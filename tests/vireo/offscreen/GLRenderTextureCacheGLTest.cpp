@@ -12,7 +12,6 @@
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/vireo/PrivateMember.h"
-#include "tests/vireo/Undestroyed.h"
 #include "tests/vireo/offscreen/OffscreenTest.h"
 #include "vireo/offscreen/GLRenderTextureCache.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
@@ -36,9 +35,14 @@ struct DescMember
 };
 template struct PrivateMember<DescMember, &GLRenderTextureCache::getDesc>;
 
+struct InUseMember
+{
+    friend auto memberOf(InUseMember);
+};
+template struct PrivateMember<InUseMember, &GLRenderTextureCache::m_InUse>;
+
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::ThrowsMessage;
@@ -462,11 +466,13 @@ TEST_F(GLRenderTextureCacheGLTest, IsCopiedWithWhatItHas)
 {
     GLRenderTextureFBO* const target = get({});
     give({target});
-    const Undestroyed<GLRenderTextureCache> copy(cache());
-    const Undestroyed<GLRenderTextureCache> assigned(context());
-    *assigned = cache();
-    for (GLRenderTextureCache* const other : {&*copy, &*assigned})
+    GLRenderTextureCache copy(cache());
+    GLRenderTextureCache assigned(context());
+    assigned = cache();
+    for (GLRenderTextureCache* const other : {&copy, &assigned}) {
         EXPECT_EQ(other->getRenderTexture(4, 4, 4, false, false, false, false, false), target);
+        (other->*memberOf(InUseMember())).clear(); // only one may destroy it
+    }
 }
 
 // All rules at once: many random requests and returns, against plain lists.
