@@ -6,6 +6,8 @@
 #include <memory>
 #include <utility>
 
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/objects/PException.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/geometry/GLHelper.h"
 #include "vireo/offscreen/GLRenderTextureCache.h"
@@ -65,7 +67,8 @@ void drawQuad(float width, float height, float maxS, float maxT)
 
 GLImage::~GLImage()
 {
-    deleteRenderTexture();
+    // A cache may refuse what it is given back.
+    runGuarded([this] { deleteRenderTexture(); });
 }
 
 void GLImage::setup(GLRenderTextureFBO* renderTexture, bool owns)
@@ -97,14 +100,14 @@ void GLImage::setup(GLRenderTextureCache* cache, RGBAFloat32Image* image, bool f
 {
     requirePixels(*image);
     setup(cache, image->getWidth(), image->getHeight(), 4, true, true, float32, false, false);
-    upload(*m_RenderTexture, *image);
+    upload(requireRenderTexture(), *image);
 }
 
 void GLImage::setup(GLRenderTextureCache* cache, RGBAImage* image)
 {
     requirePixels(*image);
     setup(cache, image->getWidth(), image->getHeight(), 4, true, false, false, false, false);
-    upload(*m_RenderTexture, *image);
+    upload(requireRenderTexture(), *image);
 }
 
 // The image has forgotten the render texture also where the cache does not take it back.
@@ -120,54 +123,61 @@ void GLImage::deleteRenderTexture()
         delete renderTexture;
 }
 
+GLRenderTextureFBO& GLImage::requireRenderTexture() const
+{
+    if (!m_RenderTexture)
+        throw PException("GLImage - the image is empty");
+    return *m_RenderTexture;
+}
+
 void GLImage::activate()
 {
-    m_RenderTexture->activate();
+    requireRenderTexture().activate();
 }
 
 void GLImage::deactivate()
 {
-    m_RenderTexture->deactivate();
+    requireRenderTexture().deactivate();
 }
 
 void GLImage::bind(unsigned int unit)
 {
-    m_RenderTexture->bind(unit);
+    requireRenderTexture().bind(unit);
 }
 
 void GLImage::unbind()
 {
-    m_RenderTexture->unbind();
+    requireRenderTexture().unbind();
 }
 
 unsigned int GLImage::getWidth() const
 {
-    return m_RenderTexture->getWidth();
+    return requireRenderTexture().getWidth();
 }
 
 unsigned int GLImage::getHeight() const
 {
-    return m_RenderTexture->getHeight();
+    return requireRenderTexture().getHeight();
 }
 
 unsigned int GLImage::getNumComponents() const
 {
-    return m_RenderTexture->getNumComponents();
+    return requireRenderTexture().getNumComponents();
 }
 
 bool GLImage::isFloat16() const
 {
-    return m_RenderTexture->isFloat16();
+    return requireRenderTexture().isFloat16();
 }
 
 bool GLImage::isFloat32() const
 {
-    return m_RenderTexture->isFloat32();
+    return requireRenderTexture().isFloat32();
 }
 
 bool GLImage::isRectangle() const
 {
-    return m_RenderTexture->isRectangle();
+    return requireRenderTexture().isRectangle();
 }
 
 bool GLImage::isFloat() const
@@ -177,7 +187,7 @@ bool GLImage::isFloat() const
 
 bool GLImage::hasDepth() const
 {
-    return m_RenderTexture->hasDepth();
+    return requireRenderTexture().hasDepth();
 }
 
 // Deliberately the depth buffer's.
@@ -199,6 +209,7 @@ bool GLImage::isPowerOfTwo() const
 void GLImage::copySubImage(
     GLImage* source, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int)
 {
+    source->requireRenderTexture();
     activate();
     source->bind(0);
     source->unbind();
@@ -207,16 +218,17 @@ void GLImage::copySubImage(
 
 RGBAImage* GLImage::getRGBAImage()
 {
-    return readBack<RGBAImage>(*m_RenderTexture);
+    return readBack<RGBAImage>(requireRenderTexture());
 }
 
 RGBAFloat32Image* GLImage::getRGBAFloat32Image()
 {
-    return readBack<RGBAFloat32Image>(*m_RenderTexture);
+    return readBack<RGBAFloat32Image>(requireRenderTexture());
 }
 
 void GLImage::drawToScreen()
 {
+    GLRenderTextureFBO& renderTexture = requireRenderTexture();
     std::array<int, 4> viewport{};
     glGetIntegerv(GL_VIEWPORT, viewport.data());
     // Deliberately as if the viewport were its left, bottom, right and top.
@@ -225,11 +237,11 @@ void GLImage::drawToScreen()
 
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     GLHelper::begin2D(width, height);
-    bind(0);
-    glEnable(m_RenderTexture->getTextureTarget());
+    renderTexture.bind(0);
+    glEnable(renderTexture.getTextureTarget());
     glDisable(GL_DEPTH_TEST);
     drawQuad(width, height, static_cast<float>(getWidth()), static_cast<float>(getHeight()));
-    unbind();
+    renderTexture.unbind();
     GLHelper::end2D();
     glPopAttrib();
 }

@@ -21,7 +21,7 @@ class GLRenderTextureFBO;
 //     blurred.drawToScreen();
 //
 // An image is empty until it is set up, and after a set-up for which the cache had no render texture
-// (getRenderTexture() then is null); an empty one may only be set up or destroyed. Every set-up first lets the render
+// (getRenderTexture() then is null). What an empty one cannot do throws PException. Every set-up first lets the render
 // texture go that the image has: gives it back, destroys it, or just forgets it. What a set-up is given may be of the
 // image itself.
 //
@@ -32,7 +32,7 @@ class VIREO_EXPORT GLImage
 public:
     GLImage() = default;
 
-    // Lets the render texture go.
+    // Lets the render texture go. Where its cache does not take it back, that is reported by the debug output.
     ~GLImage();
 
     GLImage(const GLImage&) = default;
@@ -56,9 +56,8 @@ public:
     // it, row 0 at the bottom. It is sampled without filters; no texture is bound on unit 0 afterwards, which is
     // active. The picture stays the caller's; GL reads it as its pixel storage says (glPixelStorei).
     //
-    // Throw std::out_of_range, and change nothing, if the picture has no pixels. The driver must have the render
-    // texture, which is deliberately not looked at: where that is not certain, ask the cache for one beforehand. Those
-    // of floats need GL_NV_float_buffer.
+    // Throw std::out_of_range, and change nothing, if the picture has no pixels, and PException, with the image empty,
+    // if the driver does not have the render texture. Those of floats need GL_NV_float_buffer.
     void setup(GLRenderTextureCache* cache, RGBAFloat32Image* image, bool float32);
     void setup(GLRenderTextureCache* cache, RGBAImage* image);
 
@@ -109,6 +108,7 @@ public:
 private:
     // Lets the render texture go.
     void deleteRenderTexture();
+    GLRenderTextureFBO& requireRenderTexture() const;
 
     GLRenderTextureCache* m_Cache = nullptr;
     GLRenderTextureFBO* m_RenderTexture = nullptr;

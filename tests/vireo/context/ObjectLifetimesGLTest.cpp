@@ -3,8 +3,8 @@
 #include <functional>
 #include <gmock/gmock.h>
 #include <memory>
+#include <optional>
 #include <random>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <utility>
@@ -100,26 +100,32 @@ LivingObject makeObject(GLContext* context, unsigned int choice)
     }
 }
 
-// The names that a call deletes, if it does.
+// What a call of that verb, "glGen" or "glDelete", is about; nothing for other calls.
+std::optional<Kind> kindOf(const std::string& call, const std::string& verb)
+{
+    if (call.starts_with(verb + "Textures("))
+        return Kind::TEXTURE;
+    if (call.starts_with(verb + "BuffersARB("))
+        return Kind::BUFFER;
+    return std::nullopt;
+}
+
+// The names in "glDeleteTextures(2, (4, 5))".
 std::vector<Name> namesDeletedBy(const std::string& call)
 {
-    static const std::regex deletion(R"(glDelete(Textures|BuffersARB)\(\d+, \((.*)\)\))");
-    std::smatch match;
     std::vector<Name> names;
-    if (std::regex_match(call, match, deletion)) {
-        const Kind kind = match[1] == "Textures" ? Kind::TEXTURE : Kind::BUFFER;
-        std::istringstream list(match[2]);
+    if (const std::optional<Kind> kind = kindOf(call, "glDelete")) {
+        std::istringstream list(call.substr(call.find(", (") + 3));
         for (std::string name; std::getline(list, name, ',');)
-            names.push_back({kind, static_cast<unsigned int>(std::stoul(name))});
+            names.push_back({*kind, static_cast<unsigned int>(std::stoul(name))});
     }
     return names;
 }
 
+// The number in "glGenTextures(2, ptr)".
 unsigned int numGeneratedBy(const std::string& call)
 {
-    static const std::regex generation(R"(glGen(Textures|BuffersARB)\((\d+), .*)");
-    std::smatch match;
-    return std::regex_match(call, match, generation) ? static_cast<unsigned int>(std::stoul(match[2])) : 0;
+    return kindOf(call, "glGen") ? static_cast<unsigned int>(std::stoul(call.substr(call.find('(') + 1))) : 0;
 }
 
 class ObjectLifetimesGLTest : public vireo_test::GLTest

@@ -1,4 +1,5 @@
 #include <array>
+#include <functional>
 #include <gmock/gmock.h>
 #include <memory>
 #include <string>
@@ -73,6 +74,39 @@ private:
 TEST_F(GLImageGLTest, StartsEmptyAndDiesSo)
 {
     EXPECT_THAT(callsOf([] { EXPECT_EQ(GLImage().getRenderTexture(), nullptr); }), IsEmpty());
+}
+
+TEST_F(GLImageGLTest, ThrowsWhateverItCannotDoEmpty)
+{
+    GLImage empty;
+    GLImage full;
+    setUpPlain(full, 4, 4);
+    const auto message = testing::ThrowsMessage<PException>("GLImage - the image is empty");
+    const std::vector<std::function<void()>> operations{
+        [&] { empty.activate(); },
+        [&] { empty.deactivate(); },
+        [&] { empty.bind(0); },
+        [&] { empty.unbind(); },
+        [&] { empty.getWidth(); },
+        [&] { empty.getHeight(); },
+        [&] { empty.getNumComponents(); },
+        [&] { empty.isFloat(); },
+        [&] { empty.isFloat16(); },
+        [&] { empty.isFloat32(); },
+        [&] { empty.isRectangle(); },
+        [&] { empty.hasDepth(); },
+        [&] { empty.hasStencil(); },
+        [&] { empty.isSquare(); },
+        [&] { empty.isPowerOfTwo(); },
+        [&] { delete empty.getRGBAImage(); },
+        [&] { delete empty.getRGBAFloat32Image(); },
+        [&] { empty.drawToScreen(); },
+        [&] { empty.copySubImage(&full, 0, 0, 0, 0, 0, 0); },
+        [&] { full.copySubImage(&empty, 0, 0, 0, 0, 0, 0); },
+        [&] { full.setup(cache(), &empty); },
+    };
+    for (std::size_t i = 0; i < operations.size(); ++i)
+        EXPECT_THAT(callsOf([&] { EXPECT_THAT(operations[i], message) << i; }), IsEmpty()) << i;
 }
 
 // Ownership
@@ -236,6 +270,17 @@ TEST_F(GLImageGLTest, ForgetsWhatItsCacheHasDestroyed)
     EXPECT_NE(image.getRenderTexture(), nullptr);
 }
 
+TEST_F(GLImageGLTest, ReportsThatItsCacheDoesNotTakeItBackWhenItDies)
+{
+    const DebugText reported;
+    {
+        GLImage image;
+        setUpPlain(image, 4, 4);
+        cache()->clearAll();
+    }
+    EXPECT_THAT(reported.text(), testing::HasSubstr("GLRenderTextureCache::freeRenderTexture()"));
+}
+
 TEST_F(GLImageGLTest, CopiesReferToTheSameRenderTexture)
 {
     GLImage image;
@@ -358,6 +403,19 @@ TEST_F(GLImageGLTest, IsMadeFromAnImageOfFloats)
         const std::unique_ptr<RGBAFloat32Image> read(image.getRGBAFloat32Image());
         EXPECT_EQ(read->getPixels(), picture.getPixels());
     }
+}
+
+TEST_F(GLImageGLTest, ThrowsIfTheDriverHasNoFloats)
+{
+    if (hasFloatFormats())
+        GTEST_SKIP() << "this driver has them";
+    auto picture = makeImage<RGBAFloat32Image>(7, 5);
+    GLImage image;
+    setUpPlain(image, 4, 4);
+    EXPECT_THAT([&] { image.setup(cache(), &picture, true); },
+        testing::ThrowsMessage<PException>("GLImage - the image is empty"));
+    EXPECT_EQ(image.getRenderTexture(), nullptr);
+    drainErrors(); // of the formats
 }
 
 TEST_F(GLImageGLTest, RefusesAPictureWithoutPixelsAndKeepsWhatItHas)
