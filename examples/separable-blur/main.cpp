@@ -16,12 +16,16 @@ constexpr int RADIUS = 8;
 // times 17.
 std::string makeBlur()
 {
+    const auto bell = [](int i) { return std::exp(-i * i / 32.0); };
+    double sum = 0;
+    for (int i = -RADIUS; i <= RADIUS; ++i)
+        sum += bell(i);
     QString source = "!!ARBfp1.0\nPARAM step = program.local[0];\nTEMP place, texel, sum;\nMOV sum, 0;\n";
     for (int i = -RADIUS; i <= RADIUS; ++i)
         source += QString("MAD place, step, %1, fragment.texcoord[0];\nTEX texel, place, texture[0], RECT;\n"
                           "MAD sum, texel, %2, sum;\n")
                       .arg(i)
-                      .arg(std::exp(-i * i / 32.0) / 9.6944, 0, 'f', 6);
+                      .arg(bell(i) / sum, 0, 'f', 6);
     return (source + "MOV result.color, sum;\nEND").toStdString();
 }
 
@@ -82,8 +86,7 @@ private:
         to.deactivate();
     }
 
-    std::unique_ptr<tavo::GLShaderARB> m_Blur;
-    std::unique_ptr<tavo::GLShaderARB> m_Glow;
+    std::unique_ptr<tavo::GLShaderARB> m_Blur, m_Glow;
     std::unique_ptr<tavo::GLRenderTextureCache> m_Cache;
     tavo::GLImage m_Picture, m_Rows, m_Blurred;
 };

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstddef>
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "tavo/base/debug/displayException.h"
@@ -73,10 +74,11 @@ GLImage::~GLImage()
 
 void GLImage::setup(GLRenderTextureFBO* renderTexture, bool owns)
 {
-    if (renderTexture != m_RenderTexture) {
+    // What is kept must not be destroyed; and what goes on being owned must not be given back to its cache as well.
+    const bool isKept = renderTexture == m_RenderTexture && (owns || !m_Cache);
+    if (!isKept)
         deleteRenderTexture();
-        m_RenderTexture = renderTexture;
-    }
+    m_RenderTexture = renderTexture;
     m_OwnsRenderTexture = owns;
 }
 
@@ -100,14 +102,14 @@ void GLImage::setup(GLRenderTextureCache* cache, RGBAFloat32Image* image, bool f
 {
     requirePixels(*image);
     setup(cache, image->getWidth(), image->getHeight(), 4, true, true, float32, false, false);
-    upload(requireRenderTexture(), *image);
+    upload(requireRenderTexture("setup"), *image);
 }
 
 void GLImage::setup(GLRenderTextureCache* cache, RGBAImage* image)
 {
     requirePixels(*image);
     setup(cache, image->getWidth(), image->getHeight(), 4, true, false, false, false, false);
-    upload(requireRenderTexture(), *image);
+    upload(requireRenderTexture("setup"), *image);
 }
 
 // The image has forgotten the render texture also where the cache does not take it back.
@@ -123,61 +125,61 @@ void GLImage::deleteRenderTexture()
         delete renderTexture;
 }
 
-GLRenderTextureFBO& GLImage::requireRenderTexture() const
+GLRenderTextureFBO& GLImage::requireRenderTexture(const char* operation) const
 {
     if (!m_RenderTexture)
-        throw PException("GLImage - the image is empty");
+        throw PException(std::string("GLImage::") + operation + "() - the image is empty");
     return *m_RenderTexture;
 }
 
 void GLImage::activate()
 {
-    requireRenderTexture().activate();
+    requireRenderTexture("activate").activate();
 }
 
 void GLImage::deactivate()
 {
-    requireRenderTexture().deactivate();
+    requireRenderTexture("deactivate").deactivate();
 }
 
 void GLImage::bind(unsigned int unit)
 {
-    requireRenderTexture().bind(unit);
+    requireRenderTexture("bind").bind(unit);
 }
 
 void GLImage::unbind()
 {
-    requireRenderTexture().unbind();
+    requireRenderTexture("unbind").unbind();
 }
 
 unsigned int GLImage::getWidth() const
 {
-    return requireRenderTexture().getWidth();
+    return requireRenderTexture("getWidth").getWidth();
 }
 
 unsigned int GLImage::getHeight() const
 {
-    return requireRenderTexture().getHeight();
+    return requireRenderTexture("getHeight").getHeight();
 }
 
 unsigned int GLImage::getNumComponents() const
 {
-    return requireRenderTexture().getNumComponents();
+    return requireRenderTexture("getNumComponents").getNumComponents();
 }
 
 bool GLImage::isFloat16() const
 {
-    return requireRenderTexture().isFloat16();
+    return requireRenderTexture("isFloat16").isFloat16();
 }
 
 bool GLImage::isFloat32() const
 {
-    return requireRenderTexture().isFloat32();
+    return requireRenderTexture("isFloat32").isFloat32();
 }
 
 bool GLImage::isRectangle() const
 {
-    return requireRenderTexture().isRectangle();
+    return requireRenderTexture("isRectangle").isRectangle();
 }
 
 bool GLImage::isFloat() const
@@ -187,7 +189,7 @@ bool GLImage::isFloat() const
 
 bool GLImage::hasDepth() const
 {
-    return requireRenderTexture().hasDepth();
+    return requireRenderTexture("hasDepth").hasDepth();
 }
 
 // Deliberately the depth buffer's.
@@ -209,7 +211,7 @@ bool GLImage::isPowerOfTwo() const
 void GLImage::copySubImage(
     GLImage* source, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int)
 {
-    source->requireRenderTexture();
+    source->requireRenderTexture("copySubImage");
     activate();
     source->bind(0);
     source->unbind();
@@ -218,17 +220,17 @@ void GLImage::copySubImage(
 
 RGBAImage* GLImage::getRGBAImage()
 {
-    return readBack<RGBAImage>(requireRenderTexture());
+    return readBack<RGBAImage>(requireRenderTexture("getRGBAImage"));
 }
 
 RGBAFloat32Image* GLImage::getRGBAFloat32Image()
 {
-    return readBack<RGBAFloat32Image>(requireRenderTexture());
+    return readBack<RGBAFloat32Image>(requireRenderTexture("getRGBAFloat32Image"));
 }
 
 void GLImage::drawToScreen()
 {
-    GLRenderTextureFBO& renderTexture = requireRenderTexture();
+    GLRenderTextureFBO& renderTexture = requireRenderTexture("drawToScreen");
     std::array<int, 4> viewport{};
     glGetIntegerv(GL_VIEWPORT, viewport.data());
     // Deliberately as if the viewport were its left, bottom, right and top.

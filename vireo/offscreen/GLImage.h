@@ -25,8 +25,10 @@ class GLRenderTextureFBO;
 // texture go that the image has: gives it back, destroys it, or just forgets it. What a set-up is given may be of the
 // image itself.
 //
-// Whatever calls GL needs what GLRenderTextureFBO needs, above all a current context. A cache must outlive the images
-// that have something of it. Copies refer to the same render texture, which only one of them may own.
+// Whatever calls GL needs what GLRenderTextureFBO needs, above all a current context. The pointers that operations take
+// must not be null. A cache must outlive the images that have something of it; once it has destroyed that (clearAll),
+// they must not be used, and a set-up throws PException and leaves the image empty. Copies refer to the same render
+// texture, which only one of them may own.
 class VIREO_EXPORT GLImage
 {
 public:
@@ -38,18 +40,19 @@ public:
     GLImage(const GLImage&) = default;
     GLImage& operator=(const GLImage&) = default;
 
-    // Takes a render texture; with `owns` to destroy it, without to leave it alone.
-    //
-    // Where it is the one that the image has already, nothing is let go, and `owns` says whether the image will let it
-    // go in future, as it came: one of a cache is given back.
+    // Takes a render texture; with `owns` to destroy it, without to leave it alone. It may be the one that the image
+    // has: it is not destroyed then, but given back to its cache if it is no longer owned, and otherwise kept as it
+    // came.
     void setup(GLRenderTextureFBO* renderTexture, bool owns);
 
-    // Takes a render texture from a cache; the arguments are those of GLRenderTextureCache::getRenderTexture.
+    // Takes a render texture from a cache; the arguments are those of GLRenderTextureCache::getRenderTexture, which
+    // says what making a new one leaves bound.
     void setup(GLRenderTextureCache* cache, unsigned int width, unsigned int height, unsigned int components,
         bool rectangle, bool floatTexture, bool float32, bool depth, bool stencil);
 
     // Takes one of the same kind as that of another image, with contents of its own. The other one's depth buffer
-    // deliberately asks for a stencil buffer as well; its stencil buffer does not count.
+    // deliberately asks for a stencil buffer as well, which many drivers do not have beside one, so that the image is
+    // empty then; its stencil buffer does not count.
     void setup(GLRenderTextureCache* cache, GLImage* other);
 
     // Take a rectangle of 4 components from a cache, of floats with 32 or 16 bits or of bytes, and copy an image into
@@ -94,21 +97,25 @@ public:
     void copySubImage(
         GLImage* source, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int);
 
-    // A new image with the pixels, which the caller owns. No texture is bound on unit 0 afterwards, which is active.
+    // A new image with the pixels, which the caller owns. No texture is bound on unit 0 afterwards, which is active. GL
+    // writes as its pixel storage says, and must be told of no padding; see GLRenderTextureFBO.
     // Unlike GLRenderTextureFBO's, this deliberately leaves the framebuffer of an active image bound, though the image
     // no longer counts as active.
     RGBAImage* getRGBAImage();
     RGBAFloat32Image* getRGBAFloat32Image();
 
-    // Draws the image, which should be a rectangle, over the viewport: its texture coordinates count texels. The state
-    // is as before afterwards, but that the image is no longer active or bound. Deliberately, the projection is of the
-    // viewport's width less its x by its height less its y; it fills the viewport nevertheless.
+    // Draws the image, which should be a rectangle, over the viewport: its texture coordinates count texels. It is
+    // drawn with whatever is enabled, programs, blending and the texture environment too, but without the depth test.
+    // GL's state is as before afterwards; the image no longer counts as active or bound.
+    //
+    // Deliberately, the projection is of the viewport's width less its x by its height less its y. That fills the
+    // viewport nevertheless, except where one of them is 0: then nothing is drawn, and GL has an error.
     void drawToScreen();
 
 private:
     // Lets the render texture go.
     void deleteRenderTexture();
-    GLRenderTextureFBO& requireRenderTexture() const;
+    GLRenderTextureFBO& requireRenderTexture(const char* operation) const;
 
     GLRenderTextureCache* m_Cache = nullptr;
     GLRenderTextureFBO* m_RenderTexture = nullptr;

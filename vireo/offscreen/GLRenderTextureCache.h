@@ -23,8 +23,9 @@ class GLRenderTextureFBO;
 // with others, and such a request may get a target of another size: width and height count up to 4096.
 //
 // The cache owns all its render textures, those handed out too. Its context must be current for all operations, also
-// for the destructor, unless the context has died. Copies share the render textures: only one of them may be destroyed.
-// Copying is not a supported use.
+// for the destructor. Once the context has died nothing may be asked for any more; what is there can still be given
+// back and destroyed. Copies share the render textures: only one of them may be destroyed, and none can take back what
+// was out when it was copied. Copying is not a supported use.
 class VIREO_EXPORT GLRenderTextureCache
 {
 public:
@@ -39,7 +40,11 @@ public:
 
     // A render texture of width x height texels, for the caller alone until it is given back; it stays the cache's. One
     // that was used before is as it was given back, also its contents. A new one is announced on the debug output, with
-    // the number of render textures that the cache then has. Null if a new one is needed and the driver refuses it.
+    // the number of render textures that the cache then has. Null if a new one is needed and the driver refuses it, as
+    // many do with depth and stencil together; the depth and stencil buffers of the attempt stay behind.
+    //
+    // Making a new one leaves its texture bound on unit 0, which is active, and the window being drawn into, also where
+    // another target is active: ask before activating.
     //
     // Without floatTexture, components are bytes; with it, floats of 16 or, with float32, of 32 bits, if rectangle is
     // set as well. float32 alone changes nothing, but deliberately makes another kind.
@@ -53,7 +58,8 @@ public:
     // Destroys the render textures that nobody has.
     void clearUnused();
 
-    // Destroys all render textures, those handed out too: whoever has one must forget it.
+    // Destroys all render textures, those handed out too: whoever has one must forget it. Of render textures that are
+    // destroyed, the depth and stencil buffers stay behind (see GLRenderTextureFBO).
     void clearAll();
 
 private:

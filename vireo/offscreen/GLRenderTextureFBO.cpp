@@ -9,6 +9,13 @@
 
 namespace tavo {
 
+// Defined here as well as in the class: a DLL exports only what is defined in one of its sources.
+constexpr unsigned int GLRenderTextureFBO::FLAG_DEPTH;
+constexpr unsigned int GLRenderTextureFBO::FLAG_STENCIL;
+constexpr unsigned int GLRenderTextureFBO::FLAG_FLOAT16;
+constexpr unsigned int GLRenderTextureFBO::FLAG_FLOAT32;
+constexpr unsigned int GLRenderTextureFBO::FLAG_RECTANGLE;
+
 namespace {
 
 // Whether only one bit is set, or none.

@@ -46,8 +46,9 @@ public:
     // Registers an empty object; calls no GL. The context must not be null.
     explicit GLRenderTextureFBO(GLContext* context);
 
-    // Destroys the texture, whose name the context deletes when it can, and deletes the framebuffer at once, for which
-    // the context must be current unless it has died. The depth and stencil buffers are deliberately left to the
+    // Destroys the texture, whose name the context deletes when it can, and deletes the framebuffer at once, unless the
+    // context has died. Framebuffers are not shared between contexts: the native context in which the target was made
+    // must be current, and not another one of its tree. The depth and stencil buffers are deliberately left to the
     // rendering context: who makes many targets with them keeps them in a GLRenderTextureCache.
     ~GLRenderTextureFBO() override;
 
@@ -89,7 +90,9 @@ public:
     // and no texture is bound there afterwards; an active one is active again then, and has saved the viewport anew. Of
     // a bound one, its unit must be the active one. A depth texture cannot be read so: GL refuses, the image is zeros.
     //
-    // GL writes as its pixel storage says (glPixelStorei), of which nothing is set here: the image has no padding.
+    // GL writes as its pixel storage says (glPixelStorei), of which nothing is set here, and the image has no padding:
+    // GL_PACK_ALIGNMENT must be at most 4, the row length and skip values 0, and nothing bound to
+    // GL_PIXEL_PACK_BUFFER_ARB.
     RGBAImage* getRGBAImage();
     RGBAFloat32Image* getRGBAFloat32Image();
 

@@ -81,7 +81,7 @@ TEST_F(GLImageGLTest, ThrowsWhateverItCannotDoEmpty)
     GLImage empty;
     GLImage full;
     setUpPlain(full, 4, 4);
-    const auto message = testing::ThrowsMessage<PException>("GLImage - the image is empty");
+    const auto message = testing::ThrowsMessage<PException>(testing::EndsWith("() - the image is empty"));
     const std::vector<std::function<void()>> operations{
         [&] { empty.activate(); },
         [&] { empty.deactivate(); },
@@ -107,6 +107,8 @@ TEST_F(GLImageGLTest, ThrowsWhateverItCannotDoEmpty)
     };
     for (std::size_t i = 0; i < operations.size(); ++i)
         EXPECT_THAT(callsOf([&] { EXPECT_THAT(operations[i], message) << i; }), IsEmpty()) << i;
+    EXPECT_THAT([&] { empty.bind(0); }, testing::ThrowsMessage<PException>("GLImage::bind() - the image is empty"));
+    EXPECT_NE(full.getRenderTexture(), nullptr) << "it was not let go for nothing";
 }
 
 // Ownership
@@ -145,6 +147,7 @@ TEST_F(GLImageGLTest, GivesBackWhatIsFromACache)
 TEST_F(GLImageGLTest, LetsGoWhatItHadWheneverItIsSetUp)
 {
     const auto plain = make(8, 8, 4, RECTANGLE);
+    const auto borrowed = make(8, 8, 4, RECTANGLE);
     GLImage other;
     other.setup(plain.get(), false);
     RGBAImage picture(8, 8);
@@ -173,9 +176,8 @@ TEST_F(GLImageGLTest, LetsGoWhatItHadWheneverItIsSetUp)
         EXPECT_EQ(getFromCache(4, 4), cached) << "it was given back";
         cache()->freeRenderTexture(cached);
 
-        image.setup(plain.get(), false);
-        setup(image, cache(), other, picture);
-        EXPECT_EQ(plain->getWidth(), 8u) << "it was left alone";
+        image.setup(borrowed.get(), false);
+        EXPECT_THAT(callsOf([&] { setup(image, cache(), other, picture); }), Not(Contains(StartsWith("glDelete"))));
     }
 }
 
@@ -218,16 +220,16 @@ TEST_F(GLImageGLTest, GivesBackToTheCacheWhatItTookAgain)
     EXPECT_EQ(getFromCache(4, 4), target);
 }
 
-TEST_F(GLImageGLTest, LeavesInUseWhatItHandsOverToTheCaller)
+TEST_F(GLImageGLTest, GivesBackToTheCacheWhatItOnlyBorrowsFromNowOn)
 {
     GLImage image;
     setUpPlain(image, 4, 4);
     GLRenderTextureFBO* const target = image.getRenderTexture();
     image.setup(target, false);
-    image.setup(nullptr, false);
-    EXPECT_NE(getFromCache(4, 4), target);
-    cache()->freeRenderTexture(target);
+    EXPECT_EQ(image.getRenderTexture(), target);
     EXPECT_EQ(getFromCache(4, 4), target);
+    EXPECT_THAT(callsOf([&] { image.setup(nullptr, false); }), IsEmpty());
+    EXPECT_NE(getFromCache(4, 4), target) << "it was not given back twice";
 }
 
 TEST_F(GLImageGLTest, MayBeSetUpFromItself)
@@ -290,6 +292,26 @@ TEST_F(GLImageGLTest, CopiesReferToTheSameRenderTexture)
     *assigned = image;
     EXPECT_EQ(copy->getRenderTexture(), image.getRenderTexture());
     EXPECT_EQ(assigned->getRenderTexture(), image.getRenderTexture());
+}
+
+TEST_F(GLImageGLTest, CopiesLetGoAsTheirOriginalsWould)
+{
+    const Undestroyed<GLImage> fromCache; // only its copy may let go
+    setUpPlain(*fromCache, 4, 4);
+    GLRenderTextureFBO* const target = fromCache->getRenderTexture();
+    {
+        const GLImage copy(*fromCache);
+    }
+    EXPECT_EQ(getFromCache(4, 4), target) << "it was given back";
+
+    const Undestroyed<GLImage> owner;
+    owner->setup(make(4, 4, 4, 0).release(), true);
+    const Names names = namesOf(*owner->getRenderTexture());
+    const auto copyAndDie = [&] {
+        GLImage assigned;
+        assigned = *owner;
+    };
+    EXPECT_EQ(callsOf(copyAndDie), destructionCalls(names));
 }
 
 // Set-ups from a cache
@@ -410,12 +432,23 @@ TEST_F(GLImageGLTest, ThrowsIfTheDriverHasNoFloats)
     if (hasFloatFormats())
         GTEST_SKIP() << "this driver has them";
     auto picture = makeImage<RGBAFloat32Image>(7, 5);
-    GLImage image;
-    setUpPlain(image, 4, 4);
-    EXPECT_THAT([&] { image.setup(cache(), &picture, true); },
-        testing::ThrowsMessage<PException>("GLImage - the image is empty"));
-    EXPECT_EQ(image.getRenderTexture(), nullptr);
-    drainErrors(); // of the formats
+    for (const bool float32 : {true, false}) {
+        GLImage image;
+        setUpPlain(image, 4, 4);
+        GLRenderTextureFBO* const before = image.getRenderTexture();
+        const Calls calls = callsOf([&] {
+            EXPECT_THAT([&] { image.setup(cache(), &picture, float32); },
+                testing::ThrowsMessage<PException>("GLImage::setup() - the image is empty"));
+        });
+        EXPECT_THAT(calls, Contains(StartsWith(std::string("glTexImage2D(GL_TEXTURE_RECTANGLE_ARB, 0, ") +
+                                               (float32 ? "GL_FLOAT_RGBA32_NV" : "GL_FLOAT_RGBA16_NV") + ", 7, 5, ")))
+            << "what was asked for";
+        EXPECT_THAT(calls, Not(Contains(StartsWith("glGenRenderbuffersEXT"))));
+        EXPECT_EQ(image.getRenderTexture(), nullptr);
+        EXPECT_EQ(getFromCache(4, 4), before) << "it had let go before";
+        cache()->freeRenderTexture(before);
+        drainErrors(); // of the formats
+    }
 }
 
 TEST_F(GLImageGLTest, RefusesAPictureWithoutPixelsAndKeepsWhatItHas)

@@ -465,13 +465,15 @@ TEST_F(GLRenderTextureCacheGLTest, StartsAndDiesWithoutACallOfGL)
 TEST_F(GLRenderTextureCacheGLTest, IsCopiedWithWhatItHas)
 {
     GLRenderTextureFBO* const target = get({});
+    get({.depth = true});
     give({target});
     GLRenderTextureCache copy(cache());
     GLRenderTextureCache assigned(context());
     assigned = cache();
     for (GLRenderTextureCache* const other : {&copy, &assigned}) {
         EXPECT_EQ(other->getRenderTexture(4, 4, 4, false, false, false, false, false), target);
-        (other->*memberOf(InUseMember())).clear(); // only one may destroy it
+        EXPECT_EQ((other->*memberOf(InUseMember())).size(), 2u) << "it, and what was out before";
+        (other->*memberOf(InUseMember())).clear(); // only one may destroy them
     }
 }
 

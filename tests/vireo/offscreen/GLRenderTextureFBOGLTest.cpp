@@ -296,6 +296,24 @@ TEST_F(GLRenderTextureFBOGLTest, LeavesTheOldObjectsAloneWhenItIsMadeAgain)
     EXPECT_EQ(countNames(), (NumNames{1, 1, 1})) << "the first ones";
 }
 
+// Deliberate, too, whichever of the two comes first.
+TEST_F(GLRenderTextureFBOGLTest, LeavesTheOldObjectsAloneWhereDepthTexturesAreMade)
+{
+    const auto makeAgain = [this](GLRenderTextureFBO& target, auto makeIt) {
+        const std::unique_ptr<GLTexture> old(target.*memberOf(TextureMember()));
+        const Calls calls = callsOf([&] { EXPECT_TRUE(makeIt()); });
+        for (const std::string& call : calls)
+            EXPECT_FALSE(call.starts_with("glDelete")) << call;
+        EXPECT_NE(target.*memberOf(TextureMember()), old.get());
+    };
+    const auto target = make(8, 8, 3, 0);
+    makeAgain(*target, [&] { return target->createDepthTexture(4, 4); });
+    EXPECT_EQ(target->getNumComponents(), 0u);
+    makeAgain(*target, [&] { return target->createDepthTexture(8, 8); });
+    makeAgain(*target, [&] { return target->create(4, 4, 4, 0); });
+    EXPECT_EQ(target->getNumComponents(), 4u);
+}
+
 // Depth textures
 
 TEST_F(GLRenderTextureFBOGLTest, IsMadeOfADepthTexture)
