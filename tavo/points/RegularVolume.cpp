@@ -1,10 +1,14 @@
 #include "tavo/points/RegularVolume.h"
 
 #include <atomic>
+#include <utility>
 
 #include "tavo/base/objects/PException.h"
 
 namespace tavo {
+
+// Defined here as well as in the class: a DLL exports only what is defined in one of its sources.
+constexpr int RegularVolume::UNRESTRICTED;
 
 namespace {
 
@@ -39,15 +43,29 @@ RegularVolume::RegularVolume(
 }
 
 RegularVolume::~RegularVolume() = default;
-RegularVolume::RegularVolume(RegularVolume&&) noexcept = default;
-RegularVolume& RegularVolume::operator=(RegularVolume&&) noexcept = default;
+
+RegularVolume::RegularVolume(RegularVolume&& other) noexcept
+    : m_VolumeNumber(std::exchange(other.m_VolumeNumber, nextVolumeNumber()))
+    , m_Extends(std::exchange(other.m_Extends, StaticVector<int, 3>()))
+    , m_Box(other.m_Box)
+    , m_Samples(std::move(other.m_Samples))
+{}
+
+RegularVolume& RegularVolume::operator=(RegularVolume&& other) noexcept
+{
+    m_VolumeNumber = std::exchange(other.m_VolumeNumber, nextVolumeNumber());
+    m_Extends = std::exchange(other.m_Extends, StaticVector<int, 3>());
+    m_Box = other.m_Box;
+    m_Samples = std::move(other.m_Samples);
+    return *this;
+}
 
 RegularVolume::Block RegularVolume::findBlock(const std::string& channel, unsigned int numComponents,
     const StaticVector<int, 3>& min, const StaticVector<int, 3>& max) const
 {
     const unsigned int offset = requireChannel(channel, numComponents);
     std::size_t step = m_Samples->getDescr().getSize();
-    Block block{m_Samples->getData() + offset, {1, 1, 1}, {0, 0, 0}};
+    Block block{std::as_const(*m_Samples).getData() + offset, {1, 1, 1}, {0, 0, 0}};
     unsigned int numLoops = 0;
     for (unsigned int axis = 0; axis < 3; ++axis) {
         const int first = min[axis] == UNRESTRICTED ? 0 : min[axis];

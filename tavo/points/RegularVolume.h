@@ -36,6 +36,7 @@ public:
     RegularVolume(const StaticVector<int, 3>& extends, const BoundingBox<float, 3>& box,
         std::unique_ptr<PointSet> samples = nullptr);
     ~RegularVolume();
+    // What is moved from has no samples and a number of its own.
     RegularVolume(RegularVolume&&) noexcept;
     RegularVolume& operator=(RegularVolume&&) noexcept;
 

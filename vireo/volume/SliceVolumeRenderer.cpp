@@ -21,10 +21,15 @@ namespace {
 
 using RGBA = Tex2dVolumeRenderer::RGBA;
 
+bool isSupported(const char* extension)
+{
+    return GLExtensionLoader::getInstance().getSupportedExtensions().find(std::string(extension) + ' ') !=
+           std::string::npos;
+}
+
 bool takesAnySize()
 {
-    return GLExtensionLoader::getInstance().getSupportedExtensions().find("GL_ARB_texture_non_power_of_two ") !=
-           std::string::npos;
+    return isSupported("GL_ARB_texture_non_power_of_two");
 }
 
 unsigned int textureSize(int extent)
@@ -41,23 +46,39 @@ void requireTextureSize(unsigned int size)
         throw PException("SliceVolumeRenderer::prepareTextures - the slices are larger than the driver's textures");
 }
 
-// Client memory is read without gaps, whatever the application has set for its own uploads.
-class PlainPixelStorage
+void requireTextureUnits(std::size_t count)
+{
+    GLint available = 1;
+    glGetIntegerv(GL_MAX_TEXTURE_UNITS_ARB, &available);
+    if (count > static_cast<std::size_t>(available)) // programs may have more of them
+        glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS_ARB, &available);
+    if (count > static_cast<std::size_t>(available))
+        throw PException("SliceVolumeRenderer::prepareTextures - more channels than the driver's texture units");
+}
+
+// Client memory is read without gaps and as it is, whatever the application has set for its own uploads. The pixel
+// transfer is among the attributes that are saved anyway.
+class PlainPixels
 {
 public:
-    PlainPixelStorage()
+    PlainPixels()
     {
+        glPixelTransferi(GL_MAP_COLOR, GL_FALSE);
+        for (const GLenum scale : {GL_RED_SCALE, GL_GREEN_SCALE, GL_BLUE_SCALE, GL_ALPHA_SCALE})
+            glPixelTransferf(scale, 1);
+        for (const GLenum bias : {GL_RED_BIAS, GL_GREEN_BIAS, GL_BLUE_BIAS, GL_ALPHA_BIAS})
+            glPixelTransferf(bias, 0);
         glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
-        if (glBindBufferARB)
+        if (isSupported("GL_ARB_pixel_buffer_object"))
             glBindBufferARB(GL_PIXEL_UNPACK_BUFFER_ARB, 0);
         for (const GLenum parameter :
             {GL_UNPACK_SWAP_BYTES, GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS, GL_UNPACK_SKIP_PIXELS})
             glPixelStorei(parameter, 0);
         glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
     }
-    ~PlainPixelStorage() { glPopClientAttrib(); }
-    PlainPixelStorage(const PlainPixelStorage&) = delete;
-    PlainPixelStorage& operator=(const PlainPixelStorage&) = delete;
+    ~PlainPixels() { glPopClientAttrib(); }
+    PlainPixels(const PlainPixels&) = delete;
+    PlainPixels& operator=(const PlainPixels&) = delete;
 };
 
 // Calls a generic function with the number of components, 1 to 4, as a constant.
@@ -129,12 +150,20 @@ void uploadSlice(unsigned int& name, unsigned int width, unsigned int height, co
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, w, h, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels);
 }
 
-// Unit 0, on which nothing but 2D textures is enabled.
-void selectUnit0()
+// Without programs, no texture colours the slices but those that are bound on unit 0, at coordinates as they are given.
+// Unit 0 is active afterwards.
+void disableOtherTextures()
 {
-    glActiveTextureARB(GL_TEXTURE0);
-    for (const GLenum target : {GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE_ARB})
-        glDisable(target);
+    GLint numUnits = 1;
+    glGetIntegerv(GL_MAX_TEXTURE_UNITS_ARB, &numUnits);
+    for (GLint unit = numUnits - 1; unit >= 0; --unit) {
+        glActiveTextureARB(GL_TEXTURE0 + static_cast<GLenum>(unit));
+        for (const GLenum target :
+            {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE_ARB})
+            glDisable(target);
+    }
+    for (const GLenum coordinate : {GL_TEXTURE_GEN_S, GL_TEXTURE_GEN_T, GL_TEXTURE_GEN_R, GL_TEXTURE_GEN_Q})
+        glDisable(coordinate);
 }
 
 } // namespace
@@ -142,8 +171,8 @@ void selectUnit0()
 // The entry that is nearest; the first for what is no number.
 inline RGBA SliceVolumeRenderer::Table::look(float value) const
 {
-    const float last = static_cast<float>(colours.size() - 1);
-    const float place = std::min((value - min) * entriesPerValue + 0.5f, last);
+    const auto last = static_cast<double>(colours.size() - 1);
+    const double place = std::min((double{value} - min) * entriesPerValue + 0.5, last);
     return colours[place >= 0 ? static_cast<std::size_t>(place) : 0];
 }
 
@@ -157,7 +186,7 @@ void SliceVolumeRenderer::drawVolume(RegularVolume* volume, StaticVector<float, 
     computeOrder(viewDir, axis, direction);
 
     const AllAttributes attributes;
-    selectUnit0();
+    disableOtherTextures();
     enableBlendedSlices();
     prepareTextures(volume, viewDir, channels, mapping, userData);
     drawSlices(*volume, axis, direction);
@@ -167,6 +196,7 @@ void SliceVolumeRenderer::disposeTextures()
 {
     Tex2dVolumeRenderer::disposeTextures();
     m_Source = Source();
+    m_Tables.clear();
     m_IsPrepared = {};
 }
 
@@ -194,7 +224,7 @@ void SliceVolumeRenderer::prepareTextures(RegularVolume* volume, StaticVector<fl
     computeOrder(viewDir, axis, direction);
     if (m_IsPrepared[axis])
         return;
-    const PlainPixelStorage storage;
+    const PlainPixels pixels;
     for (unsigned int channel = 0; channel < channels.size(); ++channel)
         prepareStack(*volume, axis, channel);
     m_IsPrepared[axis] = true;
@@ -203,6 +233,7 @@ void SliceVolumeRenderer::prepareTextures(RegularVolume* volume, StaticVector<fl
 // Keeps the textures where they are of the right size and number.
 void SliceVolumeRenderer::adopt(Source source, const RegularVolume& volume)
 {
+    requireTextureUnits(source.channels.size());
     for (const std::string& channel : source.channels)
         requireChannel(volume, channel);
     if (source.extends != m_Source.extends || source.channels.size() != m_Source.channels.size())
@@ -234,7 +265,7 @@ SliceVolumeRenderer::Table SliceVolumeRenderer::makeTable(const RegularVolume& v
     const double width = double{range.max} - range.min;
     const double last = m_TableSize - 1.0;
     table.min = range.min;
-    table.entriesPerValue = width > 0 ? static_cast<float>(last / width) : 0;
+    table.entriesPerValue = width > 0 ? last / width : 0;
     table.colours.reserve(m_TableSize);
     for (unsigned int i = 0; i < m_TableSize; ++i) {
         const double value = range.min + (last > 0 ? width * i / last : 0);

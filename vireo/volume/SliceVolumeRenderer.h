@@ -24,7 +24,12 @@ namespace tavo {
 //
 // It is the quick one, too: a stack is made when it is first looked along, straight into the size of the texture, which
 // is padded only where the driver asks for powers of two, and a changed volume of the same size is written into the
-// textures that are there. What must be current, and what becomes of textures, is said at Tex2dVolumeRenderer.
+// textures that are there.
+//
+// What must be current, and what becomes of textures, is said at Tex2dVolumeRenderer. Textures of the application, and
+// how it stores and transfers pixels, do not matter; a program, the texture matrix, culling, fog, the alpha test and
+// the blend equation are taken as they are. Copies name the same textures, and a copy that draws another volume writes
+// it into them. There is no class record of its own: what goes by class records counts a renderer as its base.
 class VIREO_EXPORT SliceVolumeRenderer : public Tex2dVolumeRenderer
 {
 public:
@@ -34,7 +39,7 @@ public:
     // are made anew whenever volume, channels, mapping or userData are others than before.
     //
     // Throws std::out_of_range without channels, and PException as prepareTextures does, also if the driver's textures
-    // are too small for a slice. The renderer can go on being used.
+    // are too small for a slice, or its texture units too few for the channels. The renderer can go on being used.
     void drawVolume(RegularVolume* volume, StaticVector<float, 3> viewDir, const std::vector<std::string>& channels,
         Mapping mapping, void* userData) override;
 
@@ -51,8 +56,9 @@ public:
     unsigned int getTableSize() const { return m_TableSize; }
 
     // Has a function called while textures are made, with how many of the stacks' slices are done and how many there
-    // are: before the first and after each. It must not draw with this renderer. An empty function, as at first, is not
-    // called. Copies of the renderer have it too.
+    // are: before the first and after each. It must not draw with this renderer nor dispose of its textures, and must
+    // leave the context current and GL's state as it was. An empty function, as at first, is not called. Copies of the
+    // renderer have it too.
     using Progress = std::function<void(unsigned int numDone, unsigned int numSlices)>;
     void setProgress(Progress progress) { m_Progress = std::move(progress); }
 
@@ -79,7 +85,7 @@ private:
     {
         std::vector<RGBA> colours;
         float min = 0;
-        float entriesPerValue = 0;
+        double entriesPerValue = 0;
 
         RGBA look(float value) const;
     };

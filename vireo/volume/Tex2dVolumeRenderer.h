@@ -20,9 +20,12 @@ class RegularVolume;
 // textures, and with the default texture bound. Only there, and with one channel, is what it draws right; elsewhere use
 // SliceVolumeRenderer. It calls the entry points of GL_ARB_multitexture.
 //
-// A context must be current for everything but making and destroying a renderer, the same (or one that shares names
-// with it) each time. Destroying a renderer does not delete its textures: call disposeTextures first. Copies name the
-// same textures.
+// A context must be current for preparing, drawing and disposing, with unit 0 active, the same (or one that shares
+// names with it) each time. Destroying a renderer does not delete its textures: call disposeTextures first. Copies name
+// the same textures.
+//
+// Elsewhere it also does harm: it writes its first slice into whatever texture is bound, and sets parameters of
+// textures of others that have the names 1, 2, 3, ...
 class VIREO_EXPORT Tex2dVolumeRenderer : public Persistent
 {
 public:
@@ -71,7 +74,7 @@ public:
     // show these.
     //
     // Draws nothing without a volume or without samples. All GL state is as before afterwards, also if this throws,
-    // which it does as prepareTextures does, and std::out_of_range if that has failed for these channels before.
+    // which it does as prepareTextures does, and std::out_of_range for a stack that was not begun because that failed.
     virtual void drawVolume(RegularVolume* volume, StaticVector<float, 3> viewDir,
         const std::vector<std::string>& channels, Mapping mapping, void* userData);
 

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <utility>
+#include <vector>
 
 #include "tavo/base/objects/PException.h"
 
@@ -103,6 +105,13 @@ TEST(RegularVolumeTest, HasANumberOfItsOwnWhereverItMoves)
     RegularVolume second = makeVolume();
     second = std::move(first);
     EXPECT_EQ(second.getVolumeNumber(), number);
+    EXPECT_NE(first.getVolumeNumber(), number) << "a volume without samples now";
+    EXPECT_EQ(first.getExtends(), Vector3i(0, 0, 0));
+    const RegularVolume third(std::move(second));
+    EXPECT_EQ(third.getVolumeNumber(), number);
+    EXPECT_NE(second.getVolumeNumber(), number);
+    EXPECT_EQ(third.getExtends(), Vector3i(NX, NY, NZ));
+    EXPECT_NE(third.getPointSet(), nullptr);
 }
 
 TEST(RegularVolumeTest, RefusesNegativeExtents)

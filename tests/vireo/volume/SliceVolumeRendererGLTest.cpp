@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <gmock/gmock.h>
@@ -184,6 +186,10 @@ TEST_F(SliceVolumeRendererGLTest, IsRightAmongOtherTexturesAndState)
     glGenTextures(20, names.data());
     const std::vector<unsigned char> grey(64 * 64 * 4, 99);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 64, 64, 0, GL_RGBA, GL_UNSIGNED_BYTE, grey.data());
+    glBindTexture(GL_TEXTURE_2D, names[4]);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 64, 64, 0, GL_RGBA, GL_UNSIGNED_BYTE, grey.data());
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glBindTexture(GL_TEXTURE_2D, 0);
     glBindTexture(GL_TEXTURE_3D, names[3]);
     tavo::glTexImage3DEXT(GL_TEXTURE_3D, 0, GL_RGBA, 4, 4, 4, 0, GL_RGBA, GL_UNSIGNED_BYTE, grey.data());
     glTexParameteri(GL_TEXTURE_3D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
@@ -198,7 +204,10 @@ TEST_F(SliceVolumeRendererGLTest, IsRightAmongOtherTexturesAndState)
     glPixelStorei(GL_UNPACK_SKIP_ROWS, 2);
     glPixelStorei(GL_UNPACK_SWAP_BYTES, 1);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 8);
+    glEnable(GL_TEXTURE_GEN_S);
     glActiveTextureARB(GL_TEXTURE0 + 1);
+    glBindTexture(GL_TEXTURE_2D, names[4]);
+    glEnable(GL_TEXTURE_2D);
 
     expectRightPicture();
 
@@ -212,12 +221,29 @@ TEST_F(SliceVolumeRendererGLTest, IsRightAmongOtherTexturesAndState)
     EXPECT_EQ(integer(GL_UNPACK_ROW_LENGTH), 7);
     EXPECT_EQ(integer(GL_UNPACK_ALIGNMENT), 8);
     EXPECT_FALSE(glIsEnabled(GL_BLEND));
+    EXPECT_TRUE(glIsEnabled(GL_TEXTURE_2D)) << "of unit 1";
     glActiveTextureARB(GL_TEXTURE0);
     EXPECT_TRUE(glIsEnabled(GL_TEXTURE_3D));
     EXPECT_FALSE(glIsEnabled(GL_TEXTURE_2D));
     EXPECT_EQ(integer(GL_TEXTURE_BINDING_2D), 0);
     glDeleteTextures(20, names.data());
     glDeleteBuffersARB(1, &buffer);
+}
+
+TEST_F(SliceVolumeRendererGLTest, DoesNotHaveItsTexelsTransferred)
+{
+    RegularVolume volume = makeCodedVolume({2, 2, 2});
+    glPixelTransferf(GL_RED_SCALE, 0.25f);
+    glPixelTransferf(GL_BLUE_BIAS, 0.5f);
+    glPixelTransferi(GL_MAP_COLOR, GL_TRUE);
+    draw(volume);
+    float scale = 0;
+    glGetFloatv(GL_RED_SCALE, &scale);
+    EXPECT_EQ(scale, 0.25f) << "the application's own";
+    glPixelTransferf(GL_RED_SCALE, 1); // reading back has its values transferred, too
+    glPixelTransferf(GL_BLUE_BIAS, 0);
+    glPixelTransferi(GL_MAP_COLOR, GL_FALSE);
+    EXPECT_EQ(texelsOf(0, 2, 1, 4).back(), colourOfPlace(1, 1, 1));
 }
 
 TEST_F(SliceVolumeRendererGLTest, MakesAStackWhenItIsFirstLookedAlong)
@@ -298,6 +324,19 @@ TEST_F(SliceVolumeRendererGLTest, FollowsChannelsMappingAndUserData)
     EXPECT_EQ(numUploads(volume, ALONG_Z, {"b", "a"}, &mapCode, &other), 4u);
     EXPECT_EQ(numUploads(volume, ALONG_Z, {"a", "b"}, &mapCode, &other), 4u);
     EXPECT_EQ(numUploads(volume, ALONG_Z, {"a", "b"}, &mapCode, &other), 0u);
+    EXPECT_THAT(drawingCalls(volume, ALONG_Z, "glDeleteTextures", {"a"}), SizeIs(2)) << "those of both channels";
+}
+
+TEST_F(SliceVolumeRendererGLTest, RefusesMoreChannelsThanTextureUnits)
+{
+    int numUnits = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS_ARB, &numUnits);
+    RegularVolume volume = makeCodedVolume({2, 2, 2});
+    const Names tooMany(static_cast<std::size_t>(numUnits) + 1, "density");
+    EXPECT_THAT([&] { m_Renderer.drawVolume(&volume, ALONG_Z, tooMany, &mapCode, nullptr); },
+        ThrowsMessage<PException>(
+            "SliceVolumeRenderer::prepareTextures - more channels than the driver's texture units"));
+    expectRightPicture();
 }
 
 TEST_F(SliceVolumeRendererGLTest, MakesItsTexturesAnewOnDemand)
@@ -383,6 +422,10 @@ TEST_F(SliceVolumeRendererGLTest, DrawsVolumesOfOneSampleAlongAnyAxis)
         RegularVolume volume = makeCodedVolume(extends);
         for (const Vector& view : VIEWS)
             EXPECT_NE(pictureBy(m_Renderer, volume, view), Picture(64, 64));
+        const auto [nx, ny, nz] = std::array{extends[0], extends[1], extends[2]};
+        const std::vector<RGBA> texels = texelsOf(0, 2, 0, static_cast<unsigned int>(nx * ny));
+        for (int i = 0; i < nx * ny; ++i)
+            EXPECT_EQ(texels[static_cast<std::size_t>(i)][1], colourOfPlace(i % nx, i / nx, 0)[1]) << nz;
     }
 }
 

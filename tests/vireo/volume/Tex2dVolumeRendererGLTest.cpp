@@ -37,10 +37,29 @@ public:
         RegularVolume* volume, Vector viewDir, const Names& channels, Mapping mapping, void* userData) override
     {
         ++numPreparations;
+        lastViewDir = viewDir;
         Tex2dVolumeRenderer::prepareTextures(volume, viewDir, channels, mapping, userData);
     }
 
+    using Tex2dVolumeRenderer::drawVolume;
+
+    void drawVolume(
+        RegularVolume* volume, Vector viewDir, const Names& channels, Mapping mapping, void* userData) override
+    {
+        ++numDrawings;
+        Tex2dVolumeRenderer::drawVolume(volume, viewDir, channels, mapping, userData);
+    }
+
+    void disposeTextures() override
+    {
+        ++numDisposals;
+        Tex2dVolumeRenderer::disposeTextures();
+    }
+
     unsigned int numPreparations = 0;
+    unsigned int numDrawings = 0;
+    unsigned int numDisposals = 0;
+    Vector lastViewDir;
 };
 
 RGBA white(void*, const StaticVector<float, 1>&)
@@ -222,6 +241,53 @@ TEST_F(Tex2dVolumeRendererGLTest, MapsChannelsOfMoreComponentsByTheirAlphas)
     values.clear();
     EXPECT_EQ(textureOf(4, values), RGBA(100, 101, 102, 103));
     EXPECT_THAT(std::vector<float>(values.begin(), values.begin() + 4), ElementsAre(103, 102, 101, 100));
+}
+
+TEST_F(Tex2dVolumeRendererGLTest, StartsWithoutAMapping)
+{
+    EXPECT_EQ(m_Renderer.channelMapping, nullptr);
+    EXPECT_EQ(m_Renderer.mappingUserData, nullptr);
+    EXPECT_THAT(m_Renderer.textureNames, IsEmpty());
+    EXPECT_THAT(m_Renderer.slabStarts, IsEmpty());
+}
+
+TEST_F(Tex2dVolumeRendererGLTest, DrawsAndDisposesThroughItsVirtualOperations)
+{
+    RegularVolume volume = makeVolume({2, 2, 2});
+    unsigned int numCalls = 0;
+    const auto count = [](void* userData, const StaticVector<float, 1>&) {
+        ++*static_cast<unsigned int*>(userData);
+        return RGBA();
+    };
+    m_Renderer.drawVolume(&volume, {0, 3, 1}, std::string("density"), count, &numCalls);
+    EXPECT_EQ(m_Renderer.numDrawings, 1u) << "of the list";
+    EXPECT_EQ(m_Renderer.numPreparations, 1u);
+    EXPECT_EQ(m_Renderer.numDisposals, 1u);
+    EXPECT_EQ(m_Renderer.lastViewDir, Vector(0, 3, 1));
+    EXPECT_EQ(numCalls, 24u) << "with the user's data";
+}
+
+TEST_F(Tex2dVolumeRendererGLTest, MapsEachChannelsOwnValues)
+{
+    const VertexDescriptor channels = makeLayout({{"a", 1, FLOAT}, {"b", 1, FLOAT}});
+    auto samples = std::make_unique<PointSet>(channels, 8);
+    for (unsigned int i = 0; i < 8; ++i) {
+        const float values[] = {codeOf(1, 2, 3), codeOf(4, 5, 6)};
+        std::memcpy(samples->getData() + 8 * i, values, sizeof values);
+    }
+    RegularVolume volume({2, 2, 2}, {}, std::move(samples));
+    prepare(volume, {"a", "b"});
+    EXPECT_EQ(texelsOf(1, 4).front(), colourOfPlace(1, 2, 3));
+    EXPECT_EQ(texelsOf(7, 4).front(), colourOfPlace(4, 5, 6)) << "in the texture before the second channel's second";
+}
+
+TEST_F(Tex2dVolumeRendererGLTest, KeepsTheTexturesThatWereMadeBeforeARefusal)
+{
+    const VertexDescriptor channels = makeLayout({{"a", 1, FLOAT}, {"b", 1, INT}});
+    RegularVolume volume({2, 2, 2}, {}, std::make_unique<PointSet>(channels, 8));
+    EXPECT_THROW(prepare(volume, {"a", "b"}), PException);
+    EXPECT_THAT(m_Renderer.slabStarts, ElementsAre(ElementsAre(0, 2, 4), ElementsAre(0)));
+    EXPECT_THAT(callsOf([&] { m_Renderer.disposeTextures(); }), ElementsAre("glDeleteTextures(6, (1, 2, 3, 4, 5, 6))"));
 }
 
 TEST_F(Tex2dVolumeRendererGLTest, StartsTheStacksOfEachChannelAnew)
@@ -461,6 +527,10 @@ TEST_F(Tex2dVolumeRendererGLTest, SharesItsTexturesWithItsCopies)
     OpenRenderer copy(m_Renderer);
     EXPECT_EQ(copy.textureNames, m_Renderer.textureNames);
     EXPECT_EQ(copy.slabStarts, m_Renderer.slabStarts);
+    m_Renderer.channelMapping = &white;
+    m_Renderer.mappingUserData = &volume;
+    EXPECT_EQ(OpenRenderer(m_Renderer).channelMapping, &white);
+    EXPECT_EQ(OpenRenderer(m_Renderer).mappingUserData, &volume);
     OpenRenderer assigned;
     assigned = m_Renderer;
     EXPECT_EQ(assigned.textureNames, m_Renderer.textureNames);
@@ -513,7 +583,6 @@ TEST_F(Tex2dVolumeRendererGLTest, LeavesTheStateAsItWas)
     glActiveTextureARB(GL_TEXTURE0 + 1);
     glBindTexture(GL_TEXTURE_2D, name);
     glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
-    glColor4f(0.25f, 0.5f, 0.75f, 1);
     m_Renderer.drawVolume(&volume, TOWARDS_Z, DENSITY, &white, nullptr);
     const auto integer = [](GLenum parameter) {
         int value = 0;
