@@ -4,7 +4,8 @@
 #include <cmath>
 #include <limits>
 
-#include "apps/vireo-view/Span.h"
+#include "apps/vireo-view/Bins.h"
+#include "apps/vireo-view/Histogram.h"
 
 namespace vireo_view {
 
@@ -23,56 +24,22 @@ Span spanOf(const Points3& cloud, Axis axis)
     return span;
 }
 
-// Equal intervals along an axis of a cloud, as many as suit the number of points; one if the cloud has no extent there.
-class Bins
+// As many intervals along an axis as suit the number of points.
+Bins binsOf(const Points3& cloud, Axis axis)
 {
-public:
-    Bins(const Points3& cloud, Axis axis)
-        : m_Axis(axis)
-        , m_Span(spanOf(cloud, axis))
-        , m_Count(m_Span.getHalfExtent() > 0 ? suitableCount(cloud.size()) : 1)
-    {}
-
-    std::size_t getCount() const { return m_Count; }
-
-    std::size_t binOf(const Point3& point) const
-    {
-        const double bins = m_Span.partAt(coordinate(point, m_Axis)) * static_cast<double>(m_Count);
-        return std::min(m_Count - 1, static_cast<std::size_t>(bins));
-    }
-
-    // The coordinate that a number of bins, whole or not, reaches to.
-    double reach(double bins) const { return m_Span.valueAt(bins / static_cast<double>(m_Count)); }
-
-private:
-    static std::size_t suitableCount(std::size_t numPoints)
-    {
-        const double root = std::sqrt(static_cast<double>(numPoints));
-        return std::clamp<std::size_t>(static_cast<std::size_t>(root), 1, 200);
-    }
-
-    Axis m_Axis;
-    Span m_Span;
-    std::size_t m_Count;
-};
+    const double root = std::sqrt(static_cast<double>(cloud.size()));
+    return {spanOf(cloud, axis), std::clamp<std::size_t>(static_cast<std::size_t>(root), 1, 200)};
+}
 
 } // namespace
 
 Points2 heightHistogram(const Points3& cloud, Axis up)
 {
-    const Bins bins(cloud, up);
+    const Bins bins = binsOf(cloud, up);
     std::vector<double> counts(bins.getCount());
     for (const Point3& point : cloud)
-        ++counts[bins.binOf(point)];
-
-    Points2 outline;
-    outline.emplace_back(bins.reach(0), 0.0);
-    for (std::size_t i = 0; i < counts.size(); ++i) {
-        outline.emplace_back(bins.reach(static_cast<double>(i)), counts[i]);
-        outline.emplace_back(bins.reach(static_cast<double>(i + 1)), counts[i]);
-    }
-    outline.emplace_back(bins.reach(static_cast<double>(counts.size())), 0.0);
-    return outline;
+        ++counts[bins.binOf(coordinate(point, up))];
+    return outlineOf(bins, counts);
 }
 
 Axis longerAxisBeside(Axis up, const Points3& cloud)
@@ -86,10 +53,10 @@ Axis longerAxisBeside(Axis up, const Points3& cloud)
 Silhouette silhouette(const Points3& cloud, Axis up)
 {
     const Axis along = longerAxisBeside(up, cloud);
-    const Bins bins(cloud, along);
+    const Bins bins = binsOf(cloud, along);
     std::vector<Span> heights(bins.getCount());
     for (const Point3& point : cloud)
-        heights[bins.binOf(point)].include(coordinate(point, up));
+        heights[bins.binOf(coordinate(point, along))].include(coordinate(point, up));
 
     constexpr double GAP = std::numeric_limits<double>::quiet_NaN();
     Silhouette result{along, {}, {}};

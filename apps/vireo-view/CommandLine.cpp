@@ -11,17 +11,20 @@ namespace vireo_view {
 namespace {
 
 const QString DESCRIPTION =
-    QStringLiteral("Shows point clouds and curves.\n"
+    QStringLiteral("Shows volumes, point clouds and curves.\n"
                    "\n"
-                   "PLY, OFF and XYZ files become point clouds, texts with columns of numbers (CSV or separated by "
-                   "blanks) curves: one\n"
-                   "column a series, two a graph, three a curve in space, more the graphs of the others over the "
-                   "first. Without a file,\n"
-                   "two scans and curves computed from them are shown.\n"
+                   "NIfTI files (.nii, .nii.gz, .hdr and .img) become volumes, PLY, OFF and XYZ files point clouds, "
+                   "texts with columns\n"
+                   "of numbers (CSV or separated by blanks) curves: one column a series, two a graph, three a curve in "
+                   "space, more the\n"
+                   "graphs of the others over the first. Without a file, an MRI head, a scanned building and curves "
+                   "computed from both\n"
+                   "are shown.\n"
                    "\n"
                    "In a view, the left button turns, the right button and the wheel move nearer and farther, the "
                    "middle button shifts,\n"
-                   "and Home goes back.\n"
+                   "and Home goes back. \"Configure\" opens what can be set, of a volume its colours and "
+                   "opacity.\n"
                    "\n"
                    "The exit status is 0, or 1 if something could not be shown, or 2 if the command line is wrong.");
 
@@ -116,10 +119,12 @@ private:
     QCommandLineOption m_Up{"up",
         "The axis of clouds that is turned upwards: x, y or z. The longer side of the rest faces the viewer.", "axis",
         "y"};
-    QCommandLineOption m_Curves{"curves", "Show the height histogram and the silhouette of every cloud, too."};
+    QCommandLineOption m_Curves{"curves",
+        "Show the histogram of every volume, and the height histogram and the silhouette of every "
+        "cloud, too."};
     QCommandLineOption m_Data{"data",
-        "Where the scans are that are shown without a file: CGAL's data.tar.gz (from Debian's libcgal-demo), unpacked. "
-        "Default: $" +
+        "Where the head and the building are that are shown without a file: ch2.nii.gz (from Debian's mricron-data, "
+        "which is found, too) and CGAL's data.tar.gz (from libcgal-demo), unpacked. Default: $" +
             DATA_DIRECTORY_VARIABLE + ", else vireo-view in the user's cache directory.",
         "dir"};
     QCommandLineOption m_Pictures{

@@ -4,27 +4,27 @@
 
 namespace vireo_view {
 
-namespace {
-
 namespace fs = std::filesystem;
 
-fs::path findIn(const fs::path& directory, const fs::path& file)
+const std::vector<ExampleFile>& exampleFiles()
 {
-    for (const char* const folder : {"points_3", "data/points_3", "."}) {
-        const fs::path candidate = (directory / folder / file).lexically_normal();
-        std::error_code error;
-        if (fs::exists(candidate, error))
-            return candidate;
-    }
-    throw InputError(directory, "no example data: " + file.string() +
-                                    " is not there (see --data in the help), and no file to show was named instead");
+    static const std::vector<ExampleFile> files = {
+        {"ch2.nii.gz", Axis::Z, {".", "/usr/share/mricron/templates"}},
+        {"building.ply", Axis::Z, {"points_3", "data/points_3", "."}},
+    };
+    return files;
 }
 
-} // namespace
-
-std::vector<InputFile> findExampleData(const fs::path& directory)
+InputFile findExample(const ExampleFile& example, const fs::path& directory)
 {
-    return {{findIn(directory, "building.ply"), Axis::Z}, {findIn(directory, "kitten.xyz"), Axis::Y}};
+    for (const fs::path& folder : example.folders) {
+        const fs::path candidate = (directory / folder / example.name).lexically_normal();
+        std::error_code error;
+        if (fs::exists(candidate, error))
+            return {candidate, example.up};
+    }
+    throw InputError(directory, std::string("no example data: ") + example.name +
+                                    " is not there (see --data in the help), and no file to show was named instead");
 }
 
 } // namespace vireo_view

@@ -7,15 +7,26 @@
 
 namespace vireo_view {
 
-// A file to be shown and the axis that points up in it.
+// A file to be shown and the axis that points up in it, if it is a cloud.
 struct InputFile
 {
     std::filesystem::path path;
     Axis up;
 };
 
-// What is shown when no file is named: two scans from the data that come with CGAL. The directory is the unpacked
-// archive, or one that has it or the files themselves in it. Throws InputError if a file is not there.
-std::vector<InputFile> findExampleData(const std::filesystem::path& directory);
+// One of the files that are shown when none is named.
+struct ExampleFile
+{
+    const char* name;
+    Axis up;
+    std::vector<std::filesystem::path> folders; // where it is, within the directory of the example data or not
+};
+
+// An MRI head, from Debian's package mricron-data, and a scanned building, from the data that come with CGAL.
+const std::vector<ExampleFile>& exampleFiles();
+
+// Looks for the file in the directory, which is an unpacked archive, or has one or the file itself in it, and then
+// where its package puts it. Throws InputError if it is not there.
+InputFile findExample(const ExampleFile& example, const std::filesystem::path& directory);
 
 } // namespace vireo_view

@@ -11,7 +11,9 @@
 #include "apps/vireo-view/CloudCurves.h"
 #include "apps/vireo-view/ColumnReader.h"
 #include "apps/vireo-view/FileFormat.h"
+#include "apps/vireo-view/Histogram.h"
 #include "apps/vireo-view/InputError.h"
+#include "apps/vireo-view/NiftiReader.h"
 #include "apps/vireo-view/PointFileReader.h"
 #include "apps/vireo-view/Span.h"
 
@@ -190,6 +192,8 @@ public:
         const FileFormat format = detectFormat(m_File);
         if (format == FileFormat::COLUMNS)
             addColumns(readColumns(m_File, progress));
+        else if (format == FileFormat::NIFTI)
+            addVolume(readNifti(m_File, progress));
         else
             addCloud(readPointFile(m_File, format, progress));
         return std::move(m_Exhibits);
@@ -221,6 +225,27 @@ private:
         addGraphs({{"points per " + up, heightHistogram(cloud, m_Options.up)}}, up);
         const Silhouette shape = silhouette(cloud, m_Options.up);
         addGraphs({{"highest", shape.highest}, {"lowest " + up, shape.lowest}}, axisName(shape.along));
+    }
+
+    void addVolume(tavo::RegularVolume volume)
+    {
+        const tavo::StaticVector<int, 3>& extends = volume.getExtends();
+        std::string name = m_Name + " - " + std::to_string(extends[0]) + " x " + std::to_string(extends[1]) + " x " +
+                           std::to_string(extends[2]) + " voxels";
+        const Points2 curve = m_Options.withCurves ? densityHistogram(volume) : Points2();
+        m_Exhibits.emplace_back(
+            VolumeExhibit{std::move(name), std::make_unique<tavo::RegularVolume>(std::move(volume))});
+        if (!curve.empty())
+            addGraphs({{"log10 of voxels per density", curve}}, "density");
+    }
+
+    // Empty if no density is finite.
+    static Points2 densityHistogram(const tavo::RegularVolume& volume)
+    {
+        const Histogram histogram(volume);
+        if (histogram.getSpan().isEmpty())
+            return {};
+        return outlineOf(histogram.getBins(), histogram.getLogCounts());
     }
 
     void addColumns(const Columns& columns)

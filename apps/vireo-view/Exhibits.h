@@ -9,6 +9,7 @@
 #include "apps/vireo-view/InputBuffer.h"
 #include "apps/vireo-view/SceneFitting.h"
 #include "tavo/points/PointSet.h"
+#include "tavo/points/RegularVolume.h"
 
 namespace vireo_view {
 
@@ -31,6 +32,13 @@ struct CloudExhibit
     std::unique_ptr<tavo::PointSet> points; // never null
 };
 
+// A volume with a channel "density" (see readNifti).
+struct VolumeExhibit
+{
+    std::string name;
+    std::unique_ptr<tavo::RegularVolume> volume; // never null
+};
+
 // Curves with the colour of each, in the plane or in space.
 template <unsigned int N>
 struct CurvesExhibit
@@ -40,7 +48,7 @@ struct CurvesExhibit
     std::vector<Colour> colours;
 };
 
-using Exhibit = std::variant<CloudExhibit, CurvesExhibit<2>, CurvesExhibit<3>>;
+using Exhibit = std::variant<CloudExhibit, VolumeExhibit, CurvesExhibit<2>, CurvesExhibit<3>>;
 
 const std::string& nameOf(const Exhibit& exhibit);
 
@@ -48,7 +56,7 @@ struct LoadOptions
 {
     ColumnsAs columnsAs = ColumnsAs::AUTOMATIC;
     Axis up = Axis::Y;       // of clouds, which are turned: this axis upwards, the longer of the others to the right
-    bool withCurves = false; // show curves computed from clouds, too
+    bool withCurves = false; // show curves computed from clouds and volumes, too
 };
 
 // Reads a file and makes of it what is shown. The name is that of the file in the exhibits' names. Throws InputError.

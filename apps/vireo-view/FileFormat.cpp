@@ -1,12 +1,12 @@
 #include "apps/vireo-view/FileFormat.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string>
 #include <string_view>
 
 #include "apps/vireo-view/InputBuffer.h"
 #include "apps/vireo-view/InputError.h"
+#include "apps/vireo-view/lowerCaseExtension.h"
 
 namespace vireo_view {
 
@@ -21,14 +21,6 @@ std::string beginningOf(const std::filesystem::path& file)
     beginning.resize(input.sgetn(beginning.data(), static_cast<std::streamsize>(beginning.size())));
     input.checkEnd();
     return beginning;
-}
-
-std::string lowerCaseExtension(const std::filesystem::path& file)
-{
-    std::string extension = file.extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-        [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension;
 }
 
 std::string_view firstWord(std::string_view text)
@@ -61,6 +53,8 @@ FileFormat detectFormat(const std::filesystem::path& file)
 {
     const std::string beginning = beginningOf(file);
     const std::string extension = lowerCaseExtension(file);
+    if (extension == ".nii" || extension == ".hdr" || extension == ".img")
+        return FileFormat::NIFTI;
     if (beginning.starts_with("ply") && firstWord(beginning) == "ply")
         return FileFormat::PLY;
     if (isOffKeyword(firstWord(withoutLeadingComments(beginning))))
@@ -70,7 +64,7 @@ FileFormat detectFormat(const std::filesystem::path& file)
     if (extension == ".off")
         throw InputError(file, "is not an OFF file: it does not begin with 'OFF'");
     if (beginning.find('\0') != std::string::npos)
-        throw InputError(file, "is of no known format: neither PLY nor OFF nor text");
+        throw InputError(file, "is of no known format: neither PLY nor OFF nor NIfTI nor text");
     return extension == ".xyz" || extension == ".pwn" ? FileFormat::XYZ : FileFormat::COLUMNS;
 }
 

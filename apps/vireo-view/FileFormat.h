@@ -9,12 +9,13 @@ enum class FileFormat
     PLY,
     OFF,
     XYZ,
+    NIFTI,
     COLUMNS, // text with columns of numbers
 };
 
-// Tells the format of a file: PLY and OFF by how it begins, XYZ by the extension (.xyz or .pwn), and columns if it can
-// be text. Throws InputError if it cannot, if the extension says PLY or OFF and the file does not, and as InputBuffer
-// does.
+// Tells the format of a file: NIFTI by the extension (.nii, .hdr or .img, each also with .gz), PLY and OFF by how it
+// begins, XYZ by the extension (.xyz or .pwn), and columns if it can be text. Throws InputError if it cannot, if the
+// extension says PLY or OFF and the file does not, and as InputBuffer does.
 FileFormat detectFormat(const std::filesystem::path& file);
 
 } // namespace vireo_view

@@ -3,10 +3,13 @@
 #include <QApplication>
 #include <QDir>
 #include <QScreen>
+#include <algorithm>
 #include <iostream>
+#include <iterator>
 
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/LoadingProgress.h"
+#include "apps/vireo-view/VolumeDisplayer.h"
 #include "apps/vireo-view/pictureName.h"
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/DebugSection.h"
@@ -32,6 +35,11 @@ struct Sender
     void operator()(CloudExhibit& cloud) const
     {
         tavo::sendGLEventObject(cloud.name, new tavo::GLPointCloudDisplayer(cloud.points.release()));
+    }
+
+    void operator()(VolumeExhibit& volume) const
+    {
+        tavo::sendGLEventObject(volume.name, new VolumeDisplayer(std::move(volume.volume)));
     }
 
     template <unsigned int N>
@@ -66,6 +74,19 @@ bool wasWindowClosed()
     return window && !window->isVisible();
 }
 
+bool isVolumeOrCloud(const Exhibit& exhibit)
+{
+    return std::holds_alternative<CloudExhibit>(exhibit) || std::holds_alternative<VolumeExhibit>(exhibit);
+}
+
+// Curves are shown behind all that they tell of.
+void moveCurves(std::vector<Exhibit>& from, std::vector<Exhibit>& to)
+{
+    const auto curves = std::stable_partition(from.begin(), from.end(), isVolumeOrCloud);
+    std::move(curves, from.end(), std::back_inserter(to));
+    from.erase(curves, from.end());
+}
+
 fs::path pathOf(const QString& name)
 {
     return name.toStdU16String();
@@ -95,11 +116,17 @@ int Viewer::run()
 
 void Viewer::showFiles()
 {
+    std::vector<Exhibit> curvesOfExamples;
     for (const InputFile& file : findFiles()) {
         if (wasWindowClosed())
             return;
-        showFile(file);
+        std::vector<Exhibit> exhibits = loadFile(file);
+        if (isShowingExamples())
+            moveCurves(exhibits, curvesOfExamples);
+        showAll(exhibits);
     }
+    if (!wasWindowClosed())
+        showAll(curvesOfExamples);
 }
 
 std::vector<InputFile> Viewer::findFiles()
@@ -107,18 +134,21 @@ std::vector<InputFile> Viewer::findFiles()
     std::vector<InputFile> files;
     for (const QString& name : m_Options.files)
         files.push_back({pathOf(name), m_Options.load.up});
-    if (!files.empty())
+    if (!isShowingExamples())
         return files;
-    try {
-        m_Options.load.withCurves = true;
-        return findExampleData(pathOf(m_Options.dataDirectory));
-    } catch (const InputError& error) {
-        fail(error.what());
-        return {};
+    m_Options.load.withCurves = true;
+    for (const ExampleFile& example : exampleFiles()) {
+        try {
+            files.push_back(findExample(example, pathOf(m_Options.dataDirectory)));
+        } catch (const InputError& error) {
+            fail(error.what());
+        }
     }
+    return files;
 }
 
-void Viewer::showFile(const InputFile& file)
+// What can be shown of a file; nothing if that has failed.
+std::vector<Exhibit> Viewer::loadFile(const InputFile& file)
 {
     const std::string name = nameOf(file);
     LoadOptions options = m_Options.load;
@@ -127,12 +157,18 @@ void Viewer::showFile(const InputFile& file)
         LoadingProgress progress(
             hasPictures() ? LoadingProgress::Way::LINES : LoadingProgress::Way::WINDOW, printableName(file.path));
         const auto tell = [&progress](double part) { return progress.update(part); };
-        for (Exhibit& exhibit : loadExhibits(file.path, name, options, tell))
-            show(exhibit, hasPictures() ? SIZE_IN_PICTURES : SIZE_IN_WINDOW);
+        return loadExhibits(file.path, name, options, tell);
     } catch (const InputError& error) {
         if (!wasWindowClosed())
             fail(error.what());
+        return {};
     }
+}
+
+void Viewer::showAll(std::vector<Exhibit>& exhibits) const
+{
+    for (Exhibit& exhibit : exhibits)
+        show(exhibit, hasPictures() ? SIZE_IN_PICTURES : SIZE_IN_WINDOW);
 }
 
 // The file's name alone where that is enough to tell it from the others.

@@ -22,9 +22,11 @@ public:
 
 private:
     bool hasPictures() const { return !m_Options.picturesDirectory.isEmpty(); }
+    bool isShowingExamples() const { return m_Options.files.isEmpty(); }
     std::vector<InputFile> findFiles();
     void showFiles();
-    void showFile(const InputFile& file);
+    std::vector<Exhibit> loadFile(const InputFile& file);
+    void showAll(std::vector<Exhibit>& exhibits) const;
     std::string nameOf(const InputFile& file);
     void savePictures();
     void fail(const std::string& reason);

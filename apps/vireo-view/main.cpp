@@ -3,6 +3,7 @@
 
 #include "apps/vireo-view/CommandLine.h"
 #include "apps/vireo-view/Viewer.h"
+#include "apps/vireo-view/VolumeDisplayer.h"
 #include "tavo/base/debug/EventDisplayer.h"
 #include "vireo/context/Library.h"
 #include "vireo/displayers/GLEventDisplayer.h"
@@ -36,9 +37,11 @@ public:
         tavo::initVireo();
         tavo::GLEventDisplayer::init(tavo::EventDisplayer::getClass());
         tavo::GLGraphDisplayer::init(tavo::GLEventObject::getClass());
+        VolumeDisplayer::init(tavo::GLEventObject::getClass());
     }
     ~DisplayerClasses()
     {
+        VolumeDisplayer::shutdown();
         tavo::GLGraphDisplayer::shutdown();
         tavo::GLEventDisplayer::shutdown();
         tavo::shutdownVireo();

@@ -18,36 +18,56 @@ using testing::HasSubstr;
 class ExampleDataTest : public FilesTest
 {
 protected:
-    void writeExamples(const std::string& folder) const
+    // Not among what the package of the same machine has.
+    static constexpr auto NAME = "example.ply";
+
+    fs::path writeExample(const std::string& folder) const
     {
         fs::create_directories(directory() / folder);
-        write(folder + "/building.ply", "x");
-        write(folder + "/kitten.xyz", "x");
+        return write(folder + "/" + NAME, "x");
     }
 };
 
-TEST_F(ExampleDataTest, IsFoundInTheUnpackedArchiveAroundItAndBesideIt)
+TEST_F(ExampleDataTest, IsFoundInAnyOfItsFoldersInTheirOrder)
 {
-    for (const std::string folder : {"points_3", "data/points_3", "."}) {
-        const fs::path place = directory() / "place";
-        fs::remove_all(place);
-        writeExamples("place/" + folder);
-        const std::vector<InputFile> files = findExampleData(place);
-        ASSERT_EQ(files.size(), 2u);
-        EXPECT_TRUE(fs::exists(files[0].path));
-        EXPECT_EQ(files[0].path.filename(), "building.ply");
-        EXPECT_EQ(files[0].up, Axis::Z);
-        EXPECT_EQ(files[1].path.filename(), "kitten.xyz");
-        EXPECT_EQ(files[1].up, Axis::Y);
+    const ExampleFile example = {NAME, Axis::Z, {"first", "first/second", "."}};
+    for (const std::string folder : {"place", "place/first/second", "place/first"}) {
+        const fs::path file = writeExample(folder);
+        const InputFile found = findExample(example, directory() / "place");
+        EXPECT_EQ(found.path, fs::path(file).lexically_normal());
+        EXPECT_EQ(found.up, Axis::Z);
     }
+}
+
+TEST_F(ExampleDataTest, IsFoundOutsideOfTheDirectory)
+{
+    const fs::path file = writeExample("package");
+    const ExampleFile example = {NAME, Axis::Y, {".", directory() / "package"}};
+    EXPECT_EQ(findExample(example, directory() / "none").path, file);
+    const fs::path nearer = writeExample("place");
+    EXPECT_EQ(findExample(example, directory() / "place").path, nearer);
 }
 
 TEST_F(ExampleDataTest, SaysWhatIsMissing)
 {
-    EXPECT_THAT(messageOf<InputError>([&] { findExampleData(directory() / "none"); }),
+    EXPECT_THAT(messageOf<InputError>([&] { findExample(exampleFiles()[1], directory() / "none"); }),
         HasSubstr("none: no example data: building.ply is not there"));
-    write("building.ply", "x");
-    EXPECT_THAT(messageOf<InputError>([&] { findExampleData(directory()); }), HasSubstr("kitten.xyz is not there"));
+}
+
+TEST_F(ExampleDataTest, IsAHeadAndAScan)
+{
+    ASSERT_EQ(exampleFiles().size(), 2u);
+    EXPECT_STREQ(exampleFiles()[0].name, "ch2.nii.gz");
+    EXPECT_STREQ(exampleFiles()[1].name, "building.ply");
+    for (const std::string folder : {"points_3", "data/points_3", "."}) {
+        const fs::path place = directory() / "place";
+        fs::remove_all(place);
+        fs::create_directories(place / folder);
+        write("place/" + folder + "/building.ply", "x");
+        EXPECT_TRUE(fs::exists(findExample(exampleFiles()[1], place).path));
+    }
+    write("ch2.nii.gz", "x");
+    EXPECT_EQ(findExample(exampleFiles()[0], directory()).path, directory() / "ch2.nii.gz");
 }
 
 // The data that come with CGAL.
@@ -65,9 +85,9 @@ protected:
 
 TEST_F(CgalDataTest, IsShownWithCurvesComputedFromIt)
 {
-    const std::vector<InputFile> files = findExampleData(CGAL_DATA);
+    const InputFile file = findExample(exampleFiles()[1], CGAL_DATA);
     const std::vector<Exhibit> building =
-        loadExhibits(files[0].path, "building.ply", {ColumnsAs::AUTOMATIC, files[0].up, true}, nullptr);
+        loadExhibits(file.path, "building.ply", {ColumnsAs::AUTOMATIC, file.up, true}, nullptr);
     ASSERT_EQ(building.size(), 3u);
     EXPECT_EQ(nameOf(building[0]), "building.ply - 100000 points (y to the right, z up)");
     EXPECT_THAT(nameOf(building[1]), HasSubstr("over z (-3.151 to 14.76)"));
@@ -75,10 +95,6 @@ TEST_F(CgalDataTest, IsShownWithCurvesComputedFromIt)
     const tavo::BoundingBox<float, 3> box = std::get<CloudExhibit>(building[0]).points->getBoundingBox();
     EXPECT_NEAR(box.getExtent()[0], 1.0f, 1e-6f);
     EXPECT_NEAR(box.getExtent()[1], 17.91246f / 54.8378f, 1e-4f);
-
-    const std::vector<Exhibit> kitten =
-        loadExhibits(files[1].path, "kitten.xyz", {ColumnsAs::AUTOMATIC, files[1].up, true}, nullptr);
-    EXPECT_EQ(nameOf(kitten[0]), "kitten.xyz - 5210 points");
 }
 
 TEST_F(CgalDataTest, IsReadInEveryFormatThatItHas)

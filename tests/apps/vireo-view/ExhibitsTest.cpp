@@ -1,9 +1,11 @@
 #include "apps/vireo-view/Exhibits.h"
 
+#include <cmath>
 #include <gmock/gmock.h>
 
 #include "apps/vireo-view/InputError.h"
 #include "tests/apps/vireo-view/FilesTest.h"
+#include "tests/apps/vireo-view/NiftiFile.h"
 
 namespace vireo_view {
 namespace {
@@ -116,6 +118,28 @@ TEST_F(ExhibitsTest, ComputesCurvesOfACloudOnRequest)
             "a.xyz - highest (yellow), lowest z (cyan) (0 to 3) over x (1 to 3)"));
     EXPECT_THAT(std::get<CurvesExhibit<2>>(exhibits[1]).curves, ElementsAre(SizeIs(6)));
     EXPECT_THAT(std::get<CurvesExhibit<2>>(exhibits[2]).colours, ElementsAre(YELLOW, CYAN));
+}
+
+TEST_F(ExhibitsTest, MakesAVolumeOfANiftiFile)
+{
+    const NiftiFile file({2, 1, 3}, NIFTI_TYPE_UINT8, bytesOf<unsigned char>({0, 0, 0, 0, 0, 9}));
+    const auto volume = loadOne<VolumeExhibit>("a.nii", file.getBytes());
+    EXPECT_EQ(volume.name, "a.nii - 2 x 1 x 3 voxels");
+    EXPECT_EQ(volume.volume->getExtends(), (tavo::StaticVector<int, 3>(2, 1, 3)));
+}
+
+TEST_F(ExhibitsTest, ComputesTheHistogramOfAVolumeOnRequest)
+{
+    LoadOptions options;
+    options.withCurves = true;
+    const NiftiFile file({3, 1, 1}, NIFTI_TYPE_UINT8, bytesOf<unsigned char>({1, 2, 2}));
+    const std::vector<Exhibit> exhibits = load("a.nii", file.getBytes(), options);
+    EXPECT_THAT(names(exhibits), ElementsAre("a.nii - 3 x 1 x 1 voxels",
+                                     "a.nii - log10 of voxels per density (0 to 0.4771) over density (1 to 2)"));
+    EXPECT_THAT(std::get<CurvesExhibit<2>>(exhibits[1]).curves, ElementsAre(SizeIs(6)));
+
+    const NiftiFile empty({1, 1, 1}, NIFTI_TYPE_FLOAT32, bytesOf<float>({NAN}));
+    EXPECT_THAT(load("b.nii", empty.getBytes(), options), SizeIs(1)) << "there is no number";
 }
 
 TEST_F(ExhibitsTest, ShowsOneColumnAsASeries)

@@ -38,6 +38,14 @@ TEST_F(FileFormatTest, KnowsXyzByItsExtension)
     EXPECT_EQ(formatOf("a.pwn", "1 2 3 0 0 1\n"), FileFormat::XYZ);
 }
 
+TEST_F(FileFormatTest, KnowsNiftiByItsExtension)
+{
+    for (const auto* const name : {"a.nii", "a.nii.gz", "b.hdr", "b.img", "b.img.gz", "C.NII.GZ"})
+        EXPECT_EQ(formatOf(name, "anything"), FileFormat::NIFTI) << name;
+    EXPECT_EQ(formatOf("nii", "1 2\n"), FileFormat::COLUMNS);
+    EXPECT_EQ(formatOf("a.gz", "1 2\n"), FileFormat::COLUMNS);
+}
+
 TEST_F(FileFormatTest, TakesOtherTextsForColumns)
 {
     EXPECT_EQ(formatOf("a.csv", "1,2\n"), FileFormat::COLUMNS);
@@ -60,7 +68,7 @@ TEST_F(FileFormatTest, TurnsAwayBinaryFilesItDoesNotKnow)
                                            "ELF\0\0",
                               6));
     }),
-        "a.xyz: is of no known format: neither PLY nor OFF nor text");
+        "a.xyz: is of no known format: neither PLY nor OFF nor NIfTI nor text");
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/apps/vireo-view/FilesTest.h"
+#include "tests/apps/vireo-view/NiftiFile.h"
 #include "tests/support/Program.h"
 
 namespace vireo_view {
@@ -96,17 +97,49 @@ TEST_F(VireoViewGLTest, SavesAPictureOfEverySectionThatShowsAllOfIt)
     }
 }
 
+TEST_F(VireoViewGLTest, SavesAPictureOfAVolumeThatShowsAllOfIt)
+{
+    const NiftiFile file({10, 20, 30}, NIFTI_TYPE_UINT8, std::string(5999, '\x7F') + '\0');
+    writeCompressed(directory() / "head.nii.gz", file.getBytes());
+    const Outcome outcome = run({"head.nii.gz", "--curves", "--pictures", "pictures"});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_THAT(outcome.errors, IsEmpty());
+    ASSERT_THAT(pictures(), ElementsAre("01-head.nii.gz-10-x-20-x-30-voxels.png",
+                                "02-head.nii.gz-log10-of-voxels-per-density-over-density.png"));
+    const QImage shown = picture(pictures()[0].c_str());
+    const QRect area = drawnArea(shown);
+    EXPECT_GT(area.height(), shown.height() / 3);
+    EXPECT_NEAR(area.width() * 3, area.height(), 30) << "seen from the front, with Z upwards";
+    EXPECT_TRUE(shown.rect().adjusted(1, 1, -1, -1).contains(area));
+}
+
+TEST_F(VireoViewGLTest, ShowsTheExamplesAndThenTheCurvesOfBoth)
+{
+    const NiftiFile file({2, 1, 1}, NIFTI_TYPE_UINT8, {0, 1});
+    writeCompressed(directory() / "ch2.nii.gz", file.getBytes());
+    write("building.ply", "ply\nformat ascii 1.0\nelement vertex 2\nproperty float x\nproperty float y\n"
+                          "property float z\nend_header\n0 0 0\n1 1 1\n");
+    EXPECT_EQ(run({"--data", ".", "--pictures", "pictures"}).errors, "");
+    EXPECT_THAT(
+        pictures(), ElementsAre("01-ch2.nii.gz-2-x-1-x-1-voxels.png", "02-building.ply-2-points.png",
+                        "03-ch2.nii.gz-log10-of-voxels-per-density-over-density.png",
+                        "04-building.ply-points-per-z-over-z.png", "05-building.ply-highest-lowest-z-over-x.png"));
+}
+
 TEST_F(VireoViewGLTest, ShowsTheOtherFilesIfOneIsBad)
 {
     write("good.csv", "1\n2\n");
     write("empty.ply", "");
     write("bad.csv", "1\nx\n");
-    const Outcome outcome = run({"missing.ply", "good.csv", "empty.ply", "bad.csv", ".", "--pictures", "pictures"});
+    write("bad.nii.gz", "x");
+    const Outcome outcome =
+        run({"missing.ply", "good.csv", "empty.ply", "bad.csv", ".", "bad.nii.gz", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(outcome.errors, "vireo-view: missing.ply: no such file\n"
                               "vireo-view: empty.ply: is empty\n"
                               "vireo-view: bad.csv:2: 'x' is not a number\n"
-                              "vireo-view: .: is a directory\n");
+                              "vireo-view: .: is a directory\n"
+                              "vireo-view: bad.nii.gz: is not a NIfTI file: it does not begin with such a header\n");
     EXPECT_THAT(pictures(), ElementsAre("01-good.csv-column-1-over-row.png"));
 }
 
@@ -129,9 +162,9 @@ TEST_F(VireoViewGLTest, EndsAtOnceIfThereIsNothingToShow)
 
 TEST_F(VireoViewGLTest, SaysWhereItLookedForItsExampleData)
 {
-    const Outcome outcome = run({"--data", "nowhere"});
+    const Outcome outcome = run({"--data", "nowhere", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 1);
-    EXPECT_THAT(outcome.errors, StartsWith("vireo-view: nowhere: no example data: building.ply is not there"));
+    EXPECT_THAT(outcome.errors, HasSubstr("vireo-view: nowhere: no example data: building.ply is not there"));
 }
 
 TEST_F(VireoViewGLTest, SaysThatPicturesCannotBeSaved)

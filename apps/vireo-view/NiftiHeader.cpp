@@ -1,0 +1,216 @@
+#include "apps/vireo-view/NiftiHeader.h"
+
+#include <cmath>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <nifti2_io.h>
+#include <string>
+
+#include "apps/vireo-view/CompressedFile.h"
+#include "apps/vireo-view/InputError.h"
+#include "apps/vireo-view/lowerCaseExtension.h"
+
+namespace vireo_view {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int ANALYZE = 0;
+constexpr int NIFTI_2 = 2;
+
+constexpr unsigned int MOST_DIMENSIONS = 7;
+
+struct ImageDeleter
+{
+    void operator()(nifti_image* image) const { nifti_image_free(image); }
+};
+using Image = std::unique_ptr<nifti_image, ImageDeleter>;
+
+// A name that niftilib allocates; null for a file that is not there.
+fs::path adopt(char* name)
+{
+    const std::unique_ptr<char, decltype(&std::free)> owner(name, &std::free);
+    return owner ? fs::path(name) : fs::path();
+}
+
+bool isImageFile(const fs::path& file)
+{
+    return lowerCaseExtension(file) == ".img";
+}
+
+bool isHeaderFile(const fs::path& file)
+{
+    return lowerCaseExtension(file) == ".hdr";
+}
+
+fs::path findHeaderFile(const fs::path& file)
+{
+    if (!isImageFile(file))
+        return file;
+    fs::path header = adopt(nifti_findhdrname(file.string().c_str()));
+    if (header.empty() || !isHeaderFile(header))
+        throw InputError(file, "has no header: the file with the extension .hdr beside it is missing");
+    return header;
+}
+
+fs::path findDataFile(const fs::path& file)
+{
+    if (!isHeaderFile(file))
+        return file;
+    fs::path data = adopt(nifti_findimgname(file.string().c_str(), NIFTI_FTYPE_NIFTI1_2));
+    if (data.empty() || !isImageFile(data))
+        throw InputError(file, "has no image: the file with the extension .img beside it is missing");
+    return data;
+}
+
+// The extents, of which a header need not name all three.
+template <typename Header>
+std::array<int, 3> extentsOf(const fs::path& file, const Header& header)
+{
+    if (header.dim[0] < 1 || header.dim[0] > static_cast<int>(MOST_DIMENSIONS))
+        throw InputError(file, "cannot have " + std::to_string(header.dim[0]) + " dimensions");
+    std::array<int, 3> extents = {1, 1, 1};
+    for (unsigned int i = 0; i < MOST_DIMENSIONS && i < static_cast<unsigned int>(header.dim[0]); ++i) {
+        const auto extent = static_cast<std::int64_t>(header.dim[i + 1]);
+        if (extent < 1)
+            throw InputError(file, "has an extent of " + std::to_string(extent) + " voxels");
+        if (extent > std::numeric_limits<int>::max())
+            throw InputError(file, "has too many voxels");
+        if (i < extents.size())
+            extents[i] = static_cast<int>(extent);
+    }
+    return extents;
+}
+
+double millimetresPerUnit(int units)
+{
+    switch (units) {
+    case NIFTI_UNITS_METER: return 1e3;
+    case NIFTI_UNITS_MICRON: return 1e-3;
+    default: return 1;
+    }
+}
+
+std::array<double, 3> spacingsOf(const fs::path& file, const nifti_image& image)
+{
+    const double unit = millimetresPerUnit(image.xyz_units);
+    std::array<double, 3> spacings = {image.dx, image.dy, image.dz};
+    for (double& spacing : spacings) {
+        // Where it is none, that of niftilib for those that are missing.
+        spacing = std::abs(spacing == 0 || !std::isfinite(spacing) ? 1 : spacing) * unit;
+        constexpr double SMALLEST = 1e-12;
+        constexpr double LARGEST = 1e12;
+        if (spacing < SMALLEST || spacing > LARGEST)
+            throw InputError(file, "has voxels of a size that cannot be");
+    }
+    return spacings;
+}
+
+std::array<NiftiHeader::StoredAxis, 3> axesOf(const nifti_image& image)
+{
+    constexpr std::array<NiftiHeader::StoredAxis, 3> AS_THEY_COME = {{{0, false}, {1, false}, {2, false}}};
+    if (image.sform_code <= 0 && image.qform_code <= 0)
+        return AS_THEY_COME;
+    std::array<int, 3> codes{};
+    nifti_dmat44_to_orientation(image.sform_code > 0 ? image.sto_xyz : image.qto_xyz, &codes[0], &codes[1], &codes[2]);
+
+    std::array<NiftiHeader::StoredAxis, 3> axes = AS_THEY_COME;
+    std::array<bool, 3> isTaken{};
+    for (unsigned int i = 0; i < 3; ++i) {
+        // The codes are in pairs, there and back, of the axes X, Y and Z.
+        if (codes[i] < NIFTI_L2R || codes[i] > NIFTI_S2I)
+            return AS_THEY_COME;
+        axes[i] = {static_cast<unsigned int>(codes[i] - NIFTI_L2R) / 2, (codes[i] - NIFTI_L2R) % 2 == 1};
+        isTaken[axes[i].axis] = true;
+    }
+    return isTaken[0] && isTaken[1] && isTaken[2] ? axes : AS_THEY_COME;
+}
+
+bool isKnownType(int datatype)
+{
+    int size = 0;
+    int swapSize = 0;
+    nifti_datatype_sizes(datatype, &size, &swapSize);
+    return datatype != DT_BINARY && size > 0;
+}
+
+// What is in the byte order of this machine.
+template <typename Header>
+NiftiHeader interpret(const fs::path& file, const Header& header, Image (*convert)(const Header&))
+{
+    NiftiHeader result{};
+    result.extents = extentsOf(file, header);
+    if (!isKnownType(header.datatype))
+        throw InputError(file, "has voxels of the unknown type " + std::to_string(header.datatype));
+    // Beyond that niftilib's offsets would be others.
+    constexpr double LARGEST_OFFSET = 1 << 30;
+    const auto offset = static_cast<double>(header.vox_offset);
+    if (!(offset >= 0 && offset <= LARGEST_OFFSET))
+        throw InputError(file, "says that its voxels are where they cannot be");
+    const Image image = convert(header);
+    if (!image)
+        throw InputError(file, "is no NIfTI file that can be read");
+    result.dataOffset = static_cast<std::uint64_t>(image->iname_offset);
+    result.spacings = spacingsOf(file, *image);
+    result.axes = axesOf(*image);
+    result.datatype = image->datatype;
+    const bool isScaled = image->scl_slope != 0;
+    result.slope = isScaled ? image->scl_slope : 1;
+    result.intercept = isScaled ? image->scl_inter : 0;
+    return result;
+}
+
+Image convert1(const nifti_1_header& header)
+{
+    return Image(nifti_convert_n1hdr2nim(header, nullptr));
+}
+
+Image convert2(const nifti_2_header& header)
+{
+    return Image(nifti_convert_n2hdr2nim(header, nullptr));
+}
+
+// Interprets the bytes of a header of either size.
+template <typename Header>
+NiftiHeader interpretBytes(const fs::path& file, const char* bytes, int version, Image (*convert)(const Header&))
+{
+    Header header;
+    std::memcpy(&header, bytes, sizeof header);
+    const bool isSwapped = header.sizeof_hdr != static_cast<int>(sizeof header);
+    if (isSwapped)
+        swap_nifti_header(&header, version);
+    NiftiHeader result = interpret(file, header, convert);
+    result.isSwapped = isSwapped;
+    return result;
+}
+
+} // namespace
+
+NiftiHeader readNiftiHeader(const fs::path& file)
+{
+    // What it says on the standard error stream is said here, too, in the program's own words.
+    nifti_set_debug_level(0);
+    const fs::path headerFile = findHeaderFile(file);
+    const fs::path dataFile = findDataFile(headerFile);
+
+    std::array<char, sizeof(nifti_2_header)> bytes{};
+    const std::size_t size = CompressedFile(headerFile).read(bytes.data(), bytes.size());
+    const int version = size < sizeof(nifti_1_header) ? -1 : nifti_header_version(bytes.data(), size);
+    const bool isWholeFile = headerFile == dataFile;
+    if (version < ANALYZE || (version == ANALYZE && isWholeFile))
+        throw InputError(headerFile, "is not a NIfTI file: it does not begin with such a header");
+    if (version == NIFTI_2 && size < sizeof(nifti_2_header))
+        throw InputError(headerFile, "ends within its header");
+
+    NiftiHeader header = version == NIFTI_2
+                             ? interpretBytes<nifti_2_header>(headerFile, bytes.data(), version, convert2)
+                             : interpretBytes<nifti_1_header>(headerFile, bytes.data(), version, convert1);
+    header.dataFile = dataFile;
+    return header;
+}
+
+} // namespace vireo_view

@@ -1,0 +1,180 @@
+#include "apps/vireo-view/NiftiReader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <nifti2_io.h>
+#include <string>
+#include <vector>
+
+#include "apps/vireo-view/CompressedFile.h"
+#include "apps/vireo-view/InputError.h"
+#include "apps/vireo-view/NiftiHeader.h"
+
+namespace vireo_view {
+
+namespace {
+
+// How the values of a type become floats.
+struct ValueType
+{
+    std::size_t size;
+    double (*valueAt)(const unsigned char* bytes);
+};
+
+template <typename Value>
+ValueType valueType()
+{
+    return {sizeof(Value), [](const unsigned char* bytes) {
+                Value value;
+                std::memcpy(&value, bytes, sizeof value);
+                return static_cast<double>(value);
+            }};
+}
+
+ValueType valueTypeOf(const std::filesystem::path& file, int datatype)
+{
+    switch (datatype) {
+    case NIFTI_TYPE_UINT8: return valueType<std::uint8_t>();
+    case NIFTI_TYPE_INT8: return valueType<std::int8_t>();
+    case NIFTI_TYPE_UINT16: return valueType<std::uint16_t>();
+    case NIFTI_TYPE_INT16: return valueType<std::int16_t>();
+    case NIFTI_TYPE_UINT32: return valueType<std::uint32_t>();
+    case NIFTI_TYPE_INT32: return valueType<std::int32_t>();
+    case NIFTI_TYPE_UINT64: return valueType<std::uint64_t>();
+    case NIFTI_TYPE_INT64: return valueType<std::int64_t>();
+    case NIFTI_TYPE_FLOAT32: return valueType<float>();
+    case NIFTI_TYPE_FLOAT64: return valueType<double>();
+    default:
+        throw InputError(file, std::string("has voxels of the type ") + nifti_datatype_string(datatype) +
+                                   ", which are no single numbers of up to 64 bits");
+    }
+}
+
+std::size_t countVoxels(const std::filesystem::path& file, const std::array<int, 3>& extents)
+{
+    std::uint64_t count = 1;
+    for (const int extent : extents) {
+        count *= static_cast<std::uint64_t>(extent);
+        if (count > std::numeric_limits<unsigned int>::max())
+            throw InputError(file, "has too many voxels");
+    }
+    return static_cast<std::size_t>(count);
+}
+
+// Where the voxels of a file come to lie in a volume, whose X counts fastest.
+class VoxelOrder
+{
+public:
+    explicit VoxelOrder(const NiftiHeader& header)
+    {
+        for (unsigned int i = 0; i < 3; ++i)
+            m_Extends[header.axes[i].axis] = header.extents[i];
+        const std::array<std::ptrdiff_t, 3> steps = {
+            1, m_Extends[0], static_cast<std::ptrdiff_t>(m_Extends[0]) * m_Extends[1]};
+        for (unsigned int i = 0; i < 3; ++i) {
+            m_Steps[i] = steps[header.axes[i].axis];
+            if (!header.axes[i].isReversed)
+                continue;
+            m_First += m_Steps[i] * (header.extents[i] - 1);
+            m_Steps[i] = -m_Steps[i];
+        }
+    }
+
+    const tavo::StaticVector<int, 3>& getExtends() const { return m_Extends; }
+
+    std::ptrdiff_t placeOf(int j, int k) const { return m_First + j * m_Steps[1] + k * m_Steps[2]; }
+    std::ptrdiff_t getStep() const { return m_Steps[0]; }
+
+private:
+    tavo::StaticVector<int, 3> m_Extends;
+    std::array<std::ptrdiff_t, 3> m_Steps{};
+    std::ptrdiff_t m_First = 0;
+};
+
+tavo::BoundingBox<float, 3> boxOf(const NiftiHeader& header)
+{
+    tavo::StaticVector<float, 3> corner;
+    for (unsigned int i = 0; i < 3; ++i)
+        corner[header.axes[i].axis] = static_cast<float>(header.extents[i] * header.spacings[i] / 2);
+    return {corner * -1.0f, corner};
+}
+
+// Reads the file's voxels slice by slice.
+class VoxelReader
+{
+public:
+    explicit VoxelReader(const NiftiHeader& header)
+        : m_Header(header)
+        , m_Type(valueTypeOf(header.dataFile, header.datatype))
+        , m_NumVoxels(countVoxels(header.dataFile, header.extents))
+        , m_Order(header)
+        , m_File(header.dataFile)
+    {
+        if (m_File.getLargestContents() < header.dataOffset + m_NumVoxels * std::uint64_t{m_Type.size})
+            endsTooSoon();
+    }
+
+    tavo::RegularVolume read(const Progress& progress)
+    {
+        tavo::VertexDescriptor channels;
+        channels.pushAttrib({DENSITY, 1, tavo::VertexAttribDescriptor::TYPE_FLOAT});
+        auto samples = std::make_unique<tavo::PointSet>(channels, static_cast<unsigned int>(m_NumVoxels));
+        unsigned char* const out = samples->getData();
+
+        m_File.seek(m_Header.dataOffset);
+        for (int k = 0; k < m_Header.extents[2]; ++k) {
+            readSlice(k, out);
+            if (progress && !progress((k + 1.0) / m_Header.extents[2]))
+                throw InputError(m_Header.dataFile, "the reading was stopped");
+        }
+        // Behind the last voxel a compressed file says whether all before it was right.
+        unsigned char behind = 0;
+        m_File.read(&behind, 1);
+        return tavo::RegularVolume(m_Order.getExtends(), boxOf(m_Header), std::move(samples));
+    }
+
+private:
+    void readSlice(int k, unsigned char* out)
+    {
+        const auto width = static_cast<std::size_t>(m_Header.extents[0]);
+        m_Row.resize(width * m_Type.size);
+        for (int j = 0; j < m_Header.extents[1]; ++j) {
+            if (m_File.read(m_Row.data(), m_Row.size()) < m_Row.size())
+                endsTooSoon();
+            if (m_Header.isSwapped)
+                nifti_swap_Nbytes(static_cast<std::int64_t>(width), static_cast<int>(m_Type.size), m_Row.data());
+            convertRow(m_Order.placeOf(j, k), out);
+        }
+    }
+
+    void convertRow(std::ptrdiff_t place, unsigned char* out) const
+    {
+        for (std::size_t at = 0; at < m_Row.size(); at += m_Type.size, place += m_Order.getStep()) {
+            const double value = m_Type.valueAt(m_Row.data() + at) * m_Header.slope + m_Header.intercept;
+            const auto density = static_cast<float>(value);
+            std::memcpy(out + place * static_cast<std::ptrdiff_t>(sizeof density), &density, sizeof density);
+        }
+    }
+
+    [[noreturn]] void endsTooSoon() const { throw InputError(m_Header.dataFile, "ends before its last voxel"); }
+
+    const NiftiHeader& m_Header;
+    ValueType m_Type;
+    std::size_t m_NumVoxels;
+    VoxelOrder m_Order;
+    CompressedFile m_File;
+    std::vector<unsigned char> m_Row;
+};
+
+} // namespace
+
+tavo::RegularVolume readNifti(const std::filesystem::path& file, const Progress& progress)
+{
+    const NiftiHeader header = readNiftiHeader(file);
+    return VoxelReader(header).read(progress);
+}
+
+} // namespace vireo_view

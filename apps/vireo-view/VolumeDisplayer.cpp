@@ -1,0 +1,197 @@
+#include "apps/vireo-view/VolumeDisplayer.h"
+
+#include <QGLWidget>
+#include <QScopeGuard>
+#include <algorithm>
+#include <array>
+#include <new>
+#include <utility>
+
+#include "apps/vireo-view/NiftiReader.h"
+#include "apps/vireo-view/PreparationBar.h"
+#include "apps/vireo-view/SceneFitting.h"
+#include "apps/vireo-view/VolumeDisplayerConfig.h"
+#include "tavo/base/gui/Camera.h"
+#include "tavo/base/objects/ClassRecord.h"
+
+#include <GL/glu.h>
+
+namespace vireo_view {
+
+namespace {
+
+// The volume's axes as they are shown: X, which points to the right of the person in it, to the viewer's left, Z
+// upwards and Y to the viewer.
+tavo::StaticVector<float, 3> turned(const tavo::StaticVector<float, 3>& v)
+{
+    return {-v[0], v[2], v[1]};
+}
+
+// The turn is its own inverse.
+tavo::StaticVector<float, 3> turnedBack(const tavo::StaticVector<float, 3>& v)
+{
+    return turned(v);
+}
+
+// A model-view matrix of the camera, selected, and everything as before at the end. The one that is loaded is of the
+// paint before: with that, a new volume would be drawn twice until it is seen right.
+class CameraMatrix
+{
+public:
+    explicit CameraMatrix(const tavo::Camera& camera)
+    {
+        glPushAttrib(GL_TRANSFORM_BIT);
+        glMatrixMode(GL_MODELVIEW);
+        glPushMatrix();
+        glLoadIdentity();
+        const tavo::StaticVector<float, 3>& eye = camera.getEyePoint();
+        const tavo::StaticVector<float, 3>& lookAt = camera.getLookAtPoint();
+        const tavo::StaticVector<float, 3>& up = camera.getUpVector();
+        gluLookAt(eye[0], eye[1], eye[2], lookAt[0], lookAt[1], lookAt[2], up[0], up[1], up[2]);
+    }
+    ~CameraMatrix()
+    {
+        glPopMatrix();
+        glPopAttrib();
+    }
+    CameraMatrix(const CameraMatrix&) = delete;
+    CameraMatrix& operator=(const CameraMatrix&) = delete;
+};
+
+// Makes a view's context current for as long as it lives.
+class CurrentView
+{
+public:
+    explicit CurrentView(QGLWidget& view)
+        : m_View(view)
+        , m_Before(const_cast<QGLContext*>(QGLContext::currentContext()))
+    {
+        m_View.makeCurrent();
+    }
+    ~CurrentView()
+    {
+        if (!m_Before)
+            m_View.doneCurrent();
+        else if (m_Before != m_View.context())
+            m_Before->makeCurrent();
+    }
+    CurrentView(const CurrentView&) = delete;
+    CurrentView& operator=(const CurrentView&) = delete;
+
+private:
+    QGLWidget& m_View;
+    QGLContext* m_Before;
+};
+
+// Enough for every value of 12 bits.
+constexpr unsigned int TABLE_SIZE = 4096;
+
+} // namespace
+
+tavo::MetaClass* VolumeDisplayer::s_MetaClass = nullptr;
+
+VolumeDisplayer::VolumeDisplayer(std::unique_ptr<tavo::RegularVolume> volume)
+    : m_Volume(std::move(volume))
+    , m_Histogram(m_Volume ? Histogram(*m_Volume) : Histogram())
+    , m_TransferFunction(m_Histogram)
+{
+    m_Renderer.setTableSize(TABLE_SIZE);
+}
+
+VolumeDisplayer::~VolumeDisplayer()
+{
+    if (!m_View)
+        return;
+    const CurrentView current(*m_View);
+    m_Renderer.disposeTextures();
+}
+
+void VolumeDisplayer::setTransferFunction(const TransferFunction& transferFunction)
+{
+    if (m_TransferFunction == transferFunction)
+        return;
+    m_TransferFunction = transferFunction;
+    m_Renderer.invalidate();
+}
+
+float VolumeDisplayer::getScale() const
+{
+    const tavo::StaticVector<float, 3> extent = m_Volume->getBoundingBox().getExtent();
+    return static_cast<float>(FITTED_EXTENT / std::max({extent[0], extent[1], extent[2]}));
+}
+
+tavo::BoundingBox<float, 3> VolumeDisplayer::getBoundingBox()
+{
+    if (!m_Volume)
+        return {{0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f}};
+    tavo::StaticVector<float, 3> corner = turned(m_Volume->getBoundingBox().getExtent() * (getScale() / 2));
+    corner[0] = -corner[0];
+    return {corner * -1.0f, corner};
+}
+
+void VolumeDisplayer::drawGL(QGLWidget* widget, tavo::Camera& camera)
+{
+    if (!m_Volume)
+        return;
+    m_View = widget;
+    const CameraMatrix matrix(camera);
+    const std::array<float, 16> turn = {-1, 0, 0, 0, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 1};
+    glMultMatrixf(turn.data());
+    glScalef(getScale(), getScale(), getScale());
+    const tavo::BoundingBox<float, 3>& box = m_Volume->getBoundingBox();
+    const tavo::StaticVector<float, 3> middle = (box.getMin() + box.getMax()) * 0.5f;
+    glTranslatef(-middle[0], -middle[1], -middle[2]);
+
+    PreparationBar bar(*widget);
+    m_Renderer.setProgress([&bar](unsigned int numDone, unsigned int numSlices) { bar.update(numDone, numSlices); });
+    const auto forgetBar = qScopeGuard([this] { m_Renderer.setProgress(nullptr); });
+    m_Renderer.drawVolume(m_Volume.get(), turnedBack(camera.getLookAtPoint() - camera.getEyePoint()),
+        std::string(DENSITY), &colourOf, this);
+}
+
+TransferFunction::RGBA VolumeDisplayer::colourOf(void* self, const tavo::StaticVector<float, 1>& density)
+{
+    return static_cast<const VolumeDisplayer*>(self)->m_TransferFunction.look(double{density[0]});
+}
+
+tavo::GLEventConfiguration* VolumeDisplayer::createConfigWindow(QWidget* parent)
+{
+    return new (std::nothrow) VolumeDisplayerConfig(parent, this);
+}
+
+void VolumeDisplayer::updateData(GLEventObject* newer)
+{
+    auto* const displayer = dynamic_cast<VolumeDisplayer*>(newer);
+    if (!displayer || displayer == this)
+        return;
+    m_Volume = std::move(displayer->m_Volume);
+    m_Histogram = std::exchange(displayer->m_Histogram, Histogram());
+}
+
+const tavo::MetaClass* VolumeDisplayer::getClass()
+{
+    return tavo::createClassRecord<VolumeDisplayer>(s_MetaClass, "VolumeDisplayer", newInstance);
+}
+
+const tavo::MetaClass* VolumeDisplayer::getInstanceClass() const
+{
+    return getClass();
+}
+
+void VolumeDisplayer::init(const tavo::MetaClass* parent)
+{
+    getClass();
+    tavo::initClassRecord(s_MetaClass, parent, 1000);
+}
+
+void VolumeDisplayer::shutdown()
+{
+    delete std::exchange(s_MetaClass, nullptr);
+}
+
+tavo::Object* VolumeDisplayer::newInstance()
+{
+    return new (std::nothrow) VolumeDisplayer;
+}
+
+} // namespace vireo_view
