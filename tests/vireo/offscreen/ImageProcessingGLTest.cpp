@@ -96,7 +96,7 @@ protected:
 TEST_F(ImageProcessingGLTest, SharpensAPictureInThreePasses)
 {
     GLRenderTextureCache cache(context());
-    RGBAImage source = RGBAImage::fromQImage(QImage(VIREO_PICTURE).copy(540, 0, 250, 200));
+    RGBAImage source = RGBAImage::fromQImage(QImage(VIREO_PICTURE).copy(40, 20, 250, 200));
     ASSERT_EQ(source.getHeight(), 200u);
     const Picture original = pictureOf(source);
     GLImage picture;
