@@ -1,3 +1,5 @@
+cmake_minimum_required(VERSION 3.25)
+
 # Installs into a scratch prefix, builds EXAMPLES against the copy there, and runs the first of them.
 function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
