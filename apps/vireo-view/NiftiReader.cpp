@@ -144,7 +144,7 @@ private:
         for (int j = 0; j < m_Header.extents[1]; ++j) {
             if (m_File.read(m_Row.data(), m_Row.size()) < m_Row.size())
                 endsTooSoon();
-            if (m_Header.isSwapped)
+            if (m_Header.isSwapped && m_Type.size > 1) // niftilib complains of single bytes
                 nifti_swap_Nbytes(static_cast<std::int64_t>(width), static_cast<int>(m_Type.size), m_Row.data());
             convertRow(m_Order.placeOf(j, k), out);
         }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <iostream>
 #include <iterator>
+#include <new>
 
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/LoadingProgress.h"
@@ -165,10 +166,15 @@ std::vector<Exhibit> Viewer::loadFile(const InputFile& file)
     }
 }
 
-void Viewer::showAll(std::vector<Exhibit>& exhibits) const
+void Viewer::showAll(std::vector<Exhibit>& exhibits)
 {
-    for (Exhibit& exhibit : exhibits)
-        show(exhibit, hasPictures() ? SIZE_IN_PICTURES : SIZE_IN_WINDOW);
+    for (Exhibit& exhibit : exhibits) {
+        try {
+            show(exhibit, hasPictures() ? SIZE_IN_PICTURES : SIZE_IN_WINDOW);
+        } catch (const std::bad_alloc&) {
+            fail("there is not enough memory to show everything");
+        }
+    }
 }
 
 // The file's name alone where that is enough to tell it from the others.

@@ -26,7 +26,7 @@ private:
     std::vector<InputFile> findFiles();
     void showFiles();
     std::vector<Exhibit> loadFile(const InputFile& file);
-    void showAll(std::vector<Exhibit>& exhibits) const;
+    void showAll(std::vector<Exhibit>& exhibits);
     std::string nameOf(const InputFile& file);
     void savePictures();
     void fail(const std::string& reason);

@@ -131,8 +131,10 @@ tavo::BoundingBox<float, 3> VolumeDisplayer::getBoundingBox()
 
 void VolumeDisplayer::drawGL(QGLWidget* widget, tavo::Camera& camera)
 {
-    if (!m_Volume)
+    if (!m_Volume) {
+        m_Renderer.disposeTextures();
         return;
+    }
     m_View = widget;
     const CameraMatrix matrix(camera);
     const std::array<float, 16> turn = {-1, 0, 0, 0, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 1};
@@ -156,7 +158,8 @@ TransferFunction::RGBA VolumeDisplayer::colourOf(void* self, const tavo::StaticV
 
 tavo::GLEventConfiguration* VolumeDisplayer::createConfigWindow(QWidget* parent)
 {
-    return new (std::nothrow) VolumeDisplayerConfig(parent, this);
+    m_Panel = new (std::nothrow) VolumeDisplayerConfig(parent, this);
+    return m_Panel;
 }
 
 void VolumeDisplayer::updateData(GLEventObject* newer)
@@ -166,6 +169,8 @@ void VolumeDisplayer::updateData(GLEventObject* newer)
         return;
     m_Volume = std::move(displayer->m_Volume);
     m_Histogram = std::exchange(displayer->m_Histogram, Histogram());
+    if (m_Panel)
+        m_Panel->showAll();
 }
 
 const tavo::MetaClass* VolumeDisplayer::getClass()

@@ -13,6 +13,8 @@ class QGLWidget;
 
 namespace vireo_view {
 
+class VolumeDisplayerConfig;
+
 // Draws a volume with a channel "density" through a transfer function, upright (Z) and with its front (Y) to the
 // viewer, as large as everything that is shown (see FITTED_EXTENT). Its textures live in the context of the view that
 // it was last drawn in, until the volume is replaced or it dies.
@@ -48,8 +50,8 @@ public:
     // A VolumeDisplayerConfig.
     tavo::GLEventConfiguration* createConfigWindow(QWidget* parent) override;
 
-    // Takes the volume of another VolumeDisplayer away from it, and keeps the transfer function; anything else is
-    // ignored.
+    // Takes the volume of another VolumeDisplayer away from it, and keeps the transfer function; an open panel shows
+    // it. Anything else is ignored.
     void updateData(GLEventObject* newer) override;
 
     // The class record, made by the first call; not to be asked for after shutdown.
@@ -70,6 +72,7 @@ private:
     TransferFunction m_TransferFunction;
     tavo::SliceVolumeRenderer m_Renderer;
     QPointer<QGLWidget> m_View; // that has the textures
+    QPointer<VolumeDisplayerConfig> m_Panel;
 };
 
 } // namespace vireo_view

@@ -1,6 +1,7 @@
 #include "apps/vireo-view/VolumeDisplayerConfig.h"
 
 #include <QScopedValueRollback>
+#include <algorithm>
 #include <cmath>
 
 #include "apps/vireo-view/VolumeDisplayer.h"
@@ -16,7 +17,7 @@ constexpr double NUM_STEPS = 1000;
 
 int toSteps(double part)
 {
-    return static_cast<int>(std::lround(part * NUM_STEPS));
+    return static_cast<int>(std::lround(std::clamp(part, 0.0, 1.0) * NUM_STEPS));
 }
 
 QString shortNumber(double value)

@@ -25,6 +25,9 @@ public:
     VolumeDisplayerConfig(QWidget* parent, VolumeDisplayer* displayer);
     ~VolumeDisplayerConfig() override;
 
+    // Shows what the displayer has now, without changing it.
+    void showAll();
+
 protected:
     // Shows the volume and the transfer function as they are by now.
     void showEvent(QShowEvent* event) override;
@@ -38,7 +41,6 @@ private slots:
 private:
     template <typename Edit>
     void edit(Edit change);
-    void showAll();
     void showValues();
 
     VolumeDisplayer& m_Displayer;

@@ -161,6 +161,24 @@ TEST_F(VolumeDisplayerConfigGLTest, ShowsTheVolumeThatIsThereWhenItIsOpened)
     EXPECT_EQ(slider("slWindow")->value(), 500);
 }
 
+TEST_F(VolumeDisplayerConfigGLTest, ShowsAnotherVolumeWhileItIsOpen)
+{
+    const TransferFunction before = function();
+    VolumeDisplayer newer(std::make_unique<tavo::RegularVolume>(makeVolume({2, 1, 1}, {0, 400})));
+    m_Displayer->updateData(&newer);
+    EXPECT_EQ(slider("slLevel")->value(), 250);
+    EXPECT_EQ(slider("slWindow")->value(), 500);
+    EXPECT_EQ(function(), before) << "it only shows it";
+}
+
+TEST_F(VolumeDisplayerConfigGLTest, StaysAtTheEndForAVolumeOfASmallRange)
+{
+    VolumeDisplayer newer(std::make_unique<tavo::RegularVolume>(makeVolume({2, 1, 1}, {0, 1e-30f})));
+    m_Displayer->updateData(&newer);
+    EXPECT_EQ(slider("slLevel")->value(), 1000);
+    EXPECT_EQ(slider("slWindow")->value(), 1000);
+}
+
 TEST_F(VolumeDisplayerConfigGLTest, CanBeUsedForVolumesOfOneValueAndOfNone)
 {
     for (const float density : {5.0f, NAN}) {

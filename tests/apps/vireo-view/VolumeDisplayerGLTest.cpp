@@ -6,8 +6,10 @@
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/gui/Camera.h"
 #include "tavo/base/objects/MetaClass.h"
+#include "tavo/platform/wgl.h"
 #include "tests/apps/vireo-view/VolumeViewTest.h"
 #include "tests/support/PictureComparison.h"
+#include "vireo/context/GLContext.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
 
 namespace vireo_view {
@@ -205,6 +207,7 @@ TEST_F(VolumeDisplayerGLTest, LeavesTheStateOfTheContextAsItWas)
     VolumeDisplayer displayer(std::make_unique<tavo::RegularVolume>(Cube().with(1, 1, 1, 1)));
     QGLWidget view;
     view.makeCurrent();
+    const tavo::GLContext context(wglGetCurrentDC(), wglGetCurrentContext(), nullptr, &view);
     glMatrixMode(GL_MODELVIEW);
     glTranslatef(1, 2, 3);
     glMatrixMode(GL_PROJECTION);
