@@ -7,6 +7,11 @@
 
 namespace tavo {
 
+// Defined here as well as in the class: a DLL exports only what is defined in one of its sources.
+constexpr unsigned int VertexAttribDescriptor::TYPE_UNSIGNED_BYTE;
+constexpr unsigned int VertexAttribDescriptor::TYPE_FLOAT;
+constexpr unsigned int VertexAttribDescriptor::TYPE_INT;
+
 VertexAttribDescriptor::VertexAttribDescriptor(std::string name, unsigned int components, unsigned int typeCode)
     : m_Name(std::move(name))
     , m_NumComponents(components)

@@ -1,8 +1,5 @@
 #include "tests/support/WindowSystem.h"
 
-#include <cstdlib>
-#include <stdexcept>
-
 #include "tests/support/CallRecorder.h"
 
 namespace vireo_test {
@@ -18,17 +15,6 @@ void TestContext::findHandles()
     release();
     if (previousRC)
         wglMakeCurrent(previousDC, previousRC);
-}
-
-std::unique_ptr<WindowSystem> WindowSystem::open(std::string& reason)
-{
-    const char* variable = std::getenv("VIREO_TEST_WINSYS");
-    const std::string name = variable ? variable : "egl";
-    if (name == "glx")
-        return openGLX(reason);
-    if (name == "egl")
-        return openEGL(reason);
-    throw std::runtime_error("WindowSystem::open() - VIREO_TEST_WINSYS is neither glx nor egl: " + name);
 }
 
 } // namespace vireo_test

@@ -41,8 +41,8 @@ public:
     // current.
     virtual std::unique_ptr<TestContext> makeContext(TestContext* shared) = 0;
 
-    // The window system that VIREO_TEST_WINSYS names, "glx" or "egl" (the default). Null if this machine has none; then
-    // `reason` says what is missing. Throws std::runtime_error for another name.
+    // The window system that VIREO_TEST_WINSYS names: "glx" or "egl" (the default), on Windows "wgl". Null if this
+    // machine has none; then `reason` says what is missing. Throws std::runtime_error for another name.
     static std::unique_ptr<WindowSystem> open(std::string& reason);
 };
 

@@ -28,6 +28,9 @@
 
 namespace tavo {
 
+// Defined here as well as in the class: a DLL exports only what is defined in one of its sources.
+constexpr unsigned int GLEventDisplayerWidget::NUM_SIZES;
+
 namespace {
 
 constexpr int VIEW_HEIGHTS[] = {16, 22, 32, 45, 64, 90, 128, 181, 256, 362, 512, 724, 1024};

@@ -43,6 +43,13 @@ void GLTemplatedIndexBuffer<T>::drawElements(unsigned int mode, unsigned int fir
         bufferOffset(std::uintptr_t{first} * sizeof(T)));
 }
 
+// Not inline: a program takes every function of these classes from the library, and a DLL exports no inline one.
+template <typename T>
+unsigned int GLTemplatedIndexBuffer<T>::getNumIndices() const
+{
+    return m_NumIndices;
+}
+
 template class GLTemplatedIndexBuffer<unsigned short>;
 template class GLTemplatedIndexBuffer<unsigned int>;
 

@@ -42,7 +42,7 @@ public:
     // that they have these indices and vertices.
     void drawElements(unsigned int mode, unsigned int first, unsigned int count);
 
-    unsigned int getNumIndices() const { return m_NumIndices; }
+    unsigned int getNumIndices() const;
 
 private:
     unsigned int m_NumIndices = 0;

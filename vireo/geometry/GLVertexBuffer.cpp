@@ -9,6 +9,14 @@
 
 namespace tavo {
 
+// Defined here as well as in the class: a DLL exports only what is defined in one of its sources.
+constexpr int GLVertexBuffer::MAP_POSITION;
+constexpr int GLVertexBuffer::MAP_COLOR;
+constexpr int GLVertexBuffer::MAP_NORMAL;
+constexpr int GLVertexBuffer::MAP_TEXCOORD0;
+constexpr int GLVertexBuffer::TYPE_DEFAULT;
+constexpr int GLVertexBuffer::TYPE_RENDERED32;
+
 namespace {
 
 GLenum glTypeOf(const VertexAttribDescriptor& attribute)

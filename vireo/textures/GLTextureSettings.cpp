@@ -10,6 +10,14 @@
 
 namespace tavo {
 
+// Defined here as well as in the class: a DLL exports only what is defined in one of its sources.
+constexpr unsigned int GLTextureSettings::FILTER_LINEAR;
+constexpr unsigned int GLTextureSettings::FILTER_NEAREST;
+constexpr unsigned int GLTextureSettings::WRAP_REPEAT;
+constexpr unsigned int GLTextureSettings::WRAP_CLAMP;
+constexpr unsigned int GLTextureSettings::WRAP_CLAMP_TO_EDGE;
+constexpr unsigned int GLTextureSettings::WRAP_CLAMP_TO_BORDER;
+
 MetaClass* GLTextureSettings::GLTextureSettingsMetaClass = nullptr;
 
 namespace {

@@ -6,6 +6,11 @@
 
 namespace tavo {
 
+// Defined here as well as in the class: a DLL exports only what is defined in one of its sources.
+constexpr unsigned int ExaminerCameraController::LEFT_BUTTON;
+constexpr unsigned int ExaminerCameraController::RIGHT_BUTTON;
+constexpr unsigned int ExaminerCameraController::MIDDLE_BUTTON;
+
 namespace {
 
 using Vector3d = StaticVector<double, 3>;
