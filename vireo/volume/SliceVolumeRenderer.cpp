@@ -294,10 +294,8 @@ void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int
     const auto prepareBy = [&](const auto& look) {
         withNumComponents(requireChannel(volume, channelName), [&](auto numComponents) {
             constexpr unsigned int n = numComponents();
-            StaticVector<int, 3> bounds(
-                RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED);
             for (int slice = 0; slice < m_Source.extends[axis]; ++slice) {
-                bounds[axis] = slice;
+                const StaticVector<int, 3> bounds = boundsOfSlice(axis, slice);
                 volume.mapChannelBy<n>(
                     channelName, bounds, bounds,
                     [&look](const StaticVector<float, n>& sample) { return colourOf<n>(sample, look); }, texels.data(),

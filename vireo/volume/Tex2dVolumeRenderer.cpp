@@ -91,8 +91,7 @@ void Tex2dVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int
 void Tex2dVolumeRenderer::mapSlice(const RegularVolume& volume, unsigned int axis, int slice,
     const std::string& channel, unsigned int numComponents, std::vector<RGBA>& colours)
 {
-    StaticVector<int, 3> bounds(RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED);
-    bounds[axis] = slice;
+    const StaticVector<int, 3> bounds = boundsOfSlice(axis, slice);
     RGBA* const out = colours.data();
     switch (numComponents) {
     case 1: volume.mapChannel<1>(channel, bounds, bounds, channelMapping, mappingUserData, out); break;

@@ -35,6 +35,13 @@ std::array<unsigned int, 2> axesAcross(unsigned int axis)
     return {axis == 0 ? 1u : 0u, axis == 2 ? 1u : 2u};
 }
 
+StaticVector<int, 3> boundsOfSlice(unsigned int axis, int slice)
+{
+    StaticVector<int, 3> bounds(RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED);
+    bounds[axis] = slice;
+    return bounds;
+}
+
 unsigned int requireChannel(const RegularVolume& volume, const std::string& channel)
 {
     const PointSet* const samples = volume.getPointSet();

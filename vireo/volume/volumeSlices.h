@@ -15,6 +15,9 @@ class RegularVolume;
 // The axes across a stack, the lower one first: that along the texture's rows (s), and that along its columns (t).
 std::array<unsigned int, 2> axesAcross(unsigned int axis);
 
+// The bounds of a slice, for RegularVolume.
+StaticVector<int, 3> boundsOfSlice(unsigned int axis, int slice);
+
 // The number of components of a channel. Throws PException if there is no channel of that name, or if it cannot be made
 // into textures: it is not of floats, or has more than four components.
 unsigned int requireChannel(const RegularVolume& volume, const std::string& channel);

@@ -24,9 +24,6 @@ using testing::ThrowsMessage;
 using vireo_test::callsOf;
 using vireo_test::Picture;
 
-using Vector = StaticVector<float, 3>;
-using Names = std::vector<std::string>;
-
 // The renderer with the names of its textures in reach.
 class OpenRenderer : public SliceVolumeRenderer
 {
@@ -35,7 +32,6 @@ public:
     using SliceVolumeRenderer::textureNames;
 };
 
-const Names DENSITY{"density"};
 const Vector ALONG_X(1, 0, 0);
 const Vector ALONG_Y(0, 1, 0);
 const Vector ALONG_Z(0, 0, 1);
@@ -95,12 +91,8 @@ protected:
     // The texels of a slice along an axis, in a size that the driver took as it is.
     std::vector<RGBA> texelsOf(unsigned int channel, unsigned int axis, unsigned int slice, unsigned int numTexels)
     {
-        std::vector<RGBA> texels(numTexels);
-        glBindTexture(
-            GL_TEXTURE_2D, m_Renderer.textureNames.at(channel).at(m_Renderer.slabStarts.at(channel).at(axis) + slice));
-        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels.data());
-        glBindTexture(GL_TEXTURE_2D, 0);
-        return texels;
+        return readTexels(
+            m_Renderer.textureNames.at(channel).at(m_Renderer.slabStarts.at(channel).at(axis) + slice), numTexels);
     }
 
     static void lookAlong(const Vector& viewDir)
@@ -127,23 +119,9 @@ protected:
     {
         constexpr int n = 4;
         RegularVolume volume = makeCodedVolume({n, n, n});
-        glMatrixMode(GL_PROJECTION);
-        glLoadIdentity();
-        glOrtho(-1, 1, -1, 1, -2, 2); // seen along negative Z
-        glMatrixMode(GL_MODELVIEW);
-        glLoadIdentity();
-        glViewport(0, 0, n, n);
-        glClear(GL_COLOR_BUFFER_BIT);
+        lookAtFront(n);
         m_Renderer.drawVolume(&volume, {0, 0, -1}, DENSITY, &mapCode, nullptr);
-        Picture expected(n, n);
-        for (int y = 0; y < n; ++y) {
-            for (int x = 0; x < n; ++x) {
-                const RGBA colour = colourOfPlace(x, y, n - 1);
-                expected.at(static_cast<unsigned int>(x), static_cast<unsigned int>(y)) = {
-                    colour[0], colour[1], colour[2], colour[3]};
-            }
-        }
-        EXPECT_EQ(readPixels(n, n), expected);
+        EXPECT_EQ(readPixels(n, n), frontPicture(n));
     }
 
     void TearDown() override

@@ -21,9 +21,6 @@ using vireo_test::callsOf;
 using vireo_test::Picture;
 using vireo_test::Pixel;
 
-using Vector = StaticVector<float, 3>;
-using Names = std::vector<std::string>;
-
 // The renderer with its protected parts in reach, and a count of its preparations.
 class OpenRenderer : public Tex2dVolumeRenderer
 {
@@ -67,7 +64,6 @@ RGBA white(void*, const StaticVector<float, 1>&)
     return {255, 255, 255, 255};
 }
 
-const Names DENSITY{"density"};
 const Vector TOWARDS_Z(0, 0, 1);
 
 const Calls SLICE_PARAMETERS{
@@ -95,16 +91,6 @@ protected:
     void prepare(RegularVolume& volume, const Names& channels = DENSITY)
     {
         m_Renderer.prepareTextures(&volume, TOWARDS_Z, channels, &mapCode, nullptr);
-    }
-
-    // The texels of a slice that drawing binds.
-    std::vector<RGBA> texelsOf(unsigned int name, unsigned int numTexels)
-    {
-        std::vector<RGBA> texels(numTexels);
-        glBindTexture(GL_TEXTURE_2D, name);
-        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels.data());
-        glBindTexture(GL_TEXTURE_2D, 0);
-        return texels;
     }
 
     // The numbers of the slices, as drawing along viewDir binds them.
@@ -187,19 +173,19 @@ TEST_F(Tex2dVolumeRendererGLTest, MapsEverySampleToItsTexel)
     ASSERT_THAT(m_Renderer.textureNames.front(), SizeIs(16));
     // The textures are taken by the names that drawing binds: start of the stack + slice.
     for (int x = 0; x < 5; ++x) {
-        const std::vector<RGBA> texels = texelsOf(static_cast<unsigned int>(x), 4 * 8);
+        const std::vector<RGBA> texels = readTexels(static_cast<unsigned int>(x), 4 * 8);
         for (int v = 0; v < 8; ++v)
             for (int u = 0; u < 4; ++u)
                 EXPECT_EQ(texels[v * 4 + u], u < 3 ? colourOfPlace(x, u, v) : RGBA()) << x << u << v;
     }
     for (int y = 0; y < 3; ++y) {
-        const std::vector<RGBA> texels = texelsOf(static_cast<unsigned int>(5 + y), 8 * 8);
+        const std::vector<RGBA> texels = readTexels(static_cast<unsigned int>(5 + y), 8 * 8);
         for (int v = 0; v < 8; ++v)
             for (int u = 0; u < 8; ++u)
                 EXPECT_EQ(texels[v * 8 + u], u < 5 ? colourOfPlace(u, y, v) : RGBA()) << y << u << v;
     }
     for (int z = 0; z < 8; ++z) {
-        const std::vector<RGBA> texels = texelsOf(static_cast<unsigned int>(8 + z), 8 * 4);
+        const std::vector<RGBA> texels = readTexels(static_cast<unsigned int>(8 + z), 8 * 4);
         for (int v = 0; v < 4; ++v)
             for (int u = 0; u < 8; ++u)
                 EXPECT_EQ(texels[v * 8 + u], u < 5 && v < 3 ? colourOfPlace(u, v, z) : RGBA()) << z << u << v;
@@ -230,7 +216,7 @@ TEST_F(Tex2dVolumeRendererGLTest, MapsChannelsOfMoreComponentsByTheirAlphas)
             [](int, int, int, unsigned int component) { return 100.0f + static_cast<float>(component); });
         m_Renderer.disposeTextures();
         m_Renderer.prepareTextures(&volume, TOWARDS_Z, DENSITY, log, &values);
-        return texelsOf(0, 4).front();
+        return readTexels(0, 4).front();
     };
     std::vector<float> values;
     EXPECT_EQ(textureOf(2, values), RGBA(100, 101, 0, 16));
@@ -277,8 +263,8 @@ TEST_F(Tex2dVolumeRendererGLTest, MapsEachChannelsOwnValues)
     }
     RegularVolume volume({2, 2, 2}, {}, std::move(samples));
     prepare(volume, {"a", "b"});
-    EXPECT_EQ(texelsOf(1, 4).front(), colourOfPlace(1, 2, 3));
-    EXPECT_EQ(texelsOf(7, 4).front(), colourOfPlace(4, 5, 6)) << "in the texture before the second channel's second";
+    EXPECT_EQ(readTexels(1, 4).front(), colourOfPlace(1, 2, 3));
+    EXPECT_EQ(readTexels(7, 4).front(), colourOfPlace(4, 5, 6)) << "in the texture before the second channel's second";
 }
 
 TEST_F(Tex2dVolumeRendererGLTest, KeepsTheTexturesThatWereMadeBeforeARefusal)
@@ -541,20 +527,9 @@ TEST_F(Tex2dVolumeRendererGLTest, ShowsTheSliceInFrontTheRightWayUp)
 {
     constexpr int n = 4;
     RegularVolume volume = makeCodedVolume({n, n, n});
-    glMatrixMode(GL_PROJECTION);
-    glOrtho(-1, 1, -1, 1, -2, 2); // seen along negative Z
-    glViewport(0, 0, n, n);
-    glClear(GL_COLOR_BUFFER_BIT);
+    lookAtFront(n);
     m_Renderer.drawVolume(&volume, {0, 0, -1}, DENSITY, &mapCode, nullptr);
-    Picture expected(n, n);
-    for (int y = 0; y < n; ++y) {
-        for (int x = 0; x < n; ++x) {
-            const RGBA colour = colourOfPlace(x, y, n - 1);
-            expected.at(static_cast<unsigned int>(x), static_cast<unsigned int>(y)) = {
-                colour[0], colour[1], colour[2], colour[3]};
-        }
-    }
-    EXPECT_EQ(readPixels(n, n), expected);
+    EXPECT_EQ(readPixels(n, n), frontPicture(n));
 }
 
 // Half transparent slices over each other: black below, then the colours of the stack from its back.

@@ -14,6 +14,8 @@
 namespace tavo {
 
 using RGBA = StaticVector<unsigned char, 4>;
+using Vector = StaticVector<float, 3>;
+using Names = std::vector<std::string>;
 using Extends = StaticVector<int, 3>;
 
 // The value of a sample's component.
@@ -67,6 +69,44 @@ inline RGBA mapCode(void*, const StaticVector<float, 1>& value)
 inline RegularVolume makeCodedVolume(const Extends& extends)
 {
     return makeVolume(extends, 1, [](int x, int y, int z, unsigned int) { return codeOf(x, y, z); });
+}
+
+inline const Names DENSITY{"density"};
+
+// From here on the box of a coded volume of n x n x n samples is seen along negative Z, a sample a pixel.
+inline void lookAtFront(int n)
+{
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glOrtho(-1, 1, -1, 1, -2, 2);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    glViewport(0, 0, n, n);
+    glClear(GL_COLOR_BUFFER_BIT);
+}
+
+// What is seen of it then, if it is opaque: the last slice, the right way up.
+inline vireo_test::Picture frontPicture(int n)
+{
+    vireo_test::Picture picture(static_cast<unsigned int>(n), static_cast<unsigned int>(n));
+    for (int y = 0; y < n; ++y) {
+        for (int x = 0; x < n; ++x) {
+            const RGBA colour = colourOfPlace(x, y, n - 1);
+            picture.at(static_cast<unsigned int>(x), static_cast<unsigned int>(y)) = {
+                colour[0], colour[1], colour[2], colour[3]};
+        }
+    }
+    return picture;
+}
+
+// The texels of the 2D texture of that name.
+inline std::vector<RGBA> readTexels(unsigned int name, unsigned int numTexels)
+{
+    std::vector<RGBA> texels(numTexels);
+    glBindTexture(GL_TEXTURE_2D, name);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels.data());
+    glBindTexture(GL_TEXTURE_2D, 0);
+    return texels;
 }
 
 } // namespace tavo
