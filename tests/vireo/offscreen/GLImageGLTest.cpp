@@ -32,43 +32,21 @@ using vireo_test::Pixel;
 const char* const NO_FLOATS =
     "the driver has no GL_NV_float_buffer, whose formats the render textures of float images are made in";
 
-class GLImageGLTest : public OffscreenTest
+class GLImageGLTest : public CacheTest
 {
 protected:
-    void SetUp() override
-    {
-        OffscreenTest::SetUp();
-        if (!IsSkipped())
-            m_Cache = std::make_unique<GLRenderTextureCache>(context());
-    }
-
-    void TearDown() override
-    {
-        m_Cache.reset();
-        OffscreenTest::TearDown();
-    }
-
-    GLRenderTextureCache* cache() { return m_Cache.get(); }
+    GLRenderTextureCache* cache() { return &CacheTest::cache(); }
 
     // What the cache hands out for a plain request of that size.
     GLRenderTextureFBO* getFromCache(unsigned int width, unsigned int height)
     {
-        return m_Cache->getRenderTexture(width, height, 4, true, false, false, false, false);
+        return cache()->getRenderTexture(width, height, 4, true, false, false, false, false);
     }
 
     void setUpPlain(GLImage& image, unsigned int width, unsigned int height)
     {
         image.setup(cache(), width, height, 4, true, false, false, false, false);
     }
-
-    static Calls destructionCalls(const Names& names)
-    {
-        return {
-            "glDeleteTextures(1, (" + names.texture + "))", "glDeleteFramebuffersEXT(1, (" + names.framebuffer + "))"};
-    }
-
-private:
-    std::unique_ptr<GLRenderTextureCache> m_Cache;
 };
 
 TEST_F(GLImageGLTest, StartsEmptyAndDiesSo)
@@ -120,7 +98,7 @@ TEST_F(GLImageGLTest, DestroysWhatItOwns)
     const Names names = namesOf(*target);
     EXPECT_THAT(callsOf([&] { image->setup(target, true); }), IsEmpty());
     EXPECT_EQ(image->getRenderTexture(), target);
-    EXPECT_EQ(callsOf([&] { image.reset(); }), destructionCalls(names));
+    EXPECT_EQ(callsOf([&] { image.reset(); }), destructionCalls({names}));
 }
 
 TEST_F(GLImageGLTest, LeavesWhatItBorrowed)
@@ -164,7 +142,7 @@ TEST_F(GLImageGLTest, LetsGoWhatItHadWheneverItIsSetUp)
     for (const auto setup : setups) {
         GLImage image;
         GLRenderTextureFBO* const owned = make(4, 4, 4, 0).release();
-        const Calls destruction = destructionCalls(namesOf(*owned));
+        const Calls destruction = destructionCalls({namesOf(*owned)});
         image.setup(owned, true);
         const Calls calls = callsOf([&] { setup(image, cache(), other, picture); });
         ASSERT_GE(calls.size(), 2u);
@@ -206,7 +184,7 @@ TEST_F(GLImageGLTest, MayTakeAgainWhatItHas)
     image.setup(owned, false);
     image.setup(owned, true);
     const Calls calls = callsOf([&] { setUpPlain(image, 4, 4); });
-    EXPECT_EQ(Calls(calls.begin(), calls.begin() + 2), destructionCalls(names)) << "its own again";
+    EXPECT_EQ(Calls(calls.begin(), calls.begin() + 2), destructionCalls({names})) << "its own again";
 }
 
 TEST_F(GLImageGLTest, GivesBackToTheCacheWhatItTookAgain)
@@ -311,7 +289,7 @@ TEST_F(GLImageGLTest, CopiesLetGoAsTheirOriginalsWould)
         GLImage assigned;
         assigned = *owner;
     };
-    EXPECT_EQ(callsOf(copyAndDie), destructionCalls(names));
+    EXPECT_EQ(callsOf(copyAndDie), destructionCalls({names}));
 }
 
 // Set-ups from a cache

@@ -69,61 +69,31 @@ std::string message(unsigned int count)
     return "num cached render textures: " + std::to_string(count) + "\n";
 }
 
-class GLRenderTextureCacheGLTest : public OffscreenTest
+class GLRenderTextureCacheGLTest : public CacheTest
 {
 protected:
-    void SetUp() override
-    {
-        OffscreenTest::SetUp();
-        if (!IsSkipped())
-            m_Cache = std::make_unique<GLRenderTextureCache>(context());
-    }
-
-    void TearDown() override
-    {
-        m_Cache.reset();
-        OffscreenTest::TearDown();
-    }
-
-    GLRenderTextureCache& cache() { return *m_Cache; }
-    void destroyCache() { m_Cache.reset(); }
-
     GLRenderTextureFBO* get(const Request& request)
     {
-        return m_Cache->getRenderTexture(request.width, request.height, request.components, request.rectangle,
+        return cache().getRenderTexture(request.width, request.height, request.components, request.rectangle,
             request.floatTexture, request.float32, request.depth, request.stencil);
     }
 
     unsigned int keyOf(const Request& request)
     {
-        return (m_Cache.get()->*memberOf(DescMember()))(request.width, request.height, request.components,
-            request.rectangle, request.floatTexture, request.float32, request.depth, request.stencil);
+        return (cache().*memberOf(DescMember()))(request.width, request.height, request.components, request.rectangle,
+            request.floatTexture, request.float32, request.depth, request.stencil);
     }
 
     void give(std::initializer_list<GLRenderTextureFBO*> renderTextures)
     {
         for (GLRenderTextureFBO* const renderTexture : renderTextures)
-            m_Cache->freeRenderTexture(renderTexture);
+            cache().freeRenderTexture(renderTexture);
     }
 
     void expectRefusal(GLRenderTextureFBO* renderTexture)
     {
-        EXPECT_THAT([&] { m_Cache->freeRenderTexture(renderTexture); }, ThrowsMessage<PException>(NOT_HANDED_OUT));
+        EXPECT_THAT([&] { cache().freeRenderTexture(renderTexture); }, ThrowsMessage<PException>(NOT_HANDED_OUT));
     }
-
-    // The calls that destroy such render textures.
-    static Calls destructionCalls(const std::vector<Names>& renderTextures)
-    {
-        Calls calls;
-        for (const Names& names : renderTextures) {
-            calls.push_back("glDeleteTextures(1, (" + names.texture + "))");
-            calls.push_back("glDeleteFramebuffersEXT(1, (" + names.framebuffer + "))");
-        }
-        return calls;
-    }
-
-private:
-    std::unique_ptr<GLRenderTextureCache> m_Cache;
 };
 
 // Rule 1

@@ -10,6 +10,7 @@
 #include "tavo/base/debug/DebugOutput.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/vireo/textures/TextureTest.h"
+#include "vireo/offscreen/GLRenderTextureCache.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
 
 namespace tavo {
@@ -210,6 +211,41 @@ private:
         EXPECT_NEAR(scaled, std::round(scaled), 0.001f);
         return static_cast<unsigned char>(std::lround(scaled));
     }
+};
+
+// Gives each test a cache of render textures, too.
+class CacheTest : public OffscreenTest
+{
+protected:
+    void SetUp() override
+    {
+        OffscreenTest::SetUp();
+        if (!IsSkipped())
+            m_Cache = std::make_unique<GLRenderTextureCache>(context());
+    }
+
+    void TearDown() override
+    {
+        m_Cache.reset();
+        OffscreenTest::TearDown();
+    }
+
+    GLRenderTextureCache& cache() { return *m_Cache; }
+    void destroyCache() { m_Cache.reset(); }
+
+    // The calls that destroy such render textures.
+    static Calls destructionCalls(const std::vector<Names>& renderTextures)
+    {
+        Calls calls;
+        for (const Names& names : renderTextures) {
+            calls.push_back("glDeleteTextures(1, (" + names.texture + "))");
+            calls.push_back("glDeleteFramebuffersEXT(1, (" + names.framebuffer + "))");
+        }
+        return calls;
+    }
+
+private:
+    std::unique_ptr<GLRenderTextureCache> m_Cache;
 };
 
 } // namespace tavo
