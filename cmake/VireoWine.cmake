@@ -22,7 +22,7 @@ list(REMOVE_DUPLICATES dll_folders)
 # Wine shows the root of this machine's files as drive Z.
 list(TRANSFORM dll_folders PREPEND "Z:")
 string(REPLACE "/" "\\" WINE_DLL_FOLDERS "${dll_folders}")
-set(WINE_QT_PLUGINS "Z:${VIREO_WINDOWS_QT_PREFIX}/plugins")
+set(WINE_QT_PLUGINS "Z:${VIREO_WINDOWS_LIBRARIES}/qt5-win64/plugins")
 configure_file(${CMAKE_CURRENT_LIST_DIR}/run-with-wine.in ${PROJECT_BINARY_DIR}/run-with-wine @ONLY
     FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CMAKE_CROSSCOMPILING_EMULATOR ${PROJECT_BINARY_DIR}/run-with-wine)
