@@ -51,5 +51,7 @@ function(vireo_add_library target)
         EXPORT_NAME ${CMAKE_MATCH_2} VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
         INSTALL_RPATH "$ORIGIN" VERIFY_INTERFACE_HEADER_SETS ON)
     vireo_compile_options(${target})
+    # Nobody replaces functions of the libraries by others of the same name: they may be inlined where they are exported.
+    target_compile_options(${target} PRIVATE -fno-semantic-interposition)
     install(TARGETS ${target} EXPORT ${namespace}Targets FILE_SET HEADERS)
 endfunction()

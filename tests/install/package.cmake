@@ -1,0 +1,11 @@
+# The zip is unpacked elsewhere; an example is built against what lies there and run, and so is vireo-view, with no DLLs but
+# those of the zip.
+add_test(NAME install.package
+    COMMAND ${CMAKE_COMMAND}
+        -DBUILD_DIR=${PROJECT_BINARY_DIR}
+        -DSOURCE_DIR=${PROJECT_SOURCE_DIR}
+        -DSCRATCH_DIR=${CMAKE_CURRENT_BINARY_DIR}/package
+        -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
+        -DRUN=${CMAKE_CROSSCOMPILING_EMULATOR}
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/usePackage.cmake)
+set_tests_properties(install.package PROPERTIES RESOURCE_LOCK display)

@@ -1,0 +1,32 @@
+cmake_minimum_required(VERSION 3.25)
+
+function(run)
+    execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+function(make_picture file)
+    run(${RUN} ${ARGN})
+    if(NOT EXISTS ${file})
+        message(FATAL_ERROR "there is no ${file}")
+    endif()
+endfunction()
+
+file(REMOVE_RECURSE ${SCRATCH_DIR})
+run(${CMAKE_COMMAND} -E chdir ${BUILD_DIR} ${CMAKE_CPACK_COMMAND} --config CPackConfig.cmake -B ${SCRATCH_DIR})
+file(GLOB package ${SCRATCH_DIR}/*.zip)
+file(ARCHIVE_EXTRACT INPUT ${package} DESTINATION ${SCRATCH_DIR}/unpacked)
+file(GLOB package ${SCRATCH_DIR}/unpacked/*)
+
+set(example ${SCRATCH_DIR}/geometry-list)
+run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/examples/geometry-list -B ${example} -G Ninja --toolchain ${TOOLCHAIN}
+    -Dvireo_DIR=${package}/lib/cmake/vireo)
+run(${CMAKE_COMMAND} --build ${example})
+
+string(REPLACE "/" "\\" dlls "Z:${package}/bin")
+set(ENV{WINEPATH} ${dlls})
+make_picture(${example}/picture.png ${example}/geometry-list.exe ${example}/picture.png)
+
+set(ENV{WINEPATH} "")
+file(WRITE ${SCRATCH_DIR}/columns.csv "1\n3\n2\n")
+make_picture(${SCRATCH_DIR}/pictures/01-columns.csv.png
+    ${package}/bin/vireo-view.exe --pictures ${SCRATCH_DIR}/pictures ${SCRATCH_DIR}/columns.csv)
