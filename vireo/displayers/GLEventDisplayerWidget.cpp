@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "tavo/base/debug/displayException.h"
+#include "tavo/base/debug/translateFaults.h"
 #include "tavo/base/gui/Camera.h"
 #include "tavo/base/gui/ExaminerCameraController.h"
 #include "tavo/base/gui/WidgetPicture.h"
@@ -123,7 +124,7 @@ private:
 } // namespace
 
 // The view. It owns the object it shows, and a context for it.
-class GLEventDisplayerWidget::MyGLWidget : public QGLWidget
+class Q_DECL_HIDDEN GLEventDisplayerWidget::MyGLWidget : public QGLWidget
 {
 public:
     explicit MyGLWidget(QWidget* parent);
@@ -402,7 +403,7 @@ void GLEventDisplayerWidget::setGLEventObject(GLEventObject* object, bool update
     runGuarded([&] {
         SentObject sent{std::unique_ptr<GLEventObject>(object), updateExisting};
         if (m_GlWidget->numUses() == 0) {
-            take(std::move(sent));
+            take(sent);
             return;
         }
         m_WaitingObjects.push_back(std::move(sent));
@@ -417,18 +418,21 @@ void GLEventDisplayerWidget::takeWaiting()
         setGLEventObject(sent.object.release(), sent.updateExisting);
 }
 
-void GLEventDisplayerWidget::take(SentObject sent)
+void GLEventDisplayerWidget::take(SentObject& sent)
 {
-    const GLEventObject* const current = m_GlWidget->getObject();
-    if (current && sent.updateExisting && current->getInstanceClass() == sent.object->getInstanceClass())
-        updateObject(std::move(sent.object));
-    else
-        replaceObject(std::move(sent.object));
+    // Out of reach of a fault in an object's code, which passes over destructors.
+    const InUse inUse(m_GlWidget->numUses());
+    translateFaults([&] {
+        const GLEventObject* const current = m_GlWidget->getObject();
+        if (current && sent.updateExisting && current->getInstanceClass() == sent.object->getInstanceClass())
+            updateObject(sent.object);
+        else
+            replaceObject(sent.object);
+    });
 }
 
-void GLEventDisplayerWidget::updateObject(std::unique_ptr<GLEventObject> newer)
+void GLEventDisplayerWidget::updateObject(std::unique_ptr<GLEventObject>& newer)
 {
-    const InUse inUse(m_GlWidget->numUses());
     GLEventObject* const current = m_GlWidget->getObject();
     const bool sameBox = newer->getBoundingBox() == current->getBoundingBox();
     current->updateData(newer.get());
@@ -438,9 +442,8 @@ void GLEventDisplayerWidget::updateObject(std::unique_ptr<GLEventObject> newer)
     changed();
 }
 
-void GLEventDisplayerWidget::replaceObject(std::unique_ptr<GLEventObject> object)
+void GLEventDisplayerWidget::replaceObject(std::unique_ptr<GLEventObject>& object)
 {
-    const InUse inUse(m_GlWidget->numUses());
     m_GlWidget->setObject(std::move(object));
     replaceConfigWindow(m_GlWidget->getObject());
     // An object whose box cannot be had is shown all the same.

@@ -20,7 +20,8 @@ class GLEventObject;
 // ExaminerCameraController), a button for the object's configuration panel, and two buttons that step the view's height
 // through 16, 22, 32, 45, 64, 90, 128, 181, 256, 362, 512, 724 and 1024 pixels.
 //
-// What an object throws is reported in the debug output; the widget lives on. The view has a GL context of its own.
+// What an object throws is reported in the debug output, and so, on Windows, is a fault of its code (see
+// translateFaults); the widget lives on. The view has a GL context of its own.
 class VIREO_EXPORT GLEventDisplayerWidget : public QWidget
 {
     Q_OBJECT
@@ -63,10 +64,11 @@ private:
     };
 
     void stepSize(int step);
-    void take(SentObject sent);
+    void take(SentObject& sent);
     void takeWaiting();
-    void updateObject(std::unique_ptr<GLEventObject> newer);
-    void replaceObject(std::unique_ptr<GLEventObject> object);
+    // Both empty the pointer.
+    void updateObject(std::unique_ptr<GLEventObject>& newer);
+    void replaceObject(std::unique_ptr<GLEventObject>& object);
     void replaceConfigWindow(GLEventObject* object);
 
     std::unique_ptr<Ui::GLEventDisplayerWidget> m_Ui;

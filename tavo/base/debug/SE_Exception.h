@@ -4,8 +4,8 @@
 
 namespace tavo {
 
-// An exception of the operating system (an access violation, a division by zero) as a C++ exception, for those who
-// translate the one into the other. The libraries handle it where it comes, and throw none.
+// An exception of the operating system (an access violation, a division by zero) as a C++ exception. translateFaults
+// throws it, and applications may that translate such exceptions themselves.
 class TAVO_BASE_EXPORT SE_Exception
 {
 public:

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <string>
 
 #include "tavo/base/Export.h"
 #include "tavo/base/debug/SE_Exception.h"
+#include "tavo/base/debug/translateFaults.h"
 #include "tavo/base/objects/PException.h"
 
 namespace tavo {
@@ -24,12 +26,13 @@ TAVO_BASE_EXPORT void warning(const std::string& text) noexcept;
 // line that says so. To be called in a catch block.
 TAVO_BASE_EXPORT void displayCurrentException() noexcept;
 
-// Runs a piece of code from which nothing may escape, and reports what it throws. False if it threw.
+// Runs a piece of code from which nothing may escape, and reports what it throws, and its faults as translateFaults
+// does. False if there was anything to report.
 template <typename Code>
 bool runGuarded(Code&& code) noexcept
 {
     try {
-        code();
+        translateFaults(std::ref(code));
         return true;
     } catch (...) {
         displayCurrentException();
