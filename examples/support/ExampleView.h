@@ -16,7 +16,7 @@
 class ExampleView : public QGLWidget
 {
 public:
-    // The first picture that is drawn is also saved, and the program ended, if there is a file name.
+    // If there is a file name, a picture is also saved, and the program ended.
     explicit ExampleView(const QString& pictureFile)
         : m_PictureFile(pictureFile)
     {
@@ -42,8 +42,13 @@ private:
         m_Context->activate();
         beginPicture();
         draw(*m_Context);
-        if (!m_PictureFile.isEmpty())
+        if (m_PictureFile.isEmpty())
+            return;
+        // The first picture may be clipped: some drivers learn a window's size when they have shown it once.
+        if (std::exchange(m_HasPainted, true))
             savePicture();
+        else
+            update();
     }
 
     void beginPicture()
@@ -69,6 +74,7 @@ private:
     }
 
     QString m_PictureFile;
+    bool m_HasPainted = false;
     std::unique_ptr<tavo::GLContext> m_Context;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QImage>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 
 #include "tests/support/Picture.h"
 #include "tests/support/Program.h"
+#include "tests/support/qtWindowSystem.h"
 
 namespace vireo_test {
 
@@ -36,17 +38,16 @@ inline std::string complaints(const Outcome& outcome)
     return text;
 }
 
-// Runs an example in a window of the X server, with Qt's contexts made where VIREO_TEST_WINSYS says.
+// Runs an example in a window of its own, with Qt's contexts made where VIREO_TEST_WINSYS says.
 class ExampleTest : public testing::Test
 {
 protected:
     void SetUp() override
     {
-        if (!m_Environment.contains("DISPLAY"))
+        if (!chooseQtWindowSystem())
             GTEST_SKIP() << "there is no X server: DISPLAY is not set";
+        m_Environment = QProcessEnvironment::systemEnvironment();
         m_Environment.insert("XDG_RUNTIME_DIR", m_Directory.path());
-        m_Environment.insert("QT_QPA_PLATFORM", "xcb");
-        m_Environment.insert("QT_XCB_GL_INTEGRATION", "xcb_" + m_Environment.value("VIREO_TEST_WINSYS", "glx"));
     }
 
     Outcome run(const char* example, const QString& pictureFile) const
@@ -61,8 +62,9 @@ private:
     char* m_Arguments[2] = {m_Name, nullptr};
     int m_NumArguments = 1;
     QCoreApplication m_Application{m_NumArguments, m_Arguments};
-    QTemporaryDir m_Directory;
-    QProcessEnvironment m_Environment = QProcessEnvironment::systemEnvironment();
+    // Where the test runs: on Windows that is the drive with the files that the examples were built with.
+    QTemporaryDir m_Directory{QDir::currentPath() + "/example-XXXXXX"};
+    QProcessEnvironment m_Environment;
 };
 
 } // namespace vireo_test

@@ -19,9 +19,9 @@ namespace vireo_test {
 // bound buffer, the name given to it by namePointer, or else "ptr". What a call makes itself (GLU calls GL, Cg calls
 // GL) is not recorded; what the test makes is.
 //
-// Calls are caught by symbol interposition: the program itself defines the functions of GL 1.1, GLU, WGL and Cg, and
-// wglGetProcAddress hands out recording entry points. LinkedCalls.cpp, EntryPoints.cpp and CgCalls.cpp list what is
-// known; other functions work, but are not recorded.
+// Functions of GL 1.1, GLU, WGL and Cg are replaced (replaceFunction.h), and wglGetProcAddress hands out recording
+// entry points. LinkedCalls.cpp, EntryPoints.cpp and CgCalls.cpp list what is known; other functions work, but are not
+// recorded.
 class CallRecorder
 {
 public:

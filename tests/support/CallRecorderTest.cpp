@@ -9,6 +9,7 @@
 #include "tests/support/CallFormats.h"
 #include "tests/support/EntryPoints.h"
 #include "tests/support/GLTest.h"
+#include "tests/support/libraryFunction.h"
 
 #include <GL/gl.h>
 #include <GL/glext.h>
@@ -24,7 +25,7 @@ using testing::IsEmpty;
 template <typename Function>
 Function* fetch(const char* name, Function*)
 {
-    return reinterpret_cast<Function*>(wglGetProcAddress(name));
+    return reinterpret_cast<Function*>(reinterpret_cast<AnyFunction>(wglGetProcAddress(name)));
 }
 
 #define FETCH(function) fetch(#function, static_cast<decltype(&::function)>(nullptr))

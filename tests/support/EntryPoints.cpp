@@ -28,16 +28,24 @@ std::multiset<std::string>& withheldNames()
     return names;
 }
 
+unsigned int everyEntryPoints = 0;
+
+void endInMissingFunction()
+{
+    std::fputs("EveryEntryPoint - a function was called that the driver does not have\n", stderr);
+    std::abort();
+}
+
 struct EntryPoint
 {
-    PROC recording;
-    void (*setReal)(void (*)());
+    vireo_test::AnyFunction recording;
+    void (*setReal)(vireo_test::AnyFunction);
 };
 
 template <typename Call>
 std::pair<const std::string_view, EntryPoint> entryPoint(const char* name)
 {
-    return {name, {reinterpret_cast<PROC>(&Call::make), &Call::template setReal<void()>}};
+    return {name, {reinterpret_cast<vireo_test::AnyFunction>(&Call::make), &Call::setReal}};
 }
 
 // Only the type of the function is used: the program does not link it.
@@ -132,7 +140,23 @@ const std::unordered_map<std::string_view, EntryPoint>& recordedEntryPoints()
     return entryPoints;
 }
 
+PROC getRecordedEntryPoint(const char* name)
+{
+    const PROC real = vireo_test::RecordedCall<"wglGetProcAddress", decltype(::wglGetProcAddress), Text>::make(name);
+    if (withheldNames().contains(name))
+        return nullptr;
+    if (!real && everyEntryPoints > 0)
+        return reinterpret_cast<PROC>(&endInMissingFunction);
+    const auto known = recordedEntryPoints().find(name);
+    if (!real || known == recordedEntryPoints().end())
+        return real;
+    known->second.setReal(reinterpret_cast<vireo_test::AnyFunction>(real));
+    return reinterpret_cast<PROC>(known->second.recording);
+}
+
 } // namespace
+
+VIREO_REPLACE(wglGetProcAddress, "wglGetProcAddress", getRecordedEntryPoint, 1)
 
 namespace vireo_test {
 
@@ -147,16 +171,14 @@ WithheldEntryPoint::~WithheldEntryPoint()
     withheldNames().erase(withheldNames().find(m_Name));
 }
 
-} // namespace vireo_test
-
-extern "C" __attribute__((visibility("default"))) PROC wglGetProcAddress(const char* name)
+EveryEntryPoint::EveryEntryPoint()
 {
-    const PROC real = vireo_test::RecordedCall<"wglGetProcAddress", decltype(::wglGetProcAddress), Text>::make(name);
-    if (withheldNames().contains(name))
-        return nullptr;
-    const auto known = recordedEntryPoints().find(name);
-    if (!real || known == recordedEntryPoints().end())
-        return real;
-    known->second.setReal(real);
-    return known->second.recording;
+    ++everyEntryPoints;
 }
+
+EveryEntryPoint::~EveryEntryPoint()
+{
+    --everyEntryPoints;
+}
+
+} // namespace vireo_test

@@ -18,4 +18,15 @@ private:
     std::string m_Name;
 };
 
+// While it lives, wglGetProcAddress has an address for every name, as drivers for GLX and EGL have. Where the driver
+// has no such function, the address is that of one that ends the program.
+class EveryEntryPoint
+{
+public:
+    EveryEntryPoint();
+    ~EveryEntryPoint();
+    EveryEntryPoint(const EveryEntryPoint&) = delete;
+    EveryEntryPoint& operator=(const EveryEntryPoint&) = delete;
+};
+
 } // namespace vireo_test

@@ -1,6 +1,6 @@
 #include "tests/support/PictureComparison.h"
 
-#include <cstdlib>
+#include <QByteArray>
 #include <gmock/gmock.h>
 
 namespace vireo_test {
@@ -15,7 +15,7 @@ class PictureComparisonTest : public testing::Test
 protected:
     void SetUp() override
     {
-        unsetenv("VIREO_APPROVE_PICTURES");
+        qunsetenv("VIREO_APPROVE_PICTURES");
         fs::remove_all(m_Folder);
         approve(m_Reference, "square");
     }
@@ -24,9 +24,9 @@ protected:
 
     void approve(const Picture& picture, const std::string& name)
     {
-        setenv("VIREO_APPROVE_PICTURES", "1", 1);
+        qputenv("VIREO_APPROVE_PICTURES", "1");
         EXPECT_TRUE(m_Comparison.matches(picture, name, {}));
-        unsetenv("VIREO_APPROVE_PICTURES");
+        qunsetenv("VIREO_APPROVE_PICTURES");
     }
 
     bool hasFailure(const std::string& file) const { return fs::exists(m_Folder / "failures" / file); }

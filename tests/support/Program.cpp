@@ -4,6 +4,16 @@
 
 namespace vireo_test {
 
+namespace {
+
+// As its text streams wrote them: on Windows each line ends with two characters.
+std::string textOf(QByteArray output)
+{
+    return output.replace("\r\n", "\n").toStdString();
+}
+
+} // namespace
+
 Outcome runProgram(const QString& program, const QStringList& arguments, const QString& workingDirectory,
     const QProcessEnvironment& environment)
 {
@@ -18,7 +28,7 @@ Outcome runProgram(const QString& program, const QStringList& arguments, const Q
         return {};
     }
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-        process.readAllStandardOutput().toStdString(), process.readAllStandardError().toStdString()};
+        textOf(process.readAllStandardOutput()), textOf(process.readAllStandardError())};
 }
 
 } // namespace vireo_test

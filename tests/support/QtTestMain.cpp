@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/QtMessages.h"
+#include "tests/support/qtWindowSystem.h"
 
 namespace {
 
@@ -20,16 +21,6 @@ void skipIfPlatformCannotStart(QtMsgType type, const QMessageLogContext&, const 
     }
 }
 
-// Has Qt make its contexts where VIREO_TEST_WINSYS says, on the X server.
-void chooseWindowSystem()
-{
-    const QByteArray windowSystem = qgetenv("VIREO_TEST_WINSYS");
-    if (windowSystem.isEmpty())
-        return;
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    qputenv("QT_XCB_GL_INTEGRATION", "xcb_" + windowSystem);
-}
-
 } // namespace
 
 // The main function of test programs with widgets.
@@ -40,7 +31,7 @@ int main(int argc, char** argv)
         return RUN_ALL_TESTS();
 
     qInstallMessageHandler(skipIfPlatformCannotStart);
-    chooseWindowSystem();
+    vireo_test::chooseQtWindowSystem();
     const QApplication application(argc, argv);
     vireo_test::watchQtMessages();
     return RUN_ALL_TESTS();

@@ -9,11 +9,15 @@ using vireo_test::CallRecorder;
 using vireo_test::format::numberText;
 using vireo_test::format::quotedText;
 
-void QGLWidget::renderText(double x, double y, double z, const QString& text, const QFont& font)
+// The member function, as it looks to the linker.
+#define RENDER_TEXT "_ZN9QGLWidget10renderTextEdddRK7QStringRK5QFont"
+extern "C" void renderText(QGLWidget*, double, double, double, const QString&, const QFont&) asm(RENDER_TEXT);
+
+namespace {
+
+void recordRenderText(QGLWidget* widget, double x, double y, double z, const QString& text, const QFont& font)
 {
-    using RenderText = void (*)(QGLWidget*, double, double, double, const QString&, const QFont&);
-    static const auto real =
-        reinterpret_cast<RenderText>(dlsym(RTLD_NEXT, "_ZN9QGLWidget10renderTextEdddRK7QStringRK5QFont"));
+    static const auto real = reinterpret_cast<decltype(&recordRenderText)>(vireo_test::libraryFunction(RENDER_TEXT));
 
     if (CallRecorder* recorder = CallRecorder::listening()) {
         const std::string fontText = font == QFont() ? "QFont()" : quotedText(font.toString().toStdString());
@@ -21,5 +25,9 @@ void QGLWidget::renderText(double x, double y, double z, const QString& text, co
                       quotedText(text.toStdString()) + ", " + fontText + ')');
     }
     const CallRecorder::Pause callsOfQt;
-    real(this, x, y, z, text, font);
+    real(widget, x, y, z, text, font);
 }
+
+} // namespace
+
+VIREO_REPLACE(renderText, RENDER_TEXT, recordRenderText, 6)

@@ -1,8 +1,6 @@
 # Tests that do not run on Windows. Each counts as skipped, and its reason stands in left-out-tests.txt of the build folder.
 set(VIREO_LEFT_OUT_TESTS ${PROJECT_BINARY_DIR}/left-out-tests.txt)
 file(WRITE ${VIREO_LEFT_OUT_TESTS} "")
-set(VIREO_NO_RECORDER "the call recorder has no form for Windows yet")
-
 function(vireo_leave_out name reason)
     file(APPEND ${VIREO_LEFT_OUT_TESTS} "${name}: ${reason}\n")
     add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} -E echo "left out on Windows: ${reason}")
@@ -10,8 +8,15 @@ function(vireo_leave_out name reason)
 endfunction()
 
 # The same for a program: the target is there to be told more about, but is not built.
-function(vireo_leave_out_program name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "REASON" "SOURCES")
-    add_library(${name} OBJECT EXCLUDE_FROM_ALL ${arg_SOURCES})
-    vireo_leave_out(${name} "${arg_REASON}")
+function(vireo_leave_out_program name reason)
+    add_library(${name} OBJECT EXCLUDE_FROM_ALL ${ARGN})
+    vireo_leave_out(${name} "${reason}")
 endfunction()
+
+# The programs that vireo_add_test leaves out, and why: VIREO_LEFT_OUT_<program>.
+
+if(NOT VIREO_HAVE_CG)
+    foreach(program shaders_cg_gl_test cg_examples_test cg_fallback_test)
+        vireo_leave_out(${program} "there is no Cg runtime")
+    endforeach()
+endif()

@@ -32,7 +32,7 @@ protected:
             code();
         } catch (const Error& error) {
             const std::string text = error.what();
-            const std::string prefix = directory().string() + "/";
+            const std::string prefix = (directory() / "").string();
             return text.starts_with(prefix) ? text.substr(prefix.size()) : text;
         }
         return {};
@@ -43,11 +43,12 @@ protected:
     bool useDecimalComma() const
     {
         const char* const locale = "de_DE.UTF-8";
-        if (std::setlocale(LC_NUMERIC, locale))
+        const char* const localeOnWindows = "German_Germany";
+        if (std::setlocale(LC_NUMERIC, locale) || std::setlocale(LC_NUMERIC, localeOnWindows))
             return true;
         const std::string command =
             "localedef -i de_DE -f UTF-8 " + (directory() / locale).string() + " >/dev/null 2>&1";
-        return std::system(command.c_str()) == 0 && setenv("LOCPATH", directory().c_str(), 1) == 0 &&
+        return std::system(command.c_str()) == 0 && qputenv("LOCPATH", m_Directory.path().toUtf8()) &&
                std::setlocale(LC_NUMERIC, locale);
     }
 

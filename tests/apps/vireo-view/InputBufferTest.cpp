@@ -1,35 +1,13 @@
 #include "apps/vireo-view/InputBuffer.h"
 
 #include <gmock/gmock.h>
-#include <istream>
-#include <iterator>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include "apps/vireo-view/InputError.h"
-#include "tests/apps/vireo-view/FilesTest.h"
+#include "tests/apps/vireo-view/InputBufferTest.h"
 
 namespace vireo_view {
 namespace {
 
 using testing::ElementsAre;
-using LineEnds = InputBuffer::LineEnds;
-
-class InputBufferTest : public FilesTest
-{
-protected:
-    std::string read(const std::filesystem::path& file, LineEnds lineEnds)
-    {
-        InputBuffer buffer(file, lineEnds, nullptr);
-        std::istream stream(&buffer);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
-    std::string errorOpening(const std::filesystem::path& file)
-    {
-        return messageOf<InputError>([&] { InputBuffer(file, LineEnds::AS_THEY_ARE, nullptr); });
-    }
-};
 
 TEST_F(InputBufferTest, HandsOutTheBytesAsTheyAre)
 {
@@ -164,27 +142,6 @@ TEST_F(InputBufferTest, TurnsAwayWhatIsNoFileOfData)
     EXPECT_EQ(errorOpening(write("empty.ply", "")), "empty.ply: is empty");
     std::filesystem::create_directory(directory() / "folder");
     EXPECT_EQ(errorOpening(directory() / "folder"), "folder: is a directory");
-    EXPECT_EQ(errorOpening("/dev/null"), "/dev/null: is not a regular file");
-}
-
-TEST_F(InputBufferTest, DoesNotWaitForAPipe)
-{
-    const auto pipe = directory() / "pipe";
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    EXPECT_EQ(errorOpening(pipe), "pipe: is not a regular file");
-}
-
-TEST_F(InputBufferTest, SaysWhyAFileCannotBeOpened)
-{
-    const auto file = write("secret", "1");
-    std::filesystem::permissions(file, std::filesystem::perms::none);
-    // The superuser may read every file.
-    constexpr uid_t NOBODY = 65534;
-    const uid_t user = geteuid();
-    if (user == 0 && seteuid(NOBODY) != 0)
-        GTEST_SKIP() << "the superuser may read every file, and cannot become another user here";
-    EXPECT_EQ(errorOpening(file), "secret: cannot be opened: Permission denied");
-    ASSERT_EQ(seteuid(user), 0);
 }
 
 } // namespace

@@ -52,7 +52,7 @@ struct NiftiFile
 
 inline void writeCompressed(const std::filesystem::path& file, std::string_view bytes)
 {
-    znzFile stream = znzopen(file.c_str(), "wb", 1);
+    znzFile stream = znzopen(file.string().c_str(), "wb", 1);
     znzwrite(bytes.data(), 1, bytes.size(), stream);
     znzclose(stream);
 }

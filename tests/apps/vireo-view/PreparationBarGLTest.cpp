@@ -1,12 +1,12 @@
 #include <QBoxLayout>
 #include <QGLWidget>
 #include <QScreen>
-#include <QTest>
 #include <QWindow>
 #include <functional>
 #include <gtest/gtest.h>
 
 #include "apps/vireo-view/PreparationBar.h"
+#include "tests/support/userEvents.h"
 
 namespace vireo_view {
 namespace {

@@ -1,7 +1,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QSlider>
 #include <QStyleOptionSlider>
 #include <cmath>
@@ -12,6 +11,11 @@
 
 namespace vireo_view {
 namespace {
+
+using vireo_test::clickKey;
+using vireo_test::clickMouse;
+using vireo_test::dragMouse;
+using vireo_test::SignalCount;
 
 // The panel of a volume whose densities go from 0 to 200, opened by its button.
 class VolumeDisplayerConfigGLTest : public VolumeViewTest
@@ -36,7 +40,7 @@ protected:
 
     void openPanel()
     {
-        QTest::mouseClick(m_Widget->findChild<QPushButton*>("pbConfigure"), Qt::LeftButton);
+        clickMouse(m_Widget->findChild<QPushButton*>("pbConfigure"));
         ASSERT_TRUE(QTest::qWaitForWindowExposed(m_Panel));
     }
 
@@ -59,11 +63,7 @@ protected:
     static void dragHandle(QSlider* slider, int right)
     {
         const QPoint from = handleOf(slider);
-        QTest::mousePress(slider, Qt::LeftButton, {}, from);
-        QMouseEvent move(QEvent::MouseMove, from + QPoint(right, 0), slider->mapToGlobal(from + QPoint(right, 0)),
-            Qt::LeftButton, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(slider, &move);
-        QTest::mouseRelease(slider, Qt::LeftButton, {}, from + QPoint(right, 0));
+        dragMouse(slider, Qt::LeftButton, from, from + QPoint(right, 0));
     }
 
     VolumeDisplayer* m_Displayer;
@@ -87,7 +87,7 @@ TEST_F(VolumeDisplayerConfigGLTest, ShowsTheTransferFunction)
 TEST_F(VolumeDisplayerConfigGLTest, ChangesTheDrawingWhileASliderIsDragged)
 {
     const QImage before = getImage();
-    const QSignalSpy changed(m_Panel, SIGNAL(changed()));
+    const SignalCount changed(m_Panel, &VolumeDisplayerConfig::changed);
     QSlider* const level = slider("slLevel");
     dragHandle(level, level->width() / 4);
     EXPECT_GT(function().getLevel(), 130);
@@ -105,14 +105,14 @@ TEST_F(VolumeDisplayerConfigGLTest, ChangesTheDrawingWhileASliderIsDragged)
 TEST_F(VolumeDisplayerConfigGLTest, ChangesTheDrawingByKeys)
 {
     const QImage before = getImage();
-    QTest::keyClick(slider("slWindow"), Qt::Key_PageDown);
+    clickKey(slider("slWindow"), Qt::Key_PageDown);
     EXPECT_EQ(function().getWindow(), 190);
     EXPECT_EQ(label("lWindowValue"), "190");
     const QImage narrower = getImage();
     EXPECT_NE(narrower, before);
-    QTest::keyClick(slider("slWindow"), Qt::Key_Home);
+    clickKey(slider("slWindow"), Qt::Key_Home);
     EXPECT_EQ(function().getWindow(), 0);
-    QTest::keyClick(slider("slOpacity"), Qt::Key_End);
+    clickKey(slider("slOpacity"), Qt::Key_End);
     EXPECT_EQ(function().getOpacity(), 1);
     EXPECT_EQ(label("lOpacityValue"), "100 %");
     EXPECT_NE(getImage(), narrower);
@@ -121,15 +121,15 @@ TEST_F(VolumeDisplayerConfigGLTest, ChangesTheDrawingByKeys)
 TEST_F(VolumeDisplayerConfigGLTest, ChangesTheColours)
 {
     const QImage grey = getImage();
-    QTest::keyClick(m_Panel->findChild<QComboBox*>("cbColourMap"), Qt::Key_Down);
+    clickKey(m_Panel->findChild<QComboBox*>("cbColourMap"), Qt::Key_Down);
     EXPECT_EQ(function().getColourMap(), 1u);
     EXPECT_NE(getImage(), grey);
 }
 
 TEST_F(VolumeDisplayerConfigGLTest, HasTheViewRepaintedAtOnce)
 {
-    const QSignalSpy changed(m_Panel, SIGNAL(changed()));
-    QTest::keyClick(slider("slLevel"), Qt::Key_Right);
+    const SignalCount changed(m_Panel, &VolumeDisplayerConfig::changed);
+    clickKey(slider("slLevel"), Qt::Key_Right);
     EXPECT_EQ(changed.count(), 1);
     EXPECT_NEAR(function().getLevel(), 100.2, 1e-9);
 }
@@ -188,8 +188,8 @@ TEST_F(VolumeDisplayerConfigGLTest, CanBeUsedForVolumesOfOneValueAndOfNone)
         panel->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(panel));
         for (auto* const s : panel->findChildren<QSlider*>()) {
-            QTest::keyClick(s, Qt::Key_End);
-            QTest::keyClick(s, Qt::Key_Home);
+            clickKey(s, Qt::Key_End);
+            clickKey(s, Qt::Key_Home);
         }
         EXPECT_EQ(displayer.getTransferFunction().getOpacity(), 0);
     }

@@ -261,7 +261,7 @@ protected:
         getPicture();
         // Nearer, so that it fills the view.
         for (int i = 0; i < NUM_STEPS_NEARER; ++i)
-            QTest::keyClick(m_View, Qt::Key_Plus);
+            vireo_test::clickKey(m_View, Qt::Key_Plus);
     }
 
     VolumeDisplayer* m_Displayer = nullptr;

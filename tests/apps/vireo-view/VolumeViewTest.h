@@ -2,7 +2,6 @@
 
 #include <QGLWidget>
 #include <QImage>
-#include <QTest>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -10,6 +9,7 @@
 #include "tavo/base/gui/WidgetPicture.h"
 #include "tests/apps/vireo-view/TestVolume.h"
 #include "tests/support/Picture.h"
+#include "tests/support/userEvents.h"
 #include "vireo/context/Library.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 
@@ -72,10 +72,7 @@ protected:
     void drag(int right, int down)
     {
         const QPoint middle(VIEW_SIZE / 2, VIEW_SIZE / 2);
-        QTest::mousePress(m_View, Qt::LeftButton, {}, middle);
-        QMouseEvent move(QEvent::MouseMove, middle + QPoint(right, down), Qt::LeftButton, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(m_View, &move);
-        QTest::mouseRelease(m_View, Qt::LeftButton, {}, middle + QPoint(right, down));
+        vireo_test::dragMouse(m_View, Qt::LeftButton, middle, middle + QPoint(right, down));
     }
 
     std::unique_ptr<tavo::GLEventDisplayerWidget> m_Widget;

@@ -149,6 +149,22 @@ TEST(VertexDescriptorTest, ConvertsBytesAtAnyOffset)
     EXPECT_THAT(result, ElementsAre(5, 2, 3, 10, 7, 8));
 }
 
+TEST(VertexDescriptorTest, ConvertsAttributesOfAnySize)
+{
+    for (unsigned int numComponents = 1; numComponents <= 9; ++numComponents) {
+        const VertexDescriptor source = layout({{"other", 1, FLOAT}, {"weights", numComponents, FLOAT}});
+        const VertexDescriptor target = layout({{"weights", numComponents, FLOAT}});
+        std::vector<float> vertices;
+        std::vector<float> weights;
+        for (unsigned int i = 0; i < 3 * (numComponents + 1); ++i) {
+            vertices.push_back(static_cast<float>(i));
+            if (i % (numComponents + 1) != 0)
+                weights.push_back(static_cast<float>(i));
+        }
+        EXPECT_EQ(converted(target, source, vertices, 3), weights);
+    }
+}
+
 TEST(VertexDescriptorTest, ConvertsToTheSameLayoutUnchanged)
 {
     const VertexDescriptor same = layout({{"position", 2, FLOAT}, {"normal", 1, FLOAT}});

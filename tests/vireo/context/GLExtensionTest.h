@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
@@ -8,6 +7,7 @@
 
 #include "tests/support/CallRecorder.h"
 #include "tests/support/GLTest.h"
+#include "tests/support/driverVariable.h"
 #include "vireo/context/GLExtensions.h"
 
 namespace tavo {
@@ -36,17 +36,11 @@ protected:
 #include "vireo/context/GLEntryPoints.inc"
     }
 
-    ~GLExtensionTest() override
-    {
-        unsetenv(extensionOverride);
-        unsetenv(versionOverride);
-    }
-
     // Makes the main context on a driver with changed extensions: "+NAME" is listed, known to the driver or not, and
     // "-NAME" is hidden. False if the test is skipped instead.
     [[nodiscard]] bool makeMainContextWithExtensions(const char* changes)
     {
-        setenv(extensionOverride, changes, 1);
+        vireo_test::setDriverVariable(extensionOverride, changes);
         if (!makeMainContext())
             return false;
         const std::string extensions = getDriverString(GL_EXTENSIONS) + ' ';
@@ -62,7 +56,7 @@ protected:
     // The same for a driver whose GL_VERSION begins as given.
     [[nodiscard]] bool makeMainContextOfVersion(const char* version)
     {
-        setenv(versionOverride, version, 1);
+        vireo_test::setDriverVariable(versionOverride, version);
         return makeMainContext() && (getDriverString(GL_VERSION).starts_with(version) || skip(versionOverride));
     }
 

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <vector>
 
+#include "tests/support/EntryPoints.h"
 #include "tests/vireo/context/GLExtensionTest.h"
 #include "vireo/context/GLExtensionLoader.h"
 #include "vireo/context/GLExtensions.h"
@@ -87,7 +88,10 @@ const std::vector<std::string> EXT_FRAMEBUFFER_OBJECT{"glIsRenderbufferEXT", "gl
 
 TEST_F(GLExtensionsGLTest, FetchesTheEntryPointsOfEachExtensionInItsOrder)
 {
-    // A driver that lists them all; of the WGL functions the platform has only the one for the list.
+    // A driver that lists them all, and lacks a few of the WGL functions.
+    const vireo_test::WithheldEntryPoint noVertexArrayRange("wglAllocateMemoryNV");
+    const vireo_test::WithheldEntryPoint noPixelFormat("wglGetPixelFormatAttribivARB");
+    const vireo_test::WithheldEntryPoint noPbuffer("wglCreatePbufferARB");
     if (!makeMainContextWithExtensions(
             "+GL_NV_vertex_program +GL_EXT_vertex_shader +GL_HP_occlusion_test +GL_EXT_compiled_vertex_array "
             "+GL_NV_vertex_array_range +GL_EXT_point_parameters +GL_EXT_texture3D +GL_ARB_vertex_program "
@@ -138,6 +142,7 @@ TEST_F(GLExtensionsGLTest, LoadsFramebufferObjectsEvenWhereTheDriverDoesNotListT
 {
     if (!makeMainContextWithExtensions("-GL_EXT_framebuffer_object -GL_ARB_vertex_buffer_object"))
         return;
+    const vireo_test::EveryEntryPoint whateverIsListed;
     initGLExtensions();
     EXPECT_EQ(glBindBufferARB, nullptr);
     EXPECT_NE(glIsRenderbufferEXT, nullptr);

@@ -1,6 +1,6 @@
 #include "vireo/displayers/GLEventDisplayer.h"
 
-#include <QTest>
+#include <QMetaMethod>
 #include <gmock/gmock.h>
 #include <memory>
 #include <thread>

@@ -4,7 +4,7 @@
 #include <QCheckBox>
 #include <QFrame>
 #include <QLayout>
-#include <QSignalSpy>
+#include <QMetaMethod>
 #include <QTimer>
 #include <cmath>
 #include <gmock/gmock.h>
@@ -17,6 +17,7 @@
 #include "tavo/base/objects/MetaClass.h"
 #include "tavo/points/PointSet.h"
 #include "tests/support/CallRecorder.h"
+#include "tests/support/userEvents.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLGraphDisplayerConfig.h"
 #include "vireo/displayers/GLPointCloudDisplayer.h"
@@ -25,6 +26,7 @@ namespace tavo {
 namespace {
 
 using testing::ElementsAre;
+using vireo_test::SignalCount;
 
 using Colour = StaticVector<unsigned char, 4>;
 using Vector2f = StaticVector<float, 2>;
@@ -89,6 +91,19 @@ TEST(GLGraphDisplayerTest, HasTheBoxOfAllPointsOfAllGraphs)
     EXPECT_EQ(displayer.getBoundingBox(), Box({-7.0f, -1.0f, 4.0f}, {3.0f, 5.0f, 9.0f}));
 }
 
+TEST(GLGraphDisplayerTest, HasTheBoxOfItsGraphsAfterEveryChange)
+{
+    GLGraphDisplayer displayer;
+    displayer.addGraph(std::vector<Vector3f>{{1.0f, 1.0f, 1.0f}}, RED);
+    EXPECT_EQ(displayer.getBoundingBox(), Box({1.0f, 1.0f, 1.0f}, {1.0f, 1.0f, 1.0f}));
+    displayer.addGraph(std::vector<Vector3f>{{2.0f, 2.0f, 2.0f}}, RED);
+    EXPECT_EQ(displayer.getBoundingBox(), Box({1.0f, 1.0f, 1.0f}, {2.0f, 2.0f, 2.0f}));
+    GLGraphDisplayer newer;
+    newer.addGraph(std::vector<Vector3f>{{3.0f, 3.0f, 3.0f}}, RED);
+    displayer.updateData(&newer);
+    EXPECT_EQ(displayer.getBoundingBox(), Box({3.0f, 3.0f, 3.0f}, {3.0f, 3.0f, 3.0f}));
+}
+
 TEST(GLGraphDisplayerTest, LetsNotANumberReplaceTheMinimumButNotTheMaximum)
 {
     const float nan = std::numeric_limits<float>::quiet_NaN();
@@ -136,6 +151,22 @@ TEST(GLGraphDisplayerTest, CopiesListsAndFlags)
         EXPECT_EQ(other->getColours(), displayer.getColours());
         EXPECT_TRUE(other->getShowCoords());
     }
+}
+
+TEST(GLGraphDisplayerTest, ChangesNoGraphsButItsOwn)
+{
+    GLGraphDisplayer displayer;
+    displayer.addGraph(std::vector<float>{1.0f}, RED);
+    GLGraphDisplayer copy(displayer);
+    GLGraphDisplayer updated;
+    updated.updateData(&displayer);
+    copy.addGraph(std::vector<float>{2.0f}, GREEN);
+    updated.addGraph(std::vector<float>{3.0f}, BLUE);
+    EXPECT_EQ(displayer.getGraphs().size(), 1u);
+    ASSERT_EQ(copy.getGraphs().size(), 2u);
+    EXPECT_THAT(copy.getGraphs()[1], ElementsAre(Vector3f(0.0f, 2.0f, 0.0f)));
+    ASSERT_EQ(updated.getGraphs().size(), 2u);
+    EXPECT_THAT(updated.getGraphs()[1], ElementsAre(Vector3f(0.0f, 3.0f, 0.0f)));
 }
 
 TEST(GLGraphDisplayerTest, HasAClassRecordWithAFactory)
@@ -189,7 +220,7 @@ TEST(GLGraphDisplayerConfigTest, SwitchesTheAxesAndSaysSoEachTime)
     QWidget parent;
     GLEventConfiguration* const panel = displayer.createConfigWindow(&parent);
     EXPECT_EQ(panel->parentWidget(), &parent);
-    const QSignalSpy changed(panel, SIGNAL(changed()));
+    const SignalCount changed(panel, &GLEventConfiguration::changed);
     auto* const checkBox = panel->findChild<QCheckBox*>("cbShowCoords");
     displayer.setShowCoords(true);
     checkBox->click();
@@ -204,7 +235,7 @@ TEST(GLGraphDisplayerConfigTest, SaysSoEvenForAnotherKindOfObject)
 {
     GLPointCloudDisplayer cloud;
     GLGraphDisplayerConfig panel(nullptr, &cloud);
-    const QSignalSpy changed(&panel, SIGNAL(changed()));
+    const SignalCount changed(&panel, &GLEventConfiguration::changed);
     panel.findChild<QCheckBox*>("cbShowCoords")->click();
     EXPECT_EQ(changed.count(), 1);
     EXPECT_TRUE(cloud.getShowCoords());

@@ -3,17 +3,20 @@
 #include <QCheckBox>
 #include <QFrame>
 #include <QLayout>
-#include <QSignalSpy>
+#include <QMetaMethod>
 #include <gtest/gtest.h>
 #include <memory>
 
 #include "tavo/base/objects/MetaClass.h"
+#include "tests/support/userEvents.h"
 #include "tests/vireo/displayers/TestPointSet.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
 #include "vireo/displayers/GLPointCloudDisplayerConfig.h"
 
 namespace tavo {
 namespace {
+
+using vireo_test::SignalCount;
 
 using Box = BoundingBox<float, 3>;
 
@@ -130,7 +133,7 @@ TEST(GLPointCloudDisplayerConfigTest, SwitchesTheAxesAndSaysSo)
     QWidget parent;
     GLEventConfiguration* const panel = displayer.createConfigWindow(&parent);
     EXPECT_EQ(panel->parentWidget(), &parent);
-    const QSignalSpy changed(panel, SIGNAL(changed()));
+    const SignalCount changed(panel, &GLEventConfiguration::changed);
     auto* const checkBox = panel->findChild<QCheckBox*>("cbShowCoords");
     checkBox->click();
     EXPECT_FALSE(displayer.getShowCoords());
@@ -143,7 +146,7 @@ TEST(GLPointCloudDisplayerConfigTest, SaysSoEvenForAnotherKindOfObject)
 {
     GLGraphDisplayer graphs;
     GLPointCloudDisplayerConfig panel(nullptr, &graphs);
-    const QSignalSpy changed(&panel, SIGNAL(changed()));
+    const SignalCount changed(&panel, &GLEventConfiguration::changed);
     panel.findChild<QCheckBox*>("cbShowCoords")->click();
     EXPECT_EQ(changed.count(), 1);
     EXPECT_FALSE(graphs.getShowCoords());

@@ -1,12 +1,12 @@
 #include <QGLWidget>
 #include <QImage>
-#include <QTest>
 #include <gmock/gmock.h>
 #include <memory>
 #include <string>
 
 #include "tavo/platform/wgl.h"
 #include "tests/support/CallRecorder.h"
+#include "tests/support/userEvents.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/geometry/GLHelper.h"
 

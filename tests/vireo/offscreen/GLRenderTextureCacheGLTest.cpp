@@ -129,6 +129,20 @@ TEST_F(GLRenderTextureCacheGLTest, PassesOverOlderOnesOfOtherKinds)
     EXPECT_EQ(get({.width = 8}), other);
 }
 
+TEST_F(GLRenderTextureCacheGLTest, FindsEachOfManyKinds)
+{
+    constexpr unsigned int numKinds = 100;
+    std::vector<GLRenderTextureFBO*> targets;
+    for (unsigned int i = 0; i < numKinds; ++i)
+        targets.push_back(get({.width = i + 1}));
+    for (GLRenderTextureFBO* const target : targets)
+        give({target});
+    for (const unsigned int i : {99u, 0u, 31u, 32u, 63u, 64u, 95u, 96u, 50u}) {
+        EXPECT_EQ(get({.width = i + 1}), targets[i]) << i;
+        EXPECT_NE(get({.width = i + 1}), targets[i]) << "that one is in use";
+    }
+}
+
 TEST_F(GLRenderTextureCacheGLTest, HandsOutAgainWithoutACallOfGL)
 {
     GLRenderTextureFBO* const target = get({});

@@ -94,7 +94,7 @@ TEST_F(ProgramKindsGLTest, KeepsThePreviousErrorTextInTheCoreProfile)
         using GLShaderARB::GLShaderARB;
         using GLShaderARB::lastError;
     };
-    setenv("MESA_GL_VERSION_OVERRIDE", "3.3FC", 1);
+    vireo_test::setDriverVariable("MESA_GL_VERSION_OVERRIDE", "3.3FC");
     if (!makeMainContext())
         return;
     if (glGetString(GL_EXTENSIONS))
@@ -104,7 +104,8 @@ TEST_F(ProgramKindsGLTest, KeepsThePreviousErrorTextInTheCoreProfile)
     EXPECT_EQ(glGenProgramsARB, nullptr);
 
     const auto fetch = [](auto& entryPoint, const char* name) {
-        entryPoint = reinterpret_cast<std::decay_t<decltype(entryPoint)>>(wglGetProcAddress(name));
+        const auto address = reinterpret_cast<void (*)()>(wglGetProcAddress(name));
+        entryPoint = reinterpret_cast<std::decay_t<decltype(entryPoint)>>(address);
     };
     fetch(glGenProgramsARB, "glGenProgramsARB");
     fetch(glBindProgramARB, "glBindProgramARB");

@@ -1,13 +1,13 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <gmock/gmock.h>
 #include <limits>
 #include <stdexcept>
 
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
+#include "tests/support/driverVariable.h"
 #include "tests/vireo/volume/VolumeTest.h"
 #include "vireo/volume/SliceVolumeRenderer.h"
 
@@ -254,6 +254,34 @@ TEST_F(SliceVolumeRendererGLTest, MapsEverySampleToItsTexelWithoutPadding)
         const std::vector<RGBA> texels = texelsOf(0, 2, static_cast<unsigned int>(z), 5 * 3);
         for (int i = 0; i < 5 * 3; ++i)
             EXPECT_EQ(texels[i], colourOfPlace(i % 5, i / 5, z));
+    }
+}
+
+// Slices across X are fetched several at a time, as many as cache lines have samples of.
+TEST_F(SliceVolumeRendererGLTest, MapsWideVolumesOfAnyChannels)
+{
+    for (const int width : {16, 17, 33, 35}) {
+        for (const unsigned int numOthers : {0u, 4u, 40u}) {
+            VertexDescriptor channels = makeLayout({{"density", 1, FLOAT}});
+            if (numOthers > 0)
+                channels.pushAttrib({"other", numOthers, FLOAT});
+            const auto numSamples = static_cast<unsigned int>(width * 3 * 2);
+            auto samples = std::make_unique<PointSet>(channels, numSamples);
+            for (unsigned int i = 0; i < numSamples; ++i) {
+                const auto code = static_cast<float>(i);
+                std::memcpy(samples->getData() + std::size_t{i} * channels.getSize(), &code, sizeof code);
+            }
+            RegularVolume volume({width, 3, 2}, {{-1, -1, -1}, {1, 1, 1}}, std::move(samples));
+            const auto lowByte = [](void*, const StaticVector<float, 1>& value) {
+                return RGBA(static_cast<int>(value[0]) % 256, 0, 0, 255);
+            };
+            m_Renderer.drawVolume(&volume, ALONG_X, DENSITY, lowByte, nullptr);
+            for (int x = 0; x < width; ++x) {
+                const std::vector<RGBA> texels = texelsOf(0, 0, static_cast<unsigned int>(x), 3 * 2);
+                for (int place = 0; place < 3 * 2; ++place)
+                    EXPECT_EQ(texels[place][0], (x + width * place) % 256) << width << ' ' << numOthers << ' ' << x;
+            }
+        }
     }
 }
 
@@ -586,7 +614,7 @@ protected:
         // The extensions are asked for once in a process.
         if (testing::UnitTest::GetInstance()->test_to_run_count() > 1)
             GTEST_SKIP() << "needs a process of its own";
-        setenv("MESA_EXTENSION_OVERRIDE", "-GL_ARB_texture_non_power_of_two", 1);
+        vireo_test::setDriverVariable("MESA_EXTENSION_OVERRIDE", "-GL_ARB_texture_non_power_of_two");
         SliceVolumeRendererGLTest::SetUp();
         const std::string extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
         if (extensions.find("GL_ARB_texture_non_power_of_two") != std::string::npos)

@@ -3,9 +3,10 @@
 #include <QApplication>
 #include <QPushButton>
 #include <QScreen>
-#include <QTest>
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
+
+#include "tests/support/userEvents.h"
 
 namespace tavo {
 namespace {
@@ -66,7 +67,7 @@ TEST_F(PopupWindowTest, GoesAwayWhenThePersonClicksElsewhere)
     showParent();
     m_Popup.popup(&m_Anchor);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_Popup));
-    QTest::mouseClick(&m_Popup, Qt::LeftButton, Qt::NoModifier, QPoint(-50, -50));
+    vireo_test::clickMouse(&m_Popup, QPoint(-50, -50));
     EXPECT_FALSE(m_Popup.isVisible());
 }
 

@@ -1,0 +1,74 @@
+# cmake -DLIBRARY=<.so or import library> -DLIST=<file> -DNM=<nm> -DCXXFILT=<c++filt> [-DLEFT_OUT=<class>] [-DUPDATE=ON]
+#       -P compareExports.cmake
+# Fails unless a library exports exactly the names in a list, in which those of a class may be left out; or writes the list.
+
+# The exported names, mangled: those of an import library are the ones with a prefix, of a shared object those in its
+# dynamic symbol table.
+function(get_exported_symbols result)
+    if(LIBRARY MATCHES "\\.dll\\.a$")
+        set(mode)
+        set(prefix " __imp_")
+    else()
+        set(mode --dynamic)
+        set(prefix " ")
+    endif()
+    execute_process(COMMAND ${NM} ${mode} --defined-only ${LIBRARY}
+        OUTPUT_VARIABLE symbols ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY)
+    string(REGEX MATCHALL "${prefix}_Z[^\n]*" symbols "${symbols}")
+    list(TRANSFORM symbols REPLACE "^${prefix}" "")
+    set(${result} "${symbols}" PARENT_SCOPE)
+endfunction()
+
+# The names as they are written in C++, without what only one platform has: virtual tables' thunks, names of types, the
+# libraries' own instances of function templates, what Qt hides where it can. std::size_t is unsigned long or unsigned long long.
+function(get_public_names result)
+    get_exported_symbols(symbols)
+    set(file ${LIBRARY}.symbols)
+    list(JOIN symbols "\n" lines)
+    file(WRITE ${file} "${lines}\n")
+    execute_process(COMMAND ${CXXFILT} INPUT_FILE ${file} OUTPUT_VARIABLE names COMMAND_ERROR_IS_FATAL ANY)
+    file(REMOVE ${file})
+    string(REPLACE "long long" "long" names "${names}")
+    string(REGEX REPLACE "([0-9])ull" "\\1ul" names "${names}")
+    string(REGEX REPLACE "\n$" "" names "${names}")
+    string(REPLACE "\n" ";" names "${names}")
+    list(FILTER names INCLUDE REGEX "^(vtable for |typeinfo for )?tavo::")
+    list(FILTER names EXCLUDE REGEX "::qt_static_metacall\\(")
+    list(REMOVE_DUPLICATES names)
+    set(${result} "${names}" PARENT_SCOPE)
+endfunction()
+
+function(report names what)
+    if(names)
+        list(JOIN names "\n    " lines)
+        message(SEND_ERROR "${what}\n    ${lines}\n"
+            "If that is meant, build the target update-exports and look at what has changed.")
+    endif()
+endfunction()
+
+get_public_names(exported)
+set(listed)
+if(EXISTS ${LIST})
+    file(STRINGS ${LIST} listed)
+endif()
+set(left_out)
+if(LEFT_OUT)
+    set(left_out ${listed})
+    list(FILTER left_out INCLUDE REGEX "${LEFT_OUT}")
+    list(FILTER listed EXCLUDE REGEX "${LEFT_OUT}")
+endif()
+
+if(UPDATE)
+    list(APPEND exported ${left_out})
+    list(SORT exported)
+    list(JOIN exported "\n" lines)
+    file(WRITE ${LIST} "${lines}\n")
+    return()
+endif()
+
+set(new ${exported})
+list(REMOVE_ITEM new ${listed})
+set(missing ${listed})
+list(REMOVE_ITEM missing ${exported})
+report("${new}" "${LIBRARY} exports what ${LIST} does not list:")
+report("${missing}" "${LIBRARY} does not export what ${LIST} lists:")

@@ -1,0 +1,19 @@
+#include "tests/support/qtWindowSystem.h"
+
+#include <QByteArray>
+
+namespace vireo_test {
+
+bool chooseQtWindowSystem()
+{
+    const QByteArray windowSystem = qgetenv("VIREO_TEST_WINSYS");
+    if (windowSystem == "wgl")
+        return true;
+    if (!windowSystem.isEmpty()) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+        qputenv("QT_XCB_GL_INTEGRATION", "xcb_" + windowSystem);
+    }
+    return qEnvironmentVariableIsSet("DISPLAY");
+}
+
+} // namespace vireo_test

@@ -1,0 +1,7 @@
+#include <new>
+
+#include "replaceFunction.h"
+
+// A DLL calls the operator new of its C++ runtime, whatever the program defines: with this, the program's, too.
+
+static const vireo_test::ReplacedImport newOfEveryDLL("_Znwy", static_cast<void* (*)(std::size_t)>(&operator new));
