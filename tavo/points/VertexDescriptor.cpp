@@ -24,6 +24,20 @@ bool haveSameType(const VertexAttribDescriptor& a, const VertexAttribDescriptor&
     return a.getType() == b.getType() || (a.isFloat() && b.isFloat());
 }
 
+// Most runs are a few floats: a copy whose size the compiler knows is much quicker than a call of memcpy.
+void copyRun(const CopyRun& run, const unsigned char* from, unsigned char* to)
+{
+    from += run.sourceOffset;
+    to += run.targetOffset;
+    switch (run.size) {
+    case 4: std::memcpy(to, from, 4); break;
+    case 8: std::memcpy(to, from, 8); break;
+    case 12: std::memcpy(to, from, 12); break;
+    case 16: std::memcpy(to, from, 16); break;
+    default: std::memcpy(to, from, run.size); break;
+    }
+}
+
 void append(std::vector<CopyRun>& runs, const CopyRun& run)
 {
     if (!runs.empty()) {
@@ -118,7 +132,7 @@ void VertexDescriptor::convertVertices(const VertexDescriptor& target, const Ver
     unsigned char* to = result.data();
     for (unsigned int vertex = 0; vertex < count; ++vertex) {
         for (const CopyRun& run : runs)
-            std::memcpy(to + run.targetOffset, from + run.sourceOffset, run.size);
+            copyRun(run, from, to);
         from += source.getSize();
         to += target.getSize();
     }

@@ -18,8 +18,6 @@ namespace tavo {
 
 namespace {
 
-using Points = std::vector<StaticVector<float, 3>>;
-
 void grow(StaticVector<float, 3>& min, StaticVector<float, 3>& max, const StaticVector<float, 3>& point)
 {
     for (unsigned int axis = 0; axis < 3; ++axis) {
@@ -36,7 +34,8 @@ void grow(StaticVector<float, 3>& min, StaticVector<float, 3>& max, const Static
 MetaClass* GLGraphDisplayer::GLGraphDisplayerMetaClass = nullptr;
 
 GLGraphDisplayer::GLGraphDisplayer()
-    : m_Reserved(false)
+    : m_Graphs(std::make_shared<std::vector<Points>>())
+    , m_Reserved(false)
     , m_ShowCoords(false)
 {}
 
@@ -80,8 +79,7 @@ void GLGraphDisplayer::addGraph(const std::vector<float>& values, StaticVector<u
     points.reserve(values.size());
     for (std::size_t i = 0; i < values.size(); ++i)
         points.emplace_back(static_cast<float>(i) / n, values[i], 0.0f);
-    m_Graphs.push_back(std::move(points));
-    m_Colours.push_back(colour);
+    append(std::move(points), colour);
 }
 
 void GLGraphDisplayer::addGraph(
@@ -91,27 +89,41 @@ void GLGraphDisplayer::addGraph(
     inSpace.reserve(points.size());
     for (const StaticVector<float, 2>& point : points)
         inSpace.emplace_back(point[0], point[1], 0.0f);
-    m_Graphs.push_back(std::move(inSpace));
-    m_Colours.push_back(colour);
+    append(std::move(inSpace), colour);
 }
 
 void GLGraphDisplayer::addGraph(
     const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour)
 {
-    m_Graphs.push_back(points);
+    append(points, colour);
+}
+
+void GLGraphDisplayer::append(Points graph, const StaticVector<unsigned char, 4>& colour)
+{
+    if (m_Graphs.use_count() > 1)
+        m_Graphs = std::make_shared<std::vector<Points>>(*m_Graphs);
+    m_Graphs->push_back(std::move(graph));
     m_Colours.push_back(colour);
+    m_BoundingBox.reset();
 }
 
 BoundingBox<float, 3> GLGraphDisplayer::getBoundingBox()
 {
+    if (!m_BoundingBox)
+        m_BoundingBox = computeBoundingBox();
+    return *m_BoundingBox;
+}
+
+BoundingBox<float, 3> GLGraphDisplayer::computeBoundingBox() const
+{
     const auto first =
-        std::find_if(m_Graphs.begin(), m_Graphs.end(), [](const Points& points) { return !points.empty(); });
-    if (first == m_Graphs.end())
+        std::find_if(m_Graphs->begin(), m_Graphs->end(), [](const Points& points) { return !points.empty(); });
+    if (first == m_Graphs->end())
         return {{0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}};
 
     StaticVector<float, 3> min = first->front();
     StaticVector<float, 3> max = min;
-    for (const Points& points : m_Graphs)
+    for (const Points& points : *m_Graphs)
         for (const StaticVector<float, 3>& point : points)
             grow(min, max, point);
     return {min, max};
@@ -122,10 +134,10 @@ void GLGraphDisplayer::drawGL(QGLWidget*, Camera&)
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_LIGHTING);
-    for (std::size_t i = 0; i < m_Graphs.size(); ++i) {
+    for (std::size_t i = 0; i < m_Graphs->size(); ++i) {
         glColor4ubv(checkedAt(m_Colours, i).data());
         glBegin(GL_LINE_STRIP);
-        for (const StaticVector<float, 3>& point : m_Graphs[i])
+        for (const StaticVector<float, 3>& point : (*m_Graphs)[i])
             glVertex3fv(point.data());
         glEnd();
     }
@@ -144,9 +156,9 @@ GLEventConfiguration* GLGraphDisplayer::createConfigWindow(QWidget* parent)
 void GLGraphDisplayer::updateData(GLEventObject* newer)
 {
     if (const auto* graphs = dynamic_cast<GLGraphDisplayer*>(newer)) {
-        GLGraphDisplayer copy(*graphs);
-        std::swap(m_Graphs, copy.m_Graphs);
-        std::swap(m_Colours, copy.m_Colours);
+        m_Colours = graphs->m_Colours;
+        m_Graphs = graphs->m_Graphs;
+        m_BoundingBox = graphs->m_BoundingBox;
     }
 }
 

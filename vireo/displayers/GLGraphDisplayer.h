@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -49,7 +51,7 @@ public:
     // Takes over the graphs and colours of another GLGraphDisplayer; anything else is ignored.
     void updateData(GLEventObject* newer) override;
 
-    const std::vector<std::vector<StaticVector<float, 3>>>& getGraphs() const { return m_Graphs; }
+    const std::vector<std::vector<StaticVector<float, 3>>>& getGraphs() const { return *m_Graphs; }
     const std::vector<StaticVector<unsigned char, 4>>& getColours() const { return m_Colours; }
 
     bool getShowCoords() const { return m_ShowCoords; }
@@ -64,13 +66,21 @@ public:
     static MetaClass* GLGraphDisplayerMetaClass;
 
 private:
+    using Points = std::vector<StaticVector<float, 3>>;
+
     static Object* newInstance();
 
     template <typename Graph>
     void addGraphs(const std::vector<Graph>& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours);
 
-    std::vector<std::vector<StaticVector<float, 3>>> m_Graphs;
+    void append(Points graph, const StaticVector<unsigned char, 4>& colour);
+    BoundingBox<float, 3> computeBoundingBox() const;
+
+    // Never null. Copies share the graphs until one of them gets another one.
+    std::shared_ptr<std::vector<Points>> m_Graphs;
     std::vector<StaticVector<unsigned char, 4>> m_Colours;
+    // Computed when it is asked for, and kept until there is another graph.
+    std::optional<BoundingBox<float, 3>> m_BoundingBox;
     // Copied with the object, and read by nothing.
     bool m_Reserved;
     bool m_ShowCoords;

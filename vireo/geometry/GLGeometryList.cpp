@@ -18,16 +18,6 @@ void pushFloats(VertexDescriptor& layout, const std::string& name, unsigned int 
     layout.pushAttrib({name, components, VertexAttribDescriptor::TYPE_FLOAT});
 }
 
-// The layout that the recorded vertices are read in: deliberately not the one they are written in, which has the colour
-// before the normal. Compiled normals are recorded colours, and the reverse.
-VertexDescriptor recordedLayout()
-{
-    VertexDescriptor layout;
-    for (const char* name : {"position", "normal", "color", "texcoord"})
-        pushFloats(layout, name, 4);
-    return layout;
-}
-
 } // namespace
 
 GLGeometryList::GLGeometryList(GLContext* context)
@@ -49,14 +39,14 @@ void GLGeometryList::end()
 {
     m_InsideBegin = false;
     const unsigned int first = m_Primitives.empty() ? 0 : m_Primitives.back().first + m_Primitives.back().count;
-    m_Primitives.push_back({m_Mode, first, static_cast<unsigned int>(m_Vertices.size()) - first});
+    m_Primitives.push_back({m_Mode, first, m_NumVertices - first});
 }
 
 void GLGeometryList::vertex3f(float x, float y, float z)
 {
-    m_Current.position = {x, y, z, 1};
-    m_NumPositionComponents = std::max(m_NumPositionComponents, 3u);
-    m_Vertices.push_back(m_Current);
+    m_Position = {x, y, z, 1};
+    use(m_NumPositionComponents, 3);
+    record();
 }
 
 void GLGeometryList::vertex3fv(const float* v)
@@ -66,8 +56,8 @@ void GLGeometryList::vertex3fv(const float* v)
 
 void GLGeometryList::color3f(float r, float g, float b)
 {
-    m_Current.color = {r, g, b, 1};
-    m_NumColorComponents = std::max(m_NumColorComponents, 3u);
+    m_Color = {r, g, b, 1};
+    use(m_NumColorComponents, 3);
 }
 
 void GLGeometryList::color3fv(const float* v)
@@ -77,8 +67,8 @@ void GLGeometryList::color3fv(const float* v)
 
 void GLGeometryList::color4f(float r, float g, float b, float a)
 {
-    m_Current.color = {r, g, b, a};
-    m_NumColorComponents = std::max(m_NumColorComponents, 4u);
+    m_Color = {r, g, b, a};
+    use(m_NumColorComponents, 4);
 }
 
 void GLGeometryList::color4fv(const float* v)
@@ -88,8 +78,8 @@ void GLGeometryList::color4fv(const float* v)
 
 void GLGeometryList::normal3f(float x, float y, float z)
 {
-    m_Current.normal = {x, y, z, 0};
-    m_NumNormalComponents = std::max(m_NumNormalComponents, 3u);
+    m_Normal = {x, y, z, 0};
+    use(m_NumNormalComponents, 3);
 }
 
 void GLGeometryList::normal3fv(const float* v)
@@ -99,8 +89,8 @@ void GLGeometryList::normal3fv(const float* v)
 
 void GLGeometryList::texCoord2f(float s, float t)
 {
-    m_Current.texCoord = {s, t, 0, 0};
-    m_NumTexCoordComponents = std::max(m_NumTexCoordComponents, 2u);
+    m_TexCoord = {s, t, 0, 0};
+    use(m_NumTexCoordComponents, 2);
 }
 
 void GLGeometryList::texCoord2fv(const float* v)
@@ -110,13 +100,51 @@ void GLGeometryList::texCoord2fv(const float* v)
 
 void GLGeometryList::texCoord4f(float s, float t, float r, float q)
 {
-    m_Current.texCoord = {s, t, r, q};
-    m_NumTexCoordComponents = std::max(m_NumTexCoordComponents, 4u);
+    m_TexCoord = {s, t, r, q};
+    use(m_NumTexCoordComponents, 4);
 }
 
 void GLGeometryList::texCoord4fv(const float* v)
 {
     texCoord4f(v[0], v[1], v[2], v[3]);
+}
+
+void GLGeometryList::use(unsigned int& numComponents, unsigned int numUsed)
+{
+    if (numComponents < numUsed)
+        widen(numComponents, numUsed);
+}
+
+// The vertices so far get zeros for components that they had no use for.
+void GLGeometryList::widen(unsigned int& numComponents, unsigned int numUsed)
+{
+    if (m_NumVertices == 0) {
+        numComponents = numUsed;
+        return;
+    }
+    const VertexDescriptor narrow = usedLayout();
+    numComponents = numUsed;
+    VertexDescriptor::convertVertices(usedLayout(), narrow, m_Vertices.data(), m_NumVertices, m_Vertices);
+}
+
+// Deliberately exchanges colour and normal.
+void GLGeometryList::record()
+{
+    std::array<float, 16> vertex;
+    float* end = vertex.data();
+    // Copies of four floats are the quick ones; the next one covers what is not used.
+    const auto append = [&end](const Attribute& attribute, unsigned int numComponents) {
+        std::copy_n(attribute.data(), attribute.size(), end);
+        end += numComponents;
+    };
+    append(m_Position, m_NumPositionComponents);
+    append(m_Color, m_NumNormalComponents);
+    append(m_Normal, m_NumColorComponents);
+    append(m_TexCoord, m_NumTexCoordComponents);
+
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(vertex.data());
+    m_Vertices.insert(m_Vertices.end(), bytes, reinterpret_cast<const unsigned char*>(end));
+    ++m_NumVertices;
 }
 
 VertexDescriptor GLGeometryList::usedLayout() const
@@ -137,23 +165,18 @@ void GLGeometryList::compile(GLContext* context, bool mappingFlag)
     if (m_NumPositionComponents == 0)
         return;
 
-    const auto count = static_cast<unsigned int>(m_Vertices.size());
-    const VertexDescriptor layout = usedLayout();
-    auto buffer = std::make_unique<GLVertexBuffer>(context, layout, GLVertexBuffer::TYPE_DEFAULT);
-    buffer->init(count, GL_STATIC_DRAW_ARB);
+    auto buffer = std::make_unique<GLVertexBuffer>(context, usedLayout(), GLVertexBuffer::TYPE_DEFAULT);
+    buffer->init(m_NumVertices, GL_STATIC_DRAW_ARB);
     buffer->setMappingFlag(mappingFlag);
-
-    std::vector<unsigned char> bytes;
-    VertexDescriptor::convertVertices(layout, recordedLayout(), m_Vertices.data(), count, bytes);
-    buffer->writeToBuffer(bytes.data(), 0, count);
+    buffer->writeToBuffer(m_Vertices.data(), 0, m_NumVertices);
     m_VertexBuffer = buffer.release(); // a second one deliberately takes the place of the first, which stays
 }
 
 void GLGeometryList::execute(GLContext*)
 {
-    if (m_Vertices.empty())
+    if (m_NumVertices == 0)
         return;
-    if (!m_VertexBuffer || m_VertexBuffer->getNumElements() != m_Vertices.size())
+    if (!m_VertexBuffer || m_VertexBuffer->getNumElements() != m_NumVertices)
         throw PException("GLGeometryList::execute() - not compiled");
     m_VertexBuffer->bind();
     for (const Primitive& primitive : m_Primitives)

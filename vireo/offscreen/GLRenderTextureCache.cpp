@@ -1,6 +1,7 @@
 #include "vireo/offscreen/GLRenderTextureCache.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -28,6 +29,23 @@ unsigned int flagsOf(bool rectangle, bool floatTexture, bool float32, bool depth
     return flags;
 }
 
+// Where the first of a kind stands; behind the last if there is none. Blocks are gone through to their ends, so that
+// the compiler can compare several kinds at once.
+std::size_t positionOf(unsigned int kind, const std::vector<unsigned int>& kinds)
+{
+    constexpr std::size_t BLOCK = 32;
+    std::size_t start = 0;
+    for (; start + BLOCK <= kinds.size(); start += BLOCK) {
+        std::uint32_t isThere = 0;
+        for (std::size_t i = 0; i < BLOCK; ++i)
+            isThere |= kinds[start + i] == kind ? ~0u : 0u;
+        if (isThere != 0)
+            break;
+    }
+    const auto found = std::find(kinds.begin() + static_cast<std::ptrdiff_t>(start), kinds.end(), kind);
+    return static_cast<std::size_t>(found - kinds.begin());
+}
+
 } // namespace
 
 GLRenderTextureCache::GLRenderTextureCache(GLContext* context)
@@ -42,57 +60,68 @@ GLRenderTextureCache::~GLRenderTextureCache()
 GLRenderTextureFBO* GLRenderTextureCache::getRenderTexture(unsigned int width, unsigned int height,
     unsigned int components, bool rectangle, bool floatTexture, bool float32, bool depth, bool stencil)
 {
-    const unsigned int desc = getDesc(width, height, components, rectangle, floatTexture, float32, depth, stencil);
-    const auto available = std::find_if(
-        m_Available.begin(), m_Available.end(), [desc](const Entry& entry) { return entry.second == desc; });
-    if (available != m_Available.end())
-        return reuse(available);
+    const unsigned int kind = getDesc(width, height, components, rectangle, floatTexture, float32, depth, stencil);
+    if (const std::size_t position = positionOf(kind, m_AvailableKinds); position < m_Available.size())
+        return reuse(position);
 
+    return create(width, height, components, flagsOf(rectangle, floatTexture, float32, depth, stencil), kind);
+}
+
+GLRenderTextureFBO* GLRenderTextureCache::create(
+    unsigned int width, unsigned int height, unsigned int components, unsigned int flags, unsigned int kind)
+{
+    reserveForOneMore();
     auto renderTexture = std::make_unique<GLRenderTextureFBO>(m_Context);
-    if (!renderTexture->create(width, height, components, flagsOf(rectangle, floatTexture, float32, depth, stencil)))
+    if (!renderTexture->create(width, height, components, flags))
         return nullptr;
-    m_InUse.emplace_back(renderTexture.get(), desc);
-    renderTexture.release();
+    m_InUse.push_back({renderTexture.release(), kind});
     debugOutput << "num cached render textures: " << std::to_string(m_Available.size() + m_InUse.size()) << "\n";
-    return indexLastInUse();
+    return m_InUse.back().renderTexture;
 }
 
-GLRenderTextureFBO* GLRenderTextureCache::reuse(Entries::iterator available)
+GLRenderTextureFBO* GLRenderTextureCache::reuse(std::size_t position)
 {
-    m_InUse.splice(m_InUse.end(), m_Available, available);
-    return indexLastInUse();
+    const auto offset = static_cast<std::ptrdiff_t>(position);
+    m_InUse.push_back({m_Available[position], m_AvailableKinds[position]});
+    m_Available.erase(m_Available.begin() + offset);
+    m_AvailableKinds.erase(m_AvailableKinds.begin() + offset);
+    return m_InUse.back().renderTexture;
 }
 
-GLRenderTextureFBO* GLRenderTextureCache::indexLastInUse()
+// Has room for all that there are, and another one, in use as well as free: only a new one may find no memory.
+void GLRenderTextureCache::reserveForOneMore()
 {
-    GLRenderTextureFBO* const renderTexture = m_InUse.back().first;
-    m_Index[renderTexture] = std::prev(m_InUse.end());
-    return renderTexture;
+    const std::size_t count = m_InUse.size() + m_Available.size() + 1;
+    m_InUse.reserve(count);
+    m_Available.reserve(count);
+    m_AvailableKinds.reserve(count);
 }
 
 void GLRenderTextureCache::freeRenderTexture(GLRenderTextureFBO* renderTexture)
 {
-    const auto found = m_Index.find(renderTexture);
-    if (found == m_Index.end())
+    // The one that was handed out last comes back first, as a rule.
+    const auto found = std::find_if(m_InUse.rbegin(), m_InUse.rend(),
+        [renderTexture](const Entry& entry) { return entry.renderTexture == renderTexture; });
+    if (found == m_InUse.rend())
         throw PException("GLRenderTextureCache::freeRenderTexture() - not a render texture that was handed out");
-    m_Available.splice(m_Available.end(), m_InUse, found->second);
-    m_Index.erase(found);
+    m_Available.push_back(found->renderTexture);
+    m_AvailableKinds.push_back(found->kind);
+    m_InUse.erase(std::prev(found.base()));
 }
 
 void GLRenderTextureCache::clearUnused()
 {
-    for (const Entry& entry : m_Available)
-        delete entry.first;
+    for (const GLRenderTextureFBO* const renderTexture : m_Available)
+        delete renderTexture;
     m_Available.clear();
+    m_AvailableKinds.clear();
 }
 
 void GLRenderTextureCache::clearAll()
 {
     for (const Entry& entry : m_InUse)
-        delete entry.first;
+        delete entry.renderTexture;
     m_InUse.clear();
-    // What comes back from now on is found not to be handed out.
-    m_Index.clear();
     clearUnused();
 }
 

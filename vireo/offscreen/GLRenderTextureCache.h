@@ -1,8 +1,7 @@
 #pragma once
 
-#include <list>
-#include <map>
-#include <utility>
+#include <cstddef>
+#include <vector>
 
 #include "vireo/Export.h"
 
@@ -63,24 +62,28 @@ public:
     void clearAll();
 
 private:
-    // A render texture and its kind.
-    using Entry = std::pair<GLRenderTextureFBO*, unsigned int>;
-    using Entries = std::list<Entry>;
+    struct Entry
+    {
+        GLRenderTextureFBO* renderTexture;
+        unsigned int kind;
+    };
 
     // The kind, packed.
     unsigned int getDesc(unsigned int width, unsigned int height, unsigned int components, bool rectangle,
         bool floatTexture, bool float32, bool depth, bool stencil);
 
-    // Both return the render texture that is now the last one in use.
-    GLRenderTextureFBO* reuse(Entries::iterator available);
-    GLRenderTextureFBO* indexLastInUse();
+    GLRenderTextureFBO* reuse(std::size_t position);
+    GLRenderTextureFBO* create(
+        unsigned int width, unsigned int height, unsigned int components, unsigned int flags, unsigned int kind);
+    void reserveForOneMore();
 
     GLContext* m_Context;
-    // In the order in which they were handed out, and given back.
-    Entries m_InUse;
-    Entries m_Available;
-    // Where in m_InUse a render texture stands.
-    std::map<GLRenderTextureFBO*, Entries::iterator> m_Index;
+    // In the order in which they were handed out.
+    std::vector<Entry> m_InUse;
+    // In the order in which they were given back. The kinds stand for themselves, close together: a request that runs
+    // past many of them touches nothing else.
+    std::vector<GLRenderTextureFBO*> m_Available;
+    std::vector<unsigned int> m_AvailableKinds;
 };
 
 } // namespace tavo

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
-#include <type_traits>
 #include <utility>
 
 #include "tavo/base/math/checkedAt.h"
@@ -13,6 +12,7 @@
 #include "tavo/points/RegularVolume.h"
 #include "vireo/context/GLExtensionLoader.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/volume/SliceReader.h"
 #include "vireo/volume/volumeSlices.h"
 
 namespace tavo {
@@ -80,18 +80,6 @@ public:
     PlainPixels(const PlainPixels&) = delete;
     PlainPixels& operator=(const PlainPixels&) = delete;
 };
-
-// Calls a generic function with the number of components, 1 to 4, as a constant.
-template <typename Function>
-void withNumComponents(unsigned int numComponents, const Function& function)
-{
-    switch (numComponents) {
-    case 1: function(std::integral_constant<unsigned int, 1>()); break;
-    case 2: function(std::integral_constant<unsigned int, 2>()); break;
-    case 3: function(std::integral_constant<unsigned int, 3>()); break;
-    default: function(std::integral_constant<unsigned int, 4>()); break;
-    }
-}
 
 // What a sample looks like, given what each of its components does: one component as it is, more by their alphas, and
 // with fewer than four, an alpha of 16.
@@ -294,12 +282,11 @@ void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int
     const auto prepareBy = [&](const auto& look) {
         withNumComponents(requireChannel(volume, channelName), [&](auto numComponents) {
             constexpr unsigned int n = numComponents();
+            SliceReader<n> reader(volume, channelName, axis);
             for (int slice = 0; slice < m_Source.extends[axis]; ++slice) {
-                const StaticVector<int, 3> bounds = boundsOfSlice(axis, slice);
-                volume.mapChannelBy<n>(
-                    channelName, bounds, bounds,
-                    [&look](const StaticVector<float, n>& sample) { return colourOf<n>(sample, look); }, texels.data(),
-                    width);
+                reader.mapSlice(
+                    slice, [look](const StaticVector<float, n>& sample) { return colourOf<n>(sample, look); },
+                    texels.data(), width);
                 uploadSlice(names[slice], width, height, texels.data());
                 report(static_cast<unsigned int>(slice) + 1);
             }
@@ -307,7 +294,8 @@ void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int
     };
     const Table& table = m_Tables[channel];
     if (table.colours.empty())
-        prepareBy([this](float value) { return m_Source.mapping(m_Source.userData, StaticVector<float, 1>(value)); });
+        prepareBy([mapping = m_Source.mapping, userData = m_Source.userData](
+                      float value) { return mapping(userData, StaticVector<float, 1>(value)); });
     else
         prepareBy([&table](float value) { return table.look(value); });
 }

@@ -9,6 +9,7 @@
 #include "tavo/base/objects/ClassRecord.h"
 #include "tavo/points/RegularVolume.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/volume/SliceReader.h"
 #include "vireo/volume/volumeSlices.h"
 
 namespace tavo {
@@ -63,41 +64,37 @@ void Tex2dVolumeRenderer::prepareTextures(RegularVolume* volume, StaticVector<fl
 
 void Tex2dVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int axis, const std::string& channel)
 {
-    const unsigned int numComponents = requireChannel(volume, channel);
+    switch (requireChannel(volume, channel)) {
+    case 1: prepareStackBy<1>(volume, axis, channel, channelMapping, mappingUserData); break;
+    case 2: prepareStackBy<2>(volume, axis, channel, mapping2, this); break;
+    case 3: prepareStackBy<3>(volume, axis, channel, mapping3, this); break;
+    default: prepareStackBy<4>(volume, axis, channel, mapping4, this); break;
+    }
+}
+
+template <unsigned int N>
+void Tex2dVolumeRenderer::prepareStackBy(const RegularVolume& volume, unsigned int axis, const std::string& channel,
+    RGBA (*mapping)(void*, const StaticVector<float, N>&), void* userData)
+{
     const StaticVector<int, 3>& extends = volume.getExtends();
     const auto [u, v] = axesAcross(axis);
-    const auto width = static_cast<std::size_t>(extends[u]);
-    const auto height = static_cast<std::size_t>(extends[v]);
-    const std::size_t paddedWidth = paddedSize(extends[u]);
-    const std::size_t paddedHeight = paddedSize(extends[v]);
-    std::vector<RGBA> colours(width * height);
-    std::vector<RGBA> padded(paddedWidth * paddedHeight, NULL_VECTOR4UB);
+    const unsigned int width = paddedSize(extends[u]);
+    const unsigned int height = paddedSize(extends[v]);
+    std::vector<RGBA> padded(std::size_t{width} * height, NULL_VECTOR4UB);
+    SliceReader<N> reader(volume, channel, axis);
     for (int slice = 0; slice < extends[axis]; ++slice) {
-        mapSlice(volume, axis, slice, channel, numComponents, colours);
-        for (std::size_t row = 0; row < height; ++row)
-            std::copy_n(&colours[row * width], width, &checkedAt(padded, row * paddedWidth));
+        reader.mapSlice(
+            slice, [mapping, userData](const StaticVector<float, N>& sample) { return mapping(userData, sample); },
+            &checkedAt(padded, 0), width);
 
         // The image deliberately goes to the texture before the one that is made for the slice.
         setSliceParameters();
-        glTexImage2D(GL_TEXTURE_2D, 0, 4, static_cast<GLsizei>(paddedWidth), static_cast<GLsizei>(paddedHeight), 0,
-            GL_RGBA, GL_UNSIGNED_BYTE, padded.data());
+        glTexImage2D(GL_TEXTURE_2D, 0, 4, static_cast<GLsizei>(width), static_cast<GLsizei>(height), 0, GL_RGBA,
+            GL_UNSIGNED_BYTE, padded.data());
         std::vector<unsigned int>& names = textureNames.back();
         names.push_back(0);
         glGenTextures(1, &names.back());
         glBindTexture(GL_TEXTURE_2D, names.back());
-    }
-}
-
-void Tex2dVolumeRenderer::mapSlice(const RegularVolume& volume, unsigned int axis, int slice,
-    const std::string& channel, unsigned int numComponents, std::vector<RGBA>& colours)
-{
-    const StaticVector<int, 3> bounds = boundsOfSlice(axis, slice);
-    RGBA* const out = colours.data();
-    switch (numComponents) {
-    case 1: volume.mapChannel<1>(channel, bounds, bounds, channelMapping, mappingUserData, out); break;
-    case 2: volume.mapChannel<2>(channel, bounds, bounds, mapping2, this, out); break;
-    case 3: volume.mapChannel<3>(channel, bounds, bounds, mapping3, this, out); break;
-    default: volume.mapChannel<4>(channel, bounds, bounds, mapping4, this, out); break;
     }
 }
 

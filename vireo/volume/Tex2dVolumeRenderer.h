@@ -107,8 +107,9 @@ private:
 
     unsigned char alphaOf(float value) const;
     void prepareStack(const RegularVolume& volume, unsigned int axis, const std::string& channel);
-    void mapSlice(const RegularVolume& volume, unsigned int axis, int slice, const std::string& channel,
-        unsigned int numComponents, std::vector<RGBA>& colours);
+    template <unsigned int N>
+    void prepareStackBy(const RegularVolume& volume, unsigned int axis, const std::string& channel,
+        RGBA (*mapping)(void*, const StaticVector<float, N>&), void* userData);
     void bindSlice(unsigned int axis, unsigned int slice) const;
     void drawSlices(const RegularVolume& volume, unsigned int axis, int direction) const;
 };

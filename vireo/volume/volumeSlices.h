@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 #include <string>
+#include <type_traits>
 
 #include "tavo/base/math/StaticVector.h"
 
@@ -17,6 +18,18 @@ std::array<unsigned int, 2> axesAcross(unsigned int axis);
 
 // The bounds of a slice, for RegularVolume.
 StaticVector<int, 3> boundsOfSlice(unsigned int axis, int slice);
+
+// Calls a generic function with the number of components, 1 to 4, as a constant.
+template <typename Function>
+void withNumComponents(unsigned int numComponents, const Function& function)
+{
+    switch (numComponents) {
+    case 1: function(std::integral_constant<unsigned int, 1>()); break;
+    case 2: function(std::integral_constant<unsigned int, 2>()); break;
+    case 3: function(std::integral_constant<unsigned int, 3>()); break;
+    default: function(std::integral_constant<unsigned int, 4>()); break;
+    }
+}
 
 // The number of components of a channel. Throws PException if there is no channel of that name, or if it cannot be made
 // into textures: it is not of floats, or has more than four components.

@@ -1,0 +1,161 @@
+#include <benchmark/benchmark.h>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <deque>
+
+#include "benchmarks/support/Program.h"
+#include "benchmarks/works.h"
+
+namespace vireo_bench {
+
+namespace {
+
+constexpr unsigned int NUM_DOUBLINGS = 5;
+
+// A work that is done in sizes up to one, each twice the size before.
+struct Growth
+{
+    std::string work;
+    std::size_t largest;
+    std::function<Comparison(std::size_t size)> make;
+
+    std::size_t size(unsigned int numDoublings) const { return largest >> (NUM_DOUBLINGS - numDoublings); }
+};
+
+// The head in a cube of about so many samples, each the nearest of the head's. It lives as long as the program.
+tavo::RegularVolume& cubeOfHead(std::size_t numSamples)
+{
+    static std::deque<tavo::RegularVolume> cubes;
+    const int side = static_cast<int>(std::lround(std::cbrt(numSamples)));
+    const tavo::RegularVolume& from = head();
+    const tavo::StaticVector<int, 3>& extends = from.getExtends();
+    const tavo::PointSet& samples = *from.getPointSet();
+    const std::size_t size = samples.getDescr().getSize();
+    auto scaled = std::make_unique<tavo::PointSet>(samples.getDescr(), static_cast<unsigned int>(side * side * side));
+    unsigned char* to = scaled->getData();
+    for (int z = 0; z < side; ++z)
+        for (int y = 0; y < side; ++y)
+            for (int x = 0; x < side; ++x, to += size) {
+                const int row = z * extends[2] / side * extends[1] + y * extends[1] / side;
+                const int index = row * extends[0] + x * extends[0] / side;
+                std::memcpy(to, samples.getData() + static_cast<std::size_t>(index) * size, size);
+            }
+    return cubes.emplace_back(tavo::StaticVector<int, 3>(side, side, side), from.getBoundingBox(), std::move(scaled));
+}
+
+unsigned int sideOfImage(std::size_t numPixels)
+{
+    return static_cast<unsigned int>(std::lround(std::sqrt(numPixels)));
+}
+
+std::vector<Growth> growths()
+{
+    constexpr std::size_t NUM_CURVES = 10;
+    return {
+        {"prepare a volume's stacks, by samples", 8'365'427,
+            [](std::size_t n) { return prepareBySliceRenderer(withCommas(n) + " samples", cubeOfHead(n)); }},
+        {"draw a volume, by samples", 8'365'427,
+            [](std::size_t n) {
+                return drawVolume(withCommas(n) + " samples", cubeOfHead(n), 512, {0, 1, 0});
+            }},
+        {"draw points, by points", 2'000'000,
+            [](std::size_t n) {
+                const auto count = static_cast<unsigned int>(n);
+                return drawPoints(withCommas(n) + " points", [count] { return randomPoints(count); });
+            }},
+        {"show 10 curves, by samples", 2'000'000, [](std::size_t n) { return showCurves(NUM_CURVES, n / NUM_CURVES); }},
+        {"image into a texture, by pixels", 16'777'216, [](std::size_t n) { return uploadImage(sideOfImage(n)); }},
+        {"render texture from the cache, by free ones before it", 4096, takeRenderTexture},
+        {"record and compile, by vertices", 2'000'000, recordVertices},
+        {"draw a vertex buffer, by vertices", 2'000'000, drawVertexBuffer},
+        {"convert between layouts, by vertices", 2'000'000, convertVertices},
+        {"create and destroy objects, by objects", 320'000, createAndDestroyObjects},
+        {"delete queued names, by names", 320'000, deleteQueuedNames},
+    };
+}
+
+// Says nothing but what went wrong.
+class Quiet : public benchmark::BenchmarkReporter
+{
+public:
+    bool ReportContext(const Context&) override { return true; }
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        for (const Run& run : runs)
+            if (run.error_occurred)
+                std::fprintf(stderr, "%s: %s\n", run.run_name.function_name.c_str(), run.error_message.c_str());
+    }
+};
+
+// The works of a growth, as they were added, in the order of their sizes.
+using Works = std::vector<std::string>;
+
+double secondsOf(const Works& works, unsigned int numDoublings, std::size_t entry)
+{
+    const std::vector<Measurement>& measurements = measurementsOf(works[numDoublings]);
+    return measurements.empty() ? 0 : measurements.at(entry).seconds;
+}
+
+// By what the time is multiplied with each doubling, on the average.
+double factorOf(const Works& works, std::size_t entry)
+{
+    return std::pow(secondsOf(works, NUM_DOUBLINGS, entry) / secondsOf(works, 0, entry), 1.0 / NUM_DOUBLINGS);
+}
+
+void printRow(const Growth& growth, const Works& works)
+{
+    constexpr double MILLISECONDS = 1000;
+    std::printf("| %s | %s to %s | %.3g to %.3g ms | %.2f | %.2f |\n", growth.work.c_str(),
+        withCommas(growth.size(0)).c_str(), withCommas(growth.largest).c_str(), MILLISECONDS * secondsOf(works, 0, 0),
+        MILLISECONDS * secondsOf(works, NUM_DOUBLINGS, 0), factorOf(works, 0), factorOf(works, 1));
+}
+
+// A block for gnuplot: the name, then sizes and seconds of vireo and of the floor.
+void writeData(std::FILE* file, const Growth& growth, const Works& works)
+{
+    std::fprintf(file, "# %s\n", growth.work.c_str());
+    for (unsigned int i = 0; i <= NUM_DOUBLINGS; ++i)
+        std::fprintf(file, "%zu %g %g\n", growth.size(i), secondsOf(works, i, 0), secondsOf(works, i, 1));
+    std::fprintf(file, "\n\n");
+}
+
+} // namespace
+
+} // namespace vireo_bench
+
+// The first argument names the file that the figures for scripts/plot-growth go to; the others are Google Benchmark's.
+int main(int argc, char** argv)
+{
+    using namespace vireo_bench;
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: %s FILE [ARGUMENTS OF GOOGLE BENCHMARK]\n", argv[0]);
+        return 2;
+    }
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> data(std::fopen(argv[1], "w"), std::fclose);
+    if (!data) {
+        std::perror(argv[1]);
+        return 1;
+    }
+    std::swap(argv[0], argv[1]);
+    int numOthers = argc - 1;
+    Program program(numOthers, argv + 1);
+
+    const std::vector<Growth> all = growths();
+    std::vector<Works> worksOfAll(all.size());
+    for (std::size_t i = 0; i < all.size(); ++i)
+        for (unsigned int numDoublings = 0; numDoublings <= NUM_DOUBLINGS; ++numDoublings) {
+            Comparison comparison = all[i].make(all[i].size(numDoublings));
+            worksOfAll[i].push_back(comparison.work);
+            add(std::move(comparison));
+        }
+    Quiet quiet;
+    if (const int status = program.run(quiet))
+        return status;
+    std::printf("| work | size | vireo | vireo, each doubling | floor, each doubling |\n|---|---|---|---|---|\n");
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        printRow(all[i], worksOfAll[i]);
+        writeData(data.get(), all[i], worksOfAll[i]);
+    }
+    return 0;
+}

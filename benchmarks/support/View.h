@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QGLWidget>
+#include <memory>
+
+#include "benchmarks/support/Comparison.h"
+#include "vireo/context/GLContext.h"
+
+namespace vireo_bench {
+
+// The window that contestants draw into, as an application would have it: a widget of Qt's, whose context is wrapped in
+// a GLContext. There is one, and it is never painted by Qt itself.
+class View : public QGLWidget
+{
+public:
+    // The view in that size, its context current and active, and GL's state as it is at first.
+    static View& ofSize(int width, int height);
+
+    // The same where nothing is drawn.
+    static tavo::GLContext& context();
+
+    tavo::GLContext& getContext() { return *m_Context; }
+
+    // What was drawn, as RGBA bytes from the lower left corner on.
+    Bytes pixels() const;
+
+protected:
+    void paintEvent(QPaintEvent*) override {}
+    void resizeEvent(QResizeEvent*) override {}
+
+private:
+    View();
+
+    std::unique_ptr<tavo::GLContext> m_Context;
+};
+
+} // namespace vireo_bench

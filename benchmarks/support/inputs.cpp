@@ -1,0 +1,106 @@
+#include "benchmarks/support/inputs.h"
+
+#include <QStandardPaths>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <random>
+
+#include "apps/vireo-view/ExampleData.h"
+#include "apps/vireo-view/FileFormat.h"
+#include "apps/vireo-view/NiftiReader.h"
+#include "apps/vireo-view/PointFileReader.h"
+#include "apps/vireo-view/SceneFitting.h"
+
+namespace vireo_bench {
+
+namespace {
+
+constexpr std::size_t HEAD = 0;
+constexpr std::size_t BUILDING = 1;
+
+// Where scripts/example-data puts what the packages do not put into place themselves.
+std::filesystem::path dataDirectory()
+{
+    if (const char* const directory = std::getenv("VIREO_VIEW_DATA"))
+        return directory;
+    return (QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/vireo-view").toStdString();
+}
+
+std::filesystem::path exampleFile(std::size_t index)
+{
+    return vireo_view::findExample(vireo_view::exampleFiles().at(index), dataDirectory()).path;
+}
+
+bool goOn(double)
+{
+    return true;
+}
+
+} // namespace
+
+tavo::RegularVolume& head()
+{
+    static tavo::RegularVolume volume = vireo_view::readNifti(exampleFile(HEAD), goOn);
+    return volume;
+}
+
+Points randomPoints(unsigned int count)
+{
+    std::mt19937 generator(1); // NOLINT(cert-msc51-cpp): the same numbers each time are wanted
+    const auto coordinate = [&generator] { return static_cast<float>(generator() / 4294967296.0 - 0.5); };
+    Points points(count);
+    for (tavo::StaticVector<float, 3>& point : points)
+        for (unsigned int axis = 0; axis < 3; ++axis)
+            point[axis] = coordinate();
+    return points;
+}
+
+std::unique_ptr<tavo::PointSet> pointSetOf(const Points& points)
+{
+    tavo::VertexDescriptor layout;
+    layout.pushAttrib(tavo::VertexAttribDescriptor("position", 3, tavo::VertexAttribDescriptor::TYPE_FLOAT));
+    auto set = std::make_unique<tavo::PointSet>(layout, static_cast<unsigned int>(points.size()));
+    std::memcpy(set->getData(), points.data(), set->getSizeInBytes());
+    return set;
+}
+
+Points scannedPoints()
+{
+    return vireo_view::fitPoints(vireo_view::readPointFile(exampleFile(BUILDING), vireo_view::FileFormat::PLY, goOn));
+}
+
+tavo::RGBAImage makeImage(unsigned int side)
+{
+    tavo::RGBAImage image(side, side);
+    unsigned int i = 0;
+    for (tavo::RGBAImage::Pixel& pixel : image.getPixels()) {
+        pixel = {static_cast<unsigned char>(i), static_cast<unsigned char>(i >> 8), static_cast<unsigned char>(i >> 16),
+            255};
+        ++i;
+    }
+    return image;
+}
+
+Curves makeCurves(std::size_t count, std::size_t numSamples)
+{
+    Curves curves(count, std::vector<float>(numSamples));
+    for (std::size_t curve = 0; curve < count; ++curve)
+        for (std::size_t i = 0; i < numSamples; ++i) {
+            const double angle = 10 * static_cast<double>((curve + 1) * i) / static_cast<double>(numSamples);
+            curves[curve][i] = 0.4f * static_cast<float>(std::sin(angle));
+        }
+    return curves;
+}
+
+std::vector<Colour> makeColours(std::size_t count)
+{
+    std::vector<Colour> colours;
+    for (std::size_t curve = 0; curve < count; ++curve)
+        colours.emplace_back(static_cast<unsigned char>(255 * curve / count), 255,
+            static_cast<unsigned char>(255 - 255 * curve / count), 255);
+    return colours;
+}
+
+} // namespace vireo_bench

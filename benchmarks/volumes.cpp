@@ -1,0 +1,457 @@
+#include <algorithm>
+#include <array>
+#include <bit>
+
+#include "benchmarks/support/Comparison.h"
+#include "benchmarks/support/View.h"
+#include "benchmarks/support/inputs.h"
+#include "benchmarks/works.h"
+#include "vireo/volume/SliceVolumeRenderer.h"
+
+#include <GL/glu.h>
+
+namespace vireo_bench {
+
+namespace {
+
+using tavo::RegularVolume;
+using tavo::StaticVector;
+using RGBA = RegularVolume::RGBA;
+using Vector = StaticVector<float, 3>;
+using Names = std::vector<GLuint>;
+
+const std::array<Vector, 3> ALONG_EACH_AXIS = {Vector(1, 0, 0), Vector(0, 1, 0), Vector(0, 0, 1)};
+
+// The samples of a volume of one channel, in memory, as bare programs have them.
+const float* samplesOf(const RegularVolume& volume)
+{
+    return reinterpret_cast<const float*>(volume.getPointSet()->getData());
+}
+
+std::size_t numSamplesAlong(const RegularVolume& volume, unsigned int axis)
+{
+    return static_cast<std::size_t>(volume.getExtends()[axis]);
+}
+
+// Which samples a slice across an axis takes: how many side by side and one above the other, and how far apart.
+struct Plane
+{
+    Plane(const RegularVolume& volume, unsigned int axis)
+    {
+        const std::size_t row = numSamplesAlong(volume, 0);
+        const std::array<std::size_t, 3> steps = {1, row, row * numSamplesAlong(volume, 1)};
+        const unsigned int u = axis == 0 ? 1 : 0;
+        const unsigned int v = axis == 2 ? 1 : 2;
+        width = numSamplesAlong(volume, u);
+        height = numSamplesAlong(volume, v);
+        uStep = steps[u];
+        vStep = steps[v];
+        sliceStep = steps[axis];
+    }
+
+    std::size_t width;
+    std::size_t height;
+    std::size_t uStep;
+    std::size_t vStep;
+    std::size_t sliceStep;
+};
+
+// The transfer function of a bare program: called for each sample, as an application hands it to a renderer, or
+// compiled into the loop.
+class CalledFunction
+{
+public:
+    RGBA operator()(float density) { return m_Map(&m_Window, StaticVector<float, 1>(density)); }
+
+private:
+    DensityWindow m_Window;
+    RegularVolume::Mapping<1> volatile m_Map = DensityWindow::map; // not to be seen through by the compiler
+};
+
+class InlinedFunction
+{
+public:
+    RGBA operator()(float density) { return DensityWindow().look(density); }
+};
+
+template <typename Function>
+void colourSlice(const Plane& plane, const float* samples, RGBA* texels, std::size_t rowLength)
+{
+    Function colourOf;
+    for (std::size_t row = 0; row < plane.height; ++row)
+        for (std::size_t column = 0; column < plane.width; ++column)
+            texels[row * rowLength + column] = colourOf(samples[row * plane.vStep + column * plane.uStep]);
+}
+
+void setSliceParameters()
+{
+    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
+}
+
+void uploadSlice(GLint internalFormat, std::size_t width, std::size_t height, const RGBA* texels)
+{
+    glTexImage2D(GL_TEXTURE_2D, 0, internalFormat, static_cast<GLsizei>(width), static_cast<GLsizei>(height), 0,
+        GL_RGBA, GL_UNSIGNED_BYTE, texels);
+}
+
+GLuint newTexture()
+{
+    GLuint name = 0;
+    glGenTextures(1, &name);
+    glBindTexture(GL_TEXTURE_2D, name);
+    return name;
+}
+
+// One texture a slice, of the slice's size.
+template <typename Function>
+void makeStack(const RegularVolume& volume, unsigned int axis, Names& names)
+{
+    const Plane plane(volume, axis);
+    std::vector<RGBA> texels(plane.width * plane.height);
+    for (std::size_t slice = 0; slice < numSamplesAlong(volume, axis); ++slice) {
+        colourSlice<Function>(plane, samplesOf(volume) + slice * plane.sliceStep, texels.data(), plane.width);
+        names.push_back(newTexture());
+        setSliceParameters();
+        uploadSlice(GL_RGBA8, plane.width, plane.height, texels.data());
+    }
+}
+
+// The same in sizes that are powers of two, each image in the texture before the one that is made for it, as
+// Tex2dVolumeRenderer has it.
+template <typename Function>
+void makePaddedStack(const RegularVolume& volume, unsigned int axis, Names& names)
+{
+    const Plane plane(volume, axis);
+    const std::size_t paddedWidth = std::bit_ceil(plane.width);
+    const std::size_t paddedHeight = std::bit_ceil(plane.height);
+    std::vector<RGBA> texels(paddedWidth * paddedHeight, tavo::NULL_VECTOR4UB);
+    for (std::size_t slice = 0; slice < numSamplesAlong(volume, axis); ++slice) {
+        colourSlice<Function>(plane, samplesOf(volume) + slice * plane.sliceStep, texels.data(), paddedWidth);
+        setSliceParameters();
+        uploadSlice(4, paddedWidth, paddedHeight, texels.data());
+        names.push_back(newTexture());
+    }
+}
+
+// A sum over all texels, in which each place counts differently.
+void addTexels(GLuint name, std::uint64_t& sum)
+{
+    GLint width = 0;
+    GLint height = 0;
+    glBindTexture(GL_TEXTURE_2D, name);
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
+    std::vector<std::uint32_t> texels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    if (!texels.empty())
+        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels.data());
+    for (const std::uint32_t texel : texels)
+        sum = sum * 31 + texel;
+}
+
+Bytes checksum(const Names& names)
+{
+    std::uint64_t sum = names.size();
+    for (const GLuint name : names)
+        addTexels(name, sum);
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(&sum);
+    return {bytes, bytes + sizeof sum};
+}
+
+// Makes the three stacks of a volume.
+class Preparation : public Contestant
+{
+public:
+    explicit Preparation(RegularVolume& volume)
+        : m_Volume(volume)
+    {}
+    void prepare() override
+    {
+        View::context();
+        glBindTexture(GL_TEXTURE_2D, 0);
+    }
+    void run() override
+    {
+        for (unsigned int axis = 0; axis < 3; ++axis)
+            make(axis);
+        glFinish();
+    }
+    Bytes result() override { return checksum(names()); }
+
+protected:
+    virtual void make(unsigned int axis) = 0;
+    virtual const Names& names() const = 0;
+    RegularVolume& volume() { return m_Volume; }
+
+private:
+    RegularVolume& m_Volume;
+};
+
+// A renderer that is asked to make its textures without drawing.
+template <typename Renderer>
+class Preparing : public Renderer
+{
+public:
+    void prepareAlong(RegularVolume& volume, const Vector& direction)
+    {
+        this->prepareTextures(&volume, direction, {CHANNEL}, DensityWindow::map, &m_Window);
+    }
+    const Names& names() const { return this->textureNames.front(); }
+
+private:
+    DensityWindow m_Window;
+};
+
+class SliceRendererPreparation : public Preparation
+{
+public:
+    using Preparation::Preparation;
+    void cleanUp() override { m_Renderer.disposeTextures(); }
+
+protected:
+    void make(unsigned int axis) override { m_Renderer.prepareAlong(volume(), ALONG_EACH_AXIS[axis]); }
+    const Names& names() const override { return m_Renderer.names(); }
+
+    Preparing<tavo::SliceVolumeRenderer> m_Renderer;
+};
+
+class TablePreparation : public SliceRendererPreparation
+{
+public:
+    explicit TablePreparation(RegularVolume& volume)
+        : SliceRendererPreparation(volume)
+    {
+        m_Renderer.setTableSize(tableSize(volume));
+    }
+
+private:
+    // About as many entries as vireo-view has, and one for each density that there is: those of the head are whole
+    // numbers.
+    static unsigned int tableSize(const RegularVolume& volume)
+    {
+        const float* const samples = samplesOf(volume);
+        const auto [min, max] = std::minmax_element(samples, samples + volume.getPointSet()->getNumPoints());
+        return 16 * static_cast<unsigned int>(*max - *min) + 1;
+    }
+};
+
+class Tex2dRendererPreparation : public Preparation
+{
+public:
+    using Preparation::Preparation;
+    void cleanUp() override { m_Renderer.disposeTextures(); }
+
+protected:
+    void make(unsigned int axis) override
+    {
+        if (axis == 0) // it makes all three at once
+            m_Renderer.prepareAlong(volume(), ALONG_EACH_AXIS[axis]);
+    }
+    const Names& names() const override { return m_Renderer.names(); }
+
+private:
+    Preparing<tavo::Tex2dVolumeRenderer> m_Renderer;
+};
+
+class BarePreparation : public Preparation
+{
+public:
+    using MakeStack = void (*)(const RegularVolume& volume, unsigned int axis, Names& names);
+
+    BarePreparation(RegularVolume& volume, MakeStack makeStack)
+        : Preparation(volume)
+        , m_MakeStack(makeStack)
+    {}
+    void cleanUp() override
+    {
+        glDeleteTextures(static_cast<GLsizei>(m_Names.size()), m_Names.data());
+        m_Names.clear();
+    }
+
+protected:
+    void make(unsigned int axis) override { m_MakeStack(volume(), axis, m_Names); }
+    const Names& names() const override { return m_Names; }
+
+private:
+    MakeStack m_MakeStack;
+    Names m_Names;
+};
+
+// Draws a volume in a square view, as it is seen along a direction.
+class Drawing : public Contestant
+{
+public:
+    Drawing(RegularVolume& volume, int size, const Vector& direction)
+        : m_Volume(volume)
+        , m_Size(size)
+        , m_Direction(direction)
+    {}
+
+    void prepare() override
+    {
+        View::ofSize(m_Size, m_Size);
+        loadMatrices();
+    }
+    void run() override
+    {
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        draw();
+        glFinish();
+    }
+    Bytes result() override { return View::ofSize(m_Size, m_Size).pixels(); }
+
+protected:
+    virtual void draw() = 0;
+    RegularVolume& volume() const { return m_Volume; }
+    const Vector& direction() const { return m_Direction; }
+
+private:
+    void loadMatrices() const
+    {
+        constexpr double FAR_AWAY = 500;
+        const tavo::BoundingBox<float, 3>& box = m_Volume.getBoundingBox();
+        const Vector middle = (box.getMin() + box.getMax()) * 0.5f;
+        const bool isUpright = m_Direction[0] != 0 || m_Direction[1] != 0;
+        glMatrixMode(GL_PROJECTION);
+        glLoadIdentity();
+        gluPerspective(26, 1, FAR_AWAY / 2, FAR_AWAY * 2);
+        glMatrixMode(GL_MODELVIEW);
+        glLoadIdentity();
+        gluLookAt(0, 0, 0, m_Direction[0], m_Direction[1], m_Direction[2], 0, isUpright ? 0 : 1, isUpright ? 1 : 0);
+        const Vector eye = middle - m_Direction * static_cast<float>(FAR_AWAY);
+        glTranslatef(-eye[0], -eye[1], -eye[2]);
+    }
+
+    RegularVolume& m_Volume;
+    int m_Size;
+    Vector m_Direction;
+};
+
+class RendererDrawing : public Drawing
+{
+public:
+    using Drawing::Drawing;
+    ~RendererDrawing() override { m_Renderer.disposeTextures(); }
+
+protected:
+    void draw() override { m_Renderer.drawVolume(&volume(), direction(), CHANNEL, DensityWindow::map, &m_Window); }
+
+private:
+    DensityWindow m_Window;
+    tavo::SliceVolumeRenderer m_Renderer;
+};
+
+class BareDrawing : public Drawing
+{
+public:
+    BareDrawing(RegularVolume& volume, int size, const Vector& direction)
+        : Drawing(volume, size, direction)
+    {
+        for (const unsigned int other : {1u, 2u})
+            if (std::abs(direction[other]) > std::abs(direction[m_Axis]))
+                m_Axis = other;
+        makeStack<InlinedFunction>(volume, m_Axis, m_Names);
+    }
+    ~BareDrawing() override { glDeleteTextures(static_cast<GLsizei>(m_Names.size()), m_Names.data()); }
+
+protected:
+    void draw() override
+    {
+        glPushAttrib(GL_ALL_ATTRIB_BITS);
+        glEnable(GL_BLEND);
+        glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+        glEnable(GL_TEXTURE_2D);
+        glDepthMask(GL_FALSE);
+        glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
+        const bool isSeenFromBelow = direction()[m_Axis] < 0;
+        for (std::size_t i = 0; i < m_Names.size(); ++i)
+            drawSlice(isSeenFromBelow ? i : m_Names.size() - 1 - i);
+        glPopAttrib();
+    }
+
+private:
+    void drawSlice(std::size_t slice) const
+    {
+        const Vector& min = volume().getBoundingBox().getMin();
+        const Vector& max = volume().getBoundingBox().getMax();
+        const float part = static_cast<float>(slice) / static_cast<float>(m_Names.size());
+        const float p = min[m_Axis] + (max[m_Axis] - min[m_Axis]) * part;
+        const unsigned int u = m_Axis == 0 ? 1 : 0;
+        const unsigned int v = m_Axis == 2 ? 1 : 2;
+        Vector corner;
+        corner[m_Axis] = p;
+        glBindTexture(GL_TEXTURE_2D, m_Names[slice]);
+        glBegin(GL_QUADS);
+        for (const auto& [s, t] : {std::pair(0.0f, 0.0f), {0.0f, 1.0f}, {1.0f, 1.0f}, {1.0f, 0.0f}}) {
+            corner[u] = s == 0 ? min[u] : max[u];
+            corner[v] = t == 0 ? min[v] : max[v];
+            glTexCoord2f(s, t);
+            glVertex3fv(corner.data());
+        }
+        glEnd();
+    }
+
+    unsigned int m_Axis = 0;
+    Names m_Names;
+};
+
+template <typename Kind, typename... Arguments>
+std::function<std::unique_ptr<Contestant>()> with(RegularVolume& volume, Arguments... arguments)
+{
+    return [&volume, arguments...] { return std::make_unique<Kind>(volume, arguments...); };
+}
+
+// A floor that calls no function for a sample.
+const char* const INLINED = "floor, function inlined";
+
+} // namespace
+
+Comparison prepareBySliceRenderer(const std::string& name, RegularVolume& volume)
+{
+    return {"prepare " + name + ", SliceVolumeRenderer",
+        {{"vireo", with<SliceRendererPreparation>(volume)},
+            {"floor", with<BarePreparation>(volume, makeStack<CalledFunction>), 1.10},
+            {INLINED, with<BarePreparation>(volume, makeStack<InlinedFunction>)}}};
+}
+
+Comparison prepareByTable(const std::string& name, RegularVolume& volume)
+{
+    return {"prepare " + name + ", SliceVolumeRenderer with a table",
+        {{"vireo", with<TablePreparation>(volume)},
+            {INLINED, with<BarePreparation>(volume, makeStack<InlinedFunction>), 1.10}}};
+}
+
+Comparison prepareByTex2dRenderer(const std::string& name, RegularVolume& volume)
+{
+    return {"prepare " + name + ", Tex2dVolumeRenderer",
+        {{"vireo", with<Tex2dRendererPreparation>(volume)},
+            {"floor", with<BarePreparation>(volume, makePaddedStack<CalledFunction>), 1.10},
+            {INLINED, with<BarePreparation>(volume, makePaddedStack<InlinedFunction>)}}};
+}
+
+Comparison drawVolume(const std::string& name, RegularVolume& volume, int size, const Vector& direction)
+{
+    return {"draw " + name, {{"vireo", with<RendererDrawing>(volume, size, direction)},
+                                {"floor", with<BareDrawing>(volume, size, direction), 1.02}}};
+}
+
+void addVolumeWorks()
+{
+    const std::string stacks = "the head's three stacks";
+    add(prepareBySliceRenderer(stacks, head()));
+    add(prepareByTable(stacks, head()));
+    add(prepareByTex2dRenderer(stacks, head()));
+    const std::vector<std::pair<std::string, Vector>> directions = {{"+X", {1, 0, 0}}, {"-X", {-1, 0, 0}},
+        {"+Y", {0, 1, 0}}, {"-Y", {0, -1, 0}}, {"+Z", {0, 0, 1}}, {"-Z", {0, 0, -1}},
+        {"(0.6, -0.64, 0.48)", {0.6f, -0.64f, 0.48f}}};
+    for (const int size : {512, 1024})
+        for (const auto& [name, direction] : directions) {
+            const std::string pixels = std::to_string(size) + " x " + std::to_string(size);
+            add(drawVolume("the head, " + pixels + ", along " + name, head(), size, direction));
+        }
+}
+
+} // namespace vireo_bench

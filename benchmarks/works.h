@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+
+#include "benchmarks/support/Comparison.h"
+#include "benchmarks/support/inputs.h"
+
+namespace vireo_bench {
+
+// The works, each in the size that is wanted.
+
+Comparison prepareBySliceRenderer(const std::string& name, tavo::RegularVolume& volume);
+Comparison prepareByTable(const std::string& name, tavo::RegularVolume& volume);
+Comparison prepareByTex2dRenderer(const std::string& name, tavo::RegularVolume& volume);
+
+// Seen along a direction of length 1, in a square view of so many pixels a side.
+Comparison drawVolume(
+    const std::string& name, tavo::RegularVolume& volume, int size, const tavo::StaticVector<float, 3>& direction);
+
+Comparison drawPoints(const std::string& name, const std::function<Points()>& makePoints);
+Comparison showCurves(std::size_t numCurves, std::size_t numSamples);
+Comparison uploadImage(unsigned int side);
+Comparison takeRenderTexture(unsigned int numOthers);
+Comparison recordVertices(unsigned int numVertices);
+Comparison executeList(unsigned int numVertices);
+Comparison drawSoftwareArrays(unsigned int numVertices);
+Comparison drawVertexBuffer(unsigned int numVertices);
+Comparison createAndDestroyObjects(std::size_t number);
+Comparison deleteQueuedNames(std::size_t number);
+Comparison convertVertices(unsigned int numVertices);
+
+// What is compared with floors: the works in the sizes that stand in docs/performance.md.
+void addVolumeWorks();
+void addPointWorks();
+void addCurveWorks();
+void addTextureWorks();
+void addRenderTextureWorks();
+void addGeometryWorks();
+void addObjectWorks();
+void addVertexWorks();
+
+} // namespace vireo_bench
