@@ -1,6 +1,7 @@
 #include "vireo/geometry/GLGeometryList.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -16,6 +17,16 @@ namespace {
 void pushFloats(VertexDescriptor& layout, const std::string& name, unsigned int components)
 {
     layout.pushAttrib({name, components, VertexAttribDescriptor::TYPE_FLOAT});
+}
+
+// The layout that the recorded vertices are read in: deliberately not the one they are written in, which has the colour
+// before the normal. Compiled normals are recorded colours, and the reverse.
+VertexDescriptor recordedLayout()
+{
+    VertexDescriptor layout;
+    for (const char* name : {"position", "normal", "color", "texcoord"})
+        pushFloats(layout, name, 4);
+    return layout;
 }
 
 } // namespace
@@ -39,14 +50,17 @@ void GLGeometryList::end()
 {
     m_InsideBegin = false;
     const unsigned int first = m_Primitives.empty() ? 0 : m_Primitives.back().first + m_Primitives.back().count;
-    m_Primitives.push_back({m_Mode, first, m_NumVertices - first});
+    m_Primitives.push_back({m_Mode, first, static_cast<unsigned int>(m_Vertices.size()) - first});
 }
 
 void GLGeometryList::vertex3f(float x, float y, float z)
 {
-    m_Position = {x, y, z, 1};
-    use(m_NumPositionComponents, 3);
-    record();
+    m_Current.position = {x, y, z, 1};
+    m_NumPositionComponents = std::max(m_NumPositionComponents, 3u);
+    // Memory that nothing is written to costs nothing; what is moved each time it runs out does.
+    if (m_Vertices.size() == m_Vertices.capacity())
+        m_Vertices.reserve(std::max<std::size_t>(256, 4 * m_Vertices.size()));
+    m_Vertices.push_back(m_Current);
 }
 
 void GLGeometryList::vertex3fv(const float* v)
@@ -56,8 +70,8 @@ void GLGeometryList::vertex3fv(const float* v)
 
 void GLGeometryList::color3f(float r, float g, float b)
 {
-    m_Color = {r, g, b, 1};
-    use(m_NumColorComponents, 3);
+    m_Current.color = {r, g, b, 1};
+    m_NumColorComponents = std::max(m_NumColorComponents, 3u);
 }
 
 void GLGeometryList::color3fv(const float* v)
@@ -67,8 +81,8 @@ void GLGeometryList::color3fv(const float* v)
 
 void GLGeometryList::color4f(float r, float g, float b, float a)
 {
-    m_Color = {r, g, b, a};
-    use(m_NumColorComponents, 4);
+    m_Current.color = {r, g, b, a};
+    m_NumColorComponents = std::max(m_NumColorComponents, 4u);
 }
 
 void GLGeometryList::color4fv(const float* v)
@@ -78,8 +92,8 @@ void GLGeometryList::color4fv(const float* v)
 
 void GLGeometryList::normal3f(float x, float y, float z)
 {
-    m_Normal = {x, y, z, 0};
-    use(m_NumNormalComponents, 3);
+    m_Current.normal = {x, y, z, 0};
+    m_NumNormalComponents = std::max(m_NumNormalComponents, 3u);
 }
 
 void GLGeometryList::normal3fv(const float* v)
@@ -89,8 +103,8 @@ void GLGeometryList::normal3fv(const float* v)
 
 void GLGeometryList::texCoord2f(float s, float t)
 {
-    m_TexCoord = {s, t, 0, 0};
-    use(m_NumTexCoordComponents, 2);
+    m_Current.texCoord = {s, t, 0, 0};
+    m_NumTexCoordComponents = std::max(m_NumTexCoordComponents, 2u);
 }
 
 void GLGeometryList::texCoord2fv(const float* v)
@@ -100,51 +114,13 @@ void GLGeometryList::texCoord2fv(const float* v)
 
 void GLGeometryList::texCoord4f(float s, float t, float r, float q)
 {
-    m_TexCoord = {s, t, r, q};
-    use(m_NumTexCoordComponents, 4);
+    m_Current.texCoord = {s, t, r, q};
+    m_NumTexCoordComponents = std::max(m_NumTexCoordComponents, 4u);
 }
 
 void GLGeometryList::texCoord4fv(const float* v)
 {
     texCoord4f(v[0], v[1], v[2], v[3]);
-}
-
-void GLGeometryList::use(unsigned int& numComponents, unsigned int numUsed)
-{
-    if (numComponents < numUsed)
-        widen(numComponents, numUsed);
-}
-
-// The vertices so far get zeros for components that they had no use for.
-void GLGeometryList::widen(unsigned int& numComponents, unsigned int numUsed)
-{
-    if (m_NumVertices == 0) {
-        numComponents = numUsed;
-        return;
-    }
-    const VertexDescriptor narrow = usedLayout();
-    numComponents = numUsed;
-    VertexDescriptor::convertVertices(usedLayout(), narrow, m_Vertices.data(), m_NumVertices, m_Vertices);
-}
-
-// Deliberately exchanges colour and normal.
-void GLGeometryList::record()
-{
-    std::array<float, 16> vertex;
-    float* end = vertex.data();
-    // Copies of four floats are the quick ones; the next one covers what is not used.
-    const auto append = [&end](const Attribute& attribute, unsigned int numComponents) {
-        std::copy_n(attribute.data(), attribute.size(), end);
-        end += numComponents;
-    };
-    append(m_Position, m_NumPositionComponents);
-    append(m_Color, m_NumNormalComponents);
-    append(m_Normal, m_NumColorComponents);
-    append(m_TexCoord, m_NumTexCoordComponents);
-
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(vertex.data());
-    m_Vertices.insert(m_Vertices.end(), bytes, reinterpret_cast<const unsigned char*>(end));
-    ++m_NumVertices;
 }
 
 VertexDescriptor GLGeometryList::usedLayout() const
@@ -165,18 +141,23 @@ void GLGeometryList::compile(GLContext* context, bool mappingFlag)
     if (m_NumPositionComponents == 0)
         return;
 
-    auto buffer = std::make_unique<GLVertexBuffer>(context, usedLayout(), GLVertexBuffer::TYPE_DEFAULT);
-    buffer->init(m_NumVertices, GL_STATIC_DRAW_ARB);
+    const auto count = static_cast<unsigned int>(m_Vertices.size());
+    const VertexDescriptor layout = usedLayout();
+    auto buffer = std::make_unique<GLVertexBuffer>(context, layout, GLVertexBuffer::TYPE_DEFAULT);
+    buffer->init(count, GL_STATIC_DRAW_ARB);
     buffer->setMappingFlag(mappingFlag);
-    buffer->writeToBuffer(m_Vertices.data(), 0, m_NumVertices);
+
+    std::vector<unsigned char> bytes;
+    VertexDescriptor::convertVertices(layout, recordedLayout(), m_Vertices.data(), count, bytes);
+    buffer->writeToBuffer(bytes.data(), 0, count);
     m_VertexBuffer = buffer.release(); // a second one deliberately takes the place of the first, which stays
 }
 
 void GLGeometryList::execute(GLContext*)
 {
-    if (m_NumVertices == 0)
+    if (m_Vertices.empty())
         return;
-    if (!m_VertexBuffer || m_VertexBuffer->getNumElements() != m_NumVertices)
+    if (!m_VertexBuffer || m_VertexBuffer->getNumElements() != m_Vertices.size())
         throw PException("GLGeometryList::execute() - not compiled");
     m_VertexBuffer->bind();
     for (const Primitive& primitive : m_Primitives)

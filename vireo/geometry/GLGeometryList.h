@@ -91,25 +91,23 @@ private:
 
     using Attribute = std::array<float, 4>;
 
+    struct Vertex
+    {
+        Attribute position;
+        Attribute color;
+        Attribute normal;
+        Attribute texCoord;
+    };
+
     // The layout of the attributes that were used.
     VertexDescriptor usedLayout() const;
-
-    void use(unsigned int& numComponents, unsigned int numUsed);
-    void widen(unsigned int& numComponents, unsigned int numUsed);
-    void record();
 
     GLVertexBuffer* m_VertexBuffer = nullptr;
     [[maybe_unused]] GLContext* m_Context;
     std::vector<Primitive> m_Primitives;
-    // As they go into the buffer, in the layout that has been used so far.
-    std::vector<unsigned char> m_Vertices;
-    unsigned int m_NumVertices = 0;
+    std::vector<Vertex> m_Vertices;
     bool m_InsideBegin = false;
-    // What is current.
-    Attribute m_Position{};
-    Attribute m_Color{};
-    Attribute m_Normal{};
-    Attribute m_TexCoord{};
+    Vertex m_Current{};
     unsigned int m_Mode = 0;
     unsigned int m_NumPositionComponents = 0;
     unsigned int m_NumNormalComponents = 0;

@@ -182,6 +182,17 @@ TEST_F(GLGeometryListGLTest, TakesWhatIsCurrentForEachVertex)
     EXPECT_EQ(compiledFloats(), expected);
 }
 
+// Its colour is recorded before anything needs it: the buffer has it where normals are.
+TEST_F(GLGeometryListGLTest, KeepsWhatWasCurrentBeforeItWasUsed)
+{
+    m_List.color3f(0.1f, 0.2f, 0.3f);
+    m_List.vertex3f(1, 2, 3);
+    m_List.normal3f(5, 6, 7);
+    m_List.end();
+    m_List.compile(context(), true);
+    EXPECT_THAT(compiledFloats(), ElementsAre(1, 2, 3, 0.1f, 0.2f, 0.3f, 0, 0, 0));
+}
+
 TEST_F(GLGeometryListGLTest, NeverLowersTheNumberOfComponents)
 {
     m_List.texCoord4f(1, 2, 3, 4);
