@@ -22,7 +22,7 @@ missing_of() {
 }
 
 known_to_apt() {
-    apt-cache policy "$1" 2>/dev/null | grep 'Candidate: [^(]' >/dev/null
+    LC_ALL=C apt-cache policy "$1" 2>/dev/null | grep 'Candidate: [^(]' >/dev/null
 }
 
 # Ends the script, saying what is missing, where nobody may install it.

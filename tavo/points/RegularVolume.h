@@ -64,7 +64,9 @@ public:
     void forEachSample(
         const std::string& channel, const StaticVector<int, 3>& min, const StaticVector<int, 3>& max, Visit visit) const
     {
-        visitBlock<N>(findBlock(channel, N, min, max), visit);
+        // By reference: rows are visited by copies, and it may have a state.
+        visitBlock<N>(findBlock(channel, N, min, max),
+            [&visit](const auto& sample, std::size_t column, std::size_t row) { visit(sample, column, row); });
     }
 
     // Maps such samples to colours: out gets one for each, and must have room for them. map is called with each

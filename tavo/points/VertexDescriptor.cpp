@@ -67,6 +67,14 @@ std::vector<CopyRun> planCopy(const VertexDescriptor& target, const VertexDescri
     return runs;
 }
 
+bool coverAll(const std::vector<CopyRun>& runs, const VertexDescriptor& target)
+{
+    unsigned int numBytes = 0;
+    for (const CopyRun& run : runs)
+        numBytes += run.size;
+    return numBytes == target.getSize();
+}
+
 } // namespace
 
 void VertexDescriptor::pushAttrib(const VertexAttribDescriptor& attribute)
@@ -123,20 +131,28 @@ unsigned int VertexDescriptor::find(const std::string& name) const
 void VertexDescriptor::convertVertices(const VertexDescriptor& target, const VertexDescriptor& source, const void* data,
     unsigned int count, std::vector<unsigned char>& converted)
 {
+    std::vector<unsigned char> result(std::size_t(target.getSize()) * count);
+    convertVertices(target, source, data, count, result.data());
+    converted = std::move(result);
+}
+
+void VertexDescriptor::convertVertices(const VertexDescriptor& target, const VertexDescriptor& source, const void* data,
+    unsigned int count, unsigned char* converted)
+{
     const std::vector<CopyRun> runs = planCopy(target, source);
     if (data == nullptr && count > 0)
         throw PException("VertexDescriptor::convertVertices() - no data");
 
-    std::vector<unsigned char> result(std::size_t(target.getSize()) * count);
     const auto* from = static_cast<const unsigned char*>(data);
-    unsigned char* to = result.data();
+    unsigned char* to = converted;
+    if (!coverAll(runs, target))
+        std::fill_n(to, std::size_t(target.getSize()) * count, 0);
     for (unsigned int vertex = 0; vertex < count; ++vertex) {
         for (const CopyRun& run : runs)
             copyRun(run, from, to);
         from += source.getSize();
         to += target.getSize();
     }
-    converted = std::move(result);
 }
 
 } // namespace tavo

@@ -53,6 +53,10 @@ public:
     static void convertVertices(const VertexDescriptor& target, const VertexDescriptor& source, const void* data,
         unsigned int count, std::vector<unsigned char>& converted);
 
+    // The same into memory of the caller's, which has room for count vertices of the target, and none of the data.
+    static void convertVertices(const VertexDescriptor& target, const VertexDescriptor& source, const void* data,
+        unsigned int count, unsigned char* converted);
+
 private:
     static constexpr unsigned int NOT_FOUND = ~0u;
 

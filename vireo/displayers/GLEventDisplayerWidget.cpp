@@ -181,14 +181,14 @@ GLEventDisplayerWidget::MyGLWidget::MyGLWidget(QWidget* parent)
 
 GLEventDisplayerWidget::MyGLWidget::~MyGLWidget()
 {
-    delete m_Object;
+    runGuarded([this] { delete m_Object; });
     runGuarded([this] { delete m_Context; });
 }
 
 void GLEventDisplayerWidget::MyGLWidget::setObject(std::unique_ptr<GLEventObject> object)
 {
-    delete std::exchange(m_Object, nullptr);
-    m_Object = object.release();
+    const GLEventObject* const old = std::exchange(m_Object, object.release());
+    runGuarded([old] { delete old; });
 }
 
 void GLEventDisplayerWidget::MyGLWidget::refit()
@@ -204,7 +204,10 @@ void GLEventDisplayerWidget::MyGLWidget::paintGL()
 {
     const InUse inUse(m_NumUses);
     if (!runGuarded([this] { paint(); })) {
-        tidyUpGl();
+        runGuarded([this] {
+            makeCurrent();
+            tidyUpGl();
+        });
         m_LoadedCamera.reset();
     }
 }
@@ -453,7 +456,11 @@ void GLEventDisplayerWidget::replaceObject(std::unique_ptr<GLEventObject>& objec
 
 void GLEventDisplayerWidget::replaceConfigWindow(GLEventObject* object)
 {
-    delete m_ConfigWindow;
+    // Nobody's before it dies: what is left of one that fails in doing so is not to be met again.
+    if (GLEventConfiguration* const old = std::exchange(m_ConfigWindow, nullptr)) {
+        old->setParent(nullptr);
+        runGuarded([old] { delete old; });
+    }
     runGuarded([&] { m_ConfigWindow = object->createConfigWindow(this); });
     m_Ui->pbConfigure->setEnabled(m_ConfigWindow != nullptr);
     if (m_ConfigWindow)

@@ -59,7 +59,7 @@ void GLGeometryList::vertex3f(float x, float y, float z)
     m_NumPositionComponents = std::max(m_NumPositionComponents, 3u);
     // Memory that nothing is written to costs nothing; what is moved each time it runs out does.
     if (m_Vertices.size() == m_Vertices.capacity())
-        m_Vertices.reserve(std::max<std::size_t>(256, 4 * m_Vertices.size()));
+        m_Vertices.reserve(std::max<std::size_t>(256, 8 * m_Vertices.size()));
     m_Vertices.push_back(m_Current);
 }
 
@@ -147,9 +147,9 @@ void GLGeometryList::compile(GLContext* context, bool mappingFlag)
     buffer->init(count, GL_STATIC_DRAW_ARB);
     buffer->setMappingFlag(mappingFlag);
 
-    std::vector<unsigned char> bytes;
-    VertexDescriptor::convertVertices(layout, recordedLayout(), m_Vertices.data(), count, bytes);
-    buffer->writeToBuffer(bytes.data(), 0, count);
+    const auto bytes = std::make_unique_for_overwrite<unsigned char[]>(std::size_t{layout.getSize()} * count);
+    VertexDescriptor::convertVertices(layout, recordedLayout(), m_Vertices.data(), count, bytes.get());
+    buffer->writeToBuffer(bytes.get(), 0, count);
     m_VertexBuffer = buffer.release(); // a second one deliberately takes the place of the first, which stays
 }
 

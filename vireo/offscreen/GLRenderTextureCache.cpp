@@ -42,8 +42,9 @@ std::size_t positionOf(unsigned int kind, const std::vector<unsigned int>& kinds
         if (isThere != 0)
             break;
     }
-    const auto found = std::find(kinds.begin() + static_cast<std::ptrdiff_t>(start), kinds.end(), kind);
-    return static_cast<std::size_t>(found - kinds.begin());
+    while (start < kinds.size() && kinds[start] != kind)
+        ++start;
+    return start;
 }
 
 } // namespace

@@ -11,12 +11,12 @@ namespace {
 // A slice at position p on the axis.
 void drawQuad(unsigned int axis, const BoundingBox<float, 3>& box, float p, float sMax, float tMax)
 {
-    const auto [u, v] = axesAcross(axis);
+    const std::array<unsigned int, 2> across = axesAcross(axis);
     StaticVector<float, 3> corner;
     corner[axis] = p;
     const auto sendCorner = [&](bool atMaxU, bool atMaxV) {
-        corner[u] = (atMaxU ? box.getMax() : box.getMin())[u];
-        corner[v] = (atMaxV ? box.getMax() : box.getMin())[v];
+        corner[across[0]] = (atMaxU ? box.getMax() : box.getMin())[across[0]];
+        corner[across[1]] = (atMaxV ? box.getMax() : box.getMin())[across[1]];
         glTexCoord2f(atMaxU ? sMax : 0, atMaxV ? tMax : 0);
         glVertex3f(corner[0], corner[1], corner[2]);
     };

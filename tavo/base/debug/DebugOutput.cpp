@@ -88,22 +88,24 @@ bool canShowEvents()
 
 DebugOutput& DebugOutput::operator<<(const std::string& text)
 {
+    // Before the lock is taken: on Windows a program outlives a reference to nowhere, which must not leave it locked.
+    const std::string copy = text;
     DebugWindow* window = nullptr;
     {
         const std::lock_guard lock(state().mutex);
-        keep(state().text, text);
+        keep(state().text, copy);
         window = state().window;
         if (window && window->thread() != QThread::currentThread()) {
             // Posted while the window cannot go away.
             QMetaObject::invokeMethod(
-                window, [window, text] { window->appendText(text); }, Qt::QueuedConnection);
+                window, [window, copy] { window->appendText(copy); }, Qt::QueuedConnection);
             return *this;
         }
     }
     if (window)
-        window->appendText(text);
+        window->appendText(copy);
     else
-        std::fputs(text.c_str(), stderr);
+        std::fputs(copy.c_str(), stderr);
     return *this;
 }
 

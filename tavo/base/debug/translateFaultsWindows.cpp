@@ -51,7 +51,7 @@ bool tavo_callWithHandler(void (*code)(const void*), const void* argument, Call*
 extern const char tavo_afterFault[];
 
 // The handler. The frame is that of tavo_callWithHandler, as its prologue left it.
-EXCEPTION_DISPOSITION tavo_handleFault(EXCEPTION_RECORD* record, void* frame, CONTEXT* context, void*)
+[[gnu::used]] EXCEPTION_DISPOSITION tavo_handleFault(EXCEPTION_RECORD* record, void* frame, CONTEXT* context, void*)
 {
     if (!isFault(*record))
         return ExceptionContinueSearch;

@@ -10,7 +10,7 @@ using InputBufferWindowsTest = InputBufferTest;
 
 TEST_F(InputBufferWindowsTest, TurnsAwayDevices)
 {
-    EXPECT_EQ(errorOpening("NUL"), "NUL: is not a regular file");
+    EXPECT_EQ(errorOpening("NUL"), "NUL: no such file");
 }
 
 TEST_F(InputBufferWindowsTest, SaysWhyAFileCannotBeOpened)
