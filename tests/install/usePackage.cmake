@@ -4,10 +4,12 @@ function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-function(make_picture file)
+# make_picture(<pattern of the picture's file> <command>...)
+function(make_picture pattern)
     run(${RUN} ${ARGN})
-    if(NOT EXISTS ${file})
-        message(FATAL_ERROR "there is no ${file}")
+    file(GLOB pictures ${pattern})
+    if(NOT pictures)
+        message(FATAL_ERROR "there is no ${pattern}")
     endif()
 endfunction()
 
@@ -28,5 +30,5 @@ make_picture(${example}/picture.png ${example}/geometry-list.exe ${example}/pict
 
 set(ENV{WINEPATH} "")
 file(WRITE ${SCRATCH_DIR}/columns.csv "1\n3\n2\n")
-make_picture(${SCRATCH_DIR}/pictures/01-columns.csv.png
+make_picture(${SCRATCH_DIR}/pictures/*.png
     ${package}/bin/vireo-view.exe --pictures ${SCRATCH_DIR}/pictures ${SCRATCH_DIR}/columns.csv)
