@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cmath>
 #include <cstdio>
@@ -5,6 +6,7 @@
 #include <deque>
 
 #include "benchmarks/support/Program.h"
+#include "benchmarks/support/Table.h"
 #include "benchmarks/works.h"
 
 namespace vireo_bench {
@@ -91,10 +93,16 @@ public:
 // The works of a growth, as they were added, in the order of their sizes.
 using Works = std::vector<std::string>;
 
+// Google Benchmark may have been told to leave some out.
+bool wasMeasured(const Works& works)
+{
+    return std::none_of(
+        works.begin(), works.end(), [](const std::string& work) { return measurementsOf(work).empty(); });
+}
+
 double secondsOf(const Works& works, unsigned int numDoublings, std::size_t entry)
 {
-    const std::vector<Measurement>& measurements = measurementsOf(works[numDoublings]);
-    return measurements.empty() ? 0 : measurements.at(entry).seconds;
+    return measurementsOf(works[numDoublings]).at(entry).seconds;
 }
 
 // By what the time is multiplied with each doubling, on the average.
@@ -105,10 +113,9 @@ double factorOf(const Works& works, std::size_t entry)
 
 void printRow(const Growth& growth, const Works& works)
 {
-    constexpr double MILLISECONDS = 1000;
-    std::printf("| %s | %s to %s | %.3g to %.3g ms | %.2f | %.2f |\n", growth.work.c_str(),
-        withCommas(growth.size(0)).c_str(), withCommas(growth.largest).c_str(), MILLISECONDS * secondsOf(works, 0, 0),
-        MILLISECONDS * secondsOf(works, NUM_DOUBLINGS, 0), factorOf(works, 0), factorOf(works, 1));
+    std::printf("| %s | %s to %s | %s to %s | %.2f | %.2f |\n", growth.work.c_str(), withCommas(growth.size(0)).c_str(),
+        withCommas(growth.largest).c_str(), withUnit(secondsOf(works, 0, 0)).c_str(),
+        withUnit(secondsOf(works, NUM_DOUBLINGS, 0)).c_str(), factorOf(works, 0), factorOf(works, 1));
 }
 
 // A block for gnuplot: the name, then sizes and seconds of vireo and of the floor.
@@ -154,6 +161,8 @@ int main(int argc, char** argv)
         return status;
     std::printf("| work | size | vireo | vireo, each doubling | floor, each doubling |\n|---|---|---|---|---|\n");
     for (std::size_t i = 0; i < all.size(); ++i) {
+        if (!wasMeasured(worksOfAll[i]))
+            continue;
         printRow(all[i], worksOfAll[i]);
         writeData(data.get(), all[i], worksOfAll[i]);
     }

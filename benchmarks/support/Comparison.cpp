@@ -130,7 +130,7 @@ double addRound(Contest& contest)
 
 void compare(benchmark::State& state, Added& added)
 {
-    constexpr int FEWEST_ROUNDS = 5;
+    constexpr int FEWEST_ROUNDS = 7;
     Contest& contest = currentContest();
     if (contest.added != &added) {
         if (const std::string different = beginContest(added); !different.empty()) {

@@ -1,14 +1,16 @@
 #include "benchmarks/support/Table.h"
 
 #include <cstdio>
+#include <fstream>
+#include <string>
 
 #include "benchmarks/support/Comparison.h"
+#include "benchmarks/support/View.h"
+
+#include <GL/gl.h>
 
 namespace vireo_bench {
 
-namespace {
-
-// Three digits that count, in the unit that fits.
 std::string withUnit(double seconds)
 {
     const char* unit = "s";
@@ -22,6 +24,8 @@ std::string withUnit(double seconds)
     std::snprintf(text, sizeof text, "%.*f %s", seconds < 10 ? 2 : seconds < 100 ? 1 : 0, seconds, unit);
     return text;
 }
+
+namespace {
 
 std::string ratioOf(const Measurement& measurement, const Entry& entry)
 {
@@ -41,6 +45,20 @@ std::string ratioToReach(const Entry& entry)
     return text;
 }
 
+std::string nameOfProcessor()
+{
+    std::ifstream info("/proc/cpuinfo");
+    for (std::string line; std::getline(info, line);)
+        if (line.starts_with("model name"))
+            return line.substr(line.find(':') + 2);
+    return "unknown processor";
+}
+
+const char* stringOf(GLenum name)
+{
+    return reinterpret_cast<const char*>(glGetString(name));
+}
+
 void printRows(const Comparison& comparison, const std::vector<Measurement>& measurements)
 {
     for (std::size_t i = 1; i < comparison.entries.size(); ++i) {
@@ -55,8 +73,11 @@ void printRows(const Comparison& comparison, const std::vector<Measurement>& mea
 
 } // namespace
 
-bool Table::ReportContext(const Context&)
+bool Table::ReportContext(const Context& context)
 {
+    View::context();
+    std::printf("%s, %d cores; %s, OpenGL %s\n\n", nameOfProcessor().c_str(), context.cpu_info.num_cpus,
+        stringOf(GL_RENDERER), stringOf(GL_VERSION));
     std::printf("| work | vireo | against | ratio | at most |\n|---|---|---|---|---|\n");
     std::fflush(stdout);
     return true;

@@ -19,8 +19,9 @@ function(get_exported_symbols result)
     set(${result} "${symbols}" PARENT_SCOPE)
 endfunction()
 
-# The names as they are written in C++, without what only one platform has: virtual tables' thunks, names of types, the
-# libraries' own instances of function templates, what Qt hides where it can. std::size_t is unsigned long or unsigned long long.
+# The names as they are written in C++, without what only one platform or compiler has: thunks of virtual tables, names of
+# types, a library's own instances of function templates (which are written with what they return), what Qt hides where it
+# can. std::size_t is unsigned long or unsigned long long.
 function(get_public_names result)
     get_exported_symbols(symbols)
     set(file ${LIBRARY}.symbols)
@@ -33,6 +34,7 @@ function(get_public_names result)
     string(REGEX REPLACE "\n$" "" names "${names}")
     string(REPLACE "\n" ";" names "${names}")
     list(FILTER names INCLUDE REGEX "^(vtable for |typeinfo for )?tavo::")
+    list(FILTER names EXCLUDE REGEX "^tavo::[^(<]* std::")
     list(FILTER names EXCLUDE REGEX "::qt_static_metacall\\(")
     list(REMOVE_DUPLICATES names)
     set(${result} "${names}" PARENT_SCOPE)

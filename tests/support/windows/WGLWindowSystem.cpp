@@ -128,7 +128,9 @@ std::unique_ptr<WindowSystem> WindowSystem::open(std::string& reason)
     if (name != "wgl")
         throw std::runtime_error("WindowSystem::open() - VIREO_TEST_WINSYS is not wgl: " + name);
     if (!TestWindow().prepareForGL()) {
-        reason = "there is no window with a double-buffered RGBA pixel format with depth and stencil";
+        reason =
+            "there is no window with a double-buffered RGBA pixel format with depth and stencil; Wine has none where "
+            "the driver makes contexts of the core profile alone";
         return nullptr;
     }
     return std::make_unique<WGLWindowSystem>();
