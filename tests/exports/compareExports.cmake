@@ -1,6 +1,6 @@
 # cmake -DLIBRARY=<.so or import library> -DLIST=<file> -DNM=<nm> -DCXXFILT=<c++filt> [-DLEFT_OUT=<class>] [-DUPDATE=ON]
 #       -P compareExports.cmake
-# Fails unless a library exports exactly the names in a list, in which those of a class may be left out; or writes the list.
+# Fails unless a library exports exactly the names in a list, less those of a class that is left out; or writes the list.
 
 # The exported names, mangled: those of an import library are the ones with a prefix, of a shared object those in its
 # dynamic symbol table.

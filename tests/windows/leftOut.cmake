@@ -1,4 +1,4 @@
-# Tests that do not run on Windows. Each counts as skipped, and its reason stands in left-out-tests.txt of the build folder.
+# Tests that do not run on Windows. Each counts as skipped; its reason stands in left-out-tests.txt of the build folder.
 set(VIREO_LEFT_OUT_TESTS ${PROJECT_BINARY_DIR}/left-out-tests.txt)
 file(WRITE ${VIREO_LEFT_OUT_TESTS} "")
 function(vireo_leave_out name reason)
@@ -6,14 +6,6 @@ function(vireo_leave_out name reason)
     add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} -E echo "left out on Windows: ${reason}")
     set_tests_properties(${name} PROPERTIES SKIP_REGULAR_EXPRESSION "left out on Windows")
 endfunction()
-
-# The same for a program: the target is there to be told more about, but is not built.
-function(vireo_leave_out_program name reason)
-    add_library(${name} OBJECT EXCLUDE_FROM_ALL ${ARGN})
-    vireo_leave_out(${name} "${reason}")
-endfunction()
-
-# The programs that vireo_add_test leaves out, and why: VIREO_LEFT_OUT_<program>.
 
 if(NOT VIREO_HAVE_CG)
     foreach(program shaders_cg_gl_test cg_examples_test cg_fallback_test)

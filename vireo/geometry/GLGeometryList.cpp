@@ -57,9 +57,9 @@ void GLGeometryList::vertex3f(float x, float y, float z)
 {
     m_Current.position = {x, y, z, 1};
     m_NumPositionComponents = std::max(m_NumPositionComponents, 3u);
-    // Memory that nothing is written to costs nothing; what is moved each time it runs out does.
+    // In larger steps than a vector's own: moving what is there costs more than room that is not used.
     if (m_Vertices.size() == m_Vertices.capacity())
-        m_Vertices.reserve(std::max<std::size_t>(256, 8 * m_Vertices.size()));
+        m_Vertices.reserve(std::max<std::size_t>(256, 4 * m_Vertices.size()));
     m_Vertices.push_back(m_Current);
 }
 
