@@ -78,16 +78,10 @@ std::vector<Growth> growths()
 }
 
 // Says nothing but what went wrong.
-class Quiet : public benchmark::BenchmarkReporter
+class Quiet : public Reporter
 {
 public:
     bool ReportContext(const Context&) override { return true; }
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        for (const Run& run : runs)
-            if (run.error_occurred)
-                std::fprintf(stderr, "%s: %s\n", run.run_name.function_name.c_str(), run.error_message.c_str());
-    }
 };
 
 // The works of a growth, as they were added, in the order of their sizes.

@@ -1,10 +1,12 @@
-#include <QProcess>
+#include <QCoreApplication>
 #include <cstdio>
 #include <fstream>
+#include <stdexcept>
 
 #include "benchmarks/peers/pictures.h"
 #include "benchmarks/support/Program.h"
 #include "benchmarks/support/View.h"
+#include "benchmarks/support/outputOf.h"
 #include "benchmarks/works.h"
 #include "vireo/context/GLObject.h"
 
@@ -65,7 +67,8 @@ void measure(const Entry& entry)
     View::context();
     const std::unique_ptr<Contestant> contestant = entry.make();
     contestant->prepare();
-    std::ofstream("/proc/self/clear_refs") << 5; // forgets the peak until now
+    if (!(std::ofstream("/proc/self/clear_refs") << 5 << std::flush)) // forgets the peak until now
+        throw std::runtime_error("this system does not let a process forget its peak");
     const double before = statusOf("VmRSS");
     contestant->run();
     std::printf("%.0f\n", statusOf("VmHWM") - before);
@@ -74,11 +77,13 @@ void measure(const Entry& entry)
 // Runs this program for one row and entry alone.
 double peakOf(std::size_t row, std::size_t entry)
 {
-    QProcess process;
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(QCoreApplication::applicationFilePath(), {QString::number(row), QString::number(entry)});
-    process.waitForFinished(-1);
-    return process.readAllStandardOutput().split('\n').first().toDouble();
+    const QByteArray output =
+        outputOf(QCoreApplication::applicationFilePath(), {QString::number(row), QString::number(entry)});
+    bool isNumber = false;
+    const double bytes = output.split('\n').first().toDouble(&isNumber);
+    if (!isNumber)
+        throw std::runtime_error("no number of bytes: " + output.toStdString());
+    return bytes;
 }
 
 void printTable(const std::vector<Row>& rows)

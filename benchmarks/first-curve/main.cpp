@@ -1,10 +1,11 @@
 #include <QCoreApplication>
 #include <QDir>
-#include <QProcess>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <vector>
+
+#include "benchmarks/support/outputOf.h"
 
 namespace {
 
@@ -19,12 +20,8 @@ struct Program
 double millisecondsOf(const QString& file)
 {
     using std::chrono::nanoseconds;
-    QProcess process;
-    process.setStandardErrorFile(QProcess::nullDevice());
     const nanoseconds start = std::chrono::steady_clock::now().time_since_epoch();
-    process.start(file, QStringList());
-    process.waitForFinished(-1);
-    const nanoseconds painted(process.readAllStandardOutput().trimmed().toLongLong());
+    const nanoseconds painted(vireo_bench::outputOf(file).trimmed().toLongLong());
     return std::chrono::duration<double, std::milli>(painted - start).count();
 }
 

@@ -25,7 +25,7 @@ int Program::run()
     return run(table);
 }
 
-int Program::run(benchmark::BenchmarkReporter& reporter)
+int Program::run(Reporter& reporter)
 {
     benchmark::Initialize(&m_Argc, m_Argv);
     if (benchmark::ReportUnrecognizedArguments(m_Argc, m_Argv))
@@ -33,7 +33,7 @@ int Program::run(benchmark::BenchmarkReporter& reporter)
     benchmark::RunSpecifiedBenchmarks(&reporter);
     dismissContestants();
     benchmark::Shutdown();
-    return 0;
+    return reporter.hasErrors() ? 1 : 0;
 }
 
 } // namespace vireo_bench

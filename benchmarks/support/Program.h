@@ -2,11 +2,9 @@
 
 #include <QApplication>
 
-namespace benchmark {
-class BenchmarkReporter;
-}
-
 namespace vireo_bench {
+
+class Reporter;
 
 // What the programs of benchmarks have in common: prepares Qt and the library, then runs the comparisons that were
 // added and that Google Benchmark's arguments ask for.
@@ -16,9 +14,9 @@ public:
     // As main has them.
     Program(int& argc, char** argv);
 
-    // Returns the exit status. The results are printed as a table, or go to another reporter.
+    // Returns the exit status, 1 if a run had an error. The results are printed as a table, or go to another reporter.
     int run();
-    int run(benchmark::BenchmarkReporter& reporter);
+    int run(Reporter& reporter);
 
 private:
     QApplication m_Application;

@@ -73,6 +73,18 @@ void printRows(const Comparison& comparison, const std::vector<Measurement>& mea
 
 } // namespace
 
+void Reporter::ReportRuns(const std::vector<Run>& runs)
+{
+    for (const Run& run : runs) {
+        if (run.error_occurred) {
+            std::fprintf(stderr, "%s: %s\n", run.run_name.function_name.c_str(), run.error_message.c_str());
+            m_HasErrors = true;
+        } else {
+            report(run);
+        }
+    }
+}
+
 bool Table::ReportContext(const Context& context)
 {
     View::context();
@@ -83,14 +95,9 @@ bool Table::ReportContext(const Context& context)
     return true;
 }
 
-void Table::ReportRuns(const std::vector<Run>& runs)
+void Table::report(const Run& run)
 {
-    for (const Run& run : runs) {
-        if (run.error_occurred)
-            std::fprintf(stderr, "%s: %s\n", run.run_name.function_name.c_str(), run.error_message.c_str());
-        else
-            printRows(comparisonOf(run.run_name.function_name), measurementsOf(run.run_name.function_name));
-    }
+    printRows(comparisonOf(run.run_name.function_name), measurementsOf(run.run_name.function_name));
     std::fflush(stdout);
 }
 
