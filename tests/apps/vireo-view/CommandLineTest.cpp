@@ -1,9 +1,9 @@
 #include "apps/vireo-view/CommandLine.h"
 
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <regex>
 
 namespace vireo_view {
 namespace {
@@ -77,9 +77,9 @@ TEST(CommandLineTest, AnswersHelpAndVersion)
 {
     for (const auto* option : {"--help", "-h"})
         EXPECT_THAT(answerTo({option, "a.ply"}), testing::StartsWith("Usage: vireo-view [options] [FILE...]\n"));
-    const std::regex version("vireo-view [0-9]+\\.[0-9]+\\.[0-9]+\n");
+    const QRegularExpression version(R"(\Avireo-view \d+\.\d+\.\d+\n\z)");
     for (const auto* option : {"--version", "-v"})
-        EXPECT_TRUE(std::regex_match(answerTo({option}), version)) << answerTo({option});
+        EXPECT_TRUE(version.match(QString::fromStdString(answerTo({option}))).hasMatch()) << answerTo({option});
 }
 
 } // namespace
