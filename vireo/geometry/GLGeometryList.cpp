@@ -59,7 +59,7 @@ void GLGeometryList::vertex3f(float x, float y, float z)
     m_NumPositionComponents = std::max(m_NumPositionComponents, 3u);
     // In larger steps than a vector's own: moving what is there costs more than room that is not used.
     if (m_Vertices.size() == m_Vertices.capacity())
-        m_Vertices.reserve(std::max<std::size_t>(256, 4 * m_Vertices.size()));
+        m_Vertices.reserve(std::max<std::size_t>(256, 8 * m_Vertices.size()));
     m_Vertices.push_back(m_Current);
 }
 
