@@ -85,6 +85,8 @@ public:
     BareShowing(std::size_t numCurves, std::size_t numSamples)
         : Showing(numCurves, numSamples)
     {
+        if (!tavo::debugOutput.getWindow())
+            DebugOutputShowing(numCurves, numSamples); // measured alone, it has no view to take the camera of yet
         m_View.resize(debugView().size());
         m_View.takeCameraOf(debugView());
         m_View.show();
