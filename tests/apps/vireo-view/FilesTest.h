@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QFile>
 #include <QTemporaryDir>
 #include <clocale>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -21,6 +23,16 @@ protected:
     {
         const std::filesystem::path file = directory() / name;
         std::ofstream(file, std::ios::binary) << contents;
+        return file;
+    }
+
+    // The file takes up room for its contents only, where the file system can do so. std::filesystem::resize_file of
+    // MinGW-w64 wants all of its size to be free nevertheless.
+    std::filesystem::path writeBeforeHole(const std::string& name, std::string_view contents, qint64 size) const
+    {
+        const std::filesystem::path file = write(name, contents);
+        if (QFile stretched(QString::fromStdString(file.string())); !stretched.resize(size))
+            throw std::runtime_error(file.string() + ": " + stretched.errorString().toStdString());
         return file;
     }
 
