@@ -35,6 +35,7 @@
 namespace tavo {
 namespace {
 
+using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
@@ -747,6 +748,49 @@ TEST_P(GLEventDisplayerWidgetThrowGLTest, SurvivesMakingThePanelAndUpdating)
     show(new TestEventObject);
     EXPECT_THAT(newText(before), HasSubstr(failure().report));
     EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+}
+
+// Exceptions never leave destructors, but faults do.
+class GLEventDisplayerWidgetFaultGLTest : public GLEventDisplayerWidgetGLTest,
+                                          public testing::WithParamInterface<Failure>
+{};
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(GLEventDisplayerWidgetFaultGLTest);
+INSTANTIATE_TEST_SUITE_P(AllKinds, GLEventDisplayerWidgetFaultGLTest, testing::ValuesIn(survivableFaults()));
+
+TEST_P(GLEventDisplayerWidgetFaultGLTest, SurvivesTheEndOfAnObjectAndOfItsPanel)
+{
+    showWidget();
+    auto* object = new TestEventObject;
+    object->hasPanel = true;
+    object->whenPanelIsDestroyed = [] {
+        warning("panel");
+        GetParam().code();
+    };
+    object->whenDestroyed = [] {
+        warning("object");
+        GetParam().code();
+    };
+    show(object);
+
+    const std::size_t before = debugOutput.getText().size();
+    show(new OtherTestEventObject);
+    const std::string report = GetParam().report;
+    EXPECT_THAT(newText(before), AllOf(HasSubstr("object\n" + report), HasSubstr("panel\n" + report)));
+    EXPECT_FALSE(button("pbConfigure")->isEnabled());
+    TestEventObject::s_NumDrawn = 0;
+    clickMouse(m_View);
+    EXPECT_GE(TestEventObject::s_NumDrawn, 1) << "the new object is drawn";
+}
+
+TEST_P(GLEventDisplayerWidgetFaultGLTest, SurvivesTheEndOfTheObjectThatAClosedViewShows)
+{
+    auto* object = new TestEventObject;
+    object->whenDestroyed = [] { GetParam().code(); };
+    show(object);
+    const std::size_t before = debugOutput.getText().size();
+    m_Widget.reset();
+    EXPECT_THAT(newText(before), HasSubstr(GetParam().report));
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, MakesItsOwnContextOnTheFirstPaint)

@@ -27,7 +27,11 @@ public:
     }
     TestEventObject(const TestEventObject&) = delete;
     TestEventObject& operator=(const TestEventObject&) = delete;
-    ~TestEventObject() override { --s_NumLiving; }
+    ~TestEventObject() override
+    {
+        --s_NumLiving;
+        whenDestroyed();
+    }
 
     const MetaClass* getInstanceClass() const override { return getClass(); }
 
@@ -47,7 +51,7 @@ public:
     GLEventConfiguration* createConfigWindow(QWidget* parent) override
     {
         whenConfigured();
-        return hasPanel ? new GLEventConfiguration(parent, this) : nullptr;
+        return hasPanel ? new Panel(parent, this) : nullptr;
     }
 
     void updateData(GLEventObject* newer) override
@@ -67,9 +71,22 @@ public:
     std::function<void()> whenAskedForBox = [] {};
     std::function<void()> whenConfigured = [] {};
     std::function<void()> whenUpdated = [] {};
+    std::function<void()> whenDestroyed = [] {};
+    std::function<void()> whenPanelIsDestroyed = [] {};
     bool hasPanel = false;
 
 private:
+    struct Panel : GLEventConfiguration
+    {
+        Panel(QWidget* parent, TestEventObject* object)
+            : GLEventConfiguration(parent, object)
+            , whenDestroyed(object->whenPanelIsDestroyed)
+        {}
+        ~Panel() override { whenDestroyed(); }
+
+        std::function<void()> whenDestroyed;
+    };
+
     BoundingBox<float, 3> m_Box;
 };
 
