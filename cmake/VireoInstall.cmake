@@ -19,5 +19,12 @@ install(EXPORT vireoTargets NAMESPACE vireo:: DESTINATION ${package_dir})
 
 # Relative, so that the prefix may be chosen, or changed, after configuring.
 file(RELATIVE_PATH PREFIX_FROM_PKGCONFIG /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+if(WIN32)
+    set(PKGCONFIG_WGL "-lopengl32 -lgdi32")
+else()
+    set(PKGCONFIG_GL gl)
+    set(PKGCONFIG_WGL -ltavowgl)
+    set(PKGCONFIG_PIC -fPIC)
+endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/vireo.pc.in ${PROJECT_BINARY_DIR}/vireo.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/vireo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -7,5 +7,7 @@ add_test(NAME install.package
         -DSCRATCH_DIR=${CMAKE_CURRENT_BINARY_DIR}/package
         -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
         -DRUN=${CMAKE_CROSSCOMPILING_EMULATOR}
+        -DCXX=${CMAKE_CXX_COMPILER}
+        -DQT_LIB_DIR=$<TARGET_LINKER_FILE_DIR:Qt5::Core>
         -P ${CMAKE_CURRENT_SOURCE_DIR}/usePackage.cmake)
 set_tests_properties(install.package PROPERTIES RESOURCE_LOCK display)

@@ -24,9 +24,19 @@ run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/examples/geometry-list -B ${example} -G Ni
     -Dvireo_DIR=${package}/lib/cmake/vireo)
 run(${CMAKE_COMMAND} --build ${example})
 
+# The same example, by what pkg-config says. Qt's files may name the folder that it was built for.
+set(ENV{PKG_CONFIG_LIBDIR} ${package}/lib/pkgconfig:${QT_LIB_DIR}/pkgconfig)
+execute_process(COMMAND pkg-config --define-prefix --cflags --libs vireo
+    OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+separate_arguments(flags UNIX_COMMAND "${flags}")
+run(${CXX} -I${SOURCE_DIR}/examples/support ${SOURCE_DIR}/examples/geometry-list/main.cpp ${flags} -lglu32
+    -o ${example}/by-pkg-config.exe)
+
 string(REPLACE "/" "\\" dlls "Z:${package}/bin")
 set(ENV{WINEPATH} ${dlls})
-make_picture(${example}/picture.png ${example}/geometry-list.exe ${example}/picture.png)
+foreach(program geometry-list by-pkg-config)
+    make_picture(${example}/${program}.png ${example}/${program}.exe ${example}/${program}.png)
+endforeach()
 
 set(ENV{WINEPATH} "")
 file(WRITE ${SCRATCH_DIR}/columns.csv "1\n3\n2\n")
