@@ -14,6 +14,10 @@ namespace tavo {
 
 namespace {
 
+// So few that memory for them comes from what was freed before: larger pieces are handed to the system and back each
+// time.
+constexpr std::size_t VERTICES_PER_BLOCK = 1024;
+
 void pushFloats(VertexDescriptor& layout, const std::string& name, unsigned int components)
 {
     layout.pushAttrib({name, components, VertexAttribDescriptor::TYPE_FLOAT});
@@ -50,17 +54,18 @@ void GLGeometryList::end()
 {
     m_InsideBegin = false;
     const unsigned int first = m_Primitives.empty() ? 0 : m_Primitives.back().first + m_Primitives.back().count;
-    m_Primitives.push_back({m_Mode, first, static_cast<unsigned int>(m_Vertices.size()) - first});
+    m_Primitives.push_back({m_Mode, first, countVertices() - first});
 }
 
 void GLGeometryList::vertex3f(float x, float y, float z)
 {
     m_Current.position = {x, y, z, 1};
     m_NumPositionComponents = std::max(m_NumPositionComponents, 3u);
-    // In larger steps than a vector's own: moving what is there costs more than room that is not used.
-    if (m_Vertices.size() == m_Vertices.capacity())
-        m_Vertices.reserve(std::max<std::size_t>(256, 8 * m_Vertices.size()));
-    m_Vertices.push_back(m_Current);
+    if (m_Vertices.empty())
+        m_Vertices.emplace_back(); // grows as it is filled, since most lists are small
+    else if (m_Vertices.back().size() == VERTICES_PER_BLOCK)
+        m_Vertices.emplace_back().reserve(VERTICES_PER_BLOCK);
+    m_Vertices.back().push_back(m_Current);
 }
 
 void GLGeometryList::vertex3fv(const float* v)
@@ -136,19 +141,31 @@ VertexDescriptor GLGeometryList::usedLayout() const
     return layout;
 }
 
+unsigned int GLGeometryList::countVertices() const
+{
+    if (m_Vertices.empty())
+        return 0;
+    return static_cast<unsigned int>((m_Vertices.size() - 1) * VERTICES_PER_BLOCK + m_Vertices.back().size());
+}
+
 void GLGeometryList::compile(GLContext* context, bool mappingFlag)
 {
     if (m_NumPositionComponents == 0)
         return;
 
-    const auto count = static_cast<unsigned int>(m_Vertices.size());
+    const unsigned int count = countVertices();
+    const VertexDescriptor recorded = recordedLayout();
     const VertexDescriptor layout = usedLayout();
     auto buffer = std::make_unique<GLVertexBuffer>(context, layout, GLVertexBuffer::TYPE_DEFAULT);
     buffer->init(count, GL_STATIC_DRAW_ARB);
     buffer->setMappingFlag(mappingFlag);
 
     const auto bytes = std::make_unique_for_overwrite<unsigned char[]>(std::size_t{layout.getSize()} * count);
-    VertexDescriptor::convertVertices(layout, recordedLayout(), m_Vertices.data(), count, bytes.get());
+    unsigned char* out = bytes.get();
+    for (const std::vector<Vertex>& block : m_Vertices) {
+        VertexDescriptor::convertVertices(layout, recorded, block.data(), static_cast<unsigned int>(block.size()), out);
+        out += block.size() * layout.getSize();
+    }
     buffer->writeToBuffer(bytes.get(), 0, count);
     m_VertexBuffer = buffer.release(); // a second one deliberately takes the place of the first, which stays
 }
@@ -157,7 +174,7 @@ void GLGeometryList::execute(GLContext*)
 {
     if (m_Vertices.empty())
         return;
-    if (!m_VertexBuffer || m_VertexBuffer->getNumElements() != m_Vertices.size())
+    if (!m_VertexBuffer || m_VertexBuffer->getNumElements() != countVertices())
         throw PException("GLGeometryList::execute() - not compiled");
     m_VertexBuffer->bind();
     for (const Primitive& primitive : m_Primitives)

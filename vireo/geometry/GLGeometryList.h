@@ -101,11 +101,13 @@ private:
 
     // The layout of the attributes that were used.
     VertexDescriptor usedLayout() const;
+    unsigned int countVertices() const;
 
     GLVertexBuffer* m_VertexBuffer = nullptr;
     [[maybe_unused]] GLContext* m_Context;
     std::vector<Primitive> m_Primitives;
-    std::vector<Vertex> m_Vertices;
+    // In blocks of one size, the last of which is being filled: so none is moved when there are more.
+    std::vector<std::vector<Vertex>> m_Vertices;
     bool m_InsideBegin = false;
     Vertex m_Current{};
     unsigned int m_Mode = 0;

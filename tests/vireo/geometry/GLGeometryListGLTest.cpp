@@ -220,6 +220,27 @@ TEST_F(GLGeometryListGLTest, DrawsItsPrimitivesInTheirOrder)
     EXPECT_EQ(calls[6], "glBindBufferARB(GL_ARRAY_BUFFER_ARB, 0)");
 }
 
+// Vertices are kept in blocks, which is nothing that users would see.
+TEST_F(GLGeometryListGLTest, KeepsAnyNumberOfVerticesInTheirOrder)
+{
+    constexpr unsigned int COUNT = 5'000;
+    for (unsigned int i = 0; i < COUNT; ++i) {
+        m_List.vertex3f(static_cast<float>(i), -1, 2);
+        if (i % 1'024 == 1'023)
+            m_List.end();
+    }
+    m_List.end();
+    compilingCalls();
+
+    std::vector<float> expected;
+    for (unsigned int i = 0; i < COUNT; ++i)
+        expected.insert(expected.end(), {static_cast<float>(i), -1, 2});
+    EXPECT_EQ(compiledFloats(), expected);
+    EXPECT_THAT(drawingCalls(), ElementsAre("glDrawArrays(GL_POINTS, 0, 1024)", "glDrawArrays(GL_POINTS, 1024, 1024)",
+                                    "glDrawArrays(GL_POINTS, 2048, 1024)", "glDrawArrays(GL_POINTS, 3072, 1024)",
+                                    "glDrawArrays(GL_POINTS, 4096, 904)"));
+}
+
 TEST_F(GLGeometryListGLTest, CountsVerticesBetweenPrimitivesToTheNext)
 {
     recordVertices(2);
