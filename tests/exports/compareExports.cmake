@@ -7,21 +7,22 @@
 function(get_exported_symbols result)
     if(LIBRARY MATCHES "\\.dll\\.a$")
         set(mode)
-        set(prefix " __imp_")
+        set(prefix " I __imp_")
     else()
         set(mode --dynamic)
-        set(prefix " ")
+        set(prefix " [A-Za-z] ")
     endif()
     execute_process(COMMAND ${NM} ${mode} --defined-only ${LIBRARY}
         OUTPUT_VARIABLE symbols ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY)
-    string(REGEX MATCHALL "${prefix}_Z[^\n]*" symbols "${symbols}")
+    string(REGEX MATCHALL "${prefix}[^\n]+" symbols "${symbols}")
     list(TRANSFORM symbols REPLACE "^${prefix}" "")
     set(${result} "${symbols}" PARENT_SCOPE)
 endfunction()
 
 # The names as they are written in C++, without what only one platform or compiler has: thunks of virtual tables, names of
-# types, a library's own instances of function templates (which are written with what they return), what Qt hides where it
-# can. std::size_t is unsigned long or unsigned long long.
+# types, instances of function templates that are a library's own (written with what they return), what is the standard
+# library's or Qt's, what Qt hides where it can, what the linker or a sanitizer adds. std::size_t is unsigned long
+# or unsigned long long.
 function(get_public_names result)
     get_exported_symbols(symbols)
     set(file ${LIBRARY}.symbols)
@@ -33,8 +34,11 @@ function(get_public_names result)
     string(REGEX REPLACE "([0-9])ull" "\\1ul" names "${names}")
     string(REGEX REPLACE "\n$" "" names "${names}")
     string(REPLACE "\n" ";" names "${names}")
-    list(FILTER names INCLUDE REGEX "^(vtable for |typeinfo for )?tavo::")
+    list(FILTER names EXCLUDE REGEX "^(non-virtual thunk to|virtual thunk to|typeinfo name for) ")
+    list(FILTER names EXCLUDE REGEX "^[^(<]* tavo::[^(]*<.*[(]")
+    list(FILTER names EXCLUDE REGEX "^((vtable|typeinfo) for )?(std::|Q[A-Z])")
     list(FILTER names EXCLUDE REGEX "^tavo::[^(<]* std::")
+    list(FILTER names EXCLUDE REGEX "^(_end|_edata|__bss_start|__odr_asan[.].*)$")
     list(FILTER names EXCLUDE REGEX "::qt_static_metacall\\(")
     list(REMOVE_DUPLICATES names)
     set(${result} "${names}" PARENT_SCOPE)

@@ -8,7 +8,7 @@ function(vireo_leave_out name reason)
 endfunction()
 
 if(NOT VIREO_HAVE_CG)
-    foreach(program shaders_cg_gl_test cg_examples_test cg_fallback_test)
+    foreach(program shaders_cg_gl_test cg_examples_test cg_fallback_test ProgramKindsGLTest.Cg)
         vireo_leave_out(${program} "there is no Cg runtime")
     endforeach()
 endif()

@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <ostream>
 #include <vector>
 
 #include "tests/support/EntryPoints.h"
@@ -89,6 +90,11 @@ struct DriverVersion
     const char* begin;
     const char* refused; // of the four versions, each followed by a blank
 };
+
+void PrintTo(const DriverVersion& version, std::ostream* stream)
+{
+    *stream << version.begin;
+}
 
 class GLExtensionLoaderVersionGLTest : public GLExtensionLoaderGLTest, public testing::WithParamInterface<DriverVersion>
 {};
