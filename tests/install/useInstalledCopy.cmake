@@ -1,6 +1,6 @@
 cmake_minimum_required(VERSION 3.25)
 
-# Installs into a scratch prefix, builds EXAMPLES against the copy there, and runs the first of them.
+# Installs into a scratch prefix, builds EXAMPLES against the copy there, and runs two of them.
 function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -57,9 +57,16 @@ if(WAY STREQUAL "cmake" AND "cg-program" IN_LIST EXAMPLES)
     endif()
 endif()
 
-# It runs until its window is closed, so being ended by the time limit is its success.
-list(GET EXAMPLES 0 example)
-execute_process(COMMAND ${SCRATCH_DIR}/${example}/${example} TIMEOUT 5 RESULT_VARIABLE result ERROR_VARIABLE errors)
+# Leaks are looked for by the tests of the examples.
+set(ENV{ASAN_OPTIONS} "detect_leaks=0:$ENV{ASAN_OPTIONS}")
+set(picture ${SCRATCH_DIR}/picture.png)
+run(${SCRATCH_DIR}/geometry-list/geometry-list ${picture})
+if(NOT EXISTS ${picture})
+    message(FATAL_ERROR "there is no ${picture}")
+endif()
+
+# This one runs until its window is closed, so being ended by the time limit is its success.
+execute_process(COMMAND ${SCRATCH_DIR}/curve/curve TIMEOUT 5 RESULT_VARIABLE result ERROR_VARIABLE errors)
 if(NOT result MATCHES "timeout")
     message(FATAL_ERROR "the program did not stay open: ${result}\n${errors}")
 endif()

@@ -3,7 +3,6 @@
 #include <QPixmap>
 #include <QVariant>
 #include <QWidget>
-#include <utility>
 
 Q_DECLARE_METATYPE(std::function<QImage()>)
 
@@ -34,7 +33,7 @@ PictureSource findPictureSource(const QWidget* widget)
 
 void setPictureSource(QWidget* widget, std::function<QImage()> source)
 {
-    widget->setProperty(SOURCE_PROPERTY, source ? QVariant::fromValue(std::move(source)) : QVariant());
+    widget->setProperty(SOURCE_PROPERTY, source ? QVariant::fromValue(source) : QVariant());
 }
 
 QImage grabPicture(QWidget* widget)
