@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QImage>
 #include <QScreen>
 #include <algorithm>
 #include <iostream>
@@ -91,6 +92,18 @@ void moveCurves(std::vector<Exhibit>& from, std::vector<Exhibit>& to)
 fs::path pathOf(const QString& name)
 {
     return name.toStdU16String();
+}
+
+// The first error that was reported since the log had that size; empty if there was none.
+std::string firstErrorSince(std::size_t size)
+{
+    static const std::string MARK = "error: ";
+    const std::string text = tavo::debugOutput.getText();
+    const std::size_t mark = text.find(MARK, size);
+    if (mark == std::string::npos)
+        return {};
+    const std::size_t begin = mark + MARK.size();
+    return text.substr(begin, text.find('\n', begin) - begin);
 }
 
 } // namespace
@@ -197,7 +210,11 @@ void Viewer::savePictures()
     unsigned int number = 1;
     for (tavo::DebugSection* const section : window.getSections()) {
         const QString file = directory.filePath(pictureName(number++, section->getName()));
-        if (!section->getPicture().save(file))
+        const std::size_t before = tavo::debugOutput.getText().size();
+        const QImage picture = section->getPicture();
+        if (const std::string error = firstErrorSince(before); !error.empty())
+            fail(section->getName() + ": " + error);
+        if (!picture.save(file))
             fail(file.toStdString() + ": the picture cannot be saved");
     }
 }

@@ -13,6 +13,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::SizeIs;
 using testing::StartsWith;
 using vireo_test::Outcome;
 
@@ -141,6 +142,20 @@ TEST_F(VireoViewGLTest, ShowsTheOtherFilesIfOneIsBad)
                               "vireo-view: .: is a directory\n"
                               "vireo-view: bad.nii.gz: is not a NIfTI file: it does not begin with such a header\n");
     EXPECT_THAT(pictures(), ElementsAre("01-good.csv-column-1-over-row.png"));
+}
+
+TEST_F(VireoViewGLTest, SaysWhenThePictureOfAVolumeShowsNothing)
+{
+    constexpr short WIDE = 32767;
+    write("wide.nii", NiftiFile({WIDE, 1, 1}, NIFTI_TYPE_UINT8, std::string(WIDE, '\1')).getBytes());
+    const Outcome outcome = run({"wide.nii", "--pictures", "pictures"});
+    ASSERT_THAT(pictures(), SizeIs(1));
+    if (!drawnArea(picture(pictures()[0].c_str())).isEmpty())
+        GTEST_SKIP() << "the driver has textures of this size";
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.errors,
+        "vireo-view: wide.nii - 32767 x 1 x 1 voxels: SliceVolumeRenderer::prepareTextures - the slices are larger than "
+        "the driver's textures\n");
 }
 
 TEST_F(VireoViewGLTest, TellsFilesOfTheSameNameApart)
