@@ -1,6 +1,8 @@
 #include <QApplication>
 #include <QGLWidget>
+#include <algorithm>
 #include <array>
+#include <utility>
 
 #include "benchmarks/support/Comparison.h"
 #include "benchmarks/works.h"
@@ -17,14 +19,24 @@ namespace {
 
 const std::string NAME = "curves";
 
-// Shows curves in a view, which shows them already: what is sent has the same box, so that the camera stays.
+// The same curves from their ends to their beginnings.
+Curves reversed(Curves curves)
+{
+    for (std::vector<float>& curve : curves)
+        std::reverse(curve.begin(), curve.end());
+    return curves;
+}
+
+// Shows curves in a view, which shows others, by turns: what is sent has the same box, so that the camera stays.
 class Showing : public Contestant
 {
 public:
     Showing(std::size_t numCurves, std::size_t numSamples)
         : m_Curves(makeCurves(numCurves, numSamples))
+        , m_Others(reversed(m_Curves))
         , m_Colours(makeColours(numCurves))
     {}
+    void prepare() override { std::swap(m_Curves, m_Others); }
     void run() override
     {
         send();
@@ -32,7 +44,27 @@ public:
         view().makeCurrent();
         glFinish();
     }
+    // What was painted, and what is painted next.
     Bytes result() override
+    {
+        Bytes pictures = pixels();
+        prepare();
+        run();
+        const Bytes next = pixels();
+        pictures.insert(pictures.end(), next.begin(), next.end());
+        return pictures;
+    }
+
+protected:
+    virtual void send() = 0;
+    virtual QGLWidget& view() = 0;
+
+    Curves m_Curves;
+    Curves m_Others;
+    std::vector<Colour> m_Colours;
+
+private:
+    Bytes pixels()
     {
         QGLWidget& shown = view();
         shown.makeCurrent();
@@ -43,13 +75,6 @@ public:
         glReadBuffer(GL_BACK);
         return bytes;
     }
-
-protected:
-    virtual void send() = 0;
-    virtual QGLWidget& view() = 0;
-
-    Curves m_Curves;
-    std::vector<Colour> m_Colours;
 };
 
 // The view in the debug window.

@@ -189,8 +189,7 @@ public:
     void run() override
     {
         recordAll();
-        const std::vector<Vertex> used = convert();
-        m_Buffer = makeBuffer(used.data(), used.size() * sizeof(Vertex));
+        m_Buffer = makeBuffer(convert().get(), m_Records.size() * sizeof(Vertex));
         glFinish();
     }
     void cleanUp() override
@@ -225,10 +224,10 @@ private:
     }
 
     // Normals and colours change places, as they do in the list.
-    std::vector<Vertex> convert() const
+    std::unique_ptr<Vertex[]> convert() const
     {
-        std::vector<Vertex> used(m_Records.size());
-        for (std::size_t i = 0; i < used.size(); ++i) {
+        auto used = std::make_unique_for_overwrite<Vertex[]>(m_Records.size());
+        for (std::size_t i = 0; i < m_Records.size(); ++i) {
             const Record& record = m_Records[i];
             used[i] = {{record.position[0], record.position[1], record.position[2]},
                 {record.color[0], record.color[1], record.color[2]},
@@ -402,9 +401,10 @@ Comparison drawVertexBuffer(unsigned int numVertices)
 
 void addGeometryWorks()
 {
-    add(recordVertices(1'000'000));
-    add(executeList(1'000'000));
+    for (const unsigned int numVertices : {250'000u, 1'000'000u, 2'000'000u})
+        add(recordVertices(numVertices));
     for (const unsigned int numVertices : {1'000u, 1'000'000u}) {
+        add(executeList(numVertices));
         add(drawSoftwareArrays(numVertices));
         add(drawVertexBuffer(numVertices));
     }

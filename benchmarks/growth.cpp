@@ -2,8 +2,6 @@
 #include <benchmark/benchmark.h>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
-#include <deque>
 
 #include "benchmarks/support/Program.h"
 #include "benchmarks/support/Table.h"
@@ -25,25 +23,10 @@ struct Growth
     std::size_t size(unsigned int numDoublings) const { return largest >> (NUM_DOUBLINGS - numDoublings); }
 };
 
-// The head in a cube of about so many samples, each the nearest of the head's. It lives as long as the program.
-tavo::RegularVolume& cubeOfHead(std::size_t numSamples)
+// The head in a cube of about so many samples.
+tavo::RegularVolume& cubeOf(std::size_t numSamples)
 {
-    static std::deque<tavo::RegularVolume> cubes;
-    const int side = static_cast<int>(std::lround(std::cbrt(numSamples)));
-    const tavo::RegularVolume& from = head();
-    const tavo::StaticVector<int, 3>& extends = from.getExtends();
-    const tavo::PointSet& samples = *from.getPointSet();
-    const std::size_t size = samples.getDescr().getSize();
-    auto scaled = std::make_unique<tavo::PointSet>(samples.getDescr(), static_cast<unsigned int>(side * side * side));
-    unsigned char* to = scaled->getData();
-    for (int z = 0; z < side; ++z)
-        for (int y = 0; y < side; ++y)
-            for (int x = 0; x < side; ++x, to += size) {
-                const int row = z * extends[2] / side * extends[1] + y * extends[1] / side;
-                const int index = row * extends[0] + x * extends[0] / side;
-                std::memcpy(to, samples.getData() + static_cast<std::size_t>(index) * size, size);
-            }
-    return cubes.emplace_back(tavo::StaticVector<int, 3>(side, side, side), from.getBoundingBox(), std::move(scaled));
+    return headInCube(static_cast<int>(std::lround(std::cbrt(numSamples))));
 }
 
 unsigned int sideOfImage(std::size_t numPixels)
@@ -53,13 +36,23 @@ unsigned int sideOfImage(std::size_t numPixels)
 
 std::vector<Growth> growths()
 {
+    constexpr std::size_t MOST_SAMPLES = 8'365'427; // 203 a side
     constexpr std::size_t NUM_CURVES = 10;
+    const auto samples = [](std::size_t n) { return withCommas(n) + " samples"; };
     return {
-        {"prepare a volume's stacks, by samples", 8'365'427,
-            [](std::size_t n) { return prepareBySliceRenderer(withCommas(n) + " samples", cubeOfHead(n)); }},
-        {"draw a volume, by samples", 8'365'427,
-            [](std::size_t n) {
-                return drawVolume(withCommas(n) + " samples", cubeOfHead(n), 512, {0, 1, 0});
+        {"prepare a volume's stacks, by samples", MOST_SAMPLES,
+            [samples](std::size_t n) { return prepareBySliceRenderer(samples(n), cubeOf(n)); }},
+        {"prepare with a table, by samples", MOST_SAMPLES,
+            [samples](std::size_t n) { return prepareByTable(samples(n), cubeOf(n)); }},
+        {"prepare by Tex2dVolumeRenderer, by samples", MOST_SAMPLES,
+            [samples](std::size_t n) { return prepareByTex2dRenderer(samples(n), cubeOf(n)); }},
+        {"draw a volume, by samples", MOST_SAMPLES,
+            [samples](std::size_t n) {
+                return drawBySliceRenderer(samples(n), cubeOf(n), 512, {0, 1, 0});
+            }},
+        {"draw by Tex2dVolumeRenderer, by samples", MOST_SAMPLES,
+            [samples](std::size_t n) {
+                return drawByTex2dRenderer(samples(n), cubeOf(n), 512, {0, 1, 0});
             }},
         {"draw points, by points", 2'000'000,
             [](std::size_t n) {
@@ -70,6 +63,8 @@ std::vector<Growth> growths()
         {"image into a texture, by pixels", 16'777'216, [](std::size_t n) { return uploadImage(sideOfImage(n)); }},
         {"render texture from the cache, by free ones before it", 4096, takeRenderTexture},
         {"record and compile, by vertices", 2'000'000, recordVertices},
+        {"execute a list, by vertices", 2'000'000, executeList},
+        {"draw software vertex arrays, by vertices", 2'000'000, drawSoftwareArrays},
         {"draw a vertex buffer, by vertices", 2'000'000, drawVertexBuffer},
         {"convert between layouts, by vertices", 2'000'000, convertVertices},
         {"create and destroy objects, by objects", 320'000, createAndDestroyObjects},

@@ -82,10 +82,17 @@ public:
     {
         m_Context = &View::context();
         glGenTextures(numNames(), m_Names.data());
-        glBindTexture(GL_TEXTURE_2D, m_Names.back()); // which makes it a texture
+        for (const GLuint name : m_Names)
+            glBindTexture(GL_TEXTURE_2D, name); // which makes it a texture
         glBindTexture(GL_TEXTURE_2D, 0);
     }
-    Bytes result() override { return {glIsTexture(m_Names.back())}; }
+    Bytes result() override
+    {
+        Bytes areTextures;
+        for (const GLuint name : m_Names)
+            areTextures.push_back(glIsTexture(name));
+        return areTextures;
+    }
 
 protected:
     GLsizei numNames() const { return static_cast<GLsizei>(m_Names.size()); }

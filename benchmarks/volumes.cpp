@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cmath>
+#include <stdexcept>
 
 #include "benchmarks/support/Comparison.h"
 #include "benchmarks/support/View.h"
@@ -74,13 +76,29 @@ public:
     RGBA operator()(float density) { return DensityWindow().look(density); }
 };
 
+// Across X, each sample lies in a cache line of its own, which is asked for ahead of its turn: for the head a third
+// quicker than without, and as quick as taking the sixteen slices together that share the lines. Rows of the other
+// slices are not worth asking for.
+template <typename Function>
+void colourRow(Function& colourOf, const Plane& plane, const float* samples, RGBA* texels)
+{
+    constexpr std::size_t NUM_AHEAD = 24;
+    if (plane.uStep == 1)
+        for (std::size_t i = 0; i < plane.width; ++i)
+            texels[i] = colourOf(samples[i]);
+    else
+        for (std::size_t i = 0; i < plane.width; ++i) {
+            __builtin_prefetch(samples + (i + NUM_AHEAD) * plane.uStep);
+            texels[i] = colourOf(samples[i * plane.uStep]);
+        }
+}
+
 template <typename Function>
 void colourSlice(const Plane& plane, const float* samples, RGBA* texels, std::size_t rowLength)
 {
     Function colourOf;
     for (std::size_t row = 0; row < plane.height; ++row)
-        for (std::size_t column = 0; column < plane.width; ++column)
-            texels[row * rowLength + column] = colourOf(samples[row * plane.vStep + column * plane.uStep]);
+        colourRow(colourOf, plane, samples + row * plane.vStep, texels + row * rowLength);
 }
 
 void setSliceParameters()
@@ -330,6 +348,7 @@ private:
     Vector m_Direction;
 };
 
+template <typename Renderer>
 class RendererDrawing : public Drawing
 {
 public:
@@ -339,21 +358,45 @@ public:
 protected:
     void draw() override { m_Renderer.drawVolume(&volume(), direction(), CHANNEL, DensityWindow::map, &m_Window); }
 
+    Preparing<Renderer> m_Renderer;
+
 private:
     DensityWindow m_Window;
-    tavo::SliceVolumeRenderer m_Renderer;
+};
+
+// Makes its textures at once, before others are there: only then are they what Tex2dVolumeRenderer takes them for.
+class Tex2dRendererDrawing : public RendererDrawing<tavo::Tex2dVolumeRenderer>
+{
+public:
+    Tex2dRendererDrawing(RegularVolume& volume, int size, const Vector& direction)
+        : RendererDrawing(volume, size, direction)
+    {
+        View::context();
+        if (glIsTexture(1))
+            throw std::logic_error("Tex2dVolumeRenderer draws only in a context without other textures");
+        glBindTexture(GL_TEXTURE_2D, 0);
+        m_Renderer.prepareAlong(volume, direction);
+    }
 };
 
 class BareDrawing : public Drawing
 {
 public:
-    BareDrawing(RegularVolume& volume, int size, const Vector& direction)
+    // Its slices in textures of their size, or in textures that are padded to powers of two.
+    BareDrawing(RegularVolume& volume, int size, const Vector& direction, bool isPadded)
         : Drawing(volume, size, direction)
+        , m_Axis(axisAlong(direction))
     {
-        for (const unsigned int other : {1u, 2u})
-            if (std::abs(direction[other]) > std::abs(direction[m_Axis]))
-                m_Axis = other;
-        makeStack<InlinedFunction>(volume, m_Axis, m_Names);
+        View::context();
+        if (!isPadded) {
+            makeStack<InlinedFunction>(volume, m_Axis, m_Names);
+            return;
+        }
+        const Plane plane(volume, m_Axis);
+        m_Names.push_back(newTexture()); // for the first image; the last name has none
+        makePaddedStack<InlinedFunction>(volume, m_Axis, m_Names);
+        m_MaxS = static_cast<float>(plane.width) / static_cast<float>(std::bit_ceil(plane.width));
+        m_MaxT = static_cast<float>(plane.height) / static_cast<float>(std::bit_ceil(plane.height));
     }
     ~BareDrawing() override { glDeleteTextures(static_cast<GLsizei>(m_Names.size()), m_Names.data()); }
 
@@ -367,17 +410,28 @@ protected:
         glDepthMask(GL_FALSE);
         glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
         const bool isSeenFromBelow = direction()[m_Axis] < 0;
-        for (std::size_t i = 0; i < m_Names.size(); ++i)
-            drawSlice(isSeenFromBelow ? i : m_Names.size() - 1 - i);
+        for (std::size_t i = 0; i < numSlices(); ++i)
+            drawSlice(isSeenFromBelow ? i : numSlices() - 1 - i);
         glPopAttrib();
     }
 
 private:
+    static unsigned int axisAlong(const Vector& direction)
+    {
+        unsigned int axis = 0;
+        for (const unsigned int other : {1u, 2u})
+            if (std::abs(direction[other]) > std::abs(direction[axis]))
+                axis = other;
+        return axis;
+    }
+
+    std::size_t numSlices() const { return numSamplesAlong(volume(), m_Axis); }
+
     void drawSlice(std::size_t slice) const
     {
         const Vector& min = volume().getBoundingBox().getMin();
         const Vector& max = volume().getBoundingBox().getMax();
-        const float part = static_cast<float>(slice) / static_cast<float>(m_Names.size());
+        const float part = static_cast<float>(slice) / static_cast<float>(numSlices());
         const float p = min[m_Axis] + (max[m_Axis] - min[m_Axis]) * part;
         const unsigned int u = m_Axis == 0 ? 1 : 0;
         const unsigned int v = m_Axis == 2 ? 1 : 2;
@@ -385,7 +439,7 @@ private:
         corner[m_Axis] = p;
         glBindTexture(GL_TEXTURE_2D, m_Names[slice]);
         glBegin(GL_QUADS);
-        for (const auto& [s, t] : {std::pair(0.0f, 0.0f), {0.0f, 1.0f}, {1.0f, 1.0f}, {1.0f, 0.0f}}) {
+        for (const auto& [s, t] : {std::pair(0.0f, 0.0f), {0.0f, m_MaxT}, {m_MaxS, m_MaxT}, {m_MaxS, 0.0f}}) {
             corner[u] = s == 0 ? min[u] : max[u];
             corner[v] = t == 0 ? min[v] : max[v];
             glTexCoord2f(s, t);
@@ -394,8 +448,10 @@ private:
         glEnd();
     }
 
-    unsigned int m_Axis = 0;
+    unsigned int m_Axis;
     Names m_Names;
+    float m_MaxS = 1;
+    float m_MaxT = 1;
 };
 
 template <typename Kind, typename... Arguments>
@@ -432,26 +488,38 @@ Comparison prepareByTex2dRenderer(const std::string& name, RegularVolume& volume
             {INLINED, with<BarePreparation>(volume, makePaddedStack<InlinedFunction>)}}};
 }
 
-Comparison drawVolume(const std::string& name, RegularVolume& volume, int size, const Vector& direction)
+Comparison drawBySliceRenderer(const std::string& name, RegularVolume& volume, int size, const Vector& direction)
 {
-    return {"draw " + name, {{"vireo", with<RendererDrawing>(volume, size, direction)},
-                                {"floor", with<BareDrawing>(volume, size, direction), 1.02}}};
+    return {"draw " + name + ", SliceVolumeRenderer",
+        {{"vireo", with<RendererDrawing<tavo::SliceVolumeRenderer>>(volume, size, direction)},
+            {"floor", with<BareDrawing>(volume, size, direction, false), 1.02}}};
+}
+
+Comparison drawByTex2dRenderer(const std::string& name, RegularVolume& volume, int size, const Vector& direction)
+{
+    return {"draw " + name + ", Tex2dVolumeRenderer",
+        {{"vireo", with<Tex2dRendererDrawing>(volume, size, direction)},
+            {"floor", with<BareDrawing>(volume, size, direction, true), 1.02}}};
 }
 
 void addVolumeWorks()
 {
-    const std::string stacks = "the head's three stacks";
-    add(prepareBySliceRenderer(stacks, head()));
-    add(prepareByTable(stacks, head()));
-    add(prepareByTex2dRenderer(stacks, head()));
+    const std::vector<std::pair<std::string, RegularVolume&>> stacks = {
+        {"the head's three stacks", head()}, {"the three stacks of 64 x 64 x 64 samples", headInCube(64)}};
+    for (const auto& [name, volume] : stacks) {
+        add(prepareBySliceRenderer(name, volume));
+        add(prepareByTable(name, volume));
+        add(prepareByTex2dRenderer(name, volume));
+    }
     const std::vector<std::pair<std::string, Vector>> directions = {{"+X", {1, 0, 0}}, {"-X", {-1, 0, 0}},
         {"+Y", {0, 1, 0}}, {"-Y", {0, -1, 0}}, {"+Z", {0, 0, 1}}, {"-Z", {0, 0, -1}},
         {"(0.6, -0.64, 0.48)", {0.6f, -0.64f, 0.48f}}};
-    for (const int size : {512, 1024})
-        for (const auto& [name, direction] : directions) {
-            const std::string pixels = std::to_string(size) + " x " + std::to_string(size);
-            add(drawVolume("the head, " + pixels + ", along " + name, head(), size, direction));
-        }
+    for (const auto& draw : {drawBySliceRenderer, drawByTex2dRenderer})
+        for (const int size : {512, 1024})
+            for (const auto& [name, direction] : directions) {
+                const std::string pixels = std::to_string(size) + " x " + std::to_string(size);
+                add(draw("the head, " + pixels + ", along " + name, head(), size, direction));
+            }
 }
 
 } // namespace vireo_bench

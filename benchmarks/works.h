@@ -16,7 +16,9 @@ Comparison prepareByTable(const std::string& name, tavo::RegularVolume& volume);
 Comparison prepareByTex2dRenderer(const std::string& name, tavo::RegularVolume& volume);
 
 // Seen along a direction of length 1, in a square view of so many pixels a side.
-Comparison drawVolume(
+Comparison drawBySliceRenderer(
+    const std::string& name, tavo::RegularVolume& volume, int size, const tavo::StaticVector<float, 3>& direction);
+Comparison drawByTex2dRenderer(
     const std::string& name, tavo::RegularVolume& volume, int size, const tavo::StaticVector<float, 3>& direction);
 
 Comparison drawPoints(const std::string& name, const std::function<Points()>& makePoints);

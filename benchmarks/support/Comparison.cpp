@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <cmath>
 #include <cstddef>
 #include <map>
 #include <utility>
@@ -10,6 +11,9 @@
 namespace vireo_bench {
 
 namespace {
+
+constexpr std::size_t ENOUGH_ROUNDS = 25;
+constexpr double MOST_EXTENSION = 10;
 
 struct Added
 {
@@ -52,21 +56,30 @@ std::string warmUp(const Comparison& comparison, Contestants& contestants)
     return different;
 }
 
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start)
+{
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
 double secondsOf(Contestant& contestant)
 {
-    using Clock = std::chrono::steady_clock;
     contestant.prepare();
     const Clock::time_point start = Clock::now();
     contestant.run();
-    const std::chrono::duration<double> duration = Clock::now() - start;
+    const double seconds = secondsSince(start);
     contestant.cleanUp();
-    return duration.count() / contestant.repetitions();
+    return seconds / contestant.repetitions();
 }
 
-// The seconds of each contestant in one round. Every other round runs backwards.
-std::vector<double> runRound(Contestants& contestants, bool backwards)
+// The seconds of each contestant.
+using Round = std::vector<double>;
+
+// Every other round runs backwards.
+Round runRound(Contestants& contestants, bool backwards)
 {
-    std::vector<double> seconds(contestants.size());
+    Round seconds(contestants.size());
     for (std::size_t i = 0; i < contestants.size(); ++i) {
         const std::size_t turn = backwards ? contestants.size() - 1 - i : i;
         seconds[turn] = secondsOf(*contestants[turn]);
@@ -74,78 +87,58 @@ std::vector<double> runRound(Contestants& contestants, bool backwards)
     return seconds;
 }
 
-double quantile(std::vector<double> values, double fraction)
+double secondsOfComparison = 0.5;
+
+// So many as are said at setSecondsOfComparison.
+std::vector<Round> runRounds(Contestants& contestants)
 {
-    const auto at = values.begin() + static_cast<std::ptrdiff_t>(fraction * static_cast<double>(values.size() - 1));
-    std::nth_element(values.begin(), at, values.end());
-    return *at;
+    std::vector<Round> rounds;
+    const Clock::time_point start = Clock::now();
+    double seconds = 0;
+    while (seconds < secondsOfComparison ||
+           (rounds.size() < ENOUGH_ROUNDS && seconds < MOST_EXTENSION * secondsOfComparison)) {
+        rounds.push_back(runRound(contestants, rounds.size() % 2 == 1));
+        seconds = secondsSince(start);
+    }
+    return rounds;
 }
 
-Measurement measurementOf(const std::vector<std::vector<double>>& rounds, std::size_t contestant)
+// What so large a part of the values is below; between two of them, both count according to how near they are.
+double quantile(std::vector<double> values, double fraction)
+{
+    std::sort(values.begin(), values.end());
+    const double place = fraction * static_cast<double>(values.size() - 1);
+    const auto below = static_cast<std::size_t>(place);
+    const std::size_t above = std::min(below + 1, values.size() - 1);
+    return std::lerp(values[below], values[above], place - static_cast<double>(below));
+}
+
+Measurement measurementOf(const std::vector<Round>& rounds, std::size_t contestant)
 {
     std::vector<double> seconds;
     std::vector<double> ratios;
-    for (const std::vector<double>& round : rounds) {
+    for (const Round& round : rounds) {
         seconds.push_back(round[contestant]);
         ratios.push_back(round[0] / round[contestant]);
     }
-    return {quantile(seconds, 0.5), quantile(ratios, 0.5), (quantile(ratios, 0.75) - quantile(ratios, 0.25)) / 2};
-}
-
-// The comparison that Google Benchmark is at: it comes back to it for more and more rounds, until they last long
-// enough.
-struct Contest
-{
-    const Added* added = nullptr;
-    Contestants contestants;
-    std::vector<std::vector<double>> rounds;
-};
-
-Contest& currentContest()
-{
-    static Contest contest;
-    return contest;
-}
-
-// Says who makes another result, if anyone does; there is no contest then.
-std::string beginContest(const Added& added)
-{
-    currentContest() = Contest();
-    Contestants contestants = makeContestants(added.comparison);
-    const std::string different = warmUp(added.comparison, contestants);
-    if (different.empty())
-        currentContest() = {&added, std::move(contestants), {}};
-    return different;
-}
-
-// The seconds that a round took.
-double addRound(Contest& contest)
-{
-    contest.rounds.push_back(runRound(contest.contestants, contest.rounds.size() % 2 == 1));
-    double sum = 0;
-    for (std::size_t i = 0; i < contest.contestants.size(); ++i)
-        sum += contest.rounds.back()[i] * contest.contestants[i]->repetitions();
-    return sum;
+    return {quantile(seconds, 0.5), quantile(ratios, 0.5), (quantile(ratios, 0.75) - quantile(ratios, 0.25)) / 2,
+        rounds.size()};
 }
 
 void compare(benchmark::State& state, Added& added)
 {
-    constexpr int FEWEST_ROUNDS = 7;
-    Contest& contest = currentContest();
-    if (contest.added != &added) {
-        if (const std::string different = beginContest(added); !different.empty()) {
-            state.SkipWithError((different + " makes another result").c_str());
-            return;
-        }
-        for (int i = 1; i < FEWEST_ROUNDS; ++i)
-            addRound(contest);
+    Contestants contestants = makeContestants(added.comparison);
+    if (const std::string different = warmUp(added.comparison, contestants); !different.empty()) {
+        state.SkipWithError((different + " makes another result").c_str());
+        return;
     }
-    for ([[maybe_unused]] auto iteration : state)
-        state.SetIterationTime(addRound(contest));
+    std::vector<Round> rounds;
+    for ([[maybe_unused]] auto iteration : state) // there is one
+        rounds = runRounds(contestants);
 
     added.measurements.clear();
-    for (std::size_t i = 0; i < contest.contestants.size(); ++i) {
-        added.measurements.push_back(measurementOf(contest.rounds, i));
+    for (std::size_t i = 0; i < contestants.size(); ++i) {
+        added.measurements.push_back(measurementOf(rounds, i));
         state.counters[added.comparison.entries[i].name] = added.measurements.back().seconds;
     }
 }
@@ -167,12 +160,12 @@ void add(Comparison comparison)
     added.comparison = std::move(comparison);
     benchmark::RegisterBenchmark(work.c_str(), [&added](benchmark::State& state) {
         compare(state, added);
-    })->UseManualTime();
+    })->Iterations(1); // of as many rounds as are wanted
 }
 
-void dismissContestants()
+void setSecondsOfComparison(double seconds)
 {
-    currentContest() = Contest();
+    secondsOfComparison = seconds;
 }
 
 const Comparison& comparisonOf(const std::string& work)

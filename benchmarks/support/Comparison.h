@@ -70,6 +70,7 @@ struct Measurement
     double seconds = 0;
     double ratio = 0;
     double spread = 0;
+    std::size_t numRounds = 0;
 };
 
 // A number as it stands in the name of a work: 1,000,000.
@@ -80,8 +81,9 @@ std::string withCommas(std::size_t number);
 // contestants make different results is reported as an error.
 void add(Comparison comparison);
 
-// Destroys the contestants of the comparison that was the last, while there still is a GL context.
-void dismissContestants();
+// How long a comparison lasts, half a second if nobody says: at least so long, and until there are 25 rounds, but with
+// these at most ten times as long. So little time is for a single round.
+void setSecondsOfComparison(double seconds);
 
 // The comparison of that name, and what was measured last, for each entry. They live as long as the program.
 const Comparison& comparisonOf(const std::string& work);

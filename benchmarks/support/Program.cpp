@@ -1,6 +1,9 @@
 #include "benchmarks/support/Program.h"
 
 #include <benchmark/benchmark.h>
+#include <clocale>
+#include <cstdlib>
+#include <string_view>
 
 #include "benchmarks/support/Comparison.h"
 #include "benchmarks/support/Table.h"
@@ -10,11 +13,25 @@
 
 namespace vireo_bench {
 
+namespace {
+
+// The comparisons last as long as Google Benchmark is told that its runs should.
+void takeTimeOf(int argc, char** argv)
+{
+    constexpr std::string_view OPTION = "--benchmark_min_time=";
+    for (int i = 1; i < argc; ++i)
+        if (std::string_view(argv[i]).starts_with(OPTION))
+            setSecondsOfComparison(std::strtod(argv[i] + OPTION.size(), nullptr));
+}
+
+} // namespace
+
 Program::Program(int& argc, char** argv)
     : m_Application(argc, argv)
     , m_Argc(argc)
     , m_Argv(argv)
 {
+    std::setlocale(LC_NUMERIC, "C"); // Qt has taken over the user's, and numbers are read and written here
     tavo::initVireo();
     tavo::GLEventDisplayer::init(tavo::EventDisplayer::getClass());
 }
@@ -27,11 +44,11 @@ int Program::run()
 
 int Program::run(Reporter& reporter)
 {
+    takeTimeOf(m_Argc, m_Argv);
     benchmark::Initialize(&m_Argc, m_Argv);
     if (benchmark::ReportUnrecognizedArguments(m_Argc, m_Argv))
         return 2;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    dismissContestants();
     benchmark::Shutdown();
     return reporter.hasErrors() ? 1 : 0;
 }

@@ -64,10 +64,10 @@ void printRows(const Comparison& comparison, const std::vector<Measurement>& mea
     for (std::size_t i = 1; i < comparison.entries.size(); ++i) {
         const Entry& entry = comparison.entries[i];
         const bool isFirstRow = i == 1;
-        std::printf("| %s | %s | %s: %s | %s | %s |\n", isFirstRow ? comparison.work.c_str() : "",
+        std::printf("| %s | %s | %s: %s | %s | %s | %s |\n", isFirstRow ? comparison.work.c_str() : "",
             isFirstRow ? withUnit(measurements[0].seconds).c_str() : "", entry.name.c_str(),
             withUnit(measurements[i].seconds).c_str(), ratioOf(measurements[i], entry).c_str(),
-            ratioToReach(entry).c_str());
+            ratioToReach(entry).c_str(), withCommas(measurements[i].numRounds).c_str());
     }
 }
 
@@ -90,7 +90,7 @@ bool Table::ReportContext(const Context& context)
     View::context();
     std::printf("%s, %d cores; %s, OpenGL %s\n\n", nameOfProcessor().c_str(), context.cpu_info.num_cpus,
         stringOf(GL_RENDERER), stringOf(GL_VERSION));
-    std::printf("| work | vireo | against | ratio | at most |\n|---|---|---|---|---|\n");
+    std::printf("| work | vireo | against | ratio | at most | rounds |\n|---|---|---|---|---|---|\n");
     std::fflush(stdout);
     return true;
 }

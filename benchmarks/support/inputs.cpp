@@ -5,7 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <map>
 #include <random>
+#include <utility>
 
 #include "apps/vireo-view/ExampleData.h"
 #include "apps/vireo-view/FileFormat.h"
@@ -38,12 +40,36 @@ bool goOn(double)
     return true;
 }
 
+tavo::RegularVolume makeCubeOf(const tavo::RegularVolume& from, int side)
+{
+    const tavo::StaticVector<int, 3>& extends = from.getExtends();
+    const tavo::PointSet& samples = *from.getPointSet();
+    const std::size_t size = samples.getDescr().getSize();
+    auto scaled = std::make_unique<tavo::PointSet>(samples.getDescr(), static_cast<unsigned int>(side * side * side));
+    unsigned char* to = scaled->getData();
+    for (int z = 0; z < side; ++z)
+        for (int y = 0; y < side; ++y)
+            for (int x = 0; x < side; ++x, to += size) {
+                const int row = z * extends[2] / side * extends[1] + y * extends[1] / side;
+                const int index = row * extends[0] + x * extends[0] / side;
+                std::memcpy(to, samples.getData() + static_cast<std::size_t>(index) * size, size);
+            }
+    return {tavo::StaticVector<int, 3>(side, side, side), from.getBoundingBox(), std::move(scaled)};
+}
+
 } // namespace
 
 tavo::RegularVolume& head()
 {
     static tavo::RegularVolume volume = vireo_view::readNifti(exampleFile(HEAD), goOn);
     return volume;
+}
+
+tavo::RegularVolume& headInCube(int side)
+{
+    static std::map<int, tavo::RegularVolume> cubes;
+    const auto made = cubes.find(side);
+    return made != cubes.end() ? made->second : cubes.emplace(side, makeCubeOf(head(), side)).first->second;
 }
 
 Points randomPoints(unsigned int count)

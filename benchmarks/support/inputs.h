@@ -13,6 +13,9 @@ namespace vireo_bench {
 // The MRI head of the package mricron-data, 181 x 217 x 181 samples of one float, "density"; read at the first call.
 tavo::RegularVolume& head();
 
+// The head in a cube of so many samples a side, each the nearest of the head's; made at the first call.
+tavo::RegularVolume& headInCube(int side);
+
 // What its samples are called.
 inline const char* const CHANNEL = "density";
 
