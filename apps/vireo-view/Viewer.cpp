@@ -8,6 +8,7 @@
 #include <iostream>
 #include <iterator>
 #include <new>
+#include <sstream>
 
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/LoadingProgress.h"
@@ -97,13 +98,13 @@ fs::path pathOf(const QString& name)
 // The first error that was reported since the log had that size; empty if there was none.
 std::string firstErrorSince(std::size_t size)
 {
-    static const std::string MARK = "error: ";
     const std::string text = tavo::debugOutput.getText();
-    const std::size_t mark = text.find(MARK, size);
-    if (mark == std::string::npos)
-        return {};
-    const std::size_t begin = mark + MARK.size();
-    return text.substr(begin, text.find('\n', begin) - begin);
+    std::istringstream lines(text.size() < size ? text : text.substr(size)); // shorter where its beginning was dropped
+    const std::string mark = "error: ";
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with(mark))
+            return line.substr(mark.size());
+    return {};
 }
 
 } // namespace

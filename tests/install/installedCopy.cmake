@@ -1,5 +1,6 @@
 # An installed copy is used by programs that know nothing of this tree: the example of the README, found through the CMake
-# package and through pkg-config, and built, and run; one that saves its picture; and one that needs the Cg runtime's headers, built.
+# package and through pkg-config, and built, and run; one that saves its picture; and one that needs the headers of the Cg
+# runtime, built.
 foreach(way cmake pkgconfig)
     add_test(NAME install.${way}
         COMMAND ${CMAKE_COMMAND}

@@ -51,7 +51,7 @@ public:
     // Takes over the graphs and colours of another GLGraphDisplayer; anything else is ignored.
     void updateData(GLEventObject* newer) override;
 
-    // Good until there is another graph, or this object is assigned to or destroyed.
+    // Both are good until there is another graph, or this object is assigned to, updated or destroyed.
     const std::vector<std::vector<StaticVector<float, 3>>>& getGraphs() const { return *m_Graphs; }
     const std::vector<StaticVector<unsigned char, 4>>& getColours() const { return m_Colours; }
 

@@ -14,8 +14,7 @@ namespace tavo {
 
 namespace {
 
-// So few that memory for them comes from what was freed before: larger pieces are handed to the system and back each
-// time.
+// So few that memory for them is what was freed before: larger pieces go to the system and come back each time.
 constexpr std::size_t VERTICES_PER_BLOCK = 1024;
 
 void pushFloats(VertexDescriptor& layout, const std::string& name, unsigned int components)
@@ -150,10 +149,10 @@ unsigned int GLGeometryList::countVertices() const
 
 void GLGeometryList::compile(GLContext* context, bool mappingFlag)
 {
-    if (m_NumPositionComponents == 0)
+    const unsigned int count = countVertices();
+    if (count == 0)
         return;
 
-    const unsigned int count = countVertices();
     const VertexDescriptor recorded = recordedLayout();
     const VertexDescriptor layout = usedLayout();
     auto buffer = std::make_unique<GLVertexBuffer>(context, layout, GLVertexBuffer::TYPE_DEFAULT);
@@ -172,7 +171,7 @@ void GLGeometryList::compile(GLContext* context, bool mappingFlag)
 
 void GLGeometryList::execute(GLContext*)
 {
-    if (m_Vertices.empty())
+    if (countVertices() == 0)
         return;
     if (!m_VertexBuffer || m_VertexBuffer->getNumElements() != countVertices())
         throw PException("GLGeometryList::execute() - not compiled");

@@ -106,7 +106,7 @@ private:
     GLVertexBuffer* m_VertexBuffer = nullptr;
     [[maybe_unused]] GLContext* m_Context;
     std::vector<Primitive> m_Primitives;
-    // In blocks of one size, the last of which is being filled: so none is moved when there are more.
+    // In blocks, all full but the last: so those in full ones are never moved.
     std::vector<std::vector<Vertex>> m_Vertices;
     bool m_InsideBegin = false;
     Vertex m_Current{};

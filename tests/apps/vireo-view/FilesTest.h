@@ -31,7 +31,7 @@ protected:
     std::filesystem::path writeBeforeHole(const std::string& name, std::string_view contents, qint64 size) const
     {
         const std::filesystem::path file = write(name, contents);
-        if (QFile stretched(QString::fromStdString(file.string())); !stretched.resize(size))
+        if (QFile stretched(QString::fromStdU16String(file.u16string())); !stretched.resize(size))
             throw std::runtime_error(file.string() + ": " + stretched.errorString().toStdString());
         return file;
     }

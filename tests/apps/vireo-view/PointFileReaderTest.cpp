@@ -267,7 +267,7 @@ TEST_F(PointFileReaderTest, SaysWhenItsReadingWasStopped)
     }
 }
 
-// Such a file takes hardly any room on the disk, and all of the memory if it is taken for text.
+// Such a file takes hardly any room on the disk, and its size in memory if the hole is taken for a line.
 TEST_F(PointFileReaderTest, TurnsAwayAHugeFileThatIsMostlyAHole)
 {
     for (const auto& [name, contents, line] : {std::tuple("a.off", std::string("OFF\n9 0 0\n1 2 3\n"), "4"),

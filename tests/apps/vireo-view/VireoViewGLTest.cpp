@@ -154,8 +154,8 @@ TEST_F(VireoViewGLTest, SaysWhenThePictureOfAVolumeShowsNothing)
         GTEST_SKIP() << "the driver has textures of this size";
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(outcome.errors,
-        "vireo-view: wide.nii - 32767 x 1 x 1 voxels: SliceVolumeRenderer::prepareTextures - the slices are larger than "
-        "the driver's textures\n");
+        "vireo-view: wide.nii - 32767 x 1 x 1 voxels: SliceVolumeRenderer::prepareTextures - the slices are larger "
+        "than the driver's textures\n");
 }
 
 TEST_F(VireoViewGLTest, TellsFilesOfTheSameNameApart)
