@@ -1,5 +1,9 @@
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
+#include <memory>
+#include <utility>
 
 #include "benchmarks/support/Comparison.h"
 #include "benchmarks/support/View.h"
@@ -117,18 +121,26 @@ private:
     tavo::GLContext* m_Context = nullptr;
 };
 
-// Draws, and only that.
+// Draws, and only that: a few vertices several times, so that waiting for the driver does not hide the rest.
 class Drawing : public Geometry
 {
 public:
     void run() override
     {
-        draw();
+        for (std::size_t i = 0; i < m_NumTimes; ++i)
+            draw();
         glFinish();
     }
+    double repetitions() const override { return static_cast<double>(m_NumTimes); }
 
 protected:
+    explicit Drawing(std::size_t numVertices)
+        : m_NumTimes(std::max<std::size_t>(1, 10'000 / numVertices))
+    {}
     virtual void draw() = 0;
+
+private:
+    std::size_t m_NumTimes;
 };
 
 // Records vertices and puts them into a buffer.
@@ -244,7 +256,8 @@ class ListDrawing : public Drawing
 {
 public:
     explicit ListDrawing(const std::vector<Vertex>& vertices)
-        : m_List(&View::context())
+        : Drawing(vertices.size())
+        , m_List(&View::context())
     {
         record(m_List, vertices);
         m_List.compile(&View::context(), true);
@@ -261,8 +274,9 @@ private:
 class BareBufferDrawing : public Drawing
 {
 public:
-    explicit BareBufferDrawing(std::vector<Vertex> vertices)
-        : m_Count(static_cast<unsigned int>(vertices.size()))
+    explicit BareBufferDrawing(const std::vector<Vertex>& vertices)
+        : Drawing(vertices.size())
+        , m_Count(static_cast<unsigned int>(vertices.size()))
         , m_Buffer(makeBuffer(vertices.data(), vertices.size() * sizeof(Vertex)))
     {}
     ~BareBufferDrawing() override { tavo::glDeleteBuffersARB(1, &m_Buffer); }
@@ -296,7 +310,8 @@ class VertexBufferDrawing : public Drawing
 {
 public:
     explicit VertexBufferDrawing(std::vector<Vertex> vertices)
-        : m_Buffer(&View::context(), layoutOf(3), tavo::GLVertexBuffer::TYPE_DEFAULT)
+        : Drawing(vertices.size())
+        , m_Buffer(&View::context(), layoutOf(3), tavo::GLVertexBuffer::TYPE_DEFAULT)
     {
         const auto count = static_cast<unsigned int>(vertices.size());
         m_Buffer.init(count, GL_STATIC_DRAW_ARB);
@@ -321,7 +336,8 @@ class SoftwareArrayDrawing : public Drawing
 {
 public:
     explicit SoftwareArrayDrawing(std::vector<Vertex> vertices)
-        : m_Vertices(std::move(vertices))
+        : Drawing(vertices.size())
+        , m_Vertices(std::move(vertices))
     {}
 
 protected:
@@ -340,7 +356,8 @@ class BareArrayDrawing : public Drawing
 {
 public:
     explicit BareArrayDrawing(std::vector<Vertex> vertices)
-        : m_Vertices(std::move(vertices))
+        : Drawing(vertices.size())
+        , m_Vertices(std::move(vertices))
     {}
 
 protected:

@@ -2,7 +2,6 @@
 #include <array>
 #include <bit>
 #include <cmath>
-#include <stdexcept>
 
 #include "benchmarks/support/Comparison.h"
 #include "benchmarks/support/View.h"
@@ -35,27 +34,79 @@ std::size_t numSamplesAlong(const RegularVolume& volume, unsigned int axis)
     return static_cast<std::size_t>(volume.getExtends()[axis]);
 }
 
-// Which samples a slice across an axis takes: how many side by side and one above the other, and how far apart.
-struct Plane
+// The axes across a stack, of which the first one runs along the rows of its slices.
+unsigned int uAcross(unsigned int axis)
 {
-    Plane(const RegularVolume& volume, unsigned int axis)
+    return axis == 0 ? 1 : 0;
+}
+
+unsigned int vAcross(unsigned int axis)
+{
+    return axis == 2 ? 1 : 2;
+}
+
+// The slices of a volume across an axis, to be read in ascending order. Across X, each sample of a slice lies in a
+// cache line of its own: sixteen slices, which share the lines, are fetched at once, and their lines are asked for
+// ahead. That takes 40% off the time for the head's stacks; asking ahead for the rows of other slices takes off
+// nothing.
+class Slices
+{
+public:
+    Slices(const RegularVolume& volume, unsigned int axis)
+        : m_Samples(samplesOf(volume))
+        , m_Axis(axis)
+        , m_Count(numSamplesAlong(volume, axis))
+        , m_Width(numSamplesAlong(volume, uAcross(axis)))
+        , m_Height(numSamplesAlong(volume, vAcross(axis)))
+    {}
+
+    std::size_t count() const { return m_Count; }
+    std::size_t width() const { return m_Width; }
+    std::size_t height() const { return m_Height; }
+
+    // The first sample of a slice, and how many samples the beginnings of its rows are apart.
+    const float* find(std::size_t slice)
     {
-        const std::size_t row = numSamplesAlong(volume, 0);
-        const std::array<std::size_t, 3> steps = {1, row, row * numSamplesAlong(volume, 1)};
-        const unsigned int u = axis == 0 ? 1 : 0;
-        const unsigned int v = axis == 2 ? 1 : 2;
-        width = numSamplesAlong(volume, u);
-        height = numSamplesAlong(volume, v);
-        uStep = steps[u];
-        vStep = steps[v];
-        sliceStep = steps[axis];
+        switch (m_Axis) {
+        case 0:
+            if (slice % NUM_TOGETHER == 0)
+                fetchFrom(slice);
+            return &m_Fetched[slice % NUM_TOGETHER * distance()];
+        case 1: return m_Samples + slice * m_Width;
+        default: return m_Samples + slice * m_Width * m_Height;
+        }
+    }
+    std::size_t rowStep() const { return m_Axis == 1 ? m_Width * m_Count : m_Width; }
+
+private:
+    static constexpr std::size_t NUM_TOGETHER = 16;
+    static constexpr std::size_t NUM_LINES_AHEAD = 16;
+
+    // Between fetched slices: not their size, which may be a power of two, of which caches keep only a few.
+    std::size_t distance() const { return m_Width * m_Height + NUM_TOGETHER; }
+
+    void fetchFrom(std::size_t slice)
+    {
+        const std::size_t numFetched = std::min(NUM_TOGETHER, m_Count - slice);
+        const std::size_t size = m_Width * m_Height;
+        m_Fetched.resize(NUM_TOGETHER * distance());
+        float* const to = m_Fetched.data();
+        const float* from = m_Samples + slice;
+        for (std::size_t i = 0; i < size; ++i, from += m_Count) {
+            const float* const ahead = from + NUM_LINES_AHEAD * m_Count;
+            __builtin_prefetch(ahead);
+            __builtin_prefetch(ahead + NUM_TOGETHER - 1); // may be in another line
+            for (std::size_t fetched = 0; fetched < numFetched; ++fetched)
+                to[fetched * distance() + i] = from[fetched];
+        }
     }
 
-    std::size_t width;
-    std::size_t height;
-    std::size_t uStep;
-    std::size_t vStep;
-    std::size_t sliceStep;
+    const float* m_Samples;
+    unsigned int m_Axis;
+    std::size_t m_Count;
+    std::size_t m_Width;
+    std::size_t m_Height;
+    std::vector<float> m_Fetched;
 };
 
 // The transfer function of a bare program: called for each sample, as an application hands it to a renderer, or
@@ -76,29 +127,15 @@ public:
     RGBA operator()(float density) { return DensityWindow().look(density); }
 };
 
-// Across X, each sample lies in a cache line of its own, which is asked for ahead of its turn: for the head a third
-// quicker than without, and as quick as taking the sixteen slices together that share the lines. Rows of the other
-// slices are not worth asking for.
 template <typename Function>
-void colourRow(Function& colourOf, const Plane& plane, const float* samples, RGBA* texels)
-{
-    constexpr std::size_t NUM_AHEAD = 24;
-    if (plane.uStep == 1)
-        for (std::size_t i = 0; i < plane.width; ++i)
-            texels[i] = colourOf(samples[i]);
-    else
-        for (std::size_t i = 0; i < plane.width; ++i) {
-            __builtin_prefetch(samples + (i + NUM_AHEAD) * plane.uStep);
-            texels[i] = colourOf(samples[i * plane.uStep]);
-        }
-}
-
-template <typename Function>
-void colourSlice(const Plane& plane, const float* samples, RGBA* texels, std::size_t rowLength)
+void colourSlice(Slices& slices, std::size_t slice, RGBA* texels, std::size_t rowLength)
 {
     Function colourOf;
-    for (std::size_t row = 0; row < plane.height; ++row)
-        colourRow(colourOf, plane, samples + row * plane.vStep, texels + row * rowLength);
+    const float* samples = slices.find(slice);
+    const std::size_t width = slices.width(); // which the texels might overwrite, for all that the compiler knows
+    for (std::size_t row = 0; row < slices.height(); ++row, samples += slices.rowStep(), texels += rowLength)
+        for (std::size_t i = 0; i < width; ++i)
+            texels[i] = colourOf(samples[i]);
 }
 
 void setSliceParameters()
@@ -128,13 +165,13 @@ GLuint newTexture()
 template <typename Function>
 void makeStack(const RegularVolume& volume, unsigned int axis, Names& names)
 {
-    const Plane plane(volume, axis);
-    std::vector<RGBA> texels(plane.width * plane.height);
-    for (std::size_t slice = 0; slice < numSamplesAlong(volume, axis); ++slice) {
-        colourSlice<Function>(plane, samplesOf(volume) + slice * plane.sliceStep, texels.data(), plane.width);
+    Slices slices(volume, axis);
+    std::vector<RGBA> texels(slices.width() * slices.height());
+    for (std::size_t slice = 0; slice < slices.count(); ++slice) {
+        colourSlice<Function>(slices, slice, texels.data(), slices.width());
         names.push_back(newTexture());
         setSliceParameters();
-        uploadSlice(GL_RGBA8, plane.width, plane.height, texels.data());
+        uploadSlice(GL_RGBA8, slices.width(), slices.height(), texels.data());
     }
 }
 
@@ -143,12 +180,12 @@ void makeStack(const RegularVolume& volume, unsigned int axis, Names& names)
 template <typename Function>
 void makePaddedStack(const RegularVolume& volume, unsigned int axis, Names& names)
 {
-    const Plane plane(volume, axis);
-    const std::size_t paddedWidth = std::bit_ceil(plane.width);
-    const std::size_t paddedHeight = std::bit_ceil(plane.height);
+    Slices slices(volume, axis);
+    const std::size_t paddedWidth = std::bit_ceil(slices.width());
+    const std::size_t paddedHeight = std::bit_ceil(slices.height());
     std::vector<RGBA> texels(paddedWidth * paddedHeight, tavo::NULL_VECTOR4UB);
-    for (std::size_t slice = 0; slice < numSamplesAlong(volume, axis); ++slice) {
-        colourSlice<Function>(plane, samplesOf(volume) + slice * plane.sliceStep, texels.data(), paddedWidth);
+    for (std::size_t slice = 0; slice < slices.count(); ++slice) {
+        colourSlice<Function>(slices, slice, texels.data(), paddedWidth);
         setSliceParameters();
         uploadSlice(4, paddedWidth, paddedHeight, texels.data());
         names.push_back(newTexture());
@@ -310,7 +347,7 @@ public:
 
     void prepare() override
     {
-        View::ofSize(m_Size, m_Size);
+        view();
         loadMatrices();
     }
     void run() override
@@ -319,10 +356,12 @@ public:
         draw();
         glFinish();
     }
-    Bytes result() override { return View::ofSize(m_Size, m_Size).pixels(); }
+    Bytes result() override { return view().pixels(); }
 
 protected:
     virtual void draw() = 0;
+    virtual View& view() { return View::ofSize(m_Size, m_Size); }
+    int size() const { return m_Size; }
     RegularVolume& volume() const { return m_Volume; }
     const Vector& direction() const { return m_Direction; }
 
@@ -358,25 +397,28 @@ public:
 protected:
     void draw() override { m_Renderer.drawVolume(&volume(), direction(), CHANNEL, DensityWindow::map, &m_Window); }
 
-    Preparing<Renderer> m_Renderer;
+    Renderer m_Renderer;
 
 private:
     DensityWindow m_Window;
 };
 
-// Makes its textures at once, before others are there: only then are they what Tex2dVolumeRenderer takes them for.
+// Draws in a context in which nobody has made textures before: only there are its own what it takes them for.
 class Tex2dRendererDrawing : public RendererDrawing<tavo::Tex2dVolumeRenderer>
 {
 public:
-    Tex2dRendererDrawing(RegularVolume& volume, int size, const Vector& direction)
-        : RendererDrawing(volume, size, direction)
+    using RendererDrawing::RendererDrawing;
+    ~Tex2dRendererDrawing() override
     {
-        View::context();
-        if (glIsTexture(1))
-            throw std::logic_error("Tex2dVolumeRenderer draws only in a context without other textures");
-        glBindTexture(GL_TEXTURE_2D, 0);
-        m_Renderer.prepareAlong(volume, direction);
+        Tex2dRendererDrawing::view();
+        m_Renderer.disposeTextures();
     }
+
+protected:
+    View& view() override { return m_View.inSize(size(), size()); }
+
+private:
+    View m_View;
 };
 
 class BareDrawing : public Drawing
@@ -387,18 +429,21 @@ public:
         : Drawing(volume, size, direction)
         , m_Axis(axisAlong(direction))
     {
-        View::context();
+        BareDrawing::view();
         if (!isPadded) {
             makeStack<InlinedFunction>(volume, m_Axis, m_Names);
             return;
         }
-        const Plane plane(volume, m_Axis);
         m_Names.push_back(newTexture()); // for the first image; the last name has none
         makePaddedStack<InlinedFunction>(volume, m_Axis, m_Names);
-        m_MaxS = static_cast<float>(plane.width) / static_cast<float>(std::bit_ceil(plane.width));
-        m_MaxT = static_cast<float>(plane.height) / static_cast<float>(std::bit_ceil(plane.height));
+        m_MaxS = shareInPadded(numSamplesAlong(volume, uAcross(m_Axis)));
+        m_MaxT = shareInPadded(numSamplesAlong(volume, vAcross(m_Axis)));
     }
-    ~BareDrawing() override { glDeleteTextures(static_cast<GLsizei>(m_Names.size()), m_Names.data()); }
+    ~BareDrawing() override
+    {
+        BareDrawing::view();
+        glDeleteTextures(static_cast<GLsizei>(m_Names.size()), m_Names.data());
+    }
 
 protected:
     void draw() override
@@ -425,6 +470,11 @@ private:
         return axis;
     }
 
+    static float shareInPadded(std::size_t count)
+    {
+        return static_cast<float>(count) / static_cast<float>(std::bit_ceil(count));
+    }
+
     std::size_t numSlices() const { return numSamplesAlong(volume(), m_Axis); }
 
     void drawSlice(std::size_t slice) const
@@ -433,8 +483,8 @@ private:
         const Vector& max = volume().getBoundingBox().getMax();
         const float part = static_cast<float>(slice) / static_cast<float>(numSlices());
         const float p = min[m_Axis] + (max[m_Axis] - min[m_Axis]) * part;
-        const unsigned int u = m_Axis == 0 ? 1 : 0;
-        const unsigned int v = m_Axis == 2 ? 1 : 2;
+        const unsigned int u = uAcross(m_Axis);
+        const unsigned int v = vAcross(m_Axis);
         Vector corner;
         corner[m_Axis] = p;
         glBindTexture(GL_TEXTURE_2D, m_Names[slice]);

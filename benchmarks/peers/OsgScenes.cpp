@@ -36,6 +36,7 @@ public:
         m_Widget.resize(SIZE, SIZE);
         m_Widget.show();
         m_Viewer->setThreadingModel(osgViewer::Viewer::SingleThreaded);
+        m_Viewer->setUseConfigureAffinity(false); // else this thread, and what others start in it, has one processor
         m_Viewer->setUpViewerAsEmbeddedInWindow(0, 0, SIZE, SIZE);
         m_Viewer->getCamera()->setClearColor({0, 0, 0, 0});
         OsgScene::unload();

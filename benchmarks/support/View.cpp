@@ -22,17 +22,23 @@ View::View()
 View& View::ofSize(int width, int height)
 {
     static auto* const view = new View; // goes with the program: Qt's application is gone before static destructors run
-    if (view->size() != QSize(width, height)) {
-        view->resize(width, height);
+    return view->inSize(width, height);
+}
+
+View& View::inSize(int width, int height)
+{
+    makeCurrent();
+    if (size() != QSize(width, height)) {
+        resize(width, height);
         QApplication::processEvents();
-        view->swapBuffers(); // only now does the driver learn of the new size
+        swapBuffers(); // only now does the driver learn of the new size
+        makeCurrent();
     }
-    view->makeCurrent();
-    view->m_Context->activate();
-    if (view->width() != width || view->height() != height)
+    m_Context->activate();
+    if (this->width() != width || this->height() != height)
         throw std::runtime_error("the screen is too small for a view of 1024 x 1024 pixels");
     glViewport(0, 0, width, height);
-    return *view;
+    return *this;
 }
 
 tavo::GLContext& View::context()

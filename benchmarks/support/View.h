@@ -9,15 +9,21 @@
 namespace vireo_bench {
 
 // The window that contestants draw into, as an application would have it: a widget of Qt's, whose context is wrapped in
-// a GLContext. There is one, and it is never painted by Qt itself.
+// a GLContext. It is never painted by Qt itself.
 class View : public QGLWidget
 {
 public:
-    // The view in that size, its context current and active, and GL's state as it is at first.
+    // The view that contestants share, in that size.
     static View& ofSize(int width, int height);
 
     // The same where nothing is drawn.
     static tavo::GLContext& context();
+
+    // A view of a contestant's own, for what needs a context in which nothing has happened yet.
+    View();
+
+    // Gives it that size, and makes its context current and active.
+    View& inSize(int width, int height);
 
     tavo::GLContext& getContext() { return *m_Context; }
 
@@ -29,8 +35,6 @@ protected:
     void resizeEvent(QResizeEvent*) override {}
 
 private:
-    View();
-
     std::unique_ptr<tavo::GLContext> m_Context;
 };
 
