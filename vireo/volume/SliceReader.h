@@ -37,7 +37,7 @@ public:
         }
         if (m_First != first)
             fetch(first, count);
-        const Sample* row = &m_Samples[static_cast<std::size_t>(slice - first) * sizeOfSlice()];
+        const Sample* row = &m_Samples[static_cast<std::size_t>(slice - first) * distance()];
         for (std::size_t i = 0; i < numAlong(2); ++i, row += numAlong(1), out += rowLength)
             mapRow(row, numAlong(1), map, out);
     }
@@ -58,15 +58,17 @@ private:
     {
         constexpr int all = RegularVolume::UNRESTRICTED;
         m_First = -1; // until all is there
-        m_Samples.resize(static_cast<std::size_t>(count) * sizeOfSlice());
+        m_Samples.resize(static_cast<std::size_t>(count) * distance());
         m_Volume.forEachSample<N>(m_Channel, {first, all, all}, {first + count - 1, all, all},
-            [samples = m_Samples.data(), size = sizeOfSlice()](const Sample& sample, std::size_t slice,
-                std::size_t place) { samples[slice * size + place] = sample; });
+            [samples = m_Samples.data(), distance = distance()](const Sample& sample, std::size_t slice,
+                std::size_t place) { samples[slice * distance + place] = sample; });
         m_First = first;
     }
 
     std::size_t numAlong(unsigned int axis) const { return static_cast<std::size_t>(m_Volume.getExtends()[axis]); }
-    std::size_t sizeOfSlice() const { return numAlong(1) * numAlong(2); }
+    // From a slice that was fetched to the next one: a cache line more than its size, since caches keep only a few of
+    // the places that are a large power of two apart.
+    std::size_t distance() const { return numAlong(1) * numAlong(2) + CACHE_LINE / sizeof(Sample); }
 
     const RegularVolume& m_Volume;
     const std::string& m_Channel;

@@ -102,7 +102,8 @@ struct Range
     float max = std::numeric_limits<float>::lowest();
 };
 
-// The range of a channel's finite values; from 0 to 0 if there are none.
+// The range of a channel's finite values; from 0 to 0 if there are none. Writes only what changes: a range that is
+// written with every sample is waited for at the next one.
 Range rangeOf(const RegularVolume& volume, const std::string& channel)
 {
     constexpr int all = RegularVolume::UNRESTRICTED;
@@ -112,10 +113,11 @@ Range rangeOf(const RegularVolume& volume, const std::string& channel)
         volume.forEachSample<n>(channel, {all, all, all}, {all, all, all},
             [&range](const StaticVector<float, n>& sample, std::size_t, std::size_t) {
                 for (unsigned int i = 0; i < n; ++i) {
-                    if (!std::isfinite(sample[i]))
-                        continue;
-                    range.min = std::min(range.min, sample[i]);
-                    range.max = std::max(range.max, sample[i]);
+                    const float value = sample[i];
+                    if (value < range.min && std::isfinite(value))
+                        range.min = value;
+                    if (value > range.max && std::isfinite(value))
+                        range.max = value;
                 }
             });
     });
