@@ -45,10 +45,7 @@ unsigned int vAcross(unsigned int axis)
     return axis == 2 ? 1 : 2;
 }
 
-// The slices of a volume across an axis, to be read in ascending order. Across X, each sample of a slice lies in a
-// cache line of its own: sixteen slices, which share the lines, are fetched at once, and their lines are asked for
-// ahead. That takes 40% off the time for the head's stacks; asking ahead for the rows of other slices takes off
-// nothing.
+// The slices of a volume across an axis, as they lie in memory.
 class Slices
 {
 public:
@@ -58,42 +55,64 @@ public:
         , m_Count(numSamplesAlong(volume, axis))
         , m_Width(numSamplesAlong(volume, uAcross(axis)))
         , m_Height(numSamplesAlong(volume, vAcross(axis)))
+        , m_Steps{1, numSamplesAlong(volume, 0), numSamplesAlong(volume, 0) * numSamplesAlong(volume, 1)}
     {}
 
     std::size_t count() const { return m_Count; }
     std::size_t width() const { return m_Width; }
     std::size_t height() const { return m_Height; }
 
-    // The first sample of a slice, and how many samples the beginnings of its rows are apart.
+    const float* find(std::size_t slice) const { return m_Samples + slice * m_Steps[m_Axis]; }
+    std::size_t sampleStep() const { return m_Steps[uAcross(m_Axis)]; }
+    std::size_t rowStep() const { return m_Steps[vAcross(m_Axis)]; }
+
+private:
+    const float* m_Samples;
+    unsigned int m_Axis;
+    std::size_t m_Count;
+    std::size_t m_Width;
+    std::size_t m_Height;
+    std::array<std::size_t, 3> m_Steps;
+};
+
+// The same, to be read in ascending order. Across X, each sample of a slice lies in a cache line of its own: sixteen
+// slices, which share the lines, are fetched at once, and their lines are asked for ahead. Asking ahead for the rows of
+// other slices takes off nothing.
+class FetchedSlices : public Slices
+{
+public:
+    FetchedSlices(const RegularVolume& volume, unsigned int axis)
+        : Slices(volume, axis)
+        , m_IsAcrossX(axis == 0)
+    {}
+
     const float* find(std::size_t slice)
     {
-        switch (m_Axis) {
-        case 0:
-            if (slice % NUM_TOGETHER == 0)
-                fetchFrom(slice);
-            return &m_Fetched[slice % NUM_TOGETHER * distance()];
-        case 1: return m_Samples + slice * m_Width;
-        default: return m_Samples + slice * m_Width * m_Height;
-        }
+        if (!m_IsAcrossX)
+            return Slices::find(slice);
+        if (slice % NUM_TOGETHER == 0)
+            fetchFrom(slice);
+        return &m_Fetched[slice % NUM_TOGETHER * distance()];
     }
-    std::size_t rowStep() const { return m_Axis == 1 ? m_Width * m_Count : m_Width; }
+    static constexpr std::size_t sampleStep() { return 1; }
+    std::size_t rowStep() const { return m_IsAcrossX ? width() : Slices::rowStep(); }
 
 private:
     static constexpr std::size_t NUM_TOGETHER = 16;
     static constexpr std::size_t NUM_LINES_AHEAD = 16;
 
     // Between fetched slices: not their size, which may be a power of two, of which caches keep only a few.
-    std::size_t distance() const { return m_Width * m_Height + NUM_TOGETHER; }
+    std::size_t distance() const { return width() * height() + NUM_TOGETHER; }
 
     void fetchFrom(std::size_t slice)
     {
-        const std::size_t numFetched = std::min(NUM_TOGETHER, m_Count - slice);
-        const std::size_t size = m_Width * m_Height;
+        const std::size_t numFetched = std::min(NUM_TOGETHER, count() - slice);
+        const std::size_t size = width() * height();
         m_Fetched.resize(NUM_TOGETHER * distance());
         float* const to = m_Fetched.data();
-        const float* from = m_Samples + slice;
-        for (std::size_t i = 0; i < size; ++i, from += m_Count) {
-            const float* const ahead = from + NUM_LINES_AHEAD * m_Count;
+        const float* from = Slices::find(slice);
+        for (std::size_t i = 0; i < size; ++i, from += count()) {
+            const float* const ahead = from + NUM_LINES_AHEAD * count();
             __builtin_prefetch(ahead);
             __builtin_prefetch(ahead + NUM_TOGETHER - 1); // may be in another line
             for (std::size_t fetched = 0; fetched < numFetched; ++fetched)
@@ -101,11 +120,7 @@ private:
         }
     }
 
-    const float* m_Samples;
-    unsigned int m_Axis;
-    std::size_t m_Count;
-    std::size_t m_Width;
-    std::size_t m_Height;
+    bool m_IsAcrossX;
     std::vector<float> m_Fetched;
 };
 
@@ -127,15 +142,17 @@ public:
     RGBA operator()(float density) { return DensityWindow().look(density); }
 };
 
-template <typename Function>
-void colourSlice(Slices& slices, std::size_t slice, RGBA* texels, std::size_t rowLength)
+template <typename Function, typename SlicesOfAxis>
+void colourSlice(SlicesOfAxis& slices, std::size_t slice, RGBA* texels, std::size_t rowLength)
 {
     Function colourOf;
     const float* samples = slices.find(slice);
-    const std::size_t width = slices.width(); // which the texels might overwrite, for all that the compiler knows
+    // Which the texels might overwrite, for all that the compiler knows.
+    const std::size_t width = slices.width();
+    const std::size_t step = slices.sampleStep();
     for (std::size_t row = 0; row < slices.height(); ++row, samples += slices.rowStep(), texels += rowLength)
         for (std::size_t i = 0; i < width; ++i)
-            texels[i] = colourOf(samples[i]);
+            texels[i] = colourOf(samples[i * step]);
 }
 
 void setSliceParameters()
@@ -162,10 +179,10 @@ GLuint newTexture()
 }
 
 // One texture a slice, of the slice's size.
-template <typename Function>
+template <typename Function, typename SlicesOfAxis = FetchedSlices>
 void makeStack(const RegularVolume& volume, unsigned int axis, Names& names)
 {
-    Slices slices(volume, axis);
+    SlicesOfAxis slices(volume, axis);
     std::vector<RGBA> texels(slices.width() * slices.height());
     for (std::size_t slice = 0; slice < slices.count(); ++slice) {
         colourSlice<Function>(slices, slice, texels.data(), slices.width());
@@ -177,10 +194,10 @@ void makeStack(const RegularVolume& volume, unsigned int axis, Names& names)
 
 // The same in sizes that are powers of two, each image in the texture before the one that is made for it, as
 // Tex2dVolumeRenderer has it.
-template <typename Function>
+template <typename Function, typename SlicesOfAxis = FetchedSlices>
 void makePaddedStack(const RegularVolume& volume, unsigned int axis, Names& names)
 {
-    Slices slices(volume, axis);
+    SlicesOfAxis slices(volume, axis);
     const std::size_t paddedWidth = std::bit_ceil(slices.width());
     const std::size_t paddedHeight = std::bit_ceil(slices.height());
     std::vector<RGBA> texels(paddedWidth * paddedHeight, tavo::NULL_VECTOR4UB);
@@ -510,8 +527,17 @@ std::function<std::unique_ptr<Contestant>()> with(RegularVolume& volume, Argumen
     return [&volume, arguments...] { return std::make_unique<Kind>(volume, arguments...); };
 }
 
-// A floor that calls no function for a sample.
+const char* const AT_ONCE = "floor, sixteen slices at once";
 const char* const INLINED = "floor, function inlined";
+const char* const INLINED_AT_ONCE = "floor, sixteen slices at once, function inlined";
+
+// The same without ratios to reach.
+Comparison ofInterest(Comparison comparison)
+{
+    for (Entry& entry : comparison.entries)
+        entry.ratioToReach.reset();
+    return comparison;
+}
 
 } // namespace
 
@@ -519,23 +545,26 @@ Comparison prepareBySliceRenderer(const std::string& name, RegularVolume& volume
 {
     return {"prepare " + name + ", SliceVolumeRenderer",
         {{"vireo", with<SliceRendererPreparation>(volume)},
-            {"floor", with<BarePreparation>(volume, makeStack<CalledFunction>), 1.10},
-            {INLINED, with<BarePreparation>(volume, makeStack<InlinedFunction>)}}};
+            {"floor", with<BarePreparation>(volume, makeStack<CalledFunction, Slices>), 1.10},
+            {AT_ONCE, with<BarePreparation>(volume, makeStack<CalledFunction>)},
+            {INLINED_AT_ONCE, with<BarePreparation>(volume, makeStack<InlinedFunction>)}}};
 }
 
 Comparison prepareByTable(const std::string& name, RegularVolume& volume)
 {
     return {"prepare " + name + ", SliceVolumeRenderer with a table",
         {{"vireo", with<TablePreparation>(volume)},
-            {INLINED, with<BarePreparation>(volume, makeStack<InlinedFunction>), 1.10}}};
+            {INLINED, with<BarePreparation>(volume, makeStack<InlinedFunction, Slices>), 1.10},
+            {INLINED_AT_ONCE, with<BarePreparation>(volume, makeStack<InlinedFunction>)}}};
 }
 
 Comparison prepareByTex2dRenderer(const std::string& name, RegularVolume& volume)
 {
     return {"prepare " + name + ", Tex2dVolumeRenderer",
         {{"vireo", with<Tex2dRendererPreparation>(volume)},
-            {"floor", with<BarePreparation>(volume, makePaddedStack<CalledFunction>), 1.10},
-            {INLINED, with<BarePreparation>(volume, makePaddedStack<InlinedFunction>)}}};
+            {"floor", with<BarePreparation>(volume, makePaddedStack<CalledFunction, Slices>), 1.10},
+            {AT_ONCE, with<BarePreparation>(volume, makePaddedStack<CalledFunction>)},
+            {INLINED_AT_ONCE, with<BarePreparation>(volume, makePaddedStack<InlinedFunction>)}}};
 }
 
 Comparison drawBySliceRenderer(const std::string& name, RegularVolume& volume, int size, const Vector& direction)
@@ -554,12 +583,9 @@ Comparison drawByTex2dRenderer(const std::string& name, RegularVolume& volume, i
 
 void addVolumeWorks()
 {
-    const std::vector<std::pair<std::string, RegularVolume&>> stacks = {
-        {"the head's three stacks", head()}, {"the three stacks of 64 x 64 x 64 samples", headInCube(64)}};
-    for (const auto& [name, volume] : stacks) {
-        add(prepareBySliceRenderer(name, volume));
-        add(prepareByTable(name, volume));
-        add(prepareByTex2dRenderer(name, volume));
+    for (const auto& prepare : {prepareBySliceRenderer, prepareByTable, prepareByTex2dRenderer}) {
+        add(prepare("the head's three stacks", head()));
+        add(ofInterest(prepare("the three stacks of 64 x 64 x 64 samples", headInCube(64))));
     }
     const std::vector<std::pair<std::string, Vector>> directions = {{"+X", {1, 0, 0}}, {"-X", {-1, 0, 0}},
         {"+Y", {0, 1, 0}}, {"-Y", {0, -1, 0}}, {"+Z", {0, 0, 1}}, {"-Z", {0, 0, -1}},
