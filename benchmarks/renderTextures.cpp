@@ -199,7 +199,7 @@ std::function<std::unique_ptr<Contestant>()> with(unsigned int numOthers)
 
 Comparison takeRenderTexture(unsigned int numOthers)
 {
-    return {"render texture from the cache, with " + withCommas(numOthers) + " free ones of other kinds",
+    return {"render texture from the cache, behind " + withCommas(numOthers) + " of other kinds",
         {{"vireo", with<CacheTaking>(numOthers)}, {"floor", with<ListWalk>(numOthers), 1.2},
             {"creating one", std::make_unique<Creating>, 0.01, anyResult}}};
 }

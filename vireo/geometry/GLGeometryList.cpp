@@ -171,9 +171,10 @@ void GLGeometryList::compile(GLContext* context, bool mappingFlag)
 
 void GLGeometryList::execute(GLContext*)
 {
-    if (countVertices() == 0)
+    const unsigned int count = countVertices();
+    if (count == 0)
         return;
-    if (!m_VertexBuffer || m_VertexBuffer->getNumElements() != countVertices())
+    if (!m_VertexBuffer || m_VertexBuffer->getNumElements() != count)
         throw PException("GLGeometryList::execute() - not compiled");
     m_VertexBuffer->bind();
     for (const Primitive& primitive : m_Primitives)

@@ -66,6 +66,7 @@ private:
     }
 
     std::size_t numAlong(unsigned int axis) const { return static_cast<std::size_t>(m_Volume.getExtends()[axis]); }
+
     // From a slice that was fetched to the next one: a cache line more than its size, since caches keep only a few of
     // the places that are a large power of two apart.
     std::size_t distance() const { return numAlong(1) * numAlong(2) + CACHE_LINE / sizeof(Sample); }
