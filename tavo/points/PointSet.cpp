@@ -44,22 +44,33 @@ PointSet::PointSet(PointSet&&) noexcept = default;
 PointSet& PointSet::operator=(const PointSet&) = default;
 PointSet& PointSet::operator=(PointSet&&) noexcept = default;
 
-bool PointSet::hasFloats3(const std::string& name) const
+bool PointSet::provides3f(const std::string& name) const
 {
     if (!m_Descriptor.providesAttribute(name))
         return false;
-    const unsigned int i = m_Descriptor.getIndex(name);
-    const VertexAttribDescriptor& attribute = m_Descriptor.getAttribute(i);
-    const bool aligned =
-        m_Descriptor.getAttributeOffset(i) % alignof(float) == 0 && m_Descriptor.getSize() % alignof(float) == 0;
-    return attribute.isFloat() && attribute.getNumComponents() >= 3 && aligned;
+    const VertexAttribDescriptor& attribute = m_Descriptor.getAttribute(name);
+    return attribute.isFloat() && attribute.getNumComponents() >= 3;
+}
+
+bool PointSet::providesAAT(const std::string& name) const
+{
+    return provides3f(name) && m_Descriptor.getSize() % alignof(float) == 0 &&
+           m_Descriptor.getAttributeOffset(m_Descriptor.getIndex(name)) % alignof(float) == 0;
 }
 
 AttributeAccessToken PointSet::getAAT(const std::string& name) const
 {
     const unsigned int i = m_Descriptor.getIndex(name);
-    if (!hasFloats3(name))
+    if (!providesAAT(name))
         throw PException("PointSet::getAAT() - '" + name + "' is not made of three aligned floats");
+    return AttributeAccessToken(m_Descriptor.getAttributeOffset(i));
+}
+
+AttributeAccessToken PointSet::find3f(const std::string& name) const
+{
+    const unsigned int i = m_Descriptor.getIndex(name);
+    if (!provides3f(name))
+        throw PException("PointSet::forEach3f() - '" + name + "' is not made of three floats");
     return AttributeAccessToken(m_Descriptor.getAttributeOffset(i));
 }
 
@@ -85,14 +96,11 @@ BoundingBox<float, 3> PointSet::getBoundingBox() const
 BoundingBox<float, 3> PointSet::computeBoundingBox() const
 {
     Range ranges[3];
-    if (hasFloats3(POSITION)) {
-        const AttributeAccessToken token = getAAT(POSITION);
-        for (unsigned int i = 0; i < m_NumPoints; ++i) {
-            const float* const xyz = get3f(i, token);
+    if (provides3f(POSITION))
+        forEach3f(POSITION, [&ranges](const StaticVector<float, 3>& xyz) {
             for (unsigned int axis = 0; axis < 3; ++axis)
                 ranges[axis].include(xyz[axis]);
-        }
-    }
+        });
     const Range x = ranges[0].orUnit();
     const Range y = ranges[1].orUnit();
     const Range z = ranges[2].orUnit();

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "tavo/base/math/BoundingBox.h"
+#include "tavo/base/math/StaticVector.h"
 #include "tavo/points/AttributeAccessToken.h"
 #include "tavo/points/Export.h"
 #include "tavo/points/VertexDescriptor.h"
@@ -39,6 +41,9 @@ public:
     // of four bytes. Throws PException if there is none of that name or not such a one.
     AttributeAccessToken getAAT(const std::string& name) const;
 
+    // Whether getAAT gives access to the attribute of that name.
+    bool providesAAT(const std::string& name) const;
+
     // Three floats, valid while the set lives and is not assigned to. Throws std::out_of_range beyond the last point.
     const float* get3f(unsigned int i, const AttributeAccessToken& token) const
     {
@@ -48,6 +53,20 @@ public:
     // Stores three floats. Throws std::out_of_range beyond the last point.
     void set3f(unsigned int i, const AttributeAccessToken& token, const float* xyz);
 
+    // Calls visit with the first three floats of every point's attribute, in order, each a StaticVector<float, 3>. The
+    // floats may have any addresses, as where three colour bytes follow each position. Throws PException if there is no
+    // attribute of that name, or not one of three floats or more.
+    template <typename Visit>
+    void forEach3f(const std::string& name, Visit visit) const
+    {
+        const AttributeAccessToken token = find3f(name);
+        for (unsigned int i = 0; i < m_NumPoints; ++i) {
+            StaticVector<float, 3> xyz;
+            std::memcpy(xyz.data(), m_Data.data() + checkedPosition(i, token), 3 * sizeof(float));
+            visit(xyz);
+        }
+    }
+
     // The points one behind the other, getDescr().getSize() bytes each. Writing needs a pointer got after the last call
     // of getBoundingBox().
     const unsigned char* getData() const { return m_Data.data(); }
@@ -55,8 +74,8 @@ public:
     std::size_t getSizeInBytes() const { return m_Data.size(); }
 
     // The box of the "position" attribute. NaN coordinates are passed over, and an axis without any other coordinate is
-    // from 0 to 1: all three are without points, or if getAAT("position") would throw. It is kept until the next write;
-    // the first call after one takes a time proportional to the number of points.
+    // from 0 to 1: all three are without points, or if forEach3f("position") would throw. It is kept until the next
+    // write; the first call after one takes a time proportional to the number of points.
     BoundingBox<float, 3> getBoundingBox() const;
 
 private:
@@ -70,7 +89,8 @@ private:
 
     [[noreturn]] static void throwOutOfRange();
 
-    bool hasFloats3(const std::string& name) const;
+    bool provides3f(const std::string& name) const;
+    AttributeAccessToken find3f(const std::string& name) const;
     BoundingBox<float, 3> computeBoundingBox() const;
 
     VertexDescriptor m_Descriptor;

@@ -17,6 +17,24 @@ namespace tavo {
 
 MetaClass* GLPointCloudDisplayer::GLPointCloudDisplayerMetaClass = nullptr;
 
+namespace {
+
+constexpr char POSITION[] = "position";
+
+// OpenGL wants its floats at multiples of four bytes: those that lie elsewhere pass through a vector.
+void sendPositions(const PointSet& points)
+{
+    if (!points.providesAAT(POSITION)) {
+        points.forEach3f(POSITION, [](const StaticVector<float, 3>& position) { glVertex3fv(position.data()); });
+        return;
+    }
+    const AttributeAccessToken position = points.getAAT(POSITION);
+    for (unsigned int i = 0; i < points.getNumPoints(); ++i)
+        glVertex3fv(points.get3f(i, position));
+}
+
+} // namespace
+
 GLPointCloudDisplayer::GLPointCloudDisplayer(PointSet* pointSet)
     : m_PointSet(pointSet)
     , m_ShowCoords(true)
@@ -42,7 +60,7 @@ void GLPointCloudDisplayer::drawGL(QGLWidget*, Camera&)
     glEnable(GL_DEPTH_TEST);
     if (!m_PointSet)
         return;
-    if (!m_PointSet->getDescr().providesAttribute("position", 3, VertexAttribDescriptor::TYPE_FLOAT)) {
+    if (!m_PointSet->getDescr().providesAttribute(POSITION, 3, VertexAttribDescriptor::TYPE_FLOAT)) {
         warning("GLPointCloudDisplayer::drawGL() - position3f channel not found.");
         return;
     }
@@ -53,14 +71,12 @@ void GLPointCloudDisplayer::drawGL(QGLWidget*, Camera&)
 
 void GLPointCloudDisplayer::drawPoints()
 {
-    const AttributeAccessToken position = m_PointSet->getAAT("position");
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     glDisable(GL_LIGHTING);
     glPointSize(1.0f);
     glColor3f(1.0f, 1.0f, 1.0f);
     glBegin(GL_POINTS);
-    for (unsigned int i = 0; i < m_PointSet->getNumPoints(); ++i)
-        glVertex3fv(m_PointSet->get3f(i, position));
+    sendPositions(*m_PointSet);
     glEnd();
     glPopAttrib();
 }

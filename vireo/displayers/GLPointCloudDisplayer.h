@@ -13,7 +13,8 @@ class VIREO_EXPORT GLPointCloudDisplayer : public GLEventObject
 public:
     const MetaClass* getInstanceClass() const override;
 
-    // Takes the set over, which needs an attribute "position" of three floats to be drawn. Null shows nothing.
+    // Takes the set over, which needs an attribute "position" of three floats to be drawn, at whatever addresses its
+    // layout puts them. Null shows nothing.
     explicit GLPointCloudDisplayer(PointSet* pointSet = nullptr);
 
     // A copy points to the same set, deliberately; only one of the two may be destroyed.

@@ -47,6 +47,28 @@ PointSet cloud(const std::vector<Vector3f>& positions)
     return points;
 }
 
+// Positions between so many bytes, without gaps.
+PointSet packed(unsigned int numBefore, const std::vector<Vector3f>& positions, unsigned int numBehind)
+{
+    VertexDescriptor descriptor;
+    if (numBefore > 0)
+        descriptor.pushAttrib({"before", numBefore, BYTE});
+    descriptor.pushAttrib({"position", 3, FLOAT});
+    if (numBehind > 0)
+        descriptor.pushAttrib({"behind", numBehind, BYTE});
+    PointSet points(descriptor, static_cast<unsigned int>(positions.size()));
+    for (std::size_t i = 0; i < positions.size(); ++i)
+        std::memcpy(points.getData() + i * descriptor.getSize() + numBefore, positions[i].data(), sizeof(Vector3f));
+    return points;
+}
+
+std::vector<Vector3f> visited(const PointSet& points, const std::string& attribute)
+{
+    std::vector<Vector3f> result;
+    points.forEach3f(attribute, [&result](const Vector3f& xyz) { result.push_back(xyz); });
+    return result;
+}
+
 std::vector<float> at(const PointSet& points, unsigned int i, const std::string& attribute)
 {
     const float* const xyz = points.get3f(i, points.getAAT(attribute));
@@ -109,6 +131,34 @@ TEST(PointSetTest, ThrowsPExceptionForAnAttributeThatIsNotThreeAlignedFloats)
     EXPECT_THAT([&] { oddSize.getAAT("position"); }, refusal("position"));
 }
 
+TEST(PointSetTest, VisitsFloatsAtAnyAddress)
+{
+    for (const PointSet& points : {packed(0, {{1, 2, 3}, {4, 5, 6}}, 3), packed(1, {{1, 2, 3}, {4, 5, 6}}, 3),
+             packed(0, {{1, 2, 3}, {4, 5, 6}}, 0)})
+        EXPECT_THAT(visited(points, "position"), ElementsAre(Vector3f(1, 2, 3), Vector3f(4, 5, 6)));
+    EXPECT_THAT(visited(packed(1, {}, 3), "position"), testing::IsEmpty());
+}
+
+TEST(PointSetTest, VisitsThreeFloatsOrMoreOnly)
+{
+    const PointSet points(layout({{"color", 3, BYTE}, {"texcoord", 2, FLOAT}, {"plane", 4, FLOAT}}), 1);
+    EXPECT_THAT(visited(points, "plane"), ElementsAre(Vector3f(0, 0, 0)));
+    for (const std::string name : {"color", "texcoord"})
+        EXPECT_THAT([&] { visited(points, name); },
+            ThrowsMessage<PException>("PointSet::forEach3f() - '" + name + "' is not made of three floats"));
+    EXPECT_THAT([&] { visited(points, "normal"); },
+        ThrowsMessage<PException>("VertexDescriptor::getIndex() - no attribute 'normal'"));
+}
+
+TEST(PointSetTest, SaysWhatItGivesAccessTo)
+{
+    EXPECT_TRUE(packed(4, {}, 4).providesAAT("position"));
+    EXPECT_FALSE(packed(0, {}, 3).providesAAT("position")) << "the second would be at 15";
+    EXPECT_FALSE(packed(1, {}, 3).providesAAT("position"));
+    EXPECT_FALSE(packed(4, {}, 4).providesAAT("before"));
+    EXPECT_FALSE(packed(4, {}, 4).providesAAT("normal"));
+}
+
 TEST(PointSetTest, ThrowsOutOfRangeBeyondTheLastPoint)
 {
     PointSet points(POSITIONS, 2);
@@ -130,6 +180,12 @@ TEST(PointSetTest, BoundsItsPositions)
 {
     EXPECT_EQ(cloud({{1, -2, 3}, {-4, 5, 6}, {0, 0, 7}}).getBoundingBox(), Box({-4, -2, 3}, {1, 5, 7}));
     EXPECT_EQ(cloud({{1, 2, 3}}).getBoundingBox(), Box({1, 2, 3}, {1, 2, 3}));
+}
+
+TEST(PointSetTest, BoundsPositionsAtAnyAddress)
+{
+    EXPECT_EQ(packed(0, {{1, -2, 3}, {-4, 5, 6}}, 3).getBoundingBox(), Box({-4, -2, 3}, {1, 5, 6}));
+    EXPECT_EQ(packed(1, {{1, -2, 3}, {-4, 5, 6}}, 3).getBoundingBox(), Box({-4, -2, 3}, {1, 5, 6}));
 }
 
 TEST(PointSetTest, PassesOverNaNWhenBounding)

@@ -1,11 +1,13 @@
 // What graphs and point clouds draw, call by call and as pixels.
 
+#include <algorithm>
 #include <gmock/gmock.h>
 
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/gui/Camera.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/GLTest.h"
+#include "tests/vireo/displayers/PackedPointSet.h"
 #include "tests/vireo/displayers/TestPointSet.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
 #include "vireo/displayers/GLPointCloudDisplayer.h"
@@ -140,6 +142,23 @@ TEST_F(DrawingGLTest, DrawsPointsInWhiteThenTheirAxes)
     CallRecorder recorder;
     draw(cloud);
     expectCalls(recorder, withoutAxes);
+}
+
+// A scanner's point: three floats and a byte each of red, green and blue, 15 bytes, so that most positions are not at
+// multiples of four.
+TEST_F(DrawingGLTest, DrawsPointsAtAnyAddressAsThoseAtMultiplesOfFourBytes)
+{
+    const std::vector<Vector3f> positions{{1.0f, 2.0f, 4.0f}, {3.0f, 12.0f, 8.0f}, {2.0f, 3.0f, 5.0f}};
+    GLPointCloudDisplayer aligned(new TestPointSet(positions, m_NumPointSets));
+    GLPointCloudDisplayer coloursBehind(new PackedPointSet({}, positions, {0, 128, 255}));
+    GLPointCloudDisplayer flagBefore(new PackedPointSet({7}, positions, {}));
+    ASSERT_NE(coloursBehind.getPointSet()->getDescr().getSize() % 4, 0u) << "or this would show nothing";
+    const std::vector<std::string> calls = callsOf([&] { draw(aligned); });
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "glVertex3fv((2, 3, 5))"), 1);
+    for (GLPointCloudDisplayer* const packed : {&coloursBehind, &flagBefore}) {
+        EXPECT_EQ(callsOf([&] { draw(*packed); }), calls);
+        EXPECT_EQ(packed->getBoundingBox(), aligned.getBoundingBox()) << "or the camera would look elsewhere";
+    }
 }
 
 TEST_F(DrawingGLTest, RaisesTheAxesOfAFlatSetToAHundredthOfTheLargest)
