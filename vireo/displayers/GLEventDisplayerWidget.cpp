@@ -24,6 +24,8 @@
 #include "vireo/context/GLExtensions.h"
 #include "vireo/displayers/GLEventConfiguration.h"
 #include "vireo/displayers/GLEventObject.h"
+#include "vireo/displayers/canTakeOver.h"
+#include "vireo/displayers/outOfView.h"
 
 #include <GL/glu.h>
 
@@ -158,6 +160,7 @@ private:
     void handle(Code code);
     void paint();
     void drawObject();
+    void warnIfOutOfView(const BoundingBox<float, 3>& box);
 
     Camera m_Camera;
     GLContext* m_Context;
@@ -166,6 +169,8 @@ private:
     // The camera that the model-view matrix holds, if it holds one.
     std::optional<Camera> m_LoadedCamera;
     int m_NumUses = 0;
+    // Whether it was said of the shown object that it is out of view.
+    bool m_HasWarned = false;
 };
 
 GLEventDisplayerWidget::MyGLWidget::MyGLWidget(QWidget* parent)
@@ -187,17 +192,29 @@ GLEventDisplayerWidget::MyGLWidget::~MyGLWidget()
 
 void GLEventDisplayerWidget::MyGLWidget::setObject(std::unique_ptr<GLEventObject> object)
 {
+    m_HasWarned = false;
     const GLEventObject* const old = std::exchange(m_Object, object.release());
     runGuarded([old] { delete old; });
 }
 
 void GLEventDisplayerWidget::MyGLWidget::refit()
 {
-    const Refit refit = refitTo(m_Object->getBoundingBox(), m_Camera);
+    const BoundingBox<float, 3> box = m_Object->getBoundingBox();
+    const Refit refit = refitTo(box, m_Camera);
     const StaticVector<float, 3> sum = refit.eye + refit.lookAt;
     if (!std::isfinite(sum[0] + sum[1] + sum[2]))
         warning("GLEventDisplayerWidget::setGLEventObject() - the object's box is not finite, so the camera stays.");
     m_Controller.place(refit.eye, refit.lookAt, m_Camera.getUpVector());
+    warnIfOutOfView(box);
+}
+
+void GLEventDisplayerWidget::MyGLWidget::warnIfOutOfView(const BoundingBox<float, 3>& box)
+{
+    const std::string text = m_HasWarned ? std::string() : describeOutOfView(box, m_Camera);
+    if (text.empty())
+        return;
+    m_HasWarned = true;
+    warning("GLEventDisplayerWidget::setGLEventObject() - " + text);
 }
 
 void GLEventDisplayerWidget::MyGLWidget::paintGL()
@@ -231,7 +248,7 @@ void GLEventDisplayerWidget::MyGLWidget::drawObject()
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
     glViewport(0, 0, width(), height());
-    gluPerspective(45.0, double(width()) / height(), 0.01, 1000.0);
+    gluPerspective(45.0, double(width()) / height(), NEAR_PLANE, FAR_PLANE);
 
     // Drawn before this frame's camera is loaded, with the projection matrix selected: deliberate.
     m_Object->drawGL(this, m_Camera);
@@ -427,7 +444,7 @@ void GLEventDisplayerWidget::take(SentObject& sent)
     const InUse inUse(m_GlWidget->numUses());
     translateFaults([&] {
         const GLEventObject* const current = m_GlWidget->getObject();
-        if (current && sent.updateExisting && current->getInstanceClass() == sent.object->getInstanceClass())
+        if (current && sent.updateExisting && canTakeOver(*current, *sent.object))
             updateObject(sent.object);
         else
             replaceObject(sent.object);

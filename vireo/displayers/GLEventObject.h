@@ -20,6 +20,9 @@ class GLEventConfiguration;
 class VIREO_EXPORT GLEventObject : public Object
 {
 public:
+    // The class record by which a view knows whether a newer object is of the shown one's class. Classes override it
+    // with a record of their own (see ClassRecord.h). Those that do not are told apart by their C++ types, and where a
+    // newer object is of another type, a line in the log says what is missing.
     const MetaClass* getInstanceClass() const override;
 
     GLEventObject();
@@ -27,7 +30,10 @@ public:
     GLEventObject& operator=(const GLEventObject& other);
     ~GLEventObject() override;
 
-    // The box of what drawGL draws, in the object's own coordinates. The view places its camera by it.
+    // The box of what drawGL draws, in the object's own coordinates. The view places its camera by it, with the eye
+    // twice the largest extent from the point that it looked at before, and shows what is from 0.01 to 1000 away from
+    // the eye. A new view, which looked at the origin, shows data from -150 to 150 along each axis; of an object whose
+    // box is too near or reaches too far, a line in the log says by how much, once.
     virtual BoundingBox<float, 3> getBoundingBox() = 0;
 
     // Draws into the widget's context, which is current. The projection matrix is selected and holds the projection of

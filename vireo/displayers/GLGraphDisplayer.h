@@ -13,6 +13,10 @@ namespace tavo {
 
 // Draws polylines ("graphs"), each in a colour of its own (red, green, blue, alpha), and on request coordinate axes
 // scaled to the data. To show graphs in the debug window, debugOutputGraph and debugOutputGraphs below take one call.
+//
+// Graphs are shown as they are, one unit a unit: a view shows data from -150 to 150 along each axis. Pressures in
+// pascals or time stamps lie beyond its far plane, and are to be scaled or shifted first; a line in the log says so
+// (see GLEventObject::getBoundingBox).
 class VIREO_EXPORT GLGraphDisplayer : public GLEventObject
 {
 public:

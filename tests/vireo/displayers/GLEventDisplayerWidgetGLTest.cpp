@@ -15,7 +15,9 @@
 #include <gmock/gmock.h>
 #include <limits>
 #include <memory>
+#include <random>
 #include <stdexcept>
+#include <tuple>
 #include <utility>
 
 #include "tavo/base/debug/DebugOutput.h"
@@ -29,6 +31,7 @@
 #include "vireo/context/GLContext.h"
 #include "vireo/context/Library.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
+#include "vireo/displayers/GLGraphDisplayer.h"
 
 #include <GL/gl.h>
 
@@ -453,6 +456,80 @@ TEST_F(GLEventDisplayerWidgetGLTest, SurvivesABoxThatIsNotANumber)
     EXPECT_NE(TestEventObject::s_Camera, before);
 }
 
+TEST_F(GLEventDisplayerWidgetGLTest, SaysOfAGraphBeyondTheFarPlaneThatAndHowFarItIsOutOfView)
+{
+    std::vector<StaticVector<float, 2>> samples;
+    for (int i = 0; i <= 5000; ++i)
+        samples.emplace_back(i, 0);
+    auto* const graph = new GLGraphDisplayer;
+    graph->addGraph(samples, {255, 255, 255, 255});
+    showWidget();
+    const std::size_t textBefore = debugOutput.getText().size();
+    show(graph);
+    // The eye, at twice the extent, is 10,307.8 from the middle, and 606.3 more from the farther end.
+    EXPECT_EQ(newText(textBefore),
+        "warning: GLEventDisplayerWidget::setGLEventObject() - the data, from (0, 0, 0) to (5000, 0, 0), lie outside "
+        "what this view shows: they reach 9914.1 beyond the far plane, 1000 from the eye at (0, 0, 10000). A new view "
+        "shows data from -150 to 150 along each axis: scale or shift them to there.\n");
+    const QImage picture = grabPicture(m_Widget.get()).copy(m_View->geometry());
+    QImage black = picture;
+    black.fill(Qt::black);
+    EXPECT_EQ(picture, black) << "or the line would be wrong";
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, SaysOnceOfAnObjectThatItIsOutOfView)
+{
+    showWidget();
+    const auto numLines = [](const std::string& text) { return std::count(text.begin(), text.end(), '\n'); };
+    const std::size_t textBefore = debugOutput.getText().size();
+    show(new TestEventObject);
+    EXPECT_EQ(numLines(newText(textBefore)), 0);
+    show(new TestEventObject({{0.0f, 101225.0f, 0.0f}, {1.0f, 101425.0f, 0.0f}}));
+    EXPECT_EQ(numLines(newText(textBefore)), 1) << "since it has been updated to be";
+    show(new TestEventObject({{0.0f, 1.7e9f, 0.0f}, {1.0f, 1.8e9f, 0.0f}}));
+    EXPECT_EQ(numLines(newText(textBefore)), 1) << "it is the same object that is shown";
+    show(new TestEventObject({{0.0f, 1e5f, 0.0f}, {1.0f, 1.1e5f, 0.0f}}), false);
+    EXPECT_EQ(numLines(newText(textBefore)), 2) << "another one";
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, SaysOfDataThatAreTooNearThatTheyAre)
+{
+    showWidget();
+    const std::size_t textBefore = debugOutput.getText().size();
+    show(new TestEventObject({{0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0009765625f}}));
+    EXPECT_THAT(newText(textBefore), HasSubstr("lie outside what this view shows: they end 0.00804688 before the near "
+                                               "plane, 0.01 from the eye at (0, 0, 0.00195312)."));
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, SaysOfDataThatReachBeyondTheFarPlaneThatTheyArePartlyOutOfView)
+{
+    showWidget();
+    const std::size_t textBefore = debugOutput.getText().size();
+    show(new TestEventObject({{-200.0f, -200.0f, -300.0f}, {200.0f, 200.0f, 100.0f}}));
+    EXPECT_THAT(newText(textBefore),
+        HasSubstr("lie partly outside what this view shows: they reach 100 beyond the far plane, 1000 from"));
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, SaysNothingOfDataInViewNorOfAPoint)
+{
+    std::minstd_rand random; // NOLINT(cert-msc32-c,cert-msc51-cpp): the same each time
+    std::uniform_real_distribution<float> coordinate(-150.0f, 150.0f);
+    const std::size_t textBefore = debugOutput.getText().size();
+    const auto showInNewView = [](const BoundingBox<float, 3>& box) {
+        GLEventDisplayerWidget(nullptr, Qt::WindowFlags()).setGLEventObject(new TestEventObject(box), true);
+    };
+    showInNewView({{-150.0f, -150.0f, -150.0f}, {150.0f, 150.0f, 150.0f}});
+    showInNewView({{0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f}});
+    for (int i = 0; i < 50; ++i) {
+        Vector3f min;
+        Vector3f max;
+        for (unsigned int axis = 0; axis < 3; ++axis)
+            std::tie(min[axis], max[axis]) = std::minmax({coordinate(random), coordinate(random)});
+        showInNewView({min, max});
+    }
+    EXPECT_EQ(newText(textBefore), "");
+}
+
 TEST_F(GLEventDisplayerWidgetGLTest, ReplacesAnObjectOfAnotherClassAndItsPanel)
 {
     showWidget();
@@ -467,6 +544,66 @@ TEST_F(GLEventDisplayerWidgetGLTest, ReplacesAnObjectOfAnotherClassAndItsPanel)
     EXPECT_EQ(TestEventObject::s_NumUpdates, 0);
     EXPECT_FALSE(panel);
     EXPECT_FALSE(button("pbConfigure")->isEnabled());
+}
+
+// Objects of classes without a record of their own, and so with GLEventObject's.
+class Kettle : public TestEventObject
+{
+public:
+    using TestEventObject::TestEventObject;
+    const MetaClass* getInstanceClass() const override { return GLEventObject::getInstanceClass(); }
+};
+
+class Teapot : public Kettle
+{
+public:
+    using Kettle::Kettle;
+};
+
+TEST_F(GLEventDisplayerWidgetGLTest, ReplacesAnObjectOfAnotherTypeWhereNeitherHasAClassRecord)
+{
+    showWidget();
+    show(new Kettle);
+    auto* const teapot = new Teapot;
+    teapot->hasPanel = true;
+    const std::size_t textBefore = debugOutput.getText().size();
+    TestEventObject::s_NumDrawn = 0;
+    int numTeapotsDrawn = 0;
+    teapot->whenDrawn = [&numTeapotsDrawn] { ++numTeapotsDrawn; };
+    show(teapot);
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 0) << "a kettle does not know what to make of a teapot";
+    EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+    EXPECT_TRUE(button("pbConfigure")->isEnabled());
+    EXPECT_GT(numTeapotsDrawn, 0);
+    EXPECT_EQ(numTeapotsDrawn, TestEventObject::s_NumDrawn);
+    EXPECT_THAT(newText(textBefore),
+        AllOf(HasSubstr("Kettle and "), HasSubstr("Teapot have no class records of their own (see getInstanceClass), "
+                                                  "so the newer object replaces the shown one.\n")));
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, UpdatesAnObjectOfTheSameTypeWithoutAClassRecord)
+{
+    showWidget();
+    show(new Kettle);
+    const std::size_t textBefore = debugOutput.getText().size();
+    show(new Kettle);
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 1);
+    show(new Teapot, false);
+    EXPECT_EQ(newText(textBefore), "") << "it was to be replaced";
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, UpdatesAnObjectOfAnotherTypeWithTheSameClassRecord)
+{
+    struct Derived : TestEventObject
+    {};
+    showWidget();
+    show(new TestEventObject);
+    const std::size_t textBefore = debugOutput.getText().size();
+    show(new Derived);
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 1);
+    show(new OtherTestEventObject);
+    show(new Kettle);
+    EXPECT_EQ(newText(textBefore), "") << "records that differ say enough";
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, ReplacesWhereItShallNotUpdate)

@@ -1,0 +1,69 @@
+#include "vireo/displayers/outOfView.h"
+
+#include <cmath>
+#include <sstream>
+
+#include "tavo/base/gui/Camera.h"
+
+namespace tavo {
+
+namespace {
+
+using Vector3d = StaticVector<double, 3>;
+
+// What lies within so much of the origin along each axis ends before the far plane of a new view: the eye is at most
+// four times as far away.
+constexpr int SHOWN_REACH = 150;
+
+struct DepthRange
+{
+    double min;
+    double max;
+};
+
+Vector3d widened(const StaticVector<float, 3>& v)
+{
+    return {v[0], v[1], v[2]};
+}
+
+// How far a box reaches along the viewing direction.
+DepthRange depthsOf(const BoundingBox<float, 3>& box, const Camera& camera)
+{
+    const Vector3d eye = widened(camera.getEyePoint());
+    Vector3d direction = widened(camera.getLookAtPoint()) - eye;
+    direction *= 1.0 / length(direction);
+    const Vector3d min = widened(box.getMin());
+    const Vector3d max = widened(box.getMax());
+    const double middle = dot((min + max) * 0.5 - eye, direction);
+    double reach = 0.0;
+    for (unsigned int axis = 0; axis < 3; ++axis)
+        reach += std::abs(direction[axis]) * (max[axis] - min[axis]) / 2;
+    return {middle - reach, middle + reach};
+}
+
+std::ostream& operator<<(std::ostream& stream, const StaticVector<float, 3>& point)
+{
+    return stream << '(' << point[0] << ", " << point[1] << ", " << point[2] << ')';
+}
+
+} // namespace
+
+std::string describeOutOfView(const BoundingBox<float, 3>& box, const Camera& camera)
+{
+    const DepthRange depths = depthsOf(box, camera);
+    const bool isTooNear = depths.max < NEAR_PLANE;
+    if (!isTooNear && !(depths.max > FAR_PLANE))
+        return {};
+    std::ostringstream text;
+    text << "the data, from " << box.getMin() << " to " << box.getMax() << ", lie "
+         << (isTooNear || depths.min > FAR_PLANE ? "" : "partly ") << "outside what this view shows: ";
+    if (isTooNear)
+        text << "they end " << NEAR_PLANE - depths.max << " before the near plane, " << NEAR_PLANE;
+    else
+        text << "they reach " << depths.max - FAR_PLANE << " beyond the far plane, " << FAR_PLANE;
+    text << " from the eye at " << camera.getEyePoint() << ". A new view shows data from " << -SHOWN_REACH << " to "
+         << SHOWN_REACH << " along each axis: scale or shift them to there.";
+    return text.str();
+}
+
+} // namespace tavo
