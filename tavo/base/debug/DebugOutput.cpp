@@ -5,6 +5,7 @@
 #include <QThread>
 #include <cstdio>
 #include <mutex>
+#include <sstream>
 
 #include "tavo/base/debug/DebugWindow.h"
 #include "tavo/base/debug/EventDisplayer.h"
@@ -112,6 +113,19 @@ DebugOutput& DebugOutput::operator<<(const std::string& text)
 DebugOutput& DebugOutput::operator<<(const char* text)
 {
     return *this << std::string(text ? text : "(null)");
+}
+
+DebugOutput& DebugOutput::operator<<(std::string_view text)
+{
+    return *this << std::string(text);
+}
+
+DebugOutput& DebugOutput::writeBy(const std::function<void(std::ostream&)>& print)
+{
+    std::ostringstream text;
+    text << std::boolalpha;
+    print(text);
+    return *this << text.str();
 }
 
 bool DebugOutput::displayEvent(const MetaClass* displayerClass, std::string name, const EventDisplayerEvent* event)

@@ -1,6 +1,14 @@
 #pragma once
 
+#include <charconv>
+#include <concepts>
+#include <cstddef>
+#include <functional>
+#include <iomanip>
+#include <ostream>
 #include <string>
+#include <string_view>
+#include <type_traits>
 
 #include "tavo/base/Export.h"
 
@@ -9,6 +17,22 @@ namespace tavo {
 class DebugWindow;
 class EventDisplayerEvent;
 class MetaClass;
+
+// What std::setw and its like give. The debug output does not take it: each piece has a stream of its own, so a format
+// would be lost before the next.
+template <typename T>
+concept StreamFormat = std::same_as<T, decltype(std::setw(0))> || std::same_as<T, decltype(std::setprecision(0))> ||
+    std::same_as<T, decltype(std::setfill(' '))> || std::same_as<T, decltype(std::setbase(0))> ||
+    std::same_as<T, decltype(std::setiosflags({}))> || std::same_as<T, decltype(std::resetiosflags({}))>;
+
+// What has an operator<< for a std::ostream, but is no text.
+template <typename T>
+concept Streamable = !std::convertible_to<const T&, const char*> && !std::convertible_to<const T&, std::string> &&
+                     !std::convertible_to<const T&, std::string_view> && !std::is_function_v<T> && !StreamFormat<T> &&
+                     requires(std::ostream & stream, const T& value)
+{
+    stream << value;
+};
 
 // The channel on which a running application shows what it is doing: lines of text, and events that displayers of the
 // sender's choice show in the debug window. There is one, debugOutput, usable from the first static initialiser to the
@@ -24,6 +48,25 @@ class TAVO_BASE_EXPORT DebugOutput
 public:
     DebugOutput& operator<<(const std::string& text);
     DebugOutput& operator<<(const char* text);
+    DebugOutput& operator<<(std::string_view text);
+    DebugOutput& operator<<(std::nullptr_t) { return *this << static_cast<const char*>(nullptr); }
+
+    // Anything that a stream writes. Numbers have all the digits that tell them from others, and a byte (signed or
+    // unsigned char) is a number; a bool is "true" or "false". What the value's own operator throws is passed on, with
+    // nothing written.
+    template <Streamable T>
+    DebugOutput& operator<<(const T& value)
+    {
+        if constexpr (std::same_as<T, char>)
+            return *this << std::string_view(&value, 1);
+        else if constexpr (std::is_arithmetic_v<T> && !std::same_as<T, bool>)
+            return writeNumber(value);
+        else
+            return writeBy([&value](std::ostream& stream) { stream << value; });
+    }
+
+    // std::endl, std::ends and std::flush. There is nothing to flush.
+    DebugOutput& operator<<(std::ostream& (*manipulator)(std::ostream&)) { return writeBy(manipulator); }
 
     // Hands the event to the displayer of that class and name, made on the first event. The event stays the caller's;
     // what it carries passes to the displayer as the event's class says. False if no displayer got it, and with it
@@ -37,6 +80,22 @@ public:
 
     // The text that is kept.
     std::string getText() const;
+
+private:
+    template <typename Number>
+    DebugOutput& writeNumber(Number number)
+    {
+        constexpr std::size_t MOST_CHARACTERS = 64;
+        char text[MOST_CHARACTERS];
+        std::to_chars_result result{};
+        if constexpr (std::is_floating_point_v<Number>)
+            result = std::to_chars(text, text + MOST_CHARACTERS, number, std::chars_format::general);
+        else
+            result = std::to_chars(text, text + MOST_CHARACTERS, number);
+        return *this << std::string_view(text, static_cast<std::size_t>(result.ptr - text));
+    }
+
+    DebugOutput& writeBy(const std::function<void(std::ostream&)>& print);
 };
 
 extern TAVO_BASE_EXPORT DebugOutput debugOutput;

@@ -1,9 +1,16 @@
 #include "tavo/base/debug/DebugOutput.h"
 
 #include <QCoreApplication>
+#include <cstdint>
 #include <gmock/gmock.h>
+#include <iomanip>
+#include <limits>
+#include <ostream>
+#include <sstream>
 #include <stdexcept>
+#include <string_view>
 #include <thread>
+#include <vector>
 
 #include "tavo/base/debug/EventDisplayer.h"
 #include "tavo/base/debug/displayException.h"
@@ -43,6 +50,94 @@ TEST(DebugOutputTest, KeepsTextInOrder)
     }),
         "one two\n");
     EXPECT_EQ(textOf([] { debugOutput << static_cast<const char*>(nullptr) << "\n"; }), "(null)\n");
+}
+
+TEST(DebugOutputTest, TakesNumbers)
+{
+    EXPECT_EQ(textOf([] { debugOutput << 0; }), "0") << "no null pointer";
+    EXPECT_EQ(textOf([] { debugOutput << 1u << ' ' << -2L << ' ' << 3ULL << ' ' << short{-4}; }), "1 -2 3 -4");
+    EXPECT_EQ(textOf([] { debugOutput << std::uint8_t{200} << ' ' << std::int8_t{-1}; }), "200 -1") << "as of colours";
+    EXPECT_EQ(textOf([] { debugOutput << 0.1f << ' ' << 2.0 << ' ' << 1e300 << ' ' << 0.5L; }), "0.1 2 1e+300 0.5");
+    EXPECT_EQ(textOf([] { debugOutput << 1700000000.25; }), "1.70000000025e+09") << "with all its digits";
+    EXPECT_EQ(textOf([] { debugOutput << std::numeric_limits<std::int64_t>::min(); }), "-9223372036854775808");
+    EXPECT_EQ(textOf([] { debugOutput << std::numeric_limits<float>::infinity(); }), "inf");
+    const std::vector<int> numbers{7};
+    EXPECT_EQ(textOf([&] { debugOutput << numbers.size() << numbers[0]; }), "17");
+}
+
+TEST(DebugOutputTest, TakesTruthValuesAndCharacters)
+{
+    const std::vector<bool> answers{false, true};
+    EXPECT_EQ(textOf([&] { debugOutput << true << ' ' << answers[0] << '\n'; }), "true false\n");
+}
+
+TEST(DebugOutputTest, TakesEveryKindOfText)
+{
+    char array[] = "array";
+    char* const pointer = array;
+    const std::string string = "string";
+    EXPECT_EQ(textOf([&] { debugOutput << array << ' ' << pointer << ' ' << string; }), "array array string");
+    EXPECT_EQ(textOf([] { debugOutput << std::string_view("a view", 3); }), "a v");
+    EXPECT_EQ(textOf([] { debugOutput << nullptr; }), "(null)");
+    EXPECT_EQ(textOf([] { debugOutput << std::string_view(); }), "");
+}
+
+struct Length
+{
+    int millimetres;
+
+    friend std::ostream& operator<<(std::ostream& stream, const Length& length)
+    {
+        if (length.millimetres < 0)
+            throw PException("a negative length");
+        return stream << length.millimetres << " mm";
+    }
+};
+
+enum Fruit
+{
+    APPLE,
+    PEAR
+};
+
+TEST(DebugOutputTest, TakesWhateverAStreamTakes)
+{
+    EXPECT_EQ(textOf([] { debugOutput << Length{5} << ", " << Length{7}; }), "5 mm, 7 mm");
+    EXPECT_EQ(textOf([] { debugOutput << PEAR; }), "1");
+    const int number = 0;
+    std::ostringstream address;
+    address << &number;
+    EXPECT_EQ(textOf([&] { debugOutput << &number; }), address.str());
+    EXPECT_EQ(textOf([] { debugOutput << "a line" << std::endl << std::flush; }), "a line\n");
+}
+
+TEST(DebugOutputTest, PassesOnWhatTheOperatorOfAValueThrows)
+{
+    EXPECT_EQ(textOf([] { EXPECT_THROW(debugOutput << Length{-1}, PException); }), "");
+}
+
+template <typename T>
+concept IsTaken = requires(const T& value)
+{
+    debugOutput << value;
+};
+
+TEST(DebugOutputTest, TurnsAwayWhatWouldBeLostOrMakesNoSense)
+{
+    enum class Scoped
+    {
+        NOTHING
+    };
+    struct NotStreamable
+    {};
+    EXPECT_TRUE(IsTaken<int>);
+    EXPECT_FALSE(IsTaken<Scoped>);
+    EXPECT_FALSE(IsTaken<NotStreamable>);
+    EXPECT_FALSE(IsTaken<wchar_t>);
+    EXPECT_FALSE(IsTaken<decltype(std::setw(8))>) << "the next piece would not know of it";
+    EXPECT_FALSE(IsTaken<decltype(std::setprecision(8))>);
+    EXPECT_FALSE(IsTaken<decltype(std::hex)>);
+    EXPECT_FALSE(IsTaken<int()>) << "a call without its brackets";
 }
 
 TEST(DebugOutputTest, WritesToTheErrorStreamWhileThereIsNoWindow)

@@ -1,0 +1,41 @@
+# cmake -DSOURCE=<file> -DSOURCE_DIR=<root of the repository> -P includesWhatItUses.cmake
+# Fails unless a program includes the header of every name of std, of the libraries and of Qt that it uses.
+set(header_of_size_t cstddef)
+set(header_of_sin cmath)
+set(header_of_vector vector)
+
+file(READ ${SOURCE} source)
+
+function(require_header name header)
+    if(NOT source MATCHES "\n#include <${header}>" AND NOT source MATCHES "^#include <${header}>")
+        message(SEND_ERROR "${SOURCE} uses ${name} without <${header}>")
+    endif()
+endfunction()
+
+string(REGEX MATCHALL "std::[a-z_]+" names "${source}")
+foreach(name IN LISTS names)
+    string(REPLACE "std::" "" entry ${name})
+    if(NOT DEFINED header_of_${entry})
+        message(FATAL_ERROR "${CMAKE_CURRENT_LIST_FILE} does not know the header of ${name}")
+    endif()
+    require_header(${name} ${header_of_${entry}})
+endforeach()
+
+file(GLOB_RECURSE headers RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/tavo/*.h ${SOURCE_DIR}/vireo/*.h)
+string(REGEX MATCHALL "tavo::[A-Za-z0-9]+" names "${source}")
+foreach(name IN LISTS names)
+    string(REPLACE "tavo::" "" entry ${name})
+    set(declared_in)
+    foreach(header IN LISTS headers)
+        file(STRINGS ${SOURCE_DIR}/${header} declarations REGEX "_EXPORT ([A-Za-z]+ )*${entry}([ ;(]|$)")
+        if(declarations)
+            set(declared_in ${header})
+        endif()
+    endforeach()
+    require_header(${name} "${declared_in}")
+endforeach()
+
+string(REGEX MATCHALL "Q[A-Z][A-Za-z]+" names "${source}")
+foreach(name IN LISTS names)
+    require_header(${name} ${name})
+endforeach()
