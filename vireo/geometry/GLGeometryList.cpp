@@ -4,7 +4,9 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <utility>
 
+#include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/objects/PException.h"
 #include "tavo/points/VertexDescriptor.h"
 #include "vireo/context/GLExtensions.h"
@@ -13,9 +15,6 @@
 namespace tavo {
 
 namespace {
-
-// So few that memory for them is what was freed before: larger pieces go to the system and come back each time.
-constexpr std::size_t VERTICES_PER_BLOCK = 1024;
 
 void pushFloats(VertexDescriptor& layout, const std::string& name, unsigned int components)
 {
@@ -53,18 +52,14 @@ void GLGeometryList::end()
 {
     m_InsideBegin = false;
     const unsigned int first = m_Primitives.empty() ? 0 : m_Primitives.back().first + m_Primitives.back().count;
-    m_Primitives.push_back({m_Mode, first, countVertices() - first});
+    m_Primitives.push_back({m_Mode, first, static_cast<unsigned int>(m_Vertices.size()) - first});
 }
 
 void GLGeometryList::vertex3f(float x, float y, float z)
 {
-    m_Current.position = {x, y, z, 1};
     m_NumPositionComponents = std::max(m_NumPositionComponents, 3u);
-    if (m_Vertices.empty())
-        m_Vertices.emplace_back(); // grows as it is filled, since most lists are small
-    else if (m_Vertices.back().size() == VERTICES_PER_BLOCK)
-        m_Vertices.emplace_back().reserve(VERTICES_PER_BLOCK);
-    m_Vertices.back().push_back(m_Current);
+    // Without the detour through m_Current: a processor waits to read what was written a moment ago in other pieces.
+    m_Vertices.push_back({{x, y, z, 1}, m_Current.color, m_Current.normal, m_Current.texCoord});
 }
 
 void GLGeometryList::vertex3fv(const float* v)
@@ -140,19 +135,12 @@ VertexDescriptor GLGeometryList::usedLayout() const
     return layout;
 }
 
-unsigned int GLGeometryList::countVertices() const
-{
-    if (m_Vertices.empty())
-        return 0;
-    return static_cast<unsigned int>((m_Vertices.size() - 1) * VERTICES_PER_BLOCK + m_Vertices.back().size());
-}
-
 void GLGeometryList::compile(GLContext* context, bool mappingFlag)
 {
-    const unsigned int count = countVertices();
-    if (count == 0)
+    if (m_Vertices.empty())
         return;
 
+    const auto count = static_cast<unsigned int>(m_Vertices.size());
     const VertexDescriptor recorded = recordedLayout();
     const VertexDescriptor layout = usedLayout();
     auto buffer = std::make_unique<GLVertexBuffer>(context, layout, GLVertexBuffer::TYPE_DEFAULT);
@@ -160,26 +148,33 @@ void GLGeometryList::compile(GLContext* context, bool mappingFlag)
     buffer->setMappingFlag(mappingFlag);
 
     const auto bytes = std::make_unique_for_overwrite<unsigned char[]>(std::size_t{layout.getSize()} * count);
-    unsigned char* out = bytes.get();
-    for (const std::vector<Vertex>& block : m_Vertices) {
-        VertexDescriptor::convertVertices(layout, recorded, block.data(), static_cast<unsigned int>(block.size()), out);
-        out += block.size() * layout.getSize();
-    }
+    VertexDescriptor::convertVertices(layout, recorded, m_Vertices.data(), count, bytes.get());
     buffer->writeToBuffer(bytes.get(), 0, count);
     m_VertexBuffer = buffer.release(); // a second one deliberately takes the place of the first, which stays
 }
 
 void GLGeometryList::execute(GLContext*)
 {
-    const unsigned int count = countVertices();
-    if (count == 0)
-        return;
-    if (!m_VertexBuffer || m_VertexBuffer->getNumElements() != count)
+    if (!m_VertexBuffer) {
+        if (m_Vertices.empty())
+            return;
         throw PException("GLGeometryList::execute() - not compiled");
+    }
     m_VertexBuffer->bind();
-    for (const Primitive& primitive : m_Primitives)
-        m_VertexBuffer->drawArrays(primitive.mode, primitive.first, primitive.count);
+    const unsigned int numCompiled = m_VertexBuffer->getNumElements();
+    for (const Primitive& primitive : m_Primitives) {
+        if (primitive.first + primitive.count <= numCompiled)
+            m_VertexBuffer->drawArrays(primitive.mode, primitive.first, primitive.count);
+        else
+            reportLeftOut();
+    }
     m_VertexBuffer->unbind();
+}
+
+void GLGeometryList::reportLeftOut()
+{
+    if (!std::exchange(m_HasReportedLeftOut, true))
+        debugOutput << "GLGeometryList::execute() - primitives with vertices recorded after compile() are left out\n";
 }
 
 } // namespace tavo

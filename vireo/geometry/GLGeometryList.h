@@ -75,7 +75,10 @@ public:
 
     // Draws all primitives in the order of their recording. A context in which the buffer's name is known must be
     // current; the argument is not used. No buffer is bound afterwards. Draws nothing if nothing was recorded. Throws
-    // PException if vertices were recorded and not compiled, or if the buffer's context has died.
+    // PException if there are vertices and none were ever compiled, or if the buffer's context has died.
+    //
+    // Primitives recorded since compile are left out if any of their vertices are not in the buffer. The debug output
+    // says so once for each list.
     //
     // A primitive without vertices deliberately draws as many as there are in all, from where it would begin: unless it
     // is the first, GL reads beyond the buffer for it. So end is not to be called without vertices.
@@ -101,13 +104,12 @@ private:
 
     // The layout of the attributes that were used.
     VertexDescriptor usedLayout() const;
-    unsigned int countVertices() const;
+    void reportLeftOut();
 
     GLVertexBuffer* m_VertexBuffer = nullptr;
     [[maybe_unused]] GLContext* m_Context;
     std::vector<Primitive> m_Primitives;
-    // In blocks, all full but the last: so those in full ones are never moved.
-    std::vector<std::vector<Vertex>> m_Vertices;
+    std::vector<Vertex> m_Vertices;
     bool m_InsideBegin = false;
     Vertex m_Current{};
     unsigned int m_Mode = 0;
@@ -115,6 +117,7 @@ private:
     unsigned int m_NumNormalComponents = 0;
     unsigned int m_NumColorComponents = 0;
     unsigned int m_NumTexCoordComponents = 0;
+    bool m_HasReportedLeftOut = false;
 };
 
 } // namespace tavo

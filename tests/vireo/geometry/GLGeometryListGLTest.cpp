@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <optional>
 
+#include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/Picture.h"
@@ -220,7 +221,6 @@ TEST_F(GLGeometryListGLTest, DrawsItsPrimitivesInTheirOrder)
     EXPECT_EQ(calls[6], "glBindBufferARB(GL_ARRAY_BUFFER_ARB, 0)");
 }
 
-// Vertices are kept in blocks, which is nothing that users would see.
 TEST_F(GLGeometryListGLTest, KeepsAnyNumberOfVerticesInTheirOrder)
 {
     constexpr unsigned int COUNT = 5'000;
@@ -293,14 +293,106 @@ TEST_F(GLGeometryListGLTest, RefusesToDrawWhatIsNotCompiled)
         [&] { m_List.execute(context()); }, ThrowsMessage<PException>("GLGeometryList::execute() - not compiled"));
 }
 
-TEST_F(GLGeometryListGLTest, RefusesToDrawMoreThanWasCompiled)
+TEST_F(GLGeometryListGLTest, RefusesToDrawWhatWasRecordedAfterCompilingNothing)
 {
-    recordVertices(1);
-    m_List.end();
     m_List.compile(context(), false);
     recordVertices(1);
+    m_List.end();
     EXPECT_THAT(
         [&] { m_List.execute(context()); }, ThrowsMessage<PException>("GLGeometryList::execute() - not compiled"));
+}
+
+class GrownGeometryListGLTest : public GLGeometryListGLTest
+{
+protected:
+    void SetUp() override
+    {
+        GLGeometryListGLTest::SetUp();
+        if (IsSkipped())
+            return;
+        recordPrimitive(GL_POINTS, 3);
+        recordPrimitive(GL_LINES, 2);
+        m_List.compile(context(), false);
+    }
+
+    void recordPrimitive(unsigned int mode, unsigned int count)
+    {
+        m_List.begin(mode);
+        recordVertices(count);
+        m_List.end();
+    }
+
+    std::string outputOfDrawing() { return outputOfDrawing(m_List); }
+
+    std::string outputOfDrawing(GLGeometryList& list)
+    {
+        const std::size_t before = debugOutput.getText().size();
+        list.execute(context());
+        return debugOutput.getText().substr(before);
+    }
+
+    const std::vector<std::string> m_CompiledDrawing{"glDrawArrays(GL_POINTS, 0, 3)", "glDrawArrays(GL_LINES, 3, 2)"};
+};
+
+TEST_F(GrownGeometryListGLTest, DrawsAsBeforeWhileVerticesAreRecorded)
+{
+    recordVertices(4);
+    EXPECT_EQ(outputOfDrawing(), "");
+    EXPECT_EQ(drawingCalls(), m_CompiledDrawing);
+}
+
+TEST_F(GrownGeometryListGLTest, LeavesOutPrimitivesBeyondTheBuffer)
+{
+    recordPrimitive(GL_TRIANGLES, 3);
+    recordPrimitive(GL_QUADS, 0);
+    EXPECT_EQ(drawingCalls(), m_CompiledDrawing);
+    EXPECT_THAT(drainErrors(), IsEmpty());
+}
+
+TEST_F(GrownGeometryListGLTest, LeavesOutAPrimitiveThatIsOnlyPartlyInTheBuffer)
+{
+    recordVertices(1);
+    m_List.compile(context(), false);
+    recordVertices(2);
+    m_List.end();
+    EXPECT_EQ(drawingCalls(), m_CompiledDrawing);
+}
+
+TEST_F(GrownGeometryListGLTest, DrawsThemOnceTheyAreCompiledToo)
+{
+    recordPrimitive(GL_TRIANGLES, 3);
+    m_List.execute(context());
+    m_List.compile(context(), false);
+    Calls expected = m_CompiledDrawing;
+    expected.push_back("glDrawArrays(GL_TRIANGLES, 5, 3)");
+    EXPECT_EQ(drawingCalls(), expected);
+}
+
+TEST_F(GrownGeometryListGLTest, DrawsAnEmptyPrimitiveAsManyVerticesAsWereCompiled)
+{
+    m_List.end();
+    recordPrimitive(GL_TRIANGLES, 3);
+    Calls expected = m_CompiledDrawing;
+    expected.push_back("glDrawArrays(GL_LINES, 5, 5)"); // the mode is that of the last begin
+    EXPECT_EQ(drawingCalls(), expected);
+}
+
+TEST_F(GrownGeometryListGLTest, ReportsOnceForEachListWhatItLeavesOut)
+{
+    const std::string line =
+        "GLGeometryList::execute() - primitives with vertices recorded after compile() are left out\n";
+    EXPECT_EQ(outputOfDrawing(), "");
+    recordPrimitive(GL_TRIANGLES, 3);
+    recordPrimitive(GL_QUADS, 4);
+    EXPECT_EQ(outputOfDrawing(), line);
+    EXPECT_EQ(outputOfDrawing(), "");
+
+    GLGeometryList other(nullptr);
+    other.vertex3f(0, 0, 0);
+    other.compile(context(), false);
+    other.vertex3f(1, 0, 0);
+    other.end();
+    EXPECT_EQ(outputOfDrawing(other), line);
 }
 
 TEST_F(GLGeometryListGLTest, TakesAnErrorFromTheQueueWhenItCompiles)
