@@ -1,10 +1,11 @@
 #include "vireo/textures/GLTextureCube.h"
 
+#include <array>
 #include <cstddef>
+#include <vector>
 
 #include "vireo/context/GLExtensions.h"
 #include "vireo/textures/GLTextureSettings.h"
-#include "vireo/textures/imagePixels.h"
 #include "vireo/textures/textureFormats.h"
 
 namespace tavo {
@@ -27,10 +28,17 @@ constexpr std::array<CubeFace, RGBACubeMap::NUM_FACES> FACES{{
     {GL_TEXTURE_CUBE_MAP_NEGATIVE_Z, RGBACubeMap::NEGATIVE_Z},
 }};
 
-// Null for faces without texels.
-const void* facePixels(const RGBAImage& image, unsigned int size)
+// What is uploaded of a face: the image's pixels, null if it has none. Too few of them are copied, with zeros behind.
+const void* facePixels(const RGBAImage& image, std::size_t count, std::vector<RGBAImage::Pixel>& copy)
 {
-    return size == 0 ? nullptr : firstPixels(image, static_cast<std::size_t>(size) * size);
+    const std::vector<RGBAImage::Pixel>& pixels = image.getPixels();
+    if (pixels.empty())
+        return nullptr;
+    if (pixels.size() >= count)
+        return pixels.data();
+    copy = pixels;
+    copy.resize(count);
+    return copy.data();
 }
 
 } // namespace
@@ -47,7 +55,8 @@ void GLTextureCube::create(unsigned int size, unsigned int components)
     numComponents = components;
     format = formatOfComponents(components, GL_RGBA);
     bindWithDefaults();
-    uploadFaces({});
+    for (const CubeFace& face : FACES)
+        uploadFace(face.target, format, nullptr);
     calcSize();
 }
 
@@ -57,10 +66,10 @@ void GLTextureCube::createFromImage(RGBACubeMap& cubeMap)
     format = GL_RGBA;
     size = cubeMap.getImage(RGBACubeMap::POSITIVE_X).getWidth();
     bindWithDefaults();
-    FaceData data{};
-    for (std::size_t i = 0; i < FACES.size(); ++i)
-        data[i] = facePixels(cubeMap.getImage(FACES[i].image), size);
-    uploadFaces(data);
+    const std::size_t count = static_cast<std::size_t>(size) * size;
+    std::vector<RGBAImage::Pixel> copy;
+    for (const CubeFace& face : FACES)
+        uploadFace(face.target, format, facePixels(cubeMap.getImage(face.image), count, copy));
     calcSize();
 }
 
@@ -103,12 +112,6 @@ void GLTextureCube::bindWithDefaults()
 {
     bind(0);
     GLTextureSettings::setCubeDefaults();
-}
-
-void GLTextureCube::uploadFaces(const FaceData& data)
-{
-    for (std::size_t i = 0; i < FACES.size(); ++i)
-        uploadFace(FACES[i].target, format, data[i]);
 }
 
 void GLTextureCube::uploadFace(unsigned int face, unsigned int clientFormat, const void* data)

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-
 #include "tavo/base/images/RGBACubeMap.h"
 #include "vireo/Export.h"
 #include "vireo/textures/GLTexture.h"
@@ -22,9 +20,8 @@ public:
     void create(unsigned int size, unsigned int components);
 
     // Six faces of 4 components from the pixels of the cube map's images as they are. The edge is the width of the
-    // positive X image; every image must be a square of that edge, which is not checked. But if one has fewer pixels
-    // than such a square, std::out_of_range is thrown, when the texture is bound and its parameters are set, but before
-    // anything is uploaded. If the edge is 0, the faces have no texels.
+    // positive X image; every image should be a square of that edge, which is not checked. From one with fewer pixels
+    // than such a square, the texels left are zeros; from one without pixels, all are undefined.
     void createFromImage(RGBACubeMap& cubeMap);
 
     // Replace one face by size x size texels from the client's data, of the texture's format, or else, if bgra is true,
@@ -47,12 +44,8 @@ protected:
     unsigned int format = 0;
 
 private:
-    // The six faces in the order in which they are uploaded.
-    using FaceData = std::array<const void*, RGBACubeMap::NUM_FACES>;
-
     void calcSize();
     void bindWithDefaults();
-    void uploadFaces(const FaceData& data);
     void uploadFace(unsigned int face, unsigned int clientFormat, const void* data);
     void replaceFace(unsigned int face, const void* data, bool bgra);
 };

@@ -1,4 +1,5 @@
 #include <array>
+#include <cstring>
 #include <gmock/gmock.h>
 #include <memory>
 #include <string>
@@ -289,18 +290,68 @@ TEST_F(GLTextureCubeGLTest, TakesACubeMapWithoutPixels)
     EXPECT_EQ(texture.getSizeInBytes(), 0u);
 }
 
-TEST_F(GLTextureCubeGLTest, DoesNotReadBeyondTheImages)
+TEST_F(GLTextureCubeGLTest, HandsOnNullForAFaceWithoutPixels)
 {
-    RGBACubeMap withSmallFace = makeCubeMap();
-    withSmallFace.getImage(RGBACubeMap::NEGATIVE_Y).resize(SIZE, SIZE - 1);
-    RGBACubeMap withFlatFace = makeCubeMap();
-    withFlatFace.getImage(RGBACubeMap::POSITIVE_X).resize(2 * SIZE, SIZE);
+    RGBACubeMap cubeMap;
+    cubeMap.getImage(RGBACubeMap::POSITIVE_X) = makeFaceImage(RGBACubeMap::POSITIVE_X);
     GLTextureCube texture(context());
-    for (RGBACubeMap* cubeMap : {&withSmallFace, &withFlatFace}) {
-        CallRecorder recorder;
-        EXPECT_EQ(textOutOfRange([&] { texture.createFromImage(*cubeMap); }), "invalid vector<T> subscript");
-        expectCalls(recorder, creationCalls(texture, {}));
+    CallRecorder recorder;
+    recorder.namePointer(bytesOf(cubeMap.getImage(RGBACubeMap::POSITIVE_X)), "positive x");
+    texture.createFromImage(cubeMap);
+    Calls uploads = emptyUploadCalls("GL_RGBA", "16");
+    uploads[0].replace(uploads[0].find("null"), 4, "positive x");
+    expectCalls(recorder, creationCalls(texture, uploads));
+}
+
+// Which has as many pixels as the face, and they are read as they lie there.
+TEST_F(GLTextureCubeGLTest, TakesAnImageOfAnotherShapeAsItIs)
+{
+    RGBACubeMap cubeMap = makeCubeMap(2);
+    RGBAImage& wide = cubeMap.getImage(RGBACubeMap::NEGATIVE_Z);
+    wide.resize(4, 1);
+    for (unsigned int x = 0; x < 4; ++x)
+        wide.at(x, 0) = RGBAImage::Pixel(x, 0, 0, 0);
+    GLTextureCube texture(context());
+    CallRecorder recorder;
+    recorder.namePointer(bytesOf(wide), "wide");
+    texture.createFromImage(cubeMap);
+    EXPECT_EQ(recorder.calls().back(),
+        "glTexImage2D(GL_TEXTURE_CUBE_MAP_NEGATIVE_Z, 0, GL_RGBA, 2, 2, 0, GL_RGBA, GL_UNSIGNED_BYTE, wide)");
+    EXPECT_THAT(readTexels(GL_TEXTURE_CUBE_MAP_NEGATIVE_Z, GL_RGBA, 16),
+        ElementsAre(0, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, 3, 0, 0, 0));
+}
+
+TEST_F(GLTextureCubeGLTest, HasZerosWhereAnImageHasTooFewPixels)
+{
+    RGBACubeMap cubeMap = makeCubeMap(2);
+    for (const RGBACubeMap::Face face : {RGBACubeMap::NEGATIVE_Y, RGBACubeMap::NEGATIVE_Z}) {
+        cubeMap.getImage(face).resize(3, 1);
+        for (unsigned int x = 0; x < 3; ++x)
+            cubeMap.getImage(face).at(x, 0) = RGBAImage::Pixel(face, x, 2, 3);
     }
+    const RGBACubeMap before = cubeMap;
+    GLTextureCube texture(context());
+    texture.createFromImage(cubeMap);
+    EXPECT_THAT(readTexels(GL_TEXTURE_CUBE_MAP_NEGATIVE_Y, GL_RGBA, 16),
+        ElementsAre(3, 0, 2, 3, 3, 1, 2, 3, 3, 2, 2, 3, 0, 0, 0, 0));
+    EXPECT_THAT(readTexels(GL_TEXTURE_CUBE_MAP_NEGATIVE_Z, GL_RGBA, 16),
+        ElementsAre(5, 0, 2, 3, 5, 1, 2, 3, 5, 2, 2, 3, 0, 0, 0, 0));
+    EXPECT_EQ(
+        cubeMap.getImage(RGBACubeMap::NEGATIVE_Y).getPixels(), before.getImage(RGBACubeMap::NEGATIVE_Y).getPixels());
+}
+
+// Its width alone counts: a strip makes faces of which it fills the first rows.
+TEST_F(GLTextureCubeGLTest, TakesAPositiveXThatIsTooWide)
+{
+    RGBACubeMap cubeMap = makeCubeMap();
+    cubeMap.getImage(RGBACubeMap::POSITIVE_X).resize(2 * SIZE, SIZE);
+    OpenTextureCube texture(context());
+    texture.createFromImage(cubeMap);
+    EXPECT_EQ(texture.size, 2 * SIZE);
+    Bytes expected(4 * SIZE * SIZE * 4);
+    const RGBAImage image = makeFaceImage(RGBACubeMap::NEGATIVE_X);
+    std::memcpy(expected.data(), image.getPixels().data(), SIZE * SIZE * 4);
+    EXPECT_EQ(readTexels(GL_TEXTURE_CUBE_MAP_NEGATIVE_X, GL_RGBA, expected.size()), expected);
 }
 
 TEST_F(GLTextureCubeGLTest, IsDrawnAsAnEnvironmentWithEachFaceAtItsPlace)
