@@ -6,8 +6,43 @@ as_root() {
     if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi
 }
 
+# apt-get, after other package managers: it would give up at once where one of them reads the lists. Who is waited for is
+# said; after VIREO_LOCK_TIMEOUT seconds, 300 at first, who is in the way.
 apt() {
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 "$@"
+    local errors lock told='' deadline=$((SECONDS + ${VIREO_LOCK_TIMEOUT:-300})) status=0
+    errors=$(mktemp)
+    until as_root env DEBIAN_FRONTEND=noninteractive LC_ALL=C apt-get -q -y "$@" 2>"$errors"; do
+        lock=$(sed -n '/^E: Could not get lock /{s///p;q}' "$errors")
+        if [ -z "$lock" ]; then
+            status=1
+        elif [ $SECONDS -ge $deadline ]; then
+            say "gives up: $(holder_of "$lock")" >&2
+            status=1
+        elif [ -z "$told" ]; then
+            say "waiting for another package manager: $(holder_of "$lock")" >&2
+            told=yes
+        fi
+        [ $status = 0 ] || break
+        sleep 1
+    done
+    cat "$errors" >&2
+    rm "$errors"
+    return $status
+}
+
+# holder_of "FILE. It is held by process PID (NAME)": the same with the whole command; what apt-get does not know is not said.
+holder_of() {
+    local file=${1%%. It is held *} pid
+    pid=$(sed -nE 's/.* held by process ([0-9]+).*/\1/p' <<<"$1")
+    if [ -n "$pid" ]; then
+        echo "$file is held by process $pid, $(command_of "$pid")"
+    else
+        echo "$1"
+    fi
+}
+
+command_of() {
+    { tr '\0' ' ' <"/proc/$1/cmdline"; } 2>/dev/null | sed 's/ $//' | grep . || echo "which has ended since"
 }
 
 installed() {
