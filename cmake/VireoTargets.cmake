@@ -32,6 +32,12 @@ function(vireo_compile_options target)
                                                  -fno-omit-frame-pointer)
         target_link_options(${target} PRIVATE -fsanitize=address,undefined)
     endif()
+    if(VIREO_BUILD_FUZZERS)
+        # What tells a fuzzer which way its input took. Numbers beyond the range of an integer are found besides.
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link,float-cast-overflow
+                                                 -fno-sanitize-recover=float-cast-overflow)
+        target_link_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
 endfunction()
 
 # vireo_add_library(<target> ALIAS <name> DEFINE <export macro's switch> HEADERS ... SOURCES ...)

@@ -25,7 +25,8 @@ std::string shown(const QJsonValue& value)
 {
     constexpr int MAX_LENGTH = 60;
     const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    const QString text = QString::fromUtf8(list.mid(1, list.size() - 2));
+    // The one control character that JSON leaves as it is.
+    const QString text = QString::fromUtf8(list.mid(1, list.size() - 2)).replace(QChar(0x7F), "\\u007f");
     return (text.size() <= MAX_LENGTH ? text : text.left(MAX_LENGTH) + "...").toStdString();
 }
 

@@ -1,0 +1,36 @@
+#include "tests/fuzz/Fuzzing.h"
+
+#include <QTemporaryDir>
+#include <algorithm>
+#include <fstream>
+
+namespace vireo_fuzz {
+
+void require(bool holds, const std::string& rule)
+{
+    if (!holds)
+        throw BrokenRule(rule);
+}
+
+void requireGoodMessage(std::string_view message)
+{
+    constexpr std::size_t MOST_BYTES = 400;
+    const bool isPrintable = std::none_of(
+        message.begin(), message.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
+    require(!message.empty(), "bad input is refused with a reason");
+    require(isPrintable, "a message is one line without control characters: " + std::string(message));
+    require(message.size() < MOST_BYTES, "a message is short: " + std::string(message));
+}
+
+std::filesystem::path writeFile(const std::string& name, std::string_view bytes)
+{
+    static const QTemporaryDir folder;
+    const std::filesystem::path file = std::filesystem::path(folder.path().toStdU16String()) / name;
+    std::ofstream stream(file, std::ios::binary);
+    stream << bytes;
+    if (!stream.flush())
+        throw std::runtime_error(file.string() + ": cannot be written");
+    return file;
+}
+
+} // namespace vireo_fuzz
