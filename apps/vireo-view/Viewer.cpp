@@ -17,6 +17,7 @@
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/DebugSection.h"
 #include "tavo/base/debug/DebugWindow.h"
+#include "tavo/base/files/saveFile.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
@@ -215,8 +216,8 @@ void Viewer::savePictures()
         const QImage picture = section->getPicture();
         if (const std::string error = firstErrorSince(before); !error.empty())
             fail(section->getName() + ": " + error);
-        if (!picture.save(file))
-            fail(file.toStdString() + ": the picture cannot be saved");
+        if (const std::string error = tavo::savePicture(file, picture); !error.empty())
+            fail(file.toStdString() + ": the picture cannot be saved: " + error);
     }
 }
 

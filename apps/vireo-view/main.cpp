@@ -16,8 +16,12 @@ using namespace vireo_view;
 
 int give(const Answer& answer)
 {
-    std::fputs(answer.text.toLocal8Bit().constData(), answer.exitStatus == 0 ? stdout : stderr);
-    return answer.exitStatus;
+    std::FILE* const stream = answer.exitStatus == 0 ? stdout : stderr;
+    const bool given = std::fputs(answer.text.toLocal8Bit().constData(), stream) >= 0 && std::fflush(stream) == 0;
+    if (given || answer.exitStatus != 0)
+        return answer.exitStatus;
+    std::perror("vireo-view: standard output");
+    return EXIT_STATUS_FAILED;
 }
 
 QStringList argumentList(int argc, char** argv)

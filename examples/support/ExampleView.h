@@ -4,6 +4,8 @@
 #include <QGLWidget>
 #include <cstdio>
 #include <memory>
+#include <string>
+#include <tavo/base/files/saveFile.h>
 #include <tavo/platform/wgl.h>
 #include <utility>
 #include <vireo/context/GLContext.h>
@@ -67,10 +69,10 @@ private:
     void savePicture()
     {
         const QString file = std::exchange(m_PictureFile, QString());
-        const bool saved = grabFrameBuffer().save(file);
-        if (!saved)
-            std::fprintf(stderr, "%s: the picture cannot be saved\n", qPrintable(file));
-        QCoreApplication::exit(saved ? 0 : 1);
+        const std::string error = tavo::savePicture(file, grabFrameBuffer());
+        if (!error.empty())
+            std::fprintf(stderr, "%s: the picture cannot be saved: %s\n", qPrintable(file), error.c_str());
+        QCoreApplication::exit(error.empty() ? 0 : 1);
     }
 
     QString m_PictureFile;

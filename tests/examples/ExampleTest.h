@@ -55,7 +55,8 @@ protected:
         return runProgram(QString(VIREO_EXAMPLES) + "/" + example, {pictureFile}, m_Directory.path(), m_Environment);
     }
 
-    QImage picture(const char* name) const { return QImage(m_Directory.filePath(name)); }
+    QString path(const char* name) const { return m_Directory.filePath(name); }
+    QImage picture(const char* name) const { return QImage(path(name)); }
 
 private:
     char m_Name[5] = "test";

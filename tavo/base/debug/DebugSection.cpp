@@ -10,6 +10,7 @@
 
 #include "tavo/base/debug/EventDisplayer.h"
 #include "tavo/base/debug/displayException.h"
+#include "tavo/base/files/saveFile.h"
 #include "tavo/base/gui/WidgetPicture.h"
 #include "tavo/base/objects/MetaClass.h"
 
@@ -128,11 +129,10 @@ QImage DebugSection::getPicture()
 
 bool DebugSection::savePicture(const QString& fileName)
 {
-    const QImage picture = getPicture();
-    const bool saved = !picture.isNull() && picture.save(fileName);
-    if (!saved)
-        displayPException(PException("DebugSection::savePicture() - cannot write " + fileName.toStdString()));
-    return saved;
+    return runGuarded([&] {
+        if (const std::string error = tavo::savePicture(fileName, getPicture()); !error.empty())
+            throw PException("DebugSection::savePicture() - cannot write " + fileName.toStdString() + ": " + error);
+    });
 }
 
 void DebugSection::askWhereToSave()

@@ -44,8 +44,8 @@ public:
     // A picture of the displayer's view, null if there is none.
     QImage getPicture();
 
-    // Saves it as a PNG or whatever else the file's name says. A picture that cannot be written is an error in the
-    // debug output, and false.
+    // Saves it as a PNG or whatever else the file's name says (see tavo/base/files/saveFile.h). A picture that cannot
+    // be written is an error in the debug output, and false.
     bool savePicture(const QString& fileName);
 
 signals:

@@ -2,8 +2,8 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
+#include "tavo/base/files/saveFile.h"
 #include "tavo/base/objects/MetaClass.h"
 #include "tavo/base/objects/ObjectStreamFormat.h"
 #include "tavo/base/objects/PException.h"
@@ -50,9 +50,8 @@ QByteArray OutputObjectStream::getText() const
 
 void OutputObjectStream::saveFile(const std::string& path) const
 {
-    QSaveFile file(QString::fromStdString(path));
-    if (!file.open(QIODevice::WriteOnly) || file.write(getText()) < 0 || !file.commit())
-        throw PException("OutputObjectStream::saveFile() - " + path + ": " + file.errorString().toStdString());
+    if (const std::string error = tavo::saveFile(QString::fromStdString(path), getText()); !error.empty())
+        throw PException("OutputObjectStream::saveFile() - " + path + ": " + error);
 }
 
 } // namespace tavo

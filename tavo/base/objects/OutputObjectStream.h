@@ -36,7 +36,8 @@ public:
     // The objects written so far, in UTF-8.
     QByteArray getText() const;
 
-    // Puts the text into a file, replacing what it held. Throws PException if that fails; then the file is as it was.
+    // Puts the text into a file, replacing what it held (see tavo/base/files/saveFile.h). Throws PException if that
+    // fails; then the file is as it was.
     void saveFile(const std::string& path) const;
 
 private:

@@ -6,6 +6,7 @@
 #include "tests/apps/vireo-view/FilesTest.h"
 #include "tests/apps/vireo-view/NiftiFile.h"
 #include "tests/support/Program.h"
+#include "tests/support/fullDevice.h"
 
 namespace vireo_view {
 namespace {
@@ -188,6 +189,32 @@ TEST_F(VireoViewGLTest, SaysThatPicturesCannotBeSaved)
     const Outcome outcome = run({"a.csv", "--pictures", "a.csv/pictures"});
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(outcome.errors, "vireo-view: a.csv/pictures: the directory cannot be made\n");
+}
+
+TEST_F(VireoViewGLTest, SaysThatAPictureCannotBeSavedAndSavesTheOthers)
+{
+    write("a.csv", "1\n2\n");
+    write("b.csv", "1\n2\n");
+    std::filesystem::create_directory(directory() / "pictures");
+    const char* const name = "01-a.csv-column-1-over-row.png";
+    if (!vireo_test::makeFullDevice((directory() / "pictures" / name).string()))
+        GTEST_SKIP() << "this process may not make a device that is full";
+    const Outcome outcome = run({"a.csv", "b.csv", "--pictures", "pictures"});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.errors,
+        "vireo-view: pictures/01-a.csv-column-1-over-row.png: the picture cannot be saved: is not a "
+        "regular file\n");
+    EXPECT_FALSE(picture("02-b.csv-column-1-over-row.png").isNull());
+}
+
+TEST_F(VireoViewGLTest, SaysThatItsAnswerCannotBeWritten)
+{
+    if (!vireo_test::makeFullDevice((directory() / "full").string()))
+        GTEST_SKIP() << "this process may not make a device that is full";
+    const Outcome outcome = vireo_test::runProgram("sh", {"-c", "exec \"$0\" --help >full", VIREO_VIEW},
+        QString::fromStdString(directory().string()), m_Environment);
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.errors, "vireo-view: standard output: No space left on device\n");
 }
 
 } // namespace

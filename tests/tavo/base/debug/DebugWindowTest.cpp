@@ -18,6 +18,7 @@
 #include "tavo/base/debug/DebugSection.h"
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/gui/WidgetPicture.h"
+#include "tests/support/fullDevice.h"
 #include "tests/support/userEvents.h"
 #include "tests/tavo/base/debug/TextDisplayer.h"
 
@@ -180,7 +181,19 @@ TEST_F(DebugWindowTest, ReportsAPictureThatCannotBeWritten)
     send("name", "text");
     EXPECT_FALSE(section(0)->savePicture("/nowhere/at/all.png"));
     EXPECT_THAT(
-        debugOutput.getText(), HasSubstr("error: DebugSection::savePicture() - cannot write /nowhere/at/all.png\n"));
+        debugOutput.getText(), HasSubstr("error: DebugSection::savePicture() - cannot write /nowhere/at/all.png: "));
+}
+
+TEST_F(DebugWindowTest, ReportsAPictureOnAFullDevice)
+{
+    const QTemporaryDir folder;
+    const QString picture = folder.filePath("picture.png");
+    if (!vireo_test::makeFullDevice(picture.toStdString()))
+        GTEST_SKIP() << "this process may not make a device that is full";
+    send("name", "text");
+    EXPECT_FALSE(section(0)->savePicture(picture));
+    EXPECT_THAT(debugOutput.getText(), HasSubstr("error: DebugSection::savePicture() - cannot write " +
+                                                 picture.toStdString() + ": is not a regular file\n"));
 }
 
 TEST_F(DebugWindowTest, TakesThePictureFromTheSourceOfTheView)

@@ -1,0 +1,57 @@
+#include "tavo/base/files/saveFile.h"
+
+#include <QBuffer>
+#include <QFileInfo>
+#include <QImageWriter>
+#include <QSaveFile>
+
+namespace tavo {
+
+namespace {
+
+// Why nothing can be saved under that name, empty if a regular file or nothing has it. QSaveFile would put a file in
+// the place of a device.
+std::string obstacleAt(const QString& path)
+{
+    const QFileInfo info(path);
+    if (info.isDir())
+        return "is a directory";
+    return info.exists() && !info.isFile() ? "is not a regular file" : "";
+}
+
+// A disk that fills up takes a part, and says why it takes no more when the rest is written. Of a buffer it would not
+// say.
+bool writeAll(QIODevice& device, const QByteArray& contents)
+{
+    qint64 written = 0;
+    while (written < contents.size()) {
+        const qint64 count = device.write(contents.constData() + written, contents.size() - written);
+        if (count <= 0)
+            return false;
+        written += count;
+    }
+    return true;
+}
+
+} // namespace
+
+std::string saveFile(const QString& path, const QByteArray& contents)
+{
+    if (const std::string obstacle = obstacleAt(path); !obstacle.empty())
+        return obstacle;
+    QSaveFile file(path);
+    const bool saved =
+        file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && writeAll(file, contents) && file.commit();
+    return saved ? std::string() : file.errorString().toStdString();
+}
+
+std::string savePicture(const QString& path, const QImage& picture)
+{
+    QBuffer buffer;
+    QImageWriter writer(&buffer, QFileInfo(path).suffix().toLatin1());
+    if (!writer.write(picture))
+        return writer.errorString().toStdString();
+    return saveFile(path, buffer.data());
+}
+
+} // namespace tavo

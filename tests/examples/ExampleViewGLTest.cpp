@@ -1,0 +1,17 @@
+#include "tests/examples/ExampleTest.h"
+#include "tests/support/fullDevice.h"
+
+namespace {
+
+using ExampleViewGLTest = vireo_test::ExampleTest;
+
+TEST_F(ExampleViewGLTest, SaysThatItsPictureCannotBeSavedOnAFullDevice)
+{
+    if (!vireo_test::makeFullDevice(path("picture.png").toStdString()))
+        GTEST_SKIP() << "this process may not make a device that is full";
+    const vireo_test::Outcome outcome = run("geometry-list", "picture.png");
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(complaints(outcome), "picture.png: the picture cannot be saved: is not a regular file\n");
+}
+
+} // namespace

@@ -1,0 +1,71 @@
+#include "tavo/base/files/saveFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <gmock/gmock.h>
+
+#include "tests/tavo/base/files/SavedFilesTest.h"
+
+namespace tavo {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using SaveFileTest = SavedFilesTest;
+
+TEST_F(SaveFileTest, MakesAFile)
+{
+    EXPECT_EQ(saveFile(path("file"), "contents"), "");
+    EXPECT_EQ(contentsOf("file"), "contents");
+    EXPECT_THAT(names(), ElementsAre("file"));
+}
+
+TEST_F(SaveFileTest, ReplacesAFile)
+{
+    write("file", QByteArray(100000, 'x'));
+    EXPECT_EQ(saveFile(path("file"), "contents"), "");
+    EXPECT_EQ(contentsOf("file"), "contents");
+    EXPECT_EQ(saveFile(path("file"), QByteArray()), "");
+    EXPECT_EQ(contentsOf("file"), "");
+    EXPECT_THAT(names(), ElementsAre("file"));
+}
+
+TEST_F(SaveFileTest, RefusesAFolder)
+{
+    ASSERT_TRUE(QDir(path("")).mkdir("folder"));
+    EXPECT_EQ(saveFile(path("folder"), "contents"), "is a directory");
+    EXPECT_EQ(savePicture(path("folder"), QImage()), "Image is empty");
+    EXPECT_EQ(saveFile(path("folder/"), "contents"), "is a directory");
+    EXPECT_THAT(names(), ElementsAre("folder"));
+}
+
+TEST_F(SaveFileTest, SaysThatThereIsNoFolder)
+{
+    EXPECT_NE(saveFile(path("missing/file"), "contents"), "");
+    EXPECT_NE(saveFile("", "contents"), "");
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(SaveFileTest, SavesPicturesInTheFormatThatTheNameSays)
+{
+    QImage picture(5, 3, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    for (const char* const name : {"a.png", "a.BMP"}) {
+        EXPECT_EQ(savePicture(path(name), picture), "");
+        EXPECT_EQ(QImage(path(name)), picture) << name;
+    }
+    EXPECT_TRUE(contentsOf("a.BMP").startsWith("BM"));
+}
+
+TEST_F(SaveFileTest, SaysWhyThereIsNoPicture)
+{
+    write("a.png", "old");
+    EXPECT_EQ(savePicture(path("a.png"), QImage()), "Image is empty");
+    EXPECT_EQ(contentsOf("a.png"), "old");
+    EXPECT_EQ(savePicture(path("picture"), QImage(1, 1, QImage::Format_RGB32)), "Unsupported image format");
+    EXPECT_THAT(names(), ElementsAre("a.png"));
+}
+
+} // namespace
+} // namespace tavo
