@@ -13,6 +13,7 @@
 #include "apps/vireo-view/VolumeDisplayerConfig.h"
 #include "tavo/base/gui/Camera.h"
 #include "tavo/base/objects/ClassRecord.h"
+#include "vireo/context/CurrentContextGuard.h"
 
 #include <GL/glu.h>
 
@@ -58,31 +59,6 @@ public:
     CameraMatrix& operator=(const CameraMatrix&) = delete;
 };
 
-// Makes a view's context current for as long as it lives.
-class CurrentView
-{
-public:
-    explicit CurrentView(QGLWidget& view)
-        : m_View(view)
-        , m_Before(const_cast<QGLContext*>(QGLContext::currentContext()))
-    {
-        m_View.makeCurrent();
-    }
-    ~CurrentView()
-    {
-        if (!m_Before)
-            m_View.doneCurrent();
-        else if (m_Before != m_View.context())
-            m_Before->makeCurrent();
-    }
-    CurrentView(const CurrentView&) = delete;
-    CurrentView& operator=(const CurrentView&) = delete;
-
-private:
-    QGLWidget& m_View;
-    QGLContext* m_Before;
-};
-
 // Enough for every value of 12 bits.
 constexpr unsigned int TABLE_SIZE = 4096;
 
@@ -102,7 +78,8 @@ VolumeDisplayer::~VolumeDisplayer()
 {
     if (!m_View)
         return;
-    const CurrentView current(*m_View);
+    const tavo::CurrentContextGuard guard;
+    m_View->makeCurrent();
     m_Renderer.disposeTextures();
 }
 

@@ -20,6 +20,7 @@
 #include "tavo/base/gui/WidgetPicture.h"
 #include "tavo/platform/wgl.h"
 #include "ui_GLEventDisplayerWidget.h"
+#include "vireo/context/CurrentContextGuard.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/displayers/GLEventConfiguration.h"
@@ -125,7 +126,8 @@ private:
 
 } // namespace
 
-// The view. It owns the object it shows, and a context for it.
+// The view. It owns the object it shows, and a context for it. Whatever Qt calls it for, and whatever the widget around
+// it does, leaves current what was current before.
 class Q_DECL_HIDDEN GLEventDisplayerWidget::MyGLWidget : public QGLWidget
 {
 public:
@@ -133,6 +135,9 @@ public:
     ~MyGLWidget() override;
 
     GLEventObject* getObject() { return m_Object; }
+
+    // Makes the context current that the shown object was drawn in, if it was: names of it may be freed.
+    void makeDrawnCurrent();
 
     // Takes the object over; the old one is freed.
     void setObject(std::unique_ptr<GLEventObject> object);
@@ -146,6 +151,7 @@ public:
     QImage getPicture();
 
 protected:
+    void glDraw() override;
     void paintGL() override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -186,8 +192,22 @@ GLEventDisplayerWidget::MyGLWidget::MyGLWidget(QWidget* parent)
 
 GLEventDisplayerWidget::MyGLWidget::~MyGLWidget()
 {
+    makeDrawnCurrent();
     runGuarded([this] { delete m_Object; });
     runGuarded([this] { delete m_Context; });
+}
+
+// Every paint passes here: those that Qt asks for, and those at once.
+void GLEventDisplayerWidget::MyGLWidget::glDraw()
+{
+    const CurrentContextGuard guard;
+    QGLWidget::glDraw();
+}
+
+void GLEventDisplayerWidget::MyGLWidget::makeDrawnCurrent()
+{
+    if (m_Context)
+        makeCurrent();
 }
 
 void GLEventDisplayerWidget::MyGLWidget::setObject(std::unique_ptr<GLEventObject> object)
@@ -275,6 +295,7 @@ QImage GLEventDisplayerWidget::MyGLWidget::getPicture()
 {
     if (size().isEmpty())
         return QImage();
+    const CurrentContextGuard guard;
     makeCurrent();
     if (!QGLFramebufferObject::hasOpenGLFramebufferObjects()) {
         updateGL();
@@ -285,6 +306,7 @@ QImage GLEventDisplayerWidget::MyGLWidget::getPicture()
     for (int i = 0; i < 2; ++i) {
         target.bind();
         paintGL();
+        makeCurrent(); // whatever the object has left current
     }
     target.release();
 
@@ -351,6 +373,7 @@ GLEventDisplayerWidget::GLEventDisplayerWidget(QWidget* parent, Qt::WindowFlags 
     , m_SizeIndex(START_SIZE)
     , m_ConfigWindow(nullptr)
 {
+    const CurrentContextGuard guard;
     m_Ui->setupUi(this);
     m_GlWidget = new MyGLWidget(m_Ui->mainFrame);
     setSizeIndex(START_SIZE);
@@ -358,7 +381,14 @@ GLEventDisplayerWidget::GLEventDisplayerWidget(QWidget* parent, Qt::WindowFlags 
     m_Ui->mainFrame->layout()->setSizeConstraint(QLayout::SetMinAndMaxSize);
 }
 
-GLEventDisplayerWidget::~GLEventDisplayerWidget() = default;
+// Frees here what may call GL, so that the guard stands around it.
+GLEventDisplayerWidget::~GLEventDisplayerWidget()
+{
+    const CurrentContextGuard guard;
+    m_WaitingObjects.clear();
+    delete m_GlWidget;
+    delete m_ConfigWindow;
+}
 
 void GLEventDisplayerWidget::setSizeIndex(unsigned int index)
 {
@@ -420,6 +450,7 @@ void GLEventDisplayerWidget::setGLEventObject(GLEventObject* object, bool update
         changed();
         return;
     }
+    const CurrentContextGuard guard;
     runGuarded([&] {
         SentObject sent{std::unique_ptr<GLEventObject>(object), updateExisting};
         if (m_GlWidget->numUses() == 0) {
@@ -442,6 +473,7 @@ void GLEventDisplayerWidget::take(SentObject& sent)
 {
     // Out of reach of a fault in an object's code, which passes over destructors.
     const InUse inUse(m_GlWidget->numUses());
+    m_GlWidget->makeDrawnCurrent();
     translateFaults([&] {
         const GLEventObject* const current = m_GlWidget->getObject();
         if (current && sent.updateExisting && canTakeOver(*current, *sent.object))

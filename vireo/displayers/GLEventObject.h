@@ -16,7 +16,9 @@ class GLEventConfiguration;
 // data of a newer object of its class, and makes the panel that configures it. Sent in a
 // GLEventDisplayer::SetNewGLEventObject, it belongs to the widget that shows it.
 //
-// What an object throws is reported, and the view lives on.
+// What an object throws is reported, and the view lives on. Once it has been drawn, the context that it was drawn in is
+// current when it is updated and when the view frees it, so that it can free what it has there. Whatever it makes
+// current, what was current before the view called it is so again afterwards.
 class VIREO_EXPORT GLEventObject : public Object
 {
 public:

@@ -40,13 +40,13 @@ namespace {
 
 using testing::AllOf;
 using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 using vireo_test::CallRecorder;
 using vireo_test::clickKey;
 using vireo_test::clickMouse;
 using vireo_test::dragMouse;
-using vireo_test::expectCalls;
 using vireo_test::moveMouse;
 using vireo_test::pressKey;
 using vireo_test::pressMouse;
@@ -98,14 +98,16 @@ protected:
         settle();
     }
 
-    // Paints now, whether or not the view can be seen.
-    void paintView()
+    // The calls of a paint, whether or not the view can be seen, without those around it of Qt and of what keeps
+    // current what was.
+    std::vector<std::string> callsOfPaint()
     {
         struct OpenView : QGLWidget
         {
-            using QGLWidget::glDraw;
+            using QGLWidget::paintGL;
         };
-        (m_View->*&OpenView::glDraw)();
+        m_View->makeCurrent();
+        return vireo_test::callsOf([this] { (m_View->*&OpenView::paintGL)(); });
     }
 
     QPushButton* button(const char* name) { return m_Widget->findChild<QPushButton*>(name); }
@@ -117,6 +119,8 @@ protected:
     std::unique_ptr<GLEventDisplayerWidget> m_Widget;
     QGLWidget* m_View;
 };
+
+const auto ONLY_CLEARS = ElementsAre("glClearColor(0, 0, 0, 0)", "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)");
 
 TEST_F(GLEventDisplayerWidgetGLTest, HasTheWidgetsOfItsForm)
 {
@@ -162,7 +166,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, LaysItsFormOut)
         }
         return items;
     };
-    EXPECT_THAT(itemsOf(m_Widget->layout()), testing::ElementsAre("mainFrame", "frame_2"));
+    EXPECT_THAT(itemsOf(m_Widget->layout()), ElementsAre("mainFrame", "frame_2"));
     EXPECT_EQ(m_Widget->layout()->contentsMargins(), QMargins(0, 0, 0, 0));
     const QLayout* main = m_Widget->findChild<QFrame*>("mainFrame")->layout();
     EXPECT_EQ(main->contentsMargins(), QMargins(0, 0, 0, 0));
@@ -174,8 +178,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, LaysItsFormOut)
     const auto* frame = m_Widget->findChild<QFrame*>("frame_2");
     EXPECT_EQ(frame->frameShadow(), QFrame::Raised);
     EXPECT_EQ(frame->layout()->contentsMargins(), QMargins(1, 1, 1, 1));
-    EXPECT_THAT(
-        itemsOf(frame->layout()), testing::ElementsAre("pbConfigure", "spacer", "pbIncreaseSize", "pbDecreaseSize"));
+    EXPECT_THAT(itemsOf(frame->layout()), ElementsAre("pbConfigure", "spacer", "pbIncreaseSize", "pbDecreaseSize"));
     EXPECT_EQ(frame->layout()->itemAt(1)->sizeHint(), QSize(171, 20));
     EXPECT_EQ(frame->layout()->itemAt(1)->spacerItem()->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
 
@@ -293,16 +296,11 @@ TEST_F(GLEventDisplayerWidgetGLTest, IgnoresASizeBeyondTheTable)
     EXPECT_EQ(viewHeight(), 90);
 }
 
-// The exact calls of a paint of the view, without those of Qt around it.
 TEST_F(GLEventDisplayerWidgetGLTest, PaintsInAFixedOrder)
 {
     showWidget();
     show(new TestEventObject);
-    m_Widget->findChild<QGLWidget*>()->makeCurrent();
-
-    CallRecorder recorder;
-    m_View->updateGL();
-    const std::vector<std::string> calls = recorder.calls();
+    const std::vector<std::string> calls = callsOfPaint();
     const std::string w = std::to_string(m_View->width());
     ASSERT_EQ(calls.size(), 9u);
     EXPECT_EQ(calls[0], "glClearColor(0, 0, 0, 0)");
@@ -323,7 +321,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, PaintsInAFixedOrder)
                   &look[1], &look[2], &look[3], &look[4], &look[5], &look[6], &look[7], &look[8]),
         9);
     const Vector3f up = TestEventObject::s_Camera.getUpVector();
-    EXPECT_THAT(look, testing::ElementsAre(0, 0, 2, 0.5, 0.5, 0.5, up[0], up[1], up[2]));
+    EXPECT_THAT(look, ElementsAre(0, 0, 2, 0.5, 0.5, 0.5, up[0], up[1], up[2]));
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, DrawsTheObjectWithTheProjectionSelectedAndTheLastPaintsCamera)
@@ -361,9 +359,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, PaintsAgainUntilThePictureShowsTheCamera)
 TEST_F(GLEventDisplayerWidgetGLTest, OnlyClearsWithoutAnObject)
 {
     showWidget();
-    CallRecorder recorder;
-    m_View->updateGL();
-    expectCalls(recorder, {"glClearColor(0, 0, 0, 0)", "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)"});
+    EXPECT_THAT(callsOfPaint(), ONLY_CLEARS);
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, OnlyClearsAnEmptyView)
@@ -373,9 +369,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, OnlyClearsAnEmptyView)
     m_View->setFixedWidth(0);
     settle();
     TestEventObject::s_NumDrawn = 0;
-    CallRecorder recorder;
-    paintView();
-    expectCalls(recorder, {"glClearColor(0, 0, 0, 0)", "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)"});
+    EXPECT_THAT(callsOfPaint(), ONLY_CLEARS);
     EXPECT_EQ(TestEventObject::s_NumDrawn, 0);
     EXPECT_TRUE(grabPicture(m_Widget.get()).isNull());
 }
