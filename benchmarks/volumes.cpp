@@ -7,6 +7,7 @@
 #include "benchmarks/support/View.h"
 #include "benchmarks/support/inputs.h"
 #include "benchmarks/works.h"
+#include "vireo/context/attributeBits.h"
 #include "vireo/volume/SliceVolumeRenderer.h"
 
 #include <GL/glu.h>
@@ -465,7 +466,7 @@ public:
 protected:
     void draw() override
     {
-        glPushAttrib(GL_ALL_ATTRIB_BITS);
+        glPushAttrib(tavo::ALL_ATTRIBUTE_BITS);
         glEnable(GL_BLEND);
         glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
         glEnable(GL_TEXTURE_2D);

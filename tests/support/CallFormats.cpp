@@ -196,6 +196,13 @@ std::string enumerantOrNumberText(long value)
     return name ? name : numberText(value);
 }
 
+std::string booleanText(unsigned char value)
+{
+    if (value > GL_TRUE)
+        return numberText(value);
+    return value == GL_TRUE ? "GL_TRUE" : "GL_FALSE";
+}
+
 std::string bufferBitsText(unsigned int bits)
 {
     return bitsText(BUFFER_BITS, bits);
@@ -203,10 +210,9 @@ std::string bufferBitsText(unsigned int bits)
 
 std::string attribBitsText(unsigned int bits)
 {
-    // What the name stands for depends on the age of the header.
-    if (bits == GL_ALL_ATTRIB_BITS || bits == 0x000FFFFF)
-        return "GL_ALL_ATTRIB_BITS";
-    return bitsText(ATTRIB_BITS, bits);
+    // The name is written for this number alone. Headers differ in what they define it as.
+    constexpr unsigned int allNamedBits = 0x000FFFFF;
+    return bits == allNamedBits ? "GL_ALL_ATTRIB_BITS" : bitsText(ATTRIB_BITS, bits);
 }
 
 std::string clientAttribBitsText(unsigned int bits)

@@ -20,6 +20,7 @@ std::string primitiveText(unsigned int value);
 std::string blendFactorText(unsigned int value);
 std::string errorText(unsigned int value);
 std::string enumerantOrNumberText(long value);
+std::string booleanText(unsigned char value);
 std::string bufferBitsText(unsigned int bits);
 std::string attribBitsText(unsigned int bits);
 std::string clientAttribBitsText(unsigned int bits);
@@ -85,7 +86,7 @@ using EnumOrFloat = As<[](float value) {
     return value == std::floor(value) && std::abs(value) < 1e9f ? enumerantOrNumberText(std::lround(value))
                                                                 : numberText(value);
 }>;
-using Boolean = As<[](auto value) { return std::string(value ? "GL_TRUE" : "GL_FALSE"); }>;
+using Boolean = As<booleanText>;
 using BufferBits = As<bufferBitsText>;
 using AttribBits = As<attribBitsText>;
 using ClientAttribBits = As<clientAttribBitsText>;

@@ -8,6 +8,7 @@
 #include "tavo/base/math/checkedAt.h"
 #include "tavo/base/objects/ClassRecord.h"
 #include "tavo/platform/wgl.h"
+#include "vireo/context/attributeBits.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLGraphDisplayerConfig.h"
 #include "vireo/displayers/fittedAxes.h"
@@ -131,7 +132,7 @@ BoundingBox<float, 3> GLGraphDisplayer::computeBoundingBox() const
 
 void GLGraphDisplayer::drawGL(QGLWidget*, Camera&)
 {
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glPushAttrib(ALL_ATTRIBUTE_BITS);
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_LIGHTING);
     for (std::size_t i = 0; i < m_Graphs->size(); ++i) {

@@ -8,6 +8,7 @@
 #include "tavo/base/objects/ClassRecord.h"
 #include "tavo/platform/wgl.h"
 #include "tavo/points/PointSet.h"
+#include "vireo/context/attributeBits.h"
 #include "vireo/displayers/GLPointCloudDisplayerConfig.h"
 #include "vireo/displayers/fittedAxes.h"
 
@@ -71,7 +72,7 @@ void GLPointCloudDisplayer::drawGL(QGLWidget*, Camera&)
 
 void GLPointCloudDisplayer::drawPoints()
 {
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glPushAttrib(ALL_ATTRIBUTE_BITS);
     glDisable(GL_LIGHTING);
     glPointSize(1.0f);
     glColor3f(1.0f, 1.0f, 1.0f);

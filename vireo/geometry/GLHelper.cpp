@@ -12,6 +12,7 @@
 #include "tavo/points/VertexDescriptor.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/attributeBits.h"
 
 #include <GL/glu.h>
 
@@ -123,7 +124,7 @@ void GLHelper::drawBuffer(const char* data, unsigned int sizeInBytes, const Vert
 
 void GLHelper::drawCoords()
 {
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glPushAttrib(ALL_ATTRIBUTE_BITS);
     glDisable(GL_LIGHTING);
     glBegin(GL_LINES);
     drawCoordsSendVertices();

@@ -10,6 +10,7 @@
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/objects/PException.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/attributeBits.h"
 #include "vireo/geometry/GLHelper.h"
 #include "vireo/offscreen/GLRenderTextureCache.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
@@ -237,7 +238,7 @@ void GLImage::drawToScreen()
     const auto width = static_cast<float>(viewport[2] - viewport[0]);
     const auto height = static_cast<float>(viewport[3] - viewport[1]);
 
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glPushAttrib(ALL_ATTRIBUTE_BITS);
     GLHelper::begin2D(width, height);
     renderTexture.bind(0);
     glEnable(renderTexture.getTextureTarget());

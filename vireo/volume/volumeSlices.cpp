@@ -3,6 +3,7 @@
 #include "tavo/base/objects/PException.h"
 #include "tavo/points/RegularVolume.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/attributeBits.h"
 
 namespace tavo {
 
@@ -83,7 +84,7 @@ void drawStack(const RegularVolume& volume, unsigned int axis, int direction, fl
 
 AllAttributes::AllAttributes()
 {
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glPushAttrib(ALL_ATTRIBUTE_BITS);
 }
 
 AllAttributes::~AllAttributes()
