@@ -53,6 +53,15 @@ CallRecorder* CallRecorder::listening()
     return pauses == 0 ? activeRecorder : nullptr;
 }
 
+void CallRecorder::add(std::string call)
+{
+    m_Calls.push_back(std::move(call));
+    if (m_Look) {
+        const Pause callsOfTheTest;
+        m_Look();
+    }
+}
+
 std::string CallRecorder::describePointer(const void* pointer) const
 {
     if (!pointer)

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vireo_test {
@@ -38,6 +40,9 @@ public:
     // From now on a pointer to `start` appears as `name`, and one to the i-th byte behind it as "name+i".
     void namePointer(const void* start, const std::string& name, std::size_t sizeInBytes = 1);
 
+    // From now on `look` is called before each recorded call goes on to the driver; what it calls is not recorded.
+    void beforeEachCall(std::function<void()> look) { m_Look = std::move(look); }
+
     // While it lives, nothing is recorded on this thread; for support code that calls GL on a test's behalf.
     class Pause
     {
@@ -50,7 +55,7 @@ public:
 
     // For the recording functions: the recorder that this thread's next call belongs to, if any.
     static CallRecorder* listening();
-    void add(std::string call) { m_Calls.push_back(std::move(call)); }
+    void add(std::string call);
     std::string describePointer(const void* pointer) const;
 
 private:
@@ -63,6 +68,7 @@ private:
 
     std::vector<std::string> m_Calls;
     std::vector<NamedRange> m_NamedRanges;
+    std::function<void()> m_Look;
 };
 
 // Fails the running test, with a line-by-line difference, unless exactly these calls were recorded.

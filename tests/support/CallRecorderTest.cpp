@@ -99,6 +99,17 @@ TEST_F(CallRecorderGLTest, StartsAfreshWhenCleared)
     EXPECT_THAT(recorder.calls(), ElementsAre("glPushMatrix()", "glPopMatrix()"));
 }
 
+TEST_F(CallRecorderGLTest, LetsATestLookBeforeEachCall)
+{
+    CallRecorder recorder;
+    std::vector<bool> wasEnabled;
+    recorder.beforeEachCall([&] { wasEnabled.push_back(glIsEnabled(GL_BLEND) == GL_TRUE); });
+    glEnable(GL_BLEND);
+    glDisable(GL_BLEND);
+    EXPECT_THAT(wasEnabled, ElementsAre(false, true));
+    EXPECT_THAT(recorder.calls(), ElementsAre("glEnable(GL_BLEND)", "glDisable(GL_BLEND)"));
+}
+
 TEST_F(CallRecorderGLTest, NamesEnumerantsByTheirParametersMeaning)
 {
     const auto calls = callsOf([] {

@@ -68,7 +68,6 @@ GLContext::GLContext(HDC__* dc, HGLRC__* rc, GLContext* parent, QGLWidget* widge
     , m_DC(dc)
     , m_RC(rc)
     , m_ParentContext(parent)
-    , m_QGLWidget(widget)
 {
     if (parent)
         parent->addChildContext(this);
@@ -76,6 +75,8 @@ GLContext::GLContext(HDC__* dc, HGLRC__* rc, GLContext* parent, QGLWidget* widge
         m_CGContext = createCgContext();
         initGLExtensions();
     }
+    // Deliberately last: what was called above sees a context without a widget.
+    m_QGLWidget = widget;
 }
 
 GLContext::~GLContext() noexcept(false)

@@ -108,7 +108,7 @@ private:
     std::list<GLContext*> m_ChildContexts;
     GLContext* m_ParentContext;
     bool m_UseVertexBufferObjects = true;
-    QGLWidget* m_QGLWidget;
+    QGLWidget* m_QGLWidget = nullptr;
     std::list<GLObject*> m_Objects;
     std::vector<unsigned int> m_TexturesToDelete;
     std::vector<unsigned int> m_BuffersToDelete;

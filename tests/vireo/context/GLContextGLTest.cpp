@@ -1,8 +1,11 @@
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <functional>
 #include <gmock/gmock.h>
 #include <limits>
 #include <memory>
+#include <new>
 #include <random>
 #include <vector>
 
@@ -157,12 +160,19 @@ TEST_F(GLContextGLTest, KeepsWhatItWasGiven)
 }
 
 // Without extensions loaded by anybody before.
-using FirstContextGLTest = vireo_test::GLTest;
+class FirstContextGLTest : public vireo_test::GLTest
+{
+protected:
+    void SetUp() override
+    {
+        GLTest::SetUp();
+        if (!IsSkipped() && glExtensionsInitialized)
+            GTEST_SKIP() << "needs a process of its own: the first root context was made by another test";
+    }
+};
 
 TEST_F(FirstContextGLTest, MakesTheCgContextThenLoadsTheExtensionsOnce)
 {
-    if (glExtensionsInitialized)
-        GTEST_SKIP() << "needs a process of its own: the first root context was made by another test";
     const auto native = makeSharedContext();
     OpenContext* first = nullptr;
     const std::vector<std::string> calls = callsOf([&] { first = new OpenContext(mainContext(), nullptr); });
@@ -185,6 +195,21 @@ TEST_F(FirstContextGLTest, MakesTheCgContextThenLoadsTheExtensionsOnce)
     }),
         IsEmpty());
     delete first;
+}
+
+TEST_F(FirstContextGLTest, HasItsWidgetOnlyOnceAllElseIsThere)
+{
+    auto* const widget = reinterpret_cast<QGLWidget*>(this); // only stored
+    alignas(GLContext) std::array<std::byte, sizeof(GLContext)> memory;
+    auto* const context = reinterpret_cast<GLContext*>(memory.data());
+    {
+        CallRecorder recorder;
+        recorder.beforeEachCall([&] { EXPECT_EQ(context->getQGLWidget(), nullptr) << recorder.calls().back(); });
+        new (memory.data()) GLContext(getDC(), getRC(), nullptr, widget);
+        EXPECT_FALSE(recorder.calls().empty());
+    }
+    EXPECT_EQ(context->getQGLWidget(), widget);
+    std::destroy_at(context);
 }
 
 TEST_F(GLContextGLTest, ActivatesWithoutMakingCurrentWhatIsCurrent)
