@@ -1,8 +1,6 @@
 #include "vireo/offscreen/GLRenderTextureCache.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <iterator>
 #include <memory>
 #include <string>
 
@@ -29,24 +27,6 @@ unsigned int flagsOf(bool rectangle, bool floatTexture, bool float32, bool depth
     return flags;
 }
 
-// Where the first of a kind stands; behind the last if there is none. Blocks are gone through to their ends, so that
-// the compiler can compare several kinds at once.
-std::size_t positionOf(unsigned int kind, const std::vector<unsigned int>& kinds)
-{
-    constexpr std::size_t BLOCK = 32;
-    std::size_t start = 0;
-    for (; start + BLOCK <= kinds.size(); start += BLOCK) {
-        std::uint32_t isThere = 0;
-        for (std::size_t i = 0; i < BLOCK; ++i)
-            isThere |= kinds[start + i] == kind ? ~0u : 0u;
-        if (isThere != 0)
-            break;
-    }
-    while (start < kinds.size() && kinds[start] != kind)
-        ++start;
-    return start;
-}
-
 } // namespace
 
 GLRenderTextureCache::GLRenderTextureCache(GLContext* context)
@@ -62,67 +42,58 @@ GLRenderTextureFBO* GLRenderTextureCache::getRenderTexture(unsigned int width, u
     unsigned int components, bool rectangle, bool floatTexture, bool float32, bool depth, bool stencil)
 {
     const unsigned int kind = getDesc(width, height, components, rectangle, floatTexture, float32, depth, stencil);
-    if (const std::size_t position = positionOf(kind, m_AvailableKinds); position < m_Available.size())
-        return reuse(position);
-
+    const auto oldest = std::find_if(
+        m_Available.begin(), m_Available.end(), [kind](const Entry& entry) { return entry.second == kind; });
+    if (oldest != m_Available.end())
+        return reuse(oldest);
     return create(width, height, components, flagsOf(rectangle, floatTexture, float32, depth, stencil), kind);
+}
+
+GLRenderTextureFBO* GLRenderTextureCache::reuse(std::list<Entry>::iterator available)
+{
+    // First, since there may be no memory for it. The entry's position remains what it is when it changes lists.
+    m_Index[available->first] = available;
+    m_InUse.splice(m_InUse.end(), m_Available, available);
+    return available->first;
 }
 
 GLRenderTextureFBO* GLRenderTextureCache::create(
     unsigned int width, unsigned int height, unsigned int components, unsigned int flags, unsigned int kind)
 {
-    reserveForOneMore();
     auto renderTexture = std::make_unique<GLRenderTextureFBO>(m_Context);
     if (!renderTexture->create(width, height, components, flags))
         return nullptr;
-    m_InUse.push_back({renderTexture.release(), kind});
+    const auto position = m_InUse.emplace(m_InUse.end(), renderTexture.get(), kind);
+    renderTexture.release();
     debugOutput << "num cached render textures: " << std::to_string(m_Available.size() + m_InUse.size()) << "\n";
-    return m_InUse.back().renderTexture;
-}
-
-GLRenderTextureFBO* GLRenderTextureCache::reuse(std::size_t position)
-{
-    const auto offset = static_cast<std::ptrdiff_t>(position);
-    m_InUse.push_back({m_Available[position], m_AvailableKinds[position]});
-    m_Available.erase(m_Available.begin() + offset);
-    m_AvailableKinds.erase(m_AvailableKinds.begin() + offset);
-    return m_InUse.back().renderTexture;
-}
-
-// Has room for all that there are, and another one, in use as well as free: only a new one may find no memory.
-void GLRenderTextureCache::reserveForOneMore()
-{
-    const std::size_t count = m_InUse.size() + m_Available.size() + 1;
-    m_InUse.reserve(count);
-    m_Available.reserve(count);
-    m_AvailableKinds.reserve(count);
+    m_Index[position->first] = position;
+    return position->first;
 }
 
 void GLRenderTextureCache::freeRenderTexture(GLRenderTextureFBO* renderTexture)
 {
-    // The one that was handed out last comes back first, as a rule.
-    const auto found = std::find_if(m_InUse.rbegin(), m_InUse.rend(),
-        [renderTexture](const Entry& entry) { return entry.renderTexture == renderTexture; });
-    if (found == m_InUse.rend())
+    const auto found = m_Index.find(renderTexture);
+    if (found == m_Index.end() || found->second == m_InUse.end())
         throw PException("GLRenderTextureCache::freeRenderTexture() - not a render texture that was handed out");
-    m_Available.push_back(found->renderTexture);
-    m_AvailableKinds.push_back(found->kind);
-    m_InUse.erase(std::prev(found.base()));
+    m_Available.splice(m_Available.end(), m_InUse, found->second);
+    m_Index.erase(found);
 }
 
 void GLRenderTextureCache::clearUnused()
 {
-    for (const GLRenderTextureFBO* const renderTexture : m_Available)
+    for (const auto& [renderTexture, kind] : m_Available)
         delete renderTexture;
     m_Available.clear();
-    m_AvailableKinds.clear();
 }
 
 void GLRenderTextureCache::clearAll()
 {
-    for (const Entry& entry : m_InUse)
-        delete entry.renderTexture;
+    for (const auto& [renderTexture, kind] : m_InUse)
+        delete renderTexture;
     m_InUse.clear();
+    // The entries deliberately stay, but lead nowhere: what was destroyed is refused.
+    for (auto& [renderTexture, position] : m_Index)
+        position = m_InUse.end();
     clearUnused();
 }
 

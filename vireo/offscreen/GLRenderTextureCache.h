@@ -1,7 +1,8 @@
 #pragma once
 
-#include <cstddef>
-#include <vector>
+#include <list>
+#include <map>
+#include <utility>
 
 #include "vireo/Export.h"
 
@@ -23,8 +24,8 @@ class GLRenderTextureFBO;
 //
 // The cache owns all its render textures, those handed out too. Its context must be current for all operations, also
 // for the destructor. Once the context has died nothing may be asked for any more; what is there can still be given
-// back and destroyed. Copies share the render textures: only one of them may be destroyed, and none can take back what
-// was out when it was copied. Copying is not a supported use.
+// back and destroyed. Copies share the render textures: only one of them may be destroyed, and what was out when it was
+// made must not be given back to a copy. Copying is not a supported use.
 class VIREO_EXPORT GLRenderTextureCache
 {
 public:
@@ -62,28 +63,24 @@ public:
     void clearAll();
 
 private:
-    struct Entry
-    {
-        GLRenderTextureFBO* renderTexture;
-        unsigned int kind;
-    };
+    // A render texture and its kind.
+    using Entry = std::pair<GLRenderTextureFBO*, unsigned int>;
 
     // The kind, packed.
     unsigned int getDesc(unsigned int width, unsigned int height, unsigned int components, bool rectangle,
         bool floatTexture, bool float32, bool depth, bool stencil);
 
-    GLRenderTextureFBO* reuse(std::size_t position);
+    GLRenderTextureFBO* reuse(std::list<Entry>::iterator available);
     GLRenderTextureFBO* create(
         unsigned int width, unsigned int height, unsigned int components, unsigned int flags, unsigned int kind);
-    void reserveForOneMore();
 
     GLContext* m_Context;
     // In the order in which they were handed out.
-    std::vector<Entry> m_InUse;
-    // In the order in which they were given back. The kinds stand for themselves, close together: a request that runs
-    // past many of them touches nothing else.
-    std::vector<GLRenderTextureFBO*> m_Available;
-    std::vector<unsigned int> m_AvailableKinds;
+    std::list<Entry> m_InUse;
+    // In the order in which they were given back.
+    std::list<Entry> m_Available;
+    // Where each render texture stands in m_InUse; the end of that for those that clearAll() has destroyed.
+    std::map<GLRenderTextureFBO*, std::list<Entry>::iterator> m_Index;
 };
 
 } // namespace tavo

@@ -2,10 +2,12 @@
 #include <array>
 #include <gmock/gmock.h>
 #include <list>
+#include <map>
 #include <memory>
 #include <random>
 #include <set>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -26,6 +28,8 @@
 // 6. Giving back calls no GL. What was not handed out, or came back already, is refused, and the cache is as before.
 // 7. clearUnused destroys those that are free, in the order in which they were given back, and no others.
 // 8. clearAll, and so the destructor, destroys those in use, in the order in which they were handed out, then the rest.
+// 9. A render texture stands in one of two lists, with its key: of those in use, in the order handed out, or of those
+//    that are free, in the order given back. A map leads from those in use to their positions.
 
 namespace tavo {
 
@@ -41,9 +45,23 @@ struct InUseMember
 };
 template struct PrivateMember<InUseMember, &GLRenderTextureCache::m_InUse>;
 
+struct AvailableMember
+{
+    friend auto memberOf(AvailableMember);
+};
+template struct PrivateMember<AvailableMember, &GLRenderTextureCache::m_Available>;
+
+struct IndexMember
+{
+    friend auto memberOf(IndexMember);
+};
+template struct PrivateMember<IndexMember, &GLRenderTextureCache::m_Index>;
+
 namespace {
 
+using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
 using testing::SizeIs;
 using testing::ThrowsMessage;
 using vireo_test::callsOf;
@@ -60,6 +78,12 @@ struct Request
     bool depth = false;
     bool stencil = false;
 };
+
+using Entries = std::list<std::pair<GLRenderTextureFBO*, unsigned int>>;
+using Index = std::map<GLRenderTextureFBO*, Entries::iterator>;
+static_assert(std::is_same_v<decltype(memberOf(InUseMember())), Entries GLRenderTextureCache::*>);
+static_assert(std::is_same_v<decltype(memberOf(AvailableMember())), Entries GLRenderTextureCache::*>);
+static_assert(std::is_same_v<decltype(memberOf(IndexMember())), Index GLRenderTextureCache::*>);
 
 const char* const NOT_HANDED_OUT =
     "GLRenderTextureCache::freeRenderTexture() - not a render texture that was handed out";
@@ -88,6 +112,21 @@ protected:
     {
         for (GLRenderTextureFBO* const renderTexture : renderTextures)
             cache().freeRenderTexture(renderTexture);
+    }
+
+    const Entries& inUse() { return cache().*memberOf(InUseMember()); }
+    const Entries& available() { return cache().*memberOf(AvailableMember()); }
+    const Index& index() { return cache().*memberOf(IndexMember()); }
+
+    // Whether the map leads to all that are in use.
+    bool isIndexed()
+    {
+        for (auto position = inUse().begin(); position != inUse().end(); ++position) {
+            const auto found = index().find(position->first);
+            if (found == index().end() || found->second != position)
+                return false;
+        }
+        return true;
     }
 
     void expectRefusal(GLRenderTextureFBO* renderTexture)
@@ -461,6 +500,46 @@ TEST_F(GLRenderTextureCacheGLTest, IsCopiedWithWhatItHas)
     }
 }
 
+// Rule 9
+
+TEST_F(GLRenderTextureCacheGLTest, KeepsTwoListsAndAMap)
+{
+    const Request wide{.width = 8};
+    GLRenderTextureFBO* const a = get({});
+    GLRenderTextureFBO* const b = get(wide);
+    GLRenderTextureFBO* const c = get({});
+    EXPECT_THAT(inUse(), ElementsAre(Pair(a, keyOf({})), Pair(b, keyOf(wide)), Pair(c, keyOf({}))));
+    EXPECT_THAT(available(), IsEmpty());
+    EXPECT_THAT(index(), SizeIs(3));
+    EXPECT_TRUE(isIndexed());
+
+    give({b, a});
+    EXPECT_THAT(inUse(), ElementsAre(Pair(c, keyOf({}))));
+    EXPECT_THAT(available(), ElementsAre(Pair(b, keyOf(wide)), Pair(a, keyOf({}))));
+    EXPECT_THAT(index(), ElementsAre(Pair(c, inUse().begin())));
+
+    EXPECT_EQ(get({}), a);
+    EXPECT_THAT(inUse(), ElementsAre(Pair(c, keyOf({})), Pair(a, keyOf({}))));
+    EXPECT_THAT(available(), ElementsAre(Pair(b, keyOf(wide))));
+    EXPECT_THAT(index(), SizeIs(2));
+    EXPECT_TRUE(isIndexed());
+}
+
+// Deliberate.
+TEST_F(GLRenderTextureCacheGLTest, KeepsTheMapsEntriesWhenItDestroysAll)
+{
+    GLRenderTextureFBO* const inUseBefore = get({});
+    give({get({.width = 8})});
+    cache().clearAll();
+    EXPECT_THAT(inUse(), IsEmpty());
+    EXPECT_THAT(available(), IsEmpty());
+    EXPECT_THAT(index(), ElementsAre(Pair(inUseBefore, inUse().end())));
+
+    // What is new may be where the other was.
+    get({});
+    EXPECT_TRUE(isIndexed());
+}
+
 // All rules at once: many random requests and returns, against plain lists.
 class GLRenderTextureCacheRandomGLTest : public GLRenderTextureCacheGLTest
 {
@@ -469,6 +548,7 @@ protected:
     {
         countFramebuffers(callsOf([&] { act(pick(100)); }));
         EXPECT_EQ(m_NumFramebuffers, m_InUse.size() + m_Free.size());
+        EXPECT_TRUE(isIndexed());
     }
 
     unsigned int m_NumMade = 0;
