@@ -5,7 +5,7 @@
 #include "apps/vireo-view/Viewer.h"
 #include "apps/vireo-view/VolumeDisplayer.h"
 #include "tavo/base/debug/EventDisplayer.h"
-#include "vireo/context/Library.h"
+#include "vireo/Library.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLEventObject.h"
 #include "vireo/displayers/GLGraphDisplayer.h"

@@ -3,7 +3,7 @@
 #include "benchmarks/first-curve/painted.h"
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/DebugWindow.h"
-#include "vireo/context/Library.h"
+#include "vireo/Library.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
 

@@ -7,7 +7,7 @@
 
 #include "benchmarks/support/Comparison.h"
 #include "benchmarks/support/Table.h"
-#include "vireo/context/Library.h"
+#include "vireo/Library.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
 

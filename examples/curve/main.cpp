@@ -4,7 +4,7 @@
 #include <tavo/base/debug/DebugOutput.h>
 #include <tavo/base/debug/EventDisplayer.h>
 #include <vector>
-#include <vireo/context/Library.h>
+#include <vireo/Library.h>
 #include <vireo/displayers/GLEventDisplayer.h>
 #include <vireo/displayers/GLGraphDisplayer.h>
 

@@ -8,8 +8,8 @@
 #include <tavo/base/files/saveFile.h>
 #include <tavo/platform/wgl.h>
 #include <utility>
+#include <vireo/Library.h>
 #include <vireo/context/GLContext.h>
-#include <vireo/context/Library.h>
 
 #include <GL/glu.h>
 

@@ -1,6 +1,6 @@
 cmake_minimum_required(VERSION 3.25)
 
-# Installs into a scratch prefix, builds EXAMPLES against the copy there, and runs two of them.
+# Installs into a scratch prefix, builds EXAMPLES and the program start-up against the copy there, and runs it and two of them.
 function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -9,8 +9,9 @@ set(prefix ${SCRATCH_DIR}/prefix)
 file(REMOVE_RECURSE ${SCRATCH_DIR})
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
 
-function(build example)
-    set(source ${SOURCE_DIR}/examples/${example})
+function(build folder)
+    get_filename_component(example ${folder} NAME)
+    set(source ${SOURCE_DIR}/${folder})
     set(scratch ${SCRATCH_DIR}/${example})
     file(MAKE_DIRECTORY ${scratch})
     if(WAY STREQUAL "cmake")
@@ -33,8 +34,9 @@ endfunction()
 
 separate_arguments(EXAMPLES UNIX_COMMAND "${EXAMPLES}")
 foreach(example IN LISTS EXAMPLES)
-    build(${example})
+    build(examples/${example})
 endforeach()
+build(tests/install/start-up)
 
 # A copy with Cg programs is of use without the runtime's headers too, but for these.
 if(WAY STREQUAL "cmake" AND "cg-program" IN_LIST EXAMPLES)
@@ -59,6 +61,7 @@ endif()
 
 # Leaks are looked for by the tests of the examples.
 set(ENV{ASAN_OPTIONS} "detect_leaks=0:$ENV{ASAN_OPTIONS}")
+run(${SCRATCH_DIR}/start-up/start-up)
 set(picture ${SCRATCH_DIR}/picture.png)
 run(${SCRATCH_DIR}/geometry-list/geometry-list ${picture})
 if(NOT EXISTS ${picture})

@@ -10,7 +10,7 @@
 #include "tests/apps/vireo-view/TestVolume.h"
 #include "tests/support/Picture.h"
 #include "tests/support/userEvents.h"
-#include "vireo/context/Library.h"
+#include "vireo/Library.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 
 namespace vireo_view {

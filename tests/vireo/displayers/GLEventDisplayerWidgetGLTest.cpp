@@ -28,8 +28,8 @@
 #include "tests/support/userEvents.h"
 #include "tests/vireo/displayers/Failure.h"
 #include "tests/vireo/displayers/TestEventObject.h"
+#include "vireo/Library.h"
 #include "vireo/context/GLContext.h"
-#include "vireo/context/Library.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
 

@@ -1,4 +1,4 @@
-#include "vireo/context/Library.h"
+#include "vireo/Library.h"
 
 #include <QFile>
 #include <QImage>
