@@ -7,7 +7,8 @@ namespace tavo {
 
 class PointSet;
 
-// Draws the points of a PointSet in white, and coordinate axes fitted to them.
+// Draws the points of a PointSet in white, and coordinate axes fitted to them. Depth test, axes from the start and axes
+// of a least length are deliberately unlike those of GLGraphDisplayer.
 class VIREO_EXPORT GLPointCloudDisplayer : public GLEventObject
 {
 public:

@@ -62,6 +62,7 @@ public:
     std::string getLastError() const { return lastError; }
 
 protected:
+    // Without m_, deliberately, as all fields of shaders and constants.
     std::string lastError;
 };
 

@@ -71,6 +71,7 @@ protected:
     // Hands the name to the dying context.
     void onDeleteContext() override;
 
+    // Subclasses have fields without m_, deliberately. They are not these: numComponents is not m_NumComponents.
     unsigned int m_TextureTarget = 0;
     unsigned int m_TextureID = 0;
     // Whether bind asks its settings for filters between mipmap levels.

@@ -90,6 +90,8 @@ public:
     static MetaClass* Tex2dVolumeRendererMetaClass;
 
 protected:
+    // Without m_, deliberately.
+    //
     // For each prepared channel, the names of all its textures: those of the slices along X, then Y, then Z.
     std::vector<std::vector<unsigned int>> textureNames;
     // For each prepared channel and each axis, how many textures come before those of its stack.
