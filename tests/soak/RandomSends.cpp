@@ -19,7 +19,7 @@
 #include "tests/support/userEvents.h"
 #include "tests/vireo/displayers/TestEventObject.h"
 #include "tests/vireo/displayers/TestPointSet.h"
-#include "vireo/context/Library.h"
+#include "vireo/Library.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
