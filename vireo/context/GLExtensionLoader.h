@@ -29,6 +29,9 @@ public:
     // output.
     bool request(const char* names);
 
+    // Whether an extension is supported, as request has it. Nothing is before the first request.
+    bool isSupported(std::string_view extension) const;
+
     // Fetches all entry points of an extension, supported or not, in the order of GLEntryPoints.inc, up to the first
     // that the driver does not have; those fetched before it stay. True if all were found; false for an unknown name.
     static bool load(std::string_view extension);
@@ -45,7 +48,6 @@ public:
 
 private:
     void askForSupportedExtensions();
-    bool isSupported(std::string_view extension) const;
 
     std::string m_SupportedExtensions;
     std::string m_UnsupportedExtensions;

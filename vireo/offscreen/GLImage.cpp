@@ -16,10 +16,13 @@
 #include "vireo/offscreen/GLRenderTextureFBO.h"
 #include "vireo/offscreen/imageTexels.h"
 #include "vireo/textures/imagePixels.h"
+#include "vireo/textures/textureFormats.h"
 
 namespace tavo {
 
 namespace {
+
+constexpr const char* NO_FLOAT_FORMATS = ": it lists neither GL_ARB_texture_float nor GL_NV_float_buffer";
 
 template <typename Component>
 void requirePixels(const TemplatedImage<Component>& image)
@@ -37,6 +40,14 @@ void upload(GLRenderTextureFBO& renderTexture, const TemplatedImage<Component>& 
     glTexParameteri(target, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
     glTexParameteri(target, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
     renderTexture.unbind();
+}
+
+template <typename Component>
+[[noreturn]] void throwRefused(const TemplatedImage<Component>& image, const std::string& reason)
+{
+    const char* const texels = COMPONENT_TYPE<Component> == GL_FLOAT ? " texels of floats" : " texels of bytes";
+    throw PException("GLImage::setup() - the driver refused a render texture of " + std::to_string(image.getWidth()) +
+                     " x " + std::to_string(image.getHeight()) + texels + reason);
 }
 
 template <typename Image>
@@ -103,14 +114,18 @@ void GLImage::setup(GLRenderTextureCache* cache, RGBAFloat32Image* image, bool f
 {
     requirePixels(*image);
     setup(cache, image->getWidth(), image->getHeight(), 4, true, true, float32, false, false);
-    upload(requireRenderTexture("setup"), *image);
+    if (!m_RenderTexture)
+        throwRefused(*image, hasRectFloatFormats() ? "" : NO_FLOAT_FORMATS);
+    upload(*m_RenderTexture, *image);
 }
 
 void GLImage::setup(GLRenderTextureCache* cache, RGBAImage* image)
 {
     requirePixels(*image);
     setup(cache, image->getWidth(), image->getHeight(), 4, true, false, false, false, false);
-    upload(requireRenderTexture("setup"), *image);
+    if (!m_RenderTexture)
+        throwRefused(*image, "");
+    upload(*m_RenderTexture, *image);
 }
 
 // The image has forgotten the render texture also where the cache does not take it back.

@@ -60,7 +60,7 @@ public:
     // active. The picture stays the caller's; GL reads it as its pixel storage says (glPixelStorei).
     //
     // Throw std::out_of_range, and change nothing, if the picture has no pixels, and PException, with the image empty,
-    // if the driver does not have the render texture. Those of floats need GL_NV_float_buffer.
+    // if the driver refuses the render texture. Those of floats need GL_ARB_texture_float or GL_NV_float_buffer.
     void setup(GLRenderTextureCache* cache, RGBAFloat32Image* image, bool float32);
     void setup(GLRenderTextureCache* cache, RGBAImage* image);
 

@@ -57,7 +57,7 @@ public:
 
     // Makes a target of width x height texels with the given number of components, as of a GLTexture2D or
     // GLTextureRect. 2D textures deliberately have bytes for components whatever the flags say; the float formats of
-    // rectangles are those of GL_NV_float_buffer, 32 bits where both sizes are asked for. No size is refused here.
+    // rectangles are those of GLTextureRect, 32 bits where both sizes are asked for. No size is refused here.
     //
     // False if the driver cannot draw into such a target. Then the framebuffer stays bound, and what was made so far
     // stays until the object dies. Otherwise the window is drawn into afterwards. The texture stays bound on unit 0,

@@ -38,7 +38,7 @@ void GLTextureRect::createFloatTextureFromMemory(
     unsigned int width, unsigned int height, unsigned int components, float* data, bool use32Bit)
 {
     m_NumComponents = components;
-    format = nvFloatFormatOfComponents(components, !use32Bit, format);
+    format = rectFloatFormatOfComponents(components, !use32Bit, format);
     bind(0);
     GLTextureSettings::setFloatDefaults(m_TextureTarget);
     setDimensions(width, height, components);

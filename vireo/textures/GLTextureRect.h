@@ -25,8 +25,9 @@ public:
     void createFromImage(RGBAImage& image);
 
     // Storage of float texels, of 32 or of 16 bits a component, from as many floats a texel as there are components. It
-    // is sampled without filters. The formats are those of GL_NV_float_buffer: where the driver does not have them, a
-    // GL error is left pending and the texture has no storage. The estimated size counts floats, not bytes.
+    // is sampled without filters. The formats are those of GL_NV_float_buffer, or, on drivers that do not list that
+    // extension, those of GL_ARB_texture_float. Where the driver has neither, a GL error is left pending and the
+    // texture has no storage. The estimated size counts floats, not bytes.
     void createFloatTextureFromMemory(
         unsigned int width, unsigned int height, unsigned int components, float* data, bool use32Bit);
 

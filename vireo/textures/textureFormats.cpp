@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "vireo/context/GLExtensionLoader.h"
 #include "vireo/context/GLExtensions.h"
 
 namespace tavo {
@@ -18,9 +19,17 @@ constexpr FormatTable ARB_FLOAT_FORMATS{GL_LUMINANCE32F_ARB, GL_LUMINANCE_ALPHA3
 constexpr FormatTable NV_HALF_FORMATS{GL_FLOAT_R16_NV, GL_FLOAT_RG16_NV, GL_FLOAT_RGB16_NV, GL_FLOAT_RGBA16_NV};
 constexpr FormatTable NV_FLOAT_FORMATS{GL_FLOAT_R32_NV, GL_FLOAT_RG32_NV, GL_FLOAT_RGB32_NV, GL_FLOAT_RGBA32_NV};
 
+constexpr const char* ARB_EXTENSION = "GL_ARB_texture_float";
+constexpr const char* NV_EXTENSION = "GL_NV_float_buffer";
+
 unsigned int formatIn(const FormatTable& table, unsigned int components, unsigned int otherwise)
 {
     return components >= 1 && components <= table.size() ? table[components - 1] : otherwise;
+}
+
+bool isListed(const char* extension)
+{
+    return GLExtensionLoader::getInstance().isSupported(extension);
 }
 
 bool contains(const FormatTable& table, unsigned int format)
@@ -40,9 +49,16 @@ unsigned int arbFloatFormatOfComponents(unsigned int components, bool half, unsi
     return formatIn(half ? ARB_HALF_FORMATS : ARB_FLOAT_FORMATS, components, otherwise);
 }
 
-unsigned int nvFloatFormatOfComponents(unsigned int components, bool half, unsigned int otherwise)
+unsigned int rectFloatFormatOfComponents(unsigned int components, bool half, unsigned int otherwise)
 {
+    if (!isListed(NV_EXTENSION))
+        return arbFloatFormatOfComponents(components, half, otherwise);
     return formatIn(half ? NV_HALF_FORMATS : NV_FLOAT_FORMATS, components, otherwise);
+}
+
+bool hasRectFloatFormats()
+{
+    return isListed(NV_EXTENSION) || isListed(ARB_EXTENSION);
 }
 
 bool isArbFloatFormat(unsigned int format)

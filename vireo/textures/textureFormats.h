@@ -8,10 +8,13 @@ namespace tavo {
 // Luminance, luminance and alpha, RGB, RGBA: the client format, and of texels of bytes the internal format as well.
 unsigned int formatOfComponents(unsigned int components, unsigned int otherwise);
 
-// Internal formats of float texels, with 16 bits (half) or 32 bits a component: those of GL_ARB_texture_float, and
-// those of GL_NV_float_buffer, which are for rectangle textures.
+// Internal formats of float texels, with 16 bits (half) or 32 bits a component: those of GL_ARB_texture_float; and for
+// rectangle textures those of GL_NV_float_buffer, where the driver lists it, else those of GL_ARB_texture_float too.
 unsigned int arbFloatFormatOfComponents(unsigned int components, bool half, unsigned int otherwise);
-unsigned int nvFloatFormatOfComponents(unsigned int components, bool half, unsigned int otherwise);
+unsigned int rectFloatFormatOfComponents(unsigned int components, bool half, unsigned int otherwise);
+
+// Whether the driver lists either of the two extensions.
+bool hasRectFloatFormats();
 
 // Whether the format is one that arbFloatFormatOfComponents knows.
 bool isArbFloatFormat(unsigned int format);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "tests/support/CallRecorder.h"
 #include "tests/support/GLTest.h"
 #include "tests/support/driverVariable.h"
+#include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 
 namespace tavo {
@@ -76,6 +78,37 @@ private:
         [variable] { GTEST_SKIP() << variable << " has no effect on this driver, or none any more in this process"; }();
         return false;
     }
+};
+
+// The same with a GLContext around the main context.
+class GLExtensionContextTest : public GLExtensionTest
+{
+protected:
+    // False if the test is skipped instead.
+    [[nodiscard]] bool wrapContextWithExtensions(const char* changes)
+    {
+        if (!makeMainContextWithExtensions(changes))
+            return false;
+        wrapContext();
+        return true;
+    }
+
+    void wrapContext()
+    {
+        m_Context = std::make_unique<GLContext>(getDC(), getRC(), nullptr, nullptr);
+        initGLExtensions(); // which only the first root of a process does by itself
+    }
+
+    void TearDown() override
+    {
+        m_Context.reset();
+        GLTest::TearDown();
+    }
+
+    GLContext* context() { return m_Context.get(); }
+
+private:
+    std::unique_ptr<GLContext> m_Context;
 };
 
 } // namespace tavo

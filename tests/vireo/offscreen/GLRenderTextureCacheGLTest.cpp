@@ -261,7 +261,7 @@ TEST_F(GLRenderTextureCacheGLTest, TurnsTheArgumentsIntoFlags)
 TEST_F(GLRenderTextureCacheGLTest, MakesRectanglesOfFloats)
 {
     if (!hasFloatFormats())
-        GTEST_SKIP() << "the driver has no GL_NV_float_buffer, whose formats float rectangles are made in";
+        GTEST_SKIP() << "the driver has no float formats for rectangles";
     const GLRenderTextureFBO* const half = get({.rectangle = true, .floatTexture = true});
     const GLRenderTextureFBO* const full = get({.rectangle = true, .floatTexture = true, .float32 = true});
     ASSERT_NE(half, nullptr);

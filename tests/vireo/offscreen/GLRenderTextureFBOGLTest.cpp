@@ -183,17 +183,17 @@ struct FloatRectangle
 {
     unsigned int flags;
     unsigned int components;
-    const char* formats;
+    bool half;
 };
 
-TEST_F(GLRenderTextureFBOGLTest, IsMadeOfARectangleOfFloatsInTheFormatsOfNVIDIA)
+TEST_F(GLRenderTextureFBOGLTest, IsMadeOfARectangleOfFloats)
 {
-    const FloatRectangle rectangles[] = {
-        {FLOAT16, 4, "GL_FLOAT_RGBA16_NV, 100, 100, 0, GL_RGBA"},
-        {FLOAT32, 4, "GL_FLOAT_RGBA32_NV, 100, 100, 0, GL_RGBA"},
-        {FLOAT16 | FLOAT32, 4, "GL_FLOAT_RGBA32_NV, 100, 100, 0, GL_RGBA"},
-        {FLOAT16, 1, "GL_FLOAT_R16_NV, 100, 100, 0, GL_LUMINANCE"},
-        {FLOAT32, 3, "GL_FLOAT_RGB32_NV, 100, 100, 0, GL_RGB"},
+    constexpr FloatRectangle rectangles[] = {
+        {FLOAT16, 4, true},
+        {FLOAT32, 4, false},
+        {FLOAT16 | FLOAT32, 4, false},
+        {FLOAT16, 1, true},
+        {FLOAT32, 3, false},
     };
     for (const FloatRectangle& rectangle : rectangles) {
         auto target = make();
@@ -202,7 +202,7 @@ TEST_F(GLRenderTextureFBOGLTest, IsMadeOfARectangleOfFloatsInTheFormatsOfNVIDIA)
         const Names names = accepted ? namesOf(*target) : boundNames();
         const std::string texture = std::to_string(getInteger(GL_TEXTURE_BINDING_RECTANGLE_ARB));
         const Calls calls = recorder.calls();
-        const std::string image = std::string("glTexImage2D(GL_TEXTURE_RECTANGLE_ARB, 0, ") + rectangle.formats;
+        const FloatFormat& format = rectFloatFormat(rectangle.components, rectangle.half);
         EXPECT_EQ(Calls(calls.begin(), calls.begin() + 13),
             join({{"glGenTextures(1, ptr)"}, bindCalls("GL_TEXTURE0", RECT, texture),
                 {
@@ -211,12 +211,13 @@ TEST_F(GLRenderTextureFBOGLTest, IsMadeOfARectangleOfFloatsInTheFormatsOfNVIDIA)
                     "glTexParameteri(GL_TEXTURE_RECTANGLE_ARB, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)",
                     "glTexParameteri(GL_TEXTURE_RECTANGLE_ARB, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)",
                     "glTexParameteri(GL_TEXTURE_RECTANGLE_ARB, GL_TEXTURE_WRAP_R, GL_CLAMP_TO_EDGE)",
-                    image + ", GL_FLOAT, null)",
+                    texImageCall(
+                        "glTexImage2D", RECT, format.internalFormat, "100, 100", format.clientFormat, "GL_FLOAT, null"),
                     "glTexParameteri(GL_TEXTURE_RECTANGLE_ARB, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)",
                 },
                 framebufferCalls(names.framebuffer, "GL_COLOR_ATTACHMENT0_EXT", RECT, texture)}));
         expectUploadAsDriverAllows();
-        EXPECT_TRUE(hasFloatFormats() || !accepted);
+        EXPECT_EQ(accepted, hasFloatFormats()) << format.internalFormat;
     }
 }
 

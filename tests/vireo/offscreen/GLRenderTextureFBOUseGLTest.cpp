@@ -342,7 +342,7 @@ TEST_F(GLRenderTextureFBOUseGLTest, ReadsADepthTextureAsZeros)
 TEST_F(GLRenderTextureFBOUseGLTest, KeepsFloatsInARectangle)
 {
     if (!hasFloatFormats())
-        GTEST_SKIP() << "the driver has no GL_NV_float_buffer, whose formats float rectangles are made in";
+        GTEST_SKIP() << "the driver has no float formats for rectangles";
     const auto target = make(5, 3, 4, RECTANGLE | FLOAT32);
     target->bind(0);
     auto image = makeImage<RGBAFloat32Image>(5, 3);
@@ -356,7 +356,7 @@ TEST_F(GLRenderTextureFBOUseGLTest, KeepsFloatsInARectangle)
 TEST_F(GLRenderTextureFBOUseGLTest, KeepsHalfFloatsInARectangle)
 {
     if (!hasFloatFormats())
-        GTEST_SKIP() << "the driver has no GL_NV_float_buffer, whose formats float rectangles are made in";
+        GTEST_SKIP() << "the driver has no float formats for rectangles";
     const auto target = make(5, 3, 4, RECTANGLE | FLOAT16);
     target->bind(0);
     const auto image = makeImage<RGBAFloat32Image>(5, 3); // small integers, which half floats hold as they are

@@ -3,7 +3,6 @@
 
 #include "tests/vireo/context/GLExtensionTest.h"
 #include "tests/vireo/shaders/hasARBPrograms.h"
-#include "vireo/context/GLContext.h"
 #include "vireo/shaders/GLShaderARB.h"
 
 #ifdef VIREO_HAVE_CG
@@ -21,35 +20,8 @@ using testing::IsEmpty;
 constexpr unsigned int VERTEX = GL_VERTEX_PROGRAM_ARB;
 constexpr unsigned int FRAGMENT = GL_FRAGMENT_PROGRAM_ARB;
 
-class ProgramKindsGLTest : public GLExtensionTest
-{
-protected:
-    // False if the test is skipped instead.
-    [[nodiscard]] bool wrapContextWithExtensions(const char* changes)
-    {
-        if (!makeMainContextWithExtensions(changes))
-            return false;
-        wrapContext();
-        return true;
-    }
-
-    void wrapContext()
-    {
-        m_Context = std::make_unique<GLContext>(getDC(), getRC(), nullptr, nullptr);
-        initGLExtensions(); // which only the first root of a process does by itself
-    }
-
-    void TearDown() override
-    {
-        m_Context.reset();
-        GLTest::TearDown();
-    }
-
-    GLContext* context() { return m_Context.get(); }
-
-private:
-    std::unique_ptr<GLContext> m_Context;
-};
+class ProgramKindsGLTest : public GLExtensionContextTest
+{};
 
 TEST_F(ProgramKindsGLTest, HasBothARBKindsWhereBothExtensionsAre)
 {

@@ -337,22 +337,11 @@ TEST_F(GLTexture3DGLTest, MixesTheBorderIn)
     EXPECT_NEAR(draw(GL_TEXTURE_3D, 1, 1, plane(1, 1, 7)).at(0, 0)[0], 100, 2);
 }
 
-const FloatFormat FLOAT_FORMATS[] = {
-    {1, true, "GL_LUMINANCE16F_ARB", 0x881E, "GL_LUMINANCE"},
-    {2, true, "GL_LUMINANCE_ALPHA16F_ARB", 0x881F, "GL_LUMINANCE_ALPHA"},
-    {3, true, "GL_RGB16F_ARB", 0x881B, "GL_RGB"},
-    {4, true, "GL_RGBA16F_ARB", 0x881A, "GL_RGBA"},
-    {1, false, "GL_LUMINANCE32F_ARB", 0x8818, "GL_LUMINANCE"},
-    {2, false, "GL_LUMINANCE_ALPHA32F_ARB", 0x8819, "GL_LUMINANCE_ALPHA"},
-    {3, false, "GL_RGB32F_ARB", 0x8815, "GL_RGB"},
-    {4, false, "GL_RGBA32F_ARB", 0x8814, "GL_RGBA"},
-};
-
 // Deliberate: the internal format is handed to GL as the client format too, and no driver takes it.
 TEST_F(GLTexture3DGLTest, CreatesNothingFromFloatsInMemoryAsDriversRefuseTheFormat)
 {
     Floats texels(2 * 3 * 4 * 4, 0.5f);
-    for (const FloatFormat& format : FLOAT_FORMATS) {
+    for (const FloatFormat& format : ARB_FLOAT_FORMATS) {
         OpenTexture3D texture(context());
         makeMipmapped(texture);
         CallRecorder recorder;
@@ -454,7 +443,7 @@ TEST_F(GLTexture3DGLTest, DoesNotNeedItsContextForFloats)
 TEST_F(GLTexture3DGLTest, IsMadeOfFloats)
 {
     const Floats texels(2 * 3 * 4 * 4, 0.5f);
-    for (const FloatFormat& format : FLOAT_FORMATS) {
+    for (const FloatFormat& format : ARB_FLOAT_FORMATS) {
         OpenTexture3D texture(context());
         makeMipmapped(texture);
         CallRecorder recorder;
@@ -480,7 +469,7 @@ TEST_F(GLTexture3DGLTest, IsMadeOfFloats)
 
 TEST_F(GLTexture3DGLTest, DrawsFloatsExactly)
 {
-    for (const FloatFormat& format : FLOAT_FORMATS) {
+    for (const FloatFormat& format : ARB_FLOAT_FORMATS) {
         const Floats texels = makeFloats(3 * 2 * 4 * format.components, format.half);
         GLTexture3D texture(context());
         texture.createFloatTexture(3, 2, 4, format.components, texels.data(), format.half);

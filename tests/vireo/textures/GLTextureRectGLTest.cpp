@@ -114,8 +114,8 @@ TEST_F(GLTextureRectGLTest, IsUploadedToItsTargetAndRepeatsIfThatIsNoRectangle)
         callsOf([&] { texture.createFromImage(image); }), expected(REPEATING, "GL_RGBA", "GL_UNSIGNED_BYTE, ptr"));
     EXPECT_THAT(drainErrors(), testing::IsEmpty());
     EXPECT_EQ(callsOf([&] { texture.createFloatTextureFromMemory(2, 1, 4, nullptr, true); }),
-        expected(NEAREST, "GL_FLOAT_RGBA32_NV", "GL_FLOAT, null"));
-    EXPECT_THAT(drainErrors(), SizeIs(1)) << "these formats are for rectangles only";
+        expected(NEAREST, rectFloatFormat(4, false).internalFormat, "GL_FLOAT, null"));
+    EXPECT_THAT(drainErrors(), SizeIs(hasNvFloatFormats() ? 1 : 0)) << "those of NVIDIA are for rectangles only";
 }
 
 TEST_F(GLTextureRectGLTest, StaysBoundOnUnitZero)
@@ -263,21 +263,10 @@ TEST_F(GLTextureRectGLTest, EndsAtItsEdges)
     EXPECT_THAT(picture.pixels, ElementsAre(left, left, left, right, right, right));
 }
 
-const FloatFormat FLOAT_FORMATS[] = {
-    {1, true, "GL_FLOAT_R16_NV", 0x8884, "GL_LUMINANCE"},
-    {2, true, "GL_FLOAT_RG16_NV", 0x8886, "GL_LUMINANCE_ALPHA"},
-    {3, true, "GL_FLOAT_RGB16_NV", 0x8888, "GL_RGB"},
-    {4, true, "GL_FLOAT_RGBA16_NV", 0x888A, "GL_RGBA"},
-    {1, false, "GL_FLOAT_R32_NV", 0x8885, "GL_LUMINANCE"},
-    {2, false, "GL_FLOAT_RG32_NV", 0x8887, "GL_LUMINANCE_ALPHA"},
-    {3, false, "GL_FLOAT_RGB32_NV", 0x8889, "GL_RGB"},
-    {4, false, "GL_FLOAT_RGBA32_NV", 0x888B, "GL_RGBA"},
-};
-
-TEST_F(GLTextureRectGLTest, IsMadeOfFloatsInTheFormatsOfNVIDIA)
+TEST_F(GLTextureRectGLTest, IsMadeOfFloatsInTheFormatsThatTheDriverLists)
 {
     std::vector<float> texels(2 * 1 * 4, 0.5f);
-    for (const FloatFormat& format : FLOAT_FORMATS) {
+    for (const FloatFormat& format : rectFloatFormats()) {
         OpenTextureRect texture(context());
         CallRecorder recorder;
         recorder.namePointer(texels.data(), "texels");
@@ -296,12 +285,13 @@ TEST_F(GLTextureRectGLTest, IsMadeOfFloatsInTheFormatsOfNVIDIA)
 
 TEST_F(GLTextureRectGLTest, EstimatesFloatsAsBytes)
 {
+    const FloatFormat& format = rectFloatFormat(4, true);
     std::vector<float> texels(64 * 32 * 4);
     OpenTextureRect texture(context());
     EXPECT_EQ(callsOf([&] { texture.createFloatTextureFromMemory(64, 32, 4, texels.data(), false); }),
-        creationCalls(texture, NEAREST, {uploadCall("GL_FLOAT_RGBA16_NV", "64, 32", "GL_RGBA", "GL_FLOAT, ptr")}));
+        creationCalls(texture, NEAREST, {uploadCall(format.internalFormat, "64, 32", "GL_RGBA", "GL_FLOAT, ptr")}));
     expectUploadAsDriverAllows();
-    EXPECT_EQ(texture.format, 0x888Au);
+    EXPECT_EQ(texture.format, format.internalValue);
     EXPECT_EQ(texture.width, 64u);
     EXPECT_EQ(texture.height, 32u);
     EXPECT_EQ(texture.getSizeInBytes(), 8192u);
@@ -325,17 +315,17 @@ TEST_F(GLTextureRectGLTest, KeepsItsFormatForOtherNumbersOfFloats)
 // Bytes have one format for the texture and the data, even where it was kept from floats.
 TEST_F(GLTextureRectGLTest, KeepsTheFormatOfFloatsForOtherNumbersOfComponents)
 {
+    const std::string format = rectFloatFormat(4, false).internalFormat;
     GLTextureRect texture(context());
     texture.createFloatTextureFromMemory(1, 1, 4, nullptr, true);
     expectUploadAsDriverAllows();
     EXPECT_EQ(callsWithData([&] { texture.createFromMemory(1, 1, 5, DATA); }),
-        creationCalls(texture, LINEAR,
-            {uploadCall("GL_FLOAT_RGBA32_NV", "1, 1", "GL_FLOAT_RGBA32_NV", "GL_UNSIGNED_BYTE, data")}));
+        creationCalls(texture, LINEAR, {uploadCall(format, "1, 1", format, "GL_UNSIGNED_BYTE, data")}));
     EXPECT_THAT(drainErrors(), SizeIs(1)) << "GL refuses that";
     EXPECT_EQ(texture.getSizeInBytes(), 5u);
 }
 
-TEST_F(GLTextureRectGLTest, IsUsableAfterFloatsThatTheDriverRefused)
+TEST_F(GLTextureRectGLTest, IsUsableForBytesAfterFloats)
 {
     Bytes texel{1, 2, 3, 4};
     float value = 0.5f;

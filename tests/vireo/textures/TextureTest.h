@@ -19,6 +19,41 @@ namespace tavo {
 
 using Bytes = std::vector<unsigned char>;
 
+// The formats of a texture of floats.
+struct FloatFormat
+{
+    unsigned int components;
+    bool half;
+    const char* internalFormat;
+    unsigned int internalValue;
+    const char* clientFormat;
+};
+
+// For 1 to 4 components of 16 bits, and then of 32.
+using FloatFormats = std::array<FloatFormat, 8>;
+
+inline constexpr FloatFormats ARB_FLOAT_FORMATS{{
+    {1, true, "GL_LUMINANCE16F_ARB", 0x881E, "GL_LUMINANCE"},
+    {2, true, "GL_LUMINANCE_ALPHA16F_ARB", 0x881F, "GL_LUMINANCE_ALPHA"},
+    {3, true, "GL_RGB16F_ARB", 0x881B, "GL_RGB"},
+    {4, true, "GL_RGBA16F_ARB", 0x881A, "GL_RGBA"},
+    {1, false, "GL_LUMINANCE32F_ARB", 0x8818, "GL_LUMINANCE"},
+    {2, false, "GL_LUMINANCE_ALPHA32F_ARB", 0x8819, "GL_LUMINANCE_ALPHA"},
+    {3, false, "GL_RGB32F_ARB", 0x8815, "GL_RGB"},
+    {4, false, "GL_RGBA32F_ARB", 0x8814, "GL_RGBA"},
+}};
+
+inline constexpr FloatFormats NV_FLOAT_FORMATS{{
+    {1, true, "GL_FLOAT_R16_NV", 0x8884, "GL_LUMINANCE"},
+    {2, true, "GL_FLOAT_RG16_NV", 0x8886, "GL_LUMINANCE_ALPHA"},
+    {3, true, "GL_FLOAT_RGB16_NV", 0x8888, "GL_RGB"},
+    {4, true, "GL_FLOAT_RGBA16_NV", 0x888A, "GL_RGBA"},
+    {1, false, "GL_FLOAT_R32_NV", 0x8885, "GL_LUMINANCE"},
+    {2, false, "GL_FLOAT_RG32_NV", 0x8887, "GL_LUMINANCE_ALPHA"},
+    {3, false, "GL_FLOAT_RGB32_NV", 0x8889, "GL_RGB"},
+    {4, false, "GL_FLOAT_RGBA32_NV", 0x888B, "GL_RGBA"},
+}};
+
 // What tests of textures draw and read.
 class TextureTest : public ContextTest
 {
@@ -112,11 +147,16 @@ protected:
         return picture;
     }
 
-    // Whether the driver has the float formats of rectangle textures, those of NVIDIA.
-    static bool hasFloatFormats()
+    // Whether the driver has float formats for rectangle textures, and whether those are NVIDIA's.
+    static bool hasFloatFormats() { return lists("GL_ARB_texture_float") || hasNvFloatFormats(); }
+    static bool hasNvFloatFormats() { return lists("GL_NV_float_buffer"); }
+
+    // The formats that float rectangles then have.
+    static const FloatFormats& rectFloatFormats() { return hasNvFloatFormats() ? NV_FLOAT_FORMATS : ARB_FLOAT_FORMATS; }
+
+    static const FloatFormat& rectFloatFormat(unsigned int components, bool half)
     {
-        const auto* const extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
-        return std::string(extensions).find("GL_NV_float_buffer") != std::string::npos;
+        return rectFloatFormats().at(half ? components - 1 : components + 3);
     }
 
     // Fails unless the float upload before went as the driver's formats allow.
@@ -129,6 +169,14 @@ protected:
     }
 
     static constexpr vireo_test::Pixel FRAGMENT{10, 20, 30, 40};
+
+private:
+    static bool lists(const char* extension)
+    {
+        const vireo_test::CallRecorder::Pause ownCalls;
+        const auto* const extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
+        return std::string(extensions).find(extension) != std::string::npos;
+    }
 };
 
 // Bytes that differ from their neighbours near and far.
@@ -163,16 +211,6 @@ inline const Calls REPEATING{"GL_TEXTURE_MAG_FILTER, GL_LINEAR", "GL_TEXTURE_MIN
 inline const Calls NEAREST{"GL_TEXTURE_MAG_FILTER, GL_NEAREST", "GL_TEXTURE_MIN_FILTER, GL_NEAREST",
     "GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE", "GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE",
     "GL_TEXTURE_WRAP_R, GL_CLAMP_TO_EDGE"};
-
-// The formats of a texture of floats.
-struct FloatFormat
-{
-    unsigned int components;
-    bool half;
-    const char* internalFormat;
-    unsigned int internalValue;
-    const char* clientFormat;
-};
 
 // The calls that select unit 0, bind the texture and write its parameters, and those that follow.
 inline Calls callsAfterBinding(
