@@ -12,8 +12,8 @@ namespace {
 tavo::RGBAImage paintPattern()
 {
     tavo::RGBAImage image(2, 2);
-    image.at(0, 0) = image.at(1, 1) = {20, 60, 200, 255}; // GLTexture2D exchanges red and blue: this is orange
-    image.at(1, 0) = image.at(0, 1) = {255, 240, 230, 255};
+    image.at(0, 0) = image.at(1, 1) = {200, 60, 20, 255};
+    image.at(1, 0) = image.at(0, 1) = {230, 240, 255, 255};
     return image;
 }
 
@@ -47,9 +47,8 @@ public:
 private:
     void setUp(tavo::GLContext& context) override
     {
-        tavo::RGBAImage pattern = paintPattern();
         m_Texture = std::make_unique<tavo::GLTexture2D>(&context);
-        m_Texture->createFromImage(pattern, false);
+        m_Texture->createFromRGBA(paintPattern(), false);
 
         m_List = std::make_unique<tavo::GLGeometryList>(&context);
         recordWave(*m_List);

@@ -23,11 +23,11 @@ using Words = std::unique_ptr<std::uint32_t[]>;
 
 // The pixels with their first and third bytes exchanged. Words, and shifts instead of a rotation, are what GCC makes
 // vector instructions of.
-Words exchangeRedAndBlue(const RGBAImage::Pixel* pixels, std::size_t count)
+Words exchangeRedAndBlue(std::span<const RGBAImage::Pixel> pixels)
 {
     constexpr auto redAndBlue = std::bit_cast<std::uint32_t>(std::array<unsigned char, 4>{0xFF, 0, 0xFF, 0});
-    Words words = std::make_unique_for_overwrite<std::uint32_t[]>(count);
-    for (std::size_t i = 0; i < count; ++i) {
+    Words words = std::make_unique_for_overwrite<std::uint32_t[]>(pixels.size());
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
         std::uint32_t word = 0;
         std::memcpy(&word, &pixels[i], sizeof word);
         const std::uint32_t exchanged = word & redAndBlue;
@@ -55,7 +55,17 @@ void GLTexture2D::createFromMemory(
     upload(data);
 }
 
+void GLTexture2D::createFromRGBA(const RGBAImage& image, bool mipmap)
+{
+    upload(beginImage(image, mipmap).data());
+}
+
 void GLTexture2D::createFromImage(RGBAImage& image, bool mipmap)
+{
+    upload(exchangeRedAndBlue(beginImage(image, mipmap)).get());
+}
+
+std::span<const RGBAImage::Pixel> GLTexture2D::beginImage(const RGBAImage& image, bool mipmap)
 {
     m_NumComponents = 4;
     format = GL_RGBA;
@@ -63,9 +73,8 @@ void GLTexture2D::createFromImage(RGBAImage& image, bool mipmap)
     bind(0);
     GLTextureSettings::setDefaults(m_TextureTarget, mipmap);
     setDimensions(image.getWidth(), image.getHeight(), 4, mipmap);
-
     const std::size_t count = static_cast<std::size_t>(width) * height;
-    upload(exchangeRedAndBlue(firstPixels(image, count), count).get());
+    return {firstPixels(image, count), count};
 }
 
 void GLTexture2D::setDimensions(unsigned int width, unsigned int height, unsigned int components, bool mipmapped)

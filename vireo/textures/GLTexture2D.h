@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include "tavo/base/images/RGBAImage.h"
 #include "vireo/Export.h"
 #include "vireo/textures/GLTexture.h"
@@ -18,13 +20,16 @@ public:
     // builds the levels, and scales the first one if a size is not a power of two; it reads the data, which then must
     // not be null.
     //
-    // Deliberately, bind with settings does not learn here whether there are mipmaps; only createFromImage tells it.
+    // Deliberately, bind with settings does not learn here whether there are mipmaps; only images tell it.
     void createFromMemory(unsigned int width, unsigned int height, unsigned int components, char* data, bool mipmap);
 
-    // Storage of the image's size with 4 components. Red and blue deliberately change places on the way: an image of
-    // the bytes blue, green, red, alpha comes out right. The image stays as it is. Throws std::out_of_range if it has
-    // no pixels, or fewer than its size says, when the texture is bound and its parameters are set, but before anything
-    // is uploaded.
+    // Storage of the image's size with 4 components. createFromRGBA takes the pixels as they are: this is the one for
+    // pictures such as RGBAImage::fromQImage gives. With createFromImage red and blue deliberately change places on the
+    // way: an image of the bytes blue, green, red, alpha comes out right. Mipmaps are built as above.
+    //
+    // The image stays as it is. Throw std::out_of_range if it has no pixels, or fewer than its size says, when the
+    // texture is bound and its parameters are set, but before anything is uploaded.
+    void createFromRGBA(const RGBAImage& image, bool mipmap);
     void createFromImage(RGBAImage& image, bool mipmap);
 
 protected:
@@ -42,6 +47,8 @@ protected:
     unsigned int format = 0;
 
 private:
+    // All of an image but its upload. Returns its pixels.
+    std::span<const RGBAImage::Pixel> beginImage(const RGBAImage& image, bool mipmap);
     void upload(const void* data);
 };
 

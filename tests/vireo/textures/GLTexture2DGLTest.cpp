@@ -1,3 +1,4 @@
+#include <QImage>
 #include <gmock/gmock.h>
 #include <memory>
 #include <string>
@@ -398,6 +399,62 @@ TEST_F(GLTexture2DGLTest, RefusesAnImageWithTooFewPixels)
     image.getPixels().resize(15);
     GLTexture2D texture(context());
     EXPECT_EQ(textOutOfRange([&] { texture.createFromImage(image, false); }), "invalid vector<T> subscript");
+}
+
+TEST_F(GLTexture2DGLTest, IsMadeFromRGBAInPlace)
+{
+    RGBAImage image = makeImage(8, 4);
+    CallRecorder recorder;
+    recorder.namePointer(image.getPixels().data(), "pixels");
+    OpenTexture2D plain(context());
+    recorder.clear();
+    plain.createFromRGBA(image, false);
+    expectCalls(recorder, creationCalls(plain, REPEATING,
+                              {"glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 8, 4, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels)"}));
+    EXPECT_EQ(plain.m_NumComponents, 4u);
+    EXPECT_FALSE(plain.m_Mipmapped);
+    EXPECT_EQ(plain.getSizeInBytes(), 128u);
+
+    OpenTexture2D mipmapped(context());
+    recorder.clear();
+    mipmapped.createFromRGBA(image, true);
+    expectCalls(recorder, creationCalls(mipmapped, MIPMAPPED,
+                              {"gluBuild2DMipmaps(GL_TEXTURE_2D, GL_RGBA, 8, 4, GL_RGBA, GL_UNSIGNED_BYTE, pixels)"}));
+    EXPECT_TRUE(mipmapped.m_Mipmapped);
+    EXPECT_EQ(mipmapped.getSizeInBytes(), 168u);
+}
+
+TEST_F(GLTexture2DGLTest, DrawsRGBAAsItIs)
+{
+    const RGBAImage image = makeImage(64, 64);
+    GLTexture2D texture(context());
+    for (const bool mipmap : {false, true}) {
+        texture.createFromRGBA(image, mipmap);
+        EXPECT_EQ(drawWhole(64, 64), pictureOf(image.getPixels().data()->data(), 64, 64, 4)) << mipmap;
+    }
+}
+
+TEST_F(GLTexture2DGLTest, ShowsALoadedPictureInItsColours)
+{
+    QImage orange(4, 4, QImage::Format_RGB32);
+    orange.fill(QColor(250, 120, 10));
+    GLTexture2D texture(context());
+    texture.createFromRGBA(RGBAImage::fromQImage(orange), true);
+    EXPECT_THAT(drawWhole(1, 1).pixels, ElementsAre(vireo_test::Pixel{250, 120, 10, 255})) << "its smallest level";
+    EXPECT_THAT(drawWhole(4, 4).pixels, Each(vireo_test::Pixel{250, 120, 10, 255}));
+}
+
+TEST_F(GLTexture2DGLTest, RefusesRGBAWithoutEnoughPixels)
+{
+    const RGBAImage none;
+    RGBAImage tooFew(4, 4);
+    tooFew.getPixels().resize(15);
+    GLTexture2D texture(context());
+    for (const RGBAImage& image : {none, tooFew}) {
+        CallRecorder recorder;
+        EXPECT_EQ(textOutOfRange([&] { texture.createFromRGBA(image, true); }), "invalid vector<T> subscript");
+        expectCalls(recorder, creationCalls(texture, MIPMAPPED, {}));
+    }
 }
 
 TEST_F(GLTexture2DGLTest, ReplacesItsStorage)
