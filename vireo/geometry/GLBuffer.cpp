@@ -49,40 +49,44 @@ void GLBuffer::unbind()
 
 void GLBuffer::writeToBuffer(void* data, int offsetInBytes, unsigned int sizeInBytes)
 {
-    requireContext("writeToBuffer");
-    requireRange("writeToBuffer", offsetInBytes, sizeInBytes);
-    GLBuffer::bind();
-    glBufferSubDataARB(m_Target, offsetInBytes, static_cast<GLsizeiptrARB>(sizeInBytes), data);
-    GLBuffer::unbind();
+    write(data, offsetInBytes, sizeInBytes);
 }
 
 void GLBuffer::readFromBuffer(std::vector<unsigned char>& out, int offsetInBytes, unsigned int sizeInBytes)
 {
-    requireContext("readFromBuffer");
-    requireRange("readFromBuffer", offsetInBytes, sizeInBytes);
-    out.resize(sizeInBytes);
-    GLBuffer::bind();
-    glGetBufferSubDataARB(m_Target, offsetInBytes, static_cast<GLsizeiptrARB>(sizeInBytes), out.data());
-    GLBuffer::unbind();
+    read(out, offsetInBytes, sizeInBytes);
 }
 
 void GLBuffer::writeElements(void* data, int firstElement, unsigned int numElements, unsigned int elementSize)
 {
-    requireContext("writeToBuffer");
-    const std::int64_t offset = std::int64_t{firstElement} * elementSize;
-    const std::uint64_t size = std::uint64_t{numElements} * elementSize;
-    requireRange("writeToBuffer", offset, size);
-    GLBuffer::writeToBuffer(data, static_cast<int>(offset), static_cast<unsigned int>(size));
+    write(data, std::int64_t{firstElement} * elementSize, std::uint64_t{numElements} * elementSize);
 }
 
 void GLBuffer::readElements(
     std::vector<unsigned char>& out, int firstElement, unsigned int numElements, unsigned int elementSize)
 {
+    read(out, std::int64_t{firstElement} * elementSize, std::uint64_t{numElements} * elementSize);
+}
+
+void GLBuffer::write(const void* data, std::int64_t offsetInBytes, std::uint64_t sizeInBytes)
+{
+    requireContext("writeToBuffer");
+    requireRange("writeToBuffer", offsetInBytes, sizeInBytes);
+    GLBuffer::bind();
+    glBufferSubDataARB(
+        m_Target, static_cast<GLintptrARB>(offsetInBytes), static_cast<GLsizeiptrARB>(sizeInBytes), data);
+    GLBuffer::unbind();
+}
+
+void GLBuffer::read(std::vector<unsigned char>& out, std::int64_t offsetInBytes, std::uint64_t sizeInBytes)
+{
     requireContext("readFromBuffer");
-    const std::int64_t offset = std::int64_t{firstElement} * elementSize;
-    const std::uint64_t size = std::uint64_t{numElements} * elementSize;
-    requireRange("readFromBuffer", offset, size);
-    GLBuffer::readFromBuffer(out, static_cast<int>(offset), static_cast<unsigned int>(size));
+    requireRange("readFromBuffer", offsetInBytes, sizeInBytes);
+    out.resize(sizeInBytes);
+    GLBuffer::bind();
+    glGetBufferSubDataARB(
+        m_Target, static_cast<GLintptrARB>(offsetInBytes), static_cast<GLsizeiptrARB>(sizeInBytes), out.data());
+    GLBuffer::unbind();
 }
 
 void GLBuffer::requireContext(const char* operation)
@@ -94,7 +98,9 @@ void GLBuffer::requireContext(const char* operation)
 void GLBuffer::requireRange(const char* operation, std::int64_t offsetInBytes, std::uint64_t sizeInBytes) const
 {
     const bool isCountable = offsetInBytes >= INT32_MIN && offsetInBytes <= UINT32_MAX && sizeInBytes <= UINT32_MAX;
-    const auto end = static_cast<std::uint32_t>(offsetInBytes) + static_cast<std::uint32_t>(sizeInBytes);
+    std::uint64_t end = static_cast<std::uint64_t>(offsetInBytes) + sizeInBytes;
+    if (offsetInBytes <= INT32_MAX)
+        end = static_cast<std::uint32_t>(end); // deliberately
     if (!isCountable || end > m_SizeInBytes)
         throw PException(std::string("GLBuffer::") + operation + " | out of range!");
 }

@@ -43,14 +43,15 @@ protected:
 
     // Copy bytes into and out of the buffer. Throw PException "GLBuffer::writeToBuffer | out of range!" and
     // "GLBuffer::readFromBuffer | out of range!", with nothing copied, if offset + size is more than the buffer's size.
-    // The sum is deliberately made in 32 bits: a negative offset may pass, and is then a GL error, as are offsets from
-    // 2 GiB on. Nothing is bound to the target afterwards.
+    // The sum is deliberately made in 32 bits: a negative offset may pass, and is then a GL error. Nothing is bound to
+    // the target afterwards.
     void writeToBuffer(void* data, int offsetInBytes, unsigned int sizeInBytes);
 
     // out has exactly sizeInBytes bytes afterwards.
     void readFromBuffer(std::vector<unsigned char>& out, int offsetInBytes, unsigned int sizeInBytes);
 
-    // The same for elements of elementSize bytes. What is more than 32 bits can count is out of range as well.
+    // The same for elements of elementSize bytes, anywhere in the buffer. What is more than 32 bits can count is out of
+    // range as well.
     void writeElements(void* data, int firstElement, unsigned int numElements, unsigned int elementSize);
     void readElements(
         std::vector<unsigned char>& out, int firstElement, unsigned int numElements, unsigned int elementSize);
@@ -62,6 +63,8 @@ protected:
 private:
     void requireContext(const char* operation);
     void requireRange(const char* operation, std::int64_t offsetInBytes, std::uint64_t sizeInBytes) const;
+    void write(const void* data, std::int64_t offsetInBytes, std::uint64_t sizeInBytes);
+    void read(std::vector<unsigned char>& out, std::int64_t offsetInBytes, std::uint64_t sizeInBytes);
 };
 
 } // namespace tavo

@@ -27,8 +27,11 @@ public:
 
     using GLBuffer::init;
     using GLBuffer::m_BufferId;
+    using GLBuffer::m_SizeInBytes;
     using GLBuffer::m_Target;
+    using GLBuffer::readElements;
     using GLBuffer::readFromBuffer;
+    using GLBuffer::writeElements;
     using GLBuffer::writeToBuffer;
 
     std::string name() const { return std::to_string(m_BufferId); }
@@ -170,6 +173,34 @@ TEST_F(GLBufferGLTest, AddsOffsetAndSizeIn32Bits)
         testing::Contains("glBufferSubDataARB(GL_ARRAY_BUFFER_ARB, -4, 8, ptr)"))
         << "which is 4 in 32 bits";
     EXPECT_THAT(drainErrors(), ElementsAre(GL_INVALID_VALUE));
+}
+
+// A buffer that is not as large as it says, so that no driver needs the memory.
+TEST_F(GLBufferGLTest, FindsElementsBeyond2GiB)
+{
+    const auto buffer = makeBuffer(8);
+    buffer->m_SizeInBytes = 0xFFFFFFFF;
+    EXPECT_THAT(callsOf([&] { buffer->writeElements(m_Data.data(), 0x10000000, 1, 8); }),
+        testing::Contains("glBufferSubDataARB(GL_ARRAY_BUFFER_ARB, 2147483648, 8, ptr)"));
+    EXPECT_THAT(callsOf([&] { buffer->readElements(m_Read, 0x1FFFFFFE, 1, 8); }),
+        testing::Contains("glGetBufferSubDataARB(GL_ARRAY_BUFFER_ARB, 4294967280, 8, ptr)"));
+    EXPECT_THAT(drainErrors(), ElementsAre(GL_INVALID_VALUE)) << "which stays one until it is asked for";
+}
+
+TEST_F(GLBufferGLTest, RefusesElementsThatEndBeyond4GiB)
+{
+    const auto buffer = makeBuffer(8);
+    buffer->m_SizeInBytes = 0xFFFFFFFF;
+    EXPECT_THAT(callsOf([&] {
+        EXPECT_THAT([&] { buffer->writeElements(m_Data.data(), 0x1FFFFFFF, 1, 8); },
+            ThrowsMessage<PException>("GLBuffer::writeToBuffer | out of range!"));
+        EXPECT_THAT([&] { buffer->readElements(m_Read, 0x10000000, 0x10000001, 8); },
+            ThrowsMessage<PException>("GLBuffer::readFromBuffer | out of range!"));
+        EXPECT_THAT([&] { buffer->writeElements(m_Data.data(), 0x20000000, 1, 8); },
+            ThrowsMessage<PException>("GLBuffer::writeToBuffer | out of range!"));
+    }),
+        IsEmpty());
+    EXPECT_THAT(m_Read, IsEmpty());
 }
 
 TEST_F(GLBufferGLTest, TakesOnlyEmptyRangesBeforeInit)

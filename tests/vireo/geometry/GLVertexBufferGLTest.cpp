@@ -2,6 +2,7 @@
 #include <cstring>
 #include <gmock/gmock.h>
 #include <memory>
+#include <numeric>
 
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
@@ -229,6 +230,20 @@ TEST_F(GLVertexBufferGLTest, WritesAndReadsWholeVertices)
         ThrowsMessage<PException>("GLBuffer::writeToBuffer | out of range!"));
     EXPECT_THAT([&] { buffer->readFromBuffer(read, 3, 1); },
         ThrowsMessage<PException>("GLBuffer::readFromBuffer | out of range!"));
+}
+
+TEST_F(GLVertexBufferGLTest, WritesAndReadsVerticesBeyond2GiB)
+{
+    constexpr int first = 0x08000000; // of 16 bytes each
+    GLVertexBuffer buffer(context(), makeLayout({{"color", 16, BYTE}}), GLVertexBuffer::TYPE_DEFAULT);
+    if (!buffer.init(first + 2, GL_STATIC_DRAW_ARB))
+        GTEST_SKIP() << "the driver has no memory for a buffer of that size";
+    std::vector<unsigned char> written(32);
+    std::iota(written.begin(), written.end(), static_cast<unsigned char>(1));
+    buffer.writeToBuffer(written.data(), first, 2);
+    std::vector<unsigned char> read;
+    buffer.readFromBuffer(read, first, 2);
+    EXPECT_EQ(read, written);
 }
 
 TEST_F(GLVertexBufferGLTest, RefusesRangesThat32BitsDoNotCount)
