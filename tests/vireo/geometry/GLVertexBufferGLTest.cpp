@@ -4,6 +4,7 @@
 #include <memory>
 #include <numeric>
 
+#include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/Picture.h"
@@ -158,6 +159,24 @@ TEST_F(GLVertexBufferGLTest, RefusesMoreBytesThan32BitsCount)
         EXPECT_THAT(callsOf([&] { EXPECT_FALSE(buffer.init(0x10000001, GL_STATIC_DRAW_ARB)); }), IsEmpty());
         EXPECT_EQ(buffer.getSizeInBytes(), 0u);
         EXPECT_EQ(buffer.getNumElements(), 0x10000001u);
+    }
+}
+
+TEST_F(GLVertexBufferGLTest, PrintsNothingIfStorageIsRefused)
+{
+    for (const int type : {GLVertexBuffer::TYPE_DEFAULT, GLVertexBuffer::TYPE_RENDERED32}) {
+        GLVertexBuffer buffer(context(), makeLayout({{"position", 4, FLOAT}}), type);
+        const std::string before = debugOutput.getText();
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        const bool ofDriver = buffer.init(10, GL_RGBA);
+        const bool ofSize = buffer.init(0x10000001, GL_STATIC_DRAW_ARB);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+        EXPECT_EQ(debugOutput.getText(), before);
+        EXPECT_FALSE(ofDriver);
+        EXPECT_FALSE(ofSize);
+        glBindBufferARB(GL_PIXEL_PACK_BUFFER_ARB, 0);
     }
 }
 
