@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdio>
 #include <limits>
 #include <utility>
 
@@ -25,6 +26,31 @@ bool isSupported(const char* extension)
 {
     return GLExtensionLoader::getInstance().getSupportedExtensions().find(std::string(extension) + ' ') !=
            std::string::npos;
+}
+
+// The slices need glBegin, glPushAttrib and other functions that the core profile, and a context that is compatible
+// with its future, do not have. Asks for nothing that the context does not know.
+bool hasFixedFunctions()
+{
+    const auto* const version = reinterpret_cast<const char*>(glGetString(GL_VERSION));
+    int major = 0;
+    int minor = 0;
+    if (!version || std::sscanf(version, "%d.%d", &major, &minor) < 2 || major < 3)
+        return true;
+    GLint flags = 0;
+    GLint profile = 0;
+    glGetIntegerv(GL_CONTEXT_FLAGS, &flags);
+    if (major > 3 || minor >= 2)
+        glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
+    return (flags & GL_CONTEXT_FLAG_FORWARD_COMPATIBLE_BIT) == 0 && (profile & GL_CONTEXT_CORE_PROFILE_BIT) == 0;
+}
+
+void requireFixedFunctions()
+{
+    if (!hasFixedFunctions())
+        throw PException(
+            "SliceVolumeRenderer::drawVolume - glBegin and other functions of the compatibility profile are "
+            "missing: the context has the core profile's only");
 }
 
 bool takesAnySize()
@@ -174,6 +200,8 @@ void SliceVolumeRenderer::drawVolume(RegularVolume* volume, StaticVector<float, 
     unsigned int axis = 0;
     int direction = 0;
     computeOrder(viewDir, axis, direction);
+    requireFixedFunctions();
+    requireMultitexture("SliceVolumeRenderer::drawVolume");
 
     const AllAttributes attributes;
     disableOtherTextures();

@@ -39,7 +39,9 @@ public:
     // are made anew whenever volume, channels, mapping or userData are others than before.
     //
     // Throws std::out_of_range without channels, and PException as prepareTextures does, also if the driver's textures
-    // are too small for a slice, or its texture units too few for the channels. The renderer can go on being used.
+    // are too small for a slice, or its texture units too few for the channels. Throws PException that names what is
+    // missing, before it changes anything of GL, in a context of the core profile and without GL_ARB_multitexture. The
+    // renderer can go on being used.
     void drawVolume(RegularVolume* volume, StaticVector<float, 3> viewDir, const std::vector<std::string>& channels,
         Mapping mapping, void* userData) override;
 

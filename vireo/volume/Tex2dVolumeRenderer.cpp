@@ -146,6 +146,7 @@ void Tex2dVolumeRenderer::drawVolume(RegularVolume* volume, StaticVector<float, 
     unsigned int axis = 0;
     int direction = 0;
     computeOrder(viewDir, axis, direction);
+    requireMultitexture("Tex2dVolumeRenderer::drawVolume");
 
     const AllAttributes attributes;
     enableBlendedSlices();

@@ -18,7 +18,7 @@ class RegularVolume;
 //
 // Beware: this class addresses its textures as if GL handed out the names 1, 2, 3, ... in a context without other
 // textures, and with the default texture bound. Only there, and with one channel, is what it draws right; elsewhere use
-// SliceVolumeRenderer. It calls the entry points of GL_ARB_multitexture.
+// SliceVolumeRenderer. It needs GL_ARB_multitexture.
 //
 // A context must be current for preparing, drawing and disposing, with unit 0 active, the same (or one that shares
 // names with it) each time. Destroying a renderer does not delete its textures: call disposeTextures first. Copies name
@@ -74,7 +74,8 @@ public:
     // show these.
     //
     // Draws nothing without a volume or without samples. All GL state is as before afterwards, also if this throws,
-    // which it does as prepareTextures does, and std::out_of_range for a stack that was not begun because that failed.
+    // which it does as prepareTextures does, std::out_of_range for a stack that was not begun because that failed, and
+    // PException, before it calls GL, without GL_ARB_multitexture.
     virtual void drawVolume(RegularVolume* volume, StaticVector<float, 3> viewDir,
         const std::vector<std::string>& channels, Mapping mapping, void* userData);
 

@@ -60,6 +60,12 @@ bool hasSamples(const StaticVector<int, 3>& extends)
     return extends[0] != 0 && extends[1] != 0 && extends[2] != 0;
 }
 
+void requireMultitexture(const std::string& operation)
+{
+    if (!glActiveTextureARB)
+        throw PException(operation + " - GL_ARB_multitexture is missing: there is no glActiveTextureARB");
+}
+
 void setSliceParameters()
 {
     glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);

@@ -37,6 +37,9 @@ unsigned int requireChannel(const RegularVolume& volume, const std::string& chan
 
 bool hasSamples(const StaticVector<int, 3>& extends);
 
+// Throws PException that begins with the operation's name where GL_ARB_multitexture has not been loaded.
+void requireMultitexture(const std::string& operation);
+
 // Filters, wrap modes and texture environment of the bound 2D texture and the active unit for drawing slices.
 void setSliceParameters();
 

@@ -159,6 +159,37 @@ TEST_F(VireoViewGLTest, SaysWhenThePictureOfAVolumeShowsNothing)
         "than the driver's textures\n");
 }
 
+// Of a driver that is Mesa's, which can be told to do without.
+class LackingDriverGLTest : public VireoViewGLTest
+{
+protected:
+    void expectReason(const char* variable, const char* value, const std::string& reason)
+    {
+        write("v.nii", NiftiFile({2, 2, 2}, NIFTI_TYPE_UINT8, std::string(7, '\x7F') + '\0').getBytes());
+        m_Environment.insert(variable, value);
+        const Outcome outcome = run({"v.nii", "--pictures", "pictures"});
+        ASSERT_NE(outcome.exitStatus, -1) << "it crashed";
+        if (!pictures().empty() && !drawnArea(picture(pictures()[0].c_str())).isEmpty())
+            GTEST_SKIP() << "the driver does not go by " << variable;
+        EXPECT_EQ(outcome.exitStatus, 1);
+        EXPECT_EQ(
+            outcome.errors, "vireo-view: v.nii - 2 x 2 x 2 voxels: SliceVolumeRenderer::drawVolume - " + reason + "\n");
+    }
+};
+
+TEST_F(LackingDriverGLTest, SaysThatVolumesNeedMultitexture)
+{
+    expectReason("MESA_EXTENSION_OVERRIDE", "-GL_ARB_multitexture",
+        "GL_ARB_multitexture is missing: there is no glActiveTextureARB");
+}
+
+TEST_F(LackingDriverGLTest, SaysThatVolumesNeedTheCompatibilityProfile)
+{
+    expectReason("MESA_GL_VERSION_OVERRIDE", "4.5FC",
+        "glBegin and other functions of the compatibility profile are missing: the context has the core profile's "
+        "only");
+}
+
 TEST_F(VireoViewGLTest, TellsFilesOfTheSameNameApart)
 {
     std::filesystem::create_directory(directory() / "other");

@@ -1,6 +1,7 @@
 #include <QGLWidget>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <utility>
 
 #include "apps/vireo-view/VolumeDisplayer.h"
 #include "tavo/base/debug/DebugOutput.h"
@@ -10,6 +11,7 @@
 #include "tests/apps/vireo-view/VolumeViewTest.h"
 #include "tests/support/PictureComparison.h"
 #include "vireo/context/GLContext.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
 
 namespace vireo_view {
@@ -92,6 +94,20 @@ TEST_F(VolumeDisplayerGLTest, HasABoxOfTheFittedExtentAroundTheOrigin)
         std::make_unique<tavo::RegularVolume>(makeVolume({1, 1, 1}, {0}, {100.0f, 200.0f, 50.0f})));
     EXPECT_EQ(displayer.getBoundingBox(), Box({-0.25f, -0.125f, -0.5f}, {0.25f, 0.125f, 0.5f}));
     EXPECT_EQ(VolumeDisplayer().getBoundingBox(), Box({0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f}));
+}
+
+TEST_F(VolumeDisplayerGLTest, SaysInTheLogWhatTheDriverLacks)
+{
+    showOpaque(Cube().with(1, 1, 1, 1));
+    EXPECT_GT(middleOf(getPicture()), 0);
+    const auto entryPoint = std::exchange(tavo::glActiveTextureARB, nullptr);
+    const std::size_t before = tavo::debugOutput.getText().size();
+    const Picture withoutMultitexture = getPicture();
+    tavo::glActiveTextureARB = entryPoint;
+    EXPECT_THAT(tavo::debugOutput.getText().substr(before),
+        HasSubstr("error: SliceVolumeRenderer::drawVolume - GL_ARB_multitexture is missing"));
+    EXPECT_EQ(middleOf(withoutMultitexture), 0);
+    EXPECT_GT(middleOf(getPicture()), 0) << "the view lives on";
 }
 
 TEST_F(VolumeDisplayerGLTest, ShowsTheFrontUprightAndNothingMirrored)

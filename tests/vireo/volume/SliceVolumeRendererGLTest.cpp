@@ -4,8 +4,10 @@
 #include <gmock/gmock.h>
 #include <limits>
 #include <stdexcept>
+#include <utility>
 
 #include "tavo/base/objects/PException.h"
+#include "tavo/platform/wgl.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/driverVariable.h"
 #include "tests/vireo/volume/VolumeTest.h"
@@ -20,6 +22,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
+using testing::StartsWith;
 using testing::ThrowsMessage;
 using vireo_test::callsOf;
 using vireo_test::Picture;
@@ -603,6 +606,52 @@ TEST_F(SliceVolumeRendererGLTest, DrawsASingleChannelByItsName)
     RegularVolume volume = makeCodedVolume({2, 2, 2});
     m_Renderer.drawVolume(&volume, ALONG_Z, "density", &mapCode, nullptr);
     EXPECT_EQ(texelsOf(0, 2, 1, 4).back(), colourOfPlace(1, 1, 1));
+}
+
+TEST_F(SliceVolumeRendererGLTest, RefusesWithoutMultitextureAndChangesNothing)
+{
+    RegularVolume volume = makeCodedVolume({3, 3, 3});
+    const auto entryPoint = std::exchange(glActiveTextureARB, nullptr);
+    const Calls calls = callsOf([&] {
+        EXPECT_THAT([&] { draw(volume); }, ThrowsMessage<PException>("SliceVolumeRenderer::drawVolume - "
+                                                                     "GL_ARB_multitexture is missing: there is no "
+                                                                     "glActiveTextureARB"));
+    });
+    EXPECT_THAT(calls, Each(StartsWith("glGet"))) << "it only asks";
+    glActiveTextureARB = entryPoint;
+    expectRightPicture();
+}
+
+// On a driver that has the core profile only.
+class CoreProfileVolumeGLTest : public vireo_test::GLTest
+{
+protected:
+    CoreProfileVolumeGLTest()
+        : GLTest(Start::WITHOUT_CONTEXT)
+    {}
+};
+
+TEST_F(CoreProfileVolumeGLTest, RefusesWithoutTheFunctionsOfTheCompatibilityProfile)
+{
+    if (testing::UnitTest::GetInstance()->test_to_run_count() > 1)
+        GTEST_SKIP() << "needs a process of its own";
+    vireo_test::setDriverVariable("MESA_GL_VERSION_OVERRIDE", "4.5FC");
+    if (!makeMainContext())
+        return;
+    if (glGetString(GL_EXTENSIONS))
+        GTEST_SKIP() << "the driver does not give a context of the core profile";
+    EXPECT_THAT(drainErrors(), ElementsAre(GL_INVALID_ENUM));
+    // As where another context, of the compatibility profile, came first.
+    glActiveTextureARB = reinterpret_cast<PFNGLACTIVETEXTUREARBPROC>(wglGetProcAddress("glActiveTexture"));
+    RegularVolume volume = makeCodedVolume({3, 3, 3});
+    SliceVolumeRenderer renderer;
+    const Calls calls = callsOf([&] {
+        EXPECT_THAT([&] { renderer.drawVolume(&volume, ALONG_Z, DENSITY, &mapCode, nullptr); },
+            ThrowsMessage<PException>("SliceVolumeRenderer::drawVolume - glBegin and other functions of the "
+                                      "compatibility profile are missing: the context has the core profile's only"));
+    });
+    EXPECT_THAT(calls, Each(StartsWith("glGet")));
+    EXPECT_THAT(drainErrors(), IsEmpty());
 }
 
 // On a driver whose textures have sizes of powers of two.

@@ -1,6 +1,7 @@
 #include <cmath>
 #include <gmock/gmock.h>
 #include <stdexcept>
+#include <utility>
 
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
@@ -395,6 +396,21 @@ TEST_F(Tex2dVolumeRendererGLTest, DrawsNothingWithoutSamples)
         RegularVolume volume(extends, {});
         EXPECT_THAT(draw(&volume), IsEmpty());
     }
+}
+
+TEST_F(Tex2dVolumeRendererGLTest, RefusesWithoutMultitextureBeforeAnyCall)
+{
+    RegularVolume volume = makeVolume({2, 2, 2});
+    const auto entryPoint = std::exchange(glActiveTextureARB, nullptr);
+    OpenRenderer renderer;
+    const Calls calls = callsOf([&] {
+        EXPECT_THAT([&] { renderer.drawVolume(&volume, TOWARDS_Z, DENSITY, &white, nullptr); },
+            ThrowsMessage<PException>(
+                "Tex2dVolumeRenderer::drawVolume - GL_ARB_multitexture is missing: there is no glActiveTextureARB"));
+    });
+    glActiveTextureARB = entryPoint;
+    EXPECT_THAT(calls, IsEmpty());
+    EXPECT_EQ(renderer.numPreparations, 0u);
 }
 
 TEST_F(Tex2dVolumeRendererGLTest, DrawsAQuadForEachSliceFromTheBack)
