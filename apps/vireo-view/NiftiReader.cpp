@@ -1,5 +1,6 @@
 #include "apps/vireo-view/NiftiReader.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -85,7 +86,10 @@ public:
 
     const tavo::StaticVector<int, 3>& getExtends() const { return m_Extends; }
 
-    std::ptrdiff_t placeOf(int j, int k) const { return m_First + j * m_Steps[1] + k * m_Steps[2]; }
+    std::ptrdiff_t placeOf(int i, int j, int k) const
+    {
+        return m_First + i * m_Steps[0] + j * m_Steps[1] + k * m_Steps[2];
+    }
     std::ptrdiff_t getStep() const { return m_Steps[0]; }
 
 private:
@@ -106,29 +110,39 @@ tavo::BoundingBox<float, 3> boxOf(const NiftiHeader& header)
 class VoxelReader
 {
 public:
-    explicit VoxelReader(const NiftiHeader& header)
+    VoxelReader(const NiftiHeader& header, const Progress& progress)
         : m_Header(header)
+        , m_Progress(progress)
         , m_Type(valueTypeOf(header.dataFile, header.datatype))
         , m_NumVoxels(countVoxels(header.dataFile, header.extents))
         , m_Order(header)
         , m_File(header.dataFile)
     {
-        if (m_File.getLargestContents() < header.dataOffset + m_NumVoxels * std::uint64_t{m_Type.size})
+        if (m_File.getLargestContents() < header.dataOffset + getNumBytes())
             endsTooSoon();
     }
 
-    tavo::RegularVolume read(const Progress& progress)
+    tavo::RegularVolume read()
     {
+        m_File.seek(m_Header.dataOffset);
+        // The volume takes up its room when all that shall fill it is known to be there. To decompress takes about as
+        // long as the rest.
+        double partBefore = 0.0;
+        const bool areThere = m_File.ensure(getNumBytes(), [&](double part) {
+            partBefore = part / 2;
+            tell(partBefore);
+        });
+        if (!areThere)
+            endsTooSoon();
+
         tavo::VertexDescriptor channels;
         channels.pushAttrib({DENSITY, 1, tavo::VertexAttribDescriptor::TYPE_FLOAT});
         auto samples = std::make_unique<tavo::PointSet>(channels, static_cast<unsigned int>(m_NumVoxels));
         unsigned char* const out = samples->getData();
-
-        m_File.seek(m_Header.dataOffset);
         for (int k = 0; k < m_Header.extents[2]; ++k) {
-            readSlice(k, out);
-            if (progress && !progress((k + 1.0) / m_Header.extents[2]))
-                throw InputError(m_Header.dataFile, "the reading was stopped");
+            for (int j = 0; j < m_Header.extents[1]; ++j)
+                readRow(j, k, out);
+            tell(partBefore + (1 - partBefore) * (k + 1.0) / m_Header.extents[2]);
         }
         // Behind the last voxel a compressed file says whether all before it was right.
         unsigned char behind = 0;
@@ -137,23 +151,34 @@ public:
     }
 
 private:
-    void readSlice(int k, unsigned char* out)
+    std::uint64_t getNumBytes() const { return m_NumVoxels * std::uint64_t{m_Type.size}; }
+
+    void tell(double part) const
     {
-        const auto width = static_cast<std::size_t>(m_Header.extents[0]);
-        m_Row.resize(width * m_Type.size);
-        for (int j = 0; j < m_Header.extents[1]; ++j) {
-            if (m_File.read(m_Row.data(), m_Row.size()) < m_Row.size())
+        if (m_Progress && !m_Progress(part))
+            throw InputError(m_Header.dataFile, "the reading was stopped");
+    }
+
+    // A piece at a time: there may be one row only.
+    void readRow(int j, int k, unsigned char* out)
+    {
+        constexpr int PIECE = 1 << 14;
+        const int width = m_Header.extents[0];
+        for (int i = 0; i < width; i += std::min(PIECE, width - i)) {
+            const int count = std::min(PIECE, width - i);
+            m_Piece.resize(static_cast<std::size_t>(count) * m_Type.size);
+            if (m_File.read(m_Piece.data(), m_Piece.size()) < m_Piece.size())
                 endsTooSoon();
             if (m_Header.isSwapped && m_Type.size > 1) // niftilib complains of single bytes
-                nifti_swap_Nbytes(static_cast<std::int64_t>(width), static_cast<int>(m_Type.size), m_Row.data());
-            convertRow(m_Order.placeOf(j, k), out);
+                nifti_swap_Nbytes(count, static_cast<int>(m_Type.size), m_Piece.data());
+            convertPiece(m_Order.placeOf(i, j, k), out);
         }
     }
 
-    void convertRow(std::ptrdiff_t place, unsigned char* out) const
+    void convertPiece(std::ptrdiff_t place, unsigned char* out) const
     {
-        for (std::size_t at = 0; at < m_Row.size(); at += m_Type.size, place += m_Order.getStep()) {
-            const double value = m_Type.valueAt(m_Row.data() + at) * m_Header.slope + m_Header.intercept;
+        for (std::size_t at = 0; at < m_Piece.size(); at += m_Type.size, place += m_Order.getStep()) {
+            const double value = m_Type.valueAt(m_Piece.data() + at) * m_Header.slope + m_Header.intercept;
             const auto density = static_cast<float>(value);
             std::memcpy(out + place * static_cast<std::ptrdiff_t>(sizeof density), &density, sizeof density);
         }
@@ -162,11 +187,12 @@ private:
     [[noreturn]] void endsTooSoon() const { throw InputError(m_Header.dataFile, "ends before its last voxel"); }
 
     const NiftiHeader& m_Header;
+    const Progress& m_Progress;
     ValueType m_Type;
     std::size_t m_NumVoxels;
     VoxelOrder m_Order;
     CompressedFile m_File;
-    std::vector<unsigned char> m_Row;
+    std::vector<unsigned char> m_Piece;
 };
 
 } // namespace
@@ -174,7 +200,7 @@ private:
 tavo::RegularVolume readNifti(const std::filesystem::path& file, const Progress& progress)
 {
     const NiftiHeader header = readNiftiHeader(file);
-    return VoxelReader(header).read(progress);
+    return VoxelReader(header, progress).read();
 }
 
 } // namespace vireo_view

@@ -18,6 +18,7 @@ namespace fs = std::filesystem;
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 using testing::StartsWith;
 
 using Extends = tavo::StaticVector<int, 3>;
@@ -261,6 +262,38 @@ TEST_F(NiftiReaderTest, TellsHowFarItIsAndCanBeStopped)
     EXPECT_THAT(parts, ElementsAre(1.0 / 3, 2.0 / 3, 1));
     EXPECT_EQ(messageOf<InputError>([&] { readNifti(file, [](double) { return false; }); }),
         "a.nii: the reading was stopped");
+}
+
+TEST_F(NiftiReaderTest, TellsHowFarItIsInACompressedFileAndCanBeStoppedBeforeItIsWhole)
+{
+    const fs::path file = writeSmallCompressed();
+    std::vector<double> parts;
+    readNifti(file, [&](double part) {
+        parts.push_back(part);
+        return true;
+    });
+    ASSERT_THAT(parts, SizeIs(4));
+    EXPECT_DOUBLE_EQ(parts[0], 0.5) << "all of it is decompressed";
+    EXPECT_DOUBLE_EQ(parts[1], 2.0 / 3);
+    EXPECT_DOUBLE_EQ(parts[2], 5.0 / 6);
+    EXPECT_DOUBLE_EQ(parts[3], 1);
+    EXPECT_EQ(messageOf<InputError>([&] { readNifti(file, [](double part) { return part > 0.5; }); }),
+        "a.nii.gz: the reading was stopped");
+}
+
+// Larger than what is read, decompressed and converted at a time.
+TEST_F(NiftiReaderTest, ReadsLargeCompressedFilesAsThoseThatAreNot)
+{
+    std::vector<std::int16_t> values(30000 * 7 * 3);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = static_cast<std::int16_t>(i * 37);
+    NiftiFile file({30000, 7, 3}, NIFTI_TYPE_INT16, bytesOf(values));
+    swap_nifti_header(&file.header, 1);
+    nifti_swap_Nbytes(static_cast<std::int64_t>(values.size()), 2, file.voxels.data());
+    const std::vector<float> expected(values.begin(), values.end());
+    EXPECT_TRUE(densities(read("a.nii", file.getBytes())) == expected);
+    writeCompressed(directory() / "a.nii.gz", file.getBytes());
+    EXPECT_TRUE(densities(readNifti(directory() / "a.nii.gz", nullptr)) == expected);
 }
 
 TEST_F(NiftiReaderTest, TurnsAwayWhatIsNoNifti)
