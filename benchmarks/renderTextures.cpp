@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <list>
+#include <optional>
 #include <unistd.h>
 
 #include "benchmarks/support/Comparison.h"
@@ -174,6 +175,32 @@ private:
     TargetList m_Targets;
 };
 
+// Gives back all that are out, in the order in which they were handed out.
+class GivingBack : public Contestant
+{
+public:
+    explicit GivingBack(unsigned int numOut)
+        : m_Cache(&View::context())
+        , m_Out(numOut)
+    {}
+    void prepare() override
+    {
+        const Silence silence;
+        for (Target*& target : m_Out)
+            target = m_Cache.getRenderTexture(1, 1, 4, false, false, false, false, false);
+    }
+    void run() override
+    {
+        for (Target* const target : m_Out)
+            m_Cache.freeRenderTexture(target);
+    }
+    double repetitions() const override { return static_cast<double>(m_Out.size()); }
+
+private:
+    tavo::GLRenderTextureCache m_Cache;
+    std::vector<Target*> m_Out;
+};
+
 class Creating : public Contestant
 {
 public:
@@ -199,15 +226,27 @@ std::function<std::unique_ptr<Contestant>()> with(unsigned int numOthers)
 
 Comparison takeRenderTexture(unsigned int numOthers)
 {
+    // Past a single other there is no walk to speak of; there it counts what is saved.
+    const bool isWalk = numOthers > 1;
+    const std::optional<double> mostOfWalk = isWalk ? std::optional(1.2) : std::nullopt;
+    const std::optional<double> mostOfCreating = isWalk ? std::nullopt : std::optional(0.01);
     return {"render texture from the cache, behind " + withCommas(numOthers) + " of other kinds",
-        {{"vireo", with<CacheTaking>(numOthers)}, {"floor", with<ListWalk>(numOthers), 1.2},
-            {"creating one", std::make_unique<Creating>, 0.01, anyResult}}};
+        {{"vireo", with<CacheTaking>(numOthers)}, {"floor", with<ListWalk>(numOthers), mostOfWalk},
+            {"creating one", std::make_unique<Creating>, mostOfCreating, anyResult}}};
+}
+
+Comparison giveBackRenderTexture(unsigned int numOut)
+{
+    constexpr unsigned int FEW = 1'000;
+    return {"render texture given back, of " + withCommas(numOut) + " that are out",
+        {{"vireo", with<GivingBack>(numOut)}, {"of " + withCommas(FEW) + " that are out", with<GivingBack>(FEW), 3}}};
 }
 
 void addRenderTextureWorks()
 {
     add(takeRenderTexture(1));
     add(takeRenderTexture(1'000));
+    add(giveBackRenderTexture(64'000));
 }
 
 } // namespace vireo_bench

@@ -25,6 +25,7 @@ Comparison drawPoints(const std::string& name, const std::function<Points()>& ma
 Comparison showCurves(std::size_t numCurves, std::size_t numSamples);
 Comparison uploadImage(unsigned int side);
 Comparison takeRenderTexture(unsigned int numOthers);
+Comparison giveBackRenderTexture(unsigned int numOut);
 Comparison recordVertices(unsigned int numVertices);
 Comparison executeList(unsigned int numVertices);
 Comparison drawSoftwareArrays(unsigned int numVertices);

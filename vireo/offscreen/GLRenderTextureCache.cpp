@@ -27,10 +27,21 @@ unsigned int flagsOf(bool rectangle, bool floatTexture, bool float32, bool depth
     return flags;
 }
 
+// Keeps the entries of all caches close together. Where they happen to be made, the memory of a render texture and of
+// the driver would lie between any two, and giving back would wait for each.
+std::pmr::memory_resource* entryMemory()
+{
+    static std::pmr::synchronized_pool_resource memory;
+    return &memory;
+}
+
 } // namespace
 
 GLRenderTextureCache::GLRenderTextureCache(GLContext* context)
     : m_Context(context)
+    , m_InUse(entryMemory())
+    , m_Available(entryMemory())
+    , m_Index(entryMemory())
 {}
 
 GLRenderTextureCache::~GLRenderTextureCache()
@@ -44,17 +55,12 @@ GLRenderTextureFBO* GLRenderTextureCache::getRenderTexture(unsigned int width, u
     const unsigned int kind = getDesc(width, height, components, rectangle, floatTexture, float32, depth, stencil);
     const auto oldest = std::find_if(
         m_Available.begin(), m_Available.end(), [kind](const Entry& entry) { return entry.second == kind; });
-    if (oldest != m_Available.end())
-        return reuse(oldest);
-    return create(width, height, components, flagsOf(rectangle, floatTexture, float32, depth, stencil), kind);
-}
-
-GLRenderTextureFBO* GLRenderTextureCache::reuse(std::list<Entry>::iterator available)
-{
-    // First, since there may be no memory for it. The entry's position remains what it is when it changes lists.
-    m_Index[available->first] = available;
-    m_InUse.splice(m_InUse.end(), m_Available, available);
-    return available->first;
+    if (oldest == m_Available.end())
+        return create(width, height, components, flagsOf(rectangle, floatTexture, float32, depth, stencil), kind);
+    // The map first, since it may find no memory. A position remains what it is when its entry changes lists.
+    m_Index[oldest->first] = oldest;
+    m_InUse.splice(m_InUse.end(), m_Available, oldest);
+    return oldest->first;
 }
 
 GLRenderTextureFBO* GLRenderTextureCache::create(

@@ -2,6 +2,7 @@
 
 #include <list>
 #include <map>
+#include <memory_resource>
 #include <utility>
 
 #include "vireo/Export.h"
@@ -70,17 +71,16 @@ private:
     unsigned int getDesc(unsigned int width, unsigned int height, unsigned int components, bool rectangle,
         bool floatTexture, bool float32, bool depth, bool stencil);
 
-    GLRenderTextureFBO* reuse(std::list<Entry>::iterator available);
     GLRenderTextureFBO* create(
         unsigned int width, unsigned int height, unsigned int components, unsigned int flags, unsigned int kind);
 
     GLContext* m_Context;
     // In the order in which they were handed out.
-    std::list<Entry> m_InUse;
+    std::pmr::list<Entry> m_InUse;
     // In the order in which they were given back.
-    std::list<Entry> m_Available;
+    std::pmr::list<Entry> m_Available;
     // Where each render texture stands in m_InUse; the end of that for those that clearAll() has destroyed.
-    std::map<GLRenderTextureFBO*, std::list<Entry>::iterator> m_Index;
+    std::pmr::map<GLRenderTextureFBO*, std::pmr::list<Entry>::iterator> m_Index;
 };
 
 } // namespace tavo

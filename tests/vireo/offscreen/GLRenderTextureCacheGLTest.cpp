@@ -4,6 +4,7 @@
 #include <list>
 #include <map>
 #include <memory>
+#include <memory_resource>
 #include <random>
 #include <set>
 #include <string>
@@ -79,8 +80,8 @@ struct Request
     bool stencil = false;
 };
 
-using Entries = std::list<std::pair<GLRenderTextureFBO*, unsigned int>>;
-using Index = std::map<GLRenderTextureFBO*, Entries::iterator>;
+using Entries = std::pmr::list<std::pair<GLRenderTextureFBO*, unsigned int>>;
+using Index = std::pmr::map<GLRenderTextureFBO*, Entries::iterator>;
 static_assert(std::is_same_v<decltype(memberOf(InUseMember())), Entries GLRenderTextureCache::*>);
 static_assert(std::is_same_v<decltype(memberOf(AvailableMember())), Entries GLRenderTextureCache::*>);
 static_assert(std::is_same_v<decltype(memberOf(IndexMember())), Index GLRenderTextureCache::*>);
