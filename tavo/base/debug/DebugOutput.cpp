@@ -3,12 +3,17 @@
 #include <QApplication>
 #include <QPointer>
 #include <QThread>
+#include <QTimer>
+#include <atomic>
 #include <cstdio>
 #include <mutex>
 #include <sstream>
+#include <thread>
+#include <utility>
 
 #include "tavo/base/debug/DebugWindow.h"
 #include "tavo/base/debug/EventDisplayer.h"
+#include "tavo/base/debug/LogText.h"
 #include "tavo/base/debug/displayException.h"
 
 namespace tavo {
@@ -19,12 +24,19 @@ namespace {
 
 constexpr std::size_t KEPT_TEXT = 1 << 20;
 
+// Between two appends to the log, so that laying it out leaves time for the rest of the window: 30 frames a second.
+constexpr int FRAME_MILLISECONDS = 33;
+
 // The debug output's state lives on the heap and is never destroyed, so that static initialisers and destructors
 // anywhere can write to it.
 struct State
 {
     std::mutex mutex;
+    std::atomic<std::thread::id> windowThread;
+    std::atomic<bool> isWindowThreadWaiting{false};
     std::string text;
+    LogText waiting; // for the window's log
+    bool isLogScheduled = false;
     QPointer<DebugWindow> window;
 };
 
@@ -33,6 +45,29 @@ State& state()
     static State* const theState = new State;
     return *theState;
 }
+
+// Locks the state. The thread of the window goes first: threads that write without a pause would hardly ever let it in,
+// and the window would stand still.
+class StateLock
+{
+public:
+    StateLock()
+    {
+        const bool isFirst = std::this_thread::get_id() == state().windowThread;
+        if (isFirst)
+            state().isWindowThreadWaiting = true;
+        else
+            state().isWindowThreadWaiting.wait(true);
+        state().mutex.lock();
+        if (isFirst) {
+            state().isWindowThreadWaiting = false;
+            state().isWindowThreadWaiting.notify_all();
+        }
+    }
+    ~StateLock() { state().mutex.unlock(); }
+    StateLock(const StateLock&) = delete;
+    StateLock& operator=(const StateLock&) = delete;
+};
 
 // Keeps the newest half when the text grows too long, from the start of a line on.
 void keep(std::string& kept, const std::string& text)
@@ -44,11 +79,47 @@ void keep(std::string& kept, const std::string& text)
     kept.erase(0, kept.find('\n') + 1);
 }
 
+bool isApplicationThread()
+{
+    const QCoreApplication* const application = QCoreApplication::instance();
+    return application && QThread::currentThread() == application->thread();
+}
+
+// In the thread of the QApplication.
+void bringLogUpToDate()
+{
+    std::string text;
+    {
+        const StateLock lock;
+        text = state().waiting.take();
+    }
+    if (state().window && !text.empty())
+        state().window->appendText(text);
+}
+
+void showFrame()
+{
+    {
+        const StateLock lock;
+        state().isLogScheduled = false;
+    }
+    runGuarded(bringLogUpToDate);
+}
+
+// With the state locked: as long as the window is in it, the QApplication is there. The window itself may be going away
+// in another thread.
+void scheduleLog()
+{
+    if (!std::exchange(state().isLogScheduled, true))
+        QMetaObject::invokeMethod(
+            qApp, [] { QTimer::singleShot(FRAME_MILLISECONDS, qApp, showFrame); }, Qt::QueuedConnection);
+}
+
 void deleteWindow()
 {
     DebugWindow* window = nullptr;
     {
-        const std::lock_guard lock(state().mutex);
+        const StateLock lock;
         window = state().window;
         state().window = nullptr;
     }
@@ -60,11 +131,17 @@ DebugWindow& openedWindow()
 {
     if (!state().window) {
         auto* window = new DebugWindow;
-        window->appendText(debugOutput.getText());
         qRemovePostRoutine(deleteWindow);
         qAddPostRoutine(deleteWindow);
-        const std::lock_guard lock(state().mutex);
-        state().window = window;
+        state().windowThread = std::this_thread::get_id();
+        {
+            const StateLock lock;
+            state().window = window;
+            state().waiting = LogText();
+            state().waiting.append(state().text);
+            state().isLogScheduled = false; // what an earlier QApplication had scheduled went with it
+        }
+        bringLogUpToDate();
     }
     return *state().window;
 }
@@ -78,7 +155,7 @@ bool canShowEvents()
         static_cast<void>(said);
         return false;
     }
-    if (QThread::currentThread() != application->thread()) {
+    if (!isApplicationThread()) {
         warning("DebugOutput::displayEvent() - events can only be sent from the thread of the QApplication.");
         return false;
     }
@@ -91,22 +168,16 @@ DebugOutput& DebugOutput::operator<<(const std::string& text)
 {
     // Before the lock is taken: on Windows a program outlives a reference to nowhere, which must not leave it locked.
     const std::string copy = text;
-    DebugWindow* window = nullptr;
     {
-        const std::lock_guard lock(state().mutex);
+        const StateLock lock;
         keep(state().text, copy);
-        window = state().window;
-        if (window && window->thread() != QThread::currentThread()) {
-            // Posted while the window cannot go away.
-            QMetaObject::invokeMethod(
-                window, [window, copy] { window->appendText(copy); }, Qt::QueuedConnection);
+        if (state().window) {
+            state().waiting.append(copy);
+            scheduleLog();
             return *this;
         }
     }
-    if (window)
-        window->appendText(copy);
-    else
-        std::fputs(copy.c_str(), stderr);
+    std::fputs(copy.c_str(), stderr);
     return *this;
 }
 
@@ -144,12 +215,15 @@ bool DebugOutput::displayEvent(const MetaClass* displayerClass, std::string name
 
 DebugWindow* DebugOutput::getWindow() const
 {
+    if (isApplicationThread())
+        runGuarded(bringLogUpToDate);
+    const StateLock lock;
     return state().window;
 }
 
 std::string DebugOutput::getText() const
 {
-    const std::lock_guard lock(state().mutex);
+    const StateLock lock;
     return state().text;
 }
 

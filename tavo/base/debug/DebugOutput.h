@@ -39,7 +39,9 @@ concept Streamable = !std::convertible_to<const T&, const char*> && !std::conver
 // last destructor.
 //
 // Text may come from any thread. It is kept (the last megabyte), appended to the debug window's log while there is a
-// window, and written to the standard error stream while there is none.
+// window, and written to the standard error stream while there is none. What comes within a frame is appended at once,
+// so that a flood of text leaves the window usable. The log keeps the last 10,000 lines, and begins a new line after
+// 1,000 characters without one.
 //
 // Events need a QApplication and come from its thread. The first one opens the debug window; later ones of the same
 // displayer class and name go to the same section of it.
@@ -75,7 +77,7 @@ public:
     bool displayEvent(const MetaClass* displayerClass, std::string name, const EventDisplayerEvent* event);
 
     // The debug window, null before the first event and after the QApplication has gone. It belongs to the debug
-    // output.
+    // output. In the thread of the QApplication its log holds all text so far.
     DebugWindow* getWindow() const;
 
     // The text that is kept.

@@ -8,12 +8,14 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QSplitter>
+#include <QTextBlock>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <memory>
 
 #include "tavo/base/debug/DebugSection.h"
+#include "tavo/base/debug/LogText.h"
 
 namespace tavo {
 
@@ -21,7 +23,16 @@ namespace {
 
 constexpr QSize PREFERRED_SIZE(640, 720);
 constexpr int LOG_HEIGHT = 120;
-constexpr int LOG_LINES = 10000;
+
+// The widget's own limit to its lines lays out every line that it drops.
+void dropOldLines(QTextDocument& document)
+{
+    constexpr int MAX_LINES = LogText::MAX_LINES;
+    const QTextBlock firstKept = document.findBlockByNumber(std::max(0, document.blockCount() - MAX_LINES));
+    QTextCursor dropped(&document);
+    dropped.setPosition(firstKept.position(), QTextCursor::KeepAnchor);
+    dropped.removeSelectedText();
+}
 
 bool hasOtherWindows(const QWidget* window)
 {
@@ -59,7 +70,7 @@ DebugWindow::DebugWindow()
 
     m_Log->setObjectName("log");
     m_Log->setReadOnly(true);
-    m_Log->setMaximumBlockCount(LOG_LINES);
+    m_Log->setUndoRedoEnabled(false);
 
     auto* splitter = new QSplitter(Qt::Vertical, this);
     splitter->addWidget(scrollArea);
@@ -126,8 +137,11 @@ void DebugWindow::appendText(const std::string& text)
 {
     const bool follow = !m_Log->textCursor().hasSelection();
     QTextCursor end(m_Log->document());
+    end.beginEditBlock(); // one layout for both
     end.movePosition(QTextCursor::End);
     end.insertText(QString::fromStdString(text));
+    dropOldLines(*m_Log->document());
+    end.endEditBlock();
     if (follow) {
         m_Log->moveCursor(QTextCursor::End);
         m_Log->ensureCursorVisible();

@@ -39,7 +39,8 @@ public:
     // All sections in order of arrival, closed ones too. They belong to the window.
     const std::vector<DebugSection*>& getSections() const { return m_Sections; }
 
-    // Appends to the log as it is: a line ends where the text says so.
+    // Appends to the log as it is: a line ends where the text says so. Of all lines the log keeps the last 10,000. (The
+    // debug output collects text, and appends it once in a frame.)
     void appendText(const std::string& text);
 
 protected:
