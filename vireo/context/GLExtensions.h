@@ -1,5 +1,12 @@
 #pragma once
 
+// Such a macro would rename what is declared here, for this source file alone, which then does not link.
+#if defined(glActiveTexture) || defined(glActiveTextureARB) || defined(glBindBuffer) || defined(glBindBufferARB) ||    \
+    defined(glBindFramebufferEXT) || defined(glBindProgramARB) || defined(glBlendColor) ||                             \
+    defined(glDrawRangeElements) || defined(glTexImage3DEXT) || defined(wglChoosePixelFormatARB)
+#error "Include vireo before loaders that make macros of GL's names (GLEW, glad, libepoxy), or in another source file"
+#endif
+
 #include <type_traits>
 
 #include "tavo/platform/wgl.h"
@@ -14,6 +21,9 @@ struct HPBUFFERARB__; // NOLINT(bugprone-reserved-identifier): the name on Windo
 // function's name and lies in namespace tavo. Within that namespace a call is written as if the function were linked,
 // glBindBufferARB(...); elsewhere it is tavo::glBindBufferARB(...). A using-directive for the namespace does not do:
 // some of the names are functions of the system's GL library as well.
+//
+// Other loaders (GLEW, glad, libepoxy) make macros of the same names. Their headers come after this one; those that
+// must be the first to include GL/gl.h, in another source file.
 //
 // A pointer is null until it has been fetched, and stays null where the driver has no such function; who calls it must
 // know that it is there. Pointers are of the whole process, and good for every context of the driver they came from.
