@@ -10,17 +10,16 @@ std::size_t smallestFailing = SIZE_MAX;
 
 } // namespace
 
-void* operator new(std::size_t size)
-{
-    if (size < smallestFailing)
-        if (void* const memory = std::malloc(size))
-            return memory;
-    throw std::bad_alloc();
-}
-
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
-    return std::malloc(size);
+    return size < smallestFailing ? std::malloc(size) : nullptr;
+}
+
+void* operator new(std::size_t size)
+{
+    if (void* const memory = operator new(size, std::nothrow))
+        return memory;
+    throw std::bad_alloc();
 }
 
 void operator delete(void* memory) noexcept

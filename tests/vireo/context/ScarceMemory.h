@@ -4,8 +4,8 @@
 
 namespace tavo {
 
-// While it lives, operator new throws std::bad_alloc for allocations from a size on. Programs that link it have their
-// operator new replaced.
+// While it lives, there is no memory for allocations from a size on: operator new throws std::bad_alloc, or returns
+// null where it must not throw. Programs that link it have their operator new replaced.
 class ScarceMemory
 {
 public:

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstddef>
 #include <gmock/gmock.h>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -535,9 +536,22 @@ TEST_F(GLTexture3DGLTest, WrapsTheRampAround)
 
 TEST_F(GLTexture3DGLTest, MakesTheSameRampWhateverTheOtherArguments)
 {
-    GLTexture3D texture(context());
-    texture.createPerlinNoise(8, 99, -1);
-    EXPECT_EQ(readTexels(GL_TEXTURE_3D, GL_LUMINANCE, 512), makeRamp(8));
+    constexpr unsigned int size = 8;
+    std::vector<unsigned int> seconds{1000, 65536, 0x80000000, 0xFFFFFFFF};
+    for (unsigned int second = 0; second <= 257; ++second)
+        seconds.push_back(second);
+    OpenTexture3D texture(context());
+    for (const unsigned int second : seconds)
+        for (const float third : {-1.0f, 0.0f, 0.5f, 1.0f, std::numeric_limits<float>::quiet_NaN()}) {
+            SCOPED_TRACE(testing::Message() << second << ", " << third);
+            EXPECT_EQ(callsOf([&] { texture.createPerlinNoise(size, second, third); }),
+                creationCalls(texture, REPEATING,
+                    {uploadCall("GL_LUMINANCE", "8, 8, 8", "GL_LUMINANCE", "GL_UNSIGNED_BYTE, ptr")}));
+            EXPECT_EQ(readTexels(GL_TEXTURE_3D, GL_LUMINANCE, size * size * size), makeRamp(size));
+            EXPECT_EQ(texture.getSizeInBytes(), size * size * size);
+            EXPECT_EQ(texture.depth, size);
+            EXPECT_EQ(texture.numComponents, 1u);
+        }
 }
 
 TEST_F(GLTexture3DGLTest, DrawsTheRamp)
