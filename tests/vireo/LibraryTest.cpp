@@ -39,10 +39,11 @@ TEST(LibraryTest, StartsAndShutsDown)
     EXPECT_EQ(cloud->getParent(), eventObject);
     EXPECT_EQ(cloud->getVersion(), 1000u);
 
-    // The others are the application's business.
+    // The others are the application's business, as the header says.
     EXPECT_EQ(MetaClass::findClass("GLEventDisplayer"), nullptr);
     EXPECT_EQ(MetaClass::findClass("GLGraphDisplayer"), nullptr);
     EXPECT_EQ(MetaClass::findClass("GLTextureSettings"), nullptr);
+    EXPECT_EQ(MetaClass::findClass("Tex2dVolumeRenderer"), nullptr);
 
     const MetaClass* const eventObjectPointer = GLEventObject::GLEventObjectMetaClass;
     shutdownVireo();

@@ -21,7 +21,8 @@ class GLObject;
 // the GL names that could not be deleted at once until the tree is active again.
 //
 // A context owns neither the native contexts it is given nor its objects or children; any of them may die first. The
-// tree that is supported is two levels deep: a root and its children.
+// tree that is supported is two levels deep: a root and its children. A context of a third level throws when it is
+// destroyed; what lets no exception through, a std::unique_ptr or a container, ends the program then.
 class VIREO_EXPORT GLContext
 {
 public:
@@ -42,12 +43,15 @@ public:
     // Releases whatever context is current, and marks this tree inactive.
     void deactivate();
 
-    // Whether the tree was activated and not deactivated since. What others make current or release is not seen.
+    // Whether the tree was activated and not deactivated since. What others make current or release is not seen: of
+    // two trees that were both activated, both count as active.
     bool isGlobalActive() const;
 
     GLContext* getRootContext();
 
-    // Delete a texture, buffer or ARB program name: at once if the tree is active, else when it is activated next.
+    // Delete a texture, buffer or ARB program name: at once if the tree is active, else when it is activated next. At
+    // once means in whatever context is current: if that is another tree's, because it was made current while this one
+    // counted as active, it loses its own object of that name.
     void deleteTexture(unsigned int name);
     void deleteBuffer(unsigned int name);
     void deleteShader(unsigned int name);

@@ -13,7 +13,11 @@ class GLContext;
 //
 // An object may die before or after its context. If only the child context dies that it was created in, it goes on
 // living in the root. Neither constructing nor destroying the base calls GL; what subclasses own is handed to the
-// context, which deletes it when it can. Copies are member-wise and not registered: copying is not a supported use.
+// context, which deletes it when it can.
+//
+// Copying is not a supported use. Copies are member-wise: a copy has the original's entry in the registry, and none of
+// its own. Only one of an object and its copies may therefore be destroyed, and a copy only while the context lives,
+// which does not tell it; anything else corrupts the heap.
 class VIREO_EXPORT GLObject
 {
 public:

@@ -21,6 +21,8 @@ public:
 
     // Points the generic attribute arrays into `data`, with the component counts of `target`, and enables them. An
     // attribute that is not of 32-bit floats in `target`, or that `source` lacks by name, is left as it is, disabled.
+    // What `source` says of an attribute's type and component count is not looked at: where it has fewer or smaller
+    // components than `target`, GL reads on into what follows them, and of the last vertex past the end of the data.
     // The data must stay where it is until the arrays are unbound.
     static void bindSoftwareVertexBuffer(
         const char* data, const VertexDescriptor* source, const VertexDescriptor* target);

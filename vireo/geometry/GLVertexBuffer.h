@@ -68,6 +68,7 @@ public:
     // of four 32-bit floats, the attributes of a vertex lie side by side. The rectangle is in vertices: (x, y) is its
     // lower left one, row after row is read. The target must be bound as framebuffer, and have that read buffer, for
     // example GL_COLOR_ATTACHMENT0_EXT, which stays selected. Nothing is bound to GL_PIXEL_PACK_BUFFER_ARB afterwards.
+    // GL writes the pixels as its pixel storage says: all GL_PACK_ values (glPixelStorei) must be as they are at first.
     // Neither the range nor the context is checked here.
     void copyFromRenderTarget(
         unsigned int x, unsigned int y, unsigned int width, unsigned int height, unsigned int readBuffer);

@@ -22,10 +22,10 @@ namespace tavo {
 //
 // The shader owns one program of the library's one Cg context. It destroys it when it dies, or when its context does:
 // at once, since Cg programs are not among what a context keeps until it is active. The GL name that the runtime has
-// made for the program goes with it only if the shader's context is current then. It, or one that shares names with it,
-// must be current for all other operations as well. Once the context has died, compile and onDeleteContext throw
-// PException; the other operations do not ask whether it has, and must not be called: bind enables a target for a
-// program that is gone.
+// made for the program is then deleted in whatever context is current: the shader's, or one that shares names with it,
+// must be, as for all other operations. Where another is, its program of that name is lost instead. Once the context
+// has died, compile and onDeleteContext throw PException; the other operations do not ask whether it has, and must not
+// be called: bind enables a target for a program that is gone.
 //
 // Whether the current context can run programs of a profile, cgGLIsProfileSupported says. Where it cannot, they compile
 // all the same, but binding one may crash inside the runtime.

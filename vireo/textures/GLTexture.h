@@ -30,8 +30,9 @@ class GLTextureSettings;
 //   not checked; unless said otherwise, the format that the texture had before is used, and at first it has none, which
 //   GL refuses.
 //
-// Copies share the name and are not registered; whichever of them is destroyed first deletes it. Copying is not a
-// supported use.
+// Copying is not a supported use. A copy shares the name and the original's entry in the registry: only one of a
+// texture and its copies may be destroyed, and a copy only while the context lives (see GLObject). To destroy both
+// deletes the name twice and corrupts the heap.
 class VIREO_EXPORT GLTexture : public GLObject
 {
 public:

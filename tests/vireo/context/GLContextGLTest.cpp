@@ -310,6 +310,25 @@ TEST_F(GLContextGLTest, DeletesAtOnceWhileActive)
     EXPECT_FALSE(glIsProgramARB(program));
 }
 
+TEST_F(GLContextGLTest, DeletesInWhateverContextIsCurrentWhileItCountsAsActive)
+{
+    const auto native = makeUnsharedContext();
+    const auto root = makeRoot();
+    OpenContext other(*native, nullptr);
+    ASSERT_TRUE(root->activate());
+    const unsigned int texture = makeTexture();
+    ASSERT_TRUE(other.activate());
+    EXPECT_TRUE(root->isGlobalActive()) << "nobody told it";
+    glBindTexture(GL_TEXTURE_2D, texture); // makes one of the same name
+    ASSERT_TRUE(glIsTexture(texture));
+
+    root->deleteTexture(texture);
+    EXPECT_FALSE(glIsTexture(texture)) << "the other tree's";
+    ASSERT_TRUE(root->activate());
+    EXPECT_TRUE(glIsTexture(texture)) << "its own";
+    glDeleteTextures(1, &texture);
+}
+
 TEST_F(GLContextGLTest, QueuesWhileInactiveAndDeletesEachKindByOneCallOnActivation)
 {
     const auto native = makeSharedContext();
@@ -549,6 +568,15 @@ TEST_F(GLContextGLTest, ThrowsWhenDestroyedOnTheThirdLevelAndLeavesNothingBehind
     child.reset();
     root.reset();
     EXPECT_FALSE(object.isValid());
+}
+
+TEST_F(GLContextGLTest, EndsTheProgramWhenAUniquePtrDestroysItOnTheThirdLevel)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto native = makeSharedContext();
+    const auto root = makeRoot();
+    OpenContext child(*native, root.get());
+    EXPECT_DEATH(std::make_unique<OpenContext>(*native, &child), "terminate called");
 }
 
 TEST_F(GLContextGLTest, DoesNotEndTheProgramWhenDestroyedWhileAnExceptionIsUnderWay)

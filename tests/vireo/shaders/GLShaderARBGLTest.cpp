@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <optional>
 #include <stdexcept>
+#include <string_view>
 
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
@@ -32,8 +34,8 @@ constexpr unsigned int FRAGMENT = GL_FRAGMENT_PROGRAM_ARB;
 
 const std::string RED = "!!ARBfp1.0\nMOV result.color, {1, 0, 0, 1};\nEND";
 const std::string GREEN = "!!ARBfp1.0\nMOV result.color, {0, 1, 0, 1};\nEND";
-// What is wrong is the word "nowhere". Mesa counts from 1, line ends twice and blanks not at all: here that comes out
-// right.
+// What is wrong is the word "nowhere". Mesa says where it ends, with the header as one character and each end of a line
+// as two: here that comes out as where it begins.
 const std::string WRONG = "!!ARBfp1.0\nTEMP unused;\nMOV result.color, nowhere;\nEND";
 
 unsigned int boundProgram(unsigned int target)
@@ -146,6 +148,29 @@ TEST_F(GLShaderARBGLTest, TellsWhatIsWrongAndWhere)
     EXPECT_NE(shader.getLastError(), "");
     EXPECT_EQ(shader.getLastError(), reinterpret_cast<const char*>(glGetString(GL_PROGRAM_ERROR_STRING_ARB)));
     EXPECT_EQ(shader.getLastErrorPosition(), WRONG.find("nowhere"));
+}
+
+// What docs/shaders.md says of Mesa.
+TEST_F(GLShaderARBGLTest, PassesOnWhatMesaCounts)
+{
+    if (std::string_view(reinterpret_cast<const char*>(glGetString(GL_VERSION))).find("Mesa") == std::string_view::npos)
+        GTEST_SKIP() << "the driver is not Mesa";
+    const std::string header = "!!ARBfp1.0";
+    const std::string wrong = "nowhere";
+    for (const char* const between :
+        {" MOV result.color, ", "   MOV\tresult.color,   ", "\nMOV result.color, ", "\n\n\n\nMOV result.color, ",
+            "\n# a comment\nMOV result.color, ", "\nTEMP a;\nMOV result.color, a;\n  "}) {
+        const std::string start = header + between;
+        GLShaderARB shader(context(), FRAGMENT);
+        EXPECT_FALSE(shader.compile(start + wrong + ";\nEND"));
+
+        const auto numLineEnds = std::count(start.begin(), start.end(), '\n');
+        const auto length = static_cast<int>(start.size() + wrong.size());
+        EXPECT_EQ(shader.getLastErrorPosition(), length - static_cast<int>(header.size()) + 1 + numLineEnds) << start;
+        const std::size_t column = start.size() - (start.rfind('\n') + 1) + 1;
+        EXPECT_THAT(shader.getLastError(),
+            testing::StartsWith("line " + std::to_string(1 + numLineEnds) + ", char " + std::to_string(column) + ":"));
+    }
 }
 
 TEST_F(GLShaderARBGLTest, ForgetsAnErrorOnceAProgramIsGood)

@@ -581,6 +581,27 @@ TEST_F(GLShaderCGGLTest, DestroysItsProgramAtOnceEvenIfItsContextIsNotActive)
     EXPECT_TRUE(glIsProgramARB(name)) << "the runtime could not delete it";
 }
 
+TEST_F(GLShaderCGGLTest, TakesTheNameFromWhateverContextIsCurrentWhenItDies)
+{
+    constexpr unsigned int target = GL_FRAGMENT_PROGRAM_ARB;
+    std::optional<GLShaderCG> shader(std::in_place, context(), FRAGMENT);
+    ASSERT_TRUE(shader->compile(RED));
+    shader->bind();
+    int bound = 0;
+    glGetProgramivARB(target, GL_PROGRAM_BINDING_ARB, &bound);
+    const auto name = static_cast<unsigned int>(bound);
+    shader->unbind();
+
+    const auto native = makeUnsharedContext();
+    native->makeCurrent();
+    glBindProgramARB(target, name); // makes one of the same name
+    ASSERT_TRUE(glIsProgramARB(name));
+    shader.reset();
+    EXPECT_FALSE(glIsProgramARB(name)) << "the other context's";
+    mainContext().makeCurrent();
+    EXPECT_TRUE(glIsProgramARB(name)) << "its own";
+}
+
 TEST_F(GLShaderCGGLTest, LivesOnInTheRootWhenItsChildContextDies)
 {
     const auto native = makeSharedContext();
