@@ -100,7 +100,7 @@ void GLBuffer::requireRange(const char* operation, std::int64_t offsetInBytes, s
     const bool isCountable = offsetInBytes >= INT32_MIN && offsetInBytes <= UINT32_MAX && sizeInBytes <= UINT32_MAX;
     std::uint64_t end = static_cast<std::uint64_t>(offsetInBytes) + sizeInBytes;
     if (offsetInBytes <= INT32_MAX)
-        end = static_cast<std::uint32_t>(end); // deliberately
+        end = static_cast<std::uint32_t>(end); // as the header says
     if (!isCountable || end > m_SizeInBytes)
         throw PException(std::string("GLBuffer::") + operation + " | out of range!");
 }
