@@ -16,6 +16,8 @@
 #include "apps/vireo-view/NiftiReader.h"
 #include "apps/vireo-view/PointFileReader.h"
 #include "apps/vireo-view/Span.h"
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/text/printable.h"
 
 namespace vireo_view {
 
@@ -63,6 +65,16 @@ std::string shortNumber(double value)
 std::string rangeText(const Span& span)
 {
     return "(" + shortNumber(span.getMin()) + " to " + shortNumber(span.getMax()) + ")";
+}
+
+// Of a column, in a title.
+constexpr std::size_t LONGEST_NAME = 100;
+
+// Of text in UTF-8.
+std::size_t numCharacters(std::string_view text)
+{
+    return static_cast<std::size_t>(std::count_if(
+        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0u) != 0x80; }));
 }
 
 template <unsigned int N>
@@ -250,6 +262,7 @@ private:
 
     void addColumns(const Columns& columns)
     {
+        warnOfLongNames(columns);
         switch (effectiveColumnsAs(columns)) {
         case ColumnsAs::SERIES: return addSeries(columns);
         case ColumnsAs::PLANE: requireColumns(columns, 2, "graph"); return addPlane(columns);
@@ -276,7 +289,17 @@ private:
 
     static std::string columnName(const Columns& columns, std::size_t i)
     {
-        return columns.names.empty() || columns.names[i].empty() ? "column " + std::to_string(i + 1) : columns.names[i];
+        return columns.names.empty() || columns.names[i].empty() ? "column " + std::to_string(i + 1)
+                                                                 : tavo::printable(columns.names[i], LONGEST_NAME);
+    }
+
+    void warnOfLongNames(const Columns& columns) const
+    {
+        for (std::size_t i = 0; i < columns.names.size(); ++i)
+            if (numCharacters(columns.names[i]) > LONGEST_NAME)
+                return tavo::warning(printableName(m_File) + ": the name of column " + std::to_string(i + 1) + " has " +
+                                     std::to_string(numCharacters(columns.names[i])) +
+                                     " characters; names are cut after " + std::to_string(LONGEST_NAME));
     }
 
     void addSeries(const Columns& columns)

@@ -1,19 +1,10 @@
 #include "apps/vireo-view/InputError.h"
 
-#include <algorithm>
+#include "tavo/base/text/printable.h"
 
 namespace vireo_view {
 
-namespace {
-
-std::string printable(std::string text)
-{
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, '?');
-    return text;
-}
-
-} // namespace
+using tavo::printable;
 
 InputError::InputError(const std::filesystem::path& file, const std::string& reason)
     : std::runtime_error(printableName(file) + ": " + printable(reason))
@@ -32,8 +23,7 @@ std::string printableName(const std::filesystem::path& file)
 std::string quotedText(std::string_view text)
 {
     constexpr std::size_t LONGEST = 40;
-    const bool cut = text.size() > LONGEST;
-    return "'" + printable(std::string(text.substr(0, LONGEST))) + (cut ? "...'" : "'");
+    return "'" + printable(text, LONGEST) + "'";
 }
 
 } // namespace vireo_view

@@ -16,10 +16,10 @@ public:
     InputError(const std::filesystem::path& file, std::size_t line, const std::string& reason);
 };
 
-// The file's name in UTF-8, with control characters made visible.
+// The file's name in UTF-8, with control characters written out.
 std::string printableName(const std::filesystem::path& file);
 
-// Text from a file in quotes, for a message: cut where it is long, control characters made visible.
+// Text from a file in quotes, for a message: cut where it is long, control characters written out.
 std::string quotedText(std::string_view text);
 
 } // namespace vireo_view

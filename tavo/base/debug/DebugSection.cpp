@@ -6,6 +6,7 @@
 #include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "tavo/base/debug/EventDisplayer.h"
@@ -13,6 +14,7 @@
 #include "tavo/base/files/saveFile.h"
 #include "tavo/base/gui/WidgetPicture.h"
 #include "tavo/base/objects/MetaClass.h"
+#include "tavo/base/text/printable.h"
 
 namespace tavo {
 
@@ -42,6 +44,49 @@ QToolButton* makeButton(QWidget* parent, const char* objectName, const QString& 
     button->setToolTip(toolTip);
     button->setAutoRaise(true);
     return button;
+}
+
+// A line of text that is cut where it does not fit, and wants no width of its own.
+class ElidedLabel : public QLabel
+{
+public:
+    ElidedLabel(QString text, QWidget* parent)
+        : QLabel(parent)
+        , m_Text(std::move(text))
+    {
+        setTextFormat(Qt::PlainText);
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override
+    {
+        QLabel::resizeEvent(event);
+        setText(fontMetrics().elidedText(m_Text, Qt::ElideRight, contentsRect().width()));
+    }
+
+private:
+    QString m_Text;
+};
+
+// Longer than any title bar is wide, and laid out quickly.
+constexpr std::size_t LONGEST_TITLE = 1000;
+
+QString titleOf(const std::string& name)
+{
+    return QString::fromStdString(printable(name, LONGEST_TITLE));
+}
+
+// The name in lines, since a tool tip breaks none, and the class below.
+QString toolTipOf(const std::string& name, const char* displayerClass)
+{
+    constexpr std::size_t LONGEST_NAME = 4000;
+    constexpr int LINE_LENGTH = 100;
+    const QVector<uint> shown = QString::fromStdString(printable(name, LONGEST_NAME)).toUcs4();
+    QString lines;
+    for (int i = 0; i < shown.size(); i += LINE_LENGTH)
+        lines += QString::fromUcs4(&shown[i], std::min(LINE_LENGTH, shown.size() - i)) + "\n";
+    return "<p style='white-space:pre'>" + (lines + displayerClass).toHtmlEscaped() + "</p>";
 }
 
 } // namespace
@@ -78,9 +123,9 @@ QWidget* DebugSection::makeTitleBar()
     m_CollapseButton->setCheckable(true);
     connect(m_CollapseButton, &QToolButton::toggled, this, &DebugSection::setCollapsed);
 
-    auto* title = new QLabel(QString::fromStdString(m_Name), bar);
-    title->setToolTip(m_DisplayerClass->getName());
-    title->setTextFormat(Qt::PlainText);
+    auto* title = new ElidedLabel(titleOf(m_Name), bar);
+    title->setObjectName("title");
+    title->setToolTip(toolTipOf(m_Name, m_DisplayerClass->getName()));
 
     QToolButton* saveButton = makeButton(bar, "save", tr("Save a picture"));
     saveButton->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
@@ -97,6 +142,12 @@ QWidget* DebugSection::makeTitleBar()
     layout->addWidget(saveButton);
     layout->addWidget(closeButton);
     return bar;
+}
+
+QString DebugSection::getShortTitle() const
+{
+    constexpr int WIDTH = 400;
+    return fontMetrics().elidedText(titleOf(m_Name), Qt::ElideRight, WIDTH);
 }
 
 bool DebugSection::isCollapsed() const
@@ -137,7 +188,7 @@ bool DebugSection::savePicture(const QString& fileName)
 
 void DebugSection::askWhereToSave()
 {
-    auto* dialog = new QFileDialog(this, tr("Save a picture of %1").arg(QString::fromStdString(m_Name)));
+    auto* dialog = new QFileDialog(this, tr("Save a picture of %1").arg(getShortTitle()));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setNameFilter(tr("Pictures (*.png)"));

@@ -16,7 +16,7 @@ class EventDisplayer;
 class MetaClass;
 
 // One section of the debug window: a displayer's widget under a title bar that collapses it, saves a picture of it and
-// closes it.
+// closes it. A name too long for the title bar is cut there, and stands in its tool tip.
 class TAVO_BASE_EXPORT DebugSection : public QFrame
 {
     Q_OBJECT
@@ -29,6 +29,11 @@ public:
 
     const MetaClass* getDisplayerClass() const { return m_DisplayerClass; }
     const std::string& getName() const { return m_Name; }
+
+    // The name as people see it: in one line, with control characters written out, no longer than its place in a menu
+    // or a dialog.
+    QString getShortTitle() const;
+
     EventDisplayer& getDisplayer() { return *m_Displayer; }
 
     // The displayer's widget, null if it has none. It belongs to the section.

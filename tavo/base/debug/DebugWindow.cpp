@@ -129,7 +129,7 @@ void DebugWindow::listClosedSections()
     for (DebugSection* section : m_Sections)
         if (section->isClosed())
             m_ClosedMenu->addAction(
-                QString::fromStdString(section->getName()), section, [section] { section->setClosed(false); });
+                section->getShortTitle().replace("&", "&&"), section, [section] { section->setClosed(false); });
     m_ClosedSections->setVisible(!m_ClosedMenu->isEmpty());
 }
 

@@ -226,5 +226,38 @@ TEST_F(ExhibitsTest, TurnsAwayColumnsWithoutACompletePoint)
     EXPECT_EQ(errorLoading("a.csv", "1,2,\n3,,4\n"), "a.csv: has no line with all the numbers of a point");
 }
 
+TEST_F(ExhibitsTest, WritesControlCharactersOfColumnNamesOut)
+{
+    EXPECT_THAT(names(load("a.csv", "\x1B[2J,a\x7F\n1,2\n2,3\n")),
+        ElementsAre("a.csv - a\\x7f (2 to 3) over \\x1b[2J (1 to 2)"));
+}
+
+TEST_F(ExhibitsTest, CutsLongColumnNamesAndSaysSo)
+{
+    const std::string longest(100, 'n');
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(names(load("a.csv", "t," + longest + "\n1,2\n2,3\n")),
+        ElementsAre("a.csv - " + longest + " (2 to 3) over t (1 to 2)"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(names(load("a.csv", "t," + std::string(15000000, 'n') + "\n1,2\n2,3\n")),
+        ElementsAre("a.csv - " + longest + "... (2 to 3) over t (1 to 2)"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "warning: " + (directory() / "a.csv").string() +
+            ": the name of column 2 has 15000000 characters; names are cut after 100\n");
+}
+
+TEST_F(ExhibitsTest, CutsColumnNamesBetweenCharacters)
+{
+    std::string longest;
+    for (int i = 0; i < 100; ++i)
+        longest += "\xC3\xB6";
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(names(load("a.csv", longest + "," + longest + "\xC3\xB6\n1,2\n2,3\n")),
+        ElementsAre("a.csv - " + longest + "... (2 to 3) over " + longest + " (1 to 2)"));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("column 2 has 101 characters"));
+}
+
 } // namespace
 } // namespace vireo_view

@@ -13,13 +13,13 @@ TEST(InputErrorTest, NamesTheFileAndTheLine)
 
 TEST(InputErrorTest, StaysOnOneLineWhateverItQuotes)
 {
-    EXPECT_STREQ(InputError("a\nb", 1, "odd\r\n\x1B[31m").what(), "a?b:1: odd???[31m");
+    EXPECT_STREQ(InputError("a\nb", 1, "odd\r\n\x1B[31m").what(), "a\\x0ab:1: odd\\x0d\\x0a\\x1b[31m");
 }
 
 TEST(InputErrorTest, QuotesTextAndCutsItWhereItIsLong)
 {
     EXPECT_EQ(quotedText("abc"), "'abc'");
-    EXPECT_EQ(quotedText("a\tb"), "'a?b'");
+    EXPECT_EQ(quotedText("a\tb"), "'a\\x09b'");
     EXPECT_EQ(quotedText(std::string(40, 'x')), "'" + std::string(40, 'x') + "'");
     EXPECT_EQ(quotedText(std::string(41, 'x')), "'" + std::string(40, 'x') + "...'");
 }

@@ -238,6 +238,16 @@ TEST_F(VireoViewGLTest, SaysThatAPictureCannotBeSavedAndSavesTheOthers)
     EXPECT_FALSE(picture("02-b.csv-column-1-over-row.png").isNull());
 }
 
+TEST_F(VireoViewGLTest, SavesThePictureOfAColumnWithALongName)
+{
+    write("a.csv", "t,\x1B[31m" + std::string(5000, 'n') + "\n1,2\n2,3\n");
+    const Outcome outcome = run({"a.csv", "--pictures", "pictures"});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.errors, "warning: a.csv: the name of column 2 has 5005 characters; names are cut after 100\n");
+    ASSERT_THAT(pictures(), SizeIs(1));
+    EXPECT_FALSE(drawnArea(picture(pictures()[0].c_str())).isEmpty());
+}
+
 TEST_F(VireoViewGLTest, SaysThatItsAnswerCannotBeWritten)
 {
     if (!vireo_test::makeFullDevice((directory() / "full").string()))

@@ -9,6 +9,7 @@
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QTemporaryDir>
+#include <QTextDocument>
 #include <QTimer>
 #include <QToolButton>
 #include <gmock/gmock.h>
@@ -39,6 +40,20 @@ public:
     }
 };
 
+// A displayer whose view says nothing.
+class BlankDisplayer : public TextDisplayer
+{
+public:
+    void displayEvent(const EventDisplayerEvent*, const char*) override {}
+
+    static const MetaClass* getClass()
+    {
+        static MetaClass* record = nullptr;
+        return createClassRecord<BlankDisplayer>(
+            record, "BlankDisplayer", [] { return static_cast<Object*>(new BlankDisplayer); });
+    }
+};
+
 class DebugWindowTest : public testing::Test
 {
 protected:
@@ -58,11 +73,14 @@ protected:
         return debugOutput.displayEvent(displayer, name, &event);
     }
 
+    static void sendName(const std::string& name) { send(name, "", BlankDisplayer::getClass()); }
+
     static DebugSection* section(std::size_t i) { return debugOutput.getWindow()->getSections().at(i); }
     static QString labelOf(DebugSection* section)
     {
         return qobject_cast<QLabel*>(section->getDisplayerWidget())->text();
     }
+    static QLabel* titleOf(DebugSection* section) { return section->findChild<QLabel*>("title"); }
     static QString logText() { return debugOutput.getWindow()->findChild<QPlainTextEdit*>("log")->toPlainText(); }
 
     static void click(DebugSection* section, const char* button)
@@ -315,6 +333,80 @@ TEST_F(DebugWindowTest, StacksItsSectionsAtTheTop)
     EXPECT_LE(section(0)->height(), section(0)->sizeHint().height());
     EXPECT_LT(section(0)->y(), 10);
     EXPECT_LT(section(1)->geometry().top() - section(0)->geometry().bottom(), 20);
+}
+
+TEST_F(DebugWindowTest, CutsALongNameInTheTitleAndHasItInTheToolTip)
+{
+    const std::string name = "the beginning" + std::string(2000, 'n') + "the end";
+    sendName(name);
+    waitForExposure();
+    DebugWindow* const window = debugOutput.getWindow();
+    EXPECT_EQ(window->size(), QSize(640, 720).boundedTo(QGuiApplication::primaryScreen()->availableSize()));
+    EXPECT_LT(section(0)->width(), window->width()) << "the view is no wider than the window shows";
+    EXPECT_EQ(section(0)->getPicture().width(), section(0)->width() - 2 * section(0)->frameWidth());
+    EXPECT_EQ(section(0)->getName(), name);
+
+    const QString title = titleOf(section(0))->text();
+    EXPECT_TRUE(title.startsWith("the beginning"));
+    EXPECT_TRUE(title.endsWith(QChar(0x2026)));
+    EXPECT_LE(titleOf(section(0))->fontMetrics().horizontalAdvance(title), titleOf(section(0))->width());
+    QTextDocument toolTip;
+    toolTip.setHtml(titleOf(section(0))->toolTip());
+    EXPECT_EQ(toolTip.toPlainText().remove('\n').toStdString(), name + "BlankDisplayer");
+    EXPECT_LT(toolTip.idealWidth(), 1000) << "in lines";
+
+    click(section(0), "close");
+    const auto* const button = window->findChild<QToolButton*>("closedSections");
+    EXPECT_LT(button->menu()->sizeHint().width(), 500);
+}
+
+TEST_F(DebugWindowTest, MakesMoreRoomForTheNameAsTheWindowGrows)
+{
+    sendName(std::string(2000, 'n'));
+    waitForExposure();
+    const int before = titleOf(section(0))->text().size();
+    debugOutput.getWindow()->resize(900, 300);
+    QCoreApplication::processEvents();
+    EXPECT_GT(titleOf(section(0))->text().size(), before);
+    debugOutput.getWindow()->resize(300, 300);
+    QCoreApplication::processEvents();
+    EXPECT_LT(titleOf(section(0))->text().size(), before);
+    EXPECT_EQ(debugOutput.getWindow()->size(), QSize(300, 300));
+}
+
+TEST_F(DebugWindowTest, ShowsAShortNameAsItIs)
+{
+    sendName("a <b>name</b> & more");
+    waitForExposure();
+    EXPECT_EQ(titleOf(section(0))->text(), "a <b>name</b> & more");
+    QTextDocument toolTip;
+    toolTip.setHtml(titleOf(section(0))->toolTip());
+    EXPECT_EQ(toolTip.toPlainText(), "a <b>name</b> & more\nBlankDisplayer");
+    click(section(0), "close");
+    const auto* const button = debugOutput.getWindow()->findChild<QToolButton*>("closedSections");
+    EXPECT_EQ(button->menu()->actions()[0]->text(), "a <b>name</b> && more") << "where & alone would mark a key";
+}
+
+TEST_F(DebugWindowTest, WritesControlCharactersOfANameOut)
+{
+    const std::string name("line\n\x1B[31mred\0", 14);
+    sendName(name);
+    waitForExposure();
+    EXPECT_EQ(section(0)->getName(), name);
+    EXPECT_EQ(titleOf(section(0))->text(), "line\\x0a\\x1b[31mred\\x00");
+    EXPECT_THAT(titleOf(section(0))->toolTip().toStdString(), HasSubstr("line\\x0a\\x1b[31mred\\x00\n"));
+    click(section(0), "close");
+    const auto* const button = debugOutput.getWindow()->findChild<QToolButton*>("closedSections");
+    EXPECT_EQ(button->menu()->actions()[0]->text(), "line\\x0a\\x1b[31mred\\x00");
+}
+
+TEST_F(DebugWindowTest, ShowsTheBeginningOfAHugeName)
+{
+    sendName(std::string(15000000, 'n'));
+    waitForExposure();
+    EXPECT_TRUE(titleOf(section(0))->text().endsWith(QChar(0x2026)));
+    EXPECT_LT(titleOf(section(0))->toolTip().size(), 5000);
+    EXPECT_FALSE(section(0)->getPicture().isNull());
 }
 
 TEST_F(DebugWindowTest, DoesNotKeepTheApplicationRunning)
