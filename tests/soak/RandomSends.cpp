@@ -46,6 +46,12 @@ RandomSends::RandomSends(unsigned int seed)
     initVireo();
     GLEventDisplayer::init(EventDisplayer::getClass());
     GLGraphDisplayer::init(GLEventObject::getClass());
+    std::string reason;
+    m_WindowSystem = vireo_test::WindowSystem::open(reason);
+    if (!m_WindowSystem)
+        throw std::runtime_error(reason);
+    m_Context = m_WindowSystem->makeContext(nullptr);
+    m_Context->makeCurrent();
 }
 
 RandomSends::~RandomSends()
@@ -292,6 +298,7 @@ void RandomSends::check()
     }
     EXPECT_TRUE(shown == m_SentNames) << "sections and what was sent differ";
     EXPECT_LE(TestEventObject::s_NumLiving, static_cast<int>(shown.size())) << "an object lives without a section";
+    EXPECT_EQ(wglGetCurrentContext(), m_Context->getRC()) << "what was current no longer is";
     EXPECT_LE(m_NumPointSets, static_cast<int>(shown.size())) << "a point set lives without a section";
 }
 

@@ -2,11 +2,13 @@
 
 #include <QTemporaryDir>
 #include <functional>
+#include <memory>
 #include <random>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "tests/support/WindowSystem.h"
 #include "vireo/displayers/GLEventObject.h"
 
 class QWidget;
@@ -23,6 +25,7 @@ class DebugSection;
 // 1. What is sent has a section of its class and name, and there is no other section.
 // 2. Whatever objects do, nothing is thrown at the one who sends, and Qt has nothing to warn of.
 // 3. An object lives until another one replaces it or its section goes: none is lost.
+// 4. The GL context that the application has current stays current.
 class RandomSends
 {
 public:
@@ -71,6 +74,9 @@ private:
     std::set<std::string> m_SentNames; // since the window was made
     int m_NumPointSets = 0;
     QTemporaryDir m_Pictures;
+    // Of the application.
+    std::unique_ptr<vireo_test::WindowSystem> m_WindowSystem;
+    std::unique_ptr<vireo_test::TestContext> m_Context;
 };
 
 } // namespace tavo
