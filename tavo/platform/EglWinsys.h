@@ -18,6 +18,9 @@ public:
     bool makeCurrent(const NativeDrawable& drawable, const NativeContext& context) const override;
     bool release() const override;
     PROC getProcAddress(const char* name) const override;
+    int getConfig(const NativeContext& context) const override;
+    std::optional<NativeDrawable> makePbuffer(const NativeContext& context, int width, int height) const override;
+    void destroyPbuffer(const NativeDrawable& pbuffer) const override;
     // EGL displays live as long as the process.
     void watchDisplay(void*) const override {}
 };

@@ -1,5 +1,7 @@
 #include "tavo/platform/GlxWinsys.h"
 
+#include <memory>
+
 #include "tavo/platform/XErrorTrap.h"
 #include "tavo/platform/displayWatch.h"
 
@@ -19,6 +21,14 @@ GLXContextID getSerial(GLXContext context)
 {
     static const auto getContextID = reinterpret_cast<PFNGLXGETCONTEXTIDEXTPROC>(getEntryPoint("glXGetContextIDEXT"));
     return getContextID ? getContextID(context) : 0;
+}
+
+int query(const NativeContext& context, int attribute)
+{
+    int value = 0;
+    glXQueryContext(
+        static_cast<Display*>(context.display), static_cast<GLXContext>(context.context), attribute, &value);
+    return value;
 }
 
 bool makeContextCurrent(Display* display, GLXDrawable draw, GLXDrawable read, GLXContext context)
@@ -81,6 +91,37 @@ bool GlxWinsys::release() const
 PROC GlxWinsys::getProcAddress(const char* name) const
 {
     return getEntryPoint(name);
+}
+
+int GlxWinsys::getConfig(const NativeContext& context) const
+{
+    return query(context, GLX_FBCONFIG_ID);
+}
+
+std::optional<NativeDrawable> GlxWinsys::makePbuffer(const NativeContext& context, int width, int height) const
+{
+    auto* const display = static_cast<Display*>(context.display);
+    XErrorTrap trap(display);
+    const int wanted[] = {GLX_FBCONFIG_ID, getConfig(context), None};
+    int count = 0;
+    const std::unique_ptr<GLXFBConfig, int (*)(void*)> configs(
+        glXChooseFBConfig(display, query(context, GLX_SCREEN), wanted, &count), XFree);
+    if (!configs || count == 0)
+        return std::nullopt;
+    const int attributes[] = {GLX_PBUFFER_WIDTH, width, GLX_PBUFFER_HEIGHT, height, None};
+    const GLXPbuffer pbuffer = glXCreatePbuffer(display, *configs, attributes);
+    // There is a name for one that the server refuses, too, but it has no size.
+    unsigned int madeWidth = 0;
+    glXQueryDrawable(display, pbuffer, GLX_WIDTH, &madeWidth);
+    return madeWidth == static_cast<unsigned int>(width) ? std::optional(makeNative(display, pbuffer, pbuffer))
+                                                         : std::nullopt;
+}
+
+void GlxWinsys::destroyPbuffer(const NativeDrawable& pbuffer) const
+{
+    auto* const display = static_cast<Display*>(pbuffer.display);
+    const XErrorTrap trap(display);
+    glXDestroyPbuffer(display, pbuffer.draw);
 }
 
 void GlxWinsys::watchDisplay(void* display) const

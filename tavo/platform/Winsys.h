@@ -62,6 +62,12 @@ public:
 
     virtual PROC getProcAddress(const char* name) const = 0;
 
+    // The number of the configuration that a context was made with; 0 if it was made without.
+    virtual int getConfig(const NativeContext& context) const = 0;
+    // A drawable off screen for such contexts; nothing if the driver makes none.
+    virtual std::optional<NativeDrawable> makePbuffer(const NativeContext& context, int width, int height) const = 0;
+    virtual void destroyPbuffer(const NativeDrawable& pbuffer) const = 0;
+
     // Makes sure that forgetHandlesOf() is called when the display is closed.
     virtual void watchDisplay(void* display) const = 0;
 

@@ -56,6 +56,11 @@ void forgetHandle(HGLRC handle)
     tables().contexts.forget(handle);
 }
 
+void forgetHandle(HDC handle)
+{
+    tables().drawables.forget(handle);
+}
+
 void forgetHandlesOf(const void* display)
 {
     tables().contexts.forgetDisplay(display);

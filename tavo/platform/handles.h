@@ -15,6 +15,7 @@ std::optional<NativeContext> getNative(HGLRC handle);
 std::optional<NativeDrawable> getNative(HDC handle);
 
 void forgetHandle(HGLRC handle);
+void forgetHandle(HDC handle);
 void forgetHandlesOf(const void* display);
 
 } // namespace tavo

@@ -1,10 +1,14 @@
 #include "tavo/platform/wgl.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
+#include <utility>
 
 #include "tavo/platform/EglWinsys.h"
 #include "tavo/platform/GlxWinsys.h"
 #include "tavo/platform/handles.h"
+#include "tavo/platform/pbuffers.h"
 
 namespace {
 
@@ -34,12 +38,22 @@ bool makeRoomFor(const NativeContext& context)
 
 const char* getExtensionsString(HDC deviceContext)
 {
-    return tavo::getNative(deviceContext) ? "WGL_ARB_extensions_string" : nullptr;
+    return tavo::getNative(deviceContext) ? "WGL_ARB_extensions_string WGL_ARB_pbuffer" : nullptr;
 }
 
 PROC getWglProcAddress(std::string_view name)
 {
-    return name == "wglGetExtensionsStringARB" ? reinterpret_cast<PROC>(getExtensionsString) : nullptr;
+    const std::pair<std::string_view, PROC> known[] = {
+        {"wglGetExtensionsStringARB", reinterpret_cast<PROC>(getExtensionsString)},
+        {"wglCreatePbufferARB", reinterpret_cast<PROC>(tavo::createPbuffer)},
+        {"wglGetPbufferDCARB", reinterpret_cast<PROC>(tavo::getPbufferDC)},
+        {"wglReleasePbufferDCARB", reinterpret_cast<PROC>(tavo::releasePbufferDC)},
+        {"wglDestroyPbufferARB", reinterpret_cast<PROC>(tavo::destroyPbuffer)},
+        {"wglQueryPbufferARB", reinterpret_cast<PROC>(tavo::queryPbuffer)},
+    };
+    const auto found =
+        std::find_if(std::begin(known), std::end(known), [name](const auto& entry) { return entry.first == name; });
+    return found != std::end(known) ? found->second : nullptr;
 }
 
 } // namespace
@@ -67,6 +81,12 @@ int wglMakeCurrent(HDC deviceContext, HGLRC renderingContext)
     if (!context || !drawable || drawable->winsys != context->winsys || drawable->display != context->display)
         return 0;
     return makeRoomFor(*context) && context->winsys->makeCurrent(*drawable, *context);
+}
+
+int GetPixelFormat(HDC deviceContext)
+{
+    const auto context = getCurrentNative();
+    return context && deviceContext == wglGetCurrentDC() ? context->winsys->getConfig(*context) : 0;
 }
 
 PROC wglGetProcAddress(const char* name)

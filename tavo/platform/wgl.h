@@ -43,10 +43,15 @@ TAVO_WGL_EXPORT HDC wglGetCurrentDC();
 // the driver decides: some go on drawing to what they have of one that was drawn to before.
 TAVO_WGL_EXPORT int wglMakeCurrent(HDC deviceContext, HGLRC renderingContext);
 
+// The number of the pixel format, GLX's and EGL's configuration, of the current context's device context; 0 for any
+// other.
+TAVO_WGL_EXPORT int GetPixelFormat(HDC deviceContext);
+
 // The entry point of that name for the current context's window system and driver; null if there is none, or if no
-// context is current. Of the names that begin with "wgl" it knows only "wglGetExtensionsStringARB", whose function
-// (const char* (HDC)) answers null for an unknown handle. GLX and EGL answer with some address for any name that looks
-// like a GL function's: whether the driver has the function, its extension string says.
+// context is current. Of the names that begin with "wgl" it knows "wglGetExtensionsStringARB", whose function
+// (const char* (HDC)) answers null for an unknown handle, and those of WGL_ARB_pbuffer: a pbuffer is made with the
+// current context's device context and its format, and without attributes. GLX and EGL answer with some address for any
+// name that looks like a GL function's: whether the driver has the function, its extension string says.
 TAVO_WGL_EXPORT PROC wglGetProcAddress(const char* name);
 }
 

@@ -1,7 +1,6 @@
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 
 #include <QCursor>
-#include <QGLFramebufferObject>
 #include <QGLWidget>
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -25,6 +24,8 @@
 #include "vireo/context/GLExtensions.h"
 #include "vireo/displayers/GLEventConfiguration.h"
 #include "vireo/displayers/GLEventObject.h"
+#include "vireo/displayers/ViewContext.h"
+#include "vireo/displayers/ViewPicture.h"
 #include "vireo/displayers/canTakeOver.h"
 #include "vireo/displayers/outOfView.h"
 
@@ -136,9 +137,6 @@ public:
 
     GLEventObject* getObject() { return m_Object; }
 
-    // Makes the context current that the shown object was drawn in, if it was: names of it may be freed.
-    void makeDrawnCurrent();
-
     // Takes the object over; the old one is freed.
     void setObject(std::unique_ptr<GLEventObject> object);
 
@@ -162,13 +160,19 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    MyGLWidget(ViewContext* context, QWidget* parent);
+
     template <typename Code>
     void handle(Code code);
+    void makeContext();
+    // Makes the context current that the shown object was drawn in, if it was: it may free names of it.
+    void makeDrawnCurrent();
     void paint();
     void drawObject();
     void warnIfOutOfView(const BoundingBox<float, 3>& box);
 
     Camera m_Camera;
+    ViewContext& m_ViewContext; // of the base, which owns it
     GLContext* m_Context;
     GLEventObject* m_Object;
     ExaminerCameraController m_Controller;
@@ -180,7 +184,12 @@ private:
 };
 
 GLEventDisplayerWidget::MyGLWidget::MyGLWidget(QWidget* parent)
-    : QGLWidget(parent)
+    : MyGLWidget(new ViewContext, parent)
+{}
+
+GLEventDisplayerWidget::MyGLWidget::MyGLWidget(ViewContext* context, QWidget* parent)
+    : QGLWidget(context, parent)
+    , m_ViewContext(*context)
     , m_Context(nullptr)
     , m_Object(nullptr)
 {
@@ -213,6 +222,8 @@ void GLEventDisplayerWidget::MyGLWidget::makeDrawnCurrent()
 void GLEventDisplayerWidget::MyGLWidget::setObject(std::unique_ptr<GLEventObject> object)
 {
     m_HasWarned = false;
+    if (m_Object)
+        makeDrawnCurrent();
     const GLEventObject* const old = std::exchange(m_Object, object.release());
     runGuarded([old] { delete old; });
 }
@@ -249,14 +260,20 @@ void GLEventDisplayerWidget::MyGLWidget::paintGL()
     }
 }
 
+// On the first call, makes the view current, and wraps what it is current with.
+void GLEventDisplayerWidget::MyGLWidget::makeContext()
+{
+    if (m_Context)
+        return;
+    makeCurrent();
+    if (!wglGetCurrentContext())
+        throw PException("GLEventDisplayerWidget::paintGL() - the view has no GL context");
+    m_Context = new GLContext(wglGetCurrentDC(), wglGetCurrentContext(), nullptr, nullptr);
+}
+
 void GLEventDisplayerWidget::MyGLWidget::paint()
 {
-    if (!m_Context) {
-        makeCurrent();
-        if (!wglGetCurrentContext())
-            throw PException("GLEventDisplayerWidget::paintGL() - the view has no GL context");
-        m_Context = new GLContext(wglGetCurrentDC(), wglGetCurrentContext(), nullptr, nullptr);
-    }
+    makeContext();
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     if (width() >= 1 && height() >= 1 && m_Object)
@@ -290,30 +307,13 @@ void GLEventDisplayerWidget::MyGLWidget::drawObject()
     }
 }
 
-// Draws into a framebuffer object, since pixels of a window that others cover are nobody's.
 QImage GLEventDisplayerWidget::MyGLWidget::getPicture()
 {
     if (size().isEmpty())
         return QImage();
     const CurrentContextGuard guard;
-    makeCurrent();
-    if (!QGLFramebufferObject::hasOpenGLFramebufferObjects()) {
-        updateGL();
-        return grabFrameBuffer();
-    }
-    QGLFramebufferObject target(size(), QGLFramebufferObject::CombinedDepthStencil);
-    // Twice, since the first shows the camera of the paint before.
-    for (int i = 0; i < 2; ++i) {
-        target.bind();
-        paintGL();
-        makeCurrent(); // whatever the object has left current
-    }
-    target.release();
-
-    // A window shows no alpha, whatever was drawn into it.
-    QImage picture = target.toImage();
-    picture.reinterpretAsFormat(QImage::Format_RGB32);
-    return picture.convertToFormat(QImage::Format_RGB888);
+    makeContext();
+    return takePicture(*this, m_ViewContext, [this] { paintGL(); });
 }
 
 // What every event handler does besides its own work.
@@ -473,7 +473,6 @@ void GLEventDisplayerWidget::take(SentObject& sent)
 {
     // Out of reach of a fault in an object's code, which passes over destructors.
     const InUse inUse(m_GlWidget->numUses());
-    m_GlWidget->makeDrawnCurrent();
     translateFaults([&] {
         const GLEventObject* const current = m_GlWidget->getObject();
         if (current && sent.updateExisting && canTakeOver(*current, *sent.object))

@@ -16,9 +16,9 @@ class GLEventConfiguration;
 // data of a newer object of its class, and makes the panel that configures it. Sent in a
 // GLEventDisplayer::SetNewGLEventObject, it belongs to the widget that shows it.
 //
-// What an object throws is reported, and the view lives on. Once it has been drawn, the context that it was drawn in is
-// current when it is updated and when the view frees it, so that it can free what it has there. Whatever it makes
-// current, what was current before the view called it is so again afterwards.
+// What an object throws is reported, and the view lives on. When the view frees an object that it has drawn, its
+// context is current, so that the object can free what it has there. Whatever an object makes current, what was current
+// before the view was called is so again afterwards.
 class VIREO_EXPORT GLEventObject : public Object
 {
 public:
@@ -48,7 +48,9 @@ public:
     virtual GLEventConfiguration* createConfigWindow(QWidget* parent) = 0;
 
     // Takes over the data of a newer object of the same class and keeps this object's own view settings. The newer
-    // object stays the caller's, who frees it afterwards.
+    // object stays the caller's, who frees it afterwards. The view's context is not current: the application may be in
+    // the middle of a frame of its own, which drivers may lose when another context is made current. What lives in GL
+    // is left to drawGL.
     virtual void updateData(GLEventObject* newer) = 0;
 
     // The class record, made by the first call; not to be asked for after shutdown.

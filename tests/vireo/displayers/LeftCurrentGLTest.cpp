@@ -7,6 +7,7 @@
 #include "tavo/base/debug/DebugSection.h"
 #include "tavo/base/debug/DebugWindow.h"
 #include "tavo/base/gui/WidgetPicture.h"
+#include "tests/support/CallRecorder.h"
 #include "tests/support/userEvents.h"
 #include "tests/vireo/CurrentState.h"
 #include "tests/vireo/displayers/TestEventObject.h"
@@ -171,7 +172,6 @@ public:
             m_Context->activate();
             m_Texture = makeTexture(m_Context.get());
         };
-        whenUpdated = [this] { m_Texture.reset(); };
     }
 
     unsigned int getName() const { return m_Texture->getTextureID(); }
@@ -190,6 +190,7 @@ protected:
         m_Application.context().makeCurrent();
         m_Context = std::make_unique<GLContext>(wglGetCurrentDC(), wglGetCurrentContext(), nullptr, nullptr);
         m_Context->activate();
+        TestEventObject::s_NumUpdates = 0;
         auto* const object = new TexturedObject;
         sendGLEventObject("object", object);
         EXPECT_TRUE(QTest::qWaitForWindowExposed(debugOutput.getWindow()));
@@ -228,11 +229,12 @@ TEST_F(TwoTreesGLTest, DeletesOfAnObjectThatIsReplacedHitItsOwnNames)
     EXPECT_TRUE(isInApplication());
 }
 
-TEST_F(TwoTreesGLTest, DeletesOfAnObjectThatIsUpdatedHitItsOwnNames)
+TEST_F(TwoTreesGLTest, UpdatesMakeNothingCurrent)
 {
-    sendGLEventObject("object", new TestEventObject);
-    EXPECT_FALSE(isInView());
-    EXPECT_TRUE(isInApplication());
+    m_Context->activate();
+    EXPECT_THAT(vireo_test::callsOf([] { sendGLEventObject("object", new TestEventObject); }),
+        testing::Each(testing::StartsWith("wglGetCurrent")));
+    EXPECT_EQ(TestEventObject::s_NumUpdates, 1);
 }
 
 TEST_F(TwoTreesGLTest, DeletesOfAnObjectWhoseWindowDiesHitItsOwnNames)

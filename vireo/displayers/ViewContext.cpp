@@ -1,0 +1,47 @@
+#include "vireo/displayers/ViewContext.h"
+
+#include <utility>
+
+#include "tavo/platform/wgl.h"
+#include "vireo/context/GLExtensions.h"
+
+namespace tavo {
+
+ViewContext::ViewContext()
+    : QGLContext(QGLFormat::defaultFormat())
+{}
+
+ViewContext::~ViewContext() = default;
+
+void ViewContext::makeCurrent()
+{
+    ++m_NumMadeCurrent;
+    QGLContext::makeCurrent();
+    if (m_PbufferDC)
+        wglMakeCurrent(m_PbufferDC, wglGetCurrentContext());
+}
+
+bool ViewContext::beginPbuffer(const QSize& size)
+{
+    if (!wglCreatePbufferARB)
+        return false;
+    const HDC window = wglGetCurrentDC();
+    m_Pbuffer = wglCreatePbufferARB(window, GetPixelFormat(window), size.width(), size.height(), nullptr);
+    m_PbufferDC = m_Pbuffer ? wglGetPbufferDCARB(m_Pbuffer) : nullptr;
+    if (m_PbufferDC && wglMakeCurrent(m_PbufferDC, wglGetCurrentContext()))
+        return true;
+    endPbuffer();
+    return false;
+}
+
+void ViewContext::endPbuffer()
+{
+    HDC__* const device = std::exchange(m_PbufferDC, nullptr);
+    makeCurrent();
+    if (device)
+        wglReleasePbufferDCARB(m_Pbuffer, device);
+    if (m_Pbuffer)
+        wglDestroyPbufferARB(std::exchange(m_Pbuffer, nullptr));
+}
+
+} // namespace tavo

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QGLContext>
+#include <QSize>
+
+struct HDC__;
+struct HPBUFFERARB__;
+
+namespace tavo {
+
+// The GL context of a view. It draws to the view's window or, for a picture, to a pbuffer of its own: whoever makes the
+// view current then, the shown object, or Qt in order to draw text, has the picture as framebuffer 0.
+class ViewContext : public QGLContext
+{
+public:
+    ViewContext();
+    ~ViewContext() override;
+    ViewContext(const ViewContext&) = delete;
+    ViewContext& operator=(const ViewContext&) = delete;
+
+    void makeCurrent() override;
+
+    // How often the context was made current so far.
+    unsigned int getNumMadeCurrent() const { return m_NumMadeCurrent; }
+
+    // From now on draws to a pbuffer of that size. The context must be current, and the entry points loaded. False, and
+    // nothing has changed, if the driver makes no pbuffer for this context.
+    bool beginPbuffer(const QSize& size);
+
+    // Draws to the window again. It becomes current.
+    void endPbuffer();
+
+private:
+    unsigned int m_NumMadeCurrent = 0;
+    HPBUFFERARB__* m_Pbuffer = nullptr;
+    HDC__* m_PbufferDC = nullptr;
+};
+
+} // namespace tavo

@@ -1,0 +1,111 @@
+#include "vireo/displayers/ViewPicture.h"
+
+#include <QGLFramebufferObject>
+#include <QGLWidget>
+#include <QScopeGuard>
+
+#include "vireo/context/GLExtensions.h"
+#include "vireo/displayers/ViewContext.h"
+
+#include <GL/gl.h>
+
+namespace tavo {
+
+namespace {
+
+using Paint = std::function<void()>;
+
+GLint boundFramebuffer()
+{
+    GLint framebuffer = 0;
+    if (glBindFramebufferEXT)
+        glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &framebuffer);
+    return framebuffer;
+}
+
+void bindFramebuffer(GLint framebuffer)
+{
+    if (glBindFramebufferEXT)
+        glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer);
+}
+
+void paintInto(QGLWidget& view, const Paint& paint)
+{
+    view.makeCurrent();
+    paint();
+    view.makeCurrent(); // whatever the object has left current
+}
+
+// Has glReadPixels write the rows of an image, whatever the object has set.
+void resetPixelSettings()
+{
+    for (const GLenum scale : {GL_RED_SCALE, GL_GREEN_SCALE, GL_BLUE_SCALE})
+        glPixelTransferf(scale, 1.0f);
+    for (const GLenum bias : {GL_RED_BIAS, GL_GREEN_BIAS, GL_BLUE_BIAS})
+        glPixelTransferf(bias, 0.0f);
+    glPixelTransferi(GL_MAP_COLOR, GL_FALSE);
+    for (const GLenum setting : {GL_PACK_SWAP_BYTES, GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS})
+        glPixelStorei(setting, 0);
+    glPixelStorei(GL_PACK_ALIGNMENT, 4);
+}
+
+// What has been drawn to the bound framebuffer, without alpha: a window shows none.
+QImage readPixels(const QSize& size, GLenum buffer)
+{
+    QImage picture(size, QImage::Format_RGB888);
+    glPushAttrib(GL_PIXEL_MODE_BIT);
+    glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+    resetPixelSettings();
+    glReadBuffer(buffer);
+    glReadPixels(0, 0, picture.width(), picture.height(), GL_RGB, GL_UNSIGNED_BYTE, picture.bits());
+    glPopClientAttrib();
+    glPopAttrib();
+    return picture.mirrored();
+}
+
+QImage paintToDrawable(QGLWidget& view, const Paint& paint)
+{
+    paintInto(view, paint);
+    const GLint framebuffer = boundFramebuffer();
+    bindFramebuffer(0);
+    const QImage picture = readPixels(view.size(), view.doubleBuffer() ? GL_BACK : GL_FRONT);
+    bindFramebuffer(framebuffer);
+    return picture;
+}
+
+// Null if the driver has no such object, or if it may have been left while the view was painted: somebody has bound
+// another one, or made the view current, as Qt does to draw text to the window.
+QImage paintToFramebufferObject(QGLWidget& view, const ViewContext& context, const Paint& paint)
+{
+    if (!QGLFramebufferObject::hasOpenGLFramebufferObjects())
+        return {};
+    QGLFramebufferObject target(view.size(), QGLFramebufferObject::CombinedDepthStencil);
+    if (!target.bind())
+        return {};
+    const unsigned int before = context.getNumMadeCurrent();
+    paint();
+    const bool wasMadeCurrent = context.getNumMadeCurrent() != before;
+    view.makeCurrent();
+    const bool isBound = boundFramebuffer() == static_cast<GLint>(target.handle());
+    const QImage picture = isBound && !wasMadeCurrent ? readPixels(view.size(), GL_COLOR_ATTACHMENT0_EXT) : QImage();
+    target.release();
+    return picture;
+}
+
+} // namespace
+
+QImage takePicture(QGLWidget& view, ViewContext& context, const Paint& paint)
+{
+    // Shows the camera of the paint before. Here, where the window is current as it will be later, the object makes
+    // what it draws with.
+    paintInto(view, paint);
+
+    if (context.beginPbuffer(view.size())) {
+        const auto end = qScopeGuard([&context] { context.endPbuffer(); });
+        return paintToDrawable(view, paint);
+    }
+    const QImage picture = paintToFramebufferObject(view, context, paint);
+    return picture.isNull() ? paintToDrawable(view, paint) : picture;
+}
+
+} // namespace tavo
