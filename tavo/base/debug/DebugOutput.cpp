@@ -5,6 +5,7 @@
 #include <QThread>
 #include <QTimer>
 #include <atomic>
+#include <condition_variable>
 #include <cstdio>
 #include <mutex>
 #include <sstream>
@@ -34,6 +35,7 @@ struct State
     std::mutex mutex;
     std::atomic<std::thread::id> windowThread;
     std::atomic<bool> isWindowThreadWaiting{false};
+    std::condition_variable windowThreadHasBeen;
     std::string text;
     LogText waiting; // for the window's log
     bool isLogScheduled = false;
@@ -52,21 +54,21 @@ class StateLock
 {
 public:
     StateLock()
+        : m_Lock(state().mutex, std::defer_lock)
     {
-        const bool isFirst = std::this_thread::get_id() == state().windowThread;
-        if (isFirst)
+        if (std::this_thread::get_id() == state().windowThread) {
             state().isWindowThreadWaiting = true;
-        else
-            state().isWindowThreadWaiting.wait(true);
-        state().mutex.lock();
-        if (isFirst) {
+            m_Lock.lock();
             state().isWindowThreadWaiting = false;
-            state().isWindowThreadWaiting.notify_all();
+            state().windowThreadHasBeen.notify_all();
+        } else {
+            m_Lock.lock();
+            state().windowThreadHasBeen.wait(m_Lock, [] { return !state().isWindowThreadWaiting; });
         }
     }
-    ~StateLock() { state().mutex.unlock(); }
-    StateLock(const StateLock&) = delete;
-    StateLock& operator=(const StateLock&) = delete;
+
+private:
+    std::unique_lock<std::mutex> m_Lock;
 };
 
 // Keeps the newest half when the text grows too long, from the start of a line on.
