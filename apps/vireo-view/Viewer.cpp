@@ -67,7 +67,8 @@ void show(Exhibit& exhibit, unsigned int sizeIndex)
         return;
     if (window->getSections().size() == 1) {
         window->setWindowTitle("vireo-view");
-        window->resize(WINDOW_SIZE.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
+        const QScreen* const screen = QGuiApplication::primaryScreen();
+        window->resize(screen ? WINDOW_SIZE.boundedTo(screen->availableSize()) : WINDOW_SIZE);
     }
     setViewSize(*window->getSections().back(), sizeIndex);
 }
@@ -214,10 +215,13 @@ void Viewer::savePictures()
         const QString file = directory.filePath(pictureName(number++, section->getName()));
         const std::size_t before = tavo::debugOutput.getText().size();
         const QImage picture = section->getPicture();
-        if (const std::string error = firstErrorSince(before); !error.empty())
+        if (const std::string error = firstErrorSince(before); !error.empty()) {
             fail(section->getName() + ": " + error);
-        if (const std::string error = tavo::savePicture(file, picture); !error.empty())
-            fail(file.toStdString() + ": the picture cannot be saved: " + error);
+            if (picture.isNull())
+                continue;
+        }
+        if (const std::string reason = tavo::savePicture(file, picture); !reason.empty())
+            fail(file.toStdString() + ": the picture cannot be saved: " + reason);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "apps/vireo-view/CommandLine.h"
 #include "apps/vireo-view/Viewer.h"
 #include "apps/vireo-view/VolumeDisplayer.h"
+#include "apps/vireo-view/qtMessages.h"
 #include "tavo/base/debug/EventDisplayer.h"
 #include "vireo/Library.h"
 #include "vireo/displayers/GLEventDisplayer.h"
@@ -65,7 +66,9 @@ int main(int argc, char** argv)
 
     // The displayers go with the QApplication, and so before their classes.
     const DisplayerClasses classes;
+    watchQtStart();
     const QApplication application(argc, argv);
+    qtHasStarted();
     const auto asked = parseCommandLine(QCoreApplication::arguments());
     if (const auto* const answer = std::get_if<Answer>(&asked))
         return give(*answer);

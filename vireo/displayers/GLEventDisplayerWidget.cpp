@@ -21,7 +21,7 @@
 #include "ui_GLEventDisplayerWidget.h"
 #include "vireo/context/CurrentContextGuard.h"
 #include "vireo/context/GLContext.h"
-#include "vireo/context/GLExtensions.h"
+#include "vireo/context/tidyUpGl.h"
 #include "vireo/displayers/GLEventConfiguration.h"
 #include "vireo/displayers/GLEventObject.h"
 #include "vireo/displayers/ViewContext.h"
@@ -73,39 +73,6 @@ unsigned int buttonNumber(Qt::MouseButton button)
     case Qt::MiddleButton: return ExaminerCameraController::MIDDLE_BUTTON;
     default: return 0;
     }
-}
-
-// Pops what an object that threw has left on a stack of the current context.
-template <typename Pop>
-void popDownTo(int wanted, GLenum depthName, Pop pop)
-{
-    GLint depth = wanted;
-    glGetIntegerv(depthName, &depth);
-    for (; depth > wanted; --depth)
-        pop();
-}
-
-// Closes the primitive and empties the stacks that an object has left behind by throwing.
-void tidyUpGl()
-{
-    constexpr int MOST_ERRORS = 16;
-
-    glEnd();
-    glEndList();
-    for (int i = 0; i < MOST_ERRORS && glGetError() != GL_NO_ERROR; ++i) {
-    }
-
-    popDownTo(0, GL_ATTRIB_STACK_DEPTH, glPopAttrib);
-    popDownTo(0, GL_CLIENT_ATTRIB_STACK_DEPTH, glPopClientAttrib);
-    glMatrixMode(GL_TEXTURE);
-    popDownTo(1, GL_TEXTURE_STACK_DEPTH, glPopMatrix);
-    glMatrixMode(GL_PROJECTION);
-    popDownTo(1, GL_PROJECTION_STACK_DEPTH, glPopMatrix);
-    glMatrixMode(GL_MODELVIEW);
-    popDownTo(1, GL_MODELVIEW_STACK_DEPTH, glPopMatrix);
-
-    if (glBindFramebufferEXT)
-        glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, 0);
 }
 
 // Says, while it lives, that code of a shown object is running.
@@ -164,7 +131,9 @@ private:
 
     template <typename Code>
     void handle(Code code);
-    void makeContext();
+    bool makeContext();
+    std::string withoutContext() const;
+    void reportMissingContext();
     // Makes the context current that the shown object was drawn in, if it was: it may free names of it.
     void makeDrawnCurrent();
     void paint();
@@ -181,6 +150,8 @@ private:
     int m_NumUses = 0;
     // Whether it was said of the shown object that it is out of view.
     bool m_HasWarned = false;
+    // Whether it was said that the view has no GL context.
+    bool m_IsReported = false;
 };
 
 GLEventDisplayerWidget::MyGLWidget::MyGLWidget(QWidget* parent)
@@ -197,6 +168,8 @@ GLEventDisplayerWidget::MyGLWidget::MyGLWidget(ViewContext* context, QWidget* pa
     m_Controller.setSize(width(), height());
     setFocusPolicy(Qt::StrongFocus);
     setPictureSource(this, [this] { return getPicture(); });
+    if (!isValid())
+        reportMissingContext();
 }
 
 GLEventDisplayerWidget::MyGLWidget::~MyGLWidget()
@@ -260,20 +233,36 @@ void GLEventDisplayerWidget::MyGLWidget::paintGL()
     }
 }
 
-// On the first call, makes the view current, and wraps what it is current with.
-void GLEventDisplayerWidget::MyGLWidget::makeContext()
+// The first time, makes the view current, and wraps what it is current with. False if there is nothing.
+bool GLEventDisplayerWidget::MyGLWidget::makeContext()
 {
     if (m_Context)
-        return;
+        return true;
     makeCurrent();
-    if (!wglGetCurrentContext())
-        throw PException("GLEventDisplayerWidget::paintGL() - the view has no GL context");
+    if (QGLContext::currentContext() != context() || !wglGetCurrentContext())
+        return false;
     m_Context = new GLContext(wglGetCurrentDC(), wglGetCurrentContext(), nullptr, nullptr);
+    return true;
+}
+
+std::string GLEventDisplayerWidget::MyGLWidget::withoutContext() const
+{
+    return "GLEventDisplayerWidget::paintGL() - the view has no GL context: " + m_ViewContext.getFailure();
+}
+
+// In the log, once: a view that can never be painted stays black.
+void GLEventDisplayerWidget::MyGLWidget::reportMissingContext()
+{
+    if (!std::exchange(m_IsReported, true))
+        displayPException(PException(withoutContext()));
 }
 
 void GLEventDisplayerWidget::MyGLWidget::paint()
 {
-    makeContext();
+    if (!makeContext()) {
+        reportMissingContext();
+        return;
+    }
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     if (width() >= 1 && height() >= 1 && m_Object)
@@ -312,7 +301,8 @@ QImage GLEventDisplayerWidget::MyGLWidget::getPicture()
     if (size().isEmpty())
         return QImage();
     const CurrentContextGuard guard;
-    makeContext();
+    if (!makeContext())
+        throw PException(withoutContext());
     return takePicture(*this, m_ViewContext, [this] { paintGL(); });
 }
 

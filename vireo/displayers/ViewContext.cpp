@@ -1,5 +1,6 @@
 #include "vireo/displayers/ViewContext.h"
 
+#include <QGuiApplication>
 #include <utility>
 
 #include "tavo/platform/wgl.h"
@@ -19,6 +20,13 @@ void ViewContext::makeCurrent()
     QGLContext::makeCurrent();
     if (m_PbufferDC)
         wglMakeCurrent(m_PbufferDC, wglGetCurrentContext());
+}
+
+std::string ViewContext::getFailure() const
+{
+    if (!QGLFormat::hasOpenGL())
+        return "Qt's platform \"" + QGuiApplication::platformName().toStdString() + "\" has no OpenGL here";
+    return isValid() ? "it cannot be made current" : "the OpenGL driver makes none";
 }
 
 bool ViewContext::beginPbuffer(const QSize& size)

@@ -2,6 +2,7 @@
 
 #include <QGLContext>
 #include <QSize>
+#include <string>
 
 struct HDC__;
 struct HPBUFFERARB__;
@@ -19,6 +20,9 @@ public:
     ViewContext& operator=(const ViewContext&) = delete;
 
     void makeCurrent() override;
+
+    // Why it is not current after makeCurrent(), as far as that can be known.
+    std::string getFailure() const;
 
     // How often the context was made current so far.
     unsigned int getNumMadeCurrent() const { return m_NumMadeCurrent; }

@@ -85,7 +85,8 @@ DebugWindow::DebugWindow()
     layout->addWidget(m_ClosedSections);
     layout->addWidget(splitter);
 
-    resize(PREFERRED_SIZE.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
+    const QScreen* const screen = QGuiApplication::primaryScreen(); // some platforms start without one
+    resize(screen ? PREFERRED_SIZE.boundedTo(screen->availableSize()) : PREFERRED_SIZE);
 }
 
 DebugWindow::~DebugWindow() = default;

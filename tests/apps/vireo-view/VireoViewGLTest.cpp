@@ -1,11 +1,7 @@
-#include <QCoreApplication>
-#include <QDir>
-#include <QImage>
 #include <gmock/gmock.h>
 
-#include "tests/apps/vireo-view/FilesTest.h"
 #include "tests/apps/vireo-view/NiftiFile.h"
-#include "tests/support/Program.h"
+#include "tests/apps/vireo-view/VireoViewTest.h"
 #include "tests/support/fullDevice.h"
 
 namespace vireo_view {
@@ -18,38 +14,7 @@ using testing::SizeIs;
 using testing::StartsWith;
 using vireo_test::Outcome;
 
-// Runs the program on files of the test's own.
-class VireoViewGLTest : public FilesTest
-{
-protected:
-    VireoViewGLTest() { m_Environment.insert("XDG_RUNTIME_DIR", QString::fromStdString(directory().string())); }
-
-    Outcome run(const QStringList& arguments)
-    {
-        return vireo_test::runProgram(
-            VIREO_VIEW, arguments, QString::fromStdString(directory().string()), m_Environment);
-    }
-
-    std::vector<std::string> pictures() const
-    {
-        std::vector<std::string> names;
-        for (const QString& name : picturesDirectory().entryList(QDir::Files, QDir::Name))
-            names.push_back(name.toStdString());
-        return names;
-    }
-
-    QImage picture(const char* name) const { return QImage(picturesDirectory().filePath(name)); }
-
-    QProcessEnvironment m_Environment = QProcessEnvironment::systemEnvironment();
-
-private:
-    QDir picturesDirectory() const { return QDir(QString::fromStdString((directory() / "pictures").string())); }
-
-    char m_Name[5] = "test";
-    char* m_Arguments[2] = {m_Name, nullptr};
-    int m_NumArguments = 1;
-    QCoreApplication m_Application{m_NumArguments, m_Arguments};
-};
+using VireoViewGLTest = VireoViewTest;
 
 // The smallest rectangle with everything that is not black.
 QRect drawnArea(const QImage& picture)

@@ -9,6 +9,7 @@
 #include <QResizeEvent>
 #include <QScreen>
 #include <QWheelEvent>
+#include <QWindow>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -942,6 +943,23 @@ TEST_F(GLEventDisplayerWidgetGLTest, MakesItsOwnContextOnTheFirstPaint)
     EXPECT_EQ(nextNumber(), before + 2) << "one by the paint, one by this test";
     grabPicture(m_Widget.get());
     EXPECT_EQ(nextNumber(), before + 3);
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, SaysOnceThatItsContextCannotBeMadeCurrent)
+{
+    const std::string message =
+        "GLEventDisplayerWidget::paintGL() - the view has no GL context: it cannot be made current";
+    m_View->windowHandle()->destroy();
+    const std::size_t before = debugOutput.getText().size();
+    callsOfPaint();
+    callsOfPaint();
+    EXPECT_EQ(newText(before), "error: " + message + "\n");
+    try {
+        grabPicture(m_Widget.get());
+        ADD_FAILURE() << "there is no picture";
+    } catch (const PException& exception) {
+        EXPECT_EQ(exception.getMessage(), message);
+    }
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, WaitsWhileTheShownObjectDrawsToReplaceIt)

@@ -1,0 +1,128 @@
+#include <gmock/gmock.h>
+#include <ostream>
+#include <sstream>
+
+#include "tests/apps/vireo-view/VireoViewTest.h"
+
+namespace vireo_view {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// A display, or a driver, that a program can meet, and what it has to say of it.
+struct PoorDisplay
+{
+    const char* name;
+    std::vector<std::pair<const char*, const char*>> variables; // to be unset, without a value
+    const char* line;
+};
+
+void PrintTo(const PoorDisplay& display, std::ostream* stream)
+{
+    *stream << display.name;
+}
+
+class PoorDisplaysGLTest : public VireoViewTest
+{
+protected:
+    PoorDisplaysGLTest() { write("c.csv", "t,a\n1,2\n2,3\n"); }
+
+    void set(const PoorDisplay& display)
+    {
+        for (const auto& [name, value] : display.variables) {
+            if (value)
+                m_Environment.insert(name, value);
+            else
+                m_Environment.remove(name);
+        }
+    }
+
+    // What the program itself has written: Qt and the driver have their own words.
+    static std::vector<std::string> ownLines(const std::string& errors)
+    {
+        std::vector<std::string> own;
+        std::istringstream lines(errors);
+        for (std::string line; std::getline(lines, line);)
+            if (line.starts_with("vireo-view: "))
+                own.push_back(line);
+        return own;
+    }
+};
+
+class WithoutPicturesGLTest : public PoorDisplaysGLTest, public testing::WithParamInterface<PoorDisplay>
+{};
+
+#define WITHOUT_CONTEXT                                                                                                \
+    "c.csv - a (2 to 3) over t (1 to 2): GLEventDisplayerWidget::paintGL() - the view has no GL context: "
+
+const PoorDisplay POOR_DISPLAYS[] = {
+    {"NoDisplay", {{"DISPLAY", nullptr}, {"QT_QPA_PLATFORM", "xcb"}}, "Qt cannot start: could not connect to display"},
+    {"NoAnswer", {{"DISPLAY", ":47110"}, {"QT_QPA_PLATFORM", "xcb"}},
+        "Qt cannot start: could not connect to display :47110"},
+    {"NoSuchPlatform", {{"QT_QPA_PLATFORM", "nonsense"}},
+        "Qt cannot start: Could not find the Qt platform plugin \"nonsense\" in \"\""},
+    {"Minimal", {{"QT_QPA_PLATFORM", "minimal"}}, WITHOUT_CONTEXT "Qt's platform \"minimal\" has no OpenGL here"},
+    {"OffscreenWithoutDisplay", {{"QT_QPA_PLATFORM", "offscreen"}, {"DISPLAY", nullptr}},
+        WITHOUT_CONTEXT "the OpenGL driver makes none"},
+    {"NoIntegration", {{"QT_XCB_GL_INTEGRATION", "none"}}, WITHOUT_CONTEXT "Qt's platform \"xcb\" has no OpenGL here"},
+    {"NoDriver", {{"LIBGL_DRIVERS_PATH", "/nonexistent"}}, WITHOUT_CONTEXT "the OpenGL driver makes none"},
+    {"Indirect", {{"LIBGL_ALWAYS_INDIRECT", "1"}}, WITHOUT_CONTEXT "the OpenGL driver makes none"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Displays, WithoutPicturesGLTest, testing::ValuesIn(POOR_DISPLAYS),
+    [](const auto& display) { return display.param.name; });
+
+TEST_P(WithoutPicturesGLTest, SaysWhyInOneLineAndEndsWithStatus1)
+{
+    set(GetParam());
+    const vireo_test::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_THAT(ownLines(outcome.errors), ElementsAre(std::string("vireo-view: ") + GetParam().line));
+    EXPECT_THAT(pictures(), IsEmpty());
+}
+
+// Without Qt's words about what failed first.
+TEST_F(PoorDisplaysGLTest, SaysNothingElseWithoutADisplay)
+{
+    set(POOR_DISPLAYS[0]);
+    const std::string line = "vireo-view: Qt cannot start: could not connect to display\n";
+    EXPECT_EQ(run({"c.csv", "--pictures", "pictures"}).errors, line);
+    EXPECT_EQ(run({"c.csv"}).errors, line) << "where a window is asked for, too";
+}
+
+TEST_F(PoorDisplaysGLTest, PassesOnWhatQtSaysIfItStarts)
+{
+    m_Environment.insert("QT_LOGGING_RULES", "qt.qpa.screen.debug=true");
+    const vireo_test::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_THAT(outcome.errors, HasSubstr("screen"));
+}
+
+TEST_F(PoorDisplaysGLTest, SaysThatThereIsNoContextInTooLittleAddressSpace)
+{
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer takes far more";
+#endif
+    const std::string command = "ulimit -v 300000; exec '" VIREO_VIEW "' c.csv --pictures pictures";
+    const vireo_test::Outcome outcome = vireo_test::runProgram(
+        "sh", {"-c", command.c_str()}, QString::fromStdString(directory().string()), m_Environment);
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_THAT(ownLines(outcome.errors), ElementsAre(HasSubstr("the view has no GL context")));
+}
+
+TEST_F(PoorDisplaysGLTest, SavesTheSamePictureWithoutTexturesOfAnySize)
+{
+    ASSERT_EQ(run({"c.csv", "--pictures", "pictures"}).exitStatus, 0);
+    ASSERT_EQ(pictures().size(), 1u);
+    const QImage usual = picture(pictures()[0].c_str());
+    m_Environment.insert("MESA_EXTENSION_OVERRIDE", "-GL_ARB_texture_non_power_of_two");
+    const vireo_test::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_THAT(ownLines(outcome.errors), IsEmpty());
+    EXPECT_EQ(picture(pictures()[0].c_str()), usual);
+}
+
+} // namespace
+} // namespace vireo_view
