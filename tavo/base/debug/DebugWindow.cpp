@@ -66,6 +66,8 @@ DebugWindow::DebugWindow()
     m_SectionLayout->addStretch();
     auto* scrollArea = new QScrollArea;
     scrollArea->setWidgetResizable(true);
+    // Always there: appearing, it would move the buttons of the sections away from under the pointer.
+    scrollArea->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     scrollArea->setWidget(sections);
 
     m_Log->setObjectName("log");

@@ -1,6 +1,10 @@
 #include "vireo/displayers/GLEventDisplayer.h"
 
+#include <QApplication>
+#include <QCursor>
 #include <QMetaMethod>
+#include <QPushButton>
+#include <QScrollArea>
 #include <gmock/gmock.h>
 #include <memory>
 #include <thread>
@@ -8,6 +12,7 @@
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/DebugSection.h"
 #include "tavo/base/debug/DebugWindow.h"
+#include "tests/support/userEvents.h"
 #include "tests/vireo/displayers/TestEventObject.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 
@@ -150,6 +155,39 @@ TEST_F(GLEventDisplayerTest, ReachesTheDebugWindow)
     EXPECT_EQ(section->getName(), "mine");
     EXPECT_NE(qobject_cast<GLEventDisplayerWidget*>(section->getDisplayerWidget()), nullptr);
     EXPECT_EQ(TestEventObject::s_NumLiving, 1);
+}
+
+// The pointer moves down with the button, but not sideways; nothing else may come to lie under it.
+TEST_F(GLEventDisplayerTest, KeepsTheButtonsUnderThePointerWhenItsSectionsOutgrowTheWindow)
+{
+    sendGLEventObject("upper", new TestEventObject);
+    sendGLEventObject("lower", new TestEventObject);
+    DebugWindow* const window = debugOutput.getWindow();
+    const auto widgetOf = [window](std::size_t section) {
+        return qobject_cast<GLEventDisplayerWidget*>(window->getSections().at(section)->getDisplayerWidget());
+    };
+    widgetOf(1)->setSizeIndex(9);
+    window->move(100, 50);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    QTest::qWait(20);
+    GLEventDisplayerWidget* const widget = widgetOf(0);
+    const auto* const scrollArea = window->findChild<QScrollArea*>();
+    const auto fit = [scrollArea] { return scrollArea->widget()->height() <= scrollArea->viewport()->height(); };
+    ASSERT_TRUE(fit());
+
+    auto* const button = widget->findChild<QPushButton*>("pbIncreaseSize");
+    QCursor::setPos(button->mapToGlobal(button->rect().center()));
+    const auto cursorOnButton = [button] { return button->mapFromGlobal(QCursor::pos()); };
+    const int y = cursorOnButton().y();
+    while (fit()) {
+        ASSERT_EQ(QApplication::widgetAt(QCursor::pos()), button);
+        const unsigned int before = widget->getSizeIndex();
+        vireo_test::clickMouse(button);
+        ASSERT_EQ(widget->getSizeIndex(), before + 1);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return cursorOnButton().y() == y; })) << "the button follows";
+        QTest::qWait(50); // and the scroll bar may
+    }
+    EXPECT_EQ(QApplication::widgetAt(QCursor::pos()), button);
 }
 
 TEST_F(GLEventDisplayerTest, FreesWhatIsNotDelivered)
