@@ -13,6 +13,7 @@
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/GLTest.h"
+#include "tests/support/extensions.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/GLObject.h"
@@ -291,6 +292,7 @@ TEST_F(GLContextGLTest, IsActiveAsAWholeTree)
 
 TEST_F(GLContextGLTest, DeletesAtOnceWhileActive)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const auto native = makeSharedContext();
     const auto root = makeRoot();
     OpenContext child(*native, root.get());
@@ -331,6 +333,7 @@ TEST_F(GLContextGLTest, DeletesInWhateverContextIsCurrentWhileItCountsAsActive)
 
 TEST_F(GLContextGLTest, QueuesWhileInactiveAndDeletesEachKindByOneCallOnActivation)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const auto native = makeSharedContext();
     const auto root = makeRoot();
     OpenContext child(*native, root.get());

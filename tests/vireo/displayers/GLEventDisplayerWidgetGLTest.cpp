@@ -26,6 +26,7 @@
 #include "tavo/base/gui/WidgetPicture.h"
 #include "tavo/platform/wgl.h"
 #include "tests/support/CallRecorder.h"
+#include "tests/support/extensions.h"
 #include "tests/support/userEvents.h"
 #include "tests/vireo/displayers/Failure.h"
 #include "tests/vireo/displayers/TestEventObject.h"
@@ -826,6 +827,9 @@ TEST_P(GLEventDisplayerWidgetThrowGLTest, SurvivesDrawingForAnEvent)
     showWidget();
     auto* object = new TestEventObject;
     show(object);
+    // Qt makes pictures of a view in a texture of its size.
+    m_View->makeCurrent();
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     object->whenDrawn = [] { failure().code(); };
     const std::function<void()> events[] = {
         [this] { pressKey(m_View, Qt::Key_A); },
@@ -1012,6 +1016,9 @@ TEST_F(GLEventDisplayerWidgetGLTest, GivesAPictureEvenWhereItsWindowIsCovered)
         glClear(GL_COLOR_BUFFER_BIT);
     };
     show(object);
+    // Qt makes pictures of a view in a texture of its size.
+    m_View->makeCurrent();
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     m_Widget->move(-1000, -1000);
     settle();
     const QImage picture = grabPicture(m_Widget.get());

@@ -8,6 +8,7 @@
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/Picture.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
 #include "vireo/geometry/GLGeometryList.h"
 
@@ -92,6 +93,7 @@ TEST_F(GLGeometryListGLTest, RecordsWithoutGL)
 
 TEST_F(GLGeometryListGLTest, CompilesPositionsAlone)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     m_List.begin(GL_POINTS);
     m_List.vertex3f(1, 2, 3);
     const std::array<float, 3> second{4, 5, 6};
@@ -120,6 +122,7 @@ TEST_F(GLGeometryListGLTest, OrdersUsedAttributesAsPositionNormalColourTextureCo
 
 TEST_F(GLGeometryListGLTest, FeedsGenericAttributesWithoutTheMappingFlag)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     m_List.texCoord4f(0, 0, 0, 0);
     m_List.vertex3f(0, 0, 0);
     m_List.end();
@@ -206,6 +209,7 @@ TEST_F(GLGeometryListGLTest, NeverLowersTheNumberOfComponents)
 
 TEST_F(GLGeometryListGLTest, DrawsItsPrimitivesInTheirOrder)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     m_List.begin(GL_TRIANGLES);
     recordVertices(3);
     m_List.end();
@@ -223,6 +227,7 @@ TEST_F(GLGeometryListGLTest, DrawsItsPrimitivesInTheirOrder)
 
 TEST_F(GLGeometryListGLTest, KeepsAnyNumberOfVerticesInTheirOrder)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     constexpr unsigned int COUNT = 5'000;
     for (unsigned int i = 0; i < COUNT; ++i) {
         m_List.vertex3f(static_cast<float>(i), -1, 2);
@@ -243,6 +248,7 @@ TEST_F(GLGeometryListGLTest, KeepsAnyNumberOfVerticesInTheirOrder)
 
 TEST_F(GLGeometryListGLTest, CountsVerticesBetweenPrimitivesToTheNext)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     recordVertices(2);
     m_List.begin(GL_LINE_STRIP);
     recordVertices(1);
@@ -260,6 +266,7 @@ TEST_F(GLGeometryListGLTest, CountsVerticesBetweenPrimitivesToTheNext)
 // Which reaches beyond the buffer; deliberately.
 TEST_F(GLGeometryListGLTest, DrawsAsManyVerticesAsThereAreForAnEmptyPrimitive)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     m_List.begin(GL_POINTS);
     recordVertices(5);
     m_List.end();
@@ -270,6 +277,7 @@ TEST_F(GLGeometryListGLTest, DrawsAsManyVerticesAsThereAreForAnEmptyPrimitive)
 
 TEST_F(GLGeometryListGLTest, OnlyBindsAndUnbindsWithoutPrimitives)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     recordVertices(2);
     m_List.compile(context(), false);
     EXPECT_THAT(callsOf([&] { m_List.execute(context()); }), SizeIs(5u));
@@ -522,6 +530,7 @@ TEST_F(GLGeometryListGLTest, LightsByColoursInsteadOfNormals)
 
 TEST_F(GLGeometryListGLTest, FeedsAVertexProgram)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     useVertexProgram(PROGRAM_OF_ATTRIBUTES);
     m_List.texCoord4f(0, 1, 0, 1); // attribute 1: there are no normals and no colours
     m_List.begin(GL_QUADS);

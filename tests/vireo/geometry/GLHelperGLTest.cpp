@@ -7,6 +7,7 @@
 #include "tavo/points/VertexDescriptor.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/PictureComparison.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
 #include "vireo/geometry/GLHelper.h"
 
@@ -145,6 +146,7 @@ using GLHelperGLTest = ContextTest;
 
 TEST_F(GLHelperGLTest, PointsTheTargetsArraysIntoTheSourcesBytes)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const VertexDescriptor source = makeLayout({{"normal", 3, FLOAT}, {"color", 4, FLOAT}, {"position", 3, FLOAT}});
     const VertexDescriptor target = makeLayout({{"position", 2, FLOAT}, {"color", 4, FLOAT}});
     EXPECT_THAT(bindingCalls(source, target),
@@ -158,6 +160,7 @@ TEST_F(GLHelperGLTest, PointsTheTargetsArraysIntoTheSourcesBytes)
 
 TEST_F(GLHelperGLTest, LeavesOutTargetAttributesThatAreNotFloat)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const VertexDescriptor source = makeLayout({{"position", 3, FLOAT}, {"color", 4, BYTE}, {"index", 1, INT}});
     const VertexDescriptor target =
         makeLayout({{"color", 4, BYTE}, {"index", 1, INT}, {"position", 3, FLOAT}, {"color", 4, 5}});
@@ -170,6 +173,7 @@ TEST_F(GLHelperGLTest, LeavesOutTargetAttributesThatAreNotFloat)
 
 TEST_F(GLHelperGLTest, GoesByTheTargetsTypeAloneEvenWhereTheSourceHasAnother)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const VertexDescriptor source = makeLayout({{"color", 4, BYTE}});
     const VertexDescriptor target = makeLayout({{"color", 4, FLOAT}});
     EXPECT_THAT(bindingCalls(source, target),
@@ -178,6 +182,7 @@ TEST_F(GLHelperGLTest, GoesByTheTargetsTypeAloneEvenWhereTheSourceHasAnother)
 
 TEST_F(GLHelperGLTest, LeavesOutTargetAttributesThatTheSourceLacks)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const VertexDescriptor source = makeLayout({{"position", 3, FLOAT}});
     const VertexDescriptor target = makeLayout({{"normal", 3, FLOAT}, {"position", 3, FLOAT}, {"texcoord", 2, FLOAT}});
     EXPECT_THAT(bindingCalls(source, target),
@@ -188,6 +193,7 @@ TEST_F(GLHelperGLTest, LeavesOutTargetAttributesThatTheSourceLacks)
 
 TEST_F(GLHelperGLTest, UnbindsEveryAttributeOfTheTarget)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const VertexDescriptor source = makeLayout({{"position", 3, FLOAT}});
     const VertexDescriptor target = makeLayout({{"position", 3, FLOAT}, {"color", 4, BYTE}, {"normal", 3, FLOAT}});
     bindingCalls(source, target);
@@ -202,6 +208,7 @@ TEST_F(GLHelperGLTest, UnbindsEveryAttributeOfTheTarget)
 
 TEST_F(GLHelperGLTest, DrawsTheWholeVerticesThatTheBytesHold)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const VertexDescriptor layout = makeLayout({{"position", 3, FLOAT}});
     EXPECT_THAT(drawingCalls(100, layout, GL_POINTS),
         ElementsAre("glEnableVertexAttribArrayARB(0)", "glVertexAttribPointerARB(0, 3, GL_FLOAT, GL_FALSE, 12, data)",
@@ -211,6 +218,7 @@ TEST_F(GLHelperGLTest, DrawsTheWholeVerticesThatTheBytesHold)
 
 TEST_F(GLHelperGLTest, DrawsNothingOfLessBytesThanAVertexHas)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const VertexDescriptor layout = makeLayout({{"position", 3, FLOAT}});
     EXPECT_THAT(drawingCalls(11, layout, GL_TRIANGLES), Contains("glDrawArrays(GL_TRIANGLES, 0, 0)"));
 }
@@ -225,6 +233,7 @@ TEST_F(GLHelperGLTest, RefusesToDrawVerticesWithoutBytes)
 
 TEST_F(GLHelperGLTest, DrawsClientVerticesUnderAProgram)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     struct Vertex
     {
         std::array<float, 4> colour;

@@ -9,6 +9,7 @@
 #include "tests/support/EntryPoints.h"
 #include "tests/support/Picture.h"
 #include "tests/support/PictureComparison.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
 #include "vireo/geometry/GLSimpleObjects.h"
 
@@ -322,11 +323,13 @@ const Calls CUBE_OF_10_20_30_AND_4{
 
 TEST_F(GLSimpleObjectsGLTest, SendsACubeOfGenericAttributes)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     EXPECT_EQ(callsOf([] { drawGlArbCube({10, 20, 30}, {7, 8, 9}, 4); }), CUBE_OF_10_20_30_AND_4);
 }
 
 TEST_F(GLSimpleObjectsGLTest, LoadsTheAttributesOfTheCubeIfNeedBe)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     glVertexAttrib3fvARB = nullptr;
     Calls calls = callsOf([] { drawGlArbCube({10, 20, 30}, {7, 8, 9}, 4); });
     EXPECT_NE(glVertexAttrib3fvARB, nullptr);
@@ -348,6 +351,7 @@ TEST_F(GLSimpleObjectsGLTest, LeavesTheQuadsEmptyWithoutTheAttributesOfTheCube)
 
 TEST_F(GLSimpleObjectsGLTest, ShowsACubeUnderAVertexProgram)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     // The face's normal, made positive, as colour, tinted by attribute 3; the centre and size of attribute 2 put the
     // cube back to the origin and to the size 1.
     useVertexProgram("!!ARBvp1.0\n"

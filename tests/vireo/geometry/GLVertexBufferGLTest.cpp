@@ -8,6 +8,7 @@
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/Picture.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
 #include "vireo/geometry/GLVertexBuffer.h"
 
@@ -182,6 +183,7 @@ TEST_F(GLVertexBufferGLTest, PrintsNothingIfStorageIsRefused)
 
 TEST_F(GLVertexBufferGLTest, BindsGenericAttributesByIndex)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const auto buffer =
         makeBuffer(makeLayout({{"anything", 2, FLOAT}, {"color", 4, BYTE}, {"index", 1, INT}, {"other", 3, 7}}), 1);
     EXPECT_THAT(bindingCalls(*buffer, false),
@@ -215,6 +217,7 @@ TEST_F(GLVertexBufferGLTest, LeavesOutNormalsThatAreNotOfThreeComponents)
 
 TEST_F(GLVertexBufferGLTest, UnbindsWhatItBound)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const auto buffer = makeBuffer(makeLayout({{"position", 3, FLOAT}, {"weight", 1, FLOAT}, {"normal", 3, FLOAT},
                                        {"color", 4, BYTE}, {"texcoord", 2, FLOAT}}),
         1);
@@ -309,6 +312,7 @@ TEST_F(GLVertexBufferGLTest, DoesNotAskForItsContextWhereItSaysSo)
 
 TEST_F(GLVertexBufferGLTest, RefusesToBindWithoutAContext)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     const auto buffer = makeBuffer(makeLayout({{"position", 3, FLOAT}}), 3);
     destroyContext();
     EXPECT_THAT(callsOf([&] {
@@ -385,6 +389,7 @@ TEST_F(GLVertexBufferGLTest, LightsByItsNormalsAndTexturesByItsCoordinates)
 
 TEST_F(GLVertexBufferGLTest, FeedsAVertexProgramByIndex)
 {
+    NEEDS_EXTENSION("GL_ARB_vertex_program");
     struct Vertex
     {
         std::array<float, 2> position;
@@ -458,6 +463,7 @@ private:
 
 TEST_F(GLVertexBufferGLTest, DrawsVerticesThatWereRenderedAsFloats)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_float");
     const auto buffer =
         makeBuffer(makeLayout({{"position", 4, FLOAT}, {"color", 4, FLOAT}}), 8, GLVertexBuffer::TYPE_RENDERED32);
     constexpr int left = 2; // in vertices

@@ -9,6 +9,7 @@
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/PictureComparison.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/Undestroyed.h"
 #include "tests/vireo/offscreen/OffscreenTest.h"
 #include "vireo/offscreen/GLImage.h"
@@ -293,6 +294,7 @@ TEST_F(GLImageGLTest, CopiesLetGoAsTheirOriginalsWould)
 
 TEST_F(GLImageGLTest, AsksTheCacheForWhatItIsGiven)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     GLImage image;
     image.setup(cache(), 9, 5, 3, false, true, true, true, false);
     const GLRenderTextureFBO* const target = image.getRenderTexture();
@@ -315,6 +317,7 @@ TEST_F(GLImageGLTest, AsksTheCacheForWhatItIsGiven)
 
 TEST_F(GLImageGLTest, IsOfTheKindOfAnotherImage)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     for (const unsigned int flags : {0u, FLOAT16, FLOAT32, RECTANGLE}) {
         GLImage other;
         other.setup(make(6, 4, 3, flags).release(), true);
@@ -472,6 +475,7 @@ struct Shape
 
 TEST_F(GLImageGLTest, KnowsSquaresAndPowersOfTwo)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const Shape shapes[] = {{512, 256, false, true}, {64, 64, true, true}, {1, 1, true, true}, {0, 0, true, false},
         {0, 4, false, false}, {4, 0, false, false}, {3, 3, true, false}, {4, 6, false, false}, {6, 4, false, false}};
     for (const Shape& shape : shapes) {
@@ -488,6 +492,7 @@ TEST_F(GLImageGLTest, KnowsSquaresAndPowersOfTwo)
 
 TEST_F(GLImageGLTest, PassesItsUseOnToTheRenderTexture)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const auto target = make(6, 4, 4, 0);
     GLImage image;
     image.setup(target.get(), false);
@@ -531,6 +536,7 @@ TEST_F(GLImageGLTest, CopiesNothingOfAnotherImage)
 
 TEST_F(GLImageGLTest, IsReadBack)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     for (const unsigned int flags : {0u, RECTANGLE}) {
         GLImage image;
         image.setup(make(14, 6, 4, flags).release(), true);
@@ -640,6 +646,7 @@ RGBAImage makeLetter()
 // Draws into a larger target, whose picture is compared.
 TEST_F(GLImageGLTest, FillsTheViewport)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     RGBAImage letter = makeLetter();
     GLImage image;
     image.setup(cache(), &letter);
@@ -724,6 +731,7 @@ TEST_F(GLImageGLTest, DrawsNothingInAViewportAsWideAsFarToTheRight)
 
 TEST_F(GLImageGLTest, LosesNoNames)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     RGBAImage picture(3, 3);
     auto lender = make(2, 2, 4, 0);
     {

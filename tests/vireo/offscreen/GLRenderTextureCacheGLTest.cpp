@@ -14,6 +14,7 @@
 
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/PrivateMember.h"
 #include "tests/vireo/offscreen/OffscreenTest.h"
 #include "vireo/offscreen/GLRenderTextureCache.h"
@@ -171,6 +172,7 @@ TEST_F(GLRenderTextureCacheGLTest, PassesOverOlderOnesOfOtherKinds)
 
 TEST_F(GLRenderTextureCacheGLTest, FindsEachOfManyKinds)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     constexpr unsigned int numKinds = 100;
     std::vector<GLRenderTextureFBO*> targets;
     for (unsigned int i = 0; i < numKinds; ++i)
@@ -327,6 +329,7 @@ TEST_F(GLRenderTextureCacheGLTest, ServesRequestsWithEqualKeysAlike)
 
 TEST_F(GLRenderTextureCacheGLTest, KeepsKindsApart)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const Request kinds[] = {
         {},
         {.width = 5},
@@ -355,6 +358,7 @@ TEST_F(GLRenderTextureCacheGLTest, KeepsKindsApart)
 
 TEST_F(GLRenderTextureCacheGLTest, AnnouncesHowManyThereAre)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const DebugText debug;
     GLRenderTextureFBO* const a = get({});
     EXPECT_EQ(debug.text(), message(1));
@@ -375,6 +379,7 @@ TEST_F(GLRenderTextureCacheGLTest, AnnouncesHowManyThereAre)
 
 TEST_F(GLRenderTextureCacheGLTest, HandsOutNothingWhereTheDriverRefuses)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     GLRenderTextureFBO* const target = get({});
     const DebugText debug;
     const NumNames before = countNames();

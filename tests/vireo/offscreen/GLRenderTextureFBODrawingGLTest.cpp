@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tests/support/PictureComparison.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/offscreen/OffscreenTest.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
 
@@ -42,6 +43,7 @@ void drawNearThenFar()
 
 TEST_F(GLRenderTextureFBODrawingGLTest, HidesWhatIsFartherOnlyWithADepthBuffer)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const Pixel red{255, 0, 0, 255};
     const Pixel green{0, 255, 0, 255};
     for (const unsigned int flags : {0u, DEPTH, RECTANGLE, RECTANGLE | DEPTH}) {
@@ -79,6 +81,7 @@ TEST_F(GLRenderTextureFBODrawingGLTest, DrawsThroughAStencil)
 
 TEST_F(GLRenderTextureFBODrawingGLTest, LeavesTheWindowAloneInAViewportThatIsNotAtTheOrigin)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const Pixel background{1, 2, 3, 4};
     const Pixel inside{90, 91, 92, 93};
     glClearColor(1 / 255.f, 2 / 255.f, 3 / 255.f, 4 / 255.f);

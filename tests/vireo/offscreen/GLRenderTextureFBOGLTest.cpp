@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tests/support/CallRecorder.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/PrivateMember.h"
 #include "tests/vireo/Undestroyed.h"
 #include "tests/vireo/offscreen/OffscreenTest.h"
@@ -84,6 +85,7 @@ TEST_F(GLRenderTextureFBOGLTest, StartsEmptyAndDiesSo)
 
 TEST_F(GLRenderTextureFBOGLTest, IsMadeOfA2DTexture)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     auto target = make();
     CallRecorder recorder;
     EXPECT_TRUE(target->create(100, 60, 4, 0));
@@ -224,6 +226,7 @@ TEST_F(GLRenderTextureFBOGLTest, IsMadeOfARectangleOfFloats)
 // Deliberate: only rectangles have floats.
 TEST_F(GLRenderTextureFBOGLTest, HasBytesInA2DTextureWhateverTheFlagsSay)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     for (const unsigned int flags : {FLOAT16, FLOAT32, FLOAT16 | FLOAT32}) {
         auto target = make();
         CallRecorder recorder;
@@ -300,7 +303,7 @@ TEST_F(GLRenderTextureFBOGLTest, LeavesTheOldObjectsAloneWhenItIsMadeAgain)
 // Deliberate, too, whichever of the two comes first.
 TEST_F(GLRenderTextureFBOGLTest, LeavesTheOldObjectsAloneWhereDepthTexturesAreMade)
 {
-    const auto makeAgain = [this](GLRenderTextureFBO& target, auto makeIt) {
+    const auto makeAgain = [](GLRenderTextureFBO& target, auto makeIt) {
         const std::unique_ptr<GLTexture> old(target.*memberOf(TextureMember()));
         const Calls calls = callsOf([&] { EXPECT_TRUE(makeIt()); });
         for (const std::string& call : calls)
@@ -394,6 +397,7 @@ TEST_F(GLRenderTextureFBOGLTest, LeavesDepthTexturesOfNoSizeToTheDriver)
 // Deliberate.
 TEST_F(GLRenderTextureFBOGLTest, CountsAsADepthTextureForEver)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const auto target = make();
     EXPECT_FALSE(target->createDepthTexture(3, 3));
     EXPECT_TRUE(target->create(3, 3, 4, 0));
@@ -450,6 +454,7 @@ TEST_F(GLRenderTextureFBOGLTest, LeavesItsFramebufferToADyingContext)
 
 TEST_F(GLRenderTextureFBOGLTest, LosesNoNamesButItsDepthAndStencilBuffers)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     NumNames expected;
     for (unsigned int i = 0; i < 200; ++i) {
         const unsigned int flags = i % 32 & ~(FLOAT16 | FLOAT32);

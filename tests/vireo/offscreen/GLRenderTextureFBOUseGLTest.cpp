@@ -4,6 +4,7 @@
 #include <string>
 
 #include "tests/support/CallRecorder.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/offscreen/OffscreenTest.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
 #include "vireo/textures/GLTexture.h"
@@ -21,6 +22,7 @@ using GLRenderTextureFBOUseGLTest = OffscreenTest;
 
 TEST_F(GLRenderTextureFBOUseGLTest, IsActivatedAndDeactivated)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const auto target = make(20, 10, 4, 0);
     const std::string framebuffer = namesOf(*target).framebuffer;
     setViewport({3, 4, 50, 40});
@@ -70,6 +72,7 @@ TEST_F(GLRenderTextureFBOUseGLTest, IsStillDrawnIntoWhenItIsBoundWhileActive)
 // Deliberate: not to the framebuffer that was bound before.
 TEST_F(GLRenderTextureFBOUseGLTest, LeavesNestedTargetsForTheWindow)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const auto outer = make(20, 10, 4, 0);
     const auto inner = make(6, 6, 4, 0);
     setViewport({1, 2, 30, 40});
@@ -168,6 +171,7 @@ void startOver(GLRenderTextureFBO& target, const Viewport& viewport)
 
 TEST_F(GLRenderTextureFBOUseGLTest, DoesWhatItSaysInEveryOrderOfCalls)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const auto target = make(6, 4, 4, 0);
     const std::string texture = namesOf(*target).texture;
     const std::string framebuffer = namesOf(*target).framebuffer;
@@ -248,6 +252,8 @@ protected:
 
 TEST_P(GLRenderTextureFBOReadBackGLTest, ReadsWhatWasDrawnWhileIdle)
 {
+    if ((GetParam() & GLRenderTextureFBO::FLAG_RECTANGLE) == 0)
+        NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const auto target = makePainted();
     const std::string texture = namesOf(*target).texture;
     setViewport({3, 4, 50, 40});
@@ -262,6 +268,8 @@ TEST_P(GLRenderTextureFBOReadBackGLTest, ReadsWhatWasDrawnWhileIdle)
 
 TEST_P(GLRenderTextureFBOReadBackGLTest, ReadsWhatWasDrawnWhileActive)
 {
+    if ((GetParam() & GLRenderTextureFBO::FLAG_RECTANGLE) == 0)
+        NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const auto target = makePainted();
     const Names names = namesOf(*target);
     setViewport({3, 4, 50, 40});
@@ -281,6 +289,8 @@ TEST_P(GLRenderTextureFBOReadBackGLTest, ReadsWhatWasDrawnWhileActive)
 
 TEST_P(GLRenderTextureFBOReadBackGLTest, ReadsWhatWasDrawnWhileBound)
 {
+    if ((GetParam() & GLRenderTextureFBO::FLAG_RECTANGLE) == 0)
+        NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const auto target = makePainted();
     target->bind(2);
     expectReadCalls(*target, {}, {});
@@ -296,6 +306,8 @@ TEST_P(GLRenderTextureFBOReadBackGLTest, ReadsWhatWasDrawnWhileBound)
 // Deliberate: a viewport that was set since activate is not saved.
 TEST_P(GLRenderTextureFBOReadBackGLTest, HasTheWholeViewportAfterReadingWhileActive)
 {
+    if ((GetParam() & GLRenderTextureFBO::FLAG_RECTANGLE) == 0)
+        NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     const auto target = makePainted();
     target->activate();
     setViewport({1, 1, 2, 2});

@@ -8,6 +8,7 @@
 
 #include "tests/support/PictureComparison.h"
 #include "tests/support/blurPass.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/offscreen/OffscreenTest.h"
 #include "vireo/offscreen/GLImage.h"
 #include "vireo/offscreen/GLRenderTextureCache.h"
@@ -95,6 +96,7 @@ protected:
 
 TEST_F(ImageProcessingGLTest, SharpensAPictureInThreePasses)
 {
+    NEEDS_EXTENSION("GL_ARB_fragment_program");
     GLRenderTextureCache cache(context());
     RGBAImage source = RGBAImage::fromQImage(QImage(VIREO_PICTURE).copy(40, 20, 250, 200));
     ASSERT_EQ(source.getHeight(), 200u);

@@ -7,6 +7,7 @@
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/PictureComparison.h"
+#include "tests/support/extensions.h"
 #include "tests/tavo/base/objects/messageOf.h"
 #include "tests/vireo/PrivateMember.h"
 #include "tests/vireo/shaders/ShaderTest.h"
@@ -80,6 +81,15 @@ std::string deleteCall(unsigned int name)
 class GLShaderARBGLTest : public ShaderTest
 {
 protected:
+    void SetUp() override
+    {
+        ShaderTest::SetUp();
+        if (IsSkipped())
+            return;
+        NEEDS_EXTENSION("GL_ARB_vertex_program");
+        NEEDS_EXTENSION("GL_ARB_fragment_program");
+    }
+
     // The GL name of a program; it is bound afterwards.
     static unsigned int nameOf(GLShaderARB& shader, unsigned int target)
     {

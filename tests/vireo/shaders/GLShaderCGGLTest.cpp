@@ -310,8 +310,8 @@ TEST_F(GLShaderCGGLTest, EnablesTheTargetOfItsProfile)
     for (const auto& [profile, name, ofVertices, target] : table) {
         const testing::ScopedTrace trace(__FILE__, __LINE__, cgGetProfileString(profile));
         GLShaderCG shader(context(), profile);
-        const Calls compiling =
-            namedCallsOf([&] { ASSERT_TRUE(shader.compile(ofVertices ? TRANSFORM : RED)) << shader.getLastError(); });
+        const std::string& source = ofVertices ? TRANSFORM : RED;
+        const Calls compiling = namedCallsOf([&] { ASSERT_TRUE(shader.compile(source)) << shader.getLastError(); });
         EXPECT_THAT(compiling, Contains(HasSubstr(", " + std::string(name) + ", \"main\", null)")));
         const Calls binding = namedCallsOf([&] { shader.bind(); });
         ASSERT_GE(binding.size(), 2u);

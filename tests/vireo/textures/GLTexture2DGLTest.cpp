@@ -7,6 +7,7 @@
 #include "tavo/base/images/RGBAImage.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/Picture.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
 #include "tests/vireo/Undestroyed.h"
 #include "tests/vireo/textures/TextureTest.h"
@@ -518,6 +519,7 @@ TEST_F(GLTexture2DGLTest, DrawsWhatEachNumberOfComponentsMeans)
 
 TEST_F(GLTexture2DGLTest, ReadsRowsAtMultiplesOfFourBytes)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     Bytes padded{10, 20, 30, 99, 40, 50, 60, 99};
     const Bytes texels{10, 20, 30, 40, 50, 60};
     GLTexture2D texture(context());
@@ -527,6 +529,7 @@ TEST_F(GLTexture2DGLTest, ReadsRowsAtMultiplesOfFourBytes)
 
 TEST_F(GLTexture2DGLTest, ReadsRowsAsTheApplicationSays)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     for (unsigned int components = 1; components <= 4; ++components) {
         Bytes texels = makeBytes(5 * 3 * components);
         GLTexture2D texture(context());
@@ -552,6 +555,7 @@ TEST_F(GLTexture2DGLTest, RepeatsAlongBothAxes)
 
 TEST_F(GLTexture2DGLTest, IsCopiedFieldByField)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     auto inactive = makeContext();
     OpenTexture2D original(inactive.get());
     original.createFromMemory(2, 3, 1, nullptr, false);

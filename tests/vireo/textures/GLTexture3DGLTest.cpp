@@ -10,6 +10,7 @@
 #include "tavo/base/debug/DebugOutput.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/Picture.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
 #include "tests/vireo/Undestroyed.h"
 #include "tests/vireo/textures/TextureTest.h"
@@ -184,6 +185,7 @@ TEST_F(GLTexture3DGLTest, StartsEmpty)
 
 TEST_F(GLTexture3DGLTest, IsMadeFromMemory)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     Bytes texels = makeBytes(4 * 3 * 2 * 4);
     OpenTexture3D texture(context());
     makeMipmapped(texture);
@@ -307,6 +309,7 @@ TEST_F(GLTexture3DGLTest, EstimatesItsSizeInThirtyTwoBits)
 
 TEST_F(GLTexture3DGLTest, DrawsWhatEachNumberOfComponentsMeans)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     for (unsigned int components = 1; components <= 4; ++components) {
         Bytes texels = makeBytes(5 * 3 * 4 * components);
@@ -414,6 +417,7 @@ TEST_F(GLTexture3DGLTest, ReportsThePendingErrorBeforeItThrows)
 
 TEST_F(GLTexture3DGLTest, KeepsItsFormatForOtherNumbersOfFloats)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_float");
     GLTexture3D texture(context());
     EXPECT_EQ(callsOf([&] { texture.createFloatTextureFromMemory(1, 1, 1, 5, nullptr, true, false); }),
         creationCalls(
@@ -443,6 +447,7 @@ TEST_F(GLTexture3DGLTest, DoesNotNeedItsContextForFloats)
 
 TEST_F(GLTexture3DGLTest, IsMadeOfFloats)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_float");
     const Floats texels(2 * 3 * 4 * 4, 0.5f);
     for (const FloatFormat& format : ARB_FLOAT_FORMATS) {
         OpenTexture3D texture(context());
@@ -470,6 +475,7 @@ TEST_F(GLTexture3DGLTest, IsMadeOfFloats)
 
 TEST_F(GLTexture3DGLTest, DrawsFloatsExactly)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_float");
     for (const FloatFormat& format : ARB_FLOAT_FORMATS) {
         const Floats texels = makeFloats(3 * 2 * 4 * format.components, format.half);
         GLTexture3D texture(context());
@@ -489,6 +495,7 @@ TEST_F(GLTexture3DGLTest, DrawsFloatsExactly)
 
 TEST_F(GLTexture3DGLTest, KeepsThePrecisionItIsAskedFor)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_float");
     const float third = 1.0f / 3;
     const auto kept = [&](bool half) {
         GLTexture3D texture(context());
@@ -526,6 +533,7 @@ TEST_F(GLTexture3DGLTest, IsFilledWithARamp)
 
 TEST_F(GLTexture3DGLTest, WrapsTheRampAround)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     GLTexture3D texture(context());
     texture.createPerlinNoise(100, 0, 0);
     const Bytes texels = readTexels(GL_TEXTURE_3D, GL_LUMINANCE, 1000000);
@@ -586,6 +594,7 @@ TEST_F(GLTexture3DGLTest, RefusesARampWithoutTexelsBeforeTheUpload)
 
 TEST_F(GLTexture3DGLTest, TakesRampsOfAnySizeWithRowsThatAreNotPadded)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     GLTexture3D texture(context());
     for (const unsigned int size : {1u, 3u, 5u}) {
@@ -597,6 +606,7 @@ TEST_F(GLTexture3DGLTest, TakesRampsOfAnySizeWithRowsThatAreNotPadded)
 // What follows the ramp in memory is not seen: GL finds zeroes where it reads on.
 TEST_F(GLTexture3DGLTest, SkewsRampsWithRowsThatCountAsPadded)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     GLTexture3D texture(context());
     for (const unsigned int alignment : {2u, 4u, 8u}) {
         glPixelStorei(GL_UNPACK_ALIGNMENT, static_cast<GLint>(alignment));

@@ -190,8 +190,8 @@ TEST_F(GLTextureCubeGLTest, HasAFormatForEachNumberOfComponents)
         {3, "GL_RGB"}, {4, "GL_RGBA"}, {0, "GL_RGBA"}, {5, "GL_RGBA"}, {0xFFFFFFFF, "GL_RGBA"}};
     for (const auto& [components, format] : formats) {
         OpenTextureCube texture(context());
-        EXPECT_EQ(
-            callsOf([&] { texture.create(8, components); }), creationCalls(texture, emptyUploadCalls(format, "8")));
+        EXPECT_EQ(callsOf([&, number = components] { texture.create(8, number); }),
+            creationCalls(texture, emptyUploadCalls(format, "8")));
         EXPECT_EQ(texture.numComponents, components);
         EXPECT_EQ(texture.getSizeInBytes(), components * 384);
     }

@@ -10,6 +10,7 @@
 #include "tavo/platform/wgl.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/driverVariable.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/volume/VolumeTest.h"
 #include "vireo/volume/SliceVolumeRenderer.h"
 
@@ -240,6 +241,7 @@ TEST_F(SliceVolumeRendererGLTest, MakesAStackWhenItIsFirstLookedAlong)
 
 TEST_F(SliceVolumeRendererGLTest, MapsEverySampleToItsTexelWithoutPadding)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     RegularVolume volume = makeCodedVolume({5, 3, 7});
     for (const Vector& view : {ALONG_X, ALONG_Y, ALONG_Z})
         draw(volume, view);
@@ -263,6 +265,7 @@ TEST_F(SliceVolumeRendererGLTest, MapsEverySampleToItsTexelWithoutPadding)
 // Slices across X are fetched several at a time, as many as cache lines have samples of.
 TEST_F(SliceVolumeRendererGLTest, MapsWideVolumesOfAnyChannels)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     for (const int width : {16, 17, 33, 35}) {
         for (const unsigned int numOthers : {0u, 4u, 40u}) {
             VertexDescriptor channels = makeLayout({{"density", 1, FLOAT}});
@@ -312,6 +315,7 @@ TEST_F(SliceVolumeRendererGLTest, TellsAnotherVolumeAtTheSameAddress)
 
 TEST_F(SliceVolumeRendererGLTest, MakesNewTexturesForAnotherSize)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     RegularVolume first = makeCodedVolume({2, 2, 2});
     RegularVolume second = makeCodedVolume({3, 2, 2});
     draw(first);
@@ -338,6 +342,7 @@ TEST_F(SliceVolumeRendererGLTest, FollowsChannelsMappingAndUserData)
 
 TEST_F(SliceVolumeRendererGLTest, RefusesMoreChannelsThanTextureUnits)
 {
+    NEEDS_EXTENSION("GL_ARB_fragment_program");
     int numUnits = 0;
     glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS_ARB, &numUnits);
     RegularVolume volume = makeCodedVolume({2, 2, 2});
@@ -397,6 +402,7 @@ TEST_F(SliceVolumeRendererGLTest, BindsEachChannelsOwnTextures)
 // A program that takes its red from the first channel and its green from the second.
 TEST_F(SliceVolumeRendererGLTest, GivesAProgramSeveralChannels)
 {
+    NEEDS_EXTENSION("GL_ARB_fragment_program");
     const VertexDescriptor channels = makeLayout({{"a", 1, FLOAT}, {"b", 1, FLOAT}});
     auto samples = std::make_unique<PointSet>(channels, 8);
     for (unsigned int i = 0; i < 8; ++i) {
@@ -458,6 +464,7 @@ TEST_F(SliceVolumeRendererGLTest, CallsTheMappingOncePerEntryOfATable)
 // A table of 0, 10, ..., 100, each entry of a colour of its value, for samples beside each other.
 TEST_F(SliceVolumeRendererGLTest, TakesTheNearestEntryOfATable)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     constexpr float inf = std::numeric_limits<float>::infinity();
     const std::vector<float> samples{0, 100, 4, 6, 50, 94, inf, -inf, std::nanf("")};
     RegularVolume volume =
