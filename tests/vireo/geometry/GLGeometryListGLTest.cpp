@@ -318,6 +318,7 @@ protected:
         GLGeometryListGLTest::SetUp();
         if (IsSkipped())
             return;
+        NEEDS_EXTENSION("GL_ARB_vertex_program");
         recordPrimitive(GL_POINTS, 3);
         recordPrimitive(GL_LINES, 2);
         m_List.compile(context(), false);

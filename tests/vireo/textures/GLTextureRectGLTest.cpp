@@ -6,6 +6,7 @@
 #include "tavo/base/images/RGBAImage.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/Picture.h"
+#include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
 #include "tests/vireo/Undestroyed.h"
 #include "tests/vireo/textures/TextureTest.h"
@@ -101,6 +102,7 @@ TEST_F(GLTextureRectGLTest, IsMadeFromMemory)
 // A subclass may set another target; all but rectangles repeat.
 TEST_F(GLTextureRectGLTest, IsUploadedToItsTargetAndRepeatsIfThatIsNoRectangle)
 {
+    NEEDS_EXTENSION("GL_ARB_texture_float");
     RGBAImage image(2, 1);
     OpenTextureRect texture(context());
     texture.m_TextureTarget = GL_TEXTURE_2D;
