@@ -52,7 +52,7 @@ addition() {
         return
     fi
     echo "ci: $name ..."
-    timeout "$limit" "$@" || status=$?
+    timeout --kill-after=30 "$limit" "$@" || status=$?
     seconds=$((SECONDS - begin))
     if [ $status = 124 ] && [ $seconds -ge "$limit" ]; then
         leave "$name" "it did not end within $(duration "$limit"); .ci/nightly does it"
@@ -80,3 +80,6 @@ summarise() {
     exit $status
 }
 trap summarise EXIT
+trap 'exit 129' HUP
+trap 'exit 130' INT
+trap 'exit 143' TERM

@@ -87,6 +87,10 @@ int showExample(int argc, char** argv)
     QApplication application(argc, argv);
     tavo::initVireo();
     View view(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString());
+    if (!view.isValid()) {
+        std::fputs("there is no OpenGL here: the example cannot be drawn\n", stderr);
+        return 1;
+    }
     view.show();
     return QApplication::exec();
 }

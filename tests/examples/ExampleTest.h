@@ -55,6 +55,9 @@ protected:
         return runProgram(QString(VIREO_EXAMPLES) + "/" + example, {pictureFile}, m_Directory.path(), m_Environment);
     }
 
+    // For the example.
+    void setEnvironment(const char* name, const char* value) { m_Environment.insert(name, value); }
+
     QString path(const char* name) const { return m_Directory.filePath(name); }
     QImage picture(const char* name) const { return QImage(path(name)); }
 

@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include "tests/examples/ExampleTest.h"
 #include "tests/support/fullDevice.h"
 
@@ -12,6 +14,14 @@ TEST_F(ExampleViewGLTest, SaysThatItsPictureCannotBeSavedOnAFullDevice)
     const vireo_test::Outcome outcome = run("geometry-list", "picture.png");
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(complaints(outcome), "picture.png: the picture cannot be saved: is not a regular file\n");
+}
+
+TEST_F(ExampleViewGLTest, EndsWhereThereIsNoOpenGL)
+{
+    setEnvironment("QT_QPA_PLATFORM", "minimal");
+    const vireo_test::Outcome outcome = run("geometry-list", "picture.png");
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_THAT(complaints(outcome), testing::EndsWith("there is no OpenGL here: the example cannot be drawn\n"));
 }
 
 } // namespace

@@ -23,6 +23,10 @@ expect_equal "a step that fails ends the run with its status" $status 3
 expect_contains "it is named" "$output" "bad (status 3)"
 expect_lacks "such a run does not pass" "$output" "passed"
 
+run_steps 'step a true; step ended bash -c "kill -TERM \$PPID"; step never touch never'
+expect_equal "a run that is ended by a signal fails" $status 143
+expect_lacks "it does not pass" "$output" "passed"
+
 run_steps 'addition bad false'
 expect_equal "an addition that fails ends the run" $status 1
 run_steps 'addition odd bash -c "exit 124"'

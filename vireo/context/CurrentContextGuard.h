@@ -18,8 +18,9 @@ namespace tavo {
 //     const CurrentContextGuard guard;
 //     view.makeCurrent();
 //
-// A context or drawable that died in between is not made current; nothing is, then. Where nothing has changed, only
-// what is current is asked for.
+// A context or drawable that died in between is not made current; nothing is, then. A drawable that only its window
+// system knows to be dead is no exception where the context alone makes it current again: with GLX, that of a QWindow
+// which was destroyed. Where nothing has changed, only what is current is asked for.
 class VIREO_EXPORT CurrentContextGuard
 {
 public:

@@ -30,10 +30,12 @@ QWidget* GLEventDisplayer::createSpecialWidget(QWidget* parent)
     return m_Widget;
 }
 
-void GLEventDisplayer::displayEvent(const EventDisplayerEvent* event, const char*)
+void GLEventDisplayer::displayEvent(const EventDisplayerEvent* event, const char* name)
 {
     if (!m_Widget)
         return;
+    if (name)
+        m_Widget->setWindowTitle(QString::fromUtf8(name)); // by which the log names the view
     if (const auto* newObject = dynamic_cast<const SetNewGLEventObject*>(event))
         m_Widget->setGLEventObject(newObject->object, newObject->updateExisting);
 }

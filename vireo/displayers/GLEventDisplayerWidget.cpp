@@ -17,6 +17,7 @@
 #include "tavo/base/gui/Camera.h"
 #include "tavo/base/gui/ExaminerCameraController.h"
 #include "tavo/base/gui/WidgetPicture.h"
+#include "tavo/base/text/printable.h"
 #include "tavo/platform/wgl.h"
 #include "ui_GLEventDisplayerWidget.h"
 #include "vireo/context/CurrentContextGuard.h"
@@ -73,6 +74,18 @@ unsigned int buttonNumber(Qt::MouseButton button)
     case Qt::MiddleButton: return ExaminerCameraController::MIDDLE_BUTTON;
     default: return 0;
     }
+}
+
+// The name of a view's section, for the beginning of a line in the log; empty if it has none.
+std::string nameOf(const QWidget& view)
+{
+    constexpr std::size_t LONGEST_NAME = 100;
+    const QWidget* widget = view.parentWidget();
+    while (widget && !qobject_cast<const GLEventDisplayerWidget*>(widget))
+        widget = widget->parentWidget();
+    if (!widget || widget->windowTitle().isEmpty())
+        return {};
+    return '"' + printable(widget->windowTitle().toStdString(), LONGEST_NAME) + "\": ";
 }
 
 // Says, while it lives, that code of a shown object is running.
@@ -218,7 +231,7 @@ void GLEventDisplayerWidget::MyGLWidget::warnIfOutOfView(const BoundingBox<float
     if (text.empty())
         return;
     m_HasWarned = true;
-    warning("GLEventDisplayerWidget::setGLEventObject() - " + text);
+    warning("GLEventDisplayerWidget::setGLEventObject() - " + nameOf(*this) + text);
 }
 
 void GLEventDisplayerWidget::MyGLWidget::paintGL()
@@ -303,6 +316,8 @@ QImage GLEventDisplayerWidget::MyGLWidget::getPicture()
     const CurrentContextGuard guard;
     if (!makeContext())
         throw PException(withoutContext());
+    if (m_ViewContext.drawsToPbuffer())
+        throw PException("GLEventDisplayerWidget - the picture cannot be taken while another one is");
     return takePicture(*this, m_ViewContext, [this] { paintGL(); });
 }
 

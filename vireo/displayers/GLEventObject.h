@@ -34,8 +34,9 @@ public:
 
     // The box of what drawGL draws, in the object's own coordinates. The view places its camera by it, with the eye
     // twice the largest extent from the point that it looked at before, and shows what is from 0.01 to 1000 away from
-    // the eye. A new view, which looked at the origin, shows data from -150 to 150 along each axis; of an object whose
-    // box is too near or reaches too far, a line in the log says by how much, once.
+    // the eye. A new view, which looked at the origin, shows data from -150 to 150 along each axis, if they extend
+    // 0.01 or more along one of them; of an object whose box is too near or reaches too far, a line in the log says by
+    // how much, once.
     virtual BoundingBox<float, 3> getBoundingBox() = 0;
 
     // Draws into the widget's context, which is current. The projection matrix is selected and holds the projection of

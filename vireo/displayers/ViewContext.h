@@ -31,6 +31,8 @@ public:
     // nothing has changed, if the driver makes no pbuffer for this context.
     bool beginPbuffer(const QSize& size);
 
+    bool drawsToPbuffer() const { return m_Pbuffer != nullptr; }
+
     // Draws to the window again. It becomes current.
     void endPbuffer();
 

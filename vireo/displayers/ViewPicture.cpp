@@ -4,6 +4,7 @@
 #include <QGLWidget>
 #include <QScopeGuard>
 
+#include "vireo/context/GLExtensionLoader.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/displayers/ViewContext.h"
 
@@ -49,10 +50,37 @@ void resetPixelSettings()
     glPixelStorei(GL_PACK_ALIGNMENT, 4);
 }
 
+// Has glReadPixels write to memory, and not into a buffer that the object has left bound.
+class ReadsToMemory
+{
+public:
+    ReadsToMemory()
+    {
+        if (!GLExtensionLoader::getInstance().isSupported("GL_ARB_pixel_buffer_object"))
+            return;
+        glGetIntegerv(GL_PIXEL_PACK_BUFFER_BINDING_ARB, &m_Buffer);
+        bind(0);
+    }
+    ~ReadsToMemory() { bind(m_Buffer); }
+    ReadsToMemory(const ReadsToMemory&) = delete;
+    ReadsToMemory& operator=(const ReadsToMemory&) = delete;
+
+private:
+    void bind(GLint buffer) const
+    {
+        if (m_Buffer)
+            glBindBufferARB(GL_PIXEL_PACK_BUFFER_ARB, static_cast<GLuint>(buffer));
+    }
+
+    GLint m_Buffer = 0;
+};
+
 // What has been drawn to the bound framebuffer, without alpha: a window shows none.
 QImage readPixels(const QSize& size, GLenum buffer)
 {
+    const ReadsToMemory readsToMemory;
     QImage picture(size, QImage::Format_RGB888);
+    picture.fill(0); // what the driver may not write
     glPushAttrib(GL_PIXEL_MODE_BIT);
     glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
     resetPixelSettings();

@@ -1,6 +1,8 @@
 #include "vireo/displayers/outOfView.h"
 
+#include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <sstream>
 
 #include "tavo/base/gui/Camera.h"
@@ -41,9 +43,17 @@ DepthRange depthsOf(const BoundingBox<float, 3>& box, const Camera& camera)
     return {middle - reach, middle + reach};
 }
 
+// With as many digits as tell it from others: those of a time stamp, say.
+std::string textOf(float number)
+{
+    constexpr std::size_t MOST_CHARACTERS = 32;
+    char text[MOST_CHARACTERS];
+    return {text, std::to_chars(text, text + MOST_CHARACTERS, number).ptr};
+}
+
 std::ostream& operator<<(std::ostream& stream, const StaticVector<float, 3>& point)
 {
-    return stream << '(' << point[0] << ", " << point[1] << ", " << point[2] << ')';
+    return stream << '(' << textOf(point[0]) << ", " << textOf(point[1]) << ", " << textOf(point[2]) << ')';
 }
 
 } // namespace
@@ -58,11 +68,15 @@ std::string describeOutOfView(const BoundingBox<float, 3>& box, const Camera& ca
     text << "the data, from " << box.getMin() << " to " << box.getMax() << ", lie "
          << (isTooNear || depths.min > FAR_PLANE ? "" : "partly ") << "outside what this view shows: ";
     if (isTooNear)
-        text << "they end " << NEAR_PLANE - depths.max << " before the near plane, " << NEAR_PLANE;
+        text << "they end " << NEAR_PLANE - depths.max << " before the near plane, which is " << NEAR_PLANE;
     else
-        text << "they reach " << depths.max - FAR_PLANE << " beyond the far plane, " << FAR_PLANE;
-    text << " from the eye at " << camera.getEyePoint() << ". A new view shows data from " << -SHOWN_REACH << " to "
-         << SHOWN_REACH << " along each axis: scale or shift them to there.";
+        text << "they reach " << depths.max - FAR_PLANE << " beyond the far plane, which is " << FAR_PLANE;
+    text << " from the eye at " << camera.getEyePoint() << ". A new view shows ";
+    if (isTooNear)
+        text << "nothing that extends less than " << NEAR_PLANE << " along every axis: enlarge them.";
+    else
+        text << "data from " << -SHOWN_REACH << " to " << SHOWN_REACH
+             << " along each axis: scale or shift them to there.";
     return text.str();
 }
 

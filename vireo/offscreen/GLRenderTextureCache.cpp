@@ -28,11 +28,12 @@ unsigned int flagsOf(bool rectangle, bool floatTexture, bool float32, bool depth
 }
 
 // Keeps the entries of all caches close together. Where they happen to be made, the memory of a render texture and of
-// the driver would lie between any two, and giving back would wait for each.
+// the driver would lie between any two, and giving back would wait for each. Never destroyed, since caches may be as
+// late as the last destructor.
 std::pmr::memory_resource* entryMemory()
 {
-    static std::pmr::synchronized_pool_resource memory;
-    return &memory;
+    static auto* const memory = new std::pmr::synchronized_pool_resource;
+    return memory;
 }
 
 } // namespace

@@ -28,14 +28,23 @@ constexpr std::array<CubeFace, RGBACubeMap::NUM_FACES> FACES{{
     {GL_TEXTURE_CUBE_MAP_NEGATIVE_Z, RGBACubeMap::NEGATIVE_Z},
 }};
 
-// What is uploaded of a face: the image's pixels, null if it has none. Too few of them are copied, with zeros behind.
-const void* facePixels(const RGBAImage& image, std::size_t count, std::vector<RGBAImage::Pixel>& copy)
+bool isTooLarge(unsigned int size)
 {
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_CUBE_MAP_TEXTURE_SIZE, &largest);
+    return size > static_cast<unsigned int>(largest);
+}
+
+// What is uploaded of a face: the image's pixels, null if it has none. Too few of them are copied, with zeros behind,
+// but not for a size that the driver refuses: there may be no memory for so many.
+const void* facePixels(const RGBAImage& image, unsigned int size, std::vector<RGBAImage::Pixel>& copy)
+{
+    const std::size_t count = static_cast<std::size_t>(size) * size;
     const std::vector<RGBAImage::Pixel>& pixels = image.getPixels();
-    if (pixels.empty())
-        return nullptr;
-    if (pixels.size() >= count)
+    if (pixels.size() >= count && !pixels.empty())
         return pixels.data();
+    if (pixels.empty() || isTooLarge(size))
+        return nullptr;
     copy = pixels;
     copy.resize(count);
     return copy.data();
@@ -66,10 +75,9 @@ void GLTextureCube::createFromImage(RGBACubeMap& cubeMap)
     format = GL_RGBA;
     size = cubeMap.getImage(RGBACubeMap::POSITIVE_X).getWidth();
     bindWithDefaults();
-    const std::size_t count = static_cast<std::size_t>(size) * size;
     std::vector<RGBAImage::Pixel> copy;
     for (const CubeFace& face : FACES)
-        uploadFace(face.target, format, facePixels(cubeMap.getImage(face.image), count, copy));
+        uploadFace(face.target, format, facePixels(cubeMap.getImage(face.image), size, copy));
     calcSize();
 }
 

@@ -173,13 +173,13 @@ DebugOutput& DebugOutput::operator<<(const std::string& text)
     {
         const StateLock lock;
         keep(state().text, copy);
-        if (state().window) {
+        if (!state().window.isNull()) { // it may be going away: only its own thread may look at it
             state().waiting.append(copy);
             scheduleLog();
             return *this;
         }
     }
-    std::fputs(copy.c_str(), stderr);
+    std::fwrite(copy.data(), 1, copy.size(), stderr);
     return *this;
 }
 

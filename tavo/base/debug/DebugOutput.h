@@ -25,10 +25,18 @@ concept StreamFormat = std::same_as<T, decltype(std::setw(0))> || std::same_as<T
     std::same_as<T, decltype(std::setfill(' '))> || std::same_as<T, decltype(std::setbase(0))> ||
     std::same_as<T, decltype(std::setiosflags({}))> || std::same_as<T, decltype(std::resetiosflags({}))>;
 
-// What has an operator<< for a std::ostream, but is no text.
+// Text, or what converts to one kind of text, such as a path: it is written as that text. What converts to several
+// kinds is left to its operator<<.
 template <typename T>
-concept Streamable = !std::convertible_to<const T&, const char*> && !std::convertible_to<const T&, std::string> &&
-                     !std::convertible_to<const T&, std::string_view> && !std::is_function_v<T> && !StreamFormat<T> &&
+concept Text = std::convertible_to < std::decay_t<T>,
+const char* > &&std::is_pointer_v<std::decay_t<T>> || std::convertible_to<const T&, const char*> +
+                                                              std::convertible_to<const T&, std::string> +
+                                                              std::convertible_to<const T&, std::string_view> ==
+                                                          1;
+
+// What has an operator<< for a std::ostream, and is not text.
+template <typename T>
+concept Streamable = !Text<T> && !std::is_function_v<std::remove_pointer_t<T>> && !StreamFormat<T> &&
                      requires(std::ostream & stream, const T& value)
 {
     stream << value;
@@ -39,9 +47,9 @@ concept Streamable = !std::convertible_to<const T&, const char*> && !std::conver
 // last destructor.
 //
 // Text may come from any thread. It is kept (the last megabyte), appended to the debug window's log while there is a
-// window, and written to the standard error stream while there is none. What comes within a frame is appended at once,
-// so that a flood of text leaves the window usable. The log keeps the last 10,000 lines, and begins a new line after
-// 1,000 characters without one.
+// window, and written to the standard error stream while there is none. What comes within a frame is appended in
+// one piece, so that a flood of text leaves the window usable. The log keeps the last 10,000 lines, and begins a new
+// line after 1,000 characters without one.
 //
 // Events need a QApplication and come from its thread. The first one opens the debug window; later ones of the same
 // displayer class and name go to the same section of it.
@@ -59,13 +67,19 @@ public:
     template <Streamable T>
     DebugOutput& operator<<(const T& value)
     {
-        if constexpr (std::same_as<T, char>)
-            return *this << std::string_view(&value, 1);
-        else if constexpr (std::is_arithmetic_v<T> && !std::same_as<T, bool>)
-            return writeNumber(value);
+        using Value = std::remove_cv_t<T>;
+        if constexpr (std::same_as<Value, char>)
+            return *this << std::string(1, value);
+        else if constexpr (std::is_arithmetic_v<T> && !std::same_as<Value, bool>)
+            return writeNumber(Value(value));
         else
             return writeBy([&value](std::ostream& stream) { stream << value; });
     }
+
+    // Formats are for a std::ostream of one's own.
+    template <StreamFormat T>
+    DebugOutput& operator<<(const T& format) = delete;
+    DebugOutput& operator<<(std::ios_base& (*format)(std::ios_base&)) = delete;
 
     // std::endl, std::ends and std::flush. There is nothing to flush.
     DebugOutput& operator<<(std::ostream& (*manipulator)(std::ostream&)) { return writeBy(manipulator); }

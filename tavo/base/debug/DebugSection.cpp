@@ -181,7 +181,10 @@ QImage DebugSection::getPicture()
 bool DebugSection::savePicture(const QString& fileName)
 {
     return runGuarded([&] {
-        if (const std::string error = tavo::savePicture(fileName, getPicture()); !error.empty())
+        const QImage picture = getPicture();
+        if (picture.isNull())
+            throw PException("DebugSection::savePicture() - there is no picture for " + fileName.toStdString());
+        if (const std::string error = tavo::savePicture(fileName, picture); !error.empty())
             throw PException("DebugSection::savePicture() - cannot write " + fileName.toStdString() + ": " + error);
     });
 }

@@ -21,6 +21,18 @@ namespace tavo {
 
 namespace {
 
+// Other characters that a text document takes for the end of a line, or of more, are shown as ones that cannot be
+// shown.
+QString withLineFeedsOnly(QString text)
+{
+    constexpr ushort BEGINNING_OF_FRAME = 0xFDD0;
+    constexpr ushort END_OF_FRAME = 0xFDD1;
+    for (const ushort c :
+        {ushort(QChar::ParagraphSeparator), ushort(QChar::LineSeparator), BEGINNING_OF_FRAME, END_OF_FRAME})
+        text.replace(QChar(c), QChar(QChar::ReplacementCharacter));
+    return text;
+}
+
 constexpr QSize PREFERRED_SIZE(640, 720);
 constexpr int LOG_HEIGHT = 120;
 
@@ -142,7 +154,7 @@ void DebugWindow::appendText(const std::string& text)
     QTextCursor end(m_Log->document());
     end.beginEditBlock(); // one layout for both
     end.movePosition(QTextCursor::End);
-    end.insertText(QString::fromStdString(text));
+    end.insertText(withLineFeedsOnly(QString::fromStdString(text)));
     dropOldLines(*m_Log->document());
     end.endEditBlock();
     if (follow) {

@@ -18,17 +18,15 @@ public:
     // In characters. A longer line goes on in the next one.
     static constexpr std::size_t LONGEST_LINE = 1000;
 
+    // A carriage return ends a line as well, once with the line feed behind it.
     void append(std::string_view text)
     {
         for (const char c : text) {
-            const bool isCharacter =
-                (static_cast<unsigned char>(c) & 0xC0u) != 0x80; // and not the rest of one in UTF-8
-            if (c == '\n' || (isCharacter && m_LineLength == LONGEST_LINE))
+            if (c == '\r' || (c == '\n' && !m_EndsInReturn))
                 endLine();
-            if (c == '\n')
-                continue;
-            m_Text += c;
-            m_LineLength += isCharacter ? 1 : 0;
+            else if (c != '\n')
+                appendByte(c);
+            m_EndsInReturn = c == '\r';
         }
     }
 
@@ -44,10 +42,24 @@ public:
     std::size_t getSize() const { return m_Text.size(); }
 
 private:
+    // In UTF-8, but text need not be UTF-8.
+    static constexpr std::size_t MOST_BYTES_OF_A_CHARACTER = 4;
+
+    void appendByte(char c)
+    {
+        const bool isCharacter = (static_cast<unsigned char>(c) & 0xC0u) != 0x80; // and not the rest of one
+        if ((isCharacter && m_LineLength == LONGEST_LINE) || m_LineBytes == LONGEST_LINE * MOST_BYTES_OF_A_CHARACTER)
+            endLine();
+        m_Text += c;
+        m_LineLength += isCharacter ? 1 : 0;
+        ++m_LineBytes;
+    }
+
     void endLine()
     {
         m_Text += '\n';
         m_LineLength = 0;
+        m_LineBytes = 0;
         if (++m_NumLineEnds == 2 * MAX_LINES) // many at a time, because those that stay are moved
             dropOldLines();
     }
@@ -65,6 +77,8 @@ private:
     std::string m_Text;
     std::size_t m_NumLineEnds = 0;
     std::size_t m_LineLength = 0; // of the last line, with what of it has been handed out
+    std::size_t m_LineBytes = 0;  // likewise
+    bool m_EndsInReturn = false;
 };
 
 } // namespace tavo

@@ -9,11 +9,25 @@ namespace tavo {
 
 namespace {
 
+// Whether links lead to links more often than systems follow them.
+bool isLinkLoop(const QString& path)
+{
+    constexpr int MOST_LINKS = 40;
+    QFileInfo info(path);
+    for (int i = 0; i < MOST_LINKS && info.isSymLink(); ++i)
+        info = QFileInfo(info.symLinkTarget());
+    return info.isSymLink();
+}
+
 // Why nothing can be saved under that name, empty if a regular file or nothing has it. QSaveFile would put a file in
 // the place of a device.
 std::string obstacleAt(const QString& path)
 {
     const QFileInfo info(path);
+    if (path.contains(QChar(0)))
+        return "is no file's name";
+    if (isLinkLoop(path))
+        return "is a link that leads nowhere";
     if (info.isDir())
         return "is a directory";
     return info.exists() && !info.isFile() ? "is not a regular file" : "";

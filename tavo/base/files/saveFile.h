@@ -9,8 +9,8 @@
 
 namespace tavo {
 
-// Files that are saved whole or not at all: the contents are written beside the file and take its place when all of
-// them have reached the disk. On a full disk, say, the file stays as it was.
+// Files that are saved whole or not at all: the contents are written beside the file, and take its place when all of
+// them are written. On a full disk, say, the file stays as it was.
 //
 // A file that is replaced keeps its permissions. A symbolic link stays, and the file that it leads to is replaced, or
 // made. What is no regular file (a folder, a device, a pipe) is neither replaced nor written to.

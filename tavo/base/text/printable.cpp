@@ -6,11 +6,19 @@ namespace tavo {
 
 namespace {
 
+// Characters that turn the text behind them round.
+bool isDirection(QChar c)
+{
+    constexpr ushort FIRST_EMBEDDING = 0x202A, LAST_OVERRIDE = 0x202E, FIRST_ISOLATE = 0x2066, LAST_ISOLATE = 0x2069;
+    return (c.unicode() >= FIRST_EMBEDDING && c.unicode() <= LAST_OVERRIDE) ||
+           (c.unicode() >= FIRST_ISOLATE && c.unicode() <= LAST_ISOLATE);
+}
+
 bool isControl(QChar c)
 {
     const QChar::Category category = c.category();
     return category == QChar::Other_Control || category == QChar::Separator_Line ||
-           category == QChar::Separator_Paragraph;
+           category == QChar::Separator_Paragraph || isDirection(c);
 }
 
 QString writtenOut(QChar c)

@@ -465,7 +465,8 @@ TEST_F(GLEventDisplayerWidgetGLTest, SaysOfAGraphBeyondTheFarPlaneThatAndHowFarI
     // The eye, at twice the extent, is 10,307.8 from the middle, and 606.3 more from the farther end.
     EXPECT_EQ(newText(textBefore),
         "warning: GLEventDisplayerWidget::setGLEventObject() - the data, from (0, 0, 0) to (5000, 0, 0), lie outside "
-        "what this view shows: they reach 9914.1 beyond the far plane, 1000 from the eye at (0, 0, 10000). A new view "
+        "what this view shows: they reach 9914.1 beyond the far plane, which is 1000 from the eye at (0, 0, 10000). A "
+        "new view "
         "shows data from -150 to 150 along each axis: scale or shift them to there.\n");
     const QImage picture = grabPicture(m_Widget.get()).copy(m_View->geometry());
     QImage black = picture;
@@ -488,13 +489,27 @@ TEST_F(GLEventDisplayerWidgetGLTest, SaysOnceOfAnObjectThatItIsOutOfView)
     EXPECT_EQ(numLines(newText(textBefore)), 2) << "another one";
 }
 
+TEST_F(GLEventDisplayerWidgetGLTest, SaysWhichViewItIsAndAllDigits)
+{
+    m_Widget->setWindowTitle("inlet\npressure");
+    showWidget();
+    const std::size_t textBefore = debugOutput.getText().size();
+    show(new TestEventObject({{0.0f, 101325.0f, 0.0f}, {1.0f, 101325.0625f, 0.0f}}));
+    EXPECT_THAT(
+        newText(textBefore), HasSubstr(R"(setGLEventObject() - "inlet\x0apressure": the data, from (0, 101325, 0) to )"
+                                       "(1, 101325.06, 0), lie outside "));
+}
+
 TEST_F(GLEventDisplayerWidgetGLTest, SaysOfDataThatAreTooNearThatTheyAre)
 {
     showWidget();
     const std::size_t textBefore = debugOutput.getText().size();
     show(new TestEventObject({{0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0009765625f}}));
-    EXPECT_THAT(newText(textBefore), HasSubstr("lie outside what this view shows: they end 0.00804688 before the near "
-                                               "plane, 0.01 from the eye at (0, 0, 0.00195312)."));
+    EXPECT_THAT(newText(textBefore),
+        HasSubstr(
+            "lie outside what this view shows: they end 0.00804688 before the near plane, which is 0.01 from "
+            "the eye at (0, 0, 0.001953125). A new view shows nothing that extends less than 0.01 along every axis: "
+            "enlarge them."));
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, SaysOfDataThatReachBeyondTheFarPlaneThatTheyArePartlyOutOfView)
@@ -503,7 +518,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, SaysOfDataThatReachBeyondTheFarPlaneThatThe
     const std::size_t textBefore = debugOutput.getText().size();
     show(new TestEventObject({{-200.0f, -200.0f, -300.0f}, {200.0f, 200.0f, 100.0f}}));
     EXPECT_THAT(newText(textBefore),
-        HasSubstr("lie partly outside what this view shows: they reach 100 beyond the far plane, 1000 from"));
+        HasSubstr("lie partly outside what this view shows: they reach 100 beyond the far plane, which is 1000 from"));
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, SaysNothingOfDataInViewNorOfAPoint)

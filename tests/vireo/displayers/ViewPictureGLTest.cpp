@@ -283,5 +283,46 @@ TEST_F(ViewPictureGLTest, IsFramebufferZeroWhileItIsDrawn)
         << "what the object makes in the first paint finds the window as it will be";
 }
 
+TEST_F(ViewPictureGLTest, IsReadToMemoryWhateverBufferIsBound)
+{
+    GLuint buffer = 0;
+    const Drawing drawing{"", [](Scene&) {}};
+    show(drawing).whenDrawn = [&] {
+        glClearColor(1.0f, 0.0f, 0.0f, 1.0f);
+        glClear(GL_COLOR_BUFFER_BIT);
+        if (!buffer)
+            glGenBuffersARB(1, &buffer);
+        glBindBufferARB(GL_PIXEL_PACK_BUFFER_ARB, buffer);
+        glBufferDataARB(GL_PIXEL_PACK_BUFFER_ARB, 16, nullptr, GL_STREAM_READ_ARB);
+    };
+    const QImage picture = grabPicture(&m_Widget);
+    QImage red = picture;
+    red.fill(Qt::red);
+    EXPECT_EQ(picture, red);
+    m_View->makeCurrent();
+    GLint bound = 0;
+    glGetIntegerv(GL_PIXEL_PACK_BUFFER_BINDING_ARB, &bound);
+    EXPECT_EQ(bound, static_cast<GLint>(buffer)) << "as the object left it";
+}
+
+TEST_F(ViewPictureGLTest, IsNotTakenWhileAnotherOneIs)
+{
+    int numPaints = 0;
+    const Drawing drawing{"", [](Scene&) {}};
+    show(drawing).whenDrawn = [&] {
+        glClearColor(1.0f, 0.0f, 0.0f, 1.0f);
+        glClear(GL_COLOR_BUFFER_BIT);
+        if (++numPaints == 2) // which is the picture
+            EXPECT_THROW(grabPicture(&m_Widget), PException);
+    };
+    QCoreApplication::processEvents();
+    numPaints = 0;
+    const QImage picture = grabPicture(&m_Widget);
+    EXPECT_EQ(numPaints, 2);
+    QImage red = picture;
+    red.fill(Qt::red);
+    EXPECT_EQ(picture, red);
+}
+
 } // namespace
 } // namespace tavo

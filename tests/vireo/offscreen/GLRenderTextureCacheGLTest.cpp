@@ -486,6 +486,19 @@ TEST_F(GLRenderTextureCacheGLTest, MayDieAfterItsContext)
     EXPECT_THAT(callsOf([&] { destroyCache(); }), IsEmpty());
 }
 
+// Ends the program with a crash where the memory of its entries goes before it.
+TEST_F(GLRenderTextureCacheGLTest, MayDieWithTheProgram)
+{
+    static std::unique_ptr<GLRenderTextureCache> last; // made before any cache, so destroyed after what caches made
+    ASSERT_EQ(last, nullptr);
+    last = std::make_unique<GLRenderTextureCache>(context());
+    std::vector<GLRenderTextureFBO*> targets;
+    for (int i = 0; i < 40; ++i)
+        targets.push_back(last->getRenderTexture(4, 4, 4, false, false, false, false, false));
+    for (int i = 0; i < 20; ++i)
+        last->freeRenderTexture(targets[i]);
+}
+
 TEST_F(GLRenderTextureCacheGLTest, StartsAndDiesWithoutACallOfGL)
 {
     EXPECT_THAT(callsOf([&] { GLRenderTextureCache(context()).clearAll(); }), IsEmpty());

@@ -303,6 +303,20 @@ TEST_F(GLTextureCubeGLTest, HandsOnNullForAFaceWithoutPixels)
     expectCalls(recorder, creationCalls(texture, uploads));
 }
 
+// There may be no memory for so many zeros.
+TEST_F(GLTextureCubeGLTest, HandsOnNullForTooFewPixelsOfASizeThatDriversRefuse)
+{
+    constexpr unsigned int HUGE_SIZE = 1u << 20;
+    RGBACubeMap cubeMap = makeCubeMap();
+    cubeMap.getImage(RGBACubeMap::POSITIVE_X).resize(HUGE_SIZE, 1);
+    GLTextureCube texture(context());
+    CallRecorder recorder;
+    texture.createFromImage(cubeMap);
+    EXPECT_EQ(recorder.calls().back(), "glTexImage2D(GL_TEXTURE_CUBE_MAP_NEGATIVE_Z, 0, GL_RGBA, 1048576, 1048576, 0, "
+                                       "GL_RGBA, GL_UNSIGNED_BYTE, null)");
+    EXPECT_NE(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+}
+
 // Which has as many pixels as the face, and they are read as they lie there.
 TEST_F(GLTextureCubeGLTest, TakesAnImageOfAnotherShapeAsItIs)
 {

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <cstdint>
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <iomanip>
 #include <limits>
@@ -111,6 +112,47 @@ TEST(DebugOutputTest, TakesWhateverAStreamTakes)
     EXPECT_EQ(textOf([] { debugOutput << "a line" << std::endl << std::flush; }), "a line\n");
 }
 
+// As values of JSON libraries do, which throw unless they hold a text.
+struct ConvertsToAnything
+{
+    template <typename T>
+    operator T() const
+    {
+        throw PException("not of this type");
+    }
+
+    friend std::ostream& operator<<(std::ostream& stream, const ConvertsToAnything&) { return stream << "{}"; }
+};
+
+// Where the compiler could not choose among the texts.
+struct ConvertsToTwoTexts
+{
+    operator std::string() const { return "string"; }
+    operator std::string_view() const { return "view"; }
+
+    friend std::ostream& operator<<(std::ostream& stream, const ConvertsToTwoTexts&) { return stream << "streamed"; }
+};
+
+TEST(DebugOutputTest, PrefersTheOperatorOfWhatConvertsToSeveralTexts)
+{
+    EXPECT_EQ(textOf([] { debugOutput << ConvertsToAnything() << ConvertsToTwoTexts(); }), "{}streamed");
+}
+
+TEST(DebugOutputTest, WritesPathsWithoutQuotes)
+{
+    if (!std::is_convertible_v<std::filesystem::path, std::string>)
+        GTEST_SKIP() << "paths are of wide characters here";
+    EXPECT_EQ(textOf([] { debugOutput << std::filesystem::path("a/b"); }), "a/b");
+}
+
+TEST(DebugOutputTest, TakesVolatileValues)
+{
+    volatile bool flag = true;
+    volatile int number = 5;
+    volatile char letter = 'A';
+    EXPECT_EQ(textOf([&] { debugOutput << flag << number << letter; }), "true5A");
+}
+
 TEST(DebugOutputTest, PassesOnWhatTheOperatorOfAValueThrows)
 {
     EXPECT_EQ(textOf([] { EXPECT_THROW(debugOutput << Length{-1}, PException); }), "");
@@ -138,6 +180,7 @@ TEST(DebugOutputTest, TurnsAwayWhatWouldBeLostOrMakesNoSense)
     EXPECT_FALSE(IsTaken<decltype(std::setprecision(8))>);
     EXPECT_FALSE(IsTaken<decltype(std::hex)>);
     EXPECT_FALSE(IsTaken<int()>) << "a call without its brackets";
+    EXPECT_FALSE(IsTaken<int (*)()>);
 }
 
 TEST(DebugOutputTest, WritesToTheErrorStreamWhileThereIsNoWindow)

@@ -100,6 +100,16 @@ TEST_F(DebugWindowTest, OpensWithTheFirstEvent)
     EXPECT_EQ(labelOf(section(0)), "first: hello");
 }
 
+TEST_F(DebugWindowTest, TakesNothingButLineFeedsForEndsOfLines)
+{
+    send("first", "hello");
+    const int before = debugOutput.getWindow()->findChild<QPlainTextEdit*>("log")->blockCount();
+    debugOutput << "a\u2028b\u2029c\uFDD0d\uFDD1e\n";
+    const auto* const log = debugOutput.getWindow()->findChild<QPlainTextEdit*>("log");
+    EXPECT_EQ(log->blockCount(), before + 1);
+    EXPECT_THAT(log->toPlainText().toStdString(), HasSubstr("a\uFFFDb\uFFFDc\uFFFDd\uFFFDe"));
+}
+
 TEST_F(DebugWindowTest, DoesNotOpenForText)
 {
     debugOutput << "only text\n";

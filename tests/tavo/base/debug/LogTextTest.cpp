@@ -76,5 +76,24 @@ TEST(LogTextTest, CountsCharactersOfSeveralBytesOnce)
     EXPECT_EQ(text.take(), line + "\n" + line);
 }
 
+TEST(LogTextTest, TakesNoMoreMemoryForWhatIsNoText)
+{
+    LogText text;
+    const std::string piece(100000, '\x80');
+    for (int i = 0; i < 1000; ++i) {
+        text.append(piece);
+        ASSERT_LE(text.getSize(), 2u * 10000u * 4001u);
+    }
+    EXPECT_EQ(text.take().find('\n'), 4000u);
+}
+
+TEST(LogTextTest, TakesAReturnForTheEndOfALine)
+{
+    LogText text;
+    text.append("10 %\r20 %\r\n30 %\r");
+    text.append("\n\n40 %\n\r50 %");
+    EXPECT_EQ(text.take(), "10 %\n20 %\n30 %\n\n40 %\n\n50 %");
+}
+
 } // namespace
 } // namespace tavo

@@ -138,6 +138,15 @@ TEST_F(SaveFilePosixTest, MakesTheFileThatALinkLeadsTo)
     EXPECT_TRUE(S_ISLNK(statusOf("link").st_mode));
 }
 
+TEST_F(SaveFilePosixTest, RefusesALinkThatLeadsBackToItself)
+{
+    link("second", "first");
+    link("first", "second");
+    EXPECT_EQ(saveFile(path("first"), "contents"), "is a link that leads nowhere");
+    EXPECT_TRUE(S_ISLNK(statusOf("first").st_mode));
+    EXPECT_TRUE(S_ISLNK(statusOf("second").st_mode));
+}
+
 TEST_F(SaveFilePosixTest, RefusesALinkToAFolder)
 {
     ASSERT_TRUE(QDir(path("")).mkdir("folder"));

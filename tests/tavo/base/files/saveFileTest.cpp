@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <gmock/gmock.h>
 
 #include "tests/tavo/base/files/SavedFilesTest.h"
@@ -29,6 +30,12 @@ TEST_F(SaveFileTest, ReplacesAFile)
     EXPECT_EQ(saveFile(path("file"), QByteArray()), "");
     EXPECT_EQ(contentsOf("file"), "");
     EXPECT_THAT(names(), ElementsAre("file"));
+}
+
+TEST_F(SaveFileTest, RefusesANameWithAZero)
+{
+    EXPECT_EQ(saveFile(path("file") + QChar(0) + "name", "contents"), "is no file's name");
+    EXPECT_FALSE(QFileInfo::exists(path("file")));
 }
 
 TEST_F(SaveFileTest, RefusesAFolder)
