@@ -1,6 +1,7 @@
 #include "vireo/displayers/ViewContext.h"
 
 #include <QGuiApplication>
+#include <QOpenGLContext>
 #include <utility>
 
 #include "tavo/platform/wgl.h"
@@ -12,7 +13,12 @@ ViewContext::ViewContext()
     : QGLContext(QGLFormat::defaultFormat())
 {}
 
-ViewContext::~ViewContext() = default;
+// Of a context that could not be made, Qt forgets what it was to be made of.
+ViewContext::~ViewContext()
+{
+    if (!isValid())
+        delete contextHandle();
+}
 
 void ViewContext::makeCurrent()
 {

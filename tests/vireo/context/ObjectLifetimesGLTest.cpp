@@ -29,8 +29,9 @@ TEST(ObjectLifetimesGLTest, NeitherLosesNorDeletesANameTwice)
     EXPECT_GT(lives.getCounts().generated, 500u);
     EXPECT_GT(lives.getCounts().deleted, 400u);
     EXPECT_GT(lives.getCounts().lost, 50u);
-    if (hasPrograms)
+    if (hasPrograms) {
         EXPECT_GT(lives.getCounts().programs, 10u);
+    }
     EXPECT_GT(lives.getCounts().renderTextures, 50u);
     EXPECT_GT(lives.getCounts().orphansUsed, 50u);
 }

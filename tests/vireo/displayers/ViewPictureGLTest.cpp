@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "tavo/base/gui/WidgetPicture.h"
+#include "tavo/base/objects/PException.h"
 #include "tavo/platform/wgl.h"
 #include "tests/support/userEvents.h"
 #include "tests/vireo/displayers/TestEventObject.h"
@@ -312,8 +313,9 @@ TEST_F(ViewPictureGLTest, IsNotTakenWhileAnotherOneIs)
     show(drawing).whenDrawn = [&] {
         glClearColor(1.0f, 0.0f, 0.0f, 1.0f);
         glClear(GL_COLOR_BUFFER_BIT);
-        if (++numPaints == 2) // which is the picture
+        if (++numPaints == 2) { // which is the picture
             EXPECT_THROW(grabPicture(&m_Widget), PException);
+        }
     };
     QCoreApplication::processEvents();
     numPaints = 0;

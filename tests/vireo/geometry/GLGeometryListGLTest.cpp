@@ -361,6 +361,7 @@ TEST_F(GrownGeometryListGLTest, LeavesOutPrimitivesBeyondTheBuffer)
 TEST_F(GrownGeometryListGLTest, LeavesOutAPrimitiveThatIsOnlyPartlyInTheBuffer)
 {
     recordVertices(1);
+    const GLGeometryList first(m_List); // destroys the first buffer
     m_List.compile(context(), false);
     recordVertices(2);
     m_List.end();
@@ -371,6 +372,7 @@ TEST_F(GrownGeometryListGLTest, DrawsThemOnceTheyAreCompiledToo)
 {
     recordPrimitive(GL_TRIANGLES, 3);
     m_List.execute(context());
+    const GLGeometryList first(m_List); // destroys the first buffer
     m_List.compile(context(), false);
     Calls expected = m_CompiledDrawing;
     expected.push_back("glDrawArrays(GL_TRIANGLES, 5, 3)");
