@@ -25,14 +25,19 @@ concept StreamFormat = std::same_as<T, decltype(std::setw(0))> || std::same_as<T
     std::same_as<T, decltype(std::setfill(' '))> || std::same_as<T, decltype(std::setbase(0))> ||
     std::same_as<T, decltype(std::setiosflags({}))> || std::same_as<T, decltype(std::resetiosflags({}))>;
 
-// Text, or what converts to one kind of text, such as a path: it is written as that text. What converts to several
-// kinds is left to its operator<<.
 template <typename T>
-concept Text = std::convertible_to < std::decay_t<T>,
-const char* > &&std::is_pointer_v<std::decay_t<T>> || std::convertible_to<const T&, const char*> +
-                                                              std::convertible_to<const T&, std::string> +
-                                                              std::convertible_to<const T&, std::string_view> ==
-                                                          1;
+inline constexpr bool isCharacters =
+    std::is_pointer_v<std::decay_t<T>>&& std::is_convertible_v<std::decay_t<T>, const char*>;
+
+template <typename T>
+inline constexpr int numTextsOf = int(std::is_convertible_v<const T&, const char*>) +
+                                  int(std::is_convertible_v<const T&, std::string>) +
+                                  int(std::is_convertible_v<const T&, std::string_view>);
+
+// Characters, or what converts to one kind of text, such as a path: it is written as that text. What converts to
+// several kinds is left to its operator<<.
+template <typename T>
+concept Text = isCharacters<T> ||(numTextsOf<T> == 1);
 
 // What has an operator<< for a std::ostream, and is not text.
 template <typename T>

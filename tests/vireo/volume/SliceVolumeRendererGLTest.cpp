@@ -649,7 +649,8 @@ TEST_F(CoreProfileVolumeGLTest, RefusesWithoutTheFunctionsOfTheCompatibilityProf
         GTEST_SKIP() << "the driver does not give a context of the core profile";
     EXPECT_THAT(drainErrors(), ElementsAre(GL_INVALID_ENUM));
     // As where another context, of the compatibility profile, came first.
-    glActiveTextureARB = reinterpret_cast<PFNGLACTIVETEXTUREARBPROC>(wglGetProcAddress("glActiveTexture"));
+    const auto activeTexture = reinterpret_cast<void (*)()>(wglGetProcAddress("glActiveTexture"));
+    glActiveTextureARB = reinterpret_cast<PFNGLACTIVETEXTUREARBPROC>(activeTexture);
     RegularVolume volume = makeCodedVolume({3, 3, 3});
     SliceVolumeRenderer renderer;
     const Calls calls = callsOf([&] {
