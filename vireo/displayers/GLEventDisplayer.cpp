@@ -35,7 +35,7 @@ void GLEventDisplayer::displayEvent(const EventDisplayerEvent* event, const char
     if (!m_Widget)
         return;
     if (name)
-        m_Widget->setWindowTitle(QString::fromUtf8(name)); // by which the log names the view
+        m_Widget->setAccessibleName(QString::fromUtf8(name)); // by which the log names the view
     if (const auto* newObject = dynamic_cast<const SetNewGLEventObject*>(event))
         m_Widget->setGLEventObject(newObject->object, newObject->updateExisting);
 }

@@ -83,9 +83,9 @@ std::string nameOf(const QWidget& view)
     const QWidget* widget = view.parentWidget();
     while (widget && !qobject_cast<const GLEventDisplayerWidget*>(widget))
         widget = widget->parentWidget();
-    if (!widget || widget->windowTitle().isEmpty())
+    if (!widget || widget->accessibleName().isEmpty())
         return {};
-    return '"' + printable(widget->windowTitle().toStdString(), LONGEST_NAME) + "\": ";
+    return '"' + printable(widget->accessibleName().toStdString(), LONGEST_NAME) + "\": ";
 }
 
 // Says, while it lives, that code of a shown object is running.

@@ -491,7 +491,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, SaysOnceOfAnObjectThatItIsOutOfView)
 
 TEST_F(GLEventDisplayerWidgetGLTest, SaysWhichViewItIsAndAllDigits)
 {
-    m_Widget->setWindowTitle("inlet\npressure");
+    m_Widget->setAccessibleName("inlet\npressure");
     showWidget();
     const std::size_t textBefore = debugOutput.getText().size();
     show(new TestEventObject({{0.0f, 101325.0f, 0.0f}, {1.0f, 101325.0625f, 0.0f}}));
