@@ -11,8 +11,8 @@ namespace vireo_soak {
 //   --seconds N   for how long, in place of that
 //
 // Without options there are few steps, always the same. A QCoreApplication must live, since it has the command line.
-// The seed is printed at the start, and the number of steps and the time in the end; where the test failed, also how to
-// have the same steps again.
+// The random seed is printed at the start, and the number of steps and the time in the end; where the test failed, also
+// how to have the same steps again.
 //
 //     Soak soak;
 //     std::mt19937 random(soak.getSeed());
