@@ -1,0 +1,178 @@
+#include "vireo/show/Plot.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/text/printable.h"
+#include "vireo/show/delivery/Inbox.h"
+#include "vireo/show/delivery/Mode.h"
+#include "vireo/show/delivery/currentBatch.h"
+#include "vireo/show/plots/PlotUpdate.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr std::size_t SHOWN_CHARACTERS = 80;
+
+// A call as a line of the log names it.
+std::string callOf(const ViewSlotPointer& slot, const char* operation, std::string_view name)
+{
+    return "tavo::plot(\"" + printable(slot->name, SHOWN_CHARACTERS) + "\")." + operation + "(\"" +
+           printable(name, SHOWN_CHARACTERS) + "\")";
+}
+
+// The update of the plot that the statement sends; has `change` change it. Nothing escapes.
+template <typename Change>
+void change(const ViewSlotPointer& slot, Change&& change) noexcept
+{
+    Batch* const batch = currentBatch();
+    if (!slot || !batch)
+        return;
+    runGuarded([&] {
+        std::unique_ptr<ViewUpdate>& update = (*batch)[slot].update;
+        if (!update)
+            update = std::make_unique<PlotUpdate>();
+        change(static_cast<PlotUpdate&>(*update));
+    });
+}
+
+template <typename Change>
+void changeCurve(const ViewSlotPointer& slot, std::string_view name, Change&& changeIt) noexcept
+{
+    change(slot, [&](PlotUpdate& plot) { changeIt(plot.curve(std::string(name))); });
+}
+
+// Whether there is anything wrong with the samples, which is said.
+bool isMistaken(
+    const ViewSlotPointer& slot, const char* operation, std::string_view name, const Numbers* x, const Numbers& y)
+{
+    if (y.areTooMany() || (x && x->areTooMany()))
+        warning(callOf(slot, operation, name) + ": there is no memory for so many numbers; what was shown stays.");
+    else if (x && x->size() != y.size())
+        warning(callOf(slot, operation, name) + ": " + std::to_string(x->size()) + " x and " +
+                std::to_string(y.size()) + " y; what was shown stays.");
+    else
+        return false;
+    return true;
+}
+
+void sendSamples(const ViewSlotPointer& slot, CurveKind kind, std::string_view name, const Numbers* x, const Numbers& y)
+{
+    if (!slot || !currentBatch() || isMistaken(slot, kind == CurveKind::Line ? "curve" : "points", name, x, y))
+        return;
+    changeCurve(slot, name, [&](CurveUpdate& curve) {
+        curve.samples = CurveSamples{x ? NumberArray(*x) : NumberArray(), y, kind};
+        curve.appended.clear();
+    });
+}
+
+std::vector<double> asDoubles(const NumberArray& numbers)
+{
+    return numbers.visit([](const auto* first, std::size_t size) { return std::vector<double>(first, first + size); });
+}
+
+} // namespace
+
+Plot plot(std::string_view name)
+{
+    Plot handle;
+    if (!isShowOff())
+        runGuarded([&] { handle.m_Slot = inbox::findSlot(ViewKind::Plot, std::string(name)); });
+    return handle;
+}
+
+Plot Plot::curve(std::string_view name, const Numbers& y, const Statement&) const
+{
+    sendSamples(m_Slot, CurveKind::Line, name, nullptr, y);
+    return *this;
+}
+
+Plot Plot::curve(std::string_view name, const Numbers& x, const Numbers& y, const Statement&) const
+{
+    sendSamples(m_Slot, CurveKind::Line, name, &x, y);
+    return *this;
+}
+
+Plot Plot::points(std::string_view name, const Numbers& y, const Statement&) const
+{
+    sendSamples(m_Slot, CurveKind::Points, name, nullptr, y);
+    return *this;
+}
+
+Plot Plot::points(std::string_view name, const Numbers& x, const Numbers& y, const Statement&) const
+{
+    sendSamples(m_Slot, CurveKind::Points, name, &x, y);
+    return *this;
+}
+
+Plot Plot::append(std::string_view name, double x, double y, const Statement&) const
+{
+    changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.append({{x}, {y}}); });
+    return *this;
+}
+
+Plot Plot::append(std::string_view name, const Numbers& x, const Numbers& y, const Statement&) const
+{
+    if (m_Slot && currentBatch() && !isMistaken(m_Slot, "append", name, &x, y))
+        changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.append({asDoubles(x), asDoubles(y)}); });
+    return *this;
+}
+
+Plot Plot::keep(std::string_view name, std::size_t count, const Statement&) const
+{
+    changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.kept = count; });
+    return *this;
+}
+
+Plot Plot::colour(std::string_view name, const StaticVector<unsigned char, 4>& colour, const Statement&) const
+{
+    changeCurve(
+        m_Slot, name, [&](CurveUpdate& curve) { curve.colour = qRgba(colour[0], colour[1], colour[2], colour[3]); });
+    return *this;
+}
+
+Plot Plot::title(std::string_view text, const Statement&) const
+{
+    change(m_Slot, [&](PlotUpdate& plot) { plot.title = std::string(text); });
+    return *this;
+}
+
+Plot Plot::xAxis(std::string_view label, std::string_view unit, const Statement&) const
+{
+    change(m_Slot, [&](PlotUpdate& plot) { plot.x.name = AxisUpdate::Name{std::string(label), std::string(unit)}; });
+    return *this;
+}
+
+Plot Plot::yAxis(std::string_view label, std::string_view unit, const Statement&) const
+{
+    change(m_Slot, [&](PlotUpdate& plot) { plot.y.name = AxisUpdate::Name{std::string(label), std::string(unit)}; });
+    return *this;
+}
+
+Plot Plot::xRange(double from, double to, const Statement&) const
+{
+    change(m_Slot, [&](PlotUpdate& plot) { plot.x.range = AxisUpdate::Range{std::min(from, to), std::max(from, to)}; });
+    return *this;
+}
+
+Plot Plot::yRange(double from, double to, const Statement&) const
+{
+    change(m_Slot, [&](PlotUpdate& plot) { plot.y.range = AxisUpdate::Range{std::min(from, to), std::max(from, to)}; });
+    return *this;
+}
+
+Plot Plot::remove(std::string_view name, const Statement&) const
+{
+    changeCurve(m_Slot, name, [](CurveUpdate& curve) { curve.remove(); });
+    return *this;
+}
+
+Plot Plot::clear(const Statement&) const
+{
+    change(m_Slot, [](PlotUpdate& plot) { plot.clear(); });
+    return *this;
+}
+
+} // namespace tavo

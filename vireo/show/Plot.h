@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "tavo/base/math/StaticVector.h"
+#include "vireo/show/Export.h"
+#include "vireo/show/Numbers.h"
+#include "vireo/show/delivery/Statement.h"
+
+namespace tavo {
+
+struct ViewSlot;
+
+/// A handle of a plot: curves over two axes with numbers, in a view of the window. It is made by `plot(name)`, is as
+/// small as a pointer, and can be kept, copied and be a member; it may outlive the plot and the window. All handles of
+/// one name are the same plot, in every thread.
+///
+///     tavo::plot("pressure").curve("inlet", times, pressures).curve("limit", {0.0, 60.0}, {101.3,
+///     101.3}).yAxis("pressure", "Pa");
+///
+/// Every operation may be called by any thread at any time, waits for nobody, throws nothing, and gives the handle
+/// again. What one statement sends is shown together; its last argument (see Statement) is left out. Sending again
+/// under a name replaces what is shown under it, and leaves alone the part of the plot that a person has chosen to see.
+/// A mistake, such as x and y of different length, is a line in the log; what was shown stays.
+///
+/// Numbers are what Numbers takes, of any arithmetic type. NaN is a gap in a curve. Names and labels are UTF-8.
+class VIREO_SHOW_EXPORT Plot
+{
+public:
+    /// A handle of no plot: nothing that is sent to it is shown.
+    Plot() = default;
+
+    /// A curve through the samples `y`, which stand at x = 0, 1, 2 ...
+    Plot curve(std::string_view name, const Numbers& y, const Statement& statement = Statement()) const;
+
+    /// A curve through the points of `x` and `y`, in their order.
+    Plot curve(
+        std::string_view name, const Numbers& x, const Numbers& y, const Statement& statement = Statement()) const;
+
+    template <Number T>
+    Plot curve(std::string_view name, const T* y, std::size_t count, const Statement& statement = Statement()) const
+    {
+        return curve(name, Numbers(y, count), statement);
+    }
+    template <Number X, Number Y>
+    Plot curve(std::string_view name, const X* x, const Y* y, std::size_t count,
+        const Statement& statement = Statement()) const
+    {
+        return curve(name, Numbers(x, count), Numbers(y, count), statement);
+    }
+
+    /// Marks at the points of `x` and `y`, with no line between them.
+    Plot points(std::string_view name, const Numbers& y, const Statement& statement = Statement()) const;
+    Plot points(
+        std::string_view name, const Numbers& x, const Numbers& y, const Statement& statement = Statement()) const;
+
+    /// One more sample of a curve, or as many as the ranges have; the curve is made by the first. Of what is appended
+    /// the last 1,000,000 samples are kept.
+    Plot append(std::string_view name, double x, double y, const Statement& statement = Statement()) const;
+    Plot append(
+        std::string_view name, const Numbers& x, const Numbers& y, const Statement& statement = Statement()) const;
+
+    /// How many samples of an appended curve are kept, the newest ones.
+    Plot keep(std::string_view name, std::size_t count, const Statement& statement = Statement()) const;
+
+    /// The colour of a curve, instead of one of the palette: red, green, blue, opacity, each 0 to 255.
+    Plot colour(std::string_view name, const StaticVector<unsigned char, 4>& colour,
+        const Statement& statement = Statement()) const;
+
+    /// Above the plot. Without one it is the plot's name.
+    Plot title(std::string_view text, const Statement& statement = Statement()) const;
+
+    /// What an axis counts, and in which unit: "pressure" and "Pa" stand there as "pressure [Pa]".
+    Plot xAxis(std::string_view label, std::string_view unit = {}, const Statement& statement = Statement()) const;
+    Plot yAxis(std::string_view label, std::string_view unit = {}, const Statement& statement = Statement()) const;
+
+    /// The part of an axis that is seen, until a person chooses another. Without it all samples are seen.
+    Plot xRange(double from, double to, const Statement& statement = Statement()) const;
+    Plot yRange(double from, double to, const Statement& statement = Statement()) const;
+
+    /// Takes one curve away, or all of them.
+    Plot remove(std::string_view name, const Statement& statement = Statement()) const;
+    Plot clear(const Statement& statement = Statement()) const;
+
+private:
+    friend VIREO_SHOW_EXPORT Plot plot(std::string_view name);
+
+    std::shared_ptr<ViewSlot> m_Slot;
+};
+
+/// The plot of that name. It is in the window as soon as anything is sent to it.
+VIREO_SHOW_EXPORT Plot plot(std::string_view name);
+
+} // namespace tavo

@@ -1,0 +1,266 @@
+#include "vireo/show/delivery/FrontDoor.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QThread>
+#include <QTimer>
+#include <algorithm>
+#include <atomic>
+#include <set>
+
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/files/saveFile.h"
+#include "tavo/base/text/printable.h"
+#include "vireo/show/delivery/Mode.h"
+#include "vireo/show/delivery/endOfProgram.h"
+#include "vireo/show/delivery/sayOnce.h"
+#include "vireo/show/delivery/windowState.h"
+#include "vireo/show/plots/PlotView.h"
+#include "vireo/show/window/ShowWindow.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr int FRAME_MILLISECONDS = 16;
+constexpr QSize DEFAULT_PICTURE(1000, 700);
+
+// Written in the thread of the QApplication, under whose thread others look it up.
+std::atomic<FrontDoor*> theFrontDoor = nullptr;
+std::atomic<const QThread*> theThread = nullptr;
+
+std::unique_ptr<View> makeViewOf(const ViewSlot& slot)
+{
+    switch (slot.kind) {
+    case ViewKind::Plot: break;
+    }
+    return std::make_unique<PlotView>(slot.name);
+}
+
+std::string noSuchView(const std::string& name)
+{
+    return "there is no view \"" + printable(name, 100) + "\"";
+}
+
+// A file's name made of a view's: letters, digits and what else every file system takes.
+QString fileNameOf(const std::string& viewName, std::set<QString>& taken)
+{
+    constexpr int LONGEST = 80;
+    QString name = QString::fromStdString(viewName).left(LONGEST);
+    for (QChar& c : name)
+        if (!c.isLetterOrNumber() && !QString("-_.").contains(c))
+            c = '_';
+    if (name.isEmpty() || name.startsWith('.'))
+        name.prepend('_');
+    QString file = name;
+    for (int i = 2; !taken.insert(file.toLower()).second; ++i)
+        file = name + '-' + QString::number(i);
+    return file + ".png";
+}
+
+void deleteFrontDoor()
+{
+    delete theFrontDoor.load();
+}
+
+// Called by the constructor of every QCoreApplication.
+void makeFrontDoor()
+{
+    if (isShowOff())
+        return;
+    runGuarded([] {
+        delete theFrontDoor.load();
+        theFrontDoor = new FrontDoor;
+        qRemovePostRoutine(deleteFrontDoor);
+        qAddPostRoutine(deleteFrontDoor);
+    });
+}
+
+} // namespace
+
+bool isDisplay(const QString& platform)
+{
+    return platform != "offscreen" && platform != "minimal";
+}
+
+Q_COREAPP_STARTUP_FUNCTION(makeFrontDoor)
+
+FrontDoor::FrontDoor()
+{
+    moveToThread(QCoreApplication::instance()->thread());
+    theThread = thread();
+    inbox::setReceiver(this, [this] { scheduleFrame(); });
+}
+
+FrontDoor::~FrontDoor()
+{
+    inbox::setReceiver(nullptr, nullptr);
+    if (showMode() == Mode::Pictures)
+        runGuarded([this] { savePicturesOfMode(); });
+    for (const ShownView& shown : m_Views)
+        delete shown.view;
+    delete m_Window;
+    windowState::setOpen(false);
+    theThread = nullptr;
+    theFrontDoor = nullptr;
+}
+
+FrontDoor* FrontDoor::get()
+{
+    return theFrontDoor;
+}
+
+bool FrontDoor::isHere()
+{
+    return theThread && theThread == QThread::currentThread();
+}
+
+void FrontDoor::scheduleFrame()
+{
+    if (std::exchange(m_IsFrameScheduled, true))
+        return;
+    const qint64 elapsed = m_SinceLastFrame.isValid() ? m_SinceLastFrame.elapsed() : FRAME_MILLISECONDS;
+    const auto wait = static_cast<int>(std::clamp<qint64>(FRAME_MILLISECONDS - elapsed, 0, FRAME_MILLISECONDS));
+    QTimer::singleShot(wait, Qt::PreciseTimer, this, [this] { showWaiting(); });
+}
+
+void FrontDoor::showWaiting()
+{
+    m_IsFrameScheduled = false;
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+        return sayOnce("nothing is shown: the program has a QCoreApplication, where views need a QApplication");
+    for (Batch::Part& part : inbox::take()) {
+        runGuarded([&] { show(part); });
+        m_HasUnsavedPictures = true;
+    }
+    m_SinceLastFrame.start();
+}
+
+void FrontDoor::show(Batch::Part& part)
+{
+    if (part.pending.isRemoved)
+        removeView(part.slot);
+    if (!part.pending.update)
+        return;
+    View* view = findView(part.slot);
+    if (!view)
+        view = &makeView(part.slot);
+    view->apply(*part.pending.update);
+}
+
+View* FrontDoor::findView(const ViewSlotPointer& slot) const
+{
+    const auto found =
+        std::find_if(m_Views.begin(), m_Views.end(), [&slot](const ShownView& shown) { return shown.slot == slot; });
+    return found != m_Views.end() ? found->view.data() : nullptr;
+}
+
+View* FrontDoor::findView(const std::string& name) const
+{
+    const ViewSlotPointer slot = inbox::findSlot(name);
+    return slot ? findView(slot) : nullptr;
+}
+
+View& FrontDoor::makeView(const ViewSlotPointer& slot)
+{
+    removeView(slot);
+    std::unique_ptr<View> made = makeViewOf(*slot);
+    View* const view = made.release();
+    m_Views.push_back({slot, view});
+    if (showMode() != Mode::Pictures && isDisplay(QGuiApplication::platformName()))
+        window().addView(slot->name, view);
+    return *view;
+}
+
+void FrontDoor::removeView(const ViewSlotPointer& slot)
+{
+    const auto found =
+        std::find_if(m_Views.begin(), m_Views.end(), [&slot](const ShownView& shown) { return shown.slot == slot; });
+    if (found == m_Views.end())
+        return;
+    if (m_Window && found->view)
+        m_Window->removeView(found->view);
+    delete found->view;
+    m_Views.erase(found);
+}
+
+ShowWindow& FrontDoor::window()
+{
+    if (!m_Window) {
+        m_Window = new ShowWindow;
+        connect(m_Window, &ShowWindow::closed, this, [] { windowState::setOpen(false); });
+    }
+    windowState::setOpen(true);
+    return *m_Window;
+}
+
+void FrontDoor::openWindow()
+{
+    showWaiting();
+    window().show();
+}
+
+void FrontDoor::closeWindow()
+{
+    if (m_Window)
+        m_Window->close();
+}
+
+bool FrontDoor::isWindowOpen() const
+{
+    return m_Window && m_Window->isVisible();
+}
+
+void FrontDoor::serveUntilClosed()
+{
+    openWindow();
+    QEventLoop loop;
+    connect(m_Window, &ShowWindow::closed, &loop, &QEventLoop::quit);
+    connect(m_Window, &QObject::destroyed, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+std::string FrontDoor::savePicture(const std::string& name, const QString& file, QSize size)
+{
+    View* const view = findView(name);
+    if (!view)
+        return noSuchView(name);
+    return tavo::savePicture(file, view->picture(size));
+}
+
+std::string FrontDoor::savePictures(const QString& folder)
+{
+    if (!QDir().mkpath(folder))
+        return "the folder cannot be made";
+    std::set<QString> taken;
+    std::string errors;
+    for (const ShownView& shown : m_Views) {
+        if (!shown.view)
+            continue;
+        const QString file = fileNameOf(shown.slot->name, taken);
+        const std::string error = tavo::savePicture(QDir(folder).filePath(file), shown.view->picture(DEFAULT_PICTURE));
+        if (!error.empty())
+            errors += (errors.empty() ? "" : "; ") + file.toStdString() + ": " + error;
+    }
+    return errors;
+}
+
+void FrontDoor::savePicturesOfMode()
+{
+    showWaiting();
+    if (!std::exchange(m_HasUnsavedPictures, false))
+        return;
+    const std::string folder = picturesFolder();
+    const std::string errors = savePictures(QString::fromLocal8Bit(folder.c_str()));
+    if (!errors.empty())
+        warning("VIREO_SHOW=pictures:" + printable(folder) + ": " + errors);
+}
+
+std::string FrontDoor::saveData(const std::string& name, const QString& file)
+{
+    View* const view = findView(name);
+    return view ? view->saveData(file) : noSuchView(name);
+}
+
+} // namespace tavo

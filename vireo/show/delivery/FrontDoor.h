@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "vireo/show/delivery/Inbox.h"
+
+namespace tavo {
+
+class ShowWindow;
+class View;
+
+// Whether windows of that platform of Qt's can be seen.
+bool isDisplay(const QString& platform);
+
+// The window's side of the front door. It comes and goes with the QApplication, in whose thread it lives: takes what
+// waits in the inbox, at most once in a frame, makes views for it and has them show it.
+class FrontDoor : public QObject
+{
+    Q_OBJECT
+
+public:
+    FrontDoor();
+    ~FrontDoor() override;
+
+    // Null where there is no QCoreApplication. It belongs to the thread of that.
+    static FrontDoor* get();
+
+    // Whether this is its thread.
+    static bool isHere();
+
+    // Takes and shows all that waits, now.
+    void showWaiting();
+
+    // Opens the window, whether or not anything new is in it.
+    void openWindow();
+    void closeWindow();
+    bool isWindowOpen() const;
+
+    // Serves events until the window is closed.
+    void serveUntilClosed();
+
+    // Pictures and data of what is shown. Why they could not be saved, for a person; empty if they were.
+    std::string savePicture(const std::string& name, const QString& file, QSize size);
+    std::string savePictures(const QString& folder);
+    void savePicturesOfMode(); // into the folder that VIREO_SHOW names, if there are new ones
+    std::string saveData(const std::string& name, const QString& file);
+
+private:
+    struct ShownView
+    {
+        ViewSlotPointer slot;
+        QPointer<View> view;
+    };
+
+    void scheduleFrame();
+    void show(Batch::Part& part);
+    View* findView(const ViewSlotPointer& slot) const;
+    View* findView(const std::string& name) const;
+    View& makeView(const ViewSlotPointer& slot);
+    void removeView(const ViewSlotPointer& slot);
+    ShowWindow& window();
+
+    std::vector<ShownView> m_Views;
+    QPointer<ShowWindow> m_Window;
+    QElapsedTimer m_SinceLastFrame;
+    bool m_IsFrameScheduled = false;
+    bool m_HasUnsavedPictures = false;
+};
+
+} // namespace tavo

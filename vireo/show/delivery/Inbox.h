@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QPointer>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "vireo/show/delivery/ViewUpdate.h"
+
+class QObject;
+
+namespace tavo {
+
+// What has been sent to one view since it was shown last.
+struct Pending
+{
+    bool isRemoved = false; // the view goes first
+    std::unique_ptr<ViewUpdate> update;
+
+    bool isEmpty() const { return !isRemoved && !update; }
+    void merge(Pending& newer);
+};
+
+// A name, and the view that bears it. Handles keep it; the inbox forgets it when the view was removed and no handle is
+// left.
+struct ViewSlot
+{
+    ViewSlot(std::string viewName, ViewKind viewKind)
+        : name(std::move(viewName))
+        , kind(viewKind)
+    {}
+
+    const std::string name;
+    const ViewKind kind;
+    Pending pending;      // guarded by the inbox
+    bool isShown = false; // guarded by the inbox
+};
+
+using ViewSlotPointer = std::shared_ptr<ViewSlot>;
+
+// What one statement sends.
+struct Batch
+{
+    struct Part
+    {
+        ViewSlotPointer slot;
+        Pending pending;
+    };
+
+    // What the statement has sent to a view so far.
+    Pending& operator[](const ViewSlotPointer& slot);
+
+    int depth = 0; // of statements within statements
+    std::vector<Part> parts;
+};
+
+// Where threads leave what they send, and the window's thread finds it: for each view the newest of everything, so that
+// what is not shown in time is replaced and takes no memory. There is one inbox; it is never destroyed, so that static
+// initialisers and destructors may send.
+namespace inbox {
+
+// The slot of a view's name, made by the first call; null, with a line in the log, if the name belongs to a view of
+// another kind.
+ViewSlotPointer findSlot(ViewKind kind, const std::string& name);
+
+// The same without making one.
+ViewSlotPointer findSlot(const std::string& name);
+
+// All slots that have anything to show.
+std::vector<ViewSlotPointer> allSlots();
+
+// Whether anything is shown or waits to be; whether anything waits.
+bool hasAnything();
+bool hasWaiting();
+
+// Merges what a statement sent into what is waiting, all of it before anything is taken, and wakes the receiver.
+void deliver(Batch& batch);
+
+// Takes all that is waiting. The slots are shown from now on, or, where they were removed and nothing came after it, no
+// more.
+std::vector<Batch::Part> take();
+
+// Who is told, by an event, to take what is waiting: once until it does. Null while there is nobody. The receiver
+// withdraws before it goes.
+void setReceiver(QObject* receiver, std::function<void()> whenAnythingWaits);
+
+// Has the receiver's thread run this, in the order of the calls. False if there is no receiver.
+bool post(std::function<void()> work);
+
+// A fork while another thread holds the lock would leave it locked in the child.
+void lockForFork();
+void unlockAfterFork();
+
+} // namespace inbox
+
+} // namespace tavo

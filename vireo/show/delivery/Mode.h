@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+namespace tavo {
+
+// What becomes of what is sent, as VIREO_SHOW says.
+enum class Mode
+{
+    Window,
+    Fresh,    // a window, without what was remembered of earlier ones
+    Pictures, // files in a folder
+    Off
+};
+
+// Cheap: one load after the first call. Off, too, once the program is ending, and in the child of a fork.
+Mode showMode() noexcept;
+inline bool isShowOff() noexcept
+{
+    return showMode() == Mode::Off;
+}
+
+// Where pictures go.
+std::string picturesFolder();
+
+// From now on nothing is shown, whatever VIREO_SHOW says.
+void switchShowOff() noexcept;
+
+} // namespace tavo

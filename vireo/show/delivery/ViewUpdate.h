@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+
+class QWidget;
+
+namespace tavo {
+
+class View;
+
+enum class ViewKind : std::uint8_t
+{
+    Plot
+};
+
+// What was sent to one view and has not been shown. Made by any thread; applied, and its view made, in the thread of
+// the window.
+class ViewUpdate
+{
+public:
+    virtual ~ViewUpdate() = default;
+
+    // Takes over what came later. What it displaces is left in `newer`, whose end is the sender's affair. Short: it is
+    // done while other threads wait.
+    virtual void merge(ViewUpdate& newer) = 0;
+};
+
+} // namespace tavo

@@ -1,0 +1,207 @@
+#include "vireo/show/delivery/WindowThread.h"
+
+#include <QApplication>
+#include <chrono>
+#include <future>
+#include <mutex>
+#include <thread>
+
+#include "tavo/base/debug/displayException.h"
+#include "vireo/show/delivery/FrontDoor.h"
+#include "vireo/show/delivery/endOfProgram.h"
+#include "vireo/show/delivery/process.h"
+#include "vireo/show/delivery/sayOnce.h"
+
+namespace tavo {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto LONGEST_WAIT = 5s;
+
+struct State
+{
+    std::mutex mutex;
+    std::thread thread;
+    std::future<void> ended;
+    bool hasStopped = false;
+};
+
+State& state()
+{
+    static State* const theState = new State;
+    return *theState;
+}
+
+QtMessageHandler theProgramsHandler = nullptr;
+
+// Qt does not like to see a QApplication outside of main()'s thread; where there is one only, it does its work.
+void passOnOtherMessages(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (!text.contains("QApplication was not created in the main() thread"))
+        theProgramsHandler(type, context, text);
+}
+
+// Qt makes much of what it has when it first needs it, and what is made last goes first when the program ends. So the
+// order of the end is set again behind events: ever more seldom, since little is new then.
+class Application : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override
+    {
+        const bool isHandled = QApplication::notify(receiver, event);
+        constexpr double GROWTH = 1.02;
+        if (++m_NumEvents >= m_Next) {
+            m_Next = m_NumEvents * GROWTH;
+            endProgramInOrder();
+        }
+        return isHandled;
+    }
+
+private:
+    double m_NumEvents = 0;
+    double m_Next = 0;
+};
+
+void serve(std::string platform, std::promise<void> started, std::promise<void> ended)
+{
+    ignoreSignalsInThisThread();
+    char name[] = "vireo";
+    char option[] = "-platform";
+    char* arguments[] = {name, option, platform.data(), nullptr};
+    int numArguments = 3;
+    {
+        theProgramsHandler = qInstallMessageHandler(passOnOtherMessages);
+        Application application(numArguments, arguments);
+        qInstallMessageHandler(theProgramsHandler);
+        QApplication::setQuitOnLastWindowClosed(false);
+        endProgramInOrder();
+        started.set_value();
+        QApplication::exec();
+    }
+    ended.set_value();
+}
+
+bool refuse(const char* call, const std::string& why)
+{
+    sayOnce(std::string(call) + " shows nothing: " + why);
+    return false;
+}
+
+bool hasApplication(const char* call)
+{
+    if (!QCoreApplication::instance())
+        return false;
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+        refuse(call, "the program has a QCoreApplication, where views need a QApplication");
+    return true;
+}
+
+// One piece of work, which is either begun or given up.
+class Work
+{
+public:
+    explicit Work(std::function<void()> work)
+        : m_Work(std::move(work))
+    {}
+
+    bool claim() { return !m_IsClaimed.test_and_set(); }
+
+    void run()
+    {
+        if (claim())
+            runGuarded(m_Work);
+        m_Done.set_value();
+    }
+
+    // False if it was given up, or will never be done.
+    bool wait()
+    {
+        std::future<void> done = m_Done.get_future();
+        if (done.wait_for(LONGEST_WAIT) != std::future_status::ready && claim())
+            return false;
+        done.wait();
+        return true;
+    }
+
+private:
+    std::function<void()> m_Work;
+    std::atomic_flag m_IsClaimed;
+    std::promise<void> m_Done;
+};
+
+} // namespace
+
+namespace windowThread {
+
+void start(const std::string& platform)
+{
+    const std::lock_guard<std::mutex> lock(state().mutex);
+    if (state().thread.joinable() || state().hasStopped)
+        return;
+    std::promise<void> started;
+    std::promise<void> ended;
+    std::future<void> hasStarted = started.get_future();
+    state().ended = ended.get_future();
+    state().thread = std::thread(serve, platform, std::move(started), std::move(ended));
+    hasStarted.wait();
+}
+
+bool isRunning()
+{
+    const std::lock_guard<std::mutex> lock(state().mutex);
+    return state().thread.joinable();
+}
+
+void stop()
+{
+    std::thread thread;
+    {
+        const std::lock_guard<std::mutex> lock(state().mutex);
+        state().hasStopped = true;
+        thread.swap(state().thread);
+    }
+    if (!thread.joinable())
+        return;
+    if (thread.get_id() == std::this_thread::get_id())
+        return thread.detach();
+    inbox::post([] { QCoreApplication::quit(); });
+    if (state().ended.wait_for(LONGEST_WAIT) == std::future_status::ready)
+        thread.join();
+    else
+        thread.detach();
+}
+
+} // namespace windowThread
+
+bool runInWindowThread(std::function<void()> work)
+{
+    if (FrontDoor::isHere())
+        return runGuarded(work);
+    const auto shared = std::make_shared<Work>(std::move(work));
+    return inbox::post([shared] { shared->run(); }) && shared->wait();
+}
+
+bool hasViewThread(const char* call)
+{
+    if (hasApplication(call))
+        return FrontDoor::get() && qobject_cast<QApplication*>(QCoreApplication::instance());
+    const std::string platform = displayPlatform();
+    windowThread::start(platform.empty() ? "offscreen" : platform);
+    return windowThread::isRunning();
+}
+
+bool hasWindowThread(const char* call)
+{
+    if (!QCoreApplication::instance() && displayPlatform().empty())
+        return refuse(call, "there is no display. VIREO_SHOW=pictures:FOLDER saves pictures instead");
+    if (!hasViewThread(call))
+        return false;
+    return isDisplay(QGuiApplication::platformName()) ||
+           refuse(call, "there is no display. VIREO_SHOW=pictures:FOLDER saves pictures instead");
+}
+
+} // namespace tavo

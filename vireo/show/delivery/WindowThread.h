@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace tavo {
+
+// The thread of the window where the program has no QApplication: it makes one and serves it, from its first start
+// until the program ends.
+namespace windowThread {
+
+// Returns when the QApplication is there. With `platform`, one of Qt's.
+void start(const std::string& platform);
+
+bool isRunning();
+
+// Ends it, and with it the QApplication; it cannot be started again. From the thread itself it is only left to itself.
+void stop();
+
+} // namespace windowThread
+
+// Has the thread of the QApplication, the program's or this library's, do some work, and waits until it is done. False
+// if there is none, or if it does not begin within five seconds, in which case it never does. `work` is kept until
+// then: it owns what it needs.
+bool runInWindowThread(std::function<void()> work);
+
+// Makes sure that there is a thread in which views can be made: of the program's QApplication, or a thread of its own.
+// False, with a line in the log that begins with `call`, if there can be none.
+bool hasViewThread(const char* call);
+
+// The same, where windows can be seen.
+bool hasWindowThread(const char* call);
+
+} // namespace tavo

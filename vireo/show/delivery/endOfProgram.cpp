@@ -1,0 +1,77 @@
+#include "vireo/show/delivery/endOfProgram.h"
+
+#include <QCoreApplication>
+#include <mutex>
+
+#include "tavo/base/debug/displayException.h"
+#include "vireo/show/delivery/FrontDoor.h"
+#include "vireo/show/delivery/Inbox.h"
+#include "vireo/show/delivery/Mode.h"
+#include "vireo/show/delivery/WindowThread.h"
+#include "vireo/show/delivery/process.h"
+#include "vireo/show/delivery/sayOnce.h"
+
+namespace tavo {
+
+namespace {
+
+// What no QApplication has seen.
+void attendToWhatWaits()
+{
+    if (QCoreApplication::instance() || !inbox::hasWaiting())
+        return;
+    if (showMode() == Mode::Pictures)
+        windowThread::start("offscreen"); // whose end saves them
+    else
+        sayOnce("the program ends, and what it sent was never shown: call tavo::show() at its end, tavo::pump() in its "
+                "loop, or tavo::openWindow() once");
+}
+
+void endProgram()
+{
+    if (isShowOff())
+        return;
+    runGuarded([] {
+        attendToWhatWaits();
+        windowThread::stop();
+        if (FrontDoor::isHere())
+            delete FrontDoor::get();
+    });
+    switchShowOff();
+}
+
+// Handlers come too late for what Qt makes when it first needs it: that goes before them. They are for programs that
+// end in another thread than the main one, which loads this library.
+[[maybe_unused]] const bool isMainThreadWatched = (callAtEndOfMainThread(endProgram), true);
+
+void prepareFork()
+{
+    inbox::lockForFork();
+}
+
+void afterForkInParent()
+{
+    inbox::unlockAfterFork();
+}
+
+void afterForkInChild()
+{
+    inbox::unlockAfterFork();
+    switchShowOff();
+}
+
+bool wasWindowThreadRunning()
+{
+    return windowThread::isRunning();
+}
+
+} // namespace
+
+void endProgramInOrder()
+{
+    static std::once_flag once;
+    std::call_once(once, [] { watchForks(prepareFork, afterForkInParent, afterForkInChild, wasWindowThreadRunning); });
+    callAtExit(endProgram);
+}
+
+} // namespace tavo

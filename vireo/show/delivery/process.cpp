@@ -1,0 +1,122 @@
+#include "vireo/show/delivery/process.h"
+
+#include <X11/Xlib.h>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <pthread.h>
+#include <string_view>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace tavo {
+
+namespace {
+
+bool isChildOfFork = false;
+bool (*hasThreadOfParent)() = nullptr;
+void (*tellChild)() = nullptr;
+
+std::string variable(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value ? value : "";
+}
+
+bool opensX()
+{
+    Display* const display = XOpenDisplay(nullptr);
+    if (display)
+        XCloseDisplay(display);
+    return display;
+}
+
+bool opensWayland()
+{
+    std::string path = variable("WAYLAND_DISPLAY");
+    if (path.empty())
+        return false;
+    if (path.front() != '/')
+        path = variable("XDG_RUNTIME_DIR") + '/' + path;
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path)
+        return false;
+    path.copy(address.sun_path, path.size());
+    const int connection = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool opens =
+        connection >= 0 && connect(connection, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    if (connection >= 0)
+        close(connection);
+    return opens;
+}
+
+void childOfFork()
+{
+    isChildOfFork = true;
+    tellChild();
+}
+
+void endChildOfFork(int status, void*)
+{
+    if (!isChildOfFork || !hasThreadOfParent())
+        return;
+    std::fflush(nullptr);
+    _exit(status);
+}
+
+} // namespace
+
+void callAtExit(void (*hook)())
+{
+    std::atexit(hook);
+    if (hasThreadOfParent)
+        on_exit(endChildOfFork, nullptr);
+}
+
+// exit() destroys what its thread has of its own before it calls any handler.
+void callAtEndOfMainThread(void (*hook)())
+{
+    struct EndOfThread
+    {
+        void (*hook)() = nullptr;
+        ~EndOfThread()
+        {
+            if (hook)
+                hook();
+        }
+    };
+    static thread_local EndOfThread end;
+    if (gettid() == getpid())
+        end.hook = hook;
+}
+
+void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*hasThread)())
+{
+    hasThreadOfParent = hasThread;
+    tellChild = inChild;
+    pthread_atfork(before, inParent, childOfFork);
+}
+
+void ignoreSignalsInThisThread()
+{
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, nullptr);
+}
+
+std::string displayPlatform()
+{
+    const std::string asked = variable("QT_QPA_PLATFORM");
+    const std::string_view plugin = std::string_view(asked).substr(0, asked.find(':'));
+    if (plugin == "wayland" || plugin == "wayland-egl")
+        return opensWayland() ? asked : "";
+    if (plugin == "offscreen" || plugin == "minimal")
+        return "";
+    if (opensX())
+        return "xcb";
+    return opensWayland() ? "wayland" : "";
+}
+
+} // namespace tavo

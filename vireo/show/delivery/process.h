@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+namespace tavo {
+
+// What differs between systems about processes and displays.
+
+// Has `hook` called when the program ends, before everything that was loaded so far is torn down. It may be called
+// several times, once for each registration.
+void callAtExit(void (*hook)());
+
+// Has `hook` called when the main thread ends the program, before anything else is torn down. To be called by the main
+// thread; does nothing elsewhere, and where threads end too late for it.
+void callAtEndOfMainThread(void (*hook)());
+
+// Has `before` called in front of a fork, and behind it `inParent` or `inChild`. A child that ends by exit() is ended
+// without tearing anything down, if `hasThread` says so: what a thread of its parent's has begun, nobody can end in it.
+// Does nothing where processes do not fork.
+void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*hasThread)());
+
+// Leaves the program's signals to the program's threads.
+void ignoreSignalsInThisThread();
+
+// Qt's name for the windows that can be opened here; empty if there is no display.
+std::string displayPlatform();
+
+} // namespace tavo

@@ -1,0 +1,28 @@
+#include "vireo/show/delivery/sayOnce.h"
+
+#include <mutex>
+#include <set>
+
+#include "tavo/base/debug/displayException.h"
+
+namespace tavo {
+
+void sayOnce(const std::string& text) noexcept
+{
+    struct Said
+    {
+        std::mutex mutex;
+        std::set<std::string> texts;
+    };
+    runGuarded([&text] {
+        static Said* const said = new Said; // destructors may have something to say
+        {
+            const std::lock_guard<std::mutex> lock(said->mutex);
+            if (!said->texts.insert(text).second)
+                return;
+        }
+        warning("tavo: " + text);
+    });
+}
+
+} // namespace tavo

@@ -1,0 +1,80 @@
+#include "vireo/show/plots/PlotCurve.h"
+
+#include <QPainter>
+#include <QPen>
+#include <qwt_scale_map.h>
+
+#include "tavo/base/text/printable.h"
+#include "vireo/show/plots/polyline.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr double MARK_DIAMETER = 5;
+constexpr std::size_t LONGEST_NAME = 60;
+constexpr double DRAWN_ABOVE_GRID = 20;
+
+// Wide pens take Qt long: they are for few points.
+constexpr int MOST_ROUND_MARKS = 20'000;
+
+void drawMarks(QPainter& painter, const QPolygonF& marks)
+{
+    QPen pen = painter.pen();
+    pen.setCapStyle(marks.size() <= MOST_ROUND_MARKS ? Qt::RoundCap : Qt::SquareCap);
+    pen.setWidthF(marks.size() <= MOST_ROUND_MARKS ? MARK_DIAMETER : 2);
+    painter.setPen(pen);
+    painter.drawPoints(marks);
+}
+
+} // namespace
+
+PlotCurve::PlotCurve(const std::string& name, QRgb colour)
+    : m_Name(name)
+    , m_Colour(QColor::fromRgba(colour))
+{
+    setTitle(QwtText(QString::fromStdString(printable(name, LONGEST_NAME)), QwtText::PlainText));
+    setItemAttribute(QwtPlotItem::Legend);
+    setZ(DRAWN_ABOVE_GRID);
+}
+
+void PlotCurve::apply(CurveUpdate& update)
+{
+    if (update.colour)
+        m_Colour = QColor::fromRgba(*update.colour);
+    if (update.samples)
+        m_Kind = update.samples->kind;
+    m_Samples.apply(update);
+}
+
+void PlotCurve::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF&) const
+{
+    const ToPixels toX = [&xMap](double x) { return xMap.transform(x); };
+    const ToPixels toY = [&yMap](double y) { return yMap.transform(y); };
+    const double firstX = std::min(xMap.s1(), xMap.s2());
+    const double lastX = std::max(xMap.s1(), xMap.s2());
+    const Polylines polylines = m_Kind == CurveKind::Points ? marksOf(m_Samples, toX, toY, firstX, lastX)
+                                                            : polylinesOf(m_Samples, toX, toY, firstX, lastX);
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(QPen(m_Colour, 1.3));
+    for (const QPolygonF& line : polylines.lines)
+        painter->drawPolyline(line);
+    drawMarks(*painter, polylines.marks);
+}
+
+QwtGraphic PlotCurve::legendIcon(int, const QSizeF& size) const
+{
+    QwtGraphic icon;
+    icon.setDefaultSize(size);
+    icon.setRenderHint(QwtGraphic::RenderPensUnscaled, true);
+    QPainter painter(&icon);
+    painter.setPen(QPen(m_Colour, m_Kind == CurveKind::Points ? MARK_DIAMETER : 2));
+    const double middle = size.height() / 2;
+    if (m_Kind == CurveKind::Points)
+        painter.drawPoint(QPointF(size.width() / 2, middle));
+    else
+        painter.drawLine(QPointF(0, middle), QPointF(size.width(), middle));
+    return icon;
+}
+
+} // namespace tavo

@@ -1,0 +1,114 @@
+#include "vireo/show/plots/PlotUpdate.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace tavo {
+
+namespace {
+
+// Smaller pieces are put together, so that single samples do not take a piece each.
+constexpr std::size_t LARGE_PIECE = 4096;
+
+template <typename T>
+void replace(std::optional<T>& older, std::optional<T>& newer)
+{
+    if (newer)
+        older.swap(newer);
+}
+
+} // namespace
+
+void AppendedSamples::append(AppendedSamples&& newer)
+{
+    x.insert(x.end(), newer.x.begin(), newer.x.end());
+    y.insert(y.end(), newer.y.begin(), newer.y.end());
+}
+
+void CurveUpdate::merge(CurveUpdate& newer)
+{
+    if (newer.isRemoved || newer.samples)
+        appended.swap(newer.appended);
+    if (newer.isRemoved) {
+        isRemoved = true;
+        std::swap(samples, newer.samples);
+        std::swap(colour, newer.colour);
+        std::swap(kept, newer.kept);
+    } else {
+        replace(colour, newer.colour);
+        replace(kept, newer.kept);
+        if (newer.samples)
+            samples.swap(newer.samples);
+        else
+            for (AppendedSamples& piece : newer.appended)
+                append(std::move(piece));
+    }
+    dropOldSamples();
+}
+
+void CurveUpdate::append(AppendedSamples piece)
+{
+    if (!appended.empty() && appended.back().x.size() + piece.x.size() <= LARGE_PIECE)
+        appended.back().append(std::move(piece));
+    else
+        appended.push_back(std::move(piece));
+}
+
+void CurveUpdate::remove()
+{
+    isRemoved = true;
+    samples.reset();
+    appended.clear();
+    kept.reset();
+    colour.reset();
+}
+
+void CurveUpdate::dropOldSamples()
+{
+    std::size_t number = 0;
+    auto piece = appended.end();
+    while (piece != appended.begin() && number < kept.value_or(DEFAULT_KEPT))
+        number += (--piece)->x.size();
+    appended.erase(appended.begin(), piece);
+}
+
+void AxisUpdate::merge(AxisUpdate& newer)
+{
+    replace(name, newer.name);
+    replace(range, newer.range);
+}
+
+void PlotUpdate::merge(ViewUpdate& newer)
+{
+    auto& newerPlot = static_cast<PlotUpdate&>(newer);
+    if (newerPlot.isCleared) {
+        isCleared = true;
+        curves.swap(newerPlot.curves);
+    } else {
+        for (CurveUpdate& newerCurve : newerPlot.curves)
+            curve(newerCurve.name).merge(newerCurve);
+    }
+    replace(title, newerPlot.title);
+    x.merge(newerPlot.x);
+    y.merge(newerPlot.y);
+}
+
+CurveUpdate& PlotUpdate::curve(const std::string& name)
+{
+    const auto found =
+        std::find_if(curves.begin(), curves.end(), [&name](const CurveUpdate& curve) { return curve.name == name; });
+    if (found != curves.end())
+        return *found;
+    curves.emplace_back();
+    curves.back().name = name;
+    return curves.back();
+}
+
+void PlotUpdate::clear()
+{
+    isCleared = true;
+    curves.clear();
+}
+
+} // namespace tavo

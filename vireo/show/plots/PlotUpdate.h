@@ -1,0 +1,96 @@
+#pragma once
+
+#include <QRgb>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "vireo/show/delivery/NumberArray.h"
+#include "vireo/show/delivery/ViewUpdate.h"
+
+namespace tavo {
+
+enum class CurveKind : unsigned char
+{
+    Line,
+    Points
+};
+
+// Samples of a curve. Without x they stand at 0, 1, 2 ...
+struct CurveSamples
+{
+    NumberArray x;
+    NumberArray y;
+    CurveKind kind = CurveKind::Line;
+};
+
+// Samples that were appended, as many xs as ys.
+struct AppendedSamples
+{
+    std::vector<double> x;
+    std::vector<double> y;
+
+    void append(AppendedSamples&& newer);
+};
+
+// What was sent to one curve.
+struct CurveUpdate
+{
+    static constexpr std::size_t DEFAULT_KEPT = 1'000'000;
+
+    std::string name;
+    bool isRemoved = false; // what the plot has of it goes first
+    std::optional<CurveSamples> samples;
+    std::vector<AppendedSamples> appended; // behind the samples
+    std::optional<std::size_t> kept;       // of appended samples, the newest
+    std::optional<QRgb> colour;
+
+    void merge(CurveUpdate& newer);
+    void append(AppendedSamples samples);
+    void remove();
+
+private:
+    void dropOldSamples();
+};
+
+struct AxisUpdate
+{
+    struct Name
+    {
+        std::string label;
+        std::string unit;
+    };
+    struct Range
+    {
+        double from;
+        double to;
+    };
+
+    std::optional<Name> name;
+    std::optional<Range> range;
+
+    void merge(AxisUpdate& newer);
+};
+
+// What was sent to one plot.
+class PlotUpdate : public ViewUpdate
+{
+public:
+    void merge(ViewUpdate& newer) override;
+
+    // Of that name, made by the first call. In the order of the first calls.
+    CurveUpdate& curve(const std::string& name);
+
+    // As if what was sent so far had never been: the plot's curves go.
+    void clear();
+
+    bool isCleared = false; // the curves of the plot go first
+    std::vector<CurveUpdate> curves;
+    std::optional<std::string> title;
+    AxisUpdate x;
+    AxisUpdate y;
+};
+
+} // namespace tavo

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QByteArray>
+#include <vector>
+
+namespace tavo {
+
+class PlotCurve;
+
+// The samples as comma-separated values: two columns for each curve, x and y, under a line with their names. Numbers
+// have all their digits; what is missing at the end of a shorter curve is left empty.
+QByteArray curvesAsText(const std::vector<const PlotCurve*>& curves);
+
+} // namespace tavo

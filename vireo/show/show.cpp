@@ -1,0 +1,172 @@
+#include "vireo/show/show.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QSize>
+#include <QString>
+#include <functional>
+#include <memory>
+
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/text/printable.h"
+#include "vireo/show/delivery/FrontDoor.h"
+#include "vireo/show/delivery/Inbox.h"
+#include "vireo/show/delivery/Mode.h"
+#include "vireo/show/delivery/WindowThread.h"
+#include "vireo/show/delivery/currentBatch.h"
+#include "vireo/show/delivery/sayOnce.h"
+#include "vireo/show/delivery/windowState.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr std::size_t LONGEST_NAME = 100;
+constexpr int PUMP_MILLISECONDS = 8;
+
+std::string quoted(const std::string& text)
+{
+    return "\"" + printable(text, LONGEST_NAME) + "\"";
+}
+
+// Has the front door save something; says what went wrong. Everything that this thread has sent is in it.
+bool save(const std::string& call, std::function<std::string(FrontDoor&)> work)
+{
+    if (isShowOff())
+        return false;
+    bool isSaved = false;
+    runGuarded([&] {
+        sendCurrentBatch();
+        if (!hasViewThread(call.c_str()))
+            return;
+        const auto error = std::make_shared<std::string>("saving it failed");
+        const bool isDone = runInWindowThread([work, error] {
+            FrontDoor::get()->showWaiting();
+            *error = work(*FrontDoor::get());
+        });
+        isSaved = isDone && error->empty();
+        if (!isSaved)
+            warning(call + ": " + (isDone ? *error : "the thread of the QApplication does not answer"));
+    });
+    return isSaved;
+}
+
+QString fileName(const std::string& name)
+{
+    return QString::fromLocal8Bit(name.c_str());
+}
+
+void removeViews(const std::vector<ViewSlotPointer>& views)
+{
+    const Statement statement;
+    Batch* const batch = currentBatch();
+    for (const ViewSlotPointer& slot : views)
+        if (batch && slot) {
+            Pending& pending = (*batch)[slot];
+            pending.isRemoved = true;
+            pending.update.reset();
+        }
+}
+
+void showWindow()
+{
+    if (!inbox::hasAnything())
+        return sayOnce("show() shows nothing: nothing was sent");
+    if (!hasWindowThread("tavo::show()"))
+        return;
+    if (FrontDoor::isHere())
+        return FrontDoor::get()->serveUntilClosed();
+    runInWindowThread([] { FrontDoor::get()->openWindow(); });
+    windowState::waitUntilClosed();
+}
+
+void servePump()
+{
+    static thread_local QElapsedTimer sinceLast;
+    if (sinceLast.isValid() && sinceLast.elapsed() < PUMP_MILLISECONDS)
+        return;
+    sinceLast.start();
+    QCoreApplication::processEvents();
+}
+
+} // namespace
+
+void show()
+{
+    if (isShowOff())
+        return;
+    runGuarded([] {
+        sendCurrentBatch();
+        if (showMode() != Mode::Pictures)
+            showWindow();
+        else if (inbox::hasAnything() && hasViewThread("tavo::show()"))
+            runInWindowThread([] { FrontDoor::get()->savePicturesOfMode(); });
+    });
+}
+
+bool pump()
+{
+    if (isShowOff() || showMode() == Mode::Pictures)
+        return true;
+    runGuarded([] {
+        if (FrontDoor::isHere())
+            servePump();
+        else if (!windowState::isOpen() && !QCoreApplication::instance() && inbox::hasWaiting())
+            hasWindowThread("tavo::pump()");
+    });
+    return !windowState::wasClosed();
+}
+
+bool openWindow()
+{
+    if (isShowOff() || showMode() == Mode::Pictures)
+        return false;
+    bool isOpen = false;
+    runGuarded([&isOpen] {
+        isOpen = hasWindowThread("tavo::openWindow()") && runInWindowThread([] { FrontDoor::get()->openWindow(); });
+    });
+    return isOpen;
+}
+
+void closeWindow()
+{
+    if (!isShowOff())
+        runGuarded([] { inbox::post([] { FrontDoor::get()->closeWindow(); }); });
+}
+
+void remove(const char* name)
+{
+    if (name)
+        remove(std::string(name));
+}
+
+void remove(const std::string& name)
+{
+    runGuarded([&name] { removeViews({inbox::findSlot(name)}); });
+}
+
+void clear()
+{
+    runGuarded([] { removeViews(inbox::allSlots()); });
+}
+
+bool savePicture(const std::string& name, const std::string& file, int width, int height)
+{
+    return save("tavo::savePicture(" + quoted(name) + ", " + quoted(file) + ")", [=](FrontDoor& door) {
+        return door.savePicture(name, fileName(file), {width, height});
+    });
+}
+
+bool savePictures(const std::string& folder)
+{
+    return save("tavo::savePictures(" + quoted(folder) + ")",
+        [folder](FrontDoor& door) { return door.savePictures(fileName(folder)); });
+}
+
+bool saveData(const std::string& name, const std::string& file)
+{
+    return save("tavo::saveData(" + quoted(name) + ", " + quoted(file) + ")",
+        [=](FrontDoor& door) { return door.saveData(name, fileName(file)); });
+}
+
+} // namespace tavo

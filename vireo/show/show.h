@@ -1,0 +1,73 @@
+#pragma once
+
+#include <string>
+
+#include "vireo/show/Export.h"
+#include "vireo/show/Plot.h"
+
+/// The front door: shows what a running program has.
+///
+///     #include <vector>
+///     #include <vireo/show/show.h>
+///
+///     int main()
+///     {
+///         std::vector<double> y{3, 1, 2};
+///         tavo::plot("p").curve("y", y);
+///         tavo::show();
+///     }
+///
+/// Views are made by `plot(name)`, from any thread, and are on the screen at once in a program that has a QApplication
+/// and serves its events. A program without Qt ends with `show()`, calls `pump()` in its loop, or calls `openWindow()`
+/// once; the window then has a thread of its own, with a QApplication, until the program ends. Such a program must not
+/// make a QApplication of its own later: Qt would end it.
+///
+/// The environment variable VIREO_SHOW says what becomes of all this: `off` makes every call do nothing,
+/// `pictures:FOLDER` saves a PNG of every view in that folder when the program ends or calls `show()`, and opens no
+/// window, `fresh` opens the window without what it remembers of earlier ones.
+///
+/// Nothing here throws. What goes wrong is a line in the log of the window, or, where there is none, on the standard
+/// error stream.
+
+namespace tavo {
+
+/// Opens the window and returns when it is closed. Returns at once, with a line in the log, if there is nothing to show
+/// or no display. With VIREO_SHOW=pictures:FOLDER it saves the pictures and returns. In the thread of the program's
+/// QApplication it serves events meanwhile; in any other it only waits.
+VIREO_SHOW_EXPORT void show();
+
+/// Serves the window from a loop of the program; to be called as often as one likes, since it returns at once when
+/// nothing is due. True until the window was closed, and where there is no window to be.
+///
+///     while (tavo::pump())
+///         tavo::plot("rpm").append("motor", now(), measure());
+VIREO_SHOW_EXPORT bool pump();
+
+/// Opens the window and returns. False, with a line in the log, if there is no display.
+VIREO_SHOW_EXPORT bool openWindow();
+
+/// Closes the window, as its close button does. What is sent goes on arriving; the next new view opens it again.
+VIREO_SHOW_EXPORT void closeWindow();
+
+/// Takes a view away. A later call under its name makes a new one. There are two, so that `remove("x")` after
+/// `using namespace tavo` is ambiguous with the C library's function, which deletes a file.
+VIREO_SHOW_EXPORT void remove(const char* name);
+VIREO_SHOW_EXPORT void remove(const std::string& name);
+
+/// Takes all views away.
+VIREO_SHOW_EXPORT void clear();
+
+/// Saves a picture of a view, `width` x `height` pixels, as a PNG or whatever else the file's name ends with; with all
+/// that this thread has sent. It needs no display. Waits until it is done, but no longer than 5 seconds for a
+/// QApplication of the program that does not serve its events. False, with a line in the log, if it cannot be saved.
+VIREO_SHOW_EXPORT bool savePicture(
+    const std::string& name, const std::string& file, int width = 1000, int height = 700);
+
+/// Saves a picture of every view in a folder, which is made if need be, as the view's name and ".png". As
+/// savePicture().
+VIREO_SHOW_EXPORT bool savePictures(const std::string& folder);
+
+/// Saves the data of a view: of a plot its samples, as comma-separated values. As savePicture().
+VIREO_SHOW_EXPORT bool saveData(const std::string& name, const std::string& file);
+
+} // namespace tavo

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QImage>
+#include <QWidget>
+#include <memory>
+#include <string>
+
+namespace tavo {
+
+class ViewUpdate;
+
+// What is shown under one name. It lives in the window's thread, in a dock of the window or in none.
+class View : public QWidget
+{
+public:
+    // Shows what was sent.
+    virtual void apply(ViewUpdate& update) = 0;
+
+    // What the view shows, drawn at that size in pixels, however large the widget is.
+    virtual QImage picture(QSize size) = 0;
+
+    // Saves the data that are shown, in the format that the file's name ends with. Why they could not be saved, for a
+    // person; empty if they were.
+    virtual std::string saveData(const QString& file) = 0;
+};
+
+} // namespace tavo
