@@ -23,6 +23,8 @@ function(build folder)
         set(package vireo)
         if(example STREQUAL "cg-program")
             set(package vireo-cg)
+        elseif(example STREQUAL "plot")
+            set(package vireo-show)
         endif()
         execute_process(COMMAND pkg-config --cflags --libs ${package} glu
             OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
@@ -66,6 +68,11 @@ set(picture ${SCRATCH_DIR}/picture.png)
 run(${SCRATCH_DIR}/geometry-list/geometry-list ${picture})
 if(NOT EXISTS ${picture})
     message(FATAL_ERROR "there is no ${picture}")
+endif()
+
+run(${CMAKE_COMMAND} -E env VIREO_SHOW=pictures:${SCRATCH_DIR}/pictures ${SCRATCH_DIR}/plot/plot)
+if(NOT EXISTS ${SCRATCH_DIR}/pictures/pressure.png)
+    message(FATAL_ERROR "there is no ${SCRATCH_DIR}/pictures/pressure.png")
 endif()
 
 # This one runs until its window is closed, so being ended by the time limit is its success.
