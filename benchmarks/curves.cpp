@@ -61,7 +61,7 @@ protected:
 
     Curves m_Curves;
     Curves m_Others;
-    std::vector<Colour> m_Colours;
+    std::vector<tavo::RGBA8> m_Colours;
 
 private:
     Bytes pixels()
@@ -134,7 +134,7 @@ private:
         }
 
         // The sender may forget them.
-        void showCurves(const Curves& curves, const std::vector<Colour>& colours)
+        void showCurves(const Curves& curves, const std::vector<tavo::RGBA8>& colours)
         {
             m_Curves = curves;
             m_Colours = colours;
@@ -155,7 +155,7 @@ private:
         }
 
     private:
-        static void drawCurve(const std::vector<float>& curve, const Colour& colour)
+        static void drawCurve(const std::vector<float>& curve, const tavo::RGBA8& colour)
         {
             const auto count = static_cast<float>(curve.size());
             glColor4ubv(colour.data());
@@ -168,7 +168,7 @@ private:
         std::array<float, 16> m_Projection{};
         std::array<float, 16> m_ModelView{};
         Curves m_Curves;
-        std::vector<Colour> m_Colours;
+        std::vector<tavo::RGBA8> m_Colours;
     };
 
     View m_View;

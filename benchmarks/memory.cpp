@@ -19,8 +19,6 @@ namespace {
 
 constexpr double MEBIBYTE = 1024 * 1024;
 
-using Vector = tavo::StaticVector<float, 3>;
-
 // A work, and how many bytes whoever has done it must hold, textures and buffers of a driver that keeps them in memory
 // among them; what it was given not.
 struct Row
@@ -33,8 +31,8 @@ std::vector<Row> rows()
 {
     constexpr unsigned int MILLION = 1'000'000;
     constexpr std::size_t NUM_OBJECTS = 100'000;
-    const tavo::StaticVector<int, 3>& n = head().getExtends();
-    const Vector direction = VIEWPOINT_OF_HEAD.eye * (-1 / 500.0f);
+    const tavo::Vector3i& n = head().getExtends();
+    const tavo::Vector3f direction = VIEWPOINT_OF_HEAD.eye * (-1 / 500.0f);
     const double stackOfHead = 4.0 * n[0] * n[1] * n[2];
     const double paddedStacksOfHead = 4.0 * 256 * 256 * (n[0] + n[1] + n[2]);
     const double points = 12.0 * MILLION;

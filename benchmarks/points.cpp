@@ -70,7 +70,7 @@ protected:
         glEnable(GL_DEPTH_TEST);
         glColor3f(1, 1, 1);
         glBegin(GL_POINTS);
-        for (const tavo::StaticVector<float, 3>& point : m_Points)
+        for (const tavo::Vector3f& point : m_Points)
             glVertex3fv(point.data());
         glEnd();
     }

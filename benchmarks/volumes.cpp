@@ -17,12 +17,12 @@ namespace vireo_bench {
 namespace {
 
 using tavo::RegularVolume;
+using tavo::RGBA8;
 using tavo::StaticVector;
-using RGBA = RegularVolume::RGBA;
-using Vector = StaticVector<float, 3>;
+using tavo::Vector3f;
 using Names = std::vector<GLuint>;
 
-const std::array<Vector, 3> ALONG_EACH_AXIS = {Vector(1, 0, 0), Vector(0, 1, 0), Vector(0, 0, 1)};
+const std::array<Vector3f, 3> ALONG_EACH_AXIS = {Vector3f(1, 0, 0), Vector3f(0, 1, 0), Vector3f(0, 0, 1)};
 
 // The samples of a volume of one channel, in memory, as bare programs have them.
 const float* samplesOf(const RegularVolume& volume)
@@ -130,7 +130,7 @@ private:
 class CalledFunction
 {
 public:
-    RGBA operator()(float density) { return m_Map(&m_Window, StaticVector<float, 1>(density)); }
+    RGBA8 operator()(float density) { return m_Map(&m_Window, StaticVector<float, 1>(density)); }
 
 private:
     DensityWindow m_Window;
@@ -140,11 +140,11 @@ private:
 class InlinedFunction
 {
 public:
-    RGBA operator()(float density) { return DensityWindow().look(density); }
+    RGBA8 operator()(float density) { return DensityWindow().look(density); }
 };
 
 template <typename Function, typename SlicesOfAxis>
-void colourSlice(SlicesOfAxis& slices, std::size_t slice, RGBA* texels, std::size_t rowLength)
+void colourSlice(SlicesOfAxis& slices, std::size_t slice, RGBA8* texels, std::size_t rowLength)
 {
     Function colourOf;
     const float* samples = slices.find(slice);
@@ -165,7 +165,7 @@ void setSliceParameters()
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
 }
 
-void uploadSlice(GLint internalFormat, std::size_t width, std::size_t height, const RGBA* texels)
+void uploadSlice(GLint internalFormat, std::size_t width, std::size_t height, const RGBA8* texels)
 {
     glTexImage2D(GL_TEXTURE_2D, 0, internalFormat, static_cast<GLsizei>(width), static_cast<GLsizei>(height), 0,
         GL_RGBA, GL_UNSIGNED_BYTE, texels);
@@ -184,7 +184,7 @@ template <typename Function, typename SlicesOfAxis = FetchedSlices>
 void makeStack(const RegularVolume& volume, unsigned int axis, Names& names)
 {
     SlicesOfAxis slices(volume, axis);
-    std::vector<RGBA> texels(slices.width() * slices.height());
+    std::vector<RGBA8> texels(slices.width() * slices.height());
     for (std::size_t slice = 0; slice < slices.count(); ++slice) {
         colourSlice<Function>(slices, slice, texels.data(), slices.width());
         names.push_back(newTexture());
@@ -201,7 +201,7 @@ void makePaddedStack(const RegularVolume& volume, unsigned int axis, Names& name
     SlicesOfAxis slices(volume, axis);
     const std::size_t paddedWidth = std::bit_ceil(slices.width());
     const std::size_t paddedHeight = std::bit_ceil(slices.height());
-    std::vector<RGBA> texels(paddedWidth * paddedHeight, tavo::NULL_VECTOR4UB);
+    std::vector<RGBA8> texels(paddedWidth * paddedHeight, tavo::NULL_VECTOR4UB);
     for (std::size_t slice = 0; slice < slices.count(); ++slice) {
         colourSlice<Function>(slices, slice, texels.data(), paddedWidth);
         setSliceParameters();
@@ -268,7 +268,7 @@ template <typename Renderer>
 class Preparing : public Renderer
 {
 public:
-    void prepareAlong(RegularVolume& volume, const Vector& direction)
+    void prepareAlong(RegularVolume& volume, const Vector3f& direction)
     {
         this->prepareTextures(&volume, direction, {CHANNEL}, DensityWindow::map, &m_Window);
     }
@@ -357,7 +357,7 @@ private:
 class Drawing : public Contestant
 {
 public:
-    Drawing(RegularVolume& volume, int size, const Vector& direction)
+    Drawing(RegularVolume& volume, int size, const Vector3f& direction)
         : m_Volume(volume)
         , m_Size(size)
         , m_Direction(direction)
@@ -381,14 +381,14 @@ protected:
     virtual View& view() { return View::ofSize(m_Size, m_Size); }
     int size() const { return m_Size; }
     RegularVolume& volume() const { return m_Volume; }
-    const Vector& direction() const { return m_Direction; }
+    const Vector3f& direction() const { return m_Direction; }
 
 private:
     void loadMatrices() const
     {
         constexpr double FAR_AWAY = 500;
-        const tavo::BoundingBox<float, 3>& box = m_Volume.getBoundingBox();
-        const Vector middle = (box.getMin() + box.getMax()) * 0.5f;
+        const tavo::Box3f& box = m_Volume.getBoundingBox();
+        const Vector3f middle = (box.getMin() + box.getMax()) * 0.5f;
         const bool isUpright = m_Direction[0] != 0 || m_Direction[1] != 0;
         glMatrixMode(GL_PROJECTION);
         glLoadIdentity();
@@ -396,13 +396,13 @@ private:
         glMatrixMode(GL_MODELVIEW);
         glLoadIdentity();
         gluLookAt(0, 0, 0, m_Direction[0], m_Direction[1], m_Direction[2], 0, isUpright ? 0 : 1, isUpright ? 1 : 0);
-        const Vector eye = middle - m_Direction * static_cast<float>(FAR_AWAY);
+        const Vector3f eye = middle - m_Direction * static_cast<float>(FAR_AWAY);
         glTranslatef(-eye[0], -eye[1], -eye[2]);
     }
 
     RegularVolume& m_Volume;
     int m_Size;
-    Vector m_Direction;
+    Vector3f m_Direction;
 };
 
 template <typename Renderer>
@@ -443,7 +443,7 @@ class BareDrawing : public Drawing
 {
 public:
     // Its slices in textures of their size, or in textures that are padded to powers of two.
-    BareDrawing(RegularVolume& volume, int size, const Vector& direction, bool isPadded)
+    BareDrawing(RegularVolume& volume, int size, const Vector3f& direction, bool isPadded)
         : Drawing(volume, size, direction)
         , m_Axis(axisAlong(direction))
     {
@@ -479,7 +479,7 @@ protected:
     }
 
 private:
-    static unsigned int axisAlong(const Vector& direction)
+    static unsigned int axisAlong(const Vector3f& direction)
     {
         unsigned int axis = 0;
         for (const unsigned int other : {1u, 2u})
@@ -497,13 +497,13 @@ private:
 
     void drawSlice(std::size_t slice) const
     {
-        const Vector& min = volume().getBoundingBox().getMin();
-        const Vector& max = volume().getBoundingBox().getMax();
+        const Vector3f& min = volume().getBoundingBox().getMin();
+        const Vector3f& max = volume().getBoundingBox().getMax();
         const float part = static_cast<float>(slice) / static_cast<float>(numSlices());
         const float p = min[m_Axis] + (max[m_Axis] - min[m_Axis]) * part;
         const unsigned int u = uAcross(m_Axis);
         const unsigned int v = vAcross(m_Axis);
-        Vector corner;
+        Vector3f corner;
         corner[m_Axis] = p;
         glBindTexture(GL_TEXTURE_2D, m_Names[slice]);
         glBegin(GL_QUADS);
@@ -568,14 +568,14 @@ Comparison prepareByTex2dRenderer(const std::string& name, RegularVolume& volume
             {INLINED_AT_ONCE, with<BarePreparation>(volume, makePaddedStack<InlinedFunction>)}}};
 }
 
-Comparison drawBySliceRenderer(const std::string& name, RegularVolume& volume, int size, const Vector& direction)
+Comparison drawBySliceRenderer(const std::string& name, RegularVolume& volume, int size, const Vector3f& direction)
 {
     return {"draw " + name + ", SliceVolumeRenderer",
         {{"vireo", with<RendererDrawing<tavo::SliceVolumeRenderer>>(volume, size, direction)},
             {"floor", with<BareDrawing>(volume, size, direction, false), 1.02}}};
 }
 
-Comparison drawByTex2dRenderer(const std::string& name, RegularVolume& volume, int size, const Vector& direction)
+Comparison drawByTex2dRenderer(const std::string& name, RegularVolume& volume, int size, const Vector3f& direction)
 {
     return {"draw " + name + ", Tex2dVolumeRenderer",
         {{"vireo", with<Tex2dRendererDrawing>(volume, size, direction)},
@@ -588,7 +588,7 @@ void addVolumeWorks()
         add(prepare("the head's three stacks", head()));
         add(ofInterest(prepare("the three stacks of 64 x 64 x 64 samples", headInCube(64))));
     }
-    const std::vector<std::pair<std::string, Vector>> directions = {{"+X", {1, 0, 0}}, {"-X", {-1, 0, 0}},
+    const std::vector<std::pair<std::string, Vector3f>> directions = {{"+X", {1, 0, 0}}, {"-X", {-1, 0, 0}},
         {"+Y", {0, 1, 0}}, {"-Y", {0, -1, 0}}, {"+Z", {0, 0, 1}}, {"-Z", {0, 0, -1}},
         {"(0.6, -0.64, 0.48)", {0.6f, -0.64f, 0.48f}}};
     for (const auto& draw : {drawBySliceRenderer, drawByTex2dRenderer})

@@ -17,9 +17,9 @@ Comparison prepareByTex2dRenderer(const std::string& name, tavo::RegularVolume& 
 
 // Seen along a direction of length 1, in a square view of so many pixels a side.
 Comparison drawBySliceRenderer(
-    const std::string& name, tavo::RegularVolume& volume, int size, const tavo::StaticVector<float, 3>& direction);
+    const std::string& name, tavo::RegularVolume& volume, int size, const tavo::Vector3f& direction);
 Comparison drawByTex2dRenderer(
-    const std::string& name, tavo::RegularVolume& volume, int size, const tavo::StaticVector<float, 3>& direction);
+    const std::string& name, tavo::RegularVolume& volume, int size, const tavo::Vector3f& direction);
 
 Comparison drawPoints(const std::string& name, const std::function<Points()>& makePoints);
 Comparison showCurves(std::size_t numCurves, std::size_t numSamples);

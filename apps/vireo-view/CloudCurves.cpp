@@ -11,7 +11,7 @@ namespace vireo_view {
 
 namespace {
 
-double coordinate(const Point3& point, Axis axis)
+double coordinate(const tavo::Vector3d& point, Axis axis)
 {
     return point[static_cast<std::size_t>(axis)];
 }
@@ -19,7 +19,7 @@ double coordinate(const Point3& point, Axis axis)
 Span spanOf(const Points3& cloud, Axis axis)
 {
     Span span;
-    for (const Point3& point : cloud)
+    for (const tavo::Vector3d& point : cloud)
         span.include(coordinate(point, axis));
     return span;
 }
@@ -37,7 +37,7 @@ Points2 heightHistogram(const Points3& cloud, Axis up)
 {
     const Bins bins = binsOf(cloud, up);
     std::vector<double> counts(bins.getCount());
-    for (const Point3& point : cloud)
+    for (const tavo::Vector3d& point : cloud)
         ++counts[bins.binOf(coordinate(point, up))];
     return outlineOf(bins, counts);
 }
@@ -55,7 +55,7 @@ Silhouette silhouette(const Points3& cloud, Axis up)
     const Axis along = longerAxisBeside(up, cloud);
     const Bins bins = binsOf(cloud, along);
     std::vector<Span> heights(bins.getCount());
-    for (const Point3& point : cloud)
+    for (const tavo::Vector3d& point : cloud)
         heights[bins.binOf(coordinate(point, along))].include(coordinate(point, up));
 
     constexpr double GAP = std::numeric_limits<double>::quiet_NaN();

@@ -10,7 +10,7 @@ ColourMap::ColourMap(std::string_view name, std::vector<Stop> stops)
     , m_Stops(std::move(stops))
 {}
 
-ColourMap::RGB ColourMap::look(float part) const
+tavo::Vector3f ColourMap::look(float part) const
 {
     const auto above =
         std::find_if(m_Stops.begin(), m_Stops.end(), [part](const Stop& stop) { return stop.part > part; });

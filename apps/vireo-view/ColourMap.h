@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 
 namespace vireo_view {
 
@@ -11,12 +11,10 @@ namespace vireo_view {
 class ColourMap
 {
 public:
-    using RGB = tavo::StaticVector<float, 3>; // 0 to 1
-
     struct Stop
     {
         float part;
-        RGB colour;
+        tavo::Vector3f colour; // 0 to 1
     };
 
     // At least one stop, in ascending order.
@@ -25,7 +23,7 @@ public:
     std::string_view getName() const { return m_Name; }
 
     // The colour of the first or last stop beyond them.
-    RGB look(float part) const;
+    tavo::Vector3f look(float part) const;
 
 private:
     std::string_view m_Name;

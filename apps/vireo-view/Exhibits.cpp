@@ -26,7 +26,7 @@ namespace {
 struct NamedColour
 {
     std::string_view name;
-    Colour colour;
+    tavo::RGBA8 colour;
 };
 
 // The colours of a picture's curves, in this order and then again.
@@ -158,7 +158,7 @@ public:
         , m_Sign((m_Up + 3 - m_Right) % 3 == 1 ? 1 : -1)
     {}
 
-    Point3 operator()(const Point3& p) const { return {p[m_Right], p[m_Up], m_Sign * p[m_Third]}; }
+    tavo::Vector3d operator()(const tavo::Vector3d& p) const { return {p[m_Right], p[m_Up], m_Sign * p[m_Third]}; }
 
     // What it does, for a title; empty if nothing.
     std::string text() const
@@ -215,8 +215,8 @@ private:
     void addCloud(const Points3& points)
     {
         Points3 cloud;
-        std::copy_if(
-            points.begin(), points.end(), std::back_inserter(cloud), [](const Point3& p) { return isFinite(p); });
+        std::copy_if(points.begin(), points.end(), std::back_inserter(cloud),
+            [](const tavo::Vector3d& p) { return isFinite(p); });
         if (cloud.empty())
             throw InputError(m_File, "has no points with finite coordinates");
         if (cloud.size() > std::numeric_limits<unsigned int>::max())
@@ -241,7 +241,7 @@ private:
 
     void addVolume(tavo::RegularVolume volume)
     {
-        const tavo::StaticVector<int, 3>& extends = volume.getExtends();
+        const tavo::Vector3i& extends = volume.getExtends();
         std::string name = m_Name + " - " + std::to_string(extends[0]) + " x " + std::to_string(extends[1]) + " x " +
                            std::to_string(extends[2]) + " voxels";
         const Points2 curve = m_Options.withCurves ? densityHistogram(volume) : Points2();

@@ -23,8 +23,6 @@ enum class ColumnsAs
     CLOUD,     // the first three are the x, y and z of points
 };
 
-using Colour = tavo::StaticVector<unsigned char, 4>;
-
 // What is shown under a name, fitted to the view.
 struct CloudExhibit
 {
@@ -45,7 +43,7 @@ struct CurvesExhibit
 {
     std::string name;
     std::vector<std::vector<tavo::StaticVector<float, N>>> curves;
-    std::vector<Colour> colours;
+    std::vector<tavo::RGBA8> colours;
 };
 
 using Exhibit = std::variant<CloudExhibit, VolumeExhibit, CurvesExhibit<2>, CurvesExhibit<3>>;

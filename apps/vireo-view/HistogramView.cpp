@@ -10,7 +10,7 @@ namespace vireo_view {
 
 namespace {
 
-QColor opaque(const TransferFunction::RGBA& colour)
+QColor opaque(const tavo::RGBA8& colour)
 {
     return {colour[0], colour[1], colour[2]};
 }

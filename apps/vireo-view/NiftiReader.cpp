@@ -84,7 +84,7 @@ public:
         }
     }
 
-    const tavo::StaticVector<int, 3>& getExtends() const { return m_Extends; }
+    const tavo::Vector3i& getExtends() const { return m_Extends; }
 
     std::ptrdiff_t placeOf(int i, int j, int k) const
     {
@@ -93,14 +93,14 @@ public:
     std::ptrdiff_t getStep() const { return m_Steps[0]; }
 
 private:
-    tavo::StaticVector<int, 3> m_Extends;
+    tavo::Vector3i m_Extends;
     std::array<std::ptrdiff_t, 3> m_Steps{};
     std::ptrdiff_t m_First = 0;
 };
 
-tavo::BoundingBox<float, 3> boxOf(const NiftiHeader& header)
+tavo::Box3f boxOf(const NiftiHeader& header)
 {
-    tavo::StaticVector<float, 3> corner;
+    tavo::Vector3f corner;
     for (unsigned int i = 0; i < 3; ++i)
         corner[header.axes[i].axis] = static_cast<float>(header.extents[i] * header.spacings[i] / 2);
     return {corner * -1.0f, corner};

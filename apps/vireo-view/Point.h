@@ -5,16 +5,13 @@
 #include <cmath>
 #include <vector>
 
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 
 namespace vireo_view {
 
 // Points as they are in files. Floats would lose digits far from the origin.
-using Point2 = tavo::StaticVector<double, 2>;
-using Point3 = tavo::StaticVector<double, 3>;
-
-using Points2 = std::vector<Point2>;
-using Points3 = std::vector<Point3>;
+using Points2 = std::vector<tavo::Vector2d>;
+using Points3 = std::vector<tavo::Vector3d>;
 
 enum class Axis
 {

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "apps/vireo-view/Point.h"
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 
 namespace vireo_view {
 
@@ -12,8 +12,8 @@ namespace vireo_view {
 //
 // All coordinates must be finite. Curves that are given together are fitted together.
 
-using FittedPoints2 = std::vector<tavo::StaticVector<float, 2>>;
-using FittedPoints3 = std::vector<tavo::StaticVector<float, 3>>;
+using FittedPoints2 = std::vector<tavo::Vector2f>;
+using FittedPoints3 = std::vector<tavo::Vector3f>;
 
 // In space proportions are kept: the centre of the points' box comes to the origin, and its largest extent becomes
 // this.

@@ -41,10 +41,10 @@ double TransferFunction::partAt(double density) const
     return std::clamp((density - m_Level) / m_Window + 0.5, 0.0, 1.0);
 }
 
-TransferFunction::RGBA TransferFunction::look(double density) const
+tavo::RGBA8 TransferFunction::look(double density) const
 {
     const double part = partAt(density);
-    const ColourMap::RGB colour = colourMaps()[m_ColourMap].look(static_cast<float>(part));
+    const tavo::Vector3f colour = colourMaps()[m_ColourMap].look(static_cast<float>(part));
     return {toByte(colour[0]), toByte(colour[1]), toByte(colour[2]), toByte(part * m_Opacity)};
 }
 

@@ -13,8 +13,6 @@ namespace vireo_view {
 class TransferFunction
 {
 public:
-    using RGBA = tavo::RegularVolume::RGBA;
-
     // What suits a volume at first: from its mean density, below which is mostly air, to what few samples exceed.
     explicit TransferFunction(const Histogram& histogram = Histogram());
 
@@ -37,7 +35,7 @@ public:
     // Where in the window a density lies, from 0 at its lower end, and below, to 1. What is no number is at 0.
     double partAt(double density) const;
 
-    RGBA look(double density) const;
+    tavo::RGBA8 look(double density) const;
 
     bool operator==(const TransferFunction&) const = default;
 

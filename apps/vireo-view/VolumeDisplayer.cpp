@@ -23,13 +23,13 @@ namespace {
 
 // The volume's axes as they are shown: X, which points to the right of the person in it, to the viewer's left, Z
 // upwards and Y to the viewer.
-tavo::StaticVector<float, 3> turned(const tavo::StaticVector<float, 3>& v)
+tavo::Vector3f turned(const tavo::Vector3f& v)
 {
     return {-v[0], v[2], v[1]};
 }
 
 // The turn is its own inverse.
-tavo::StaticVector<float, 3> turnedBack(const tavo::StaticVector<float, 3>& v)
+tavo::Vector3f turnedBack(const tavo::Vector3f& v)
 {
     return turned(v);
 }
@@ -45,9 +45,9 @@ public:
         glMatrixMode(GL_MODELVIEW);
         glPushMatrix();
         glLoadIdentity();
-        const tavo::StaticVector<float, 3>& eye = camera.getEyePoint();
-        const tavo::StaticVector<float, 3>& lookAt = camera.getLookAtPoint();
-        const tavo::StaticVector<float, 3>& up = camera.getUpVector();
+        const tavo::Vector3f& eye = camera.getEyePoint();
+        const tavo::Vector3f& lookAt = camera.getLookAtPoint();
+        const tavo::Vector3f& up = camera.getUpVector();
         gluLookAt(eye[0], eye[1], eye[2], lookAt[0], lookAt[1], lookAt[2], up[0], up[1], up[2]);
     }
     ~CameraMatrix()
@@ -93,15 +93,15 @@ void VolumeDisplayer::setTransferFunction(const TransferFunction& transferFuncti
 
 float VolumeDisplayer::getScale() const
 {
-    const tavo::StaticVector<float, 3> extent = m_Volume->getBoundingBox().getExtent();
+    const tavo::Vector3f extent = m_Volume->getBoundingBox().getExtent();
     return static_cast<float>(FITTED_EXTENT / std::max({extent[0], extent[1], extent[2]}));
 }
 
-tavo::BoundingBox<float, 3> VolumeDisplayer::getBoundingBox()
+tavo::Box3f VolumeDisplayer::getBoundingBox()
 {
     if (!m_Volume)
         return {{0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f}};
-    tavo::StaticVector<float, 3> corner = turned(m_Volume->getBoundingBox().getExtent() * (getScale() / 2));
+    tavo::Vector3f corner = turned(m_Volume->getBoundingBox().getExtent() * (getScale() / 2));
     corner[0] = -corner[0];
     return {corner * -1.0f, corner};
 }
@@ -117,8 +117,8 @@ void VolumeDisplayer::drawGL(QGLWidget* widget, tavo::Camera& camera)
     const std::array<float, 16> turn = {-1, 0, 0, 0, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 1};
     glMultMatrixf(turn.data());
     glScalef(getScale(), getScale(), getScale());
-    const tavo::BoundingBox<float, 3>& box = m_Volume->getBoundingBox();
-    const tavo::StaticVector<float, 3> middle = (box.getMin() + box.getMax()) * 0.5f;
+    const tavo::Box3f& box = m_Volume->getBoundingBox();
+    const tavo::Vector3f middle = (box.getMin() + box.getMax()) * 0.5f;
     glTranslatef(-middle[0], -middle[1], -middle[2]);
 
     PreparationBar bar(*widget);
@@ -128,7 +128,7 @@ void VolumeDisplayer::drawGL(QGLWidget* widget, tavo::Camera& camera)
         std::string(DENSITY), &colourOf, this);
 }
 
-TransferFunction::RGBA VolumeDisplayer::colourOf(void* self, const tavo::StaticVector<float, 1>& density)
+tavo::RGBA8 VolumeDisplayer::colourOf(void* self, const tavo::StaticVector<float, 1>& density)
 {
     return static_cast<const VolumeDisplayer*>(self)->m_TransferFunction.look(double{density[0]});
 }

@@ -41,7 +41,7 @@ public:
     void setTransferFunction(const TransferFunction& transferFunction);
 
     // The box of what is drawn; without a volume that of nothing at the origin.
-    tavo::BoundingBox<float, 3> getBoundingBox() override;
+    tavo::Box3f getBoundingBox() override;
 
     // As GLEventObject says, but as the camera is now. Textures that are missing are made, while a PreparationBar says
     // how far they are.
@@ -61,7 +61,7 @@ public:
 
 private:
     static tavo::Object* newInstance();
-    static TransferFunction::RGBA colourOf(void* self, const tavo::StaticVector<float, 1>& density);
+    static tavo::RGBA8 colourOf(void* self, const tavo::StaticVector<float, 1>& density);
 
     float getScale() const;
 

@@ -15,11 +15,9 @@ namespace vireo_bench {
 
 namespace {
 
-using Vector = tavo::StaticVector<float, 3>;
-
 const osg::Vec4 WHITE(1, 1, 1, 1);
 
-osg::Vec3f vec(const Vector& v)
+osg::Vec3f vec(const tavo::Vector3f& v)
 {
     return {v[0], v[1], v[2]};
 }
@@ -93,15 +91,15 @@ public:
     OsgHead()
         : OsgScene(VIEWPOINT_OF_HEAD)
     {
-        const tavo::StaticVector<int, 3>& extends = head().getExtends();
+        const tavo::Vector3i& extends = head().getExtends();
         m_Densities->setImage(extends[0], extends[1], extends[2], GL_LUMINANCE32F_ARB, GL_LUMINANCE, GL_FLOAT,
             head().getPointSet()->getData(), osg::Image::NO_DELETE);
         setWindow(DensityWindow());
     }
     void load() override
     {
-        const Vector& min = head().getBoundingBox().getMin();
-        const Vector extent = head().getBoundingBox().getExtent();
+        const tavo::Vector3f& min = head().getBoundingBox().getMin();
+        const tavo::Vector3f extent = head().getBoundingBox().getExtent();
         const auto place = osg::Matrix::scale(vec(extent)) * osg::Matrix::translate(vec(min));
         m_Layer = new osgVolume::ImageLayer(osgVolume::applyTransferFunction(m_Densities, m_Colours));
         m_Layer->addProperty(new osgVolume::AlphaFuncProperty(0));
@@ -124,7 +122,7 @@ public:
     {
         osg::TransferFunction1D::ColorMap colours;
         for (const float density : {window.black, window.white}) {
-            const tavo::RegularVolume::RGBA colour = window.look(density);
+            const tavo::RGBA8 colour = window.look(density);
             colours[density] = osg::Vec4(colour[0], colour[1], colour[2], colour[3]) / 255;
         }
         m_Colours->assign(colours);
@@ -149,7 +147,7 @@ public:
     {}
     void load() override
     {
-        static_assert(sizeof(osg::Vec3) == sizeof(Vector));
+        static_assert(sizeof(osg::Vec3) == sizeof(tavo::Vector3f));
         const auto* const points = reinterpret_cast<const osg::Vec3*>(m_Points.data());
         osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
         geometry->setUseDisplayList(false);

@@ -43,7 +43,7 @@ public:
     }
 
 private:
-    void addGraph(const std::vector<float>& curve, const Colour& colour)
+    void addGraph(const std::vector<float>& curve, const tavo::RGBA8& colour)
     {
         QVector<QCPGraphData> samples;
         samples.reserve(static_cast<int>(curve.size()));
@@ -58,7 +58,7 @@ private:
     bool m_DrawsAll;
     QCustomPlot m_Plot;
     Curves m_Curves = makeCurves(NUM_CURVES, NUM_SAMPLES);
-    std::vector<Colour> m_Colours = makeColours(NUM_CURVES);
+    std::vector<tavo::RGBA8> m_Colours = makeColours(NUM_CURVES);
 };
 
 const Showings showings = {

@@ -28,8 +28,8 @@ constexpr std::size_t NUM_SAMPLES = 100'000;
 // Where a subject is looked at from, towards the origin.
 struct Viewpoint
 {
-    tavo::StaticVector<float, 3> eye;
-    tavo::StaticVector<float, 3> up;
+    tavo::Vector3f eye;
+    tavo::Vector3f up;
     double degrees; // of the picture's height
     double nearest;
     double farthest;

@@ -163,7 +163,7 @@ private:
     }
 
     Curves m_Curves = makeCurves(NUM_CURVES, NUM_SAMPLES);
-    std::vector<Colour> m_Colours = makeColours(NUM_CURVES);
+    std::vector<tavo::RGBA8> m_Colours = makeColours(NUM_CURVES);
 };
 
 const Showings showings = {

@@ -23,8 +23,6 @@ namespace vireo_bench {
 
 namespace {
 
-using Vector = tavo::StaticVector<float, 3>;
-
 // Draws off the screen.
 class VtkScene : public Scene
 {
@@ -75,9 +73,9 @@ vtkNew<vtkFloatArray> arrayOf(const float* values, std::size_t count, int numCom
 
 vtkNew<vtkImageData> imageOf(const tavo::RegularVolume& volume)
 {
-    const tavo::StaticVector<int, 3>& extends = volume.getExtends();
-    const Vector& min = volume.getBoundingBox().getMin();
-    const Vector extent = volume.getBoundingBox().getExtent();
+    const tavo::Vector3i& extends = volume.getExtends();
+    const tavo::Vector3f& min = volume.getBoundingBox().getMin();
+    const tavo::Vector3f extent = volume.getBoundingBox().getExtent();
     vtkNew<vtkImageData> image;
     image->SetDimensions(extends.data());
     image->SetOrigin(min[0], min[1], min[2]);
@@ -117,7 +115,7 @@ public:
         m_Colours->RemoveAllPoints();
         m_Opacity->RemoveAllPoints();
         for (const float density : {window.black, window.white}) {
-            const tavo::RegularVolume::RGBA colour = window.look(density);
+            const tavo::RGBA8 colour = window.look(density);
             m_Colours->AddRGBPoint(density, colour[0] / 255.0, colour[1] / 255.0, colour[2] / 255.0);
             m_Opacity->AddPoint(density, colour[3] / 255.0);
         }

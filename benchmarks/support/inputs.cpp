@@ -42,7 +42,7 @@ bool goOn(double)
 
 tavo::RegularVolume makeCubeOf(const tavo::RegularVolume& from, int side)
 {
-    const tavo::StaticVector<int, 3>& extends = from.getExtends();
+    const tavo::Vector3i& extends = from.getExtends();
     const tavo::PointSet& samples = *from.getPointSet();
     const std::size_t size = samples.getDescr().getSize();
     auto scaled = std::make_unique<tavo::PointSet>(samples.getDescr(), static_cast<unsigned int>(side * side * side));
@@ -54,7 +54,7 @@ tavo::RegularVolume makeCubeOf(const tavo::RegularVolume& from, int side)
                 const int index = row * extends[0] + x * extends[0] / side;
                 std::memcpy(to, samples.getData() + static_cast<std::size_t>(index) * size, size);
             }
-    return {tavo::StaticVector<int, 3>(side, side, side), from.getBoundingBox(), std::move(scaled)};
+    return {tavo::Vector3i(side, side, side), from.getBoundingBox(), std::move(scaled)};
 }
 
 } // namespace
@@ -77,7 +77,7 @@ Points randomPoints(unsigned int count)
     std::mt19937 generator(1); // NOLINT(cert-msc51-cpp): the same numbers each time are wanted
     const auto coordinate = [&generator] { return static_cast<float>(generator() / 4294967296.0 - 0.5); };
     Points points(count);
-    for (tavo::StaticVector<float, 3>& point : points)
+    for (tavo::Vector3f& point : points)
         for (unsigned int axis = 0; axis < 3; ++axis)
             point[axis] = coordinate();
     return points;
@@ -120,9 +120,9 @@ Curves makeCurves(std::size_t count, std::size_t numSamples)
     return curves;
 }
 
-std::vector<Colour> makeColours(std::size_t count)
+std::vector<tavo::RGBA8> makeColours(std::size_t count)
 {
-    std::vector<Colour> colours;
+    std::vector<tavo::RGBA8> colours;
     for (std::size_t curve = 0; curve < count; ++curve)
         colours.emplace_back(static_cast<unsigned char>(255 * curve / count), 255,
             static_cast<unsigned char>(255 - 255 * curve / count), 255);

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "tavo/base/images/RGBAImage.h"
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 #include "tavo/points/PointSet.h"
 #include "tavo/points/RegularVolume.h"
 
@@ -25,7 +25,7 @@ struct DensityWindow
     float black = 30;
     float white = 150;
 
-    tavo::RegularVolume::RGBA look(float density) const
+    tavo::RGBA8 look(float density) const
     {
         const float part = density <= black ? 0 : density >= white ? 1 : (density - black) / (white - black);
         const auto grey = static_cast<unsigned char>(part * 255);
@@ -33,13 +33,13 @@ struct DensityWindow
     }
 
     // The same as the renderers ask for it, of the window that the pointer points to.
-    static tavo::RegularVolume::RGBA map(void* window, const tavo::StaticVector<float, 1>& density)
+    static tavo::RGBA8 map(void* window, const tavo::StaticVector<float, 1>& density)
     {
         return static_cast<const DensityWindow*>(window)->look(density[0]);
     }
 };
 
-using Points = std::vector<tavo::StaticVector<float, 3>>;
+using Points = std::vector<tavo::Vector3f>;
 
 // So many points, spread evenly over the cube from (-0.5, -0.5, -0.5) to (0.5, 0.5, 0.5), the same in every run.
 Points randomPoints(unsigned int count);
@@ -54,10 +54,9 @@ Points scannedPoints();
 tavo::RGBAImage makeImage(unsigned int side);
 
 using Curves = std::vector<std::vector<float>>;
-using Colour = tavo::StaticVector<unsigned char, 4>;
 
 // So many waves, each quicker than the one before, and colours for them.
 Curves makeCurves(std::size_t count, std::size_t numSamples);
-std::vector<Colour> makeColours(std::size_t count);
+std::vector<tavo::RGBA8> makeColours(std::size_t count);
 
 } // namespace vireo_bench

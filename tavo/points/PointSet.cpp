@@ -86,18 +86,18 @@ unsigned char* PointSet::getData()
     return m_Data.data();
 }
 
-BoundingBox<float, 3> PointSet::getBoundingBox() const
+Box3f PointSet::getBoundingBox() const
 {
     if (!m_BoundingBox)
         m_BoundingBox = computeBoundingBox();
     return *m_BoundingBox;
 }
 
-BoundingBox<float, 3> PointSet::computeBoundingBox() const
+Box3f PointSet::computeBoundingBox() const
 {
     Range ranges[3];
     if (provides3f(POSITION))
-        forEach3f(POSITION, [&ranges](const StaticVector<float, 3>& xyz) {
+        forEach3f(POSITION, [&ranges](const Vector3f& xyz) {
             for (unsigned int axis = 0; axis < 3; ++axis)
                 ranges[axis].include(xyz[axis]);
         });

@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tavo/base/math/BoundingBox.h"
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 #include "tavo/points/AttributeAccessToken.h"
 #include "tavo/points/Export.h"
 #include "tavo/points/VertexDescriptor.h"
@@ -53,7 +52,7 @@ public:
     // Stores three floats. Throws std::out_of_range beyond the last point.
     void set3f(unsigned int i, const AttributeAccessToken& token, const float* xyz);
 
-    // Calls visit with the first three floats of every point's attribute, in order, each a StaticVector<float, 3>. The
+    // Calls visit with the first three floats of every point's attribute, in order, each a Vector3f. The
     // floats may have any addresses, as where three colour bytes follow each position. Throws PException if there is no
     // attribute of that name, or not one of three floats or more.
     template <typename Visit>
@@ -61,7 +60,7 @@ public:
     {
         const AttributeAccessToken token = find3f(name);
         for (unsigned int i = 0; i < m_NumPoints; ++i) {
-            StaticVector<float, 3> xyz;
+            Vector3f xyz;
             std::memcpy(xyz.data(), m_Data.data() + checkedPosition(i, token), 3 * sizeof(float));
             visit(xyz);
         }
@@ -76,7 +75,7 @@ public:
     // The box of the "position" attribute. NaN coordinates are passed over, and an axis without any other coordinate is
     // from 0 to 1: all three are without points, or if forEach3f("position") would throw. It is kept until the next
     // write; the first call after one takes a time proportional to the number of points.
-    BoundingBox<float, 3> getBoundingBox() const;
+    Box3f getBoundingBox() const;
 
 private:
     std::size_t checkedPosition(unsigned int i, const AttributeAccessToken& token) const
@@ -91,12 +90,12 @@ private:
 
     bool provides3f(const std::string& name) const;
     AttributeAccessToken find3f(const std::string& name) const;
-    BoundingBox<float, 3> computeBoundingBox() const;
+    Box3f computeBoundingBox() const;
 
     VertexDescriptor m_Descriptor;
     unsigned int m_NumPoints;
     std::vector<unsigned char> m_Data;
-    mutable std::optional<BoundingBox<float, 3>> m_BoundingBox;
+    mutable std::optional<Box3f> m_BoundingBox;
 };
 
 } // namespace tavo

@@ -13,7 +13,7 @@ constexpr int RegularVolume::UNRESTRICTED;
 namespace {
 
 // Whether so many points are as many as there are samples, whose number may be beyond what 64 bits hold.
-bool isNumSamples(const StaticVector<int, 3>& extends, std::uint64_t numPoints)
+bool isNumSamples(const Vector3i& extends, std::uint64_t numPoints)
 {
     const auto inPlane = static_cast<std::uint64_t>(extends[0]) * static_cast<std::uint64_t>(extends[1]);
     const auto numPlanes = static_cast<std::uint64_t>(extends[2]);
@@ -30,8 +30,7 @@ std::uint64_t nextVolumeNumber()
 
 } // namespace
 
-RegularVolume::RegularVolume(
-    const StaticVector<int, 3>& extends, const BoundingBox<float, 3>& box, std::unique_ptr<PointSet> samples)
+RegularVolume::RegularVolume(const Vector3i& extends, const Box3f& box, std::unique_ptr<PointSet> samples)
     : m_VolumeNumber(nextVolumeNumber())
     , m_Extends(extends)
     , m_Box(box)
@@ -46,7 +45,7 @@ RegularVolume::~RegularVolume() = default;
 
 RegularVolume::RegularVolume(RegularVolume&& other) noexcept
     : m_VolumeNumber(std::exchange(other.m_VolumeNumber, nextVolumeNumber()))
-    , m_Extends(std::exchange(other.m_Extends, StaticVector<int, 3>()))
+    , m_Extends(std::exchange(other.m_Extends, Vector3i()))
     , m_Box(other.m_Box)
     , m_Samples(std::move(other.m_Samples))
 {}
@@ -54,14 +53,14 @@ RegularVolume::RegularVolume(RegularVolume&& other) noexcept
 RegularVolume& RegularVolume::operator=(RegularVolume&& other) noexcept
 {
     m_VolumeNumber = std::exchange(other.m_VolumeNumber, nextVolumeNumber());
-    m_Extends = std::exchange(other.m_Extends, StaticVector<int, 3>());
+    m_Extends = std::exchange(other.m_Extends, Vector3i());
     m_Box = other.m_Box;
     m_Samples = std::move(other.m_Samples);
     return *this;
 }
 
-RegularVolume::Block RegularVolume::findBlock(const std::string& channel, unsigned int numComponents,
-    const StaticVector<int, 3>& min, const StaticVector<int, 3>& max) const
+RegularVolume::Block RegularVolume::findBlock(
+    const std::string& channel, unsigned int numComponents, const Vector3i& min, const Vector3i& max) const
 {
     const unsigned int offset = requireChannel(channel, numComponents);
     std::size_t step = m_Samples->getDescr().getSize();

@@ -8,8 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "tavo/base/math/BoundingBox.h"
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 #include "tavo/points/Export.h"
 #include "tavo/points/PointSet.h"
 
@@ -24,19 +23,18 @@ namespace tavo {
 class TAVO_POINTS_EXPORT RegularVolume
 {
 public:
-    using RGBA = StaticVector<unsigned char, 4>;
+    using RGBA = RGBA8; // its older name
 
     // What a sample of N floats looks like; the pointer is the caller's own.
     template <unsigned int N>
-    using Mapping = RGBA (*)(void*, const StaticVector<float, N>&);
+    using Mapping = RGBA8 (*)(void*, const StaticVector<float, N>&);
 
     // In the bounds of mapChannel: not restricted along that axis.
     static constexpr int UNRESTRICTED = -1;
 
     // The numbers of samples along X, Y and Z, the box that they fill, and the samples, which may be null for a volume
     // that has none yet. Throws PException if a number is negative.
-    RegularVolume(const StaticVector<int, 3>& extends, const BoundingBox<float, 3>& box,
-        std::unique_ptr<PointSet> samples = nullptr);
+    RegularVolume(const Vector3i& extends, const Box3f& box, std::unique_ptr<PointSet> samples = nullptr);
     ~RegularVolume();
     // What is moved from has no samples and a number of its own.
     RegularVolume(RegularVolume&&) noexcept;
@@ -45,8 +43,8 @@ public:
     // Unique in the process, so that who keeps something made of a volume can tell another one at the same address.
     std::uint64_t getVolumeNumber() const { return m_VolumeNumber; }
 
-    const StaticVector<int, 3>& getExtends() const { return m_Extends; }
-    const BoundingBox<float, 3>& getBoundingBox() const { return m_Box; }
+    const Vector3i& getExtends() const { return m_Extends; }
+    const Box3f& getBoundingBox() const { return m_Box; }
 
     // The samples, owned by the volume; null if it has none.
     PointSet* getPointSet() { return m_Samples.get(); }
@@ -61,8 +59,7 @@ public:
     // data format does not match channel format." if the channel is not one of N floats; also if there is no channel of
     // that name, or if the bounds are not within the volume.
     template <unsigned int N, typename Visit>
-    void forEachSample(
-        const std::string& channel, const StaticVector<int, 3>& min, const StaticVector<int, 3>& max, Visit visit) const
+    void forEachSample(const std::string& channel, const Vector3i& min, const Vector3i& max, Visit visit) const
     {
         // By reference: rows are visited by copies, and it may have a state.
         visitBlock<N>(findBlock(channel, N, min, max),
@@ -73,8 +70,8 @@ public:
     // StaticVector<float, N>. Rows lie one behind the other, or, with a rowLength, begin that many colours apart; the
     // colours between them are left alone. Throws as forEachSample does.
     template <unsigned int N, typename Map>
-    void mapChannelBy(const std::string& channel, const StaticVector<int, 3>& min, const StaticVector<int, 3>& max,
-        Map map, RGBA* out, std::size_t rowLength = 0) const
+    void mapChannelBy(const std::string& channel, const Vector3i& min, const Vector3i& max, Map map, RGBA8* out,
+        std::size_t rowLength = 0) const
     {
         const Block block = findBlock(channel, N, min, max);
         const std::size_t step = rowLength > block.counts[0] ? rowLength : block.counts[0];
@@ -84,8 +81,8 @@ public:
 
     // The same by a function and a pointer that it is called with.
     template <unsigned int N>
-    void mapChannel(const std::string& channel, const StaticVector<int, 3>& min, const StaticVector<int, 3>& max,
-        Mapping<N> mapping, void* userData, RGBA* out) const
+    void mapChannel(const std::string& channel, const Vector3i& min, const Vector3i& max, Mapping<N> mapping,
+        void* userData, RGBA8* out) const
     {
         mapChannelBy<N>(
             channel, min, max,
@@ -135,13 +132,13 @@ private:
         __builtin_prefetch(reinterpret_cast<const void*>(start + (block.counts[0] - 1) * block.steps[0]));
     }
 
-    Block findBlock(const std::string& channel, unsigned int numComponents, const StaticVector<int, 3>& min,
-        const StaticVector<int, 3>& max) const;
+    Block findBlock(
+        const std::string& channel, unsigned int numComponents, const Vector3i& min, const Vector3i& max) const;
     unsigned int requireChannel(const std::string& channel, unsigned int numComponents) const;
 
     std::uint64_t m_VolumeNumber;
-    StaticVector<int, 3> m_Extends;
-    BoundingBox<float, 3> m_Box;
+    Vector3i m_Extends;
+    Box3f m_Box;
     std::unique_ptr<PointSet> m_Samples;
 };
 

@@ -40,7 +40,7 @@ void check(const CloudExhibit& exhibit)
 
 void check(const VolumeExhibit& exhibit)
 {
-    const tavo::BoundingBox<float, 3>& box = exhibit.volume->getBoundingBox();
+    const tavo::Box3f& box = exhibit.volume->getBoundingBox();
     requireFinite(box.getMin().data(), 3);
     requireFinite(box.getMax().data(), 3);
 }

@@ -101,9 +101,9 @@ std::vector<StaticVector<float, N>> RandomSends::anyPoints()
     return points;
 }
 
-StaticVector<unsigned char, 4> RandomSends::anyColour()
+RGBA8 RandomSends::anyColour()
 {
-    StaticVector<unsigned char, 4> colour;
+    RGBA8 colour;
     for (unsigned int i = 0; i < 4; ++i)
         colour[i] = static_cast<unsigned char>(pick(256));
     return colour;

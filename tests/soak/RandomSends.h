@@ -43,7 +43,7 @@ private:
     float anyNumber();
     template <unsigned int N>
     std::vector<StaticVector<float, N>> anyPoints();
-    StaticVector<unsigned char, 4> anyColour();
+    RGBA8 anyColour();
 
     // Null if there is no section, or it has no such widget.
     DebugSection* anySection();

@@ -46,20 +46,20 @@ constexpr unsigned int START_SIZE = 5;
 // Where the camera goes to show a box.
 struct Refit
 {
-    StaticVector<float, 3> eye;
-    StaticVector<float, 3> lookAt;
+    Vector3f eye;
+    Vector3f lookAt;
 };
 
-StaticVector<float, 3> viewingDirection(const Camera& camera)
+Vector3f viewingDirection(const Camera& camera)
 {
-    const StaticVector<float, 3> d = camera.getLookAtPoint() - camera.getEyePoint();
+    const Vector3f d = camera.getLookAtPoint() - camera.getEyePoint();
     const float squared = dot(d, d);
-    return squared > 0.0f ? d * (1.0f / std::sqrt(squared)) : StaticVector<float, 3>(0.0f, 0.0f, 1.0f);
+    return squared > 0.0f ? d * (1.0f / std::sqrt(squared)) : Vector3f(0.0f, 0.0f, 1.0f);
 }
 
-Refit refitTo(const BoundingBox<float, 3>& box, const Camera& camera)
+Refit refitTo(const Box3f& box, const Camera& camera)
 {
-    const StaticVector<float, 3> extent = box.getExtent();
+    const Vector3f extent = box.getExtent();
     const float largest = std::max({extent[0], extent[1], extent[2]});
     // The eye starts from the old look-at point and goes on along the old direction: deliberate.
     return {
@@ -151,7 +151,7 @@ private:
     void makeDrawnCurrent();
     void paint();
     void drawObject();
-    void warnIfOutOfView(const BoundingBox<float, 3>& box);
+    void warnIfOutOfView(const Box3f& box);
 
     Camera m_Camera;
     ViewContext& m_ViewContext; // of the base, which owns it
@@ -216,16 +216,16 @@ void GLEventDisplayerWidget::MyGLWidget::setObject(std::unique_ptr<GLEventObject
 
 void GLEventDisplayerWidget::MyGLWidget::refit()
 {
-    const BoundingBox<float, 3> box = m_Object->getBoundingBox();
+    const Box3f box = m_Object->getBoundingBox();
     const Refit refit = refitTo(box, m_Camera);
-    const StaticVector<float, 3> sum = refit.eye + refit.lookAt;
+    const Vector3f sum = refit.eye + refit.lookAt;
     if (!std::isfinite(sum[0] + sum[1] + sum[2]))
         warning("GLEventDisplayerWidget::setGLEventObject() - the object's box is not finite, so the camera stays.");
     m_Controller.place(refit.eye, refit.lookAt, m_Camera.getUpVector());
     warnIfOutOfView(box);
 }
 
-void GLEventDisplayerWidget::MyGLWidget::warnIfOutOfView(const BoundingBox<float, 3>& box)
+void GLEventDisplayerWidget::MyGLWidget::warnIfOutOfView(const Box3f& box)
 {
     const std::string text = m_HasWarned ? std::string() : describeOutOfView(box, m_Camera);
     if (text.empty())
@@ -296,9 +296,9 @@ void GLEventDisplayerWidget::MyGLWidget::drawObject()
     glLoadIdentity();
     m_Controller.setSize(width(), height());
     m_Controller.update();
-    const StaticVector<float, 3>& eye = m_Camera.getEyePoint();
-    const StaticVector<float, 3>& lookAt = m_Camera.getLookAtPoint();
-    const StaticVector<float, 3>& up = m_Camera.getUpVector();
+    const Vector3f& eye = m_Camera.getEyePoint();
+    const Vector3f& lookAt = m_Camera.getLookAtPoint();
+    const Vector3f& up = m_Camera.getUpVector();
     gluLookAt(eye[0], eye[1], eye[2], lookAt[0], lookAt[1], lookAt[2], up[0], up[1], up[2]);
 
     // The object was drawn with the camera of the paint before; where that was another one, one more paint shows it

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tavo/base/math/BoundingBox.h"
+#include "tavo/base/math/vectors.h"
 #include "tavo/base/objects/Object.h"
 #include "vireo/Export.h"
 
@@ -37,7 +37,7 @@ public:
     // the eye. A new view, which looked at the origin, shows data from -150 to 150 along each axis, if they extend
     // 0.01 or more along one of them; of an object whose box is too near or reaches too far, a line in the log says by
     // how much, once.
-    virtual BoundingBox<float, 3> getBoundingBox() = 0;
+    virtual Box3f getBoundingBox() = 0;
 
     // Draws into the widget's context, which is current. The projection matrix is selected and holds the projection of
     // the view; what is changed of it need not be restored. The model-view matrix holds the camera as of the previous

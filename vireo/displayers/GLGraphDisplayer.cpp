@@ -19,7 +19,7 @@ namespace tavo {
 
 namespace {
 
-void grow(StaticVector<float, 3>& min, StaticVector<float, 3>& max, const StaticVector<float, 3>& point)
+void grow(Vector3f& min, Vector3f& max, const Vector3f& point)
 {
     for (unsigned int axis = 0; axis < 3; ++axis) {
         // Put so that not-a-number replaces the minimum, and never the maximum: deliberate.
@@ -40,22 +40,19 @@ GLGraphDisplayer::GLGraphDisplayer()
     , m_ShowCoords(false)
 {}
 
-GLGraphDisplayer::GLGraphDisplayer(
-    const std::vector<std::vector<float>>& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours)
+GLGraphDisplayer::GLGraphDisplayer(const std::vector<std::vector<float>>& graphs, const std::vector<RGBA8>& colours)
     : GLGraphDisplayer()
 {
     addGraphs(graphs, colours);
 }
 
-GLGraphDisplayer::GLGraphDisplayer(const std::vector<std::vector<StaticVector<float, 2>>>& graphs,
-    const std::vector<StaticVector<unsigned char, 4>>& colours)
+GLGraphDisplayer::GLGraphDisplayer(const std::vector<std::vector<Vector2f>>& graphs, const std::vector<RGBA8>& colours)
     : GLGraphDisplayer()
 {
     addGraphs(graphs, colours);
 }
 
-GLGraphDisplayer::GLGraphDisplayer(const std::vector<std::vector<StaticVector<float, 3>>>& graphs,
-    const std::vector<StaticVector<unsigned char, 4>>& colours)
+GLGraphDisplayer::GLGraphDisplayer(const std::vector<std::vector<Vector3f>>& graphs, const std::vector<RGBA8>& colours)
     : GLGraphDisplayer()
 {
     addGraphs(graphs, colours);
@@ -66,14 +63,13 @@ GLGraphDisplayer& GLGraphDisplayer::operator=(const GLGraphDisplayer& other) = d
 GLGraphDisplayer::~GLGraphDisplayer() = default;
 
 template <typename Graph>
-void GLGraphDisplayer::addGraphs(
-    const std::vector<Graph>& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours)
+void GLGraphDisplayer::addGraphs(const std::vector<Graph>& graphs, const std::vector<RGBA8>& colours)
 {
     for (std::size_t i = 0; i < std::min(graphs.size(), colours.size()); ++i)
         addGraph(graphs[i], colours[i]);
 }
 
-void GLGraphDisplayer::addGraph(const std::vector<float>& values, StaticVector<unsigned char, 4> colour)
+void GLGraphDisplayer::addGraph(const std::vector<float>& values, RGBA8 colour)
 {
     const auto n = static_cast<float>(values.size());
     Points points;
@@ -83,23 +79,21 @@ void GLGraphDisplayer::addGraph(const std::vector<float>& values, StaticVector<u
     append(std::move(points), colour);
 }
 
-void GLGraphDisplayer::addGraph(
-    const std::vector<StaticVector<float, 2>>& points, StaticVector<unsigned char, 4> colour)
+void GLGraphDisplayer::addGraph(const std::vector<Vector2f>& points, RGBA8 colour)
 {
     Points inSpace;
     inSpace.reserve(points.size());
-    for (const StaticVector<float, 2>& point : points)
+    for (const Vector2f& point : points)
         inSpace.emplace_back(point[0], point[1], 0.0f);
     append(std::move(inSpace), colour);
 }
 
-void GLGraphDisplayer::addGraph(
-    const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour)
+void GLGraphDisplayer::addGraph(const std::vector<Vector3f>& points, RGBA8 colour)
 {
     append(points, colour);
 }
 
-void GLGraphDisplayer::append(Points graph, const StaticVector<unsigned char, 4>& colour)
+void GLGraphDisplayer::append(Points graph, const RGBA8& colour)
 {
     if (m_Graphs.use_count() > 1)
         m_Graphs = std::make_shared<std::vector<Points>>(*m_Graphs);
@@ -108,24 +102,24 @@ void GLGraphDisplayer::append(Points graph, const StaticVector<unsigned char, 4>
     m_BoundingBox.reset();
 }
 
-BoundingBox<float, 3> GLGraphDisplayer::getBoundingBox()
+Box3f GLGraphDisplayer::getBoundingBox()
 {
     if (!m_BoundingBox)
         m_BoundingBox = computeBoundingBox();
     return *m_BoundingBox;
 }
 
-BoundingBox<float, 3> GLGraphDisplayer::computeBoundingBox() const
+Box3f GLGraphDisplayer::computeBoundingBox() const
 {
     const auto first =
         std::find_if(m_Graphs->begin(), m_Graphs->end(), [](const Points& points) { return !points.empty(); });
     if (first == m_Graphs->end())
         return {{0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}};
 
-    StaticVector<float, 3> min = first->front();
-    StaticVector<float, 3> max = min;
+    Vector3f min = first->front();
+    Vector3f max = min;
     for (const Points& points : *m_Graphs)
-        for (const StaticVector<float, 3>& point : points)
+        for (const Vector3f& point : points)
             grow(min, max, point);
     return {min, max};
 }
@@ -138,12 +132,12 @@ void GLGraphDisplayer::drawGL(QGLWidget*, Camera&)
     for (std::size_t i = 0; i < m_Graphs->size(); ++i) {
         glColor4ubv(checkedAt(m_Colours, i).data());
         glBegin(GL_LINE_STRIP);
-        for (const StaticVector<float, 3>& point : (*m_Graphs)[i])
+        for (const Vector3f& point : (*m_Graphs)[i])
             glVertex3fv(point.data());
         glEnd();
     }
     if (m_ShowCoords) {
-        const BoundingBox<float, 3> box = getBoundingBox();
+        const Box3f box = getBoundingBox();
         drawFittedAxes(box, box.getExtent());
     }
     glPopAttrib();
@@ -194,7 +188,7 @@ Object* GLGraphDisplayer::newInstance()
 namespace {
 
 template <typename Graph>
-void sendGraph(std::string name, const Graph& graph, StaticVector<unsigned char, 4> colour)
+void sendGraph(std::string name, const Graph& graph, RGBA8 colour)
 {
     auto displayer = std::make_unique<GLGraphDisplayer>();
     displayer->addGraph(graph, colour);
@@ -202,44 +196,42 @@ void sendGraph(std::string name, const Graph& graph, StaticVector<unsigned char,
 }
 
 template <typename Graphs>
-void sendGraphs(std::string name, const Graphs& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours)
+void sendGraphs(std::string name, const Graphs& graphs, const std::vector<RGBA8>& colours)
 {
     sendGLEventObject(std::move(name), new GLGraphDisplayer(graphs, colours));
 }
 
 } // namespace
 
-void debugOutputGraph(std::string name, const std::vector<float>& values, StaticVector<unsigned char, 4> colour)
+void debugOutputGraph(std::string name, const std::vector<float>& values, RGBA8 colour)
 {
     sendGraph(std::move(name), values, colour);
 }
 
-void debugOutputGraph(
-    std::string name, const std::vector<StaticVector<float, 2>>& points, StaticVector<unsigned char, 4> colour)
+void debugOutputGraph(std::string name, const std::vector<Vector2f>& points, RGBA8 colour)
 {
     sendGraph(std::move(name), points, colour);
 }
 
-void debugOutputGraph(
-    std::string name, const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour)
+void debugOutputGraph(std::string name, const std::vector<Vector3f>& points, RGBA8 colour)
 {
     sendGraph(std::move(name), points, colour);
 }
 
-void debugOutputGraphs(std::string name, const std::vector<std::vector<float>>& graphs,
-    const std::vector<StaticVector<unsigned char, 4>>& colours)
+void debugOutputGraphs(
+    std::string name, const std::vector<std::vector<float>>& graphs, const std::vector<RGBA8>& colours)
 {
     sendGraphs(std::move(name), graphs, colours);
 }
 
-void debugOutputGraphs(std::string name, const std::vector<std::vector<StaticVector<float, 2>>>& graphs,
-    const std::vector<StaticVector<unsigned char, 4>>& colours)
+void debugOutputGraphs(
+    std::string name, const std::vector<std::vector<Vector2f>>& graphs, const std::vector<RGBA8>& colours)
 {
     sendGraphs(std::move(name), graphs, colours);
 }
 
-void debugOutputGraphs(std::string name, const std::vector<std::vector<StaticVector<float, 3>>>& graphs,
-    const std::vector<StaticVector<unsigned char, 4>>& colours)
+void debugOutputGraphs(
+    std::string name, const std::vector<std::vector<Vector3f>>& graphs, const std::vector<RGBA8>& colours)
 {
     sendGraphs(std::move(name), graphs, colours);
 }

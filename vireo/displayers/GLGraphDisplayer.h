@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 #include "vireo/Export.h"
 #include "vireo/displayers/GLEventObject.h"
 
@@ -26,12 +26,9 @@ public:
     GLGraphDisplayer();
 
     // As many graphs as there are both graphs and colours, each added by addGraph.
-    GLGraphDisplayer(
-        const std::vector<std::vector<float>>& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours);
-    GLGraphDisplayer(const std::vector<std::vector<StaticVector<float, 2>>>& graphs,
-        const std::vector<StaticVector<unsigned char, 4>>& colours);
-    GLGraphDisplayer(const std::vector<std::vector<StaticVector<float, 3>>>& graphs,
-        const std::vector<StaticVector<unsigned char, 4>>& colours);
+    GLGraphDisplayer(const std::vector<std::vector<float>>& graphs, const std::vector<RGBA8>& colours);
+    GLGraphDisplayer(const std::vector<std::vector<Vector2f>>& graphs, const std::vector<RGBA8>& colours);
+    GLGraphDisplayer(const std::vector<std::vector<Vector3f>>& graphs, const std::vector<RGBA8>& colours);
 
     GLGraphDisplayer(const GLGraphDisplayer& other);
     GLGraphDisplayer& operator=(const GLGraphDisplayer& other);
@@ -39,12 +36,12 @@ public:
 
     // Appends a graph. A series of n values becomes the points (i / n, value, 0), so that x stays below 1; points of
     // the plane get z = 0.
-    void addGraph(const std::vector<float>& values, StaticVector<unsigned char, 4> colour);
-    void addGraph(const std::vector<StaticVector<float, 2>>& points, StaticVector<unsigned char, 4> colour);
-    void addGraph(const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour);
+    void addGraph(const std::vector<float>& values, RGBA8 colour);
+    void addGraph(const std::vector<Vector2f>& points, RGBA8 colour);
+    void addGraph(const std::vector<Vector3f>& points, RGBA8 colour);
 
     // The box of all points; (0, 0, 0) to (1, 1, 1) if there are none.
-    BoundingBox<float, 3> getBoundingBox() override;
+    Box3f getBoundingBox() override;
 
     // As GLEventObject says. Throws std::out_of_range for a graph without a colour.
     void drawGL(QGLWidget* widget, Camera& camera) override;
@@ -56,8 +53,8 @@ public:
     void updateData(GLEventObject* newer) override;
 
     // Both are good until there is another graph, or this object is assigned to, updated or destroyed.
-    const std::vector<std::vector<StaticVector<float, 3>>>& getGraphs() const { return *m_Graphs; }
-    const std::vector<StaticVector<unsigned char, 4>>& getColours() const { return m_Colours; }
+    const std::vector<std::vector<Vector3f>>& getGraphs() const { return *m_Graphs; }
+    const std::vector<RGBA8>& getColours() const { return m_Colours; }
 
     bool getShowCoords() const { return m_ShowCoords; }
     void setShowCoords(bool show) { m_ShowCoords = show; }
@@ -71,21 +68,21 @@ public:
     static MetaClass* GLGraphDisplayerMetaClass;
 
 private:
-    using Points = std::vector<StaticVector<float, 3>>;
+    using Points = std::vector<Vector3f>;
 
     static Object* newInstance();
 
     template <typename Graph>
-    void addGraphs(const std::vector<Graph>& graphs, const std::vector<StaticVector<unsigned char, 4>>& colours);
+    void addGraphs(const std::vector<Graph>& graphs, const std::vector<RGBA8>& colours);
 
-    void append(Points graph, const StaticVector<unsigned char, 4>& colour);
-    BoundingBox<float, 3> computeBoundingBox() const;
+    void append(Points graph, const RGBA8& colour);
+    Box3f computeBoundingBox() const;
 
     // Never null. Copies share the graphs until one of them gets another one.
     std::shared_ptr<std::vector<Points>> m_Graphs;
-    std::vector<StaticVector<unsigned char, 4>> m_Colours;
+    std::vector<RGBA8> m_Colours;
     // Computed when it is asked for, and kept until there is another graph.
-    std::optional<BoundingBox<float, 3>> m_BoundingBox;
+    std::optional<Box3f> m_BoundingBox;
     // Copied with the object, and read by nothing.
     bool m_Reserved;
     bool m_ShowCoords;
@@ -93,18 +90,15 @@ private:
 
 // Show one graph, or several, in the debug window under that name; a later call with the same name updates what is
 // shown.
-VIREO_EXPORT void debugOutputGraph(
-    std::string name, const std::vector<float>& values, StaticVector<unsigned char, 4> colour);
-VIREO_EXPORT void debugOutputGraph(
-    std::string name, const std::vector<StaticVector<float, 2>>& points, StaticVector<unsigned char, 4> colour);
-VIREO_EXPORT void debugOutputGraph(
-    std::string name, const std::vector<StaticVector<float, 3>>& points, StaticVector<unsigned char, 4> colour);
+VIREO_EXPORT void debugOutputGraph(std::string name, const std::vector<float>& values, RGBA8 colour);
+VIREO_EXPORT void debugOutputGraph(std::string name, const std::vector<Vector2f>& points, RGBA8 colour);
+VIREO_EXPORT void debugOutputGraph(std::string name, const std::vector<Vector3f>& points, RGBA8 colour);
 
-VIREO_EXPORT void debugOutputGraphs(std::string name, const std::vector<std::vector<float>>& graphs,
-    const std::vector<StaticVector<unsigned char, 4>>& colours);
-VIREO_EXPORT void debugOutputGraphs(std::string name, const std::vector<std::vector<StaticVector<float, 2>>>& graphs,
-    const std::vector<StaticVector<unsigned char, 4>>& colours);
-VIREO_EXPORT void debugOutputGraphs(std::string name, const std::vector<std::vector<StaticVector<float, 3>>>& graphs,
-    const std::vector<StaticVector<unsigned char, 4>>& colours);
+VIREO_EXPORT void debugOutputGraphs(
+    std::string name, const std::vector<std::vector<float>>& graphs, const std::vector<RGBA8>& colours);
+VIREO_EXPORT void debugOutputGraphs(
+    std::string name, const std::vector<std::vector<Vector2f>>& graphs, const std::vector<RGBA8>& colours);
+VIREO_EXPORT void debugOutputGraphs(
+    std::string name, const std::vector<std::vector<Vector3f>>& graphs, const std::vector<RGBA8>& colours);
 
 } // namespace tavo

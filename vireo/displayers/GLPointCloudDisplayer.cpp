@@ -26,7 +26,7 @@ constexpr char POSITION[] = "position";
 void sendPositions(const PointSet& points)
 {
     if (!points.providesAAT(POSITION)) {
-        points.forEach3f(POSITION, [](const StaticVector<float, 3>& position) { glVertex3fv(position.data()); });
+        points.forEach3f(POSITION, [](const Vector3f& position) { glVertex3fv(position.data()); });
         return;
     }
     const AttributeAccessToken position = points.getAAT(POSITION);
@@ -49,7 +49,7 @@ GLPointCloudDisplayer::~GLPointCloudDisplayer()
     delete m_PointSet;
 }
 
-BoundingBox<float, 3> GLPointCloudDisplayer::getBoundingBox()
+Box3f GLPointCloudDisplayer::getBoundingBox()
 {
     if (!m_PointSet)
         return {{0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}};
@@ -84,8 +84,8 @@ void GLPointCloudDisplayer::drawPoints()
 
 void GLPointCloudDisplayer::drawAxes()
 {
-    const BoundingBox<float, 3> box = getBoundingBox();
-    StaticVector<float, 3> scale = box.getExtent();
+    const Box3f box = getBoundingBox();
+    Vector3f scale = box.getExtent();
     // A flat set still gets visible axes.
     const float smallest = std::max({scale[0], scale[1], scale[2]}) * 0.01f;
     for (unsigned int axis = 0; axis < 3; ++axis)

@@ -27,7 +27,7 @@ public:
     PointSet* getPointSet() { return m_PointSet; }
 
     // The set's box; (0, 0, 0) to (1, 1, 1) without a set.
-    BoundingBox<float, 3> getBoundingBox() override;
+    Box3f getBoundingBox() override;
 
     // As GLEventObject says. Leaves the depth test enabled. A set without positions is warned of and not drawn.
     void drawGL(QGLWidget* widget, Camera& camera) override;

@@ -7,10 +7,10 @@
 
 namespace tavo {
 
-void drawFittedAxes(const BoundingBox<float, 3>& box, const StaticVector<float, 3>& scale)
+void drawFittedAxes(const Box3f& box, const Vector3f& scale)
 {
-    const StaticVector<float, 3> extent = box.getExtent();
-    StaticVector<float, 3> offset;
+    const Vector3f extent = box.getExtent();
+    Vector3f offset;
     // The minimum enters negated: deliberate.
     for (unsigned int axis = 0; axis < 3; ++axis)
         offset[axis] = static_cast<float>(-double(box.getMin()[axis]) - 0.1 * double(extent[axis]));

@@ -11,8 +11,6 @@ namespace tavo {
 
 namespace {
 
-using Vector3d = StaticVector<double, 3>;
-
 // What lies within so much of the origin along each axis ends before the far plane of a new view: the eye is at most
 // four times as far away.
 constexpr int SHOWN_REACH = 150;
@@ -23,13 +21,13 @@ struct DepthRange
     double max;
 };
 
-Vector3d widened(const StaticVector<float, 3>& v)
+Vector3d widened(const Vector3f& v)
 {
     return {v[0], v[1], v[2]};
 }
 
 // How far a box reaches along the viewing direction.
-DepthRange depthsOf(const BoundingBox<float, 3>& box, const Camera& camera)
+DepthRange depthsOf(const Box3f& box, const Camera& camera)
 {
     const Vector3d eye = widened(camera.getEyePoint());
     Vector3d direction = widened(camera.getLookAtPoint()) - eye;
@@ -51,14 +49,14 @@ std::string textOf(float number)
     return {text, std::to_chars(text, text + MOST_CHARACTERS, number).ptr};
 }
 
-std::ostream& operator<<(std::ostream& stream, const StaticVector<float, 3>& point)
+std::ostream& operator<<(std::ostream& stream, const Vector3f& point)
 {
     return stream << '(' << textOf(point[0]) << ", " << textOf(point[1]) << ", " << textOf(point[2]) << ')';
 }
 
 } // namespace
 
-std::string describeOutOfView(const BoundingBox<float, 3>& box, const Camera& camera)
+std::string describeOutOfView(const Box3f& box, const Camera& camera)
 {
     const DepthRange depths = depthsOf(box, camera);
     const bool isTooNear = depths.max < NEAR_PLANE;

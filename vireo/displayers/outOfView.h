@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tavo/base/math/BoundingBox.h"
+#include "tavo/base/math/vectors.h"
 
 namespace tavo {
 
@@ -14,6 +14,6 @@ constexpr double FAR_PLANE = 1000.0;
 
 // One line that says by how much a box is outside of what a view with that camera shows, wholly or partly, and what to
 // do; empty where it is not, or where only a part of it is too near.
-std::string describeOutOfView(const BoundingBox<float, 3>& box, const Camera& camera);
+std::string describeOutOfView(const Box3f& box, const Camera& camera);
 
 } // namespace tavo

@@ -179,7 +179,7 @@ void GLHelper::end2D()
     popMVP();
 }
 
-void GLHelper::drawText(GLContext* context, const StaticVector<float, 3>& position, const std::string& text)
+void GLHelper::drawText(GLContext* context, const Vector3f& position, const std::string& text)
 {
     QGLWidget* widget = context->getQGLWidget();
     if (!widget)

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 #include "vireo/Export.h"
 
 namespace tavo {
@@ -56,7 +56,7 @@ public:
 
     // Draws text, in the application's font, at a position that is transformed like a vertex. The context's widget
     // draws it, and its GL context must be current. Throws PException if the context has no widget.
-    static void drawText(GLContext* context, const StaticVector<float, 3>& position, const std::string& text);
+    static void drawText(GLContext* context, const Vector3f& position, const std::string& text);
 };
 
 } // namespace tavo

@@ -13,8 +13,6 @@ namespace tavo {
 
 namespace {
 
-using Vector = StaticVector<float, 3>;
-
 // glBegin, and glEnd whatever happens in between.
 class Primitive
 {
@@ -54,26 +52,26 @@ constexpr Cube ARB_CUBE_FACES{{
     {{1, 0, 0}, {{{1, 1, 0}, {1, 0, 0}, {1, 0, 1}, {1, 1, 1}}}},
 }};
 
-Vector cornerOf(const Vector& min, const Vector& max, const Corner& corner)
+Vector3f cornerOf(const Vector3f& min, const Vector3f& max, const Corner& corner)
 {
     return {(corner[0] ? max : min)[0], (corner[1] ? max : min)[1], (corner[2] ? max : min)[2]};
 }
 
 // The factors deliberately stand in this order: the normal points away from who sees the polygon counter-clockwise.
-Vector normalOf(const Polygon<PolyVector3f>& polygon)
+Vector3f normalOf(const Polygon<PolyVector3f>& polygon)
 {
     if (polygon.getNumVertices() < 3)
         return {0, 0, 0};
-    const Vector& origin = polygon.getVertex(0);
-    const Vector normal = cross(polygon.getVertex(2) - origin, polygon.getVertex(1) - origin);
+    const Vector3f& origin = polygon.getVertex(0);
+    const Vector3f normal = cross(polygon.getVertex(2) - origin, polygon.getVertex(1) - origin);
     const float norm = std::hypot(normal[0], normal[1], normal[2]); // also where the squares would underflow
     constexpr float shortest = 1e-20f;
-    return norm >= shortest ? Vector(normal[0] / norm, normal[1] / norm, normal[2] / norm) : Vector(0, 0, 0);
+    return norm >= shortest ? Vector3f(normal[0] / norm, normal[1] / norm, normal[2] / norm) : Vector3f(0, 0, 0);
 }
 
-void sendColor(const Vector& normal)
+void sendColor(const Vector3f& normal)
 {
-    const Vector color = normal * 0.5f + Vector(0.5f, 0.5f, 0.5f);
+    const Vector3f color = normal * 0.5f + Vector3f(0.5f, 0.5f, 0.5f);
     glColor3fv(color.data());
 }
 
@@ -114,13 +112,13 @@ void GLSimpleBox::draw(GLContext*, GLSimpleObjectContainer*)
     for (const Face& face : BOX_FACES) {
         glNormal3f(face.normal[0], face.normal[1], face.normal[2]);
         for (const Corner& corner : face.corners) {
-            const Vector vertex = cornerOf(m_Box.getMin(), m_Box.getMax(), corner);
+            const Vector3f vertex = cornerOf(m_Box.getMin(), m_Box.getMax(), corner);
             glVertex3f(vertex[0], vertex[1], vertex[2]);
         }
     }
 }
 
-void GLSimpleLines::addLine(StaticVector<float, 3> a, StaticVector<float, 3> b)
+void GLSimpleLines::addLine(Vector3f a, Vector3f b)
 {
     m_Vertices.push_back(a);
     m_Vertices.push_back(b);
@@ -129,7 +127,7 @@ void GLSimpleLines::addLine(StaticVector<float, 3> a, StaticVector<float, 3> b)
 void GLSimpleLines::draw(GLContext*, GLSimpleObjectContainer*)
 {
     const Primitive lines(GL_LINES);
-    for (const Vector& vertex : m_Vertices)
+    for (const Vector3f& vertex : m_Vertices)
         glVertex3fv(vertex.data());
 }
 
@@ -138,7 +136,7 @@ void GLSimpleMesh::beginPoly()
     m_CurrentPolygon.clear();
 }
 
-void GLSimpleMesh::addPolyVertex(const StaticVector<float, 3>& v)
+void GLSimpleMesh::addPolyVertex(const Vector3f& v)
 {
     m_CurrentPolygon.addVertex(v);
 }
@@ -149,20 +147,18 @@ void GLSimpleMesh::endPoly()
     m_CurrentPolygon.clear();
 }
 
-void GLSimpleMesh::addTriangle(
-    const StaticVector<float, 3>& a, const StaticVector<float, 3>& b, const StaticVector<float, 3>& c)
+void GLSimpleMesh::addTriangle(const Vector3f& a, const Vector3f& b, const Vector3f& c)
 {
     Polygon<PolyVector3f> triangle;
-    for (const Vector& vertex : {a, b, c})
+    for (const Vector3f& vertex : {a, b, c})
         triangle.addVertex(vertex);
     addPolygon(triangle);
 }
 
-void GLSimpleMesh::addQuad(const StaticVector<float, 3>& a, const StaticVector<float, 3>& b,
-    const StaticVector<float, 3>& c, const StaticVector<float, 3>& d)
+void GLSimpleMesh::addQuad(const Vector3f& a, const Vector3f& b, const Vector3f& c, const Vector3f& d)
 {
     Polygon<PolyVector3f> quad;
-    for (const Vector& vertex : {a, b, c, d})
+    for (const Vector3f& vertex : {a, b, c, d})
         quad.addVertex(vertex);
     addPolygon(quad);
 }
@@ -214,23 +210,22 @@ void GLSimpleObjectContainer::addObject(GLSimpleObject* object)
     m_Objects.push_back(object);
 }
 
-void GLSimpleObjectContainer::addBox(const BoundingBox<float, 3>& box, unsigned int classID)
+void GLSimpleObjectContainer::addBox(const Box3f& box, unsigned int classID)
 {
     auto object = std::make_unique<GLSimpleBox>();
     object->setup(box);
     add(std::move(object), classID);
 }
 
-void GLSimpleObjectContainer::addLine(
-    const StaticVector<float, 3>& a, const StaticVector<float, 3>& b, unsigned int classID)
+void GLSimpleObjectContainer::addLine(const Vector3f& a, const Vector3f& b, unsigned int classID)
 {
     auto object = std::make_unique<GLSimpleLines>();
     object->addLine(a, b);
     add(std::move(object), classID);
 }
 
-void GLSimpleObjectContainer::addTriangle(const StaticVector<float, 3>& a, const StaticVector<float, 3>& b,
-    const StaticVector<float, 3>& c, unsigned int classID, bool useNormalAsColor)
+void GLSimpleObjectContainer::addTriangle(
+    const Vector3f& a, const Vector3f& b, const Vector3f& c, unsigned int classID, bool useNormalAsColor)
 {
     auto object = std::make_unique<GLSimpleMesh>();
     object->addTriangle(a, b, c);
@@ -264,18 +259,18 @@ void GLSimpleObjectContainer::clear(unsigned int classID)
     });
 }
 
-void drawGlArbCube(const StaticVector<float, 3>& center, const StaticVector<float, 3>& attribute3, const float& size)
+void drawGlArbCube(const Vector3f& center, const Vector3f& attribute3, const float& size)
 {
     const float half = size / 2;
-    const Vector min = center - Vector(half, half, half);
-    const Vector max = min + Vector(size, size, size);
+    const Vector3f min = center - Vector3f(half, half, half);
+    const Vector3f max = min + Vector3f(size, size, size);
     const Primitive quads(GL_QUADS);
     if (!hasVertexPrograms())
         return;
     glVertexAttrib3fvARB(3, attribute3.data());
     glVertexAttrib4fARB(2, center[0], center[1], center[2], size);
     for (const Face& face : ARB_CUBE_FACES) {
-        const Vector normal(face.normal[0] * size, face.normal[1] * size, face.normal[2] * size);
+        const Vector3f normal(face.normal[0] * size, face.normal[1] * size, face.normal[2] * size);
         glVertexAttrib3fvARB(1, normal.data());
         for (const Corner& corner : face.corners)
             glVertexAttrib3fvARB(0, cornerOf(min, max, corner).data());

@@ -3,9 +3,8 @@
 #include <memory>
 #include <vector>
 
-#include "tavo/base/math/BoundingBox.h"
 #include "tavo/base/math/Polygon.h"
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 #include "vireo/Export.h"
 
 // Boxes, lines and polygon meshes that are kept and drawn in immediate mode, for markers, helpers and debugging. Each
@@ -47,25 +46,25 @@ class VIREO_EXPORT GLSimpleBox : public GLSimpleObject
 {
 public:
     // The corners are taken as they are given, in whatever order.
-    void setup(const BoundingBox<float, 3>& box) { m_Box = box; }
-    void setup(const StaticVector<float, 3>& min, const StaticVector<float, 3>& max) { m_Box = {min, max}; }
+    void setup(const Box3f& box) { m_Box = box; }
+    void setup(const Vector3f& min, const Vector3f& max) { m_Box = {min, max}; }
 
     void draw(GLContext* context, GLSimpleObjectContainer* container) override;
 
 private:
-    BoundingBox<float, 3> m_Box;
+    Box3f m_Box;
 };
 
 // Line segments.
 class VIREO_EXPORT GLSimpleLines : public GLSimpleObject
 {
 public:
-    void addLine(StaticVector<float, 3> a, StaticVector<float, 3> b);
+    void addLine(Vector3f a, Vector3f b);
 
     void draw(GLContext* context, GLSimpleObjectContainer* container) override;
 
 private:
-    std::vector<StaticVector<float, 3>> m_Vertices;
+    std::vector<Vector3f> m_Vertices;
 };
 
 // Polygons, drawn as they are or split into triangles; without normals, but on demand in the colour of each.
@@ -74,12 +73,11 @@ class VIREO_EXPORT GLSimpleMesh : public GLSimpleObject
 public:
     // A polygon, vertex by vertex. What was added before beginPoly, and was not ended, is dropped.
     void beginPoly();
-    void addPolyVertex(const StaticVector<float, 3>& v);
+    void addPolyVertex(const Vector3f& v);
     void endPoly();
 
-    void addTriangle(const StaticVector<float, 3>& a, const StaticVector<float, 3>& b, const StaticVector<float, 3>& c);
-    void addQuad(const StaticVector<float, 3>& a, const StaticVector<float, 3>& b, const StaticVector<float, 3>& c,
-        const StaticVector<float, 3>& d);
+    void addTriangle(const Vector3f& a, const Vector3f& b, const Vector3f& c);
+    void addQuad(const Vector3f& a, const Vector3f& b, const Vector3f& c, const Vector3f& d);
     void addPolygon(const Polygon<PolyVector3f>& polygon);
 
     // Drops the polygons that were added, not the one that is begun.
@@ -124,10 +122,10 @@ public:
     void addObject(GLSimpleObject* object);
 
     // Add an object of one box, segment or triangle.
-    void addBox(const BoundingBox<float, 3>& box, unsigned int classID);
-    void addLine(const StaticVector<float, 3>& a, const StaticVector<float, 3>& b, unsigned int classID);
-    void addTriangle(const StaticVector<float, 3>& a, const StaticVector<float, 3>& b, const StaticVector<float, 3>& c,
-        unsigned int classID, bool useNormalAsColor);
+    void addBox(const Box3f& box, unsigned int classID);
+    void addLine(const Vector3f& a, const Vector3f& b, unsigned int classID);
+    void addTriangle(
+        const Vector3f& a, const Vector3f& b, const Vector3f& c, unsigned int classID, bool useNormalAsColor);
 
     // Draws the objects of that class, or all if it is 0, in their order, and those that are added while it does.
     // Objects must not be cleared meanwhile. Throws what an object throws, without drawing those behind it.
@@ -147,7 +145,6 @@ private:
 // 3 keep their last values. A context must be current. If the attributes were not loaded yet they are now, between
 // glBegin and glEnd, where a driver tells its extensions only if it was asked for them before: make the first root
 // GLContext first. Without them the quads are left empty.
-VIREO_EXPORT void drawGlArbCube(
-    const StaticVector<float, 3>& center, const StaticVector<float, 3>& attribute3, const float& size);
+VIREO_EXPORT void drawGlArbCube(const Vector3f& center, const Vector3f& attribute3, const float& size);
 
 } // namespace tavo

@@ -26,12 +26,12 @@ public:
 
     // Maps a slice, as RegularVolume::mapChannelBy does it within the slice's bounds.
     template <typename Map>
-    void mapSlice(int slice, Map map, RegularVolume::RGBA* out, std::size_t rowLength)
+    void mapSlice(int slice, Map map, RGBA8* out, std::size_t rowLength)
     {
         const int first = slice - slice % m_NumTogether;
         const int count = std::min(m_NumTogether, m_Volume.getExtends()[0] - first);
         if (m_Axis != 0 || count < 2) {
-            const StaticVector<int, 3> bounds = boundsOfSlice(m_Axis, slice);
+            const Vector3i bounds = boundsOfSlice(m_Axis, slice);
             m_Volume.mapChannelBy<N>(m_Channel, bounds, bounds, map, out, rowLength);
             return;
         }
@@ -49,7 +49,7 @@ private:
 
     // A function of its own, in which all that a loop around a call needs has its registers.
     template <typename Map>
-    [[gnu::noinline]] static void mapRow(const Sample* row, std::size_t count, Map map, RegularVolume::RGBA* out)
+    [[gnu::noinline]] static void mapRow(const Sample* row, std::size_t count, Map map, RGBA8* out)
     {
         std::transform(row, row + count, out, map);
     }

@@ -20,8 +20,6 @@ namespace tavo {
 
 namespace {
 
-using RGBA = Tex2dVolumeRenderer::RGBA;
-
 bool isSupported(const char* extension)
 {
     return GLExtensionLoader::getInstance().getSupportedExtensions().find(std::string(extension) + ' ') !=
@@ -110,12 +108,12 @@ public:
 // What a sample looks like, given what each of its components does: one component as it is, more by their alphas, and
 // with fewer than four, an alpha of 16.
 template <unsigned int N, typename Look>
-RGBA colourOf(const StaticVector<float, N>& sample, const Look& look)
+RGBA8 colourOf(const StaticVector<float, N>& sample, const Look& look)
 {
     if constexpr (N == 1)
         return look(sample[0]);
     else {
-        RGBA colour(0, 0, 0, 16);
+        RGBA8 colour(0, 0, 0, 16);
         for (unsigned int i = 0; i < N; ++i)
             colour[i] = look(sample[i])[3];
         return colour;
@@ -151,7 +149,7 @@ Range rangeOf(const RegularVolume& volume, const std::string& channel)
 }
 
 // Writes a slice into its texture, which is made if it is not there yet (0), and leaves it bound.
-void uploadSlice(unsigned int& name, unsigned int width, unsigned int height, const RGBA* texels)
+void uploadSlice(unsigned int& name, unsigned int width, unsigned int height, const RGBA8* texels)
 {
     const auto w = static_cast<GLsizei>(width);
     const auto h = static_cast<GLsizei>(height);
@@ -185,15 +183,15 @@ void disableOtherTextures()
 } // namespace
 
 // The entry that is nearest; the first for what is no number.
-inline RGBA SliceVolumeRenderer::Table::look(float value) const
+inline RGBA8 SliceVolumeRenderer::Table::look(float value) const
 {
     const auto last = static_cast<double>(colours.size() - 1);
     const double place = std::min((double{value} - min) * entriesPerValue + 0.5, last);
     return colours[place >= 0 ? static_cast<std::size_t>(place) : 0];
 }
 
-void SliceVolumeRenderer::drawVolume(RegularVolume* volume, StaticVector<float, 3> viewDir,
-    const std::vector<std::string>& channels, Mapping mapping, void* userData)
+void SliceVolumeRenderer::drawVolume(
+    RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels, Mapping mapping, void* userData)
 {
     if (!volume || !hasSamples(volume->getExtends()))
         return;
@@ -229,8 +227,8 @@ void SliceVolumeRenderer::setTableSize(unsigned int numEntries)
     invalidate();
 }
 
-void SliceVolumeRenderer::prepareTextures(RegularVolume* volume, StaticVector<float, 3> viewDir,
-    const std::vector<std::string>& channels, Mapping mapping, void* userData)
+void SliceVolumeRenderer::prepareTextures(
+    RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels, Mapping mapping, void* userData)
 {
     checkedAt(channels, 0);
     Source source{volume->getVolumeNumber(), volume->getExtends(), channels, mapping, userData};
@@ -260,7 +258,7 @@ void SliceVolumeRenderer::adopt(Source source, const RegularVolume& volume)
     m_Source = std::move(source);
     m_Source.volumeNumber = 0; // until all is done
 
-    const StaticVector<int, 3>& extends = m_Source.extends;
+    const Vector3i& extends = m_Source.extends;
     const auto nx = static_cast<std::size_t>(extends[0]);
     const auto ny = static_cast<std::size_t>(extends[1]);
     const auto nz = static_cast<std::size_t>(extends[2]);
@@ -303,7 +301,7 @@ void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int
     const unsigned int width = textureSize(m_Source.extends[u]);
     const unsigned int height = textureSize(m_Source.extends[v]);
     requireTextureSize(std::max(width, height));
-    std::vector<RGBA> texels(std::size_t{width} * height, NULL_VECTOR4UB);
+    std::vector<RGBA8> texels(std::size_t{width} * height, NULL_VECTOR4UB);
     unsigned int* const names = textureNames[channel].data() + slabStarts[channel][axis];
     const std::string& channelName = m_Source.channels[channel];
 
@@ -333,7 +331,7 @@ void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int
 void SliceVolumeRenderer::drawSlices(const RegularVolume& volume, unsigned int axis, int direction) const
 {
     const auto [u, v] = axesAcross(axis);
-    const StaticVector<int, 3>& extends = volume.getExtends();
+    const Vector3i& extends = volume.getExtends();
     const float sMax = static_cast<float>(extends[u]) / static_cast<float>(textureSize(extends[u]));
     const float tMax = static_cast<float>(extends[v]) / static_cast<float>(textureSize(extends[v]));
     drawStack(volume, axis, direction, sMax, tMax, [&](unsigned int slice) {

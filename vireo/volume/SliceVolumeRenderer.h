@@ -42,8 +42,8 @@ public:
     // are too small for a slice, or its texture units too few for the channels. Throws PException that names what is
     // missing, before it changes anything of GL, in a context of the core profile and without GL_ARB_multitexture. The
     // renderer can go on being used.
-    void drawVolume(RegularVolume* volume, StaticVector<float, 3> viewDir, const std::vector<std::string>& channels,
-        Mapping mapping, void* userData) override;
+    void drawVolume(RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels, Mapping mapping,
+        void* userData) override;
 
     void disposeTextures() override;
 
@@ -66,15 +66,15 @@ public:
 
 protected:
     // Makes those textures that the view needs and that are missing or out of date.
-    void prepareTextures(RegularVolume* volume, StaticVector<float, 3> viewDir,
-        const std::vector<std::string>& channels, Mapping mapping, void* userData) override;
+    void prepareTextures(RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels,
+        Mapping mapping, void* userData) override;
 
 private:
     // What the textures were made of.
     struct Source
     {
         std::uint64_t volumeNumber = 0;
-        StaticVector<int, 3> extends;
+        Vector3i extends;
         std::vector<std::string> channels;
         Mapping mapping = nullptr;
         void* userData = nullptr;
@@ -85,11 +85,11 @@ private:
     // The colours of a channel's values, evenly from min on; empty for calling the mapping.
     struct Table
     {
-        std::vector<RGBA> colours;
+        std::vector<RGBA8> colours;
         float min = 0;
         double entriesPerValue = 0;
 
-        RGBA look(float value) const;
+        RGBA8 look(float value) const;
     };
 
     void adopt(Source source, const RegularVolume& volume);

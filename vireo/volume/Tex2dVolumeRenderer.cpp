@@ -31,7 +31,7 @@ Tex2dVolumeRenderer::Tex2dVolumeRenderer(const Tex2dVolumeRenderer& other) = def
 Tex2dVolumeRenderer& Tex2dVolumeRenderer::operator=(const Tex2dVolumeRenderer& other) = default;
 Tex2dVolumeRenderer::~Tex2dVolumeRenderer() = default;
 
-void Tex2dVolumeRenderer::computeOrder(const StaticVector<float, 3>& viewDir, unsigned int& axis, int& direction)
+void Tex2dVolumeRenderer::computeOrder(const Vector3f& viewDir, unsigned int& axis, int& direction)
 {
     axis = 0;
     for (const unsigned int other : {1u, 2u})
@@ -40,8 +40,8 @@ void Tex2dVolumeRenderer::computeOrder(const StaticVector<float, 3>& viewDir, un
     direction = viewDir[axis] < 0 ? -1 : 1;
 }
 
-void Tex2dVolumeRenderer::prepareTextures(RegularVolume* volume, StaticVector<float, 3>,
-    const std::vector<std::string>& channels, Mapping mapping, void* userData)
+void Tex2dVolumeRenderer::prepareTextures(
+    RegularVolume* volume, Vector3f, const std::vector<std::string>& channels, Mapping mapping, void* userData)
 {
     checkedAt(channels, 0);
     disposeTextures();
@@ -74,13 +74,13 @@ void Tex2dVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int
 
 template <unsigned int N>
 void Tex2dVolumeRenderer::prepareStackBy(const RegularVolume& volume, unsigned int axis, const std::string& channel,
-    RGBA (*mapping)(void*, const StaticVector<float, N>&), void* userData)
+    RGBA8 (*mapping)(void*, const StaticVector<float, N>&), void* userData)
 {
-    const StaticVector<int, 3>& extends = volume.getExtends();
+    const Vector3i& extends = volume.getExtends();
     const auto [u, v] = axesAcross(axis);
     const unsigned int width = paddedSize(extends[u]);
     const unsigned int height = paddedSize(extends[v]);
-    std::vector<RGBA> padded(std::size_t{width} * height, NULL_VECTOR4UB);
+    std::vector<RGBA8> padded(std::size_t{width} * height, NULL_VECTOR4UB);
     SliceReader<N> reader(volume, channel, axis);
     for (int slice = 0; slice < extends[axis]; ++slice) {
         reader.mapSlice(
@@ -105,7 +105,7 @@ unsigned char Tex2dVolumeRenderer::alphaOf(float value) const
 
 // The order of these calls, from the last component to the first, and the alpha of 16 are deliberate.
 
-Tex2dVolumeRenderer::RGBA Tex2dVolumeRenderer::mapping2(void* self, const StaticVector<float, 2>& v)
+RGBA8 Tex2dVolumeRenderer::mapping2(void* self, const Vector2f& v)
 {
     const auto* const renderer = static_cast<const Tex2dVolumeRenderer*>(self);
     const unsigned char second = renderer->alphaOf(v[1]);
@@ -113,7 +113,7 @@ Tex2dVolumeRenderer::RGBA Tex2dVolumeRenderer::mapping2(void* self, const Static
     return {first, second, 0, 16};
 }
 
-Tex2dVolumeRenderer::RGBA Tex2dVolumeRenderer::mapping3(void* self, const StaticVector<float, 3>& v)
+RGBA8 Tex2dVolumeRenderer::mapping3(void* self, const Vector3f& v)
 {
     const auto* const renderer = static_cast<const Tex2dVolumeRenderer*>(self);
     const unsigned char third = renderer->alphaOf(v[2]);
@@ -122,7 +122,7 @@ Tex2dVolumeRenderer::RGBA Tex2dVolumeRenderer::mapping3(void* self, const Static
     return {first, second, third, 16};
 }
 
-Tex2dVolumeRenderer::RGBA Tex2dVolumeRenderer::mapping4(void* self, const StaticVector<float, 4>& v)
+RGBA8 Tex2dVolumeRenderer::mapping4(void* self, const Vector4f& v)
 {
     const auto* const renderer = static_cast<const Tex2dVolumeRenderer*>(self);
     const unsigned char fourth = renderer->alphaOf(v[3]);
@@ -133,13 +133,13 @@ Tex2dVolumeRenderer::RGBA Tex2dVolumeRenderer::mapping4(void* self, const Static
 }
 
 void Tex2dVolumeRenderer::drawVolume(
-    RegularVolume* volume, StaticVector<float, 3> viewDir, std::string channel, Mapping mapping, void* userData)
+    RegularVolume* volume, Vector3f viewDir, std::string channel, Mapping mapping, void* userData)
 {
     drawVolume(volume, viewDir, std::vector<std::string>{std::move(channel)}, mapping, userData);
 }
 
-void Tex2dVolumeRenderer::drawVolume(RegularVolume* volume, StaticVector<float, 3> viewDir,
-    const std::vector<std::string>& channels, Mapping mapping, void* userData)
+void Tex2dVolumeRenderer::drawVolume(
+    RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels, Mapping mapping, void* userData)
 {
     if (!volume || !hasSamples(volume->getExtends()))
         return;
@@ -158,7 +158,7 @@ void Tex2dVolumeRenderer::drawVolume(RegularVolume* volume, StaticVector<float, 
 
 void Tex2dVolumeRenderer::drawSlices(const RegularVolume& volume, unsigned int axis, int direction) const
 {
-    const StaticVector<int, 3>& extends = volume.getExtends();
+    const Vector3i& extends = volume.getExtends();
     const auto [u, v] = axesAcross(axis);
     const float sMax = static_cast<float>(extends[u]) / static_cast<float>(paddedSize(extends[u]));
     const float tMax = static_cast<float>(extends[v]) / static_cast<float>(paddedSize(extends[v]));

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 #include "tavo/base/objects/Persistent.h"
 #include "vireo/Export.h"
 
@@ -29,10 +29,10 @@ class RegularVolume;
 class VIREO_EXPORT Tex2dVolumeRenderer : public Persistent
 {
 public:
-    using RGBA = StaticVector<unsigned char, 4>;
+    using RGBA = RGBA8; // its older name
 
     // The colour of a channel's value; the pointer is the caller's own.
-    using Mapping = RGBA (*)(void*, const StaticVector<float, 1>&);
+    using Mapping = RGBA8 (*)(void*, const StaticVector<float, 1>&);
 
     const MetaClass* getInstanceClass() const override;
 
@@ -43,7 +43,7 @@ public:
 
     // The axis (0, 1, 2 for X, Y, Z) that is most nearly parallel to the view direction, the first of equals, and the
     // sign of the view direction along it, 1 for zero.
-    void computeOrder(const StaticVector<float, 3>& viewDir, unsigned int& axis, int& direction);
+    void computeOrder(const Vector3f& viewDir, unsigned int& axis, int& direction);
 
 protected:
     // Makes the textures of all channels, after disposing of the old ones, each of three stacks of slices, by axis. A
@@ -57,13 +57,13 @@ protected:
     // not of floats or has more than four components, or if the volume's samples are not complete; and
     // std::out_of_range "invalid vector<T> subscript" if an extent across the stack is 1, for which there deliberately
     // is no texture. Textures that were made by then stay, for disposeTextures.
-    virtual void prepareTextures(RegularVolume* volume, StaticVector<float, 3> viewDir,
-        const std::vector<std::string>& channels, Mapping mapping, void* userData);
+    virtual void prepareTextures(RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels,
+        Mapping mapping, void* userData);
 
 public:
     // Draws one channel; see below.
     virtual void drawVolume(
-        RegularVolume* volume, StaticVector<float, 3> viewDir, std::string channel, Mapping mapping, void* userData);
+        RegularVolume* volume, Vector3f viewDir, std::string channel, Mapping mapping, void* userData);
 
     // Draws the volume's box as it is seen along viewDir (in the volume's coordinates; of any length), through the
     // matrices that are loaded. Channel 0 is drawn with unit 0; the textures of channels 1, 2, ... are bound on units
@@ -76,8 +76,8 @@ public:
     // Draws nothing without a volume or without samples. All GL state is as before afterwards, also if this throws,
     // which it does as prepareTextures does, std::out_of_range for a stack that was not begun because that failed, and
     // PException, before it calls GL, without GL_ARB_multitexture.
-    virtual void drawVolume(RegularVolume* volume, StaticVector<float, 3> viewDir,
-        const std::vector<std::string>& channels, Mapping mapping, void* userData);
+    virtual void drawVolume(RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels,
+        Mapping mapping, void* userData);
 
     // Deletes all textures; the next drawing makes new ones.
     virtual void disposeTextures();
@@ -104,15 +104,15 @@ protected:
 private:
     static Object* newInstance();
 
-    static RGBA mapping2(void* self, const StaticVector<float, 2>& v);
-    static RGBA mapping3(void* self, const StaticVector<float, 3>& v);
-    static RGBA mapping4(void* self, const StaticVector<float, 4>& v);
+    static RGBA8 mapping2(void* self, const Vector2f& v);
+    static RGBA8 mapping3(void* self, const Vector3f& v);
+    static RGBA8 mapping4(void* self, const Vector4f& v);
 
     unsigned char alphaOf(float value) const;
     void prepareStack(const RegularVolume& volume, unsigned int axis, const std::string& channel);
     template <unsigned int N>
     void prepareStackBy(const RegularVolume& volume, unsigned int axis, const std::string& channel,
-        RGBA (*mapping)(void*, const StaticVector<float, N>&), void* userData);
+        RGBA8 (*mapping)(void*, const StaticVector<float, N>&), void* userData);
     void bindSlice(unsigned int axis, unsigned int slice) const;
     void drawSlices(const RegularVolume& volume, unsigned int axis, int direction) const;
 };

@@ -10,10 +10,10 @@ namespace tavo {
 namespace {
 
 // A slice at position p on the axis.
-void drawQuad(unsigned int axis, const BoundingBox<float, 3>& box, float p, float sMax, float tMax)
+void drawQuad(unsigned int axis, const Box3f& box, float p, float sMax, float tMax)
 {
     const std::array<unsigned int, 2> across = axesAcross(axis);
-    StaticVector<float, 3> corner;
+    Vector3f corner;
     corner[axis] = p;
     const auto sendCorner = [&](bool atMaxU, bool atMaxV) {
         corner[across[0]] = (atMaxU ? box.getMax() : box.getMin())[across[0]];
@@ -36,9 +36,9 @@ std::array<unsigned int, 2> axesAcross(unsigned int axis)
     return {axis == 0 ? 1u : 0u, axis == 2 ? 1u : 2u};
 }
 
-StaticVector<int, 3> boundsOfSlice(unsigned int axis, int slice)
+Vector3i boundsOfSlice(unsigned int axis, int slice)
 {
-    StaticVector<int, 3> bounds(RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED);
+    Vector3i bounds(RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED, RegularVolume::UNRESTRICTED);
     bounds[axis] = slice;
     return bounds;
 }
@@ -55,7 +55,7 @@ unsigned int requireChannel(const RegularVolume& volume, const std::string& chan
     return attribute.getNumComponents();
 }
 
-bool hasSamples(const StaticVector<int, 3>& extends)
+bool hasSamples(const Vector3i& extends)
 {
     return extends[0] != 0 && extends[1] != 0 && extends[2] != 0;
 }
@@ -78,7 +78,7 @@ void setSliceParameters()
 void drawStack(const RegularVolume& volume, unsigned int axis, int direction, float sMax, float tMax,
     const std::function<void(unsigned int slice)>& bindSlice)
 {
-    const BoundingBox<float, 3>& box = volume.getBoundingBox();
+    const Box3f& box = volume.getBoundingBox();
     const int count = volume.getExtends()[axis];
     for (int i = 0; i < count; ++i) {
         const int slice = direction == 1 ? count - 1 - i : i;

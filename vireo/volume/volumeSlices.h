@@ -5,7 +5,7 @@
 #include <string>
 #include <type_traits>
 
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 
 namespace tavo {
 
@@ -17,7 +17,7 @@ class RegularVolume;
 std::array<unsigned int, 2> axesAcross(unsigned int axis);
 
 // The bounds of a slice, for RegularVolume.
-StaticVector<int, 3> boundsOfSlice(unsigned int axis, int slice);
+Vector3i boundsOfSlice(unsigned int axis, int slice);
 
 // Calls a generic function with the number of components, 1 to 4, as a constant.
 template <typename Function>
@@ -35,7 +35,7 @@ void withNumComponents(unsigned int numComponents, const Function& function)
 // into textures: it is not of floats, or has more than four components.
 unsigned int requireChannel(const RegularVolume& volume, const std::string& channel);
 
-bool hasSamples(const StaticVector<int, 3>& extends);
+bool hasSamples(const Vector3i& extends);
 
 // Throws PException that begins with the operation's name where GL_ARB_multitexture has not been loaded.
 void requireMultitexture(const std::string& operation);

@@ -7,9 +7,6 @@ namespace tavo {
 
 namespace {
 
-using Vector3f = StaticVector<float, 3>;
-using Vector3d = StaticVector<double, 3>;
-
 // Coordinates beyond this are brought back to it, so that sums and products of a few of them stay finite floats.
 constexpr float FARTHEST = 1e18f;
 

@@ -13,8 +13,6 @@ constexpr unsigned int ExaminerCameraController::MIDDLE_BUTTON;
 
 namespace {
 
-using Vector3d = StaticVector<double, 3>;
-
 // A drag along the view's smaller side turns by half a circle.
 constexpr double TURN_PER_SIDE = std::numbers::pi;
 // A drag along the view's height brings ten times nearer.
@@ -29,12 +27,12 @@ constexpr double LARGEST_APPROACH = 20.0;
 constexpr double SMALLEST_DISTANCE = 1e-5;
 constexpr double LARGEST_DISTANCE = 1e15;
 
-Vector3d widened(const StaticVector<float, 3>& v)
+Vector3d widened(const Vector3f& v)
 {
     return {v[0], v[1], v[2]};
 }
 
-StaticVector<float, 3> narrowed(const Vector3d& v)
+Vector3f narrowed(const Vector3d& v)
 {
     return {v[0], v[1], v[2]};
 }
@@ -83,7 +81,7 @@ void ExaminerCameraController::mouseRelease(int x, int y, unsigned int button, M
 
 void ExaminerCameraController::mouseMove(int x, int y)
 {
-    const StaticVector<double, 2> drag(double(x) - m_Pointer[0], double(y) - m_Pointer[1]);
+    const Vector2d drag(double(x) - m_Pointer[0], double(y) - m_Pointer[1]);
     m_Pointer = {x, y};
     if (m_Button == LEFT_BUTTON)
         m_Movement.turn += drag;
@@ -135,8 +133,7 @@ void ExaminerCameraController::update()
     apply(movement);
 }
 
-void ExaminerCameraController::place(
-    const StaticVector<float, 3>& eye, const StaticVector<float, 3>& lookAt, const StaticVector<float, 3>& up)
+void ExaminerCameraController::place(const Vector3f& eye, const Vector3f& lookAt, const Vector3f& up)
 {
     Camera& placed = m_Camera ? *m_Camera : m_Home;
     if (!placed.setView(eye, lookAt, up))
@@ -147,8 +144,7 @@ void ExaminerCameraController::place(
 
 void ExaminerCameraController::apply(const Movement& movement)
 {
-    if (movement.turn == StaticVector<double, 2>() && movement.shift == StaticVector<double, 2>() &&
-        movement.approach == 0.0)
+    if (movement.turn == Vector2d() && movement.shift == Vector2d() && movement.approach == 0.0)
         return;
 
     Vector3d lookAt = widened(m_Camera->getLookAtPoint());

@@ -3,7 +3,7 @@
 #include "tavo/base/Export.h"
 #include "tavo/base/gui/Camera.h"
 #include "tavo/base/gui/GeneralKey.h"
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 
 namespace tavo {
 
@@ -48,8 +48,7 @@ public:
 
     // Puts the camera there at once, drops what was collected, and makes it the place that the Home key goes back to. A
     // place that Camera::setView refuses changes nothing.
-    void place(
-        const StaticVector<float, 3>& eye, const StaticVector<float, 3>& lookAt, const StaticVector<float, 3>& up);
+    void place(const Vector3f& eye, const Vector3f& lookAt, const Vector3f& up);
 
 private:
     // A movement collected since the last update: a turn and a shift in pixels of the view, right and down positive,
@@ -57,8 +56,8 @@ private:
     struct Movement
     {
         bool home = false;
-        StaticVector<double, 2> turn;
-        StaticVector<double, 2> shift;
+        Vector2d turn;
+        Vector2d shift;
         double approach = 0.0;
     };
 

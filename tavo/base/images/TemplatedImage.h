@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "tavo/base/math/StaticVector.h"
 #include "tavo/base/math/checkedAt.h"
+#include "tavo/base/math/vectors.h"
 
 namespace tavo {
 

@@ -2,13 +2,13 @@
 
 #include <vector>
 
-#include "tavo/base/math/StaticVector.h"
 #include "tavo/base/math/checkedAt.h"
+#include "tavo/base/math/vectors.h"
 
 namespace tavo {
 
 // The vertex type of polygons in space.
-using PolyVector3f = StaticVector<float, 3>;
+using PolyVector3f = Vector3f;
 
 // An ordered list of vertices. Nothing is said about closedness, planarity or orientation.
 template <typename Vertex>

@@ -13,6 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using tavo::Box3f;
 using testing::HasSubstr;
 
 class ExampleDataTest : public FilesTest
@@ -92,7 +93,7 @@ TEST_F(CgalDataTest, IsShownWithCurvesComputedFromIt)
     EXPECT_EQ(nameOf(building[0]), "building.ply - 100000 points (y to the right, z up)");
     EXPECT_THAT(nameOf(building[1]), HasSubstr("over z (-3.151 to 14.76)"));
     EXPECT_THAT(nameOf(building[2]), HasSubstr("highest (yellow), lowest z (cyan)"));
-    const tavo::BoundingBox<float, 3> box = std::get<CloudExhibit>(building[0]).points->getBoundingBox();
+    const Box3f box = std::get<CloudExhibit>(building[0]).points->getBoundingBox();
     EXPECT_NEAR(box.getExtent()[0], 1.0f, 1e-6f);
     EXPECT_NEAR(box.getExtent()[1], 17.91246f / 54.8378f, 1e-4f);
 }

@@ -10,14 +10,15 @@
 namespace vireo_view {
 namespace {
 
+using tavo::RGBA8;
+using tavo::Vector2f;
+using tavo::Vector3f;
+using tavo::Vector3i;
 using testing::ElementsAre;
 using testing::SizeIs;
 
-using Vector2f = tavo::StaticVector<float, 2>;
-using Vector3f = tavo::StaticVector<float, 3>;
-
-const Colour YELLOW(255, 220, 60, 255);
-const Colour CYAN(60, 210, 255, 255);
+const RGBA8 YELLOW(255, 220, 60, 255);
+const RGBA8 CYAN(60, 210, 255, 255);
 
 class ExhibitsTest : public FilesTest
 {
@@ -125,7 +126,7 @@ TEST_F(ExhibitsTest, MakesAVolumeOfANiftiFile)
     const NiftiFile file({2, 1, 3}, NIFTI_TYPE_UINT8, bytesOf<unsigned char>({0, 0, 0, 0, 0, 9}));
     const auto volume = loadOne<VolumeExhibit>("a.nii", file.getBytes());
     EXPECT_EQ(volume.name, "a.nii - 2 x 1 x 3 voxels");
-    EXPECT_EQ(volume.volume->getExtends(), (tavo::StaticVector<int, 3>(2, 1, 3)));
+    EXPECT_EQ(volume.volume->getExtends(), Vector3i(2, 1, 3));
 }
 
 TEST_F(ExhibitsTest, ComputesTheHistogramOfAVolumeOnRequest)

@@ -10,6 +10,7 @@
 namespace vireo_view {
 namespace {
 
+using tavo::Vector2d;
 using testing::DoubleEq;
 using testing::ElementsAre;
 using testing::SizeIs;
@@ -119,8 +120,8 @@ TEST(HistogramTest, NeedsTheChannel)
 TEST(HistogramTest, HasAnOutlineThatBeginsAndEndsAtZero)
 {
     const Histogram histogram = histogramOf({0, 1, 1});
-    EXPECT_THAT(outlineOf(histogram.getBins(), {5, 8}),
-        ElementsAre(Point2(0, 0), Point2(0, 5), Point2(0.5, 5), Point2(0.5, 8), Point2(1, 8), Point2(1, 0)));
+    EXPECT_THAT(outlineOf(histogram.getBins(), {5, 8}), ElementsAre(Vector2d(0, 0), Vector2d(0, 5), Vector2d(0.5, 5),
+                                                            Vector2d(0.5, 8), Vector2d(1, 8), Vector2d(1, 0)));
 }
 
 } // namespace

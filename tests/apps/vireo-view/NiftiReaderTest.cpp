@@ -16,13 +16,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using tavo::Box3f;
+using tavo::Vector3i;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
-
-using Extends = tavo::StaticVector<int, 3>;
-using Box = tavo::BoundingBox<float, 3>;
 
 std::vector<float> densities(const tavo::RegularVolume& volume)
 {
@@ -89,8 +88,8 @@ TEST_F(NiftiReaderTest, ReadsOneChannelOfFloatsInABoxOfMillimetresAroundTheOrigi
     file.header.pixdim[1] = 2.0f;
     file.header.pixdim[3] = -1.5f;
     const tavo::RegularVolume volume = read("a.nii", file.getBytes());
-    EXPECT_EQ(volume.getExtends(), Extends(2, 1, 3));
-    EXPECT_EQ(volume.getBoundingBox(), Box({-2.0f, -0.5f, -2.25f}, {2.0f, 0.5f, 2.25f}));
+    EXPECT_EQ(volume.getExtends(), Vector3i(2, 1, 3));
+    EXPECT_EQ(volume.getBoundingBox(), Box3f({-2.0f, -0.5f, -2.25f}, {2.0f, 0.5f, 2.25f}));
     EXPECT_EQ(volume.getPointSet()->getDescr().getNumAttributes(), 1u);
     EXPECT_TRUE(volume.getPointSet()->getDescr().providesAttribute("density", 1, 4));
     EXPECT_THAT(densities(volume), ElementsAre(0, 1, 2, 100, 200, 255));
@@ -145,14 +144,14 @@ TEST_F(NiftiReaderTest, ReadsTheFirstVolumeOfSeveral)
 {
     NiftiFile file({2, 1, 1, 2}, NIFTI_TYPE_UINT8, bytesOf<unsigned char>({1, 2, 3, 4}));
     const tavo::RegularVolume volume = read("a.nii", file.getBytes());
-    EXPECT_EQ(volume.getExtends(), Extends(2, 1, 1));
+    EXPECT_EQ(volume.getExtends(), Vector3i(2, 1, 1));
     EXPECT_THAT(densities(volume), ElementsAre(1, 2));
 }
 
 TEST_F(NiftiReaderTest, TakesExtentsThatAreNotNamedForOne)
 {
     const NiftiFile file({3}, NIFTI_TYPE_UINT8, bytesOf<unsigned char>({1, 2, 3}));
-    EXPECT_EQ(read("a.nii", file.getBytes()).getExtends(), Extends(3, 1, 1));
+    EXPECT_EQ(read("a.nii", file.getBytes()).getExtends(), Vector3i(3, 1, 1));
 }
 
 TEST_F(NiftiReaderTest, ReadsNifti2)
@@ -169,7 +168,7 @@ TEST_F(NiftiReaderTest, ReadsNifti2)
     std::memcpy(bytes.data(), &header, sizeof header);
     const tavo::RegularVolume volume = read("a.nii", bytes + smallFile().voxels);
     EXPECT_THAT(densities(volume), ElementsAre(0, 1, 2, 100, 200, 255));
-    EXPECT_EQ(volume.getBoundingBox(), Box({-0.25f, -0.125f, -0.375f}, {0.25f, 0.125f, 0.375f}));
+    EXPECT_EQ(volume.getBoundingBox(), Box3f({-0.25f, -0.125f, -0.375f}, {0.25f, 0.125f, 0.375f}));
     EXPECT_EQ(errorReading("b.nii", bytes.substr(0, 400)), "b.nii: ends within its header");
 }
 
@@ -228,8 +227,8 @@ TEST_F(NiftiReaderTest, TurnsTheVolumeAsTheFileSaysHowItIsOriented)
     file.header.srow_y[0] = 2.0f;
     file.header.srow_z[2] = 1.0f;
     const tavo::RegularVolume volume = read("a.nii", file.getBytes());
-    EXPECT_EQ(volume.getExtends(), Extends(3, 2, 1));
-    EXPECT_EQ(volume.getBoundingBox(), Box({-1.5f, -2.0f, -0.5f}, {1.5f, 2.0f, 0.5f}));
+    EXPECT_EQ(volume.getExtends(), Vector3i(3, 2, 1));
+    EXPECT_EQ(volume.getBoundingBox(), Box3f({-1.5f, -2.0f, -0.5f}, {1.5f, 2.0f, 0.5f}));
     EXPECT_THAT(densities(volume), ElementsAre(5, 3, 1, 6, 4, 2));
 }
 
@@ -434,8 +433,8 @@ protected:
 TEST_F(HeadTest, IsReadAsItIs)
 {
     const tavo::RegularVolume head = readNifti(HEAD, nullptr);
-    EXPECT_EQ(head.getExtends(), Extends(181, 217, 181));
-    EXPECT_EQ(head.getBoundingBox(), Box({-90.5f, -108.5f, -90.5f}, {90.5f, 108.5f, 90.5f}));
+    EXPECT_EQ(head.getExtends(), Vector3i(181, 217, 181));
+    EXPECT_EQ(head.getBoundingBox(), Box3f({-90.5f, -108.5f, -90.5f}, {90.5f, 108.5f, 90.5f}));
     const std::vector<float> voxels = densities(head);
     const auto voxel = [&](int x, int y, int z) { return voxels.at(x + 181 * (y + 217 * z)); };
     EXPECT_EQ(voxel(0, 0, 0), 0);

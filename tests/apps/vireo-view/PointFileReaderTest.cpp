@@ -13,6 +13,7 @@
 namespace vireo_view {
 namespace {
 
+using tavo::Vector3d;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -51,50 +52,50 @@ protected:
 
 TEST_F(PointFileReaderTest, ReadsAsciiPly)
 {
-    EXPECT_THAT(
-        read("a.ply", plyHeader("2") + "1 2 3\n-4.5 5e2 .6\n"), ElementsAre(Point3(1, 2, 3), Point3(-4.5f, 500, 0.6f)));
+    EXPECT_THAT(read("a.ply", plyHeader("2") + "1 2 3\n-4.5 5e2 .6\n"),
+        ElementsAre(Vector3d(1, 2, 3), Vector3d(-4.5f, 500, 0.6f)));
 }
 
 TEST_F(PointFileReaderTest, ReadsAPlyWhoseLastNumberEndsTheFile)
 {
-    EXPECT_THAT(read("a.ply", plyHeader("1") + "1 2 3"), ElementsAre(Point3(1, 2, 3)));
-    EXPECT_THAT(read("b.ply", plyHeader("2") + "1 2 3\n4 5 6"), ElementsAre(Point3(1, 2, 3), Point3(4, 5, 6)));
+    EXPECT_THAT(read("a.ply", plyHeader("1") + "1 2 3"), ElementsAre(Vector3d(1, 2, 3)));
+    EXPECT_THAT(read("b.ply", plyHeader("2") + "1 2 3\n4 5 6"), ElementsAre(Vector3d(1, 2, 3), Vector3d(4, 5, 6)));
 }
 
 TEST_F(PointFileReaderTest, ReadsDoublesWithAllTheirDigits)
 {
     const std::string properties = "property double x\nproperty float64 y\nproperty double z\n";
     EXPECT_THAT(read("a.ply", plyHeader("1", properties) + "5000000000.125 1e-300 3\n"),
-        ElementsAre(Point3(5000000000.125, 1e-300, 3)));
+        ElementsAre(Vector3d(5000000000.125, 1e-300, 3)));
     EXPECT_THAT(read("b.ply", plyHeader("1", properties, "binary_little_endian") + littleEndian(0.1, 0.2, 0.3)),
-        ElementsAre(Point3(0.1, 0.2, 0.3)));
+        ElementsAre(Vector3d(0.1, 0.2, 0.3)));
 }
 
 TEST_F(PointFileReaderTest, ReadsBinaryPlyOfBothByteOrders)
 {
     EXPECT_THAT(
         read("a.ply", plyHeader("2", COORDINATES, "binary_little_endian") + littleEndian(1.f, 2.f, 3.f, 4.f, 5.f, 6.f)),
-        ElementsAre(Point3(1, 2, 3), Point3(4, 5, 6)));
+        ElementsAre(Vector3d(1, 2, 3), Vector3d(4, 5, 6)));
     const std::string_view bigEndian("\x3F\x80\0\0\x40\0\0\0\x40\x40\0\0", 12);
     EXPECT_THAT(read("b.ply", plyHeader("1", COORDINATES, "binary_big_endian") + std::string(bigEndian)),
-        ElementsAre(Point3(1, 2, 3)));
+        ElementsAre(Vector3d(1, 2, 3)));
 }
 
 TEST_F(PointFileReaderTest, ReadsBytesOfABinaryPlyThatLookLikeLineEnds)
 {
     const std::string properties = "property uchar x\nproperty uchar y\nproperty uchar z\n";
     EXPECT_THAT(read("a.ply", plyHeader("2", properties, "binary_little_endian") + "\r\n\r\r\n\n"),
-        ElementsAre(Point3(13, 10, 13), Point3(13, 10, 10)));
+        ElementsAre(Vector3d(13, 10, 13), Vector3d(13, 10, 10)));
 }
 
 TEST_F(PointFileReaderTest, LeavesOutTheOtherPropertiesOfPlyPoints)
 {
     const std::string properties = "property uchar red\nproperty float z\nproperty float nx\nproperty float y\n"
                                    "property float x\nproperty int label\n";
-    EXPECT_THAT(read("a.ply", plyHeader("1", properties) + "255 3 0.5 2 1 7\n"), ElementsAre(Point3(1, 2, 3)));
+    EXPECT_THAT(read("a.ply", plyHeader("1", properties) + "255 3 0.5 2 1 7\n"), ElementsAre(Vector3d(1, 2, 3)));
     EXPECT_THAT(read("b.ply", plyHeader("1", properties, "binary_little_endian") +
                                   littleEndian(std::uint8_t(255), 3.f, 0.5f, 2.f, 1.f, 7)),
-        ElementsAre(Point3(1, 2, 3)));
+        ElementsAre(Vector3d(1, 2, 3)));
 }
 
 TEST_F(PointFileReaderTest, ReadsPlyCoordinatesOfEveryType)
@@ -102,10 +103,10 @@ TEST_F(PointFileReaderTest, ReadsPlyCoordinatesOfEveryType)
     for (const std::string type : {"char", "uchar", "short", "ushort", "int", "uint", "float", "double", "int8",
              "uint8", "int16", "uint16", "int32", "uint32", "float32", "float64"}) {
         const std::string properties = "property " + type + " x\nproperty " + type + " y\nproperty " + type + " z\n";
-        EXPECT_THAT(read("a.ply", plyHeader("1", properties) + "1 2 100\n"), ElementsAre(Point3(1, 2, 100))) << type;
+        EXPECT_THAT(read("a.ply", plyHeader("1", properties) + "1 2 100\n"), ElementsAre(Vector3d(1, 2, 100))) << type;
     }
     const std::string mixed = "property float x\nproperty double y\nproperty float z\n";
-    EXPECT_THAT(read("a.ply", plyHeader("1", mixed) + "1 2 3\n"), ElementsAre(Point3(1, 2, 3)));
+    EXPECT_THAT(read("a.ply", plyHeader("1", mixed) + "1 2 3\n"), ElementsAre(Vector3d(1, 2, 3)));
 }
 
 TEST_F(PointFileReaderTest, ReadsOverElementsBeforeThePointsAndStopsBehindThem)
@@ -113,15 +114,15 @@ TEST_F(PointFileReaderTest, ReadsOverElementsBeforeThePointsAndStopsBehindThem)
     const std::string ply = "ply\nformat ascii 1.0\ncomment a comment\nobj_info and another\nelement camera 2\n"
                             "property float f\nelement vertex 1\n" +
                             COORDINATES + "element face 1\nproperty list uint int vertex_indices\nend_header\n";
-    EXPECT_THAT(read("a.ply", ply + "9 9\n1 2 3\n4000000000 1 2"), ElementsAre(Point3(1, 2, 3)));
-    EXPECT_THAT(read("b.ply", ply + "9 9\n1 2 3\n"), ElementsAre(Point3(1, 2, 3)));
+    EXPECT_THAT(read("a.ply", ply + "9 9\n1 2 3\n4000000000 1 2"), ElementsAre(Vector3d(1, 2, 3)));
+    EXPECT_THAT(read("b.ply", ply + "9 9\n1 2 3\n"), ElementsAre(Vector3d(1, 2, 3)));
 }
 
 TEST_F(PointFileReaderTest, ReadsPlyWithWindowsLineEnds)
 {
     EXPECT_THAT(read("a.ply", "ply\r\nformat ascii 1.0\r\nelement vertex 1\r\nproperty float x\r\nproperty float y\r\n"
                               "property float z\r\nend_header\r\n1 2 3\r\n"),
-        ElementsAre(Point3(1, 2, 3)));
+        ElementsAre(Vector3d(1, 2, 3)));
 }
 
 TEST_F(PointFileReaderTest, ReadsDecimalPointsInEveryLocaleAndLeavesTheLocaleAsItWas)
@@ -129,7 +130,7 @@ TEST_F(PointFileReaderTest, ReadsDecimalPointsInEveryLocaleAndLeavesTheLocaleAsI
     if (!useDecimalComma())
         GTEST_SKIP() << "there is no locale with a decimal comma: de_DE.UTF-8 can neither be found nor made";
     const std::string locale = std::setlocale(LC_NUMERIC, nullptr);
-    EXPECT_THAT(read("a.ply", plyHeader("1") + "1.5 2.5 3.5\n"), ElementsAre(Point3(1.5, 2.5, 3.5)));
+    EXPECT_THAT(read("a.ply", plyHeader("1") + "1.5 2.5 3.5\n"), ElementsAre(Vector3d(1.5, 2.5, 3.5)));
     EXPECT_EQ(std::setlocale(LC_NUMERIC, nullptr), locale);
 }
 
@@ -194,15 +195,15 @@ TEST_F(PointFileReaderTest, TurnsAwayPlyPointsThatItCannotRead)
 
 TEST_F(PointFileReaderTest, ReadsXyzWithAndWithoutNormals)
 {
-    EXPECT_THAT(read("a.xyz", "1 2 3\n4 5 6\n"), ElementsAre(Point3(1, 2, 3), Point3(4, 5, 6)));
-    EXPECT_THAT(read("a.pwn", "1 2 3 0 0 1\n4 5 6 0 1 0"), ElementsAre(Point3(1, 2, 3), Point3(4, 5, 6)));
+    EXPECT_THAT(read("a.xyz", "1 2 3\n4 5 6\n"), ElementsAre(Vector3d(1, 2, 3), Vector3d(4, 5, 6)));
+    EXPECT_THAT(read("a.pwn", "1 2 3 0 0 1\n4 5 6 0 1 0"), ElementsAre(Vector3d(1, 2, 3), Vector3d(4, 5, 6)));
 }
 
 TEST_F(PointFileReaderTest, ReadsXyzWithItsCountCommentsAndAnyBlanksAndLineEnds)
 {
     EXPECT_THAT(read("a.xyz", "2\r\n# a comment\r\n\r\n1\t2\t3\r\n  4 5  6 \r\n"),
-        ElementsAre(Point3(1, 2, 3), Point3(4, 5, 6)));
-    EXPECT_THAT(read("a.xyz", "1 2 3\r4 5 6\r"), ElementsAre(Point3(1, 2, 3), Point3(4, 5, 6)));
+        ElementsAre(Vector3d(1, 2, 3), Vector3d(4, 5, 6)));
+    EXPECT_THAT(read("a.xyz", "1 2 3\r4 5 6\r"), ElementsAre(Vector3d(1, 2, 3), Vector3d(4, 5, 6)));
 }
 
 TEST_F(PointFileReaderTest, NamesTheLineOfAnXyzThatIsNoPoint)
@@ -216,7 +217,7 @@ TEST_F(PointFileReaderTest, NamesTheLineOfAnXyzThatIsNoPoint)
 
 TEST_F(PointFileReaderTest, ReadsOffOfEveryKind)
 {
-    const auto twoPoints = ElementsAre(Point3(1, 2, 3), Point3(4, 5, 6));
+    const auto twoPoints = ElementsAre(Vector3d(1, 2, 3), Vector3d(4, 5, 6));
     EXPECT_THAT(read("a.off", "OFF\n2 0 0\n1 2 3\n4 5 6\n"), twoPoints);
     EXPECT_THAT(read("a.off", "OFF 2 0 0\n1 2 3\n4 5 6"), twoPoints);
     EXPECT_THAT(
@@ -225,12 +226,12 @@ TEST_F(PointFileReaderTest, ReadsOffOfEveryKind)
     EXPECT_THAT(read("a.off", "NOFF\n2 0 0\n1 2 3 0 0 1\n4 5 6 0 1 0\n"), twoPoints);
     EXPECT_THAT(read("a.off", "4OFF\n2 0 0\n2 4 6 2\n4 5 6 1\n"), twoPoints);
     const std::string_view binary("OFF BINARY\n\0\0\0\1\0\0\0\0\0\0\0\0\x3F\x80\0\0\x40\0\0\0\x40\x40\0\0", 35);
-    EXPECT_THAT(read("a.off", binary), ElementsAre(Point3(1, 2, 3)));
+    EXPECT_THAT(read("a.off", binary), ElementsAre(Vector3d(1, 2, 3)));
 }
 
 TEST_F(PointFileReaderTest, ReadsAnOffWhoseFacesAreCutOff)
 {
-    EXPECT_THAT(read("a.off", "OFF\n1 9 0\n1 2 3\n3 0"), ElementsAre(Point3(1, 2, 3)));
+    EXPECT_THAT(read("a.off", "OFF\n1 9 0\n1 2 3\n3 0"), ElementsAre(Vector3d(1, 2, 3)));
 }
 
 TEST_F(PointFileReaderTest, TellsWhereAnOffEndsOrIsWrong)

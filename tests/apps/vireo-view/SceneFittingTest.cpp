@@ -7,11 +7,10 @@
 namespace vireo_view {
 namespace {
 
+using tavo::Vector2f;
+using tavo::Vector3f;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-using Vector2f = tavo::StaticVector<float, 2>;
-using Vector3f = tavo::StaticVector<float, 3>;
 
 constexpr double LARGEST = std::numeric_limits<double>::max();
 

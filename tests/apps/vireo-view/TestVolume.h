@@ -10,8 +10,8 @@
 namespace vireo_view {
 
 // A volume of such densities in a box of such extents around the origin.
-inline tavo::RegularVolume makeVolume(const tavo::StaticVector<int, 3>& extends, const std::vector<float>& densities,
-    const tavo::StaticVector<float, 3>& size = {1.0f, 1.0f, 1.0f})
+inline tavo::RegularVolume makeVolume(
+    const tavo::Vector3i& extends, const std::vector<float>& densities, const tavo::Vector3f& size = {1.0f, 1.0f, 1.0f})
 {
     tavo::VertexDescriptor channels;
     channels.pushAttrib({DENSITY, 1, tavo::VertexAttribDescriptor::TYPE_FLOAT});

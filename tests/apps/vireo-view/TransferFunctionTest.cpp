@@ -9,7 +9,7 @@
 namespace vireo_view {
 namespace {
 
-using RGBA = TransferFunction::RGBA;
+using tavo::RGBA8;
 
 constexpr double INF = std::numeric_limits<double>::infinity();
 
@@ -26,20 +26,20 @@ TransferFunction makeFunction()
 TEST(TransferFunctionTest, GoesThroughTheColoursWithinTheWindow)
 {
     const TransferFunction function = makeFunction();
-    EXPECT_EQ(function.look(10), RGBA(0, 0, 0, 0));
-    EXPECT_EQ(function.look(15), RGBA(64, 64, 64, 64));
-    EXPECT_EQ(function.look(20), RGBA(128, 128, 128, 128));
-    EXPECT_EQ(function.look(30), RGBA(255, 255, 255, 255));
+    EXPECT_EQ(function.look(10), RGBA8(0, 0, 0, 0));
+    EXPECT_EQ(function.look(15), RGBA8(64, 64, 64, 64));
+    EXPECT_EQ(function.look(20), RGBA8(128, 128, 128, 128));
+    EXPECT_EQ(function.look(30), RGBA8(255, 255, 255, 255));
 }
 
 TEST(TransferFunctionTest, IsConstantBeyondTheWindow)
 {
     const TransferFunction function = makeFunction();
     for (const double below : {9.99, -1e30, -INF})
-        EXPECT_EQ(function.look(below), RGBA(0, 0, 0, 0));
+        EXPECT_EQ(function.look(below), RGBA8(0, 0, 0, 0));
     for (const double above : {30.01, 1e30, INF})
-        EXPECT_EQ(function.look(above), RGBA(255, 255, 255, 255));
-    EXPECT_EQ(function.look(NAN), RGBA(0, 0, 0, 0));
+        EXPECT_EQ(function.look(above), RGBA8(255, 255, 255, 255));
+    EXPECT_EQ(function.look(NAN), RGBA8(0, 0, 0, 0));
 }
 
 TEST(TransferFunctionTest, IsAStepAtTheLevelWithoutAWindow)
@@ -56,8 +56,8 @@ TEST(TransferFunctionTest, IsAsOpaqueAsIsSaidAtTheUpperEnd)
 {
     TransferFunction function = makeFunction();
     function.setOpacity(0.2);
-    EXPECT_EQ(function.look(30), RGBA(255, 255, 255, 51));
-    EXPECT_EQ(function.look(20), RGBA(128, 128, 128, 26));
+    EXPECT_EQ(function.look(30), RGBA8(255, 255, 255, 51));
+    EXPECT_EQ(function.look(20), RGBA8(128, 128, 128, 26));
     function.setOpacity(0);
     EXPECT_EQ(function.look(30)[3], 0);
 }
@@ -67,7 +67,7 @@ TEST(TransferFunctionTest, HasTheColoursOfItsMap)
     TransferFunction function = makeFunction();
     EXPECT_EQ(function.getColourMap(), 0u);
     function.setColourMap(1);
-    EXPECT_EQ(function.look(17.5), RGBA(255, 0, 0, 96)) << "hot";
+    EXPECT_EQ(function.look(17.5), RGBA8(255, 0, 0, 96)) << "hot";
     function.setColourMap(1000);
     EXPECT_EQ(function.getColourMap(), 1u);
 }

@@ -17,11 +17,11 @@
 namespace vireo_view {
 namespace {
 
+using tavo::Box3f;
+using tavo::Vector2d;
 using testing::HasSubstr;
 using vireo_test::matchesReference;
 using vireo_test::Picture;
-
-using Box = tavo::BoundingBox<float, 3>;
 
 // Quarter turns of the view.
 constexpr int QUARTER = 80;
@@ -62,14 +62,14 @@ protected:
     }
 
     // Where the brightness is, in pixels from the middle, right and up.
-    static tavo::StaticVector<double, 2> brightPlace(const Picture& picture)
+    static Vector2d brightPlace(const Picture& picture)
     {
-        tavo::StaticVector<double, 2> sum;
+        Vector2d sum;
         double weight = 0;
         for (unsigned int y = 0; y < picture.height; ++y)
             for (unsigned int x = 0; x < picture.width; ++x) {
                 const double brightness = picture.at(x, y)[0];
-                sum += tavo::StaticVector<double, 2>(x - (VIEW_SIZE - 1) / 2.0, y - (VIEW_SIZE - 1) / 2.0) * brightness;
+                sum += Vector2d(x - (VIEW_SIZE - 1) / 2.0, y - (VIEW_SIZE - 1) / 2.0) * brightness;
                 weight += brightness;
             }
         EXPECT_GT(weight, 0);
@@ -92,8 +92,8 @@ TEST_F(VolumeDisplayerGLTest, HasABoxOfTheFittedExtentAroundTheOrigin)
 {
     VolumeDisplayer displayer(
         std::make_unique<tavo::RegularVolume>(makeVolume({1, 1, 1}, {0}, {100.0f, 200.0f, 50.0f})));
-    EXPECT_EQ(displayer.getBoundingBox(), Box({-0.25f, -0.125f, -0.5f}, {0.25f, 0.125f, 0.5f}));
-    EXPECT_EQ(VolumeDisplayer().getBoundingBox(), Box({0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f}));
+    EXPECT_EQ(displayer.getBoundingBox(), Box3f({-0.25f, -0.125f, -0.5f}, {0.25f, 0.125f, 0.5f}));
+    EXPECT_EQ(VolumeDisplayer().getBoundingBox(), Box3f({0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f}));
 }
 
 TEST_F(VolumeDisplayerGLTest, SaysInTheLogWhatTheDriverLacks)

@@ -19,14 +19,11 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::ThrowsMessage;
 
-using Box = BoundingBox<float, 3>;
-using Vector3f = StaticVector<float, 3>;
-
 constexpr unsigned int BYTE = VertexAttribDescriptor::TYPE_UNSIGNED_BYTE;
 constexpr unsigned int FLOAT = VertexAttribDescriptor::TYPE_FLOAT;
 constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
-const Box UNIT_BOX({0, 0, 0}, {1, 1, 1});
+const Box3f UNIT_BOX({0, 0, 0}, {1, 1, 1});
 
 VertexDescriptor layout(std::initializer_list<VertexAttribDescriptor> attributes)
 {
@@ -178,27 +175,28 @@ TEST(PointSetTest, TurnsAwayATokenOfALargerLayoutInsteadOfReadingBeyondItsData)
 
 TEST(PointSetTest, BoundsItsPositions)
 {
-    EXPECT_EQ(cloud({{1, -2, 3}, {-4, 5, 6}, {0, 0, 7}}).getBoundingBox(), Box({-4, -2, 3}, {1, 5, 7}));
-    EXPECT_EQ(cloud({{1, 2, 3}}).getBoundingBox(), Box({1, 2, 3}, {1, 2, 3}));
+    EXPECT_EQ(cloud({{1, -2, 3}, {-4, 5, 6}, {0, 0, 7}}).getBoundingBox(), Box3f({-4, -2, 3}, {1, 5, 7}));
+    EXPECT_EQ(cloud({{1, 2, 3}}).getBoundingBox(), Box3f({1, 2, 3}, {1, 2, 3}));
 }
 
 TEST(PointSetTest, BoundsPositionsAtAnyAddress)
 {
-    EXPECT_EQ(packed(0, {{1, -2, 3}, {-4, 5, 6}}, 3).getBoundingBox(), Box({-4, -2, 3}, {1, 5, 6}));
-    EXPECT_EQ(packed(1, {{1, -2, 3}, {-4, 5, 6}}, 3).getBoundingBox(), Box({-4, -2, 3}, {1, 5, 6}));
+    EXPECT_EQ(packed(0, {{1, -2, 3}, {-4, 5, 6}}, 3).getBoundingBox(), Box3f({-4, -2, 3}, {1, 5, 6}));
+    EXPECT_EQ(packed(1, {{1, -2, 3}, {-4, 5, 6}}, 3).getBoundingBox(), Box3f({-4, -2, 3}, {1, 5, 6}));
 }
 
 TEST(PointSetTest, PassesOverNaNWhenBounding)
 {
     EXPECT_EQ(cloud({{NOT_A_NUMBER, 1, 2}, {3, NOT_A_NUMBER, 4}, {5, 6, NOT_A_NUMBER}}).getBoundingBox(),
-        Box({3, 1, 2}, {5, 6, 4}));
-    EXPECT_EQ(cloud({{NOT_A_NUMBER, 7, NOT_A_NUMBER}}).getBoundingBox(), Box({0, 7, 0}, {1, 7, 1}));
+        Box3f({3, 1, 2}, {5, 6, 4}));
+    EXPECT_EQ(cloud({{NOT_A_NUMBER, 7, NOT_A_NUMBER}}).getBoundingBox(), Box3f({0, 7, 0}, {1, 7, 1}));
 }
 
 TEST(PointSetTest, BoundsInfiniteCoordinatesToo)
 {
     const float infinity = std::numeric_limits<float>::infinity();
-    EXPECT_EQ(cloud({{infinity, 0, 0}, {0, -infinity, 0}}).getBoundingBox(), Box({0, -infinity, 0}, {infinity, 0, 0}));
+    EXPECT_EQ(
+        cloud({{infinity, 0, 0}, {0, -infinity, 0}}).getBoundingBox(), Box3f({0, -infinity, 0}, {infinity, 0, 0}));
 }
 
 TEST(PointSetTest, HasTheUnitBoxWithoutPointsOrFloatPositions)
@@ -213,17 +211,17 @@ TEST(PointSetTest, HasTheUnitBoxWithoutPointsOrFloatPositions)
 TEST(PointSetTest, BoundsAnewAfterEveryKindOfWrite)
 {
     PointSet points = cloud({{0, 0, 0}, {1, 1, 1}});
-    EXPECT_EQ(points.getBoundingBox(), Box({0, 0, 0}, {1, 1, 1}));
+    EXPECT_EQ(points.getBoundingBox(), Box3f({0, 0, 0}, {1, 1, 1}));
 
     const float far[] = {5, 6, 7};
     points.set3f(0, points.getAAT("position"), far);
-    EXPECT_EQ(points.getBoundingBox(), Box({1, 1, 1}, {5, 6, 7}));
+    EXPECT_EQ(points.getBoundingBox(), Box3f({1, 1, 1}, {5, 6, 7}));
 
     std::memset(points.getData(), 0, points.getSizeInBytes());
-    EXPECT_EQ(points.getBoundingBox(), Box({0, 0, 0}, {0, 0, 0}));
+    EXPECT_EQ(points.getBoundingBox(), Box3f({0, 0, 0}, {0, 0, 0}));
 
     points = cloud({{2, 2, 2}});
-    EXPECT_EQ(points.getBoundingBox(), Box({2, 2, 2}, {2, 2, 2}));
+    EXPECT_EQ(points.getBoundingBox(), Box3f({2, 2, 2}, {2, 2, 2}));
 }
 
 TEST(PointSetTest, CopiesIndependently)
@@ -233,8 +231,8 @@ TEST(PointSetTest, CopiesIndependently)
     const float moved[] = {4, 5, 6};
     copy.set3f(0, copy.getAAT("position"), moved);
     EXPECT_THAT(at(original, 0, "position"), ElementsAre(1, 2, 3));
-    EXPECT_EQ(original.getBoundingBox(), Box({1, 2, 3}, {1, 2, 3}));
-    EXPECT_EQ(copy.getBoundingBox(), Box({4, 5, 6}, {4, 5, 6}));
+    EXPECT_EQ(original.getBoundingBox(), Box3f({1, 2, 3}, {1, 2, 3}));
+    EXPECT_EQ(copy.getBoundingBox(), Box3f({4, 5, 6}, {4, 5, 6}));
 }
 
 TEST(PointSetTest, IsHarmlessAfterHavingBeenMovedFrom)

@@ -16,9 +16,6 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::ThrowsMessage;
 
-using RGBA = RegularVolume::RGBA;
-using Vector3i = StaticVector<int, 3>;
-
 constexpr int ALL = RegularVolume::UNRESTRICTED;
 constexpr int NX = 3;
 constexpr int NY = 4;
@@ -64,7 +61,7 @@ RegularVolume makeVolume()
 // Keeps what it is called with; gives colours that count the calls.
 struct Calls
 {
-    static RGBA map(void* self, const StaticVector<float, 1>& value)
+    static RGBA8 map(void* self, const StaticVector<float, 1>& value)
     {
         auto* const calls = static_cast<Calls*>(self);
         calls->values.push_back(value[0]);
@@ -78,7 +75,7 @@ struct Calls
 std::vector<float> mappedValues(const RegularVolume& volume, const Vector3i& min, const Vector3i& max)
 {
     Calls calls;
-    std::vector<RGBA> out(NUM_SAMPLES);
+    std::vector<RGBA8> out(NUM_SAMPLES);
     volume.mapChannel<1>("density", min, max, &Calls::map, &calls, out.data());
     for (std::size_t i = 0; i < out.size(); ++i)
         EXPECT_EQ(out[i][0], i < calls.values.size() ? i + 1 : 0) << "one colour for each, in this order";
@@ -91,7 +88,7 @@ TEST(RegularVolumeTest, KnowsItsExtentsItsBoxAndItsSamples)
     const PointSet* const raw = samples.get();
     RegularVolume volume({NX, NY, NZ}, {{0, 0, 0}, {1, 2, 3}}, std::move(samples));
     EXPECT_EQ(volume.getExtends(), Vector3i(NX, NY, NZ));
-    EXPECT_EQ(volume.getBoundingBox(), (BoundingBox<float, 3>({0, 0, 0}, {1, 2, 3})));
+    EXPECT_EQ(volume.getBoundingBox(), Box3f({0, 0, 0}, {1, 2, 3}));
     EXPECT_EQ(volume.getPointSet(), raw);
     EXPECT_EQ(std::as_const(volume).getPointSet(), raw);
     EXPECT_EQ(RegularVolume({1, 1, 1}, {}).getPointSet(), nullptr);
@@ -166,40 +163,40 @@ TEST(RegularVolumeTest, MapsTheBlockWithinBothBounds)
 TEST(RegularVolumeTest, HandsOnAllComponentsOfAChannel)
 {
     const RegularVolume volume = makeVolume();
-    std::vector<StaticVector<float, 3>> values;
-    std::array<RGBA, 1> out;
+    std::vector<Vector3f> values;
+    std::array<RGBA8, 1> out;
     volume.mapChannelBy<3>(
         "gradient", {1, 1, 1}, {1, 1, 1},
-        [&](const StaticVector<float, 3>& value) {
+        [&](const Vector3f& value) {
             values.push_back(value);
-            return RGBA(1, 2, 3, 4);
+            return RGBA8(1, 2, 3, 4);
         },
         out.data());
-    EXPECT_THAT(values, ElementsAre(StaticVector<float, 3>(111, 111.25f, 111.5f)));
-    EXPECT_EQ(out[0], RGBA(1, 2, 3, 4));
+    EXPECT_THAT(values, ElementsAre(Vector3f(111, 111.25f, 111.5f)));
+    EXPECT_EQ(out[0], RGBA8(1, 2, 3, 4));
 }
 
 TEST(RegularVolumeTest, LeavesTheColoursBetweenRowsAlone)
 {
     const RegularVolume volume = makeVolume();
-    std::array<RGBA, 4 * NY> out;
+    std::array<RGBA8, 4 * NY> out;
     volume.mapChannelBy<1>(
-        "density", {ALL, ALL, 0}, {ALL, ALL, 0}, [](const StaticVector<float, 1>&) { return RGBA(9, 9, 9, 9); },
+        "density", {ALL, ALL, 0}, {ALL, ALL, 0}, [](const StaticVector<float, 1>&) { return RGBA8(9, 9, 9, 9); },
         out.data(), 4);
     for (std::size_t i = 0; i < out.size(); ++i)
-        EXPECT_EQ(out[i], i % 4 < NX ? RGBA(9, 9, 9, 9) : RGBA()) << i;
+        EXPECT_EQ(out[i], i % 4 < NX ? RGBA8(9, 9, 9, 9) : RGBA8()) << i;
 }
 
 // Its rows are single samples; they stay rows.
 TEST(RegularVolumeTest, KeepsRowsOfAnAxisOfOneSampleApart)
 {
     const RegularVolume volume({1, 2, 1}, {}, makeSamples(2));
-    std::array<RGBA, 8> out;
+    std::array<RGBA8, 8> out;
     volume.mapChannelBy<1>(
-        "density", {ALL, ALL, 0}, {ALL, ALL, 0}, [](const StaticVector<float, 1>&) { return RGBA(9, 9, 9, 9); },
+        "density", {ALL, ALL, 0}, {ALL, ALL, 0}, [](const StaticVector<float, 1>&) { return RGBA8(9, 9, 9, 9); },
         out.data(), 4);
     for (std::size_t i = 0; i < out.size(); ++i)
-        EXPECT_EQ(out[i], i % 4 == 0 ? RGBA(9, 9, 9, 9) : RGBA()) << i;
+        EXPECT_EQ(out[i], i % 4 == 0 ? RGBA8(9, 9, 9, 9) : RGBA8()) << i;
 }
 
 TEST(RegularVolumeTest, MapsNothingOfAnEmptyVolume)
@@ -216,12 +213,12 @@ protected:
         const Vector3i& max = {ALL, ALL, ALL})
     {
         volume.mapChannelBy<N>(
-            channel, min, max, [](const StaticVector<float, N>&) { return RGBA(9, 9, 9, 9); }, m_Out.data());
+            channel, min, max, [](const StaticVector<float, N>&) { return RGBA8(9, 9, 9, 9); }, m_Out.data());
     }
 
-    void TearDown() override { EXPECT_THAT(m_Out, Each(RGBA())) << "nothing was mapped"; }
+    void TearDown() override { EXPECT_THAT(m_Out, Each(RGBA8())) << "nothing was mapped"; }
 
-    std::vector<RGBA> m_Out = std::vector<RGBA>(2 * NUM_SAMPLES);
+    std::vector<RGBA8> m_Out = std::vector<RGBA8>(2 * NUM_SAMPLES);
 };
 
 TEST_F(RegularVolumeRefusalTest, NeedsAsManySamplesAsItsExtentsSay)

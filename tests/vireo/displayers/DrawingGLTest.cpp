@@ -25,9 +25,6 @@ using vireo_test::expectCalls;
 using vireo_test::Picture;
 using vireo_test::Pixel;
 
-using Colour = StaticVector<unsigned char, 4>;
-using Vector3f = StaticVector<float, 3>;
-
 constexpr Pixel BLACK{0, 0, 0, 0};
 
 class DrawingGLTest : public vireo_test::GLTest
@@ -69,8 +66,8 @@ protected:
 TEST_F(DrawingGLTest, DrawsGraphsAsLineStrips)
 {
     GLGraphDisplayer graphs;
-    graphs.addGraph(std::vector<float>{5.0f, 7.0f}, Colour(255, 0, 0, 255));
-    graphs.addGraph(std::vector<float>(), Colour(0, 255, 0, 128));
+    graphs.addGraph(std::vector<float>{5.0f, 7.0f}, RGBA8(255, 0, 0, 255));
+    graphs.addGraph(std::vector<float>(), RGBA8(0, 255, 0, 128));
     CallRecorder recorder;
     draw(graphs);
     expectCalls(recorder, {"glPushAttrib(GL_ALL_ATTRIB_BITS)", "glDisable(GL_DEPTH_TEST)", "glDisable(GL_LIGHTING)",
@@ -83,7 +80,7 @@ TEST_F(DrawingGLTest, DrawsGraphsThenTheirAxes)
 {
     GLGraphDisplayer graphs;
     graphs.setShowCoords(true);
-    graphs.addGraph(std::vector<Vector3f>{{1.0f, 2.0f, 4.0f}, {3.0f, 12.0f, 4.0f}}, Colour(1, 2, 3, 4));
+    graphs.addGraph(std::vector<Vector3f>{{1.0f, 2.0f, 4.0f}, {3.0f, 12.0f, 4.0f}}, RGBA8(1, 2, 3, 4));
     std::vector<std::string> expected{"glPushAttrib(GL_ALL_ATTRIB_BITS)", "glDisable(GL_DEPTH_TEST)",
         "glDisable(GL_LIGHTING)", "glColor4ubv((1, 2, 3, 4))", "glBegin(GL_LINE_STRIP)", "glVertex3fv((1, 2, 4))",
         "glVertex3fv((3, 12, 4))", "glEnd()"};
@@ -100,7 +97,7 @@ TEST_F(DrawingGLTest, ComputesTheAxesOffsetInDoublePrecision)
 {
     GLGraphDisplayer graphs;
     graphs.setShowCoords(true);
-    graphs.addGraph(std::vector<Vector3f>{{0.1f, 0.0f, 0.0f}, {0.9f, 1.0f, 1.0f}}, Colour());
+    graphs.addGraph(std::vector<Vector3f>{{0.1f, 0.0f, 0.0f}, {0.9f, 1.0f, 1.0f}}, RGBA8());
     const float extent = 0.9f - 0.1f;
     const auto exact = static_cast<float>(-double(0.1f) - 0.1 * double(extent));
     ASSERT_NE(exact, -0.1f - 0.1f * extent) << "or this would show nothing";
@@ -116,8 +113,8 @@ TEST_F(DrawingGLTest, ComputesTheAxesOffsetInDoublePrecision)
 TEST_F(DrawingGLTest, LeavesGraphsVisibleInTheirColours)
 {
     GLGraphDisplayer graphs;
-    graphs.addGraph(std::vector<Vector3f>{{-1.0f, 0.01f, 0.0f}, {1.0f, 0.01f, 0.0f}}, Colour(255, 0, 0, 255));
-    graphs.addGraph(std::vector<Vector3f>{{-1.0f, 0.51f, 0.0f}, {1.0f, 0.51f, 0.0f}}, Colour(0, 0, 255, 255));
+    graphs.addGraph(std::vector<Vector3f>{{-1.0f, 0.01f, 0.0f}, {1.0f, 0.01f, 0.0f}}, RGBA8(255, 0, 0, 255));
+    graphs.addGraph(std::vector<Vector3f>{{-1.0f, 0.51f, 0.0f}, {1.0f, 0.51f, 0.0f}}, RGBA8(0, 0, 255, 255));
     const Picture picture = pictureOf(graphs);
     EXPECT_EQ(picture.at(20, 32), (Pixel{255, 0, 0, 255}));
     EXPECT_EQ(picture.at(20, 48), (Pixel{0, 0, 255, 255}));

@@ -55,8 +55,6 @@ using vireo_test::pressMouse;
 using vireo_test::releaseKey;
 using vireo_test::releaseMouse;
 
-using Vector3f = StaticVector<float, 3>;
-
 class GLEventDisplayerWidgetGLTest : public testing::Test
 {
 protected:
@@ -454,7 +452,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, SurvivesABoxThatIsNotANumber)
 
 TEST_F(GLEventDisplayerWidgetGLTest, SaysOfAGraphBeyondTheFarPlaneThatAndHowFarItIsOutOfView)
 {
-    std::vector<StaticVector<float, 2>> samples;
+    std::vector<Vector2f> samples;
     for (int i = 0; i <= 5000; ++i)
         samples.emplace_back(i, 0);
     auto* const graph = new GLGraphDisplayer;
@@ -526,7 +524,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, SaysNothingOfDataInViewNorOfAPoint)
     std::minstd_rand random; // NOLINT(cert-msc32-c,cert-msc51-cpp): the same each time
     std::uniform_real_distribution<float> coordinate(-150.0f, 150.0f);
     const std::size_t textBefore = debugOutput.getText().size();
-    const auto showInNewView = [](const BoundingBox<float, 3>& box) {
+    const auto showInNewView = [](const Box3f& box) {
         GLEventDisplayerWidget(nullptr, Qt::WindowFlags()).setGLEventObject(new TestEventObject(box), true);
     };
     showInNewView({{-150.0f, -150.0f, -150.0f}, {150.0f, 150.0f, 150.0f}});

@@ -30,14 +30,9 @@ namespace {
 using testing::ElementsAre;
 using vireo_test::SignalCount;
 
-using Colour = StaticVector<unsigned char, 4>;
-using Vector2f = StaticVector<float, 2>;
-using Vector3f = StaticVector<float, 3>;
-using Box = BoundingBox<float, 3>;
-
-const Colour RED(255, 0, 0, 255);
-const Colour GREEN(0, 255, 0, 255);
-const Colour BLUE(0, 0, 255, 255);
+const RGBA8 RED(255, 0, 0, 255);
+const RGBA8 GREEN(0, 255, 0, 255);
+const RGBA8 BLUE(0, 0, 255, 255);
 
 TEST(GLGraphDisplayerTest, SpreadsASeriesOverTheUnitInterval)
 {
@@ -79,9 +74,9 @@ TEST(GLGraphDisplayerTest, IgnoresTheSurplusOfTheLongerList)
 TEST(GLGraphDisplayerTest, HasTheUnitBoxWithoutPoints)
 {
     GLGraphDisplayer displayer;
-    EXPECT_EQ(displayer.getBoundingBox(), Box({0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}));
+    EXPECT_EQ(displayer.getBoundingBox(), Box3f({0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}));
     displayer.addGraph(std::vector<float>(), RED);
-    EXPECT_EQ(displayer.getBoundingBox(), Box({0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}));
+    EXPECT_EQ(displayer.getBoundingBox(), Box3f({0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}));
 }
 
 TEST(GLGraphDisplayerTest, HasTheBoxOfAllPointsOfAllGraphs)
@@ -90,20 +85,20 @@ TEST(GLGraphDisplayerTest, HasTheBoxOfAllPointsOfAllGraphs)
     displayer.addGraph(std::vector<float>(), RED);
     displayer.addGraph(std::vector<Vector3f>{{3.0f, -1.0f, 4.0f}, {2.0f, 5.0f, 4.0f}}, RED);
     displayer.addGraph(std::vector<Vector3f>{{-7.0f, 0.0f, 9.0f}}, RED);
-    EXPECT_EQ(displayer.getBoundingBox(), Box({-7.0f, -1.0f, 4.0f}, {3.0f, 5.0f, 9.0f}));
+    EXPECT_EQ(displayer.getBoundingBox(), Box3f({-7.0f, -1.0f, 4.0f}, {3.0f, 5.0f, 9.0f}));
 }
 
 TEST(GLGraphDisplayerTest, HasTheBoxOfItsGraphsAfterEveryChange)
 {
     GLGraphDisplayer displayer;
     displayer.addGraph(std::vector<Vector3f>{{1.0f, 1.0f, 1.0f}}, RED);
-    EXPECT_EQ(displayer.getBoundingBox(), Box({1.0f, 1.0f, 1.0f}, {1.0f, 1.0f, 1.0f}));
+    EXPECT_EQ(displayer.getBoundingBox(), Box3f({1.0f, 1.0f, 1.0f}, {1.0f, 1.0f, 1.0f}));
     displayer.addGraph(std::vector<Vector3f>{{2.0f, 2.0f, 2.0f}}, RED);
-    EXPECT_EQ(displayer.getBoundingBox(), Box({1.0f, 1.0f, 1.0f}, {2.0f, 2.0f, 2.0f}));
+    EXPECT_EQ(displayer.getBoundingBox(), Box3f({1.0f, 1.0f, 1.0f}, {2.0f, 2.0f, 2.0f}));
     GLGraphDisplayer newer;
     newer.addGraph(std::vector<Vector3f>{{3.0f, 3.0f, 3.0f}}, RED);
     displayer.updateData(&newer);
-    EXPECT_EQ(displayer.getBoundingBox(), Box({3.0f, 3.0f, 3.0f}, {3.0f, 3.0f, 3.0f}));
+    EXPECT_EQ(displayer.getBoundingBox(), Box3f({3.0f, 3.0f, 3.0f}, {3.0f, 3.0f, 3.0f}));
 }
 
 TEST(GLGraphDisplayerTest, LetsNotANumberReplaceTheMinimumButNotTheMaximum)

@@ -18,13 +18,11 @@ namespace {
 
 using vireo_test::SignalCount;
 
-using Box = BoundingBox<float, 3>;
-
 TEST(GLPointCloudDisplayerTest, HasTheUnitBoxWithoutASet)
 {
     GLPointCloudDisplayer displayer;
     EXPECT_EQ(displayer.getPointSet(), nullptr);
-    EXPECT_EQ(displayer.getBoundingBox(), Box({0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}));
+    EXPECT_EQ(displayer.getBoundingBox(), Box3f({0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}));
     EXPECT_TRUE(displayer.getShowCoords());
 }
 
@@ -35,7 +33,7 @@ TEST(GLPointCloudDisplayerTest, OwnsItsSet)
     {
         GLPointCloudDisplayer displayer(points);
         EXPECT_EQ(displayer.getPointSet(), points);
-        EXPECT_EQ(displayer.getBoundingBox(), Box({1.0f, 0.0f, 3.0f}, {4.0f, 2.0f, 3.0f}));
+        EXPECT_EQ(displayer.getBoundingBox(), Box3f({1.0f, 0.0f, 3.0f}, {4.0f, 2.0f, 3.0f}));
         EXPECT_EQ(numLiving, 1);
     }
     EXPECT_EQ(numLiving, 0);
@@ -54,7 +52,7 @@ TEST(GLPointCloudDisplayerTest, TakesTheSetAwayFromANewerOne)
     newer.reset();
     EXPECT_EQ(numLiving, 1);
     EXPECT_EQ(shown.getPointSet(), points);
-    EXPECT_EQ(shown.getBoundingBox(), Box({1.0f, 1.0f, 1.0f}, {1.0f, 1.0f, 1.0f}));
+    EXPECT_EQ(shown.getBoundingBox(), Box3f({1.0f, 1.0f, 1.0f}, {1.0f, 1.0f, 1.0f}));
     EXPECT_FALSE(shown.getShowCoords());
 }
 

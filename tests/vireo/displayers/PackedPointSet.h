@@ -13,7 +13,7 @@ class PackedPointSet : public PointSet
 public:
     using Bytes = std::vector<unsigned char>;
 
-    PackedPointSet(const Bytes& before, const std::vector<StaticVector<float, 3>>& positions, const Bytes& behind)
+    PackedPointSet(const Bytes& before, const std::vector<Vector3f>& positions, const Bytes& behind)
         : PointSet(descriptor(before, behind), static_cast<unsigned int>(positions.size()))
     {
         unsigned char* to = getData();
@@ -22,7 +22,7 @@ public:
                 std::memcpy(to, bytes, count);
             to += count;
         };
-        for (const StaticVector<float, 3>& position : positions) {
+        for (const Vector3f& position : positions) {
             append(before.data(), before.size());
             append(position.data(), 3 * sizeof(float));
             append(behind.data(), behind.size());

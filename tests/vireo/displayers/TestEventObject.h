@@ -20,7 +20,7 @@ public:
     // The camera that the last one was drawn with.
     static inline Camera s_Camera;
 
-    explicit TestEventObject(const BoundingBox<float, 3>& box = {{0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}})
+    explicit TestEventObject(const Box3f& box = {{0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}})
         : m_Box(box)
     {
         ++s_NumLiving;
@@ -35,7 +35,7 @@ public:
 
     const MetaClass* getInstanceClass() const override { return getClass(); }
 
-    BoundingBox<float, 3> getBoundingBox() override
+    Box3f getBoundingBox() override
     {
         whenAskedForBox();
         return m_Box;
@@ -87,7 +87,7 @@ private:
         std::function<void()> whenDestroyed;
     };
 
-    BoundingBox<float, 3> m_Box;
+    Box3f m_Box;
 };
 
 // One of another class.

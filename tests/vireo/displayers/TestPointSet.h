@@ -10,7 +10,7 @@ namespace tavo {
 class TestPointSet : public PointSet
 {
 public:
-    TestPointSet(const std::vector<StaticVector<float, 3>>& positions, int& numLiving)
+    TestPointSet(const std::vector<Vector3f>& positions, int& numLiving)
         : PointSet(descriptor(), static_cast<unsigned int>(positions.size()))
         , m_NumLiving(numLiving)
     {

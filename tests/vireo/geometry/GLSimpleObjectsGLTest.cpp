@@ -25,8 +25,6 @@ using vireo_test::callsOf;
 using vireo_test::matchesReference;
 using vireo_test::Picture;
 
-using Vector = StaticVector<float, 3>;
-
 class GLSimpleObjectsGLTest : public ContextTest
 {
 protected:
@@ -100,18 +98,18 @@ const Calls BOX_OF_1_2_3_TO_4_5_6{
 TEST_F(GLSimpleObjectsGLTest, DrawsABoxFaceByFace)
 {
     GLSimpleBox box;
-    box.setup(Vector(1, 2, 3), Vector(4, 5, 6));
+    box.setup(Vector3f(1, 2, 3), Vector3f(4, 5, 6));
     EXPECT_EQ(drawingCalls(box), BOX_OF_1_2_3_TO_4_5_6);
 
     GLSimpleBox other;
-    other.setup(BoundingBox<float, 3>({1, 2, 3}, {4, 5, 6}));
+    other.setup(Box3f({1, 2, 3}, {4, 5, 6}));
     EXPECT_EQ(drawingCalls(other), BOX_OF_1_2_3_TO_4_5_6);
 }
 
 TEST_F(GLSimpleObjectsGLTest, TakesTheCornersOfABoxInWhateverOrder)
 {
     GLSimpleBox box;
-    box.setup(Vector(4, 5, 6), Vector(1, 2, 3));
+    box.setup(Vector3f(4, 5, 6), Vector3f(1, 2, 3));
     const Calls calls = drawingCalls(box);
     EXPECT_EQ(calls[1], "glNormal3f(-1, 0, 0)");
     EXPECT_EQ(calls[2], "glVertex3f(4, 5, 6)");

@@ -36,18 +36,18 @@ public:
     using SliceVolumeRenderer::textureNames;
 };
 
-const Vector ALONG_X(1, 0, 0);
-const Vector ALONG_Y(0, 1, 0);
-const Vector ALONG_Z(0, 0, 1);
+const Vector3f ALONG_X(1, 0, 0);
+const Vector3f ALONG_Y(0, 1, 0);
+const Vector3f ALONG_Z(0, 0, 1);
 
 // A view from each side, and from between them.
-const std::vector<Vector> VIEWS{
+const std::vector<Vector3f> VIEWS{
     {1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}, {0.5f, -0.7f, -0.6f}};
 
 // Partly transparent, in colours of the sample's place.
-RGBA mapTransparent(void*, const StaticVector<float, 1>& value)
+RGBA8 mapTransparent(void*, const StaticVector<float, 1>& value)
 {
-    RGBA colour = mapCode(nullptr, value);
+    RGBA8 colour = mapCode(nullptr, value);
     colour[3] = 90;
     return colour;
 }
@@ -55,14 +55,14 @@ RGBA mapTransparent(void*, const StaticVector<float, 1>& value)
 // Answers the colour that userData points to, and counts.
 struct Colour
 {
-    static RGBA map(void* self, const StaticVector<float, 1>&)
+    static RGBA8 map(void* self, const StaticVector<float, 1>&)
     {
         auto* const colour = static_cast<Colour*>(self);
         ++colour->numCalls;
         return colour->colour;
     }
 
-    RGBA colour{10, 20, 30, 255};
+    RGBA8 colour{10, 20, 30, 255};
     unsigned int numCalls = 0;
 };
 
@@ -70,7 +70,7 @@ class SliceVolumeRendererGLTest : public ContextTest
 {
 protected:
     // The calls of a drawing whose names begin so.
-    Calls drawingCalls(RegularVolume& volume, const Vector& viewDir, const std::string& start,
+    Calls drawingCalls(RegularVolume& volume, const Vector3f& viewDir, const std::string& start,
         const Names& channels = DENSITY, Tex2dVolumeRenderer::Mapping mapping = &mapCode, void* userData = nullptr)
     {
         Calls calls = callsOf([&] { m_Renderer.drawVolume(&volume, viewDir, channels, mapping, userData); });
@@ -78,7 +78,7 @@ protected:
         return calls;
     }
 
-    unsigned int numUploads(RegularVolume& volume, const Vector& viewDir = ALONG_Z, const Names& channels = DENSITY,
+    unsigned int numUploads(RegularVolume& volume, const Vector3f& viewDir = ALONG_Z, const Names& channels = DENSITY,
         Tex2dVolumeRenderer::Mapping mapping = &mapCode, void* userData = nullptr)
     {
         const Calls calls = drawingCalls(volume, viewDir, "glTex", channels, mapping, userData);
@@ -87,19 +87,19 @@ protected:
         }));
     }
 
-    void draw(RegularVolume& volume, const Vector& viewDir = ALONG_Z)
+    void draw(RegularVolume& volume, const Vector3f& viewDir = ALONG_Z)
     {
         m_Renderer.drawVolume(&volume, viewDir, DENSITY, &mapCode, nullptr);
     }
 
     // The texels of a slice along an axis, in a size that the driver took as it is.
-    std::vector<RGBA> texelsOf(unsigned int channel, unsigned int axis, unsigned int slice, unsigned int numTexels)
+    std::vector<RGBA8> texelsOf(unsigned int channel, unsigned int axis, unsigned int slice, unsigned int numTexels)
     {
         return readTexels(
             m_Renderer.textureNames.at(channel).at(m_Renderer.slabStarts.at(channel).at(axis) + slice), numTexels);
     }
 
-    static void lookAlong(const Vector& viewDir)
+    static void lookAlong(const Vector3f& viewDir)
     {
         glMatrixMode(GL_PROJECTION);
         glLoadIdentity();
@@ -110,7 +110,7 @@ protected:
         gluLookAt(0, 0, 0, viewDir[0], viewDir[1], viewDir[2], 0, upIsZ ? 0 : 1, upIsZ ? 1 : 0);
     }
 
-    Picture pictureBy(Tex2dVolumeRenderer& renderer, RegularVolume& volume, const Vector& viewDir)
+    Picture pictureBy(Tex2dVolumeRenderer& renderer, RegularVolume& volume, const Vector3f& viewDir)
     {
         lookAlong(viewDir);
         glClear(GL_COLOR_BUFFER_BIT);
@@ -139,7 +139,7 @@ protected:
 };
 
 // Of one channel, each in a fresh context, where the base is right.
-class SameVolumePictureGLTest : public SliceVolumeRendererGLTest, public testing::WithParamInterface<Extends>
+class SameVolumePictureGLTest : public SliceVolumeRendererGLTest, public testing::WithParamInterface<Vector3i>
 {};
 
 TEST_P(SameVolumePictureGLTest, DrawsWhatTheBaseDraws)
@@ -147,7 +147,7 @@ TEST_P(SameVolumePictureGLTest, DrawsWhatTheBaseDraws)
     RegularVolume volume = makeCodedVolume(GetParam());
     std::vector<Picture> expected;
     Tex2dVolumeRenderer base;
-    for (const Vector& view : VIEWS)
+    for (const Vector3f& view : VIEWS)
         expected.push_back(pictureBy(base, volume, view));
     base.disposeTextures();
     for (std::size_t i = 0; i < VIEWS.size(); ++i) {
@@ -157,8 +157,8 @@ TEST_P(SameVolumePictureGLTest, DrawsWhatTheBaseDraws)
 }
 
 INSTANTIATE_TEST_SUITE_P(Extents, SameVolumePictureGLTest,
-    testing::Values(Extends(5, 3, 8), Extends(4, 4, 4), Extends(2, 7, 9), Extends(3, 2, 2)), [](const auto& info) {
-        const Extends& extends = info.param;
+    testing::Values(Vector3i(5, 3, 8), Vector3i(4, 4, 4), Vector3i(2, 7, 9), Vector3i(3, 2, 2)), [](const auto& info) {
+        const Vector3i& extends = info.param;
         return std::to_string(extends[0]) + 'x' + std::to_string(extends[1]) + 'x' + std::to_string(extends[2]);
     });
 
@@ -235,7 +235,7 @@ TEST_F(SliceVolumeRendererGLTest, MakesAStackWhenItIsFirstLookedAlong)
     EXPECT_EQ(numUploads(volume, {0.2f, 0.3f, -1}), 0u) << "the same stack, from the other side";
     EXPECT_EQ(numUploads(volume, ALONG_Y), 3u);
     EXPECT_EQ(numUploads(volume, ALONG_X), 2u);
-    for (const Vector& view : VIEWS)
+    for (const Vector3f& view : VIEWS)
         EXPECT_EQ(numUploads(volume, view), 0u);
 }
 
@@ -243,20 +243,20 @@ TEST_F(SliceVolumeRendererGLTest, MapsEverySampleToItsTexelWithoutPadding)
 {
     NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     RegularVolume volume = makeCodedVolume({5, 3, 7});
-    for (const Vector& view : {ALONG_X, ALONG_Y, ALONG_Z})
+    for (const Vector3f& view : {ALONG_X, ALONG_Y, ALONG_Z})
         draw(volume, view);
     for (int x = 0; x < 5; ++x) {
-        const std::vector<RGBA> texels = texelsOf(0, 0, static_cast<unsigned int>(x), 3 * 7);
+        const std::vector<RGBA8> texels = texelsOf(0, 0, static_cast<unsigned int>(x), 3 * 7);
         for (int i = 0; i < 3 * 7; ++i)
             EXPECT_EQ(texels[i], colourOfPlace(x, i % 3, i / 3));
     }
     for (int y = 0; y < 3; ++y) {
-        const std::vector<RGBA> texels = texelsOf(0, 1, static_cast<unsigned int>(y), 5 * 7);
+        const std::vector<RGBA8> texels = texelsOf(0, 1, static_cast<unsigned int>(y), 5 * 7);
         for (int i = 0; i < 5 * 7; ++i)
             EXPECT_EQ(texels[i], colourOfPlace(i % 5, y, i / 5));
     }
     for (int z = 0; z < 7; ++z) {
-        const std::vector<RGBA> texels = texelsOf(0, 2, static_cast<unsigned int>(z), 5 * 3);
+        const std::vector<RGBA8> texels = texelsOf(0, 2, static_cast<unsigned int>(z), 5 * 3);
         for (int i = 0; i < 5 * 3; ++i)
             EXPECT_EQ(texels[i], colourOfPlace(i % 5, i / 5, z));
     }
@@ -279,11 +279,11 @@ TEST_F(SliceVolumeRendererGLTest, MapsWideVolumesOfAnyChannels)
             }
             RegularVolume volume({width, 3, 2}, {{-1, -1, -1}, {1, 1, 1}}, std::move(samples));
             const auto lowByte = [](void*, const StaticVector<float, 1>& value) {
-                return RGBA(static_cast<int>(value[0]) % 256, 0, 0, 255);
+                return RGBA8(static_cast<int>(value[0]) % 256, 0, 0, 255);
             };
             m_Renderer.drawVolume(&volume, ALONG_X, DENSITY, lowByte, nullptr);
             for (int x = 0; x < width; ++x) {
-                const std::vector<RGBA> texels = texelsOf(0, 0, static_cast<unsigned int>(x), 3 * 2);
+                const std::vector<RGBA8> texels = texelsOf(0, 0, static_cast<unsigned int>(x), 3 * 2);
                 for (int place = 0; place < 3 * 2; ++place)
                     EXPECT_EQ(texels[place][0], (x + width * place) % 256) << width << ' ' << numOthers << ' ' << x;
             }
@@ -363,7 +363,7 @@ TEST_F(SliceVolumeRendererGLTest, MakesItsTexturesAnewOnDemand)
     EXPECT_EQ(numUploads(volume, ALONG_Z, DENSITY, &Colour::map, &colour), 0u);
     EXPECT_THAT(callsOf([&] { m_Renderer.invalidate(); }), IsEmpty());
     EXPECT_EQ(numUploads(volume, ALONG_Z, DENSITY, &Colour::map, &colour), 2u);
-    EXPECT_THAT(texelsOf(0, 2, 0, 4), Each(RGBA(40, 50, 60, 70)));
+    EXPECT_THAT(texelsOf(0, 2, 0, 4), Each(RGBA8(40, 50, 60, 70)));
     EXPECT_EQ(numUploads(volume, ALONG_X, DENSITY, &Colour::map, &colour), 2u);
     m_Renderer.disposeTextures();
     EXPECT_EQ(numUploads(volume, ALONG_Z, DENSITY, &Colour::map, &colour), 2u);
@@ -371,8 +371,8 @@ TEST_F(SliceVolumeRendererGLTest, MakesItsTexturesAnewOnDemand)
 
 TEST_F(SliceVolumeRendererGLTest, MapsChannelsOfMoreComponentsByTheirAlphas)
 {
-    const auto alpha = [](void*, const StaticVector<float, 1>& value) { return RGBA(1, 2, 3, value[0]); };
-    const RGBA expected[]{{}, {1, 2, 3, 100}, {100, 101, 0, 16}, {100, 101, 102, 16}, {100, 101, 102, 103}};
+    const auto alpha = [](void*, const StaticVector<float, 1>& value) { return RGBA8(1, 2, 3, value[0]); };
+    const RGBA8 expected[]{{}, {1, 2, 3, 100}, {100, 101, 0, 16}, {100, 101, 102, 16}, {100, 101, 102, 103}};
     for (unsigned int n = 1; n <= 4; ++n) {
         for (const unsigned int tableSize : {0u, 4u}) {
             RegularVolume volume = makeVolume({2, 2, 2}, n,
@@ -423,7 +423,7 @@ TEST_F(SliceVolumeRendererGLTest, GivesAProgramSeveralChannels)
         GL_FRAGMENT_PROGRAM_ARB, GL_PROGRAM_FORMAT_ASCII_ARB, static_cast<GLsizei>(program.size()), program.data());
     glEnable(GL_FRAGMENT_PROGRAM_ARB);
     const auto grey = [](void*, const StaticVector<float, 1>& value) {
-        return RGBA(value[0], value[0], value[0], 255);
+        return RGBA8(value[0], value[0], value[0], 255);
     };
     glMatrixMode(GL_PROJECTION);
     glOrtho(-1, 1, -1, 1, -2, 2);
@@ -433,12 +433,12 @@ TEST_F(SliceVolumeRendererGLTest, GivesAProgramSeveralChannels)
 
 TEST_F(SliceVolumeRendererGLTest, DrawsVolumesOfOneSampleAlongAnyAxis)
 {
-    for (const Extends& extends : {Extends(1, 4, 4), Extends(4, 1, 4), Extends(4, 4, 1), Extends(1, 1, 1)}) {
+    for (const Vector3i& extends : {Vector3i(1, 4, 4), Vector3i(4, 1, 4), Vector3i(4, 4, 1), Vector3i(1, 1, 1)}) {
         RegularVolume volume = makeCodedVolume(extends);
-        for (const Vector& view : VIEWS)
+        for (const Vector3f& view : VIEWS)
             EXPECT_NE(pictureBy(m_Renderer, volume, view), Picture(64, 64));
         const auto [nx, ny, nz] = std::array{extends[0], extends[1], extends[2]};
-        const std::vector<RGBA> texels = texelsOf(0, 2, 0, static_cast<unsigned int>(nx * ny));
+        const std::vector<RGBA8> texels = texelsOf(0, 2, 0, static_cast<unsigned int>(nx * ny));
         for (int i = 0; i < nx * ny; ++i)
             EXPECT_EQ(texels[static_cast<std::size_t>(i)][1], colourOfPlace(i % nx, i / nx, 0)[1]) << nz;
     }
@@ -453,7 +453,7 @@ TEST_F(SliceVolumeRendererGLTest, CallsTheMappingOncePerEntryOfATable)
     EXPECT_EQ(colour.numCalls, 64u);
     m_Renderer.setTableSize(10);
     EXPECT_EQ(m_Renderer.getTableSize(), 10u);
-    for (const Vector& view : VIEWS)
+    for (const Vector3f& view : VIEWS)
         m_Renderer.drawVolume(&volume, view, DENSITY, &Colour::map, &colour);
     EXPECT_EQ(colour.numCalls, 64u + 10u);
     m_Renderer.setTableSize(0);
@@ -472,9 +472,9 @@ TEST_F(SliceVolumeRendererGLTest, TakesTheNearestEntryOfATable)
     m_Renderer.setTableSize(11);
     m_Renderer.drawVolume(
         &volume, ALONG_Z, DENSITY,
-        [](void*, const StaticVector<float, 1>& value) { return RGBA(std::lround(value[0]), 0, 0, 0); }, nullptr);
+        [](void*, const StaticVector<float, 1>& value) { return RGBA8(std::lround(value[0]), 0, 0, 0); }, nullptr);
     std::vector<int> reds;
-    for (const RGBA& texel : texelsOf(0, 2, 0, 9))
+    for (const RGBA8& texel : texelsOf(0, 2, 0, 9))
         reds.push_back(texel[0]);
     EXPECT_THAT(reds, ElementsAre(0, 100, 0, 10, 50, 90, 100, 0, 0));
 }
@@ -527,7 +527,7 @@ TEST_F(SliceVolumeRendererGLTest, PassesOnWhatTheMappingThrowsAndGoesOn)
     RegularVolume volume = makeCodedVolume({4, 4, 4});
     struct Failure
     {};
-    const auto fail = [](void*, const StaticVector<float, 1>& value) -> RGBA {
+    const auto fail = [](void*, const StaticVector<float, 1>& value) -> RGBA8 {
         if (value[0] > codeOf(0, 0, 2))
             throw Failure();
         return {};
@@ -594,7 +594,7 @@ TEST_F(SliceVolumeRendererGLTest, DeletesEveryNameItMade)
     RegularVolume small = makeCodedVolume({2, 3, 4});
     RegularVolume large = makeCodedVolume({5, 6, 7});
     for (RegularVolume* const volume : {&small, &large, &small})
-        for (const Vector& view : {ALONG_Z, ALONG_X})
+        for (const Vector3f& view : {ALONG_Z, ALONG_X})
             count(drawingCalls(*volume, view, "gl"));
     count(callsOf([&] { m_Renderer.disposeTextures(); }));
     EXPECT_EQ(numGenerated, 6u + 12u + 6u);
@@ -687,10 +687,10 @@ TEST_F(PaddedSliceVolumeRendererGLTest, PadsSlicesAndDrawsTheSame)
     EXPECT_THAT(
         drawingCalls(volume, ALONG_Z, "glTexCoord2f"), ElementsAre("glTexCoord2f(0, 0)", "glTexCoord2f(0, 0.75)",
                                                            "glTexCoord2f(0.625, 0.75)", "glTexCoord2f(0.625, 0)"));
-    const std::vector<RGBA> texels = texelsOf(0, 2, 0, 8 * 4);
+    const std::vector<RGBA8> texels = texelsOf(0, 2, 0, 8 * 4);
     for (int i = 0; i < 8 * 4; ++i)
         EXPECT_EQ(
-            texels[static_cast<std::size_t>(i)], i % 8 < 5 && i / 8 < 3 ? colourOfPlace(i % 8, i / 8, 0) : RGBA());
+            texels[static_cast<std::size_t>(i)], i % 8 < 5 && i / 8 < 3 ? colourOfPlace(i % 8, i / 8, 0) : RGBA8());
     expectRightPicture();
 }
 

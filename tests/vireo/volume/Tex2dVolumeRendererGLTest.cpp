@@ -32,7 +32,7 @@ public:
     using Tex2dVolumeRenderer::textureNames;
 
     void prepareTextures(
-        RegularVolume* volume, Vector viewDir, const Names& channels, Mapping mapping, void* userData) override
+        RegularVolume* volume, Vector3f viewDir, const Names& channels, Mapping mapping, void* userData) override
     {
         ++numPreparations;
         lastViewDir = viewDir;
@@ -42,7 +42,7 @@ public:
     using Tex2dVolumeRenderer::drawVolume;
 
     void drawVolume(
-        RegularVolume* volume, Vector viewDir, const Names& channels, Mapping mapping, void* userData) override
+        RegularVolume* volume, Vector3f viewDir, const Names& channels, Mapping mapping, void* userData) override
     {
         ++numDrawings;
         Tex2dVolumeRenderer::drawVolume(volume, viewDir, channels, mapping, userData);
@@ -57,15 +57,15 @@ public:
     unsigned int numPreparations = 0;
     unsigned int numDrawings = 0;
     unsigned int numDisposals = 0;
-    Vector lastViewDir;
+    Vector3f lastViewDir;
 };
 
-RGBA white(void*, const StaticVector<float, 1>&)
+RGBA8 white(void*, const StaticVector<float, 1>&)
 {
     return {255, 255, 255, 255};
 }
 
-const Vector TOWARDS_Z(0, 0, 1);
+const Vector3f TOWARDS_Z(0, 0, 1);
 
 const Calls SLICE_PARAMETERS{
     "glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE)",
@@ -95,7 +95,7 @@ protected:
     }
 
     // The numbers of the slices, as drawing along viewDir binds them.
-    std::vector<unsigned int> boundNames(RegularVolume& volume, const Vector& viewDir)
+    std::vector<unsigned int> boundNames(RegularVolume& volume, const Vector3f& viewDir)
     {
         const Calls calls = callsThatContain(
             callsOf([&] { m_Renderer.drawVolume(&volume, viewDir, DENSITY, &white, nullptr); }), "glBindTexture");
@@ -105,7 +105,7 @@ protected:
         return names;
     }
 
-    std::pair<unsigned int, int> orderOf(const Vector& viewDir)
+    std::pair<unsigned int, int> orderOf(const Vector3f& viewDir)
     {
         std::pair<unsigned int, int> order;
         m_Renderer.computeOrder(viewDir, order.first, order.second);
@@ -174,22 +174,22 @@ TEST_F(Tex2dVolumeRendererGLTest, MapsEverySampleToItsTexel)
     ASSERT_THAT(m_Renderer.textureNames.front(), SizeIs(16));
     // The textures are taken by the names that drawing binds: start of the stack + slice.
     for (int x = 0; x < 5; ++x) {
-        const std::vector<RGBA> texels = readTexels(static_cast<unsigned int>(x), 4 * 8);
+        const std::vector<RGBA8> texels = readTexels(static_cast<unsigned int>(x), 4 * 8);
         for (int v = 0; v < 8; ++v)
             for (int u = 0; u < 4; ++u)
-                EXPECT_EQ(texels[v * 4 + u], u < 3 ? colourOfPlace(x, u, v) : RGBA()) << x << u << v;
+                EXPECT_EQ(texels[v * 4 + u], u < 3 ? colourOfPlace(x, u, v) : RGBA8()) << x << u << v;
     }
     for (int y = 0; y < 3; ++y) {
-        const std::vector<RGBA> texels = readTexels(static_cast<unsigned int>(5 + y), 8 * 8);
+        const std::vector<RGBA8> texels = readTexels(static_cast<unsigned int>(5 + y), 8 * 8);
         for (int v = 0; v < 8; ++v)
             for (int u = 0; u < 8; ++u)
-                EXPECT_EQ(texels[v * 8 + u], u < 5 ? colourOfPlace(u, y, v) : RGBA()) << y << u << v;
+                EXPECT_EQ(texels[v * 8 + u], u < 5 ? colourOfPlace(u, y, v) : RGBA8()) << y << u << v;
     }
     for (int z = 0; z < 8; ++z) {
-        const std::vector<RGBA> texels = readTexels(static_cast<unsigned int>(8 + z), 8 * 4);
+        const std::vector<RGBA8> texels = readTexels(static_cast<unsigned int>(8 + z), 8 * 4);
         for (int v = 0; v < 4; ++v)
             for (int u = 0; u < 8; ++u)
-                EXPECT_EQ(texels[v * 8 + u], u < 5 && v < 3 ? colourOfPlace(u, v, z) : RGBA()) << z << u << v;
+                EXPECT_EQ(texels[v * 8 + u], u < 5 && v < 3 ? colourOfPlace(u, v, z) : RGBA8()) << z << u << v;
     }
 }
 
@@ -199,7 +199,7 @@ TEST_F(Tex2dVolumeRendererGLTest, HandsTheUserDataToTheMapping)
     unsigned int numCalls = 0;
     const auto count = [](void* userData, const StaticVector<float, 1>&) {
         ++*static_cast<unsigned int*>(userData);
-        return RGBA();
+        return RGBA8();
     };
     m_Renderer.prepareTextures(&volume, TOWARDS_Z, DENSITY, count, &numCalls);
     EXPECT_EQ(numCalls, 3u * 8u);
@@ -210,7 +210,7 @@ TEST_F(Tex2dVolumeRendererGLTest, MapsChannelsOfMoreComponentsByTheirAlphas)
 {
     const auto log = [](void* userData, const StaticVector<float, 1>& value) {
         static_cast<std::vector<float>*>(userData)->push_back(value[0]);
-        return RGBA(1, 2, 3, value[0]);
+        return RGBA8(1, 2, 3, value[0]);
     };
     const auto textureOf = [&](unsigned int numComponents, std::vector<float>& values) {
         RegularVolume volume = makeVolume({2, 2, 2}, numComponents,
@@ -220,13 +220,13 @@ TEST_F(Tex2dVolumeRendererGLTest, MapsChannelsOfMoreComponentsByTheirAlphas)
         return readTexels(0, 4).front();
     };
     std::vector<float> values;
-    EXPECT_EQ(textureOf(2, values), RGBA(100, 101, 0, 16));
+    EXPECT_EQ(textureOf(2, values), RGBA8(100, 101, 0, 16));
     EXPECT_THAT(std::vector<float>(values.begin(), values.begin() + 4), ElementsAre(101, 100, 101, 100));
     values.clear();
-    EXPECT_EQ(textureOf(3, values), RGBA(100, 101, 102, 16));
+    EXPECT_EQ(textureOf(3, values), RGBA8(100, 101, 102, 16));
     EXPECT_THAT(std::vector<float>(values.begin(), values.begin() + 3), ElementsAre(102, 101, 100));
     values.clear();
-    EXPECT_EQ(textureOf(4, values), RGBA(100, 101, 102, 103));
+    EXPECT_EQ(textureOf(4, values), RGBA8(100, 101, 102, 103));
     EXPECT_THAT(std::vector<float>(values.begin(), values.begin() + 4), ElementsAre(103, 102, 101, 100));
 }
 
@@ -244,13 +244,13 @@ TEST_F(Tex2dVolumeRendererGLTest, DrawsAndDisposesThroughItsVirtualOperations)
     unsigned int numCalls = 0;
     const auto count = [](void* userData, const StaticVector<float, 1>&) {
         ++*static_cast<unsigned int*>(userData);
-        return RGBA();
+        return RGBA8();
     };
     m_Renderer.drawVolume(&volume, {0, 3, 1}, std::string("density"), count, &numCalls);
     EXPECT_EQ(m_Renderer.numDrawings, 1u) << "of the list";
     EXPECT_EQ(m_Renderer.numPreparations, 1u);
     EXPECT_EQ(m_Renderer.numDisposals, 1u);
-    EXPECT_EQ(m_Renderer.lastViewDir, Vector(0, 3, 1));
+    EXPECT_EQ(m_Renderer.lastViewDir, Vector3f(0, 3, 1));
     EXPECT_EQ(numCalls, 24u) << "with the user's data";
 }
 
@@ -368,7 +368,7 @@ TEST_F(Tex2dVolumeRendererGLTest, IsUsableAfterItRefused)
 TEST_F(Tex2dVolumeRendererGLTest, ThrowsIfAnExtentAcrossTheStackIsOne)
 {
     const int depth = attribStackDepth();
-    for (const Extends& extends : {Extends(1, 4, 4), Extends(4, 1, 4), Extends(4, 4, 1), Extends(1, 1, 1)}) {
+    for (const Vector3i& extends : {Vector3i(1, 4, 4), Vector3i(4, 1, 4), Vector3i(4, 4, 1), Vector3i(1, 1, 1)}) {
         RegularVolume volume = makeCodedVolume(extends);
         EXPECT_THAT([&] { m_Renderer.drawVolume(&volume, TOWARDS_Z, DENSITY, &mapCode, nullptr); },
             ThrowsMessage<std::out_of_range>("invalid vector<T> subscript"));
@@ -392,7 +392,7 @@ TEST_F(Tex2dVolumeRendererGLTest, DrawsNothingWithoutSamples)
         return callsOf([&] { m_Renderer.drawVolume(volume, TOWARDS_Z, DENSITY, &white, nullptr); });
     };
     EXPECT_THAT(draw(nullptr), IsEmpty());
-    for (const Extends& extends : {Extends(0, 2, 2), Extends(2, 0, 2), Extends(2, 2, 0)}) {
+    for (const Vector3i& extends : {Vector3i(0, 2, 2), Vector3i(2, 0, 2), Vector3i(2, 2, 0)}) {
         RegularVolume volume(extends, {});
         EXPECT_THAT(draw(&volume), IsEmpty());
     }
@@ -439,7 +439,7 @@ TEST_F(Tex2dVolumeRendererGLTest, DrawsTheCornersOfTheOtherAxesInTheirOrder)
 {
     RegularVolume volume =
         makeVolume({2, 2, 2}, 1, [](int, int, int, unsigned int) { return 0.0f; }, {{-1, -2, -4}, {1, 2, 4}});
-    const auto firstVertices = [&](const Vector& viewDir) {
+    const auto firstVertices = [&](const Vector3f& viewDir) {
         Calls calls = callsThatContain(
             callsOf([&] { m_Renderer.drawVolume(&volume, viewDir, DENSITY, &white, nullptr); }), "glVertex3f");
         calls.resize(4);
@@ -554,7 +554,7 @@ TEST_F(Tex2dVolumeRendererGLTest, BlendsEachSliceOverThoseBehindIt)
     RegularVolume volume =
         makeVolume({2, 2, 3}, 1, [](int, int, int z, unsigned int) { return static_cast<float>(z); });
     const auto colour = [](void*, const StaticVector<float, 1>& value) {
-        return value[0] == 0 ? RGBA(255, 0, 0, 128) : value[0] == 1 ? RGBA(0, 255, 0, 128) : RGBA(0, 0, 255, 128);
+        return value[0] == 0 ? RGBA8(255, 0, 0, 128) : value[0] == 1 ? RGBA8(0, 255, 0, 128) : RGBA8(0, 0, 255, 128);
     };
     glMatrixMode(GL_PROJECTION);
     glOrtho(-1, 1, -1, 1, -2, 2);

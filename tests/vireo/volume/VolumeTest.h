@@ -13,17 +13,14 @@
 
 namespace tavo {
 
-using RGBA = StaticVector<unsigned char, 4>;
-using Vector = StaticVector<float, 3>;
 using Names = std::vector<std::string>;
-using Extends = StaticVector<int, 3>;
 
 // The value of a sample's component.
 using SampleFunction = std::function<float(int x, int y, int z, unsigned int component)>;
 
 // A volume with one channel of floats, "density", in a box of the given corners.
-inline RegularVolume makeVolume(const Extends& extends, unsigned int numComponents, const SampleFunction& sample,
-    const BoundingBox<float, 3>& box = {{-1, -1, -1}, {1, 1, 1}})
+inline RegularVolume makeVolume(const Vector3i& extends, unsigned int numComponents, const SampleFunction& sample,
+    const Box3f& box = {{-1, -1, -1}, {1, 1, 1}})
 {
     const VertexDescriptor channels = makeLayout({{"density", numComponents, FLOAT}});
     auto samples =
@@ -43,7 +40,7 @@ inline RegularVolume makeVolume(const Extends& extends, unsigned int numComponen
 }
 
 // A volume of which only the size matters.
-inline RegularVolume makeVolume(const Extends& extends)
+inline RegularVolume makeVolume(const Vector3i& extends)
 {
     return makeVolume(extends, 1, [](int, int, int, unsigned int) { return 0.0f; });
 }
@@ -54,19 +51,19 @@ inline float codeOf(int x, int y, int z)
     return static_cast<float>(x + 16 * y + 256 * z);
 }
 
-inline RGBA colourOfPlace(int x, int y, int z)
+inline RGBA8 colourOfPlace(int x, int y, int z)
 {
     return {10 + 15 * x, 20 + 15 * y, 30 + 15 * z, 255};
 }
 
 // A transfer function for such numbers.
-inline RGBA mapCode(void*, const StaticVector<float, 1>& value)
+inline RGBA8 mapCode(void*, const StaticVector<float, 1>& value)
 {
     const int code = static_cast<int>(value[0]);
     return colourOfPlace(code % 16, code / 16 % 16, code / 256);
 }
 
-inline RegularVolume makeCodedVolume(const Extends& extends)
+inline RegularVolume makeCodedVolume(const Vector3i& extends)
 {
     return makeVolume(extends, 1, [](int x, int y, int z, unsigned int) { return codeOf(x, y, z); });
 }
@@ -91,7 +88,7 @@ inline vireo_test::Picture frontPicture(int n)
     vireo_test::Picture picture(static_cast<unsigned int>(n), static_cast<unsigned int>(n));
     for (int y = 0; y < n; ++y) {
         for (int x = 0; x < n; ++x) {
-            const RGBA colour = colourOfPlace(x, y, n - 1);
+            const RGBA8 colour = colourOfPlace(x, y, n - 1);
             picture.at(static_cast<unsigned int>(x), static_cast<unsigned int>(y)) = {
                 colour[0], colour[1], colour[2], colour[3]};
         }
@@ -100,9 +97,9 @@ inline vireo_test::Picture frontPicture(int n)
 }
 
 // The texels of the 2D texture of that name.
-inline std::vector<RGBA> readTexels(unsigned int name, unsigned int numTexels)
+inline std::vector<RGBA8> readTexels(unsigned int name, unsigned int numTexels)
 {
-    std::vector<RGBA> texels(numTexels);
+    std::vector<RGBA8> texels(numTexels);
     glBindTexture(GL_TEXTURE_2D, name);
     glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels.data());
     glBindTexture(GL_TEXTURE_2D, 0);

@@ -7,8 +7,6 @@
 namespace tavo {
 namespace {
 
-using Vector3f = StaticVector<float, 3>;
-
 constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 constexpr float INFINITE = std::numeric_limits<float>::infinity();
 constexpr float LARGEST = std::numeric_limits<float>::max();

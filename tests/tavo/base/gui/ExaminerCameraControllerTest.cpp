@@ -9,8 +9,6 @@
 namespace tavo {
 namespace {
 
-using Vector3f = StaticVector<float, 3>;
-
 void expectNear(const Vector3f& actual, const Vector3f& expected, float tolerance = 1e-4f)
 {
     for (unsigned int axis = 0; axis < 3; ++axis)

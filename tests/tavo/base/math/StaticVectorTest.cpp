@@ -3,21 +3,21 @@
 #include <gtest/gtest.h>
 #include <type_traits>
 
+#include "tavo/base/math/vectors.h"
+
 namespace tavo {
 namespace {
-
-using Vector3f = StaticVector<float, 3>;
 
 TEST(StaticVectorTest, StartsAtZero)
 {
     EXPECT_EQ(Vector3f(), Vector3f(0.0f, 0.0f, 0.0f));
-    EXPECT_EQ(NULL_VECTOR4UB, (StaticVector<unsigned char, 4>(0, 0, 0, 0)));
+    EXPECT_EQ(NULL_VECTOR4UB, RGBA8(0, 0, 0, 0));
 }
 
 TEST(StaticVectorTest, IsNothingButItsValuesInMemory)
 {
     static_assert(sizeof(Vector3f) == 3 * sizeof(float));
-    static_assert(sizeof(StaticVector<unsigned char, 4>) == 4);
+    static_assert(sizeof(RGBA8) == 4);
     static_assert(std::is_trivially_copyable_v<Vector3f>);
     const Vector3f vectors[2] = {{1.0f, 2.0f, 3.0f}, {4.0f, 5.0f, 6.0f}};
     EXPECT_EQ(vectors[0].data() + 3, vectors[1].data());
