@@ -14,8 +14,9 @@
 #include "tavo/base/gui/Camera.h"
 #include "tavo/base/objects/ClassRecord.h"
 #include "vireo/context/CurrentContextGuard.h"
+#include "vireo/displayers/loadCamera.h"
 
-#include <GL/glu.h>
+#include <GL/gl.h>
 
 namespace vireo_view {
 
@@ -23,13 +24,13 @@ namespace {
 
 // The volume's axes as they are shown: X, which points to the right of the person in it, to the viewer's left, Z
 // upwards and Y to the viewer.
-tavo::Vector3f turned(const tavo::Vector3f& v)
+tavo::StaticVector<float, 3> turned(const tavo::StaticVector<float, 3>& v)
 {
     return {-v[0], v[2], v[1]};
 }
 
 // The turn is its own inverse.
-tavo::Vector3f turnedBack(const tavo::Vector3f& v)
+tavo::StaticVector<float, 3> turnedBack(const tavo::StaticVector<float, 3>& v)
 {
     return turned(v);
 }
@@ -44,11 +45,7 @@ public:
         glPushAttrib(GL_TRANSFORM_BIT);
         glMatrixMode(GL_MODELVIEW);
         glPushMatrix();
-        glLoadIdentity();
-        const tavo::Vector3f& eye = camera.getEyePoint();
-        const tavo::Vector3f& lookAt = camera.getLookAtPoint();
-        const tavo::Vector3f& up = camera.getUpVector();
-        gluLookAt(eye[0], eye[1], eye[2], lookAt[0], lookAt[1], lookAt[2], up[0], up[1], up[2]);
+        tavo::loadCamera(camera);
     }
     ~CameraMatrix()
     {
@@ -93,15 +90,15 @@ void VolumeDisplayer::setTransferFunction(const TransferFunction& transferFuncti
 
 float VolumeDisplayer::getScale() const
 {
-    const tavo::Vector3f extent = m_Volume->getBoundingBox().getExtent();
+    const tavo::StaticVector<float, 3> extent = m_Volume->getBoundingBox().getExtent();
     return static_cast<float>(FITTED_EXTENT / std::max({extent[0], extent[1], extent[2]}));
 }
 
-tavo::Box3f VolumeDisplayer::getBoundingBox()
+tavo::BoundingBox<float, 3> VolumeDisplayer::getBoundingBox()
 {
     if (!m_Volume)
         return {{0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f}};
-    tavo::Vector3f corner = turned(m_Volume->getBoundingBox().getExtent() * (getScale() / 2));
+    tavo::StaticVector<float, 3> corner = turned(m_Volume->getBoundingBox().getExtent() * (getScale() / 2));
     corner[0] = -corner[0];
     return {corner * -1.0f, corner};
 }
@@ -117,8 +114,8 @@ void VolumeDisplayer::drawGL(QGLWidget* widget, tavo::Camera& camera)
     const std::array<float, 16> turn = {-1, 0, 0, 0, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 1};
     glMultMatrixf(turn.data());
     glScalef(getScale(), getScale(), getScale());
-    const tavo::Box3f& box = m_Volume->getBoundingBox();
-    const tavo::Vector3f middle = (box.getMin() + box.getMax()) * 0.5f;
+    const tavo::BoundingBox<float, 3>& box = m_Volume->getBoundingBox();
+    const tavo::StaticVector<float, 3> middle = (box.getMin() + box.getMax()) * 0.5f;
     glTranslatef(-middle[0], -middle[1], -middle[2]);
 
     PreparationBar bar(*widget);
@@ -128,7 +125,7 @@ void VolumeDisplayer::drawGL(QGLWidget* widget, tavo::Camera& camera)
         std::string(DENSITY), &colourOf, this);
 }
 
-tavo::RGBA8 VolumeDisplayer::colourOf(void* self, const tavo::StaticVector<float, 1>& density)
+TransferFunction::RGBA VolumeDisplayer::colourOf(void* self, const tavo::StaticVector<float, 1>& density)
 {
     return static_cast<const VolumeDisplayer*>(self)->m_TransferFunction.look(double{density[0]});
 }

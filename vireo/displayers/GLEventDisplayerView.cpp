@@ -17,6 +17,7 @@
 #include "vireo/displayers/ViewContext.h"
 #include "vireo/displayers/ViewPicture.h"
 #include "vireo/displayers/cameraFit.h"
+#include "vireo/displayers/loadCamera.h"
 #include "vireo/displayers/outOfView.h"
 
 #include <GL/glu.h>
@@ -174,14 +175,9 @@ void GLEventDisplayerWidget::MyGLWidget::drawObject()
     // Drawn before this frame's camera is loaded, with the projection matrix selected: deliberate.
     m_Object->drawGL(this, m_Camera);
 
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
     m_Controller.setSize(width(), height());
     m_Controller.update();
-    const StaticVector<float, 3>& eye = m_Camera.getEyePoint();
-    const StaticVector<float, 3>& lookAt = m_Camera.getLookAtPoint();
-    const StaticVector<float, 3>& up = m_Camera.getUpVector();
-    gluLookAt(eye[0], eye[1], eye[2], lookAt[0], lookAt[1], lookAt[2], up[0], up[1], up[2]);
+    loadCamera(m_Camera);
 
     // The object was drawn with the camera of the paint before; where that was another one, one more paint shows it
     // right.

@@ -41,7 +41,7 @@ public:
 
     // Draws into the widget's context, which is current. The projection matrix is selected and holds the projection of
     // the view; what is changed of it need not be restored. The model-view matrix holds the camera as of the previous
-    // paint.
+    // paint; loadCamera replaces it by the one that is given.
     virtual void drawGL(QGLWidget* widget, Camera& camera) = 0;
 
     // A new panel that configures this object, as a child of parent, which owns it; null if there is nothing to

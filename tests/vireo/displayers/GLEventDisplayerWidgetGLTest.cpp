@@ -34,6 +34,7 @@
 #include "vireo/context/GLContext.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
+#include "vireo/displayers/loadCamera.h"
 
 #include <GL/gl.h>
 
@@ -341,6 +342,20 @@ TEST_F(GLEventDisplayerWidgetGLTest, DrawsTheObjectWithTheProjectionSelectedAndT
     EXPECT_EQ(modelView[14], 0.0f);
     m_View->updateGL();
     EXPECT_LT(modelView[14], -1.5f) << "the camera of the paint before";
+}
+
+TEST_F(GLEventDisplayerWidgetGLTest, DrawsAnObjectThatLoadsItsCameraRightAtOnce)
+{
+    showWidget();
+    float modelView[16] = {};
+    auto* object = new TestEventObject;
+    object->whenDrawn = [&] {
+        loadCamera(TestEventObject::s_Camera);
+        glGetFloatv(GL_MODELVIEW_MATRIX, modelView);
+    };
+    m_Widget->setGLEventObject(object, true);
+    m_View->updateGL();
+    EXPECT_LT(modelView[14], -1.5f) << "the camera that the object's box is fitted to";
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, PaintsAgainUntilThePictureShowsTheCamera)
