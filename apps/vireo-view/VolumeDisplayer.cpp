@@ -61,7 +61,7 @@ constexpr unsigned int TABLE_SIZE = 4096;
 
 } // namespace
 
-tavo::MetaClass* VolumeDisplayer::s_MetaClass = nullptr;
+TAVO_CLASS_RECORD(VolumeDisplayer)
 
 VolumeDisplayer::VolumeDisplayer(std::unique_ptr<tavo::RegularVolume> volume)
     : m_Volume(std::move(volume))
@@ -145,32 +145,6 @@ void VolumeDisplayer::updateData(GLEventObject* newer)
     m_Histogram = std::exchange(displayer->m_Histogram, Histogram());
     if (m_Panel)
         m_Panel->showAll();
-}
-
-const tavo::MetaClass* VolumeDisplayer::getClass()
-{
-    return tavo::createClassRecord<VolumeDisplayer>(s_MetaClass, "VolumeDisplayer", newInstance);
-}
-
-const tavo::MetaClass* VolumeDisplayer::getInstanceClass() const
-{
-    return getClass();
-}
-
-void VolumeDisplayer::init(const tavo::MetaClass* parent)
-{
-    getClass();
-    tavo::initClassRecord(s_MetaClass, parent, 1000);
-}
-
-void VolumeDisplayer::shutdown()
-{
-    delete std::exchange(s_MetaClass, nullptr);
-}
-
-tavo::Object* VolumeDisplayer::newInstance()
-{
-    return new (std::nothrow) VolumeDisplayer;
 }
 
 } // namespace vireo_view

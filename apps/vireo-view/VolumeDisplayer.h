@@ -56,6 +56,7 @@ public:
 
     // The class record, made by the first call; not to be asked for after shutdown.
     static const tavo::MetaClass* getClass();
+    static void initMetaClass();
     static void init(const tavo::MetaClass* parent);
     static void shutdown();
 
@@ -65,7 +66,7 @@ private:
 
     float getScale() const;
 
-    static tavo::MetaClass* s_MetaClass;
+    static tavo::MetaClass* VolumeDisplayerMetaClass;
 
     std::unique_ptr<tavo::RegularVolume> m_Volume;
     Histogram m_Histogram;

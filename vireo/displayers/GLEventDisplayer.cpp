@@ -10,7 +10,7 @@
 
 namespace tavo {
 
-MetaClass* GLEventDisplayer::GLEventDisplayerMetaClass = nullptr;
+TAVO_CLASS_RECORD(GLEventDisplayer)
 
 GLEventDisplayer::SetNewGLEventObject::SetNewGLEventObject(GLEventObject* object, bool updateExisting)
     : object(object)
@@ -38,34 +38,6 @@ void GLEventDisplayer::displayEvent(const EventDisplayerEvent* event, const char
         m_Widget->setAccessibleName(QString::fromUtf8(name)); // by which the log names the view
     if (const auto* newObject = dynamic_cast<const SetNewGLEventObject*>(event))
         m_Widget->setGLEventObject(newObject->object, newObject->updateExisting);
-}
-
-const MetaClass* GLEventDisplayer::getClass()
-{
-    return createClassRecord<GLEventDisplayer>(GLEventDisplayerMetaClass, "GLEventDisplayer", newInstance);
-}
-
-const MetaClass* GLEventDisplayer::getInstanceClass() const
-{
-    return getClass();
-}
-
-void GLEventDisplayer::initMetaClass() {}
-
-void GLEventDisplayer::init(const MetaClass* parent)
-{
-    getClass();
-    initClassRecord(GLEventDisplayerMetaClass, parent, 1000);
-}
-
-void GLEventDisplayer::shutdown()
-{
-    delete GLEventDisplayerMetaClass; // deliberately not reset
-}
-
-Object* GLEventDisplayer::newInstance()
-{
-    return new (std::nothrow) GLEventDisplayer;
 }
 
 void sendGLEventObject(std::string name, GLEventObject* object)

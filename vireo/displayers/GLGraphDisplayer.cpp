@@ -17,6 +17,8 @@
 
 namespace tavo {
 
+TAVO_CLASS_RECORD(GLGraphDisplayer)
+
 namespace {
 
 void grow(Vector3f& min, Vector3f& max, const Vector3f& point)
@@ -31,8 +33,6 @@ void grow(Vector3f& min, Vector3f& max, const Vector3f& point)
 }
 
 } // namespace
-
-MetaClass* GLGraphDisplayer::GLGraphDisplayerMetaClass = nullptr;
 
 GLGraphDisplayer::GLGraphDisplayer()
     : m_Graphs(std::make_shared<std::vector<Points>>())
@@ -155,34 +155,6 @@ void GLGraphDisplayer::updateData(GLEventObject* newer)
         m_Graphs = graphs->m_Graphs;
         m_BoundingBox = graphs->m_BoundingBox;
     }
-}
-
-const MetaClass* GLGraphDisplayer::getClass()
-{
-    return createClassRecord<GLGraphDisplayer>(GLGraphDisplayerMetaClass, "GLGraphDisplayer", newInstance);
-}
-
-const MetaClass* GLGraphDisplayer::getInstanceClass() const
-{
-    return getClass();
-}
-
-void GLGraphDisplayer::initMetaClass() {}
-
-void GLGraphDisplayer::init(const MetaClass* parent)
-{
-    getClass();
-    initClassRecord(GLGraphDisplayerMetaClass, parent, 1000);
-}
-
-void GLGraphDisplayer::shutdown()
-{
-    delete GLGraphDisplayerMetaClass; // deliberately not reset
-}
-
-Object* GLGraphDisplayer::newInstance()
-{
-    return new (std::nothrow) GLGraphDisplayer;
 }
 
 namespace {

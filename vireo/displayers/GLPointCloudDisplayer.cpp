@@ -16,7 +16,7 @@
 
 namespace tavo {
 
-MetaClass* GLPointCloudDisplayer::GLPointCloudDisplayerMetaClass = nullptr;
+TAVO_CLASS_RECORD(GLPointCloudDisplayer)
 
 namespace {
 
@@ -106,35 +106,6 @@ void GLPointCloudDisplayer::updateData(GLEventObject* newer)
         return;
     delete m_PointSet;
     m_PointSet = std::exchange(cloud->m_PointSet, nullptr);
-}
-
-const MetaClass* GLPointCloudDisplayer::getClass()
-{
-    return createClassRecord<GLPointCloudDisplayer>(
-        GLPointCloudDisplayerMetaClass, "GLPointCloudDisplayer", newInstance);
-}
-
-const MetaClass* GLPointCloudDisplayer::getInstanceClass() const
-{
-    return getClass();
-}
-
-void GLPointCloudDisplayer::initMetaClass() {}
-
-void GLPointCloudDisplayer::init(const MetaClass* parent)
-{
-    getClass();
-    initClassRecord(GLPointCloudDisplayerMetaClass, parent, 1000);
-}
-
-void GLPointCloudDisplayer::shutdown()
-{
-    delete GLPointCloudDisplayerMetaClass; // deliberately not reset
-}
-
-Object* GLPointCloudDisplayer::newInstance()
-{
-    return new (std::nothrow) GLPointCloudDisplayer;
 }
 
 } // namespace tavo

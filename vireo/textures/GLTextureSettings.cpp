@@ -1,7 +1,5 @@
 #include "vireo/textures/GLTextureSettings.h"
 
-#include <new>
-
 #include "tavo/base/objects/Card32ClassProperty.h"
 #include "tavo/base/objects/ClassRecord.h"
 #include "tavo/base/objects/MetaClass.h"
@@ -17,8 +15,6 @@ constexpr unsigned int GLTextureSettings::WRAP_REPEAT;
 constexpr unsigned int GLTextureSettings::WRAP_CLAMP;
 constexpr unsigned int GLTextureSettings::WRAP_CLAMP_TO_EDGE;
 constexpr unsigned int GLTextureSettings::WRAP_CLAMP_TO_BORDER;
-
-MetaClass* GLTextureSettings::GLTextureSettingsMetaClass = nullptr;
 
 namespace {
 
@@ -41,7 +37,23 @@ GLint wrapModeOf(unsigned int wrap)
     }
 }
 
+void addProperties(MetaClass& record)
+{
+    const auto addProperty = [&record](const char* name, Card32 GLTextureSettings::*field) {
+        record.addProperty(
+            new Card32ClassProperty(name, 1000, static_cast<Card32 Object::*>(field), nullptr, nullptr, 0));
+    };
+    addProperty("m_MinFilter", &GLTextureSettings::m_MinFilter);
+    addProperty("m_MagFilter", &GLTextureSettings::m_MagFilter);
+    addProperty("m_MipmapFilter", &GLTextureSettings::m_MipmapFilter);
+    addProperty("m_WrapS", &GLTextureSettings::m_WrapS);
+    addProperty("m_WrapT", &GLTextureSettings::m_WrapT);
+    addProperty("m_WrapR", &GLTextureSettings::m_WrapR);
+}
+
 } // namespace
+
+TAVO_CLASS_RECORD_WITH_PROPERTIES(GLTextureSettings, addProperties)
 
 GLTextureSettings::GLTextureSettings()
     : m_MinFilter(FILTER_LINEAR)
@@ -99,44 +111,6 @@ std::string GLTextureSettings::getWrapText(unsigned int wrap)
     case WRAP_CLAMP_TO_BORDER: return "clamp to border";
     default: return "unkown"; // deliberately spelt so
     }
-}
-
-const MetaClass* GLTextureSettings::getClass()
-{
-    return createClassRecord<GLTextureSettings>(GLTextureSettingsMetaClass, "GLTextureSettings", newInstance);
-}
-
-const MetaClass* GLTextureSettings::getInstanceClass() const
-{
-    return getClass();
-}
-
-void GLTextureSettings::initMetaClass() {}
-
-void GLTextureSettings::init(const MetaClass* parent)
-{
-    getClass();
-    initClassRecord(GLTextureSettingsMetaClass, parent, 1000);
-    const auto addProperty = [](const char* name, Card32 GLTextureSettings::*field) {
-        GLTextureSettingsMetaClass->addProperty(
-            new Card32ClassProperty(name, 1000, static_cast<Card32 Object::*>(field), nullptr, nullptr, 0));
-    };
-    addProperty("m_MinFilter", &GLTextureSettings::m_MinFilter);
-    addProperty("m_MagFilter", &GLTextureSettings::m_MagFilter);
-    addProperty("m_MipmapFilter", &GLTextureSettings::m_MipmapFilter);
-    addProperty("m_WrapS", &GLTextureSettings::m_WrapS);
-    addProperty("m_WrapT", &GLTextureSettings::m_WrapT);
-    addProperty("m_WrapR", &GLTextureSettings::m_WrapR);
-}
-
-void GLTextureSettings::shutdown()
-{
-    delete GLTextureSettingsMetaClass; // deliberately not reset
-}
-
-Object* GLTextureSettings::newInstance()
-{
-    return new (std::nothrow) GLTextureSettings;
 }
 
 } // namespace tavo

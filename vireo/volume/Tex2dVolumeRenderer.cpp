@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <new>
 
 #include "tavo/base/math/checkedAt.h"
 #include "tavo/base/objects/ClassRecord.h"
@@ -14,7 +13,7 @@
 
 namespace tavo {
 
-MetaClass* Tex2dVolumeRenderer::Tex2dVolumeRendererMetaClass = nullptr;
+TAVO_CLASS_RECORD(Tex2dVolumeRenderer)
 
 namespace {
 
@@ -184,34 +183,6 @@ void Tex2dVolumeRenderer::disposeTextures()
             glDeleteTextures(static_cast<GLsizei>(names.size()), names.data());
     textureNames.clear();
     slabStarts.clear();
-}
-
-const MetaClass* Tex2dVolumeRenderer::getClass()
-{
-    return createClassRecord<Tex2dVolumeRenderer>(Tex2dVolumeRendererMetaClass, "Tex2dVolumeRenderer", newInstance);
-}
-
-const MetaClass* Tex2dVolumeRenderer::getInstanceClass() const
-{
-    return getClass();
-}
-
-void Tex2dVolumeRenderer::initMetaClass() {}
-
-void Tex2dVolumeRenderer::init(const MetaClass* parent)
-{
-    getClass();
-    initClassRecord(Tex2dVolumeRendererMetaClass, parent, 1000);
-}
-
-void Tex2dVolumeRenderer::shutdown()
-{
-    delete Tex2dVolumeRendererMetaClass; // deliberately not reset
-}
-
-Object* Tex2dVolumeRenderer::newInstance()
-{
-    return new (std::nothrow) Tex2dVolumeRenderer;
 }
 
 } // namespace tavo

@@ -4,19 +4,31 @@
 
 #include "tavo/base/objects/MetaClass.h"
 
-// The pattern of a registered class. It holds the pointer to its class record in a static member, null at first, and
-// has
+// The pattern of a registered class. The class declares
 //
-//     const MetaClass* Shape::getClass() { return createClassRecord<Shape>(ShapeMetaClass, "Shape", newInstance); }
-//
-//     void Shape::init(const MetaClass* parent)
+//     class Shape : public Object
 //     {
-//         getClass();
-//         initClassRecord(ShapeMetaClass, parent, 1000);
-//         ShapeMetaClass->addProperty(...);
-//     }
+//     public:
+//         const MetaClass* getInstanceClass() const override;
 //
-//     void Shape::shutdown() { delete ShapeMetaClass; } // deliberately not reset
+//         static const MetaClass* getClass();
+//         static void initMetaClass();
+//         static void init(const MetaClass* parent);
+//         static void shutdown();
+//
+//         static MetaClass* ShapeMetaClass;
+//
+//     private:
+//         static Object* newInstance();
+//     };
+//
+// and its source defines all of these in one line:
+//
+//     TAVO_CLASS_RECORD(Shape)
+//
+// An abstract class has no newInstance, and the line is TAVO_ABSTRACT_CLASS_RECORD(Shape). For a class with properties
+// it is TAVO_CLASS_RECORD_WITH_PROPERTIES(Shape, addProperties): init calls addProperties with the record, a
+// MetaClass&.
 //
 // The record lives from the first getClass to shutdown; neither is to be called after that.
 
@@ -43,3 +55,37 @@ inline void initClassRecord(MetaClass* record, const MetaClass* parent, unsigned
 }
 
 } // namespace tavo
+
+#define TAVO_CLASS_RECORD(Class) TAVO_CLASS_RECORD_WITH_PROPERTIES(Class, [](::tavo::MetaClass&) {})
+
+#define TAVO_CLASS_RECORD_WITH_PROPERTIES(Class, addProperties)                                                        \
+    TAVO_CLASS_RECORD_OPERATIONS(Class, newInstance, addProperties)                                                    \
+    ::tavo::Object* Class::newInstance()                                                                               \
+    {                                                                                                                  \
+        return new (std::nothrow) Class;                                                                               \
+    }
+
+#define TAVO_ABSTRACT_CLASS_RECORD(Class) TAVO_CLASS_RECORD_OPERATIONS(Class, nullptr, [](::tavo::MetaClass&) {})
+
+// What the three above have in common.
+#define TAVO_CLASS_RECORD_OPERATIONS(Class, factory, addProperties)                                                    \
+    ::tavo::MetaClass* Class::Class##MetaClass = nullptr;                                                              \
+    const ::tavo::MetaClass* Class::getClass()                                                                         \
+    {                                                                                                                  \
+        return ::tavo::createClassRecord<Class>(Class##MetaClass, #Class, factory);                                    \
+    }                                                                                                                  \
+    const ::tavo::MetaClass* Class::getInstanceClass() const                                                           \
+    {                                                                                                                  \
+        return getClass();                                                                                             \
+    }                                                                                                                  \
+    void Class::initMetaClass() {}                                                                                     \
+    void Class::init(const ::tavo::MetaClass* parent)                                                                  \
+    {                                                                                                                  \
+        getClass();                                                                                                    \
+        ::tavo::initClassRecord(Class##MetaClass, parent, 1000);                                                       \
+        addProperties(*Class##MetaClass);                                                                              \
+    }                                                                                                                  \
+    void Class::shutdown()                                                                                             \
+    {                                                                                                                  \
+        delete Class##MetaClass; /* deliberately not reset */                                                          \
+    }

@@ -8,8 +8,57 @@
 #include "tests/tavo/base/objects/Shapes.h"
 #include "tests/tavo/base/objects/messageOf.h"
 
+namespace elsewhere {
+namespace {
+
+// An abstract class with a record.
+class Outline : public tavo::Object
+{
+public:
+    const tavo::MetaClass* getInstanceClass() const override;
+
+    static const tavo::MetaClass* getClass();
+    static void initMetaClass();
+    static void init(const tavo::MetaClass* parent);
+    static void shutdown();
+
+    static tavo::MetaClass* OutlineMetaClass;
+};
+
+TAVO_ABSTRACT_CLASS_RECORD(Outline)
+
+} // namespace
+} // namespace elsewhere
+
 namespace tavo {
 namespace {
+
+// A class with a property.
+class Disc : public Object
+{
+public:
+    const MetaClass* getInstanceClass() const override;
+
+    static const MetaClass* getClass();
+    static void initMetaClass();
+    static void init(const MetaClass* parent);
+    static void shutdown();
+
+    static MetaClass* DiscMetaClass;
+
+    Card32 m_Radius = 1;
+
+private:
+    static Object* newInstance();
+};
+
+void addRadius(MetaClass& record)
+{
+    record.addProperty(
+        new Card32ClassProperty("m_Radius", 1000, static_cast<Card32 Object::*>(&Disc::m_Radius), nullptr, nullptr, 0));
+}
+
+TAVO_CLASS_RECORD_WITH_PROPERTIES(Disc, addRadius)
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -216,6 +265,38 @@ TEST(MetaClassTest, MayBeHeldByAStaticObject)
     EXPECT_EQ(MetaClass::findClass("Static"), nullptr);
     staticRecord->registerClass();
     EXPECT_EQ(MetaClass::findClass("Static"), staticRecord.get());
+}
+
+TEST(ClassRecordTest, MakesARegisteredClassWithItsProperties)
+{
+    const MetaClass* const record = Disc::getClass();
+    EXPECT_EQ(Disc::getClass(), record);
+    EXPECT_EQ(MetaClass::findClass("Disc"), nullptr) << "not registered yet";
+    Disc::initMetaClass();
+    Disc::init(Object::getClass());
+    EXPECT_EQ(MetaClass::findClass("Disc"), record);
+    EXPECT_EQ(record->getParent(), Object::getClass());
+    EXPECT_EQ(record->getVersion(), 1000u);
+    EXPECT_EQ(record->getInstanceSize(), sizeof(Disc));
+    ASSERT_EQ(record->getProperties().size(), 1u);
+    EXPECT_EQ(record->getProperties()[0]->getName(), "m_Radius");
+
+    const std::unique_ptr<Object> disc(record->newInstance());
+    EXPECT_EQ(disc->getInstanceClass(), record);
+    Disc::shutdown();
+    EXPECT_EQ(MetaClass::findClass("Disc"), nullptr);
+    EXPECT_NE(Disc::DiscMetaClass, nullptr) << "it is not reset";
+}
+
+TEST(ClassRecordTest, MakesAnAbstractClassOutsideOfTheLibrarysNamespace)
+{
+    using elsewhere::Outline;
+    EXPECT_STREQ(Outline::getClass()->getName(), "Outline");
+    EXPECT_TRUE(Outline::getClass()->isAbstract());
+    Outline::initMetaClass();
+    Outline::init(tavo::Object::getClass());
+    EXPECT_EQ(Outline().getInstanceClass(), MetaClass::findClass("Outline"));
+    Outline::shutdown();
 }
 
 TEST(ClassRecordTest, IsMadeOnce)
