@@ -12,7 +12,7 @@
 #include "tests/support/Program.h"
 #include "tests/support/qtWindowSystem.h"
 
-namespace vireo_test {
+namespace tavo {
 
 // From the bottom up, as pictures read from GL are.
 inline Picture toPicture(const QImage& image)
@@ -71,4 +71,4 @@ private:
     QProcessEnvironment m_Environment;
 };
 
-} // namespace vireo_test
+} // namespace tavo

@@ -5,13 +5,13 @@
 
 namespace {
 
-using ExampleViewGLTest = vireo_test::ExampleTest;
+using ExampleViewGLTest = tavo::ExampleTest;
 
 TEST_F(ExampleViewGLTest, SaysThatItsPictureCannotBeSavedOnAFullDevice)
 {
-    if (!vireo_test::makeFullDevice(path("picture.png").toStdString()))
+    if (!tavo::makeFullDevice(path("picture.png").toStdString()))
         GTEST_SKIP() << "this process may not make a device that is full";
-    const vireo_test::Outcome outcome = run("geometry-list", "picture.png");
+    const tavo::Outcome outcome = run("geometry-list", "picture.png");
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(complaints(outcome), "picture.png: the picture cannot be saved: is not a regular file\n");
 }
@@ -19,7 +19,7 @@ TEST_F(ExampleViewGLTest, SaysThatItsPictureCannotBeSavedOnAFullDevice)
 TEST_F(ExampleViewGLTest, EndsWhereThereIsNoOpenGL)
 {
     setEnvironment("QT_QPA_PLATFORM", "minimal");
-    const vireo_test::Outcome outcome = run("geometry-list", "picture.png");
+    const tavo::Outcome outcome = run("geometry-list", "picture.png");
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_THAT(complaints(outcome), testing::EndsWith("there is no OpenGL here: the example cannot be drawn\n"));
 }

@@ -6,11 +6,11 @@
 
 namespace {
 
+using tavo::Outcome;
+using tavo::toPicture;
 using testing::MatchesRegex;
-using vireo_test::Outcome;
-using vireo_test::toPicture;
 
-class ExamplesGLTest : public vireo_test::ExampleTest, public testing::WithParamInterface<const char*>
+class ExamplesGLTest : public tavo::ExampleTest, public testing::WithParamInterface<const char*>
 {};
 
 TEST_P(ExamplesGLTest, SavesItsPicture)
@@ -19,7 +19,7 @@ TEST_P(ExamplesGLTest, SavesItsPicture)
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_EQ(complaints(outcome), "");
     // Drivers place the edges of slanted faces and of texels differently.
-    EXPECT_TRUE(vireo_test::matchesReference(toPicture(picture("picture.png")), std::string("examples/") + GetParam(),
+    EXPECT_TRUE(tavo::matchesReference(toPicture(picture("picture.png")), std::string("examples/") + GetParam(),
         {.perChannel = 8, .differingPixels = 0.01}));
 }
 

@@ -8,9 +8,9 @@
 
 namespace {
 
-using vireo_test::blurPass;
-using vireo_test::Picture;
-using vireo_test::toPicture;
+using tavo::blurPass;
+using tavo::Picture;
+using tavo::toPicture;
 
 std::vector<double> bellCurve(int radius, double deviation)
 {
@@ -47,7 +47,7 @@ int largestDifference(const Picture& a, const Picture& b)
     return largest;
 }
 
-using SeparableBlurGLTest = vireo_test::ExampleTest;
+using SeparableBlurGLTest = tavo::ExampleTest;
 
 // Each of the three passes may round otherwise than the computation does, the last one half as much again.
 TEST_F(SeparableBlurGLTest, ShowsWhatIsComputedWithoutGL)

@@ -9,7 +9,7 @@
 TEST(LivesSoak, NoNameIsLostOrDeletedTwice)
 {
     std::string reason;
-    const auto windowSystem = vireo_test::WindowSystem::open(reason);
+    const auto windowSystem = tavo::WindowSystem::open(reason);
     if (!windowSystem)
         GTEST_SKIP() << reason;
 

@@ -47,7 +47,7 @@ RandomSends::RandomSends(unsigned int seed)
     GLEventDisplayer::init(EventDisplayer::getClass());
     GLGraphDisplayer::init(GLEventObject::getClass());
     std::string reason;
-    m_WindowSystem = vireo_test::WindowSystem::open(reason);
+    m_WindowSystem = WindowSystem::open(reason);
     if (!m_WindowSystem)
         throw std::runtime_error(reason);
     m_Context = m_WindowSystem->makeContext(nullptr);
@@ -196,7 +196,7 @@ void RandomSends::clickButton()
 {
     constexpr std::array<const char*, 4> BUTTONS = {"pbIncreaseSize", "pbDecreaseSize", "pbConfigure", "pbConfigure"};
     if (auto* const button = anyWidget<QPushButton>(BUTTONS[pick(BUTTONS.size())]))
-        vireo_test::clickMouse(button);
+        clickMouse(button);
 }
 
 void RandomSends::dragInView()
@@ -208,7 +208,7 @@ void RandomSends::dragInView()
     };
     const QPoint from = anyPosition();
     if (QWidget* const view = anyView())
-        vireo_test::dragMouse(view, BUTTONS[pick(BUTTONS.size())], from, anyPosition());
+        dragMouse(view, BUTTONS[pick(BUTTONS.size())], from, anyPosition());
 }
 
 void RandomSends::useWheelOrKey()
@@ -220,7 +220,7 @@ void RandomSends::useWheelOrKey()
     if (!view)
         return;
     if (chance(50)) {
-        vireo_test::clickKey(view, KEYS[pick(KEYS.size())], chance(30) ? Qt::ShiftModifier : Qt::NoModifier);
+        clickKey(view, KEYS[pick(KEYS.size())], chance(30) ? Qt::ShiftModifier : Qt::NoModifier);
         return;
     }
     const QPoint position(5, 5);
@@ -236,7 +236,7 @@ void RandomSends::changePanel()
         return;
     const QList<QCheckBox*> boxes = section->findChildren<QCheckBox*>();
     if (!boxes.empty())
-        vireo_test::clickMouse(boxes[static_cast<int>(pick(static_cast<std::size_t>(boxes.size())))], QPoint(5, 5));
+        clickMouse(boxes[static_cast<int>(pick(static_cast<std::size_t>(boxes.size())))], QPoint(5, 5));
 }
 
 // Sections that are closed are opened again, so that there is always something to see.
@@ -248,7 +248,7 @@ void RandomSends::changeSection()
     if (section->isClosed())
         section->setClosed(false);
     else
-        vireo_test::clickMouse(section->findChild<QToolButton*>(chance(50) ? "close" : "collapse"));
+        clickMouse(section->findChild<QToolButton*>(chance(50) ? "close" : "collapse"));
 }
 
 void RandomSends::changeWindow()

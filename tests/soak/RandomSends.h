@@ -75,8 +75,8 @@ private:
     int m_NumPointSets = 0;
     QTemporaryDir m_Pictures;
     // Of the application.
-    std::unique_ptr<vireo_test::WindowSystem> m_WindowSystem;
-    std::unique_ptr<vireo_test::TestContext> m_Context;
+    std::unique_ptr<WindowSystem> m_WindowSystem;
+    std::unique_ptr<TestContext> m_Context;
 };
 
 } // namespace tavo

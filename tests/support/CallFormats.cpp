@@ -5,7 +5,7 @@
 #include <GL/gl.h>
 #include <GL/glext.h>
 
-namespace vireo_test::format {
+namespace tavo::format {
 
 namespace {
 
@@ -256,4 +256,4 @@ std::size_t parameterLength(unsigned int parameterName)
     }
 }
 
-} // namespace vireo_test::format
+} // namespace tavo::format

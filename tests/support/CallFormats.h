@@ -13,7 +13,7 @@
 
 // How the arguments of a recorded call are written: one type per meaning, whose `text` sees the recorder, the position
 // of its argument and all arguments of the call (a count often stands beside the array it belongs to).
-namespace vireo_test::format {
+namespace tavo::format {
 
 std::string enumerantText(unsigned int value);
 std::string primitiveText(unsigned int value);
@@ -130,4 +130,4 @@ struct CountedText
     }
 };
 
-} // namespace vireo_test::format
+} // namespace tavo::format

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -83,4 +83,4 @@ void expectCalls(const CallRecorder& recorder, const std::vector<std::string>& e
     EXPECT_EQ(joinLines(expected), joinLines(recorder.calls()));
 }
 
-} // namespace vireo_test
+} // namespace tavo

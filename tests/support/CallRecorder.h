@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace vireo_test {
+namespace tavo {
 
 // Writes down the gl, glu, wgl and Cg calls that are made on this thread while it lives, as text, and lets each of them
 // go on to the real driver:
@@ -84,4 +84,4 @@ std::vector<std::string> callsOf(Operation operation)
     return recorder.calls();
 }
 
-} // namespace vireo_test
+} // namespace tavo

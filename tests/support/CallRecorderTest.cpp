@@ -15,7 +15,7 @@
 #include <GL/glext.h>
 #include <GL/glu.h>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -290,4 +290,4 @@ TEST(CallFormatsTest, WritesNumbersInTheShortestWayThatReadsBack)
     EXPECT_EQ(numberText(-7), "-7");
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -11,7 +11,7 @@ namespace {
 std::string cgName(CGenum value)
 {
     const char* name = cgGetEnumString(value);
-    return name ? name : vireo_test::format::numberText(static_cast<int>(value));
+    return name ? name : tavo::format::numberText(static_cast<int>(value));
 }
 
 std::string profileName(CGprofile profile)
@@ -28,7 +28,7 @@ std::string profileName(CGprofile profile)
         PROFILE(CG_PROFILE_ARBFP1)
         PROFILE(CG_PROFILE_VP40)
 #undef PROFILE
-    default: return vireo_test::format::numberText(static_cast<int>(profile));
+    default: return tavo::format::numberText(static_cast<int>(profile));
     }
 }
 
@@ -48,17 +48,17 @@ std::string cgGLName(CGGLenum value)
         CG_GL_ENUMERANT(CG_GL_VERTEX)
         CG_GL_ENUMERANT(CG_GL_FRAGMENT)
 #undef CG_GL_ENUMERANT
-    default: return vireo_test::format::numberText(static_cast<int>(value));
+    default: return tavo::format::numberText(static_cast<int>(value));
     }
 }
 
-using CgEnum = vireo_test::format::As<cgName>;
-using CgGLEnum = vireo_test::format::As<cgGLName>;
-using Profile = vireo_test::format::As<profileName>;
+using CgEnum = tavo::format::As<cgName>;
+using CgGLEnum = tavo::format::As<cgGLName>;
+using Profile = tavo::format::As<profileName>;
 
 } // namespace
 
-using namespace vireo_test::format; // NOLINT(google-build-using-namespace): a table reads best without prefixes
+using namespace tavo::format; // NOLINT(google-build-using-namespace): a table reads best without prefixes
 
 VIREO_RECORD(cgCreateContext)
 VIREO_RECORD(cgDestroyContext, Value)

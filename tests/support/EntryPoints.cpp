@@ -14,7 +14,7 @@
 
 // WGL, and the entry points that are fetched through it.
 
-using namespace vireo_test::format; // NOLINT(google-build-using-namespace): a table reads best without prefixes
+using namespace tavo::format; // NOLINT(google-build-using-namespace): a table reads best without prefixes
 
 VIREO_RECORD(wglGetCurrentContext)
 VIREO_RECORD(wglGetCurrentDC)
@@ -38,19 +38,19 @@ void endInMissingFunction()
 
 struct EntryPoint
 {
-    vireo_test::AnyFunction recording;
-    void (*setReal)(vireo_test::AnyFunction);
+    tavo::AnyFunction recording;
+    void (*setReal)(tavo::AnyFunction);
 };
 
 template <typename Call>
 std::pair<const std::string_view, EntryPoint> entryPoint(const char* name)
 {
-    return {name, {reinterpret_cast<vireo_test::AnyFunction>(&Call::make), &Call::setReal}};
+    return {name, {reinterpret_cast<tavo::AnyFunction>(&Call::make), &Call::setReal}};
 }
 
 // Only the type of the function is used: the program does not link it.
 #define ENTRY_POINT(function, ...)                                                                                     \
-    entryPoint<vireo_test::RecordedCall<#function, decltype(::function) __VA_OPT__(, ) __VA_ARGS__>>(#function)
+    entryPoint<tavo::RecordedCall<#function, decltype(::function) __VA_OPT__(, ) __VA_ARGS__>>(#function)
 
 const std::unordered_map<std::string_view, EntryPoint>& recordedEntryPoints()
 {
@@ -142,7 +142,7 @@ const std::unordered_map<std::string_view, EntryPoint>& recordedEntryPoints()
 
 PROC getRecordedEntryPoint(const char* name)
 {
-    const PROC real = vireo_test::RecordedCall<"wglGetProcAddress", decltype(::wglGetProcAddress), Text>::make(name);
+    const PROC real = tavo::RecordedCall<"wglGetProcAddress", decltype(::wglGetProcAddress), Text>::make(name);
     if (withheldNames().contains(name))
         return nullptr;
     if (!real && everyEntryPoints > 0)
@@ -150,7 +150,7 @@ PROC getRecordedEntryPoint(const char* name)
     const auto known = recordedEntryPoints().find(name);
     if (!real || known == recordedEntryPoints().end())
         return real;
-    known->second.setReal(reinterpret_cast<vireo_test::AnyFunction>(real));
+    known->second.setReal(reinterpret_cast<tavo::AnyFunction>(real));
     return reinterpret_cast<PROC>(known->second.recording);
 }
 
@@ -158,7 +158,7 @@ PROC getRecordedEntryPoint(const char* name)
 
 VIREO_REPLACE(wglGetProcAddress, "wglGetProcAddress", getRecordedEntryPoint, 1)
 
-namespace vireo_test {
+namespace tavo {
 
 WithheldEntryPoint::WithheldEntryPoint(const std::string& name)
     : m_Name(name)
@@ -181,4 +181,4 @@ EveryEntryPoint::~EveryEntryPoint()
     --everyEntryPoints;
 }
 
-} // namespace vireo_test
+} // namespace tavo

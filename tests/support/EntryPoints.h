@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace vireo_test {
+namespace tavo {
 
 // While it lives, wglGetProcAddress answers null for this name, as a driver does that lacks the function. Entry points
 // that were fetched before stay what they are.
@@ -29,4 +29,4 @@ public:
     EveryEntryPoint& operator=(const EveryEntryPoint&) = delete;
 };
 
-} // namespace vireo_test
+} // namespace tavo

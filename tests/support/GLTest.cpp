@@ -5,7 +5,7 @@
 
 #include <GL/gl.h>
 
-namespace vireo_test {
+namespace tavo {
 
 GLTest::GLTest(Start start)
     : m_Start(start)
@@ -73,4 +73,4 @@ std::vector<unsigned int> GLTest::drainErrors()
     return errors;
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -7,7 +7,7 @@
 #include "tests/support/Picture.h"
 #include "tests/support/WindowSystem.h"
 
-namespace vireo_test {
+namespace tavo {
 
 // Gives each test a current GL compatibility context with a 64x64 RGBA drawable, without Qt. VIREO_TEST_WINSYS=glx asks
 // for a window of the X server, VIREO_TEST_WINSYS=egl (the default) for a pbuffer on a surfaceless display. Where there
@@ -56,4 +56,4 @@ private:
     std::unique_ptr<TestContext> m_MainContext;
 };
 
-} // namespace vireo_test
+} // namespace tavo

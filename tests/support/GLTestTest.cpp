@@ -4,7 +4,7 @@
 
 #include <GL/gl.h>
 
-namespace vireo_test {
+namespace tavo {
 
 class GLTestGLTest : public GLTest
 {};
@@ -95,4 +95,4 @@ TEST_F(LaterContextGLTest, HasNoContextUntilItMakesOne)
     EXPECT_EQ(wglGetCurrentContext(), getRC());
 }
 
-} // namespace vireo_test
+} // namespace tavo

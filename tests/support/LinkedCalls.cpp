@@ -5,7 +5,7 @@
 
 // The functions of GL 1.1 and GLU that are recorded.
 
-using namespace vireo_test::format; // NOLINT(google-build-using-namespace): a table reads best without prefixes
+using namespace tavo::format; // NOLINT(google-build-using-namespace): a table reads best without prefixes
 
 // Immediate mode
 VIREO_RECORD(glBegin, Primitive)

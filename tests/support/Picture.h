@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace vireo_test {
+namespace tavo {
 
 using Pixel = std::array<unsigned char, 4>;
 
@@ -28,4 +28,4 @@ struct Picture
     std::vector<Pixel> pixels;
 };
 
-} // namespace vireo_test
+} // namespace tavo

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -138,4 +138,4 @@ testing::AssertionResult matchesReference(
     return comparison.matches(picture, name, tolerance);
 }
 
-} // namespace vireo_test
+} // namespace tavo

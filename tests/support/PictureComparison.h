@@ -6,7 +6,7 @@
 
 #include "tests/support/Picture.h"
 
-namespace vireo_test {
+namespace tavo {
 
 // How far a picture may be from its reference; drivers round differently.
 struct PictureTolerance
@@ -43,4 +43,4 @@ private:
 testing::AssertionResult matchesReference(
     const Picture& picture, const std::string& name, const PictureTolerance& tolerance = {});
 
-} // namespace vireo_test
+} // namespace tavo

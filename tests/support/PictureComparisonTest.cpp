@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <gmock/gmock.h>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -101,4 +101,4 @@ TEST_F(PictureComparisonTest, RefusesAPictureWithoutAReference)
     EXPECT_TRUE(hasFailure("unknown.png"));
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -2,7 +2,7 @@
 
 #include <QProcess>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -31,4 +31,4 @@ Outcome runProgram(const QString& program, const QStringList& arguments, const Q
         textOf(process.readAllStandardOutput()), textOf(process.readAllStandardError())};
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <string>
 
-namespace vireo_test {
+namespace tavo {
 
 // What a program left when it ended.
 struct Outcome
@@ -18,4 +18,4 @@ struct Outcome
 Outcome runProgram(const QString& program, const QStringList& arguments, const QString& workingDirectory,
     const QProcessEnvironment& environment);
 
-} // namespace vireo_test
+} // namespace tavo

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -57,4 +57,4 @@ bool ExpectedQtWarning::accept(const QString& message)
     return accepted;
 }
 
-} // namespace vireo_test
+} // namespace tavo

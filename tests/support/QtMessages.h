@@ -2,7 +2,7 @@
 
 #include <QRegularExpression>
 
-namespace vireo_test {
+namespace tavo {
 
 // From now on a warning or worse that Qt logs fails the running test, unless the test expects it. Messages that come
 // while no test runs go to standard error.
@@ -27,4 +27,4 @@ private:
     bool m_HasCome = false;
 };
 
-} // namespace vireo_test
+} // namespace tavo

@@ -5,7 +5,7 @@
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
-namespace vireo_test {
+namespace tavo {
 
 TEST(QtMessagesTest, RunsWithAnApplication)
 {
@@ -35,4 +35,4 @@ TEST(QtMessagesTest, MayBeOfNoConcern)
     qDebug("a remark");
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -31,8 +31,8 @@ int main(int argc, char** argv)
         return RUN_ALL_TESTS();
 
     qInstallMessageHandler(skipIfPlatformCannotStart);
-    vireo_test::chooseQtWindowSystem();
+    tavo::chooseQtWindowSystem();
     const QApplication application(argc, argv);
-    vireo_test::watchQtMessages();
+    tavo::watchQtMessages();
     return RUN_ALL_TESTS();
 }

@@ -15,7 +15,7 @@
 //     RecordedCall<"glBindTexture", void(GLenum, GLuint), Enum, Value>
 //
 // The function proper is a library's of that name, or was handed over to setReal.
-namespace vireo_test {
+namespace tavo {
 
 template <std::size_t N>
 struct FunctionName
@@ -78,7 +78,7 @@ private:
     static inline Pointer s_Real = nullptr;
 };
 
-} // namespace vireo_test
+} // namespace tavo
 
 #define VIREO_PICK_COUNT(_, f0, f1, f2, f3, f4, f5, f6, f7, f8, count, ...) count
 #define VIREO_COUNT(...) VIREO_PICK_COUNT(_ __VA_OPT__(, ) __VA_ARGS__, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0, _)
@@ -87,5 +87,5 @@ private:
 // The function must be declared; one format per parameter.
 #define VIREO_RECORD(function, ...)                                                                                    \
     VIREO_REPLACE(function, #function,                                                                                 \
-        (::vireo_test::RecordedCall<#function, decltype(::function) __VA_OPT__(, ) __VA_ARGS__>::make),                \
+        (::tavo::RecordedCall<#function, decltype(::function) __VA_OPT__(, ) __VA_ARGS__>::make),                      \
         VIREO_COUNT(__VA_ARGS__))

@@ -5,9 +5,9 @@
 
 // Records QGLWidget::renderText in space as "QGLWidget::renderText(1, 2, 3, "text", QFont())".
 
-using vireo_test::CallRecorder;
-using vireo_test::format::numberText;
-using vireo_test::format::quotedText;
+using tavo::CallRecorder;
+using tavo::format::numberText;
+using tavo::format::quotedText;
 
 // The member function, as it looks to the linker.
 #define RENDER_TEXT "_ZN9QGLWidget10renderTextEdddRK7QStringRK5QFont"
@@ -17,7 +17,7 @@ namespace {
 
 void recordRenderText(QGLWidget* widget, double x, double y, double z, const QString& text, const QFont& font)
 {
-    static const auto real = reinterpret_cast<decltype(&recordRenderText)>(vireo_test::libraryFunction(RENDER_TEXT));
+    static const auto real = reinterpret_cast<decltype(&recordRenderText)>(tavo::libraryFunction(RENDER_TEXT));
 
     if (CallRecorder* recorder = CallRecorder::listening()) {
         const std::string fontText = font == QFont() ? "QFont()" : quotedText(font.toString().toStdString());

@@ -2,7 +2,7 @@
 
 #include "tests/support/CallRecorder.h"
 
-namespace vireo_test {
+namespace tavo {
 
 void TestContext::findHandles()
 {
@@ -17,4 +17,4 @@ void TestContext::findHandles()
         wglMakeCurrent(previousDC, previousRC);
 }
 
-} // namespace vireo_test
+} // namespace tavo

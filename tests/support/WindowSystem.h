@@ -5,7 +5,7 @@
 
 #include "tavo/platform/wgl.h"
 
-namespace vireo_test {
+namespace tavo {
 
 // A GL compatibility context with a 64x64 RGBA drawable (depth and stencil included) of its own.
 class TestContext
@@ -49,4 +49,4 @@ public:
 std::unique_ptr<WindowSystem> openGLX(std::string& reason);
 std::unique_ptr<WindowSystem> openEGL(std::string& reason);
 
-} // namespace vireo_test
+} // namespace tavo

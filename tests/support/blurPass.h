@@ -7,7 +7,7 @@
 
 #include "tests/support/Picture.h"
 
-namespace vireo_test {
+namespace tavo {
 
 // One pass of a blur, computed without GL: each pixel becomes the weighted mean of those that lie up to a radius before
 // and behind it in the direction (dx, dy), rounded to bytes, as a render texture of bytes keeps it. The edges go on
@@ -32,4 +32,4 @@ inline Picture blurPass(const Picture& source, const std::vector<double>& weight
     return result;
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -1,9 +1,9 @@
 #pragma once
 
-namespace vireo_test {
+namespace tavo {
 
 // Sets an environment variable that the driver reads once, when the first context of the process is made. With
 // run-with-wine the program may end here and be started again with the variable.
 void setDriverVariable(const char* name, const char* value);
 
-} // namespace vireo_test
+} // namespace tavo

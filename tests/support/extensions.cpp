@@ -6,7 +6,7 @@
 
 #include <GL/gl.h>
 
-namespace vireo_test {
+namespace tavo {
 
 bool hasExtension(const char* name)
 {
@@ -15,4 +15,4 @@ bool hasExtension(const char* name)
     return extensions && (' ' + std::string(extensions) + ' ').find(' ' + std::string(name) + ' ') != std::string::npos;
 }
 
-} // namespace vireo_test
+} // namespace tavo

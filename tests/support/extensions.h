@@ -6,13 +6,13 @@
 // is what "scripts/test --lean" makes of this machine's.
 #define NEEDS_EXTENSION(name)                                                                                          \
     do {                                                                                                               \
-        if (!vireo_test::hasExtension(name))                                                                           \
+        if (!tavo::hasExtension(name))                                                                                 \
             GTEST_SKIP() << "the driver has no " << (name);                                                            \
     } while (false)
 
-namespace vireo_test {
+namespace tavo {
 
 // Whether the driver lists an extension for the current context. Unseen by recorders.
 bool hasExtension(const char* name);
 
-} // namespace vireo_test
+} // namespace tavo

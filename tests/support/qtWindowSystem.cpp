@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 
-namespace vireo_test {
+namespace tavo {
 
 bool chooseQtWindowSystem()
 {
@@ -16,4 +16,4 @@ bool chooseQtWindowSystem()
     return qEnvironmentVariableIsSet("DISPLAY");
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -5,7 +5,7 @@
 #include <QMouseEvent>
 #include <QWidget>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -74,4 +74,4 @@ void clickKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers)
     releaseKey(widget, key, modifiers);
 }
 
-} // namespace vireo_test
+} // namespace tavo

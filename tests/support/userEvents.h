@@ -13,7 +13,7 @@ class QWidget;
 // The header brings QTest::qWait and QTest::qWaitForWindowExposed too, which are in Qt's own libraries, not in its
 // library for tests: that one is not needed.
 
-namespace vireo_test {
+namespace tavo {
 
 void pressMouse(QWidget* widget, Qt::MouseButton button, const QPoint& position);
 void moveMouse(QWidget* widget, Qt::MouseButtons held, const QPoint& position);
@@ -47,4 +47,4 @@ private:
     int m_Count = 0;
 };
 
-} // namespace vireo_test
+} // namespace tavo

@@ -15,7 +15,7 @@ namespace tavo {
 using Calls = std::vector<std::string>;
 
 // Gives each test an active GLContext around its main context.
-class ContextTest : public vireo_test::GLTest
+class ContextTest : public GLTest
 {
 protected:
     void SetUp() override

@@ -54,13 +54,13 @@ public:
     Application()
     {
         std::string reason;
-        m_WindowSystem = vireo_test::WindowSystem::open(reason);
+        m_WindowSystem = WindowSystem::open(reason);
         if (!m_WindowSystem)
             throw std::runtime_error(reason);
         m_Context = m_WindowSystem->makeContext(nullptr);
     }
 
-    vireo_test::TestContext& context() { return *m_Context; }
+    TestContext& context() { return *m_Context; }
     QGLWidget& widget() { return *m_Widget; }
     void deleteContext() { m_Context.reset(); }
     void deleteWidget() { m_Widget.reset(); }
@@ -79,8 +79,8 @@ public:
     }
 
 private:
-    std::unique_ptr<vireo_test::WindowSystem> m_WindowSystem;
-    std::unique_ptr<vireo_test::TestContext> m_Context;
+    std::unique_ptr<WindowSystem> m_WindowSystem;
+    std::unique_ptr<TestContext> m_Context;
     std::unique_ptr<QGLWidget> m_Widget = std::make_unique<QGLWidget>();
 };
 

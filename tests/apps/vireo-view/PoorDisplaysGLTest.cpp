@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(Displays, WithoutPicturesGLTest, testing::ValuesIn(POOR
 TEST_P(WithoutPicturesGLTest, SaysWhyInOneLineAndEndsWithStatus1)
 {
     set(GetParam());
-    const vireo_test::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
+    const tavo::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_THAT(ownLines(outcome.errors), ElementsAre(std::string("vireo-view: ") + GetParam().line));
     EXPECT_THAT(pictures(), IsEmpty());
@@ -95,7 +95,7 @@ TEST_F(PoorDisplaysGLTest, SaysNothingElseWithoutADisplay)
 TEST_F(PoorDisplaysGLTest, PassesOnWhatQtSaysIfItStarts)
 {
     m_Environment.insert("QT_LOGGING_RULES", "qt.qpa.screen.debug=true");
-    const vireo_test::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
+    const tavo::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_THAT(outcome.errors, HasSubstr("screen"));
 }
@@ -106,8 +106,8 @@ TEST_F(PoorDisplaysGLTest, SaysThatThereIsNoContextInTooLittleAddressSpace)
     GTEST_SKIP() << "the sanitizer takes far more";
 #endif
     const std::string command = "ulimit -v 300000; exec '" VIREO_VIEW "' c.csv --pictures pictures";
-    const vireo_test::Outcome outcome = vireo_test::runProgram(
-        "sh", {"-c", command.c_str()}, QString::fromStdString(directory().string()), m_Environment);
+    const tavo::Outcome outcome =
+        tavo::runProgram("sh", {"-c", command.c_str()}, QString::fromStdString(directory().string()), m_Environment);
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_THAT(ownLines(outcome.errors), ElementsAre(HasSubstr("the view has no GL context")));
 }
@@ -118,7 +118,7 @@ TEST_F(PoorDisplaysGLTest, SavesTheSamePictureWithoutTexturesOfAnySize)
     ASSERT_EQ(pictures().size(), 1u);
     const QImage usual = picture(pictures()[0].c_str());
     m_Environment.insert("MESA_EXTENSION_OVERRIDE", "-GL_ARB_texture_non_power_of_two");
-    const vireo_test::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
+    const tavo::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_THAT(ownLines(outcome.errors), IsEmpty());
     EXPECT_EQ(picture(pictures()[0].c_str()), usual);

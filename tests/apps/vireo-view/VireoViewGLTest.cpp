@@ -7,12 +7,12 @@
 namespace vireo_view {
 namespace {
 
+using tavo::Outcome;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
-using vireo_test::Outcome;
 
 using VireoViewGLTest = VireoViewTest;
 
@@ -193,7 +193,7 @@ TEST_F(VireoViewGLTest, SaysThatAPictureCannotBeSavedAndSavesTheOthers)
     write("b.csv", "1\n2\n");
     std::filesystem::create_directory(directory() / "pictures");
     const char* const name = "01-a.csv-column-1-over-row.png";
-    if (!vireo_test::makeFullDevice((directory() / "pictures" / name).string()))
+    if (!tavo::makeFullDevice((directory() / "pictures" / name).string()))
         GTEST_SKIP() << "this process may not make a device that is full";
     const Outcome outcome = run({"a.csv", "b.csv", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 1);
@@ -215,9 +215,9 @@ TEST_F(VireoViewGLTest, SavesThePictureOfAColumnWithALongName)
 
 TEST_F(VireoViewGLTest, SaysThatItsAnswerCannotBeWritten)
 {
-    if (!vireo_test::makeFullDevice((directory() / "full").string()))
+    if (!tavo::makeFullDevice((directory() / "full").string()))
         GTEST_SKIP() << "this process may not make a device that is full";
-    const Outcome outcome = vireo_test::runProgram("sh", {"-c", "exec \"$0\" --help >full", VIREO_VIEW},
+    const Outcome outcome = tavo::runProgram("sh", {"-c", "exec \"$0\" --help >full", VIREO_VIEW},
         QString::fromStdString(directory().string()), m_Environment);
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(outcome.errors, "vireo-view: standard output: No space left on device\n");

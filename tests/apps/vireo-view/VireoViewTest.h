@@ -17,10 +17,9 @@ class VireoViewTest : public FilesTest
 protected:
     VireoViewTest() { m_Environment.insert("XDG_RUNTIME_DIR", QString::fromStdString(directory().string())); }
 
-    vireo_test::Outcome run(const QStringList& arguments)
+    tavo::Outcome run(const QStringList& arguments)
     {
-        return vireo_test::runProgram(
-            VIREO_VIEW, arguments, QString::fromStdString(directory().string()), m_Environment);
+        return tavo::runProgram(VIREO_VIEW, arguments, QString::fromStdString(directory().string()), m_Environment);
     }
 
     std::vector<std::string> pictures() const

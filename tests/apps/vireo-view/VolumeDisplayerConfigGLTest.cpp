@@ -12,10 +12,10 @@
 namespace vireo_view {
 namespace {
 
-using vireo_test::clickKey;
-using vireo_test::clickMouse;
-using vireo_test::dragMouse;
-using vireo_test::SignalCount;
+using tavo::clickKey;
+using tavo::clickMouse;
+using tavo::dragMouse;
+using tavo::SignalCount;
 
 // The panel of a volume whose densities go from 0 to 200, opened by its button.
 class VolumeDisplayerConfigGLTest : public VolumeViewTest

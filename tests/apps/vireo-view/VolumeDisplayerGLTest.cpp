@@ -19,9 +19,9 @@ namespace {
 
 using tavo::Box3f;
 using tavo::Vector2d;
+using tavo::matchesReference;
+using tavo::Picture;
 using testing::HasSubstr;
-using vireo_test::matchesReference;
-using vireo_test::Picture;
 
 // Quarter turns of the view.
 constexpr int QUARTER = 80;
@@ -277,13 +277,13 @@ protected:
         getPicture();
         // Nearer, so that it fills the view.
         for (int i = 0; i < NUM_STEPS_NEARER; ++i)
-            vireo_test::clickKey(m_View, Qt::Key_Plus);
+            tavo::clickKey(m_View, Qt::Key_Plus);
     }
 
     VolumeDisplayer* m_Displayer = nullptr;
 
     static constexpr int NUM_STEPS_NEARER = 1;
-    static constexpr vireo_test::PictureTolerance TOLERANCE = {.perChannel = 6, .differingPixels = 0.01};
+    static constexpr tavo::PictureTolerance TOLERANCE = {.perChannel = 6, .differingPixels = 0.01};
 };
 
 TEST_F(HeadPictureGLTest, IsRightFromTheFront)
@@ -335,7 +335,7 @@ TEST_F(HeadPictureGLTest, StaysAsBrightWhileItIsTurned)
     const auto meanOf = [](const Picture& picture) {
         double sum = 0;
         double count = 0;
-        for (const vireo_test::Pixel& pixel : picture.pixels) {
+        for (const tavo::Pixel& pixel : picture.pixels) {
             sum += pixel[0];
             count += pixel[0] > 0;
         }

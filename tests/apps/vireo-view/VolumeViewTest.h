@@ -55,10 +55,10 @@ protected:
     // What is drawn now.
     QImage getImage() { return tavo::grabPicture(m_View); }
 
-    vireo_test::Picture getPicture()
+    tavo::Picture getPicture()
     {
         const QImage image = getImage();
-        vireo_test::Picture picture(image.width(), image.height());
+        tavo::Picture picture(image.width(), image.height());
         for (int y = 0; y < image.height(); ++y)
             for (int x = 0; x < image.width(); ++x) {
                 const QColor colour = image.pixelColor(x, y);
@@ -72,7 +72,7 @@ protected:
     void drag(int right, int down)
     {
         const QPoint middle(VIEW_SIZE / 2, VIEW_SIZE / 2);
-        vireo_test::dragMouse(m_View, Qt::LeftButton, middle, middle + QPoint(right, down));
+        tavo::dragMouse(m_View, Qt::LeftButton, middle, middle + QPoint(right, down));
     }
 
     std::unique_ptr<tavo::GLEventDisplayerWidget> m_Widget;

@@ -4,7 +4,7 @@
 
 #include "tests/support/WindowSystem.h"
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -98,4 +98,4 @@ std::unique_ptr<WindowSystem> openEGL(std::string& reason)
     return std::make_unique<EGLWindowSystem>(display, config);
 }
 
-} // namespace vireo_test
+} // namespace tavo

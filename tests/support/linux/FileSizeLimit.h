@@ -3,7 +3,7 @@
 #include <csignal>
 #include <sys/resource.h>
 
-namespace vireo_test {
+namespace tavo {
 
 // While it lives, no file grows beyond a size: what goes beyond fails to be written, as on a disk that is full.
 class FileSizeLimit
@@ -29,4 +29,4 @@ private:
     rlimit m_OldLimit{};
 };
 
-} // namespace vireo_test
+} // namespace tavo

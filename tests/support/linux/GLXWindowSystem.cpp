@@ -6,7 +6,7 @@
 
 #include <GL/glx.h>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -121,4 +121,4 @@ std::unique_ptr<WindowSystem> openGLX(std::string& reason)
     return std::make_unique<GLXWindowSystem>(display, config);
 }
 
-} // namespace vireo_test
+} // namespace tavo

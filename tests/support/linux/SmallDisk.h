@@ -4,7 +4,7 @@
 #include <string>
 #include <sys/mount.h>
 
-namespace vireo_test {
+namespace tavo {
 
 // A file system of some kilobytes on a folder, seen by this process and those that it starts.
 class SmallDisk
@@ -31,4 +31,4 @@ private:
     bool m_IsMounted;
 };
 
-} // namespace vireo_test
+} // namespace tavo

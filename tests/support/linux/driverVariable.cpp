@@ -2,11 +2,11 @@
 
 #include <cstdlib>
 
-namespace vireo_test {
+namespace tavo {
 
 void setDriverVariable(const char* name, const char* value)
 {
     setenv(name, value, 1);
 }
 
-} // namespace vireo_test
+} // namespace tavo

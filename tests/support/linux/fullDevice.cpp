@@ -3,7 +3,7 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
-namespace vireo_test {
+namespace tavo {
 
 // A node of its own: whoever may make one may also, where a test fails, have replaced the system's.
 bool makeFullDevice(const std::string& path)
@@ -13,4 +13,4 @@ bool makeFullDevice(const std::string& path)
     return mknod(path.c_str(), S_IFCHR | 0666, makedev(MEMORY_DEVICES, FULL)) == 0;
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -2,7 +2,7 @@
 
 #include <dlfcn.h>
 
-namespace vireo_test {
+namespace tavo {
 
 // The program's own definition comes first, the library's next.
 AnyFunction libraryFunction(const char* symbol)
@@ -10,4 +10,4 @@ AnyFunction libraryFunction(const char* symbol)
     return reinterpret_cast<AnyFunction>(dlsym(RTLD_NEXT, symbol));
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -3,7 +3,7 @@
 
 #include "tests/support/WindowSystem.h"
 
-namespace vireo_test {
+namespace tavo {
 
 std::unique_ptr<WindowSystem> WindowSystem::open(std::string& reason)
 {
@@ -16,4 +16,4 @@ std::unique_ptr<WindowSystem> WindowSystem::open(std::string& reason)
     throw std::runtime_error("WindowSystem::open() - VIREO_TEST_WINSYS is neither glx nor egl: " + name);
 }
 
-} // namespace vireo_test
+} // namespace tavo

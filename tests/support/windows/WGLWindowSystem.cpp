@@ -3,7 +3,7 @@
 
 #include "tests/support/WindowSystem.h"
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -136,4 +136,4 @@ std::unique_ptr<WindowSystem> WindowSystem::open(std::string& reason)
     return std::make_unique<WGLWindowSystem>();
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -30,4 +30,4 @@ void setDriverVariable(const char* name, const char* value)
     _putenv(assignment.c_str());
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -1,10 +1,10 @@
 #include "tests/support/fullDevice.h"
 
-namespace vireo_test {
+namespace tavo {
 
 bool makeFullDevice(const std::string&)
 {
     return false;
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -13,7 +13,7 @@
 #include <psapi.h>
 // clang-format on
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -93,4 +93,4 @@ AnyFunction libraryFunction(const char* symbol)
     return nullptr;
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -6,9 +6,9 @@
 // A DLL or program calls the functions of others through a table of its imports. Before the main function starts, those
 // entries that name the symbol are set to the replacement, in all that has been loaded with the program.
 #define VIREO_REPLACE(function, symbol, replacement, parameterCount)                                                   \
-    static const ::vireo_test::ReplacedImport replaced_##function(symbol, replacement);
+    static const ::tavo::ReplacedImport replaced_##function(symbol, replacement);
 
-namespace vireo_test {
+namespace tavo {
 
 class ReplacedImport
 {
@@ -23,4 +23,4 @@ private:
     static void replace(const char* symbol, const void* replacement);
 };
 
-} // namespace vireo_test
+} // namespace tavo

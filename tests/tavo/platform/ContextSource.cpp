@@ -4,7 +4,7 @@
 
 #include <GL/glx.h>
 
-namespace vireo_test {
+namespace tavo {
 
 const void* getNativeCurrentContext()
 {
@@ -21,4 +21,4 @@ bool hasXServer()
     return display != nullptr;
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-namespace vireo_test {
+namespace tavo {
 
 // Two contexts, 0 and 1, that share their objects, made by one of the ways in which an application may: with
 // window-system calls, or by Qt.
@@ -34,4 +34,4 @@ const void* getNativeCurrentContext();
 // Whether there is an X server where DISPLAY says.
 bool hasXServer();
 
-} // namespace vireo_test
+} // namespace tavo

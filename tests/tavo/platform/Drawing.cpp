@@ -6,7 +6,7 @@
 #include <GL/gl.h>
 #include <GL/glext.h>
 
-namespace vireo_test {
+namespace tavo {
 
 testing::AssertionResult drawsToSurface()
 {
@@ -43,4 +43,4 @@ testing::AssertionResult drawsToRenderbuffer()
     return drawn;
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-namespace vireo_test {
+namespace tavo {
 
 // Whether the current context draws: a colour that is cleared to is read back, without a GL error. Draws to the
 // surface, or to a renderbuffer of its own for a context without one.
 testing::AssertionResult drawsToSurface();
 testing::AssertionResult drawsToRenderbuffer();
 
-} // namespace vireo_test
+} // namespace tavo

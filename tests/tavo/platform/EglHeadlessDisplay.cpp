@@ -3,7 +3,7 @@
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 
-namespace vireo_test {
+namespace tavo {
 
 std::unique_ptr<EglHeadlessDisplay> EglHeadlessDisplay::open()
 {
@@ -43,4 +43,4 @@ EGLContext EglHeadlessDisplay::makeContext(EGLContext sharing)
     return eglCreateContext(m_Display, m_Config, sharing, nullptr);
 }
 
-} // namespace vireo_test
+} // namespace tavo

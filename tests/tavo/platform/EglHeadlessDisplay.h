@@ -2,7 +2,7 @@
 
 #include <memory>
 
-namespace vireo_test {
+namespace tavo {
 
 // An EGL display without a window system, and what is made on it. All of it goes with the object; the native display,
 // of which there is one per process, remains and can be opened again.
@@ -27,4 +27,4 @@ private:
     void* m_Config;
 };
 
-} // namespace vireo_test
+} // namespace tavo

@@ -4,7 +4,7 @@
 
 #include <GL/glx.h>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -101,4 +101,4 @@ void GlxDisplay::destroyContext(GLXContext context)
     XSync(getNative(), False);
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -6,7 +6,7 @@
 struct _XDisplay;       // NOLINT(bugprone-reserved-identifier): Xlib's name
 struct __GLXcontextRec; // NOLINT(bugprone-reserved-identifier): GLX's name
 
-namespace vireo_test {
+namespace tavo {
 
 // A connection to the X server and what is made over it, by Xlib and GLX alone. All of it goes with the object.
 class GlxDisplay
@@ -38,4 +38,4 @@ private:
     std::vector<__GLXcontextRec*> m_Contexts;
 };
 
-} // namespace vireo_test
+} // namespace tavo

@@ -9,7 +9,7 @@
 
 #include <GL/glx.h>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -65,4 +65,4 @@ TEST(QtContextKindsGLTest, AreMadeThroughTheChosenWindowSystem)
 
 } // namespace
 
-} // namespace vireo_test
+} // namespace tavo

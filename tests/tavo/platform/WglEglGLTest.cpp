@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace vireo_test;
+using namespace tavo;
 
 class WglEglGLTest : public testing::Test
 {

@@ -7,7 +7,7 @@
 
 #include <GL/gl.h>
 
-namespace vireo_test {
+namespace tavo {
 
 void WglGLTest::SetUp()
 {
@@ -215,4 +215,4 @@ TEST_P(WglGLTest, KeepsTheContextsOfThreadsApart)
 
 } // namespace
 
-} // namespace vireo_test
+} // namespace tavo

@@ -7,7 +7,7 @@
 
 #include "tests/tavo/platform/ContextSource.h"
 
-namespace vireo_test {
+namespace tavo {
 
 inline void PrintTo(const ContextKind& kind, std::ostream* stream)
 {
@@ -29,4 +29,4 @@ protected:
     std::unique_ptr<ContextSource> m_Contexts;
 };
 
-} // namespace vireo_test
+} // namespace tavo

@@ -12,7 +12,7 @@
 
 namespace {
 
-using namespace vireo_test;
+using namespace tavo;
 
 // X errors that would have reached the application's handler. The default one ends the process.
 int reportedErrors = 0;

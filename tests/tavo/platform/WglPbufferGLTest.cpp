@@ -7,7 +7,7 @@
 
 struct HPBUFFERARB__; // NOLINT(bugprone-reserved-identifier): the name on Windows
 
-namespace vireo_test {
+namespace tavo {
 namespace {
 
 constexpr int WIDTH_ATTRIBUTE = 0x2034;
@@ -152,4 +152,4 @@ TEST_P(WglGLTest, RefusesUnknownPbuffers)
     }
 }
 
-} // namespace vireo_test
+} // namespace tavo

@@ -13,7 +13,7 @@
 
 namespace {
 
-using namespace vireo_test;
+using namespace tavo;
 
 // GLX and EGL in one process.
 class WglSwitchGLTest : public testing::Test

@@ -8,7 +8,7 @@
 
 #include <GL/glx.h>
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -96,4 +96,4 @@ INSTANTIATE_TEST_SUITE_P(Native, WglGLTest, testing::ValuesIn(kinds), WglGLTest:
 
 } // namespace
 
-} // namespace vireo_test
+} // namespace tavo

@@ -84,7 +84,7 @@ TEST_F(CurrentContextGuardGLTest, OnlyAsksWhereNothingHasChanged)
     for (const Made made : ALL_MADE) {
         SCOPED_TRACE(testing::PrintToString(made));
         m_Application.make(made);
-        EXPECT_THAT(vireo_test::callsOf([] { const CurrentContextGuard guard; }), Each(StartsWith("wglGetCurrent")));
+        EXPECT_THAT(callsOf([] { const CurrentContextGuard guard; }), Each(StartsWith("wglGetCurrent")));
     }
 }
 

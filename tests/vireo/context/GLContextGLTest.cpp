@@ -23,10 +23,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::expectCalls;
-using vireo_test::TestContext;
 
 // A context with its protected operations in reach.
 class OpenContext : public GLContext
@@ -82,7 +78,7 @@ private:
     std::vector<std::string>& m_Log;
 };
 
-class GLContextGLTest : public vireo_test::GLTest
+class GLContextGLTest : public GLTest
 {
 protected:
     void SetUp() override
@@ -161,7 +157,7 @@ TEST_F(GLContextGLTest, KeepsWhatItWasGiven)
 }
 
 // Without extensions loaded by anybody before.
-class FirstContextGLTest : public vireo_test::GLTest
+class FirstContextGLTest : public GLTest
 {
 protected:
     void SetUp() override

@@ -11,7 +11,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using vireo_test::callsOf;
 
 class GLExtensionLoaderGLTest : public GLExtensionTest
 {
@@ -78,7 +77,7 @@ TEST_F(GLExtensionLoaderGLTest, DeliberatelyTakesTheEndOfAListedNameForSupported
 {
     if (!makeMainContextWithExtensions("+WGL_ARB_multisample -GL_ARB_multisample"))
         return;
-    const vireo_test::EveryEntryPoint noneMissing;
+    const EveryEntryPoint noneMissing;
     EXPECT_TRUE(m_Loader.request("GL_ARB_multisample"));
     EXPECT_NE(glSampleCoverageARB, nullptr);
 }
@@ -177,7 +176,7 @@ TEST_F(GLExtensionLoaderGLTest, FailsForASupportedExtensionThatItDoesNotKnow)
 
 TEST_F(GLExtensionLoaderGLTest, StopsAtTheFirstEntryPointThatIsMissing)
 {
-    const vireo_test::WithheldEntryPoint missing("wglAllocateMemoryNV");
+    const WithheldEntryPoint missing("wglAllocateMemoryNV");
     if (!makeMainContextWithExtensions("+GL_NV_vertex_array_range"))
         return;
     m_Loader.request(nullptr);
@@ -286,7 +285,7 @@ TEST_F(GLExtensionLoaderGLTest, KnowsTheEntryPointsOfEachExtension)
     };
     if (!makeMainContext())
         return;
-    const vireo_test::EveryEntryPoint noneMissing;
+    const EveryEntryPoint noneMissing;
     for (const Extension& extension : extensions) {
         SCOPED_TRACE(extension.name);
         const std::vector<std::string> calls = loadingCalls(extension.name);

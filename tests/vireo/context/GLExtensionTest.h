@@ -26,7 +26,7 @@ inline std::vector<std::string> fetches(const std::vector<std::string>& entryPoi
 
 // Starts each test with no entry point fetched, and without a context, so that the test can choose the driver's version
 // and extensions. Only Mesa's drivers give that choice, and only once in a process; elsewhere the test is skipped.
-class GLExtensionTest : public vireo_test::GLTest
+class GLExtensionTest : public GLTest
 {
 protected:
     GLExtensionTest()
@@ -42,7 +42,7 @@ protected:
     // "-NAME" is hidden. False if the test is skipped instead.
     [[nodiscard]] bool makeMainContextWithExtensions(const char* changes)
     {
-        vireo_test::setDriverVariable(extensionOverride, changes);
+        setDriverVariable(extensionOverride, changes);
         if (!makeMainContext())
             return false;
         const std::string extensions = getDriverString(GL_EXTENSIONS) + ' ';
@@ -58,14 +58,14 @@ protected:
     // The same for a driver whose GL_VERSION begins as given.
     [[nodiscard]] bool makeMainContextOfVersion(const char* version)
     {
-        vireo_test::setDriverVariable(versionOverride, version);
+        setDriverVariable(versionOverride, version);
         return makeMainContext() && (getDriverString(GL_VERSION).starts_with(version) || skip(versionOverride));
     }
 
     // Unseen by recorders.
     static std::string getDriverString(GLenum name)
     {
-        const vireo_test::CallRecorder::Pause ownCalls;
+        const CallRecorder::Pause ownCalls;
         return reinterpret_cast<const char*>(glGetString(name));
     }
 

@@ -15,9 +15,6 @@ namespace tavo {
 namespace {
 
 using testing::IsEmpty;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::expectCalls;
 
 // The library's one loader asks the driver for its extensions once in a process.
 class GLExtensionsGLTest : public GLExtensionTest
@@ -89,9 +86,9 @@ const std::vector<std::string> EXT_FRAMEBUFFER_OBJECT{"glIsRenderbufferEXT", "gl
 TEST_F(GLExtensionsGLTest, FetchesTheEntryPointsOfEachExtensionInItsOrder)
 {
     // A driver that lists them all, and lacks a few of the WGL functions.
-    const vireo_test::WithheldEntryPoint noVertexArrayRange("wglAllocateMemoryNV");
-    const vireo_test::WithheldEntryPoint noPixelFormat("wglGetPixelFormatAttribivARB");
-    const vireo_test::WithheldEntryPoint noPbuffer("wglCreatePbufferARB");
+    const WithheldEntryPoint noVertexArrayRange("wglAllocateMemoryNV");
+    const WithheldEntryPoint noPixelFormat("wglGetPixelFormatAttribivARB");
+    const WithheldEntryPoint noPbuffer("wglCreatePbufferARB");
     if (!makeMainContextWithExtensions(
             "+GL_NV_vertex_program +GL_EXT_vertex_shader +GL_HP_occlusion_test +GL_EXT_compiled_vertex_array "
             "+GL_NV_vertex_array_range +GL_EXT_point_parameters +GL_EXT_texture3D +GL_ARB_vertex_program "
@@ -142,7 +139,7 @@ TEST_F(GLExtensionsGLTest, LoadsFramebufferObjectsEvenWhereTheDriverDoesNotListT
 {
     if (!makeMainContextWithExtensions("-GL_EXT_framebuffer_object -GL_ARB_vertex_buffer_object"))
         return;
-    const vireo_test::EveryEntryPoint whateverIsListed;
+    const EveryEntryPoint whateverIsListed;
     initGLExtensions();
     EXPECT_EQ(glBindBufferARB, nullptr);
     EXPECT_NE(glIsRenderbufferEXT, nullptr);

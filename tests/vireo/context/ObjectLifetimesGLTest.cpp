@@ -9,13 +9,13 @@ namespace {
 TEST(ObjectLifetimesGLTest, NeitherLosesNorDeletesANameTwice)
 {
     std::string reason;
-    const auto windowSystem = vireo_test::WindowSystem::open(reason);
+    const auto windowSystem = WindowSystem::open(reason);
     if (!windowSystem)
         GTEST_SKIP() << reason;
 
     auto context = windowSystem->makeContext(nullptr);
     context->makeCurrent();
-    const bool hasPrograms = vireo_test::hasExtension("GL_ARB_vertex_program");
+    const bool hasPrograms = hasExtension("GL_ARB_vertex_program");
     context.reset();
 
     RandomLives lives(*windowSystem, 2, 20);

@@ -23,8 +23,6 @@
 
 namespace tavo {
 
-using vireo_test::CallRecorder;
-
 struct NameOfBuffer
 {
     friend auto memberOf(NameOfBuffer);
@@ -82,7 +80,7 @@ unsigned int numGeneratedBy(const std::string& call)
 
 } // namespace
 
-RandomLives::RandomLives(vireo_test::WindowSystem& windowSystem, unsigned int numTrees, unsigned int seed)
+RandomLives::RandomLives(WindowSystem& windowSystem, unsigned int numTrees, unsigned int seed)
     : m_WindowSystem(windowSystem)
     , m_Random(seed)
 {
@@ -137,7 +135,7 @@ void RandomLives::makeTree(Tree& tree)
     const HDC previousDC = wglGetCurrentDC();
     const HGLRC previousRC = wglGetCurrentContext();
     tree.contexts.resize(pick(2) == 0 ? 3 : 1);
-    vireo_test::TestContext* shared = nullptr;
+    TestContext* shared = nullptr;
     for (Context& context : tree.contexts) {
         context.native = m_WindowSystem.makeContext(shared);
         context.label = "context" + std::to_string(++m_NumContexts);

@@ -44,7 +44,7 @@ public:
         unsigned int orphansUsed = 0;
     };
 
-    RandomLives(vireo_test::WindowSystem& windowSystem, unsigned int numTrees, unsigned int seed);
+    RandomLives(WindowSystem& windowSystem, unsigned int numTrees, unsigned int seed);
     ~RandomLives();
     RandomLives(const RandomLives&) = delete;
     RandomLives& operator=(const RandomLives&) = delete;
@@ -75,7 +75,7 @@ private:
     // A native context with the context around it.
     struct Context
     {
-        std::unique_ptr<vireo_test::TestContext> native;
+        std::unique_ptr<TestContext> native;
         std::unique_ptr<GLContext> context;
         std::string label;
         std::set<unsigned int> framebuffers; // that were made in it and not deleted since
@@ -140,7 +140,7 @@ private:
     void checkNames(const Tree& tree) const;
     void checkErrors();
 
-    vireo_test::WindowSystem& m_WindowSystem;
+    WindowSystem& m_WindowSystem;
     std::mt19937 m_Random;
     // How often each event of a step takes place among a hundred.
     std::discrete_distribution<int> m_Events{1, 6, 10, 15, 24, 20, 24};

@@ -19,15 +19,10 @@ namespace tavo {
 namespace {
 
 using testing::HasSubstr;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::expectCalls;
-using vireo_test::Picture;
-using vireo_test::Pixel;
 
 constexpr Pixel BLACK{0, 0, 0, 0};
 
-class DrawingGLTest : public vireo_test::GLTest
+class DrawingGLTest : public GLTest
 {
 protected:
     void draw(GLEventObject& object) { object.drawGL(nullptr, m_Camera); }

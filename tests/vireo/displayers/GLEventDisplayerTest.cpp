@@ -182,7 +182,7 @@ TEST_F(GLEventDisplayerTest, KeepsTheButtonsUnderThePointerWhenItsSectionsOutgro
     while (fit()) {
         ASSERT_EQ(QApplication::widgetAt(QCursor::pos()), button);
         const unsigned int before = widget->getSizeIndex();
-        vireo_test::clickMouse(button);
+        clickMouse(button);
         ASSERT_EQ(widget->getSizeIndex(), before + 1);
         EXPECT_TRUE(QTest::qWaitFor([&] { return cursorOnButton().y() == y; })) << "the button follows";
         QTest::qWait(50); // and the scroll bar may

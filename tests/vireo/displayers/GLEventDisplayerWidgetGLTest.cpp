@@ -46,15 +46,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
-using vireo_test::CallRecorder;
-using vireo_test::clickKey;
-using vireo_test::clickMouse;
-using vireo_test::dragMouse;
-using vireo_test::moveMouse;
-using vireo_test::pressKey;
-using vireo_test::pressMouse;
-using vireo_test::releaseKey;
-using vireo_test::releaseMouse;
 
 class GLEventDisplayerWidgetGLTest : public testing::Test
 {
@@ -108,7 +99,7 @@ protected:
             using QGLWidget::paintGL;
         };
         m_View->makeCurrent();
-        return vireo_test::callsOf([this] { (m_View->*&OpenView::paintGL)(); });
+        return callsOf([this] { (m_View->*&OpenView::paintGL)(); });
     }
 
     QPushButton* button(const char* name) { return m_Widget->findChild<QPushButton*>(name); }

@@ -28,7 +28,6 @@ namespace tavo {
 namespace {
 
 using testing::ElementsAre;
-using vireo_test::SignalCount;
 
 const RGBA8 RED(255, 0, 0, 255);
 const RGBA8 GREEN(0, 255, 0, 255);
@@ -255,7 +254,7 @@ protected:
     // The colours and vertices of the last paint for a section's picture.
     static std::vector<std::string> drawn(std::size_t section)
     {
-        vireo_test::CallRecorder recorder;
+        CallRecorder recorder;
         debugOutput.getWindow()->getSections().at(section)->getPicture();
         std::vector<std::string> calls;
         for (const std::string& call : recorder.calls()) {

@@ -16,7 +16,6 @@
 namespace tavo {
 namespace {
 
-using vireo_test::SignalCount;
 
 TEST(GLPointCloudDisplayerTest, HasTheUnitBoxWithoutASet)
 {

@@ -94,15 +94,15 @@ TEST_P(LeftCurrentOfAllGLTest, ByPaintingAndEvents)
     show();
     act("a paint now", [] { view().repaint(); });
     act("Qt's own paint", [] { view().updateGL(); });
-    act("a drag", [] { vireo_test::dragMouse(&view(), Qt::LeftButton, QPoint(20, 20), QPoint(40, 30)); });
-    act("a key", [] { vireo_test::clickKey(&view(), Qt::Key_Left); });
+    act("a drag", [] { dragMouse(&view(), Qt::LeftButton, QPoint(20, 20), QPoint(40, 30)); });
+    act("a key", [] { clickKey(&view(), Qt::Key_Left); });
     act("the wheel", [] {
         const QPointF position(40, 40);
         QWheelEvent event(position, view().mapToGlobal(position.toPoint()), QPoint(), QPoint(0, 120), Qt::NoButton,
             Qt::NoModifier, Qt::NoScrollPhase, false);
         QApplication::sendEvent(&view(), &event);
     });
-    act("another height", [] { vireo_test::clickMouse(section().findChild<QPushButton*>("pbIncreaseSize")); });
+    act("another height", [] { clickMouse(section().findChild<QPushButton*>("pbIncreaseSize")); });
     act("a collapse", [] { section().setCollapsed(true); });
     act("an expansion", [] { section().setCollapsed(false); });
     act("the event loop", settle);
@@ -131,7 +131,7 @@ TEST_P(LeftCurrentOfAllGLTest, ByObjectsThatThrow)
     object.whenDrawn = [] { throw 1; };
     act("a paint", [] { view().repaint(); });
     act("a picture", [] { section().getPicture(); });
-    act("a key", [] { vireo_test::clickKey(&view(), Qt::Key_Left); });
+    act("a key", [] { clickKey(&view(), Qt::Key_Left); });
     object.whenUpdated = [] {
         view().makeCurrent();
         throw 1;
@@ -232,7 +232,7 @@ TEST_F(TwoTreesGLTest, DeletesOfAnObjectThatIsReplacedHitItsOwnNames)
 TEST_F(TwoTreesGLTest, UpdatesMakeNothingCurrent)
 {
     m_Context->activate();
-    EXPECT_THAT(vireo_test::callsOf([] { sendGLEventObject("object", new TestEventObject); }),
+    EXPECT_THAT(callsOf([] { sendGLEventObject("object", new TestEventObject); }),
         testing::Each(testing::StartsWith("wglGetCurrent")));
     EXPECT_EQ(TestEventObject::s_NumUpdates, 1);
 }

@@ -68,11 +68,11 @@ TEST_F(WithoutContextGLTest, LivesOn)
     auto* const view = section->findChild<QGLWidget*>();
     view->repaint();
     view->updateGL();
-    vireo_test::dragMouse(view, Qt::LeftButton, QPoint(20, 20), QPoint(40, 30));
-    vireo_test::clickKey(view, Qt::Key_Left);
-    vireo_test::clickMouse(section->findChild<QPushButton*>("pbIncreaseSize"));
+    dragMouse(view, Qt::LeftButton, QPoint(20, 20), QPoint(40, 30));
+    clickKey(view, Qt::Key_Left);
+    clickMouse(section->findChild<QPushButton*>("pbIncreaseSize"));
     EXPECT_EQ(view->height(), 128);
-    vireo_test::clickMouse(section->findChild<QPushButton*>("pbConfigure"));
+    clickMouse(section->findChild<QPushButton*>("pbConfigure"));
     sendGLEventObject("view", new TestEventObject);
     EXPECT_EQ(TestEventObject::s_NumUpdates, 1);
     sendGLEventObject("view", new OtherTestEventObject);

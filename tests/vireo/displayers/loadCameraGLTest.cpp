@@ -10,10 +10,7 @@
 namespace tavo {
 namespace {
 
-using vireo_test::CallRecorder;
-using vireo_test::expectCalls;
-
-using LoadCameraGLTest = vireo_test::GLTest;
+using LoadCameraGLTest = GLTest;
 
 TEST_F(LoadCameraGLTest, MakesThreeCalls)
 {

@@ -13,9 +13,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::ThrowsMessage;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::expectCalls;
 
 // A buffer with its protected parts in reach.
 class OpenBuffer : public GLBuffer

@@ -20,8 +20,6 @@ using testing::Ge;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::ThrowsMessage;
-using vireo_test::callsOf;
-using vireo_test::Picture;
 
 class GLGeometryListGLTest : public ContextTest
 {
@@ -550,7 +548,7 @@ TEST_F(GLGeometryListGLTest, FeedsAVertexProgram)
     };
     const Picture expected = picture(immediate);
     EXPECT_EQ(picture([&] { m_List.execute(context()); }), expected);
-    EXPECT_EQ(expected.at(32, 32), (vireo_test::Pixel{0, 255, 0, 255}));
+    EXPECT_EQ(expected.at(32, 32), (Pixel{0, 255, 0, 255}));
 }
 
 } // namespace

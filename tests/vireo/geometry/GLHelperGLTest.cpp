@@ -17,9 +17,6 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::Picture;
 
 // What binding vertices makes, in which the pointer to them appears as "data".
 std::vector<std::string> bindingCalls(const VertexDescriptor& source, const VertexDescriptor& target)
@@ -310,8 +307,7 @@ TEST_F(GLHelperGLTest, ShowsTheCoordinateFrame)
     glRotatef(-30, 0, 1, 0);
     glLineWidth(2);
     GLHelper::drawCoords();
-    EXPECT_TRUE(vireo_test::matchesReference(
-        readPixels(), "GLHelper/coordinateFrame", {.perChannel = 2, .differingPixels = 0.01}));
+    EXPECT_TRUE(matchesReference(readPixels(), "GLHelper/coordinateFrame", {.perChannel = 2, .differingPixels = 0.01}));
 }
 
 TEST_F(GLHelperGLTest, PushesBothMatrices)

@@ -14,7 +14,6 @@ namespace tavo {
 namespace {
 
 using testing::ElementsAre;
-using vireo_test::callsOf;
 
 // Leaves all drawing to the test.
 class Canvas : public QGLWidget

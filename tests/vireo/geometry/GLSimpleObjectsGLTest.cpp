@@ -21,9 +21,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::ThrowsMessage;
-using vireo_test::callsOf;
-using vireo_test::matchesReference;
-using vireo_test::Picture;
 
 class GLSimpleObjectsGLTest : public ContextTest
 {
@@ -199,7 +196,7 @@ TEST_F(GLSimpleObjectsGLTest, ThrowsAtShorterPolygonsAndLeavesNothingBegun)
         Calls calls;
         EXPECT_THAT(
             [&] {
-                vireo_test::CallRecorder recorder;
+                CallRecorder recorder;
                 try {
                     mesh.draw(nullptr, nullptr);
                 } catch (...) {
@@ -339,7 +336,7 @@ TEST_F(GLSimpleObjectsGLTest, LoadsTheAttributesOfTheCubeIfNeedBe)
 TEST_F(GLSimpleObjectsGLTest, LeavesTheQuadsEmptyWithoutTheAttributesOfTheCube)
 {
     const auto loaded = glVertexAttrib3fvARB;
-    const vireo_test::WithheldEntryPoint withheld("glVertexAttrib3fvARB");
+    const WithheldEntryPoint withheld("glVertexAttrib3fvARB");
     glVertexAttrib3fvARB = nullptr;
     Calls calls = callsOf([] { drawGlArbCube({10, 20, 30}, {7, 8, 9}, 4); });
     glVertexAttrib3fvARB = loaded;

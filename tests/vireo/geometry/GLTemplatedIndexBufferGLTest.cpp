@@ -17,8 +17,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::ThrowsMessage;
-using vireo_test::callsOf;
-using vireo_test::Picture;
 
 template <typename T>
 class GLTemplatedIndexBufferGLTest : public ContextTest

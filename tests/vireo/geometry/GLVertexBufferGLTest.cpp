@@ -19,11 +19,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::ThrowsMessage;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::expectCalls;
-using vireo_test::Picture;
-using vireo_test::Pixel;
 
 constexpr unsigned int LEFT = 0;
 constexpr unsigned int MIDDLE = 32;

@@ -25,10 +25,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::Picture;
-using vireo_test::Pixel;
 
 class GLImageGLTest : public CacheTest
 {
@@ -663,8 +659,8 @@ TEST_F(GLImageGLTest, FillsTheViewport)
     setViewport({150, 60, 45, 90});
     image.drawToScreen();
     screen->deactivate();
-    EXPECT_TRUE(vireo_test::matchesReference(pictureOf(std::unique_ptr<RGBAImage>(screen->getRGBAImage())),
-        "GLImage/drawToScreen", {.perChannel = 4, .differingPixels = 0.02}));
+    EXPECT_TRUE(matchesReference(pictureOf(std::unique_ptr<RGBAImage>(screen->getRGBAImage())), "GLImage/drawToScreen",
+        {.perChannel = 4, .differingPixels = 0.02}));
 }
 
 TEST_F(GLImageGLTest, DrawsTexelForPixelWhatItHolds)

@@ -66,7 +66,6 @@ using testing::IsEmpty;
 using testing::Pair;
 using testing::SizeIs;
 using testing::ThrowsMessage;
-using vireo_test::callsOf;
 
 // The arguments of a request.
 struct Request

@@ -15,8 +15,6 @@ namespace tavo {
 namespace {
 
 using testing::Each;
-using vireo_test::Picture;
-using vireo_test::Pixel;
 
 using GLRenderTextureFBODrawingGLTest = OffscreenTest;
 
@@ -231,7 +229,7 @@ TEST_F(ShadowGLTest, ADepthTextureTellsWhatIsInTheShade)
     target->activate();
     drawShaded(*depths);
     target->deactivate();
-    EXPECT_TRUE(vireo_test::matchesReference(pictureOf(std::unique_ptr<RGBAImage>(target->getRGBAImage())),
+    EXPECT_TRUE(matchesReference(pictureOf(std::unique_ptr<RGBAImage>(target->getRGBAImage())),
         "GLRenderTextureFBO/shadow", {.perChannel = 8, .differingPixels = 0.01}));
 }
 

@@ -24,9 +24,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::expectCalls;
 
 // The calls that make a texture.
 Calls textureCalls(const std::string& name, const std::string& target, const std::string& filter,

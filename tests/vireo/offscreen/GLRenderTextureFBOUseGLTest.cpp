@@ -14,9 +14,6 @@ namespace {
 
 using testing::Each;
 using testing::ElementsAre;
-using vireo_test::callsOf;
-using vireo_test::Picture;
-using vireo_test::Pixel;
 
 using GLRenderTextureFBOUseGLTest = OffscreenTest;
 

@@ -17,9 +17,6 @@
 namespace tavo {
 namespace {
 
-using vireo_test::blurPass;
-using vireo_test::Picture;
-
 const std::vector<double> WEIGHTS{1 / 16., 4 / 16., 6 / 16., 4 / 16., 1 / 16.};
 
 // One direction of a blur, that of the local parameter 0.

@@ -66,7 +66,7 @@ protected:
     // Those of the framebuffer that is bound.
     static Names boundNames()
     {
-        const vireo_test::CallRecorder::Pause ownCalls;
+        const CallRecorder::Pause ownCalls;
         return {attachedName(GL_COLOR_ATTACHMENT0_EXT), std::to_string(boundFramebuffer()),
             attachedName(GL_DEPTH_ATTACHMENT_EXT), attachedName(GL_STENCIL_ATTACHMENT_EXT)};
     }
@@ -74,7 +74,7 @@ protected:
     // Those of an idle render texture.
     static Names namesOf(GLRenderTextureFBO& renderTexture)
     {
-        const vireo_test::CallRecorder::Pause ownCalls;
+        const CallRecorder::Pause ownCalls;
         renderTexture.activate();
         const Names names = boundNames();
         renderTexture.deactivate();
@@ -104,7 +104,7 @@ protected:
 
     static NumNames countNames()
     {
-        const vireo_test::CallRecorder::Pause ownCalls;
+        const CallRecorder::Pause ownCalls;
         constexpr unsigned int highestName = 10000;
         NumNames numbers;
         for (unsigned int name = 1; name < highestName; ++name) {
@@ -126,20 +126,20 @@ protected:
         }
     }
 
-    static vireo_test::Picture quarters(unsigned int width, unsigned int height)
+    static Picture quarters(unsigned int width, unsigned int height)
     {
-        vireo_test::Picture picture(width, height);
+        Picture picture(width, height);
         for (unsigned int y = 0; y < height; ++y)
             for (unsigned int x = 0; x < width; ++x)
                 picture.at(x, y) = QUARTERS[(x < width / 2 ? 0 : 1) + (y < height / 2 ? 0 : 2)];
         return picture;
     }
 
-    static constexpr std::array<vireo_test::Pixel, 4> QUARTERS{
+    static constexpr std::array<Pixel, 4> QUARTERS{
         {{250, 10, 20, 30}, {40, 240, 50, 60}, {70, 80, 230, 90}, {220, 210, 100, 255}}};
 
     // Paints the pixels of a viewport.
-    static void paintRect(vireo_test::Picture& picture, const Viewport& where, const vireo_test::Pixel& colour)
+    static void paintRect(Picture& picture, const Viewport& where, const Pixel& colour)
     {
         for (int y = where[1]; y < where[1] + where[3]; ++y)
             for (int x = where[0]; x < where[0] + where[2]; ++x)
@@ -147,15 +147,15 @@ protected:
     }
 
     // The picture of an image that is the caller's.
-    static vireo_test::Picture pictureOf(const RGBAImage& image)
+    static Picture pictureOf(const RGBAImage& image)
     {
         return TextureTest::pictureOf(image.getPixels().data()->data(), image.getWidth(), image.getHeight(), 4);
     }
 
     // The same of one with floats, which must be those of bytes.
-    static vireo_test::Picture pictureOf(const RGBAFloat32Image& image)
+    static Picture pictureOf(const RGBAFloat32Image& image)
     {
-        vireo_test::Picture picture(image.getWidth(), image.getHeight());
+        Picture picture(image.getWidth(), image.getHeight());
         for (unsigned int y = 0; y < image.getHeight(); ++y)
             for (unsigned int x = 0; x < image.getWidth(); ++x)
                 for (unsigned int i = 0; i < 4; ++i)
@@ -164,7 +164,7 @@ protected:
     }
 
     template <typename Image>
-    static vireo_test::Picture pictureOf(std::unique_ptr<Image> image)
+    static Picture pictureOf(std::unique_ptr<Image> image)
     {
         return pictureOf(*image);
     }

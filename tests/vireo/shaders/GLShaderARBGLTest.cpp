@@ -28,7 +28,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
-using vireo_test::callsOf;
 
 constexpr unsigned int VERTEX = GL_VERTEX_PROGRAM_ARB;
 constexpr unsigned int FRAGMENT = GL_FRAGMENT_PROGRAM_ARB;
@@ -41,7 +40,7 @@ const std::string WRONG = "!!ARBfp1.0\nTEMP unused;\nMOV result.color, nowhere;\
 
 unsigned int boundProgram(unsigned int target)
 {
-    const vireo_test::CallRecorder::Pause ownCalls;
+    const CallRecorder::Pause ownCalls;
     int name = 0;
     glGetProgramivARB(target, GL_PROGRAM_BINDING_ARB, &name);
     return static_cast<unsigned int>(name);
@@ -93,7 +92,7 @@ protected:
     // The GL name of a program; it is bound afterwards.
     static unsigned int nameOf(GLShaderARB& shader, unsigned int target)
     {
-        const vireo_test::CallRecorder::Pause ownCalls;
+        const CallRecorder::Pause ownCalls;
         shader.bind();
         shader.unbind();
         return boundProgram(target);
@@ -101,7 +100,7 @@ protected:
 
     static bool isProgram(unsigned int name)
     {
-        const vireo_test::CallRecorder::Pause ownCalls;
+        const CallRecorder::Pause ownCalls;
         return glIsProgramARB(name) == GL_TRUE;
     }
 };
@@ -626,8 +625,7 @@ TEST_F(GLShaderARBGLTest, LightsAnObject)
     drawBall();
     fragments.unbind();
     vertices.unbind();
-    EXPECT_TRUE(vireo_test::matchesReference(
-        readPixels(), "GLShaderARB/litObject", {.perChannel = 2, .differingPixels = 0.01}));
+    EXPECT_TRUE(matchesReference(readPixels(), "GLShaderARB/litObject", {.perChannel = 2, .differingPixels = 0.01}));
 }
 
 } // namespace

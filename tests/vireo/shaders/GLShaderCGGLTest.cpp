@@ -21,9 +21,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::Pixel;
 
 constexpr CGprofile VERTEX = CG_PROFILE_ARBVP1;
 constexpr CGprofile FRAGMENT = CG_PROFILE_ARBFP1;
@@ -776,8 +773,7 @@ TEST_F(GLShaderCGGLTest, LightsAnObject)
     fragments.unbind();
     vertices.unbind();
     EXPECT_EQ(cgGetError(), CG_INVALID_PARAM_HANDLE_ERROR) << "of matrices that the fragment program does not declare";
-    EXPECT_TRUE(
-        vireo_test::matchesReference(readPixels(), "GLShaderCG/litObject", {.perChannel = 2, .differingPixels = 0.01}));
+    EXPECT_TRUE(matchesReference(readPixels(), "GLShaderCG/litObject", {.perChannel = 2, .differingPixels = 0.01}));
 }
 
 } // namespace

@@ -10,7 +10,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using vireo_test::callsOf;
 
 // A kind of program that only writes down what it is asked for.
 class NotedShader : public GLShader

@@ -66,7 +66,7 @@ TEST_F(ProgramKindsGLTest, KeepsThePreviousErrorTextInTheCoreProfile)
         using GLShaderARB::GLShaderARB;
         using GLShaderARB::lastError;
     };
-    vireo_test::setDriverVariable("MESA_GL_VERSION_OVERRIDE", "3.3FC");
+    setDriverVariable("MESA_GL_VERSION_OVERRIDE", "3.3FC");
     if (!makeMainContext())
         return;
     if (glGetString(GL_EXTENSIONS))

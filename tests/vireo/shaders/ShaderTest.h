@@ -13,9 +13,9 @@ using Matrix = std::array<float, 16>;
 // A matrix of 16 different elements, none of which is 0 or 1, column by column.
 constexpr Matrix UNLIKE_ANY_OTHER{2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17};
 
-constexpr vireo_test::Pixel RED_PIXEL{255, 0, 0, 255};
-constexpr vireo_test::Pixel GREEN_PIXEL{0, 255, 0, 255};
-constexpr vireo_test::Pixel WHITE_PIXEL{255, 255, 255, 255};
+constexpr Pixel RED_PIXEL{255, 0, 0, 255};
+constexpr Pixel GREEN_PIXEL{0, 255, 0, 255};
+constexpr Pixel WHITE_PIXEL{255, 255, 255, 255};
 
 // What tests of programs draw, in an active context.
 class ShaderTest : public ContextTest
@@ -29,7 +29,7 @@ protected:
     }
 
     // The colour of the drawable's middle, where nothing but the program at work colours it.
-    vireo_test::Pixel drawnColour()
+    Pixel drawnColour()
     {
         glClear(GL_COLOR_BUFFER_BIT);
         glRectf(-1, -1, 1, 1);

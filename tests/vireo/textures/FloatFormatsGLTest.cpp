@@ -20,9 +20,7 @@ protected:
     std::string upload(unsigned int components, bool use32Bit)
     {
         GLTextureRect texture(context());
-        return vireo_test::callsOf([&] {
-            texture.createFloatTextureFromMemory(2, 1, components, nullptr, use32Bit);
-        }).back();
+        return callsOf([&] { texture.createFloatTextureFromMemory(2, 1, components, nullptr, use32Bit); }).back();
     }
 
     static std::string uploadOf(const std::string& internalFormat, const std::string& clientFormat)

@@ -24,9 +24,6 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::Picture;
 
 // A texture with its protected parts in reach.
 class OpenTexture2D : public GLTexture2D
@@ -441,8 +438,8 @@ TEST_F(GLTexture2DGLTest, ShowsALoadedPictureInItsColours)
     orange.fill(QColor(250, 120, 10));
     GLTexture2D texture(context());
     texture.createFromRGBA(RGBAImage::fromQImage(orange), true);
-    EXPECT_THAT(drawWhole(1, 1).pixels, ElementsAre(vireo_test::Pixel{250, 120, 10, 255})) << "its smallest level";
-    EXPECT_THAT(drawWhole(4, 4).pixels, Each(vireo_test::Pixel{250, 120, 10, 255}));
+    EXPECT_THAT(drawWhole(1, 1).pixels, ElementsAre(Pixel{250, 120, 10, 255})) << "its smallest level";
+    EXPECT_THAT(drawWhole(4, 4).pixels, Each(Pixel{250, 120, 10, 255}));
 }
 
 TEST_F(GLTexture2DGLTest, RefusesRGBAWithoutEnoughPixels)
@@ -500,7 +497,7 @@ TEST_F(GLTexture2DGLTest, AveragesOverItsLevelsOnlyWithMipmaps)
             image.at(x, y) = RGBAImage::Pixel(255, 255, 255, 255);
     GLTexture2D texture(context());
     texture.createFromImage(image, false);
-    EXPECT_THAT(drawWhole(16, 16).pixels, Each(vireo_test::Pixel{0, 0, 0, 0}));
+    EXPECT_THAT(drawWhole(16, 16).pixels, Each(Pixel{0, 0, 0, 0}));
     texture.createFromImage(image, true);
     EXPECT_THAT(drawWhole(16, 16).pixels, Each(Each(testing::AllOf(testing::Ge(62), testing::Le(66)))));
 }

@@ -25,9 +25,6 @@ namespace {
 using testing::ElementsAre;
 using testing::FloatEq;
 using testing::SizeIs;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::Picture;
 
 using Floats = std::vector<float>;
 

@@ -23,10 +23,6 @@ namespace tavo {
 namespace {
 
 using testing::ElementsAre;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::Picture;
-using vireo_test::Pixel;
 
 // A texture with its protected parts in reach.
 class OpenTextureCube : public GLTextureCube

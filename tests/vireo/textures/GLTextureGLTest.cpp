@@ -17,7 +17,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using vireo_test::callsOf;
 
 // A texture with its protected parts in reach.
 class OpenTexture : public GLTexture

@@ -19,9 +19,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::SizeIs;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::Picture;
 
 // A texture with its protected parts in reach.
 class OpenTextureRect : public GLTextureRect
@@ -260,8 +257,8 @@ TEST_F(GLTextureRectGLTest, EndsAtItsEdges)
     GLTextureRect texture(context());
     texture.createFromMemory(2, 1, 4, asChars(texels));
     const Picture picture = draw(GL_TEXTURE_RECTANGLE_ARB, 6, 1, {{{-2, 0}, {4, 0}, {4, 1}, {-2, 1}}});
-    const vireo_test::Pixel left{1, 2, 3, 4};
-    const vireo_test::Pixel right{5, 6, 7, 8};
+    const Pixel left{1, 2, 3, 4};
+    const Pixel right{5, 6, 7, 8};
     EXPECT_THAT(picture.pixels, ElementsAre(left, left, left, right, right, right));
 }
 

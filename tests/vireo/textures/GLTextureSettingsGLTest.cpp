@@ -12,7 +12,6 @@ namespace tavo {
 namespace {
 
 using testing::ElementsAre;
-using vireo_test::callsOf;
 
 using Calls = std::vector<std::string>;
 
@@ -30,7 +29,7 @@ GLTextureSettings makeSettings(Card32 minFilter, Card32 mipmapFilter, Card32 wra
 }
 
 // Starts with a texture bound to every target.
-class GLTextureSettingsGLTest : public vireo_test::GLTest
+class GLTextureSettingsGLTest : public GLTest
 {
 protected:
     void SetUp() override

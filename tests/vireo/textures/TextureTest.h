@@ -118,14 +118,14 @@ protected:
         glDisable(target);
     }
 
-    vireo_test::Picture draw(GLenum target, unsigned int width, unsigned int height, const Corners& corners)
+    Picture draw(GLenum target, unsigned int width, unsigned int height, const Corners& corners)
     {
         fill(target, width, height, corners);
         return readPixels(width, height);
     }
 
     // What a texel of 1 to 4 components means.
-    static vireo_test::Pixel colourOf(const unsigned char* texel, unsigned int components)
+    static Pixel colourOf(const unsigned char* texel, unsigned int components)
     {
         switch (components) {
         case 1: return {texel[0], texel[0], texel[0], FRAGMENT[3]};
@@ -136,11 +136,11 @@ protected:
     }
 
     // The picture of texels that lie side by side.
-    static vireo_test::Picture pictureOf(
+    static Picture pictureOf(
         const unsigned char* texels, unsigned int width, unsigned int height, unsigned int components)
     {
-        vireo_test::Picture picture(width, height);
-        for (vireo_test::Pixel& pixel : picture.pixels) {
+        Picture picture(width, height);
+        for (Pixel& pixel : picture.pixels) {
             pixel = colourOf(texels, components);
             texels += components;
         }
@@ -168,12 +168,12 @@ protected:
             EXPECT_THAT(drainErrors(), testing::ElementsAre(testing::AnyOf(GL_INVALID_ENUM, GL_INVALID_VALUE)));
     }
 
-    static constexpr vireo_test::Pixel FRAGMENT{10, 20, 30, 40};
+    static constexpr Pixel FRAGMENT{10, 20, 30, 40};
 
 private:
     static bool lists(const char* extension)
     {
-        const vireo_test::CallRecorder::Pause ownCalls;
+        const CallRecorder::Pause ownCalls;
         const auto* const extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
         return std::string(extensions).find(extension) != std::string::npos;
     }
@@ -199,7 +199,7 @@ inline char DATA[64] = {};
 template <typename Operation>
 Calls callsWithData(Operation operation)
 {
-    vireo_test::CallRecorder recorder;
+    CallRecorder recorder;
     recorder.namePointer(DATA, "data");
     operation();
     return recorder.calls();

@@ -25,8 +25,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 using testing::ThrowsMessage;
-using vireo_test::callsOf;
-using vireo_test::Picture;
 
 // The renderer with the names of its textures in reach.
 class OpenRenderer : public SliceVolumeRenderer
@@ -428,7 +426,7 @@ TEST_F(SliceVolumeRendererGLTest, GivesAProgramSeveralChannels)
     glMatrixMode(GL_PROJECTION);
     glOrtho(-1, 1, -1, 1, -2, 2);
     m_Renderer.drawVolume(&volume, {0, 0, -1}, Names{"a", "b"}, grey, nullptr);
-    EXPECT_EQ(readPixels().at(32, 32), (vireo_test::Pixel{200, 100, 0, 255}));
+    EXPECT_EQ(readPixels().at(32, 32), (Pixel{200, 100, 0, 255}));
 }
 
 TEST_F(SliceVolumeRendererGLTest, DrawsVolumesOfOneSampleAlongAnyAxis)
@@ -630,7 +628,7 @@ TEST_F(SliceVolumeRendererGLTest, RefusesWithoutMultitextureAndChangesNothing)
 }
 
 // On a driver that has the core profile only.
-class CoreProfileVolumeGLTest : public vireo_test::GLTest
+class CoreProfileVolumeGLTest : public GLTest
 {
 protected:
     CoreProfileVolumeGLTest()
@@ -642,7 +640,7 @@ TEST_F(CoreProfileVolumeGLTest, RefusesWithoutTheFunctionsOfTheCompatibilityProf
 {
     if (testing::UnitTest::GetInstance()->test_to_run_count() > 1)
         GTEST_SKIP() << "needs a process of its own";
-    vireo_test::setDriverVariable("MESA_GL_VERSION_OVERRIDE", "4.5FC");
+    setDriverVariable("MESA_GL_VERSION_OVERRIDE", "4.5FC");
     if (!makeMainContext())
         return;
     if (glGetString(GL_EXTENSIONS))
@@ -671,7 +669,7 @@ protected:
         // The extensions are asked for once in a process.
         if (testing::UnitTest::GetInstance()->test_to_run_count() > 1)
             GTEST_SKIP() << "needs a process of its own";
-        vireo_test::setDriverVariable("MESA_EXTENSION_OVERRIDE", "-GL_ARB_texture_non_power_of_two");
+        setDriverVariable("MESA_EXTENSION_OVERRIDE", "-GL_ARB_texture_non_power_of_two");
         SliceVolumeRendererGLTest::SetUp();
         const std::string extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
         if (extensions.find("GL_ARB_texture_non_power_of_two") != std::string::npos)

@@ -17,10 +17,6 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 using testing::ThrowsMessage;
-using vireo_test::CallRecorder;
-using vireo_test::callsOf;
-using vireo_test::Picture;
-using vireo_test::Pixel;
 
 // The renderer with its protected parts in reach, and a count of its preparations.
 class OpenRenderer : public Tex2dVolumeRenderer

@@ -83,9 +83,9 @@ inline void lookAtFront(int n)
 }
 
 // What is seen of it then, if it is opaque: the last slice, the right way up.
-inline vireo_test::Picture frontPicture(int n)
+inline Picture frontPicture(int n)
 {
-    vireo_test::Picture picture(static_cast<unsigned int>(n), static_cast<unsigned int>(n));
+    Picture picture(static_cast<unsigned int>(n), static_cast<unsigned int>(n));
     for (int y = 0; y < n; ++y) {
         for (int x = 0; x < n; ++x) {
             const RGBA8 colour = colourOfPlace(x, y, n - 1);

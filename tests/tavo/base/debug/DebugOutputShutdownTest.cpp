@@ -20,7 +20,7 @@ class DebugOutputShutdownTest : public testing::Test
 protected:
     void SetUp() override
     {
-        if (!vireo_test::chooseQtWindowSystem())
+        if (!chooseQtWindowSystem())
             GTEST_SKIP() << "there is no X server: DISPLAY is not set";
         TextDisplayer::init(EventDisplayer::getClass());
     }

@@ -85,7 +85,7 @@ protected:
 
     static void click(DebugSection* section, const char* button)
     {
-        vireo_test::clickMouse(section->findChild<QToolButton*>(button));
+        clickMouse(section->findChild<QToolButton*>(button));
     }
 
     static void waitForExposure() { ASSERT_TRUE(QTest::qWaitForWindowExposed(debugOutput.getWindow())); }
@@ -216,7 +216,7 @@ TEST_F(DebugWindowTest, ReportsAPictureOnAFullDevice)
 {
     const QTemporaryDir folder;
     const QString picture = folder.filePath("picture.png");
-    if (!vireo_test::makeFullDevice(picture.toStdString()))
+    if (!makeFullDevice(picture.toStdString()))
         GTEST_SKIP() << "this process may not make a device that is full";
     send("name", "text");
     EXPECT_FALSE(section(0)->savePicture(picture));

@@ -15,8 +15,6 @@ namespace {
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
-using vireo_test::FileSizeLimit;
-using vireo_test::SmallDisk;
 
 const QByteArray MUCH(100000, 'x');
 const QByteArray LITTLE(1000, 'x'); // so little that it is written as the file is closed
@@ -101,7 +99,7 @@ TEST_F(SaveFilePosixTest, LeavesTheOldFileOnAFullDisk)
 
 TEST_F(SaveFilePosixTest, NeitherReplacesADeviceNorWritesToIt)
 {
-    if (!vireo_test::makeFullDevice(nativePath("full")))
+    if (!makeFullDevice(nativePath("full")))
         GTEST_SKIP() << "this process may not make a device node";
     link("full", "link");
     for (const char* const name : {"full", "link"}) {

@@ -67,7 +67,7 @@ TEST_F(PopupWindowTest, GoesAwayWhenThePersonClicksElsewhere)
     showParent();
     m_Popup.popup(&m_Anchor);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_Popup));
-    vireo_test::clickMouse(&m_Popup, QPoint(-50, -50));
+    clickMouse(&m_Popup, QPoint(-50, -50));
     EXPECT_FALSE(m_Popup.isVisible());
 }
 

@@ -39,7 +39,7 @@ TEST_F(OutputObjectStreamPosixTest, LeavesTheOldFileWhereTheNewOneCannotBeWritte
     constexpr int LIMIT = 12288;
     ASSERT_GT(m_Stream.getText().size(), LIMIT);
     const std::string message = messageOf([&] {
-        const vireo_test::FileSizeLimit limit(LIMIT);
+        const FileSizeLimit limit(LIMIT);
         m_Stream.saveFile(path("settings.json"));
     });
     EXPECT_EQ(message, "OutputObjectStream::saveFile() - " + path("settings.json") + ": File too large");
@@ -49,7 +49,7 @@ TEST_F(OutputObjectStreamPosixTest, LeavesTheOldFileWhereTheNewOneCannotBeWritte
 
 TEST_F(OutputObjectStreamPosixTest, RefusesADevice)
 {
-    if (!vireo_test::makeFullDevice(path("device")))
+    if (!makeFullDevice(path("device")))
         GTEST_SKIP() << "this process may not make a device node";
     EXPECT_EQ(messageOf([&] { m_Stream.saveFile(path("device")); }),
         "OutputObjectStream::saveFile() - " + path("device") + ": is not a regular file");
