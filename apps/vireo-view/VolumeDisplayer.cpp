@@ -24,13 +24,13 @@ namespace {
 
 // The volume's axes as they are shown: X, which points to the right of the person in it, to the viewer's left, Z
 // upwards and Y to the viewer.
-tavo::StaticVector<float, 3> turned(const tavo::StaticVector<float, 3>& v)
+tavo::Vector3f turned(const tavo::Vector3f& v)
 {
     return {-v[0], v[2], v[1]};
 }
 
 // The turn is its own inverse.
-tavo::StaticVector<float, 3> turnedBack(const tavo::StaticVector<float, 3>& v)
+tavo::Vector3f turnedBack(const tavo::Vector3f& v)
 {
     return turned(v);
 }
@@ -90,15 +90,15 @@ void VolumeDisplayer::setTransferFunction(const TransferFunction& transferFuncti
 
 float VolumeDisplayer::getScale() const
 {
-    const tavo::StaticVector<float, 3> extent = m_Volume->getBoundingBox().getExtent();
+    const tavo::Vector3f extent = m_Volume->getBoundingBox().getExtent();
     return static_cast<float>(FITTED_EXTENT / std::max({extent[0], extent[1], extent[2]}));
 }
 
-tavo::BoundingBox<float, 3> VolumeDisplayer::getBoundingBox()
+tavo::Box3f VolumeDisplayer::getBoundingBox()
 {
     if (!m_Volume)
         return {{0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f}};
-    tavo::StaticVector<float, 3> corner = turned(m_Volume->getBoundingBox().getExtent() * (getScale() / 2));
+    tavo::Vector3f corner = turned(m_Volume->getBoundingBox().getExtent() * (getScale() / 2));
     corner[0] = -corner[0];
     return {corner * -1.0f, corner};
 }
@@ -114,8 +114,8 @@ void VolumeDisplayer::drawGL(QGLWidget* widget, tavo::Camera& camera)
     const std::array<float, 16> turn = {-1, 0, 0, 0, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 1};
     glMultMatrixf(turn.data());
     glScalef(getScale(), getScale(), getScale());
-    const tavo::BoundingBox<float, 3>& box = m_Volume->getBoundingBox();
-    const tavo::StaticVector<float, 3> middle = (box.getMin() + box.getMax()) * 0.5f;
+    const tavo::Box3f& box = m_Volume->getBoundingBox();
+    const tavo::Vector3f middle = (box.getMin() + box.getMax()) * 0.5f;
     glTranslatef(-middle[0], -middle[1], -middle[2]);
 
     PreparationBar bar(*widget);

@@ -99,16 +99,16 @@ void GLEventDisplayerWidget::MyGLWidget::setObject(std::unique_ptr<GLEventObject
 
 void GLEventDisplayerWidget::MyGLWidget::refit()
 {
-    const BoundingBox<float, 3> box = m_Object->getBoundingBox();
+    const Box3f box = m_Object->getBoundingBox();
     const CameraFit fit = fitCamera(m_Camera, box);
-    const StaticVector<float, 3> sum = fit.eye + fit.lookAt;
+    const Vector3f sum = fit.eye + fit.lookAt;
     if (!std::isfinite(sum[0] + sum[1] + sum[2]))
         warning("GLEventDisplayerWidget::setGLEventObject() - the object's box is not finite, so the camera stays.");
     m_Controller.place(fit.eye, fit.lookAt, m_Camera.getUpVector());
     warnIfOutOfView(box);
 }
 
-void GLEventDisplayerWidget::MyGLWidget::warnIfOutOfView(const BoundingBox<float, 3>& box)
+void GLEventDisplayerWidget::MyGLWidget::warnIfOutOfView(const Box3f& box)
 {
     const std::string text = m_HasWarned ? std::string() : describeOutOfView(box, m_Camera);
     if (text.empty())

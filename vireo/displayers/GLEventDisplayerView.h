@@ -7,7 +7,7 @@
 
 #include "tavo/base/gui/Camera.h"
 #include "tavo/base/gui/ExaminerCameraController.h"
-#include "tavo/base/math/BoundingBox.h"
+#include "tavo/base/math/vectors.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 
 namespace tavo {
@@ -76,7 +76,7 @@ private:
     void makeDrawnCurrent();
     void paint();
     void drawObject();
-    void warnIfOutOfView(const BoundingBox<float, 3>& box);
+    void warnIfOutOfView(const Box3f& box);
 
     Camera m_Camera;
     ViewContext& m_ViewContext; // of the base, which owns it

@@ -9,18 +9,18 @@ namespace tavo {
 
 namespace {
 
-StaticVector<float, 3> viewingDirection(const Camera& camera)
+Vector3f viewingDirection(const Camera& camera)
 {
-    const StaticVector<float, 3> d = camera.getLookAtPoint() - camera.getEyePoint();
+    const Vector3f d = camera.getLookAtPoint() - camera.getEyePoint();
     const float squared = dot(d, d);
-    return squared > 0.0f ? d * (1.0f / std::sqrt(squared)) : StaticVector<float, 3>(0.0f, 0.0f, 1.0f);
+    return squared > 0.0f ? d * (1.0f / std::sqrt(squared)) : Vector3f(0.0f, 0.0f, 1.0f);
 }
 
 } // namespace
 
-CameraFit fitCamera(const Camera& camera, const BoundingBox<float, 3>& box)
+CameraFit fitCamera(const Camera& camera, const Box3f& box)
 {
-    const StaticVector<float, 3> extent = box.getExtent();
+    const Vector3f extent = box.getExtent();
     const float largest = std::max({extent[0], extent[1], extent[2]});
     // The eye starts from the old look-at point and goes on along the old direction: deliberate.
     return {

@@ -9,9 +9,9 @@ namespace tavo {
 
 void loadCamera(const Camera& camera)
 {
-    const StaticVector<float, 3>& eye = camera.getEyePoint();
-    const StaticVector<float, 3>& lookAt = camera.getLookAtPoint();
-    const StaticVector<float, 3>& up = camera.getUpVector();
+    const Vector3f& eye = camera.getEyePoint();
+    const Vector3f& lookAt = camera.getLookAtPoint();
+    const Vector3f& up = camera.getUpVector();
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     gluLookAt(eye[0], eye[1], eye[2], lookAt[0], lookAt[1], lookAt[2], up[0], up[1], up[2]);

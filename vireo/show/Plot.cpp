@@ -126,7 +126,7 @@ Plot Plot::keep(std::string_view name, std::size_t count, const Statement&) cons
     return *this;
 }
 
-Plot Plot::colour(std::string_view name, const StaticVector<unsigned char, 4>& colour, const Statement&) const
+Plot Plot::colour(std::string_view name, const RGBA8& colour, const Statement&) const
 {
     changeCurve(
         m_Slot, name, [&](CurveUpdate& curve) { curve.colour = qRgba(colour[0], colour[1], colour[2], colour[3]); });

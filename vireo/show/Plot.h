@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "tavo/base/math/StaticVector.h"
+#include "tavo/base/math/vectors.h"
 #include "vireo/show/Export.h"
 #include "vireo/show/Numbers.h"
 #include "vireo/show/delivery/Statement.h"
@@ -67,7 +67,7 @@ public:
     Plot keep(std::string_view name, std::size_t count, const Statement& statement = Statement()) const;
 
     /// The colour of a curve, instead of one of the palette: red, green, blue, opacity, each 0 to 255.
-    Plot colour(std::string_view name, const StaticVector<unsigned char, 4>& colour,
+    Plot colour(std::string_view name, const RGBA8& colour,
         const Statement& statement = Statement()) const;
 
     /// Above the plot. Without one it is the plot's name.
