@@ -4,7 +4,8 @@
 #   in a header      what stands four blanks further in than a comment (///), after an empty line of it
 #   in a document    what stands between ```cpp and ```
 #
-# Code with a line that is a single brace, "{", is definitions and stays as it is; other code becomes the body of a function.
+# Code with a line that is a single brace, "{", behind another is definitions and stays as it is; other code becomes the body of
+# a function.
 # Includes go to the front. What code takes for given, givens.h declares.
 
 FNR == 1 {
@@ -52,8 +53,10 @@ function add_line(line) {
         includes = includes line "\n"
         line = ""
     }
-    if (line == "{")
+    if (line == "{" && has_code)
         is_definitions = 1
+    if (line != "")
+        has_code = 1
     snippet = snippet line "\n"
 }
 
@@ -61,6 +64,7 @@ function begin_snippet() {
     snippet_line = FNR
     snippet_file = FILENAME
     snippet = ""
+    has_code = 0
     is_definitions = 0
     if (is_header && !(FILENAME in is_included))
         includes = includes "#include \"" FILENAME "\"\n"

@@ -3,6 +3,8 @@
 // What the code in headers and documents takes for given: objects that a reader has anyway. Their types are not defined here, so
 // that code shows the includes it needs.
 
+#include <vector>
+
 class QWidget;
 
 namespace tavo {
@@ -27,4 +29,8 @@ extern tavo::RegularVolume& volume;
 extern tavo::GLVertexBuffer& vertices;
 extern const tavo::RGBAImage& image;
 extern QWidget* parent;
+extern const std::vector<double>& times;
+extern const std::vector<double>& pressures;
 void compute();
+double now();
+double measure();

@@ -48,7 +48,7 @@ concept Strided = requires(const std::remove_reference_t<Vector>& vector)
 /// array or a vector of Eigen's; `{1, 2, 3}`; or a pointer and a count. They are copied, and keep their type; of a
 /// vector that is moved in, nothing is copied.
 ///
-///     std::vector<double> pressures = measure();
+///     const std::vector<double> pressures{100.2, 100.9, 101.1};
 ///     tavo::plot("pressure").curve("inlet", pressures).curve("limits", {100.0, 101.5});
 class Numbers : public NumberArray
 {

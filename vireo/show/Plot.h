@@ -18,8 +18,8 @@ struct ViewSlot;
 /// small as a pointer, and can be kept, copied and be a member; it may outlive the plot and the window. All handles of
 /// one name are the same plot, in every thread.
 ///
-///     tavo::plot("pressure").curve("inlet", times, pressures).curve("limit", {0.0, 60.0}, {101.3,
-///     101.3}).yAxis("pressure", "Pa");
+///     const tavo::Plot plot = tavo::plot("pressure");
+///     plot.curve("inlet", times, pressures).curve("limit", {0.0, 60.0}, {101.3, 101.3}).yAxis("pressure", "Pa");
 ///
 /// Every operation may be called by any thread at any time, waits for nobody, throws nothing, and gives the handle
 /// again. What one statement sends is shown together; its last argument (see Statement) is left out. Sending again

@@ -6,7 +6,10 @@
 
 namespace tavo {
 
-// The six faces of a cube as pictures. Nothing keeps them square or of one size.
+/// The six faces of a cube as pictures. Nothing keeps them square or of one size.
+///
+///     RGBACubeMap sky;
+///     sky.getImage(RGBACubeMap::POSITIVE_Y) = image;
 class RGBACubeMap
 {
 public:

@@ -8,8 +8,8 @@
 
 namespace tavo {
 
-// A picture in memory: width x height pixels of four components (red, green, blue, alpha) of one type, row after row
-// without padding. A default image has no pixels.
+/// A picture in memory: width x height pixels of four components (red, green, blue, alpha), row after row without
+/// padding. A default image has no pixels. Programs use its subclasses RGBAImage and RGBAFloat32Image.
 template <typename Component>
 class TemplatedImage
 {
@@ -19,7 +19,7 @@ public:
     TemplatedImage() = default;
     TemplatedImage(unsigned int width, unsigned int height) { resize(width, height); }
 
-    // Sets the size in pixels. The pixels' values are zero afterwards.
+    /// Sets the size in pixels, and every pixel to zero.
     void resize(unsigned int width, unsigned int height)
     {
         m_Pixels.assign(static_cast<std::size_t>(width) * height, Pixel());
@@ -30,11 +30,12 @@ public:
     unsigned int getWidth() const { return m_Width; }
     unsigned int getHeight() const { return m_Height; }
 
-    // The pixel in column x of row y; throws std::out_of_range outside the image.
+    /// The pixel in column `x` of row `y`.
+    /// @throws std::out_of_range Outside the image.
     Pixel& at(unsigned int x, unsigned int y) { return checkedAt(m_Pixels, indexOf(x, y)); }
     const Pixel& at(unsigned int x, unsigned int y) const { return checkedAt(m_Pixels, indexOf(x, y)); }
 
-    // All pixels, row 0 first.
+    /// All pixels, row 0 first.
     std::vector<Pixel>& getPixels() { return m_Pixels; }
     const std::vector<Pixel>& getPixels() const { return m_Pixels; }
 

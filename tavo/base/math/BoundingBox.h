@@ -4,8 +4,11 @@
 
 namespace tavo {
 
-// An axis-aligned box given by its two corners, which are stored as they are given: nothing puts them in order.
-// A default box has both corners at the origin.
+/// An axis-aligned box, given by two corners. The corners are stored as they are given; nothing puts them in order. A
+/// default box has both at the origin.
+///
+///     const BoundingBox<float, 3> box({0, 0, 0}, {181, 217, 181});
+///     const float depth = box.getExtent()[2];
 template <typename T, unsigned int N>
 class BoundingBox
 {
@@ -18,6 +21,7 @@ public:
 
     const StaticVector<T, N>& getMin() const { return m_Min; }
     const StaticVector<T, N>& getMax() const { return m_Max; }
+    /// The maximum minus the minimum.
     StaticVector<T, N> getExtent() const { return m_Max - m_Min; }
 
     bool operator==(const BoundingBox&) const = default;

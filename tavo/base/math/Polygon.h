@@ -7,10 +7,15 @@
 
 namespace tavo {
 
-// The vertex type of polygons in space.
+/// The vertex type of polygons in space.
 using PolyVector3f = Vector3f;
 
-// An ordered list of vertices. Nothing is said about closedness, planarity or orientation.
+/// An ordered list of vertices. It may be open or closed, flat or not, and run either way round.
+///
+///     Polygon<PolyVector3f> triangle;
+///     triangle.addVertex({0, 0, 0});
+///     triangle.addVertex({1, 0, 0});
+///     triangle.addVertex({0, 1, 0});
 template <typename Vertex>
 class Polygon
 {
@@ -20,7 +25,8 @@ public:
 
     unsigned int getNumVertices() const { return static_cast<unsigned int>(m_Vertices.size()); }
 
-    // Throws std::out_of_range beyond the last vertex.
+    /// Vertex `i`, counted from 0.
+    /// @throws std::out_of_range Beyond the last vertex.
     const Vertex& getVertex(unsigned int i) const { return checkedAt(m_Vertices, i); }
 
 private:

@@ -6,15 +6,20 @@
 
 namespace tavo {
 
-// N values of one type, side by side in memory and nothing else, so that an array of vectors is an array of T.
-// The values start at zero. Subscripts are not checked.
+/// `N` values of type `T`, side by side in memory with nothing around them, so an array of vectors is also an array of
+/// `T`. The values start at zero. Subscripts are not checked.
+///
+///     const StaticVector<float, 3> x(1, 0, 0);
+///     const StaticVector<float, 3> y(0, 1, 0);
+///     const StaticVector<float, 3> z = cross(x, y);
+///     const float diagonal = length(x + 2 * z);
 template <typename T, unsigned int N>
 class StaticVector
 {
 public:
     StaticVector() = default;
 
-    // One argument per component.
+    /// Takes one argument per component, and converts each to `T`.
     template <typename... Components>
     requires(sizeof...(Components) == N) explicit(N == 1) StaticVector(Components... components)
         : m_Values{static_cast<T>(components)...}
@@ -62,6 +67,7 @@ private:
 };
 
 template <typename T, unsigned int N>
+/// The scalar product.
 T dot(const StaticVector<T, N>& a, const StaticVector<T, N>& b)
 {
     T sum{};
@@ -71,18 +77,20 @@ T dot(const StaticVector<T, N>& a, const StaticVector<T, N>& b)
 }
 
 template <typename T>
+/// The vector product.
 StaticVector<T, 3> cross(const StaticVector<T, 3>& a, const StaticVector<T, 3>& b)
 {
     return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
 template <typename T, unsigned int N>
+/// The Euclidean length.
 T length(const StaticVector<T, N>& v)
 {
     return std::sqrt(dot(v, v));
 }
 
-// Four zero bytes: transparent black.
+/// Four zero bytes: transparent black.
 inline const StaticVector<unsigned char, 4> NULL_VECTOR4UB;
 
 } // namespace tavo

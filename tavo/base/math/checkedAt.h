@@ -5,8 +5,9 @@
 
 namespace tavo {
 
-// The element at index i of a vector-like container; an index beyond its end throws std::out_of_range with the one text
-// that every checked access of the libraries has, whatever the standard library at hand would say.
+/// Element `i` of a vector-like container.
+/// @throws std::out_of_range Beyond the last element. Every checked access of the libraries throws it with this one
+/// text, whatever the standard library would say.
 template <typename Container>
 auto& checkedAt(Container& container, std::size_t i)
 {

@@ -5,8 +5,13 @@
 
 namespace tavo {
 
-// The types that most code needs, each under the one name that it has everywhere: vectors by size and component, boxes
-// in space, and colours of four bytes in the order red, green, blue, alpha.
+/// @file
+/// The common types, each under one name: vectors by size and component, boxes in space, and colours of four bytes
+/// (red, green, blue, alpha).
+///
+///     const Vector3f middle(0.5f, 0.5f, 0.5f);
+///     const Box3f unitBox({0, 0, 0}, {1, 1, 1});
+///     const RGBA8 yellow(255, 200, 0, 255);
 using Vector2f = StaticVector<float, 2>;
 using Vector3f = StaticVector<float, 3>;
 using Vector4f = StaticVector<float, 4>;
