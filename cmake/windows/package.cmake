@@ -2,8 +2,12 @@
 # the CMake package, vireo-view, and all DLLs that it takes to run them. To build with it takes Qt for Windows besides.
 
 install(FILES ${VIREO_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
-# Qt looks for it in the folder above its libraries; a program that lies beside those has to say so.
-install(FILES ${VIREO_QT_PLATFORM_PLUGIN} DESTINATION plugins/platforms)
+# Qt looks for them in the folder above its libraries; a program that lies beside those has to say so.
+foreach(plugin IN LISTS VIREO_QT_PLUGINS)
+    cmake_path(GET plugin PARENT_PATH folder)
+    cmake_path(GET folder FILENAME kind)
+    install(FILES ${plugin} DESTINATION plugins/${kind})
+endforeach()
 file(WRITE ${PROJECT_BINARY_DIR}/qt.conf "[Paths]\nPrefix = ..\n")
 install(FILES ${PROJECT_BINARY_DIR}/qt.conf DESTINATION ${CMAKE_INSTALL_BINDIR})
 

@@ -1,5 +1,5 @@
-# The zip is unpacked elsewhere; an example is built against what lies there and run, and so is vireo-view, with no DLLs but
-# those of the zip.
+# The zip is unpacked elsewhere; an example is built against what lies there and run, and so are vireo-view and a program with
+# a plot in a dock, with no DLLs and plugins but those of the zip.
 add_test(NAME install.package
     COMMAND ${CMAKE_COMMAND}
         -DBUILD_DIR=${PROJECT_BINARY_DIR}

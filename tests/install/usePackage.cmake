@@ -32,11 +32,16 @@ separate_arguments(flags UNIX_COMMAND "${flags}")
 run(${CXX} -I${SOURCE_DIR}/examples/support ${SOURCE_DIR}/examples/geometry-list/main.cpp ${flags} -lglu32
     -o ${example}/by-pkg-config.exe)
 
+set(docked_plot ${SCRATCH_DIR}/docked-plot)
+run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/install/docked-plot -B ${docked_plot} -G Ninja --toolchain ${TOOLCHAIN})
+run(${CMAKE_COMMAND} --build ${docked_plot})
+
 string(REPLACE "/" "\\" dlls "Z:${package}/bin")
 set(ENV{WINEPATH} ${dlls})
 foreach(program geometry-list by-pkg-config)
     make_picture(${example}/${program}.png ${example}/${program}.exe ${example}/${program}.png)
 endforeach()
+make_picture(${docked_plot}/icon.png ${docked_plot}/docked-plot.exe ${docked_plot}/plot.svg ${docked_plot}/icon.png)
 
 set(ENV{WINEPATH} "")
 file(WRITE ${SCRATCH_DIR}/columns.csv "1\n3\n2\n")
