@@ -31,6 +31,8 @@ extern const tavo::RGBAImage& image;
 extern QWidget* parent;
 extern const std::vector<double>& times;
 extern const std::vector<double>& pressures;
+extern const std::vector<double>& left;
+extern const std::vector<double>& torque;
 void compute();
 double now();
 double measure();

@@ -18,28 +18,30 @@ class DebugWindow;
 class EventDisplayerEvent;
 class MetaClass;
 
-// What std::setw and its like give. The debug output does not take it: each piece has a stream of its own, so a format
-// would be lost before the next.
+/// What std::setw and the like return. The debug output does not accept these: each piece of text has its own stream,
+/// so a format would be lost before the next piece.
 template <typename T>
 concept StreamFormat = std::same_as<T, decltype(std::setw(0))> || std::same_as<T, decltype(std::setprecision(0))> ||
     std::same_as<T, decltype(std::setfill(' '))> || std::same_as<T, decltype(std::setbase(0))> ||
     std::same_as<T, decltype(std::setiosflags({}))> || std::same_as<T, decltype(std::resetiosflags({}))>;
 
 template <typename T>
+/// Whether it is a pointer to characters.
 inline constexpr bool isCharacters =
     std::is_pointer_v<std::decay_t<T>>&& std::is_convertible_v<std::decay_t<T>, const char*>;
 
 template <typename T>
+/// How many kinds of text it converts to.
 inline constexpr int numTextsOf = int(std::is_convertible_v<const T&, const char*>) +
                                   int(std::is_convertible_v<const T&, std::string>) +
                                   int(std::is_convertible_v<const T&, std::string_view>);
 
-// Characters, or what converts to one kind of text, such as a path: it is written as that text. What converts to
-// several kinds is left to its operator<<.
+/// Characters, or what converts to exactly one kind of text, such as a path. It is written as that text. What converts
+/// to several kinds is left to its operator<<.
 template <typename T>
 concept Text = isCharacters<T> ||(numTextsOf<T> == 1);
 
-// What has an operator<< for a std::ostream, and is not text.
+/// What has an operator<< for std::ostream and is not text.
 template <typename T>
 concept Streamable = !Text<T> && !std::is_function_v<std::remove_pointer_t<T>> && !StreamFormat<T> &&
                      requires(std::ostream & stream, const T& value)
@@ -47,17 +49,17 @@ concept Streamable = !Text<T> && !std::is_function_v<std::remove_pointer_t<T>> &
     stream << value;
 };
 
-// The channel on which a running application shows what it is doing: lines of text, and events that displayers of the
-// sender's choice show in the debug window. There is one, debugOutput, usable from the first static initialiser to the
-// last destructor.
-//
-// Text may come from any thread. It is kept (the last megabyte), appended to the debug window's log while there is a
-// window, and written to the standard error stream while there is none. What comes within a frame is appended in
-// one piece, so that a flood of text leaves the window usable. The log keeps the last 10,000 lines, and begins a new
-// line after 1,000 characters without one.
-//
-// Events need a QApplication and come from its thread. The first one opens the debug window; later ones of the same
-// displayer class and name go to the same section of it.
+/// The channel on which a running application shows what it is doing: lines of text, and events that displayers show in
+/// the debug window. There is one, `debugOutput`, usable from the first static initialiser to the last destructor.
+///
+///     debugOutput << "step " << 3 << " took " << 0.25 << " seconds\n";
+///
+/// Text may come from any thread. Its last megabyte is kept. While there is a debug window, text goes to its log, in
+/// one piece per frame, so that a flood of it leaves the window usable; while there is none, it goes to the standard
+/// error stream. The log keeps the last 10,000 lines, and breaks lines after 1,000 characters.
+///
+/// Events need a QApplication and must come from its thread. The first one opens the debug window. Later ones of the
+/// same displayer class and name go to the same section of it.
 class TAVO_BASE_EXPORT DebugOutput
 {
 public:
@@ -66,9 +68,9 @@ public:
     DebugOutput& operator<<(std::string_view text);
     DebugOutput& operator<<(std::nullptr_t) { return *this << static_cast<const char*>(nullptr); }
 
-    // Anything that a stream writes. Numbers have all the digits that tell them from others, and a byte (signed or
-    // unsigned char) is a number; a bool is "true" or "false". What the value's own operator throws is passed on, with
-    // nothing written.
+    /// Writes whatever a stream can write. Numbers get all the digits that tell them apart. Signed and unsigned char
+    /// are numbers; a bool is "true" or "false". What the value's own operator throws is passed on, and nothing is
+    /// written.
     template <Streamable T>
     DebugOutput& operator<<(const T& value)
     {
@@ -81,25 +83,27 @@ public:
             return writeBy([&value](std::ostream& stream) { stream << value; });
     }
 
-    // Formats are for a std::ostream of one's own.
+    /// Not available: use formats with a std::ostream of your own.
     template <StreamFormat T>
     DebugOutput& operator<<(const T& format) = delete;
     DebugOutput& operator<<(std::ios_base& (*format)(std::ios_base&)) = delete;
 
-    // std::endl, std::ends and std::flush. There is nothing to flush.
+    /// Takes std::endl, std::ends and std::flush. There is nothing to flush.
     DebugOutput& operator<<(std::ostream& (*manipulator)(std::ostream&)) { return writeBy(manipulator); }
 
-    // Hands the event to the displayer of that class and name, made on the first event. The event stays the caller's;
-    // what it carries passes to the displayer as the event's class says. False if no displayer got it, and with it
-    // nothing that it carries: without a QApplication (said once on the standard error stream), from another thread, or
-    // when the displayer cannot be made. What a displayer throws is reported, not passed on.
+    /// Hands the event to the displayer of that class and name; the first event makes the displayer. Returns false if
+    /// no displayer got the event: there is no QApplication (said once on the standard error stream), this is not its
+    /// thread, or the displayer cannot be made. What a displayer throws is reported, not passed on.
+    /// @owns The caller keeps the event. What it carries passes to the displayer as the event's class says, but only if
+    /// this returns true.
     bool displayEvent(const MetaClass* displayerClass, std::string name, const EventDisplayerEvent* event);
 
-    // The debug window, null before the first event and after the QApplication has gone. It belongs to the debug
-    // output. In the thread of the QApplication its log holds all text so far.
+    /// The debug window; null before the first event and after the QApplication has gone. In the QApplication's thread
+    /// its log holds all text so far.
+    /// @owns The debug output owns the window.
     DebugWindow* getWindow() const;
 
-    // The text that is kept.
+    /// The text that is kept.
     std::string getText() const;
 
 private:

@@ -15,52 +15,55 @@ namespace tavo {
 class EventDisplayer;
 class MetaClass;
 
-// One section of the debug window: a displayer's widget under a title bar that collapses it, saves a picture of it and
-// closes it. A name too long for the title bar is cut there, and stands in its tool tip.
+/// One section of the debug window: a displayer's widget under a title bar with buttons to collapse it, to save a
+/// picture of it and to close it. The title bar cuts a long name; the tool tip shows all of it.
+///
+///     for (DebugSection* section : debugOutput.getWindow()->getSections())
+///         section->savePicture(section->getShortTitle() + ".png");
 class TAVO_BASE_EXPORT DebugSection : public QFrame
 {
     Q_OBJECT
 
 public:
-    // Makes a displayer of that class and its widget. Throws PException if the class is null or makes no
-    // EventDisplayer.
+    /// Makes a displayer of that class, and its widget.
+    /// @throws PException If the class is null or makes no EventDisplayer.
     DebugSection(const MetaClass* displayerClass, std::string name, QWidget* parent);
     ~DebugSection() override;
 
     const MetaClass* getDisplayerClass() const { return m_DisplayerClass; }
     const std::string& getName() const { return m_Name; }
 
-    // The name as people see it: in one line, with control characters written out, no longer than its place in a menu
-    // or a dialog.
+    /// The name as people see it: in one line, with control characters escaped, short enough for a menu or a dialog.
     QString getShortTitle() const;
 
     EventDisplayer& getDisplayer() { return *m_Displayer; }
 
-    // The displayer's widget, null if it has none. It belongs to the section.
+    /// The displayer's widget; null if it has none.
+    /// @owns The section owns the widget.
     QWidget* getDisplayerWidget() const { return m_Widget; }
 
     bool isCollapsed() const;
     void setCollapsed(bool collapsed);
 
-    // A closed section is hidden; its displayer goes on receiving events.
+    /// A closed section is hidden. Its displayer still receives events.
     bool isClosed() const { return m_IsClosed; }
     void setClosed(bool closed);
 
-    // A picture of the displayer's view, null if there is none.
+    /// A picture of the displayer's view; null if there is none.
     QImage getPicture();
 
-    // Saves it as a PNG or whatever else the file's name says (see tavo/base/files/saveFile.h). A picture that cannot
-    // be written is an error in the debug output, and false.
+    /// Saves the picture, as a PNG or in whatever format the file's name asks for (see tavo/base/files/saveFile.h). If
+    /// that fails, writes an error to the debug output and returns false.
     bool savePicture(const QString& fileName);
 
 signals:
-    // The section was closed or reopened.
+    /// The section was closed or reopened.
     void closedChanged();
 
 private:
     QWidget* makeTitleBar();
 
-    // Asks for a file without blocking the program, and saves the picture into it.
+    // Asks for a file without blocking the program, and saves the picture there.
     void askWhereToSave();
 
     const MetaClass* m_DisplayerClass;

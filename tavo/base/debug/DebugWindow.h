@@ -17,12 +17,15 @@ class DebugSection;
 class EventDisplayer;
 class MetaClass;
 
-// The window of the debug output: a section for every displayer class and name, in the order in which they came, above
-// a log of the text. Closing the window or a section only hides it: what is sent goes on arriving. A closed section is
-// reopened from the menu "Closed sections", a closed window by the next new section or by show().
-//
-// The window does not keep an application running whose own windows are closed; closed as the last one, it ends the
-// application as any last window does.
+/// The window of the debug output: one section for every displayer class and name, in order of arrival, above a log of
+/// the text. Closing the window or a section only hides it; what is sent still arrives. The menu "Closed sections"
+/// reopens a section. The next new section, or show(), reopens the window.
+///
+///     if (DebugWindow* const window = debugOutput.getWindow())
+///         window->show();
+///
+/// The window does not keep an application running whose own windows are closed. If it is the last one, closing it ends
+/// the application, as with any last window.
 class TAVO_BASE_EXPORT DebugWindow : public QWidget
 {
     Q_OBJECT
@@ -31,16 +34,17 @@ public:
     DebugWindow();
     ~DebugWindow() override;
 
-    // The displayer of that class and name; the first call makes it and its section, and shows the window. Throws
-    // PException if the class is null or makes no EventDisplayer, and passes on what the displayer's making throws; no
-    // section stays behind then.
+    /// The displayer of that class and name. The first call makes it and its section, and shows the window.
+    /// @throws PException If the class is null or makes no EventDisplayer. Like whatever the displayer's constructor
+    /// throws, it leaves no section behind.
     EventDisplayer& getDisplayer(const MetaClass* displayerClass, const std::string& name);
 
-    // All sections in order of arrival, closed ones too. They belong to the window.
+    /// All sections in order of arrival, closed ones included.
+    /// @owns The window owns the sections.
     const std::vector<DebugSection*>& getSections() const { return m_Sections; }
 
-    // Appends to the log as it is: a line ends where the text says so. Of all lines the log keeps the last 10,000. (The
-    // debug output collects text, and appends it once in a frame.)
+    /// Appends text to the log at once and as it is; only "\n" ends a line. The log keeps the last 10,000 lines.
+    /// Programs write to `debugOutput` instead, which appends once per frame.
     void appendText(const std::string& text);
 
 protected:

@@ -4,13 +4,19 @@
 
 namespace tavo {
 
-// An exception of the operating system (an access violation, a division by zero) as a C++ exception. translateFaults
-// throws it, and applications may that translate such exceptions themselves.
+/// An exception of the operating system, such as an access violation or a division by zero, as a C++ exception.
+/// translateFaults throws it; so may applications that translate such exceptions themselves.
+///
+///     try {
+///         translateFaults(compute);
+///     } catch (const SE_Exception& fault) {
+///         displayOSException(fault.getCode(), fault.getRecord());
+///     }
 class TAVO_BASE_EXPORT SE_Exception
 {
 public:
-    // The record is the operating system's description of the exception (EXCEPTION_RECORD on Windows), null if there is
-    // none. It is only pointed to.
+    /// Keeps the code and a pointer to the operating system's description (EXCEPTION_RECORD on Windows), which may be
+    /// null.
     SE_Exception(unsigned int code, const void* record)
         : m_Code(code)
         , m_Record(record)

@@ -6,20 +6,20 @@
 
 namespace tavo {
 
-// Runs a piece of code; what it throws is thrown on. On 64-bit Windows, a fault of the processor in it (an access
-// violation, an integer division by zero, a stack overflow) is thrown too, as an SE_Exception whose record lives as
-// long as the exception does.
-//
-// - Whoever would have seen the fault before an __except block around this call has seen it: debuggers, vectored
-//   handlers, __except blocks inside. What they handle is not thrown.
-// - The code is left where the fault was. Destructors and catch blocks in it do not run, so what it would have freed,
-//   unlocked or set back there stays as it is: have few such things inside. Outside the call, the exception is like any
-//   other.
-// - Faults elsewhere, on other threads too, go their usual way. So do breakpoints and exceptions of other codes, which
-//   are no faults.
-//
-// Elsewhere a fault ends the process, as it does without this function: it comes as a signal, and a signal handler may
-// neither throw nor leave the code that it has interrupted in a way that is defined.
+/// Runs a piece of code, and passes on what it throws. On 64-bit Windows it also throws a fault of the processor in
+/// that code (an access violation, an integer division by zero, a stack overflow) as an SE_Exception, whose record
+/// lives as long as the exception.
+///
+/// - Whoever would have seen the fault before an `__except` block around this call has seen it: debuggers, vectored
+///   handlers, `__except` blocks inside. What they handle is not thrown.
+/// - The code is abandoned where the fault was. Its destructors and catch blocks do not run, so what they would have
+///   freed, unlocked or restored stays as it is: keep such things outside the call, where the exception is like any
+///   other.
+/// - Faults elsewhere, on other threads too, go their usual way. So do breakpoints and exceptions with other codes,
+///   which are not faults.
+///
+/// On other systems a fault ends the process, as it does without this function: it arrives as a signal, and a signal
+/// handler may neither throw nor leave the interrupted code in any defined way.
 TAVO_BASE_EXPORT void translateFaults(const std::function<void()>& code);
 
 } // namespace tavo

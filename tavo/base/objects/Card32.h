@@ -2,7 +2,7 @@
 
 namespace tavo {
 
-// A number of 32 bits without a sign, as the fields of persistent objects hold it.
+/// An unsigned number of 32 bits, as the fields of persistent objects hold it.
 using Card32 = unsigned int;
 
 } // namespace tavo

@@ -4,10 +4,18 @@
 
 namespace tavo {
 
-// A property that is a field of type Card32. A class registers it with the position of the field as seen from Object:
-//
-//     record->addProperty(new Card32ClassProperty(
-//         "m_Size", 1000, static_cast<Card32 Object::*>(&Shape::m_Size), nullptr, nullptr, 0));
+/// A property that is a field of type Card32. A class registers it with the field's position, as seen from Object:
+///
+///     struct Shape : Object
+///     {
+///         Card32 m_Size = 0;
+///     };
+///
+///     void addProperties(MetaClass& record)
+///     {
+///         const auto size = static_cast<Card32ClassProperty::Position>(&Shape::m_Size);
+///         record.addProperty(new Card32ClassProperty("m_Size", 1000, size, nullptr, nullptr, 0));
+///     }
 class TAVO_BASE_EXPORT Card32ClassProperty : public ClassProperty
 {
 public:
@@ -15,8 +23,8 @@ public:
     using Accessor = Card32 (Object::*)() const;
     using TextConverter = std::string (*)(Card32 value);
 
-    // The value is asked of the accessor, or of the field itself if that is null; it is always set in the field. A null
-    // converter shows the value as a plain number.
+    /// Names the property and says where it is. The value is read through the accessor, or from the field if that is
+    /// null, and always written to the field. The converter makes the text for people; null shows a plain number.
     Card32ClassProperty(const char* name, unsigned int version, Position position, Accessor accessor,
         TextConverter converter, unsigned int flags);
     ~Card32ClassProperty() override;

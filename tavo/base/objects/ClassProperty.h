@@ -10,16 +10,18 @@ namespace tavo {
 
 class Object;
 
-// A named value that every object of a class has. Objects are assigned, compared, hashed, written, read and shown
-// through the properties of their class.
-//
-// The operations take objects of the class that the property belongs to, or of one derived from it; they cannot check
-// it.
+/// A named value that every object of a class has. Objects are assigned, compared, hashed, written, read and shown
+/// through the properties of their class.
+///
+///     for (const ClassProperty* property : object.getInstanceClass()->getAllProperties())
+///         debugOutput << property->getName() << " = " << property->getText(object) << "\n";
+///
+/// The operations take objects of the property's class or of one derived from it. They cannot check this.
 class TAVO_BASE_EXPORT ClassProperty
 {
 public:
-    // The name is copied. The version is that of the class since which it has the property. The flags are kept for the
-    // application, which gives them their meaning.
+    /// Copies the name. The version is that of the class which first had the property. The flags mean what the
+    /// application wants them to mean.
     ClassProperty(const char* name, unsigned int version, unsigned int flags);
     virtual ~ClassProperty();
 
@@ -30,20 +32,21 @@ public:
     unsigned int getVersion() const { return m_Version; }
     unsigned int getFlags() const { return m_Flags; }
 
+    /// Sets the property of `object` to that of `source`.
     virtual void assign(Object& object, const Object& source) const = 0;
     virtual bool equal(const Object& a, const Object& b) const = 0;
     virtual Card32 getHashValue(const Object& object) const = 0;
 
-    // The value as a person is shown it.
+    /// The value as shown to people.
     virtual std::string getText(const Object& object) const = 0;
 
     virtual QJsonValue write(const Object& object) const = 0;
 
-    // What keeps the property from taking this value, as the end of a sentence that begins with the value ("is
-    // negative"); empty if nothing does.
+    /// What is wrong with this value, as the end of a sentence that begins with it ("is negative"). Empty if the
+    /// property can take it.
     virtual std::string getFault(const QJsonValue& value) const = 0;
 
-    // Sets the property to a value that has no fault.
+    /// Sets the property to a value without a fault.
     virtual void read(Object& object, const QJsonValue& value) const = 0;
 
 private:

@@ -8,12 +8,16 @@ namespace tavo {
 
 class Object;
 
-// What one copy operation has copied so far, so that an object that it meets twice is copied once. It owns nothing, and
-// is of use only as long as the objects in it live and no copy has failed.
+/// Remembers what one copy operation has copied, so that an object that it meets twice is copied once. It owns nothing.
+/// Drop it when an object in it dies or a copy fails.
+///
+///     CopyContext copies;
+///     Object* const copy = object.copy(&copies);
+///     Object* const same = object.copy(&copies); // the one copy again
 class TAVO_BASE_EXPORT CopyContext
 {
 public:
-    // The copy of that object, or null if it has not been copied yet.
+    /// The copy of that object; null if there is none yet.
     Object* findCopy(const Object* original) const;
 
     void addCopy(const Object* original, Object* copy);

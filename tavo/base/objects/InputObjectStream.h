@@ -18,31 +18,39 @@ class ClassProperty;
 class MetaClass;
 class Persistent;
 
-// Reads back the objects of an OutputObjectStream, one after the other. Nothing in the text is trusted: whatever is
-// damaged, missing or of another format ends in a PException that says where and why. An operation that fails leaves
-// the stream at the object at which it was.
+/// Reads back the objects of an OutputObjectStream, one after the other. It trusts nothing in the text: what is
+/// damaged, missing or of another format ends in a PException that says where and why. An operation that fails leaves
+/// the stream at the object where it was.
+///
+///     InputObjectStream stream = InputObjectStream::openFile("shapes.json");
+///     std::vector<std::unique_ptr<Persistent>> shapes;
+///     while (!stream.isAtEnd())
+///         shapes.push_back(stream.readObject());
 class TAVO_BASE_EXPORT InputObjectStream
 {
 public:
-    // The text is UTF-8; a byte order mark at its start is skipped. The name, say that of a file, begins the place that
-    // messages give. Throws PException if the text is not that of an object stream; of the objects in it nothing is
-    // looked at yet.
+    /// Begins to read UTF-8 text; a byte order mark is skipped. Messages name the text by `name`, which may be a
+    /// file's. The objects are looked at only when they are read.
+    /// @throws PException If the text is not that of an object stream.
     explicit InputObjectStream(const QByteArray& text, std::string name = "text");
 
-    // The stream that the file holds, under the file's path as its name.
+    /// Begins to read a file. Messages name it by its path.
+    /// @throws PException If it cannot be read or holds no object stream.
     static InputObjectStream openFile(const std::string& path);
 
-    // Whether all objects have been read.
+    /// Whether all objects have been read.
     bool isAtEnd() const { return m_Position >= m_Objects.size(); }
 
-    // Makes an object of the class that the next object has and reads it. Throws PException if there is none, its class
-    // is not registered, abstract or not persistent, or the object is damaged.
+    /// Makes the next object, of whatever class it has, and reads it.
+    /// @throws PException If there is none, its class is not registered, abstract or not persistent, or the object is
+    /// damaged.
     std::unique_ptr<Persistent> readObject();
 
-    // Reads the next object into this one, as Persistent::read says.
+    /// Reads the next object into this one (see Persistent::read).
     void readObject(Persistent& object);
 
-    // Passes over the next object. Throws PException if there is none.
+    /// Skips the next object.
+    /// @throws PException If there is none.
     void skipObject();
 
 private:

@@ -12,37 +12,41 @@ namespace tavo {
 
 class Object;
 
-// The record of a class at run time: its name, its base class, how to make an instance, and its properties. A record is
-// made and destroyed by its class (see ClassRecord.h for the pattern); it can be found by name while it is registered.
-//
-// To register a class: init, then registerClass, then addProperty for each property. Doing so again replaces what was
-// registered before.
+/// The record of a class at run time: its name, its base class, its properties, and how to make an instance. A class
+/// makes and destroys its own record (see ClassRecord.h for the pattern). While it is registered, it can be found by
+/// name:
+///
+///     const MetaClass* const shapeClass = MetaClass::findClass("Shape");
+///     Object* const newShape = shapeClass ? shapeClass->newInstance() : nullptr;
+///
+/// To register a class, call init, registerClass, then addProperty for each property. Doing so again replaces the
+/// earlier registration.
 class TAVO_BASE_EXPORT MetaClass
 {
 public:
     using Factory = Object* (*)();
 
-    // The texts are copied. The factory makes a default-constructed instance that belongs to who called it, or gives
-    // null when there is no memory; an abstract class has none. The instance size is in bytes.
+    /// Copies the texts. The factory makes a default-constructed instance, which its caller owns, or returns null
+    /// without memory; an abstract class has none. The instance size is in bytes.
     MetaClass(const char* name, const char* description, Factory factory, std::size_t instanceSize);
 
     MetaClass(const MetaClass&) = delete;
     MetaClass& operator=(const MetaClass&) = delete;
 
-    // Completes the registration: drops the properties of an earlier one and enters the class under its name. Throws
-    // PException, and changes nothing, if another class is registered under that name.
+    /// Registers the class under its name, and drops the properties of an earlier registration.
+    /// @throws PException If another class is registered under that name. Nothing has changed then.
     virtual void registerClass();
 
-    // Takes the class out of the registry, and its properties with it. Records of derived classes may live on; they
-    // have no base class then.
+    /// Removes the class and its properties from the registry. Records of derived classes live on without a base class.
     virtual ~MetaClass();
 
-    // Sets the record of the base class, null for none, and the version of the class, which is written along with its
-    // objects. Throws PException if parent is this class or derived from it.
+    /// Sets the record of the base class (null for none) and the version, which is written with every object.
+    /// @throws PException If `parent` is this class or derived from it.
     void init(const MetaClass* parent, unsigned int version);
 
-    // Adds a property, which belongs to the class from the call on. Throws PException if it is null or the class has
-    // one of that name; a name that a base class uses is free.
+    /// Adds a property. A base class may use the same name.
+    /// @owns The class owns the property, even if this throws.
+    /// @throws PException If the property is null, or the class itself has one of that name.
     void addProperty(ClassProperty* property);
 
     const char* getName() const { return m_Name.c_str(); }
@@ -53,23 +57,25 @@ public:
     bool isAbstract() const { return !m_Factory; }
     bool isRegistered() const { return m_Registered; }
 
-    // Whether this class is other or derived from it.
+    /// Whether this class is `other` or derived from it.
     bool isDerivedFrom(const MetaClass* other) const;
 
-    // The properties of the class itself, in the order in which they were added.
+    /// The properties of the class itself, in the order in which they were added.
     const std::vector<std::unique_ptr<ClassProperty>>& getProperties() const { return m_Properties; }
 
-    // The class and all its base classes, from the outermost base down.
+    /// The class and all its base classes, outermost base first.
     std::vector<const MetaClass*> getLineage() const;
 
-    // The properties of an instance: those of getProperties for each class of getLineage.
+    /// The properties of an instance: those of each class of getLineage.
     std::vector<const ClassProperty*> getAllProperties() const;
 
-    // A new instance, which belongs to the caller. Throws PException if the class is abstract, std::bad_alloc if there
-    // is no memory.
+    /// Makes a new instance.
+    /// @owns The caller owns it.
+    /// @throws PException If the class is abstract.
+    /// @throws std::bad_alloc Without memory.
     Object* newInstance() const;
 
-    // The class that is registered under that name, or null.
+    /// The class registered under that name; null if there is none.
     static const MetaClass* findClass(const std::string& name);
 
 private:

@@ -8,39 +8,45 @@ namespace tavo {
 class CopyContext;
 class MetaClass;
 
-// The base of everything that has a class at run time. Assigning, comparing, hashing and copying go through the
-// properties that the object's class has registered, inherited ones first, so that a class that registers its fields
-// needs no code of its own for them. Fields that are not registered take no part.
-//
-// A class overrides getInstanceClass and has a getClass, an init and a shutdown of the pattern of ClassRecord.h. An
-// object must not be used any more once its class record is destroyed.
+/// The base of everything that has a class at run time. Assigning, comparing, hashing and copying go through the
+/// registered properties, inherited ones first, so a class that registers its fields needs no code of its own. Fields
+/// that are not registered are left out.
+///
+///     Object* const copy = object.copy(nullptr);
+///     const bool same = copy->equal(&object); // true
+///     delete copy;
+///
+/// A class of your own overrides getInstanceClass and follows the pattern of ClassRecord.h. Do not use an object after
+/// its class record has been destroyed.
 class TAVO_BASE_EXPORT Object
 {
 public:
-    // The class record of the object's own class.
+    /// The record of the object's own class.
     virtual const MetaClass* getInstanceClass() const;
 
-    // Takes over the properties of other, an object of this object's class or of one derived from it, as far as this
-    // object has them too. Throws PException, and changes nothing, if other is null or of another class, or if this
-    // object's class is not registered. The context is the one of the copy operation that this is part of, or null.
+    /// Takes over the properties of `other`, which has this object's class or one derived from it. The context belongs
+    /// to the copy operation that this is part of; it may be null.
+    /// @throws PException If `other` is null or of another class, or this object's class is not registered. Nothing has
+    /// changed then.
     virtual void assign(const Object* other, CopyContext* context);
 
-    // Whether other is of the very same class and all properties are equal. Null equals nothing. Throws PException if
-    // the class is not registered.
+    /// Whether `other` is of the very same class and all properties are equal. Null equals nothing.
+    /// @throws PException If the class is not registered.
     virtual bool equal(const Object* other) const;
 
-    // A hash of the properties, the same for equal objects and in every run of the program. Throws PException if the
-    // class is not registered.
+    /// A hash of the properties: the same for equal objects, and in every run of the program.
+    /// @throws PException If the class is not registered.
     virtual Card32 getFieldsHashValue() const;
 
-    // A new object of the same class with the same properties; it belongs to the caller. Within one context (null for
-    // none) an object is copied once: asked again, it answers with the copy it has made. Throws PException if the class
-    // is abstract or not registered.
+    /// A new object of the same class with the same properties. Within one context an object is copied once; asked
+    /// again, it returns that copy. The context may be null.
+    /// @owns The caller owns the copy.
+    /// @throws PException If the class is abstract or not registered.
     virtual Object* copy(CopyContext* context) const;
 
     virtual ~Object();
 
-    // The class record, registered, without a factory.
+    /// The class record, which is registered and has no factory.
     static const MetaClass* getClass();
 
 protected:

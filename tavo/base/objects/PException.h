@@ -7,8 +7,14 @@
 
 namespace tavo {
 
-// What the libraries throw on misuse and bad input: one line of text, which names the class, the operation and the
-// reason.
+/// What the libraries throw on misuse and bad input. Its text is one line that names the class, the operation and the
+/// reason.
+///
+///     try {
+///         object.assign(nullptr, nullptr);
+///     } catch (const PException& exception) {
+///         displayPException(exception); // one line in the debug output
+///     }
 class TAVO_BASE_EXPORT PException : public std::exception
 {
 public:
