@@ -9,16 +9,21 @@
 
 namespace tavo {
 
-// Files that are saved whole or not at all: the contents are written beside the file, and take its place when all of
-// them are written. On a full disk, say, the file stays as it was.
-//
-// A file that is replaced keeps its permissions. A symbolic link stays, and the file that it leads to is replaced, or
-// made. What is no regular file (a folder, a device, a pipe) is neither replaced nor written to.
-//
-// Both return why the file could not be saved, in words for a person, empty if it was saved.
+/// @file
+/// Files that are saved whole or not at all. The contents are written beside the file and take its place when they are
+/// complete; if the disk is full, the file stays as it was.
+///
+///     const std::string error = saveFile("notes.txt", "a line\n");
+///     if (!error.empty())
+///         warning(error);
+///
+/// A file that is replaced keeps its permissions. A symbolic link stays, and the file it leads to is replaced or made.
+/// What is not a regular file (a folder, a device, a pipe) is left alone.
+
+/// Saves the contents. Returns why that failed, in words for people; empty if it did not.
 [[nodiscard]] TAVO_BASE_EXPORT std::string saveFile(const QString& path, const QByteArray& contents);
 
-// As a PNG or whatever else the end of the file's name says.
+/// Saves a picture, as a PNG or in whatever format the file's name asks for. Returns as saveFile does.
 [[nodiscard]] TAVO_BASE_EXPORT std::string savePicture(const QString& path, const QImage& picture);
 
 } // namespace tavo

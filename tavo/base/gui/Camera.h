@@ -5,23 +5,26 @@
 
 namespace tavo {
 
-// A place to look from, a point to look at and a direction that is up. Every camera can be looked through: the three
-// are finite, eye and look-at point differ, and up leaves the viewing direction.
+/// A point to look from, a point to look at, and the direction that is up. Every camera is usable: its values are
+/// finite, eye and look-at point differ, and up is not along the viewing direction.
+///
+///     Camera camera;
+///     camera.setView({0, -500, 0}, {0, 0, 0}, {0, 0, 1});
 class TAVO_BASE_EXPORT Camera
 {
 public:
-    // Looks at the origin from (0, 0, -1), with y up.
+    /// Looks at the origin from (0, 0, -1), with y up.
     Camera();
 
     const Vector3f& getEyePoint() const { return m_EyePoint; }
     const Vector3f& getLookAtPoint() const { return m_LookAtPoint; }
 
-    // Of length 1 and at right angles to the viewing direction.
+    /// Of length 1, and at right angles to the viewing direction.
     const Vector3f& getUpVector() const { return m_UpVector; }
 
-    // Sets all three. Points that are not finite are refused: the camera stays as it was, and the answer is false. What
-    // else could not be looked through is mended: points that (nearly) coincide by backing off along the old viewing
-    // direction, and an up vector without a use by one at right angles.
+    /// Sets all three. If a value is not finite, leaves the camera as it was and returns false. What else would be
+    /// unusable is corrected: if the points (nearly) coincide, the eye backs off along the old viewing direction; if up
+    /// is of no use, a vector at right angles replaces it.
     bool setView(const Vector3f& eye, const Vector3f& lookAt, const Vector3f& up);
 
     bool operator==(const Camera&) const = default;

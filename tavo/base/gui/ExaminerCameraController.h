@@ -7,52 +7,60 @@
 
 namespace tavo {
 
-// Lets a person examine what a camera looks at with mouse and keys, as if holding it.
-//
-//   left button    turns about the look-at point: what is under the pointer follows it
-//   right button   up moves nearer, down farther
-//   middle button  shifts: what lies at the look-at point's distance follows the pointer
-//   wheel          forward moves nearer, back farther
-//   arrow keys     turn; with shift they shift
-//   + and -        move nearer and farther
-//   Home           goes back to where the camera was placed last
-//
-// Events are collected and take effect in update(), once per frame. Pixels have their origin at the upper left.
+/// Lets people examine what a camera looks at with mouse and keys, as if they held it.
+///
+/// | input | effect |
+/// |---|---|
+/// | left button | turns about the look-at point: what is under the pointer follows it |
+/// | right button | up moves nearer, down moves away |
+/// | middle button | shifts: what is as far away as the look-at point follows the pointer |
+/// | wheel | forward moves nearer, back moves away |
+/// | arrow keys | turn; with shift, they shift |
+/// | + and - | move nearer and away |
+/// | Home | returns to where the camera was last placed |
+///
+/// Events are collected, and update() applies them once per frame. Pixels are counted from the upper left.
+///
+///     ExaminerCameraController controller;
+///     controller.setCamera(&camera);
+///     controller.setSize(640, 480);
+///     controller.mouseWheel(1);
+///     controller.update();
 class TAVO_BASE_EXPORT ExaminerCameraController
 {
 public:
-    // The buttons' numbers in mouse events. Any other number does nothing. Of several buttons, the one pressed last
-    // counts.
+    /// The numbers of the buttons in mouse events. Others do nothing. If several are down, the last one pressed counts.
     static constexpr unsigned int LEFT_BUTTON = 1;
     static constexpr unsigned int RIGHT_BUTTON = 2;
     static constexpr unsigned int MIDDLE_BUTTON = 4;
 
-    // The camera to steer, which must outlive the controller or be replaced before it dies; null for none.
+    /// Sets the camera to steer; null for none.
+    /// @owns The caller keeps the camera, which must outlive the controller or be replaced before it dies.
     void setCamera(Camera* camera);
 
-    // The view's size in pixels.
+    /// The size of the view in pixels.
     void setSize(int width, int height);
 
     void mousePress(int x, int y, unsigned int button, Modifiers modifiers);
     void mouseRelease(int x, int y, unsigned int button, Modifiers modifiers);
     void mouseMove(int x, int y);
 
-    // Notches of the wheel, forward positive.
+    /// Turns the wheel by that many notches; forward is positive.
     void mouseWheel(double notches);
 
     void keyPress(GeneralKey key);
     void keyRelease(GeneralKey key);
 
-    // Lets what was collected since the last call take effect on the camera.
+    /// Applies what was collected since the last call to the camera.
     void update();
 
-    // Puts the camera there at once, drops what was collected, and makes it the place that the Home key goes back to. A
-    // place that Camera::setView refuses changes nothing.
+    /// Places the camera at once, drops what was collected, and makes this the place that Home returns to. A place that
+    /// Camera::setView refuses changes nothing.
     void place(const Vector3f& eye, const Vector3f& lookAt, const Vector3f& up);
 
 private:
     // A movement collected since the last update: a turn and a shift in pixels of the view, right and down positive,
-    // and an approach in powers of e, after going home first if asked to.
+    // and an approach in powers of e. If `home` is set, the camera goes home first.
     struct Movement
     {
         bool home = false;

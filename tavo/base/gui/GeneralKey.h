@@ -4,7 +4,10 @@
 
 namespace tavo {
 
-// A key (a value of Qt::Key) with the modifiers held while it was pressed.
+/// A key (a value of Qt::Key) with the modifiers that were held when it was pressed.
+///
+///     const GeneralKey key(Qt::Key_Left, Qt::KeyboardModifiers(Qt::ShiftModifier));
+///     const bool isShifted = key.getModifiers().isShift();
 class GeneralKey
 {
 public:

@@ -4,7 +4,9 @@
 
 namespace tavo {
 
-// The modifier keys held during an event.
+/// The modifier keys held during an event.
+///
+///     const Modifiers modifiers(Qt::ControlModifier);
 class Modifiers
 {
 public:

@@ -6,8 +6,11 @@
 
 namespace tavo {
 
-// A small window that pops up at a widget and goes away when the person clicks elsewhere. It belongs to its Qt parent
-// and is hidden at first.
+/// A small window that pops up at a widget and disappears when people click elsewhere. It is hidden at first, and
+/// belongs to its Qt parent.
+///
+///     PopupWindow* const popup = new PopupWindow(parent);
+///     popup->popup(parent);
 class TAVO_BASE_EXPORT PopupWindow : public QWidget
 {
     Q_OBJECT
@@ -16,7 +19,7 @@ public:
     explicit PopupWindow(QWidget* parent);
     ~PopupWindow() override;
 
-    // Shows the window below the anchor, left edges aligned, or above it and further left where the screen ends.
+    /// Shows the window below the anchor with left edges aligned, or above it and further left where the screen ends.
     void popup(QWidget* anchor);
 };
 
