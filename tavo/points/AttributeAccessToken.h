@@ -2,8 +2,8 @@
 
 namespace tavo {
 
-// Where a PointSet finds an attribute, looked up once by PointSet::getAAT() so that access to many points needs no
-// names. It serves every set of the same layout.
+/// Where a PointSet finds an attribute. PointSet::getAAT() looks it up once, so that access to many points needs no
+/// names. A token serves every set of the same layout.
 class AttributeAccessToken
 {
     friend class PointSet;

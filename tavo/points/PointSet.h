@@ -13,18 +13,20 @@
 
 namespace tavo {
 
-// A fixed number of points with attributes, interleaved in memory as its descriptor says. Copies are independent.
-//
-//   VertexDescriptor descriptor;
-//   descriptor.pushAttrib(VertexAttribDescriptor("position", 3, VertexAttribDescriptor::TYPE_FLOAT));
-//   PointSet points(descriptor, 1000);
-//   const AttributeAccessToken position = points.getAAT("position");
-//   for (unsigned int i = 0; i < points.getNumPoints(); ++i)
-//       glVertex3fv(points.get3f(i, position));
+/// A fixed number of points with attributes, interleaved in memory as the descriptor says. Copies are independent.
+///
+///     VertexDescriptor descriptor;
+///     descriptor.pushAttrib(VertexAttribDescriptor("position", 3, VertexAttribDescriptor::TYPE_FLOAT));
+///     PointSet points(descriptor, 1000);
+///     const AttributeAccessToken position = points.getAAT("position");
+///     for (unsigned int i = 0; i < points.getNumPoints(); ++i) {
+///         const float xyz[] = {0.001f * i, 0, 0};
+///         points.set3f(i, position, xyz);
+///     }
 class TAVO_POINTS_EXPORT PointSet
 {
 public:
-    // All bytes are zero.
+    /// Makes the points; all their bytes are zero.
     PointSet(const VertexDescriptor& descriptor, unsigned int numPoints);
     virtual ~PointSet();
 
@@ -36,25 +38,28 @@ public:
     const VertexDescriptor& getDescr() const { return m_Descriptor; }
     unsigned int getNumPoints() const { return m_NumPoints; }
 
-    // Access to the first three components of an attribute, which must be 32-bit floats whose addresses are multiples
-    // of four bytes. Throws PException if there is none of that name or not such a one.
+    /// Gives access to the first three components of an attribute. They must be 32-bit floats whose addresses are
+    /// multiples of four.
+    /// @throws PException If there is no such attribute of that name.
     AttributeAccessToken getAAT(const std::string& name) const;
 
-    // Whether getAAT gives access to the attribute of that name.
+    /// Whether getAAT gives access to the attribute of that name.
     bool providesAAT(const std::string& name) const;
 
-    // Three floats, valid while the set lives and is not assigned to. Throws std::out_of_range beyond the last point.
+    /// The three floats of point `i`. The pointer is valid as long as the set lives and is not assigned to.
+    /// @throws std::out_of_range Beyond the last point.
     const float* get3f(unsigned int i, const AttributeAccessToken& token) const
     {
         return reinterpret_cast<const float*>(m_Data.data() + checkedPosition(i, token));
     }
 
-    // Stores three floats. Throws std::out_of_range beyond the last point.
+    /// Stores three floats in point `i`.
+    /// @throws std::out_of_range Beyond the last point.
     void set3f(unsigned int i, const AttributeAccessToken& token, const float* xyz);
 
-    // Calls visit with the first three floats of every point's attribute, in order, each a Vector3f. The
-    // floats may have any addresses, as where three colour bytes follow each position. Throws PException if there is no
-    // attribute of that name, or not one of three floats or more.
+    /// Calls `visit` with the first three floats of an attribute of every point, in order, each a Vector3f. The floats
+    /// may have any address, for example where three colour bytes follow each position.
+    /// @throws PException If no attribute of that name has three floats or more.
     template <typename Visit>
     void forEach3f(const std::string& name, Visit visit) const
     {
@@ -66,15 +71,15 @@ public:
         }
     }
 
-    // The points one behind the other, getDescr().getSize() bytes each. Writing needs a pointer got after the last call
-    // of getBoundingBox().
+    /// All points, one after the other, getDescr().getSize() bytes each. After a call of getBoundingBox(), get a new
+    /// pointer before you write.
     const unsigned char* getData() const { return m_Data.data(); }
     unsigned char* getData();
     std::size_t getSizeInBytes() const { return m_Data.size(); }
 
-    // The box of the "position" attribute. NaN coordinates are passed over, and an axis without any other coordinate is
-    // from 0 to 1: all three are without points, or if forEach3f("position") would throw. It is kept until the next
-    // write; the first call after one takes a time proportional to the number of points.
+    /// The box of the "position" attribute, without NaN coordinates. An axis without any coordinate goes from 0 to 1;
+    /// so do all three if there are no points, or no positions that forEach3f can visit. The first call after a write
+    /// takes time proportional to the number of points; the box is then kept until the next write.
     Box3f getBoundingBox() const;
 
 private:

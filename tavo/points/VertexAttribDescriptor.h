@@ -6,17 +6,20 @@
 
 namespace tavo {
 
-// One attribute of a vertex: its name ("position", "normal", "color" and "texcoord" have a meaning to the libraries,
-// others to the application), the number of its components and the code of their type.
+/// One attribute of a vertex: its name, the number of its components, and the code of their type. The libraries know
+/// the names "position", "normal", "color" and "texcoord"; others mean something to the application only.
+///
+///     const VertexAttribDescriptor colour("color", 4, VertexAttribDescriptor::TYPE_UNSIGNED_BYTE);
 class TAVO_POINTS_EXPORT VertexAttribDescriptor
 {
 public:
-    // The type codes. Any other code is kept as it is and means a 32-bit float too.
+    /// The type codes. Any other code is kept as it is and also means a 32-bit float.
     static constexpr unsigned int TYPE_UNSIGNED_BYTE = 1;
     static constexpr unsigned int TYPE_FLOAT = 4;
     static constexpr unsigned int TYPE_INT = 20;
 
-    // Throws PException without components, and if their bytes are too many to be counted.
+    /// Names and sizes the attribute.
+    /// @throws PException If there are no components, or too many to count their bytes.
     VertexAttribDescriptor(std::string name, unsigned int components, unsigned int typeCode);
 
     const std::string& getName() const { return m_Name; }
