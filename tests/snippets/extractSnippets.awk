@@ -77,7 +77,7 @@ function finish_snippet(    code) {
     code = "#line " snippet_line " \"" snippet_file "\"\n" snippet
     if (!is_definitions)
         code = "void snippet" ++num_snippets "()\n{\n" code "}\n"
-    if (snippet_file ~ /\.h$/)
+    if (snippet_file ~ /\.h$/ && code !~ /\nint main\(/) # a program's main function is global
         code = "namespace " namespace_of(snippet_file) " {\nusing namespace tavo;\n" code "}\n"
     snippets = snippets code
     snippet_line = 0

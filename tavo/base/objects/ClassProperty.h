@@ -13,6 +13,8 @@ class Object;
 /// A named value that every object of a class has. Objects are assigned, compared, hashed, written, read and shown
 /// through the properties of their class.
 ///
+///     #include <tavo/base/debug/DebugOutput.h>
+///
 ///     for (const ClassProperty* property : object.getInstanceClass()->getAllProperties())
 ///         debugOutput << property->getName() << " = " << property->getText(object) << "\n";
 ///
@@ -32,18 +34,20 @@ public:
     unsigned int getVersion() const { return m_Version; }
     unsigned int getFlags() const { return m_Flags; }
 
+    /// The value as shown to people.
+
     /// Sets the property of `object` to that of `source`.
     virtual void assign(Object& object, const Object& source) const = 0;
     virtual bool equal(const Object& a, const Object& b) const = 0;
     virtual Card32 getHashValue(const Object& object) const = 0;
 
-    /// The value as shown to people.
+    /// What is wrong with this value, as the end of a sentence that begins with it ("is negative"). Empty if the
+    /// property can take it.
     virtual std::string getText(const Object& object) const = 0;
 
     virtual QJsonValue write(const Object& object) const = 0;
 
-    /// What is wrong with this value, as the end of a sentence that begins with it ("is negative"). Empty if the
-    /// property can take it.
+    /// Sets the property to a value without a fault.
     virtual std::string getFault(const QJsonValue& value) const = 0;
 
     /// Sets the property to a value without a fault.

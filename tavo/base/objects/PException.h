@@ -10,6 +10,8 @@ namespace tavo {
 /// What the libraries throw on misuse and bad input. Its text is one line that names the class, the operation and the
 /// reason.
 ///
+///     #include <tavo/base/debug/displayException.h>
+///
 ///     try {
 ///         object.assign(nullptr, nullptr);
 ///     } catch (const PException& exception) {
