@@ -6,27 +6,32 @@
 
 namespace tavo {
 
-// A texture of the target GL_TEXTURE_CUBE_MAP: six square faces of one size with a byte per component, sampled by a
-// direction, without filters. GL_ARB_texture_cube_map is needed. GLTexture says what its create operations have in
-// common.
+/// A texture of the target GL_TEXTURE_CUBE_MAP: six square faces of one size with one byte per component, sampled by a
+/// direction. It starts without filters, and needs GL_ARB_texture_cube_map. GLTexture says what all create operations
+/// have in common.
+///
+///     RGBACubeMap sky;
+///     sky.getImage(RGBACubeMap::POSITIVE_X) = image; // and the other five
+///     GLTextureCube texture(&context);
+///     texture.createFromImage(sky);
 class VIREO_EXPORT GLTextureCube : public GLTexture
 {
 public:
-    // See GLTexture. The texture has no storage yet.
+    /// Makes the name (see GLTexture). There is no storage yet.
     explicit GLTextureCube(GLContext* context);
 
-    // Six faces of size x size texels, undefined as yet, of the given number of components. Any number other than 1, 2
-    // and 3 deliberately counts as 4, though not in the estimated size.
+    /// Makes six faces of size x size undefined texels (glTexImage2D). Any number of components other than 1, 2 and 3
+    /// deliberately counts as 4, except in the estimated size.
     void create(unsigned int size, unsigned int components);
 
-    // Six faces of 4 components from the pixels of the cube map's images as they are. The edge is the width of the
-    // positive X image; every image should be a square of that edge, which is not checked. From one with fewer pixels
-    // than such a square, the texels left are zeros; from one without pixels, all are undefined.
+    /// Makes six faces of 4 components from the images' pixels as they are (glTexImage2D). The edge is the width of the
+    /// positive X image. Every image should be a square of that edge, which is not checked: if one has too few pixels,
+    /// the rest of its face is zero; if it has none, all of the face is undefined.
     void createFromImage(RGBACubeMap& cubeMap);
 
-    // Replace one face by size x size texels from the client's data, of the texture's format, or else, if bgra is true,
-    // of the bytes blue, green, red, alpha. GL reads it as that of the create operations (see GLTexture). They neither
-    // select a unit nor bind: the texture must be bound on the active unit, and have been created.
+    /// Replaces one face by size x size texels of client data (glTexImage2D). The data have the texture's format or,
+    /// with `bgra`, the bytes blue, green, red, alpha.
+    /// @needs The texture is created, and bound on the active unit; this neither binds it nor selects a unit.
     void setPositiveX(char* data, bool bgra);
     void setNegativeX(char* data, bool bgra);
     void setPositiveY(char* data, bool bgra);
@@ -35,12 +40,12 @@ public:
     void setNegativeZ(char* data, bool bgra);
 
 protected:
-    // The edge of every face.
+    /// The edge of every face.
     unsigned int size = 0;
-    // Kept, but not used.
+    /// Not used; subclasses may still name it.
     unsigned int reserved = 0;
     unsigned int numComponents = 0;
-    // The internal format, and the client format too.
+    /// The internal format, and the client format too.
     unsigned int format = 0;
 
 private:

@@ -6,42 +6,48 @@
 
 namespace tavo {
 
-// A texture of the target GL_TEXTURE_RECTANGLE_ARB: of any size, without mipmaps, and with texture coordinates that
-// count texels. It ends at its edges. GL_ARB_texture_rectangle is needed. GLTexture says what its create operations
-// have in common.
+/// A texture of the target GL_TEXTURE_RECTANGLE_ARB: of any size, without mipmaps, with texture coordinates in texels.
+/// It is clamped to its edges, and needs GL_ARB_texture_rectangle. GLTexture says what all create operations have in
+/// common.
+///
+///     GLTextureRect texture(&context);
+///     std::vector<float> field(640 * 480 * 4);
+///     texture.createFloatTextureFromMemory(640, 480, 4, field.data(), true);
 class VIREO_EXPORT GLTextureRect : public GLTexture
 {
 public:
-    // See GLTexture. The texture has no storage yet.
+    /// Makes the name (see GLTexture). There is no storage yet.
     explicit GLTextureRect(GLContext* context);
 
-    // Storage of width x height texels of the given number of components, from as many bytes a texel. It is sampled
-    // with linear filters.
+    /// Makes width x height texels from as many bytes per texel as there are components (glTexImage2D). The texture
+    /// starts with linear filters.
     void createFromMemory(unsigned int width, unsigned int height, unsigned int components, char* data);
 
-    // Storage of the image's size with 4 components, from its pixels as they are; deliberately, red and blue do not
-    // change places, as they do in a 2D texture. Throws std::out_of_range if the image has no pixels, or fewer than its
-    // size says, when the texture is bound and its parameters are set, but before anything is uploaded.
+    /// Makes a texture of the image's size with 4 components, from its pixels as they are (glTexImage2D). Unlike
+    /// GLTexture2D::createFromImage it deliberately does not exchange red and blue. The texture starts with linear
+    /// filters.
+    /// @throws std::out_of_range If the image has no pixels, or fewer than its size says. The texture is bound and has
+    /// its parameters then; nothing is uploaded.
     void createFromImage(RGBAImage& image);
 
-    // Storage of float texels, of 32 or of 16 bits a component, from as many floats a texel as there are components. It
-    // is sampled without filters. The formats are those of GL_NV_float_buffer, or, on drivers that do not list that
-    // extension, those of GL_ARB_texture_float. Where the driver has neither, a GL error is left pending and the
-    // texture has no storage. The estimated size counts floats, not bytes.
+    /// Makes float texels of 32 or 16 bits per component from client floats (glTexImage2D). The formats are those of
+    /// GL_NV_float_buffer or, where the driver does not list it, of GL_ARB_texture_float. With neither, a GL error is
+    /// left pending and there is no storage. The texture starts without filters. The estimated size counts floats, not
+    /// bytes.
     void createFloatTextureFromMemory(
         unsigned int width, unsigned int height, unsigned int components, float* data, bool use32Bit);
 
 protected:
-    // Stores the size in texels and the components of a texel, and estimates the storage.
+    /// Stores the size in texels and the number of components; estimates the storage.
     void setDimensions(unsigned int width, unsigned int height, unsigned int components);
 
-    // Estimates the storage from the fields.
+    /// Estimates the storage from the fields.
     void calcSize();
 
     unsigned int width = 0;
     unsigned int height = 0;
     unsigned int numComponents = 0;
-    // The internal format; of texels of bytes, the client format too.
+    /// The internal format; for byte texels also the client format.
     unsigned int format = 0;
 
 private:

@@ -8,19 +8,27 @@
 
 namespace tavo {
 
-// How a texture is sampled, as plain numbers that can be kept, copied, compared, and written to and read from an object
-// stream. It holds no GL state: set writes the numbers into the texture that is bound at that moment. Beside it stand
-// the fixed settings with which the texture classes begin.
-//
-// An application that writes or reads settings registers the class once, by init(Persistent::getClass()).
+/// How a texture is sampled, as plain numbers that can be kept, copied, compared, and written to an object stream. An
+/// object holds no GL state; GLTexture::bind writes the numbers into a texture.
+///
+///     GLTextureSettings settings;
+///     settings.m_MinFilter = GLTextureSettings::FILTER_NEAREST;
+///     settings.m_WrapS = GLTextureSettings::WRAP_CLAMP_TO_EDGE;
+///     texture.bind(settings, 0);
+///
+/// The operations that set something write into the texture that is bound to the given target, a GL enumerant such as
+/// GL_TEXTURE_2D, on the active unit (glTexParameteri). They need a current context, bind nothing, and leave GL errors
+/// pending.
+///
+/// An application that streams settings registers the class once, with init(Persistent::getClass()).
 class VIREO_EXPORT GLTextureSettings : public Persistent
 {
 public:
-    // Values of the filters. Whatever is not FILTER_LINEAR counts as nearest.
+    /// Values of the filters. Any value but FILTER_LINEAR counts as FILTER_NEAREST.
     static constexpr unsigned int FILTER_LINEAR = 1;
     static constexpr unsigned int FILTER_NEAREST = 2;
 
-    // Values of the wrap modes. Whatever is none of them counts as WRAP_REPEAT.
+    /// Values of the wrap modes. Any other value counts as WRAP_REPEAT.
     static constexpr unsigned int WRAP_REPEAT = 1;
     static constexpr unsigned int WRAP_CLAMP = 2;
     static constexpr unsigned int WRAP_CLAMP_TO_EDGE = 3;
@@ -28,32 +36,30 @@ public:
 
     const MetaClass* getInstanceClass() const override;
 
-    // Linear filters, and textures that repeat.
+    /// Linear filters, and textures that repeat.
     GLTextureSettings();
     GLTextureSettings(const GLTextureSettings& other);
     GLTextureSettings& operator=(const GLTextureSettings& other);
     ~GLTextureSettings() override;
 
-    // The operations below write into the texture that is bound to the target, a GL enumerant such as GL_TEXTURE_2D, on
-    // the active unit. They need a current context, bind nothing, and leave GL errors to whoever asks for them.
-
-    // Filters and the wrap modes along S and T. Mipmapped textures are filtered between their levels as well.
+    /// Sets the filters and the wrap modes along S and T. Mipmapped textures are also filtered between levels.
     void set(unsigned int target, bool mipmapped) const;
 
-    // The settings of colour textures: linear filters; rectangles end at their edges, all others repeat along S and T.
+    /// Sets what colour textures start with: linear filters; rectangles are clamped to their edges, all others repeat
+    /// along S and T.
     static void setDefaults(unsigned int target, bool mipmapped);
 
-    // The settings of textures of exact values: no filtering, an end at the edges along S, T and R.
+    /// Sets what textures of exact values start with: no filtering, clamped to the edges along S, T and R.
     static void setFloatDefaults(unsigned int target);
 
-    // Those of setFloatDefaults, for the target GL_TEXTURE_CUBE_MAP.
+    /// Does as setFloatDefaults for GL_TEXTURE_CUBE_MAP.
     static void setCubeDefaults();
 
-    // The values as a person is shown them, "unkown" for those that have no name.
+    /// The value as shown to people; "unkown" if it has no name.
     static std::string getFilterText(unsigned int filter);
     static std::string getWrapText(unsigned int wrap);
 
-    // The class record, made by the first call; not to be asked for after shutdown.
+    /// The class record, which the first call makes. Do not call this after shutdown().
     static const MetaClass* getClass();
     static void initMetaClass();
     static void init(const MetaClass* parent);
@@ -61,15 +67,15 @@ public:
 
     static MetaClass* GLTextureSettingsMetaClass;
 
-    // The filter for minification and for magnification.
+    /// The filter, for minification and for magnification.
     Card32 m_MinFilter;
-    // Kept, but not used.
+    /// Stored with the object, but ignored: m_MinFilter stands for both.
     Card32 m_MagFilter;
-    // The filter between the levels of a mipmapped texture.
+    /// The filter between the levels of a mipmapped texture.
     Card32 m_MipmapFilter;
     Card32 m_WrapS;
     Card32 m_WrapT;
-    // Kept, but not used.
+    /// Stored with the object, but ignored.
     Card32 m_WrapR;
 
 private:
