@@ -8,50 +8,58 @@
 
 namespace tavo {
 
-// A buffer object: bytes that live with the driver (GL_ARB_vertex_buffer_object). Subclasses say what they hold, and
-// offer the operations that are protected here in units of it.
-//
-// The name exists from construction to destruction, or until the root of the context's tree dies. From then on the
-// operations below throw PException "GLBuffer::<operation>() - invalid context". Copies are member-wise and share the
-// name: copying is not a supported use.
-//
-// All operations need a current context of the tree, save destruction: it hands the name to the context, which deletes
-// it when it can.
+/// A buffer object: bytes that live with the driver (GL_ARB_vertex_buffer_object). Programs use its subclasses, which
+/// offer the protected operations in units of what they hold:
+///
+///     GLTemplatedIndexBuffer<unsigned short> indices(&context);
+///     GLBuffer& buffer = indices;
+///     buffer.bind();
+///     buffer.unbind();
+///
+/// The name exists from construction until destruction, or until the root of the context's tree dies. After that every
+/// operation throws PException "GLBuffer::<operation>() - invalid context". Do not copy buffers: a copy shares the
+/// name.
+///
+/// All operations need a current context of the tree, except the destructor, which hands the name to the context.
 class VIREO_EXPORT GLBuffer : public GLObject
 {
 public:
-    // Makes the name at once; storage comes with the subclasses' init. The target is what the buffer is bound to, for
-    // example GL_ARRAY_BUFFER_ARB.
+    /// Makes the name (glGenBuffersARB); storage comes with init of the subclass. The target is what the buffer is
+    /// bound to, for example GL_ARRAY_BUFFER_ARB.
     GLBuffer(GLContext* context, unsigned int target);
     ~GLBuffer() override;
 
-    // bind binds the buffer to its target. unbind binds nothing to that target.
+    /// Binds the buffer to its target (glBindBufferARB).
     void bind();
+    /// Binds nothing to the target (glBindBufferARB).
     void unbind();
 
-    // 0 before init.
+    /// The size of the storage; 0 before init.
     unsigned int getSizeInBytes() const { return m_SizeInBytes; }
 
-    // Releases the name; called by the dying context. Throws PException if the buffer has no context any more.
+    /// Hands the name to the dying context, which calls this.
+    /// @throws PException If the buffer has no context any more.
     void onDeleteContext() override;
 
 protected:
-    // Makes storage of that size, its content undefined, for a usage such as GL_STATIC_DRAW_ARB. What the buffer held
-    // is gone. False on a GL error, also on one that was pending before; the buffer then stays bound, and its size is
-    // the one that was asked for. Otherwise nothing is bound to the target afterwards.
+    /// Makes undefined storage of that size in place of the old (glBufferDataARB), for a usage such as
+    /// GL_STATIC_DRAW_ARB. Returns false on a GL error, including one that was pending.
+    /// @leaves Nothing is bound to the target. On an error the buffer stays bound and has the size that was asked for.
     bool init(unsigned int sizeInBytes, unsigned int usage);
 
-    // Copy bytes into and out of the buffer. Throw PException "GLBuffer::writeToBuffer | out of range!" and
-    // "GLBuffer::readFromBuffer | out of range!", with nothing copied, if offset + size is more than the buffer's size.
-    // The sum is deliberately made in 32 bits: a negative offset may pass, and is then a GL error. Nothing is bound to
-    // the target afterwards.
+    /// Copies bytes into the buffer (glBufferSubDataARB).
+    /// @leaves Nothing is bound to the target.
+    /// @throws PException "GLBuffer::writeToBuffer | out of range!", with nothing copied, if offset plus size exceeds
+    /// the buffer's size. The sum is deliberately made in 32 bits: a negative offset may pass, and is then a GL error.
     void writeToBuffer(void* data, int offsetInBytes, unsigned int sizeInBytes);
 
-    // out has exactly sizeInBytes bytes afterwards.
+    /// Copies bytes out of the buffer (glGetBufferSubDataARB). `out` then holds exactly sizeInBytes bytes.
+    /// @leaves Nothing is bound to the target.
+    /// @throws PException "GLBuffer::readFromBuffer | out of range!", as for writeToBuffer.
     void readFromBuffer(std::vector<unsigned char>& out, int offsetInBytes, unsigned int sizeInBytes);
 
-    // The same for elements of elementSize bytes, anywhere in the buffer. What is more than 32 bits can count is out of
-    // range as well.
+    /// Do the same for elements of elementSize bytes, anywhere in the buffer. What 32 bits cannot count is out of range
+    /// too.
     void writeElements(void* data, int firstElement, unsigned int numElements, unsigned int elementSize);
     void readElements(
         std::vector<unsigned char>& out, int firstElement, unsigned int numElements, unsigned int elementSize);

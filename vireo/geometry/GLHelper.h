@@ -10,52 +10,69 @@ namespace tavo {
 class GLContext;
 class VertexDescriptor;
 
-// Drawing helpers without a state of their own: vertices straight from client memory, a small labelled coordinate
-// frame, saving of matrices, a 2D projection in pixels, and text in space. All of them call GL in the current context.
+/// Drawing helpers without state: vertices straight from client memory, a labelled coordinate frame, saved matrices, a
+/// 2D projection in pixels, and text in space.
+///
+///     GLHelper::begin2D(640, 480);
+///     // draw in pixels
+///     GLHelper::end2D();
+///     GLHelper::drawCoords();
+///
+/// All of them call GL in the current context. In the three that draw from client memory, `source` is the layout of the
+/// bytes at `data`, and `target` the one that the program in use expects: generic vertex attribute i stands for its
+/// attribute i. They need GL_ARB_vertex_program, and no buffer object bound for vertices.
 class VIREO_EXPORT GLHelper
 {
 public:
-    // Vertices from client memory. `source` is the layout of the bytes at `data`; generic vertex attribute i stands for
-    // the i-th attribute of `target`, which is what the program in use expects. GL_ARB_vertex_program is needed, and no
-    // buffer object may be bound for vertices.
-
-    // Points the generic attribute arrays into `data`, with the component counts of `target`, and enables them. An
-    // attribute that is not of 32-bit floats in `target`, or that `source` lacks by name, is left as it is, disabled.
-    // What `source` says of an attribute's type and component count is not looked at: where it has fewer or smaller
-    // components than `target`, GL reads on into what follows them, and of the last vertex past the end of the data.
-    // The data must stay where it is until the arrays are unbound.
+    /// Points the generic attribute arrays into `data`, with the component counts of `target`, and enables them
+    /// (glEnableVertexAttribArrayARB, glVertexAttribPointerARB). Skips attributes that are not 32-bit floats in
+    /// `target` or that `source` lacks by name. Does not look at the types and component counts in `source`: where they
+    /// are smaller than in `target`, GL reads on into what follows, and beyond the data for the last vertex.
+    /// @needs The data must stay where they are until the arrays are unbound.
     static void bindSoftwareVertexBuffer(
         const char* data, const VertexDescriptor* source, const VertexDescriptor* target);
 
-    // Disables the generic attribute arrays of all attributes of `target`. `source` is not used.
+    /// Disables the generic attribute arrays of all attributes of `target` (glDisableVertexAttribArrayARB). `source` is
+    /// not used.
     static void unbindSoftwareVertexBuffer(const VertexDescriptor* source, const VertexDescriptor* target);
 
-    // Draws the whole vertices that sizeInBytes bytes hold as primitives of the given mode, and unbinds the arrays
-    // again. Throws PException if the vertices of `source` have no bytes.
+    /// Binds the arrays, draws all whole vertices in sizeInBytes bytes as primitives of that mode (glDrawArrays), and
+    /// unbinds the arrays.
+    /// @throws PException If the vertices of `source` have no bytes.
     static void drawBuffer(const char* data, unsigned int sizeInBytes, const VertexDescriptor* source,
         const VertexDescriptor* target, unsigned int mode);
 
-    // The coordinate frame: axes of length 1, each in a pale red, green or blue of its own, with an arrow and a letter.
-    // Lighting is switched off for it; the state, the current colour too, is as before afterwards.
+    /// Draws the coordinate frame: axes of length 1 in pale red, green and blue, each with an arrow and a letter,
+    /// without lighting.
+    /// @leaves All attributes are as before, the current colour included (glPushAttrib, glPopAttrib).
     static void drawCoords();
 
-    // The colours and vertices of the frame alone, for a glBegin(GL_LINES) of the caller's: 34 vertices, 18 without the
-    // letters, 6 without the arrows too. The current colour is that of the Z axis afterwards.
+    /// Sends only the colours and vertices of the frame, for a glBegin(GL_LINES) of your own: 34 vertices, 18 without
+    /// letters, 6 without arrows too.
+    /// @leaves The current colour is that of the Z axis.
     static void drawCoordsSendVertices();
     static void drawCoordsSendVerticesNoXYZ();
     static void drawCoordsSendVerticesNoXYZNoArrows();
 
-    // Save and restore the projection and the modelview matrix. The modelview matrix is selected afterwards.
+    /// Saves the projection and modelview matrices (glPushMatrix).
+    /// @leaves The modelview matrix is selected.
     static void pushMVP();
+    /// Restores both matrices (glPopMatrix).
+    /// @leaves The modelview matrix is selected.
     static void popMVP();
 
-    // Save both matrices and set up a projection in which a unit is a pixel of a drawable of that size, with the origin
-    // in the lower left corner; and restore them. The modelview matrix is selected afterwards.
+    /// Saves both matrices and sets up a projection for a drawable of that size, in which a unit is a pixel and the
+    /// origin is the lower left corner (gluOrtho2D).
+    /// @leaves The modelview matrix is selected.
     static void begin2D(float width, float height);
+    /// Restores both matrices.
+    /// @leaves The modelview matrix is selected.
     static void end2D();
 
-    // Draws text, in the application's font, at a position that is transformed like a vertex. The context's widget
-    // draws it, and its GL context must be current. Throws PException if the context has no widget.
+    /// Draws text in the application's font, at a position that is transformed like a vertex (QGLWidget::renderText of
+    /// the context's widget).
+    /// @needs The widget's GL context must be current.
+    /// @throws PException If the context has no widget.
     static void drawText(GLContext* context, const Vector3f& position, const std::string& text);
 };
 

@@ -7,39 +7,41 @@
 
 namespace tavo {
 
-// Indices of the type T, unsigned short or unsigned int, in a buffer object, which choose and order the vertices of an
-// indexed drawing:
-//
-//     GLTemplatedIndexBuffer<unsigned short> indices(context);
-//     indices.init(count, GL_STATIC_DRAW_ARB);
-//     indices.writeToBuffer(data, 0, count);
-//     vertices.bind();
-//     indices.bind();
-//     indices.drawElements(GL_TRIANGLES, 0, count);
-//     indices.unbind();
-//     vertices.unbind();
-//
-// The target is GL_ELEMENT_ARRAY_BUFFER_ARB. What must be current, and what happens once the context is gone, is said
-// at GLBuffer; drawElements does not check that the context lives.
+/// Indices of type `unsigned short` or `unsigned int` in a buffer object (GL_ELEMENT_ARRAY_BUFFER_ARB). They choose and
+/// order the vertices of an indexed drawing:
+///
+///     #include <vireo/context/GLExtensions.h>
+///
+///     const std::vector<unsigned short> triangle{0, 1, 2};
+///     GLTemplatedIndexBuffer<unsigned short> indices(&context);
+///     indices.init(3, GL_STATIC_DRAW_ARB);
+///     indices.writeToBuffer(triangle.data(), 0, 3);
+///     vertices.bind();
+///     indices.bind();
+///     indices.drawElements(GL_TRIANGLES, 0, 3);
+///     indices.unbind();
+///     vertices.unbind();
+///
+/// GLBuffer says what must be current, and what happens when the context is gone. drawElements does not check that.
 template <typename T>
 class VIREO_EXPORT GLTemplatedIndexBuffer : public GLBuffer
 {
 public:
     explicit GLTemplatedIndexBuffer(GLContext* context);
 
-    // Makes storage for so many indices, their content undefined, for a usage such as GL_STATIC_DRAW_ARB. False on a GL
-    // error; the buffer then stays bound and has the size that was asked for. False, with nothing bound and the size
-    // that it had, for 4 GiB or more. The number of indices is what was asked for in any case.
+    /// Makes undefined storage for that many indices (glBufferDataARB), for a usage such as GL_STATIC_DRAW_ARB. Returns
+    /// false on a GL error and for 4 GiB or more. getNumIndices() is what was asked for in any case.
+    /// @leaves Nothing is bound. On a GL error the buffer stays bound and has the size that was asked for.
     bool init(unsigned int numIndices, unsigned int usage);
 
-    // Copy indices into and out of the buffer, by the range checks of GLBuffer. out has exactly numIndices * sizeof(T)
-    // bytes afterwards.
+    /// Copy indices into and out of the buffer, with the checks of GLBuffer. `out` then holds exactly numIndices *
+    /// sizeof(T) bytes.
     void writeToBuffer(const T* indices, int firstIndex, unsigned int numIndices);
     void readFromBuffer(std::vector<unsigned char>& out, int firstIndex, unsigned int numIndices);
 
-    // Draws the vertices that count indices from the first one on stand for, or as many as the buffer has if count is
-    // 0, as primitives of a mode such as GL_TRIANGLES. This buffer and the vertices' must be bound; it is not checked
-    // that they have these indices and vertices.
+    /// Draws primitives of that mode from `count` indices, beginning with index `first`, or from as many as the buffer
+    /// has if `count` is 0 (glDrawElements). Nothing checks that there are such indices and vertices.
+    /// @needs This buffer and that of the vertices must be bound.
     void drawElements(unsigned int mode, unsigned int first, unsigned int count);
 
     unsigned int getNumIndices() const;
