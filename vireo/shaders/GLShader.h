@@ -10,59 +10,64 @@ namespace tavo {
 
 class ShaderConstant;
 
-// A program of the GPU, of vertices or of fragments, that lives in the share tree of a GLContext. GLShaderARB is a
-// program in the assembly language of GL_ARB_vertex_program and GL_ARB_fragment_program, GLShaderCG one in the language
-// of the Cg runtime. They are used alike:
-//
-//     if (!shader.compile(source))
-//         debugOutput << shader.getLastError();
-//     ...
-//     shader.bind();
-//     shader.setConstants(constants);
-//     ... draw ...
-//     shader.unbind();
-//
-// The shader's context, or one that shares names with it, must be current for all of it. What the operations throw once
-// the context has died is each kind's own; so is what they need of the driver, see docs/shaders.md.
-//
-// Copies are member-wise, as of every GLObject, and copying is not a supported use: a copy has the same program, the
-// context does not know of it, and only one of the two may be destroyed while the context lives.
+/// A program of the GPU, for vertices or for fragments, in the share tree of a GLContext. GLShaderARB is a program in
+/// the assembly language of GL_ARB_vertex_program and GL_ARB_fragment_program; GLShaderCG is one in the language of the
+/// Cg runtime. They are used alike:
+///
+///     #include <tavo/base/debug/DebugOutput.h>
+///
+///     void drawWith(GLShader& shader, const std::string& source, const std::vector<ShaderConstant>& constants)
+///     {
+///         if (!shader.compile(source))
+///             debugOutput << shader.getLastError();
+///         shader.bind();
+///         shader.setConstants(constants);
+///         // draw
+///         shader.unbind();
+///     }
+///
+/// All of this needs the shader's context, or one that shares names with it, to be current. Each kind says what it
+/// throws once the context has died; docs/shaders.md says what each needs of the driver.
+///
+/// Do not copy shaders. A copy has the same program, but the context does not know of it: only one of the two may be
+/// destroyed while the context lives.
 class VIREO_EXPORT GLShader : public GLObject
 {
 public:
-    // The context must not be null.
+    /// @needs The context must not be null.
     explicit GLShader(GLContext* context);
     ~GLShader() override;
 
-    // Replaces the program by what the source says. False if the source has an error, which getLastError() then tells.
+    /// Replaces the program by the one in the source. Returns false if the source has an error; getLastError() says
+    /// which.
     virtual bool compile(const std::string& source) = 0;
 
-    // Makes the program take part in drawing, in place of the fixed function and of other programs of its kind.
+    /// Makes drawing use the program, in place of the fixed function and of other programs of its kind.
     virtual void bind() = 0;
 
-    // Gives the program the matrices of GL that it knows by fixed names. A program that reads GL's state itself has no
-    // need of that: this does nothing.
+    /// Gives the program the matrices of GL that it knows by fixed names. Here it does nothing: programs that read GL's
+    /// state need no such thing.
     virtual void updateDefaultMatrices();
 
-    // Hands drawing back to the fixed function.
+    /// Returns drawing to the fixed function.
     virtual void unbind() = 0;
 
-    // Sets the parameter that the constant belongs to.
+    /// Sets the parameter that the constant belongs to.
     virtual void setConstant(const ShaderConstant& constant) = 0;
 
-    // Sets a matrix of 16 floats, column by column: the one of that name or of that number, as the kind of program has
-    // it.
+    /// Sets a matrix from 16 floats, column by column. The kind of program decides whether the name or the number
+    /// counts.
     virtual void setMatrix4f(const std::string& name, unsigned int index, float* matrix) = 0;
 
-    // Sets one constant after the other.
+    /// Sets each constant in order.
     void setConstants(const std::vector<ShaderConstant>& constants);
 
-    // What was wrong with the source of the last compile; empty after a good one, and before the first. Where there is
-    // no text for it, that of an earlier compile stays.
+    /// What was wrong with the last source; empty if nothing was, and before the first. If the driver has no text for
+    /// an error, the previous text stays.
     std::string getLastError() const { return lastError; }
 
 protected:
-    // Without m_, deliberately, as all fields of shaders and constants.
+    /// Deliberately without m_, like all fields of shaders and constants.
     std::string lastError;
 };
 

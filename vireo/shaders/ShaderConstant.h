@@ -7,24 +7,29 @@
 
 namespace tavo {
 
-// A constant of a shader: a vector of one to four floats, with the name and the number of the program's parameter that
-// it goes to. ARB programs go by the number, Cg programs by the name. A value that calls no GL; a shader takes it by
-// setConstant, and constants of other lengths are kept, but no shader uses them.
+/// A constant of a shader: a vector of one to four floats, with the name and the number of the parameter it goes to.
+/// ARB programs use the number, Cg programs the name. It calls no GL; GLShader::setConstant takes it. Constants of
+/// other lengths can be kept, but no shader uses them.
+///
+///     ShaderConstant colour("colour", 0, 4);
+///     const float yellow[] = {1, 1, 0, 1};
+///     colour.setData(yellow);
 class VIREO_EXPORT ShaderConstant
 {
 public:
-    // All components are 0. Their number must not be negative.
+    /// Makes components of 0. Their number must not be negative.
     ShaderConstant(const std::string& name, int index, int numComponents);
 
-    // Sets four components, one after the other, whatever their number. A constant of fewer than four deliberately
-    // throws std::out_of_range once it is full; one of more keeps what comes after the fourth.
+    /// Sets the first four components, one after the other. A constant of fewer deliberately throws std::out_of_range
+    /// once it is full; of a longer one the rest stays.
     void setData(const float* values);
 
-    // Sets component i. Throws std::out_of_range if there is none.
+    /// Sets component `i`.
+    /// @throws std::out_of_range If there is none.
     void setData(unsigned int i, float value);
 
-    // The first component, with the others behind it, until the constant is assigned to or destroyed. Throws
-    // std::out_of_range if there is none.
+    /// All components, valid until the constant is assigned to or destroyed.
+    /// @throws std::out_of_range If there are none.
     const float* getDataPtr() const;
 
     std::string getName() const { return name; }
