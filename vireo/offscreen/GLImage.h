@@ -9,62 +9,67 @@ namespace tavo {
 class GLRenderTextureCache;
 class GLRenderTextureFBO;
 
-// An image on the GPU: a handle on one render texture, which is drawn into and drawn with, uploaded and read back. The
-// render texture comes from a cache and is given back to it, is owned outright, or is only borrowed.
-//
-//     GLImage original, blurred;
-//     original.setup(&cache, &picture);
-//     blurred.setup(&cache, &original);
-//     blurred.activate();
-//     ... draw with original.bind(0) ...
-//     blurred.deactivate();
-//     blurred.drawToScreen();
-//
-// An image is empty until it is set up, and after a set-up for which the cache had no render texture
-// (getRenderTexture() then is null). What an empty one cannot do throws PException. Every set-up first lets the render
-// texture go that the image has: gives it back, destroys it, or just forgets it. What a set-up is given may be of the
-// image itself.
-//
-// Whatever calls GL needs what GLRenderTextureFBO needs, above all a current context. The pointers that operations take
-// must not be null. A cache must outlive the images that have something of it; once it has destroyed that (clearAll),
-// they must not be used, and a set-up throws PException and leaves the image empty. Copies refer to the same render
-// texture, which only one of them may own.
+/// An image on the GPU: a handle on one render texture that is drawn into, drawn with, uploaded and read back. The
+/// render texture comes from a cache and goes back to it, is owned, or is only borrowed.
+///
+///     void blur(GLRenderTextureCache& cache, RGBAImage& picture)
+///     {
+///         GLImage original;
+///         GLImage blurred;
+///         original.setup(&cache, &picture);
+///         blurred.setup(&cache, &original);
+///         blurred.activate();
+///         original.bind(0);
+///         // draw
+///         original.unbind();
+///         blurred.deactivate();
+///         blurred.drawToScreen();
+///     }
+///
+/// An image is empty until it is set up, and also after a set-up for which the cache had no render texture
+/// (getRenderTexture() is null then). What an empty image cannot do throws PException. Every set-up first lets go of
+/// the present render texture: returns, destroys or forgets it. Arguments may belong to the image itself.
+///
+/// Operations that call GL need what GLRenderTextureFBO needs, above all a current context. Pointers must not be null.
+/// A cache must outlive the images that use it. After clearAll(), do not use them; a set-up then throws PException and
+/// leaves the image empty. Copies share the render texture, which only one of them may own.
 class VIREO_EXPORT GLImage
 {
 public:
     GLImage() = default;
 
-    // Lets the render texture go. Where its cache does not take it back, that is reported by the debug output.
+    /// Lets go of the render texture. If its cache refuses it, the debug output says so.
     ~GLImage();
 
     GLImage(const GLImage&) = default;
     GLImage& operator=(const GLImage&) = default;
 
-    // Takes a render texture; with `owns` to destroy it, without to leave it alone. It may be the one that the image
-    // has: it is not destroyed then, but given back to its cache if it is no longer owned, and otherwise kept as it
-    // came.
+    /// Takes a render texture. It may be the one that the image has: that is not destroyed, but returned to its cache
+    /// if it is no longer owned, and kept otherwise.
+    /// @owns With `owns`, the image destroys it; else it remains the caller's.
     void setup(GLRenderTextureFBO* renderTexture, bool owns);
 
-    // Takes a render texture from a cache; the arguments are those of GLRenderTextureCache::getRenderTexture, which
-    // says what making a new one leaves bound.
+    /// Takes a render texture from a cache. GLRenderTextureCache::getRenderTexture explains the arguments, and what
+    /// making a new one leaves bound.
     void setup(GLRenderTextureCache* cache, unsigned int width, unsigned int height, unsigned int components,
         bool rectangle, bool floatTexture, bool float32, bool depth, bool stencil);
 
-    // Takes one of the same kind as that of another image, with contents of its own. The other one's depth buffer
-    // deliberately asks for a stencil buffer as well, which many drivers do not have beside one, so that the image is
-    // empty then; its stencil buffer does not count.
+    /// Takes a render texture of the same kind as that of another image, without its contents. If the other one has a
+    /// depth buffer, this deliberately asks for a stencil buffer too. Many drivers do not have both, and the image is
+    /// then empty. The other one's stencil buffer does not count.
     void setup(GLRenderTextureCache* cache, GLImage* other);
 
-    // Take a rectangle of 4 components from a cache, of floats with 32 or 16 bits or of bytes, and copy an image into
-    // it, row 0 at the bottom. It is sampled without filters; no texture is bound on unit 0 afterwards, which is
-    // active. The picture stays the caller's; GL reads it as its pixel storage says (glPixelStorei).
-    //
-    // Throw std::out_of_range, and change nothing, if the picture has no pixels, and PException, with the image empty,
-    // if the driver refuses the render texture. Those of floats need GL_ARB_texture_float or GL_NV_float_buffer.
+    /// Takes a rectangle of 4 components from a cache, of bytes or of floats with 16 or 32 bits, and uploads the
+    /// picture, row 0 at the bottom (glTexSubImage2D). It is sampled without filters. GL reads the picture by its pixel
+    /// storage (glPixelStorei).
+    /// @needs For floats, GL_ARB_texture_float or GL_NV_float_buffer.
+    /// @leaves Unit 0 is active, with no texture bound to the target.
+    /// @throws std::out_of_range If the picture has no pixels. Nothing has changed then.
+    /// @throws PException If the driver refuses the render texture. The image is then empty.
     void setup(GLRenderTextureCache* cache, RGBAFloat32Image* image, bool float32);
     void setup(GLRenderTextureCache* cache, RGBAImage* image);
 
-    // See the operations of that name in GLRenderTextureFBO.
+    /// See the operations of that name in GLRenderTextureFBO.
     void activate();
     void deactivate();
     void bind(unsigned int unit);
@@ -77,39 +82,41 @@ public:
     bool isFloat32() const;
     bool isRectangle() const;
 
-    // Whether floats, of whatever size, were asked for.
+    /// Whether floats of either size were asked for.
     bool isFloat() const;
 
-    // Whether there is a depth buffer; deliberately both.
+    /// Whether there is a depth buffer. Deliberately, hasStencil() answers the same.
     bool hasDepth() const;
     bool hasStencil() const;
 
     bool isSquare() const;
 
-    // Whether width and height both are; 1 is one, 0 is none.
+    /// Whether width and height are both powers of two. 1 is a power of two, 0 is not.
     bool isPowerOfTwo() const;
 
-    // Null if the image is empty.
+    /// The render texture; null if the image is empty.
     GLRenderTextureFBO* getRenderTexture() const { return m_RenderTexture; }
 
-    // Deliberately copies nothing: activates this image, binds the source on unit 0 and unbinds it, and deactivates
-    // this image. The six numbers are not used.
+    /// Deliberately copies nothing. Activates this image, binds the source on unit 0, unbinds it, and deactivates this
+    /// image. The six numbers are not used.
     void copySubImage(
         GLImage* source, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int);
 
-    // A new image with the pixels, which the caller owns. No texture is bound on unit 0 afterwards, which is active. GL
-    // writes as its pixel storage says, and must be told of no padding; see GLRenderTextureFBO.
-    // Unlike GLRenderTextureFBO's, this deliberately leaves the framebuffer of an active image bound, though the image
-    // no longer counts as active.
+    /// Reads the pixels back into a new image (glGetTexImage). GL writes them by its pixel storage, which must not ask
+    /// for padding (see GLRenderTextureFBO).
+    /// @leaves Unit 0 is active, with no texture bound to the target. Unlike in GLRenderTextureFBO, the framebuffer of
+    /// an active image deliberately stays bound, though the image no longer counts as active.
+    /// @owns The caller owns the new image.
     RGBAImage* getRGBAImage();
     RGBAFloat32Image* getRGBAFloat32Image();
 
-    // Draws the image, which should be a rectangle, over the viewport: its texture coordinates count texels. It is
-    // drawn with whatever is enabled, programs, blending and the texture environment too, but without the depth test.
-    // GL's state is as before afterwards; the image no longer counts as active or bound.
-    //
-    // Deliberately, the projection is of the viewport's width less its x by its height less its y. That fills the
-    // viewport nevertheless, except where one of them is 0: then nothing is drawn, and GL has an error.
+    /// Draws the image over the viewport (glBegin). It should be a rectangle, since the texture coordinates count
+    /// texels. Whatever is enabled takes part, such as programs, blending and the texture environment, but not the
+    /// depth test.
+    ///
+    /// The projection deliberately has the viewport's width less its x and its height less its y. The quad fills the
+    /// viewport nevertheless, unless one of them is 0: then nothing is drawn, and GL has an error.
+    /// @leaves GL's state is as before. The image no longer counts as active or bound.
     void drawToScreen();
 
 private:

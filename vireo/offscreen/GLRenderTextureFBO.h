@@ -11,97 +11,105 @@ namespace tavo {
 
 class GLTexture;
 
-// A texture that can be drawn into: a 2D or rectangle texture attached to a framebuffer object, with a depth and a
-// stencil buffer if wanted; or, from createDepthTexture, a texture of depths alone.
-//
-//     GLRenderTextureFBO target(context);
-//     if (!target.create(512, 512, 4, GLRenderTextureFBO::FLAG_DEPTH))
-//         ... this driver has no such target ...
-//     target.activate();
-//     ... draw ...
-//     target.deactivate();
-//     target.bind(0);
-//     ... draw with what was drawn ...
-//     target.unbind();
-//
-// It is idle, active (drawn into) or bound (a texture of a unit). The last of activate, deactivate, bind and unbind
-// decides which; they may be called in any order, and each does no more than it says.
-//
-// Every operation but the getters calls GL in the object's context, which must be current, and needs
-// GL_EXT_framebuffer_object and GL_ARB_multitexture. Before one of the create operations has succeeded, no other may be
-// called that calls GL. GL errors are left pending to whoever asks for them.
-//
-// Copies are member-wise and share the texture: only one of them may be destroyed. Copying is not a supported use.
+/// A texture to draw into: a 2D or rectangle texture attached to a framebuffer object, with depth and stencil buffers
+/// on request; or, from createDepthTexture, a texture of depths only.
+///
+///     GLRenderTextureFBO target(&context);
+///     if (!target.create(512, 512, 4, GLRenderTextureFBO::FLAG_DEPTH))
+///         return; // the driver has no such target
+///     target.activate();
+///     // draw
+///     target.deactivate();
+///     target.bind(0);
+///     // draw with what was drawn
+///     target.unbind();
+///
+/// A target is idle, active (drawn into) or bound (to a unit). The last call of activate, deactivate, bind and unbind
+/// decides which. They may be called in any order, and each does no more than it says.
+///
+/// Every operation but the getters calls GL in the object's context, which must be current, and needs
+/// GL_EXT_framebuffer_object and GL_ARB_multitexture. Until a create operation has succeeded, call no other operation
+/// that calls GL. GL errors are left pending. Do not copy targets: copies share the texture, and only one may be
+/// destroyed.
 class VIREO_EXPORT GLRenderTextureFBO : public GLObject
 {
 public:
-    // What a target is made of, bits to be combined. Without the last, the texture is a 2D texture; without the two of
-    // floats, a component is a byte.
+    /// What a target is made of; combine the bits. Without FLAG_RECTANGLE it is a 2D texture. Without the two float
+    /// flags, a component is a byte.
     static constexpr unsigned int FLAG_DEPTH = 1;
     static constexpr unsigned int FLAG_STENCIL = 2;
     static constexpr unsigned int FLAG_FLOAT16 = 4;
     static constexpr unsigned int FLAG_FLOAT32 = 8;
     static constexpr unsigned int FLAG_RECTANGLE = 16;
 
-    // Registers an empty object; calls no GL. The context must not be null.
+    /// Registers an empty object; calls no GL.
+    /// @needs The context must not be null.
     explicit GLRenderTextureFBO(GLContext* context);
 
-    // Destroys the texture, whose name the context deletes when it can, and deletes the framebuffer at once, unless the
-    // context has died. Framebuffers are not shared between contexts: the native context in which the target was made
-    // must be current, and not another one of its tree. The depth and stencil buffers are deliberately left to the
-    // rendering context: who makes many targets with them keeps them in a GLRenderTextureCache.
+    /// Destroys the texture, whose name the context deletes when it can. Unless the context has died, deletes the
+    /// framebuffer at once (glDeleteFramebuffersEXT). Depth and stencil buffers are deliberately not freed: if you need
+    /// many targets with them, keep the targets in a GLRenderTextureCache.
+    /// @needs The native context in which the target was made must be current, not another one of its tree:
+    /// framebuffers are not shared.
     ~GLRenderTextureFBO() override;
 
     GLRenderTextureFBO(const GLRenderTextureFBO&) = default;
     GLRenderTextureFBO& operator=(const GLRenderTextureFBO&) = default;
 
-    // Makes a target of width x height texels with the given number of components, as of a GLTexture2D or
-    // GLTextureRect. 2D textures deliberately have bytes for components whatever the flags say; the float formats of
-    // rectangles are those of GLTextureRect, 32 bits where both sizes are asked for. No size is refused here.
-    //
-    // False if the driver cannot draw into such a target. Then the framebuffer stays bound, and what was made so far
-    // stays until the object dies. Otherwise the window is drawn into afterwards. The texture stays bound on unit 0,
-    // the last depth or stencil buffer to its target.
-    //
-    // A second call, also of the other create operation, makes new objects and deliberately leaves the old ones alone.
+    /// Makes a target of width x height texels with that many components, as in GLTexture2D or GLTextureRect
+    /// (glTexImage2D, glGenFramebuffersEXT, glFramebufferTexture2DEXT, glRenderbufferStorageEXT). 2D textures
+    /// deliberately have byte components whatever the flags say. Rectangles have the float formats of GLTextureRect,
+    /// with 32 bits if both sizes are asked for. No size is refused here.
+    ///
+    /// A second call, of either create operation, makes new objects and deliberately leaves the old ones alone.
+    ///
+    /// Returns false if the driver cannot draw into such a target.
+    /// @leaves Drawing goes to the window. The texture is bound on unit 0, the last depth or stencil buffer to its
+    /// target. On failure the framebuffer stays bound, and what was made lives as long as this object.
     bool create(unsigned int width, unsigned int height, unsigned int components, unsigned int flags);
 
-    // Makes a target of depths alone, without filters, that ends at its edges. Width and height must be powers of two;
-    // 0 passes for one here. It counts as one with a depth buffer and without components, and is a pure depth texture
-    // from the call on, even a failing one.
-    //
-    // False if a size is no power of two, when nothing has been made, or if the driver cannot draw into such a target,
-    // as above. No texture is bound on unit 0 afterwards.
+    /// Makes a target of depths only, without filters, clamped to its edges. Width and height must be powers of two or
+    /// 0. It counts as having a depth buffer and no components. From the call on it is a pure depth texture, even if
+    /// the call fails.
+    ///
+    /// Returns false if a size is not a power of two, with nothing made, or if the driver cannot draw into such a
+    /// target, as above.
+    /// @leaves No texture is bound on unit 0.
     bool createDepthTexture(unsigned int width, unsigned int height);
 
-    // Saves the viewport, and directs drawing into the texture, the viewport being the whole of it.
+    /// Saves the viewport, directs drawing into the texture, and sets the viewport to all of it (glBindFramebufferEXT,
+    /// glViewport).
     void activate();
 
-    // Directs drawing to the window, deliberately also where another framebuffer was bound before activate, and
-    // restores the viewport that activate saved.
+    /// Directs drawing to the window, deliberately even if another framebuffer was bound before activate, and restores
+    /// the viewport that activate saved (glBindFramebufferEXT, glViewport).
     void deactivate();
 
-    // Bind the texture on a unit, counted from 0, and take it from there again. The unit is left active. Binding does
-    // not deactivate: an active target is still drawn into, but counts as bound.
+    /// Binds the texture on a unit, counted from 0 (glActiveTextureARB, glBindTexture). This does not deactivate: an
+    /// active target is still drawn into, but counts as bound.
+    /// @leaves That unit is active.
     void bind(unsigned int unit);
+    /// Binds no texture on the unit of the last bind (glActiveTextureARB, glBindTexture).
+    /// @leaves That unit is active.
     void unbind();
 
-    // A new image with the texture's pixels, which the caller owns. An idle or active target is bound on unit 0 for it
-    // and no texture is bound there afterwards; an active one is active again then, and has saved the viewport anew. Of
-    // a bound one, its unit must be the active one. A depth texture cannot be read so: GL refuses, the image is zeros.
-    //
-    // GL writes as its pixel storage says (glPixelStorei), of which nothing is set here, and the image has no padding:
-    // GL_PACK_ALIGNMENT must be at most 4, the row length and skip values 0, and nothing bound to
-    // GL_PIXEL_PACK_BUFFER_ARB.
+    /// Reads the texture back into a new image (glGetTexImage). A depth texture cannot be read: GL reports an error,
+    /// and the image is zero.
+    /// @needs If the target is bound, its unit must be active. GL's pixel storage (glPixelStorei), which is not set
+    /// here, must ask for no padding: GL_PACK_ALIGNMENT at most 4, row length and skip values 0, nothing bound to
+    /// GL_PIXEL_PACK_BUFFER_ARB.
+    /// @leaves A bound target stays bound. Otherwise unit 0 is active with no texture bound; an active target is active
+    /// again, and has saved the viewport anew.
+    /// @owns The caller owns the new image.
     RGBAImage* getRGBAImage();
     RGBAFloat32Image* getRGBAFloat32Image();
 
-    // As given to the create operation: texels, and components of a texel.
+    /// As passed to the create operation: texels, and components per texel.
     unsigned int getWidth() const { return m_Width; }
     unsigned int getHeight() const { return m_Height; }
     unsigned int getNumComponents() const { return m_NumComponents; }
 
-    // The flags as given, whatever the texture is made of.
+    /// The flags as passed, whatever the texture is made of.
     bool hasDepth() const { return hasFlag(FLAG_DEPTH); }
     bool hasStencil() const { return hasFlag(FLAG_STENCIL); }
     bool isFloat16() const { return hasFlag(FLAG_FLOAT16); }
@@ -113,7 +121,8 @@ public:
     bool isActive() const { return m_State == STATE_ACTIVE; }
     bool isBound() const { return m_State == STATE_BOUND; }
 
-    // The GL enumerant of the texture's target. There must be a texture.
+    /// The GL enumerant of the texture's target.
+    /// @needs There must be a texture.
     unsigned int getTextureTarget();
 
 private:
