@@ -34,7 +34,7 @@ Comparison createAndDestroyObjects(std::size_t number);
 Comparison deleteQueuedNames(std::size_t number);
 Comparison convertVertices(unsigned int numVertices);
 
-// What is compared with floors: the works in the sizes that stand in docs/performance.md.
+// What is compared with floors: the works in the sizes that stand in docs/figures.md.
 void addVolumeWorks();
 void addPointWorks();
 void addCurveWorks();

@@ -24,7 +24,7 @@ private:
     bool m_HasErrors = false;
 };
 
-// Prints comparisons as the rows of a Markdown table, as they stand in docs/performance.md, under the names of the
+// Prints comparisons as the rows of a Markdown table, as they stand in docs/figures.md, under the names of the
 // machine and the driver.
 class Table : public Reporter
 {
