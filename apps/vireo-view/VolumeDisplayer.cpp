@@ -125,7 +125,7 @@ void VolumeDisplayer::drawGL(QGLWidget* widget, tavo::Camera& camera)
         std::string(DENSITY), &colourOf, this);
 }
 
-TransferFunction::RGBA VolumeDisplayer::colourOf(void* self, const tavo::StaticVector<float, 1>& density)
+tavo::RGBA8 VolumeDisplayer::colourOf(void* self, const tavo::StaticVector<float, 1>& density)
 {
     return static_cast<const VolumeDisplayer*>(self)->m_TransferFunction.look(double{density[0]});
 }
