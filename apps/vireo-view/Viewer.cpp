@@ -1,6 +1,7 @@
 #include "apps/vireo-view/Viewer.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QImage>
 #include <QScreen>
@@ -59,6 +60,23 @@ void setViewSize(tavo::DebugSection& section, unsigned int sizeIndex)
         widget->setSizeIndex(sizeIndex);
 }
 
+QSize windowSize()
+{
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    return screen ? WINDOW_SIZE.boundedTo(screen->availableSize()) : WINDOW_SIZE;
+}
+
+// The window system may tell late of the size that the window was opened with, and the window take that for new.
+void waitForWindowSize(QWidget& window)
+{
+    constexpr int LONGEST_MILLISECONDS = 1000;
+    QApplication::processEvents(QEventLoop::AllEvents, LONGEST_MILLISECONDS); // without a time, not all that are there
+    for (QDeadlineTimer deadline(LONGEST_MILLISECONDS); window.size() != windowSize() && !deadline.hasExpired();) {
+        window.resize(windowSize());
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+}
+
 void show(Exhibit& exhibit, unsigned int sizeIndex)
 {
     std::visit(Sender(), exhibit);
@@ -67,8 +85,7 @@ void show(Exhibit& exhibit, unsigned int sizeIndex)
         return;
     if (window->getSections().size() == 1) {
         window->setWindowTitle("vireo-view");
-        const QScreen* const screen = QGuiApplication::primaryScreen();
-        window->resize(screen ? WINDOW_SIZE.boundedTo(screen->availableSize()) : WINDOW_SIZE);
+        window->resize(windowSize());
     }
     setViewSize(*window->getSections().back(), sizeIndex);
 }
@@ -208,7 +225,7 @@ std::string Viewer::nameOf(const InputFile& file)
 void Viewer::savePictures()
 {
     tavo::DebugWindow& window = *tavo::debugOutput.getWindow();
-    QApplication::processEvents();
+    waitForWindowSize(window);
     const QDir directory(m_Options.picturesDirectory);
     unsigned int number = 1;
     for (tavo::DebugSection* const section : window.getSections()) {

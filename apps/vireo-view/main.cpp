@@ -6,6 +6,7 @@
 #include "apps/vireo-view/VolumeDisplayer.h"
 #include "apps/vireo-view/qtMessages.h"
 #include "tavo/base/debug/EventDisplayer.h"
+#include "tavo/platform/windowlessContext.h"
 #include "vireo/Library.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLEventObject.h"
@@ -55,6 +56,18 @@ public:
     DisplayerClasses& operator=(const DisplayerClasses&) = delete;
 };
 
+// Pictures need no display: without one, Qt draws them where nobody sees it, and EGL makes the contexts.
+void doWithoutDisplay()
+{
+    for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (qEnvironmentVariableIsSet(variable))
+            return;
+    const tavo::WindowlessContext context = tavo::makeWindowlessContext();
+    if (context.renderingContext)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    tavo::destroyWindowlessContext(context);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -63,6 +76,9 @@ int main(int argc, char** argv)
     const auto early = parseCommandLine(argumentList(argc, argv));
     if (const auto* const answer = std::get_if<Answer>(&early); answer && answer->exitStatus == 0)
         return give(*answer);
+
+    if (const auto* const options = std::get_if<Options>(&early); options && !options->picturesDirectory.isEmpty())
+        doWithoutDisplay();
 
     // The displayers go with the QApplication, and so before their classes.
     const DisplayerClasses classes;

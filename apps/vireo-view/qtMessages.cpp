@@ -29,8 +29,16 @@ QString platformsReason;
     std::_Exit(EXIT_STATUS_FAILED); // without destructors, as abort() does: Qt is in the middle of something
 }
 
+// What Qt's platforms without a display say of every window; nobody sees those.
+bool isOfNoConcern(const QString& message)
+{
+    return message.startsWith("This plugin does not support");
+}
+
 void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
+    if (isOfNoConcern(message))
+        return;
     if (type == QtFatalMsg)
         endProgram(message);
     if (hasStarted) {

@@ -64,7 +64,7 @@ GLEventDisplayerWidget::MyGLWidget::MyGLWidget(ViewContext* context, QWidget* pa
     m_Controller.setSize(width(), height());
     setFocusPolicy(Qt::StrongFocus);
     setPictureSource(this, [this] { return getPicture(); });
-    if (!isValid())
+    if (!m_ViewContext.exists())
         reportMissingContext();
 }
 
@@ -135,7 +135,7 @@ bool GLEventDisplayerWidget::MyGLWidget::makeContext()
     if (m_Context)
         return true;
     makeCurrent();
-    if (QGLContext::currentContext() != context() || !wglGetCurrentContext())
+    if (!m_ViewContext.isCurrent())
         return false;
     m_Context = new GLContext(wglGetCurrentDC(), wglGetCurrentContext(), nullptr, nullptr);
     return true;

@@ -18,14 +18,36 @@ ViewContext::~ViewContext()
 {
     if (!isValid())
         delete contextHandle();
+    if (m_Windowless)
+        destroyWindowlessContext(*m_Windowless);
+}
+
+bool ViewContext::exists()
+{
+    if (isValid())
+        return true;
+    if (!m_Windowless)
+        m_Windowless = makeWindowlessContext();
+    return m_Windowless->renderingContext != nullptr;
 }
 
 void ViewContext::makeCurrent()
 {
     ++m_NumMadeCurrent;
-    QGLContext::makeCurrent();
+    if (isValid())
+        QGLContext::makeCurrent();
+    else if (exists())
+        wglMakeCurrent(m_Windowless->deviceContext, m_Windowless->renderingContext);
     if (m_PbufferDC)
         wglMakeCurrent(m_PbufferDC, wglGetCurrentContext());
+}
+
+bool ViewContext::isCurrent() const
+{
+    const HGLRC current = wglGetCurrentContext();
+    if (isValid() || !current)
+        return current && QGLContext::currentContext() == this;
+    return m_Windowless && current == m_Windowless->renderingContext;
 }
 
 std::string ViewContext::getFailure() const

@@ -2,7 +2,10 @@
 
 #include <QGLContext>
 #include <QSize>
+#include <optional>
 #include <string>
+
+#include "tavo/platform/windowlessContext.h"
 
 struct HDC__;
 struct HPBUFFERARB__;
@@ -10,7 +13,8 @@ struct HPBUFFERARB__;
 namespace tavo {
 
 // The GL context of a view. It draws to the view's window or, for a picture, to a pbuffer of its own: whoever makes the
-// view current then, the shown object, or Qt in order to draw text, has the picture as framebuffer 0.
+// view current then, the shown object, or Qt in order to draw text, has the picture as framebuffer 0. Where Qt has no
+// context for the window, one without a window takes its place, so that there are pictures nevertheless.
 class ViewContext : public QGLContext
 {
 public:
@@ -20,6 +24,12 @@ public:
     ViewContext& operator=(const ViewContext&) = delete;
 
     void makeCurrent() override;
+
+    // Whether there is a context of either kind.
+    bool exists();
+
+    // Whether it is current in this thread.
+    bool isCurrent() const;
 
     // Why it is not current after makeCurrent(), as far as that can be known.
     std::string getFailure() const;
@@ -40,6 +50,7 @@ private:
     unsigned int m_NumMadeCurrent = 0;
     HPBUFFERARB__* m_Pbuffer = nullptr;
     HDC__* m_PbufferDC = nullptr;
+    std::optional<WindowlessContext> m_Windowless; // as soon as it was tried
 };
 
 } // namespace tavo

@@ -63,12 +63,7 @@ const PoorDisplay POOR_DISPLAYS[] = {
         "Qt cannot start: could not connect to display :47110"},
     {"NoSuchPlatform", {{"QT_QPA_PLATFORM", "nonsense"}},
         "Qt cannot start: Could not find the Qt platform plugin \"nonsense\" in \"\""},
-    {"Minimal", {{"QT_QPA_PLATFORM", "minimal"}}, WITHOUT_CONTEXT "Qt's platform \"minimal\" has no OpenGL here"},
-    {"OffscreenWithoutDisplay", {{"QT_QPA_PLATFORM", "offscreen"}, {"DISPLAY", nullptr}},
-        WITHOUT_CONTEXT "the OpenGL driver makes none"},
-    {"NoIntegration", {{"QT_XCB_GL_INTEGRATION", "none"}}, WITHOUT_CONTEXT "Qt's platform \"xcb\" has no OpenGL here"},
     {"NoDriver", {{"LIBGL_DRIVERS_PATH", "/nonexistent"}}, WITHOUT_CONTEXT "the OpenGL driver makes none"},
-    {"Indirect", {{"LIBGL_ALWAYS_INDIRECT", "1"}}, WITHOUT_CONTEXT "the OpenGL driver makes none"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Displays, WithoutPicturesGLTest, testing::ValuesIn(POOR_DISPLAYS),
@@ -81,6 +76,36 @@ TEST_P(WithoutPicturesGLTest, SaysWhyInOneLineAndEndsWithStatus1)
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_THAT(ownLines(outcome.errors), ElementsAre(std::string("vireo-view: ") + GetParam().line));
     EXPECT_THAT(pictures(), IsEmpty());
+}
+
+class WithPicturesGLTest : public PoorDisplaysGLTest, public testing::WithParamInterface<PoorDisplay>
+{};
+
+const PoorDisplay WITHOUT_GL_WINDOWS[] = {
+    {"NoDisplay", {{"DISPLAY", nullptr}, {"QT_QPA_PLATFORM", nullptr}}, ""},
+    {"Offscreen", {{"QT_QPA_PLATFORM", "offscreen"}, {"DISPLAY", nullptr}}, ""},
+    {"Minimal", {{"QT_QPA_PLATFORM", "minimal"}}, ""},
+    {"NoIntegration", {{"QT_XCB_GL_INTEGRATION", "none"}}, ""},
+    {"Indirect", {{"LIBGL_ALWAYS_INDIRECT", "1"}}, ""},
+};
+
+INSTANTIATE_TEST_SUITE_P(Displays, WithPicturesGLTest, testing::ValuesIn(WITHOUT_GL_WINDOWS),
+    [](const auto& display) { return display.param.name; });
+
+TEST_P(WithPicturesGLTest, SavesTheSameAsWithAWindow)
+{
+    ASSERT_EQ(run({"c.csv", "--pictures", "usual"}).exitStatus, 0);
+    set(GetParam());
+    const tavo::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors;
+    EXPECT_THAT(ownLines(outcome.errors), IsEmpty());
+    ASSERT_EQ(pictures().size(), 1u);
+    const QImage usual((directory() / "usual" / pictures()[0]).c_str());
+    const QImage saved = picture(pictures()[0].c_str());
+    if (saved.size() == usual.size())
+        EXPECT_EQ(saved, usual);
+    else // a window without a screen has another size
+        EXPECT_STREQ(GetParam().name, "Minimal");
 }
 
 // Without Qt's words about what failed first.

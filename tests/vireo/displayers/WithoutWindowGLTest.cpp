@@ -1,0 +1,104 @@
+#include <QGLWidget>
+#include <gmock/gmock.h>
+
+#include "tavo/base/debug/DebugOutput.h"
+#include "tavo/base/debug/DebugSection.h"
+#include "tavo/base/debug/DebugWindow.h"
+#include "tavo/base/objects/PException.h"
+#include "tavo/platform/wgl.h"
+#include "tests/support/QtMessages.h"
+#include "tests/vireo/displayers/TestEventObject.h"
+#include "vireo/displayers/GLEventDisplayer.h"
+
+#include <GL/gl.h>
+
+namespace tavo {
+namespace {
+
+// Qt has no GL for the windows of this program: its platform shows them nowhere.
+class WithoutWindowGLTest : public testing::Test
+{
+protected:
+    WithoutWindowGLTest()
+    {
+        GLEventObject::init(Object::getClass());
+        GLEventDisplayer::init(EventDisplayer::getClass());
+    }
+
+    ~WithoutWindowGLTest() override
+    {
+        delete debugOutput.getWindow();
+        EXPECT_EQ(TestEventObject::s_NumLiving, 0);
+    }
+
+    static DebugSection& send(const std::string& name, TestEventObject* object)
+    {
+        sendGLEventObject(name, object);
+        for (DebugSection* section : debugOutput.getWindow()->getSections())
+            if (section->getName() == name)
+                return *section;
+        throw PException("there is no section");
+    }
+
+    // Of its windows, whose places it does not keep.
+    ExpectedQtWarning m_PlatformsWords{"This plugin does not support"};
+    const std::size_t m_Before = debugOutput.getText().size();
+};
+
+TestEventObject* makeRed()
+{
+    auto* const object = new TestEventObject;
+    object->whenDrawn = [] {
+        glClearColor(1, 0, 0, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+    };
+    return object;
+}
+
+TEST_F(WithoutWindowGLTest, HasPicturesOfAContextOfItsOwn)
+{
+    DebugSection& section = send("view", makeRed());
+    EXPECT_FALSE(section.findChild<QGLWidget*>()->isValid());
+    for (int i = 0; i < 2; ++i) {
+        const QImage picture = section.getPicture();
+        ASSERT_FALSE(picture.isNull());
+        EXPECT_EQ(picture.size(), section.findChild<QGLWidget*>()->size());
+        EXPECT_EQ(picture.pixelColor(0, 0), QColor(Qt::red));
+        EXPECT_EQ(picture.pixelColor(picture.width() - 1, picture.height() - 1), QColor(Qt::red));
+    }
+    EXPECT_EQ(debugOutput.getText().substr(m_Before), "") << "nothing is missing";
+}
+
+TEST_F(WithoutWindowGLTest, LeavesNothingCurrent)
+{
+    EXPECT_FALSE(send("view", makeRed()).getPicture().isNull());
+    EXPECT_EQ(wglGetCurrentContext(), nullptr);
+}
+
+TEST_F(WithoutWindowGLTest, GivesEachViewAContext)
+{
+    HGLRC contexts[2] = {};
+    for (int i = 0; i < 2; ++i) {
+        auto* const object = new TestEventObject;
+        object->whenDrawn = [&contexts, i] { contexts[i] = wglGetCurrentContext(); };
+        EXPECT_FALSE(send("view " + std::to_string(i), object).getPicture().isNull());
+    }
+    EXPECT_NE(contexts[0], nullptr);
+    EXPECT_NE(contexts[0], contexts[1]);
+}
+
+TEST_F(WithoutWindowGLTest, SendsTheObjectAwayWithItsContextCurrent)
+{
+    auto* const object = makeRed();
+    HGLRC drawnIn = nullptr;
+    HGLRC destroyedIn = nullptr;
+    object->whenDrawn = [&drawnIn] { drawnIn = wglGetCurrentContext(); };
+    object->whenDestroyed = [&destroyedIn] { destroyedIn = wglGetCurrentContext(); };
+    EXPECT_FALSE(send("view", object).getPicture().isNull());
+    delete debugOutput.getWindow();
+    EXPECT_NE(drawnIn, nullptr);
+    EXPECT_EQ(destroyedIn, drawnIn);
+}
+
+} // namespace
+} // namespace tavo
