@@ -1,13 +1,18 @@
 # VIREO_RUNTIME_DLLS: what programs and libraries of this build need of others, besides what Windows has: Qt's libraries,
-# those of plots and docks, and the compiler's. VIREO_QT_PLUGINS: what Qt's libraries load by themselves; the buttons of docks
-# are SVG pictures.
+# those of the front door, and the compiler's. VIREO_QT_PLUGINS: what Qt's libraries load by themselves.
 
-foreach(library Qt5::Core Qt5::Gui Qt5::Widgets Qt5::OpenGL Qt5::Svg Qwt::Qwt ads::qtadvanceddocking)
+set(libraries Qt5::Core Qt5::Gui Qt5::Widgets Qt5::OpenGL)
+set(plugins Qt5::QWindowsIntegrationPlugin)
+if(VIREO_BUILD_SHOW)
+    list(APPEND libraries Qt5::Svg Qwt::Qwt ads::qtadvanceddocking)
+    list(APPEND plugins Qt5::QSvgPlugin Qt5::QSvgIconPlugin) # for the buttons of docks
+endif()
+foreach(library IN LISTS libraries)
     get_target_property(dll ${library} LOCATION)
     list(APPEND VIREO_RUNTIME_DLLS ${dll})
 endforeach()
-foreach(plugin QWindowsIntegrationPlugin QSvgPlugin QSvgIconPlugin)
-    get_target_property(dll Qt5::${plugin} LOCATION)
+foreach(plugin IN LISTS plugins)
+    get_target_property(dll ${plugin} LOCATION)
     list(APPEND VIREO_QT_PLUGINS ${dll})
 endforeach()
 if(MINGW)

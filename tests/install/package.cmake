@@ -9,5 +9,6 @@ add_test(NAME install.package
         -DRUN=${CMAKE_CROSSCOMPILING_EMULATOR}
         -DCXX=${CMAKE_CXX_COMPILER}
         -DQT_LIB_DIR=$<TARGET_LINKER_FILE_DIR:Qt5::Core>
+        -DWITH_SHOW=${VIREO_BUILD_SHOW}
         -P ${CMAKE_CURRENT_SOURCE_DIR}/usePackage.cmake)
 set_tests_properties(install.package PROPERTIES RESOURCE_LOCK display)
