@@ -7,7 +7,7 @@
 #include "benchmarks/support/View.h"
 #include "benchmarks/support/inputs.h"
 #include "benchmarks/works.h"
-#include "vireo/context/attributeBits.h"
+#include "vireo/context/SavedState.h"
 #include "vireo/volume/SliceVolumeRenderer.h"
 
 #include <GL/glu.h>

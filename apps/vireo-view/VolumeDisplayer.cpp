@@ -13,7 +13,7 @@
 #include "apps/vireo-view/VolumeDisplayerConfig.h"
 #include "tavo/base/gui/Camera.h"
 #include "tavo/base/objects/ClassRecord.h"
-#include "vireo/context/CurrentContextGuard.h"
+#include "vireo/context/SavedState.h"
 #include "vireo/displayers/loadCamera.h"
 
 #include <GL/gl.h>
@@ -34,27 +34,6 @@ tavo::Vector3f turnedBack(const tavo::Vector3f& v)
 {
     return turned(v);
 }
-
-// A model-view matrix of the camera, selected, and everything as before at the end. The one that is loaded is of the
-// paint before: with that, a new volume would be drawn twice until it is seen right.
-class CameraMatrix
-{
-public:
-    explicit CameraMatrix(const tavo::Camera& camera)
-    {
-        glPushAttrib(GL_TRANSFORM_BIT);
-        glMatrixMode(GL_MODELVIEW);
-        glPushMatrix();
-        tavo::loadCamera(camera);
-    }
-    ~CameraMatrix()
-    {
-        glPopMatrix();
-        glPopAttrib();
-    }
-    CameraMatrix(const CameraMatrix&) = delete;
-    CameraMatrix& operator=(const CameraMatrix&) = delete;
-};
 
 // Enough for every value of 12 bits.
 constexpr unsigned int TABLE_SIZE = 4096;
@@ -110,7 +89,11 @@ void VolumeDisplayer::drawGL(QGLWidget* widget, tavo::Camera& camera)
         return;
     }
     m_View = widget;
-    const CameraMatrix matrix(camera);
+    // The matrix that is loaded is of the paint before: with that, a new volume would be drawn twice until it is seen
+    // right.
+    const tavo::SavedAttributes mode(GL_TRANSFORM_BIT);
+    const tavo::SavedMatrix matrix(GL_MODELVIEW);
+    tavo::loadCamera(camera);
     const std::array<float, 16> turn = {-1, 0, 0, 0, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 1};
     glMultMatrixf(turn.data());
     glScalef(getScale(), getScale(), getScale());

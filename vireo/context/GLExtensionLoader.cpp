@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <iterator>
 #include <new>
+#include <optional>
+#include <span>
 
 #include "tavo/platform/wgl.h"
 #include "vireo/context/GLExtensions.h"
@@ -22,23 +24,59 @@ bool fetch(const char* name)
     return entryPoint != nullptr;
 }
 
+template <auto& entryPoint>
+bool isFetched()
+{
+    return entryPoint != nullptr;
+}
+
 // A line of the list of entry points: either the name of an extension, or an entry point of the extension named last.
 struct Line
 {
     const char* name;
     bool (*fetch)(const char* name);
+    bool (*isFetched)();
 };
 
 constexpr Line lines[] = {
-#define VIREO_GL_EXTENSION(name) {name, nullptr},
-#define VIREO_GL_ENTRY_POINT(name, ...) {#name, fetch<name>},
-#define VIREO_GL_SHARED_ENTRY_POINT(name) {#name, fetch<name>},
+#define VIREO_GL_EXTENSION(name) {name, nullptr, nullptr},
+#define VIREO_GL_ENTRY_POINT(name, ...) {#name, fetch<name>, isFetched<name>},
+#define VIREO_GL_SHARED_ENTRY_POINT(name) {#name, fetch<name>, isFetched<name>},
 #include "vireo/context/GLEntryPoints.inc"
 };
 
 bool namesExtension(const Line& line)
 {
     return !line.fetch;
+}
+
+// The entry points of an extension; nothing for an unknown name.
+std::optional<std::span<const Line>> entryPointsOf(std::string_view extension)
+{
+    const Line* const named = std::find_if(std::begin(lines), std::end(lines),
+        [extension](const Line& line) { return namesExtension(line) && line.name == extension; });
+    if (named == std::end(lines))
+        return std::nullopt;
+    return std::span(named + 1, std::find_if(named + 1, std::end(lines), namesExtension));
+}
+
+bool hasFramebufferObjects()
+{
+    bool hasAll = true;
+#define VIREO_GL_FRAMEBUFFER_ENTRY_POINT(name, ...) hasAll = hasAll && (name);
+#include "vireo/context/GLEntryPoints.inc"
+    return hasAll;
+}
+
+// Whether a list of names, each followed by a blank, has the whole name.
+bool lists(std::string_view names, std::string_view name)
+{
+    if (name.empty())
+        return false;
+    for (auto found = names.find(name); found != names.npos; found = names.find(name, found + 1))
+        if ((found == 0 || names[found - 1] == ' ') && names.substr(found + name.size()).starts_with(' '))
+            return true;
+    return false;
 }
 
 constexpr char separators[] = " \t\n";
@@ -112,12 +150,9 @@ bool GLExtensionLoader::request(const char* names)
 
 bool GLExtensionLoader::load(std::string_view extension)
 {
-    const Line* const named = std::find_if(std::begin(lines), std::end(lines),
-        [extension](const Line& line) { return namesExtension(line) && line.name == extension; });
-    if (named == std::end(lines))
-        return false;
-    const Line* const next = std::find_if(named + 1, std::end(lines), namesExtension);
-    return std::all_of(named + 1, next, [](const Line& line) { return line.fetch(line.name); });
+    const auto entryPoints = entryPointsOf(extension);
+    return entryPoints && std::all_of(entryPoints->begin(), entryPoints->end(),
+                              [](const Line& line) { return line.fetch(line.name); });
 }
 
 void GLExtensionLoader::loadFramebufferObjects()
@@ -149,6 +184,17 @@ bool GLExtensionLoader::isSupported(std::string_view extension) const
         if (supported.substr(found + extension.size()).starts_with(' '))
             return true;
     return false;
+}
+
+bool GLExtensionLoader::isUsable(std::string_view extension) const
+{
+    if (extension == "GL_EXT_framebuffer_object") // fetched, and there, whether or not it is listed
+        return hasFramebufferObjects();
+    if (!lists(m_SupportedExtensions, extension))
+        return false;
+    const auto entryPoints = entryPointsOf(extension);
+    return !entryPoints ||
+           std::all_of(entryPoints->begin(), entryPoints->end(), [](const Line& line) { return line.isFetched(); });
 }
 
 } // namespace tavo

@@ -32,6 +32,10 @@ public:
     // Whether an extension is supported, as request has it. Nothing is before the first request.
     bool isSupported(std::string_view extension) const;
 
+    // Whether an extension is listed by its whole name, and all its entry points have been fetched; what
+    // isExtensionSupported answers.
+    bool isUsable(std::string_view extension) const;
+
     // Fetches all entry points of an extension, supported or not, in the order of GLEntryPoints.inc, up to the first
     // that the driver does not have; those fetched before it stay. True if all were found; false for an unknown name.
     static bool load(std::string_view extension);

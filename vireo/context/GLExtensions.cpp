@@ -41,4 +41,9 @@ void initGLExtensions()
     GLExtensionLoader::loadFramebufferObjects();
 }
 
+bool isExtensionSupported(std::string_view name)
+{
+    return GLExtensionLoader::getInstance().isUsable(name);
+}
+
 } // namespace tavo

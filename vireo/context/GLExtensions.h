@@ -7,6 +7,7 @@
 #error "Include vireo before loaders that make macros of GL's names (GLEW, glad, libepoxy), or in another source file"
 #endif
 
+#include <string_view>
 #include <type_traits>
 
 #include "tavo/platform/wgl.h"
@@ -40,5 +41,11 @@ extern VIREO_EXPORT bool glExtensionsInitialized;
 // them, and those of framebuffer objects. Only the first call in a process does anything, even if no context was
 // current then. The first root GLContext makes that call.
 VIREO_EXPORT void initGLExtensions();
+
+// Whether the driver has an extension, "GL_ARB_multitexture", whose functions, if there are any, can be called: it
+// lists the whole name, and all entry points of the extension have been fetched. Framebuffer objects, which drivers
+// have without listing them, "GL_EXT_framebuffer_object", go by the entry points alone. Goes by what initGLExtensions()
+// found, and so is false before that; calls no GL.
+VIREO_EXPORT bool isExtensionSupported(std::string_view name);
 
 } // namespace tavo

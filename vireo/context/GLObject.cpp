@@ -1,11 +1,24 @@
 #include "vireo/context/GLObject.h"
 
+#include <cassert>
+
+#include "tavo/base/objects/PException.h"
 #include "vireo/context/GLContext.h"
 
 namespace tavo {
 
+namespace {
+
+GLContext* notNull(GLContext* context)
+{
+    assert(context && "a GLObject needs a context");
+    return context;
+}
+
+} // namespace
+
 GLObject::GLObject(GLContext* context)
-    : m_Context(context)
+    : m_Context(notNull(context))
     , m_RegistryEntry(context->addObject(this))
 {}
 
@@ -23,6 +36,12 @@ GLContext* GLObject::getRootContext()
 bool GLObject::isCompatible(GLContext* other)
 {
     return m_Context && m_Context->isCompatible(other);
+}
+
+void GLObject::requireContext(const char* refusal) const
+{
+    if (!m_Context)
+        throw PException(refusal);
 }
 
 void GLObject::onDeleteContext() {}

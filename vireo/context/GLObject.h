@@ -39,6 +39,9 @@ public:
     bool isCompatible(GLContext* other);
 
 protected:
+    // For operations that refuse to work without a context: throws PException with that text if the object has none.
+    void requireContext(const char* refusal) const;
+
     // The context is dying and is still there for the last time: subclasses hand it their GL names.
     virtual void onDeleteContext();
 

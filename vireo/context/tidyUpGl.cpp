@@ -36,7 +36,7 @@ void tidyUpGl()
     glMatrixMode(GL_MODELVIEW);
     popDownTo(1, GL_MODELVIEW_STACK_DEPTH, glPopMatrix);
 
-    if (glBindFramebufferEXT)
+    if (isExtensionSupported("GL_EXT_framebuffer_object"))
         glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, 0);
 }
 

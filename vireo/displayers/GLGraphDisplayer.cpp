@@ -8,7 +8,7 @@
 #include "tavo/base/math/checkedAt.h"
 #include "tavo/base/objects/ClassRecord.h"
 #include "tavo/platform/wgl.h"
-#include "vireo/context/attributeBits.h"
+#include "vireo/context/SavedState.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLGraphDisplayerConfig.h"
 #include "vireo/displayers/fittedAxes.h"
@@ -126,21 +126,19 @@ Box3f GLGraphDisplayer::computeBoundingBox() const
 
 void GLGraphDisplayer::drawGL(QGLWidget*, Camera&)
 {
-    glPushAttrib(ALL_ATTRIBUTE_BITS);
+    const SavedAttributes attributes;
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_LIGHTING);
     for (std::size_t i = 0; i < m_Graphs->size(); ++i) {
         glColor4ubv(checkedAt(m_Colours, i).data());
-        glBegin(GL_LINE_STRIP);
+        const Primitive strip(GL_LINE_STRIP);
         for (const Vector3f& point : (*m_Graphs)[i])
             glVertex3fv(point.data());
-        glEnd();
     }
     if (m_ShowCoords) {
         const Box3f box = getBoundingBox();
         drawFittedAxes(box, box.getExtent());
     }
-    glPopAttrib();
 }
 
 GLEventConfiguration* GLGraphDisplayer::createConfigWindow(QWidget* parent)

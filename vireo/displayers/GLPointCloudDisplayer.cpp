@@ -8,7 +8,7 @@
 #include "tavo/base/objects/ClassRecord.h"
 #include "tavo/platform/wgl.h"
 #include "tavo/points/PointSet.h"
-#include "vireo/context/attributeBits.h"
+#include "vireo/context/SavedState.h"
 #include "vireo/displayers/GLPointCloudDisplayerConfig.h"
 #include "vireo/displayers/fittedAxes.h"
 
@@ -72,14 +72,12 @@ void GLPointCloudDisplayer::drawGL(QGLWidget*, Camera&)
 
 void GLPointCloudDisplayer::drawPoints()
 {
-    glPushAttrib(ALL_ATTRIBUTE_BITS);
+    const SavedAttributes attributes;
     glDisable(GL_LIGHTING);
     glPointSize(1.0f);
     glColor3f(1.0f, 1.0f, 1.0f);
-    glBegin(GL_POINTS);
+    const Primitive points(GL_POINTS);
     sendPositions(*m_PointSet);
-    glEnd();
-    glPopAttrib();
 }
 
 void GLPointCloudDisplayer::drawAxes()

@@ -4,8 +4,8 @@
 #include <QGLWidget>
 #include <QScopeGuard>
 
-#include "vireo/context/GLExtensionLoader.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/SavedState.h"
 #include "vireo/displayers/ViewContext.h"
 
 #include <GL/gl.h>
@@ -16,17 +16,22 @@ namespace {
 
 using Paint = std::function<void()>;
 
+bool hasFramebuffers()
+{
+    return isExtensionSupported("GL_EXT_framebuffer_object");
+}
+
 GLint boundFramebuffer()
 {
     GLint framebuffer = 0;
-    if (glBindFramebufferEXT)
+    if (hasFramebuffers())
         glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &framebuffer);
     return framebuffer;
 }
 
 void bindFramebuffer(GLint framebuffer)
 {
-    if (glBindFramebufferEXT)
+    if (hasFramebuffers())
         glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer);
 }
 
@@ -56,7 +61,7 @@ class ReadsToMemory
 public:
     ReadsToMemory()
     {
-        if (!GLExtensionLoader::getInstance().isSupported("GL_ARB_pixel_buffer_object"))
+        if (!isExtensionSupported("GL_ARB_pixel_buffer_object"))
             return;
         glGetIntegerv(GL_PIXEL_PACK_BUFFER_BINDING_ARB, &m_Buffer);
         bind(0);
@@ -81,13 +86,11 @@ QImage readPixels(const QSize& size, GLenum buffer)
     const ReadsToMemory readsToMemory;
     QImage picture(size, QImage::Format_RGB888);
     picture.fill(0); // what the driver may not write
-    glPushAttrib(GL_PIXEL_MODE_BIT);
-    glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+    const SavedAttributes pixelModes(GL_PIXEL_MODE_BIT);
+    const SavedClientAttributes pixelStorage(GL_CLIENT_PIXEL_STORE_BIT);
     resetPixelSettings();
     glReadBuffer(buffer);
     glReadPixels(0, 0, picture.width(), picture.height(), GL_RGB, GL_UNSIGNED_BYTE, picture.bits());
-    glPopClientAttrib();
-    glPopAttrib();
     return picture.mirrored();
 }
 

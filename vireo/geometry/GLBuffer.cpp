@@ -24,26 +24,26 @@ GLBuffer::~GLBuffer()
 
 void GLBuffer::onDeleteContext()
 {
-    requireContext("onDeleteContext");
+    requireContext("GLBuffer::onDeleteContext() - invalid context");
     getContext()->deleteBuffer(m_BufferId);
 }
 
 bool GLBuffer::init(unsigned int sizeInBytes, unsigned int usage)
 {
-    requireContext("init");
+    requireContext("GLBuffer::init() - invalid context");
     m_SizeInBytes = sizeInBytes; // deliberately before it is known whether there is storage
     return makeBufferStorage(m_Target, m_BufferId, sizeInBytes, usage);
 }
 
 void GLBuffer::bind()
 {
-    requireContext("bind");
+    requireContext("GLBuffer::bind() - invalid context");
     glBindBufferARB(m_Target, m_BufferId);
 }
 
 void GLBuffer::unbind()
 {
-    requireContext("unbind");
+    requireContext("GLBuffer::unbind() - invalid context");
     glBindBufferARB(m_Target, 0);
 }
 
@@ -70,7 +70,7 @@ void GLBuffer::readElements(
 
 void GLBuffer::write(const void* data, std::int64_t offsetInBytes, std::uint64_t sizeInBytes)
 {
-    requireContext("writeToBuffer");
+    requireContext("GLBuffer::writeToBuffer() - invalid context");
     requireRange("writeToBuffer", offsetInBytes, sizeInBytes);
     GLBuffer::bind();
     glBufferSubDataARB(
@@ -80,19 +80,13 @@ void GLBuffer::write(const void* data, std::int64_t offsetInBytes, std::uint64_t
 
 void GLBuffer::read(std::vector<unsigned char>& out, std::int64_t offsetInBytes, std::uint64_t sizeInBytes)
 {
-    requireContext("readFromBuffer");
+    requireContext("GLBuffer::readFromBuffer() - invalid context");
     requireRange("readFromBuffer", offsetInBytes, sizeInBytes);
     out.resize(sizeInBytes);
     GLBuffer::bind();
     glGetBufferSubDataARB(
         m_Target, static_cast<GLintptrARB>(offsetInBytes), static_cast<GLsizeiptrARB>(sizeInBytes), out.data());
     GLBuffer::unbind();
-}
-
-void GLBuffer::requireContext(const char* operation)
-{
-    if (!isValid())
-        throw PException(std::string("GLBuffer::") + operation + "() - invalid context");
 }
 
 void GLBuffer::requireRange(const char* operation, std::int64_t offsetInBytes, std::uint64_t sizeInBytes) const

@@ -69,7 +69,6 @@ protected:
     unsigned int m_Target;
 
 private:
-    void requireContext(const char* operation);
     void requireRange(const char* operation, std::int64_t offsetInBytes, std::uint64_t sizeInBytes) const;
     void write(const void* data, std::int64_t offsetInBytes, std::uint64_t sizeInBytes);
     void read(std::vector<unsigned char>& out, std::int64_t offsetInBytes, std::uint64_t sizeInBytes);

@@ -12,7 +12,7 @@
 #include "tavo/points/VertexDescriptor.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
-#include "vireo/context/attributeBits.h"
+#include "vireo/context/SavedState.h"
 
 #include <GL/glu.h>
 
@@ -124,12 +124,10 @@ void GLHelper::drawBuffer(const char* data, unsigned int sizeInBytes, const Vert
 
 void GLHelper::drawCoords()
 {
-    glPushAttrib(ALL_ATTRIBUTE_BITS);
+    const SavedAttributes attributes;
     glDisable(GL_LIGHTING);
-    glBegin(GL_LINES);
+    const Primitive lines(GL_LINES);
     drawCoordsSendVertices();
-    glEnd();
-    glPopAttrib();
 }
 
 void GLHelper::drawCoordsSendVertices()

@@ -1,6 +1,7 @@
 #include "vireo/geometry/GLSimpleObjects.h"
 
 #include <array>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <memory>
@@ -8,20 +9,11 @@
 
 #include "vireo/context/GLExtensionLoader.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/SavedState.h"
 
 namespace tavo {
 
 namespace {
-
-// glBegin, and glEnd whatever happens in between.
-class Primitive
-{
-public:
-    explicit Primitive(GLenum mode) { glBegin(mode); }
-    ~Primitive() { glEnd(); }
-    Primitive(const Primitive&) = delete;
-    Primitive& operator=(const Primitive&) = delete;
-};
 
 // A corner of a box: for each axis, whether it is the maximum.
 using Corner = std::array<bool, 3>;
@@ -244,6 +236,7 @@ void GLSimpleObjectContainer::drawObjects(GLContext* context, unsigned int class
 {
     // By index: an object is given the container, and may add to it.
     for (std::size_t i = 0; i < m_Objects.size(); ++i) {
+        assert(m_Objects[i] && "a container draws no null object");
         if (isOfClass(*m_Objects[i], classID))
             m_Objects[i]->draw(context, this);
     }

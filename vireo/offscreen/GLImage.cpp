@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <cassert>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -10,7 +11,7 @@
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/objects/PException.h"
 #include "vireo/context/GLExtensions.h"
-#include "vireo/context/attributeBits.h"
+#include "vireo/context/SavedState.h"
 #include "vireo/geometry/GLHelper.h"
 #include "vireo/offscreen/GLRenderTextureCache.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
@@ -60,10 +61,20 @@ Image* readBack(GLRenderTextureFBO& renderTexture)
     return image.release();
 }
 
+// Coordinates that count pixels of a view of that size, for as long as it lives.
+class View2D
+{
+public:
+    View2D(float width, float height) { GLHelper::begin2D(width, height); }
+    ~View2D() { GLHelper::end2D(); }
+    View2D(const View2D&) = delete;
+    View2D& operator=(const View2D&) = delete;
+};
+
 // A quad from the origin to (width, height), with a texture from its origin to (maxS, maxT).
 void drawQuad(float width, float height, float maxS, float maxT)
 {
-    glBegin(GL_QUADS);
+    const Primitive quad(GL_QUADS);
     glColor3f(1, 1, 1);
     glTexCoord2f(0, 0);
     glVertex2f(0, 0);
@@ -73,7 +84,6 @@ void drawQuad(float width, float height, float maxS, float maxT)
     glVertex2f(width, height);
     glTexCoord2f(0, maxT);
     glVertex2f(0, height);
-    glEnd();
 }
 
 } // namespace
@@ -97,6 +107,7 @@ void GLImage::setup(GLRenderTextureFBO* renderTexture, bool owns)
 void GLImage::setup(GLRenderTextureCache* cache, unsigned int width, unsigned int height, unsigned int components,
     bool rectangle, bool floatTexture, bool float32, bool depth, bool stencil)
 {
+    assert(cache && "an image takes render textures from a cache");
     deleteRenderTexture();
     m_Cache = cache;
     m_RenderTexture =
@@ -106,12 +117,14 @@ void GLImage::setup(GLRenderTextureCache* cache, unsigned int width, unsigned in
 
 void GLImage::setup(GLRenderTextureCache* cache, GLImage* other)
 {
+    assert(other && "an image is made like another one");
     setup(cache, other->getWidth(), other->getHeight(), other->getNumComponents(), other->isRectangle(),
         other->isFloat(), other->isFloat32(), other->hasDepth(), other->hasStencil());
 }
 
 void GLImage::setup(GLRenderTextureCache* cache, RGBAFloat32Image* image, bool float32)
 {
+    assert(image && "an image is made of a picture");
     requirePixels(*image);
     setup(cache, image->getWidth(), image->getHeight(), 4, true, true, float32, false, false);
     if (!m_RenderTexture)
@@ -121,6 +134,7 @@ void GLImage::setup(GLRenderTextureCache* cache, RGBAFloat32Image* image, bool f
 
 void GLImage::setup(GLRenderTextureCache* cache, RGBAImage* image)
 {
+    assert(image && "an image is made of a picture");
     requirePixels(*image);
     setup(cache, image->getWidth(), image->getHeight(), 4, true, false, false, false, false);
     if (!m_RenderTexture)
@@ -227,6 +241,7 @@ bool GLImage::isPowerOfTwo() const
 void GLImage::copySubImage(
     GLImage* source, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int)
 {
+    assert(source && "an image is copied from another one");
     source->requireRenderTexture("copySubImage");
     activate();
     source->bind(0);
@@ -253,15 +268,13 @@ void GLImage::drawToScreen()
     const auto width = static_cast<float>(viewport[2] - viewport[0]);
     const auto height = static_cast<float>(viewport[3] - viewport[1]);
 
-    glPushAttrib(ALL_ATTRIBUTE_BITS);
-    GLHelper::begin2D(width, height);
+    const SavedAttributes attributes;
+    const View2D view(width, height);
     renderTexture.bind(0);
     glEnable(renderTexture.getTextureTarget());
     glDisable(GL_DEPTH_TEST);
     drawQuad(width, height, static_cast<float>(getWidth()), static_cast<float>(getHeight()));
     renderTexture.unbind();
-    GLHelper::end2D();
-    glPopAttrib();
 }
 
 } // namespace tavo

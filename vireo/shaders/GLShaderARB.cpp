@@ -1,6 +1,5 @@
 #include "vireo/shaders/GLShaderARB.h"
 
-#include "tavo/base/objects/PException.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/shaders/ShaderConstant.h"
@@ -22,13 +21,13 @@ GLShaderARB::~GLShaderARB()
 
 void GLShaderARB::onDeleteContext()
 {
-    requireContext("onDeleteContext");
+    requireContext("GLShaderARB::onDeleteContext() - invalid context!");
     getContext()->deleteShader(programId);
 }
 
 bool GLShaderARB::compile(const std::string& source)
 {
-    requireContext("compile");
+    requireContext("GLShaderARB::compile() - invalid context!");
     glBindProgramARB(target, programId);
     glGetError(); // what is pending is not this program's
     glProgramStringARB(target, GL_PROGRAM_FORMAT_ASCII_ARB, static_cast<GLsizei>(source.size()), source.data());
@@ -46,20 +45,20 @@ bool GLShaderARB::compile(const std::string& source)
 
 void GLShaderARB::bind()
 {
-    requireContext("bind");
+    requireContext("GLShaderARB::bind() - invalid context!");
     glEnable(target);
     glBindProgramARB(target, programId);
 }
 
 void GLShaderARB::unbind()
 {
-    requireContext("unbind");
+    requireContext("GLShaderARB::unbind() - invalid context!");
     glDisable(target);
 }
 
 void GLShaderARB::setConstant(const ShaderConstant& constant)
 {
-    requireContext("setConstant");
+    requireContext("GLShaderARB::setConstant() - invalid context!");
     const auto index = static_cast<GLuint>(constant.getIndex());
     const float* const d = constant.getDataPtr();
     switch (constant.getNumComponents()) {
@@ -81,32 +80,26 @@ void GLShaderARB::setMatrix4f(const std::string& /*name*/, unsigned int index, f
 
 void GLShaderARB::setLocalParameter4f(unsigned int index, float x, float y, float z, float w)
 {
-    requireContext("setLocalParameter4f");
+    requireContext("GLShaderARB::setLocalParameter4f() - invalid context!");
     glProgramLocalParameter4fARB(target, index, x, y, z, w);
 }
 
 void GLShaderARB::setLocalParameter4fv(unsigned int index, float* v)
 {
-    requireContext("setLocalParameter4fv");
+    requireContext("GLShaderARB::setLocalParameter4fv() - invalid context!");
     glProgramLocalParameter4fvARB(target, index, v);
 }
 
 void GLShaderARB::setGlobalParameter4f(unsigned int index, float x, float y, float z, float w)
 {
-    requireContext("setGlobalParameter4f");
+    requireContext("GLShaderARB::setGlobalParameter4f() - invalid context!");
     glProgramEnvParameter4fARB(target, index, x, y, z, w);
 }
 
 void GLShaderARB::setGlobalParameter4fv(unsigned int index, float* v)
 {
-    requireContext("setGlobalParameter4fv");
+    requireContext("GLShaderARB::setGlobalParameter4fv() - invalid context!");
     glProgramEnvParameter4fvARB(target, index, v);
-}
-
-void GLShaderARB::requireContext(const char* operation) const
-{
-    if (!getContext())
-        throw PException(std::string("GLShaderARB::") + operation + "() - invalid context!");
 }
 
 } // namespace tavo

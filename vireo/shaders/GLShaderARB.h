@@ -77,8 +77,6 @@ public:
     int getLastErrorPosition() { return lastErrorPosition; }
 
 private:
-    void requireContext(const char* operation) const;
-
     unsigned int target;
     unsigned int programId = 0;
     int lastErrorPosition = -1;

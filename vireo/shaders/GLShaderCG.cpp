@@ -1,6 +1,5 @@
 #include "vireo/shaders/GLShaderCG.h"
 
-#include "tavo/base/objects/PException.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/shaders/ShaderConstant.h"
@@ -47,13 +46,13 @@ GLShaderCG::~GLShaderCG()
 
 void GLShaderCG::onDeleteContext()
 {
-    requireContext("onDeleteContext");
+    requireContext("GLShaderCG::onDeleteContext() - invalid context");
     destroyProgram(program);
 }
 
 bool GLShaderCG::compile(const std::string& source)
 {
-    requireContext("compile");
+    requireContext("GLShaderCG::compile() - invalid context");
     destroyProgram(program);
     program = nullptr;
     const CGcontext cg = getContext()->getCGContext();
@@ -161,12 +160,6 @@ CGprofile GLShaderCG::getLatestPSProfile()
 CGparameter GLShaderCG::getParameter(const std::string& name) const
 {
     return cgGetNamedParameter(program, name.c_str());
-}
-
-void GLShaderCG::requireContext(const char* operation) const
-{
-    if (!getContext())
-        throw PException(std::string("GLShaderCG::") + operation + "() - invalid context");
 }
 
 } // namespace tavo

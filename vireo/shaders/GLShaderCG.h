@@ -99,7 +99,6 @@ public:
     static CGprofile getLatestPSProfile();
 
 private:
-    void requireContext(const char* operation) const;
     CGparameter getParameter(const std::string& name) const;
 
     CGprofile profile;

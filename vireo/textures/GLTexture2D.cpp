@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -47,6 +48,7 @@ GLTexture2D::GLTexture2D(GLContext* context)
 void GLTexture2D::createFromMemory(
     unsigned int width, unsigned int height, unsigned int components, char* data, bool mipmap)
 {
+    assert((data || !mipmap) && "mipmaps are made of data");
     m_NumComponents = components;
     format = formatOfComponents(components, format);
     bind(0);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "vireo/context/GLExtensionLoader.h"
 #include "vireo/context/GLExtensions.h"
 
 namespace tavo {
@@ -27,11 +26,6 @@ unsigned int formatIn(const FormatTable& table, unsigned int components, unsigne
     return components >= 1 && components <= table.size() ? table[components - 1] : otherwise;
 }
 
-bool isListed(const char* extension)
-{
-    return GLExtensionLoader::getInstance().isSupported(extension);
-}
-
 bool contains(const FormatTable& table, unsigned int format)
 {
     return std::find(table.begin(), table.end(), format) != table.end();
@@ -51,14 +45,14 @@ unsigned int arbFloatFormatOfComponents(unsigned int components, bool half, unsi
 
 unsigned int rectFloatFormatOfComponents(unsigned int components, bool half, unsigned int otherwise)
 {
-    if (!isListed(NV_EXTENSION))
+    if (!isExtensionSupported(NV_EXTENSION))
         return arbFloatFormatOfComponents(components, half, otherwise);
     return formatIn(half ? NV_HALF_FORMATS : NV_FLOAT_FORMATS, components, otherwise);
 }
 
 bool hasRectFloatFormats()
 {
-    return isListed(NV_EXTENSION) || isListed(ARB_EXTENSION);
+    return isExtensionSupported(NV_EXTENSION) || isExtensionSupported(ARB_EXTENSION);
 }
 
 bool isArbFloatFormat(unsigned int format)

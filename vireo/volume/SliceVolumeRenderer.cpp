@@ -11,20 +11,14 @@
 #include "tavo/base/math/checkedAt.h"
 #include "tavo/base/objects/PException.h"
 #include "tavo/points/RegularVolume.h"
-#include "vireo/context/GLExtensionLoader.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/SavedState.h"
 #include "vireo/volume/SliceReader.h"
 #include "vireo/volume/volumeSlices.h"
 
 namespace tavo {
 
 namespace {
-
-bool isSupported(const char* extension)
-{
-    return GLExtensionLoader::getInstance().getSupportedExtensions().find(std::string(extension) + ' ') !=
-           std::string::npos;
-}
 
 // The slices need glBegin, glPushAttrib and other functions that the core profile, and a context that is compatible
 // with its future, do not have. Asks for nothing that the context does not know.
@@ -53,7 +47,7 @@ void requireFixedFunctions()
 
 bool takesAnySize()
 {
-    return isSupported("GL_ARB_texture_non_power_of_two");
+    return isExtensionSupported("GL_ARB_texture_non_power_of_two");
 }
 
 unsigned int textureSize(int extent)
@@ -92,17 +86,16 @@ public:
             glPixelTransferf(scale, 1);
         for (const GLenum bias : {GL_RED_BIAS, GL_GREEN_BIAS, GL_BLUE_BIAS, GL_ALPHA_BIAS})
             glPixelTransferf(bias, 0);
-        glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
-        if (isSupported("GL_ARB_pixel_buffer_object"))
+        if (isExtensionSupported("GL_ARB_pixel_buffer_object"))
             glBindBufferARB(GL_PIXEL_UNPACK_BUFFER_ARB, 0);
         for (const GLenum parameter :
             {GL_UNPACK_SWAP_BYTES, GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS, GL_UNPACK_SKIP_PIXELS})
             glPixelStorei(parameter, 0);
         glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
     }
-    ~PlainPixels() { glPopClientAttrib(); }
-    PlainPixels(const PlainPixels&) = delete;
-    PlainPixels& operator=(const PlainPixels&) = delete;
+
+private:
+    SavedClientAttributes m_Storage{GL_CLIENT_PIXEL_STORE_BIT};
 };
 
 // What a sample looks like, given what each of its components does: one component as it is, more by their alphas, and
@@ -201,7 +194,7 @@ void SliceVolumeRenderer::drawVolume(
     requireFixedFunctions();
     requireMultitexture("SliceVolumeRenderer::drawVolume");
 
-    const AllAttributes attributes;
+    const SavedAttributes attributes;
     disableOtherTextures();
     enableBlendedSlices();
     prepareTextures(volume, viewDir, channels, mapping, userData);

@@ -8,6 +8,7 @@
 #include "tavo/base/objects/ClassRecord.h"
 #include "tavo/points/RegularVolume.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/SavedState.h"
 #include "vireo/volume/SliceReader.h"
 #include "vireo/volume/volumeSlices.h"
 
@@ -147,7 +148,7 @@ void Tex2dVolumeRenderer::drawVolume(
     computeOrder(viewDir, axis, direction);
     requireMultitexture("Tex2dVolumeRenderer::drawVolume");
 
-    const AllAttributes attributes;
+    const SavedAttributes attributes;
     enableBlendedSlices();
     // All three stacks exist after one preparation, so that the view does not matter here.
     if (textureNames.size() != channels.size())

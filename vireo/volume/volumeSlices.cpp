@@ -3,7 +3,7 @@
 #include "tavo/base/objects/PException.h"
 #include "tavo/points/RegularVolume.h"
 #include "vireo/context/GLExtensions.h"
-#include "vireo/context/attributeBits.h"
+#include "vireo/context/SavedState.h"
 
 namespace tavo {
 
@@ -21,12 +21,11 @@ void drawQuad(unsigned int axis, const Box3f& box, float p, float sMax, float tM
         glTexCoord2f(atMaxU ? sMax : 0, atMaxV ? tMax : 0);
         glVertex3f(corner[0], corner[1], corner[2]);
     };
-    glBegin(GL_QUADS);
+    const Primitive quad(GL_QUADS);
     sendCorner(false, false);
     sendCorner(false, true);
     sendCorner(true, true);
     sendCorner(true, false);
-    glEnd();
 }
 
 } // namespace
@@ -62,7 +61,7 @@ bool hasSamples(const Vector3i& extends)
 
 void requireMultitexture(const std::string& operation)
 {
-    if (!glActiveTextureARB)
+    if (!isExtensionSupported("GL_ARB_multitexture"))
         throw PException(operation + " - GL_ARB_multitexture is missing: there is no glActiveTextureARB");
 }
 
@@ -86,16 +85,6 @@ void drawStack(const RegularVolume& volume, unsigned int axis, int direction, fl
         bindSlice(static_cast<unsigned int>(slice));
         drawQuad(axis, box, box.getMin()[axis] + box.getExtent()[axis] * t, sMax, tMax);
     }
-}
-
-AllAttributes::AllAttributes()
-{
-    glPushAttrib(ALL_ATTRIBUTE_BITS);
-}
-
-AllAttributes::~AllAttributes()
-{
-    glPopAttrib();
 }
 
 void enableBlendedSlices()

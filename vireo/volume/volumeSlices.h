@@ -48,16 +48,6 @@ void setSliceParameters();
 void drawStack(const RegularVolume& volume, unsigned int axis, int direction, float sMax, float tMax,
     const std::function<void(unsigned int slice)>& bindSlice);
 
-// glPushAttrib for everything, and glPopAttrib whatever happens in between.
-class AllAttributes
-{
-public:
-    AllAttributes();
-    ~AllAttributes();
-    AllAttributes(const AllAttributes&) = delete;
-    AllAttributes& operator=(const AllAttributes&) = delete;
-};
-
 // State in which slices are drawn from the back to the front.
 void enableBlendedSlices();
 

@@ -147,6 +147,45 @@ TEST_F(GLExtensionsGLTest, LoadsFramebufferObjectsEvenWhereTheDriverDoesNotListT
     EXPECT_NE(glGenerateMipmapEXT, nullptr);
 }
 
+// --- isExtensionSupported ---
+
+TEST_F(GLExtensionsGLTest, SupportsExtensionsThatAreListedByTheirWholeNames)
+{
+    if (!makeMainContextWithExtensions("+GL_ARB_multitexture +GL_ARB_texture_float -GL_NV_float_buffer"))
+        return;
+    EXPECT_FALSE(isExtensionSupported("GL_ARB_multitexture")) << "before anybody has asked";
+    initGLExtensions();
+    EXPECT_TRUE(isExtensionSupported("GL_ARB_multitexture"));
+    EXPECT_TRUE(isExtensionSupported("GL_ARB_texture_float")) << "it has no functions";
+    EXPECT_FALSE(isExtensionSupported("GL_NV_float_buffer"));
+    EXPECT_FALSE(isExtensionSupported("ARB_multitexture"));
+    EXPECT_FALSE(isExtensionSupported("GL_ARB_multi"));
+    EXPECT_FALSE(isExtensionSupported(""));
+}
+
+TEST_F(GLExtensionsGLTest, SupportsNoExtensionThatLacksAnEntryPoint)
+{
+    if (!makeMainContextWithExtensions("+GL_ARB_multitexture +GL_ARB_occlusion_query"))
+        return;
+    initGLExtensions();
+    EXPECT_FALSE(isExtensionSupported("GL_ARB_occlusion_query")) << "the library does not fetch its functions";
+    EXPECT_TRUE(isExtensionSupported("GL_ARB_multitexture"));
+    glMultiTexCoord3dARB = nullptr;
+    EXPECT_FALSE(isExtensionSupported("GL_ARB_multitexture"));
+}
+
+TEST_F(GLExtensionsGLTest, SupportsFramebufferObjectsEvenWhereTheDriverDoesNotListThem)
+{
+    if (!makeMainContextWithExtensions("-GL_EXT_framebuffer_object"))
+        return;
+    initGLExtensions();
+    EXPECT_THAT(callsOf([] { EXPECT_TRUE(isExtensionSupported("GL_EXT_framebuffer_object")); }), IsEmpty());
+    glBindFramebufferEXT = nullptr;
+    EXPECT_FALSE(isExtensionSupported("GL_EXT_framebuffer_object"));
+}
+
+// --- asked twice ---
+
 TEST_F(GLExtensionsGLTest, DoesNothingTheSecondTime)
 {
     if (!makeMainContext())

@@ -1,12 +1,9 @@
-#include <string>
 #include <vireo/context/GLExtensions.h>
 
-// Whether programs of that target work in the current context, which has been wrapped in a GLContext.
+// Whether programs of that target work on the driver whose context was wrapped in the first root GLContext.
 inline bool hasARBPrograms(unsigned int target)
 {
-    const bool isVertex = target == GL_VERTEX_PROGRAM_ARB;
-    const std::string extension = isVertex ? " GL_ARB_vertex_program " : " GL_ARB_fragment_program ";
-    const auto* const extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
-    return tavo::glGenProgramsARB && extensions &&
-           (' ' + std::string(extensions) + ' ').find(extension) != std::string::npos;
+    // The functions of both kinds come with this one.
+    return tavo::isExtensionSupported("GL_ARB_vertex_program") &&
+           (target == GL_VERTEX_PROGRAM_ARB || tavo::isExtensionSupported("GL_ARB_fragment_program"));
 }

@@ -241,6 +241,17 @@ TEST_F(GLTexture2DGLTest, LeavesTheTexelsUndefinedWithoutData)
     EXPECT_EQ(getLevelParameter(GL_TEXTURE_2D, GL_TEXTURE_HEIGHT), 8);
 }
 
+using GLTexture2DGLDeathTest = GLTexture2DGLTest;
+
+TEST_F(GLTexture2DGLDeathTest, MakesNoMipmapsOfNoDataInBuildsWithAssertions)
+{
+#ifdef NDEBUG
+    GTEST_SKIP() << "this build has no assertions";
+#endif
+    GLTexture2D texture(context());
+    EXPECT_DEATH(texture.createFromMemory(16, 8, 4, nullptr, true), "mipmaps are made of data");
+}
+
 TEST_F(GLTexture2DGLTest, EstimatesItsSize)
 {
     EXPECT_EQ(sizeOf(context(), 3, 5, 3, false), 45u);

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "tavo/platform/wgl.h"
+#include "vireo/context/CurrentContextGuard.h"
+
+#include <GL/gl.h>
+
+// What is set for a while and is as before at the end of a scope, whatever happens in between:
+//
+//     const SavedAttributes attributes;
+//     glDisable(GL_LIGHTING);
+//     const Primitive lines(GL_LINES);
+//     ...
+//
+// A context must be current, the same at both ends of the scope. What is current itself is kept by CurrentContextGuard.
+namespace tavo {
+
+// For SavedAttributes: every group of attributes of OpenGL 1.1. GL_ALL_ATTRIB_BITS is this number in the GL/gl.h of
+// Windows only; Mesa's has all 32 bits in it.
+inline constexpr unsigned int ALL_ATTRIBUTE_BITS = 0x000FFFFF;
+
+// Groups of server attributes (glPushAttrib, glPopAttrib).
+class SavedAttributes
+{
+public:
+    explicit SavedAttributes(unsigned int groups = ALL_ATTRIBUTE_BITS) { glPushAttrib(groups); }
+    ~SavedAttributes() { glPopAttrib(); }
+    SavedAttributes(const SavedAttributes&) = delete;
+    SavedAttributes& operator=(const SavedAttributes&) = delete;
+};
+
+// Groups of client attributes: how pixels are stored, and vertex arrays (glPushClientAttrib, glPopClientAttrib).
+class SavedClientAttributes
+{
+public:
+    explicit SavedClientAttributes(unsigned int groups) { glPushClientAttrib(groups); }
+    ~SavedClientAttributes() { glPopClientAttrib(); }
+    SavedClientAttributes(const SavedClientAttributes&) = delete;
+    SavedClientAttributes& operator=(const SavedClientAttributes&) = delete;
+};
+
+// The matrix of a mode, GL_MODELVIEW for example, which is selected at both ends (glMatrixMode, glPushMatrix,
+// glPopMatrix).
+class SavedMatrix
+{
+public:
+    explicit SavedMatrix(unsigned int mode)
+        : m_Mode(mode)
+    {
+        glMatrixMode(m_Mode);
+        glPushMatrix();
+    }
+    ~SavedMatrix()
+    {
+        glMatrixMode(m_Mode);
+        glPopMatrix();
+    }
+    SavedMatrix(const SavedMatrix&) = delete;
+    SavedMatrix& operator=(const SavedMatrix&) = delete;
+
+private:
+    unsigned int m_Mode;
+};
+
+// A primitive of a mode, GL_QUADS for example, whose vertices are sent while it lives (glBegin, glEnd).
+class Primitive
+{
+public:
+    explicit Primitive(unsigned int mode) { glBegin(mode); }
+    ~Primitive() { glEnd(); }
+    Primitive(const Primitive&) = delete;
+    Primitive& operator=(const Primitive&) = delete;
+};
+
+} // namespace tavo
