@@ -13,8 +13,6 @@
 
 namespace {
 
-using Point = tavo::StaticVector<float, 3>;
-
 class Spring : public tavo::GLEventObject
 {
 public:
@@ -30,14 +28,14 @@ public:
     }
 
     // The view places its camera by it.
-    tavo::BoundingBox<float, 3> getBoundingBox() override { return m_Box; }
+    tavo::Box3f getBoundingBox() override { return m_Box; }
 
     // The view's context is current, and its matrices are loaded.
     void drawGL(QGLWidget*, tavo::Camera&) override
     {
         glLineWidth(3);
         glBegin(GL_LINE_STRIP);
-        for (const Point& point : m_Points) {
+        for (const tavo::Vector3f& point : m_Points) {
             const float height = point[1] / m_Box.getMax()[1];
             glColor3f(1, 1 - height, 0.2f);
             glVertex3fv(point.data());
@@ -59,8 +57,8 @@ public:
     tavo::GLEventConfiguration* createConfigWindow(QWidget*) override { return nullptr; }
 
 private:
-    tavo::BoundingBox<float, 3> m_Box;
-    std::vector<Point> m_Points;
+    tavo::Box3f m_Box;
+    std::vector<tavo::Vector3f> m_Points;
 };
 
 } // namespace

@@ -9,16 +9,16 @@
 
 namespace {
 
+using tavo::Vector3f;
+
 constexpr int SIZE = 64;
 
-using Position = tavo::StaticVector<float, 3>;
-
 // From 0 far away to 1 in the middle of a cloud.
-float densityAt(const Position& position)
+float densityAt(const Vector3f& position)
 {
     float density = 0;
-    for (const Position& middle : {Position(-0.45, -0.35, 0), Position(0.5, -0.3, 0.1), Position(0, 0.45, -0.1)}) {
-        const Position distance = position - middle;
+    for (const Vector3f& middle : {Vector3f(-0.45, -0.35, 0), Vector3f(0.5, -0.3, 0.1), Vector3f(0, 0.45, -0.1)}) {
+        const Vector3f distance = position - middle;
         density += std::exp(-8 * dot(distance, distance));
     }
     return std::min(density, 1.0f);
@@ -35,9 +35,9 @@ std::unique_ptr<tavo::RegularVolume> makeVolume()
     for (int z = 0; z < SIZE; ++z)
         for (int y = 0; y < SIZE; ++y)
             for (int x = 0; x < SIZE; ++x)
-                densities[i++] = densityAt(Position(x, y, z) * (2.0f / SIZE) - Position(1, 1, 1));
-    const tavo::BoundingBox<float, 3> box({-1, -1, -1}, {1, 1, 1});
-    return std::make_unique<tavo::RegularVolume>(tavo::StaticVector<int, 3>(SIZE, SIZE, SIZE), box, std::move(samples));
+                densities[i++] = densityAt(Vector3f(x, y, z) * (2.0f / SIZE) - Vector3f(1, 1, 1));
+    const tavo::Box3f box({-1, -1, -1}, {1, 1, 1});
+    return std::make_unique<tavo::RegularVolume>(tavo::Vector3i(SIZE, SIZE, SIZE), box, std::move(samples));
 }
 
 // Thin blue mist around dense orange kernels.
@@ -51,7 +51,7 @@ tavo::SliceVolumeRenderer::RGBA colourOf(void*, const tavo::StaticVector<float, 
 }
 
 // Away from the viewer, in the volume's coordinates.
-Position viewingDirection()
+Vector3f viewingDirection()
 {
     float matrix[16];
     glGetFloatv(GL_MODELVIEW_MATRIX, matrix);

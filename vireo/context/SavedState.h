@@ -5,21 +5,24 @@
 
 #include <GL/gl.h>
 
-// What is set for a while and is as before at the end of a scope, whatever happens in between:
-//
-//     const SavedAttributes attributes;
-//     glDisable(GL_LIGHTING);
-//     const Primitive lines(GL_LINES);
-//     ...
-//
-// A context must be current, the same at both ends of the scope. What is current itself is kept by CurrentContextGuard.
+/// @file
+/// State that is set for a while, and is as before at the end of a scope, whatever happens in between:
+///
+///     const SavedAttributes attributes;
+///     glDisable(GL_LIGHTING);
+///     const Primitive line(GL_LINES);
+///     glVertex3f(0, 0, 0);
+///     glVertex3f(1, 1, 1);
+///
+/// A context must be current, the same at both ends of the scope. CurrentContextGuard keeps what is current itself.
+
 namespace tavo {
 
-// For SavedAttributes: every group of attributes of OpenGL 1.1. GL_ALL_ATTRIB_BITS is this number in the GL/gl.h of
-// Windows only; Mesa's has all 32 bits in it.
+/// For SavedAttributes: every group of attributes of OpenGL 1.1. GL_ALL_ATTRIB_BITS is this number in the GL/gl.h of
+/// Windows only; Mesa's has all 32 bits in it.
 inline constexpr unsigned int ALL_ATTRIBUTE_BITS = 0x000FFFFF;
 
-// Groups of server attributes (glPushAttrib, glPopAttrib).
+/// Groups of server attributes (glPushAttrib, glPopAttrib).
 class SavedAttributes
 {
 public:
@@ -29,7 +32,7 @@ public:
     SavedAttributes& operator=(const SavedAttributes&) = delete;
 };
 
-// Groups of client attributes: how pixels are stored, and vertex arrays (glPushClientAttrib, glPopClientAttrib).
+/// Groups of client attributes: how pixels are stored, and vertex arrays (glPushClientAttrib, glPopClientAttrib).
 class SavedClientAttributes
 {
 public:
@@ -39,8 +42,8 @@ public:
     SavedClientAttributes& operator=(const SavedClientAttributes&) = delete;
 };
 
-// The matrix of a mode, GL_MODELVIEW for example, which is selected at both ends (glMatrixMode, glPushMatrix,
-// glPopMatrix).
+/// The matrix of a mode, GL_MODELVIEW for example, which is selected at both ends (glMatrixMode, glPushMatrix,
+/// glPopMatrix).
 class SavedMatrix
 {
 public:
@@ -62,7 +65,7 @@ private:
     unsigned int m_Mode;
 };
 
-// A primitive of a mode, GL_QUADS for example, whose vertices are sent while it lives (glBegin, glEnd).
+/// A primitive of a mode, GL_QUADS for example, whose vertices are sent while it lives (glBegin, glEnd).
 class Primitive
 {
 public:

@@ -67,8 +67,7 @@ public:
     Plot keep(std::string_view name, std::size_t count, const Statement& statement = Statement()) const;
 
     /// The colour of a curve, instead of one of the palette: red, green, blue, opacity, each 0 to 255.
-    Plot colour(std::string_view name, const RGBA8& colour,
-        const Statement& statement = Statement()) const;
+    Plot colour(std::string_view name, const RGBA8& colour, const Statement& statement = Statement()) const;
 
     /// Above the plot. Without one it is the plot's name.
     Plot title(std::string_view text, const Statement& statement = Statement()) const;

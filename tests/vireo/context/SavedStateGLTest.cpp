@@ -9,9 +9,8 @@ namespace tavo {
 namespace {
 
 using testing::ElementsAre;
-using vireo_test::callsOf;
 
-class SavedStateGLTest : public vireo_test::GLTest
+class SavedStateGLTest : public GLTest
 {};
 
 TEST_F(SavedStateGLTest, PutsAttributesBack)
