@@ -8,6 +8,8 @@
 
 namespace tavo {
 
+using Calls = std::vector<std::string>;
+
 // Writes down the gl, glu, wgl and Cg calls that are made on this thread while it lives, as text, and lets each of them
 // go on to the real driver:
 //
@@ -16,10 +18,9 @@ namespace tavo {
 //     expectCalls(recorder, {"glBindTexture(GL_TEXTURE_2D, 5)"});
 //
 // Enumerants and bit masks appear by name, vectors by their values ("glVertex3fv((1, 2, 3))"), names of an array
-// likewise
-// ("glDeleteTextures(2, (4, 5))"), strings in quotes. A pointer is "null", a small number where it is an offset into a
-// bound buffer, the name given to it by namePointer, or else "ptr". What a call makes itself (GLU calls GL, Cg calls
-// GL) is not recorded; what the test makes is.
+// likewise ("glDeleteTextures(2, (4, 5))"), strings in quotes. A pointer is "null", a small number where it is an
+// offset into a bound buffer, the name given to it by namePointer, or else "ptr". What a call makes itself (GLU calls
+// GL, Cg calls GL) is not recorded; what the test makes is.
 //
 // Functions of GL 1.1, GLU, WGL and Cg are replaced (replaceFunction.h), and wglGetProcAddress hands out recording
 // entry points. LinkedCalls.cpp, EntryPoints.cpp and CgCalls.cpp list what is known; other functions work, but are not
@@ -34,7 +35,7 @@ public:
     CallRecorder& operator=(const CallRecorder&) = delete;
 
     // The calls so far, in the order they were made.
-    const std::vector<std::string>& calls() const { return m_Calls; }
+    const Calls& calls() const { return m_Calls; }
     void clear() { m_Calls.clear(); }
 
     // From now on a pointer to `start` appears as `name`, and one to the i-th byte behind it as "name+i".
@@ -66,18 +67,18 @@ private:
         std::string name;
     };
 
-    std::vector<std::string> m_Calls;
+    Calls m_Calls;
     std::vector<NamedRange> m_NamedRanges;
     std::function<void()> m_Look;
 };
 
 // Fails the running test, with a line-by-line difference, unless exactly these calls were recorded.
-void expectCalls(const CallRecorder& recorder, const std::vector<std::string>& expected,
-    const char* file = __builtin_FILE(), int line = __builtin_LINE());
+void expectCalls(const CallRecorder& recorder, const Calls& expected, const char* file = __builtin_FILE(),
+    int line = __builtin_LINE());
 
 // The calls that one operation makes.
 template <typename Operation>
-std::vector<std::string> callsOf(Operation operation)
+Calls callsOf(Operation operation)
 {
     CallRecorder recorder;
     operation();

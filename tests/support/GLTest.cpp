@@ -43,7 +43,7 @@ bool GLTest::makeMainContext()
     return true;
 }
 
-Picture GLTest::readPixels(unsigned int width, unsigned int height)
+Picture readPixels(unsigned int width, unsigned int height)
 {
     const CallRecorder::Pause ownCalls;
     Picture picture(width, height);
@@ -58,7 +58,7 @@ Picture GLTest::readPixels(unsigned int width, unsigned int height)
     return picture;
 }
 
-std::vector<unsigned int> GLTest::drainErrors()
+std::vector<unsigned int> drainErrors()
 {
     const CallRecorder::Pause ownCalls;
     std::vector<unsigned int> errors;

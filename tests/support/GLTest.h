@@ -42,18 +42,17 @@ protected:
     std::unique_ptr<TestContext> makeSharedContext() { return m_WindowSystem->makeContext(m_MainContext.get()); }
     std::unique_ptr<TestContext> makeUnsharedContext() { return m_WindowSystem->makeContext(nullptr); }
 
-    // Reads from the lower left corner of the current read buffer. Bindings and pixel storage stay as they are;
-    // recorders do not see the calls.
-    Picture readPixels(
-        unsigned int width = WindowSystem::DRAWABLE_SIZE, unsigned int height = WindowSystem::DRAWABLE_SIZE);
-
-    // The errors that are pending in the current context, oldest first; afterwards none is. Unseen by recorders.
-    std::vector<unsigned int> drainErrors();
-
 private:
     Start m_Start;
     std::unique_ptr<WindowSystem> m_WindowSystem;
     std::unique_ptr<TestContext> m_MainContext;
 };
+
+// Reads from the lower left corner of the current read buffer. Bindings and pixel storage stay as they are; recorders
+// do not see the calls.
+Picture readPixels(unsigned int width = WindowSystem::DRAWABLE_SIZE, unsigned int height = WindowSystem::DRAWABLE_SIZE);
+
+// The errors that are pending in the current context, oldest first; afterwards none is. Unseen by recorders.
+std::vector<unsigned int> drainErrors();
 
 } // namespace tavo

@@ -9,9 +9,10 @@
 
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
-#include "tests/vireo/ContextTest.h"
 #include "tests/vireo/PrivateMember.h"
 #include "tests/vireo/shaders/hasARBPrograms.h"
+#include "tests/vireo/vertexLayouts.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/geometry/GLTemplatedIndexBuffer.h"
 #include "vireo/geometry/GLVertexBuffer.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"

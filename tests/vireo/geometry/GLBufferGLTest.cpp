@@ -5,6 +5,7 @@
 #include "tests/support/CallRecorder.h"
 #include "tests/vireo/ContextTest.h"
 #include "tests/vireo/Undestroyed.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/geometry/GLBuffer.h"
 
 namespace tavo {

@@ -10,6 +10,8 @@
 #include "tests/support/Picture.h"
 #include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
+#include "tests/vireo/geometry/vertexPrograms.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/geometry/GLGeometryList.h"
 
 namespace tavo {

@@ -9,6 +9,9 @@
 #include "tests/support/PictureComparison.h"
 #include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
+#include "tests/vireo/geometry/vertexPrograms.h"
+#include "tests/vireo/vertexLayouts.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/geometry/GLHelper.h"
 
 namespace tavo {

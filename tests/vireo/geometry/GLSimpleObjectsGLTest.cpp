@@ -11,6 +11,8 @@
 #include "tests/support/PictureComparison.h"
 #include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
+#include "tests/vireo/geometry/vertexPrograms.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/geometry/GLSimpleObjects.h"
 
 #include <GL/glu.h>

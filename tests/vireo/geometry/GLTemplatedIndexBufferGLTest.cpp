@@ -7,6 +7,8 @@
 #include "tests/support/Picture.h"
 #include "tests/vireo/ContextTest.h"
 #include "tests/vireo/Undestroyed.h"
+#include "tests/vireo/vertexLayouts.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/geometry/GLTemplatedIndexBuffer.h"
 #include "vireo/geometry/GLVertexBuffer.h"
 
@@ -114,7 +116,7 @@ TYPED_TEST(GLTemplatedIndexBufferGLTest, ChoosesTheVerticesThatAreDrawn)
         for (unsigned int x = 0; x < 32; ++x)
             expected.at(x, y) = {255, 255, 255, 255};
     }
-    EXPECT_EQ(this->readPixels(), expected);
+    EXPECT_EQ(readPixels(), expected);
 }
 
 TYPED_TEST(GLTemplatedIndexBufferGLTest, SharesItsNameWithItsCopies)

@@ -10,6 +10,9 @@
 #include "tests/support/Picture.h"
 #include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
+#include "tests/vireo/geometry/vertexPrograms.h"
+#include "tests/vireo/vertexLayouts.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/geometry/GLVertexBuffer.h"
 
 namespace tavo {

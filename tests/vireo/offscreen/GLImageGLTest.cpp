@@ -10,11 +10,18 @@
 #include "tests/support/CallRecorder.h"
 #include "tests/support/PictureComparison.h"
 #include "tests/support/extensions.h"
+#include "tests/vireo/ContextTest.h"
+#include "tests/vireo/DebugText.h"
 #include "tests/vireo/Undestroyed.h"
-#include "tests/vireo/offscreen/OffscreenTest.h"
+#include "tests/vireo/offscreen/renderTextures.h"
+#include "tests/vireo/offscreen/targetPictures.h"
+#include "tests/vireo/textures/floatFormats.h"
+#include "tests/vireo/textures/texels.h"
+#include "tests/vireo/textures/textOutOfRange.h"
 #include "vireo/offscreen/GLImage.h"
 #include "vireo/offscreen/GLRenderTextureCache.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
+#include "vireo/textures/GLTexture.h"
 
 namespace tavo {
 namespace {
@@ -26,10 +33,23 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-class GLImageGLTest : public CacheTest
+class GLImageGLTest : public ContextTest
 {
 protected:
-    GLRenderTextureCache* cache() { return &CacheTest::cache(); }
+    void SetUp() override
+    {
+        ContextTest::SetUp();
+        if (!IsSkipped())
+            m_Cache = std::make_unique<GLRenderTextureCache>(context());
+    }
+
+    void TearDown() override
+    {
+        m_Cache.reset();
+        ContextTest::TearDown();
+    }
+
+    GLRenderTextureCache* cache() { return m_Cache.get(); }
 
     // What the cache hands out for a plain request of that size.
     GLRenderTextureFBO* getFromCache(unsigned int width, unsigned int height)
@@ -41,6 +61,9 @@ protected:
     {
         image.setup(cache(), width, height, 4, true, false, false, false, false);
     }
+
+private:
+    std::unique_ptr<GLRenderTextureCache> m_Cache;
 };
 
 TEST_F(GLImageGLTest, StartsEmptyAndDiesSo)
@@ -88,7 +111,7 @@ TEST_F(GLImageGLTest, ThrowsWhateverItCannotDoEmpty)
 TEST_F(GLImageGLTest, DestroysWhatItOwns)
 {
     auto image = std::make_unique<GLImage>();
-    GLRenderTextureFBO* const target = make(4, 4, 4, 0).release();
+    GLRenderTextureFBO* const target = makeTarget(context(), 4, 4, 4, 0).release();
     const Names names = namesOf(*target);
     EXPECT_THAT(callsOf([&] { image->setup(target, true); }), IsEmpty());
     EXPECT_EQ(image->getRenderTexture(), target);
@@ -97,7 +120,7 @@ TEST_F(GLImageGLTest, DestroysWhatItOwns)
 
 TEST_F(GLImageGLTest, LeavesWhatItBorrowed)
 {
-    const auto target = make(4, 4, 4, 0);
+    const auto target = makeTarget(context(), 4, 4, 4, 0);
     auto image = std::make_unique<GLImage>();
     image->setup(target.get(), false);
     EXPECT_EQ(image->getRenderTexture(), target.get());
@@ -118,8 +141,8 @@ TEST_F(GLImageGLTest, GivesBackWhatIsFromACache)
 
 TEST_F(GLImageGLTest, LetsGoWhatItHadWheneverItIsSetUp)
 {
-    const auto plain = make(8, 8, 4, RECTANGLE);
-    const auto borrowed = make(8, 8, 4, RECTANGLE);
+    const auto plain = makeTarget(context(), 8, 8, 4, RECTANGLE);
+    const auto borrowed = makeTarget(context(), 8, 8, 4, RECTANGLE);
     GLImage other;
     other.setup(plain.get(), false);
     RGBAImage picture(8, 8);
@@ -135,7 +158,7 @@ TEST_F(GLImageGLTest, LetsGoWhatItHadWheneverItIsSetUp)
     };
     for (const auto setup : setups) {
         GLImage image;
-        GLRenderTextureFBO* const owned = make(4, 4, 4, 0).release();
+        GLRenderTextureFBO* const owned = makeTarget(context(), 4, 4, 4, 0).release();
         const Calls destruction = destructionCalls({namesOf(*owned)});
         image.setup(owned, true);
         const Calls calls = callsOf([&] { setup(image, cache(), other, picture); });
@@ -167,7 +190,7 @@ TEST_F(GLImageGLTest, GivesBackToTheCacheThatItCameFrom)
 TEST_F(GLImageGLTest, MayTakeAgainWhatItHas)
 {
     GLImage image;
-    GLRenderTextureFBO* const owned = make(4, 4, 4, 0).release();
+    GLRenderTextureFBO* const owned = makeTarget(context(), 4, 4, 4, 0).release();
     const Names names = namesOf(*owned);
     image.setup(owned, true);
     EXPECT_THAT(callsOf([&] { image.setup(image.getRenderTexture(), true); }), IsEmpty());
@@ -212,7 +235,7 @@ TEST_F(GLImageGLTest, MayBeSetUpFromItself)
     image.setup(cache(), &image);
     EXPECT_EQ(image.getRenderTexture(), target) << "given back, and handed out again";
 
-    image.setup(make(7, 5, 3, RECTANGLE | STENCIL).release(), true);
+    image.setup(makeTarget(context(), 7, 5, 3, RECTANGLE | STENCIL).release(), true);
     image.setup(cache(), &image); // what told the size is destroyed by now
     EXPECT_EQ(image.getWidth(), 7u);
     EXPECT_EQ(image.getHeight(), 5u);
@@ -277,7 +300,7 @@ TEST_F(GLImageGLTest, CopiesLetGoAsTheirOriginalsWould)
     EXPECT_EQ(getFromCache(4, 4), target) << "it was given back";
 
     const Undestroyed<GLImage> owner;
-    owner->setup(make(4, 4, 4, 0).release(), true);
+    owner->setup(makeTarget(context(), 4, 4, 4, 0).release(), true);
     const Names names = namesOf(*owner->getRenderTexture());
     const auto copyAndDie = [&] {
         GLImage assigned;
@@ -316,7 +339,7 @@ TEST_F(GLImageGLTest, IsOfTheKindOfAnotherImage)
     NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     for (const unsigned int flags : {0u, FLOAT16, FLOAT32, RECTANGLE}) {
         GLImage other;
-        other.setup(make(6, 4, 3, flags).release(), true);
+        other.setup(makeTarget(context(), 6, 4, 3, flags).release(), true);
         GLImage image;
         image.setup(cache(), &other);
         const GLRenderTextureFBO* const target = image.getRenderTexture();
@@ -338,10 +361,10 @@ TEST_F(GLImageGLTest, HasAStencilBufferWhereTheOtherImageHasADepthBuffer)
 {
     GLImage other;
     GLImage image;
-    other.setup(make(8, 8, 4, STENCIL).release(), true);
+    other.setup(makeTarget(context(), 8, 8, 4, STENCIL).release(), true);
     EXPECT_THAT(callsOf([&] { image.setup(cache(), &other); }), Not(Contains("glGenRenderbuffersEXT(1, ptr)")));
 
-    other.setup(make(8, 8, 4, DEPTH).release(), true);
+    other.setup(makeTarget(context(), 8, 8, 4, DEPTH).release(), true);
     const Calls calls = callsOf([&] { image.setup(cache(), &other); });
     EXPECT_THAT(calls, Contains("glRenderbufferStorageEXT(GL_RENDERBUFFER_EXT, GL_DEPTH_COMPONENT24, 8, 8)"));
     EXPECT_THAT(calls, Contains("glRenderbufferStorageEXT(GL_RENDERBUFFER_EXT, GL_STENCIL_INDEX, 8, 8)"));
@@ -489,7 +512,7 @@ TEST_F(GLImageGLTest, KnowsSquaresAndPowersOfTwo)
 TEST_F(GLImageGLTest, PassesItsUseOnToTheRenderTexture)
 {
     NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
-    const auto target = make(6, 4, 4, 0);
+    const auto target = makeTarget(context(), 6, 4, 4, 0);
     GLImage image;
     image.setup(target.get(), false);
     const auto expectSame = [&](auto ofImage, auto ofTarget) {
@@ -535,7 +558,7 @@ TEST_F(GLImageGLTest, IsReadBack)
     NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     for (const unsigned int flags : {0u, RECTANGLE}) {
         GLImage image;
-        image.setup(make(14, 6, 4, flags).release(), true);
+        image.setup(makeTarget(context(), 14, 6, 4, flags).release(), true);
         const std::string texture = namesOf(*image.getRenderTexture()).texture;
         const std::string target = flags == RECTANGLE ? RECT : "GL_TEXTURE_2D";
         image.activate();
@@ -563,7 +586,7 @@ TEST_F(GLImageGLTest, IsReadBack)
 TEST_F(GLImageGLTest, IsNotDeactivatedToBeReadBack)
 {
     GLImage image;
-    image.setup(make(8, 8, 4, RECTANGLE).release(), true);
+    image.setup(makeTarget(context(), 8, 8, 4, RECTANGLE).release(), true);
     setViewport({1, 2, 3, 4});
     image.activate();
     const int framebuffer = boundFramebuffer();
@@ -603,7 +626,7 @@ TEST_F(GLImageGLTest, DrawsAQuadOfTheViewportsSizeLessItsPosition)
 TEST_F(GLImageGLTest, DrawsA2DTextureOncePerTexel)
 {
     GLImage image;
-    image.setup(make(2, 2, 4, 0).release(), true);
+    image.setup(makeTarget(context(), 2, 2, 4, 0).release(), true);
     image.activate();
     drawQuarters();
     image.deactivate();
@@ -646,7 +669,7 @@ TEST_F(GLImageGLTest, FillsTheViewport)
     RGBAImage letter = makeLetter();
     GLImage image;
     image.setup(cache(), &letter);
-    const auto screen = make(200, 160, 4, DEPTH);
+    const auto screen = makeTarget(context(), 200, 160, 4, DEPTH);
     screen->activate();
     glClearColor(0.9f, 0.9f, 0.9f, 1);
     glClearDepth(0); // nothing that is tested would be seen
@@ -729,13 +752,13 @@ TEST_F(GLImageGLTest, LosesNoNames)
 {
     NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     RGBAImage picture(3, 3);
-    auto lender = make(2, 2, 4, 0);
+    auto lender = makeTarget(context(), 2, 2, 4, 0);
     {
         GLImage images[4];
         for (unsigned int i = 0; i < 400; ++i) {
             GLImage& image = images[i % 4];
             switch (i % 7) {
-            case 0: image.setup(make(1 + i % 5, 3, 4, 0).release(), true); break;
+            case 0: image.setup(makeTarget(context(), 1 + i % 5, 3, 4, 0).release(), true); break;
             case 1: image.setup(cache(), 1 + i % 5, 4, 3, i % 2 != 0, false, false, false, false); break;
             case 2: image.setup(lender.get(), false); break;
             case 3: image.setup(nullptr, true); break;

@@ -15,8 +15,13 @@
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/extensions.h"
+#include "tests/vireo/ContextTest.h"
+#include "tests/vireo/DebugText.h"
 #include "tests/vireo/PrivateMember.h"
-#include "tests/vireo/offscreen/OffscreenTest.h"
+#include "tests/vireo/offscreen/renderTextures.h"
+#include "tests/vireo/offscreen/targetPictures.h"
+#include "tests/vireo/textures/floatFormats.h"
+#include "tests/vireo/textures/texels.h"
 #include "vireo/offscreen/GLRenderTextureCache.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
 
@@ -94,9 +99,25 @@ std::string message(unsigned int count)
     return "num cached render textures: " + std::to_string(count) + "\n";
 }
 
-class GLRenderTextureCacheGLTest : public CacheTest
+class GLRenderTextureCacheGLTest : public ContextTest
 {
 protected:
+    void SetUp() override
+    {
+        ContextTest::SetUp();
+        if (!IsSkipped())
+            m_Cache = std::make_unique<GLRenderTextureCache>(context());
+    }
+
+    void TearDown() override
+    {
+        m_Cache.reset();
+        ContextTest::TearDown();
+    }
+
+    GLRenderTextureCache& cache() { return *m_Cache; }
+    void destroyCache() { m_Cache.reset(); }
+
     GLRenderTextureFBO* get(const Request& request)
     {
         return cache().getRenderTexture(request.width, request.height, request.components, request.rectangle,
@@ -134,6 +155,9 @@ protected:
     {
         EXPECT_THAT([&] { cache().freeRenderTexture(renderTexture); }, ThrowsMessage<PException>(NOT_HANDED_OUT));
     }
+
+private:
+    std::unique_ptr<GLRenderTextureCache> m_Cache;
 };
 
 // Rule 1

@@ -6,7 +6,10 @@
 
 #include "tests/support/PictureComparison.h"
 #include "tests/support/extensions.h"
-#include "tests/vireo/offscreen/OffscreenTest.h"
+#include "tests/vireo/ContextTest.h"
+#include "tests/vireo/offscreen/renderTextures.h"
+#include "tests/vireo/offscreen/targetPictures.h"
+#include "tests/vireo/textures/texels.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
 
 #include <GL/glu.h>
@@ -16,7 +19,7 @@ namespace {
 
 using testing::Each;
 
-using GLRenderTextureFBODrawingGLTest = OffscreenTest;
+using GLRenderTextureFBODrawingGLTest = ContextTest;
 
 // A near red square, then a far green one that covers all. With a depth buffer the near one stays in front.
 void drawNearThenFar()
@@ -45,7 +48,7 @@ TEST_F(GLRenderTextureFBODrawingGLTest, HidesWhatIsFartherOnlyWithADepthBuffer)
     const Pixel red{255, 0, 0, 255};
     const Pixel green{0, 255, 0, 255};
     for (const unsigned int flags : {0u, DEPTH, RECTANGLE, RECTANGLE | DEPTH}) {
-        const auto target = make(16, 12, 4, flags);
+        const auto target = makeTarget(context(), 16, 12, 4, flags);
         target->activate();
         drawNearThenFar();
         target->deactivate();
@@ -58,7 +61,7 @@ TEST_F(GLRenderTextureFBODrawingGLTest, HidesWhatIsFartherOnlyWithADepthBuffer)
 
 TEST_F(GLRenderTextureFBODrawingGLTest, DrawsThroughAStencil)
 {
-    const auto target = make(8, 8, 4, STENCIL);
+    const auto target = makeTarget(context(), 8, 8, 4, STENCIL);
     target->activate();
     glClearColor(0, 0, 0, 0);
     glClear(GL_COLOR_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
@@ -85,7 +88,7 @@ TEST_F(GLRenderTextureFBODrawingGLTest, LeavesTheWindowAloneInAViewportThatIsNot
     glClearColor(1 / 255.f, 2 / 255.f, 3 / 255.f, 4 / 255.f);
     glClear(GL_COLOR_BUFFER_BIT);
     setViewport({10, 20, 30, 16});
-    const auto target = make(40, 40, 4, DEPTH);
+    const auto target = makeTarget(context(), 40, 40, 4, DEPTH);
     target->activate();
     drawQuarters();
     target->deactivate();
@@ -102,7 +105,7 @@ TEST_F(GLRenderTextureFBODrawingGLTest, LeavesTheWindowAloneInAViewportThatIsNot
 TEST_F(GLRenderTextureFBODrawingGLTest, IsATextureOfWhatWasDrawn)
 {
     for (const unsigned int flags : {0u, RECTANGLE}) {
-        const auto target = make(32, 32, 4, flags);
+        const auto target = makeTarget(context(), 32, 32, 4, flags);
         target->activate();
         drawQuarters();
         target->deactivate();
@@ -115,7 +118,7 @@ TEST_F(GLRenderTextureFBODrawingGLTest, IsATextureOfWhatWasDrawn)
 
 // The picture of a depth texture: a lamp sees a floor with a box and a ball on it, and the depths that it sees tell
 // what is in its light. What lies behind them is drawn black.
-class ShadowGLTest : public OffscreenTest
+class ShadowGLTest : public ContextTest
 {
 protected:
     static constexpr int SIZE = 256;
@@ -222,9 +225,9 @@ private:
 
 TEST_F(ShadowGLTest, ADepthTextureTellsWhatIsInTheShade)
 {
-    const auto depths = make();
+    const auto depths = makeTarget(context());
     ASSERT_TRUE(depths->createDepthTexture(1024, 1024));
-    const auto target = make(SIZE, SIZE, 4, DEPTH);
+    const auto target = makeTarget(context(), SIZE, SIZE, 4, DEPTH);
     drawDepths(*depths);
     target->activate();
     drawShaded(*depths);

@@ -5,9 +5,13 @@
 
 #include "tests/support/CallRecorder.h"
 #include "tests/support/extensions.h"
+#include "tests/vireo/ContextTest.h"
 #include "tests/vireo/PrivateMember.h"
 #include "tests/vireo/Undestroyed.h"
-#include "tests/vireo/offscreen/OffscreenTest.h"
+#include "tests/vireo/offscreen/renderTextures.h"
+#include "tests/vireo/textures/floatFormats.h"
+#include "tests/vireo/textures/texels.h"
+#include "tests/vireo/textures/textureCalls.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
 #include "vireo/textures/GLTexture.h"
 
@@ -57,12 +61,12 @@ Calls bufferCalls(const std::string& name, const std::string& storage, const std
 
 const std::string CHECK = "glCheckFramebufferStatusEXT(GL_FRAMEBUFFER_EXT)";
 
-using GLRenderTextureFBOGLTest = OffscreenTest;
+using GLRenderTextureFBOGLTest = ContextTest;
 
 TEST_F(GLRenderTextureFBOGLTest, StartsEmptyAndDiesSo)
 {
     std::unique_ptr<GLRenderTextureFBO> empty;
-    EXPECT_THAT(callsOf([&] { empty = make(); }), IsEmpty());
+    EXPECT_THAT(callsOf([&] { empty = makeTarget(context()); }), IsEmpty());
     EXPECT_EQ(empty->getContext(), context());
     EXPECT_FALSE(empty->isActive());
     EXPECT_FALSE(empty->isBound());
@@ -83,7 +87,7 @@ TEST_F(GLRenderTextureFBOGLTest, StartsEmptyAndDiesSo)
 TEST_F(GLRenderTextureFBOGLTest, IsMadeOfA2DTexture)
 {
     NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
-    auto target = make();
+    auto target = makeTarget(context());
     CallRecorder recorder;
     EXPECT_TRUE(target->create(100, 60, 4, 0));
     const Names names = namesOf(*target);
@@ -103,7 +107,7 @@ TEST_F(GLRenderTextureFBOGLTest, IsMadeOfA2DTexture)
 
 TEST_F(GLRenderTextureFBOGLTest, IsMadeOfARectangle)
 {
-    auto target = make();
+    auto target = makeTarget(context());
     CallRecorder recorder;
     EXPECT_TRUE(target->create(7, 5, 3, RECTANGLE));
     const Names names = namesOf(*target);
@@ -118,7 +122,7 @@ TEST_F(GLRenderTextureFBOGLTest, IsMadeOfARectangle)
 
 TEST_F(GLRenderTextureFBOGLTest, HasADepthBuffer)
 {
-    auto target = make();
+    auto target = makeTarget(context());
     CallRecorder recorder;
     EXPECT_TRUE(target->create(32, 16, 4, DEPTH));
     const Names names = namesOf(*target);
@@ -134,7 +138,7 @@ TEST_F(GLRenderTextureFBOGLTest, HasADepthBuffer)
 
 TEST_F(GLRenderTextureFBOGLTest, HasAStencilBuffer)
 {
-    auto target = make();
+    auto target = makeTarget(context());
     CallRecorder recorder;
     EXPECT_TRUE(target->create(32, 16, 4, STENCIL | RECTANGLE));
     const Names names = namesOf(*target);
@@ -151,7 +155,7 @@ TEST_F(GLRenderTextureFBOGLTest, HasAStencilBuffer)
 // Many drivers want both in one buffer and refuse this; what is made is the same.
 TEST_F(GLRenderTextureFBOGLTest, MakesTheDepthBufferBeforeTheStencilBuffer)
 {
-    auto target = make();
+    auto target = makeTarget(context());
     CallRecorder recorder;
     const bool accepted = target->create(8, 4, 4, DEPTH | STENCIL);
     const Names names = accepted ? namesOf(*target) : boundNames();
@@ -167,7 +171,7 @@ TEST_F(GLRenderTextureFBOGLTest, MakesTheDepthBufferBeforeTheStencilBuffer)
 TEST_F(GLRenderTextureFBOGLTest, TellsTheFlagsItWasGiven)
 {
     for (unsigned int flags = 0; flags < 64; ++flags) {
-        auto target = make();
+        auto target = makeTarget(context());
         target->create(0, 0, 4, flags); // the driver refuses all of them alike
         EXPECT_EQ(target->hasDepth(), (flags & 1) != 0);
         EXPECT_EQ(target->hasStencil(), (flags & 2) != 0);
@@ -195,7 +199,7 @@ TEST_F(GLRenderTextureFBOGLTest, IsMadeOfARectangleOfFloats)
         {FLOAT32, 3, false},
     };
     for (const FloatRectangle& rectangle : rectangles) {
-        auto target = make();
+        auto target = makeTarget(context());
         CallRecorder recorder;
         const bool accepted = target->create(100, 100, rectangle.components, RECTANGLE | rectangle.flags);
         const Names names = accepted ? namesOf(*target) : boundNames();
@@ -225,7 +229,7 @@ TEST_F(GLRenderTextureFBOGLTest, HasBytesInA2DTextureWhateverTheFlagsSay)
 {
     NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
     for (const unsigned int flags : {FLOAT16, FLOAT32, FLOAT16 | FLOAT32}) {
-        auto target = make();
+        auto target = makeTarget(context());
         CallRecorder recorder;
         EXPECT_TRUE(target->create(640, 480, 4, flags));
         const Names names = namesOf(*target);
@@ -244,7 +248,7 @@ TEST_F(GLRenderTextureFBOGLTest, HasBytesInA2DTextureWhateverTheFlagsSay)
 TEST_F(GLRenderTextureFBOGLTest, LeavesItsTextureBoundOnUnitZeroAndTheWindowToBeDrawnInto)
 {
     GLTexture::setStage(3);
-    const auto target = make(8, 8, 4, DEPTH);
+    const auto target = makeTarget(context(), 8, 8, 4, DEPTH);
     EXPECT_EQ(getInteger(GL_ACTIVE_TEXTURE), GL_TEXTURE0);
     EXPECT_EQ(boundFramebuffer(), 0);
     EXPECT_EQ(std::to_string(getInteger(GL_TEXTURE_BINDING_2D)), namesOf(*target).texture);
@@ -254,7 +258,7 @@ TEST_F(GLRenderTextureFBOGLTest, LeavesItsTextureBoundOnUnitZeroAndTheWindowToBe
 
 TEST_F(GLRenderTextureFBOGLTest, KeepsEverythingWhenTheDriverRefuses)
 {
-    auto target = make();
+    auto target = makeTarget(context());
     const Calls calls = callsOf([&] { EXPECT_FALSE(target->create(0, 0, 4, DEPTH)); });
     const Names names = boundNames();
     EXPECT_EQ(
@@ -273,7 +277,7 @@ TEST_F(GLRenderTextureFBOGLTest, KeepsEverythingWhenTheDriverRefuses)
 
 TEST_F(GLRenderTextureFBOGLTest, RefusesComponentsThatAreNoFormat)
 {
-    auto target = make();
+    auto target = makeTarget(context());
     EXPECT_FALSE(target->create(4, 4, 5, 0));
     EXPECT_THAT(drainErrors(), SizeIs(1)) << "GL's refusal of the texture";
     EXPECT_EQ(target->getNumComponents(), 5u);
@@ -282,7 +286,7 @@ TEST_F(GLRenderTextureFBOGLTest, RefusesComponentsThatAreNoFormat)
 // Deliberate.
 TEST_F(GLRenderTextureFBOGLTest, LeavesTheOldObjectsAloneWhenItIsMadeAgain)
 {
-    auto target = make(8, 8, 4, DEPTH);
+    auto target = makeTarget(context(), 8, 8, 4, DEPTH);
     const Names first = namesOf(*target);
     const std::unique_ptr<GLTexture> firstTexture(target.get()->*memberOf(TextureMember()));
     EXPECT_TRUE(target->create(4, 4, 4, RECTANGLE));
@@ -307,7 +311,7 @@ TEST_F(GLRenderTextureFBOGLTest, LeavesTheOldObjectsAloneWhereDepthTexturesAreMa
             EXPECT_FALSE(call.starts_with("glDelete")) << call;
         EXPECT_NE(target.*memberOf(TextureMember()), old.get());
     };
-    const auto target = make(8, 8, 3, 0);
+    const auto target = makeTarget(context(), 8, 8, 3, 0);
     makeAgain(*target, [&] { return target->createDepthTexture(4, 4); });
     EXPECT_EQ(target->getNumComponents(), 0u);
     makeAgain(*target, [&] { return target->createDepthTexture(8, 8); });
@@ -320,7 +324,7 @@ TEST_F(GLRenderTextureFBOGLTest, LeavesTheOldObjectsAloneWhereDepthTexturesAreMa
 TEST_F(GLRenderTextureFBOGLTest, IsMadeOfADepthTexture)
 {
     GLTexture::setStage(2);
-    auto target = make();
+    auto target = makeTarget(context());
     CallRecorder recorder;
     EXPECT_TRUE(target->createDepthTexture(64, 32));
     const Names names = namesOf(*target);
@@ -360,7 +364,7 @@ TEST_F(GLRenderTextureFBOGLTest, RefusesADepthTextureThatIsNoPowerOfTwoBeforeItM
     constexpr std::pair<unsigned int, unsigned int> sizes[] = {
         {640, 512}, {512, 640}, {3, 1}, {1, 3}, {6, 6}, {12, 16}, {257, 256}, {0xFFFFFFFF, 1}, {0, 5}};
     for (const auto& [width, height] : sizes) {
-        auto target = make();
+        auto target = makeTarget(context());
         EXPECT_THAT(callsOf([&, w = width, h = height] { EXPECT_FALSE(target->createDepthTexture(w, h)); }), IsEmpty());
         EXPECT_TRUE(target->isPureDepthTexture()) << "deliberate: from the call on";
         EXPECT_FALSE(target->hasDepth());
@@ -373,15 +377,15 @@ TEST_F(GLRenderTextureFBOGLTest, RefusesADepthTextureThatIsNoPowerOfTwoBeforeItM
 TEST_F(GLRenderTextureFBOGLTest, AcceptsDepthTexturesOfEveryPowerOfTwo)
 {
     for (unsigned int size = 1; size <= 1024; size *= 2) {
-        EXPECT_TRUE(make()->createDepthTexture(size, 1));
-        EXPECT_TRUE(make()->createDepthTexture(4, size));
+        EXPECT_TRUE(makeTarget(context())->createDepthTexture(size, 1));
+        EXPECT_TRUE(makeTarget(context())->createDepthTexture(4, size));
     }
 }
 
 // Deliberate: 0 passes for a power of two, so that it is the driver that refuses.
 TEST_F(GLRenderTextureFBOGLTest, LeavesDepthTexturesOfNoSizeToTheDriver)
 {
-    auto target = make();
+    auto target = makeTarget(context());
     EXPECT_FALSE(target->createDepthTexture(0, 4));
     EXPECT_TRUE(target->hasDepth());
     EXPECT_EQ(target->getHeight(), 4u);
@@ -395,7 +399,7 @@ TEST_F(GLRenderTextureFBOGLTest, LeavesDepthTexturesOfNoSizeToTheDriver)
 TEST_F(GLRenderTextureFBOGLTest, CountsAsADepthTextureForEver)
 {
     NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
-    const auto target = make();
+    const auto target = makeTarget(context());
     EXPECT_FALSE(target->createDepthTexture(3, 3));
     EXPECT_TRUE(target->create(3, 3, 4, 0));
     EXPECT_TRUE(target->isPureDepthTexture());
@@ -404,7 +408,7 @@ TEST_F(GLRenderTextureFBOGLTest, CountsAsADepthTextureForEver)
 
 TEST_F(GLRenderTextureFBOGLTest, ForgetsItsFlagsWhenADepthTextureIsRefused)
 {
-    const auto target = make(8, 4, 3, STENCIL | FLOAT32);
+    const auto target = makeTarget(context(), 8, 4, 3, STENCIL | FLOAT32);
     EXPECT_FALSE(target->createDepthTexture(3, 3));
     EXPECT_FALSE(target->hasStencil());
     EXPECT_FALSE(target->isFloat32());
@@ -417,7 +421,7 @@ TEST_F(GLRenderTextureFBOGLTest, ForgetsItsFlagsWhenADepthTextureIsRefused)
 
 TEST_F(GLRenderTextureFBOGLTest, DeletesItsTextureAndThenItsFramebuffer)
 {
-    auto target = make(8, 8, 4, DEPTH);
+    auto target = makeTarget(context(), 8, 8, 4, DEPTH);
     const Names names = namesOf(*target);
     EXPECT_THAT(callsOf([&] { target.reset(); }), ElementsAre("glDeleteTextures(1, (" + names.texture + "))",
                                                       "glDeleteFramebuffersEXT(1, (" + names.framebuffer + "))"))
@@ -440,7 +444,7 @@ TEST_F(GLRenderTextureFBOGLTest, DeletesItsFramebufferAtOnceWhileTheTreeIsInacti
 
 TEST_F(GLRenderTextureFBOGLTest, LeavesItsFramebufferToADyingContext)
 {
-    auto target = make(4, 4, 4, STENCIL);
+    auto target = makeTarget(context(), 4, 4, 4, STENCIL);
     const Names names = namesOf(*target);
     EXPECT_THAT(callsOf([&] { destroyContext(); }), ElementsAre("glDeleteTextures(1, (" + names.texture + "))"))
         << "the texture's own affair";
@@ -455,11 +459,11 @@ TEST_F(GLRenderTextureFBOGLTest, LosesNoNamesButItsDepthAndStencilBuffers)
     NumNames expected;
     for (unsigned int i = 0; i < 200; ++i) {
         const unsigned int flags = i % 32 & ~(FLOAT16 | FLOAT32);
-        auto target = make();
+        auto target = makeTarget(context());
         target->create(i % 5, i % 7, 1 + i % 4, flags); // refused where a size is 0
         expected.renderbuffers += target->hasDepth() + target->hasStencil();
         if (i % 5 != 0)
-            make()->createDepthTexture(1u << i % 7, i % 9);
+            makeTarget(context())->createDepthTexture(1u << i % 7, i % 9);
         if (i % 3 == 0 && boundFramebuffer() == 0)
             delete target->getRGBAImage();
     }

@@ -5,7 +5,11 @@
 
 #include "tests/support/CallRecorder.h"
 #include "tests/support/extensions.h"
-#include "tests/vireo/offscreen/OffscreenTest.h"
+#include "tests/vireo/ContextTest.h"
+#include "tests/vireo/offscreen/renderTextures.h"
+#include "tests/vireo/offscreen/targetPictures.h"
+#include "tests/vireo/textures/floatFormats.h"
+#include "tests/vireo/textures/texels.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
 #include "vireo/textures/GLTexture.h"
 
@@ -15,12 +19,12 @@ namespace {
 using testing::Each;
 using testing::ElementsAre;
 
-using GLRenderTextureFBOUseGLTest = OffscreenTest;
+using GLRenderTextureFBOUseGLTest = ContextTest;
 
 TEST_F(GLRenderTextureFBOUseGLTest, IsActivatedAndDeactivated)
 {
     NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
-    const auto target = make(20, 10, 4, 0);
+    const auto target = makeTarget(context(), 20, 10, 4, 0);
     const std::string framebuffer = namesOf(*target).framebuffer;
     setViewport({3, 4, 50, 40});
     EXPECT_THAT(callsOf([&] { target->activate(); }),
@@ -36,7 +40,7 @@ TEST_F(GLRenderTextureFBOUseGLTest, IsActivatedAndDeactivated)
 
 TEST_F(GLRenderTextureFBOUseGLTest, IsBoundAndUnbound)
 {
-    const auto target = make(4, 4, 4, RECTANGLE);
+    const auto target = makeTarget(context(), 4, 4, 4, RECTANGLE);
     EXPECT_EQ(callsOf([&] { target->bind(3); }), bindCalls("GL_TEXTURE3", RECT, namesOf(*target).texture));
     target->bind(3);
     EXPECT_TRUE(target->isBound());
@@ -51,7 +55,7 @@ TEST_F(GLRenderTextureFBOUseGLTest, IsBoundAndUnbound)
 // Deliberate: binding does not deactivate.
 TEST_F(GLRenderTextureFBOUseGLTest, IsStillDrawnIntoWhenItIsBoundWhileActive)
 {
-    const auto target = make(4, 4, 4, 0);
+    const auto target = makeTarget(context(), 4, 4, 4, 0);
     const std::string framebuffer = namesOf(*target).framebuffer;
     target->activate();
     target->bind(0);
@@ -70,8 +74,8 @@ TEST_F(GLRenderTextureFBOUseGLTest, IsStillDrawnIntoWhenItIsBoundWhileActive)
 TEST_F(GLRenderTextureFBOUseGLTest, LeavesNestedTargetsForTheWindow)
 {
     NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
-    const auto outer = make(20, 10, 4, 0);
-    const auto inner = make(6, 6, 4, 0);
+    const auto outer = makeTarget(context(), 20, 10, 4, 0);
+    const auto inner = makeTarget(context(), 6, 6, 4, 0);
     setViewport({1, 2, 30, 40});
     outer->activate();
     inner->activate();
@@ -169,7 +173,7 @@ void startOver(GLRenderTextureFBO& target, const Viewport& viewport)
 TEST_F(GLRenderTextureFBOUseGLTest, DoesWhatItSaysInEveryOrderOfCalls)
 {
     NEEDS_EXTENSION("GL_ARB_texture_non_power_of_two");
-    const auto target = make(6, 4, 4, 0);
+    const auto target = makeTarget(context(), 6, 4, 4, 0);
     const std::string texture = namesOf(*target).texture;
     const std::string framebuffer = namesOf(*target).framebuffer;
     constexpr unsigned int length = 4;
@@ -199,7 +203,7 @@ TEST_F(GLRenderTextureFBOUseGLTest, DoesWhatItSaysInEveryOrderOfCalls)
 
 // Reading back
 
-class GLRenderTextureFBOReadBackGLTest : public OffscreenTest, public testing::WithParamInterface<unsigned int>
+class GLRenderTextureFBOReadBackGLTest : public ContextTest, public testing::WithParamInterface<unsigned int>
 {
 protected:
     static constexpr unsigned int WIDTH = 14;
@@ -207,7 +211,7 @@ protected:
 
     std::unique_ptr<GLRenderTextureFBO> makePainted()
     {
-        auto target = make(WIDTH, HEIGHT, 4, GetParam());
+        auto target = makeTarget(context(), WIDTH, HEIGHT, 4, GetParam());
         glDisable(GL_DEPTH_TEST);
         target->activate();
         drawQuarters();
@@ -316,7 +320,7 @@ TEST_P(GLRenderTextureFBOReadBackGLTest, HasTheWholeViewportAfterReadingWhileAct
 TEST_P(GLRenderTextureFBOReadBackGLTest, ReadsEveryNumberOfComponents)
 {
     for (unsigned int components = 1; components <= 4; ++components) {
-        const auto target = make(4, 4, components, GetParam());
+        const auto target = makeTarget(context(), 4, 4, components, GetParam());
         target->activate();
         glClearColor(0.2f, 0.4f, 0.6f, 0.8f); // 51, 102, 153, 204
         glClear(GL_COLOR_BUFFER_BIT);
@@ -338,7 +342,7 @@ INSTANTIATE_TEST_SUITE_P(Targets, GLRenderTextureFBOReadBackGLTest,
 
 TEST_F(GLRenderTextureFBOUseGLTest, ReadsADepthTextureAsZeros)
 {
-    const auto target = make();
+    const auto target = makeTarget(context());
     EXPECT_TRUE(target->createDepthTexture(4, 2));
     const std::unique_ptr<RGBAImage> image(target->getRGBAImage());
     EXPECT_THAT(drainErrors(), ElementsAre(static_cast<unsigned int>(GL_INVALID_OPERATION)));
@@ -352,7 +356,7 @@ TEST_F(GLRenderTextureFBOUseGLTest, KeepsFloatsInARectangle)
 {
     if (!hasFloatFormats())
         GTEST_SKIP() << "the driver has no float formats for rectangles";
-    const auto target = make(5, 3, 4, RECTANGLE | FLOAT32);
+    const auto target = makeTarget(context(), 5, 3, 4, RECTANGLE | FLOAT32);
     target->bind(0);
     auto image = makeImage<RGBAFloat32Image>(5, 3);
     image.at(2, 1) = RGBAFloat32Image::Pixel(-1e6f, 0.123456f, 1e6f, 300.5f);
@@ -366,7 +370,7 @@ TEST_F(GLRenderTextureFBOUseGLTest, KeepsHalfFloatsInARectangle)
 {
     if (!hasFloatFormats())
         GTEST_SKIP() << "the driver has no float formats for rectangles";
-    const auto target = make(5, 3, 4, RECTANGLE | FLOAT16);
+    const auto target = makeTarget(context(), 5, 3, 4, RECTANGLE | FLOAT16);
     target->bind(0);
     const auto image = makeImage<RGBAFloat32Image>(5, 3); // small integers, which half floats hold as they are
     glTexSubImage2D(GL_TEXTURE_RECTANGLE_ARB, 0, 0, 0, 5, 3, GL_RGBA, GL_FLOAT, image.getPixels().data());

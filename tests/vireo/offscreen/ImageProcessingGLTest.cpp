@@ -9,7 +9,9 @@
 #include "tests/support/PictureComparison.h"
 #include "tests/support/blurPass.h"
 #include "tests/support/extensions.h"
-#include "tests/vireo/offscreen/OffscreenTest.h"
+#include "tests/vireo/ContextTest.h"
+#include "tests/vireo/offscreen/targetPictures.h"
+#include "tests/vireo/textures/texels.h"
 #include "vireo/offscreen/GLImage.h"
 #include "vireo/offscreen/GLRenderTextureCache.h"
 #include "vireo/shaders/GLShaderARB.h"
@@ -57,7 +59,7 @@ Picture sharpen(const Picture& picture, const Picture& blurred)
     return result;
 }
 
-class ImageProcessingGLTest : public OffscreenTest
+class ImageProcessingGLTest : public ContextTest
 {
 protected:
     std::unique_ptr<GLShaderARB> makeProgram(const std::string& source)

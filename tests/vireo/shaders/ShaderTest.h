@@ -3,6 +3,7 @@
 #include <array>
 
 #include "tests/vireo/ContextTest.h"
+#include "vireo/context/GLExtensions.h"
 
 #include <GL/glu.h>
 

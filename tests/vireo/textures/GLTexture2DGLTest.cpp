@@ -10,7 +10,9 @@
 #include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
 #include "tests/vireo/Undestroyed.h"
-#include "tests/vireo/textures/TextureTest.h"
+#include "tests/vireo/textures/texels.h"
+#include "tests/vireo/textures/textOutOfRange.h"
+#include "tests/vireo/textures/textureCalls.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/textures/GLTexture.h"
@@ -78,7 +80,7 @@ Picture exchangedPicture(unsigned int width, unsigned int height)
     return picture;
 }
 
-class GLTexture2DGLTest : public TextureTest
+class GLTexture2DGLTest : public ContextTest
 {
 protected:
     Picture drawWhole(unsigned int width, unsigned int height)

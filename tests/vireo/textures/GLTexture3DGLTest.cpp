@@ -13,7 +13,10 @@
 #include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
 #include "tests/vireo/Undestroyed.h"
-#include "tests/vireo/textures/TextureTest.h"
+#include "tests/vireo/textures/floatFormats.h"
+#include "tests/vireo/textures/texels.h"
+#include "tests/vireo/textures/textOutOfRange.h"
+#include "tests/vireo/textures/textureCalls.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/textures/GLTexture.h"
@@ -93,7 +96,7 @@ float sliceCoordinate(unsigned int z, unsigned int depth)
     return (static_cast<float>(z) + 0.5f) / static_cast<float>(depth);
 }
 
-class GLTexture3DGLTest : public TextureTest
+class GLTexture3DGLTest : public ContextTest
 {
 protected:
     Picture drawSlice(unsigned int z, unsigned int width, unsigned int height, unsigned int depth)

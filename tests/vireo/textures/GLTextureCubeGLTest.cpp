@@ -12,7 +12,8 @@
 #include "tests/support/Picture.h"
 #include "tests/vireo/ContextTest.h"
 #include "tests/vireo/Undestroyed.h"
-#include "tests/vireo/textures/TextureTest.h"
+#include "tests/vireo/textures/texels.h"
+#include "tests/vireo/textures/textureCalls.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/textures/GLTexture.h"
 #include "vireo/textures/GLTextureCube.h"
@@ -103,7 +104,7 @@ unsigned char* bytesOf(RGBAImage& image)
     return image.getPixels().data()->data();
 }
 
-class GLTextureCubeGLTest : public TextureTest
+class GLTextureCubeGLTest : public ContextTest
 {
 protected:
     // The environment as it is seen from its middle, a right angle wide: just one face of it.

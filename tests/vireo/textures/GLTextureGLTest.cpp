@@ -5,8 +5,9 @@
 #include <vector>
 
 #include "tests/support/CallRecorder.h"
+#include "tests/vireo/ContextTest.h"
 #include "tests/vireo/Undestroyed.h"
-#include "tests/vireo/textures/TextureTest.h"
+#include "tests/vireo/textures/texels.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/textures/GLTexture.h"
@@ -46,7 +47,7 @@ std::string deleteCall(const GLTexture& texture)
     return "glDeleteTextures(1, (" + std::to_string(texture.getTextureID()) + "))";
 }
 
-class GLTextureGLTest : public TextureTest
+class GLTextureGLTest : public ContextTest
 {
 protected:
     // A texture that has been bound, without which GL does not know its name as a texture's.

@@ -9,7 +9,10 @@
 #include "tests/support/extensions.h"
 #include "tests/vireo/ContextTest.h"
 #include "tests/vireo/Undestroyed.h"
-#include "tests/vireo/textures/TextureTest.h"
+#include "tests/vireo/textures/floatFormats.h"
+#include "tests/vireo/textures/texels.h"
+#include "tests/vireo/textures/textOutOfRange.h"
+#include "tests/vireo/textures/textureCalls.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/textures/GLTexture.h"
 #include "vireo/textures/GLTextureRect.h"
@@ -50,7 +53,7 @@ std::string uploadCall(const std::string& internalFormat, const std::string& siz
     return texImageCall("glTexImage2D", "GL_TEXTURE_RECTANGLE_ARB", internalFormat, size, clientFormat, typeAndData);
 }
 
-class GLTextureRectGLTest : public TextureTest
+class GLTextureRectGLTest : public ContextTest
 {
 protected:
     Picture drawWhole(unsigned int width, unsigned int height)

@@ -13,8 +13,6 @@ namespace {
 
 using testing::ElementsAre;
 
-using Calls = std::vector<std::string>;
-
 constexpr GLenum TARGETS[] = {GL_TEXTURE_2D, GL_TEXTURE_RECTANGLE_ARB, GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP};
 
 // Settings of the fields that set reads.

@@ -11,7 +11,9 @@
 #include "tests/support/CallRecorder.h"
 #include "tests/support/driverVariable.h"
 #include "tests/support/extensions.h"
+#include "tests/vireo/ContextTest.h"
 #include "tests/vireo/volume/VolumeTest.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/volume/SliceVolumeRenderer.h"
 
 #include <GL/glu.h>

@@ -5,7 +5,9 @@
 
 #include "tavo/base/objects/PException.h"
 #include "tests/support/CallRecorder.h"
+#include "tests/vireo/ContextTest.h"
 #include "tests/vireo/volume/VolumeTest.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/volume/Tex2dVolumeRenderer.h"
 
 namespace tavo {

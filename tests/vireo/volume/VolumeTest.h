@@ -9,7 +9,8 @@
 
 #include "tavo/points/RegularVolume.h"
 #include "tests/support/Picture.h"
-#include "tests/vireo/ContextTest.h"
+#include "tests/vireo/vertexLayouts.h"
+#include "vireo/context/GLExtensions.h"
 
 namespace tavo {
 
