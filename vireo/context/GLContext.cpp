@@ -9,6 +9,7 @@
 #include "tavo/platform/wgl.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/GLObject.h"
+#include "vireo/context/sharedByContexts.h"
 
 #ifdef VIREO_HAVE_CG
 #include <Cg/cg.h>
@@ -63,18 +64,22 @@ const char* textOfError(GLenum error)
 std::uint64_t GLContext::globalContextNumber = 1;
 _CGcontext* GLContext::m_CGContext = nullptr;
 
+std::recursive_mutex& sharedByContexts()
+{
+    static std::recursive_mutex mutex;
+    return mutex;
+}
+
 GLContext::GLContext(HDC__* dc, HGLRC__* rc, GLContext* parent, QGLWidget* widget)
-    : m_ContextNumber(globalContextNumber++)
+    : m_ContextNumber(nextContextNumber())
     , m_DC(dc)
     , m_RC(rc)
     , m_ParentContext(parent)
 {
     if (parent)
         parent->addChildContext(this);
-    if (!m_CGContext && !parent) {
-        m_CGContext = createCgContext();
-        initGLExtensions();
-    }
+    if (!parent)
+        prepareFirstContext();
     // Deliberately last: what was called above sees a context without a widget.
     m_QGLWidget = widget;
 }
@@ -96,6 +101,27 @@ GLContext::~GLContext() noexcept(false)
         bequeath(root, parent);
     if (failure && std::uncaught_exceptions() == 0)
         std::rethrow_exception(failure);
+}
+
+std::uint64_t GLContext::nextContextNumber()
+{
+    const SharedLock lock(sharedByContexts());
+    return globalContextNumber++;
+}
+
+void GLContext::prepareFirstContext()
+{
+    const SharedLock lock(sharedByContexts());
+    if (m_CGContext)
+        return;
+    m_CGContext = createCgContext();
+    initGLExtensions();
+}
+
+_CGcontext* GLContext::getCGContext()
+{
+    const SharedLock lock(sharedByContexts());
+    return m_CGContext;
 }
 
 bool GLContext::activate()

@@ -20,6 +20,8 @@ class GLObject;
 // root of a tree holds the registry of the tree's GLObjects, knows whether a context of the tree is current, and keeps
 // the GL names that could not be deleted at once until the tree is active again.
 //
+// Threads may make contexts at the same time; a tree belongs to one thread at a time.
+//
 // A context owns neither the native contexts it is given nor its objects or children; any of them may die first. The
 // tree that is supported is two levels deep: a root and its children. A context of a third level throws when it is
 // destroyed; what lets no exception through, a std::unique_ptr or a container, ends the program then.
@@ -76,7 +78,7 @@ public:
     void setUseVertexBufferObjects(bool use) { m_UseVertexBufferObjects = use; }
 
     // The one Cg context of the process; null before the first root context, and in a build without the Cg runtime.
-    _CGcontext* getCGContext() { return m_CGContext; }
+    _CGcontext* getCGContext();
 
 protected:
     // Says that a context of the tree was made current, or released, by other means; true deletes the waiting names.
@@ -101,6 +103,8 @@ private:
     friend class GLObject;
 
     void bequeath(GLContext* root, GLContext* parent);
+    static std::uint64_t nextContextNumber();
+    static void prepareFirstContext();
 
     static std::uint64_t globalContextNumber;
     static _CGcontext* m_CGContext;

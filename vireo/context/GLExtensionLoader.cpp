@@ -10,6 +10,7 @@
 
 #include "tavo/platform/wgl.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/sharedByContexts.h"
 
 namespace tavo {
 
@@ -20,8 +21,11 @@ bool fetch(const char* name)
 {
     // By way of void (*)(), which compilers take for any function.
     const auto address = reinterpret_cast<void (*)()>(wglGetProcAddress(name));
-    entryPoint = reinterpret_cast<std::decay_t<decltype(entryPoint)>>(address);
-    return entryPoint != nullptr;
+    const auto fetched = reinterpret_cast<std::decay_t<decltype(entryPoint)>>(address);
+    // Other threads may be calling it: what is there already is not written again.
+    if (entryPoint != fetched)
+        entryPoint = fetched;
+    return fetched != nullptr;
 }
 
 template <auto& entryPoint>
@@ -130,6 +134,7 @@ GLExtensionLoader& GLExtensionLoader::getInstance()
 
 bool GLExtensionLoader::request(const char* names)
 {
+    const SharedLock lock(sharedByContexts());
     if (m_SupportedExtensions.empty())
         askForSupportedExtensions();
     if (!names)
@@ -150,6 +155,7 @@ bool GLExtensionLoader::request(const char* names)
 
 bool GLExtensionLoader::load(std::string_view extension)
 {
+    const SharedLock lock(sharedByContexts());
     const auto entryPoints = entryPointsOf(extension);
     return entryPoints && std::all_of(entryPoints->begin(), entryPoints->end(),
                               [](const Line& line) { return line.fetch(line.name); });
@@ -157,6 +163,7 @@ bool GLExtensionLoader::load(std::string_view extension)
 
 void GLExtensionLoader::loadFramebufferObjects()
 {
+    const SharedLock lock(sharedByContexts());
 #define VIREO_GL_FRAMEBUFFER_ENTRY_POINT(name, ...) fetch<name>(#name);
 #include "vireo/context/GLEntryPoints.inc"
 }
@@ -176,6 +183,7 @@ void GLExtensionLoader::askForSupportedExtensions()
 
 bool GLExtensionLoader::isSupported(std::string_view extension) const
 {
+    const SharedLock lock(sharedByContexts());
     if (const std::size_t minorVersion = minorVersionNamedBy(extension))
         return isVersionSupported(minorVersion);
 

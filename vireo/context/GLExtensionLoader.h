@@ -9,7 +9,7 @@ namespace tavo {
 
 // Fetches the entry points of GLExtensions.h, by the names of the extensions they belong to, from the driver of the
 // current context. A loader asks the driver once which extensions it supports, at its first request, and goes by that
-// answer for ever after.
+// answer for ever after. Any thread may ask.
 //
 // Internal to the library; exported only for its tests.
 class VIREO_EXPORT GLExtensionLoader

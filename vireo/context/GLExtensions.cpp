@@ -1,6 +1,7 @@
 #include "vireo/context/GLExtensions.h"
 
 #include "vireo/context/GLExtensionLoader.h"
+#include "vireo/context/sharedByContexts.h"
 
 namespace tavo {
 
@@ -12,6 +13,7 @@ bool glExtensionsInitialized = false;
 
 void initGLExtensions()
 {
+    const SharedLock lock(sharedByContexts());
     if (glExtensionsInitialized)
         return;
     glExtensionsInitialized = true;
