@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "vireo/show/delivery/NumberArray.h"
+#include "vireo/show/delivery/isShowOff.h"
 
 namespace tavo {
 
@@ -46,7 +47,7 @@ concept Strided = requires(const std::remove_reference_t<Vector>& vector)
 
 /// Numbers of a call: a range of any arithmetic type, such as a `std::vector<double>`, a `std::array`, a span, a C
 /// array or a vector of Eigen's; `{1, 2, 3}`; or a pointer and a count. They are copied, and keep their type; of a
-/// vector that is moved in, nothing is copied.
+/// vector that is moved in, nothing is copied. Where nothing is shown, nothing is copied or moved at all.
 ///
 ///     const std::vector<double> pressures{100.2, 100.9, 101.1};
 ///     tavo::plot("pressure").curve("inlet", pressures).curve("limits", {100.0, 101.5});
@@ -119,7 +120,7 @@ private:
     {
         using T = ElementOf<Range>;
         if constexpr (std::same_as<Range, std::vector<T>> && sizeof(T) <= sizeof(double))
-            keep(std::forward<Range>(range));
+            takeWhatFits([&] { keep(std::forward<Range>(range)); });
         else
             copy(std::data(range), static_cast<std::size_t>(std::size(range)), 1);
     }
@@ -129,7 +130,7 @@ private:
     void copy(const T* numbers, std::size_t count, std::ptrdiff_t stride)
     {
         using Kept = std::conditional_t<(sizeof(T) > sizeof(double)), double, T>;
-        try {
+        takeWhatFits([=, this] {
             std::vector<Kept> copied;
             if (stride == 1) {
                 copied.assign(numbers, numbers + count);
@@ -139,6 +140,17 @@ private:
                     copied.push_back(static_cast<Kept>(numbers[static_cast<std::ptrdiff_t>(i) * stride]));
             }
             keep(std::move(copied));
+        });
+    }
+
+    // Nothing is thrown at the caller.
+    template <typename Take>
+    void takeWhatFits(Take takeThem) noexcept
+    {
+        if (isShowOff())
+            return;
+        try {
+            takeThem();
         } catch (const std::exception&) {
             m_AreTooMany = true;
         }

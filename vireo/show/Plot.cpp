@@ -8,6 +8,7 @@
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/delivery/Mode.h"
 #include "vireo/show/delivery/currentBatch.h"
+#include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/plots/PlotUpdate.h"
 
 namespace tavo {
@@ -19,7 +20,7 @@ constexpr std::size_t SHOWN_CHARACTERS = 80;
 // A call as a line of the log names it.
 std::string callOf(const ViewSlotPointer& slot, const char* operation, std::string_view name)
 {
-    return "tavo::plot(\"" + printable(slot->name, SHOWN_CHARACTERS) + "\")." + operation + "(\"" +
+    return "plot(\"" + printable(slot->name, SHOWN_CHARACTERS) + "\")." + operation + "(\"" +
            printable(name, SHOWN_CHARACTERS) + "\")";
 }
 
@@ -49,18 +50,24 @@ bool isMistaken(
     const ViewSlotPointer& slot, const char* operation, std::string_view name, const Numbers* x, const Numbers& y)
 {
     if (y.areTooMany() || (x && x->areTooMany()))
-        warning(callOf(slot, operation, name) + ": there is no memory for so many numbers; what was shown stays.");
+        sayOnce(callOf(slot, operation, name) + ": there is no memory for so many numbers; what was shown stays");
     else if (x && x->size() != y.size())
-        warning(callOf(slot, operation, name) + ": " + std::to_string(x->size()) + " x and " +
-                std::to_string(y.size()) + " y; what was shown stays.");
+        sayOnce(callOf(slot, operation, name) + ": " + std::to_string(x->size()) + " x and " +
+                std::to_string(y.size()) + " y; what was shown stays");
     else
         return false;
     return true;
 }
 
+// Whether anything may come of a call. Numbers of calls that nothing comes of are empty.
+bool isSent(const ViewSlotPointer& slot)
+{
+    return slot && currentBatch() && !isShowOff();
+}
+
 void sendSamples(const ViewSlotPointer& slot, CurveKind kind, std::string_view name, const Numbers* x, const Numbers& y)
 {
-    if (!slot || !currentBatch() || isMistaken(slot, kind == CurveKind::Line ? "curve" : "points", name, x, y))
+    if (!isSent(slot) || isMistaken(slot, kind == CurveKind::Line ? "curve" : "points", name, x, y))
         return;
     changeCurve(slot, name, [&](CurveUpdate& curve) {
         curve.samples = CurveSamples{x ? NumberArray(*x) : NumberArray(), y, kind};
@@ -115,7 +122,7 @@ Plot Plot::append(std::string_view name, double x, double y, const Statement&) c
 
 Plot Plot::append(std::string_view name, const Numbers& x, const Numbers& y, const Statement&) const
 {
-    if (m_Slot && currentBatch() && !isMistaken(m_Slot, "append", name, &x, y))
+    if (isSent(m_Slot) && !isMistaken(m_Slot, "append", name, &x, y))
         changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.append({asDoubles(x), asDoubles(y)}); });
     return *this;
 }

@@ -57,11 +57,30 @@ public:
     Plot points(
         std::string_view name, const Numbers& x, const Numbers& y, const Statement& statement = Statement()) const;
 
+    template <Number T>
+    Plot points(std::string_view name, const T* y, std::size_t count, const Statement& statement = Statement()) const
+    {
+        return points(name, Numbers(y, count), statement);
+    }
+    template <Number X, Number Y>
+    Plot points(std::string_view name, const X* x, const Y* y, std::size_t count,
+        const Statement& statement = Statement()) const
+    {
+        return points(name, Numbers(x, count), Numbers(y, count), statement);
+    }
+
     /// One more sample of a curve, or as many as the ranges have; the curve is made by the first. Of what is appended
     /// the last 1,000,000 samples are kept.
     Plot append(std::string_view name, double x, double y, const Statement& statement = Statement()) const;
     Plot append(
         std::string_view name, const Numbers& x, const Numbers& y, const Statement& statement = Statement()) const;
+
+    template <Number X, Number Y>
+    Plot append(std::string_view name, const X* x, const Y* y, std::size_t count,
+        const Statement& statement = Statement()) const
+    {
+        return append(name, Numbers(x, count), Numbers(y, count), statement);
+    }
 
     /// How many samples of an appended curve are kept, the newest ones.
     Plot keep(std::string_view name, std::size_t count, const Statement& statement = Statement()) const;

@@ -23,6 +23,7 @@ namespace {
 
 constexpr std::size_t LONGEST_NAME = 100;
 constexpr int PUMP_MILLISECONDS = 8;
+constexpr const char* NO_ANSWER = "the thread of the QApplication does not answer";
 
 std::string quoted(const std::string& text)
 {
@@ -46,7 +47,7 @@ bool save(const std::string& call, std::function<std::string(FrontDoor&)> work)
         });
         isSaved = isDone && error->empty();
         if (!isSaved)
-            warning(call + ": " + (isDone ? *error : "the thread of the QApplication does not answer"));
+            warning(call + ": " + (isDone ? *error : NO_ANSWER));
     });
     return isSaved;
 }
@@ -68,16 +69,26 @@ void removeViews(const std::vector<ViewSlotPointer>& views)
         }
 }
 
+// Waits no longer than five seconds for a thread that does not answer, which is said.
+bool openWindow(const char* call)
+{
+    if (!hasWindowThread(call))
+        return false;
+    const auto isOpen = std::make_shared<bool>(false);
+    if (!runInWindowThread([=] { *isOpen = FrontDoor::get()->openWindow(call); }))
+        return refuse(call, NO_ANSWER);
+    return *isOpen;
+}
+
 void showWindow()
 {
+    constexpr const char* CALL = "tavo::show()";
     if (!inbox::hasAnything())
-        return sayOnce("show() shows nothing: nothing was sent");
-    if (!hasWindowThread("tavo::show()"))
-        return;
-    if (FrontDoor::isHere())
-        return FrontDoor::get()->serveUntilClosed();
-    runInWindowThread([] { FrontDoor::get()->openWindow(); });
-    windowState::waitUntilClosed();
+        refuse(CALL, "nothing was sent");
+    else if (openWindow(CALL) && FrontDoor::isHere())
+        FrontDoor::get()->serveUntilClosed();
+    else
+        windowState::waitUntilClosed();
 }
 
 void servePump()
@@ -111,7 +122,7 @@ bool pump()
     runGuarded([] {
         if (FrontDoor::isHere())
             servePump();
-        else if (!windowState::isOpen() && !QCoreApplication::instance() && inbox::hasWaiting())
+        else if (!FrontDoor::get() && inbox::hasWaiting())
             hasWindowThread("tavo::pump()");
     });
     return !windowState::wasClosed();
@@ -123,7 +134,8 @@ bool openWindow()
         return false;
     bool isOpen = false;
     runGuarded([&isOpen] {
-        isOpen = hasWindowThread("tavo::openWindow()") && runInWindowThread([] { FrontDoor::get()->openWindow(); });
+        sendCurrentBatch();
+        isOpen = openWindow("tavo::openWindow()");
     });
     return isOpen;
 }
@@ -137,17 +149,19 @@ void closeWindow()
 void remove(const char* name)
 {
     if (name)
-        remove(std::string(name));
+        runGuarded([name] { remove(std::string(name)); });
 }
 
 void remove(const std::string& name)
 {
-    runGuarded([&name] { removeViews({inbox::findSlot(name)}); });
+    if (!isShowOff())
+        runGuarded([&name] { removeViews({inbox::findSlot(name)}); });
 }
 
 void clear()
 {
-    runGuarded([] { removeViews(inbox::allSlots()); });
+    if (!isShowOff())
+        runGuarded([] { removeViews(inbox::allSlots()); });
 }
 
 bool savePicture(const std::string& name, const std::string& file, int width, int height)

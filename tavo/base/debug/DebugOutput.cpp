@@ -5,7 +5,6 @@
 #include <QThread>
 #include <QTimer>
 #include <atomic>
-#include <condition_variable>
 #include <cstdio>
 #include <mutex>
 #include <sstream>
@@ -16,6 +15,7 @@
 #include "tavo/base/debug/EventDisplayer.h"
 #include "tavo/base/debug/LogText.h"
 #include "tavo/base/debug/displayException.h"
+#include "tavo/base/threads/WindowFirstMutex.h"
 
 namespace tavo {
 
@@ -32,10 +32,8 @@ constexpr int FRAME_MILLISECONDS = 33;
 // anywhere can write to it.
 struct State
 {
-    std::mutex mutex;
+    WindowFirstMutex mutex;
     std::atomic<std::thread::id> windowThread;
-    std::atomic<bool> isWindowThreadWaiting{false};
-    std::condition_variable windowThreadHasBeen;
     std::string text;
     LogText waiting; // for the window's log
     bool isLogScheduled = false;
@@ -48,27 +46,20 @@ State& state()
     return *theState;
 }
 
-// Locks the state. The thread of the window goes first: threads that write without a pause would hardly ever let it in,
-// and the window would stand still.
+// Locks the state.
 class StateLock
 {
 public:
     StateLock()
-        : m_Lock(state().mutex, std::defer_lock)
     {
-        if (std::this_thread::get_id() == state().windowThread) {
-            state().isWindowThreadWaiting = true;
-            m_Lock.lock();
-            state().isWindowThreadWaiting = false;
-            state().windowThreadHasBeen.notify_all();
-        } else {
-            m_Lock.lock();
-            state().windowThreadHasBeen.wait(m_Lock, [] { return !state().isWindowThreadWaiting; });
-        }
+        if (std::this_thread::get_id() == state().windowThread)
+            state().mutex.lockFirst();
+        else
+            state().mutex.lock();
     }
-
-private:
-    std::unique_lock<std::mutex> m_Lock;
+    ~StateLock() { state().mutex.unlock(); }
+    StateLock(const StateLock&) = delete;
+    StateLock& operator=(const StateLock&) = delete;
 };
 
 // Keeps the newest half when the text grows too long, from the start of a line on.

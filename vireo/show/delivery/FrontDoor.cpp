@@ -13,6 +13,7 @@
 #include "tavo/base/files/saveFile.h"
 #include "tavo/base/text/printable.h"
 #include "vireo/show/delivery/Mode.h"
+#include "vireo/show/delivery/WindowThread.h"
 #include "vireo/show/delivery/endOfProgram.h"
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/delivery/windowState.h"
@@ -29,6 +30,7 @@ constexpr QSize DEFAULT_PICTURE(1000, 700);
 // Written in the thread of the QApplication, under whose thread others look it up.
 std::atomic<FrontDoor*> theFrontDoor = nullptr;
 std::atomic<const QThread*> theThread = nullptr;
+std::atomic<bool> isThereAnApplication = false;
 
 std::unique_ptr<View> makeViewOf(const ViewSlot& slot)
 {
@@ -77,12 +79,14 @@ void makeFrontDoor()
     });
 }
 
-} // namespace
-
-bool isDisplay(const QString& platform)
+// Whether windows can be seen.
+bool hasDisplay()
 {
+    const QString platform = QGuiApplication::platformName();
     return platform != "offscreen" && platform != "minimal";
 }
+
+} // namespace
 
 Q_COREAPP_STARTUP_FUNCTION(makeFrontDoor)
 
@@ -90,6 +94,7 @@ FrontDoor::FrontDoor()
 {
     moveToThread(QCoreApplication::instance()->thread());
     theThread = thread();
+    isThereAnApplication = qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr;
     inbox::setReceiver(this, [this] { scheduleFrame(); });
 }
 
@@ -102,6 +107,7 @@ FrontDoor::~FrontDoor()
         delete shown.view;
     delete m_Window;
     windowState::setOpen(false);
+    isThereAnApplication = false;
     theThread = nullptr;
     theFrontDoor = nullptr;
 }
@@ -109,6 +115,11 @@ FrontDoor::~FrontDoor()
 FrontDoor* FrontDoor::get()
 {
     return theFrontDoor;
+}
+
+bool FrontDoor::canMakeViews()
+{
+    return isThereAnApplication;
 }
 
 bool FrontDoor::isHere()
@@ -128,7 +139,7 @@ void FrontDoor::scheduleFrame()
 void FrontDoor::showWaiting()
 {
     m_IsFrameScheduled = false;
-    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+    if (!canMakeViews())
         return sayOnce("nothing is shown: the program has a QCoreApplication, where views need a QApplication");
     for (Batch::Part& part : inbox::take()) {
         runGuarded([&] { show(part); });
@@ -168,7 +179,7 @@ View& FrontDoor::makeView(const ViewSlotPointer& slot)
     std::unique_ptr<View> made = makeViewOf(*slot);
     View* const view = made.release();
     m_Views.push_back({slot, view});
-    if (showMode() != Mode::Pictures && isDisplay(QGuiApplication::platformName()))
+    if (showMode() != Mode::Pictures && hasDisplay())
         window().addView(slot->name, view);
     return *view;
 }
@@ -195,10 +206,13 @@ ShowWindow& FrontDoor::window()
     return *m_Window;
 }
 
-void FrontDoor::openWindow()
+bool FrontDoor::openWindow(const char* call)
 {
+    if (!hasDisplay())
+        return refuse(call, NO_DISPLAY);
     showWaiting();
     window().show();
+    return true;
 }
 
 void FrontDoor::closeWindow()
@@ -207,14 +221,8 @@ void FrontDoor::closeWindow()
         m_Window->close();
 }
 
-bool FrontDoor::isWindowOpen() const
-{
-    return m_Window && m_Window->isVisible();
-}
-
 void FrontDoor::serveUntilClosed()
 {
-    openWindow();
     QEventLoop loop;
     connect(m_Window, &ShowWindow::closed, &loop, &QEventLoop::quit);
     connect(m_Window, &QObject::destroyed, &loop, &QEventLoop::quit);

@@ -15,9 +15,6 @@ namespace tavo {
 class ShowWindow;
 class View;
 
-// Whether windows of that platform of Qt's can be seen.
-bool isDisplay(const QString& platform);
-
 // The window's side of the front door. It comes and goes with the QApplication, in whose thread it lives: takes what
 // waits in the inbox, at most once in a frame, makes views for it and has them show it.
 class FrontDoor : public QObject
@@ -31,18 +28,21 @@ public:
     // Null where there is no QCoreApplication. It belongs to the thread of that.
     static FrontDoor* get();
 
+    // Whether it is there, in a thread that can make views: one of a QApplication.
+    static bool canMakeViews();
+
     // Whether this is its thread.
     static bool isHere();
 
     // Takes and shows all that waits, now.
     void showWaiting();
 
-    // Opens the window, whether or not anything new is in it.
-    void openWindow();
+    // Opens the window, whether or not anything new is in it. False, with a line in the log that begins with `call`, if
+    // there is no display.
+    bool openWindow(const char* call);
     void closeWindow();
-    bool isWindowOpen() const;
 
-    // Serves events until the window is closed.
+    // Serves events until the open window is closed.
     void serveUntilClosed();
 
     // Pictures and data of what is shown. Why they could not be saved, for a person; empty if they were.

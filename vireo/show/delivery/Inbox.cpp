@@ -3,13 +3,13 @@
 #include <QCoreApplication>
 #include <QObject>
 #include <algorithm>
-#include <condition_variable>
 #include <map>
 #include <mutex>
 #include <utility>
 
-#include "tavo/base/debug/displayException.h"
 #include "tavo/base/text/printable.h"
+#include "tavo/base/threads/WindowFirstMutex.h"
+#include "vireo/show/delivery/sayOnce.h"
 
 namespace tavo {
 
@@ -40,8 +40,9 @@ namespace {
 
 struct State
 {
-    std::mutex mutex;
+    WindowFirstMutex mutex;
     std::map<std::string, ViewSlotPointer> views;
+    std::size_t sweepSize = 64;
     std::vector<ViewSlotPointer> waiting;
     QObject* receiver = nullptr;
     std::function<void()> whenAnythingWaits;
@@ -54,7 +55,19 @@ State& state()
     return *theState;
 }
 
-using Lock = std::lock_guard<std::mutex>;
+using Lock = std::lock_guard<WindowFirstMutex>;
+
+// Forgets the names of views that are no more, whenever the names have doubled. With the state locked.
+void sweep()
+{
+    if (state().views.size() < state().sweepSize)
+        return;
+    std::erase_if(state().views, [](const auto& entry) {
+        const ViewSlotPointer& slot = entry.second;
+        return slot.use_count() == 1 && !slot->isShown && slot->pending.isEmpty();
+    });
+    state().sweepSize = 2 * state().views.size() + 64;
+}
 
 // With the state locked: the receiver withdraws under the same lock.
 void tellReceiver()
@@ -70,6 +83,7 @@ ViewSlotPointer findSlot(ViewKind kind, const std::string& name)
     ViewSlotPointer slot;
     {
         const Lock lock(state().mutex);
+        sweep();
         ViewSlotPointer& kept = state().views[name];
         if (!kept)
             kept = std::make_shared<ViewSlot>(name, kind);
@@ -77,8 +91,7 @@ ViewSlotPointer findSlot(ViewKind kind, const std::string& name)
     }
     if (slot->kind == kind)
         return slot;
-    warning(
-        "\"" + printable(name, 100) + "\" is a view of another kind: what is sent to it under this name is not shown.");
+    sayOnce("\"" + printable(name, 100) + "\" is a view of another kind: what is sent under this name is not shown");
     return nullptr;
 }
 
@@ -94,7 +107,7 @@ std::vector<ViewSlotPointer> allSlots()
     const Lock lock(state().mutex);
     std::vector<ViewSlotPointer> views;
     for (const auto& [name, slot] : state().views)
-        if (slot->isShown || !slot->pending.isEmpty())
+        if (slot->hasAnything())
             views.push_back(slot);
     return views;
 }
@@ -107,7 +120,8 @@ bool hasAnything()
 bool hasWaiting()
 {
     const Lock lock(state().mutex);
-    return !state().waiting.empty();
+    return std::any_of(state().waiting.begin(), state().waiting.end(),
+        [](const ViewSlotPointer& slot) { return slot->pending.update != nullptr; });
 }
 
 void deliver(Batch& batch)
@@ -118,6 +132,9 @@ void deliver(Batch& batch)
             continue;
         if (slot->pending.isEmpty())
             state().waiting.push_back(slot);
+        if (!slot->pending.update && !pending.isRemoved)
+            slot->pending.update = std::move(slot->next);
+        slot->next.reset();
         slot->pending.merge(pending);
     }
     tellReceiver();
@@ -126,14 +143,14 @@ void deliver(Batch& batch)
 std::vector<Batch::Part> take()
 {
     std::vector<Batch::Part> taken;
-    const Lock lock(state().mutex);
+    state().mutex.lockFirst();
+    const Lock lock(state().mutex, std::adopt_lock);
     state().isReceiverTold = false;
     for (ViewSlotPointer& slot : state().waiting) {
         slot->isShown = slot->pending.update != nullptr || (slot->isShown && !slot->pending.isRemoved);
         Pending pending = std::exchange(slot->pending, {});
-        constexpr int OURS = 2; // in the table, and among those that wait
-        if (!slot->isShown && slot.use_count() == OURS)
-            state().views.erase(slot->name);
+        if (pending.update)
+            slot->next = pending.update->forTheNext();
         taken.push_back({std::move(slot), std::move(pending)});
     }
     state().waiting.clear();

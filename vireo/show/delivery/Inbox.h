@@ -22,8 +22,8 @@ struct Pending
     void merge(Pending& newer);
 };
 
-// A name, and the view that bears it. Handles keep it; the inbox forgets it when the view was removed and no handle is
-// left.
+// A name, and the view that bears it. Handles keep it; the inbox forgets it some time after the view was removed and
+// the last handle has gone.
 struct ViewSlot
 {
     ViewSlot(std::string viewName, ViewKind viewKind)
@@ -33,8 +33,12 @@ struct ViewSlot
 
     const std::string name;
     const ViewKind kind;
-    Pending pending;      // guarded by the inbox
-    bool isShown = false; // guarded by the inbox
+    // Guarded by the inbox.
+    Pending pending;
+    std::unique_ptr<ViewUpdate> next; // what the next update is merged into
+    bool isShown = false;
+
+    bool hasAnything() const { return pending.update || (isShown && !pending.isRemoved); }
 };
 
 using ViewSlotPointer = std::shared_ptr<ViewSlot>;
@@ -70,7 +74,7 @@ ViewSlotPointer findSlot(const std::string& name);
 // All slots that have anything to show.
 std::vector<ViewSlotPointer> allSlots();
 
-// Whether anything is shown or waits to be; whether anything waits.
+// Whether anything is shown or waits to be; whether anything waits to be.
 bool hasAnything();
 bool hasWaiting();
 

@@ -53,6 +53,11 @@ Mode showMode() noexcept
     return mode == NOT_READ ? readMode() : static_cast<Mode>(mode);
 }
 
+bool isShowOff() noexcept
+{
+    return showMode() == Mode::Off;
+}
+
 std::string picturesFolder()
 {
     return std::string(environment().substr(PICTURES.size()));

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "vireo/show/delivery/isShowOff.h"
+
 namespace tavo {
 
 // What becomes of what is sent, as VIREO_SHOW says.
@@ -15,10 +17,6 @@ enum class Mode
 
 // Cheap: one load after the first call. Off, too, once the program is ending, and in the child of a fork.
 Mode showMode() noexcept;
-inline bool isShowOff() noexcept
-{
-    return showMode() == Mode::Off;
-}
 
 // Where pictures go.
 std::string picturesFolder();

@@ -24,7 +24,7 @@ Batch* currentBatch() noexcept
 
 void sendCurrentBatch()
 {
-    if (!theBatch || theBatch->parts.empty())
+    if (!theBatch || theBatch->parts.empty() || isShowOff())
         return;
     static std::once_flag once;
     std::call_once(once, endProgramInOrder);

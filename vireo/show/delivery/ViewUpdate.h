@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 class QWidget;
 
@@ -23,6 +24,10 @@ public:
     // Takes over what came later. What it displaces is left in `newer`, whose end is the sender's affair. Short: it is
     // done while other threads wait.
     virtual void merge(ViewUpdate& newer) = 0;
+
+    // What was said in it about updates to come, such as how many samples are kept of them: what is sent next is merged
+    // into this. Null if there is nothing. Short, too.
+    virtual std::unique_ptr<ViewUpdate> forTheNext() const { return nullptr; }
 };
 
 } // namespace tavo

@@ -1,6 +1,7 @@
 #include "vireo/show/delivery/WindowThread.h"
 
 #include <QApplication>
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <mutex>
@@ -8,6 +9,7 @@
 
 #include "tavo/base/debug/displayException.h"
 #include "vireo/show/delivery/FrontDoor.h"
+#include "vireo/show/delivery/Mode.h"
 #include "vireo/show/delivery/endOfProgram.h"
 #include "vireo/show/delivery/process.h"
 #include "vireo/show/delivery/sayOnce.h"
@@ -26,6 +28,7 @@ struct State
     std::thread thread;
     std::future<void> ended;
     bool hasStopped = false;
+    std::atomic<bool> isRunning{false}; // for children of forks, to which the mutex may have come locked
 };
 
 State& state()
@@ -85,19 +88,11 @@ void serve(std::string platform, std::promise<void> started, std::promise<void> 
     ended.set_value();
 }
 
-bool refuse(const char* call, const std::string& why)
+// Where windows of our own can be opened; looked for once.
+const std::string& ownPlatform()
 {
-    sayOnce(std::string(call) + " shows nothing: " + why);
-    return false;
-}
-
-bool hasApplication(const char* call)
-{
-    if (!QCoreApplication::instance())
-        return false;
-    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
-        refuse(call, "the program has a QCoreApplication, where views need a QApplication");
-    return true;
+    static const std::string platform = displayPlatform();
+    return platform;
 }
 
 // One piece of work, which is either begun or given up.
@@ -148,12 +143,12 @@ void start(const std::string& platform)
     state().ended = ended.get_future();
     state().thread = std::thread(serve, platform, std::move(started), std::move(ended));
     hasStarted.wait();
+    state().isRunning = true;
 }
 
 bool isRunning()
 {
-    const std::lock_guard<std::mutex> lock(state().mutex);
-    return state().thread.joinable();
+    return state().isRunning;
 }
 
 void stop()
@@ -162,6 +157,7 @@ void stop()
     {
         const std::lock_guard<std::mutex> lock(state().mutex);
         state().hasStopped = true;
+        state().isRunning = false;
         thread.swap(state().thread);
     }
     if (!thread.joinable())
@@ -169,7 +165,8 @@ void stop()
     if (thread.get_id() == std::this_thread::get_id())
         return thread.detach();
     inbox::post([] { QCoreApplication::quit(); });
-    if (state().ended.wait_for(LONGEST_WAIT) == std::future_status::ready)
+    // Pictures may take their time.
+    if (showMode() == Mode::Pictures || state().ended.wait_for(LONGEST_WAIT) == std::future_status::ready)
         thread.join();
     else
         thread.detach();
@@ -187,21 +184,18 @@ bool runInWindowThread(std::function<void()> work)
 
 bool hasViewThread(const char* call)
 {
-    if (hasApplication(call))
-        return FrontDoor::get() && qobject_cast<QApplication*>(QCoreApplication::instance());
-    const std::string platform = displayPlatform();
-    windowThread::start(platform.empty() ? "offscreen" : platform);
+    if (FrontDoor::get())
+        return FrontDoor::canMakeViews() ||
+               refuse(call, "the program has a QCoreApplication, where views need a QApplication");
+    windowThread::start(ownPlatform().empty() ? "offscreen" : ownPlatform());
     return windowThread::isRunning();
 }
 
 bool hasWindowThread(const char* call)
 {
-    if (!QCoreApplication::instance() && displayPlatform().empty())
-        return refuse(call, "there is no display. VIREO_SHOW=pictures:FOLDER saves pictures instead");
-    if (!hasViewThread(call))
-        return false;
-    return isDisplay(QGuiApplication::platformName()) ||
-           refuse(call, "there is no display. VIREO_SHOW=pictures:FOLDER saves pictures instead");
+    if (!FrontDoor::get() && ownPlatform().empty())
+        return refuse(call, NO_DISPLAY);
+    return hasViewThread(call);
 }
 
 } // namespace tavo

@@ -24,11 +24,14 @@ void stop();
 // then: it owns what it needs.
 bool runInWindowThread(std::function<void()> work);
 
+// Why windows are refused where nobody could see them.
+inline constexpr const char* NO_DISPLAY = "there is no display. VIREO_SHOW=pictures:FOLDER saves pictures instead";
+
 // Makes sure that there is a thread in which views can be made: of the program's QApplication, or a thread of its own.
 // False, with a line in the log that begins with `call`, if there can be none.
 bool hasViewThread(const char* call);
 
-// The same, where windows can be seen.
+// The same, with a thread of its own only where there is a display.
 bool hasWindowThread(const char* call);
 
 } // namespace tavo

@@ -9,6 +9,7 @@ namespace tavo {
 
 void sayOnce(const std::string& text) noexcept
 {
+    constexpr std::size_t REMEMBERED = 1000;
     struct Said
     {
         std::mutex mutex;
@@ -18,11 +19,19 @@ void sayOnce(const std::string& text) noexcept
         static Said* const said = new Said; // destructors may have something to say
         {
             const std::lock_guard<std::mutex> lock(said->mutex);
+            if (said->texts.size() >= REMEMBERED)
+                said->texts.clear();
             if (!said->texts.insert(text).second)
                 return;
         }
         warning("tavo: " + text);
     });
+}
+
+bool refuse(const char* call, const char* why) noexcept
+{
+    runGuarded([=] { sayOnce(std::string(call) + " shows nothing: " + why); });
+    return false;
 }
 
 } // namespace tavo

@@ -4,7 +4,11 @@
 
 namespace tavo {
 
-// A line in the log, or on the standard error stream where there is no log: the first time only.
+// A line in the log, or on the standard error stream where there is no log: the first time only, so that a mistake in a
+// loop does not flood it.
 void sayOnce(const std::string& text) noexcept;
+
+// The same of a call that shows nothing, and why. False.
+bool refuse(const char* call, const char* why) noexcept;
 
 } // namespace tavo

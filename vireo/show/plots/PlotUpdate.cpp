@@ -94,6 +94,19 @@ void PlotUpdate::merge(ViewUpdate& newer)
     y.merge(newerPlot.y);
 }
 
+std::unique_ptr<ViewUpdate> PlotUpdate::forTheNext() const
+{
+    std::unique_ptr<PlotUpdate> next;
+    for (const CurveUpdate& curve : curves) {
+        if (!curve.kept)
+            continue;
+        if (!next)
+            next = std::make_unique<PlotUpdate>();
+        next->curve(curve.name).kept = curve.kept;
+    }
+    return next;
+}
+
 CurveUpdate& PlotUpdate::curve(const std::string& name)
 {
     const auto found =

@@ -1,0 +1,230 @@
+#include "vireo/show/delivery/Inbox.h"
+
+#include <cmath>
+#include <gmock/gmock.h>
+#include <limits>
+#include <memory>
+#include <numeric>
+#include <vector>
+
+#include "tests/vireo/show/taken.h"
+#include "vireo/show/show.h"
+
+// What waits for the window, of what threads have sent. There is no window: the tests take what waits.
+namespace tavo {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using vireo_test::takeCurves;
+using vireo_test::takePlot;
+
+std::vector<double> read(const NumberArray& numbers)
+{
+    return numbers.visit([](const auto* first, std::size_t size) { return std::vector<double>(first, first + size); });
+}
+
+// The appended samples of the only curve.
+std::vector<double> appended(const PlotUpdate& plot)
+{
+    std::vector<double> all;
+    for (const AppendedSamples& piece : plot.curves.at(0).appended)
+        all.insert(all.end(), piece.y.begin(), piece.y.end());
+    return all;
+}
+
+TEST(InboxTest, KeepsTheNewestOfAName)
+{
+    plot("plot").curve("a", {1}).title("old");
+    plot("plot").curve("a", {2}).xAxis("x", "s");
+    plot("plot").curve("a", {3}).title("new");
+    const auto waiting = takePlot("plot");
+    ASSERT_TRUE(waiting);
+    ASSERT_EQ(waiting->curves.size(), 1u);
+    EXPECT_THAT(read(waiting->curves[0].samples->y), ElementsAre(3));
+    EXPECT_EQ(waiting->title, "new");
+    EXPECT_EQ(waiting->x.name->unit, "s") << "what was said of other things is kept";
+}
+
+TEST(InboxTest, FreesWhatIsReplaced)
+{
+    std::weak_ptr<int> old;
+    {
+        const auto owner = std::make_shared<int>();
+        old = owner;
+        static const double number = 1;
+        PlotUpdate update;
+        Batch batch;
+        batch[inbox::findSlot(ViewKind::Plot, "plot")].update = std::make_unique<PlotUpdate>();
+        static_cast<PlotUpdate&>(*batch.parts[0].pending.update).curve("a").samples =
+            CurveSamples{{}, NumberArray(owner, &number, 1, NumberType::Float64), CurveKind::Line};
+        inbox::deliver(batch);
+    }
+    EXPECT_FALSE(old.expired());
+    plot("plot").curve("a", {2});
+    EXPECT_TRUE(old.expired());
+    takePlot("plot");
+}
+
+TEST(InboxTest, KeepsAllThatIsAppended)
+{
+    std::vector<double> expected(10'000);
+    std::iota(expected.begin(), expected.end(), 0);
+    for (const double x : expected)
+        plot("plot").append("a", x, x);
+    EXPECT_EQ(appended(*takePlot("plot")), expected);
+}
+
+TEST(InboxTest, KeepsNoMoreOfWhatIsAppendedThanIsShown)
+{
+    const std::vector<double> piece(5000, 1);
+    plot("plot").keep("a", 12'000);
+    for (int i = 0; i < 100; ++i)
+        plot("plot").append("a", piece, piece);
+    EXPECT_EQ(appended(*takePlot("plot")).size(), 15'000u) << "as many pieces as make up for them";
+
+    for (int i = 0; i < 100; ++i)
+        plot("plot").append("a", piece, piece);
+    EXPECT_EQ(appended(*takePlot("plot")).size(), 15'000u) << "a frame later";
+}
+
+TEST(InboxTest, KeepsAMillionAppendedSamplesUnlessMoreAreAskedFor)
+{
+    const std::vector<double> piece(100'000, 1);
+    const auto appendTwoMillion = [&piece] {
+        for (int i = 0; i < 20; ++i)
+            plot("plot").append("a", piece, piece);
+        return appended(*takePlot("plot")).size();
+    };
+    EXPECT_EQ(appendTwoMillion(), 1'000'000u);
+    plot("plot").keep("a", 1'500'000);
+    EXPECT_EQ(appendTwoMillion(), 1'500'000u);
+    EXPECT_EQ(appendTwoMillion(), 1'500'000u) << "also behind what was taken";
+    plot("plot").remove("a");
+    EXPECT_EQ(appendTwoMillion(), 1'000'000u) << "of a new curve of that name";
+}
+
+TEST(InboxTest, SendsWhatReplacesWhatWasAppended)
+{
+    plot("plot").append("a", 1, 2);
+    plot("plot").curve("a", {5, 6});
+    plot("plot").append("a", 3, 4);
+    const auto waiting = takePlot("plot");
+    EXPECT_THAT(read(waiting->curves.at(0).samples->y), ElementsAre(5, 6));
+    EXPECT_THAT(appended(*waiting), ElementsAre(4));
+}
+
+TEST(InboxTest, RemovesACurve)
+{
+    plot("plot").curve("a", {1}).curve("b", {1});
+    plot("plot").remove("a");
+    const auto waiting = takePlot("plot");
+    EXPECT_TRUE(waiting->curve("a").isRemoved);
+    EXPECT_FALSE(waiting->curve("a").samples);
+    EXPECT_TRUE(waiting->curve("b").samples);
+}
+
+TEST(InboxTest, ClearsAPlot)
+{
+    plot("plot").curve("a", {1}).title("title");
+    plot("plot").clear().curve("b", {1});
+    const auto waiting = takePlot("plot");
+    EXPECT_TRUE(waiting->isCleared);
+    EXPECT_EQ(waiting->curves.size(), 1u);
+    EXPECT_EQ(waiting->curves[0].name, "b");
+    EXPECT_EQ(waiting->title, "title");
+}
+
+TEST(InboxTest, RemovesAView)
+{
+    plot("plot").curve("a", {1});
+    inbox::take();
+    EXPECT_TRUE(inbox::hasAnything());
+    tavo::remove("plot");
+    EXPECT_FALSE(inbox::hasAnything());
+    plot("plot").curve("b", {1});
+    EXPECT_TRUE(inbox::hasAnything());
+    const auto parts = inbox::take();
+    ASSERT_EQ(parts.size(), 1u);
+    EXPECT_TRUE(parts[0].pending.isRemoved) << "the old one goes";
+    EXPECT_THAT(vireo_test::curvesOf(parts[0]), ElementsAre("b"));
+}
+
+TEST(InboxTest, RemovesWhatWasNeverShown)
+{
+    plot("plot").curve("a", {1});
+    tavo::remove(std::string("plot"));
+    EXPECT_FALSE(inbox::hasWaiting());
+    EXPECT_FALSE(inbox::hasAnything());
+    tavo::remove("never heard of");
+    tavo::remove(static_cast<const char*>(nullptr));
+    EXPECT_EQ(takePlot("plot"), nullptr);
+}
+
+TEST(InboxTest, ClearsAllViews)
+{
+    plot("a").curve("a", {1});
+    inbox::take();
+    plot("b").curve("b", {1});
+    clear();
+    EXPECT_FALSE(inbox::hasAnything());
+    EXPECT_EQ(inbox::take().size(), 2u);
+}
+
+TEST(InboxTest, ForgetsTheNamesOfViewsThatAreNoMore)
+{
+    const Plot kept = plot("kept");
+    for (int i = 0; i < 10'000; ++i) {
+        plot(std::to_string(i)).curve("a", {1});
+        tavo::remove(std::to_string(i));
+        inbox::take();
+    }
+    int numKept = 0;
+    for (int i = 0; i < 10'000; ++i)
+        numKept += inbox::findSlot(std::to_string(i)) != nullptr;
+    EXPECT_LT(numKept, 200);
+    EXPECT_NE(inbox::findSlot("kept"), nullptr) << "its handle is there";
+}
+
+TEST(InboxTest, TakesNamesOfAnyBytes)
+{
+    const std::string names[] = {"", std::string(100'000, 'x'), "\xFF\xFE", "a/b", "a\nb", std::string("a\0b", 3)};
+    for (const std::string& name : names)
+        plot(name).curve(name, {1});
+    for (const auto& part : inbox::take())
+        EXPECT_THAT(vireo_test::curvesOf(part), ElementsAre(part.slot->name));
+}
+
+TEST(InboxTest, SaysAMistakeOnceAndKeepsWhatWasSent)
+{
+    plot("plot").curve("a", {1, 2});
+    testing::internal::CaptureStderr();
+    for (int i = 0; i < 3; ++i)
+        plot("plot").curve("a\n", {1, 2, 3}, {1, 2});
+    plot("plot").append("a", {1, 2, 3}, {1, 2});
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "warning: tavo: plot(\"plot\").curve(\"a\\x0a\"): 3 x and 2 y; what was shown stays\n"
+        "warning: tavo: plot(\"plot\").append(\"a\"): 3 x and 2 y; what was shown stays\n");
+    EXPECT_THAT(read(takePlot("plot")->curve("a").samples->y), ElementsAre(1, 2));
+}
+
+// More than there is memory for.
+struct Endless
+{
+    const double* data() const { return &number; }
+    std::size_t size() const { return std::numeric_limits<std::size_t>::max() / sizeof(double); }
+    double number = 1;
+};
+
+TEST(InboxTest, SaysThatThereIsNoMemory)
+{
+    testing::internal::CaptureStderr();
+    plot("plot").curve("a", Endless()).points("a", {1}, Endless());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "warning: tavo: plot(\"plot\").curve(\"a\"): there is no memory for so many numbers; what was shown stays\n"
+        "warning: tavo: plot(\"plot\").points(\"a\"): there is no memory for so many numbers; what was shown stays\n");
+    EXPECT_FALSE(inbox::hasWaiting());
+}
+
+} // namespace
+} // namespace tavo

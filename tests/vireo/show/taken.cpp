@@ -1,0 +1,37 @@
+#include "tests/vireo/show/taken.h"
+
+namespace vireo_test {
+
+namespace {
+
+std::vector<std::string> namesOf(const tavo::PlotUpdate& plot)
+{
+    std::vector<std::string> names;
+    for (const tavo::CurveUpdate& curve : plot.curves)
+        names.push_back(curve.name);
+    return names;
+}
+
+} // namespace
+
+std::unique_ptr<tavo::PlotUpdate> takePlot(const std::string& name)
+{
+    std::unique_ptr<tavo::PlotUpdate> plot;
+    for (tavo::Batch::Part& part : tavo::inbox::take())
+        if (part.slot->name == name)
+            plot.reset(static_cast<tavo::PlotUpdate*>(part.pending.update.release()));
+    return plot;
+}
+
+std::vector<std::string> takeCurves(const std::string& name)
+{
+    const auto plot = takePlot(name);
+    return plot ? namesOf(*plot) : std::vector<std::string>();
+}
+
+std::vector<std::string> curvesOf(const tavo::Batch::Part& part)
+{
+    return namesOf(static_cast<const tavo::PlotUpdate&>(*part.pending.update));
+}
+
+} // namespace vireo_test
