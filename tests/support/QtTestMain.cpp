@@ -32,6 +32,8 @@ int main(int argc, char** argv)
 
     qInstallMessageHandler(skipIfPlatformCannotStart);
     tavo::chooseQtWindowSystem();
+    if (!qEnvironmentVariableIsSet("VIREO_SHOW"))
+        qputenv("VIREO_SHOW", "fresh"); // whatever is remembered on this machine
     const QApplication application(argc, argv);
     tavo::watchQtMessages();
     return RUN_ALL_TESTS();

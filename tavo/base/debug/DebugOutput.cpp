@@ -38,6 +38,7 @@ struct State
     LogText waiting; // for the window's log
     bool isLogScheduled = false;
     QPointer<DebugWindow> window;
+    std::atomic<DebugWindow* (*)()> makeWindow{nullptr};
 };
 
 State& state()
@@ -119,24 +120,11 @@ void deleteWindow()
     delete window;
 }
 
-// Opens the window on the first call. It goes before the QApplication does.
-DebugWindow& openedWindow()
+DebugWindow* makeWindow()
 {
-    if (!state().window) {
-        auto* window = new DebugWindow;
-        qRemovePostRoutine(deleteWindow);
-        qAddPostRoutine(deleteWindow);
-        state().windowThread = std::this_thread::get_id();
-        {
-            const StateLock lock;
-            state().window = window;
-            state().waiting = LogText();
-            state().waiting.append(state().text);
-            state().isLogScheduled = false; // what an earlier QApplication had scheduled went with it
-        }
-        bringLogUpToDate();
-    }
-    return *state().window;
+    DebugWindow* (*const maker)() = state().makeWindow;
+    DebugWindow* const window = maker ? maker() : nullptr;
+    return window ? window : new DebugWindow;
 }
 
 bool canShowEvents()
@@ -199,11 +187,36 @@ bool DebugOutput::displayEvent(const MetaClass* displayerClass, std::string name
 
     bool delivered = false;
     runGuarded([&] {
-        EventDisplayer& displayer = openedWindow().getDisplayer(displayerClass, name);
+        EventDisplayer& displayer = requireWindow().getDisplayer(displayerClass, name);
         delivered = true;
         displayer.displayEvent(event, name.c_str());
     });
     return delivered;
+}
+
+// It goes before the QApplication does.
+DebugWindow& DebugOutput::requireWindow()
+{
+    if (!state().window) {
+        DebugWindow* const window = makeWindow();
+        qRemovePostRoutine(deleteWindow);
+        qAddPostRoutine(deleteWindow);
+        state().windowThread = std::this_thread::get_id();
+        {
+            const StateLock lock;
+            state().window = window;
+            state().waiting = LogText();
+            state().waiting.append(state().text);
+            state().isLogScheduled = false; // what an earlier QApplication had scheduled went with it
+        }
+        bringLogUpToDate();
+    }
+    return *state().window;
+}
+
+void DebugOutput::setWindowMaker(DebugWindow* (*maker)())
+{
+    state().makeWindow = maker;
 }
 
 DebugWindow* DebugOutput::getWindow() const

@@ -98,10 +98,18 @@ public:
     /// this returns true.
     bool displayEvent(const MetaClass* displayerClass, std::string name, const EventDisplayerEvent* event);
 
-    /// The debug window; null before the first event and after the QApplication has gone. In the QApplication's thread
-    /// its log holds all text so far.
+    /// The debug window; null until the first event or requireWindow() makes it, and after the QApplication has gone. In
+    /// the QApplication's thread its log holds all text so far.
     /// @owns The debug output owns the window.
     DebugWindow* getWindow() const;
+
+    /// The debug window. The first call makes it, and leaves it hidden.
+    /// @needs A QApplication, and its thread.
+    DebugWindow& requireWindow();
+
+    /// Says who makes the debug window when it is needed next, for libraries that bring one of their own; null for a
+    /// plain one. Any thread may call this.
+    static void setWindowMaker(DebugWindow* (*maker)());
 
     /// The text that is kept.
     std::string getText() const;

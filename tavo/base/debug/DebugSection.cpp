@@ -96,13 +96,14 @@ DebugSection::DebugSection(const MetaClass* displayerClass, std::string name, QW
     , m_DisplayerClass(displayerClass)
     , m_Name(std::move(name))
     , m_Displayer(makeDisplayer(displayerClass))
+    , m_TitleBar(makeTitleBar())
 {
     setFrameShape(QFrame::StyledPanel);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(makeTitleBar());
+    layout->addWidget(m_TitleBar);
 
     m_Widget = m_Displayer->getWidget(this);
     if (m_Widget)

@@ -42,6 +42,9 @@ public:
     /// @owns The section owns the widget.
     QWidget* getDisplayerWidget() const { return m_Widget; }
 
+    // For a window that has a title bar of its own for the section. It has one at first.
+    void setTitleBarVisible(bool visible) { m_TitleBar->setVisible(visible); }
+
     bool isCollapsed() const;
     void setCollapsed(bool collapsed);
 
@@ -70,6 +73,7 @@ private:
     std::string m_Name;
     std::unique_ptr<EventDisplayer> m_Displayer;
     QPointer<QWidget> m_Widget;
+    QWidget* m_TitleBar;
     QToolButton* m_CollapseButton;
     bool m_IsClosed = false;
 };

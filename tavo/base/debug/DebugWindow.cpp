@@ -56,16 +56,32 @@ bool hasOtherWindows(const QWidget* window)
 
 } // namespace
 
-DebugWindow::DebugWindow()
+DebugWindow::DebugWindow(OwnLayout)
     : m_SectionLayout(nullptr)
-    , m_ClosedSections(new QToolButton(this))
-    , m_ClosedMenu(new QMenu(m_ClosedSections))
+    , m_ClosedSections(nullptr)
+    , m_ClosedMenu(nullptr)
     , m_Log(new QPlainTextEdit)
 {
-    setWindowTitle(tr("Debug output"));
     setAttribute(Qt::WA_QuitOnClose, false);
     setAttribute(Qt::WA_ShowWithoutActivating);
+    m_Log->setObjectName("log");
+    m_Log->setReadOnly(true);
+    m_Log->setUndoRedoEnabled(false);
+}
 
+DebugWindow::DebugWindow()
+    : DebugWindow(OwnLayout())
+{
+    setWindowTitle(tr("Debug output"));
+    makeLayout();
+    const QScreen* const screen = QGuiApplication::primaryScreen(); // some platforms start without one
+    resize(screen ? PREFERRED_SIZE.boundedTo(screen->availableSize()) : PREFERRED_SIZE);
+}
+
+void DebugWindow::makeLayout()
+{
+    m_ClosedSections = new QToolButton(this);
+    m_ClosedMenu = new QMenu(m_ClosedSections);
     m_ClosedSections->setObjectName("closedSections");
     m_ClosedSections->setText(tr("Closed sections"));
     m_ClosedSections->setMenu(m_ClosedMenu);
@@ -82,10 +98,6 @@ DebugWindow::DebugWindow()
     scrollArea->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     scrollArea->setWidget(sections);
 
-    m_Log->setObjectName("log");
-    m_Log->setReadOnly(true);
-    m_Log->setUndoRedoEnabled(false);
-
     auto* splitter = new QSplitter(Qt::Vertical, this);
     splitter->addWidget(scrollArea);
     splitter->addWidget(m_Log);
@@ -98,9 +110,6 @@ DebugWindow::DebugWindow()
     layout->setSpacing(0);
     layout->addWidget(m_ClosedSections);
     layout->addWidget(splitter);
-
-    const QScreen* const screen = QGuiApplication::primaryScreen(); // some platforms start without one
-    resize(screen ? PREFERRED_SIZE.boundedTo(screen->availableSize()) : PREFERRED_SIZE);
 }
 
 DebugWindow::~DebugWindow() = default;
@@ -124,11 +133,16 @@ DebugSection* DebugWindow::findSection(const MetaClass* displayerClass, const st
 DebugSection* DebugWindow::addSection(const MetaClass* displayerClass, const std::string& name)
 {
     auto section = std::make_unique<DebugSection>(displayerClass, name, nullptr);
-    connect(section.get(), &DebugSection::closedChanged, this, &DebugWindow::listClosedSections);
     m_Sections.push_back(section.get());
-    m_SectionLayout->insertWidget(m_SectionLayout->count() - 1, section.get());
+    place(section.get());
     show();
     return section.release();
+}
+
+void DebugWindow::place(DebugSection* section)
+{
+    connect(section, &DebugSection::closedChanged, this, &DebugWindow::listClosedSections);
+    m_SectionLayout->insertWidget(m_SectionLayout->count() - 1, section);
 }
 
 void DebugWindow::closeEvent(QCloseEvent* event)

@@ -26,6 +26,9 @@ class MetaClass;
 ///
 /// The window does not keep an application running whose own windows are closed. If it is the last one, closing it ends
 /// the application, as with any last window.
+///
+/// A library may bring a window of its own, derived from this one, that shows the log and the sections in another way
+/// (see DebugOutput::setWindowMaker).
 class TAVO_BASE_EXPORT DebugWindow : public QWidget
 {
     Q_OBJECT
@@ -48,9 +51,21 @@ public:
     void appendText(const std::string& text);
 
 protected:
+    // For a window with a layout of its own, which puts the log into it at once, and the sections as they come.
+    struct OwnLayout
+    {};
+    explicit DebugWindow(OwnLayout);
+
+    // Named "log". It belongs to the window once it is part of it.
+    QPlainTextEdit* getLog() const { return m_Log; }
+
+    // Puts a new section, which nobody owns yet, into the window.
+    virtual void place(DebugSection* section);
+
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void makeLayout();
     DebugSection* findSection(const MetaClass* displayerClass, const std::string& name) const;
     DebugSection* addSection(const MetaClass* displayerClass, const std::string& name);
     void listClosedSections();

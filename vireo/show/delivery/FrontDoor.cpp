@@ -9,6 +9,7 @@
 #include <atomic>
 #include <set>
 
+#include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/files/saveFile.h"
 #include "tavo/base/text/printable.h"
@@ -18,7 +19,9 @@
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/delivery/windowState.h"
 #include "vireo/show/plots/PlotView.h"
+#include "vireo/show/show.h"
 #include "vireo/show/window/ShowWindow.h"
+#include "vireo/show/window/pictureFile.h"
 
 namespace tavo {
 
@@ -45,21 +48,16 @@ std::string noSuchView(const std::string& name)
     return "there is no view \"" + printable(name, 100) + "\"";
 }
 
-// A file's name made of a view's: letters, digits and what else every file system takes.
-QString fileNameOf(const std::string& viewName, std::set<QString>& taken)
+// The window that views and the debug output share.
+DebugWindow* makeShowWindow()
 {
-    constexpr int LONGEST = 80;
-    QString name = QString::fromStdString(viewName).left(LONGEST);
-    for (QChar& c : name)
-        if (!c.isLetterOrNumber() && !QString("-_.").contains(c))
-            c = '_';
-    if (name.isEmpty() || name.startsWith('.'))
-        name.prepend('_');
-    QString file = name;
-    for (int i = 2; !taken.insert(file.toLower()).second; ++i)
-        file = name + '-' + QString::number(i);
-    return file + ".png";
+    if (!theFrontDoor || showMode() == Mode::Off || showMode() == Mode::Pictures ||
+        !isDisplay(QGuiApplication::platformName()))
+        return nullptr;
+    return theFrontDoor.load()->makeWindow();
 }
+
+[[maybe_unused]] const bool isWindowMakerSet = (DebugOutput::setWindowMaker(makeShowWindow), true);
 
 void deleteFrontDoor()
 {
@@ -198,12 +196,21 @@ void FrontDoor::removeView(const ViewSlotPointer& slot)
 
 ShowWindow& FrontDoor::window()
 {
-    if (!m_Window) {
-        m_Window = new ShowWindow;
-        connect(m_Window, &ShowWindow::closed, this, [] { windowState::setOpen(false); });
-    }
-    windowState::setOpen(true);
+    if (!m_Window)
+        debugOutput.requireWindow();
+    if (!m_Window) // where the debug output has had one of its own since before this library was loaded
+        makeWindow();
     return *m_Window;
+}
+
+ShowWindow* FrontDoor::makeWindow()
+{
+    m_Window = new ShowWindow;
+    connect(m_Window, &ShowWindow::opened, this, [] { windowState::setOpen(true); });
+    connect(m_Window, &ShowWindow::closed, this, [] { windowState::setOpen(false); });
+    connect(m_Window, &QObject::destroyed, this, [] { windowState::setOpen(false); });
+    connect(m_Window, &ShowWindow::clearWanted, this, [] { clear(); });
+    return m_Window;
 }
 
 bool FrontDoor::openWindow(const char* call)
@@ -246,7 +253,7 @@ std::string FrontDoor::savePictures(const QString& folder)
     for (const ShownView& shown : m_Views) {
         if (!shown.view)
             continue;
-        const QString file = fileNameOf(shown.slot->name, taken);
+        const QString file = pictureFileOf(shown.slot->name, taken);
         const std::string error = tavo::savePicture(QDir(folder).filePath(file), shown.view->picture(DEFAULT_PICTURE));
         if (!error.empty())
             errors += (errors.empty() ? "" : "; ") + file.toStdString() + ": " + error;

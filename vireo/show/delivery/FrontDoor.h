@@ -37,6 +37,9 @@ public:
     // Takes and shows all that waits, now.
     void showWaiting();
 
+    // Makes the window that views and the debug output share, hidden. It belongs to the debug output.
+    ShowWindow* makeWindow();
+
     // Opens the window, whether or not anything new is in it. False, with a line in the log that begins with `call`, if
     // there is no display.
     bool openWindow(const char* call);

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -22,6 +23,9 @@ public:
     // Saves the data that are shown, in the format that the file's name ends with. Why they could not be saved, for a
     // person; empty if they were.
     virtual std::string saveData(const QString& file) = 0;
+
+    // Opens what the view is configured with; empty if there is nothing to configure.
+    virtual std::function<void()> configuration() { return nullptr; }
 };
 
 } // namespace tavo

@@ -4,12 +4,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
-#include <QStyle>
-#include <functional>
 
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/files/saveFile.h"
-#include "vireo/show/window/View.h"
+#include "vireo/show/window/SymbolIcon.h"
+#include "vireo/show/window/ViewDock.h"
 
 namespace tavo {
 
@@ -17,14 +16,14 @@ namespace {
 
 // Asks for a file without blocking the program.
 void askForFile(
-    View& view, const QString& title, const QString& filter, const std::function<void(const QString&)>& save)
+    ViewDock& dock, const QString& title, const QString& filter, const std::function<void(const QString&)>& save)
 {
-    auto* dialog = new QFileDialog(&view, title, QString(), filter);
+    auto* dialog = new QFileDialog(dock.getContent(), title, QString(), filter);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(filter.section("*.", 1, 1).section(QRegExp("[ )]"), 0, 0));
     QObject::connect(
-        dialog, &QFileDialog::fileSelected, &view, [save](const QString& file) { runGuarded([&] { save(file); }); });
+        dialog, &QFileDialog::fileSelected, &dock, [save](const QString& file) { runGuarded([&] { save(file); }); });
     dialog->open();
 }
 
@@ -34,38 +33,52 @@ void report(const QString& file, const char* what, const std::string& error)
         warning(file.toStdString() + ": " + what + " cannot be saved: " + error);
 }
 
-QAction* makeAction(QWidget& dock, QStyle::StandardPixmap icon, const QString& text, const QKeySequence& key)
+template <typename Work>
+QAction* makeAction(ViewDock& dock, Symbol symbol, const char* name, const QString& text, const char* key, Work work)
 {
-    auto* action = new QAction(dock.style()->standardIcon(icon), text, &dock);
-    action->setShortcut(key);
+    auto* action = new QAction(symbolIcon(symbol, &dock), text, &dock);
+    action->setObjectName(name);
+    action->setShortcut(QKeySequence(key));
     action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    action->setToolTip(text + " (" + key.toString(QKeySequence::NativeText) + ")");
+    action->setToolTip(text + " (" + action->shortcut().toString(QKeySequence::NativeText) + ")");
+    QObject::connect(action, &QAction::triggered, &dock, [work] { runGuarded(work); });
     dock.addAction(action);
     return action;
 }
 
+void askWhereToSavePicture(ViewDock& dock)
+{
+    askForFile(dock, ViewDock::tr("Save picture"), ViewDock::tr("Pictures (*.png)"),
+        [&dock](const QString& file) { report(file, "the picture", savePicture(file, dock.getPicture())); });
+}
+
+void askWhereToSaveData(ViewDock& dock, const std::function<std::string(const QString&)>& saveData)
+{
+    askForFile(dock, ViewDock::tr("Save data"), ViewDock::tr("Comma-separated values (*.csv)"),
+        [saveData](const QString& file) { report(file, "the data", saveData(file)); });
+}
+
 } // namespace
 
-QList<QAction*> makeViewActions(View& view, QWidget& dock)
+QList<QAction*> makeViewActions(ViewDock& dock, const DockContent& content)
 {
-    View* const shown = &view;
-    QAction* const savePictureAction =
-        makeAction(dock, QStyle::SP_DialogSaveButton, View::tr("Save picture"), QKeySequence("Ctrl+S"));
-    QObject::connect(savePictureAction, &QAction::triggered, shown, [shown] {
-        askForFile(*shown, View::tr("Save picture"), View::tr("Pictures (*.png)"), [shown](const QString& file) {
-            report(file, "the picture", savePicture(file, shown->picture(shown->size())));
-        });
-    });
-    QAction* const copyAction = makeAction(dock, QStyle::SP_FileIcon, View::tr("Copy picture"), QKeySequence("Ctrl+C"));
-    QObject::connect(copyAction, &QAction::triggered, shown,
-        [shown] { QApplication::clipboard()->setImage(shown->picture(shown->size())); });
-    QAction* const saveDataAction =
-        makeAction(dock, QStyle::SP_FileDialogDetailedView, View::tr("Save data"), QKeySequence("Ctrl+D"));
-    QObject::connect(saveDataAction, &QAction::triggered, shown, [shown] {
-        askForFile(*shown, View::tr("Save data"), View::tr("Comma-separated values (*.csv)"),
-            [shown](const QString& file) { report(file, "the data", shown->saveData(file)); });
-    });
-    return {savePictureAction, copyAction, saveDataAction};
+    QList<QAction*> buttons;
+    if (content.configure)
+        buttons +=
+            makeAction(dock, Symbol::Configure, "configure", ViewDock::tr("Configure"), "Ctrl+K", content.configure);
+    if (content.picture) {
+        buttons += makeAction(dock, Symbol::SavePicture, "savePicture", ViewDock::tr("Save picture"), "Ctrl+S",
+            [&dock] { askWhereToSavePicture(dock); });
+        buttons += makeAction(dock, Symbol::CopyPicture, "copyPicture", ViewDock::tr("Copy picture"), "Ctrl+C",
+            [&dock] { QApplication::clipboard()->setImage(dock.getPicture()); });
+    }
+    if (content.saveData)
+        buttons += makeAction(dock, Symbol::SaveData, "saveData", ViewDock::tr("Save data"), "Ctrl+D",
+            [&dock, saveData = content.saveData] { askWhereToSaveData(dock, saveData); });
+    buttons += makeAction(dock, Symbol::FullScreen, "fullScreen", ViewDock::tr("Full screen"), "F11",
+        [&dock] { dock.setOnFullScreen(!dock.isOnFullScreen()); });
+    makeAction(dock, Symbol::Close, "closeView", ViewDock::tr("Close"), "Ctrl+W", [&dock] { dock.closeDockWidget(); });
+    return buttons;
 }
 
 } // namespace tavo

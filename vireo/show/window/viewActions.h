@@ -3,14 +3,15 @@
 #include <QList>
 
 class QAction;
-class QWidget;
 
 namespace tavo {
 
-class View;
+struct DockContent;
+class ViewDock;
 
-// What can be done with any view, as buttons of its title bar: save and copy its picture, save its data, and show it
-// full screen. They belong to the dock.
-QList<QAction*> makeViewActions(View& view, QWidget& dock);
+// What can be done with what a dock shows, as buttons of its title bar: configure it, save and copy its picture, save
+// its data, show it full screen. They belong to the dock, and their keys work where it has the focus. Closing it has a
+// key here, too, and a button of the title bar's own.
+QList<QAction*> makeViewActions(ViewDock& dock, const DockContent& content);
 
 } // namespace tavo

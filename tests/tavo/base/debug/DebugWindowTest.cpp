@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -98,6 +99,56 @@ TEST_F(DebugWindowTest, OpensWithTheFirstEvent)
     ASSERT_NE(debugOutput.getWindow(), nullptr);
     EXPECT_TRUE(debugOutput.getWindow()->isVisible());
     EXPECT_EQ(labelOf(section(0)), "first: hello");
+}
+
+// A window of a library: its log and its sections stand side by side.
+class OwnWindow : public DebugWindow
+{
+public:
+    OwnWindow()
+        : DebugWindow(OwnLayout())
+        , m_Layout(new QHBoxLayout(this))
+    {
+        m_Layout->addWidget(getLog());
+    }
+
+protected:
+    void place(DebugSection* section) override
+    {
+        section->setTitleBarVisible(false);
+        m_Layout->addWidget(section);
+    }
+
+private:
+    QHBoxLayout* m_Layout;
+};
+
+TEST_F(DebugWindowTest, IsOneThatALibraryMakes)
+{
+    DebugOutput::setWindowMaker([]() -> DebugWindow* { return new OwnWindow; });
+    debugOutput << "before\n";
+    EXPECT_FALSE(debugOutput.requireWindow().isVisible());
+    EXPECT_EQ(debugOutput.getWindow(), &debugOutput.requireWindow());
+    EXPECT_TRUE(logText().endsWith("before\n"));
+    send("name", "text");
+    DebugOutput::setWindowMaker(nullptr);
+
+    EXPECT_NE(dynamic_cast<OwnWindow*>(debugOutput.getWindow()), nullptr);
+    waitForExposure();
+    EXPECT_EQ(section(0)->parentWidget(), debugOutput.getWindow());
+    EXPECT_GT(section(0)->x(), debugOutput.getWindow()->findChild<QPlainTextEdit*>("log")->x());
+    EXPECT_FALSE(titleOf(section(0))->isVisible());
+    EXPECT_TRUE(section(0)->getDisplayerWidget()->isVisible());
+    debugOutput << "after\n";
+    EXPECT_TRUE(logText().endsWith("after\n"));
+}
+
+TEST_F(DebugWindowTest, IsAPlainOneWhereTheLibraryMakesNone)
+{
+    DebugOutput::setWindowMaker([]() -> DebugWindow* { return nullptr; });
+    send("name", "text");
+    DebugOutput::setWindowMaker(nullptr);
+    EXPECT_TRUE(titleOf(section(0))->isVisible());
 }
 
 TEST_F(DebugWindowTest, TakesNothingButLineFeedsForEndsOfLines)
