@@ -158,6 +158,24 @@ Plot Plot::yAxis(std::string_view label, std::string_view unit, const Statement&
     return *this;
 }
 
+Plot Plot::logX(bool isLog, const Statement&) const
+{
+    change(m_Slot, [isLog](PlotUpdate& plot) { plot.x.isLog = isLog; });
+    return *this;
+}
+
+Plot Plot::logY(bool isLog, const Statement&) const
+{
+    change(m_Slot, [isLog](PlotUpdate& plot) { plot.y.isLog = isLog; });
+    return *this;
+}
+
+Plot Plot::timeX(bool isTime, const Statement&) const
+{
+    change(m_Slot, [isTime](PlotUpdate& plot) { plot.x.isTime = isTime; });
+    return *this;
+}
+
 Plot Plot::xRange(double from, double to, const Statement&) const
 {
     change(m_Slot, [&](PlotUpdate& plot) { plot.x.range = AxisUpdate::Range{std::min(from, to), std::max(from, to)}; });

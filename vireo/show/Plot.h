@@ -95,6 +95,14 @@ public:
     Plot xAxis(std::string_view label, std::string_view unit = {}, const Statement& statement = Statement()) const;
     Plot yAxis(std::string_view label, std::string_view unit = {}, const Statement& statement = Statement()) const;
 
+    /// Counts by powers of ten along an axis. What is not above zero has no place on it.
+    Plot logX(bool isLog = true, const Statement& statement = Statement()) const;
+    Plot logY(bool isLog = true, const Statement& statement = Statement()) const;
+
+    /// Takes x for seconds since 1970 and shows dates and times of the local time zone, which is named. Numbers so
+    /// large that they can only be milliseconds, microseconds or nanoseconds are taken for these.
+    Plot timeX(bool isTime = true, const Statement& statement = Statement()) const;
+
     /// The part of an axis that is seen, until a person chooses another. Without it all samples are seen.
     Plot xRange(double from, double to, const Statement& statement = Statement()) const;
     Plot yRange(double from, double to, const Statement& statement = Statement()) const;

@@ -1,14 +1,21 @@
 #pragma once
 
+#include <QStringList>
 #include <qwt_scale_draw.h>
 
 namespace tavo {
 
-// The numbers on an axis, all with as many digits as it takes to tell them apart.
+// The numbers on an axis, which are made for all of its ticks together.
 class AxisNumbers : public QwtScaleDraw
 {
 public:
+    // One for each major tick.
+    void setLabels(const QStringList& labels);
+
     QwtText label(double value) const override;
+
+private:
+    QStringList m_Labels;
 };
 
 } // namespace tavo

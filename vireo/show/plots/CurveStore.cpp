@@ -116,6 +116,7 @@ void CurveStore::measure()
     }
     m_XExtent = {};
     m_YExtent = {};
+    m_NumInfinite = 0;
     m_IsSorted = true;
     double before = -std::numeric_limits<double>::infinity();
     double x[BLOCK];
@@ -126,6 +127,7 @@ void CurveStore::measure()
         for (std::size_t j = 0; j < count; ++j) {
             m_IsSorted = m_IsSorted && x[j] >= before;
             before = x[j];
+            m_NumInfinite += std::isinf(x[j]) || std::isinf(y[j]);
             if (std::isfinite(x[j]) && std::isfinite(y[j])) {
                 m_XExtent.include(x[j]);
                 m_YExtent.include(y[j]);

@@ -37,6 +37,9 @@ public:
     const Extent& xExtent() const { return m_XExtent; }
     const Extent& yExtent() const { return m_YExtent; }
 
+    // How many samples are infinite. They are neither drawn nor in the extents.
+    std::size_t numInfinite() const { return m_NumInfinite; }
+
     // Whether no x is smaller than the one before it, or NaN.
     bool isSorted() const { return m_IsSorted; }
 
@@ -53,6 +56,7 @@ private:
     std::size_t m_Kept = CurveUpdate::DEFAULT_KEPT;
     Extent m_XExtent;
     Extent m_YExtent;
+    std::size_t m_NumInfinite = 0;
     bool m_IsSorted = true;
 };
 

@@ -5,6 +5,7 @@
 #include <qwt_scale_map.h>
 
 #include "tavo/base/text/printable.h"
+#include "vireo/show/plots/colours.h"
 #include "vireo/show/plots/polyline.h"
 
 namespace tavo {
@@ -29,22 +30,39 @@ void drawMarks(QPainter& painter, const QPolygonF& marks)
 
 } // namespace
 
-PlotCurve::PlotCurve(const std::string& name, QRgb colour)
+PlotCurve::PlotCurve(const std::string& name, std::size_t number)
     : m_Name(name)
-    , m_Colour(QColor::fromRgba(colour))
+    , m_Number(number)
 {
-    setTitle(QwtText(QString::fromStdString(printable(name, LONGEST_NAME)), QwtText::PlainText));
     setItemAttribute(QwtPlotItem::Legend);
     setZ(DRAWN_ABOVE_GRID);
+    showName();
 }
 
 void PlotCurve::apply(CurveUpdate& update)
 {
-    if (update.colour)
+    if (update.colour) {
         m_Colour = QColor::fromRgba(*update.colour);
+        m_HasOwnColour = true;
+    }
     if (update.samples)
         m_Kind = update.samples->kind;
     m_Samples.apply(update);
+    showName();
+}
+
+void PlotCurve::showGround(bool isDark)
+{
+    if (!m_HasOwnColour)
+        m_Colour = colourOfCurve(m_Number, isDark);
+}
+
+void PlotCurve::showName()
+{
+    QString name = QString::fromStdString(printable(m_Name, LONGEST_NAME));
+    if (m_Samples.numInfinite() > 0)
+        name += QStringLiteral(" (%1 infinite)").arg(m_Samples.numInfinite());
+    setTitle(QwtText(name, QwtText::PlainText));
 }
 
 void PlotCurve::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF&) const

@@ -11,20 +11,28 @@ namespace tavo {
 class PlotCurve : public QwtPlotItem
 {
 public:
-    PlotCurve(const std::string& name, QRgb colour);
+    // The `number` chooses its colour, unless it is sent one.
+    PlotCurve(const std::string& name, std::size_t number);
 
     const std::string& getName() const { return m_Name; }
     const CurveStore& getSamples() const { return m_Samples; }
 
     void apply(CurveUpdate& update);
 
+    // Takes a colour for a light or a dark ground.
+    void showGround(bool isDark);
+
     void draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF& canvas) const override;
     QwtGraphic legendIcon(int index, const QSizeF& size) const override;
 
 private:
+    void showName();
+
     std::string m_Name;
     CurveStore m_Samples;
     CurveKind m_Kind = CurveKind::Line;
+    std::size_t m_Number;
+    bool m_HasOwnColour = false;
     QColor m_Colour;
 };
 

@@ -77,6 +77,8 @@ void AxisUpdate::merge(AxisUpdate& newer)
 {
     replace(name, newer.name);
     replace(range, newer.range);
+    replace(isLog, newer.isLog);
+    replace(isTime, newer.isTime);
 }
 
 void PlotUpdate::merge(ViewUpdate& newer)

@@ -70,6 +70,8 @@ struct AxisUpdate
 
     std::optional<Name> name;
     std::optional<Range> range;
+    std::optional<bool> isLog;
+    std::optional<bool> isTime; // seconds since 1970
 
     void merge(AxisUpdate& newer);
 };

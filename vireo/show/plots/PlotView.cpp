@@ -1,5 +1,6 @@
 #include "vireo/show/plots/PlotView.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -10,21 +11,24 @@
 #include <qwt_plot_grid.h>
 #include <qwt_plot_layout.h>
 #include <qwt_plot_renderer.h>
+#include <qwt_scale_engine.h>
 
 #include "tavo/base/files/saveFile.h"
 #include "tavo/base/text/printable.h"
 #include "vireo/show/plots/AxisNumbers.h"
 #include "vireo/show/plots/PlotCurve.h"
 #include "vireo/show/plots/curvesAsText.h"
+#include "vireo/show/plots/divideAxis.h"
 
 namespace tavo {
 
 namespace {
 
-// Okabe and Ito's colours, which colour-blind people can tell apart; yellow last, since it is faint on white.
-constexpr QRgb PALETTE[] = {
-    0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7, 0xFF56B4E9, 0xFFE69F00, 0xFF555555, 0xFFF0E442};
+// Qwt's axes, in the order of ours.
+constexpr std::array<int, PlotSight::NUM_AXES> QWT_AXES = {QwtPlot::xBottom, QwtPlot::yLeft, QwtPlot::yRight};
 
+constexpr int MARGIN = 8;
+constexpr double TITLE_SIZE = 1.1; // of the numbers' size
 constexpr double MARGIN_OF_Y = 0.05;
 constexpr std::size_t LONGEST_TEXT = 120;
 
@@ -33,29 +37,58 @@ QwtText plainText(const std::string& text)
     return {QString::fromStdString(printable(text, LONGEST_TEXT)), QwtText::PlainText};
 }
 
-QwtText axisTitle(const AxisUpdate& axis)
+QwtText axisTitle(const AxisUpdate& axis, const AxisDivision& division)
 {
-    QwtText title = plainText(axis.name ? axis.name->label : "");
-    if (axis.name && !axis.name->unit.empty())
-        title.setText(title.text() + (title.isEmpty() ? "[" : " [") + plainText(axis.name->unit).text() + "]",
-            QwtText::PlainText);
-    return title;
+    QStringList parts;
+    if (axis.name)
+        parts += plainText(axis.name->label).text();
+    else if (axis.isTime.value_or(false))
+        parts += PlotView::tr("time");
+    if (!division.unit.isEmpty())
+        parts += '[' + division.unit + ']';
+    parts += division.offset;
+    parts.removeAll(QString());
+    return {parts.join(' '), QwtText::PlainText};
+}
+
+bool isDark(const QPalette& palette)
+{
+    return palette.color(QPalette::Base).lightness() < 128;
 }
 
 // What an axis goes over so that all of an extent is seen, with a margin that is a part of it.
 AxisUpdate::Range rangeOf(const Extent& extent, double margin)
 {
+    constexpr double LARGEST = PlotSight::LARGEST;
     if (extent.isEmpty())
         return {0, 1};
-    const double largest = std::max(std::abs(extent.from), std::abs(extent.to));
-    const double length = extent.to - extent.from;
+    const double from = std::max(extent.from, -LARGEST);
+    const double to = std::min(extent.to, LARGEST);
+    const double largest = std::max(std::abs(from), std::abs(to));
+    const double length = to - from;
     // A constant, or what doubles hardly tell from one, is in the middle.
-    const double least = largest > 0 ? largest * 1e-12 : 1;
+    const double least = largest > 0 ? std::max(largest * 1e-12, 1e-280) : 1;
     if (!(length > least))
-        return {extent.from - std::max(largest * 0.1, least), extent.to + std::max(largest * 0.1, least)};
-    if (!std::isfinite(length))
-        return {extent.from, extent.to};
-    return {extent.from - margin * length, extent.to + margin * length};
+        return {from - std::max(largest * 0.1, least), to + std::max(largest * 0.1, least)};
+    return {std::max(from - margin * length, -LARGEST), std::min(to + margin * length, LARGEST)};
+}
+
+// The same along an axis that has positive numbers alone.
+AxisUpdate::Range logRangeOf(const Extent& extent, double margin)
+{
+    if (extent.isEmpty() || extent.to <= 0)
+        return {1, 10};
+    constexpr double DECADES_AT_MOST = 1e-12; // where there are numbers below zero, and the smallest is not known
+    const double from = extent.from > 0 ? extent.from : extent.to * DECADES_AT_MOST;
+    if (from == extent.to)
+        return {from / 10, from * 10};
+    const double factor = std::pow(extent.to / from, margin);
+    return {std::max(from / factor, 1e-300), std::min(extent.to * factor, 1e307)};
+}
+
+AxisUpdate::Range rangeOf(const Extent& extent, double margin, bool isLog)
+{
+    return isLog ? logRangeOf(extent, margin) : rangeOf(extent, margin);
 }
 
 QwtPlot* makePlot(QWidget* parent)
@@ -66,27 +99,34 @@ QwtPlot* makePlot(QWidget* parent)
     plot->setCanvas(canvas);
     plot->setAutoReplot(false);
     plot->plotLayout()->setAlignCanvasToScales(true);
-    for (const int axis : {QwtPlot::xBottom, QwtPlot::yLeft})
+    for (const int axis : QWT_AXES) {
         plot->setAxisScaleDraw(axis, new AxisNumbers);
-    plot->setCanvasBackground(plot->palette().base());
-
-    auto* grid = new QwtPlotGrid;
-    QColor faint = plot->palette().color(QPalette::Text);
-    faint.setAlphaF(0.15);
-    grid->setPen(faint, 0);
-    grid->attach(plot);
+        plot->setAxisFont(axis, plot->font());
+    }
     return plot;
+}
+
+QwtText titleText(const std::string& text, QFont font)
+{
+    QwtText title = plainText(text);
+    font.setPointSizeF(font.pointSizeF() * TITLE_SIZE);
+    font.setBold(true);
+    title.setFont(font);
+    return title;
 }
 
 } // namespace
 
 PlotView::PlotView(const std::string& name)
     : m_Plot(makePlot(this))
+    , m_Grid(new QwtPlotGrid)
 {
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
     layout->addWidget(m_Plot);
-    m_Plot->setTitle(plainText(name));
+    m_Grid->attach(m_Plot);
+    m_Plot->setTitle(titleText(name, font()));
+    showColours();
     fit();
 }
 
@@ -101,14 +141,12 @@ void PlotView::apply(ViewUpdate& update)
     for (CurveUpdate& curve : plot.curves)
         applyCurve(curve);
     if (plot.title)
-        m_Plot->setTitle(plainText(*plot.title));
-    m_X.merge(plot.x);
-    m_Y.merge(plot.y);
-    showAxis(QwtPlot::xBottom, m_X);
-    showAxis(QwtPlot::yLeft, m_Y);
+        m_Plot->setTitle(titleText(*plot.title, font()));
+    applyAxis(PlotSight::X, plot.x);
+    applyAxis(PlotSight::Y, plot.y);
     showLegend();
     fit();
-    m_Plot->replot();
+    showSight();
 }
 
 void PlotView::applyCurve(CurveUpdate& update)
@@ -121,40 +159,113 @@ void PlotView::applyCurve(CurveUpdate& update)
         return;
     }
     if (found == m_Curves.end()) {
-        const QRgb colour = PALETTE[m_NumColours++ % std::size(PALETTE)];
-        found = m_Curves.insert(found, std::make_unique<PlotCurve>(update.name, colour));
+        found = m_Curves.insert(found, std::make_unique<PlotCurve>(update.name, m_NumColours++));
+        (*found)->showGround(isDark(palette()));
         (*found)->attach(m_Plot);
     }
     (*found)->apply(update);
     (*found)->legendChanged();
 }
 
-void PlotView::showAxis(int axis, const AxisUpdate& update)
+void PlotView::applyAxis(PlotSight::Axis axis, AxisUpdate& update)
 {
-    m_Plot->setAxisTitle(axis, axisTitle(update));
+    AxisUpdate& kept = m_Axes[axis];
+    kept.merge(update);
+    m_Sight.setWanted(axis, kept.range);
+    const bool isLog = kept.isLog.value_or(false);
+    if (isLog == m_Sight.isLog(axis))
+        return;
+    m_Sight.setLog(axis, isLog);
+    if (isLog)
+        m_Plot->setAxisScaleEngine(QWT_AXES[axis], new QwtLogScaleEngine);
+    else
+        m_Plot->setAxisScaleEngine(QWT_AXES[axis], new QwtLinearScaleEngine);
 }
 
 void PlotView::showLegend()
 {
-    const bool isNeeded = m_Curves.size() > 1;
+    const bool isNeeded = m_Curves.size() > 1 || std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) {
+        return curve->getSamples().numInfinite() > 0;
+    });
     if (isNeeded == (m_Plot->legend() != nullptr))
         return;
-    m_Plot->insertLegend(isNeeded ? new QwtLegend : nullptr, QwtPlot::TopLegend);
+    auto* const legend = isNeeded ? new QwtLegend : nullptr;
+    m_Plot->insertLegend(legend, QwtPlot::BottomLegend);
     m_Plot->updateLegend();
+}
+
+void PlotView::showColours()
+{
+    const QPalette colours = palette();
+    m_Plot->setCanvasBackground(colours.base());
+    QColor faint = colours.color(QPalette::Text);
+    faint.setAlphaF(0.15);
+    m_Grid->setPen(faint, 0);
+    for (const auto& curve : m_Curves) {
+        curve->showGround(isDark(colours));
+        curve->legendChanged();
+    }
+}
+
+void PlotView::changeEvent(QEvent* event)
+{
+    View::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange)
+        return;
+    showColours();
+    m_Plot->replot();
+}
+
+void PlotView::resizeEvent(QResizeEvent* event)
+{
+    View::resizeEvent(event);
+    showSight();
+}
+
+Extent PlotView::xExtent() const
+{
+    Extent extent;
+    for (const auto& curve : m_Curves)
+        extent.include(curve->getSamples().xExtent());
+    return extent;
 }
 
 void PlotView::fit()
 {
-    Extent x;
     Extent y;
-    for (const auto& curve : m_Curves) {
-        x.include(curve->getSamples().xExtent());
+    for (const auto& curve : m_Curves)
         y.include(curve->getSamples().yExtent());
-    }
-    const AxisUpdate::Range xRange = m_X.range.value_or(rangeOf(x, 0));
-    const AxisUpdate::Range yRange = m_Y.range.value_or(rangeOf(y, MARGIN_OF_Y));
-    m_Plot->setAxisScale(QwtPlot::xBottom, xRange.from, xRange.to);
-    m_Plot->setAxisScale(QwtPlot::yLeft, yRange.from, yRange.to);
+    m_Sight.setFitted(PlotSight::X, rangeOf(xExtent(), 0, m_Sight.isLog(PlotSight::X)));
+    m_Sight.setFitted(PlotSight::Y, rangeOf(y, MARGIN_OF_Y, m_Sight.isLog(PlotSight::Y)));
+}
+
+void PlotView::showSight()
+{
+    divideAxes(contentsRect().marginsRemoved(QMargins(MARGIN, MARGIN, MARGIN, MARGIN)));
+    m_Plot->updateLayout();
+    m_Plot->replot();
+}
+
+void PlotView::divideAxes(const QRectF& plot)
+{
+    // The width of the labels at y says what is left for x.
+    m_Plot->plotLayout()->activate(m_Plot, plot);
+    divideAxis(PlotSight::Y, m_Plot->plotLayout()->canvasRect().height());
+    m_Plot->updateAxes();
+    m_Plot->plotLayout()->activate(m_Plot, plot);
+    divideAxis(PlotSight::X, m_Plot->plotLayout()->canvasRect().width());
+    m_Plot->updateAxes();
+}
+
+void PlotView::divideAxis(PlotSight::Axis axis, double pixels)
+{
+    const int qwtAxis = QWT_AXES[axis];
+    const Qt::Orientation orientation = axis == PlotSight::X ? Qt::Horizontal : Qt::Vertical;
+    const AxisDivision division = tavo::divideAxis(
+        m_Axes[axis], m_Sight.range(axis), pixels, orientation, QFontMetricsF(m_Plot->axisFont(qwtAxis)));
+    m_Plot->setAxisScaleDiv(qwtAxis, division.ticks);
+    static_cast<AxisNumbers*>(m_Plot->axisScaleDraw(qwtAxis))->setLabels(division.labels);
+    m_Plot->setAxisTitle(qwtAxis, axisTitle(m_Axes[axis], division));
 }
 
 QImage PlotView::picture(QSize size)
@@ -166,10 +277,14 @@ QImage PlotView::picture(QSize size)
     image.setDotsPerMeterX(qRound(dotsPerMetre));
     image.setDotsPerMeterY(qRound(dotsPerMetre));
     image.fill(palette().color(QPalette::Window));
+    const QRectF plot = QRectF(QPointF(0, 0), size).marginsRemoved(QMarginsF(MARGIN, MARGIN, MARGIN, MARGIN));
+    divideAxes(plot);
     QPainter painter(&image);
     QwtPlotRenderer renderer;
     renderer.setDiscardFlag(QwtPlotRenderer::DiscardBackground);
-    renderer.render(m_Plot, &painter, QRectF(QPointF(0, 0), size));
+    renderer.render(m_Plot, &painter, plot);
+    painter.end();
+    showSight();
     return image;
 }
 

@@ -104,7 +104,7 @@ Polylines polylinesOf(const CurveStore& curve, const ToPixels& xMap, const ToPix
     QPolygonF line;
     Column column;
     visitSeen(curve, firstX, lastX, [&](double x, double y) {
-        if (std::isnan(x) || std::isnan(y)) {
+        if (!std::isfinite(x) || !std::isfinite(y)) {
             column.drawInto(line);
             endLine(line, polylines);
             return;

@@ -1,0 +1,113 @@
+#include "vireo/show/plots/divideAxis.h"
+
+#include <QApplication>
+#include <QFontMetricsF>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <random>
+#include <set>
+
+namespace tavo {
+
+namespace {
+
+double placeOf(double value, bool isLog)
+{
+    return isLog ? std::log10(value) : value;
+}
+
+// Whether labels of neighbours touch, which are centred at their ticks.
+bool doLabelsTouch(const AxisDivision& division, bool isLog, double pixels, const QFontMetricsF& font)
+{
+    const QList<double> ticks = division.ticks.ticks(QwtScaleDiv::MajorTick);
+    const double from = placeOf(division.ticks.lowerBound(), isLog);
+    const double to = placeOf(division.ticks.upperBound(), isLog);
+    double end = -INFINITY;
+    for (int i = 0; i < ticks.size(); ++i) {
+        const double middle = (placeOf(ticks[i], isLog) - from) / (to - from) * pixels;
+        const double width = font.size(0, division.labels.value(i)).width();
+        if (middle - width / 2 <= end)
+            return true;
+        end = middle + width / 2;
+    }
+    return false;
+}
+
+class DivideAxisTest : public testing::Test
+{
+protected:
+    void expectGoodLabels(const AxisUpdate& axis, const AxisUpdate::Range& range, double pixels)
+    {
+        const AxisDivision division = divideAxis(axis, range, pixels, Qt::Horizontal, m_Font);
+        const bool isLog = axis.isLog.value_or(false);
+        EXPECT_EQ(division.labels.size(), division.ticks.ticks(QwtScaleDiv::MajorTick).size());
+        EXPECT_FALSE(doLabelsTouch(division, isLog, pixels, m_Font))
+            << range.from << " to " << range.to << " on " << pixels << ": " << division.labels.join(", ").toStdString();
+        if (!axis.isTime.value_or(false)) {
+            const std::set<QString> different(division.labels.begin(), division.labels.end());
+            EXPECT_EQ(static_cast<int>(different.size()), division.labels.size())
+                << range.from << " to " << range.to << ": " << division.labels.join(", ").toStdString();
+        }
+    }
+
+    QFontMetricsF m_Font{QApplication::font()};
+    std::mt19937 m_Random{1};
+};
+
+TEST_F(DivideAxisTest, LabelsOfNumbersNeverTouchAndDiffer)
+{
+    std::uniform_real_distribution<double> exponent(-12, 12);
+    std::uniform_real_distribution<double> pixels(40, 2000);
+    for (int i = 0; i < 2000; ++i) {
+        const double from = std::pow(10, exponent(m_Random)) * (i % 2 ? 1 : -1);
+        const double length = std::abs(from) * std::pow(10, exponent(m_Random) / 2 - 3);
+        expectGoodLabels({}, {from, from + length}, pixels(m_Random));
+    }
+}
+
+TEST_F(DivideAxisTest, LabelsOfTimesNeverTouch)
+{
+    AxisUpdate axis;
+    axis.isTime = true;
+    std::uniform_real_distribution<double> exponent(-4, 9);
+    std::uniform_real_distribution<double> pixels(40, 2000);
+    for (int i = 0; i < 500; ++i) {
+        const double from = 1.7e9 + i * 12345.678;
+        expectGoodLabels(axis, {from, from + std::pow(10, exponent(m_Random))}, pixels(m_Random));
+    }
+}
+
+TEST_F(DivideAxisTest, LabelsOfPowersNeverTouchAndDiffer)
+{
+    AxisUpdate axis;
+    axis.isLog = true;
+    std::uniform_real_distribution<double> exponent(-20, 20);
+    std::uniform_real_distribution<double> pixels(40, 2000);
+    for (int i = 0; i < 500; ++i) {
+        const double from = std::pow(10, exponent(m_Random));
+        expectGoodLabels(axis, {from, from * std::pow(10, std::abs(exponent(m_Random)) + 0.05)}, pixels(m_Random));
+    }
+}
+
+TEST_F(DivideAxisTest, HasNumbersWithinADecadeOfALogarithmicAxis)
+{
+    AxisUpdate axis;
+    axis.isLog = true;
+    EXPECT_GE(divideAxis(axis, {2, 7}, 600, Qt::Horizontal, m_Font).labels.size(), 3);
+    EXPECT_EQ(divideAxis(axis, {1, 1000}, 600, Qt::Horizontal, m_Font).labels,
+        QStringList({"1", "10", "100", QString("1") + QChar(0x2009) + "000"}));
+}
+
+TEST_F(DivideAxisTest, NamesUnitZoneAndOffset)
+{
+    AxisUpdate axis;
+    axis.name = AxisUpdate::Name{"pressure", "Pa"};
+    EXPECT_EQ(divideAxis(axis, {0, 4e6}, 600, Qt::Horizontal, m_Font).unit, "MPa");
+    EXPECT_FALSE(divideAxis(axis, {1e9, 1e9 + 1e-3}, 600, Qt::Horizontal, m_Font).offset.isEmpty());
+    axis.isTime = true;
+    EXPECT_TRUE(divideAxis(axis, {1.7e9, 1.7e9 + 1}, 600, Qt::Horizontal, m_Font).unit.startsWith("UTC"));
+}
+
+} // namespace
+
+} // namespace tavo

@@ -1,0 +1,125 @@
+#include "vireo/show/plots/divideAxis.h"
+
+#include <QFontMetricsF>
+#include <algorithm>
+#include <cmath>
+#include <qwt_scale_engine.h>
+
+#include "vireo/show/plots/NumberFormat.h"
+#include "vireo/show/plots/calendarTicks.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr int MOST_TICKS = 12;
+constexpr int MINOR_TICKS = 5;
+
+QString unitOf(const AxisUpdate& axis)
+{
+    return axis.name ? QString::fromStdString(axis.name->unit) : QString();
+}
+
+AxisDivision linearDivision(const AxisUpdate& axis, const AxisUpdate::Range& range, int mostTicks)
+{
+    AxisDivision division;
+    division.ticks = QwtLinearScaleEngine().divideScale(range.from, range.to, mostTicks, MINOR_TICKS);
+    const QList<double> ticks = division.ticks.ticks(QwtScaleDiv::MajorTick);
+    const double step = ticks.size() > 1 ? std::abs(ticks[1] - ticks[0]) : range.to - range.from;
+    const NumberFormat format(range.from, range.to, step, unitOf(axis));
+    for (const double tick : ticks)
+        division.labels += format.label(tick);
+    division.unit = format.unit();
+    division.offset = format.offset();
+    return division;
+}
+
+QString labelOfDecade(double value, bool areWrittenOut)
+{
+    const int exponent = static_cast<int>(std::lround(std::log10(value)));
+    return areWrittenOut ? writtenOut(value, std::max(0, -exponent)) : powerOfTen(exponent);
+}
+
+AxisDivision logDivision(const AxisUpdate& axis, const AxisUpdate::Range& range, int mostTicks)
+{
+    if (range.to < range.from * 10)
+        return linearDivision(axis, range, mostTicks);
+    AxisDivision division;
+    division.ticks = QwtLogScaleEngine().divideScale(range.from, range.to, mostTicks, 2 * MINOR_TICKS);
+    const bool areWrittenOut = range.from >= 1e-4 && range.to < 1e6;
+    for (const double tick : division.ticks.ticks(QwtScaleDiv::MajorTick))
+        division.labels += labelOfDecade(tick, areWrittenOut);
+    division.unit = unitOf(axis);
+    return division;
+}
+
+AxisDivision timeDivision(const AxisUpdate::Range& range, int mostTicks)
+{
+    const double perSecond = ticksPerSecond(std::max(std::abs(range.from), std::abs(range.to)));
+    const double from = range.from / perSecond;
+    const double to = range.to / perSecond;
+    const QTimeZone zone = QTimeZone::systemTimeZone();
+    AxisDivision division;
+    QList<double> values;
+    for (const CalendarTick& tick : calendarTicks(from, to, (to - from) / mostTicks, zone)) {
+        values += tick.seconds * perSecond;
+        division.labels += tick.label;
+    }
+    division.ticks = QwtScaleDiv(range.from, range.to, {}, {}, values);
+    division.unit = nameOfZone(zone, from);
+    return division;
+}
+
+// Years that no calendar has are numbers.
+bool hasCalendar(const AxisUpdate::Range& range)
+{
+    constexpr double MOST_NANOSECONDS = 2e20;
+    return std::abs(range.from) < MOST_NANOSECONDS && std::abs(range.to) < MOST_NANOSECONDS;
+}
+
+AxisDivision divisionOf(const AxisUpdate& axis, const AxisUpdate::Range& range, int mostTicks)
+{
+    if (axis.isTime.value_or(false) && hasCalendar(range))
+        return timeDivision(range, mostTicks);
+    return axis.isLog.value_or(false) ? logDivision(axis, range, mostTicks) : linearDivision(axis, range, mostTicks);
+}
+
+QSizeF largestLabel(const QStringList& labels, const QFontMetricsF& font)
+{
+    QSizeF largest;
+    for (const QString& label : labels)
+        largest = largest.expandedTo(font.size(0, label));
+    return largest;
+}
+
+// The least number of pixels between two major ticks.
+double distanceOf(const AxisDivision& division, bool isLog, double pixels)
+{
+    const auto place = [isLog](double value) { return isLog ? std::log10(value) : value; };
+    const QList<double> ticks = division.ticks.ticks(QwtScaleDiv::MajorTick);
+    const double length = place(division.ticks.upperBound()) - place(division.ticks.lowerBound());
+    double least = pixels;
+    for (int i = 1; i < ticks.size(); ++i)
+        least = std::min(least, (place(ticks[i]) - place(ticks[i - 1])) / length * pixels);
+    return least;
+}
+
+} // namespace
+
+AxisDivision divideAxis(const AxisUpdate& axis, const AxisUpdate::Range& range, double pixels,
+    Qt::Orientation orientation, const QFontMetricsF& font)
+{
+    const double em = font.height();
+    const double least = orientation == Qt::Horizontal ? 3 * em : 2 * em; // a label is about that long
+    int mostTicks = std::clamp(static_cast<int>(pixels / least), 1, MOST_TICKS);
+    while (true) {
+        AxisDivision division = divisionOf(axis, range, mostTicks);
+        const QSizeF label = largestLabel(division.labels, font);
+        const double needed = orientation == Qt::Horizontal ? label.width() + em : label.height() + em / 2;
+        if (mostTicks == 1 || distanceOf(division, axis.isLog.value_or(false), pixels) >= needed)
+            return division;
+        --mostTicks;
+    }
+}
+
+} // namespace tavo
