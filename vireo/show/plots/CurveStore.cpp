@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
 
 namespace tavo {
 
@@ -14,21 +15,40 @@ void convert(const NumberArray& numbers, std::size_t i, std::size_t count, doubl
     numbers.visit([=](const auto* all, std::size_t) { std::copy(all + i, all + i + count, converted); });
 }
 
+// Numbers that are counted from the first that ever was.
+class Counted
+{
+public:
+    Counted(const std::deque<double>& numbers, std::size_t numDropped)
+        : m_Begin(numbers.begin() - static_cast<std::ptrdiff_t>(numDropped))
+    {}
+
+    double operator[](std::size_t i) const { return m_Begin[static_cast<std::ptrdiff_t>(i)]; }
+
+private:
+    std::deque<double>::const_iterator m_Begin;
+};
+
+template <typename Values>
+std::size_t numInfiniteOf(const Values& values, std::size_t first, std::size_t last)
+{
+    std::size_t number = 0;
+    for (std::size_t i = first; i < last; ++i)
+        number += std::isinf(static_cast<double>(values[i]));
+    return number;
+}
+
+template <typename Values>
+bool isSorted(const Values& values, std::size_t first, std::size_t last)
+{
+    std::size_t numWrong = 0;
+    for (std::size_t i = std::max<std::size_t>(first, 1); i < last; ++i)
+        numWrong += !(values[i - 1] <= values[i]);
+    const auto isFinite = [&values](std::size_t i) { return std::isfinite(static_cast<double>(values[i])); };
+    return numWrong == 0 && (first == last || (isFinite(first) && isFinite(last - 1)));
+}
+
 } // namespace
-
-void Extent::include(double value)
-{
-    if (!std::isfinite(value))
-        return;
-    from = std::min(from, value);
-    to = std::max(to, value);
-}
-
-void Extent::include(const Extent& other)
-{
-    include(other.from);
-    include(other.to);
-}
 
 void CurveStore::apply(CurveUpdate& update)
 {
@@ -36,32 +56,42 @@ void CurveStore::apply(CurveUpdate& update)
         *this = CurveStore();
     if (update.kept)
         m_Kept = *update.kept;
-    if (update.samples) {
-        m_Sent = std::move(*update.samples);
-        m_AppendedX.clear();
-        m_AppendedY.clear();
-    }
+    if (update.samples)
+        take(*update.samples);
     for (const AppendedSamples& piece : update.appended)
         append(piece);
+    if (update.kept || !update.appended.empty())
+        dropOldSamples();
     if (update.isRemoved || update.samples || !update.appended.empty() || update.kept)
-        measure();
+        measureExtents();
+}
+
+void CurveStore::take(CurveSamples& samples)
+{
+    const std::size_t kept = m_Kept;
+    *this = CurveStore();
+    m_Kept = kept;
+    m_Sent = std::move(samples);
+    m_Sent.y.visit([this](const auto* y, std::size_t) { m_Pyramid = Pyramid(sizeof *y); });
+    measureX(0);
+    measureY(0);
 }
 
 double CurveStore::x(std::size_t i) const
 {
-    if (!m_AppendedX.empty())
+    if (isAppended())
         return m_AppendedX[i];
     return m_Sent.x.isEmpty() ? static_cast<double>(i) : m_Sent.x[i];
 }
 
 double CurveStore::y(std::size_t i) const
 {
-    return m_AppendedY.empty() ? m_Sent.y[i] : m_AppendedY[i];
+    return isAppended() ? m_AppendedY[i] : m_Sent.y[i];
 }
 
 void CurveStore::read(std::size_t i, std::size_t count, double* x, double* y) const
 {
-    if (!m_AppendedX.empty()) {
+    if (isAppended()) {
         std::copy_n(m_AppendedX.begin() + static_cast<std::ptrdiff_t>(i), count, x);
         std::copy_n(m_AppendedY.begin() + static_cast<std::ptrdiff_t>(i), count, y);
         return;
@@ -74,10 +104,31 @@ void CurveStore::read(std::size_t i, std::size_t count, double* x, double* y) co
             x[j] = static_cast<double>(i + j);
 }
 
-std::size_t CurveStore::lowerBound(double value) const
+Extremes CurveStore::extremes(std::size_t first, std::size_t last) const
 {
-    std::size_t first = 0;
-    std::size_t last = size();
+    if (!isAppended())
+        return m_Sent.y.visit([&](const auto* y, std::size_t) { return m_Pyramid.extremes(y, first, last); });
+    Extremes found = m_Pyramid.extremes(Counted(m_AppendedY, m_NumDropped), m_NumDropped + first, m_NumDropped + last);
+    if (!found.extent.isEmpty()) {
+        found.lowest -= m_NumDropped;
+        found.highest -= m_NumDropped;
+    }
+    return found;
+}
+
+std::size_t CurveStore::lowerBound(double value, std::size_t guess) const
+{
+    const std::size_t end = size();
+    std::size_t first = std::min(guess, end);
+    std::size_t last = first;
+    for (std::size_t step = 1; first > 0 && x(first - 1) >= value; step *= 2) {
+        last = first - 1;
+        first -= std::min(first, step);
+    }
+    for (std::size_t step = 1; last < end && x(last) < value; step *= 2) {
+        first = last + 1;
+        last += std::min(end - last, step);
+    }
     while (first < last) {
         const std::size_t middle = first + (last - first) / 2;
         if (x(middle) < value)
@@ -90,49 +141,93 @@ std::size_t CurveStore::lowerBound(double value) const
 
 void CurveStore::append(const AppendedSamples& samples)
 {
-    // What was sent before is the beginning of what is appended to.
-    if (m_AppendedX.empty() && !m_Sent.y.isEmpty()) {
-        std::deque<double> sentX(m_Sent.y.size());
-        std::deque<double> sentY(m_Sent.y.size());
-        for (std::size_t i = 0; i < sentX.size(); ++i) {
-            sentX[i] = x(i);
-            sentY[i] = y(i);
-        }
-        m_AppendedX.swap(sentX);
-        m_AppendedY.swap(sentY);
-    }
+    if (!isAppended())
+        continueSent();
+    const std::size_t numBefore = m_AppendedX.size();
     m_AppendedX.insert(m_AppendedX.end(), samples.x.begin(), samples.x.end());
     m_AppendedY.insert(m_AppendedY.end(), samples.y.begin(), samples.y.end());
-    m_Sent.x = {};
-    m_Sent.y = {};
+    measureX(numBefore);
+    measureY(numBefore);
 }
 
-void CurveStore::measure()
+// What was sent before is the beginning of what is appended to.
+void CurveStore::continueSent()
 {
-    if (m_AppendedX.size() > m_Kept) {
-        const auto numOld = static_cast<std::ptrdiff_t>(m_AppendedX.size() - m_Kept);
-        m_AppendedX.erase(m_AppendedX.begin(), m_AppendedX.begin() + numOld);
-        m_AppendedY.erase(m_AppendedY.begin(), m_AppendedY.begin() + numOld);
+    m_AppendedX.resize(m_Sent.y.size());
+    m_AppendedY.resize(m_Sent.y.size());
+    for (std::size_t i = 0; i < m_AppendedX.size(); ++i) {
+        m_AppendedX[i] = m_Sent.x.isEmpty() ? static_cast<double>(i) : m_Sent.x[i];
+        m_AppendedY[i] = m_Sent.y[i];
     }
-    m_XExtent = {};
-    m_YExtent = {};
+    m_Sent.x = {};
+    m_Sent.y = {};
+    m_Pyramid = Pyramid();
     m_NumInfinite = 0;
-    m_IsSorted = true;
-    double before = -std::numeric_limits<double>::infinity();
+    measureY(0);
+}
+
+void CurveStore::dropOldSamples()
+{
+    if (m_AppendedX.size() <= m_Kept)
+        return;
+    const std::size_t numOld = m_AppendedX.size() - m_Kept;
+    m_NumInfinite -= numInfiniteOf(m_AppendedY, 0, numOld);
+    m_AppendedX.erase(m_AppendedX.begin(), m_AppendedX.begin() + static_cast<std::ptrdiff_t>(numOld));
+    m_AppendedY.erase(m_AppendedY.begin(), m_AppendedY.begin() + static_cast<std::ptrdiff_t>(numOld));
+    m_NumDropped += numOld;
+    m_Pyramid.drop(m_NumDropped);
+}
+
+void CurveStore::measureX(std::size_t first)
+{
+    if (isAppended())
+        m_IsSorted = m_IsSorted && tavo::isSorted(m_AppendedX, first, m_AppendedX.size());
+    else
+        m_IsSorted = m_Sent.x.visit([](const auto* x, std::size_t size) { return tavo::isSorted(x, 0, size); });
+}
+
+void CurveStore::measureY(std::size_t first)
+{
+    if (isAppended()) {
+        m_Pyramid.extend(Counted(m_AppendedY, m_NumDropped), m_NumDropped + m_AppendedY.size());
+        m_NumInfinite += numInfiniteOf(m_AppendedY, first, m_AppendedY.size());
+        return;
+    }
+    m_Sent.y.visit([this](const auto* y, std::size_t size) {
+        m_Pyramid.extend(y, size);
+        if constexpr (std::is_floating_point_v<std::remove_cv_t<std::remove_reference_t<decltype(*y)>>>)
+            m_NumInfinite = numInfiniteOf(y, 0, size);
+    });
+}
+
+void CurveStore::measureExtents()
+{
+    m_XExtent = {};
+    m_YExtent = extremes(0, size()).extent;
+    if (m_YExtent.isEmpty())
+        return;
+    if (m_IsSorted) {
+        std::size_t first = 0;
+        std::size_t last = size() - 1;
+        while (!std::isfinite(y(first)))
+            ++first;
+        while (!std::isfinite(y(last)))
+            --last;
+        m_XExtent.include(x(first));
+        m_XExtent.include(x(last));
+        return;
+    }
+    m_YExtent = {};
     double x[BLOCK];
     double y[BLOCK];
     for (std::size_t i = 0; i < size(); i += BLOCK) {
         const std::size_t count = std::min(BLOCK, size() - i);
         read(i, count, x, y);
-        for (std::size_t j = 0; j < count; ++j) {
-            m_IsSorted = m_IsSorted && x[j] >= before;
-            before = x[j];
-            m_NumInfinite += std::isinf(x[j]) || std::isinf(y[j]);
+        for (std::size_t j = 0; j < count; ++j)
             if (std::isfinite(x[j]) && std::isfinite(y[j])) {
                 m_XExtent.include(x[j]);
                 m_YExtent.include(y[j]);
             }
-        }
     }
 }
 

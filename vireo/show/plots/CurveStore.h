@@ -2,22 +2,12 @@
 
 #include <cstddef>
 #include <deque>
-#include <limits>
 
+#include "vireo/show/plots/Extent.h"
 #include "vireo/show/plots/PlotUpdate.h"
+#include "vireo/show/plots/Pyramid.h"
 
 namespace tavo {
-
-// The smallest interval of the finite numbers that were seen.
-struct Extent
-{
-    double from = std::numeric_limits<double>::infinity();
-    double to = -std::numeric_limits<double>::infinity();
-
-    bool isEmpty() const { return from > to; }
-    void include(double value);
-    void include(const Extent& other);
-};
 
 // The samples of one curve: those that were sent, as they came and without a copy, or those that were appended.
 class CurveStore
@@ -26,7 +16,7 @@ public:
     // Takes over what was sent.
     void apply(CurveUpdate& update);
 
-    std::size_t size() const { return m_AppendedX.empty() ? m_Sent.y.size() : m_AppendedX.size(); }
+    std::size_t size() const { return isAppended() ? m_AppendedX.size() : m_Sent.y.size(); }
     double x(std::size_t i) const;
     double y(std::size_t i) const;
 
@@ -37,23 +27,44 @@ public:
     const Extent& xExtent() const { return m_XExtent; }
     const Extent& yExtent() const { return m_YExtent; }
 
+    // The lowest and the highest of the samples from `first` up to and without `last`.
+    Extremes extremes(std::size_t first, std::size_t last) const;
+
+    // Calls `visit(first, last)` for those pieces of a stretch whose extent along y is wanted, as Pyramid does.
+    template <typename IsWanted, typename Visit>
+    void visit(std::size_t first, std::size_t last, const IsWanted& isWanted, const Visit& visit) const
+    {
+        m_Pyramid.visit(m_NumDropped + first, m_NumDropped + last, isWanted,
+            [&](std::size_t from, std::size_t to) { visit(from - m_NumDropped, to - m_NumDropped); });
+    }
+
     // How many samples are infinite. They are neither drawn nor in the extents.
     std::size_t numInfinite() const { return m_NumInfinite; }
 
-    // Whether no x is smaller than the one before it, or NaN.
+    // Whether samples have been appended.
+    bool isAppended() const { return !m_AppendedX.empty(); }
+
+    // Whether no x is smaller than the one before it, and all are finite.
     bool isSorted() const { return m_IsSorted; }
 
-    // The first sample at x or behind it, of a sorted curve.
-    std::size_t lowerBound(double x) const;
+    // The first sample at x or behind it, of a sorted curve. It is looked for around a guess first.
+    std::size_t lowerBound(double x, std::size_t guess = 0) const;
 
 private:
+    void take(CurveSamples& samples);
     void append(const AppendedSamples& samples);
-    void measure();
+    void continueSent();
+    void dropOldSamples();
+    void measureX(std::size_t first);
+    void measureY(std::size_t first);
+    void measureExtents();
 
     CurveSamples m_Sent;
     std::deque<double> m_AppendedX;
     std::deque<double> m_AppendedY;
+    std::size_t m_NumDropped = 0;
     std::size_t m_Kept = CurveUpdate::DEFAULT_KEPT;
+    Pyramid m_Pyramid; // of y; counts dropped samples, too
     Extent m_XExtent;
     Extent m_YExtent;
     std::size_t m_NumInfinite = 0;

@@ -6,7 +6,6 @@
 
 #include "tavo/base/text/printable.h"
 #include "vireo/show/plots/colours.h"
-#include "vireo/show/plots/polyline.h"
 
 namespace tavo {
 
@@ -18,6 +17,11 @@ constexpr double DRAWN_ABOVE_GRID = 20;
 
 // Wide pens take Qt long: they are for few points.
 constexpr int MOST_ROUND_MARKS = 20'000;
+
+PixelMap pixelMapOf(const QwtScaleMap& map)
+{
+    return {map.s1(), map.s2(), map.p1(), map.p2(), map.transformation() != nullptr};
+}
 
 void drawMarks(QPainter& painter, const QPolygonF& marks)
 {
@@ -48,6 +52,7 @@ void PlotCurve::apply(CurveUpdate& update)
     if (update.samples)
         m_Kind = update.samples->kind;
     m_Samples.apply(update);
+    m_Polylines.reset();
     showName();
 }
 
@@ -65,14 +70,19 @@ void PlotCurve::showName()
     setTitle(QwtText(name, QwtText::PlainText));
 }
 
+const Polylines& PlotCurve::polylines(const PixelMap& xMap, const PixelMap& yMap) const
+{
+    if (m_Polylines && xMap == m_XMap && yMap == m_YMap)
+        return *m_Polylines;
+    m_XMap = xMap;
+    m_YMap = yMap;
+    m_Polylines = m_Kind == CurveKind::Points ? marksOf(m_Samples, xMap, yMap) : polylinesOf(m_Samples, xMap, yMap);
+    return *m_Polylines;
+}
+
 void PlotCurve::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF&) const
 {
-    const ToPixels toX = [&xMap](double x) { return xMap.transform(x); };
-    const ToPixels toY = [&yMap](double y) { return yMap.transform(y); };
-    const double firstX = std::min(xMap.s1(), xMap.s2());
-    const double lastX = std::max(xMap.s1(), xMap.s2());
-    const Polylines polylines = m_Kind == CurveKind::Points ? marksOf(m_Samples, toX, toY, firstX, lastX)
-                                                            : polylinesOf(m_Samples, toX, toY, firstX, lastX);
+    const Polylines& polylines = this->polylines(pixelMapOf(xMap), pixelMapOf(yMap));
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(QPen(m_Colour, 1.3));
     for (const QPolygonF& line : polylines.lines)

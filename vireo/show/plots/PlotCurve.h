@@ -3,7 +3,7 @@
 #include <qwt_plot_item.h>
 #include <string>
 
-#include "vireo/show/plots/CurveStore.h"
+#include "vireo/show/plots/polyline.h"
 
 namespace tavo {
 
@@ -27,6 +27,7 @@ public:
 
 private:
     void showName();
+    const Polylines& polylines(const PixelMap& xMap, const PixelMap& yMap) const;
 
     std::string m_Name;
     CurveStore m_Samples;
@@ -34,6 +35,11 @@ private:
     std::size_t m_Number;
     bool m_HasOwnColour = false;
     QColor m_Colour;
+
+    // As they were drawn last: they stay while neither the data nor what is seen of them change.
+    mutable std::optional<Polylines> m_Polylines;
+    mutable PixelMap m_XMap;
+    mutable PixelMap m_YMap;
 };
 
 } // namespace tavo

@@ -12,31 +12,50 @@ constexpr std::size_t BLOCK = 512;
 // Qt loses lines that end too far away.
 constexpr double FARTHEST_PIXEL = 1e6;
 
-// Calls `visit(x, y)` for the samples that are seen, and one more at either end, up to which lines lead.
-template <typename Visitor>
-void visitSeen(const CurveStore& curve, double firstX, double lastX, Visitor&& visit)
+// Where there are so many samples in a column, they are not looked at one by one.
+constexpr std::size_t MANY_IN_COLUMN = 16;
+
+// Samples of a curve, from one up to and without another.
+struct Stretch
 {
-    std::size_t i = 0;
-    std::size_t end = curve.size();
-    if (curve.isSorted()) {
-        i = curve.lowerBound(firstX);
-        i -= i > 0;
-        end = std::min(end, curve.lowerBound(std::nextafter(lastX, INFINITY)) + 1);
-    }
+    std::size_t first;
+    std::size_t last;
+};
+
+// What is seen, and one sample more at either end, up to which lines lead.
+Stretch seenOf(const CurveStore& curve, const PixelMap& xMap)
+{
+    if (!curve.isSorted())
+        return {0, curve.size()};
+    const double from = std::min(xMap.firstValue, xMap.lastValue);
+    const double to = std::max(xMap.firstValue, xMap.lastValue);
+    const std::size_t first = curve.lowerBound(from);
+    const std::size_t last = curve.lowerBound(std::nextafter(to, INFINITY), first);
+    return {first - (first > 0), std::min(curve.size(), last + 1)};
+}
+
+template <typename Visitor>
+void visitSamples(const CurveStore& curve, const Stretch& stretch, Visitor&& visit)
+{
     double x[BLOCK];
     double y[BLOCK];
-    while (i < end) {
-        const std::size_t count = std::min(BLOCK, end - i);
+    for (std::size_t i = stretch.first; i < stretch.last; i += BLOCK) {
+        const std::size_t count = std::min(BLOCK, stretch.last - i);
         curve.read(i, count, x, y);
         for (std::size_t j = 0; j < count; ++j)
             visit(x[j], y[j]);
-        i += count;
     }
 }
 
-QPointF pixelOf(double x, double y, const ToPixels& xMap, const ToPixels& yMap)
+QPointF pixelOf(double x, double y, const PixelMap& xMap, const PixelMap& yMap)
 {
-    return {std::clamp(xMap(x), -FARTHEST_PIXEL, FARTHEST_PIXEL), std::clamp(yMap(y), -FARTHEST_PIXEL, FARTHEST_PIXEL)};
+    return {std::clamp(xMap.toPixel(x), -FARTHEST_PIXEL, FARTHEST_PIXEL),
+        std::clamp(yMap.toPixel(y), -FARTHEST_PIXEL, FARTHEST_PIXEL)};
+}
+
+bool isPlace(const QPointF& point)
+{
+    return std::isfinite(point.x()) && std::isfinite(point.y());
 }
 
 // The samples of a line that lie in one column of pixels.
@@ -87,45 +106,114 @@ private:
     Extreme m_Highest;
 };
 
-void endLine(QPolygonF& line, Polylines& polylines)
+// Puts the lines together.
+class LineMaker
 {
-    if (line.size() == 1)
-        polylines.marks.push_back(line.front());
-    else if (line.size() > 1)
-        polylines.lines.push_back(line);
-    line.clear();
-}
+public:
+    LineMaker(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap)
+        : m_Curve(curve)
+        , m_XMap(xMap)
+        , m_YMap(yMap)
+    {}
+
+    Polylines make()
+    {
+        const Stretch seen = seenOf(m_Curve, m_XMap);
+        const double numColumns = std::abs(m_XMap.lastPixel - m_XMap.firstPixel) + 1;
+        if (m_Curve.isSorted() && static_cast<double>(seen.last - seen.first) > MANY_IN_COLUMN * numColumns)
+            addColumns(seen);
+        else
+            addSamples(seen);
+        m_Column.drawInto(m_Line);
+        endLine();
+        return std::move(m_Polylines);
+    }
+
+private:
+    void addSamples(const Stretch& stretch)
+    {
+        visitSamples(m_Curve, stretch, [this](double x, double y) { addSample(x, y); });
+    }
+
+    void addSample(double x, double y)
+    {
+        const QPointF point = pixelOf(x, y, m_XMap, m_YMap);
+        if (!std::isfinite(x) || !std::isfinite(y) || !isPlace(point))
+            return addGap();
+        if (!m_Column.has(point))
+            m_Column.drawInto(m_Line);
+        m_Column.add(point);
+    }
+
+    void addGap()
+    {
+        m_Column.drawInto(m_Line);
+        endLine();
+    }
+
+    void addColumns(const Stretch& seen)
+    {
+        std::size_t first = seen.first;
+        std::size_t length = 0;
+        const double step = m_XMap.lastPixel > m_XMap.firstPixel ? 1 : -1;
+        const auto numColumns = static_cast<std::size_t>(std::abs(m_XMap.lastPixel - m_XMap.firstPixel)) + 1;
+        const double firstBorder = step > 0 ? std::floor(m_XMap.firstPixel) : std::ceil(m_XMap.firstPixel);
+        for (std::size_t i = 0; i <= numColumns && first < seen.last; ++i) {
+            const double border = m_XMap.toValue(firstBorder + step * static_cast<double>(i));
+            const std::size_t last = std::clamp(m_Curve.lowerBound(border, first + length), first, seen.last);
+            addColumn({first, last});
+            length = last - first;
+            first = last;
+        }
+        addSamples({first, seen.last});
+    }
+
+    void addColumn(const Stretch& column)
+    {
+        if (column.last - column.first < MANY_IN_COLUMN)
+            return addSamples(column);
+        const Extremes extremes = m_Curve.extremes(column.first, column.last);
+        if (extremes.extent.isEmpty())
+            return addGap();
+        const std::size_t lowest = std::min(extremes.lowest, extremes.highest);
+        const std::size_t highest = std::max(extremes.lowest, extremes.highest);
+        addSample(m_Curve.x(column.first), m_Curve.y(column.first));
+        addSample(m_Curve.x(lowest), m_Curve.y(lowest));
+        addSample(m_Curve.x(highest), m_Curve.y(highest));
+        addSample(m_Curve.x(column.last - 1), m_Curve.y(column.last - 1));
+    }
+
+    void endLine()
+    {
+        if (m_Line.size() == 1)
+            m_Polylines.marks.push_back(m_Line.front());
+        else if (m_Line.size() > 1)
+            m_Polylines.lines.push_back(m_Line);
+        m_Line.clear();
+    }
+
+    const CurveStore& m_Curve;
+    const PixelMap& m_XMap;
+    const PixelMap& m_YMap;
+    Polylines m_Polylines;
+    QPolygonF m_Line;
+    Column m_Column;
+};
 
 } // namespace
 
-Polylines polylinesOf(const CurveStore& curve, const ToPixels& xMap, const ToPixels& yMap, double firstX, double lastX)
+Polylines polylinesOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap)
 {
-    Polylines polylines;
-    QPolygonF line;
-    Column column;
-    visitSeen(curve, firstX, lastX, [&](double x, double y) {
-        if (!std::isfinite(x) || !std::isfinite(y)) {
-            column.drawInto(line);
-            endLine(line, polylines);
-            return;
-        }
-        const QPointF point = pixelOf(x, y, xMap, yMap);
-        if (!column.has(point))
-            column.drawInto(line);
-        column.add(point);
-    });
-    column.drawInto(line);
-    endLine(line, polylines);
-    return polylines;
+    return LineMaker(curve, xMap, yMap).make();
 }
 
-Polylines marksOf(const CurveStore& curve, const ToPixels& xMap, const ToPixels& yMap, double firstX, double lastX)
+Polylines marksOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap)
 {
     Polylines polylines;
-    visitSeen(curve, firstX, lastX, [&](double x, double y) {
-        if (!std::isfinite(x) || !std::isfinite(y))
-            return;
+    visitSamples(curve, seenOf(curve, xMap), [&](double x, double y) {
         const QPointF point = pixelOf(x, y, xMap, yMap);
+        if (!std::isfinite(x) || !std::isfinite(y) || !isPlace(point))
+            return;
         if (polylines.marks.isEmpty() || polylines.marks.back().toPoint() != point.toPoint())
             polylines.marks.push_back(point);
     });

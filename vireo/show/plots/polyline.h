@@ -1,15 +1,12 @@
 #pragma once
 
 #include <QPolygonF>
-#include <functional>
 #include <vector>
 
 #include "vireo/show/plots/CurveStore.h"
+#include "vireo/show/plots/PixelMap.h"
 
 namespace tavo {
-
-// From samples to pixels, along one axis.
-using ToPixels = std::function<double(double)>;
 
 // What is drawn of a curve.
 struct Polylines
@@ -18,12 +15,12 @@ struct Polylines
     QPolygonF marks;              // of samples between two gaps, and of points
 };
 
-// The pieces of a curve that are seen between two xs, in pixels. Of the samples that share a column of pixels it takes
-// the first, the lowest, the highest and the last, in the order in which they come: with a thin pen that is the picture
-// of all of them. A NaN is a gap.
-Polylines polylinesOf(const CurveStore& curve, const ToPixels& xMap, const ToPixels& yMap, double firstX, double lastX);
+// The pieces of a curve that are seen, in pixels. Of the samples that share a column of pixels it takes the first, the
+// lowest, the highest and the last, in the order in which they come: with a thin pen that is the picture of all of
+// them. What is not finite is a gap, unless it is alone among finite samples of its column.
+Polylines polylinesOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap);
 
 // The same for samples that are shown as marks: one for all samples of one pixel that follow each other.
-Polylines marksOf(const CurveStore& curve, const ToPixels& xMap, const ToPixels& yMap, double firstX, double lastX);
+Polylines marksOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap);
 
 } // namespace tavo

@@ -5,17 +5,11 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "vireo/show/plots/PlotUpdate.h"
+#include "tests/vireo/show/plots/curves.h"
 
 namespace tavo {
 
 namespace {
-
-NumberArray numbers(std::vector<double> values)
-{
-    const auto kept = std::make_shared<const std::vector<double>>(std::move(values));
-    return {kept, kept->data(), kept->size(), NumberType::Float64};
-}
 
 class PlotViewTest : public testing::Test
 {

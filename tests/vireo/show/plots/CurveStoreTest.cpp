@@ -1,0 +1,89 @@
+#include "vireo/show/plots/CurveStore.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "tests/vireo/show/plots/curves.h"
+
+namespace tavo {
+
+namespace {
+
+class CurveStoreTest : public testing::Test
+{
+protected:
+    void send(std::vector<double> x, std::vector<double> y)
+    {
+        CurveUpdate update = samples(std::move(x), std::move(y));
+        m_Store.apply(update);
+    }
+
+    void append(std::vector<double> x, std::vector<double> y)
+    {
+        CurveUpdate update;
+        update.append({std::move(x), std::move(y)});
+        m_Store.apply(update);
+    }
+
+    CurveStore m_Store;
+};
+
+TEST_F(CurveStoreTest, MeasuresWhatIsFinite)
+{
+    send({0, 1, 2, 3, 4}, {NAN, 5, INFINITY, -3, NAN});
+    EXPECT_EQ(m_Store.xExtent().from, 1);
+    EXPECT_EQ(m_Store.xExtent().to, 3);
+    EXPECT_EQ(m_Store.yExtent().from, -3);
+    EXPECT_EQ(m_Store.yExtent().to, 5);
+    EXPECT_EQ(m_Store.numInfinite(), 1u);
+}
+
+TEST_F(CurveStoreTest, KnowsWhetherXIsSorted)
+{
+    send({0, 1, 1, 2}, {0, 0, 0, 0});
+    EXPECT_TRUE(m_Store.isSorted());
+    send({0, 2, 1}, {0, 0, 0});
+    EXPECT_FALSE(m_Store.isSorted());
+    send({0, NAN, 1}, {0, 0, 0});
+    EXPECT_FALSE(m_Store.isSorted());
+    send({0, 1, INFINITY}, {0, 0, 0});
+    EXPECT_FALSE(m_Store.isSorted());
+    EXPECT_EQ(m_Store.xExtent().to, 1);
+}
+
+TEST_F(CurveStoreTest, FindsAnXFromAnyGuess)
+{
+    send({0, 1, 1, 1, 2, 5}, {0, 0, 0, 0, 0, 0});
+    for (std::size_t guess = 0; guess < 9; ++guess) {
+        EXPECT_EQ(m_Store.lowerBound(-1, guess), 0u);
+        EXPECT_EQ(m_Store.lowerBound(1, guess), 1u);
+        EXPECT_EQ(m_Store.lowerBound(1.5, guess), 4u);
+        EXPECT_EQ(m_Store.lowerBound(6, guess), 6u);
+    }
+}
+
+TEST_F(CurveStoreTest, AppendsToWhatWasSentAndForgetsTheOldest)
+{
+    send({0, 1}, {10, 11});
+    append({2, 3}, {12, INFINITY});
+    EXPECT_EQ(m_Store.size(), 4u);
+    EXPECT_EQ(m_Store.y(1), 11);
+    CurveUpdate update;
+    update.kept = 1000;
+    m_Store.apply(update);
+    for (int i = 0; i < 5000; ++i)
+        append({4.0 + i}, {double(i)});
+    EXPECT_EQ(m_Store.size(), 1000u);
+    EXPECT_EQ(m_Store.yExtent().from, 4000);
+    EXPECT_EQ(m_Store.yExtent().to, 4999);
+    EXPECT_EQ(m_Store.xExtent().from, 4004);
+    EXPECT_EQ(m_Store.numInfinite(), 0u);
+    EXPECT_TRUE(m_Store.isSorted());
+    const Extremes extremes = m_Store.extremes(100, 900);
+    EXPECT_EQ(extremes.lowest, 100u);
+    EXPECT_EQ(extremes.highest, 899u);
+}
+
+} // namespace
+
+} // namespace tavo
