@@ -7,8 +7,17 @@ namespace tavo {
 
 class GLEventObject;
 
-// Base of the panels that configure a GLEventObject: a popup window that says when the object looks different. A panel
-// belongs to its Qt parent and only points to its object.
+/// The base of the panels that configure a GLEventObject: a popup window that tells the view when the object looks
+/// different. It belongs to its Qt parent, and only points to its object.
+///
+///     class Switch : public GLEventConfiguration
+///     {
+///     public:
+///         Switch(QWidget* parent, GLEventObject* object)
+///             : GLEventConfiguration(parent, object)
+///         {}
+///         void flip() { emit changed(); } // after a change to m_EventObject
+///     };
 class VIREO_EXPORT GLEventConfiguration : public PopupWindow
 {
     Q_OBJECT
@@ -18,7 +27,7 @@ public:
     ~GLEventConfiguration() override;
 
 signals:
-    // The object was changed and is to be drawn anew.
+    /// The object was changed and must be drawn again.
     void changed();
 
 protected:

@@ -11,18 +11,26 @@ namespace tavo {
 class GLEventDisplayerWidget;
 class GLEventObject;
 
-// Shows a GLEventObject in the debug window. To show one, create it on the heap and send it:
-//
-//     GLEventDisplayer::SetNewGLEventObject event(object, true);
-//     debugOutput.displayEvent(GLEventDisplayer::getClass(), "name", &event);
-//
-// or call sendGLEventObject, which also frees what could not be delivered. The application registers the class once, by
-// init(EventDisplayer::getClass()).
+/// Shows a GLEventObject in the debug window. An application registers the class once, and sends objects made on the
+/// heap:
+///
+///     GLEventDisplayer::init(EventDisplayer::getClass());
+///
+///     sendGLEventObject("curves", new GLGraphDisplayer);
+///
+/// sendGLEventObject is a short form of a SetNewGLEventObject that `debugOutput` displays; it also frees what could not
+/// be delivered.
 class VIREO_EXPORT GLEventDisplayer : public EventDisplayer
 {
 public:
-    // Carries an object to the displayer's widget, which owns it once the event was delivered; the event never frees
-    // it.
+    /// Carries an object to the displayer's widget.
+    ///
+    ///     GLGraphDisplayer* const curves = new GLGraphDisplayer;
+    ///     const GLEventDisplayer::SetNewGLEventObject event(curves, true);
+    ///     if (!debugOutput.displayEvent(GLEventDisplayer::getClass(), "curves", &event))
+    ///         delete curves;
+    ///
+    /// @owns The widget owns the object once the event is delivered. The event never frees it.
     class VIREO_EXPORT SetNewGLEventObject : public EventDisplayerEvent
     {
     public:
@@ -31,8 +39,8 @@ public:
 
         GLEventObject* object;
 
-        // Whether an object of the same class that is already shown takes over the data, keeping its camera and
-        // settings, instead of being replaced.
+        /// Whether a shown object of the same class takes over the data, keeping its camera and settings. Otherwise it
+        /// is replaced.
         bool updateExisting;
     };
 
@@ -47,11 +55,11 @@ protected:
     QWidget* createSpecialWidget(QWidget* parent) override;
 
 public:
-    // Hands a SetNewGLEventObject to the widget. Other events, and events before there is a widget, are ignored; what
-    // they carry stays the sender's.
+    /// Hands a SetNewGLEventObject to the widget. Ignores other events, and events before there is a widget; what they
+    /// carry stays the sender's.
     void displayEvent(const EventDisplayerEvent* event, const char* name) override;
 
-    // The class record, made by the first call; not to be asked for after shutdown.
+    /// The class record, which the first call makes. Do not call this after shutdown().
     static const MetaClass* getClass();
     static void initMetaClass();
     static void init(const MetaClass* parent);
@@ -65,8 +73,9 @@ private:
     QPointer<GLEventDisplayerWidget> m_Widget;
 };
 
-// Sends an object to the debug output under that name, to update the one that is shown there if it is of the same
-// class. Takes the object over, and frees it if no displayer gets it (see DebugOutput::displayEvent).
+/// Sends an object to the debug output under that name. It updates the one that is shown there if that is of the same
+/// class, or else replaces it.
+/// @owns The widget owns the object, or this frees it if no displayer gets it (see DebugOutput::displayEvent).
 VIREO_EXPORT void sendGLEventObject(std::string name, GLEventObject* object);
 
 } // namespace tavo

@@ -16,12 +16,17 @@ namespace tavo {
 class GLEventConfiguration;
 class GLEventObject;
 
-// The widget of a GLEventDisplayer: a view of one GLEventObject that mouse and keys turn and move (see
-// ExaminerCameraController), a button for the object's configuration panel, and two buttons that step the view's height
-// through 16, 22, 32, 45, 64, 90, 128, 181, 256, 362, 512, 724 and 1024 pixels.
-//
-// What an object throws is reported in the debug output, and so, on Windows, is a fault of its code (see
-// translateFaults); the widget lives on. The view has a GL context of its own.
+/// The widget of a GLEventDisplayer: a view of one GLEventObject, which mouse and keys turn and move (see
+/// ExaminerCameraController), a button for the object's configuration panel, and two buttons that step the view's
+/// height through 16, 22, 32, 45, 64, 90, 128, 181, 256, 362, 512, 724 and 1024 pixels. It can be part of any Qt
+/// window:
+///
+///     GLEventDisplayerWidget* const view = new GLEventDisplayerWidget(parent, Qt::Widget);
+///     view->setSizeIndex(9); // 362 pixels
+///     view->setGLEventObject(new GLPointCloudDisplayer, false);
+///
+/// What an object throws is reported in the debug output, and so, on Windows, are faults of its code (see
+/// translateFaults); the widget lives on. The view has its own GL context.
 class VIREO_EXPORT GLEventDisplayerWidget : public QWidget
 {
     Q_OBJECT
@@ -30,11 +35,11 @@ public:
     GLEventDisplayerWidget(QWidget* parent, Qt::WindowFlags flags);
     ~GLEventDisplayerWidget() override;
 
-    // The place in the list of heights: 5, 90 pixels, at first.
+    /// The place in the list of heights, counted from 0. It starts at 5: 90 pixels.
     static constexpr unsigned int NUM_SIZES = 13;
     unsigned int getSizeIndex() const { return m_SizeIndex; }
 
-    // Sets the view's height; an index beyond the list is ignored.
+    /// Sets the view's height. An index beyond the list is ignored.
     void setSizeIndex(unsigned int index);
 
 private slots:
@@ -46,11 +51,11 @@ private slots:
     virtual void changed();
 
 public:
-    // Shows an object, which belongs to the widget from now on. With updateExisting, an object of the same class that
-    // is already shown takes over the data of the new one, which is freed, and keeps its panel, and its camera unless
-    // its box is another one. Else the new object replaces the old one and its panel. Null is ignored; the object that
-    // is already shown is only repainted. Called by the shown object itself, while it draws or is updated, this takes
-    // effect after that.
+    /// Shows an object. With updateExisting, a shown object of the same class takes over its data, keeps its panel, and
+    /// keeps its camera unless the box has changed; the new object is freed. Otherwise the new object replaces the
+    /// shown one and its panel. Null only repaints. If the shown object calls this while it draws or is updated, it
+    /// takes effect afterwards.
+    /// @owns The widget owns the object from now on.
     virtual void setGLEventObject(GLEventObject* object, bool updateExisting);
 
 private:

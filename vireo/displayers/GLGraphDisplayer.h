@@ -11,21 +11,26 @@
 
 namespace tavo {
 
-// Draws polylines ("graphs"), each in a colour of its own (red, green, blue, alpha), and on request coordinate axes
-// scaled to the data. To show graphs in the debug window, debugOutputGraph and debugOutputGraphs below take one call.
-//
-// Graphs are shown as they are, one unit a unit: a view shows data from -150 to 150 along each axis. Pressures in
-// pascals or time stamps lie beyond its far plane, and are to be scaled or shifted first; a line in the log says so
-// (see GLEventObject::getBoundingBox).
+/// Draws polylines ("graphs"), each in its own colour, and coordinate axes scaled to the data on request. To show
+/// graphs in the debug window, call debugOutputGraph or debugOutputGraphs below; to do more with them, send a displayer
+/// of your own:
+///
+///     GLGraphDisplayer* const graphs = new GLGraphDisplayer;
+///     graphs->addGraph({0.1f, 0.4f, 0.2f}, RGBA8(255, 200, 0, 255));
+///     graphs->setShowCoords(true);
+///     sendGLEventObject("measurements", graphs);
+///
+/// Graphs are not scaled: a view shows data from -150 to 150 along each axis. Scale or shift pressures in pascals and
+/// time stamps first; a line in the log says if they are out of view (see GLEventObject::getBoundingBox).
 class VIREO_EXPORT GLGraphDisplayer : public GLEventObject
 {
 public:
     const MetaClass* getInstanceClass() const override;
 
-    // Without graphs and without axes.
+    /// Makes a displayer without graphs and without axes.
     GLGraphDisplayer();
 
-    // As many graphs as there are both graphs and colours, each added by addGraph.
+    /// Adds as many graphs as there are both graphs and colours (see addGraph).
     GLGraphDisplayer(const std::vector<std::vector<float>>& graphs, const std::vector<RGBA8>& colours);
     GLGraphDisplayer(const std::vector<std::vector<Vector2f>>& graphs, const std::vector<RGBA8>& colours);
     GLGraphDisplayer(const std::vector<std::vector<Vector3f>>& graphs, const std::vector<RGBA8>& colours);
@@ -34,32 +39,33 @@ public:
     GLGraphDisplayer& operator=(const GLGraphDisplayer& other);
     ~GLGraphDisplayer() override;
 
-    // Appends a graph. A series of n values becomes the points (i / n, value, 0), so that x stays below 1; points of
-    // the plane get z = 0.
+    /// Appends a graph. A series of n values becomes the points (i / n, value, 0), so x stays below 1. Points of the
+    /// plane get z = 0.
     void addGraph(const std::vector<float>& values, RGBA8 colour);
     void addGraph(const std::vector<Vector2f>& points, RGBA8 colour);
     void addGraph(const std::vector<Vector3f>& points, RGBA8 colour);
 
-    // The box of all points; (0, 0, 0) to (1, 1, 1) if there are none.
+    /// The box of all points; (0, 0, 0) to (1, 1, 1) if there are none.
     Box3f getBoundingBox() override;
 
-    // As GLEventObject says. Throws std::out_of_range for a graph without a colour.
+    /// Draws the graphs, and the axes if they are shown (see GLEventObject::drawGL).
+    /// @throws std::out_of_range At a graph without a colour.
     void drawGL(QGLWidget* widget, Camera& camera) override;
 
-    // A panel with a check box for the axes.
+    /// Makes a panel with a check box for the axes.
     GLEventConfiguration* createConfigWindow(QWidget* parent) override;
 
-    // Takes over the graphs and colours of another GLGraphDisplayer; anything else is ignored.
+    /// Takes over the graphs and colours of another GLGraphDisplayer. Ignores anything else.
     void updateData(GLEventObject* newer) override;
 
-    // Both are good until there is another graph, or this object is assigned to, updated or destroyed.
+    /// Valid until a graph is added, or this object is assigned to, updated or destroyed.
     const std::vector<std::vector<Vector3f>>& getGraphs() const { return *m_Graphs; }
     const std::vector<RGBA8>& getColours() const { return m_Colours; }
 
     bool getShowCoords() const { return m_ShowCoords; }
     void setShowCoords(bool show) { m_ShowCoords = show; }
 
-    // The class record, made by the first call; not to be asked for after shutdown.
+    /// The class record, which the first call makes. Do not call this after shutdown().
     static const MetaClass* getClass();
     static void initMetaClass();
     static void init(const MetaClass* parent);
@@ -88,12 +94,12 @@ private:
     bool m_ShowCoords;
 };
 
-// Show one graph, or several, in the debug window under that name; a later call with the same name updates what is
-// shown.
+/// Shows one graph in the debug window under that name, or updates the one that is shown there.
 VIREO_EXPORT void debugOutputGraph(std::string name, const std::vector<float>& values, RGBA8 colour);
 VIREO_EXPORT void debugOutputGraph(std::string name, const std::vector<Vector2f>& points, RGBA8 colour);
 VIREO_EXPORT void debugOutputGraph(std::string name, const std::vector<Vector3f>& points, RGBA8 colour);
 
+/// Shows several graphs in one view of the debug window under that name, or updates those that are shown there.
 VIREO_EXPORT void debugOutputGraphs(
     std::string name, const std::vector<std::vector<float>>& graphs, const std::vector<RGBA8>& colours);
 VIREO_EXPORT void debugOutputGraphs(

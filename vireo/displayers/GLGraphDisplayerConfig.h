@@ -11,8 +11,12 @@ class GLGraphDisplayerConfig;
 
 namespace tavo {
 
-// The configuration panel of a GLGraphDisplayer: a check box that shows and hides the coordinate axes. It starts
-// checked while a new displayer shows no axes, deliberately: the two agree from the first toggle on.
+/// The panel of a GLGraphDisplayer: a check box that shows and hides the coordinate axes. It starts checked while a new
+/// displayer shows no axes, deliberately: the two agree from the first toggle on.
+///
+///     GLGraphDisplayer graphs;
+///     GLGraphDisplayerConfig* const panel = new GLGraphDisplayerConfig(parent, &graphs);
+///     panel->popup(parent);
 class VIREO_EXPORT GLGraphDisplayerConfig : public GLEventConfiguration
 {
     Q_OBJECT

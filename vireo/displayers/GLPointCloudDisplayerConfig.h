@@ -11,7 +11,11 @@ class GLPointCloudDisplayerConfig;
 
 namespace tavo {
 
-// The configuration panel of a GLPointCloudDisplayer: a check box that shows and hides the coordinate axes.
+/// The panel of a GLPointCloudDisplayer: a check box that shows and hides the coordinate axes.
+///
+///     GLPointCloudDisplayer cloud;
+///     GLPointCloudDisplayerConfig* const panel = new GLPointCloudDisplayerConfig(parent, &cloud);
+///     panel->popup(parent);
 class VIREO_EXPORT GLPointCloudDisplayerConfig : public GLEventConfiguration
 {
     Q_OBJECT

@@ -4,38 +4,35 @@
 
 #include "tavo/base/objects/MetaClass.h"
 
-// The pattern of a registered class. The class declares
-//
-//     class Shape : public Object
-//     {
-//     public:
-//         const MetaClass* getInstanceClass() const override;
-//
-//         static const MetaClass* getClass();
-//         static void initMetaClass();
-//         static void init(const MetaClass* parent);
-//         static void shutdown();
-//
-//         static MetaClass* ShapeMetaClass;
-//
-//     private:
-//         static Object* newInstance();
-//     };
-//
-// and its source defines all of these in one line:
-//
-//     TAVO_CLASS_RECORD(Shape)
-//
-// An abstract class has no newInstance, and the line is TAVO_ABSTRACT_CLASS_RECORD(Shape). For a class with properties
-// it is TAVO_CLASS_RECORD_WITH_PROPERTIES(Shape, addProperties): init calls addProperties with the record, a
-// MetaClass&.
-//
-// The record lives from the first getClass to shutdown; neither is to be called after that.
+/// @file
+/// The pattern of a registered class. The class declares what a record needs, and its source defines all of it in one
+/// line:
+///
+///     class Shape : public Object
+///     {
+///     public:
+///         const MetaClass* getInstanceClass() const override;
+///
+///         static const MetaClass* getClass();
+///         static void initMetaClass();
+///         static void init(const MetaClass* parent);
+///         static void shutdown();
+///
+///         static MetaClass* ShapeMetaClass;
+///
+///     private:
+///         static Object* newInstance();
+///     };
+///
+///     TAVO_CLASS_RECORD(Shape) // in the source
+///
+/// The application calls init once, with the record of the base class. The record lives from the first getClass to
+/// shutdown; call neither after that.
 
 namespace tavo {
 
-// The class record of T, made by the first call and kept in record. Null if there is no memory. The factory of an
-// abstract class is null. First calls are not guarded against each other.
+/// The class record of T, made by the first call and kept in `record`; null without memory. The factory of an abstract
+/// class is null. First calls are not guarded against each other.
 template <class T>
 MetaClass* createClassRecord(MetaClass*& record, const char* name, MetaClass::Factory factory)
 {
@@ -44,8 +41,8 @@ MetaClass* createClassRecord(MetaClass*& record, const char* name, MetaClass::Fa
     return record;
 }
 
-// Registers a class under its base class, ready for its properties. Throws what MetaClass::init and
-// MetaClass::registerClass throw, and std::bad_alloc if there is no record.
+/// Registers a class under its base class, ready for its properties.
+/// @throws std::bad_alloc If there is no record. What MetaClass::init and MetaClass::registerClass throw is passed on.
 inline void initClassRecord(MetaClass* record, const MetaClass* parent, unsigned int version)
 {
     if (!record)
@@ -56,8 +53,10 @@ inline void initClassRecord(MetaClass* record, const MetaClass* parent, unsigned
 
 } // namespace tavo
 
+/// Defines the operations of a registered class without properties.
 #define TAVO_CLASS_RECORD(Class) TAVO_CLASS_RECORD_WITH_PROPERTIES(Class, [](::tavo::MetaClass&) {})
 
+/// Does the same for a class with properties: init calls addProperties with the record, a MetaClass&.
 #define TAVO_CLASS_RECORD_WITH_PROPERTIES(Class, addProperties)                                                        \
     TAVO_CLASS_RECORD_OPERATIONS(Class, newInstance, addProperties)                                                    \
     ::tavo::Object* Class::newInstance()                                                                               \
@@ -65,6 +64,7 @@ inline void initClassRecord(MetaClass* record, const MetaClass* parent, unsigned
         return new (std::nothrow) Class;                                                                               \
     }
 
+/// Does the same for an abstract class, which has no newInstance.
 #define TAVO_ABSTRACT_CLASS_RECORD(Class) TAVO_CLASS_RECORD_OPERATIONS(Class, nullptr, [](::tavo::MetaClass&) {})
 
 // What the three above have in common.
