@@ -11,16 +11,16 @@ class QSurface;
 
 namespace tavo {
 
-// Remembers what is current on this thread, and makes that current again when it dies, whatever has been made current
-// or released in between, and by whom: Qt, WGL or the window system itself. What Qt takes for current is remembered
-// apart from what is, since Qt does not see what others do.
-//
-//     const CurrentContextGuard guard;
-//     view.makeCurrent();
-//
-// A context or drawable that died in between is not made current; nothing is, then. A drawable that only its window
-// system knows to be dead is no exception where the context alone makes it current again: with GLX, that of a QWindow
-// which was destroyed. Where nothing has changed, only what is current is asked for.
+/// Remembers what is current on this thread, and makes it current again when the guard dies, whatever was made current
+/// or released in between, by Qt, WGL or the window system itself.
+///
+///     const CurrentContextGuard guard;
+///     context.activate();
+///
+/// What is current and what Qt believes to be current are remembered apart, since Qt does not see what others do. If a
+/// context or drawable has died meanwhile, nothing is current afterwards. There is one exception: a drawable that only
+/// its window system knows to be dead, where the context alone is enough to make it current again; with GLX, that of a
+/// destroyed QWindow. If nothing has changed, the guard only asks what is current.
 class VIREO_EXPORT CurrentContextGuard
 {
 public:

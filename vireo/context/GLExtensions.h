@@ -18,28 +18,36 @@
 
 struct HPBUFFERARB__; // NOLINT(bugprone-reserved-identifier): the name on Windows
 
-// The entry points of OpenGL beyond version 1.1, fetched from the driver at run time: a pointer to each, that bears the
-// function's name and lies in namespace tavo. Within that namespace a call is written as if the function were linked,
-// glBindBufferARB(...); elsewhere it is tavo::glBindBufferARB(...). A using-directive for the namespace does not do:
-// some of the names are functions of the system's GL library as well.
-//
-// Other loaders (GLEW, glad, libepoxy) make macros of the same names. Their headers come after this one; those that
-// must be the first to include GL/gl.h, in another source file.
-//
-// A pointer is null until it has been fetched, and stays null where the driver has no such function; who calls it must
-// know that it is there. Pointers are of the whole process, and good for every context of the driver they came from.
+/// @file
+/// The entry points of OpenGL beyond version 1.1, fetched from the driver at run time: pointers with the functions'
+/// names in namespace tavo.
+///
+///     #include <vireo/context/GLExtensions.h>
+///
+///     tavo::glActiveTextureARB(GL_TEXTURE1_ARB);
+///
+/// Within the namespace, a call looks as if the function were linked: glActiveTextureARB(GL_TEXTURE1_ARB). A
+/// using-directive for the namespace does not work, because the system's GL library has functions with some of these
+/// names.
+///
+/// Other loaders (GLEW, glad, libepoxy) make macros of the same names. Include their headers after this one, or in
+/// another source file if they must be the first to include GL/gl.h.
+///
+/// A pointer is null until it has been fetched, and stays null if the driver has no such function; callers must know
+/// that it is there. Pointers belong to the whole process, and are valid in every context of the driver they came from.
 namespace tavo {
 
 #define VIREO_GL_ENTRY_POINT(name, ...) extern VIREO_EXPORT std::type_identity_t<__VA_ARGS__> name;
 #define VIREO_GL_FRAMEBUFFER_ENTRY_POINT VIREO_GL_ENTRY_POINT
 #include "vireo/context/GLEntryPoints.inc"
 
-// Whether initGLExtensions() was called.
+/// Whether initGLExtensions() was called.
 extern VIREO_EXPORT bool glExtensionsInitialized;
 
-// Fetches the entry points of the extensions that the library uses, as far as the current context's driver supports
-// them, and those of framebuffer objects. Only the first call in a process does anything, even if no context was
-// current then. The first root GLContext makes that call.
+/// Fetches the entry points of the extensions that the library uses, as far as the driver supports them, and those of
+/// framebuffer objects. Only the first call in a process does anything, even if no context was current then. The first
+/// root GLContext makes that call.
+/// @needs A current context.
 VIREO_EXPORT void initGLExtensions();
 
 // Whether the driver has an extension, "GL_ARB_multitexture", whose functions, if there are any, can be called: it
