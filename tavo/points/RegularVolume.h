@@ -14,50 +14,53 @@
 
 namespace tavo {
 
-// Samples on a regular grid that fills an axis-aligned box. The samples are the points of a PointSet, sample (x, y, z)
-// at index x + y * nx + z * nx * ny, and its attributes are the channels, of any types beside each other:
-//
-//   VertexDescriptor channels;
-//   channels.pushAttrib(VertexAttribDescriptor("density", 1, VertexAttribDescriptor::TYPE_FLOAT));
-//   RegularVolume volume({181, 217, 181}, box, std::make_unique<PointSet>(channels, 181 * 217 * 181));
+/// Samples on a regular grid that fills an axis-aligned box. They are the points of a PointSet: sample (x, y, z) has
+/// index x + y * nx + z * nx * ny. The set's attributes are the channels, which may have different types.
+///
+///     VertexDescriptor channels;
+///     channels.pushAttrib(VertexAttribDescriptor("density", 1, VertexAttribDescriptor::TYPE_FLOAT));
+///     const Box3f box({0, 0, 0}, {181, 217, 181});
+///     RegularVolume volume({181, 217, 181}, box, std::make_unique<PointSet>(channels, 181 * 217 * 181));
 class TAVO_POINTS_EXPORT RegularVolume
 {
 public:
     using RGBA = RGBA8; // its older name
 
-    // What a sample of N floats looks like; the pointer is the caller's own.
+    /// The colour of a sample of N floats. The pointer is the caller's own.
     template <unsigned int N>
     using Mapping = RGBA8 (*)(void*, const StaticVector<float, N>&);
 
-    // In the bounds of mapChannel: not restricted along that axis.
+    /// As a bound: not restricted along that axis.
     static constexpr int UNRESTRICTED = -1;
 
-    // The numbers of samples along X, Y and Z, the box that they fill, and the samples, which may be null for a volume
-    // that has none yet. Throws PException if a number is negative.
+    /// Takes the numbers of samples along X, Y and Z, the box that they fill, and the samples, which may be null for a
+    /// volume that has none yet.
+    /// @owns The volume owns the samples.
+    /// @throws PException If a number is negative.
     RegularVolume(const Vector3i& extends, const Box3f& box, std::unique_ptr<PointSet> samples = nullptr);
     ~RegularVolume();
-    // What is moved from has no samples and a number of its own.
+    /// The volume moved from has no samples, and a new number.
     RegularVolume(RegularVolume&&) noexcept;
     RegularVolume& operator=(RegularVolume&&) noexcept;
 
-    // Unique in the process, so that who keeps something made of a volume can tell another one at the same address.
+    /// A number unique in the process, by which users can tell a volume from an earlier one at the same address.
     std::uint64_t getVolumeNumber() const { return m_VolumeNumber; }
 
     const Vector3i& getExtends() const { return m_Extends; }
     const Box3f& getBoundingBox() const { return m_Box; }
 
-    // The samples, owned by the volume; null if it has none.
+    /// The samples; null if there are none.
+    /// @owns The volume owns them.
     PointSet* getPointSet() { return m_Samples.get(); }
     const PointSet* getPointSet() const { return m_Samples.get(); }
 
-    // Visits the samples of a channel of N floats within bounds, each inclusive or UNRESTRICTED, X before Y before Z.
-    // visit is called with each StaticVector<float, N>, its column and its row: rows run along the first axis that the
-    // bounds do not fix to one index (in a plane of one X along Y), and are counted through.
-    //
-    // Throws PException, with nothing visited: "RegularVolume::mapChannel() - data size does not match volume." if
-    // there are not as many samples as the numbers along the axes say, or none at all; "RegularVolume::mapChannel() -
-    // data format does not match channel format." if the channel is not one of N floats; also if there is no channel of
-    // that name, or if the bounds are not within the volume.
+    /// Visits the samples of a channel of N floats within bounds, which are inclusive or UNRESTRICTED: X before Y
+    /// before Z. Calls `visit` with each StaticVector<float, N>, its column and its row. Rows run along the first axis
+    /// that the bounds do not fix to one index (in a plane of one X, along Y), and are numbered consecutively.
+    /// @throws PException With nothing visited. "RegularVolume::mapChannel() - data size does not match volume." if the
+    /// number of samples differs from what the numbers along the axes say, or there are none;
+    /// "RegularVolume::mapChannel() - data format does not match channel format." if the channel does not have N
+    /// floats; also if there is no such channel, or the bounds are not within the volume.
     template <unsigned int N, typename Visit>
     void forEachSample(const std::string& channel, const Vector3i& min, const Vector3i& max, Visit visit) const
     {
@@ -66,9 +69,9 @@ public:
             [&visit](const auto& sample, std::size_t column, std::size_t row) { visit(sample, column, row); });
     }
 
-    // Maps such samples to colours: out gets one for each, and must have room for them. map is called with each
-    // StaticVector<float, N>. Rows lie one behind the other, or, with a rowLength, begin that many colours apart; the
-    // colours between them are left alone. Throws as forEachSample does.
+    /// Maps the same samples to colours, one each in `out`, which must have room for them. Calls `map` with each
+    /// StaticVector<float, N>. Rows follow one another or, with a rowLength, begin that many colours apart; the colours
+    /// between them are left alone. Throws as forEachSample does.
     template <unsigned int N, typename Map>
     void mapChannelBy(const std::string& channel, const Vector3i& min, const Vector3i& max, Map map, RGBA8* out,
         std::size_t rowLength = 0) const
@@ -79,7 +82,7 @@ public:
                                  std::size_t row) { out[row * step + column] = map(sample); });
     }
 
-    // The same by a function and a pointer that it is called with.
+    /// Does the same with a function, and a pointer that is passed to it.
     template <unsigned int N>
     void mapChannel(const std::string& channel, const Vector3i& min, const Vector3i& max, Mapping<N> mapping,
         void* userData, RGBA8* out) const

@@ -12,60 +12,70 @@
 
 namespace tavo {
 
-// The renderer of volumes for applications: what Tex2dVolumeRenderer draws, in any context, with whatever other
-// textures are alive, with several channels, and with volumes that change.
-//
-//     SliceVolumeRenderer renderer;
-//     renderer.setTableSize(4096);
-//     ...
-//     renderer.drawVolume(&volume, viewDir, "density", &colourOf, &transferFunction); // with every picture
-//     ...
-//     renderer.invalidate(); // the transfer function was edited
-//
-// It is the quick one, too: a stack is made when it is first looked along, straight into the size of the texture, which
-// is padded only where the driver asks for powers of two, and a changed volume of the same size is written into the
-// textures that are there.
-//
-// What must be current, and what becomes of textures, is said at Tex2dVolumeRenderer. Textures of the application, and
-// how it stores and transfers pixels, do not matter; a program, the texture matrix, culling, fog, the alpha test and
-// the blend equation are taken as they are. Copies name the same textures, and a copy that draws another volume writes
-// it into them. There is no class record of its own: what goes by class records counts a renderer as its base.
+/// Draws volumes: a stack of textured quads across the view, each blended over those behind it, in the colours that a
+/// transfer function gives the samples. It works in any context, beside other textures, with several channels, and with
+/// volumes that change.
+///
+///     RGBA8 grey(void*, const StaticVector<float, 1>& value)
+///     {
+///         return {value[0], value[0], value[0], value[0] / 8};
+///     }
+///
+///     void drawInEveryFrame(SliceVolumeRenderer& renderer, const Vector3f& viewDir)
+///     {
+///         renderer.drawVolume(&volume, viewDir, "density", &grey, nullptr);
+///     }
+///
+/// A stack of textures is made along the axis nearest to the view, when that axis is first needed. Slices are padded
+/// only if the driver needs powers of two. A changed volume of the same size is written into the textures that exist.
+/// Call setTableSize if the mapping is slow, invalidate when its colours have changed, and disposeTextures before the
+/// renderer dies.
+///
+/// A program, the texture matrix, culling, fog, the alpha test and the blend equation take part as they are. Pixel
+/// storage and transfer of the application do not matter. There is no class record of its own: by class records, a
+/// renderer counts as its base.
+///
+/// @needs For drawing and disposing, a context with GL_ARB_multitexture must be current: the same one each time, or one
+/// that shares names with it.
+/// @owns Destroying a renderer does not delete its textures: call disposeTextures first. Copies name the same textures;
+/// a copy that draws another volume writes it into them.
 class VIREO_EXPORT SliceVolumeRenderer : public Tex2dVolumeRenderer
 {
 public:
     using Tex2dVolumeRenderer::drawVolume;
 
-    // As Tex2dVolumeRenderer::drawVolume, and bound on the further units are the channels' own textures. The textures
-    // are made anew whenever volume, channels, mapping or userData are others than before.
-    //
-    // Throws std::out_of_range without channels, and PException as prepareTextures does, also if the driver's textures
-    // are too small for a slice, or its texture units too few for the channels. Throws PException that names what is
-    // missing, before it changes anything of GL, in a context of the core profile and without GL_ARB_multitexture. The
-    // renderer can go on being used.
+    /// Draws the volume's box as seen along viewDir (in the volume's coordinates, away from the viewer, of any length),
+    /// through the matrices that are loaded (glBindTexture, glBegin). Channel 0 is drawn with unit 0; the textures of
+    /// channels 1, 2, ... are bound on units 1, 2, ... for a program of yours. If volume, channels, mapping or userData
+    /// differ from the last time, makes the textures anew.
+    /// @leaves All GL state is as before, even if this throws. The renderer can still be used.
+    /// @throws std::out_of_range Without channels.
+    /// @throws PException As prepareTextures does; if slices are too large for the driver's textures, or channels more
+    /// than its units; and without GL_ARB_multitexture or in the core profile, before it changes GL.
     void drawVolume(RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels, Mapping mapping,
         void* userData) override;
 
     void disposeTextures() override;
 
-    // Says that samples, or what the mapping answers, have changed, while volume and pointers are the same: the next
-    // drawing makes its textures anew. Needs no context.
+    /// Says that samples, or the answers of the mapping, have changed although volume and pointers are the same. The
+    /// next drawing makes the textures anew. Needs no context.
     void invalidate();
 
-    // Has the mapping called for so many values spread evenly over a channel's range, in place of once for each sample,
-    // which then takes the colour of the nearest; with 0, as at first, it is called for each. Of samples that are no
-    // numbers the least value's colour is taken. Makes the textures anew. Needs no context.
+    /// Calls the mapping for that many values, spread evenly over a channel's range, instead of once per sample; each
+    /// sample takes the colour of the nearest. 0, the default, calls it for each sample. Samples that are NaN take the
+    /// colour of the least value. Makes the textures anew. Needs no context.
     void setTableSize(unsigned int numEntries);
     unsigned int getTableSize() const { return m_TableSize; }
 
-    // Has a function called while textures are made, with how many of the stacks' slices are done and how many there
-    // are: before the first and after each. It must not draw with this renderer nor dispose of its textures, and must
-    // leave the context current and GL's state as it was. An empty function, as at first, is not called. Copies of the
-    // renderer have it too.
+    /// Sets a function to call while textures are made, before the first slice and after each, with how many slices are
+    /// done and how many there are. It must not draw with this renderer nor dispose of its textures, and must leave the
+    /// context current and GL's state as it was. An empty function, the default, is not called. Copies of the renderer
+    /// have it too.
     using Progress = std::function<void(unsigned int numDone, unsigned int numSlices)>;
     void setProgress(Progress progress) { m_Progress = std::move(progress); }
 
 protected:
-    // Makes those textures that the view needs and that are missing or out of date.
+    /// Makes the textures that the view needs and that are missing or out of date.
     void prepareTextures(RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels,
         Mapping mapping, void* userData) override;
 

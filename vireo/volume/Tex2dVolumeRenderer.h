@@ -12,26 +12,29 @@ namespace tavo {
 
 class RegularVolume;
 
-// Draws a RegularVolume as a stack of textured quads across the view, each blended over those behind it. A transfer
-// function gives each sample its colour; the colours are made into three stacks of 2D textures, one along each axis, at
-// the first drawing, and kept.
-//
-// Beware: this class addresses its textures as if GL handed out the names 1, 2, 3, ... in a context without other
-// textures, and with the default texture bound. Only there, and with one channel, is what it draws right; elsewhere use
-// SliceVolumeRenderer. It needs GL_ARB_multitexture.
-//
-// A context must be current for preparing, drawing and disposing, with unit 0 active, the same (or one that shares
-// names with it) each time. Destroying a renderer does not delete its textures: call disposeTextures first. Copies name
-// the same textures.
-//
-// Elsewhere it also does harm: it writes its first slice into whatever texture is bound, and sets parameters of
-// textures of others that have the names 1, 2, 3, ...
+/// Draws a RegularVolume as a stack of textured quads across the view, each blended over those behind it. A transfer
+/// function gives each sample its colour. At the first drawing the colours become three stacks of 2D textures, one
+/// along each axis, which are kept.
+///
+/// Use SliceVolumeRenderer instead. This class addresses its textures as if GL handed out the names 1, 2, 3, ..., in a
+/// context without other textures and with the default texture bound. Only there, and with one channel, is its picture
+/// right. Elsewhere it also does harm: it writes its first slice into whatever texture is bound, and sets parameters of
+/// other textures that have the names 1, 2, 3, ... It needs GL_ARB_multitexture.
+///
+///     Tex2dVolumeRenderer renderer;
+///     unsigned int axis = 0;
+///     int direction = 0;
+///     renderer.computeOrder({0, 0, -1}, axis, direction); // 2 and -1
+///
+/// @needs For preparing, drawing and disposing, a context must be current, with unit 0 active: the same one each time,
+/// or one that shares names with it.
+/// @owns Destroying a renderer does not delete its textures: call disposeTextures first. Copies name the same textures.
 class VIREO_EXPORT Tex2dVolumeRenderer : public Persistent
 {
 public:
     using RGBA = RGBA8; // its older name
 
-    // The colour of a channel's value; the pointer is the caller's own.
+    /// The colour of a channel's value. The pointer is the caller's own.
     using Mapping = RGBA8 (*)(void*, const StaticVector<float, 1>&);
 
     const MetaClass* getInstanceClass() const override;
@@ -41,48 +44,47 @@ public:
     Tex2dVolumeRenderer& operator=(const Tex2dVolumeRenderer& other);
     ~Tex2dVolumeRenderer() override;
 
-    // The axis (0, 1, 2 for X, Y, Z) that is most nearly parallel to the view direction, the first of equals, and the
-    // sign of the view direction along it, 1 for zero.
+    /// The axis (0, 1, 2 for X, Y, Z) most nearly parallel to the view direction, the first of equals, and the sign of
+    /// the direction along it; 1 for zero.
     void computeOrder(const Vector3f& viewDir, unsigned int& axis, int& direction);
 
 protected:
-    // Makes the textures of all channels, after disposing of the old ones, each of three stacks of slices, by axis. A
-    // slice is padded to powers of two. The view direction is not used. The texture that was bound on the active unit
-    // gets the first slice; the last texture that is made stays bound, and has none.
-    //
-    // A channel of one component is mapped as it is. One of two to four has the alpha that the mapping gives to each
-    // of its components side by side, and with fewer than four, 16 as fourth component: for a program of the caller's.
-    //
-    // Throws std::out_of_range without channels, with nothing changed. Throws PException if a channel is not there, is
-    // not of floats or has more than four components, or if the volume's samples are not complete; and
-    // std::out_of_range "invalid vector<T> subscript" if an extent across the stack is 1, for which there deliberately
-    // is no texture. Textures that were made by then stay, for disposeTextures.
+    /// Disposes of the old textures, and makes those of all channels: three stacks of slices each, by axis
+    /// (glGenTextures, glTexImage2D). Slices are padded to powers of two. The view direction is not used.
+    ///
+    /// A channel of one component is mapped as it is. With two to four components, each becomes the alpha that the
+    /// mapping gives it; with fewer than four, the fourth is 16. These are for a program of the caller's.
+    /// @leaves The texture that was bound on the active unit has the first slice. The last texture that was made is
+    /// bound, and has none.
+    /// @throws PException If a channel is missing, is not of floats or has more than four components, or the volume's
+    /// samples are not complete.
+    /// @throws std::out_of_range Without channels, with nothing changed; and "invalid vector<T> subscript" if an extent
+    /// across the stack is 1, for which there deliberately is no texture. Textures that were made by then stay, for
+    /// disposeTextures.
     virtual void prepareTextures(RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels,
         Mapping mapping, void* userData);
 
 public:
-    // Draws one channel; see below.
+    /// Draws one channel; see below.
     virtual void drawVolume(
         RegularVolume* volume, Vector3f viewDir, std::string channel, Mapping mapping, void* userData);
 
-    // Draws the volume's box as it is seen along viewDir (in the volume's coordinates; of any length), through the
-    // matrices that are loaded. Channel 0 is drawn with unit 0; the textures of channels 1, 2, ... are bound on units
-    // 1, 2, ... for a program of the caller's.
-    //
-    // Makes the textures by the channels, mapping and userData if it has those of another number of channels. It
-    // deliberately does not look whether volume, channels or mapping are others than before: call disposeTextures to
-    // show these.
-    //
-    // Draws nothing without a volume or without samples. All GL state is as before afterwards, also if this throws,
-    // which it does as prepareTextures does, std::out_of_range for a stack that was not begun because that failed, and
-    // PException, before it calls GL, without GL_ARB_multitexture.
+    /// Draws the volume's box as seen along viewDir (in the volume's coordinates, of any length), through the matrices
+    /// that are loaded (glBindTexture, glBegin). Channel 0 is drawn with unit 0; the textures of channels 1, 2, ... are
+    /// bound on units 1, 2, ... for a program of the caller's. Draws nothing without a volume or without samples.
+    ///
+    /// Makes the textures if it has those of another number of channels. It deliberately does not notice another
+    /// volume, other channels or another mapping: call disposeTextures to show these.
+    /// @leaves All GL state is as before, even if this throws.
+    /// @throws PException As prepareTextures does; also without GL_ARB_multitexture, before it calls GL.
+    /// @throws std::out_of_range As prepareTextures does; also for a stack that was not begun because that failed.
     virtual void drawVolume(RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels,
         Mapping mapping, void* userData);
 
-    // Deletes all textures; the next drawing makes new ones.
+    /// Deletes all textures (glDeleteTextures). The next drawing makes new ones.
     virtual void disposeTextures();
 
-    // The class record, made by the first call; not to be asked for after shutdown.
+    /// The class record, which the first call makes. Do not call this after shutdown().
     static const MetaClass* getClass();
     static void initMetaClass();
     static void init(const MetaClass* parent);
@@ -91,13 +93,12 @@ public:
     static MetaClass* Tex2dVolumeRendererMetaClass;
 
 protected:
-    // Without m_, deliberately.
-    //
-    // For each prepared channel, the names of all its textures: those of the slices along X, then Y, then Z.
+    /// The names of all textures of each prepared channel: those of the slices along X, then Y, then Z. Without m_,
+    /// deliberately, like all these fields.
     std::vector<std::vector<unsigned int>> textureNames;
-    // For each prepared channel and each axis, how many textures come before those of its stack.
+    /// For each prepared channel and each axis, how many textures come before those of its stack.
     std::vector<std::vector<std::size_t>> slabStarts;
-    // The mapping while the textures are made, else null.
+    /// The mapping while textures are made, else null.
     void* mappingUserData = nullptr;
     Mapping channelMapping = nullptr;
 
