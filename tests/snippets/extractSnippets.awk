@@ -5,14 +5,20 @@
 #   in a document    what stands between ```cpp and ```
 #
 # Code with a line that is a single brace, "{", behind another is definitions and stays as it is; other code becomes the body of
-# a function.
-# Includes go to the front. What code takes for given, givens.h declares.
+# a function. Includes go to the front. What code takes for given, givens.h declares. Fails if the header of an exported class
+# does not show how the class, or an object of its name, is used.
 
 FNR == 1 {
     finish_snippet()
     is_header = FILENAME ~ /\.h$/
     is_foreign = 0
     after_empty_line = 0
+}
+
+is_header && match($0, /^class [A-Z_]+_EXPORT [A-Za-z0-9_]+/) {
+    name = substr($0, RSTART, RLENGTH)
+    sub(/.* /, "", name)
+    header_of[name] = FILENAME
 }
 
 is_header {
@@ -43,6 +49,13 @@ is_code { add_line($0) }
 
 END {
     finish_snippet()
+    for (name in header_of)
+        if (!index(" " tolower(words_of[header_of[name]]) " ", " " tolower(name) " ")) {
+            print header_of[name] ": no code shows how " name " is used" > "/dev/stderr"
+            is_incomplete = 1
+        }
+    if (is_incomplete)
+        exit 1
     print includes snippets > output
 }
 
@@ -71,9 +84,12 @@ function begin_snippet() {
     is_included[FILENAME] = 1
 }
 
-function finish_snippet(    code) {
+function finish_snippet(    words, code) {
     if (!snippet_line)
         return
+    words = snippet
+    gsub(/[^A-Za-z0-9_]+/, " ", words)
+    words_of[snippet_file] = words_of[snippet_file] " " words
     code = "#line " snippet_line " \"" snippet_file "\"\n" snippet
     if (!is_definitions)
         code = "void snippet" ++num_snippets "()\n{\n" code "}\n"

@@ -11,11 +11,12 @@ class GLTextureSettings;
 /// The base of all textures: a GL texture name in the share tree of a context, and the target it is for. Subclasses
 /// give it storage.
 ///
-///     GLTexture2D texture(&context);
-///     texture.createFromRGBA(image, true);
-///     texture.bind(0);
-///     // draw
-///     texture.unbind(0);
+///     void drawWith(GLTexture& texture)
+///     {
+///         texture.bind(0);
+///         // draw
+///         texture.unbind(0);
+///     }
 ///
 /// A texture has its name from construction to destruction. If the root of its tree dies first, the name passes to the
 /// dying context; using the texture after that is an error, which nothing checks. Every operation that calls GL needs a

@@ -12,7 +12,7 @@ class OutputObjectStream;
 ///     OutputObjectStream saved;
 ///     shape.write(&saved);
 ///     InputObjectStream stream(saved.getText());
-///     shape.read(&stream);
+///     const std::unique_ptr<Persistent> copy = stream.readObject();
 class TAVO_BASE_EXPORT Persistent : public Object
 {
 public:
