@@ -20,11 +20,11 @@ namespace tavo {
 ///     red.bind();
 ///     red.setLocalParameter4f(0, 1, 0, 0, 1);
 ///
-/// @owns The shader owns one GL program name. When it dies, it hands the name to its context, which deletes it: at once
-/// if active, else when next activated, and never if it dies before.
 /// @needs All operations but the getters and the destructor need the shader's context, or one that shares names with
 /// it, to be current. The driver must have GL_ARB_vertex_program: without it the entry points called here are null, and
 /// nothing checks that.
+/// @owns The shader owns one GL program name. When it dies, it hands the name to its context, which deletes it: at once
+/// if active, else when next activated, and never if it dies before.
 /// @throws PException From all operations but the getters, the destructor and setMatrix4f, once the context has died:
 /// "GLShaderARB::bind() - invalid context!". Nothing has changed then.
 class VIREO_EXPORT GLShaderARB : public GLShader

@@ -31,11 +31,11 @@ namespace tavo {
 /// profile. If it cannot, they still compile, but binding one may crash inside the runtime. Errors of the runtime other
 /// than those in a source, such as an unknown parameter, are left for cgGetError and cgSetErrorCallback.
 ///
+/// @needs All operations, destruction included, need the shader's context, or one that shares names with it, to be
+/// current. If another is current during destruction, that one loses its program of the same name.
 /// @owns The shader owns one program of the library's Cg context. It destroys it when it dies or its context does, and
 /// at once, since contexts do not queue Cg programs. The runtime then deletes the program's GL name in whatever context
 /// is current.
-/// @needs All operations, destruction included, need the shader's context, or one that shares names with it, to be
-/// current. If another is current during destruction, that one loses its program of the same name.
 /// @throws PException From compile and onDeleteContext, once the context has died. The other operations do not check;
 /// do not call them then: bind enables a target for a program that is gone.
 class VIREO_EXPORT GLShaderCG : public GLShader
