@@ -5,10 +5,10 @@
 
 namespace {
 
-using vireo_test::Outcome;
-using vireo_test::toPicture;
+using tavo::Outcome;
+using tavo::toPicture;
 
-class WithoutAWindowGLTest : public vireo_test::ExampleTest
+class WithoutAWindowGLTest : public tavo::ExampleTest
 {
 protected:
     void SetUp() override
@@ -24,7 +24,7 @@ TEST_F(WithoutAWindowGLTest, SavesItsPictureWithoutADisplay)
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_EQ(complaints(outcome), "");
     // Drivers place edges and round colours differently.
-    EXPECT_TRUE(vireo_test::matchesReference(
+    EXPECT_TRUE(tavo::matchesReference(
         toPicture(picture("picture.png")), "examples/without-a-window", {.perChannel = 8, .differingPixels = 0.01}));
 }
 
