@@ -24,8 +24,9 @@ class GLObject;
 ///     context.activate();
 ///     GLTexture2D texture(&context);
 ///
-/// Threads may make contexts at the same time; a tree belongs to one thread at a time. It is at most two levels deep: a root and its children. A context of a third level throws when it is destroyed;
-/// inside a std::unique_ptr or a container, that ends the program.
+/// Threads may make contexts at the same time; a tree belongs to one thread at a time. It is at most two levels deep: a
+/// root and its children. A context of a third level throws when it is destroyed; inside a std::unique_ptr or a
+/// container, that ends the program.
 ///
 /// @owns A context owns neither the native contexts it is given nor its objects or children, which may all die first.
 class VIREO_EXPORT GLContext
