@@ -48,11 +48,17 @@ std::string noSuchView(const std::string& name)
     return "there is no view \"" + printable(name, 100) + "\"";
 }
 
+// Whether windows can be seen.
+bool hasDisplay()
+{
+    const QString platform = QGuiApplication::platformName();
+    return platform != "offscreen" && platform != "minimal";
+}
+
 // The window that views and the debug output share.
 DebugWindow* makeShowWindow()
 {
-    if (!theFrontDoor || showMode() == Mode::Off || showMode() == Mode::Pictures ||
-        !isDisplay(QGuiApplication::platformName()))
+    if (!theFrontDoor || showMode() == Mode::Off || showMode() == Mode::Pictures || !hasDisplay())
         return nullptr;
     return theFrontDoor.load()->makeWindow();
 }
@@ -75,13 +81,6 @@ void makeFrontDoor()
         qRemovePostRoutine(deleteFrontDoor);
         qAddPostRoutine(deleteFrontDoor);
     });
-}
-
-// Whether windows can be seen.
-bool hasDisplay()
-{
-    const QString platform = QGuiApplication::platformName();
-    return platform != "offscreen" && platform != "minimal";
 }
 
 } // namespace
