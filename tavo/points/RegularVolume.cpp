@@ -59,12 +59,22 @@ RegularVolume& RegularVolume::operator=(RegularVolume&& other) noexcept
     return *this;
 }
 
-RegularVolume::Block RegularVolume::findBlock(
-    const std::string& channel, unsigned int numComponents, const Vector3i& min, const Vector3i& max) const
+VolumeChannel RegularVolume::getChannel(const std::string& name) const
 {
-    const unsigned int offset = requireChannel(channel, numComponents);
+    const VertexDescriptor channels = m_Samples ? m_Samples->getDescr() : VertexDescriptor();
+    const unsigned int i = channels.getIndex(name);
+    return {channels.getAttribute(i), channels.getAttributeOffset(i)};
+}
+
+detail::SampleBlock RegularVolume::findBlock(
+    const VolumeChannel& channel, unsigned int numComponents, const Vector3i& min, const Vector3i& max) const
+{
+    requireSamples();
     std::size_t step = m_Samples->getDescr().getSize();
-    Block block{std::as_const(*m_Samples).getData() + offset, {1, 1, 1}, {0, 0, 0}};
+    const bool isWithin = channel.m_Offset + std::size_t{numComponents} * sizeof(float) <= step;
+    if (!channel.m_IsFloat || channel.m_NumComponents != numComponents || !isWithin)
+        throw PException("RegularVolume::mapChannel() - data format does not match channel format.");
+    detail::SampleBlock block{std::as_const(*m_Samples).getData() + channel.m_Offset, {1, 1, 1}, {0, 0, 0}};
     unsigned int numLoops = 0;
     for (unsigned int axis = 0; axis < 3; ++axis) {
         const int first = min[axis] == UNRESTRICTED ? 0 : min[axis];
@@ -84,16 +94,10 @@ RegularVolume::Block RegularVolume::findBlock(
     return block;
 }
 
-unsigned int RegularVolume::requireChannel(const std::string& channel, unsigned int numComponents) const
+void RegularVolume::requireSamples() const
 {
     if (!m_Samples || !isNumSamples(m_Extends, m_Samples->getNumPoints()))
         throw PException("RegularVolume::mapChannel() - data size does not match volume.");
-    const VertexDescriptor& channels = m_Samples->getDescr();
-    const unsigned int i = channels.getIndex(channel);
-    const VertexAttribDescriptor& attribute = channels.getAttribute(i);
-    if (!attribute.isFloat() || attribute.getNumComponents() != numComponents)
-        throw PException("RegularVolume::mapChannel() - data format does not match channel format.");
-    return channels.getAttributeOffset(i);
 }
 
 } // namespace tavo

@@ -14,7 +14,9 @@
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/SavedState.h"
 #include "vireo/volume/SliceReader.h"
-#include "vireo/volume/volumeSlices.h"
+#include "vireo/volume/SliceStack.h"
+#include "vireo/volume/drawableChannels.h"
+#include "vireo/volume/sliceState.h"
 
 namespace tavo {
 
@@ -121,11 +123,11 @@ struct Range
 
 // The range of a channel's finite values; from 0 to 0 if there are none. Writes only what changes: a range that is
 // written with every sample is waited for at the next one.
-Range rangeOf(const RegularVolume& volume, const std::string& channel)
+Range rangeOf(const RegularVolume& volume, const VolumeChannel& channel)
 {
     constexpr int all = RegularVolume::UNRESTRICTED;
     Range range;
-    withNumComponents(requireChannel(volume, channel), [&](auto numComponents) {
+    withNumComponents(channel, [&](auto numComponents) {
         constexpr unsigned int n = numComponents();
         volume.forEachSample<n>(channel, {all, all, all}, {all, all, all},
             [&range](const StaticVector<float, n>& sample, std::size_t, std::size_t) {
@@ -139,6 +141,15 @@ Range rangeOf(const RegularVolume& volume, const std::string& channel)
             });
     });
     return range.min <= range.max ? range : Range{0, 0};
+}
+
+std::vector<VolumeChannel> findChannels(const RegularVolume& volume, const std::vector<std::string>& names)
+{
+    std::vector<VolumeChannel> channels;
+    channels.reserve(names.size());
+    for (const std::string& name : names)
+        channels.push_back(requireDrawableChannel(volume, name, "SliceVolumeRenderer::prepareTextures"));
+    return channels;
 }
 
 // Writes a slice into its texture, which is made if it is not there yet (0), and leaves it bound.
@@ -186,7 +197,7 @@ inline RGBA8 SliceVolumeRenderer::Table::look(float value) const
 void SliceVolumeRenderer::drawVolume(
     RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels, Mapping mapping, void* userData)
 {
-    if (!volume || !hasSamples(volume->getExtends()))
+    if (!volume || !hasSlices(*volume))
         return;
     unsigned int axis = 0;
     int direction = 0;
@@ -198,7 +209,7 @@ void SliceVolumeRenderer::drawVolume(
     disableOtherTextures();
     enableBlendedSlices();
     prepareTextures(volume, viewDir, channels, mapping, userData);
-    drawSlices(*volume, axis, direction);
+    drawSlices(SliceStack(*volume, axis), direction);
 }
 
 void SliceVolumeRenderer::disposeTextures()
@@ -225,26 +236,26 @@ void SliceVolumeRenderer::prepareTextures(
 {
     checkedAt(channels, 0);
     Source source{volume->getVolumeNumber(), volume->getExtends(), channels, mapping, userData};
-    if (source != m_Source)
-        adopt(std::move(source), *volume);
-
     unsigned int axis = 0;
     int direction = 0;
     computeOrder(viewDir, axis, direction);
-    if (m_IsPrepared[axis])
+    if (source == m_Source && m_IsPrepared[axis])
         return;
+    const Channels found = findChannels(*volume, channels);
+    if (source != m_Source)
+        adopt(std::move(source), *volume, found);
+
     const PlainPixels pixels;
-    for (unsigned int channel = 0; channel < channels.size(); ++channel)
-        prepareStack(*volume, axis, channel);
+    const SliceStack stack(*volume, axis);
+    for (unsigned int i = 0; i < found.size(); ++i)
+        prepareStack(*volume, found[i], stack, i);
     m_IsPrepared[axis] = true;
 }
 
 // Keeps the textures where they are of the right size and number.
-void SliceVolumeRenderer::adopt(Source source, const RegularVolume& volume)
+void SliceVolumeRenderer::adopt(Source source, const RegularVolume& volume, const Channels& channels)
 {
-    requireTextureUnits(source.channels.size());
-    for (const std::string& channel : source.channels)
-        requireChannel(volume, channel);
+    requireTextureUnits(channels.size());
     if (source.extends != m_Source.extends || source.channels.size() != m_Source.channels.size())
         disposeTextures();
     m_IsPrepared = {};
@@ -260,12 +271,13 @@ void SliceVolumeRenderer::adopt(Source source, const RegularVolume& volume)
     slabStarts.assign(m_Source.channels.size(), {0, nx, nx + ny});
     for (std::vector<unsigned int>& names : textureNames)
         names.resize(nx + ny + nz);
-    for (const std::string& channel : m_Source.channels)
+    for (const VolumeChannel& channel : channels)
         m_Tables.push_back(makeTable(volume, channel));
     m_Source.volumeNumber = volume.getVolumeNumber();
 }
 
-SliceVolumeRenderer::Table SliceVolumeRenderer::makeTable(const RegularVolume& volume, const std::string& channel) const
+SliceVolumeRenderer::Table SliceVolumeRenderer::makeTable(
+    const RegularVolume& volume, const VolumeChannel& channel) const
 {
     Table table;
     if (m_TableSize == 0)
@@ -283,28 +295,27 @@ SliceVolumeRenderer::Table SliceVolumeRenderer::makeTable(const RegularVolume& v
     return table;
 }
 
-void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int axis, unsigned int channel)
+void SliceVolumeRenderer::prepareStack(
+    const RegularVolume& volume, const VolumeChannel& channel, const SliceStack& stack, unsigned int channelNumber)
 {
-    const auto numSlices = static_cast<unsigned int>(m_Source.extends[axis]);
+    const auto numSlices = static_cast<unsigned int>(stack.getNumSlices());
     const auto report = [&](unsigned int numDone) {
         if (m_Progress)
-            m_Progress(channel * numSlices + numDone, static_cast<unsigned int>(textureNames.size()) * numSlices);
+            m_Progress(channelNumber * numSlices + numDone, static_cast<unsigned int>(textureNames.size()) * numSlices);
     };
-    const auto [u, v] = axesAcross(axis);
-    const unsigned int width = textureSize(m_Source.extends[u]);
-    const unsigned int height = textureSize(m_Source.extends[v]);
+    const unsigned int width = textureSize(stack.getWidth());
+    const unsigned int height = textureSize(stack.getHeight());
     requireTextureSize(std::max(width, height));
     std::vector<RGBA8> texels(std::size_t{width} * height, NULL_VECTOR4UB);
-    unsigned int* const names = textureNames[channel].data() + slabStarts[channel][axis];
-    const std::string& channelName = m_Source.channels[channel];
+    unsigned int* const names = textureNames[channelNumber].data() + slabStarts[channelNumber][stack.getAxis()];
 
-    if (channel == 0)
+    if (channelNumber == 0)
         report(0);
     const auto prepareBy = [&](const auto& look) {
-        withNumComponents(requireChannel(volume, channelName), [&](auto numComponents) {
+        withNumComponents(channel, [&](auto numComponents) {
             constexpr unsigned int n = numComponents();
-            SliceReader<n> reader(volume, channelName, axis);
-            for (int slice = 0; slice < m_Source.extends[axis]; ++slice) {
+            SliceReader<n> reader(volume, channel, stack, texels.size());
+            for (int slice = 0; slice < stack.getNumSlices(); ++slice) {
                 reader.mapSlice(
                     slice, [look](const StaticVector<float, n>& sample) { return colourOf<n>(sample, look); },
                     texels.data(), width);
@@ -313,7 +324,7 @@ void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int
             }
         });
     };
-    const Table& table = m_Tables[channel];
+    const Table& table = m_Tables[channelNumber];
     if (table.colours.empty())
         prepareBy([mapping = m_Source.mapping, userData = m_Source.userData](
                       float value) { return mapping(userData, StaticVector<float, 1>(value)); });
@@ -321,16 +332,14 @@ void SliceVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int
         prepareBy([&table](float value) { return table.look(value); });
 }
 
-void SliceVolumeRenderer::drawSlices(const RegularVolume& volume, unsigned int axis, int direction) const
+void SliceVolumeRenderer::drawSlices(const SliceStack& stack, int direction) const
 {
-    const auto [u, v] = axesAcross(axis);
-    const Vector3i& extends = volume.getExtends();
-    const float sMax = static_cast<float>(extends[u]) / static_cast<float>(textureSize(extends[u]));
-    const float tMax = static_cast<float>(extends[v]) / static_cast<float>(textureSize(extends[v]));
-    drawStack(volume, axis, direction, sMax, tMax, [&](unsigned int slice) {
+    const float sMax = static_cast<float>(stack.getWidth()) / static_cast<float>(textureSize(stack.getWidth()));
+    const float tMax = static_cast<float>(stack.getHeight()) / static_cast<float>(textureSize(stack.getHeight()));
+    stack.draw(direction, sMax, tMax, [&](unsigned int slice) {
         for (unsigned int channel = 0; channel < textureNames.size(); ++channel) {
             glActiveTextureARB(GL_TEXTURE0 + channel);
-            glBindTexture(GL_TEXTURE_2D, textureNames[channel][slabStarts[channel][axis] + slice]);
+            glBindTexture(GL_TEXTURE_2D, textureNames[channel][slabStarts[channel][stack.getAxis()] + slice]);
             glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
         }
         glActiveTextureARB(GL_TEXTURE0);

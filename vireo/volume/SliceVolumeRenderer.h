@@ -31,9 +31,14 @@ namespace tavo {
 /// Call setTableSize if the mapping is slow, invalidate when its colours have changed, and disposeTextures before the
 /// renderer dies.
 ///
+/// Memory: a stack takes four bytes of texture a texel, so that a volume seen along all axes takes three times four
+/// bytes a sample and channel, and the padding. While a stack is made there is the image of one slice's texture, and,
+/// for the stack along X, several slices of samples at once: at most 1 MiB or, where that is more, the four bytes a
+/// sample and texel of one slice and its image.
+///
 /// A program, the texture matrix, culling, fog, the alpha test and the blend equation take part as they are. Pixel
 /// storage and transfer of the application do not matter. There is no class record of its own: by class records, a
-/// renderer counts as its base.
+/// renderer counts as its base, whose other rules do not hold here.
 ///
 /// @needs For drawing and disposing, a context with GL_ARB_multitexture must be current: the same one each time, or one
 /// that shares names with it.
@@ -102,10 +107,13 @@ private:
         RGBA8 look(float value) const;
     };
 
-    void adopt(Source source, const RegularVolume& volume);
-    Table makeTable(const RegularVolume& volume, const std::string& channel) const;
-    void prepareStack(const RegularVolume& volume, unsigned int axis, unsigned int channel);
-    void drawSlices(const RegularVolume& volume, unsigned int axis, int direction) const;
+    using Channels = std::vector<VolumeChannel>;
+
+    void adopt(Source source, const RegularVolume& volume, const Channels& channels);
+    Table makeTable(const RegularVolume& volume, const VolumeChannel& channel) const;
+    void prepareStack(
+        const RegularVolume& volume, const VolumeChannel& channel, const SliceStack& stack, unsigned int channelNumber);
+    void drawSlices(const SliceStack& stack, int direction) const;
 
     Source m_Source;
     std::vector<Table> m_Tables;        // of each channel

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <optional>
 
 #include "tavo/base/math/checkedAt.h"
 #include "tavo/base/objects/ClassRecord.h"
@@ -10,7 +11,9 @@
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/SavedState.h"
 #include "vireo/volume/SliceReader.h"
-#include "vireo/volume/volumeSlices.h"
+#include "vireo/volume/SliceStack.h"
+#include "vireo/volume/drawableChannels.h"
+#include "vireo/volume/sliceState.h"
 
 namespace tavo {
 
@@ -47,42 +50,44 @@ void Tex2dVolumeRenderer::prepareTextures(
     disposeTextures();
     mappingUserData = userData;
     channelMapping = mapping;
-    for (const std::string& channel : channels) {
+    for (const std::string& name : channels) {
         textureNames.emplace_back();
         slabStarts.emplace_back();
+        std::optional<VolumeChannel> channel; // looked up when the first stack has been begun
         for (unsigned int axis = 0; axis < 3; ++axis) {
             slabStarts.back().push_back(textureNames.back().size());
-            const auto [u, v] = axesAcross(axis);
-            if (volume->getExtends()[u] == 0 || volume->getExtends()[v] == 0)
+            const SliceStack stack(*volume, axis);
+            if (stack.getWidth() == 0 || stack.getHeight() == 0)
                 return; // deliberately without forgetting the mapping
-            prepareStack(*volume, axis, channel);
+            if (!channel)
+                channel = requireDrawableChannel(*volume, name, "Tex2dVolumeRenderer::prepareTextures");
+            prepareStack(*volume, *channel, stack);
         }
     }
     mappingUserData = nullptr;
     channelMapping = nullptr;
 }
 
-void Tex2dVolumeRenderer::prepareStack(const RegularVolume& volume, unsigned int axis, const std::string& channel)
+void Tex2dVolumeRenderer::prepareStack(
+    const RegularVolume& volume, const VolumeChannel& channel, const SliceStack& stack)
 {
-    switch (requireChannel(volume, channel)) {
-    case 1: prepareStackBy<1>(volume, axis, channel, channelMapping, mappingUserData); break;
-    case 2: prepareStackBy<2>(volume, axis, channel, mapping2, this); break;
-    case 3: prepareStackBy<3>(volume, axis, channel, mapping3, this); break;
-    default: prepareStackBy<4>(volume, axis, channel, mapping4, this); break;
+    switch (channel.getNumComponents()) {
+    case 1: prepareStackBy<1>(volume, channel, stack, channelMapping, mappingUserData); break;
+    case 2: prepareStackBy<2>(volume, channel, stack, mapping2, this); break;
+    case 3: prepareStackBy<3>(volume, channel, stack, mapping3, this); break;
+    default: prepareStackBy<4>(volume, channel, stack, mapping4, this); break;
     }
 }
 
 template <unsigned int N>
-void Tex2dVolumeRenderer::prepareStackBy(const RegularVolume& volume, unsigned int axis, const std::string& channel,
-    RGBA8 (*mapping)(void*, const StaticVector<float, N>&), void* userData)
+void Tex2dVolumeRenderer::prepareStackBy(const RegularVolume& volume, const VolumeChannel& channel,
+    const SliceStack& stack, RGBA8 (*mapping)(void*, const StaticVector<float, N>&), void* userData)
 {
-    const Vector3i& extends = volume.getExtends();
-    const auto [u, v] = axesAcross(axis);
-    const unsigned int width = paddedSize(extends[u]);
-    const unsigned int height = paddedSize(extends[v]);
+    const unsigned int width = paddedSize(stack.getWidth());
+    const unsigned int height = paddedSize(stack.getHeight());
     std::vector<RGBA8> padded(std::size_t{width} * height, NULL_VECTOR4UB);
-    SliceReader<N> reader(volume, channel, axis);
-    for (int slice = 0; slice < extends[axis]; ++slice) {
+    SliceReader<N> reader(volume, channel, stack, padded.size());
+    for (int slice = 0; slice < stack.getNumSlices(); ++slice) {
         reader.mapSlice(
             slice, [mapping, userData](const StaticVector<float, N>& sample) { return mapping(userData, sample); },
             &checkedAt(padded, 0), width);
@@ -141,7 +146,7 @@ void Tex2dVolumeRenderer::drawVolume(
 void Tex2dVolumeRenderer::drawVolume(
     RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels, Mapping mapping, void* userData)
 {
-    if (!volume || !hasSamples(volume->getExtends()))
+    if (!volume || !hasSlices(*volume))
         return;
     unsigned int axis = 0;
     int direction = 0;
@@ -153,16 +158,14 @@ void Tex2dVolumeRenderer::drawVolume(
     // All three stacks exist after one preparation, so that the view does not matter here.
     if (textureNames.size() != channels.size())
         prepareTextures(volume, viewDir, channels, mapping, userData);
-    drawSlices(*volume, axis, direction);
+    drawSlices(SliceStack(*volume, axis), direction);
 }
 
-void Tex2dVolumeRenderer::drawSlices(const RegularVolume& volume, unsigned int axis, int direction) const
+void Tex2dVolumeRenderer::drawSlices(const SliceStack& stack, int direction) const
 {
-    const Vector3i& extends = volume.getExtends();
-    const auto [u, v] = axesAcross(axis);
-    const float sMax = static_cast<float>(extends[u]) / static_cast<float>(paddedSize(extends[u]));
-    const float tMax = static_cast<float>(extends[v]) / static_cast<float>(paddedSize(extends[v]));
-    drawStack(volume, axis, direction, sMax, tMax, [&](unsigned int slice) { bindSlice(axis, slice); });
+    const float sMax = static_cast<float>(stack.getWidth()) / static_cast<float>(paddedSize(stack.getWidth()));
+    const float tMax = static_cast<float>(stack.getHeight()) / static_cast<float>(paddedSize(stack.getHeight()));
+    stack.draw(direction, sMax, tMax, [&](unsigned int slice) { bindSlice(stack.getAxis(), slice); });
 }
 
 void Tex2dVolumeRenderer::bindSlice(unsigned int axis, unsigned int slice) const

@@ -11,6 +11,8 @@
 namespace tavo {
 
 class RegularVolume;
+class SliceStack;
+class VolumeChannel;
 
 /// Draws a RegularVolume as a stack of textured quads across the view, each blended over those behind it. A transfer
 /// function gives each sample its colour. At the first drawing the colours become three stacks of 2D textures, one
@@ -110,12 +112,12 @@ private:
     static RGBA8 mapping4(void* self, const Vector4f& v);
 
     unsigned char alphaOf(float value) const;
-    void prepareStack(const RegularVolume& volume, unsigned int axis, const std::string& channel);
+    void prepareStack(const RegularVolume& volume, const VolumeChannel& channel, const SliceStack& stack);
     template <unsigned int N>
-    void prepareStackBy(const RegularVolume& volume, unsigned int axis, const std::string& channel,
+    void prepareStackBy(const RegularVolume& volume, const VolumeChannel& channel, const SliceStack& stack,
         RGBA8 (*mapping)(void*, const StaticVector<float, N>&), void* userData);
     void bindSlice(unsigned int axis, unsigned int slice) const;
-    void drawSlices(const RegularVolume& volume, unsigned int axis, int direction) const;
+    void drawSlices(const SliceStack& stack, int direction) const;
 };
 
 } // namespace tavo

@@ -205,6 +205,36 @@ TEST(RegularVolumeTest, MapsNothingOfAnEmptyVolume)
     EXPECT_THAT(mappedValues(volume, {ALL, ALL, ALL}, {ALL, ALL, ALL}), ElementsAre());
 }
 
+// --- channels that were looked up ---
+
+TEST(RegularVolumeTest, LooksAChannelUpOnceForMany)
+{
+    const RegularVolume volume = makeVolume();
+    const VolumeChannel density = volume.getChannel("density");
+    EXPECT_TRUE(density.isFloat());
+    EXPECT_EQ(density.getNumComponents(), 1u);
+    EXPECT_EQ(volume.getChannel("gradient").getNumComponents(), 3u);
+    EXPECT_FALSE(volume.getChannel("label").isFloat());
+
+    const auto valuesBy = [&](const auto& channel) {
+        std::vector<float> values;
+        volume.forEachSample<1>(channel, {ALL, ALL, 1}, {ALL, ALL, 1},
+            [&](const StaticVector<float, 1>& sample, std::size_t, std::size_t) { values.push_back(sample[0]); });
+        return values;
+    };
+    EXPECT_EQ(valuesBy(density), valuesBy(std::string("density")));
+    EXPECT_EQ(valuesBy(makeVolume().getChannel("density")), valuesBy(density)) << "of another volume of the layout";
+}
+
+TEST(RegularVolumeTest, HasNoChannelsWithoutSamples)
+{
+    EXPECT_THAT(
+        [] {
+            RegularVolume({1, 1, 1}, {}).getChannel("density");
+        },
+        ThrowsMessage<PException>("VertexDescriptor::getIndex() - no attribute 'density'"));
+}
+
 class RegularVolumeRefusalTest : public testing::Test
 {
 protected:
@@ -243,6 +273,20 @@ TEST_F(RegularVolumeRefusalTest, NeedsAChannelOfAsManyFloats)
     EXPECT_THAT([&] { map<1>(volume, "count"); }, message);
     EXPECT_THAT([&] { map<1>(volume, "missing"); },
         ThrowsMessage<PException>("VertexDescriptor::getIndex() - no attribute 'missing'"));
+}
+
+TEST_F(RegularVolumeRefusalTest, NeedsAChannelThatLiesWithinItsSamples)
+{
+    const VolumeChannel channel = makeVolume().getChannel("gradient");
+    VertexDescriptor narrow;
+    narrow.pushAttrib(VertexAttribDescriptor("gradient", 3, VertexAttribDescriptor::TYPE_FLOAT));
+    const RegularVolume other({NX, NY, NZ}, {}, std::make_unique<PointSet>(narrow, NUM_SAMPLES));
+    const auto mapByIt = [&] {
+        other.mapChannelBy<3>(
+            channel, {ALL, ALL, ALL}, {ALL, ALL, ALL}, [](const Vector3f&) { return RGBA8(9, 9, 9, 9); }, m_Out.data());
+    };
+    EXPECT_THAT(
+        mapByIt, ThrowsMessage<PException>("RegularVolume::mapChannel() - data format does not match channel format."));
 }
 
 TEST_F(RegularVolumeRefusalTest, NeedsBoundsWithinTheVolume)

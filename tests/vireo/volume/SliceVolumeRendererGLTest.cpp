@@ -508,8 +508,8 @@ TEST_F(SliceVolumeRendererGLTest, RefusesWhatTheBaseRefusesAndGoesOn)
         EXPECT_THAT([&] { draw(volume); }, ThrowsMessage<PException>(message));
         expectRightPicture();
     };
-    refuses(integer, "Tex2dVolumeRenderer::prepareTextures - only float channels are supported.");
-    refuses(tooMany, "Tex2dVolumeRenderer::prepareTextures - only channel dimension 1..4 is supported.");
+    refuses(integer, "SliceVolumeRenderer::prepareTextures - only float channels are supported.");
+    refuses(tooMany, "SliceVolumeRenderer::prepareTextures - only channel dimension 1..4 is supported.");
     refuses(missing, "VertexDescriptor::getIndex() - no attribute 'density'");
     refuses(none, "VertexDescriptor::getIndex() - no attribute 'density'");
     refuses(cut, "RegularVolume::mapChannel() - data size does not match volume.");

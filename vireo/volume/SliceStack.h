@@ -1,0 +1,60 @@
+#pragma once
+
+#include <array>
+#include <functional>
+
+#include "tavo/base/math/vectors.h"
+#include "tavo/points/RegularVolume.h"
+
+namespace tavo {
+
+// The slices of a volume along one axis, each a quad across the volume's box.
+class SliceStack
+{
+public:
+    SliceStack(const RegularVolume& volume, unsigned int axis)
+        : m_Box(volume.getBoundingBox())
+        , m_Extends(volume.getExtends())
+        , m_Axis(axis)
+    {}
+
+    unsigned int getAxis() const { return m_Axis; }
+
+    // The axes across the stack, the lower one first: that along a texture's rows (s), and that along its columns (t).
+    std::array<unsigned int, 2> getAxesAcross() const { return {m_Axis == 0 ? 1u : 0u, m_Axis == 2 ? 1u : 2u}; }
+
+    int getNumSlices() const { return m_Extends[m_Axis]; }
+
+    // The samples of a slice along the first and the second of the axes across.
+    int getWidth() const { return m_Extends[getAxesAcross()[0]]; }
+    int getHeight() const { return m_Extends[getAxesAcross()[1]]; }
+
+    // Both bounds of a slice, for RegularVolume.
+    Vector3i getBounds(int slice) const
+    {
+        constexpr int all = RegularVolume::UNRESTRICTED;
+        Vector3i bounds(all, all, all);
+        bounds[m_Axis] = slice;
+        return bounds;
+    }
+
+    // Where on the axis a slice lies: the first on the box's face, the last one step before the other.
+    float getPosition(int slice) const
+    {
+        const float t = static_cast<float>(slice) / static_cast<float>(getNumSlices());
+        return m_Box.getMin()[m_Axis] + m_Box.getExtent()[m_Axis] * t;
+    }
+
+    // Draws the slices from the back to the front, with texture coordinates from 0 to sMax and tMax on unit 0. Calls
+    // bindSlice with the number of each before it.
+    void draw(int direction, float sMax, float tMax, const std::function<void(unsigned int slice)>& bindSlice) const;
+
+private:
+    void drawQuad(float position, float sMax, float tMax) const;
+
+    Box3f m_Box;
+    Vector3i m_Extends;
+    unsigned int m_Axis;
+};
+
+} // namespace tavo
