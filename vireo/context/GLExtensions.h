@@ -50,10 +50,10 @@ extern VIREO_EXPORT bool glExtensionsInitialized;
 /// @needs A current context.
 VIREO_EXPORT void initGLExtensions();
 
-// Whether the driver has an extension, "GL_ARB_multitexture", whose functions, if there are any, can be called: it
-// lists the whole name, and all entry points of the extension have been fetched. Framebuffer objects, which drivers
-// have without listing them, "GL_EXT_framebuffer_object", go by the entry points alone. Goes by what initGLExtensions()
-// found, and so is false before that; calls no GL.
+/// Whether the driver has an extension such as "GL_ARB_multitexture", and its functions can be called: the driver lists
+/// the whole name, and all entry points of the extension have been fetched. Only the entry points count for
+/// "GL_EXT_framebuffer_object", which some drivers have without listing it. The answer is what initGLExtensions()
+/// found, so it is false before that; this calls no GL.
 VIREO_EXPORT bool isExtensionSupported(std::string_view name);
 
 } // namespace tavo

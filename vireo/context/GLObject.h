@@ -44,10 +44,11 @@ public:
     bool isCompatible(GLContext* other);
 
 protected:
-    // For operations that refuse to work without a context: throws PException with that text if the object has none.
+    /// Refuses to work without a context.
+    /// @throws PException With that text, if the object has none.
     void requireContext(const char* refusal) const;
 
-    // The context is dying and is still there for the last time: subclasses hand it their GL names.
+    /// Called when the context is dying, for the last time that it is there: subclasses hand it their GL names.
     virtual void onDeleteContext();
 
 private:

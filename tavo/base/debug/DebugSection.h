@@ -42,7 +42,7 @@ public:
     /// @owns The section owns the widget.
     QWidget* getDisplayerWidget() const { return m_Widget; }
 
-    // For a window that has a title bar of its own for the section. It has one at first.
+    /// Shows or hides the title bar, for a window that has its own for the section. It is shown at first.
     void setTitleBarVisible(bool visible) { m_TitleBar->setVisible(visible); }
 
     bool isCollapsed() const;

@@ -51,15 +51,17 @@ public:
     void appendText(const std::string& text);
 
 protected:
-    // For a window with a layout of its own, which puts the log into it at once, and the sections as they come.
+    /// For a window with a layout of its own, which places the log at once and the sections as they come.
     struct OwnLayout
     {};
     explicit DebugWindow(OwnLayout);
 
-    // Named "log". It belongs to the window once it is part of it.
+    /// The log, a widget named "log".
+    /// @owns The window owns it once it is part of the window.
     QPlainTextEdit* getLog() const { return m_Log; }
 
-    // Puts a new section, which nobody owns yet, into the window.
+    /// Puts a new section into the window.
+    /// @owns Nobody owns the section yet.
     virtual void place(DebugSection* section);
 
     void closeEvent(QCloseEvent* event) override;
