@@ -6,7 +6,7 @@
 
 // Contexts and objects that live and die at random.
 
-TEST(LivesSoak, NoNameIsLostOrDeletedTwice)
+TEST(LivesSoakGLTest, NoNameIsLostOrDeletedTwice)
 {
     std::string reason;
     const auto windowSystem = tavo::WindowSystem::open(reason);

@@ -16,7 +16,6 @@
 namespace tavo {
 namespace {
 
-
 TEST(GLPointCloudDisplayerTest, HasTheUnitBoxWithoutASet)
 {
     GLPointCloudDisplayer displayer;

@@ -1,12 +1,11 @@
 #define GL_GLEXT_PROTOTYPES
-#include "tests/support/CallRecorder.h"
-
 #include <array>
 #include <gmock/gmock.h>
 #include <stdexcept>
 #include <thread>
 
 #include "tests/support/CallFormats.h"
+#include "tests/support/CallRecorder.h"
 #include "tests/support/EntryPoints.h"
 #include "tests/support/GLTest.h"
 #include "tests/support/libraryFunction.h"

@@ -5,7 +5,7 @@
 
 // Random sends to displayers, with a person at the window.
 
-TEST(DisplayersSoak, EverySectionShowsWhatWasSentAndNothingIsLost)
+TEST(DisplayersSoakGLTest, EverySectionShowsWhatWasSentAndNothingIsLost)
 {
     vireo_soak::Soak soak;
     tavo::RandomSends sends(soak.getSeed());

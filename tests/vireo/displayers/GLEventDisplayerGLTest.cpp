@@ -1,5 +1,3 @@
-#include "vireo/displayers/GLEventDisplayer.h"
-
 #include <QApplication>
 #include <QCursor>
 #include <QMetaMethod>
@@ -14,6 +12,7 @@
 #include "tavo/base/debug/DebugWindow.h"
 #include "tests/support/userEvents.h"
 #include "tests/vireo/displayers/TestEventObject.h"
+#include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 
 namespace tavo {
@@ -29,23 +28,23 @@ public:
 class ForeignEvent : public EventDisplayerEvent
 {};
 
-class GLEventDisplayerTest : public testing::Test
+class GLEventDisplayerGLTest : public testing::Test
 {
 protected:
-    GLEventDisplayerTest()
+    GLEventDisplayerGLTest()
     {
         GLEventObject::init(Object::getClass());
         GLEventDisplayer::init(EventDisplayer::getClass());
     }
 
-    ~GLEventDisplayerTest() override
+    ~GLEventDisplayerGLTest() override
     {
         delete debugOutput.getWindow();
         EXPECT_EQ(TestEventObject::s_NumLiving, 0);
     }
 };
 
-TEST_F(GLEventDisplayerTest, HasOneClassRecord)
+TEST_F(GLEventDisplayerGLTest, HasOneClassRecord)
 {
     const MetaClass* record = GLEventDisplayer::getClass();
     EXPECT_EQ(GLEventDisplayer::getClass(), record);
@@ -62,7 +61,7 @@ TEST_F(GLEventDisplayerTest, HasOneClassRecord)
     EXPECT_EQ(GLEventDisplayer::getClass(), record);
 }
 
-TEST_F(GLEventDisplayerTest, DescribesTheAbstractClassOfItsObjectsWithoutAFactory)
+TEST_F(GLEventDisplayerGLTest, DescribesTheAbstractClassOfItsObjectsWithoutAFactory)
 {
     const MetaClass* record = GLEventObject::getClass();
     EXPECT_EQ(GLEventObject::getClass(), record);
@@ -76,7 +75,7 @@ TEST_F(GLEventDisplayerTest, DescribesTheAbstractClassOfItsObjectsWithoutAFactor
     EXPECT_EQ(GLEventObject::getClass(), record);
 }
 
-TEST_F(GLEventDisplayerTest, IgnoresEventsBeforeItHasAWidget)
+TEST_F(GLEventDisplayerGLTest, IgnoresEventsBeforeItHasAWidget)
 {
     OpenDisplayer displayer;
     TestEventObject object;
@@ -85,7 +84,7 @@ TEST_F(GLEventDisplayerTest, IgnoresEventsBeforeItHasAWidget)
     EXPECT_EQ(TestEventObject::s_NumLiving, 1) << "neither shown nor freed";
 }
 
-TEST_F(GLEventDisplayerTest, ShowsTheObjectOfItsEvent)
+TEST_F(GLEventDisplayerGLTest, ShowsTheObjectOfItsEvent)
 {
     QWidget parent;
     OpenDisplayer displayer;
@@ -99,7 +98,7 @@ TEST_F(GLEventDisplayerTest, ShowsTheObjectOfItsEvent)
     EXPECT_EQ(TestEventObject::s_NumLiving, 1) << "the event's end does not free it";
 }
 
-TEST_F(GLEventDisplayerTest, PassesOnWhetherToUpdate)
+TEST_F(GLEventDisplayerGLTest, PassesOnWhetherToUpdate)
 {
     QWidget parent;
     OpenDisplayer displayer;
@@ -113,7 +112,7 @@ TEST_F(GLEventDisplayerTest, PassesOnWhetherToUpdate)
     EXPECT_EQ(TestEventObject::s_NumLiving, 1);
 }
 
-TEST_F(GLEventDisplayerTest, IgnoresForeignEventsAndNull)
+TEST_F(GLEventDisplayerGLTest, IgnoresForeignEventsAndNull)
 {
     QWidget parent;
     OpenDisplayer displayer;
@@ -128,7 +127,7 @@ TEST_F(GLEventDisplayerTest, IgnoresForeignEventsAndNull)
     EXPECT_EQ(TestEventObject::s_NumLiving, 1);
 }
 
-TEST_F(GLEventDisplayerTest, SharesItsWidgetWithItsCopies)
+TEST_F(GLEventDisplayerGLTest, SharesItsWidgetWithItsCopies)
 {
     QWidget parent;
     OpenDisplayer displayer;
@@ -144,7 +143,7 @@ TEST_F(GLEventDisplayerTest, SharesItsWidgetWithItsCopies)
     EXPECT_EQ(TestEventObject::s_NumLiving, 1);
 }
 
-TEST_F(GLEventDisplayerTest, ReachesTheDebugWindow)
+TEST_F(GLEventDisplayerGLTest, ReachesTheDebugWindow)
 {
     TestEventObject::s_NumUpdates = 0;
     sendGLEventObject("mine", new TestEventObject);
@@ -158,7 +157,7 @@ TEST_F(GLEventDisplayerTest, ReachesTheDebugWindow)
 }
 
 // The pointer moves down with the button, but not sideways; nothing else may come to lie under it.
-TEST_F(GLEventDisplayerTest, KeepsTheButtonsUnderThePointerWhenItsSectionsOutgrowTheWindow)
+TEST_F(GLEventDisplayerGLTest, KeepsTheButtonsUnderThePointerWhenItsSectionsOutgrowTheWindow)
 {
     sendGLEventObject("upper", new TestEventObject);
     sendGLEventObject("lower", new TestEventObject);
@@ -190,13 +189,13 @@ TEST_F(GLEventDisplayerTest, KeepsTheButtonsUnderThePointerWhenItsSectionsOutgro
     EXPECT_EQ(QApplication::widgetAt(QCursor::pos()), button);
 }
 
-TEST_F(GLEventDisplayerTest, FreesWhatIsNotDelivered)
+TEST_F(GLEventDisplayerGLTest, FreesWhatIsNotDelivered)
 {
     std::thread([] { sendGLEventObject("from afar", new TestEventObject); }).join();
     EXPECT_EQ(TestEventObject::s_NumLiving, 0);
 }
 
-TEST_F(GLEventDisplayerTest, SurvivesTheDeathOfItsWidget)
+TEST_F(GLEventDisplayerGLTest, SurvivesTheDeathOfItsWidget)
 {
     OpenDisplayer displayer;
     delete displayer.createSpecialWidget(nullptr);
@@ -206,7 +205,7 @@ TEST_F(GLEventDisplayerTest, SurvivesTheDeathOfItsWidget)
     EXPECT_EQ(TestEventObject::s_NumLiving, 1);
 }
 
-TEST_F(GLEventDisplayerTest, ItsPanelsHaveOneSignal)
+TEST_F(GLEventDisplayerGLTest, ItsPanelsHaveOneSignal)
 {
     TestEventObject object;
     GLEventConfiguration panel(nullptr, &object);
