@@ -16,8 +16,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using vireo_test::takeCurves;
-using vireo_test::takePlot;
 
 std::vector<double> read(const NumberArray& numbers)
 {
@@ -147,7 +145,7 @@ TEST(InboxTest, RemovesAView)
     const auto parts = inbox::take();
     ASSERT_EQ(parts.size(), 1u);
     EXPECT_TRUE(parts[0].pending.isRemoved) << "the old one goes";
-    EXPECT_THAT(vireo_test::curvesOf(parts[0]), ElementsAre("b"));
+    EXPECT_THAT(curvesOf(parts[0]), ElementsAre("b"));
 }
 
 TEST(InboxTest, RemovesWhatWasNeverShown)
@@ -192,7 +190,7 @@ TEST(InboxTest, TakesNamesOfAnyBytes)
     for (const std::string& name : names)
         plot(name).curve(name, {1});
     for (const auto& part : inbox::take())
-        EXPECT_THAT(vireo_test::curvesOf(part), ElementsAre(part.slot->name));
+        EXPECT_THAT(curvesOf(part), ElementsAre(part.slot->name));
 }
 
 TEST(InboxTest, SaysAMistakeOnceAndKeepsWhatWasSent)

@@ -15,7 +15,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using vireo_test::takeCurves;
 
 const double NUMBERS[] = {1, 2};
 
@@ -82,8 +81,8 @@ TEST(StatementTest, OfAScopeHoldsSeveral)
     }
     const auto parts = inbox::take();
     ASSERT_EQ(parts.size(), 2u);
-    EXPECT_THAT(vireo_test::curvesOf(parts[0]), ElementsAre("a", "c"));
-    EXPECT_THAT(vireo_test::curvesOf(parts[1]), ElementsAre("b"));
+    EXPECT_THAT(curvesOf(parts[0]), ElementsAre("a", "c"));
+    EXPECT_THAT(curvesOf(parts[1]), ElementsAre("b"));
 }
 
 TEST(StatementTest, OfAnotherThreadIsAnother)

@@ -1,6 +1,6 @@
 #include "tests/vireo/show/taken.h"
 
-namespace vireo_test {
+namespace tavo {
 
 namespace {
 
@@ -34,4 +34,4 @@ std::vector<std::string> curvesOf(const tavo::Batch::Part& part)
     return namesOf(static_cast<const tavo::PlotUpdate&>(*part.pending.update));
 }
 
-} // namespace vireo_test
+} // namespace tavo

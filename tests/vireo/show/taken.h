@@ -6,7 +6,7 @@
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/plots/PlotUpdate.h"
 
-namespace vireo_test {
+namespace tavo {
 
 // What waits for a plot, which is taken with all else; null if nothing does.
 std::unique_ptr<tavo::PlotUpdate> takePlot(const std::string& name);
@@ -15,4 +15,4 @@ std::unique_ptr<tavo::PlotUpdate> takePlot(const std::string& name);
 std::vector<std::string> takeCurves(const std::string& name);
 std::vector<std::string> curvesOf(const tavo::Batch::Part& part);
 
-} // namespace vireo_test
+} // namespace tavo
