@@ -46,7 +46,7 @@ bool save(const std::string& call, std::function<std::string(FrontDoor&)> work)
             *error = work(*FrontDoor::get());
         });
         isSaved = isDone && error->empty();
-        if (!isSaved)
+        if (!isSaved && !isShowOff())
             warning(call + ": " + (isDone ? *error : NO_ANSWER));
     });
     return isSaved;
@@ -76,7 +76,7 @@ bool openWindow(const char* call)
         return false;
     const auto isOpen = std::make_shared<bool>(false);
     if (!runInWindowThread([=] { *isOpen = FrontDoor::get()->openWindow(call); }))
-        return refuse(call, NO_ANSWER);
+        return !isShowOff() && refuse(call, NO_ANSWER);
     return *isOpen;
 }
 

@@ -4,22 +4,22 @@ namespace tavo {
 
 namespace {
 
-std::vector<std::string> namesOf(const tavo::PlotUpdate& plot)
+std::vector<std::string> namesOf(const PlotUpdate& plot)
 {
     std::vector<std::string> names;
-    for (const tavo::CurveUpdate& curve : plot.curves)
+    for (const CurveUpdate& curve : plot.curves)
         names.push_back(curve.name);
     return names;
 }
 
 } // namespace
 
-std::unique_ptr<tavo::PlotUpdate> takePlot(const std::string& name)
+std::unique_ptr<PlotUpdate> takePlot(const std::string& name)
 {
-    std::unique_ptr<tavo::PlotUpdate> plot;
-    for (tavo::Batch::Part& part : tavo::inbox::take())
+    std::unique_ptr<PlotUpdate> plot;
+    for (Batch::Part& part : inbox::take())
         if (part.slot->name == name)
-            plot.reset(static_cast<tavo::PlotUpdate*>(part.pending.update.release()));
+            plot.reset(static_cast<PlotUpdate*>(part.pending.update.release()));
     return plot;
 }
 
@@ -29,9 +29,9 @@ std::vector<std::string> takeCurves(const std::string& name)
     return plot ? namesOf(*plot) : std::vector<std::string>();
 }
 
-std::vector<std::string> curvesOf(const tavo::Batch::Part& part)
+std::vector<std::string> curvesOf(const Batch::Part& part)
 {
-    return namesOf(static_cast<const tavo::PlotUpdate&>(*part.pending.update));
+    return namesOf(static_cast<const PlotUpdate&>(*part.pending.update));
 }
 
 } // namespace tavo

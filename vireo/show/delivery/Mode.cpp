@@ -15,6 +15,7 @@ constexpr std::string_view PICTURES = "pictures:";
 constexpr int NOT_READ = -1;
 
 constinit std::atomic<int> theMode{NOT_READ};
+constinit std::atomic<int> isOff{NOT_READ};
 
 std::string_view environment()
 {
@@ -55,7 +56,12 @@ Mode showMode() noexcept
 
 bool isShowOff() noexcept
 {
-    return showMode() == Mode::Off;
+    const int known = isOff.load(std::memory_order_relaxed);
+    if (known != NOT_READ)
+        return known != 0;
+    int unread = NOT_READ;
+    isOff.compare_exchange_strong(unread, showMode() == Mode::Off ? 1 : 0);
+    return isOff.load() != 0;
 }
 
 std::string picturesFolder()
@@ -65,7 +71,7 @@ std::string picturesFolder()
 
 void switchShowOff() noexcept
 {
-    theMode = static_cast<int>(Mode::Off);
+    isOff = 1;
 }
 
 } // namespace tavo

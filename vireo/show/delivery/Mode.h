@@ -15,13 +15,14 @@ enum class Mode
     Off
 };
 
-// Cheap: one load after the first call. Off, too, once the program is ending, and in the child of a fork.
+// Cheap: one load after the first call. What it says holds to the end of the program, also when nothing is shown any
+// more.
 Mode showMode() noexcept;
 
 // Where pictures go.
 std::string picturesFolder();
 
-// From now on nothing is shown, whatever VIREO_SHOW says.
+// From now on isShowOff(), whatever VIREO_SHOW says.
 void switchShowOff() noexcept;
 
 } // namespace tavo

@@ -33,11 +33,11 @@ void endProgram()
         return;
     runGuarded([] {
         attendToWhatWaits();
+        switchShowOff(); // nobody waits any more for a window that is going
         windowThread::stop();
         if (FrontDoor::isHere())
             delete FrontDoor::get();
     });
-    switchShowOff();
 }
 
 // Handlers come too late for what Qt makes when it first needs it: that goes before them. They are for programs that

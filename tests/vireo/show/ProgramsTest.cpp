@@ -1,0 +1,225 @@
+#include <QImage>
+#include <QStringList>
+
+#include "tests/support/fullDevice.h"
+#include "tests/vireo/show/ProgramTest.h"
+
+// The front door in programs of all kinds: with and without Qt, from their start to their end.
+namespace tavo {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class ShowProgramsTest : public ProgramTest
+{};
+
+const std::string SAVED = "saveData: true\n0,3\n1,1\n2,2\n";
+
+TEST_F(ShowProgramsTest, WithoutQtShowAndReturnWhenTheWindowIsClosed)
+{
+    EXPECT_EQ(outputOf("without Qt"), SAVED);
+}
+
+TEST_F(ShowProgramsTest, ShowTwice)
+{
+    EXPECT_EQ(outputOf("shows twice"), SAVED + "saveData: true\n0,7\n");
+}
+
+TEST_F(ShowProgramsTest, SendBeforeMain)
+{
+    EXPECT_EQ(outputOf("sends before main"), SAVED);
+}
+
+TEST_F(ShowProgramsTest, CallInStaticDestructors)
+{
+    EXPECT_EQ(outputOf("calls in static destructors"),
+        "openWindow: true\n" + SAVED + "pump: true\nopenWindow: false\nsavePicture: false\n");
+}
+
+TEST_F(ShowProgramsTest, SendFromAWorker)
+{
+    EXPECT_EQ(outputOf("sends from a worker"), SAVED);
+}
+
+TEST_F(ShowProgramsTest, PumpUntilTheWindowIsClosed)
+{
+    EXPECT_EQ(outputOf("pumps"), "the window was closed\n");
+}
+
+TEST_F(ShowProgramsTest, OpenAWindow)
+{
+    EXPECT_EQ(outputOf("opens a window"), "openWindow: true\n" + SAVED + "pump: true\n");
+}
+
+TEST_F(ShowProgramsTest, SendAfterTheirApplication)
+{
+    const Outcome outcome = run("sends after the application");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.output, SAVED);
+    EXPECT_THAT(outcome.errors, StartsWith("warning: tavo: the program ends, and what it sent was never shown"));
+}
+
+TEST_F(ShowProgramsTest, SendBeforeTheirApplication)
+{
+    EXPECT_EQ(outputOf("sends before the application"), "the window is open\n" + SAVED);
+}
+
+TEST_F(ShowProgramsTest, ShowWithAnApplication)
+{
+    EXPECT_EQ(outputOf("shows with an application"), SAVED + "pump: false\n");
+}
+
+TEST_F(ShowProgramsTest, ShowFromAWorkerOfAnApplication)
+{
+    EXPECT_EQ(outputOf("shows from a worker of an application"), SAVED);
+}
+
+TEST_F(ShowProgramsTest, AreToldThatTheyHaveNoWidgets)
+{
+    const std::string why = "the program has a QCoreApplication, where views need a QApplication\n";
+    const Outcome outcome = run("has no widgets");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.output, "openWindow: false\npump: true\nsavePicture: false\n");
+    for (const char* call : {"nothing is shown", "tavo::show() shows nothing", "tavo::openWindow() shows nothing",
+             "tavo::savePicture(\"p\", \"p.png\") shows nothing"})
+        EXPECT_THAT(outcome.errors, HasSubstr(std::string("warning: tavo: ") + call + ": " + why));
+    EXPECT_THAT(outcome.errors, HasSubstr("what it sent was never shown"));
+}
+
+TEST_F(ShowProgramsTest, EndWhileAWorkerSends)
+{
+    for (int i = 0; i < 5; ++i)
+        outputOf("ends while a worker sends");
+}
+
+TEST_F(ShowProgramsTest, EndWhileAWorkerCalls)
+{
+    for (int i = 0; i < 5; ++i)
+        outputOf("ends while a worker calls");
+}
+
+class ShowExitsTest : public ShowProgramsTest, public testing::WithParamInterface<const char*>
+{};
+
+TEST_P(ShowExitsTest, EndTheWindowInOrder)
+{
+    for (const int milliseconds : {0, 1, 5, 20, 60, 150, 400}) {
+        set("VIREO_TEST_EXIT", QString("%1 %2").arg(GetParam()).arg(milliseconds));
+        const Outcome outcome = run("exits");
+        EXPECT_EQ(outcome.exitStatus, 3) << "after " << milliseconds << " ms";
+        EXPECT_EQ(outcome.errors, "") << "after " << milliseconds << " ms";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Threads, ShowExitsTest, testing::Values("main", "worker", "window"),
+    [](const auto& info) { return std::string("Of_") + info.param; });
+
+TEST_F(ShowProgramsTest, AreToldThatTheyNeverShowed)
+{
+    const Outcome outcome = run("never shows");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.errors,
+        "warning: tavo: the program ends, and what it sent was never shown: call tavo::show() at its end, tavo::pump() "
+        "in its loop, or tavo::openWindow() once\n");
+}
+
+TEST_F(ShowProgramsTest, AreToldThatThereIsNothingToShow)
+{
+    const Outcome outcome = run("shows nothing");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.errors, "warning: tavo: tavo::show() shows nothing: nothing was sent\n");
+}
+
+TEST_F(ShowProgramsTest, DoNothingWhereItIsOff)
+{
+    set("VIREO_SHOW", "off");
+    EXPECT_EQ(outputOf("calls everything"),
+        "openWindow: false\npump: true\nsavePicture: false\nsavePictures: false\nsaveData: false\n");
+    EXPECT_FALSE(exists("p.png"));
+    EXPECT_EQ(outputOf("never shows"), "");
+    EXPECT_EQ(outputOf("has no widgets"), "openWindow: false\npump: true\nsavePicture: false\n");
+}
+
+TEST_F(ShowProgramsTest, SavePicturesInsteadOfShowing)
+{
+    set("VIREO_SHOW", "pictures:" + path("a folder/within"));
+    EXPECT_EQ(outputOf("never shows"), "") << "at their end";
+    EXPECT_EQ(QImage(path("a folder/within/p.png")).size(), QSize(1000, 700));
+
+    set("VIREO_SHOW", "pictures:shown");
+    EXPECT_EQ(outputOf("calls everything"),
+        "openWindow: false\npump: true\nsavePicture: true\nsavePictures: true\nsaveData: true\n");
+    EXPECT_FALSE(QImage(path("shown/p.png")).isNull());
+
+    set("VIREO_SHOW", "pictures:application");
+    outputOf("sends after the application");
+    EXPECT_FALSE(QImage(path("application/p.png")).isNull());
+
+    set("VIREO_SHOW", "pictures:worker");
+    outputOf("sends from a worker");
+    EXPECT_FALSE(QImage(path("worker/p.png")).isNull());
+}
+
+TEST_F(ShowProgramsTest, AreToldOfAFolderThatCannotBeMade)
+{
+    QFile(path("file")).open(QIODevice::WriteOnly);
+    set("VIREO_SHOW", "pictures:file/folder");
+    const Outcome outcome = run("never shows");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.errors, "warning: VIREO_SHOW=pictures:file/folder: the folder cannot be made\n");
+}
+
+TEST_F(ShowProgramsTest, AreToldOfAValueThatMeansNothing)
+{
+    for (const char* value : {"of", "pictures:", "OFF"}) {
+        set("VIREO_SHOW", value);
+        const Outcome outcome = run("without Qt");
+        EXPECT_EQ(outcome.output, SAVED) << "as without it";
+        EXPECT_EQ(outcome.errors, std::string("warning: VIREO_SHOW is \"") + value +
+                                      "\", which means nothing: it may be \"off\", \"fresh\" or \"pictures:\" and a "
+                                      "folder.\n");
+    }
+}
+
+TEST_F(ShowProgramsTest, AreFreshWhereAskedFor)
+{
+    set("VIREO_SHOW", "fresh");
+    EXPECT_EQ(outputOf("without Qt"), SAVED);
+}
+
+TEST_F(ShowProgramsTest, DoNotWaitForEverForTheirApplication)
+{
+    const Outcome outcome = run("does not serve events");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.output, "savePicture: false\n");
+    EXPECT_THAT(outcome.errors,
+        StartsWith("warning: tavo::savePicture(\"p\", \"p.png\"): the thread of the QApplication does not answer\n"));
+}
+
+TEST_F(ShowProgramsTest, AreToldWhyNothingIsSaved)
+{
+    QDir().mkpath(path("full"));
+    QDir().rmdir(path("full"));
+    QFile(path("full")).open(QIODevice::WriteOnly);
+    const Outcome outcome = run("saves badly");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_THAT(outcome.output, Not(HasSubstr("true")));
+    const QStringList lines = QString::fromStdString(outcome.errors).split('\n', Qt::SkipEmptyParts);
+    EXPECT_EQ(lines.size(), 11) << outcome.errors;
+    for (const QString& line : lines)
+        EXPECT_TRUE(line.startsWith("warning: tavo::save")) << line.toStdString();
+}
+
+TEST_F(ShowProgramsTest, TakeOddThings)
+{
+    EXPECT_EQ(outputOf("sends odd things"),
+        "openWindow: true\nsavePictures: true\nsaveData: true\nsaveData: true\nsaveData: true\n");
+    const QStringList pictures = QDir(path("folder")).entryList(QDir::Files);
+    EXPECT_EQ(pictures.size(), 8) << pictures.join(' ').toStdString();
+    for (const QString& picture : pictures)
+        EXPECT_FALSE(QImage(path("folder/") + picture).isNull()) << picture.toStdString();
+}
+
+} // namespace
+} // namespace tavo

@@ -1,0 +1,375 @@
+// Programs that use the front door in all the ways that programs have. VIREO_TEST_PROGRAM names one; it writes what it
+// found to its standard output.
+#include <QApplication>
+#include <QTimer>
+#include <QWidget>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "vireo/show/show.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+const std::vector<double> SAMPLES{3, 1, 2};
+
+std::string variable(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value ? value : "";
+}
+
+bool isProgram(const char* name)
+{
+    return variable("VIREO_TEST_PROGRAM") == name;
+}
+
+void say(const std::string& text)
+{
+    std::printf("%s\n", text.c_str());
+    std::fflush(stdout);
+}
+
+void say(const char* call, bool answer)
+{
+    say(std::string(call) + (answer ? ": true" : ": false"));
+}
+
+void sayData(const std::string& name)
+{
+    const std::string file = name + ".csv";
+    say("saveData", tavo::saveData(name, file));
+    std::ifstream text(file);
+    std::string line;
+    std::getline(text, line); // with the names
+    while (std::getline(text, line))
+        say(line);
+}
+
+// Closes the window as often as it is opened.
+class Closer
+{
+public:
+    ~Closer() { m_IsOver = true, m_Thread.join(); }
+
+private:
+    std::atomic<bool> m_IsOver{false};
+    std::thread m_Thread{[this] {
+        while (!m_IsOver) {
+            tavo::closeWindow();
+            std::this_thread::sleep_for(10ms);
+        }
+    }};
+};
+
+// A QApplication as most programs have it.
+struct Application
+{
+    char name[8] = "program";
+    char* arguments[2] = {name, nullptr};
+    int numArguments = 1;
+    QApplication application{numArguments, arguments};
+};
+
+QWidget* visibleWindow()
+{
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (widget->isVisible())
+            return widget;
+    return nullptr;
+}
+
+// Static objects that send before main and behind it.
+struct Early
+{
+    Early()
+    {
+        if (isProgram("sends before main"))
+            tavo::plot("early").curve("y", SAMPLES);
+    }
+    ~Early()
+    {
+        if (!isProgram("calls in static destructors"))
+            return;
+        tavo::plot("late").curve("y", SAMPLES).append("z", 1, 2);
+        say("openWindow", tavo::openWindow());
+        say("savePicture", tavo::savePicture("late", "late.png"));
+        tavo::show();
+        tavo::pump();
+        tavo::remove("late");
+        tavo::clear();
+        tavo::closeWindow();
+    }
+};
+const Early early;
+
+void showAndSave(const std::string& name)
+{
+    {
+        const Closer closer;
+        tavo::show();
+    }
+    sayData(name);
+}
+
+void withoutQt()
+{
+    tavo::plot("p").curve("y", SAMPLES);
+    showAndSave("p");
+}
+
+void showsTwice()
+{
+    withoutQt();
+    tavo::plot("p").curve("y", {7});
+    showAndSave("p");
+}
+
+void sendsFromAWorker()
+{
+    std::thread([] { tavo::plot("p").curve("y", SAMPLES); }).join();
+    std::thread([] { showAndSave("p"); }).join();
+}
+
+void pumps()
+{
+    const Closer closer;
+    int numSamples = 0;
+    while (tavo::pump())
+        tavo::plot("p").append("y", numSamples, numSamples), ++numSamples;
+    say("the window was closed");
+}
+
+void opensAWindow()
+{
+    say("openWindow", tavo::openWindow());
+    tavo::plot("p").curve("y", SAMPLES);
+    sayData("p");
+    say("pump", tavo::pump());
+}
+
+void sendsAfterTheApplication()
+{
+    {
+        const Application program;
+        tavo::plot("p").curve("y", SAMPLES);
+        QCoreApplication::processEvents();
+        sayData("p");
+    }
+    tavo::plot("p").curve("y", {1});
+    tavo::plot("p").remove("y");
+    tavo::closeWindow();
+}
+
+void sendsBeforeTheApplication()
+{
+    tavo::plot("p").curve("y", SAMPLES);
+    const Application program;
+    while (!visibleWindow())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    say("the window is open");
+    sayData("p");
+}
+
+void showsWithAnApplication()
+{
+    const Application program;
+    tavo::plot("p").curve("y", SAMPLES);
+    showAndSave("p");
+    say("pump", tavo::pump());
+}
+
+void showsFromAWorkerOfAnApplication()
+{
+    const Application program;
+    std::thread worker([] {
+        tavo::plot("p").curve("y", SAMPLES);
+        showAndSave("p");
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    });
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::exec();
+    worker.join();
+}
+
+void hasNoWidgets()
+{
+    char name[] = "program";
+    char* arguments[] = {name, nullptr};
+    int numArguments = 1;
+    const QCoreApplication application(numArguments, arguments);
+    tavo::plot("p").curve("y", SAMPLES);
+    QCoreApplication::processEvents();
+    tavo::show();
+    say("openWindow", tavo::openWindow());
+    say("pump", tavo::pump());
+    say("savePicture", tavo::savePicture("p", "p.png"));
+}
+
+// Its end is in the middle of everything.
+void sendForever()
+{
+    for (int i = 0;; ++i) {
+        const std::vector<double> samples(1000, i);
+        tavo::plot("p").curve("y", samples).append("z", i, i);
+        tavo::plot("q" + std::to_string(i % 3)).curve("y", samples);
+        if (i % 50 == 0)
+            tavo::remove("p");
+    }
+}
+
+void endsWhileAWorkerSends()
+{
+    std::thread(sendForever).detach();
+    tavo::openWindow();
+    std::this_thread::sleep_for(100ms);
+}
+
+void endsWhileAWorkerCalls()
+{
+    tavo::plot("p").curve("y", SAMPLES);
+    std::thread([] {
+        for (;;) {
+            tavo::savePicture("p", "p.png", 50, 50);
+            tavo::pump();
+            tavo::show();
+            tavo::openWindow();
+        }
+    }).detach();
+    std::this_thread::sleep_for(100ms);
+}
+
+// VIREO_TEST_EXIT says which thread calls exit(), and how many milliseconds after the start.
+void exits()
+{
+    std::string thread;
+    int milliseconds = 0;
+    std::istringstream(variable("VIREO_TEST_EXIT")) >> thread >> milliseconds;
+    tavo::plot("p").curve("y", SAMPLES);
+    tavo::openWindow();
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    if (thread == "worker")
+        std::thread([] { std::exit(3); }).join();
+    if (thread == "window") {
+        QMetaObject::invokeMethod(qApp, [] { std::exit(3); });
+        std::this_thread::sleep_for(1min);
+    }
+    std::exit(3);
+}
+
+void neverShows()
+{
+    tavo::plot("p").curve("y", SAMPLES);
+}
+
+void showsNothing()
+{
+    tavo::show();
+    tavo::plot("p").curve("y", SAMPLES);
+    tavo::remove("p");
+    tavo::show();
+}
+
+void callsEverything()
+{
+    tavo::plot("p").curve("y", SAMPLES);
+    tavo::show();
+    say("openWindow", tavo::openWindow());
+    say("pump", tavo::pump());
+    say("savePicture", tavo::savePicture("p", "p.png", 300, 200));
+    say("savePictures", tavo::savePictures("folder"));
+    say("saveData", tavo::saveData("p", "p.csv"));
+}
+
+void doesNotServeEvents()
+{
+    const Application program;
+    tavo::plot("p").curve("y", SAMPLES);
+    std::thread([] { say("savePicture", tavo::savePicture("p", "p.png")); }).join();
+}
+
+void savesBadly()
+{
+    tavo::plot("p").curve("y", SAMPLES);
+    for (const char* file : {"no/such/folder/p.png", ".", "full/p.png", "p.unknown"})
+        say("savePicture", tavo::savePicture("p", file));
+    for (const auto& [width, height] : {std::pair(0, 100), {100, -1}, {1'000'000, 1'000'000}})
+        say("savePicture", tavo::savePicture("p", "p.png", width, height));
+    say("savePicture", tavo::savePicture("no\nview", "p.png"));
+    say("savePictures", tavo::savePictures("full/folder"));
+    say("saveData", tavo::saveData("p", "full/p.csv"));
+    say("saveData", tavo::saveData("", "p.csv"));
+}
+
+void sendsOddThings()
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    for (const std::string& name : {std::string(), std::string(100'000, 'x'), std::string("\xFF\xFE"),
+             std::string("a/b"), std::string("a\nb"), std::string("../c"), std::string("a\0b", 3)})
+        tavo::plot(name).curve(name, SAMPLES).title(name).xAxis(name, name).yAxis(name, name);
+    tavo::plot("values")
+        .curve("none", std::vector<double>())
+        .curve("NaN", {nan, nan})
+        .curve("infinite", {infinity, 1.0, -infinity})
+        .curve("x infinite", {-infinity, 0.0, infinity}, SAMPLES)
+        .curve("x NaN", {nan, nan, nan}, SAMPLES)
+        .curve("huge", {-1e308, 1e308})
+        .curve("one", {5})
+        .curve("many", std::vector<float>(10'000'000, 1.0F))
+        .append("none", std::vector<double>(), std::vector<double>())
+        .append("infinite", infinity, nan)
+        .keep("kept", 0)
+        .append("kept", 1, 1)
+        .xRange(nan, infinity)
+        .yRange(1, 1);
+    say("openWindow", tavo::openWindow());
+    say("savePictures", tavo::savePictures("folder"));
+    for (const char* name : {"values", "", "a/b"})
+        say("saveData", tavo::saveData(name, "data.csv"));
+}
+
+const std::map<std::string, std::function<void()>> programs{
+    {"without Qt", withoutQt},
+    {"shows twice", showsTwice},
+    {"sends before main", [] { showAndSave("early"); }},
+    {"calls in static destructors", opensAWindow},
+    {"sends from a worker", sendsFromAWorker},
+    {"pumps", pumps},
+    {"opens a window", opensAWindow},
+    {"sends after the application", sendsAfterTheApplication},
+    {"sends before the application", sendsBeforeTheApplication},
+    {"shows with an application", showsWithAnApplication},
+    {"shows from a worker of an application", showsFromAWorkerOfAnApplication},
+    {"has no widgets", hasNoWidgets},
+    {"ends while a worker sends", endsWhileAWorkerSends},
+    {"ends while a worker calls", endsWhileAWorkerCalls},
+    {"exits", exits},
+    {"never shows", neverShows},
+    {"shows nothing", showsNothing},
+    {"calls everything", callsEverything},
+    {"does not serve events", doesNotServeEvents},
+    {"saves badly", savesBadly},
+    {"sends odd things", sendsOddThings},
+};
+
+} // namespace
+
+int main()
+{
+    const auto program = programs.find(variable("VIREO_TEST_PROGRAM"));
+    if (program == programs.end())
+        return 99;
+    program->second();
+}
