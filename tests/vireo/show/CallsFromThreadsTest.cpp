@@ -1,0 +1,119 @@
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <atomic>
+#include <chrono>
+#include <gtest/gtest.h>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "vireo/show/show.h"
+
+// All calls from eight threads at once, while windows open and close.
+namespace tavo {
+namespace {
+
+constexpr int NUM_THREADS = 8;
+constexpr int NUM_ROUNDS = 40;
+
+class CallsFromThreadsTest : public testing::Test
+{
+protected:
+    std::string path(const std::string& name) const { return m_Folder.filePath(name.c_str()).toStdString(); }
+
+    // What belongs to everybody, and what to this thread alone.
+    void callEverything(int thread) const
+    {
+        const Plot kept = plot("kept");
+        const std::string own = "own " + std::to_string(thread);
+        for (int round = 0; round < NUM_ROUNDS; ++round) {
+            const std::vector<double> samples(1000, round);
+            plot("shared").curve("a", samples).points("b", samples, samples).append("c", round, thread);
+            kept.append("d", samples, samples).keep("d", 5000).title(own).colour("d", {1, 2, 3, 255});
+            plot(own).curve("y", {round}).xAxis("x", "s").yAxis("y", "m").xRange(0, 2).yRange(-1, round);
+            {
+                const Statement together;
+                plot("shared").curve(own, samples).remove("b");
+                plot("left").curve("y", samples);
+            }
+            pump();
+            callSeldom(thread, round);
+        }
+    }
+
+    void sendLast(int thread) const { plot("own " + std::to_string(thread)).clear().curve("y", {1000 + thread}); }
+
+    std::string saved(const std::string& name) const
+    {
+        EXPECT_TRUE(saveData(name, path("last.csv")));
+        QFile file(path("last.csv").c_str());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return QString(file.readAll()).section('\n', 1).trimmed().toStdString();
+    }
+
+    // Runs it all, and has the caller's thread do what it does until it is over.
+    template <typename Serve>
+    void callFromThreads(Serve serve)
+    {
+        runInThreads([this](int thread) { callEverything(thread); }, serve);
+        runInThreads([this](int thread) { sendLast(thread); }, serve);
+        for (int thread = 0; thread < NUM_THREADS; ++thread)
+            EXPECT_EQ(saved("own " + std::to_string(thread)), "0," + std::to_string(1000 + thread));
+        closeWindow();
+    }
+
+private:
+    template <typename Work, typename Serve>
+    static void runInThreads(Work work, Serve serve)
+    {
+        std::atomic<int> numRunning{NUM_THREADS};
+        std::vector<std::thread> threads;
+        for (int thread = 0; thread < NUM_THREADS; ++thread)
+            threads.emplace_back([thread, &work, &numRunning] {
+                work(thread);
+                --numRunning;
+            });
+        while (numRunning > 0)
+            serve();
+        for (std::thread& thread : threads)
+            thread.join();
+    }
+
+    void callSeldom(int thread, int round) const
+    {
+        switch ((round + 5 * thread) % 20) {
+        case 1: openWindow(); break;
+        case 5: savePicture("shared", path(std::to_string(thread) + ".png"), 60, 40); break;
+        case 7: remove("left"); break;
+        case 9: saveData("kept", path(std::to_string(thread) + ".csv")); break;
+        case 11: closeWindow(); break;
+        case 13: remove(std::string("shared")); break;
+        case 15: thread == 0 && savePictures(path("pictures")); break;
+        case 17: plot("kept").clear(); break;
+        case 19: clear(); break;
+        default: break;
+        }
+    }
+
+    QTemporaryDir m_Folder;
+};
+
+TEST_F(CallsFromThreadsTest, WithoutAnApplication)
+{
+    ASSERT_TRUE(openWindow());
+    callFromThreads([] { std::this_thread::sleep_for(std::chrono::milliseconds(1)); });
+}
+
+TEST_F(CallsFromThreadsTest, WithAnApplication)
+{
+    char name[] = "test";
+    char* arguments[] = {name, nullptr};
+    int numArguments = 1;
+    const QApplication application(numArguments, arguments);
+    QApplication::setQuitOnLastWindowClosed(false);
+    callFromThreads([] { QCoreApplication::processEvents(QEventLoop::AllEvents, 10); });
+}
+
+} // namespace
+} // namespace tavo
