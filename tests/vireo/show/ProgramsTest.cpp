@@ -131,6 +131,14 @@ TEST_F(ShowProgramsTest, AreToldThatThereIsNothingToShow)
     EXPECT_EQ(outcome.errors, "warning: tavo: tavo::show() shows nothing: nothing was sent\n");
 }
 
+// What becomes of them then is Qt's affair.
+TEST_F(ShowProgramsTest, AreToldThatTheyHaveTwoApplications)
+{
+    const Outcome outcome = run("makes another application");
+    EXPECT_EQ(outcome.output, "openWindow: true\n");
+    EXPECT_THAT(outcome.errors, HasSubstr("warning: tavo: there are two QApplications, and Qt ends the program"));
+}
+
 TEST_F(ShowProgramsTest, DoNothingWhereItIsOff)
 {
     set("VIREO_SHOW", "off");

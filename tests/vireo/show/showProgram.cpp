@@ -281,6 +281,12 @@ void showsNothing()
     tavo::show();
 }
 
+void makesAnotherApplication()
+{
+    say("openWindow", tavo::openWindow());
+    const Application program;
+}
+
 void callsEverything()
 {
     tavo::plot("p").curve("y", SAMPLES);
@@ -358,6 +364,7 @@ const std::map<std::string, std::function<void()>> programs{
     {"exits", exits},
     {"never shows", neverShows},
     {"shows nothing", showsNothing},
+    {"makes another application", makesAnotherApplication},
     {"calls everything", callsEverything},
     {"does not serve events", doesNotServeEvents},
     {"saves badly", savesBadly},

@@ -75,8 +75,10 @@ void makeFrontDoor()
 {
     if (isShowOff())
         return;
+    if (theFrontDoor) // which goes with its application
+        return sayOnce("there are two QApplications, and Qt ends the program: the window has one already, since "
+                       "tavo::show(), tavo::pump() or tavo::openWindow() found none");
     runGuarded([] {
-        delete theFrontDoor.load();
         theFrontDoor = new FrontDoor;
         qRemovePostRoutine(deleteFrontDoor);
         qAddPostRoutine(deleteFrontDoor);
