@@ -116,6 +116,14 @@ Extremes CurveStore::extremes(std::size_t first, std::size_t last) const
     return found;
 }
 
+Extent CurveStore::yExtentWithin(double firstX, double lastX) const
+{
+    if (!m_IsSorted || m_XExtent.isEmpty() || (firstX <= m_XExtent.from && lastX >= m_XExtent.to))
+        return m_YExtent;
+    const std::size_t first = lowerBound(firstX);
+    return extremes(first, lowerBound(std::nextafter(lastX, INFINITY), first)).extent;
+}
+
 std::size_t CurveStore::lowerBound(double value, std::size_t guess) const
 {
     const std::size_t end = size();

@@ -30,6 +30,9 @@ public:
     // The lowest and the highest of the samples from `first` up to and without `last`.
     Extremes extremes(std::size_t first, std::size_t last) const;
 
+    // Of the samples between two xs; of all, if x is not sorted.
+    Extent yExtentWithin(double firstX, double lastX) const;
+
     // Calls `visit(first, last)` for those pieces of a stretch whose extent along y is wanted, as Pyramid does.
     template <typename IsWanted, typename Visit>
     void visit(std::size_t first, std::size_t last, const IsWanted& isWanted, const Visit& visit) const

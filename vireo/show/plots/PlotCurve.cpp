@@ -18,11 +18,6 @@ constexpr double DRAWN_ABOVE_GRID = 20;
 // Wide pens take Qt long: they are for few points.
 constexpr int MOST_ROUND_MARKS = 20'000;
 
-PixelMap pixelMapOf(const QwtScaleMap& map)
-{
-    return {map.s1(), map.s2(), map.p1(), map.p2(), map.transformation() != nullptr};
-}
-
 void drawMarks(QPainter& painter, const QPolygonF& marks)
 {
     QPen pen = painter.pen();
@@ -33,6 +28,11 @@ void drawMarks(QPainter& painter, const QPolygonF& marks)
 }
 
 } // namespace
+
+PixelMap pixelMapOf(const QwtScaleMap& map)
+{
+    return {map.s1(), map.s2(), map.p1(), map.p2(), map.transformation() != nullptr};
+}
 
 PlotCurve::PlotCurve(const std::string& name, std::size_t number)
     : m_Name(name)

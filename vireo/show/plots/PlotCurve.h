@@ -7,6 +7,8 @@
 
 namespace tavo {
 
+PixelMap pixelMapOf(const QwtScaleMap& map);
+
 // A curve as an item of a Qwt plot.
 class PlotCurve : public QwtPlotItem
 {
@@ -16,6 +18,8 @@ public:
 
     const std::string& getName() const { return m_Name; }
     const CurveStore& getSamples() const { return m_Samples; }
+
+    const QColor& getColour() const { return m_Colour; }
 
     void apply(CurveUpdate& update);
 

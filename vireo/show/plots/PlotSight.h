@@ -33,6 +33,7 @@ public:
     Range range(Axis axis) const;
 
     void setFitted(Axis axis, const Range& range) { m_Fitted[axis] = range; }
+    const Range& fitted(Axis axis) const { return m_Fitted[axis]; }
     void setWanted(Axis axis, const std::optional<Range>& range) { m_Wanted[axis] = range; }
     void setLog(Axis axis, bool isLog) { m_IsLog[axis] = isLog; }
     bool isLog(Axis axis) const { return m_IsLog[axis]; }

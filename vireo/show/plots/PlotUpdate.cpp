@@ -94,6 +94,9 @@ void PlotUpdate::merge(ViewUpdate& newer)
     replace(title, newerPlot.title);
     x.merge(newerPlot.x);
     y.merge(newerPlot.y);
+    y2.merge(newerPlot.y2);
+    replace(window, newerPlot.window);
+    links.insert(links.end(), newerPlot.links.begin(), newerPlot.links.end());
 }
 
 std::unique_ptr<ViewUpdate> PlotUpdate::forTheNext() const

@@ -94,6 +94,9 @@ public:
     std::optional<std::string> title;
     AxisUpdate x;
     AxisUpdate y;
+    AxisUpdate y2;
+    std::optional<double> window;   // how much of x is in view, of the newest
+    std::vector<std::string> links; // the plots that share its x
 };
 
 } // namespace tavo

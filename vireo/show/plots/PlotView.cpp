@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -12,13 +13,17 @@
 #include <qwt_plot_layout.h>
 #include <qwt_plot_renderer.h>
 #include <qwt_scale_engine.h>
+#include <qwt_scale_widget.h>
 
 #include "tavo/base/files/saveFile.h"
 #include "tavo/base/text/printable.h"
 #include "vireo/show/plots/AxisNumbers.h"
 #include "vireo/show/plots/PlotCurve.h"
+#include "vireo/show/plots/PlotGestures.h"
+#include "vireo/show/plots/calendarTicks.h"
 #include "vireo/show/plots/curvesAsText.h"
 #include "vireo/show/plots/divideAxis.h"
+#include "vireo/show/plots/nearestSample.h"
 
 namespace tavo {
 
@@ -106,6 +111,24 @@ QwtPlot* makePlot(QWidget* parent)
     return plot;
 }
 
+QToolButton* makeFollowButton(QWidget* canvas)
+{
+    auto* button = new QToolButton(canvas);
+    button->setObjectName("follow");
+    button->setText(PlotView::tr("follow") + QStringLiteral(" ▸"));
+    button->setToolTip(PlotView::tr("Show the newest data again (Space)"));
+    button->setCursor(Qt::ArrowCursor);
+    button->hide();
+    return button;
+}
+
+// In the window's thread, in which all of them live.
+std::vector<PlotView*>& allViews()
+{
+    static std::vector<PlotView*> views;
+    return views;
+}
+
 QwtText titleText(const std::string& text, QFont font)
 {
     QwtText title = plainText(text);
@@ -118,9 +141,17 @@ QwtText titleText(const std::string& text, QFont font)
 } // namespace
 
 PlotView::PlotView(const std::string& name)
-    : m_Plot(makePlot(this))
+    : m_Name(name)
+    , m_Plot(makePlot(this))
     , m_Grid(new QwtPlotGrid)
+    , m_FollowButton(makeFollowButton(m_Plot->canvas()))
+    , m_Gestures(std::make_unique<PlotGestures>(*this))
 {
+    allViews().push_back(this);
+    connect(m_FollowButton, &QToolButton::clicked, this, [this] {
+        m_Sight.setFrozen(false);
+        showChoice();
+    });
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
     layout->addWidget(m_Plot);
@@ -131,7 +162,11 @@ PlotView::PlotView(const std::string& name)
 }
 
 // The curves leave the plot before it goes.
-PlotView::~PlotView() = default;
+PlotView::~PlotView()
+{
+    std::vector<PlotView*>& all = allViews();
+    all.erase(std::find(all.begin(), all.end(), this));
+}
 
 void PlotView::apply(ViewUpdate& update)
 {
@@ -144,9 +179,17 @@ void PlotView::apply(ViewUpdate& update)
         m_Plot->setTitle(titleText(*plot.title, font()));
     applyAxis(PlotSight::X, plot.x);
     applyAxis(PlotSight::Y, plot.y);
+    applyAxis(PlotSight::Y2, plot.y2);
+    if (plot.window)
+        m_Window = plot.window;
+    m_Links.insert(m_Links.end(), plot.links.begin(), plot.links.end());
+    m_Sight.setLive(m_Window || std::any_of(m_Curves.begin(), m_Curves.end(),
+                                    [](const auto& curve) { return curve->getSamples().isAppended(); }));
     showLegend();
-    fit();
-    showSight();
+    for (PlotView* view : linkedViews()) {
+        view->fit();
+        view->showSight();
+    }
 }
 
 void PlotView::applyCurve(CurveUpdate& update)
@@ -232,11 +275,59 @@ Extent PlotView::xExtent() const
 
 void PlotView::fit()
 {
-    Extent y;
+    fitX();
+    fitY();
+}
+
+void PlotView::fitX()
+{
+    Extent extent;
+    for (const PlotView* view : linkedViews())
+        extent.include(view->xExtent());
+    AxisUpdate::Range range = rangeOf(extent, 0, m_Sight.isLog(PlotSight::X));
+    const std::optional<double> length = m_Sight.followedLength() ? m_Sight.followedLength() : m_Window;
+    if (length && *length > 0 && !extent.isEmpty())
+        range = {extent.to - *length, extent.to};
+    m_Sight.setFitted(PlotSight::X, range);
+}
+
+void PlotView::fitY()
+{
+    const AxisUpdate::Range x = m_Sight.range(PlotSight::X);
+    Extent extent;
     for (const auto& curve : m_Curves)
-        y.include(curve->getSamples().yExtent());
-    m_Sight.setFitted(PlotSight::X, rangeOf(xExtent(), 0, m_Sight.isLog(PlotSight::X)));
-    m_Sight.setFitted(PlotSight::Y, rangeOf(y, MARGIN_OF_Y, m_Sight.isLog(PlotSight::Y)));
+        extent.include(curve->getSamples().yExtentWithin(x.from, x.to));
+    AxisUpdate::Range range = rangeOf(extent, MARGIN_OF_Y, m_Sight.isLog(PlotSight::Y));
+    // What follows the newest data grows at once, and shrinks only to half, or it would never be at rest.
+    const AxisUpdate::Range before = m_Sight.fitted(PlotSight::Y);
+    const bool isWithin = range.from >= before.from && range.to <= before.to;
+    if (m_Sight.isFollowing() && m_HasFollowed && isWithin && range.to - range.from > (before.to - before.from) / 2)
+        return;
+    m_HasFollowed = m_Sight.isFollowing() && !extent.isEmpty();
+    m_Sight.setFitted(PlotSight::Y, range);
+}
+
+std::vector<PlotView*> PlotView::linkedViews()
+{
+    const auto isLinked = [](const PlotView* a, const PlotView* b) {
+        return std::find(a->m_Links.begin(), a->m_Links.end(), b->m_Name) != a->m_Links.end();
+    };
+    std::vector<PlotView*> linked{this};
+    for (std::size_t i = 0; i < linked.size(); ++i)
+        for (PlotView* view : allViews())
+            if ((isLinked(linked[i], view) || isLinked(view, linked[i])) &&
+                std::find(linked.begin(), linked.end(), view) == linked.end())
+                linked.push_back(view);
+    return linked;
+}
+
+void PlotView::showChoice()
+{
+    for (PlotView* view : linkedViews()) {
+        view->m_Sight.takeX(m_Sight);
+        view->fit();
+        view->showSight();
+    }
 }
 
 void PlotView::showSight()
@@ -244,6 +335,44 @@ void PlotView::showSight()
     divideAxes(contentsRect().marginsRemoved(QMargins(MARGIN, MARGIN, MARGIN, MARGIN)));
     m_Plot->updateLayout();
     m_Plot->replot();
+    m_FollowButton->setVisible(m_Sight.isBehind());
+    m_FollowButton->move(m_Plot->canvas()->width() - m_FollowButton->sizeHint().width() - MARGIN, MARGIN);
+}
+
+QWidget* PlotView::axisWidget(PlotSight::Axis axis) const
+{
+    return m_Plot->axisWidget(QWT_AXES[axis]);
+}
+
+PixelMap PlotView::pixelMap(PlotSight::Axis axis) const
+{
+    return pixelMapOf(m_Plot->canvasMap(QWT_AXES[axis]));
+}
+
+QString PlotView::textOf(PlotSight::Axis axis, double value) const
+{
+    const AxisUpdate& shown = m_Axes[axis];
+    if (shown.isTime.value_or(false))
+        return momentText(value, QTimeZone::systemTimeZone());
+    const QString unit = shown.name ? plainText(shown.name->unit).text() : QString();
+    return QString::number(value, 'g', 12) + (unit.isEmpty() ? "" : " ") + unit;
+}
+
+std::optional<PlotView::NamedSample> PlotView::sampleAt(const QPointF& pixel, double radius) const
+{
+    std::optional<NamedSample> named;
+    for (const auto& curve : m_Curves) {
+        const CurveStore& samples = curve->getSamples();
+        const std::optional<NearestSample> nearest =
+            nearestSample(samples, pixelMap(PlotSight::X), pixelMap(PlotSight::Y), pixel, radius);
+        if (!nearest)
+            continue;
+        radius = nearest->distance;
+        named = NamedSample{nearest->pixel, curve->getColour(),
+            curve->title().text() + '\n' + textOf(PlotSight::X, samples.x(nearest->number)) + '\n' +
+                textOf(PlotSight::Y, samples.y(nearest->number))};
+    }
+    return named;
 }
 
 void PlotView::divideAxes(const QRectF& plot)
@@ -264,8 +393,21 @@ void PlotView::divideAxis(PlotSight::Axis axis, double pixels)
     const AxisDivision division = tavo::divideAxis(
         m_Axes[axis], m_Sight.range(axis), pixels, orientation, QFontMetricsF(m_Plot->axisFont(qwtAxis)));
     m_Plot->setAxisScaleDiv(qwtAxis, division.ticks);
-    static_cast<AxisNumbers*>(m_Plot->axisScaleDraw(qwtAxis))->setLabels(division.labels);
+    auto* const numbers = static_cast<AxisNumbers*>(m_Plot->axisScaleDraw(qwtAxis));
+    numbers->setLabels(division.labels);
+    keepRoom(axis, *numbers);
     m_Plot->setAxisTitle(qwtAxis, axisTitle(m_Axes[axis], division));
+}
+
+// Room for labels at y only grows while what is seen changes, or the plot would jump to and fro.
+void PlotView::keepRoom(PlotSight::Axis axis, AxisNumbers& numbers)
+{
+    if (axis == PlotSight::X)
+        return;
+    const double room = numbers.minimumExtent();
+    numbers.setMinimumExtent(0);
+    if (m_Sight.isChosen(axis) || m_Sight.isFollowing())
+        numbers.setMinimumExtent(std::max(room, numbers.extent(m_Plot->axisFont(QWT_AXES[axis]))));
 }
 
 QImage PlotView::picture(QSize size)

@@ -1,19 +1,25 @@
 #pragma once
 
+#include <QColor>
 #include <array>
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "vireo/show/plots/PixelMap.h"
 #include "vireo/show/plots/PlotSight.h"
 #include "vireo/show/plots/PlotUpdate.h"
 #include "vireo/show/window/View.h"
 
 class QwtPlot;
+class QToolButton;
 class QwtPlotGrid;
 
 namespace tavo {
 
+class AxisNumbers;
 class PlotCurve;
+class PlotGestures;
 struct Extent;
 
 // A plot: its curves over axes with numbers, and a legend where there are several.
@@ -27,12 +33,25 @@ public:
     QImage picture(QSize size) override;
     std::string saveData(const QString& file) override;
 
-    // Which part is seen; whoever changes it calls showSight().
+    // Which part is seen; a person who has changed it is shown that, here and in the plots with the same x.
     PlotSight& getSight() { return m_Sight; }
-    void showSight();
+    void showChoice();
 
     QwtPlot& getPlot() { return *m_Plot; }
-    const std::vector<std::unique_ptr<PlotCurve>>& getCurves() const { return m_Curves; }
+    QWidget* axisWidget(PlotSight::Axis axis) const;
+
+    // From the numbers of an axis to pixels of the canvas.
+    PixelMap pixelMap(PlotSight::Axis axis) const;
+
+    struct NamedSample
+    {
+        QPointF pixel;
+        QColor colour;
+        QString text;
+    };
+
+    // The sample of any curve that is nearest to a pixel of the canvas, no farther from it than a radius.
+    std::optional<NamedSample> sampleAt(const QPointF& pixel, double radius) const;
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -44,18 +63,32 @@ private:
     void showLegend();
     void showColours();
     void fit();
+    void fitX();
+    void fitY();
+    void showSight();
     Extent xExtent() const;
+    QString textOf(PlotSight::Axis axis, double value) const;
+
+    // Itself and those that share its x, whoever was linked to whom.
+    std::vector<PlotView*> linkedViews();
 
     // Has the axes of a plot of that size numbered.
     void divideAxes(const QRectF& plot);
     void divideAxis(PlotSight::Axis axis, double pixels);
+    void keepRoom(PlotSight::Axis axis, AxisNumbers& numbers);
 
+    std::string m_Name;
+    std::vector<std::string> m_Links;
+    std::optional<double> m_Window;
+    bool m_HasFollowed = false;                       // when y was fitted last
     std::vector<std::unique_ptr<PlotCurve>> m_Curves; // in the order in which they came
     std::size_t m_NumColours = 0;
     std::array<AxisUpdate, PlotSight::NUM_AXES> m_Axes;
     PlotSight m_Sight;
     QwtPlot* m_Plot;
     QwtPlotGrid* m_Grid;
+    QToolButton* m_FollowButton;
+    std::unique_ptr<PlotGestures> m_Gestures;
 };
 
 } // namespace tavo

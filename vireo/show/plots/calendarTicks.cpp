@@ -181,6 +181,14 @@ QString nameOfZone(const QTimeZone& zone, double seconds)
     return (minutes < 0 ? QStringLiteral("UTC−") : QStringLiteral("UTC+")) + hoursAndMinutes;
 }
 
+QString momentText(double value, const QTimeZone& zone)
+{
+    const double seconds = value / ticksPerSecond(std::abs(value));
+    if (!(std::abs(seconds) < LAST_SECOND))
+        return QString::number(value, 'g', 17);
+    return QDateTime::fromMSecsSinceEpoch(std::llround(seconds * 1000), zone).toString("yyyy-MM-dd HH:mm:ss.zzz");
+}
+
 double ticksPerSecond(double largest)
 {
     double ticks = 1;

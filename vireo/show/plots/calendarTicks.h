@@ -17,6 +17,9 @@ struct CalendarTick
 // changes, and under the first tick. Nothing outside the years that a calendar has.
 std::vector<CalendarTick> calendarTicks(double from, double to, double shortestStep, const QTimeZone& zone);
 
+// A moment on such a clock, with date and time to the millisecond.
+QString momentText(double value, const QTimeZone& zone);
+
 // How far a time zone is from UTC, such as "UTC+01:00".
 QString nameOfZone(const QTimeZone& zone, double seconds);
 

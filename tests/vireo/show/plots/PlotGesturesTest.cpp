@@ -1,0 +1,281 @@
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QToolButton>
+#include <QWheelEvent>
+#include <gtest/gtest.h>
+
+#include "tests/support/userEvents.h"
+#include "tests/vireo/show/plots/curves.h"
+#include "vireo/show/plots/PlotReadout.h"
+#include "vireo/show/plots/PlotView.h"
+
+namespace tavo {
+
+namespace {
+
+using vireo_test::clickKey;
+using vireo_test::dragMouse;
+using vireo_test::moveMouse;
+using vireo_test::pressMouse;
+
+QWidget* canvasOf(PlotView& view)
+{
+    for (QWidget* widget : view.findChildren<QWidget*>())
+        if (widget->inherits("QwtPlotCanvas"))
+            return widget;
+    return nullptr;
+}
+
+void turnWheel(QWidget* widget, const QPoint& place, int steps, Qt::KeyboardModifiers modifiers = {})
+{
+    QWheelEvent event(place, widget->mapToGlobal(place), QPoint(), QPoint(0, 120 * steps), Qt::NoButton, modifiers,
+        Qt::NoScrollPhase, false);
+    QApplication::sendEvent(widget, &event);
+}
+
+void doubleClick(QWidget* widget)
+{
+    QMouseEvent event(QEvent::MouseButtonDblClick, widget->rect().center(), Qt::LeftButton, Qt::LeftButton, {});
+    QApplication::sendEvent(widget, &event);
+}
+
+class PlotGesturesTest : public testing::Test
+{
+protected:
+    PlotGesturesTest()
+    {
+        m_View.resize(600, 400);
+        m_View.show();
+        send({0, 10}, {0, 100});
+        QApplication::processEvents();
+    }
+
+    void send(std::vector<double> x, std::vector<double> y)
+    {
+        PlotUpdate update;
+        update.curve("a") = samples(std::move(x), std::move(y));
+        update.curves.front().name = "a";
+        m_View.apply(update);
+    }
+
+    void append(double x, double y)
+    {
+        PlotUpdate update;
+        update.curve("a").append({{x}, {y}});
+        m_View.apply(update);
+    }
+
+    PlotSight::Range x() { return m_View.getSight().range(PlotSight::X); }
+    PlotSight::Range y() { return m_View.getSight().range(PlotSight::Y); }
+    double xAt(const QPoint& place) { return m_View.pixelMap(PlotSight::X).toValue(place.x()); }
+    double yAt(const QPoint& place) { return m_View.pixelMap(PlotSight::Y).toValue(place.y()); }
+    bool isFollowOffered() { return m_View.findChild<QToolButton*>("follow")->isVisibleTo(m_View.parentWidget()); }
+    QString readout() { return static_cast<PlotReadout*>(m_View.findChild<QWidget*>("readout"))->text(); }
+
+    PlotView m_View{"test"};
+    QWidget* m_Canvas = canvasOf(m_View);
+};
+
+TEST_F(PlotGesturesTest, TheWheelZoomsAtThePointer)
+{
+    const QPoint place(150, 120);
+    turnWheel(m_Canvas, place, 2); // after which the numbers take the room that they keep
+    const double xBefore = xAt(place);
+    const double yBefore = yAt(place);
+    const double length = x().to - x().from;
+    turnWheel(m_Canvas, place, 3);
+    EXPECT_NEAR(xAt(place), xBefore, 0.05);
+    EXPECT_NEAR(yAt(place), yBefore, 0.5);
+    EXPECT_NEAR((x().to - x().from) / length, 0.87 * 0.87 * 0.87, 1e-6);
+    turnWheel(m_Canvas, place, -3);
+    EXPECT_NEAR(x().to - x().from, length, 1e-6);
+}
+
+TEST_F(PlotGesturesTest, OverAnAxisTheWheelZoomsThatAxisAlone)
+{
+    const PlotSight::Range xBefore = x();
+    const PlotSight::Range yBefore = y();
+    turnWheel(m_View.axisWidget(PlotSight::Y), {5, 100}, 1);
+    EXPECT_EQ(x().to, xBefore.to);
+    EXPECT_LT(y().to - y().from, yBefore.to - yBefore.from);
+    const PlotSight::Range yAfter = y();
+    turnWheel(m_View.axisWidget(PlotSight::X), {100, 5}, 1);
+    EXPECT_LT(x().to - x().from, xBefore.to - xBefore.from);
+    EXPECT_EQ(y().from, yAfter.from);
+}
+
+TEST_F(PlotGesturesTest, ModifiersZoomOrMoveXAlone)
+{
+    const PlotSight::Range yBefore = y();
+    turnWheel(m_Canvas, {100, 100}, 1, Qt::ControlModifier);
+    EXPECT_FALSE(m_View.getSight().isChosen(PlotSight::Y));
+    const double length = x().to - x().from;
+    const double from = x().from;
+    turnWheel(m_Canvas, {100, 100}, 1, Qt::ShiftModifier);
+    EXPECT_NEAR(x().to - x().from, length, 1e-9);
+    EXPECT_LT(x().from, from);
+    EXPECT_LE(y().to, yBefore.to);
+}
+
+TEST_F(PlotGesturesTest, DraggingMovesWhatIsUnderThePointerWithIt)
+{
+    turnWheel(m_Canvas, {150, 120}, 2);
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::MiddleButton}) {
+        const double xBefore = xAt({200, 100});
+        const double yBefore = yAt({200, 100});
+        dragMouse(m_Canvas, button, {200, 100}, {260, 150});
+        EXPECT_NEAR(xAt({260, 150}), xBefore, 0.1); // the numbers at y may need more room
+        EXPECT_NEAR(yAt({260, 150}), yBefore, 0.5);
+    }
+}
+
+TEST_F(PlotGesturesTest, RightDraggingZoomsIntoABox)
+{
+    const double left = xAt({100, 0});
+    const double right = xAt({300, 0});
+    const double top = yAt({0, 50});
+    const double bottom = yAt({0, 250});
+    dragMouse(m_Canvas, Qt::RightButton, {300, 250}, {100, 50});
+    EXPECT_NEAR(x().from, left, 0.05);
+    EXPECT_NEAR(x().to, right, 0.05);
+    EXPECT_NEAR(y().from, bottom, 0.5);
+    EXPECT_NEAR(y().to, top, 0.5);
+}
+
+TEST_F(PlotGesturesTest, EscapeGivesTheBoxUp)
+{
+    pressMouse(m_Canvas, Qt::RightButton, {100, 50});
+    moveMouse(m_Canvas, Qt::RightButton, {300, 250});
+    clickKey(m_Canvas, Qt::Key_Escape);
+    vireo_test::releaseMouse(m_Canvas, Qt::RightButton, {300, 250});
+    EXPECT_FALSE(m_View.getSight().isChosen(PlotSight::X));
+}
+
+TEST_F(PlotGesturesTest, AClickMovesNothing)
+{
+    dragMouse(m_Canvas, Qt::LeftButton, {100, 50}, {101, 51});
+    dragMouse(m_Canvas, Qt::RightButton, {100, 50}, {101, 51});
+    EXPECT_FALSE(m_View.getSight().isChosen(PlotSight::X));
+}
+
+TEST_F(PlotGesturesTest, ADoubleClickShowsAllAgain)
+{
+    turnWheel(m_Canvas, {100, 100}, 5);
+    doubleClick(m_View.axisWidget(PlotSight::Y));
+    EXPECT_FALSE(m_View.getSight().isChosen(PlotSight::Y));
+    EXPECT_TRUE(m_View.getSight().isChosen(PlotSight::X));
+    doubleClick(m_Canvas);
+    EXPECT_EQ(x().from, 0);
+    EXPECT_EQ(x().to, 10);
+}
+
+TEST_F(PlotGesturesTest, ZoomsAreUndoneAndRedone)
+{
+    dragMouse(m_Canvas, Qt::RightButton, {100, 50}, {300, 250});
+    const double zoomed = x().from;
+    clickKey(m_Canvas, Qt::Key_Backspace);
+    EXPECT_EQ(x().from, 0);
+    clickKey(m_Canvas, Qt::Key_Backspace, Qt::ShiftModifier);
+    EXPECT_EQ(x().from, zoomed);
+    pressMouse(m_Canvas, Qt::BackButton, {1, 1});
+    EXPECT_EQ(x().from, 0);
+}
+
+TEST_F(PlotGesturesTest, WhoHasZoomedStaysZoomed)
+{
+    dragMouse(m_Canvas, Qt::RightButton, {100, 50}, {300, 250});
+    const PlotSight::Range before = x();
+    send({0, 1000}, {-5000, 5000});
+    EXPECT_EQ(x().from, before.from);
+    EXPECT_EQ(x().to, before.to);
+}
+
+TEST_F(PlotGesturesTest, TheNewestDataAreFollowedAtTheLengthThatTheWheelChooses)
+{
+    append(20, 1);
+    EXPECT_EQ(x().to, 20);
+    turnWheel(m_Canvas, {100, 100}, 1, Qt::ControlModifier);
+    EXPECT_NEAR(x().to - x().from, 20 * 0.87, 1e-9);
+    EXPECT_EQ(x().to, 20);
+    append(25, 1);
+    EXPECT_EQ(x().to, 25);
+    EXPECT_NEAR(x().to - x().from, 20 * 0.87, 1e-9);
+    EXPECT_FALSE(isFollowOffered());
+}
+
+TEST_F(PlotGesturesTest, ZoomingYFollowsOn)
+{
+    append(20, 1);
+    turnWheel(m_View.axisWidget(PlotSight::Y), {5, 100}, 1);
+    append(25, 1);
+    EXPECT_EQ(x().to, 25);
+}
+
+TEST_F(PlotGesturesTest, DraggingStopsFollowingAndAButtonLeadsBack)
+{
+    append(20, 1);
+    dragMouse(m_Canvas, Qt::LeftButton, {100, 50}, {150, 50});
+    const PlotSight::Range before = x();
+    append(30, 1);
+    EXPECT_EQ(x().to, before.to);
+    EXPECT_TRUE(isFollowOffered());
+    vireo_test::clickMouse(m_View.findChild<QToolButton*>("follow"));
+    EXPECT_EQ(x().to, 30);
+    EXPECT_FALSE(isFollowOffered());
+}
+
+TEST_F(PlotGesturesTest, SpaceStopsFollowingAndStartsItAgain)
+{
+    append(20, 1);
+    clickKey(m_Canvas, Qt::Key_Space);
+    append(30, 1);
+    EXPECT_EQ(x().to, 20);
+    clickKey(m_Canvas, Qt::Key_Space);
+    EXPECT_EQ(x().to, 30);
+}
+
+TEST_F(PlotGesturesTest, LinkedPlotsShareX)
+{
+    PlotView other("other");
+    PlotUpdate update;
+    update.curve("b") = samples({5, 40}, {0, 1});
+    update.curves.front().name = "b";
+    update.links.emplace_back("test");
+    other.apply(update);
+    EXPECT_EQ(x().to, 40);
+    EXPECT_EQ(other.getSight().range(PlotSight::X).from, 0);
+    dragMouse(m_Canvas, Qt::RightButton, {100, 50}, {300, 250});
+    EXPECT_EQ(other.getSight().range(PlotSight::X).from, x().from);
+    EXPECT_FALSE(other.getSight().isChosen(PlotSight::Y));
+}
+
+TEST_F(PlotGesturesTest, ThePointerNamesTheNearestSample)
+{
+    send({0, 5, 10}, {0, 77.25, 100});
+    const QPoint place(
+        qRound(m_View.pixelMap(PlotSight::X).toPixel(5)) + 3, qRound(m_View.pixelMap(PlotSight::Y).toPixel(77.25)) - 3);
+    moveMouse(m_Canvas, Qt::NoButton, place);
+    EXPECT_EQ(readout().toStdString(), "a\n5\n77.25");
+    moveMouse(m_Canvas, Qt::NoButton, place + QPoint(0, 40));
+    EXPECT_EQ(readout().toStdString(), "");
+}
+
+TEST_F(PlotGesturesTest, YFitsWhatIsSeenOfX)
+{
+    std::vector<double> x(1000);
+    std::vector<double> y(1000);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        x[i] = static_cast<double>(i);
+        y[i] = i < 500 ? 1 : 1000;
+    }
+    y[100] = 2;
+    send(x, y);
+    for (int i = 0; i < 12; ++i)
+        turnWheel(m_View.axisWidget(PlotSight::X), {0, 5}, 1);
+    EXPECT_NEAR(this->y().to, 2.05, 0.01);
+}
+
+} // namespace
+
+} // namespace tavo

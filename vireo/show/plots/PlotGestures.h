@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <optional>
+#include <vector>
+
+#include "vireo/show/plots/PlotSight.h"
+
+class QKeyEvent;
+class QMouseEvent;
+class QRubberBand;
+class QWheelEvent;
+class QWidget;
+
+namespace tavo {
+
+class PlotReadout;
+class PlotView;
+
+// What a person does to a plot with mouse and keys.
+//
+// The wheel zooms at the pointer, with Ctrl x alone, and with Shift it moves x; over an axis it zooms that axis alone.
+// The left and the middle button drag what is seen; the right button, or Shift with the left one, draws a box that is
+// zoomed into, which Alt widens to the whole width and Shift to the whole height, and Escape gives up. A double click
+// shows all again, over an axis all along that one. Space stops following the newest data and starts it again.
+// Backspace or the mouse's back button undo a zoom, Shift and Backspace or the forward button redo it.
+class PlotGestures : public QObject
+{
+public:
+    explicit PlotGestures(PlotView& view);
+    ~PlotGestures() override;
+
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    struct Drag
+    {
+        QPoint last;
+        QPoint start;
+        bool isBox;
+        bool isLeft;
+        bool hasMoved;
+    };
+
+    // The axis that a widget shows; none for the canvas.
+    std::optional<PlotSight::Axis> axisOf(const QObject* widget) const;
+    std::vector<PlotSight::Axis> axesOf(const QObject* widget) const;
+
+    void turnWheel(QObject* widget, QWheelEvent& event);
+    bool press(QObject* widget, const QMouseEvent& event);
+    bool move(QObject* widget, const QMouseEvent& event);
+    bool release(const QMouseEvent& event);
+    void fit(QObject* widget);
+    bool pressKey(const QKeyEvent& event);
+    void moveBy(QObject* widget, const QPoint& pixels);
+    void zoomInto(const QRect& box);
+    QRect boxTo(const QPoint& position) const;
+    void point(const QPoint& position);
+
+    PlotView& m_View;
+    QWidget* m_Canvas;
+    PlotReadout* m_Readout;
+    QRubberBand* m_Box;
+    std::optional<Drag> m_Drag;
+    Qt::KeyboardModifiers m_BoxModifiers;
+    bool m_IsWheelTurning = false; // since what was seen has been remembered
+};
+
+} // namespace tavo
