@@ -40,6 +40,10 @@ namespace tavo {
 /// storage and transfer of the application do not matter. There is no class record of its own: by class records, a
 /// renderer counts as its base, whose other rules do not hold here.
 ///
+/// A stack takes four bytes of texture memory for each texel. While it is made, there is the image of one slice and,
+/// for the stack along X, the samples of several slices at once. These take at most 1 MiB or, if that is more, as much
+/// as the colours of one slice and its image.
+///
 /// @needs For drawing and disposing, a context with GL_ARB_multitexture must be current: the same one each time, or one
 /// that shares names with it.
 /// @owns Destroying a renderer does not delete its textures: call disposeTextures first. Copies name the same textures;
@@ -55,11 +59,13 @@ public:
     /// differ from the last time, makes the textures anew.
     /// @leaves All GL state is as before, even if this throws. The renderer can still be used.
     /// @throws std::out_of_range Without channels.
-    /// @throws PException As prepareTextures does; if slices are too large for the driver's textures, or channels more
-    /// than its units; and without GL_ARB_multitexture or in the core profile, before it changes GL.
+    /// @throws PException As prepareTextures of the base does, but in the name of this class; if slices are too large
+    /// for the driver's textures, or channels more than its units; and without GL_ARB_multitexture or in the core
+    /// profile, before it changes GL.
     void drawVolume(RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels, Mapping mapping,
         void* userData) override;
 
+    /// Deletes all textures (glDeleteTextures). The next drawing makes new ones.
     void disposeTextures() override;
 
     /// Says that samples, or the answers of the mapping, have changed although volume and pointers are the same. The
