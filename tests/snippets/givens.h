@@ -1,7 +1,7 @@
 #pragma once
 
-// What the code in headers and documents takes for given: objects that a reader has anyway. Their types are not defined here, so
-// that code shows the includes it needs.
+// What the code in headers and documents takes for given: objects that a reader has anyway. Their types are not defined
+// here, so that code shows the includes it needs.
 
 #include <vector>
 

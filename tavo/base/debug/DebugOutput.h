@@ -98,8 +98,8 @@ public:
     /// this returns true.
     bool displayEvent(const MetaClass* displayerClass, std::string name, const EventDisplayerEvent* event);
 
-    /// The debug window; null until the first event or requireWindow() makes it, and after the QApplication has gone. In
-    /// the QApplication's thread its log holds all text so far.
+    /// The debug window; null until the first event or requireWindow() makes it, and after the QApplication has gone.
+    /// In the QApplication's thread its log holds all text so far.
     /// @owns The debug output owns the window.
     DebugWindow* getWindow() const;
 

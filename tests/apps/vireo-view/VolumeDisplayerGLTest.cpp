@@ -18,9 +18,9 @@ namespace vireo_view {
 namespace {
 
 using tavo::Box3f;
-using tavo::Vector2d;
 using tavo::matchesReference;
 using tavo::Picture;
+using tavo::Vector2d;
 using testing::HasSubstr;
 
 // Quarter turns of the view.
