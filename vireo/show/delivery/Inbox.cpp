@@ -7,6 +7,7 @@
 #include <mutex>
 #include <utility>
 
+#include "tavo/base/debug/displayException.h"
 #include "tavo/base/text/printable.h"
 #include "tavo/base/threads/WindowFirstMutex.h"
 #include "vireo/show/delivery/sayOnce.h"
@@ -46,7 +47,10 @@ struct State
     std::vector<ViewSlotPointer> waiting;
     QObject* receiver = nullptr;
     std::function<void()> whenAnythingWaits;
-    bool isReceiverTold = false;
+    bool isReceiverTold = false; // of what waits, until it takes it
+    bool hasNews = false;        // to tell it of, when it wakes
+    std::vector<std::function<void()>> work;
+    bool isReceiverWoken = false;
 };
 
 State& state()
@@ -69,11 +73,39 @@ void sweep()
     state().sweepSize = 2 * state().views.size() + 64;
 }
 
+// In the receiver's thread. What threads hand over is in the state alone; the event only says that something is there.
+void serveReceiver()
+{
+    std::function<void()> whenAnythingWaits;
+    std::vector<std::function<void()>> work;
+    {
+        state().mutex.lockFirst();
+        const Lock lock(state().mutex, std::adopt_lock);
+        state().isReceiverWoken = false;
+        if (std::exchange(state().hasNews, false))
+            whenAnythingWaits = state().whenAnythingWaits;
+        work.swap(state().work);
+    }
+    if (whenAnythingWaits)
+        whenAnythingWaits();
+    for (const std::function<void()>& piece : work)
+        runGuarded(piece);
+}
+
 // With the state locked: the receiver withdraws under the same lock.
+void wakeReceiver()
+{
+    if (!std::exchange(state().isReceiverWoken, true))
+        QMetaObject::invokeMethod(
+            state().receiver, [] { serveReceiver(); }, Qt::QueuedConnection);
+}
+
 void tellReceiver()
 {
-    if (state().receiver && !state().waiting.empty() && !std::exchange(state().isReceiverTold, true))
-        QMetaObject::invokeMethod(state().receiver, state().whenAnythingWaits, Qt::QueuedConnection);
+    if (!state().receiver || state().waiting.empty() || std::exchange(state().isReceiverTold, true))
+        return;
+    state().hasNews = true;
+    wakeReceiver();
 }
 
 } // namespace
@@ -159,10 +191,12 @@ std::vector<Batch::Part> take()
 
 void setReceiver(QObject* receiver, std::function<void()> whenAnythingWaits)
 {
+    std::vector<std::function<void()>> dropped;
     const Lock lock(state().mutex);
+    dropped.swap(state().work);
     state().receiver = receiver;
     state().whenAnythingWaits = std::move(whenAnythingWaits);
-    state().isReceiverTold = false;
+    state().isReceiverTold = state().hasNews = state().isReceiverWoken = false;
     tellReceiver();
 }
 
@@ -171,7 +205,9 @@ bool post(std::function<void()> work)
     const Lock lock(state().mutex);
     if (!state().receiver)
         return false;
-    return QMetaObject::invokeMethod(state().receiver, std::move(work), Qt::QueuedConnection);
+    state().work.push_back(std::move(work));
+    wakeReceiver();
+    return true;
 }
 
 void lockForFork()

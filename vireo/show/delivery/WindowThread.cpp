@@ -95,39 +95,6 @@ const std::string& ownPlatform()
     return platform;
 }
 
-// One piece of work, which is either begun or given up.
-class Work
-{
-public:
-    explicit Work(std::function<void()> work)
-        : m_Work(std::move(work))
-    {}
-
-    bool claim() { return !m_IsClaimed.test_and_set(); }
-
-    void run()
-    {
-        if (claim())
-            runGuarded(m_Work);
-        m_Done.set_value();
-    }
-
-    // False if it was given up, or will never be done.
-    bool wait()
-    {
-        std::future<void> done = m_Done.get_future();
-        if (done.wait_for(LONGEST_WAIT) != std::future_status::ready && claim())
-            return false;
-        done.wait();
-        return true;
-    }
-
-private:
-    std::function<void()> m_Work;
-    std::atomic_flag m_IsClaimed;
-    std::promise<void> m_Done;
-};
-
 } // namespace
 
 namespace windowThread {
@@ -178,8 +145,23 @@ bool runInWindowThread(std::function<void()> work)
 {
     if (FrontDoor::isHere())
         return runGuarded(work);
-    const auto shared = std::make_shared<Work>(std::move(work));
-    return inbox::post([shared] { shared->run(); }) && shared->wait();
+    // It is either begun or given up.
+    const auto isClaimed = std::make_shared<std::atomic_flag>();
+    auto promise = std::make_shared<std::promise<void>>();
+    std::future<void> done = promise->get_future();
+    const bool isPosted = inbox::post([isClaimed, work = std::move(work), promise = std::move(promise)] {
+        if (!isClaimed->test_and_set())
+            runGuarded(work);
+        promise->set_value();
+    });
+    if (!isPosted || (done.wait_for(LONGEST_WAIT) != std::future_status::ready && !isClaimed->test_and_set()))
+        return false;
+    try {
+        done.get();
+        return true;
+    } catch (const std::future_error&) {
+        return false; // the window went first
+    }
 }
 
 bool hasViewThread(const char* call)
