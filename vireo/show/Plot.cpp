@@ -65,12 +65,15 @@ bool isSent(const ViewSlotPointer& slot)
     return slot && currentBatch() && !isShowOff();
 }
 
-void sendSamples(const ViewSlotPointer& slot, CurveKind kind, std::string_view name, const Numbers* x, const Numbers& y)
+void sendSamples(const ViewSlotPointer& slot, CurveKind kind, std::string_view name, const Numbers* x, const Numbers& y,
+    const Numbers* low = nullptr)
 {
-    if (!isSent(slot) || isMistaken(slot, kind == CurveKind::Line ? "curve" : "points", name, x, y))
+    if (!isSent(slot) || isMistaken(slot, nameOf(kind), name, x, y) ||
+        (low && isMistaken(slot, nameOf(kind), name, x, *low)))
         return;
     changeCurve(slot, name, [&](CurveUpdate& curve) {
-        curve.samples = CurveSamples{x ? NumberArray(*x) : NumberArray(), y, kind};
+        curve.samples =
+            CurveSamples{x ? NumberArray(*x) : NumberArray(), y, low ? NumberArray(*low) : NumberArray(), kind};
         curve.appended.clear();
     });
 }
@@ -114,6 +117,43 @@ Plot Plot::points(std::string_view name, const Numbers& x, const Numbers& y, con
     return *this;
 }
 
+Plot Plot::steps(std::string_view name, const Numbers& y, const Statement&) const
+{
+    sendSamples(m_Slot, CurveKind::Steps, name, nullptr, y);
+    return *this;
+}
+
+Plot Plot::steps(std::string_view name, const Numbers& x, const Numbers& y, const Statement&) const
+{
+    sendSamples(m_Slot, CurveKind::Steps, name, &x, y);
+    return *this;
+}
+
+Plot Plot::bars(std::string_view name, const Numbers& y, const Statement&) const
+{
+    sendSamples(m_Slot, CurveKind::Bars, name, nullptr, y);
+    return *this;
+}
+
+Plot Plot::bars(std::string_view name, const Numbers& x, const Numbers& y, const Statement&) const
+{
+    sendSamples(m_Slot, CurveKind::Bars, name, &x, y);
+    return *this;
+}
+
+Plot Plot::histogram(std::string_view name, const Numbers& values, const Statement&) const
+{
+    sendSamples(m_Slot, CurveKind::Histogram, name, nullptr, values);
+    return *this;
+}
+
+Plot Plot::band(
+    std::string_view name, const Numbers& x, const Numbers& low, const Numbers& high, const Statement&) const
+{
+    sendSamples(m_Slot, CurveKind::Band, name, &x, high, &low);
+    return *this;
+}
+
 Plot Plot::append(std::string_view name, double x, double y, const Statement&) const
 {
     changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.append({{x}, {y}}); });
@@ -140,6 +180,37 @@ Plot Plot::colour(std::string_view name, const RGBA8& colour, const Statement&) 
     return *this;
 }
 
+Plot Plot::style(std::string_view name, std::string_view words, const Statement&) const
+{
+    changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.style = std::string(words); });
+    return *this;
+}
+
+Plot Plot::vertical(double x, std::string_view label, const Statement&) const
+{
+    change(m_Slot, [&](PlotUpdate& plot) { plot.lines.push_back({true, x, std::string(label)}); });
+    return *this;
+}
+
+Plot Plot::horizontal(double y, std::string_view label, const Statement&) const
+{
+    change(m_Slot, [&](PlotUpdate& plot) { plot.lines.push_back({false, y, std::string(label)}); });
+    return *this;
+}
+
+Plot Plot::window(double seconds, const Statement&) const
+{
+    change(m_Slot, [seconds](PlotUpdate& plot) { plot.window = seconds; });
+    return *this;
+}
+
+Plot Plot::link(const Plot& other, const Statement&) const
+{
+    if (other.m_Slot)
+        change(m_Slot, [&other](PlotUpdate& plot) { plot.links.push_back(other.m_Slot->name); });
+    return *this;
+}
+
 Plot Plot::title(std::string_view text, const Statement&) const
 {
     change(m_Slot, [&](PlotUpdate& plot) { plot.title = std::string(text); });
@@ -155,6 +226,12 @@ Plot Plot::xAxis(std::string_view label, std::string_view unit, const Statement&
 Plot Plot::yAxis(std::string_view label, std::string_view unit, const Statement&) const
 {
     change(m_Slot, [&](PlotUpdate& plot) { plot.y.name = AxisUpdate::Name{std::string(label), std::string(unit)}; });
+    return *this;
+}
+
+Plot Plot::y2Axis(std::string_view label, std::string_view unit, const Statement&) const
+{
+    change(m_Slot, [&](PlotUpdate& plot) { plot.y2.name = AxisUpdate::Name{std::string(label), std::string(unit)}; });
     return *this;
 }
 
@@ -190,7 +267,7 @@ Plot Plot::yRange(double from, double to, const Statement&) const
 
 Plot Plot::remove(std::string_view name, const Statement&) const
 {
-    changeCurve(m_Slot, name, [](CurveUpdate& curve) { curve.remove(); });
+    change(m_Slot, [&](PlotUpdate& plot) { plot.remove(std::string(name)); });
     return *this;
 }
 

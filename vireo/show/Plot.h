@@ -1,9 +1,11 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "tavo/base/math/vectors.h"
 #include "vireo/show/Export.h"
@@ -69,6 +71,27 @@ public:
         return points(name, Numbers(x, count), Numbers(y, count), statement);
     }
 
+    /// Each sample holds until the next one.
+    Plot steps(std::string_view name, const Numbers& y, const Statement& statement = Statement()) const;
+    Plot steps(
+        std::string_view name, const Numbers& x, const Numbers& y, const Statement& statement = Statement()) const;
+
+    /// Bars from zero to the samples.
+    Plot bars(std::string_view name, const Numbers& y, const Statement& statement = Statement()) const;
+    Plot bars(
+        std::string_view name, const Numbers& x, const Numbers& y, const Statement& statement = Statement()) const;
+
+    /// How many of the values lie where, in intervals of equal length.
+    Plot histogram(std::string_view name, const Numbers& values, const Statement& statement = Statement()) const;
+
+    /// The area between `low` and `high`.
+    Plot band(std::string_view name, const Numbers& x, const Numbers& low, const Numbers& high,
+        const Statement& statement = Statement()) const;
+
+    /// A line across the plot, with a label. Another one with the same label takes its place.
+    Plot vertical(double x, std::string_view label = {}, const Statement& statement = Statement()) const;
+    Plot horizontal(double y, std::string_view label = {}, const Statement& statement = Statement()) const;
+
     /// One more sample of a curve, or as many as the ranges have; the curve is made by the first. Of what is appended
     /// the last 1,000,000 samples are kept.
     Plot append(std::string_view name, double x, double y, const Statement& statement = Statement()) const;
@@ -82,11 +105,25 @@ public:
         return append(name, Numbers(x, count), Numbers(y, count), statement);
     }
 
+    /// One more sample at a moment, in seconds since the clock began; of the system's clock, dates and times are shown.
+    template <typename Clock, typename Duration>
+    Plot append(std::string_view name, const std::chrono::time_point<Clock, Duration>& moment, double y,
+        const Statement& statement = Statement()) const
+    {
+        if constexpr (std::is_same_v<Clock, std::chrono::system_clock>)
+            timeX(true, statement);
+        return append(name, std::chrono::duration<double>(moment.time_since_epoch()).count(), y, statement);
+    }
+
     /// How many samples of an appended curve are kept, the newest ones.
     Plot keep(std::string_view name, std::size_t count, const Statement& statement = Statement()) const;
 
     /// The colour of a curve, instead of one of the palette: red, green, blue, opacity, each 0 to 255.
     Plot colour(std::string_view name, const RGBA8& colour, const Statement& statement = Statement()) const;
+
+    /// How a curve looks, in words: "dashed" or "dotted", "thick", "marks"; "y2" has it counted by the second y axis,
+    /// at the right.
+    Plot style(std::string_view name, std::string_view words, const Statement& statement = Statement()) const;
 
     /// Above the plot. Without one it is the plot's name.
     Plot title(std::string_view text, const Statement& statement = Statement()) const;
@@ -94,6 +131,7 @@ public:
     /// What an axis counts, and in which unit: "pressure" and "Pa" stand there as "pressure [Pa]".
     Plot xAxis(std::string_view label, std::string_view unit = {}, const Statement& statement = Statement()) const;
     Plot yAxis(std::string_view label, std::string_view unit = {}, const Statement& statement = Statement()) const;
+    Plot y2Axis(std::string_view label, std::string_view unit = {}, const Statement& statement = Statement()) const;
 
     /// Counts by powers of ten along an axis. What is not above zero has no place on it.
     Plot logX(bool isLog = true, const Statement& statement = Statement()) const;
@@ -107,7 +145,13 @@ public:
     Plot xRange(double from, double to, const Statement& statement = Statement()) const;
     Plot yRange(double from, double to, const Statement& statement = Statement()) const;
 
-    /// Takes one curve away, or all of them.
+    /// Shows no more of x than that, the newest of it, until a person chooses another length.
+    Plot window(double seconds, const Statement& statement = Statement()) const;
+
+    /// Shows the same part of x as the other plot, whichever of them is moved.
+    Plot link(const Plot& other, const Statement& statement = Statement()) const;
+
+    /// Takes one curve away, and lines with that label, or all of them.
     Plot remove(std::string_view name, const Statement& statement = Statement()) const;
     Plot clear(const Statement& statement = Statement()) const;
 

@@ -242,7 +242,7 @@ std::string FrontDoor::savePicture(const std::string& name, const QString& file,
     View* const view = findView(name);
     if (!view)
         return noSuchView(name);
-    return tavo::savePicture(file, view->picture(size));
+    return view->savePicture(file, size);
 }
 
 std::string FrontDoor::savePictures(const QString& folder)

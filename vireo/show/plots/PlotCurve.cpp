@@ -2,9 +2,11 @@
 
 #include <QPainter>
 #include <QPen>
+#include <qwt_plot.h>
 #include <qwt_scale_map.h>
 
 #include "tavo/base/text/printable.h"
+#include "vireo/show/plots/areas.h"
 #include "vireo/show/plots/colours.h"
 
 namespace tavo {
@@ -12,6 +14,7 @@ namespace tavo {
 namespace {
 
 constexpr double MARK_DIAMETER = 5;
+constexpr double AREA_OPACITY = 0.35;
 constexpr std::size_t LONGEST_NAME = 60;
 constexpr double DRAWN_ABOVE_GRID = 20;
 
@@ -21,6 +24,7 @@ constexpr int MOST_ROUND_MARKS = 20'000;
 void drawMarks(QPainter& painter, const QPolygonF& marks)
 {
     QPen pen = painter.pen();
+    pen.setStyle(Qt::SolidLine);
     pen.setCapStyle(marks.size() <= MOST_ROUND_MARKS ? Qt::RoundCap : Qt::SquareCap);
     pen.setWidthF(marks.size() <= MOST_ROUND_MARKS ? MARK_DIAMETER : 2);
     painter.setPen(pen);
@@ -49,9 +53,13 @@ void PlotCurve::apply(CurveUpdate& update)
         m_Colour = QColor::fromRgba(*update.colour);
         m_HasOwnColour = true;
     }
+    if (update.style)
+        applyStyle(*update.style);
     if (update.samples)
-        m_Kind = update.samples->kind;
+        applySamples(*update.samples);
     m_Samples.apply(update);
+    if (hasBars())
+        m_Distance = leastDistance(m_Samples);
     m_Polylines.reset();
     showName();
 }
@@ -70,6 +78,52 @@ void PlotCurve::showName()
     setTitle(QwtText(name, QwtText::PlainText));
 }
 
+void PlotCurve::applySamples(CurveSamples& samples)
+{
+    m_Kind = samples.kind;
+    if (m_Kind == CurveKind::Histogram)
+        samples = histogramOf(samples.y);
+    CurveUpdate low;
+    low.samples = CurveSamples{samples.x, samples.low, {}, m_Kind};
+    m_Low.apply(low);
+}
+
+void PlotCurve::applyStyle(const std::string& style)
+{
+    const QStringList words = QString::fromStdString(style).split(' ', Qt::SkipEmptyParts);
+    m_PenStyle = words.contains("dashed") ? Qt::DashLine : words.contains("dotted") ? Qt::DotLine : Qt::SolidLine;
+    m_PenWidth = words.contains("thick") ? 2.5 : 1;
+    m_HasMarks = words.contains("marks");
+    m_IsOnY2 = words.contains("y2");
+    setYAxis(m_IsOnY2 ? QwtPlot::yRight : QwtPlot::yLeft);
+}
+
+double PlotCurve::barWidth() const
+{
+    constexpr double PART = 0.8;
+    return m_Distance * (m_Kind == CurveKind::Histogram ? 1 : PART);
+}
+
+Extent PlotCurve::xExtent() const
+{
+    Extent extent = m_Samples.xExtent();
+    if (hasBars() && !extent.isEmpty()) {
+        extent.from -= barWidth() / 2;
+        extent.to += barWidth() / 2;
+    }
+    return extent;
+}
+
+Extent PlotCurve::yExtentWithin(double firstX, double lastX) const
+{
+    Extent extent = m_Samples.yExtentWithin(firstX, lastX);
+    if (m_Kind == CurveKind::Band)
+        extent.include(m_Low.yExtentWithin(firstX, lastX));
+    if (hasBars() && !extent.isEmpty())
+        extent.include(0);
+    return extent;
+}
+
 const Polylines& PlotCurve::polylines(const PixelMap& xMap, const PixelMap& yMap) const
 {
     if (m_Polylines && xMap == m_XMap && yMap == m_YMap)
@@ -77,17 +131,43 @@ const Polylines& PlotCurve::polylines(const PixelMap& xMap, const PixelMap& yMap
     m_XMap = xMap;
     m_YMap = yMap;
     m_Polylines = m_Kind == CurveKind::Points ? marksOf(m_Samples, xMap, yMap) : polylinesOf(m_Samples, xMap, yMap);
+    if (m_Kind == CurveKind::Steps)
+        makeSteps(*m_Polylines);
     return *m_Polylines;
 }
 
 void PlotCurve::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF&) const
 {
-    const Polylines& polylines = this->polylines(pixelMapOf(xMap), pixelMapOf(yMap));
+    const PixelMap x = pixelMapOf(xMap);
+    const PixelMap y = pixelMapOf(yMap);
     painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(QPen(m_Colour, 1.3));
+    QColor faint = m_Colour;
+    faint.setAlphaF(m_Colour.alphaF() * AREA_OPACITY);
+    if (hasBars()) {
+        painter->setRenderHint(QPainter::Antialiasing, false);
+        painter->setPen(QPen(m_Colour, 0));
+        painter->setBrush(faint);
+        for (const QRectF& bar : barsOf(m_Samples, x, y, barWidth()))
+            painter->drawRect(bar);
+    } else if (m_Kind == CurveKind::Band) {
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(faint);
+        for (const QPolygonF& area : bandOf(m_Low, m_Samples, x, y))
+            painter->drawPolygon(area);
+    } else {
+        drawLines(*painter, x, y);
+    }
+}
+
+void PlotCurve::drawLines(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap) const
+{
+    const Polylines& polylines = this->polylines(xMap, yMap);
+    painter.setPen(QPen(m_Colour, m_PenWidth, m_PenStyle));
     for (const QPolygonF& line : polylines.lines)
-        painter->drawPolyline(line);
-    drawMarks(*painter, polylines.marks);
+        painter.drawPolyline(line);
+    drawMarks(painter, polylines.marks);
+    if (m_HasMarks && m_Kind != CurveKind::Points)
+        drawMarks(painter, marksOf(m_Samples, xMap, yMap).marks);
 }
 
 QwtGraphic PlotCurve::legendIcon(int, const QSizeF& size) const

@@ -21,6 +21,13 @@ public:
 
     const QColor& getColour() const { return m_Colour; }
 
+    // What has to be seen of it; bars stand on zero.
+    Extent xExtent() const;
+    Extent yExtentWithin(double firstX, double lastX) const;
+
+    // Whether it is counted by the second axis of y.
+    bool isOnY2() const { return m_IsOnY2; }
+
     void apply(CurveUpdate& update);
 
     // Takes a colour for a light or a dark ground.
@@ -31,10 +38,21 @@ public:
 
 private:
     void showName();
+    void applySamples(CurveSamples& samples);
+    void applyStyle(const std::string& style);
+    bool hasBars() const { return m_Kind == CurveKind::Bars || m_Kind == CurveKind::Histogram; }
+    double barWidth() const;
+    void drawLines(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap) const;
     const Polylines& polylines(const PixelMap& xMap, const PixelMap& yMap) const;
 
     std::string m_Name;
     CurveStore m_Samples;
+    CurveStore m_Low; // of a band
+    double m_Distance = 1;
+    Qt::PenStyle m_PenStyle = Qt::SolidLine;
+    double m_PenWidth = 1;
+    bool m_HasMarks = false;
+    bool m_IsOnY2 = false;
     CurveKind m_Kind = CurveKind::Line;
     std::size_t m_Number;
     bool m_HasOwnColour = false;

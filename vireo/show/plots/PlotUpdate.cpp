@@ -20,6 +20,12 @@ void replace(std::optional<T>& older, std::optional<T>& newer)
 
 } // namespace
 
+const char* nameOf(CurveKind kind)
+{
+    constexpr const char* NAMES[] = {"curve", "points", "steps", "bars", "histogram", "band"};
+    return NAMES[static_cast<std::size_t>(kind)];
+}
+
 void AppendedSamples::append(AppendedSamples&& newer)
 {
     x.insert(x.end(), newer.x.begin(), newer.x.end());
@@ -35,9 +41,11 @@ void CurveUpdate::merge(CurveUpdate& newer)
         std::swap(samples, newer.samples);
         std::swap(colour, newer.colour);
         std::swap(kept, newer.kept);
+        std::swap(style, newer.style);
     } else {
         replace(colour, newer.colour);
         replace(kept, newer.kept);
+        replace(style, newer.style);
         if (newer.samples)
             samples.swap(newer.samples);
         else
@@ -62,6 +70,7 @@ void CurveUpdate::remove()
     appended.clear();
     kept.reset();
     colour.reset();
+    style.reset();
 }
 
 void CurveUpdate::dropOldSamples()
@@ -87,10 +96,14 @@ void PlotUpdate::merge(ViewUpdate& newer)
     if (newerPlot.isCleared) {
         isCleared = true;
         curves.swap(newerPlot.curves);
+        lines.clear();
     } else {
         for (CurveUpdate& newerCurve : newerPlot.curves)
             curve(newerCurve.name).merge(newerCurve);
     }
+    for (const std::string& label : newerPlot.removedLines)
+        removeLines(label);
+    lines.insert(lines.end(), newerPlot.lines.begin(), newerPlot.lines.end());
     replace(title, newerPlot.title);
     x.merge(newerPlot.x);
     y.merge(newerPlot.y);
@@ -127,6 +140,21 @@ void PlotUpdate::clear()
 {
     isCleared = true;
     curves.clear();
+    lines.clear();
+}
+
+void PlotUpdate::remove(const std::string& name)
+{
+    curve(name).remove();
+    removeLines(name);
+}
+
+void PlotUpdate::removeLines(const std::string& label)
+{
+    removedLines.push_back(label);
+    lines.erase(
+        std::remove_if(lines.begin(), lines.end(), [&label](const LineAcross& line) { return line.label == label; }),
+        lines.end());
 }
 
 } // namespace tavo

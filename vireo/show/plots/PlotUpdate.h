@@ -15,14 +15,21 @@ namespace tavo {
 enum class CurveKind : unsigned char
 {
     Line,
-    Points
+    Points,
+    Steps,
+    Bars,
+    Histogram, // whose samples are the values that are counted, until the curve has them
+    Band
 };
+
+const char* nameOf(CurveKind kind);
 
 // Samples of a curve. Without x they stand at 0, 1, 2 ...
 struct CurveSamples
 {
     NumberArray x;
     NumberArray y;
+    NumberArray low; // of a band
     CurveKind kind = CurveKind::Line;
 };
 
@@ -46,6 +53,7 @@ struct CurveUpdate
     std::vector<AppendedSamples> appended; // behind the samples
     std::optional<std::size_t> kept;       // of appended samples, the newest
     std::optional<QRgb> colour;
+    std::optional<std::string> style; // words, see Plot::style()
 
     void merge(CurveUpdate& newer);
     void append(AppendedSamples samples);
@@ -76,6 +84,14 @@ struct AxisUpdate
     void merge(AxisUpdate& newer);
 };
 
+// A line across the plot. A later one with the same label takes its place.
+struct LineAcross
+{
+    bool isVertical;
+    double place;
+    std::string label;
+};
+
 // What was sent to one plot.
 class PlotUpdate : public ViewUpdate
 {
@@ -89,14 +105,22 @@ public:
     // As if what was sent so far had never been: the plot's curves go.
     void clear();
 
+    // The curve of that name goes, and the lines with that label.
+    void remove(const std::string& name);
+
     bool isCleared = false; // the curves of the plot go first
     std::vector<CurveUpdate> curves;
     std::optional<std::string> title;
     AxisUpdate x;
     AxisUpdate y;
     AxisUpdate y2;
-    std::optional<double> window;   // how much of x is in view, of the newest
-    std::vector<std::string> links; // the plots that share its x
+    std::vector<LineAcross> lines;
+    std::optional<double> window;          // how much of x is in view, of the newest
+    std::vector<std::string> removedLines; // before lines are added
+    std::vector<std::string> links;        // the plots that share its x
+
+private:
+    void removeLines(const std::string& label);
 };
 
 } // namespace tavo

@@ -1,7 +1,12 @@
 #include "vireo/show/plots/PlotView.h"
 
+#include <QBuffer>
 #include <QEvent>
+#include <QFileInfo>
+#include <QPageSize>
 #include <QPainter>
+#include <QPdfWriter>
+#include <QSvgGenerator>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -11,6 +16,7 @@
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_grid.h>
 #include <qwt_plot_layout.h>
+#include <qwt_plot_marker.h>
 #include <qwt_plot_renderer.h>
 #include <qwt_scale_engine.h>
 #include <qwt_scale_widget.h>
@@ -96,6 +102,27 @@ AxisUpdate::Range rangeOf(const Extent& extent, double margin, bool isLog)
     return isLog ? logRangeOf(extent, margin) : rangeOf(extent, margin);
 }
 
+void colour(QwtPlotMarker& marker, const QColor& colour)
+{
+    marker.setLinePen(colour, 1, Qt::DashLine);
+    QwtText label = marker.label();
+    label.setColor(colour);
+    marker.setLabel(label);
+}
+
+std::shared_ptr<QwtPlotMarker> makeMarker(const LineAcross& line, const QColor& ink)
+{
+    auto marker = std::make_shared<QwtPlotMarker>();
+    marker->setLineStyle(line.isVertical ? QwtPlotMarker::VLine : QwtPlotMarker::HLine);
+    marker->setLabel(plainText(line.label));
+    marker->setLabelAlignment(line.isVertical ? Qt::AlignRight | Qt::AlignTop : Qt::AlignRight | Qt::AlignTop);
+    marker->setSpacing(4);
+    marker->setZ(15); // above the grid, below the curves
+    line.isVertical ? marker->setXValue(line.place) : marker->setYValue(line.place);
+    colour(*marker, ink);
+    return marker;
+}
+
 QwtPlot* makePlot(QWidget* parent)
 {
     auto* plot = new QwtPlot(parent);
@@ -171,8 +198,11 @@ PlotView::~PlotView()
 void PlotView::apply(ViewUpdate& update)
 {
     auto& plot = static_cast<PlotUpdate&>(update);
-    if (plot.isCleared)
+    if (plot.isCleared) {
         m_Curves.clear();
+        m_Lines.clear();
+    }
+    applyLines(plot);
     for (CurveUpdate& curve : plot.curves)
         applyCurve(curve);
     if (plot.title)
@@ -185,6 +215,8 @@ void PlotView::apply(ViewUpdate& update)
     m_Links.insert(m_Links.end(), plot.links.begin(), plot.links.end());
     m_Sight.setLive(m_Window || std::any_of(m_Curves.begin(), m_Curves.end(),
                                     [](const auto& curve) { return curve->getSamples().isAppended(); }));
+    m_Plot->enableAxis(QwtPlot::yRight,
+        std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->isOnY2(); }));
     showLegend();
     for (PlotView* view : linkedViews()) {
         view->fit();
@@ -208,6 +240,22 @@ void PlotView::applyCurve(CurveUpdate& update)
     }
     (*found)->apply(update);
     (*found)->legendChanged();
+}
+
+void PlotView::applyLines(const PlotUpdate& update)
+{
+    const auto removeLine = [this](const auto& isMeant) {
+        m_Lines.erase(std::remove_if(m_Lines.begin(), m_Lines.end(), isMeant), m_Lines.end());
+    };
+    for (const std::string& label : update.removedLines)
+        removeLine([&](const ShownLine& shown) { return shown.line.label == label; });
+    for (const LineAcross& line : update.lines) {
+        removeLine([&](const ShownLine& shown) {
+            return shown.line.label == line.label && shown.line.isVertical == line.isVertical;
+        });
+        m_Lines.push_back({line, makeMarker(line, palette().color(QPalette::Text))});
+        m_Lines.back().marker->attach(m_Plot);
+    }
 }
 
 void PlotView::applyAxis(PlotSight::Axis axis, AxisUpdate& update)
@@ -244,6 +292,8 @@ void PlotView::showColours()
     QColor faint = colours.color(QPalette::Text);
     faint.setAlphaF(0.15);
     m_Grid->setPen(faint, 0);
+    for (const ShownLine& shown : m_Lines)
+        colour(*shown.marker, colours.color(QPalette::Text));
     for (const auto& curve : m_Curves) {
         curve->showGround(isDark(colours));
         curve->legendChanged();
@@ -269,14 +319,17 @@ Extent PlotView::xExtent() const
 {
     Extent extent;
     for (const auto& curve : m_Curves)
-        extent.include(curve->getSamples().xExtent());
+        extent.include(curve->xExtent());
     return extent;
 }
 
 void PlotView::fit()
 {
     fitX();
-    fitY();
+    m_HasFollowed = m_HasFollowed && m_Sight.isFollowing();
+    fitY(PlotSight::Y);
+    fitY(PlotSight::Y2);
+    m_HasFollowed = m_Sight.isFollowing() && !m_Curves.empty();
 }
 
 void PlotView::fitX()
@@ -291,20 +344,20 @@ void PlotView::fitX()
     m_Sight.setFitted(PlotSight::X, range);
 }
 
-void PlotView::fitY()
+void PlotView::fitY(PlotSight::Axis axis)
 {
     const AxisUpdate::Range x = m_Sight.range(PlotSight::X);
     Extent extent;
     for (const auto& curve : m_Curves)
-        extent.include(curve->getSamples().yExtentWithin(x.from, x.to));
-    AxisUpdate::Range range = rangeOf(extent, MARGIN_OF_Y, m_Sight.isLog(PlotSight::Y));
+        if (curve->isOnY2() == (axis == PlotSight::Y2))
+            extent.include(curve->yExtentWithin(x.from, x.to));
+    const AxisUpdate::Range range = rangeOf(extent, MARGIN_OF_Y, m_Sight.isLog(axis));
     // What follows the newest data grows at once, and shrinks only to half, or it would never be at rest.
-    const AxisUpdate::Range before = m_Sight.fitted(PlotSight::Y);
+    const AxisUpdate::Range before = m_Sight.fitted(axis);
     const bool isWithin = range.from >= before.from && range.to <= before.to;
-    if (m_Sight.isFollowing() && m_HasFollowed && isWithin && range.to - range.from > (before.to - before.from) / 2)
+    if (m_HasFollowed && isWithin && range.to - range.from > (before.to - before.from) / 2)
         return;
-    m_HasFollowed = m_Sight.isFollowing() && !extent.isEmpty();
-    m_Sight.setFitted(PlotSight::Y, range);
+    m_Sight.setFitted(axis, range);
 }
 
 std::vector<PlotView*> PlotView::linkedViews()
@@ -363,14 +416,15 @@ std::optional<PlotView::NamedSample> PlotView::sampleAt(const QPointF& pixel, do
     std::optional<NamedSample> named;
     for (const auto& curve : m_Curves) {
         const CurveStore& samples = curve->getSamples();
+        const PlotSight::Axis yAxis = curve->isOnY2() ? PlotSight::Y2 : PlotSight::Y;
         const std::optional<NearestSample> nearest =
-            nearestSample(samples, pixelMap(PlotSight::X), pixelMap(PlotSight::Y), pixel, radius);
+            nearestSample(samples, pixelMap(PlotSight::X), pixelMap(yAxis), pixel, radius);
         if (!nearest)
             continue;
         radius = nearest->distance;
         named = NamedSample{nearest->pixel, curve->getColour(),
             curve->title().text() + '\n' + textOf(PlotSight::X, samples.x(nearest->number)) + '\n' +
-                textOf(PlotSight::Y, samples.y(nearest->number))};
+                textOf(yAxis, samples.y(nearest->number))};
     }
     return named;
 }
@@ -379,7 +433,8 @@ void PlotView::divideAxes(const QRectF& plot)
 {
     // The width of the labels at y says what is left for x.
     m_Plot->plotLayout()->activate(m_Plot, plot);
-    divideAxis(PlotSight::Y, m_Plot->plotLayout()->canvasRect().height());
+    for (const PlotSight::Axis axis : {PlotSight::Y, PlotSight::Y2})
+        divideAxis(axis, m_Plot->plotLayout()->canvasRect().height());
     m_Plot->updateAxes();
     m_Plot->plotLayout()->activate(m_Plot, plot);
     divideAxis(PlotSight::X, m_Plot->plotLayout()->canvasRect().width());
@@ -418,16 +473,46 @@ QImage PlotView::picture(QSize size)
     const double dotsPerMetre = m_Plot->logicalDpiX() / 0.0254;
     image.setDotsPerMeterX(qRound(dotsPerMetre));
     image.setDotsPerMeterY(qRound(dotsPerMetre));
-    image.fill(palette().color(QPalette::Window));
+    paint(image, size);
+    return image;
+}
+
+void PlotView::paint(QPaintDevice& device, QSize size)
+{
     const QRectF plot = QRectF(QPointF(0, 0), size).marginsRemoved(QMarginsF(MARGIN, MARGIN, MARGIN, MARGIN));
     divideAxes(plot);
-    QPainter painter(&image);
+    QPainter painter(&device);
+    painter.fillRect(QRect(QPoint(0, 0), size), palette().color(QPalette::Window));
     QwtPlotRenderer renderer;
     renderer.setDiscardFlag(QwtPlotRenderer::DiscardBackground);
     renderer.render(m_Plot, &painter, plot);
     painter.end();
     showSight();
-    return image;
+}
+
+std::string PlotView::savePicture(const QString& file, QSize size)
+{
+    const QString ending = QFileInfo(file).suffix().toLower();
+    const int dotsPerInch = m_Plot->logicalDpiX();
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    if (ending == "svg") {
+        QSvgGenerator svg;
+        svg.setOutputDevice(&buffer);
+        svg.setSize(size);
+        svg.setViewBox(QRect(QPoint(0, 0), size));
+        svg.setResolution(dotsPerInch);
+        paint(svg, size);
+    } else if (ending == "pdf") {
+        QPdfWriter pdf(&buffer);
+        pdf.setResolution(dotsPerInch);
+        pdf.setPageSize(QPageSize(QSizeF(size) / dotsPerInch, QPageSize::Inch));
+        pdf.setPageMargins({0, 0, 0, 0});
+        paint(pdf, size);
+    } else {
+        return View::savePicture(file, size);
+    }
+    return saveFile(file, buffer.data());
 }
 
 std::string PlotView::saveData(const QString& file)

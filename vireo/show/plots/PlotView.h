@@ -14,6 +14,7 @@
 class QwtPlot;
 class QToolButton;
 class QwtPlotGrid;
+class QwtPlotMarker;
 
 namespace tavo {
 
@@ -31,6 +32,7 @@ public:
 
     void apply(ViewUpdate& update) override;
     QImage picture(QSize size) override;
+    std::string savePicture(const QString& file, QSize size) override; // SVG and PDF, too
     std::string saveData(const QString& file) override;
 
     // Which part is seen; a person who has changed it is shown that, here and in the plots with the same x.
@@ -58,13 +60,21 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    struct ShownLine
+    {
+        LineAcross line;
+        std::shared_ptr<QwtPlotMarker> marker; // leaves the plot when it goes
+    };
+
     void applyCurve(CurveUpdate& update);
+    void applyLines(const PlotUpdate& update);
     void applyAxis(PlotSight::Axis axis, AxisUpdate& update);
     void showLegend();
+    void paint(QPaintDevice& device, QSize size);
     void showColours();
     void fit();
     void fitX();
-    void fitY();
+    void fitY(PlotSight::Axis axis);
     void showSight();
     Extent xExtent() const;
     QString textOf(PlotSight::Axis axis, double value) const;
@@ -82,6 +92,7 @@ private:
     std::optional<double> m_Window;
     bool m_HasFollowed = false;                       // when y was fitted last
     std::vector<std::unique_ptr<PlotCurve>> m_Curves; // in the order in which they came
+    std::vector<ShownLine> m_Lines;
     std::size_t m_NumColours = 0;
     std::array<AxisUpdate, PlotSight::NUM_AXES> m_Axes;
     PlotSight m_Sight;

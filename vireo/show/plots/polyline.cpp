@@ -207,6 +207,19 @@ Polylines polylinesOf(const CurveStore& curve, const PixelMap& xMap, const Pixel
     return LineMaker(curve, xMap, yMap).make();
 }
 
+void makeSteps(Polylines& polylines)
+{
+    for (QPolygonF& line : polylines.lines) {
+        QPolygonF steps;
+        for (const QPointF& point : line) {
+            if (!steps.isEmpty())
+                steps.push_back({point.x(), steps.back().y()});
+            steps.push_back(point);
+        }
+        line = steps;
+    }
+}
+
 Polylines marksOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap)
 {
     Polylines polylines;

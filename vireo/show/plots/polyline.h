@@ -20,6 +20,9 @@ struct Polylines
 // them. What is not finite is a gap, unless it is alone among finite samples of its column.
 Polylines polylinesOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap);
 
+// Each sample holds until the next one: lines go sideways first.
+void makeSteps(Polylines& polylines);
+
 // The same for samples that are shown as marks: one for all samples of one pixel that follow each other.
 Polylines marksOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap);
 

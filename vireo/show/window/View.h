@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "tavo/base/files/saveFile.h"
+
 namespace tavo {
 
 class ViewUpdate;
@@ -19,6 +21,10 @@ public:
 
     // What the view shows, drawn at that size in pixels, however large the widget is.
     virtual QImage picture(QSize size) = 0;
+
+    // Saves such a picture, in the format that the file's name ends with. Why it could not be saved, for a person;
+    // empty if it was.
+    virtual std::string savePicture(const QString& file, QSize size) { return tavo::savePicture(file, picture(size)); }
 
     // Saves the data that are shown, in the format that the file's name ends with. Why they could not be saved, for a
     // person; empty if they were.

@@ -1,9 +1,12 @@
 #include "vireo/show/plots/PlotView.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QPalette>
+#include <QTemporaryDir>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <utility>
 
 #include "tests/vireo/show/plots/curves.h"
 
@@ -17,7 +20,7 @@ protected:
     void send(const std::string& name, const std::vector<double>& x, const std::vector<double>& y)
     {
         PlotUpdate update;
-        update.curve(name).samples = CurveSamples{numbers(x), numbers(y), CurveKind::Line};
+        update.curve(name).samples = CurveSamples{numbers(x), numbers(y), {}, CurveKind::Line};
         m_View.apply(update);
     }
 
@@ -63,6 +66,94 @@ TEST_F(PlotViewTest, ColoursFollowThePalette)
     EXPECT_EQ(numPixels(QColor(10, 20, 30)), 0);
     m_View.setPalette(dark);
     EXPECT_GT(numPixels(QColor(10, 20, 30)), 10'000);
+}
+
+TEST_F(PlotViewTest, EveryKindIsDrawn)
+{
+    const QColor ink(1, 2, 3);
+    for (const CurveKind kind : {CurveKind::Line, CurveKind::Points, CurveKind::Steps, CurveKind::Bars,
+             CurveKind::Histogram, CurveKind::Band}) {
+        PlotUpdate update;
+        update.clear();
+        CurveUpdate& curve = update.curve("a");
+        curve = samples({0, 1, 2, 3}, {1, 3, 2, 2.5}, kind);
+        curve.name = "a";
+        curve.samples->low = numbers({0, 0, 0, 0});
+        curve.colour = ink.rgba();
+        m_View.apply(update);
+        const QImage picture = m_View.picture({600, 400});
+        int numDrawn = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                numDrawn += qBlue(picture.pixel(x, y)) < qBlue(picture.pixel(300, 2)) - 40;
+        EXPECT_GT(numDrawn, 1000) << nameOf(kind);
+    }
+}
+
+TEST_F(PlotViewTest, BarsStandOnZeroWithinTheView)
+{
+    PlotUpdate update;
+    update.curve("a") = samples({0, 1}, {5, 6}, CurveKind::Bars);
+    update.curves.front().name = "a";
+    m_View.apply(update);
+    EXPECT_LE(m_View.getSight().range(PlotSight::Y).from, 0);
+    EXPECT_LE(m_View.getSight().range(PlotSight::X).from, -0.4);
+    EXPECT_GE(m_View.getSight().range(PlotSight::X).to, 1.4);
+}
+
+TEST_F(PlotViewTest, ASecondAxisHasARangeOfItsOwn)
+{
+    send("left", {0, 1}, {0, 1});
+    send("right", {0, 1}, {500, 600});
+    PlotUpdate update;
+    update.curve("right").style = "y2 dashed";
+    m_View.apply(update);
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).to, 1.05, 1e-9);
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y2).from, 495, 1e-9);
+}
+
+TEST_F(PlotViewTest, AWindowShowsTheNewest)
+{
+    send("a", {0, 100}, {0, 1});
+    PlotUpdate update;
+    update.window = 10;
+    m_View.apply(update);
+    EXPECT_EQ(m_View.getSight().range(PlotSight::X).from, 90);
+    EXPECT_EQ(m_View.getSight().range(PlotSight::X).to, 100);
+}
+
+TEST_F(PlotViewTest, LinesAcrossComeMoveAndGo)
+{
+    send("a", {0, 1}, {0, 1});
+    const QImage without = m_View.picture({600, 400});
+    PlotUpdate update;
+    update.lines = {{true, 0.3, "here"}, {false, 0.5, ""}};
+    m_View.apply(update);
+    const QImage with = m_View.picture({600, 400});
+    EXPECT_NE(with, without);
+    PlotUpdate moved;
+    moved.lines = {{true, 0.7, "here"}};
+    m_View.apply(moved);
+    EXPECT_NE(m_View.picture({600, 400}), with);
+    PlotUpdate removed;
+    removed.remove("here");
+    removed.remove("");
+    m_View.apply(removed);
+    EXPECT_EQ(m_View.picture({600, 400}), without);
+}
+
+TEST_F(PlotViewTest, PicturesAreSavedAsTheirNamesEnd)
+{
+    send("a", {0, 1}, {0, 1});
+    const QTemporaryDir folder;
+    for (const auto& [ending, beginning] :
+        {std::pair("png", "\x89PNG"), std::pair("svg", "<?xml"), std::pair("pdf", "%PDF")}) {
+        const QString file = folder.filePath(QString("plot.") + ending);
+        EXPECT_EQ(m_View.savePicture(file, {400, 300}), "");
+        QFile saved(file);
+        ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(saved.readAll().startsWith(beginning)) << ending;
+    }
 }
 
 TEST_F(PlotViewTest, HostileNumbersAreDrawn)

@@ -19,7 +19,7 @@ inline NumberArray numbers(std::vector<double> values)
 inline CurveUpdate samples(std::vector<double> x, std::vector<double> y, CurveKind kind = CurveKind::Line)
 {
     CurveUpdate update;
-    update.samples = CurveSamples{numbers(std::move(x)), numbers(std::move(y)), kind};
+    update.samples = CurveSamples{numbers(std::move(x)), numbers(std::move(y)), {}, kind};
     return update;
 }
 

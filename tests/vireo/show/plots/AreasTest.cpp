@@ -1,0 +1,109 @@
+#include "vireo/show/plots/areas.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numeric>
+
+#include "tests/vireo/show/plots/curves.h"
+#include "vireo/show/plots/polyline.h"
+
+namespace tavo {
+
+namespace {
+
+CurveStore storeOf(std::vector<double> x, std::vector<double> y)
+{
+    CurveUpdate update = samples(std::move(x), std::move(y));
+    CurveStore store;
+    store.apply(update);
+    return store;
+}
+
+std::vector<double> values(const NumberArray& array)
+{
+    std::vector<double> all;
+    for (std::size_t i = 0; i < array.size(); ++i)
+        all.push_back(array[i]);
+    return all;
+}
+
+TEST(AreasTest, BarsStandOnZero)
+{
+    const std::vector<QRectF> bars = barsOf(storeOf({0, 1, 2}, {5, -5, NAN}), {-1, 3, 0, 400}, {-10, 10, 200, 0}, 0.5);
+    ASSERT_EQ(bars.size(), 2u);
+    EXPECT_EQ(bars[0], QRectF(QPointF(75, 50), QPointF(125, 100)));
+    EXPECT_EQ(bars[1], QRectF(QPointF(175, 100), QPointF(225, 150)));
+}
+
+TEST(AreasTest, TheHighestOfManyBarsIsSeen)
+{
+    std::vector<double> y(1'000'000, 1.0);
+    y[777'777] = 9;
+    y[333'333] = -9;
+    const std::vector<QRectF> bars = barsOf(storeOf({}, y), {0, 1e6, 0, 500}, {-10, 10, 200, 0}, 0.8);
+    EXPECT_LE(bars.size(), 503u);
+    double top = 200;
+    double bottom = 0;
+    for (const QRectF& bar : bars) {
+        top = std::min(top, bar.top());
+        bottom = std::max(bottom, bar.bottom());
+    }
+    EXPECT_DOUBLE_EQ(top, 10);
+    EXPECT_DOUBLE_EQ(bottom, 190);
+}
+
+TEST(AreasTest, ABandLiesBetweenItsEdgesAndHasGaps)
+{
+    const CurveStore low = storeOf({0, 1, 2, 3, 4}, {0, 0, 0, 0, 0});
+    const CurveStore high = storeOf({0, 1, 2, 3, 4}, {1, 1, NAN, 2, 2});
+    const std::vector<QPolygonF> areas = bandOf(low, high, {0, 4, 0, 400}, {0, 2, 200, 0});
+    ASSERT_EQ(areas.size(), 2u);
+    EXPECT_EQ(areas[0], QPolygonF(QVector<QPointF>{{0, 100}, {100, 100}, {100, 200}, {0, 200}}));
+    EXPECT_EQ(areas[1], QPolygonF(QVector<QPointF>{{300, 0}, {400, 0}, {400, 200}, {300, 200}}));
+}
+
+TEST(AreasTest, ABandOfManySamplesHasTheHighestAndTheLowest)
+{
+    std::vector<double> low(1'000'000, 0.0);
+    std::vector<double> high(1'000'000, 1.0);
+    low[400'000] = -1;
+    high[600'000] = 2;
+    const std::vector<QPolygonF> areas = bandOf(storeOf({}, low), storeOf({}, high), {0, 1e6, 0, 400}, {-1, 2, 300, 0});
+    ASSERT_EQ(areas.size(), 1u);
+    EXPECT_LE(areas[0].size(), 806);
+    EXPECT_EQ(areas[0].boundingRect().top(), 0);
+    EXPECT_EQ(areas[0].boundingRect().bottom(), 300);
+}
+
+TEST(AreasTest, AHistogramCountsEachFiniteValueOnce)
+{
+    const CurveSamples counted = histogramOf(numbers({0, 1, 2, 3, 4, 5, 6, 7, NAN, INFINITY}));
+    const std::vector<double> counts = values(counted.y);
+    EXPECT_EQ(counts, std::vector<double>({2, 2, 2, 2}));
+    EXPECT_EQ(counted.x[0], 0.875);
+    EXPECT_EQ(values(histogramOf(numbers({5, 5, 5})).y), std::vector<double>({3}));
+    EXPECT_EQ(histogramOf(numbers({5, 5, 5})).x[0], 5);
+    EXPECT_TRUE(histogramOf(numbers({NAN})).y.isEmpty());
+    EXPECT_TRUE(histogramOf({}).y.isEmpty());
+    const std::vector<double> wide = values(histogramOf(numbers({-1.7e308, 1.7e308})).y);
+    EXPECT_EQ(std::accumulate(wide.begin(), wide.end(), 0.0), 2);
+}
+
+TEST(AreasTest, StepsHoldUntilTheNextSample)
+{
+    const PixelMap map{0, 10, 0, 10};
+    Polylines lines = polylinesOf(storeOf({0, 2, 4}, {1, 3, 2}), map, map);
+    makeSteps(lines);
+    ASSERT_EQ(lines.lines.size(), 1u);
+    EXPECT_EQ(lines.lines[0], QPolygonF(QVector<QPointF>{{0, 1}, {2, 1}, {2, 3}, {4, 3}, {4, 2}}));
+}
+
+TEST(AreasTest, BarsAreAsWideAsTheNearestNeighboursAllow)
+{
+    EXPECT_EQ(leastDistance(storeOf({0, 2, 2, 2.5}, {0, 0, 0, 0})), 0.5);
+    EXPECT_EQ(leastDistance(storeOf({3}, {0})), 1);
+}
+
+} // namespace
+
+} // namespace tavo
