@@ -67,6 +67,14 @@ bool isDark(const QPalette& palette)
     return palette.color(QPalette::Base).lightness() < 128;
 }
 
+// A part of the way from one colour to another; some programs that read SVG know no opacity of lines.
+QColor between(const QColor& from, const QColor& to, double part)
+{
+    const auto mix = [part](double a, double b) { return a + part * (b - a); };
+    return QColor::fromRgbF(
+        mix(from.redF(), to.redF()), mix(from.greenF(), to.greenF()), mix(from.blueF(), to.blueF()));
+}
+
 // What an axis goes over so that all of an extent is seen, with a margin that is a part of it.
 AxisUpdate::Range rangeOf(const Extent& extent, double margin)
 {
@@ -289,9 +297,7 @@ void PlotView::showColours()
 {
     const QPalette colours = palette();
     m_Plot->setCanvasBackground(colours.base());
-    QColor faint = colours.color(QPalette::Text);
-    faint.setAlphaF(0.15);
-    m_Grid->setPen(faint, 0);
+    m_Grid->setPen(between(colours.color(QPalette::Base), colours.color(QPalette::Text), 0.15), 0);
     for (const ShownLine& shown : m_Lines)
         colour(*shown.marker, colours.color(QPalette::Text));
     for (const auto& curve : m_Curves) {

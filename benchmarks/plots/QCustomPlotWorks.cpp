@@ -1,0 +1,53 @@
+#include <QApplication>
+#include <qcustomplot.h>
+
+#include "benchmarks/plots/PlotWorks.h"
+
+namespace vireo_bench {
+
+namespace {
+
+// Curves over axes, smooth, with QCustomPlot's adaptive sampling.
+class QCustomPlotShowing : public Contestant
+{
+public:
+    QCustomPlotShowing(std::size_t numCurves, std::size_t numSamples)
+        : m_NumSamples(numSamples)
+    {
+        m_Plot.resize(PLOT_SIZE);
+        for (std::size_t i = 0; i < numCurves; ++i)
+            m_Plot.addGraph()->setAntialiased(true);
+        m_Plot.show();
+        QApplication::processEvents();
+    }
+
+    void run() override
+    {
+        const std::vector<double>& x = plotX(m_NumSamples);
+        const std::vector<double>& y = plotY(m_NumSamples);
+        for (int i = 0; i < m_Plot.graphCount(); ++i) {
+            QVector<QCPGraphData> samples;
+            samples.reserve(static_cast<int>(m_NumSamples));
+            for (std::size_t j = 0; j < m_NumSamples; ++j)
+                samples.append({x[j], y[j] + i});
+            m_Plot.graph(i)->data()->set(samples, true);
+        }
+        m_Plot.rescaleAxes();
+        m_Plot.replot(QCustomPlot::rpImmediateRefresh);
+        QApplication::processEvents();
+    }
+
+private:
+    std::size_t m_NumSamples;
+    QCustomPlot m_Plot;
+};
+
+} // namespace
+
+std::vector<Entry> qCustomPlots(std::size_t numCurves, std::size_t numSamples, double ratioToReach)
+{
+    const auto make = [=] { return std::make_unique<QCustomPlotShowing>(numCurves, numSamples); };
+    return {{"QCustomPlot", make, ratioToReach, anyResult}};
+}
+
+} // namespace vireo_bench
