@@ -48,6 +48,31 @@ bool isSorted(const Values& values, std::size_t first, std::size_t last)
     return numWrong == 0 && (first == last || (isFinite(first) && isFinite(last - 1)));
 }
 
+// Looks around the guess first, farther and farther.
+template <typename Values>
+std::size_t lowerBound(const Values& values, std::size_t size, double value, std::size_t guess)
+{
+    const auto isBefore = [&](std::size_t i) { return static_cast<double>(values[i]) < value; };
+    std::size_t first = std::min(guess, size);
+    std::size_t last = first;
+    for (std::size_t step = 1; first > 0 && !isBefore(first - 1); step *= 2) {
+        last = first - 1;
+        first -= std::min(first, step);
+    }
+    for (std::size_t step = 1; last < size && isBefore(last); step *= 2) {
+        first = last + 1;
+        last += std::min(size - last, step);
+    }
+    while (first < last) {
+        const std::size_t middle = first + (last - first) / 2;
+        if (isBefore(middle))
+            first = middle + 1;
+        else
+            last = middle;
+    }
+    return first;
+}
+
 } // namespace
 
 void CurveStore::apply(CurveUpdate& update)
@@ -126,25 +151,11 @@ Extent CurveStore::yExtentWithin(double firstX, double lastX) const
 
 std::size_t CurveStore::lowerBound(double value, std::size_t guess) const
 {
-    const std::size_t end = size();
-    std::size_t first = std::min(guess, end);
-    std::size_t last = first;
-    for (std::size_t step = 1; first > 0 && x(first - 1) >= value; step *= 2) {
-        last = first - 1;
-        first -= std::min(first, step);
-    }
-    for (std::size_t step = 1; last < end && x(last) < value; step *= 2) {
-        first = last + 1;
-        last += std::min(end - last, step);
-    }
-    while (first < last) {
-        const std::size_t middle = first + (last - first) / 2;
-        if (x(middle) < value)
-            first = middle + 1;
-        else
-            last = middle;
-    }
-    return first;
+    if (isAppended())
+        return tavo::lowerBound(m_AppendedX, size(), value, guess);
+    if (m_Sent.x.isEmpty())
+        return static_cast<std::size_t>(std::clamp(std::ceil(value), 0.0, static_cast<double>(size())));
+    return m_Sent.x.visit([&](const auto* x, std::size_t count) { return tavo::lowerBound(x, count, value, guess); });
 }
 
 void CurveStore::append(const AppendedSamples& samples)

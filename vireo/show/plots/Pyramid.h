@@ -151,10 +151,11 @@ Extremes Pyramid::extremes(const Values& values, std::size_t first, std::size_t 
             highest = place;
         }
     };
+    // Comparisons with NaN are false.
     const auto compareNumbers = [&](std::size_t from, std::size_t to) {
         for (std::size_t i = from; i < to; ++i) {
             const auto value = static_cast<double>(values[i]);
-            if (std::isfinite(value))
+            if ((value < found.extent.from || value > found.extent.to) && std::isfinite(value))
                 compare({value, value}, {0, 0, false, i});
         }
     };
