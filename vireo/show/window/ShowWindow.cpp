@@ -5,6 +5,7 @@
 #include <DockSplitter.h>
 #include <FloatingDockContainer.h>
 #include <IconProvider.h>
+#include <QAbstractButton>
 #include <QActionGroup>
 #include <QApplication>
 #include <QDir>
@@ -78,6 +79,23 @@ void setUpDockingSystem(const QWidget* window)
     icons.registerCustomIcon(ads::DockAreaMenuIcon, symbolIcon(Symbol::Menu, window));
 }
 
+// The docking system's style sheet would keep the colours of the theme away from all that is inside, and so would the
+// attribute that it leaves behind.
+void dropStyleSheet(ads::CDockManager& docks)
+{
+    docks.setStyleSheet({});
+    docks.setAttribute(Qt::WA_StyleSheet, false);
+    for (QWidget* inside : docks.findChildren<QWidget*>())
+        inside->setAttribute(Qt::WA_StyleSheet, false);
+}
+
+void setToolTips(const ads::CDockAreaWidget* area)
+{
+    area->titleBarButton(ads::TitleBarButtonClose)->setToolTip(ShowWindow::tr("Close (Ctrl+W)"));
+    area->titleBarButton(ads::TitleBarButtonUndock)->setToolTip(ShowWindow::tr("Detach"));
+    area->titleBarButton(ads::TitleBarButtonTabsMenu)->setToolTip(ShowWindow::tr("All tabs"));
+}
+
 QSize sizeOfPicture(const QWidget& view)
 {
     return view.isVisible() ? view.size() : PREFERRED_SIZE;
@@ -145,13 +163,17 @@ void ShowWindow::makeDocks()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setMenuBar(makeMenus());
     m_Docks = new ads::CDockManager(this);
+    dropStyleSheet(*m_Docks);
     layout->addWidget(m_Docks);
     connect(m_Docks, &ads::CDockManager::floatingWidgetCreated, this, [this](QWidget* floating) {
         floating->setAttribute(Qt::WA_QuitOnClose, false);
         floating->setAttribute(Qt::WA_WindowPropagation);
         noteChange();
     });
-    connect(m_Docks, &ads::CDockManager::dockAreaCreated, this, &ShowWindow::noteChange);
+    connect(m_Docks, &ads::CDockManager::dockAreaCreated, this, [this](const ads::CDockAreaWidget* area) {
+        setToolTips(area);
+        noteChange();
+    });
     connect(m_Docks, &ads::CDockManager::dockAreasRemoved, this, &ShowWindow::noteChange);
     makeLogDock();
 }
@@ -438,7 +460,6 @@ void ShowWindow::setTheme(Theme theme)
 {
     m_Theme = theme;
     setPalette(paletteOf(theme));
-    m_Docks->setStyleSheet(m_Docks->styleSheet()); // which has colours of the palette
 }
 
 void ShowWindow::askWhereToSavePictures()

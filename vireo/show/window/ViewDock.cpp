@@ -1,6 +1,7 @@
 #include "vireo/show/window/ViewDock.h"
 
 #include <DockManager.h>
+#include <DockWidgetTab.h>
 #include <QAction>
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -87,6 +88,8 @@ ViewDock::ViewDock(const QString& id, const std::string& name, DockContent conte
     if (m_Content->focusPolicy() == Qt::NoFocus)
         m_Content->setFocusPolicy(Qt::StrongFocus); // what a click says that keys are for
     setTitleBarActions(makeViewActions(*this, m_Do));
+    showOnTabWhetherItIsInFront();
+    connect(tabWidget(), &ads::CDockWidgetTab::activeTabChanged, this, &ViewDock::showOnTabWhetherItIsInFront);
     connect(this, &CDockWidget::viewToggled, this, [this](bool open) {
         if (!open)
             setOnFullScreen(false);
@@ -96,6 +99,12 @@ ViewDock::ViewDock(const QString& id, const std::string& name, DockContent conte
 ViewDock::~ViewDock()
 {
     delete m_FullScreen;
+}
+
+void ViewDock::showOnTabWhetherItIsInFront()
+{
+    tabWidget()->setAutoFillBackground(tabWidget()->isActiveTab());
+    tabWidget()->setBackgroundRole(QPalette::Base);
 }
 
 QImage ViewDock::getPicture() const
@@ -114,6 +123,7 @@ void ViewDock::setOnFullScreen(bool full)
         m_FullScreen->showFullScreen();
     } else {
         m_Holder->layout()->addWidget(m_Content);
+        m_Content->show(); // now
         m_FullScreen->hide();
         m_FullScreen->deleteLater(); // it may be what has the event
         m_FullScreen = nullptr;

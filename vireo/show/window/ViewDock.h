@@ -38,6 +38,8 @@ public:
     void setOnFullScreen(bool full);
 
 private:
+    void showOnTabWhetherItIsInFront();
+
     std::string m_Name;
     DockContent m_Do;
     QPointer<QWidget> m_Content;

@@ -66,6 +66,7 @@ protected:
         do
             QCoreApplication::processEvents();
         while (isBusy());
+        QCoreApplication::processEvents();
     }
 
     // Plots, shown.
@@ -88,9 +89,12 @@ protected:
     // A key on the keyboard, as far as shortcuts go. The widget's window has the focus of the keyboard afterwards.
     static bool pressShortcut(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
     {
-        widget->window()->activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(widget->window()));
         widget->setFocus();
+        EXPECT_TRUE(QTest::qWaitFor([widget] {
+            if (!widget->isActiveWindow())
+                widget->activateWindow();
+            return QApplication::focusWidget() == widget;
+        }));
         return qt_sendShortcutOverrideEvent(widget, 0, key, modifiers);
     }
 
