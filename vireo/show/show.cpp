@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 
+#include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/text/printable.h"
 #include "vireo/show/delivery/FrontDoor.h"
@@ -83,7 +84,7 @@ bool openWindow(const char* call)
 void showWindow()
 {
     constexpr const char* CALL = "tavo::show()";
-    if (!inbox::hasAnything())
+    if (!inbox::hasAnything() && !debugOutput.getWindow())
         refuse(CALL, "nothing was sent");
     else if (openWindow(CALL) && FrontDoor::isHere())
         FrontDoor::get()->serveUntilClosed();

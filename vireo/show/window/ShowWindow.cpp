@@ -338,7 +338,8 @@ bool ShowWindow::restoreLayout()
     for (ads::CDockWidget* dock : m_Docks->dockWidgetsMap())
         if (dock->isClosed())
             closed += dock;
-    if (!m_Docks->restoreState(windowMemory::recall(Thing::Layout)))
+    const QByteArray layout = windowMemory::recall(Thing::Layout);
+    if (!layout.startsWith("<?xml") || !m_Docks->restoreState(layout))
         return false;
     for (ads::CDockWidget* dock : m_Docks->dockWidgetsMap()) {
         if (closed.contains(dock))

@@ -1,0 +1,131 @@
+#include <DockAreaWidget.h>
+#include <QDir>
+#include <QGLWidget>
+#include <functional>
+
+#include "tests/vireo/show/window/ShowWindowTest.h"
+#include "vireo/displayers/GLEventDisplayer.h"
+#include "vireo/displayers/GLEventDisplayerWidget.h"
+#include "vireo/displayers/GLGraphDisplayer.h"
+
+namespace tavo {
+namespace {
+
+// A section with a GL view, and plots, which are moved about many times. Each time the GL view draws the same picture
+// in the same context, and the plots are still there.
+class DockingGLTest : public ShowWindowTest
+{
+protected:
+    DockingGLTest()
+    {
+        GLEventObject::init(Object::getClass());
+        GLEventDisplayer::init(EventDisplayer::getClass());
+        GLGraphDisplayer::init(GLEventObject::getClass());
+        show({"a", "b"});
+        debugOutputGraph("graph", std::vector<float>{1, 3, 2}, {255, 0, 0, 255});
+        settle();
+        m_GL = window()->findChild<QGLWidget*>();
+        m_View = viewIn("a");
+        m_Context = m_GL->context();
+        m_Picture = section()->getPicture();
+        m_PlotPicture = plotPicture();
+        EXPECT_FALSE(m_Picture.isNull());
+        EXPECT_TRUE(m_Context->isValid());
+    }
+
+    static DebugSection* section() { return window()->getSections().at(0); }
+
+    // At a size of its own, since docks have others each time.
+    QImage plotPicture() const
+    {
+        const QString file = QDir::temp().filePath("vireo-docking-" + QString::number(qApp->applicationPid()) + ".png");
+        EXPECT_TRUE(savePicture("a", file.toStdString(), 300, 200));
+        const QImage picture(file);
+        QFile::remove(file);
+        return picture;
+    }
+
+    void repeat(const std::function<void()>& there, const std::function<void()>& back)
+    {
+        for (int i = 0; i < 20; ++i) {
+            there();
+            settle();
+            expectAll("there", i);
+            back();
+            settle();
+            expectAll("back", i);
+        }
+    }
+
+    void expectAll(const char* where, int i)
+    {
+        ASSERT_EQ(window()->findChild<QGLWidget*>(), m_GL) << where << ' ' << i;
+        ASSERT_EQ(m_GL->context(), m_Context) << where << ' ' << i;
+        section()->getDisplayerWidget()->setFixedWidth(300); // which docks would change
+        section()->setFixedWidth(300);
+        settle();
+        if (m_Narrow.isNull())
+            m_Narrow = section()->getPicture();
+        ASSERT_EQ(section()->getPicture(), m_Narrow) << where << ' ' << i;
+        ASSERT_EQ(plotPicture(), m_PlotPicture) << where << ' ' << i;
+        ASSERT_FALSE(m_View.isNull());
+    }
+
+    QPointer<QGLWidget> m_GL;
+    QPointer<QWidget> m_View;
+    const QGLContext* m_Context = nullptr;
+    QImage m_Picture;
+    QImage m_Narrow;
+    QImage m_PlotPicture;
+};
+
+TEST_F(DockingGLTest, DetachingLosesNothing)
+{
+    for (const QString name : {"graph", "a"})
+        repeat([&] { dock(name)->setFloating(); },
+            [&] { manager()->addDockWidget(ads::RightDockWidgetArea, dock(name)); });
+}
+
+TEST_F(DockingGLTest, DockingLosesNothing)
+{
+    for (const QString name : {"graph", "a"})
+        repeat([&] { manager()->addDockWidget(ads::LeftDockWidgetArea, dock(name)); },
+            [&] { manager()->addDockWidget(ads::BottomDockWidgetArea, dock(name), dock("b")->dockAreaWidget()); });
+}
+
+TEST_F(DockingGLTest, TabsLoseNothing)
+{
+    for (const QString name : {"graph", "a"})
+        repeat(
+            [&] {
+                manager()->addDockWidgetTabToArea(dock(name), dock("b")->dockAreaWidget());
+                dock("b")->setAsCurrentTab();
+                settle();
+                dock(name)->setAsCurrentTab();
+            },
+            [&] { manager()->addDockWidget(ads::RightDockWidgetArea, dock(name)); });
+}
+
+TEST_F(DockingGLTest, FullScreenLosesNothing)
+{
+    for (const QString name : {"graph", "a"})
+        repeat([&] { action(name, "fullScreen")->trigger(); }, [&] { action(name, "fullScreen")->trigger(); });
+}
+
+TEST_F(DockingGLTest, ClosingLosesNothing)
+{
+    for (const QString name : {"graph", "a"})
+        repeat(
+            [&] {
+                dock(name)->closeDockWidget();
+                settle();
+                dock(name)->toggleView(true);
+            },
+            [&] {
+                window()->close();
+                window()->show();
+            });
+}
+
+} // namespace
+} // namespace tavo
