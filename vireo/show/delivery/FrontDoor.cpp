@@ -234,7 +234,10 @@ void FrontDoor::serveUntilClosed()
     QEventLoop loop;
     connect(m_Window, &ShowWindow::closed, &loop, &QEventLoop::quit);
     connect(m_Window, &QObject::destroyed, &loop, &QEventLoop::quit);
-    loop.exec();
+    constexpr int REFUSED = -1; // as all loops are, once the program was told to quit and served no events since
+    if (loop.exec() == REFUSED)
+        while (isWindowOpen())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 std::string FrontDoor::savePicture(const std::string& name, const QString& file, QSize size)

@@ -106,6 +106,21 @@ TEST_F(ClosingTest, IsUndoneByEveryWayToOpen)
     EXPECT_FALSE(window()->isVisible());
 }
 
+TEST_F(ClosingTest, OfTheLastWindowLetsTheNextShowOpenIt)
+{
+    show({"a"});
+    for (int i = 0; i < 2; ++i) {
+        bool wasOpen = false;
+        QTimer::singleShot(0, window(), [&wasOpen] {
+            wasOpen = window()->isVisible();
+            window()->close();
+        });
+        tavo::show();
+        EXPECT_TRUE(wasOpen) << i;
+        EXPECT_FALSE(window()->isVisible()) << i;
+    }
+}
+
 TEST_F(ClosingTest, LetsThreadsGoThatWaitForIt)
 {
     QWidget other;
