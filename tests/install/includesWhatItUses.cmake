@@ -1,6 +1,7 @@
 # cmake -DSOURCE=<file> -DSOURCE_DIR=<root of the repository> -P includesWhatItUses.cmake
 # Fails unless a program includes the header of every name of std, of the libraries and of Qt that it uses.
 set(header_of_size_t cstddef)
+set(header_of_exp cmath)
 set(header_of_sin cmath)
 set(header_of_vector vector)
 
@@ -32,6 +33,9 @@ foreach(name IN LISTS names)
             set(declared_in ${header})
         endif()
     endforeach()
+    if(declared_in MATCHES "^vireo/show/") # which one header offers
+        set(declared_in vireo/show/show.h)
+    endif()
     require_header(${name} "${declared_in}")
 endforeach()
 

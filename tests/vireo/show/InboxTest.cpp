@@ -55,7 +55,7 @@ TEST(InboxTest, FreesWhatIsReplaced)
         Batch batch;
         batch[inbox::findSlot(ViewKind::Plot, "plot")].update = std::make_unique<PlotUpdate>();
         static_cast<PlotUpdate&>(*batch.parts[0].pending.update).curve("a").samples =
-            CurveSamples{{}, NumberArray(owner, &number, 1, NumberType::Float64), CurveKind::Line};
+            CurveSamples{{}, NumberArray(owner, &number, 1, NumberType::Float64), {}, CurveKind::Line};
         inbox::deliver(batch);
     }
     EXPECT_FALSE(old.expired());

@@ -236,7 +236,7 @@ void FrontDoor::serveUntilClosed()
     connect(m_Window, &QObject::destroyed, &loop, &QEventLoop::quit);
     constexpr int REFUSED = -1; // as all loops are, once the program was told to quit and served no events since
     if (loop.exec() == REFUSED)
-        while (isWindowOpen())
+        while (m_Window && m_Window->isVisible())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 

@@ -14,10 +14,6 @@ namespace tavo {
 
 namespace {
 
-using vireo_test::clickKey;
-using vireo_test::dragMouse;
-using vireo_test::moveMouse;
-using vireo_test::pressMouse;
 
 QWidget* canvasOf(PlotView& view)
 {
@@ -148,7 +144,7 @@ TEST_F(PlotGesturesTest, EscapeGivesTheBoxUp)
     pressMouse(m_Canvas, Qt::RightButton, {100, 50});
     moveMouse(m_Canvas, Qt::RightButton, {300, 250});
     clickKey(m_Canvas, Qt::Key_Escape);
-    vireo_test::releaseMouse(m_Canvas, Qt::RightButton, {300, 250});
+    tavo::releaseMouse(m_Canvas, Qt::RightButton, {300, 250});
     EXPECT_FALSE(m_View.getSight().isChosen(PlotSight::X));
 }
 
@@ -220,7 +216,7 @@ TEST_F(PlotGesturesTest, DraggingStopsFollowingAndAButtonLeadsBack)
     append(30, 1);
     EXPECT_EQ(x().to, before.to);
     EXPECT_TRUE(isFollowOffered());
-    vireo_test::clickMouse(m_View.findChild<QToolButton*>("follow"));
+    tavo::clickMouse(m_View.findChild<QToolButton*>("follow"));
     EXPECT_EQ(x().to, 30);
     EXPECT_FALSE(isFollowOffered());
 }
