@@ -16,6 +16,7 @@
 #include <thread>
 #include <vector>
 
+#include "tavo/base/debug/DebugOutput.h"
 #include "vireo/show/show.h"
 
 namespace {
@@ -324,7 +325,7 @@ void sendsOddThings()
     const double nan = std::numeric_limits<double>::quiet_NaN();
     for (const std::string& name : {std::string(), std::string(100'000, 'x'), std::string("\xFF\xFE"),
              std::string("a/b"), std::string("a\nb"), std::string("../c"), std::string("a\0b", 3)})
-        tavo::plot(name).curve(name, SAMPLES).title(name).xAxis(name, name).yAxis(name, name);
+        tavo::plot(name).curve(name, SAMPLES).title(name);
     tavo::plot("values")
         .curve("none", std::vector<double>())
         .curve("NaN", {nan, nan})
@@ -333,7 +334,7 @@ void sendsOddThings()
         .curve("x NaN", {nan, nan, nan}, SAMPLES)
         .curve("huge", {-1e308, 1e308})
         .curve("one", {5})
-        .curve("many", std::vector<float>(10'000'000, 1.0F))
+        .curve("many", std::vector<float>(1'000'000, 1.0F))
         .append("none", std::vector<double>(), std::vector<double>())
         .append("infinite", infinity, nan)
         .keep("kept", 0)
@@ -344,6 +345,7 @@ void sendsOddThings()
     say("savePictures", tavo::savePictures("folder"));
     for (const char* name : {"values", "", "a/b"})
         say("saveData", tavo::saveData(name, "data.csv"));
+    say("log: " + tavo::debugOutput.getText());
 }
 
 const std::map<std::string, std::function<void()>> programs{

@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
+#include <cstdio>
 #include <set>
 
 #include "tavo/base/debug/DebugOutput.h"
@@ -58,7 +59,7 @@ bool hasDisplay()
 // The window that views and the debug output share.
 DebugWindow* makeShowWindow()
 {
-    if (!theFrontDoor || showMode() == Mode::Off || showMode() == Mode::Pictures || !hasDisplay())
+    if (!theFrontDoor || isShowOff() || showMode() == Mode::Pictures || !hasDisplay())
         return nullptr;
     return theFrontDoor.load()->makeWindow();
 }
@@ -75,9 +76,12 @@ void makeFrontDoor()
 {
     if (isShowOff())
         return;
-    if (theFrontDoor) // which goes with its application
-        return sayOnce("there are two QApplications, and Qt ends the program: the window has one already, since "
-                       "tavo::show(), tavo::pump() or tavo::openWindow() found none");
+    if (theFrontDoor) { // which goes with its application; nobody will see a window's log
+        std::fputs("tavo: there are two QApplications, and Qt ends the program: the window has one already, since "
+                   "tavo::show(), tavo::pump() or tavo::openWindow() found none\n",
+            stderr);
+        return;
+    }
     runGuarded([] {
         theFrontDoor = new FrontDoor;
         qRemovePostRoutine(deleteFrontDoor);

@@ -9,7 +9,6 @@
 
 #include "tavo/base/debug/displayException.h"
 #include "vireo/show/delivery/FrontDoor.h"
-#include "vireo/show/delivery/Mode.h"
 #include "vireo/show/delivery/endOfProgram.h"
 #include "vireo/show/delivery/process.h"
 #include "vireo/show/delivery/sayOnce.h"
@@ -26,7 +25,6 @@ struct State
 {
     std::mutex mutex;
     std::thread thread;
-    std::future<void> ended;
     bool hasStopped = false;
     std::atomic<bool> isRunning{false}; // for children of forks, to which the mutex may have come locked
 };
@@ -69,23 +67,20 @@ private:
     double m_Next = 0;
 };
 
-void serve(std::string platform, std::promise<void> started, std::promise<void> ended)
+void serve(std::string platform, std::promise<void> started)
 {
     ignoreSignalsInThisThread();
     char name[] = "vireo";
     char option[] = "-platform";
     char* arguments[] = {name, option, platform.data(), nullptr};
     int numArguments = 3;
-    {
-        theProgramsHandler = qInstallMessageHandler(passOnOtherMessages);
-        Application application(numArguments, arguments);
-        qInstallMessageHandler(theProgramsHandler);
-        QApplication::setQuitOnLastWindowClosed(false);
-        endProgramInOrder();
-        started.set_value();
-        QApplication::exec();
-    }
-    ended.set_value();
+    theProgramsHandler = qInstallMessageHandler(passOnOtherMessages);
+    Application application(numArguments, arguments);
+    qInstallMessageHandler(theProgramsHandler);
+    QApplication::setQuitOnLastWindowClosed(false);
+    endProgramInOrder();
+    started.set_value();
+    QApplication::exec();
 }
 
 // Where windows of our own can be opened; looked for once.
@@ -105,10 +100,8 @@ void start(const std::string& platform)
     if (state().thread.joinable() || state().hasStopped)
         return;
     std::promise<void> started;
-    std::promise<void> ended;
     std::future<void> hasStarted = started.get_future();
-    state().ended = ended.get_future();
-    state().thread = std::thread(serve, platform, std::move(started), std::move(ended));
+    state().thread = std::thread(serve, platform, std::move(started));
     hasStarted.wait();
     state().isRunning = true;
 }
@@ -132,11 +125,7 @@ void stop()
     if (thread.get_id() == std::this_thread::get_id())
         return thread.detach();
     inbox::post([] { QCoreApplication::quit(); });
-    // Pictures may take their time.
-    if (showMode() == Mode::Pictures || state().ended.wait_for(LONGEST_WAIT) == std::future_status::ready)
-        thread.join();
-    else
-        thread.detach();
+    thread.join(); // however long its last picture takes: Qt's end would pull the ground from under it
 }
 
 } // namespace windowThread
