@@ -89,7 +89,8 @@ std::vector<Batch::Part> take();
 // withdraws before it goes.
 void setReceiver(QObject* receiver, std::function<void()> whenAnythingWaits);
 
-// Has the receiver's thread run this, in the order of the calls. False if there is no receiver; dropped if it goes first.
+// Has the receiver's thread run this, in the order of the calls. False if there is no receiver; dropped if it goes
+// first.
 bool post(std::function<void()> work);
 
 // A fork while another thread holds the lock would leave it locked in the child.

@@ -14,7 +14,6 @@ namespace tavo {
 
 namespace {
 
-
 QWidget* canvasOf(PlotView& view)
 {
     for (QWidget* widget : view.findChildren<QWidget*>())
