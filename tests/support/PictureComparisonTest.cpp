@@ -20,8 +20,6 @@ protected:
         approve(m_Reference, "square");
     }
 
-    void TearDown() override { fs::remove_all(m_Folder); }
-
     void approve(const Picture& picture, const std::string& name)
     {
         qputenv("VIREO_APPROVE_PICTURES", "1");
@@ -31,8 +29,8 @@ protected:
 
     bool hasFailure(const std::string& file) const { return fs::exists(m_Folder / "failures" / file); }
 
-    const fs::path m_Folder =
-        fs::path(testing::TempDir()) / testing::UnitTest::GetInstance()->current_test_info()->name();
+    const QTemporaryDir m_Directory; // the same test may be running on another window system
+    const fs::path m_Folder = fs::path(m_Directory.path().toStdString()) / "pictures";
     const PictureComparison m_Comparison{m_Folder / "references", m_Folder / "failures"};
     const Picture m_Reference{4, 5, {10, 20, 30, 40}};
 };

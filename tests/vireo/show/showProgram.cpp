@@ -325,7 +325,7 @@ void sendsOddThings()
     const double nan = std::numeric_limits<double>::quiet_NaN();
     for (const std::string& name : {std::string(), std::string(100'000, 'x'), std::string("\xFF\xFE"),
              std::string("a/b"), std::string("a\nb"), std::string("../c"), std::string("a\0b", 3)})
-        tavo::plot(name).curve(name, SAMPLES).title(name);
+        tavo::plot(name).curve(name, SAMPLES).title(name).xAxis(name, name).yAxis(name, name);
     tavo::plot("values")
         .curve("none", std::vector<double>())
         .curve("NaN", {nan, nan})

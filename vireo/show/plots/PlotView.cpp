@@ -56,7 +56,7 @@ QwtText axisTitle(const AxisUpdate& axis, const AxisDivision& division)
     else if (axis.isTime.value_or(false))
         parts += PlotView::tr("time");
     if (!division.unit.isEmpty())
-        parts += '[' + division.unit + ']';
+        parts += '[' + plainText(division.unit.toStdString()).text() + ']';
     parts += division.offset;
     parts.removeAll(QString());
     return {parts.join(' '), QwtText::PlainText};
