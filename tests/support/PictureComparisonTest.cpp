@@ -1,6 +1,7 @@
 #include "tests/support/PictureComparison.h"
 
 #include <QByteArray>
+#include <QTemporaryDir>
 #include <gmock/gmock.h>
 
 namespace tavo {
