@@ -31,18 +31,13 @@ namespace tavo {
 /// Call setTableSize if the mapping is slow, invalidate when its colours have changed, and disposeTextures before the
 /// renderer dies.
 ///
-/// Memory: a stack takes four bytes of texture a texel, so that a volume seen along all axes takes three times four
-/// bytes a sample and channel, and the padding. While a stack is made there is the image of one slice's texture, and,
-/// for the stack along X, several slices of samples at once: at most 1 MiB or, where that is more, the four bytes a
-/// sample and texel of one slice and its image.
+/// A stack takes four bytes of texture per texel, for each channel. While it is made, the renderer holds the image of
+/// one slice, and for the stack along X also samples of several slices: at most 1 MiB or, if larger, the size of one
+/// slice's colours plus its image.
 ///
 /// A program, the texture matrix, culling, fog, the alpha test and the blend equation take part as they are. Pixel
 /// storage and transfer of the application do not matter. There is no class record of its own: by class records, a
 /// renderer counts as its base, whose other rules do not hold here.
-///
-/// A stack takes four bytes of texture memory for each texel. While it is made, there is the image of one slice and,
-/// for the stack along X, the samples of several slices at once. These take at most 1 MiB or, if that is more, as much
-/// as the colours of one slice and its image.
 ///
 /// @needs For drawing and disposing, a context with GL_ARB_multitexture must be current: the same one each time, or one
 /// that shares names with it.

@@ -16,17 +16,26 @@ class VolumeChannel;
 
 /// Draws a RegularVolume as a stack of textured quads across the view, each blended over those behind it. A transfer
 /// function gives each sample its colour. At the first drawing the colours become three stacks of 2D textures, one
-/// along each axis, which are kept.
+/// along each axis and padded to powers of two, which are kept.
 ///
 /// Use SliceVolumeRenderer instead. This class addresses its textures as if GL handed out the names 1, 2, 3, ..., in a
 /// context without other textures and with the default texture bound. Only there, and with one channel, is its picture
 /// right. Elsewhere it also does harm: it writes its first slice into whatever texture is bound, and sets parameters of
 /// other textures that have the names 1, 2, 3, ... It needs GL_ARB_multitexture.
 ///
-///     Tex2dVolumeRenderer renderer;
-///     unsigned int axis = 0;
-///     int direction = 0;
-///     renderer.computeOrder({0, 0, -1}, axis, direction); // 2 and -1
+///     RGBA8 grey(void*, const StaticVector<float, 1>& value)
+///     {
+///         return {value[0], value[0], value[0], value[0] / 8};
+///     }
+///
+///     void drawInEveryFrame(Tex2dVolumeRenderer& renderer, const Vector3f& viewDir)
+///     {
+///         renderer.drawVolume(&volume, viewDir, "density", &grey, nullptr);
+///     }
+///
+/// The stacks take four bytes of texture per texel, for each channel. While one is made, the renderer holds the image
+/// of one slice, and for the stack along X also samples of several slices: at most 1 MiB or, if larger, the size of one
+/// slice's colours plus its image.
 ///
 /// @needs For preparing, drawing and disposing, a context must be current, with unit 0 active: the same one each time,
 /// or one that shares names with it.

@@ -34,20 +34,23 @@ public:
     unsigned int getVersion() const { return m_Version; }
     unsigned int getFlags() const { return m_Flags; }
 
-    /// The value as shown to people.
-
     /// Sets the property of `object` to that of `source`.
     virtual void assign(Object& object, const Object& source) const = 0;
+
+    /// Whether the property has the same value in both objects.
     virtual bool equal(const Object& a, const Object& b) const = 0;
+
+    /// The same for equal values.
     virtual Card32 getHashValue(const Object& object) const = 0;
+
+    /// The value as shown to people.
+    virtual std::string getText(const Object& object) const = 0;
+
+    /// The value as JSON, for read().
+    virtual QJsonValue write(const Object& object) const = 0;
 
     /// What is wrong with this value, as the end of a sentence that begins with it ("is negative"). Empty if the
     /// property can take it.
-    virtual std::string getText(const Object& object) const = 0;
-
-    virtual QJsonValue write(const Object& object) const = 0;
-
-    /// Sets the property to a value without a fault.
     virtual std::string getFault(const QJsonValue& value) const = 0;
 
     /// Sets the property to a value without a fault.
