@@ -17,10 +17,11 @@ namespace tavo {
 ///     const CurrentContextGuard guard;
 ///     context.activate();
 ///
-/// What is current and what Qt believes to be current are remembered apart, since Qt does not see what others do. If a
+/// What is current and what Qt believes to be current are saved separately, since Qt does not see what others do. If a
 /// context or drawable has died meanwhile, nothing is current afterwards. There is one exception: a drawable that only
 /// its window system knows to be dead, where the context alone is enough to make it current again; with GLX, that of a
-/// destroyed QWindow. If nothing has changed, the guard only asks what is current.
+/// destroyed QWindow. If nothing has changed, the guard only asks what is current. Otherwise its end costs a
+/// switch of contexts, by Qt, by the window system or by both.
 class VIREO_EXPORT CurrentContextGuard
 {
 public:

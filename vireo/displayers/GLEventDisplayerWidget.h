@@ -26,7 +26,7 @@ class GLEventObject;
 ///     view->setGLEventObject(new GLPointCloudDisplayer, false);
 ///
 /// What an object throws is reported in the debug output, and so, on Windows, are faults of its code (see
-/// translateFaults); the widget lives on. The view has its own GL context.
+/// translateFaults); the widget lives on. Each view costs a GL context of its own.
 class VIREO_EXPORT GLEventDisplayerWidget : public QWidget
 {
     Q_OBJECT

@@ -20,6 +20,9 @@ namespace tavo {
 ///     graphs->setShowCoords(true);
 ///     sendGLEventObject("measurements", graphs);
 ///
+/// A displayer keeps one copy of the samples, 12 bytes each. Each paint sends all of them in immediate mode, so its
+/// time is linear in their number.
+///
 /// Graphs are not scaled: a view shows data from -150 to 150 along each axis. Scale or shift pressures in pascals and
 /// time stamps first; a line in the log says if they are out of view (see GLEventObject::getBoundingBox).
 class VIREO_EXPORT GLGraphDisplayer : public GLEventObject
@@ -48,7 +51,9 @@ public:
     /// The box of all points; (0, 0, 0) to (1, 1, 1) if there are none.
     Box3f getBoundingBox() override;
 
-    /// Draws the graphs, and the axes if they are shown (see GLEventObject::drawGL).
+    /// Draws the graphs as line strips without depth test and lighting, and the axes if they are shown (glColor4ubv,
+    /// glBegin, glVertex3fv; see GLEventObject::drawGL). The axes move and scale the current matrix (glTranslatef,
+    /// glScalef), which stays so.
     /// @throws std::out_of_range At a graph without a colour.
     void drawGL(QGLWidget* widget, Camera& camera) override;
 

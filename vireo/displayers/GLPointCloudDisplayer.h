@@ -36,7 +36,9 @@ public:
     /// The set's box; (0, 0, 0) to (1, 1, 1) without a set.
     Box3f getBoundingBox() override;
 
-    /// Draws the points and the axes (see GLEventObject::drawGL). A set without positions is not drawn, with a warning.
+    /// Draws the points in immediate mode (glBegin, glVertex3fv) and the axes if they are shown, which move and scale
+    /// the current matrix (glTranslatef, glScalef); see GLEventObject::drawGL. A set without positions is not drawn,
+    /// with a warning.
     /// @leaves The depth test is enabled.
     void drawGL(QGLWidget* widget, Camera& camera) override;
 

@@ -18,7 +18,8 @@
 ///     objects.clear(0);                 // everything
 ///
 /// Drawing needs a current context. It uses matrices, colour, lighting and programs as they are, and changes only the
-/// current normal and colour (glBegin, glNormal3f, glColor3fv, glVertex3fv, glEnd). Setting up needs no context.
+/// current normal and colour (glBegin, glNormal3f, glColor3fv, glVertex3fv, glEnd). Every drawing sends all vertices
+/// anew: for large meshes use GLGeometryList. Setting up needs no context.
 namespace tavo {
 
 class GLContext;
@@ -39,6 +40,8 @@ public:
     GLSimpleObject& operator=(const GLSimpleObject&) = default;
     virtual ~GLSimpleObject();
 
+    /// Draws the object. From a container, the context is the one that drawObjects was given, and the container is the
+    /// one that draws. Either may be null; the objects below use neither.
     virtual void draw(GLContext* context, GLSimpleObjectContainer* container) = 0;
 
     /// The class id. It starts as 0: such an object is drawn and cleared only together with all others.

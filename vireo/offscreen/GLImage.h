@@ -103,7 +103,7 @@ public:
         GLImage* source, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int);
 
     /// Reads the pixels back into a new image (glGetTexImage). GL writes them by its pixel storage, which must not ask
-    /// for padding (see GLRenderTextureFBO).
+    /// for padding (see GLRenderTextureFBO). This waits for the GPU to finish drawing.
     /// @leaves Unit 0 is active, with no texture bound to the target. Unlike in GLRenderTextureFBO, the framebuffer of
     /// an active image deliberately stays bound, though the image no longer counts as active.
     /// @owns The caller owns the new image.

@@ -26,6 +26,8 @@ class GLRenderTextureFBO;
 /// that was returned first, or else a new one. Width and height count up to 4096, components up to eight: kinds beyond
 /// that deliberately coincide with others, and such a request may get a target of another size.
 ///
+/// A request walks the list of free render textures; giving one back is one look-up.
+///
 /// All operations, the destructor included, need the cache's context to be current. Once the context has died, ask for
 /// nothing; what exists can still be returned and destroyed.
 ///

@@ -93,8 +93,8 @@ public:
     /// @leaves That unit is active.
     void unbind();
 
-    /// Reads the texture back into a new image (glGetTexImage). A depth texture cannot be read: GL reports an error,
-    /// and the image is zero.
+    /// Reads the texture back into a new image (glGetTexImage). This waits for the GPU to finish drawing. A depth
+    /// texture cannot be read: GL reports an error, and the image is zero.
     /// @needs If the target is bound, its unit must be active. GL's pixel storage (glPixelStorei), which is not set
     /// here, must ask for no padding: GL_PACK_ALIGNMENT at most 4, row length and skip values 0, nothing bound to
     /// GL_PIXEL_PACK_BUFFER_ARB.

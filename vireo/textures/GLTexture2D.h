@@ -33,7 +33,7 @@ public:
     /// its parameters then; nothing is uploaded.
     void createFromRGBA(const RGBAImage& image, bool mipmap);
     /// Does the same, but deliberately exchanges red and blue, so that an image of the bytes blue, green, red, alpha
-    /// comes out right. The image stays as it is.
+    /// comes out right. The image stays as it is; unlike createFromRGBA, this copies its pixels.
     void createFromImage(RGBAImage& image, bool mipmap);
 
 protected:
