@@ -15,7 +15,7 @@
 
 namespace tavo {
 
-/// Integers and floating-point numbers; characters and `bool` are none.
+/// Integers and floating-point numbers, except characters and `bool`.
 template <typename T>
 concept Number =
     std::is_arithmetic_v<T> && !std::same_as<T, bool> && !std::same_as<T, char> && !std::same_as<T, wchar_t> &&
@@ -75,7 +75,7 @@ public:
         copy(numbers, numbers ? count : 0, 1);
     }
 
-    /// Whether there was no memory for them. They are empty then.
+    /// Whether memory ran out while copying. They are empty then.
     bool areTooMany() const { return m_AreTooMany; }
 
 private:

@@ -23,12 +23,15 @@ struct ViewSlot;
 ///     const tavo::Plot plot = tavo::plot("pressure");
 ///     plot.curve("inlet", times, pressures).curve("limit", {0.0, 60.0}, {101.3, 101.3}).yAxis("pressure", "Pa");
 ///
-/// Every operation may be called by any thread at any time, waits for nobody, throws nothing, and gives the handle
-/// again. What one statement sends is shown together; its last argument (see Statement) is left out. Sending again
-/// under a name replaces what is shown under it, and leaves alone the part of the plot that a person has chosen to see.
-/// A mistake, such as x and y of different length, is a line in the log; what was shown stays.
+/// Every operation may be called by any thread at any time, waits for nobody, throws nothing, and returns the handle.
+/// What one statement sends is shown together; its last argument (see Statement) is left out. Sending again under a
+/// name replaces what is shown under it, and leaves alone the range the user has zoomed to. A mistake, such as x and y
+/// of different length, is a line in the log; what was shown stays.
 ///
 /// Numbers are what Numbers takes, of any arithmetic type. NaN is a gap in a curve. Names and labels are UTF-8.
+///
+/// A curve is kept as one copy of its numbers, and as none if a vector is moved in. Drawing one whose x ascends costs
+/// by the pixels of the plot, not by its samples; any other is read in full each time.
 class VIREO_SHOW_EXPORT Plot
 {
 public:
@@ -125,15 +128,15 @@ public:
     /// at the right.
     Plot style(std::string_view name, std::string_view words, const Statement& statement = Statement()) const;
 
-    /// Above the plot. Without one it is the plot's name.
+    /// Sets the title; by default the plot's name.
     Plot title(std::string_view text, const Statement& statement = Statement()) const;
 
-    /// What an axis counts, and in which unit: "pressure" and "Pa" stand there as "pressure [Pa]".
+    /// Sets the label and unit of an axis, shown as "pressure [Pa]".
     Plot xAxis(std::string_view label, std::string_view unit = {}, const Statement& statement = Statement()) const;
     Plot yAxis(std::string_view label, std::string_view unit = {}, const Statement& statement = Statement()) const;
     Plot y2Axis(std::string_view label, std::string_view unit = {}, const Statement& statement = Statement()) const;
 
-    /// Counts by powers of ten along an axis. What is not above zero has no place on it.
+    /// Makes an axis logarithmic. Values of zero or less are not drawn.
     Plot logX(bool isLog = true, const Statement& statement = Statement()) const;
     Plot logY(bool isLog = true, const Statement& statement = Statement()) const;
 
@@ -141,11 +144,11 @@ public:
     /// large that they can only be milliseconds, microseconds or nanoseconds are taken for these.
     Plot timeX(bool isTime = true, const Statement& statement = Statement()) const;
 
-    /// The part of an axis that is seen, until a person chooses another. Without it all samples are seen.
+    /// The part of an axis that is seen, until the user chooses another. Without it all samples are seen.
     Plot xRange(double from, double to, const Statement& statement = Statement()) const;
     Plot yRange(double from, double to, const Statement& statement = Statement()) const;
 
-    /// Shows no more of x than that, the newest of it, until a person chooses another length.
+    /// Shows no more of x than that, the newest of it, until the user chooses another length.
     Plot window(double seconds, const Statement& statement = Statement()) const;
 
     /// Shows the same part of x as the other plot, whichever of them is moved.

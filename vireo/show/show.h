@@ -5,6 +5,7 @@
 #include "vireo/show/Export.h"
 #include "vireo/show/Plot.h"
 
+/// @file
 /// The front door: shows what a running program has.
 ///
 ///     #include <vector>
@@ -37,7 +38,7 @@ namespace tavo {
 VIREO_SHOW_EXPORT void show();
 
 /// Serves the window from a loop of the program; to be called as often as one likes, since it returns at once when
-/// nothing is due. True until the window was closed, and where there is no window to be.
+/// nothing is due. Returns true until the window is closed; always true where no window can be opened.
 ///
 ///     while (tavo::pump())
 ///         tavo::plot("rpm").append("motor", now(), measure());
@@ -49,8 +50,8 @@ VIREO_SHOW_EXPORT bool openWindow();
 /// Closes the window, as its close button does. What is sent goes on arriving; the next new view opens it again.
 VIREO_SHOW_EXPORT void closeWindow();
 
-/// Takes a view away. A later call under its name makes a new one. There are two, so that `remove("x")` after
-/// `using namespace tavo` is ambiguous with the C library's function, which deletes a file.
+/// Takes a view away. A later call under its name makes a new one. Overloaded for const char* so that remove("x")
+/// after `using namespace tavo` is ambiguous instead of silently deleting a file.
 VIREO_SHOW_EXPORT void remove(const char* name);
 VIREO_SHOW_EXPORT void remove(const std::string& name);
 

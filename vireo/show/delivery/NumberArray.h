@@ -23,6 +23,10 @@ enum class NumberType : unsigned char
 
 /// Numbers side by side in memory, of a type that is known at run time. They are shared by all copies of the array, and
 /// never change.
+///
+///     const auto owner = std::make_shared<const std::vector<double>>(pressures);
+///     const NumberArray numbers(owner, owner->data(), owner->size(), NumberType::Float64);
+///     const double first = numbers[0];
 class NumberArray
 {
 public:
