@@ -8,6 +8,10 @@ namespace tavo {
 /// registers GLEventObject and GLPointCloudDisplayer. Call it once, before the first displayer is used. An application
 /// that needs the other registered classes (GLTextureSettings, GLEventDisplayer, GLGraphDisplayer, Tex2dVolumeRenderer)
 /// calls their own init.
+///
+///     initVireo();
+///     // use displayers until the application ends
+///     shutdownVireo();
 VIREO_EXPORT void initVireo();
 
 /// Frees the two class records. Call it once, at the end; neither class may be used afterwards. The images stay.

@@ -6,10 +6,14 @@
 #include <GL/gl.h>
 
 /// @file
-/// State that is set for a while, and is as before at the end of a scope, whatever happens in between:
+/// Scope guards that restore GL state, also after an exception.
 ///
 ///     const SavedAttributes attributes;
 ///     glDisable(GL_LIGHTING);
+///     const SavedClientAttributes pixelStorage(GL_CLIENT_PIXEL_STORE_BIT);
+///     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+///     const SavedMatrix matrix(GL_MODELVIEW);
+///     glTranslatef(1, 0, 0);
 ///     const Primitive line(GL_LINES);
 ///     glVertex3f(0, 0, 0);
 ///     glVertex3f(1, 1, 1);

@@ -50,7 +50,8 @@ protected:
     /// Copies bytes into the buffer (glBufferSubDataARB).
     /// @leaves Nothing is bound to the target.
     /// @throws PException "GLBuffer::writeToBuffer | out of range!", with nothing copied, if offset plus size exceeds
-    /// the buffer's size. The sum is deliberately made in 32 bits: a negative offset may pass, and is then a GL error.
+    /// the buffer's size. The sum is deliberately computed in 32 bits: a negative offset may pass, and is then a GL
+    /// error.
     void writeToBuffer(void* data, int offsetInBytes, unsigned int sizeInBytes);
 
     /// Copies bytes out of the buffer (glGetBufferSubDataARB). `out` then holds exactly sizeInBytes bytes.

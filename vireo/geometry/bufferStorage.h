@@ -5,7 +5,7 @@
 
 namespace tavo {
 
-// The bytes of so many elements, if a buffer, whose bytes are counted in 32 bits, can have as many.
+// Size in bytes, or nothing if it exceeds 32 bits.
 inline std::optional<unsigned int> bytesOfElements(unsigned int numElements, unsigned int elementSize)
 {
     const std::uint64_t bytes = std::uint64_t{numElements} * elementSize;

@@ -25,13 +25,13 @@ concept StreamFormat = std::same_as<T, decltype(std::setw(0))> || std::same_as<T
     std::same_as<T, decltype(std::setfill(' '))> || std::same_as<T, decltype(std::setbase(0))> ||
     std::same_as<T, decltype(std::setiosflags({}))> || std::same_as<T, decltype(std::resetiosflags({}))>;
 
-template <typename T>
 /// Whether it is a pointer to characters.
+template <typename T>
 inline constexpr bool isCharacters =
     std::is_pointer_v<std::decay_t<T>>&& std::is_convertible_v<std::decay_t<T>, const char*>;
 
-template <typename T>
 /// How many kinds of text it converts to.
+template <typename T>
 inline constexpr int numTextsOf = int(std::is_convertible_v<const T&, const char*>) +
                                   int(std::is_convertible_v<const T&, std::string>) +
                                   int(std::is_convertible_v<const T&, std::string_view>);
@@ -68,9 +68,9 @@ public:
     DebugOutput& operator<<(std::string_view text);
     DebugOutput& operator<<(std::nullptr_t) { return *this << static_cast<const char*>(nullptr); }
 
-    /// Writes whatever a stream can write. Numbers get all the digits that tell them apart. Signed and unsigned char
-    /// are numbers; a bool is "true" or "false". What the value's own operator throws is passed on, and nothing is
-    /// written.
+    /// Writes whatever a stream can write. Numbers are written with the fewest digits that read back exactly. Signed
+    /// and unsigned char are numbers; a bool is "true" or "false". What the value's own operator throws is passed on,
+    /// and nothing is written.
     template <Streamable T>
     DebugOutput& operator<<(const T& value)
     {

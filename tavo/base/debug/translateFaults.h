@@ -10,6 +10,15 @@ namespace tavo {
 /// that code (an access violation, an integer division by zero, a stack overflow) as an SE_Exception, whose record
 /// lives as long as the exception.
 ///
+///     #include <tavo/base/debug/DebugOutput.h>
+///     #include <tavo/base/debug/SE_Exception.h>
+///
+///     try {
+///         translateFaults(compute);
+///     } catch (const SE_Exception& fault) {
+///         debugOutput << "fault " << fault.getCode() << "\n";
+///     }
+///
 /// - Whoever would have seen the fault before an `__except` block around this call has seen it: debuggers, vectored
 ///   handlers, `__except` blocks inside. What they handle is not thrown.
 /// - The code is abandoned where the fault was. Its destructors and catch blocks do not run, so what they would have

@@ -41,17 +41,24 @@ public:
     /// The size of the view in pixels.
     void setSize(int width, int height);
 
+    /// A button goes down or up at a pixel of the view. The modifiers are not used.
     void mousePress(int x, int y, unsigned int button, Modifiers modifiers);
     void mouseRelease(int x, int y, unsigned int button, Modifiers modifiers);
+
+    /// The pointer is at that pixel now; with a button down, this is a drag. A left drag along the view's smaller side
+    /// turns by half a circle, a right drag along its height moves ten times nearer or farther away.
     void mouseMove(int x, int y);
 
     /// Turns the wheel by that many notches; forward is positive.
     void mouseWheel(double notches);
 
+    /// A key goes down, or repeats. An arrow key does what a drag along 1/24 of the view's smaller side does; + and -
+    /// are a notch of the wheel.
     void keyPress(GeneralKey key);
+    /// Does nothing: keys act when they go down.
     void keyRelease(GeneralKey key);
 
-    /// Applies what was collected since the last call to the camera.
+    /// Applies what was collected since the last call to the camera. Whoever draws the view calls this in every frame.
     void update();
 
     /// Places the camera at once, drops what was collected, and makes this the place that Home returns to. A place that

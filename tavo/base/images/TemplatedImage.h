@@ -10,6 +10,9 @@ namespace tavo {
 
 /// A picture in memory: width x height pixels of four components (red, green, blue, alpha), row after row without
 /// padding. A default image has no pixels. Programs use its subclasses RGBAImage and RGBAFloat32Image.
+///
+///     TemplatedImage<float> picture(640, 480);
+///     picture.at(0, 0) = {1, 0.5f, 0, 1};
 template <typename Component>
 class TemplatedImage
 {

@@ -66,8 +66,8 @@ private:
     std::array<T, N> m_Values{};
 };
 
-template <typename T, unsigned int N>
 /// The scalar product.
+template <typename T, unsigned int N>
 T dot(const StaticVector<T, N>& a, const StaticVector<T, N>& b)
 {
     T sum{};
@@ -76,15 +76,15 @@ T dot(const StaticVector<T, N>& a, const StaticVector<T, N>& b)
     return sum;
 }
 
-template <typename T>
 /// The vector product.
+template <typename T>
 StaticVector<T, 3> cross(const StaticVector<T, 3>& a, const StaticVector<T, 3>& b)
 {
     return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
-template <typename T, unsigned int N>
 /// The Euclidean length.
+template <typename T, unsigned int N>
 T length(const StaticVector<T, N>& v)
 {
     return std::sqrt(dot(v, v));

@@ -6,6 +6,9 @@
 namespace tavo {
 
 /// Element `i` of a vector-like container.
+///
+///     const double first = checkedAt(pressures, 0);
+///
 /// @throws std::out_of_range Beyond the last element. Every checked access of the libraries throws it with this one
 /// text, whatever the standard library would say.
 template <typename Container>

@@ -20,6 +20,7 @@ public:
     /// The copy of that object; null if there is none yet.
     Object* findCopy(const Object* original) const;
 
+    /// Remembers the copy of that object, in place of an earlier one. The copy operation calls this.
     void addCopy(const Object* original, Object* copy);
 
 private:

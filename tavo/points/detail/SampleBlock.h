@@ -11,8 +11,8 @@
 
 // How samples are read quickly. Two things that compilers and processors do not do by themselves:
 //
-// - A loop around a call is a function of its own, which is not inlined, so that all it needs has its registers. - Rows
-// to come are fetched ahead: processors do not foresee short rows that lie far apart.
+// - A loop around a call is a function of its own, which is not inlined, so that all it needs has its registers.
+// - Rows to come are fetched ahead: processors do not foresee short rows that lie far apart.
 namespace tavo::detail {
 
 // Where the samples within bounds lie, in bytes; axes that are fixed to one index come last.
