@@ -90,7 +90,7 @@ protected:
     /// Says that a context of the tree was made current, or released, by other means. True deletes the names that wait.
     void setGlobalActive(bool active);
 
-    /// Enters a child, which must not be in the list yet. The child's constructor calls this.
+    /// Enters a child, which must not be in the list yet: one that is being made, or whose own parent dies.
     void addChildContext(GLContext* child);
 
     /// Looks among the root's children.
