@@ -71,10 +71,11 @@ std::string describeOutOfView(const Box3f& box, const Camera& camera)
         text << "they reach " << depths.max - FAR_PLANE << " beyond the far plane, which is " << FAR_PLANE;
     text << " from the eye at " << camera.getEyePoint() << ". A new view shows ";
     if (isTooNear)
-        text << "nothing that extends less than " << NEAR_PLANE << " along every axis: enlarge them.";
+        text << "nothing that extends less than " << NEAR_PLANE << " along every axis: enlarge them";
     else
         text << "data from " << -SHOWN_REACH << " to " << SHOWN_REACH
-             << " along each axis: scale or shift them to there.";
+             << " along each axis: scale or shift them to there";
+    text << ", or, if they are curves, send them to tavo::plot (vireo/show/show.h), which shows any range.";
     return text.str();
 }
 

@@ -471,7 +471,8 @@ TEST_F(GLEventDisplayerWidgetGLTest, SaysOfAGraphBeyondTheFarPlaneThatAndHowFarI
         "warning: GLEventDisplayerWidget::setGLEventObject() - the data, from (0, 0, 0) to (5000, 0, 0), lie outside "
         "what this view shows: they reach 9914.1 beyond the far plane, which is 1000 from the eye at (0, 0, 10000). A "
         "new view "
-        "shows data from -150 to 150 along each axis: scale or shift them to there.\n");
+        "shows data from -150 to 150 along each axis: scale or shift them to there, or, if they "
+        "are curves, send them to tavo::plot (vireo/show/show.h), which shows any range.\n");
     const QImage picture = grabPicture(m_Widget.get()).copy(m_View->geometry());
     QImage black = picture;
     black.fill(Qt::black);
@@ -513,7 +514,7 @@ TEST_F(GLEventDisplayerWidgetGLTest, SaysOfDataThatAreTooNearThatTheyAre)
         HasSubstr(
             "lie outside what this view shows: they end 0.00804688 before the near plane, which is 0.01 from "
             "the eye at (0, 0, 0.001953125). A new view shows nothing that extends less than 0.01 along every axis: "
-            "enlarge them."));
+            "enlarge them, or, if they are curves, send them to tavo::plot"));
 }
 
 TEST_F(GLEventDisplayerWidgetGLTest, SaysOfDataThatReachBeyondTheFarPlaneThatTheyArePartlyOutOfView)

@@ -27,7 +27,9 @@ TEST(OutOfViewTest, SaysHowFarDataReachBeyondTheFarPlane)
     EXPECT_EQ(describe({{0, 0, 2000}, {1, 1, 2001}}),
         "the data, from (0, 0, 2000) to (1, 1, 2001), lie outside what this view shows: they reach 1002 beyond the far "
         "plane, which is 1000 from the eye at (0, 0, -1). A new view shows data from -150 to 150 along each axis: "
-        "scale or shift them to there.");
+        "scale or shift them to there, or, if they are curves, send them to tavo::plot (vireo/show/show.h), which "
+        "shows "
+        "any range.");
     EXPECT_THAT(describe({{0, 0, 0}, {1, 1, 2001}}), HasSubstr("lie partly outside what this view shows"));
 }
 
@@ -35,7 +37,7 @@ TEST(OutOfViewTest, SaysThatDataEndBeforeTheNearPlane)
 {
     const std::string text = describe({{0, 0, -3}, {1, 1, -2}});
     EXPECT_THAT(text, HasSubstr("lie outside what this view shows: they end 1.01 before the near plane"));
-    EXPECT_THAT(text, HasSubstr("enlarge them."));
+    EXPECT_THAT(text, HasSubstr("enlarge them, or, if they are curves, send them to tavo::plot"));
 }
 
 } // namespace
