@@ -57,8 +57,8 @@ public:
     /// The box of what drawGL draws, in the object's own coordinates. The view places its camera by it: the eye is
     /// twice the largest extent away from the point it looked at before, and what is 0.01 to 1000 away from the eye is
     /// shown. A new view looked at the origin, so it shows data from -150 to 150 along each axis, if they extend at
-    /// least 0.01 along one. If a box is too near or reaches too far, a line in the log says by how much, once, and what
-    /// shows curves of any range: tavo::plot (vireo/show/show.h).
+    /// least 0.01 along one. If a box is too near or reaches too far, a line in the log says by how much, once, and
+    /// what shows curves of any range: tavo::plot (vireo/show/show.h).
     virtual Box3f getBoundingBox() = 0;
 
     /// Draws into the widget's context, which is current. The projection matrix is selected and holds the view's

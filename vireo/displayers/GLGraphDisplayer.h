@@ -23,9 +23,9 @@ namespace tavo {
 /// A displayer keeps one copy of the samples, 12 bytes each. Each paint sends all of them in immediate mode, so its
 /// time is linear in their number.
 ///
-/// Graphs are not scaled: a view shows data from -150 to 150 along each axis. Send pressures in pascals and time stamps to
-/// tavo::plot (vireo/show/show.h), which shows any range, or scale or shift them first; a line in the log says if they
-/// are out of view (see GLEventObject::getBoundingBox).
+/// Graphs are not scaled: a view shows data from -150 to 150 along each axis. Send pressures in pascals and time stamps
+/// to tavo::plot (vireo/show/show.h), which shows any range, or scale or shift them first; a line in the log says if
+/// they are out of view (see GLEventObject::getBoundingBox).
 class VIREO_EXPORT GLGraphDisplayer : public GLEventObject
 {
 public:
