@@ -41,13 +41,12 @@ std::unique_ptr<tavo::RegularVolume> makeVolume()
 }
 
 // Thin blue mist around dense orange kernels.
-tavo::SliceVolumeRenderer::RGBA colourOf(void*, const tavo::StaticVector<float, 1>& density)
+tavo::RGBA8 colourOf(void*, const tavo::StaticVector<float, 1>& density)
 {
     const float d = density[0];
     if (d < 0.15f)
         return {0, 0, 0, 0};
-    return d > 0.6f ? tavo::SliceVolumeRenderer::RGBA(255, 230 * d, 60, 90)
-                    : tavo::SliceVolumeRenderer::RGBA(70, 130, 255, 25 * d);
+    return d > 0.6f ? tavo::RGBA8(255, 230 * d, 60, 90) : tavo::RGBA8(70, 130, 255, 25 * d);
 }
 
 // Away from the viewer, in the volume's coordinates.
