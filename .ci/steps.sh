@@ -6,16 +6,19 @@
 #                              must pass, if it fits into the time that all additions have together, of which it may be given
 #                              a part; what does not fit is left to .ci/nightly
 #   leave NAME REASON          says that something was left out
+#   seconds_of_steps           how long the run has taken so far, without its additions
 #
 # ADDITION_SECONDS is that time; 0 is as long as they take. With KEEP_GOING=yes a step that fails does not end the run.
 ADDITION_SECONDS=${ADDITION_SECONDS:-900}
 KEEP_GOING=${KEEP_GOING:-no}
-addition_seconds_left=$ADDITION_SECONDS
+seconds_of_additions=0
 step_times=()
 steps_left=()
 failed_steps=()
 
 duration() { printf '%d min %02d s' $(($1 / 60)) $(($1 % 60)); }
+
+seconds_of_steps() { echo $((SECONDS - seconds_of_additions)); }
 
 leave() {
     steps_left+=("$1: $2")
@@ -40,7 +43,8 @@ step() {
 }
 
 addition() {
-    local begin=$SECONDS limit=$addition_seconds_left status=0 name seconds
+    local begin=$SECONDS limit=0 status=0 name seconds
+    [ "$ADDITION_SECONDS" = 0 ] || limit=$((ADDITION_SECONDS - seconds_of_additions))
     if [ "$1" = --at-most ]; then
         [ "$ADDITION_SECONDS" = 0 ] || [ "$2" -ge "$limit" ] || limit=$2
         shift 2
@@ -58,7 +62,7 @@ addition() {
         leave "$name" "it did not end within $(duration "$limit"); .ci/nightly does it"
         status=0
     fi
-    [ "$ADDITION_SECONDS" = 0 ] || addition_seconds_left=$((addition_seconds_left - seconds))
+    seconds_of_additions=$((seconds_of_additions + seconds))
     finish_step "$name" $seconds $status
 }
 

@@ -1,5 +1,6 @@
 # cmake -P commonTypes.cmake <root of the tree>
-# Fails, and names each, on lines that spell out a type which tavo/base/math/vectors.h has a name for, or that give it another.
+# Fails, and names each, on lines that spell out a type which tavo/base/math/vectors.h has a name for, or that give it another,
+# and on lines of documents and examples that call it by an older name.
 cmake_minimum_required(VERSION 3.25)
 
 set(tree ${CMAKE_ARGV3})
@@ -10,6 +11,8 @@ set(templates tavo/base/math/StaticVector.h tavo/base/math/BoundingBox.h)
 set(home_test tests/tavo/base/math/vectorsTest.cpp)
 # Other names that callers know.
 set(known "using (RGBA = RGBA8|PolyVector3f = Vector3f);")
+# Those that documents and examples do not use.
+set(older "SliceVolumeRenderer::RGBA([^A-Za-z0-9_]|$)")
 
 set(names)
 set(types)
@@ -38,5 +41,15 @@ foreach(file IN LISTS files)
             string(STRIP "${line}" line)
             message(SEND_ERROR "${file} does not use the name that ${home} has: ${line}")
         endif()
+    endforeach()
+endforeach()
+
+file(GLOB documents RELATIVE ${tree} ${tree}/*.md ${tree}/docs/*.md)
+file(GLOB_RECURSE examples RELATIVE ${tree} ${tree}/examples/*.h ${tree}/examples/*.cpp)
+foreach(file IN LISTS documents examples)
+    file(STRINGS ${tree}/${file} lines REGEX "${older}")
+    foreach(line IN LISTS lines)
+        string(STRIP "${line}" line)
+        message(SEND_ERROR "${file} uses an older name of what ${home} has: ${line}")
     endforeach()
 endforeach()

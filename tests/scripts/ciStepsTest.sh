@@ -46,6 +46,12 @@ expect_contains "an addition may be given a part of the time" "$output" "    slo
 run_steps 'addition --at-most 0 long touch long' ADDITION_SECONDS=0
 [ -e long ] || fail "without a limit an addition was left out"
 
+for limit in 60 0; do
+    run_steps 'addition long sleep 2; steps=$(seconds_of_steps); [ $steps -le $((SECONDS - 2)) ]' ADDITION_SECONDS=$limit
+    expect_equal "additions of at most $limit seconds are not counted as steps" $status 0
+done
+expect_lacks "and no step is left out for them" "$(cat "$root/.ci/run")" '$SECONDS'
+
 run_steps 'step bad false; step on touch on' KEEP_GOING=yes
 expect_equal "a run that keeps going fails in the end" $status 1
 [ -e on ] || fail "it did not keep going"
