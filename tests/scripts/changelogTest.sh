@@ -10,13 +10,13 @@ scripts/changelog
 expect_equal "without notes the changelog stays" "$(cat CHANGELOG.md)" "$(cat unchanged)"
 
 printf -- '- vireo: a C:\\temp & more,\n  in two lines.\n' >changes/b.md
-printf -- '- tavo: earlier by name.\n' >changes/a.md
+printf -- '- tavo base: earlier by name.\n' >changes/a.md
 expected='# Changelog
 
 ## 0.2, not yet released
 
 - vireo: old.
-- tavo: earlier by name.
+- tavo base: earlier by name.
 - vireo: a C:\temp & more,
   in two lines.
 
@@ -41,7 +41,13 @@ expect_contains "it is named" "$output" "'## 0.1'"
 expect_equal "nothing is written then" "$(cat CHANGELOG.md)" "$(cat unchanged)"
 [ -e changes/c.md ] || fail "the note is gone"
 
-for text in 'no dash' '- \n' '-no blank' '- good\nbad' '' "- $(printf 'x%.0s' {1..200})"; do
+for part in vireo libvireoshow 'tavo base' 'tavo points' 'tavo wgl' vireo-view Windows Building; do
+    printf -- "- $part: text.\n" >changes/d.md
+    scripts/changelog --check || fail "this was refused: $part"
+    grep -qE "^\|.*\b$part\b.* \|" "$root/changes/README.md" || fail "changes/README.md does not say: $part"
+done
+for text in 'no dash' '- \n' '-no blank' '- vireo: good\nbad' '' "- vireo: $(printf 'x%.0s' {1..200})" '- no part.' \
+    '- Buildings: text.' '- Documentation: text.' '- vireo: good.\n- tavo: bad.'; do
     printf -- "$text" >changes/d.md
     ! output=$(scripts/changelog --check 2>&1) || fail "this passed for a note: $text"
     expect_contains "the bad note is named" "$output" "changes/d.md"
