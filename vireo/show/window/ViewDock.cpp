@@ -123,11 +123,11 @@ void ViewDock::setOnFullScreen(bool full)
         m_FullScreen->showFullScreen();
     } else {
         m_Holder->layout()->addWidget(m_Content);
-        m_Content->show(); // now
+        m_Content->show();          // now
+        window()->activateWindow(); // first, so that the focus of the keyboard is never nowhere
         m_FullScreen->hide();
         m_FullScreen->deleteLater(); // it may be what has the event
         m_FullScreen = nullptr;
-        window()->activateWindow();
     }
     m_Content->setFocus();
 }
