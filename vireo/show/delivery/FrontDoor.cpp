@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstdio>
 #include <set>
+#include <thread>
 
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/displayException.h"
@@ -33,7 +34,8 @@ constexpr QSize DEFAULT_PICTURE(1000, 700);
 
 // Written in the thread of the QApplication, under whose thread others look it up.
 std::atomic<FrontDoor*> theFrontDoor = nullptr;
-std::atomic<const QThread*> theThread = nullptr;
+// Not by QThread: asking for that makes something of Qt's, which stays, for every thread that asks.
+std::atomic<std::thread::id> theThread;
 std::atomic<bool> isThereAnApplication = false;
 
 std::unique_ptr<View> makeViewOf(const ViewSlot& slot)
@@ -96,7 +98,10 @@ Q_COREAPP_STARTUP_FUNCTION(makeFrontDoor)
 FrontDoor::FrontDoor()
 {
     moveToThread(QCoreApplication::instance()->thread());
-    theThread = thread();
+    if (thread() == QThread::currentThread())
+        theThread = std::this_thread::get_id();
+    else // the library was loaded by another one
+        QTimer::singleShot(0, this, [] { theThread = std::this_thread::get_id(); });
     isThereAnApplication = qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr;
     inbox::setReceiver(this, [this] { scheduleFrame(); });
 }
@@ -111,7 +116,7 @@ FrontDoor::~FrontDoor()
     delete m_Window;
     windowState::setOpen(false);
     isThereAnApplication = false;
-    theThread = nullptr;
+    theThread = std::thread::id();
     theFrontDoor = nullptr;
 }
 
@@ -127,7 +132,7 @@ bool FrontDoor::canMakeViews()
 
 bool FrontDoor::isHere()
 {
-    return theThread && theThread == QThread::currentThread();
+    return theThread.load() == std::this_thread::get_id();
 }
 
 void FrontDoor::scheduleFrame()
