@@ -254,6 +254,9 @@ std::string FrontDoor::savePicture(const std::string& name, const QString& file,
     View* const view = findView(name);
     if (!view)
         return noSuchView(name);
+    constexpr int MOST_PIXELS = 32'767; // along a side; Qt draws no further
+    if (size.width() > MOST_PIXELS || size.height() > MOST_PIXELS)
+        return "pictures have at most " + std::to_string(MOST_PIXELS) + " pixels along a side";
     return view->savePicture(file, size);
 }
 

@@ -20,13 +20,15 @@ class Counted
 {
 public:
     Counted(const std::deque<double>& numbers, std::size_t numDropped)
-        : m_Begin(numbers.begin() - static_cast<std::ptrdiff_t>(numDropped))
+        : m_Numbers(numbers)
+        , m_NumDropped(numDropped)
     {}
 
-    double operator[](std::size_t i) const { return m_Begin[static_cast<std::ptrdiff_t>(i)]; }
+    double operator[](std::size_t i) const { return m_Numbers[i - m_NumDropped]; }
 
 private:
-    std::deque<double>::const_iterator m_Begin;
+    const std::deque<double>& m_Numbers;
+    std::size_t m_NumDropped;
 };
 
 template <typename Values>
@@ -181,6 +183,7 @@ void CurveStore::continueSent()
     m_Sent.x = {};
     m_Sent.y = {};
     m_Pyramid = Pyramid();
+    m_NumDropped = 0;
     m_NumInfinite = 0;
     measureY(0);
 }
