@@ -211,7 +211,7 @@ void CurveStore::measureX(std::size_t first)
 void CurveStore::measureY(std::size_t first)
 {
     if (isAppended()) {
-        m_Pyramid.extend(Counted(m_AppendedY, m_NumDropped), m_NumDropped + m_AppendedY.size());
+        m_Pyramid.extend(Counted(m_AppendedY, m_NumDropped), m_NumDropped + m_AppendedY.size(), m_NumDropped);
         m_NumInfinite += numInfiniteOf(m_AppendedY, first, m_AppendedY.size());
         return;
     }

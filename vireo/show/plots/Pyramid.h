@@ -34,9 +34,10 @@ public:
         : m_BlockSize(512 / bytesOfNumber)
     {}
 
-    // Takes the blocks in that are complete, where there are `size` numbers.
+    // Takes the blocks in that are complete, where there are `size` numbers, of which those before `firstKept` have
+    // gone.
     template <typename Values>
-    void extend(const Values& values, std::size_t size);
+    void extend(const Values& values, std::size_t size, std::size_t firstKept = 0);
 
     // The numbers before the `first` one are gone.
     void drop(std::size_t first);
@@ -114,11 +115,13 @@ Extent extentOf(const Values& values, std::size_t first, std::size_t last)
 }
 
 template <typename Values>
-void Pyramid::extend(const Values& values, std::size_t size)
+void Pyramid::extend(const Values& values, std::size_t size, std::size_t firstKept)
 {
     std::size_t numBlocks = m_Levels.empty() ? 0 : m_Levels.front().size();
-    for (; (numBlocks + 1) * m_BlockSize <= size; ++numBlocks)
-        addBlock(extentOf(values, numBlocks * m_BlockSize, (numBlocks + 1) * m_BlockSize));
+    for (; (numBlocks + 1) * m_BlockSize <= size; ++numBlocks) {
+        const std::size_t end = (numBlocks + 1) * m_BlockSize;
+        addBlock(extentOf(values, std::min(std::max(numBlocks * m_BlockSize, firstKept), end), end));
+    }
 }
 
 template <typename Visit>

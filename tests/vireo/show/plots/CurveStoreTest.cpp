@@ -84,6 +84,33 @@ TEST_F(CurveStoreTest, AppendsToWhatWasSentAndForgetsTheOldest)
     EXPECT_EQ(extremes.highest, 899u);
 }
 
+TEST_F(CurveStoreTest, ForgetsFarMoreThanItKeeps)
+{
+    CurveUpdate update;
+    update.kept = 10;
+    m_Store.apply(update);
+    for (int i = 0; i < 200'000; i += 100)
+        append(std::vector<double>(100, i), std::vector<double>(100, -i));
+    EXPECT_EQ(m_Store.size(), 10u);
+    EXPECT_EQ(m_Store.yExtent().from, -199'900);
+    EXPECT_EQ(m_Store.yExtent().to, -199'900);
+}
+
+TEST_F(CurveStoreTest, BeginsAnewWhereNothingWasKept)
+{
+    CurveUpdate update;
+    update.kept = 0;
+    m_Store.apply(update);
+    append({1, 2}, {3, 4});
+    EXPECT_EQ(m_Store.size(), 0u);
+    update.kept = 10;
+    m_Store.apply(update);
+    append({5, 6}, {7, 8});
+    EXPECT_EQ(m_Store.size(), 2u);
+    EXPECT_EQ(m_Store.yExtent().from, 7);
+    EXPECT_EQ(m_Store.yExtent().to, 8);
+}
+
 } // namespace
 
 } // namespace tavo
