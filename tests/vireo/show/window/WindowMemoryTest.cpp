@@ -30,8 +30,8 @@ protected:
         show(views);
     }
 
-    const QTemporaryDir m_Folder{QDir::temp().filePath("vireo-XXXXXX")};
-    QWidget m_Other; // the program's own window
+    const QTemporaryDir m_Folder{QDir::temp().filePath("window-memory")}; // the program's name is no file's
+    QWidget m_Other;                                                      // the program's own window
 };
 
 TEST_F(WindowMemoryTest, BringsTheLayoutBack)
