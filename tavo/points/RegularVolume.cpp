@@ -84,7 +84,7 @@ detail::SampleBlock RegularVolume::findBlock(
             throw PException("RegularVolume::mapChannel() - the bounds are not within the volume");
         const bool isFixed = min[axis] != UNRESTRICTED && min[axis] == max[axis];
         if (!isFixed) {
-            block.counts[numLoops] = static_cast<std::size_t>(last - first + 1);
+            block.counts[numLoops] = static_cast<std::size_t>(last - first) + 1;
             block.steps[numLoops] = step;
             ++numLoops;
         }

@@ -4,8 +4,8 @@
 
 #include "vireo/Export.h"
 
-struct HDC__;
-struct HGLRC__;
+struct HDC__;   // NOLINT(bugprone-reserved-identifier): the name on Windows
+struct HGLRC__; // NOLINT(bugprone-reserved-identifier): the name on Windows
 class QOpenGLContext;
 class QSurface;
 

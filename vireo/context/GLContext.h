@@ -7,9 +7,9 @@
 
 #include "vireo/Export.h"
 
-struct HDC__;
-struct HGLRC__;
-struct _CGcontext;
+struct HDC__;      // NOLINT(bugprone-reserved-identifier): the name on Windows
+struct HGLRC__;    // NOLINT(bugprone-reserved-identifier): the name on Windows
+struct _CGcontext; // NOLINT(bugprone-reserved-identifier): the Cg runtime's name
 class QGLWidget;
 
 namespace tavo {

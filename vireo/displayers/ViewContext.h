@@ -7,8 +7,8 @@
 
 #include "tavo/platform/windowlessContext.h"
 
-struct HDC__;
-struct HPBUFFERARB__;
+struct HDC__;         // NOLINT(bugprone-reserved-identifier): the name on Windows
+struct HPBUFFERARB__; // NOLINT(bugprone-reserved-identifier): the name on Windows
 
 namespace tavo {
 

@@ -57,6 +57,7 @@ public:
     Numbers() = default;
 
     template <typename Range>
+    // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): what is required leaves copies and moves alone
     requires(!std::derived_from<std::remove_cvref_t<Range>, NumberArray>) Numbers(Range&& range)
     {
         takeOrRefuse(std::forward<Range>(range));

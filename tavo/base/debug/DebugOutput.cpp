@@ -148,7 +148,7 @@ bool canShowEvents()
 DebugOutput& DebugOutput::operator<<(const std::string& text)
 {
     // Before the lock is taken: on Windows a program outlives a reference to nowhere, which must not leave it locked.
-    const std::string copy = text;
+    const std::string copy = text; // NOLINT(performance-unnecessary-copy-initialization): see above
     {
         const StateLock lock;
         keep(state().text, copy);

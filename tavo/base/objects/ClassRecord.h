@@ -83,7 +83,7 @@ inline void initClassRecord(MetaClass* record, const MetaClass* parent, unsigned
     {                                                                                                                  \
         getClass();                                                                                                    \
         ::tavo::initClassRecord(Class##MetaClass, parent, 1000);                                                       \
-        addProperties(*Class##MetaClass);                                                                              \
+        (addProperties)(*Class##MetaClass);                                                                            \
     }                                                                                                                  \
     void Class::shutdown()                                                                                             \
     {                                                                                                                  \

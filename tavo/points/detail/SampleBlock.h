@@ -40,13 +40,15 @@ template <typename Sample, typename Map>
     std::transform(row, row + count, out, map);
 }
 
-// Both ends of a row to come.
+// Both ends of a row to come. It may lie behind the last sample, where no pointer may point: hence the numbers.
 inline void fetchAhead(const SampleBlock& block, const unsigned char* row)
 {
     constexpr std::size_t NUM_ROWS = 16;
     const std::uintptr_t start = reinterpret_cast<std::uintptr_t>(row) + NUM_ROWS * block.steps[1];
+    // NOLINTBEGIN(performance-no-int-to-ptr)
     __builtin_prefetch(reinterpret_cast<const void*>(start));
     __builtin_prefetch(reinterpret_cast<const void*>(start + (block.counts[0] - 1) * block.steps[0]));
+    // NOLINTEND(performance-no-int-to-ptr)
 }
 
 template <unsigned int N, typename Visit>

@@ -39,7 +39,7 @@ Statement::Statement() noexcept
         return;
     runGuarded([this] {
         if (!theBatch)
-            theBatch = new Batch;
+            theBatch = new Batch; // NOLINT(bugprone-unhandled-exception-at-new): it is guarded
         m_Batch = theBatch;
         ++m_Batch->depth;
     });

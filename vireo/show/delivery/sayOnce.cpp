@@ -16,7 +16,8 @@ void sayOnce(const std::string& text) noexcept
         std::set<std::string> texts;
     };
     runGuarded([&text] {
-        static Said* const said = new Said; // destructors may have something to say
+        // Never deleted: destructors may have something to say.
+        static Said* const said = new Said; // NOLINT(bugprone-unhandled-exception-at-new): it is guarded
         {
             const std::lock_guard<std::mutex> lock(said->mutex);
             if (said->texts.size() >= REMEMBERED)

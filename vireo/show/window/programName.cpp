@@ -7,7 +7,7 @@ namespace tavo {
 
 QString programName()
 {
-    const QString name = QCoreApplication::applicationName();
+    QString name = QCoreApplication::applicationName();
     if (!name.isEmpty() && name != "vireo") // as the QApplication is called that this library makes itself
         return name;
     return QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
