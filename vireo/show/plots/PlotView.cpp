@@ -123,7 +123,7 @@ std::shared_ptr<QwtPlotMarker> makeMarker(const LineAcross& line, const QColor& 
     auto marker = std::make_shared<QwtPlotMarker>();
     marker->setLineStyle(line.isVertical ? QwtPlotMarker::VLine : QwtPlotMarker::HLine);
     marker->setLabel(plainText(line.label));
-    marker->setLabelAlignment(line.isVertical ? Qt::AlignRight | Qt::AlignTop : Qt::AlignRight | Qt::AlignTop);
+    marker->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
     marker->setSpacing(4);
     marker->setZ(15); // above the grid, below the curves
     line.isVertical ? marker->setXValue(line.place) : marker->setYValue(line.place);

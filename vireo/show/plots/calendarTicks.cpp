@@ -74,8 +74,8 @@ std::vector<double> timesOfDay(double from, double to, double step, const QTimeZ
     std::vector<double> times;
     const auto offsetAt = [&zone](double seconds) { return double(dateTime(seconds, zone).offsetFromUtc()); };
     const double first = std::ceil((from + offsetAt(from)) / step - 1e-6);
-    for (double i = 0; i < MOST_TICKS; ++i) {
-        const double local = (first + i) * step;
+    for (std::size_t i = 0; i < MOST_TICKS; ++i) {
+        const double local = (first + static_cast<double>(i)) * step;
         const double time = local - offsetAt(local - offsetAt(from));
         if (time > to + step * 1e-6)
             break;
