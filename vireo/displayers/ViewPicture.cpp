@@ -5,7 +5,7 @@
 #include <QScopeGuard>
 
 #include "vireo/context/GLExtensions.h"
-#include "vireo/context/SavedState.h"
+#include "vireo/context/PlainPixels.h"
 #include "vireo/displayers/ViewContext.h"
 
 #include <GL/gl.h>
@@ -42,53 +42,12 @@ void paintInto(QGLWidget& view, const Paint& paint)
     view.makeCurrent(); // whatever the object has left current
 }
 
-// Has glReadPixels write the rows of an image, whatever the object has set.
-void resetPixelSettings()
-{
-    for (const GLenum scale : {GL_RED_SCALE, GL_GREEN_SCALE, GL_BLUE_SCALE})
-        glPixelTransferf(scale, 1.0f);
-    for (const GLenum bias : {GL_RED_BIAS, GL_GREEN_BIAS, GL_BLUE_BIAS})
-        glPixelTransferf(bias, 0.0f);
-    glPixelTransferi(GL_MAP_COLOR, GL_FALSE);
-    for (const GLenum setting : {GL_PACK_SWAP_BYTES, GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS})
-        glPixelStorei(setting, 0);
-    glPixelStorei(GL_PACK_ALIGNMENT, 4);
-}
-
-// Has glReadPixels write to memory, and not into a buffer that the object has left bound.
-class ReadsToMemory
-{
-public:
-    ReadsToMemory()
-    {
-        if (!isExtensionSupported("GL_ARB_pixel_buffer_object"))
-            return;
-        glGetIntegerv(GL_PIXEL_PACK_BUFFER_BINDING_ARB, &m_Buffer);
-        bind(0);
-    }
-    ~ReadsToMemory() { bind(m_Buffer); }
-    ReadsToMemory(const ReadsToMemory&) = delete;
-    ReadsToMemory& operator=(const ReadsToMemory&) = delete;
-
-private:
-    void bind(GLint buffer) const
-    {
-        if (m_Buffer)
-            glBindBufferARB(GL_PIXEL_PACK_BUFFER_ARB, static_cast<GLuint>(buffer));
-    }
-
-    GLint m_Buffer = 0;
-};
-
 // What has been drawn to the bound framebuffer, without alpha: a window shows none.
 QImage readPixels(const QSize& size, GLenum buffer)
 {
-    const ReadsToMemory readsToMemory;
+    const PlainPixels pixels;
     QImage picture(size, QImage::Format_RGB888);
     picture.fill(0); // what the driver may not write
-    const SavedAttributes pixelModes(GL_PIXEL_MODE_BIT);
-    const SavedClientAttributes pixelStorage(GL_CLIENT_PIXEL_STORE_BIT);
-    resetPixelSettings();
     glReadBuffer(buffer);
     glReadPixels(0, 0, picture.width(), picture.height(), GL_RGB, GL_UNSIGNED_BYTE, picture.bits());
     return picture.mirrored();

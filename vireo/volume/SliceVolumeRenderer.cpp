@@ -12,6 +12,7 @@
 #include "tavo/base/objects/PException.h"
 #include "tavo/points/RegularVolume.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/PlainPixels.h"
 #include "vireo/context/SavedState.h"
 #include "vireo/volume/SliceReader.h"
 #include "vireo/volume/SliceStack.h"
@@ -75,30 +76,6 @@ void requireTextureUnits(std::size_t count)
     if (count > static_cast<std::size_t>(available))
         throw PException("SliceVolumeRenderer::prepareTextures - more channels than the driver's texture units");
 }
-
-// Client memory is read without gaps and as it is, whatever the application has set for its own uploads. The pixel
-// transfer is among the attributes that are saved anyway.
-class PlainPixels
-{
-public:
-    PlainPixels()
-    {
-        glPixelTransferi(GL_MAP_COLOR, GL_FALSE);
-        for (const GLenum scale : {GL_RED_SCALE, GL_GREEN_SCALE, GL_BLUE_SCALE, GL_ALPHA_SCALE})
-            glPixelTransferf(scale, 1);
-        for (const GLenum bias : {GL_RED_BIAS, GL_GREEN_BIAS, GL_BLUE_BIAS, GL_ALPHA_BIAS})
-            glPixelTransferf(bias, 0);
-        if (isExtensionSupported("GL_ARB_pixel_buffer_object"))
-            glBindBufferARB(GL_PIXEL_UNPACK_BUFFER_ARB, 0);
-        for (const GLenum parameter :
-            {GL_UNPACK_SWAP_BYTES, GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS, GL_UNPACK_SKIP_PIXELS})
-            glPixelStorei(parameter, 0);
-        glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
-    }
-
-private:
-    SavedClientAttributes m_Storage{GL_CLIENT_PIXEL_STORE_BIT};
-};
 
 // What a sample looks like, given what each of its components does: one component as it is, more by their alphas, and
 // with fewer than four, an alpha of 16.

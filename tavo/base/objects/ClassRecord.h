@@ -61,7 +61,7 @@ inline void initClassRecord(MetaClass* record, const MetaClass* parent, unsigned
     TAVO_CLASS_RECORD_OPERATIONS(Class, newInstance, addProperties)                                                    \
     ::tavo::Object* Class::newInstance()                                                                               \
     {                                                                                                                  \
-        return new (std::nothrow) Class;                                                                               \
+        return new (std::nothrow) Class; /* NOLINT(bugprone-macro-parentheses): a type */                              \
     }
 
 /// Does the same for an abstract class, which has no newInstance.
