@@ -72,15 +72,8 @@ void sendSamples(const ViewSlotPointer& slot, CurveKind kind, std::string_view n
         (low && isMistaken(slot, nameOf(kind), name, x, *low)))
         return;
     changeCurve(slot, name, [&](CurveUpdate& curve) {
-        curve.samples =
-            CurveSamples{x ? NumberArray(*x) : NumberArray(), y, low ? NumberArray(*low) : NumberArray(), kind};
-        curve.appended.clear();
+        curve.send({x ? NumberArray(*x) : NumberArray(), y, low ? NumberArray(*low) : NumberArray(), kind});
     });
-}
-
-std::vector<double> asDoubles(const NumberArray& numbers)
-{
-    return numbers.visit([](const auto* first, std::size_t size) { return std::vector<double>(first, first + size); });
 }
 
 } // namespace
@@ -156,14 +149,14 @@ Plot Plot::band(
 
 Plot Plot::append(std::string_view name, double x, double y, const Statement&) const
 {
-    changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.append({{x}, {y}}); });
+    changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.append({x, y}); });
     return *this;
 }
 
 Plot Plot::append(std::string_view name, const Numbers& x, const Numbers& y, const Statement&) const
 {
     if (isSent(m_Slot) && !isMistaken(m_Slot, "append", name, &x, y))
-        changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.append({asDoubles(x), asDoubles(y)}); });
+        changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.append({x, y}); });
     return *this;
 }
 

@@ -27,8 +27,14 @@ std::vector<double> appended(const PlotUpdate& plot)
 {
     std::vector<double> all;
     for (const AppendedSamples& piece : plot.curves.at(0).appended)
-        all.insert(all.end(), piece.y.begin(), piece.y.end());
+        for (const double y : read(piece.y()))
+            all.push_back(y);
     return all;
+}
+
+const void* addressOf(const NumberArray& numbers)
+{
+    return numbers.visit([](const auto* first, std::size_t) { return static_cast<const void*>(first); });
 }
 
 TEST(InboxTest, KeepsTheNewestOfAName)
@@ -71,6 +77,33 @@ TEST(InboxTest, KeepsAllThatIsAppended)
     for (const double x : expected)
         plot("plot").append("a", x, x);
     EXPECT_EQ(appended(*takePlot("plot")), expected);
+}
+
+TEST(InboxTest, KeepsAppendedRangesAsTheyWereMade)
+{
+    std::vector<double> moved(1000, 1);
+    const double* const address = moved.data();
+    const Numbers copied = std::vector<float>(1000, 2);
+    plot("plot").append("a", 0, 0).append("a", std::move(moved), copied);
+    plot("plot").append("a", copied, copied);
+    const auto waiting = takePlot("plot");
+    const std::list<AppendedSamples>& pieces = waiting->curves.at(0).appended;
+    ASSERT_EQ(pieces.size(), 3u);
+    EXPECT_EQ(addressOf(std::next(pieces.begin())->x()), address);
+    EXPECT_EQ(addressOf(std::next(pieces.begin())->y()), addressOf(copied));
+    EXPECT_EQ(addressOf(pieces.back().x()), addressOf(copied));
+}
+
+TEST(InboxTest, PutsSmallRangesTogether)
+{
+    std::vector<double> expected;
+    for (int i = 0; i < 1000; ++i) {
+        plot("plot").append("a", {i, i}, {i, -i}).append("a", i, 0.5);
+        expected.insert(expected.end(), {double(i), double(-i), 0.5});
+    }
+    const auto waiting = takePlot("plot");
+    EXPECT_EQ(appended(*waiting), expected);
+    EXPECT_EQ(waiting->curves.at(0).appended.size(), 1u);
 }
 
 TEST(InboxTest, KeepsNoMoreOfWhatIsAppendedThanIsShown)

@@ -149,14 +149,30 @@ void FrontDoor::showWaiting()
     m_IsFrameScheduled = false;
     if (!canMakeViews())
         return sayOnce("nothing is shown: the program has a QCoreApplication, where views need a QApplication");
+    makeRoom();
     for (Batch::Part& part : inbox::take()) {
-        runGuarded([&] { show(part); });
+        runGuarded([&] { show(std::move(part)); });
         m_HasUnsavedPictures = true;
     }
     m_SinceLastFrame.start();
 }
 
-void FrontDoor::show(Batch::Part& part)
+// While what was taken is being shown, as much may come to wait again: what it replaces has gone by then.
+void FrontDoor::makeRoom()
+{
+    for (const Batch::Part& part : inbox::replaced())
+        runGuarded([&] { makeRoom(part); });
+}
+
+void FrontDoor::makeRoom(const Batch::Part& replaced)
+{
+    if (replaced.pending.isRemoved)
+        removeView(replaced.slot);
+    else if (View* const view = findView(replaced.slot); view && replaced.pending.update)
+        view->makeRoom(*replaced.pending.update);
+}
+
+void FrontDoor::show(Batch::Part part)
 {
     if (part.pending.isRemoved)
         removeView(part.slot);

@@ -62,7 +62,9 @@ private:
     };
 
     void scheduleFrame();
-    void show(Batch::Part& part);
+    void makeRoom();
+    void makeRoom(const Batch::Part& replaced);
+    void show(Batch::Part part);
     View* findView(const ViewSlotPointer& slot) const;
     View* findView(const std::string& name) const;
     View& makeView(const ViewSlotPointer& slot);

@@ -26,6 +26,11 @@ void Pending::merge(Pending& newer)
     }
 }
 
+Pending Pending::replaced() const
+{
+    return {isRemoved, update ? update->replaced() : nullptr};
+}
+
 Pending& Batch::operator[](const ViewSlotPointer& slot)
 {
     const auto found =
@@ -170,6 +175,17 @@ void deliver(Batch& batch)
         slot->pending.merge(pending);
     }
     tellReceiver();
+}
+
+std::vector<Batch::Part> replaced()
+{
+    std::vector<Batch::Part> replaced;
+    state().mutex.lockFirst();
+    const Lock lock(state().mutex, std::adopt_lock);
+    for (const ViewSlotPointer& slot : state().waiting)
+        if (slot->isShown)
+            replaced.push_back({slot, slot->pending.replaced()});
+    return replaced;
 }
 
 std::vector<Batch::Part> take()

@@ -20,6 +20,7 @@ struct Pending
 
     bool isEmpty() const { return !isRemoved && !update; }
     void merge(Pending& newer);
+    Pending replaced() const; // see ViewUpdate
 };
 
 // A name, and the view that bears it. Handles keep it; the inbox forgets it some time after the view was removed and
@@ -80,6 +81,9 @@ bool hasWaiting();
 
 // Merges what a statement sent into what is waiting, all of it before anything is taken, and wakes the receiver.
 void deliver(Batch& batch);
+
+// What of the views that are shown will be replaced by what is taken next.
+std::vector<Batch::Part> replaced();
 
 // Takes all that is waiting. The slots are shown from now on, or, where they were removed and nothing came after it, no
 // more.

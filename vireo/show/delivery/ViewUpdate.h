@@ -28,6 +28,10 @@ public:
     // What was said in it about updates to come, such as how many samples are kept of them: what is sent next is merged
     // into this. Null if there is nothing. Short, too.
     virtual std::unique_ptr<ViewUpdate> forTheNext() const { return nullptr; }
+
+    // What of the view it will replace: an update of the same kind without data, for View::makeRoom(). What comes later
+    // only adds to it. Short, too.
+    virtual std::unique_ptr<ViewUpdate> replaced() const = 0;
 };
 
 } // namespace tavo

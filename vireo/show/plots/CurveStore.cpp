@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <type_traits>
+#include <utility>
 
 namespace tavo {
 
@@ -13,6 +14,13 @@ constexpr std::size_t BLOCK = 512;
 void convert(const NumberArray& numbers, std::size_t i, std::size_t count, double* converted)
 {
     numbers.visit([=](const auto* all, std::size_t) { std::copy(all + i, all + i + count, converted); });
+}
+
+// Appends the last `count` of some numbers.
+void addLast(std::deque<double>& all, const NumberArray& numbers, std::size_t count)
+{
+    numbers.visit(
+        [&](const auto* first, std::size_t size) { all.insert(all.end(), first + (size - count), first + size); });
 }
 
 // Numbers that are counted from the first that ever was.
@@ -85,19 +93,24 @@ void CurveStore::apply(CurveUpdate& update)
         m_Kept = *update.kept;
     if (update.samples)
         take(*update.samples);
-    for (const AppendedSamples& piece : update.appended)
-        append(piece);
-    if (update.kept || !update.appended.empty())
-        dropOldSamples();
-    if (update.isRemoved || update.samples || !update.appended.empty() || update.kept)
+    const bool isChanged = update.isReplacing() || update.kept || !update.appended.empty();
+    for (; !update.appended.empty(); update.appended.pop_front()) // each goes once it is copied
+        append(update.appended.front());
+    dropOldSamples();
+    if (isChanged)
         measureExtents();
 }
 
-void CurveStore::take(CurveSamples& samples)
+void CurveStore::clear()
 {
     const std::size_t kept = m_Kept;
     *this = CurveStore();
     m_Kept = kept;
+}
+
+void CurveStore::take(CurveSamples& samples)
+{
+    clear();
     m_Sent = std::move(samples);
     m_Sent.y.visit([this](const auto* y, std::size_t) { m_Pyramid = Pyramid(sizeof *y); });
     measureX(0);
@@ -164,9 +177,11 @@ void CurveStore::append(const AppendedSamples& samples)
 {
     if (!isAppended())
         continueSent();
+    const std::size_t count = std::min(samples.size(), m_Kept);
+    dropOldSamples(count);
     const std::size_t numBefore = m_AppendedX.size();
-    m_AppendedX.insert(m_AppendedX.end(), samples.x.begin(), samples.x.end());
-    m_AppendedY.insert(m_AppendedY.end(), samples.y.begin(), samples.y.end());
+    addLast(m_AppendedX, samples.x(), count);
+    addLast(m_AppendedY, samples.y(), count);
     measureX(numBefore);
     measureY(numBefore);
 }
@@ -174,25 +189,26 @@ void CurveStore::append(const AppendedSamples& samples)
 // What was sent before is the beginning of what is appended to.
 void CurveStore::continueSent()
 {
-    m_AppendedX.resize(m_Sent.y.size());
-    m_AppendedY.resize(m_Sent.y.size());
-    for (std::size_t i = 0; i < m_AppendedX.size(); ++i) {
-        m_AppendedX[i] = m_Sent.x.isEmpty() ? static_cast<double>(i) : m_Sent.x[i];
-        m_AppendedY[i] = m_Sent.y[i];
-    }
-    m_Sent.x = {};
-    m_Sent.y = {};
+    const std::size_t size = m_Sent.y.size();
+    const std::size_t count = std::min(size, m_Kept);
+    if (m_Sent.x.isEmpty())
+        for (std::size_t i = size - count; i < size; ++i)
+            m_AppendedX.push_back(static_cast<double>(i));
+    else
+        addLast(m_AppendedX, std::exchange(m_Sent.x, {}), count);
+    addLast(m_AppendedY, std::exchange(m_Sent.y, {}), count);
     m_Pyramid = Pyramid();
     m_NumDropped = 0;
     m_NumInfinite = 0;
     measureY(0);
 }
 
-void CurveStore::dropOldSamples()
+// Makes room for new ones, too, of which there are no more than are kept.
+void CurveStore::dropOldSamples(std::size_t numNew)
 {
-    if (m_AppendedX.size() <= m_Kept)
+    if (m_AppendedX.size() + numNew <= m_Kept)
         return;
-    const std::size_t numOld = m_AppendedX.size() - m_Kept;
+    const std::size_t numOld = m_AppendedX.size() + numNew - m_Kept;
     m_NumInfinite -= numInfiniteOf(m_AppendedY, 0, numOld);
     m_AppendedX.erase(m_AppendedX.begin(), m_AppendedX.begin() + static_cast<std::ptrdiff_t>(numOld));
     m_AppendedY.erase(m_AppendedY.begin(), m_AppendedY.begin() + static_cast<std::ptrdiff_t>(numOld));

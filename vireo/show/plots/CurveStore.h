@@ -16,6 +16,9 @@ public:
     // Takes over what was sent.
     void apply(CurveUpdate& update);
 
+    // Frees them. How many appended ones are kept stays.
+    void clear();
+
     std::size_t size() const { return isAppended() ? m_AppendedX.size() : m_Sent.y.size(); }
     double x(std::size_t i) const;
     double y(std::size_t i) const;
@@ -57,7 +60,7 @@ private:
     void take(CurveSamples& samples);
     void append(const AppendedSamples& samples);
     void continueSent();
-    void dropOldSamples();
+    void dropOldSamples(std::size_t numNew = 0);
     void measureX(std::size_t first);
     void measureY(std::size_t first);
     void measureExtents();

@@ -64,6 +64,13 @@ void PlotCurve::apply(CurveUpdate& update)
     showName();
 }
 
+void PlotCurve::dropSamples()
+{
+    m_Samples.clear();
+    m_Low.clear();
+    m_Polylines.reset();
+}
+
 void PlotCurve::showGround(bool isDark)
 {
     if (!m_HasOwnColour)

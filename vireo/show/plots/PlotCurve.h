@@ -30,6 +30,9 @@ public:
 
     void apply(CurveUpdate& update);
 
+    // Frees the samples. How many appended ones are kept stays.
+    void dropSamples();
+
     // Takes a colour for a light or a dark ground.
     void showGround(bool isDark);
 

@@ -8,8 +8,15 @@ namespace tavo {
 
 namespace {
 
-// Smaller pieces are put together, so that single samples do not take a piece each.
+// What has fewer samples is put together, up to so many: a piece of its own would take more memory than they do.
+constexpr std::size_t SMALL_PIECE = 256;
 constexpr std::size_t LARGE_PIECE = 4096;
+
+void addTo(std::vector<double>& numbers, const NumberArray& added)
+{
+    added.visit(
+        [&numbers](const auto* first, std::size_t size) { numbers.insert(numbers.end(), first, first + size); });
+}
 
 template <typename T>
 void replace(std::optional<T>& older, std::optional<T>& newer)
@@ -26,16 +33,29 @@ const char* nameOf(CurveKind kind)
     return NAMES[static_cast<std::size_t>(kind)];
 }
 
-void AppendedSamples::append(AppendedSamples&& newer)
+bool AppendedSamples::takesIn(const AppendedSamples& newer) const
 {
-    x.insert(x.end(), newer.x.begin(), newer.x.end());
-    y.insert(y.end(), newer.y.begin(), newer.y.end());
+    const bool stayAsSent = m_X.empty() && m_SentX.size() >= SMALL_PIECE;
+    return !stayAsSent && newer.size() < SMALL_PIECE && size() + newer.size() <= LARGE_PIECE;
+}
+
+void AppendedSamples::append(const AppendedSamples& newer)
+{
+    if (m_X.empty()) {
+        addTo(m_X, m_SentX);
+        addTo(m_Y, m_SentY);
+        m_SentX = m_SentY = {};
+    }
+    addTo(m_X, newer.x());
+    addTo(m_Y, newer.y());
 }
 
 void CurveUpdate::merge(CurveUpdate& newer)
 {
-    if (newer.isRemoved || newer.samples)
+    if (newer.isReplacing()) {
         appended.swap(newer.appended);
+        std::swap(m_NumAppended, newer.m_NumAppended);
+    }
     if (newer.isRemoved) {
         isRemoved = true;
         std::swap(samples, newer.samples);
@@ -55,10 +75,17 @@ void CurveUpdate::merge(CurveUpdate& newer)
     dropOldSamples();
 }
 
+void CurveUpdate::send(CurveSamples newest)
+{
+    samples = std::move(newest);
+    dropAppended();
+}
+
 void CurveUpdate::append(AppendedSamples piece)
 {
-    if (!appended.empty() && appended.back().x.size() + piece.x.size() <= LARGE_PIECE)
-        appended.back().append(std::move(piece));
+    m_NumAppended += piece.size();
+    if (!appended.empty() && appended.back().takesIn(piece))
+        appended.back().append(piece);
     else
         appended.push_back(std::move(piece));
 }
@@ -67,19 +94,25 @@ void CurveUpdate::remove()
 {
     isRemoved = true;
     samples.reset();
-    appended.clear();
+    dropAppended();
     kept.reset();
     colour.reset();
     style.reset();
 }
 
+void CurveUpdate::dropAppended()
+{
+    appended.clear();
+    m_NumAppended = 0;
+}
+
 void CurveUpdate::dropOldSamples()
 {
-    std::size_t number = 0;
-    auto piece = appended.end();
-    while (piece != appended.begin() && number < kept.value_or(DEFAULT_KEPT))
-        number += (--piece)->x.size();
-    appended.erase(appended.begin(), piece);
+    const std::size_t wanted = kept.value_or(DEFAULT_KEPT);
+    while (!appended.empty() && m_NumAppended - appended.front().size() >= wanted) {
+        m_NumAppended -= appended.front().size();
+        appended.pop_front();
+    }
 }
 
 void AxisUpdate::merge(AxisUpdate& newer)
@@ -123,6 +156,18 @@ std::unique_ptr<ViewUpdate> PlotUpdate::forTheNext() const
         next->curve(curve.name).kept = curve.kept;
     }
     return next;
+}
+
+std::unique_ptr<ViewUpdate> PlotUpdate::replaced() const
+{
+    auto plot = std::make_unique<PlotUpdate>();
+    plot->isCleared = isCleared;
+    for (const CurveUpdate& curve : curves)
+        if (curve.isReplacing()) {
+            plot->curves.emplace_back();
+            plot->curves.back().name = curve.name;
+        }
+    return plot;
 }
 
 CurveUpdate& PlotUpdate::curve(const std::string& name)

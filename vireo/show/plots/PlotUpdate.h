@@ -2,9 +2,11 @@
 
 #include <QRgb>
 #include <cstddef>
+#include <list>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "vireo/show/delivery/NumberArray.h"
@@ -33,13 +35,41 @@ struct CurveSamples
     CurveKind kind = CurveKind::Line;
 };
 
-// Samples that were appended, as many xs as ys.
-struct AppendedSamples
+// Samples that were appended in one piece, as many xs as ys: a range as it was sent, or small ones put together.
+class AppendedSamples
 {
-    std::vector<double> x;
-    std::vector<double> y;
+public:
+    AppendedSamples(NumberArray x, NumberArray y)
+        : m_SentX(std::move(x))
+        , m_SentY(std::move(y))
+    {}
+    AppendedSamples(double x, double y)
+        : m_X{x}
+        , m_Y{y}
+    {}
 
-    void append(AppendedSamples&& newer);
+    std::size_t size() const { return m_X.empty() ? m_SentX.size() : m_X.size(); }
+
+    NumberArray x() const { return m_X.empty() ? m_SentX : viewOf(m_X); }
+    NumberArray y() const { return m_X.empty() ? m_SentY : viewOf(m_Y); }
+
+    // Whether what comes behind these is to be put together with them.
+    bool takesIn(const AppendedSamples& newer) const;
+
+    // Copies what comes behind these. All are doubles from then on.
+    void append(const AppendedSamples& newer);
+
+private:
+    // Lives no longer than the numbers.
+    static NumberArray viewOf(const std::vector<double>& numbers)
+    {
+        return {nullptr, numbers.data(), numbers.size(), NumberType::Float64};
+    }
+
+    NumberArray m_SentX;
+    NumberArray m_SentY;
+    std::vector<double> m_X; // in place of what was sent
+    std::vector<double> m_Y;
 };
 
 // What was sent to one curve.
@@ -50,17 +80,24 @@ struct CurveUpdate
     std::string name;
     bool isRemoved = false; // what the plot has of it goes first
     std::optional<CurveSamples> samples;
-    std::vector<AppendedSamples> appended; // behind the samples
-    std::optional<std::size_t> kept;       // of appended samples, the newest
+    std::list<AppendedSamples> appended; // behind the samples
+    std::optional<std::size_t> kept;     // of appended samples, the newest
     std::optional<QRgb> colour;
     std::optional<std::string> style; // words, see Plot::style()
 
     void merge(CurveUpdate& newer);
-    void append(AppendedSamples samples);
+    void send(CurveSamples newest);
+    void append(AppendedSamples piece);
     void remove();
 
+    // Whether what the plot has of it goes.
+    bool isReplacing() const { return isRemoved || samples; }
+
 private:
+    void dropAppended();
     void dropOldSamples();
+
+    std::size_t m_NumAppended = 0; // samples of all pieces
 };
 
 struct AxisUpdate
@@ -98,6 +135,7 @@ class PlotUpdate : public ViewUpdate
 public:
     void merge(ViewUpdate& newer) override;
     std::unique_ptr<ViewUpdate> forTheNext() const override;
+    std::unique_ptr<ViewUpdate> replaced() const override;
 
     // Of that name, made by the first call. In the order of the first calls.
     CurveUpdate& curve(const std::string& name);

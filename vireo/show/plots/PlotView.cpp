@@ -20,6 +20,8 @@
 #include <qwt_plot_renderer.h>
 #include <qwt_scale_engine.h>
 #include <qwt_scale_widget.h>
+#include <set>
+#include <string_view>
 
 #include "tavo/base/files/saveFile.h"
 #include "tavo/base/text/printable.h"
@@ -201,6 +203,19 @@ PlotView::~PlotView()
 {
     std::vector<PlotView*>& all = allViews();
     all.erase(std::find(all.begin(), all.end(), this));
+}
+
+void PlotView::makeRoom(const ViewUpdate& replaced)
+{
+    const auto& plot = static_cast<const PlotUpdate&>(replaced);
+    if (plot.isCleared)
+        m_Curves.clear();
+    std::set<std::string_view> names;
+    for (const CurveUpdate& curve : plot.curves)
+        names.insert(curve.name);
+    for (const auto& curve : m_Curves)
+        if (names.count(curve->getName()))
+            curve->dropSamples();
 }
 
 void PlotView::apply(ViewUpdate& update)

@@ -16,6 +16,10 @@ class ViewUpdate;
 class View : public QWidget
 {
 public:
+    // Frees what an update will replace, before there is any more of it: see ViewUpdate::replaced(). The update is
+    // applied before anything is painted.
+    virtual void makeRoom(const ViewUpdate& replaced) = 0;
+
     // Shows what was sent.
     virtual void apply(ViewUpdate& update) = 0;
 

@@ -1,6 +1,7 @@
 #include "vireo/show/plots/CurveStore.h"
 
 #include <cmath>
+#include <functional>
 #include <gtest/gtest.h>
 
 #include "tests/vireo/show/plots/curves.h"
@@ -21,7 +22,7 @@ protected:
     void append(std::vector<double> x, std::vector<double> y)
     {
         CurveUpdate update;
-        update.append({std::move(x), std::move(y)});
+        update.append({numbers(std::move(x)), numbers(std::move(y))});
         m_Store.apply(update);
     }
 
@@ -82,6 +83,46 @@ TEST_F(CurveStoreTest, AppendsToWhatWasSentAndForgetsTheOldest)
     const Extremes extremes = m_Store.extremes(100, 900);
     EXPECT_EQ(extremes.lowest, 100u);
     EXPECT_EQ(extremes.highest, 899u);
+}
+
+// Numbers that call when they go.
+NumberArray numbersWithEnd(std::size_t size, std::function<void()> whenTheyGo)
+{
+    auto* const values = new std::vector<double>(size);
+    const std::shared_ptr<const double> owner(values->data(), [values, whenTheyGo](const double*) {
+        delete values;
+        whenTheyGo();
+    });
+    return {owner, owner.get(), size, NumberType::Float64};
+}
+
+TEST_F(CurveStoreTest, HasEachAppendedPieceGoOnceItIsCopied)
+{
+    std::vector<std::size_t> sizes;
+    CurveUpdate update;
+    update.kept = 1000;
+    for (int i = 0; i < 3; ++i)
+        update.append(
+            {numbers(std::vector<double>(800)), numbersWithEnd(800, [&] { sizes.push_back(m_Store.size()); })});
+    m_Store.apply(update);
+    EXPECT_EQ(sizes, std::vector<std::size_t>({800, 1000, 1000}));
+}
+
+TEST_F(CurveStoreTest, CopiesNoMoreOfWhatIsAppendedThanItKeeps)
+{
+    CurveUpdate update;
+    update.kept = 3;
+    m_Store.apply(update);
+    send({0, 1, 2, 3, 4}, {5, 6, 7, 8, INFINITY});
+    append({5}, {10});
+    EXPECT_EQ(m_Store.size(), 3u);
+    EXPECT_EQ(m_Store.y(0), 8);
+    EXPECT_EQ(m_Store.numInfinite(), 1u);
+    append({6, 7, 8, 9}, {11, 12, 13, 14});
+    EXPECT_EQ(m_Store.size(), 3u);
+    EXPECT_EQ(m_Store.x(0), 7);
+    EXPECT_EQ(m_Store.y(2), 14);
+    EXPECT_EQ(m_Store.numInfinite(), 0u);
 }
 
 TEST_F(CurveStoreTest, ForgetsFarMoreThanItKeeps)

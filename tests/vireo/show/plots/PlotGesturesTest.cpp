@@ -57,7 +57,7 @@ protected:
     void append(double x, double y)
     {
         PlotUpdate update;
-        update.curve("a").append({{x}, {y}});
+        update.curve("a").append({x, y});
         m_View.apply(update);
     }
 

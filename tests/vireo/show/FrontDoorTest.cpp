@@ -1,0 +1,89 @@
+#include "vireo/show/delivery/FrontDoor.h"
+
+#include <QApplication>
+#include <functional>
+#include <gmock/gmock.h>
+#include <memory>
+#include <vector>
+
+#include "vireo/show/plots/PlotUpdate.h"
+#include "vireo/show/show.h"
+
+// What waits comes into views. There is no window.
+namespace tavo {
+namespace {
+
+using testing::ElementsAre;
+
+class FrontDoorTest : public testing::Test
+{
+protected:
+    ~FrontDoorTest() override
+    {
+        clear();
+        FrontDoor::get()->showWaiting();
+    }
+
+    // Sends a curve that notes when it is freed whether its successor still waits.
+    void send(const std::string& curve)
+    {
+        static const double number = 1;
+        const std::shared_ptr<const double> owner(
+            &number, [this](const double*) { m_WasWaiting.push_back(inbox::hasWaiting()); });
+        Batch batch;
+        auto update = std::make_unique<PlotUpdate>();
+        update->curve(curve).send({{}, NumberArray(owner, &number, 1, NumberType::Float64), {}, CurveKind::Line});
+        batch[inbox::findSlot(ViewKind::Plot, "plot")].update = std::move(update);
+        inbox::deliver(batch);
+    }
+
+    void sendAndShow(const std::string& curve)
+    {
+        send(curve);
+        FrontDoor::get()->showWaiting();
+    }
+
+    std::vector<bool> m_WasWaiting;
+
+private:
+    char m_Name[5] = "test";
+    char* m_Arguments[2] = {m_Name, nullptr};
+    int m_NumArguments = 1;
+    QApplication m_Application{m_NumArguments, m_Arguments};
+};
+
+// Otherwise there were three versions: what was shown, what is taken, and what comes meanwhile.
+TEST_F(FrontDoorTest, WhatIsReplacedGoesBeforeItsSuccessorIsTaken)
+{
+    sendAndShow("a");
+    sendAndShow("a");
+    EXPECT_THAT(m_WasWaiting, ElementsAre(true));
+}
+
+TEST_F(FrontDoorTest, WhatIsClearedGoesBeforeItsSuccessorIsTaken)
+{
+    sendAndShow("a");
+    plot("plot").clear();
+    sendAndShow("b");
+    EXPECT_THAT(m_WasWaiting, ElementsAre(true));
+}
+
+TEST_F(FrontDoorTest, AViewThatIsRemovedGoesBeforeItsSuccessorIsTaken)
+{
+    sendAndShow("a");
+    tavo::remove("plot");
+    sendAndShow("b");
+    EXPECT_THAT(m_WasWaiting, ElementsAre(true));
+}
+
+TEST_F(FrontDoorTest, WhatIsNotReplacedStays)
+{
+    sendAndShow("a");
+    sendAndShow("b");
+    plot("plot").title("title").append("c", 1, 2).colour("a", {1, 2, 3, 255});
+    FrontDoor::get()->showWaiting();
+    EXPECT_THAT(m_WasWaiting, ElementsAre());
+}
+
+} // namespace
+} // namespace tavo
