@@ -1,14 +1,16 @@
 // vireo-bench-delivery [SECONDS]
 //
-// What it costs a program to send, beside what it cannot do without: the copy of its numbers. Then the window under
-// threads that send 10 curves of 100,000 samples for so many seconds without a pause: the memory of the process, and
-// how long the window takes to answer an event. With VIREO_SHOW=off only what a call costs then.
+// What it costs a program to send, beside what it cannot do without: the copy of its numbers. Then, for so many seconds
+// each, the window under a thread that appends a million samples a second, of which ten seconds are in view, and under
+// threads that send 10 curves of 100,000 samples without a pause: the memory of the process, and how long the window
+// takes to answer an event. With VIREO_SHOW=off only what a call costs then.
 #include <QApplication>
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <malloc.h>
 #include <string>
 #include <thread>
@@ -108,9 +110,8 @@ double bytesInUse()
     return static_cast<double>(memory.uordblks + memory.hblkhd);
 }
 
-void sendUntil(const std::atomic<bool>& isOver, std::atomic<long>& numSent)
+void sendUntil(const std::atomic<bool>& isOver, std::atomic<long>& numSent, std::vector<double>& samples)
 {
-    std::vector<double> samples(NUM_SAMPLES);
     for (int i = 0; !isOver; ++i) {
         for (int curve = 0; curve < NUM_CURVES; ++curve)
             tavo::plot("flood").curve(std::to_string(curve), samples);
@@ -128,31 +129,135 @@ double secondsToAnswer()
     return secondsSince(start);
 }
 
+// What the window and the process are like in the course of a second.
+struct Second
+{
+    double slowestAnswer = 0;
+    double mostBytes = 0;
+};
+
+Second watchForASecond()
+{
+    Second second;
+    for (const auto start = Clock::now(); secondsSince(start) < 1;) {
+        second.slowestAnswer = std::max(second.slowestAnswer, secondsToAnswer());
+        second.mostBytes = std::max(second.mostBytes, bytesInUse());
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return second;
+}
+
+// Counts what is painted, in the window's thread.
+class PaintCounter : public QObject
+{
+public:
+    PaintCounter()
+    {
+        moveToThread(qApp->thread());
+        QMetaObject::invokeMethod(
+            this, [this] { qApp->installEventFilter(this); }, Qt::BlockingQueuedConnection);
+    }
+    ~PaintCounter() override
+    {
+        QMetaObject::invokeMethod(
+            this, [this] { qApp->removeEventFilter(this); }, Qt::BlockingQueuedConnection);
+    }
+
+    int takeNumber() { return m_Number.exchange(0); }
+
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        m_Number += event->type() == QEvent::Paint && object->inherits("QwtPlotCanvas");
+        return false;
+    }
+
+private:
+    std::atomic<int> m_Number{0};
+};
+
+// The processor time of this thread.
+double secondsOfThread()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+constexpr std::size_t PIECE = 1000;
+constexpr double SAMPLES_PER_SECOND = 1e6;
+constexpr double SECONDS_IN_VIEW = 10;
+
+void appendUntil(const std::atomic<bool>& isOver, std::atomic<double>& secondsBusy)
+{
+    const tavo::Plot plot = tavo::plot("stream");
+    std::vector<double> x(PIECE);
+    std::vector<double> y(PIECE);
+    const auto start = Clock::now();
+    for (double sent = 0; !isOver; sent += PIECE) {
+        for (std::size_t i = 0; i < PIECE; ++i) {
+            x[i] = (sent + static_cast<double>(i)) / SAMPLES_PER_SECOND;
+            y[i] = static_cast<double>(i);
+        }
+        plot.append("y", x, y);
+        secondsBusy = secondsOfThread();
+        std::this_thread::sleep_until(
+            start + std::chrono::microseconds(static_cast<long>((sent + PIECE) / SAMPLES_PER_SECOND * 1e6)));
+    }
+}
+
+void stream(int seconds)
+{
+    std::printf(
+        "\n| second | memory, MiB | of a core, %% | frames | slowest answer, ms |\n|---:|---:|---:|---:|---:|\n");
+    tavo::clear();
+    tavo::plot("stream").keep("y", static_cast<std::size_t>(SAMPLES_PER_SECOND * SECONDS_IN_VIEW));
+    tavo::plot("stream").window(SECONDS_IN_VIEW).append("y", 0, 0);
+    watchForASecond();
+    PaintCounter paints;
+    std::atomic<bool> isOver{false};
+    std::atomic<double> secondsBusy{0};
+    const double before = bytesInUse();
+    std::thread thread([&] { appendUntil(isOver, secondsBusy); });
+    for (int i = 1; i <= seconds; ++i) {
+        const double busyBefore = secondsBusy;
+        const Second second = watchForASecond();
+        std::printf("| %d | %.0f | %.1f | %d | %.0f |\n", i, (second.mostBytes - before) / MEBIBYTE,
+            (secondsBusy - busyBefore) * 1e2, paints.takeNumber(), second.slowestAnswer * 1e3);
+        std::fflush(stdout);
+    }
+    isOver = true;
+    thread.join();
+    constexpr double samples = SECONDS_IN_VIEW * SAMPLES_PER_SECOND * 2 * sizeof(double) / MEBIBYTE;
+    std::printf("\nThe samples are %.0f MiB, once there are ten seconds of them.\n", samples);
+}
+
 void flood(int seconds)
 {
     constexpr double curves = NUM_CURVES * NUM_SAMPLES * sizeof(double) / MEBIBYTE;
     std::printf("\n| second | memory, MiB | curves sent | slowest answer, ms |\n|---:|---:|---:|---:|\n");
+    tavo::clear();
+    for (int curve = 0; curve < NUM_CURVES; ++curve)
+        tavo::plot("flood").curve(std::to_string(curve), {0, 1});
+    watchForASecond();
+    std::vector<std::vector<double>> samples(NUM_THREADS, std::vector<double>(NUM_SAMPLES));
     std::atomic<bool> isOver{false};
     std::atomic<long> numSent{0};
-    const double before = bytesInUse() / MEBIBYTE;
+    const double before = bytesInUse();
     std::vector<std::thread> threads;
-    for (int i = 0; i < NUM_THREADS; ++i)
-        threads.emplace_back([&] { sendUntil(isOver, numSent); });
-    for (int second = 1; second <= seconds; ++second) {
-        double slowest = 0;
-        for (const auto start = Clock::now(); secondsSince(start) < 1;) {
-            slowest = std::max(slowest, secondsToAnswer());
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        }
-        std::printf(
-            "| %d | %.0f | %ld | %.0f |\n", second, bytesInUse() / MEBIBYTE - before, numSent.load(), slowest * 1e3);
+    for (std::vector<double>& own : samples)
+        threads.emplace_back([&] { sendUntil(isOver, numSent, own); });
+    for (int i = 1; i <= seconds; ++i) {
+        const Second second = watchForASecond();
+        std::printf("| %d | %.1f | %ld | %.0f |\n", i, (second.mostBytes - before) / MEBIBYTE, numSent.load(),
+            second.slowestAnswer * 1e3);
         std::fflush(stdout);
     }
     isOver = true;
     for (std::thread& thread : threads)
         thread.join();
-    std::printf("\nWhat is shown is %.1f MiB, and with a newer version and a copy for each thread %.1f MiB.\n", curves,
-        2 * curves + NUM_THREADS * curves / NUM_CURVES);
+    std::printf("\nWhat is shown is %.1f MiB, and with a newer version and a copy for each thread %.1f MiB; the plot "
+                "takes at most a tenth of what it shows besides.\n",
+        curves, 2 * curves + NUM_THREADS * curves / NUM_CURVES);
 }
 
 } // namespace
@@ -161,6 +266,9 @@ int main(int argc, char** argv)
 {
     const bool isOpen = tavo::openWindow();
     measureCalls();
-    if (isOpen)
-        flood(argc > 1 ? std::atoi(argv[1]) : 10);
+    const int seconds = argc > 1 ? std::atoi(argv[1]) : 10;
+    if (isOpen) {
+        stream(seconds);
+        flood(seconds);
+    }
 }

@@ -149,27 +149,31 @@ void FrontDoor::showWaiting()
     m_IsFrameScheduled = false;
     if (!canMakeViews())
         return sayOnce("nothing is shown: the program has a QCoreApplication, where views need a QApplication");
-    makeRoom();
-    for (Batch::Part& part : inbox::take()) {
+    for (Batch::Part& part : takeWaiting()) {
         runGuarded([&] { show(std::move(part)); });
         m_HasUnsavedPictures = true;
     }
     m_SinceLastFrame.start();
 }
 
-// While what was taken is being shown, as much may come to wait again: what it replaces has gone by then.
-void FrontDoor::makeRoom()
+// While what is taken is being shown, as much may come to wait again: what is replaced goes before anything is taken.
+std::vector<Batch::Part> FrontDoor::takeWaiting()
 {
-    for (const Batch::Part& part : inbox::replaced())
-        runGuarded([&] { makeRoom(part); });
+    constexpr int MOST_ROUNDS = 20; // somebody may send new names for ever
+    inbox::Room room;
+    for (int round = 0; round < MOST_ROUNDS; ++round) {
+        if (std::optional<std::vector<Batch::Part>> taken = inbox::takeInto(room))
+            return std::move(*taken);
+        for (const auto& [slot, replaced] : room)
+            runGuarded([this, &slot = slot, &replaced = replaced] { makeRoom(slot, replaced); });
+    }
+    return inbox::take();
 }
 
-void FrontDoor::makeRoom(const Batch::Part& replaced)
+void FrontDoor::makeRoom(const ViewSlotPointer& slot, const Replaced& replaced)
 {
-    if (replaced.pending.isRemoved)
-        removeView(replaced.slot);
-    else if (View* const view = findView(replaced.slot); view && replaced.pending.update)
-        view->makeRoom(*replaced.pending.update);
+    if (View* const view = findView(slot))
+        view->makeRoom(replaced);
 }
 
 void FrontDoor::show(Batch::Part part)

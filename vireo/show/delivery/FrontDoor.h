@@ -62,8 +62,8 @@ private:
     };
 
     void scheduleFrame();
-    void makeRoom();
-    void makeRoom(const Batch::Part& replaced);
+    std::vector<Batch::Part> takeWaiting();
+    void makeRoom(const ViewSlotPointer& slot, const Replaced& replaced);
     void show(Batch::Part part);
     View* findView(const ViewSlotPointer& slot) const;
     View* findView(const std::string& name) const;

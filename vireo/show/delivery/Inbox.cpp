@@ -26,9 +26,11 @@ void Pending::merge(Pending& newer)
     }
 }
 
-Pending Pending::replaced() const
+Replaced Pending::replaced() const
 {
-    return {isRemoved, update ? update->replaced() : nullptr};
+    if (isRemoved)
+        return {true, {}};
+    return update ? update->replaced() : Replaced();
 }
 
 Pending& Batch::operator[](const ViewSlotPointer& slot)
@@ -113,6 +115,22 @@ void tellReceiver()
     wakeReceiver();
 }
 
+// With the state locked.
+std::vector<Batch::Part> takeAll()
+{
+    std::vector<Batch::Part> taken;
+    state().isReceiverTold = false;
+    for (ViewSlotPointer& slot : state().waiting) {
+        slot->isShown = slot->pending.update != nullptr || (slot->isShown && !slot->pending.isRemoved);
+        Pending pending = std::exchange(slot->pending, {});
+        if (pending.update)
+            slot->next = pending.update->forTheNext();
+        taken.push_back({std::move(slot), std::move(pending)});
+    }
+    state().waiting.clear();
+    return taken;
+}
+
 } // namespace
 
 ViewSlotPointer findSlot(ViewKind kind, const std::string& name)
@@ -177,32 +195,25 @@ void deliver(Batch& batch)
     tellReceiver();
 }
 
-std::vector<Batch::Part> replaced()
+std::vector<Batch::Part> take()
 {
-    std::vector<Batch::Part> replaced;
+    state().mutex.lockFirst();
+    const Lock lock(state().mutex, std::adopt_lock);
+    return takeAll();
+}
+
+std::optional<std::vector<Batch::Part>> takeInto(Room& room)
+{
+    Room needed; // and then what there was
     state().mutex.lockFirst();
     const Lock lock(state().mutex, std::adopt_lock);
     for (const ViewSlotPointer& slot : state().waiting)
         if (slot->isShown)
-            replaced.push_back({slot, slot->pending.replaced()});
-    return replaced;
-}
-
-std::vector<Batch::Part> take()
-{
-    std::vector<Batch::Part> taken;
-    state().mutex.lockFirst();
-    const Lock lock(state().mutex, std::adopt_lock);
-    state().isReceiverTold = false;
-    for (ViewSlotPointer& slot : state().waiting) {
-        slot->isShown = slot->pending.update != nullptr || (slot->isShown && !slot->pending.isRemoved);
-        Pending pending = std::exchange(slot->pending, {});
-        if (pending.update)
-            slot->next = pending.update->forTheNext();
-        taken.push_back({std::move(slot), std::move(pending)});
-    }
-    state().waiting.clear();
-    return taken;
+            needed.emplace_back(slot, slot->pending.replaced());
+    if (needed == room)
+        return takeAll();
+    room.swap(needed);
+    return std::nullopt;
 }
 
 void setReceiver(QObject* receiver, std::function<void()> whenAnythingWaits)

@@ -3,7 +3,9 @@
 #include <QPointer>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "vireo/show/delivery/ViewUpdate.h"
@@ -20,7 +22,7 @@ struct Pending
 
     bool isEmpty() const { return !isRemoved && !update; }
     void merge(Pending& newer);
-    Pending replaced() const; // see ViewUpdate
+    Replaced replaced() const;
 };
 
 // A name, and the view that bears it. Handles keep it; the inbox forgets it some time after the view was removed and
@@ -82,12 +84,16 @@ bool hasWaiting();
 // Merges what a statement sent into what is waiting, all of it before anything is taken, and wakes the receiver.
 void deliver(Batch& batch);
 
-// What of the views that are shown will be replaced by what is taken next.
-std::vector<Batch::Part> replaced();
-
 // Takes all that is waiting. The slots are shown from now on, or, where they were removed and nothing came after it, no
 // more.
 std::vector<Batch::Part> take();
+
+// What of the views that are shown is replaced by what is waiting.
+using Room = std::vector<std::pair<ViewSlotPointer, Replaced>>;
+
+// Takes all that is waiting if this replaces what there is room for. Otherwise says for what room is needed, and takes
+// nothing.
+std::optional<std::vector<Batch::Part>> takeInto(Room& room);
 
 // Who is told, by an event, to take what is waiting: once until it does. Null while there is nobody. The receiver
 // withdraws before it goes.

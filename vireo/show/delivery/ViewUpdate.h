@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
 
 class QWidget;
 
@@ -12,6 +14,15 @@ class View;
 enum class ViewKind : std::uint8_t
 {
     Plot
+};
+
+// What of a view is replaced by what was sent to it.
+struct Replaced
+{
+    bool isAll = false;
+    std::vector<std::string> names; // of curves and the like; none if it is all
+
+    bool operator==(const Replaced& other) const { return isAll == other.isAll && names == other.names; }
 };
 
 // What was sent to one view and has not been shown. Made by any thread; applied, and its view made, in the thread of
@@ -29,9 +40,8 @@ public:
     // into this. Null if there is nothing. Short, too.
     virtual std::unique_ptr<ViewUpdate> forTheNext() const { return nullptr; }
 
-    // What of the view it will replace: an update of the same kind without data, for View::makeRoom(). What comes later
-    // only adds to it. Short, too.
-    virtual std::unique_ptr<ViewUpdate> replaced() const = 0;
+    // What of the view it replaces. Short, too.
+    virtual Replaced replaced() const = 0;
 };
 
 } // namespace tavo

@@ -158,16 +158,13 @@ std::unique_ptr<ViewUpdate> PlotUpdate::forTheNext() const
     return next;
 }
 
-std::unique_ptr<ViewUpdate> PlotUpdate::replaced() const
+Replaced PlotUpdate::replaced() const
 {
-    auto plot = std::make_unique<PlotUpdate>();
-    plot->isCleared = isCleared;
+    Replaced replaced{isCleared, {}};
     for (const CurveUpdate& curve : curves)
-        if (curve.isReplacing()) {
-            plot->curves.emplace_back();
-            plot->curves.back().name = curve.name;
-        }
-    return plot;
+        if (!isCleared && curve.isReplacing())
+            replaced.names.push_back(curve.name);
+    return replaced;
 }
 
 CurveUpdate& PlotUpdate::curve(const std::string& name)

@@ -135,7 +135,7 @@ class PlotUpdate : public ViewUpdate
 public:
     void merge(ViewUpdate& newer) override;
     std::unique_ptr<ViewUpdate> forTheNext() const override;
-    std::unique_ptr<ViewUpdate> replaced() const override;
+    Replaced replaced() const override;
 
     // Of that name, made by the first call. In the order of the first calls.
     CurveUpdate& curve(const std::string& name);

@@ -205,16 +205,11 @@ PlotView::~PlotView()
     all.erase(std::find(all.begin(), all.end(), this));
 }
 
-void PlotView::makeRoom(const ViewUpdate& replaced)
+void PlotView::makeRoom(const Replaced& replaced)
 {
-    const auto& plot = static_cast<const PlotUpdate&>(replaced);
-    if (plot.isCleared)
-        m_Curves.clear();
-    std::set<std::string_view> names;
-    for (const CurveUpdate& curve : plot.curves)
-        names.insert(curve.name);
+    const std::set<std::string_view> names(replaced.names.begin(), replaced.names.end());
     for (const auto& curve : m_Curves)
-        if (names.count(curve->getName()))
+        if (replaced.isAll || names.count(curve->getName()))
             curve->dropSamples();
 }
 

@@ -30,7 +30,7 @@ public:
     explicit PlotView(const std::string& name);
     ~PlotView() override;
 
-    void makeRoom(const ViewUpdate& replaced) override;
+    void makeRoom(const Replaced& replaced) override;
     void apply(ViewUpdate& update) override;
     QImage picture(QSize size) override;
     std::string savePicture(const QString& file, QSize size) override; // SVG and PDF, too

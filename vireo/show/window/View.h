@@ -11,14 +11,14 @@
 namespace tavo {
 
 class ViewUpdate;
+struct Replaced;
 
 // What is shown under one name. It lives in the window's thread, in a dock of the window or in none.
 class View : public QWidget
 {
 public:
-    // Frees what an update will replace, before there is any more of it: see ViewUpdate::replaced(). The update is
-    // applied before anything is painted.
-    virtual void makeRoom(const ViewUpdate& replaced) = 0;
+    // Frees what will be replaced. The update that replaces it is applied before anything is painted.
+    virtual void makeRoom(const Replaced& replaced) = 0;
 
     // Shows what was sent.
     virtual void apply(ViewUpdate& update) = 0;
