@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QImageWriter>
 #include <QSaveFile>
+#include <utility>
 
 namespace tavo {
 
@@ -51,12 +52,18 @@ bool writeAll(QIODevice& device, const QByteArray& contents)
 
 std::string saveFile(const QString& path, const QByteArray& contents)
 {
+    return saveFile(path, [rest = contents]() mutable { return std::exchange(rest, {}); });
+}
+
+std::string saveFile(const QString& path, const std::function<QByteArray()>& nextPiece)
+{
     if (const std::string obstacle = obstacleAt(path); !obstacle.empty())
         return obstacle;
     QSaveFile file(path);
-    const bool saved =
-        file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && writeAll(file, contents) && file.commit();
-    return saved ? std::string() : file.errorString().toStdString();
+    bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    for (QByteArray piece; isWritten && !(piece = nextPiece()).isEmpty();)
+        isWritten = writeAll(file, piece);
+    return isWritten && file.commit() ? std::string() : file.errorString().toStdString();
 }
 
 std::string savePicture(const QString& path, const QImage& picture)

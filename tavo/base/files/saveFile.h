@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QImage>
 #include <QString>
+#include <functional>
 #include <string>
 
 #include "tavo/base/Export.h"
@@ -22,6 +23,10 @@ namespace tavo {
 
 /// Saves the contents. Returns why that failed, in words for people; empty if it did not.
 [[nodiscard]] TAVO_BASE_EXPORT std::string saveFile(const QString& path, const QByteArray& contents);
+
+/// Saves contents that come piece by piece, so that they need not be in memory all at once. Each call of `nextPiece`
+/// returns what comes next; an empty piece is their end. Where it throws, nothing is saved.
+[[nodiscard]] TAVO_BASE_EXPORT std::string saveFile(const QString& path, const std::function<QByteArray()>& nextPiece);
 
 /// Saves a picture, as a PNG or in whatever format the file's name asks for. Returns as saveFile does.
 [[nodiscard]] TAVO_BASE_EXPORT std::string savePicture(const QString& path, const QImage& picture);

@@ -1,5 +1,7 @@
+#include <QFile>
 #include <QImage>
 
+#include "tests/support/linux/SmallDisk.h"
 #include "tests/vireo/show/ProgramTest.h"
 
 namespace tavo {
@@ -38,6 +40,41 @@ TEST_F(ShowWithoutDisplayTest, PicturesAndDataAreSaved)
     const std::string why = " shows nothing: there is no display. VIREO_SHOW=pictures:FOLDER saves pictures instead\n";
     EXPECT_EQ(outcome.errors, "warning: tavo: tavo::show()" + why + "warning: tavo: tavo::openWindow()" + why +
                                   "warning: tavo: tavo::pump()" + why);
+}
+
+TEST_F(ShowWithoutDisplayTest, NothingIsLeftOnAFullDisk)
+{
+    ASSERT_TRUE(QDir().mkpath(path("disk")));
+    const SmallDisk disk(path("disk").toStdString(), "8k");
+    if (!disk.isMounted())
+        GTEST_SKIP() << "this process may not mount a small disk";
+    QFile filling(path("disk/filling"));
+    ASSERT_TRUE(filling.open(QIODevice::WriteOnly) && filling.write(QByteArray(4096, 'x')) == 4096);
+    filling.close();
+    const Outcome outcome = run("saves to disk");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.output,
+        "savePicture: false\nsavePicture: false\nsavePicture: false\nsavePictures: false\nsaveData: false\n");
+    const std::string why = "No space left on device\n";
+    EXPECT_EQ(outcome.errors, "warning: tavo::savePicture(\"p\", \"disk/p.png\"): " + why +
+                                  "warning: tavo::savePicture(\"p\", \"disk/p.svg\"): " + why +
+                                  "warning: tavo::savePicture(\"p\", \"disk/p.pdf\"): " + why +
+                                  "warning: tavo::savePictures(\"disk\"): p.png: " + why +
+                                  "warning: tavo::saveData(\"p\", \"disk/p.csv\"): " + why);
+    set("VIREO_SHOW", "pictures:disk");
+    EXPECT_EQ(run("never shows").errors, "warning: VIREO_SHOW=pictures:disk: p.png: " + why);
+    EXPECT_EQ(QDir(path("disk")).entryList(QDir::Files | QDir::Hidden), QStringList("filling"));
+}
+
+TEST_F(ShowWithoutDisplayTest, EachPictureHasAFileInEveryLocale)
+{
+    for (const char* locale : {"C", "C.UTF-8"}) {
+        set("LC_ALL", locale);
+        EXPECT_EQ(run("saves names of letters").output, "savePictures: true\n");
+        const int number = QDir(path("letters")).entryList(QDir::Files).size();
+        EXPECT_EQ(number, 3) << locale;
+        QDir(path("letters")).removeRecursively();
+    }
 }
 
 TEST_F(ShowWithoutDisplayTest, PicturesAreSavedInsteadOfShowing)

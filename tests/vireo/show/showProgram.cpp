@@ -306,6 +306,22 @@ void doesNotServeEvents()
     std::thread([] { say("savePicture", tavo::savePicture("p", "p.png")); }).join();
 }
 
+void savesNamesOfLetters()
+{
+    for (const char* name : {"\xC3\xA4", "\xC3\xB6", "\xE6\x97\xA5"})
+        tavo::plot(name).curve("y", SAMPLES);
+    say("savePictures", tavo::savePictures("letters"));
+}
+
+void savesToDisk()
+{
+    tavo::plot("p").curve("y", std::vector<double>(1000));
+    for (const char* file : {"disk/p.png", "disk/p.svg", "disk/p.pdf"})
+        say("savePicture", tavo::savePicture("p", file));
+    say("savePictures", tavo::savePictures("disk"));
+    say("saveData", tavo::saveData("p", "disk/p.csv"));
+}
+
 void savesBadly()
 {
     tavo::plot("p").curve("y", SAMPLES);
@@ -370,6 +386,8 @@ const std::map<std::string, std::function<void()>> programs{
     {"calls everything", callsEverything},
     {"does not serve events", doesNotServeEvents},
     {"saves badly", savesBadly},
+    {"saves names of letters", savesNamesOfLetters},
+    {"saves to disk", savesToDisk},
     {"sends odd things", sendsOddThings},
 };
 

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <charconv>
 #include <string>
+#include <utility>
 
 #include "vireo/show/plots/PlotCurve.h"
 
 namespace tavo {
 
 namespace {
+
+constexpr int PIECE = 1 << 20;
 
 void append(QByteArray& text, double number)
 {
@@ -23,31 +26,43 @@ QByteArray quoted(const std::string& name)
     return '"' + text.replace('"', "\"\"") + '"';
 }
 
-} // namespace
+using Curves = std::vector<const PlotCurve*>;
 
-QByteArray curvesAsText(const std::vector<const PlotCurve*>& curves)
+QByteArray headOf(const Curves& curves)
 {
     QByteArray text;
-    std::size_t numRows = 0;
-    for (const PlotCurve* curve : curves) {
+    for (const PlotCurve* curve : curves)
         text += (curve == curves.front() ? "" : ",") + quoted(curve->getName() + " x") + ',' + quoted(curve->getName());
-        numRows = std::max(numRows, curve->getSamples().size());
+    return text + '\n';
+}
+
+void appendRow(QByteArray& text, const Curves& curves, std::size_t row)
+{
+    for (const PlotCurve* curve : curves) {
+        if (curve != curves.front())
+            text += ',';
+        const bool hasSample = row < curve->getSamples().size();
+        if (hasSample)
+            append(text, curve->getSamples().x(row));
+        text += ',';
+        if (hasSample)
+            append(text, curve->getSamples().y(row));
     }
     text += '\n';
-    for (std::size_t i = 0; i < numRows; ++i) {
-        for (const PlotCurve* curve : curves) {
-            if (curve != curves.front())
-                text += ',';
-            const bool hasSample = i < curve->getSamples().size();
-            if (hasSample)
-                append(text, curve->getSamples().x(i));
-            text += ',';
-            if (hasSample)
-                append(text, curve->getSamples().y(i));
-        }
-        text += '\n';
-    }
-    return text;
+}
+
+} // namespace
+
+std::function<QByteArray()> curvesAsText(const Curves& curves)
+{
+    std::size_t numRows = 0;
+    for (const PlotCurve* curve : curves)
+        numRows = std::max(numRows, curve->getSamples().size());
+    return [curves, numRows, row = std::size_t(0), text = headOf(curves)]() mutable {
+        for (; row < numRows && text.size() < PIECE; ++row)
+            appendRow(text, curves, row);
+        return std::exchange(text, {});
+    };
 }
 
 } // namespace tavo

@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <gmock/gmock.h>
+#include <stdexcept>
+#include <tuple>
 
 #include "tests/tavo/base/files/SavedFilesTest.h"
 
@@ -29,6 +31,27 @@ TEST_F(SaveFileTest, ReplacesAFile)
     EXPECT_EQ(contentsOf("file"), "contents");
     EXPECT_EQ(saveFile(path("file"), QByteArray()), "");
     EXPECT_EQ(contentsOf("file"), "");
+    EXPECT_THAT(names(), ElementsAre("file"));
+}
+
+TEST_F(SaveFileTest, SavesWhatComesPieceByPiece)
+{
+    int number = 0;
+    const auto nextPiece = [&number] { return ++number < 4 ? QByteArray::number(number) : QByteArray(); };
+    EXPECT_EQ(saveFile(path("file"), nextPiece), "");
+    EXPECT_EQ(contentsOf("file"), "123");
+    EXPECT_EQ(number, 4);
+}
+
+TEST_F(SaveFileTest, LeavesTheOldFileWhereAPieceCannotBeHad)
+{
+    write("file", "old");
+    int number = 0;
+    const auto nextPiece = [&number]() -> QByteArray {
+        return ++number < 3 ? QByteArray("new") : throw std::runtime_error("no more");
+    };
+    EXPECT_THROW(std::ignore = saveFile(path("file"), nextPiece), std::runtime_error);
+    EXPECT_EQ(contentsOf("file"), "old");
     EXPECT_THAT(names(), ElementsAre("file"));
 }
 

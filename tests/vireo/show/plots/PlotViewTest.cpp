@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <numeric>
 #include <utility>
 
 #include "tests/vireo/show/plots/curves.h"
@@ -47,6 +48,24 @@ TEST_F(PlotViewTest, NothingIsCutOff)
             for (int x = 0; x < picture.width(); ++x)
                 ASSERT_TRUE(inside.contains(x, y) || picture.pixel(x, y) == picture.pixel(0, 0)) << x << ", " << y;
     }
+}
+
+TEST_F(PlotViewTest, SavesAllSamplesOfLongCurves)
+{
+    constexpr int COUNT = 99'000;
+    std::vector<double> y(COUNT);
+    std::iota(y.begin(), y.end(), 0);
+    send("a", {}, y);
+    send("b", {}, {0.5});
+    QByteArray expected = "\"a x\",\"a\",\"b x\",\"b\"\n0,0,0,0.5\n";
+    for (int i = 1; i < COUNT; ++i)
+        expected += QByteArray::number(i) + ',' + QByteArray::number(i) + ",,\n";
+    ASSERT_GT(expected.size(), 1'200'000);
+    const QTemporaryDir folder;
+    EXPECT_EQ(m_View.saveData(folder.filePath("data.csv")), "");
+    QFile file(folder.filePath("data.csv"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll() == expected);
 }
 
 TEST_F(PlotViewTest, InfinitiesDoNotSpoilTheFit)
