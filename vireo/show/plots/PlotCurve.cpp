@@ -17,6 +17,7 @@ constexpr double MARK_DIAMETER = 5;
 constexpr double AREA_OPACITY = 0.35;
 constexpr std::size_t LONGEST_NAME = 60;
 constexpr double DRAWN_ABOVE_GRID = 20;
+constexpr double LIFTED_BY = 2;
 
 // Wide pens take Qt long: they are for few points.
 constexpr int MOST_ROUND_MARKS = 20'000;
@@ -49,6 +50,8 @@ PlotCurve::PlotCurve(const std::string& name, std::size_t number)
 
 void PlotCurve::apply(CurveUpdate& update)
 {
+    const QColor colourBefore = m_Colour;
+    const CurveKind kindBefore = m_Kind;
     if (update.colour) {
         m_Colour = QColor::fromRgba(*update.colour);
         m_HasOwnColour = true;
@@ -62,6 +65,8 @@ void PlotCurve::apply(CurveUpdate& update)
         m_Distance = leastDistance(m_Samples);
     m_Polylines.reset();
     showName();
+    if (m_Colour != colourBefore || m_Kind != kindBefore)
+        legendChanged();
 }
 
 void PlotCurve::dropSamples()
@@ -73,8 +78,19 @@ void PlotCurve::dropSamples()
 
 void PlotCurve::showGround(bool isDark)
 {
-    if (!m_HasOwnColour)
-        m_Colour = colourOfCurve(m_Number, isDark);
+    if (m_HasOwnColour)
+        return;
+    m_Colour = colourOfCurve(m_Number, isDark);
+    legendChanged();
+}
+
+void PlotCurve::setHidden(bool isHidden)
+{
+    if (isHidden == !isVisible())
+        return;
+    setVisible(!isHidden);
+    showName();
+    legendChanged();
 }
 
 void PlotCurve::showName()
@@ -82,7 +98,10 @@ void PlotCurve::showName()
     QString name = QString::fromStdString(printable(m_Name, LONGEST_NAME));
     if (m_Samples.numInfinite() > 0)
         name += QStringLiteral(" (%1 infinite)").arg(m_Samples.numInfinite());
-    setTitle(QwtText(name, QwtText::PlainText));
+    QwtText title(name, QwtText::PlainText);
+    if (!isVisible())
+        title.setColor(Qt::gray);
+    setTitle(title);
 }
 
 void PlotCurve::applySamples(CurveSamples& samples)
@@ -145,31 +164,39 @@ const Polylines& PlotCurve::polylines(const PixelMap& xMap, const PixelMap& yMap
 
 void PlotCurve::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF&) const
 {
-    const PixelMap x = pixelMapOf(xMap);
-    const PixelMap y = pixelMapOf(yMap);
-    painter->setRenderHint(QPainter::Antialiasing);
+    drawAs(*painter, pixelMapOf(xMap), pixelMapOf(yMap), false);
+}
+
+void PlotCurve::drawLifted(QPainter& painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap) const
+{
+    drawAs(painter, pixelMapOf(xMap), pixelMapOf(yMap), true);
+}
+
+void PlotCurve::drawAs(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap, bool isLifted) const
+{
+    painter.setRenderHint(QPainter::Antialiasing);
     QColor faint = m_Colour;
     faint.setAlphaF(m_Colour.alphaF() * AREA_OPACITY);
     if (hasBars()) {
-        painter->setRenderHint(QPainter::Antialiasing, false);
-        painter->setPen(QPen(m_Colour, 0));
-        painter->setBrush(faint);
-        for (const QRectF& bar : barsOf(m_Samples, x, y, barWidth()))
-            painter->drawRect(bar);
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        painter.setPen(QPen(m_Colour, isLifted ? LIFTED_BY : 0));
+        painter.setBrush(faint);
+        for (const QRectF& bar : barsOf(m_Samples, xMap, yMap, barWidth()))
+            painter.drawRect(bar);
     } else if (m_Kind == CurveKind::Band) {
-        painter->setPen(Qt::NoPen);
-        painter->setBrush(faint);
-        for (const QPolygonF& area : bandOf(m_Low, m_Samples, x, y))
-            painter->drawPolygon(area);
+        painter.setPen(isLifted ? QPen(m_Colour, LIFTED_BY) : QPen(Qt::NoPen));
+        painter.setBrush(faint);
+        for (const QPolygonF& area : bandOf(m_Low, m_Samples, xMap, yMap))
+            painter.drawPolygon(area);
     } else {
-        drawLines(*painter, x, y);
+        drawLines(painter, xMap, yMap, isLifted ? m_PenWidth + LIFTED_BY : m_PenWidth);
     }
 }
 
-void PlotCurve::drawLines(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap) const
+void PlotCurve::drawLines(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap, double width) const
 {
     const Polylines& polylines = this->polylines(xMap, yMap);
-    painter.setPen(QPen(m_Colour, m_PenWidth, m_PenStyle));
+    painter.setPen(QPen(m_Colour, width, m_PenStyle));
     for (const QPolygonF& line : polylines.lines)
         painter.drawPolyline(line);
     drawMarks(painter, polylines.marks);
@@ -183,7 +210,10 @@ QwtGraphic PlotCurve::legendIcon(int, const QSizeF& size) const
     icon.setDefaultSize(size);
     icon.setRenderHint(QwtGraphic::RenderPensUnscaled, true);
     QPainter painter(&icon);
-    painter.setPen(QPen(m_Colour, m_Kind == CurveKind::Points ? MARK_DIAMETER : 2));
+    QColor colour = m_Colour;
+    if (!isVisible())
+        colour.setAlphaF(colour.alphaF() * AREA_OPACITY);
+    painter.setPen(QPen(colour, m_Kind == CurveKind::Points ? MARK_DIAMETER : 2));
     const double middle = size.height() / 2;
     if (m_Kind == CurveKind::Points)
         painter.drawPoint(QPointF(size.width() / 2, middle));

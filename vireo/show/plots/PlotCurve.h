@@ -36,6 +36,12 @@ public:
     // Takes a colour for a light or a dark ground.
     void showGround(bool isDark);
 
+    // A curve that is hidden is faint in the legend.
+    void setHidden(bool isHidden);
+
+    // Thicker than it is.
+    void drawLifted(QPainter& painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap) const;
+
     void draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF& canvas) const override;
     QwtGraphic legendIcon(int index, const QSizeF& size) const override;
 
@@ -45,7 +51,8 @@ private:
     void applyStyle(const std::string& style);
     bool hasBars() const { return m_Kind == CurveKind::Bars || m_Kind == CurveKind::Histogram; }
     double barWidth() const;
-    void drawLines(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap) const;
+    void drawAs(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap, bool isLifted) const;
+    void drawLines(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap, double width) const;
     const Polylines& polylines(const PixelMap& xMap, const PixelMap& yMap) const;
 
     std::string m_Name;

@@ -11,7 +11,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
-#include <qwt_legend.h>
 #include <qwt_plot.h>
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_grid.h>
@@ -26,8 +25,10 @@
 #include "tavo/base/files/saveFile.h"
 #include "tavo/base/text/printable.h"
 #include "vireo/show/plots/AxisNumbers.h"
+#include "vireo/show/plots/CurveLift.h"
 #include "vireo/show/plots/PlotCurve.h"
 #include "vireo/show/plots/PlotGestures.h"
+#include "vireo/show/plots/PlotLegend.h"
 #include "vireo/show/plots/calendarTicks.h"
 #include "vireo/show/plots/curvesAsText.h"
 #include "vireo/show/plots/divideAxis.h"
@@ -181,6 +182,7 @@ PlotView::PlotView(const std::string& name)
     : m_Name(name)
     , m_Plot(makePlot(this))
     , m_Grid(new QwtPlotGrid)
+    , m_Lift(new CurveLift(m_Plot->canvas()))
     , m_FollowButton(makeFollowButton(m_Plot->canvas()))
     , m_Gestures(std::make_unique<PlotGestures>(*this))
 {
@@ -254,10 +256,10 @@ void PlotView::applyCurve(CurveUpdate& update)
     if (found == m_Curves.end()) {
         found = m_Curves.insert(found, std::make_unique<PlotCurve>(update.name, m_NumColours++));
         (*found)->showGround(isDark(palette()));
+        (*found)->setHidden(m_Shown.isHidden(update.name));
         (*found)->attach(m_Plot);
     }
     (*found)->apply(update);
-    (*found)->legendChanged();
 }
 
 void PlotView::applyLines(const PlotUpdate& update)
@@ -293,14 +295,48 @@ void PlotView::applyAxis(PlotSight::Axis axis, AxisUpdate& update)
 
 void PlotView::showLegend()
 {
-    const bool isNeeded = m_Curves.size() > 1 || std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) {
-        return curve->getSamples().numInfinite() > 0;
-    });
-    if (isNeeded == (m_Plot->legend() != nullptr))
+    const bool hasNotes = std::any_of(m_Curves.begin(), m_Curves.end(),
+        [](const auto& curve) { return curve->getSamples().numInfinite() > 0 || !curve->isVisible(); });
+    const bool isNeeded = m_Curves.size() > 1 || hasNotes;
+    if (isNeeded == (m_Legend != nullptr))
         return;
-    auto* const legend = isNeeded ? new QwtLegend : nullptr;
-    m_Plot->insertLegend(legend, QwtPlot::BottomLegend);
+    m_Legend = isNeeded ? makeLegend() : nullptr;
+    m_Plot->insertLegend(m_Legend, QwtPlot::BottomLegend);
     m_Plot->updateLegend();
+}
+
+PlotLegend* PlotView::makeLegend()
+{
+    auto* const legend = new PlotLegend(*m_Plot);
+    connect(legend, &PlotLegend::toggleWanted, this, [this](const PlotCurve* curve) {
+        m_Shown.toggle(curve->getName());
+        showHidden();
+    });
+    connect(legend, &PlotLegend::isolateWanted, this, [this](const PlotCurve* curve) {
+        m_Shown.isolate(curve->getName());
+        showHidden();
+    });
+    connect(legend, &PlotLegend::hovered, this, &PlotView::lift);
+    return legend;
+}
+
+void PlotView::showHidden()
+{
+    for (const auto& curve : m_Curves)
+        curve->setHidden(m_Shown.isHidden(curve->getName()));
+    showChoice();
+}
+
+void PlotView::lift(const PlotCurve* curve)
+{
+    m_Lift->hide();
+    if (!curve)
+        return;
+    m_Lift->show([this, name = curve->getName()](QPainter& painter) {
+        for (const auto& curve : m_Curves)
+            if (curve->getName() == name && curve->isVisible())
+                curve->drawLifted(painter, m_Plot->canvasMap(QwtPlot::xBottom), m_Plot->canvasMap(curve->yAxis()));
+    });
 }
 
 void PlotView::showColours()
@@ -310,10 +346,8 @@ void PlotView::showColours()
     m_Grid->setPen(between(colours.color(QPalette::Base), colours.color(QPalette::Text), 0.15), 0);
     for (const ShownLine& shown : m_Lines)
         colour(*shown.marker, colours.color(QPalette::Text));
-    for (const auto& curve : m_Curves) {
+    for (const auto& curve : m_Curves)
         curve->showGround(isDark(colours));
-        curve->legendChanged();
-    }
 }
 
 void PlotView::changeEvent(QEvent* event)
@@ -335,7 +369,8 @@ Extent PlotView::xExtent() const
 {
     Extent extent;
     for (const auto& curve : m_Curves)
-        extent.include(curve->xExtent());
+        if (curve->isVisible())
+            extent.include(curve->xExtent());
     return extent;
 }
 
@@ -353,6 +388,8 @@ void PlotView::fitX()
     Extent extent;
     for (const PlotView* view : linkedViews())
         extent.include(view->xExtent());
+    if (extent.isEmpty() && !m_Shown.areAllShown())
+        return; // where they were before they were hidden
     AxisUpdate::Range range = rangeOf(extent, 0, m_Sight.isLog(PlotSight::X));
     const std::optional<double> length = m_Sight.followedLength() ? m_Sight.followedLength() : m_Window;
     if (length && *length > 0 && !extent.isEmpty())
@@ -365,8 +402,10 @@ void PlotView::fitY(PlotSight::Axis axis)
     const AxisUpdate::Range x = m_Sight.range(PlotSight::X);
     Extent extent;
     for (const auto& curve : m_Curves)
-        if (curve->isOnY2() == (axis == PlotSight::Y2))
+        if (curve->isVisible() && curve->isOnY2() == (axis == PlotSight::Y2))
             extent.include(curve->yExtentWithin(x.from, x.to));
+    if (extent.isEmpty() && !m_Shown.areAllShown())
+        return;
     const AxisUpdate::Range range = rangeOf(extent, MARGIN_OF_Y, m_Sight.isLog(axis));
     // What follows the newest data grows at once, and shrinks only to half, or it would never be at rest.
     const AxisUpdate::Range before = m_Sight.fitted(axis);
@@ -431,6 +470,8 @@ std::optional<PlotView::NamedSample> PlotView::sampleAt(const QPointF& pixel, do
 {
     std::optional<NamedSample> named;
     for (const auto& curve : m_Curves) {
+        if (!curve->isVisible())
+            continue;
         const CurveStore& samples = curve->getSamples();
         const PlotSight::Axis yAxis = curve->isOnY2() ? PlotSight::Y2 : PlotSight::Y;
         const std::optional<NearestSample> nearest =
@@ -496,6 +537,8 @@ QImage PlotView::picture(QSize size)
 void PlotView::paint(QPaintDevice& device, QSize size)
 {
     const QRectF plot = QRectF(QPointF(0, 0), size).marginsRemoved(QMarginsF(MARGIN, MARGIN, MARGIN, MARGIN));
+    if (m_Legend)
+        m_Legend->setInPicture(true);
     divideAxes(plot);
     QPainter painter(&device);
     painter.fillRect(QRect(QPoint(0, 0), size), palette().color(QPalette::Window));
@@ -503,6 +546,8 @@ void PlotView::paint(QPaintDevice& device, QSize size)
     renderer.setDiscardFlag(QwtPlotRenderer::DiscardBackground);
     renderer.render(m_Plot, &painter, plot);
     painter.end();
+    if (m_Legend)
+        m_Legend->setInPicture(false);
     showSight();
 }
 

@@ -9,6 +9,7 @@
 #include "vireo/show/plots/PixelMap.h"
 #include "vireo/show/plots/PlotSight.h"
 #include "vireo/show/plots/PlotUpdate.h"
+#include "vireo/show/plots/ShownCurves.h"
 #include "vireo/show/window/View.h"
 
 class QwtPlot;
@@ -19,8 +20,10 @@ class QwtPlotMarker;
 namespace tavo {
 
 class AxisNumbers;
+class CurveLift;
 class PlotCurve;
 class PlotGestures;
+class PlotLegend;
 struct Extent;
 
 // A plot: its curves over axes with numbers, and a legend where there are several.
@@ -71,6 +74,9 @@ private:
     void applyLines(const PlotUpdate& update);
     void applyAxis(PlotSight::Axis axis, AxisUpdate& update);
     void showLegend();
+    PlotLegend* makeLegend();
+    void showHidden();
+    void lift(const PlotCurve* curve);
     void paint(QPaintDevice& device, QSize size);
     void showColours();
     void fit();
@@ -94,11 +100,14 @@ private:
     bool m_HasFollowed = false;                       // when y was fitted last
     std::vector<std::unique_ptr<PlotCurve>> m_Curves; // in the order in which they came
     std::vector<ShownLine> m_Lines;
+    ShownCurves m_Shown;
     std::size_t m_NumColours = 0;
     std::array<AxisUpdate, PlotSight::NUM_AXES> m_Axes;
     PlotSight m_Sight;
     QwtPlot* m_Plot;
     QwtPlotGrid* m_Grid;
+    PlotLegend* m_Legend = nullptr; // where there are several curves
+    CurveLift* m_Lift;
     QToolButton* m_FollowButton;
     std::unique_ptr<PlotGestures> m_Gestures;
 };
