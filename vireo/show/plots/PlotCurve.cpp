@@ -124,6 +124,14 @@ void PlotCurve::applyStyle(const std::string& style)
     setYAxis(m_IsOnY2 ? QwtPlot::yRight : QwtPlot::yLeft);
 }
 
+std::vector<PlotCurve::Edge> PlotCurve::edges() const
+{
+    const QString name = QString::fromStdString(printable(m_Name, LONGEST_NAME));
+    if (m_Kind == CurveKind::Band)
+        return {{name + QwtPlot::tr(" low"), &m_Low}, {name + QwtPlot::tr(" high"), &m_Samples}};
+    return {{name, &m_Samples}};
+}
+
 double PlotCurve::barWidth() const
 {
     constexpr double PART = 0.8;

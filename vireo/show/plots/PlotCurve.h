@@ -19,6 +19,14 @@ public:
     const std::string& getName() const { return m_Name; }
     const CurveStore& getSamples() const { return m_Samples; }
 
+    // What has numbers of its own: a band has two edges, and all others are one.
+    struct Edge
+    {
+        QString name;
+        const CurveStore* samples;
+    };
+    std::vector<Edge> edges() const;
+
     const QColor& getColour() const { return m_Colour; }
 
     // What has to be seen of it; bars stand on zero.

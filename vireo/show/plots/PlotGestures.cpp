@@ -4,10 +4,12 @@
 #include <QMouseEvent>
 #include <QRubberBand>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cmath>
 #include <qwt_plot.h>
 #include <qwt_scale_widget.h>
 
+#include "vireo/show/plots/PlotMeasure.h"
 #include "vireo/show/plots/PlotReadout.h"
 #include "vireo/show/plots/PlotView.h"
 
@@ -105,6 +107,8 @@ bool PlotGestures::press(QObject* widget, const QMouseEvent& event)
     if (isBox && axisOf(widget))
         return false;
     m_Drag = Drag{event.pos(), event.pos(), isBox, event.button() == Qt::LeftButton, false};
+    if (widget == m_Canvas && event.button() == Qt::LeftButton && !isBox)
+        m_Drag->cursor = cursorAt(event.pos());
     m_BoxModifiers = Qt::NoModifier;
     return true;
 }
@@ -118,7 +122,7 @@ bool PlotGestures::move(QObject* widget, const QMouseEvent& event)
     }
     if (!m_Drag->hasMoved && (event.pos() - m_Drag->start).manhattanLength() < LEAST_MOVEMENT)
         return true;
-    if (!m_Drag->hasMoved)
+    if (!m_Drag->hasMoved && !m_Drag->cursor)
         m_View.getSight().remember();
     m_Drag->hasMoved = true;
     m_Readout->clear();
@@ -128,6 +132,8 @@ bool PlotGestures::move(QObject* widget, const QMouseEvent& event)
     if (m_Drag->isBox) {
         m_Box->setGeometry(boxTo(event.pos()));
         m_Box->show();
+    } else if (m_Drag->cursor) {
+        moveCursor(event.pos());
     } else {
         moveBy(widget, event.pos() - m_Drag->last);
     }
@@ -165,6 +171,7 @@ bool PlotGestures::pressKey(const QKeyEvent& event)
     PlotSight& sight = m_View.getSight();
     switch (event.key()) {
     case Qt::Key_Space: sight.setFrozen(!sight.isChosen(PlotSight::X)); break;
+    case Qt::Key_M: m_View.setMeasuring(!m_View.getMeasure().isOn()); return true;
     case Qt::Key_Home: fit(m_Canvas); return true;
     case Qt::Key_Backspace: event.modifiers() & Qt::ShiftModifier ? sight.forward() : sight.back(); break;
     case Qt::Key_Escape:
@@ -220,8 +227,21 @@ void PlotGestures::zoomInto(const QRect& box)
     m_View.showChoice();
 }
 
+std::optional<std::size_t> PlotGestures::cursorAt(const QPoint& position) const
+{
+    return m_View.getMeasure().cursorAt(position.x(), m_View.pixelMap(PlotSight::X));
+}
+
+void PlotGestures::moveCursor(const QPoint& position)
+{
+    const int pixel = std::clamp(position.x(), 0, m_Canvas->width() - 1);
+    m_View.getMeasure().moveCursor(*m_Drag->cursor, m_View.pixelMap(PlotSight::X).toValue(pixel));
+    m_View.showMeasure();
+}
+
 void PlotGestures::point(const QPoint& position)
 {
+    m_Canvas->setCursor(cursorAt(position) ? Qt::SplitHCursor : Qt::CrossCursor);
     const std::optional<PlotView::NamedSample> sample = m_View.sampleAt(position, CATCH_RADIUS);
     if (sample)
         m_Readout->show(sample->pixel, sample->colour, sample->text);

@@ -24,6 +24,7 @@ class PlotView;
 // The left and the middle button drag what is seen; the right button, or Shift with the left one, draws a box that is
 // zoomed into, which Alt widens to the whole width and Shift to the whole height, and Escape gives up. A double click
 // shows all again, over an axis all along that one. Space stops following the newest data and starts it again.
+// M brings two cursors between which is measured, and takes them away again; the left button drags them.
 // Backspace or the mouse's back button undo a zoom, Shift and Backspace or the forward button redo it.
 class PlotGestures : public QObject
 {
@@ -41,6 +42,7 @@ private:
         bool isBox;
         bool isLeft;
         bool hasMoved;
+        std::optional<std::size_t> cursor = {}; // of the measure, that is moved
     };
 
     // The axis that a widget shows; none for the canvas.
@@ -57,6 +59,8 @@ private:
     void zoomInto(const QRect& box);
     QRect boxTo(const QPoint& position) const;
     void point(const QPoint& position);
+    void moveCursor(const QPoint& position);
+    std::optional<std::size_t> cursorAt(const QPoint& position) const;
 
     PlotView& m_View;
     QWidget* m_Canvas;

@@ -29,6 +29,7 @@
 #include "vireo/show/plots/PlotCurve.h"
 #include "vireo/show/plots/PlotGestures.h"
 #include "vireo/show/plots/PlotLegend.h"
+#include "vireo/show/plots/PlotMeasure.h"
 #include "vireo/show/plots/calendarTicks.h"
 #include "vireo/show/plots/curvesAsText.h"
 #include "vireo/show/plots/divideAxis.h"
@@ -182,6 +183,7 @@ PlotView::PlotView(const std::string& name)
     : m_Name(name)
     , m_Plot(makePlot(this))
     , m_Grid(new QwtPlotGrid)
+    , m_Measure(new PlotMeasure)
     , m_Lift(new CurveLift(m_Plot->canvas()))
     , m_FollowButton(makeFollowButton(m_Plot->canvas()))
     , m_Gestures(std::make_unique<PlotGestures>(*this))
@@ -195,6 +197,7 @@ PlotView::PlotView(const std::string& name)
     layout->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
     layout->addWidget(m_Plot);
     m_Grid->attach(m_Plot);
+    m_Measure->attach(m_Plot);
     m_Plot->setTitle(titleText(name, font()));
     showColours();
     fit();
@@ -238,6 +241,7 @@ void PlotView::apply(ViewUpdate& update)
     m_Plot->enableAxis(QwtPlot::yRight,
         std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->isOnY2(); }));
     showLegend();
+    measure();
     for (PlotView* view : linkedViews()) {
         view->fit();
         view->showSight();
@@ -324,7 +328,38 @@ void PlotView::showHidden()
 {
     for (const auto& curve : m_Curves)
         curve->setHidden(m_Shown.isHidden(curve->getName()));
+    measure();
     showChoice();
+}
+
+void PlotView::setMeasuring(bool isMeasuring)
+{
+    const PixelMap x = pixelMap(PlotSight::X);
+    const double third = (x.lastPixel - x.firstPixel) / 3;
+    if (isMeasuring)
+        m_Measure->turnOn(x.toValue(x.firstPixel + third), x.toValue(x.lastPixel - third));
+    else
+        m_Measure->turnOff();
+    showMeasure();
+}
+
+void PlotView::showMeasure()
+{
+    measure();
+    m_Plot->replot();
+}
+
+void PlotView::measure()
+{
+    std::vector<const PlotCurve*> curves;
+    for (const auto& curve : m_Curves)
+        if (curve->isVisible())
+            curves.push_back(curve.get());
+    const AxisUpdate::Range x = m_Sight.range(PlotSight::X);
+    if (m_Axes[PlotSight::X].isTime.value_or(false))
+        m_Measure->measure(curves, {"s", ticksPerSecond(std::max(std::abs(x.from), std::abs(x.to)))});
+    else
+        m_Measure->measure(curves, {unitOf(PlotSight::X), 1});
 }
 
 void PlotView::lift(const PlotCurve* curve)
@@ -457,12 +492,17 @@ PixelMap PlotView::pixelMap(PlotSight::Axis axis) const
     return pixelMapOf(m_Plot->canvasMap(QWT_AXES[axis]));
 }
 
-QString PlotView::textOf(PlotSight::Axis axis, double value) const
+QString PlotView::unitOf(PlotSight::Axis axis) const
 {
     const AxisUpdate& shown = m_Axes[axis];
-    if (shown.isTime.value_or(false))
+    return shown.name ? plainText(shown.name->unit).text() : QString();
+}
+
+QString PlotView::textOf(PlotSight::Axis axis, double value) const
+{
+    if (m_Axes[axis].isTime.value_or(false))
         return momentText(value, QTimeZone::systemTimeZone());
-    const QString unit = shown.name ? plainText(shown.name->unit).text() : QString();
+    const QString unit = unitOf(axis);
     return QString::number(value, 'g', 12) + (unit.isEmpty() ? "" : " ") + unit;
 }
 

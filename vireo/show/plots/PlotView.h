@@ -24,6 +24,7 @@ class CurveLift;
 class PlotCurve;
 class PlotGestures;
 class PlotLegend;
+class PlotMeasure;
 struct Extent;
 
 // A plot: its curves over axes with numbers, and a legend where there are several.
@@ -42,6 +43,11 @@ public:
     // Which part is seen; a person who has changed it is shown that, here and in the plots with the same x.
     PlotSight& getSight() { return m_Sight; }
     void showChoice();
+
+    // The cursors between which is measured. Whoever moves them has that shown.
+    PlotMeasure& getMeasure() { return *m_Measure; }
+    void showMeasure();
+    void setMeasuring(bool isMeasuring);
 
     QwtPlot& getPlot() { return *m_Plot; }
     QWidget* axisWidget(PlotSight::Axis axis) const;
@@ -84,6 +90,8 @@ private:
     void fitY(PlotSight::Axis axis);
     void showSight();
     Extent xExtent() const;
+    void measure();
+    QString unitOf(PlotSight::Axis axis) const;
     QString textOf(PlotSight::Axis axis, double value) const;
 
     // Itself and those that share its x, whoever was linked to whom.
@@ -106,6 +114,7 @@ private:
     PlotSight m_Sight;
     QwtPlot* m_Plot;
     QwtPlotGrid* m_Grid;
+    PlotMeasure* m_Measure;
     PlotLegend* m_Legend = nullptr; // where there are several curves
     CurveLift* m_Lift;
     QToolButton* m_FollowButton;

@@ -7,6 +7,7 @@
 
 #include "tests/support/userEvents.h"
 #include "tests/vireo/show/plots/curves.h"
+#include "vireo/show/plots/PlotMeasure.h"
 #include "vireo/show/plots/PlotReadout.h"
 #include "vireo/show/plots/PlotView.h"
 
@@ -254,6 +255,69 @@ TEST_F(PlotGesturesTest, ThePointerNamesTheNearestSample)
     EXPECT_EQ(readout().toStdString(), "a\n5\n77.25");
     moveMouse(m_Canvas, Qt::NoButton, place + QPoint(0, 40));
     EXPECT_EQ(readout().toStdString(), "");
+}
+
+TEST_F(PlotGesturesTest, MMeasuresBetweenTwoCursorsThatAreDragged)
+{
+    std::vector<double> x(1001);
+    std::vector<double> y(1001);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        x[i] = static_cast<double>(i) / 100;
+        y[i] = 10 * x[i];
+    }
+    PlotUpdate update;
+    update.curve("a") = samples(x, y);
+    update.curves.back().name = "a";
+    update.x.name = AxisUpdate::Name{"time", "s"};
+    m_View.apply(update);
+    PlotMeasure& measure = m_View.getMeasure();
+    EXPECT_FALSE(measure.isOn());
+    clickKey(m_Canvas, Qt::Key_M);
+    ASSERT_TRUE(measure.isOn());
+
+    const auto pixelOf = [this](double x) { return qRound(m_View.pixelMap(PlotSight::X).toPixel(x)); };
+    const QPoint first(pixelOf(10 / 3.0), 100);
+    const QPoint second(pixelOf(20 / 3.0), 100);
+    moveMouse(m_Canvas, Qt::NoButton, first);
+    EXPECT_EQ(m_Canvas->cursor().shape(), Qt::SplitHCursor);
+    dragMouse(m_Canvas, Qt::LeftButton, first, {pixelOf(9), 100}); // past the other one
+    dragMouse(m_Canvas, Qt::LeftButton, second, {pixelOf(2), 100});
+    EXPECT_FALSE(m_View.getSight().isChosen(PlotSight::X)) << "what is seen stays where it is";
+
+    const double from = xAt({pixelOf(2), 0});
+    const double to = xAt({pixelOf(9), 0});
+    const QStringList distance = measure.distance().split(' ', Qt::SkipEmptyParts);
+    ASSERT_EQ(distance.size(), 6);
+    EXPECT_NEAR(distance[1].toDouble(), to - from, 1e-6);
+    EXPECT_EQ(distance[2].toStdString(), "s");
+    EXPECT_NEAR(distance[4].toDouble(), 1 / (to - from), 1e-6);
+    EXPECT_EQ(distance[5].toStdString(), "Hz");
+    ASSERT_EQ(measure.rows().size(), 2u);
+    EXPECT_EQ(measure.rows()[0].join(' ').toStdString(), " dy mean minimum maximum rms count");
+    const QStringList& row = measure.rows()[1];
+    EXPECT_EQ(row[0].toStdString(), "a");
+    EXPECT_NEAR(row[1].toDouble(), 10 * (to - from), 0.2);
+    EXPECT_NEAR(row[2].toDouble(), 5 * (from + to), 0.2);
+    EXPECT_NEAR(row[6].toInt(), 100 * (to - from), 2);
+
+    send({2, 3, 4}, {7, 7, 7});
+    EXPECT_EQ(measure.rows()[1][5].toDouble(), 7) << "of the newest samples";
+    clickKey(m_Canvas, Qt::Key_M);
+    EXPECT_FALSE(measure.isOn());
+}
+
+TEST_F(PlotGesturesTest, ABandIsMeasuredAtBothEdges)
+{
+    PlotUpdate update;
+    update.remove("a");
+    update.curve("b") = samples({0, 5, 10}, {3, 4, 5}, CurveKind::Band);
+    update.curves.back().name = "b";
+    update.curves.back().samples->low = numbers({1, 1, 1});
+    m_View.apply(update);
+    m_View.setMeasuring(true);
+    ASSERT_EQ(m_View.getMeasure().rows().size(), 3u);
+    EXPECT_EQ(m_View.getMeasure().rows()[1].join(' ').toStdString(), "b low 0 1 1 1 1 1");
+    EXPECT_EQ(m_View.getMeasure().rows()[2].join(' ').toStdString(), "b high 0 4 4 4 4 1");
 }
 
 TEST_F(PlotGesturesTest, YFitsWhatIsSeenOfX)
