@@ -126,10 +126,9 @@ void PlotCurve::applyStyle(const std::string& style)
 
 std::vector<PlotCurve::Edge> PlotCurve::edges() const
 {
-    const QString name = QString::fromStdString(printable(m_Name, LONGEST_NAME));
     if (m_Kind == CurveKind::Band)
-        return {{name + QwtPlot::tr(" low"), &m_Low}, {name + QwtPlot::tr(" high"), &m_Samples}};
-    return {{name, &m_Samples}};
+        return {{m_Name + " low", &m_Low}, {m_Name + " high", &m_Samples}};
+    return {{m_Name, &m_Samples}};
 }
 
 double PlotCurve::barWidth() const

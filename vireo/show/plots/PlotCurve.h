@@ -22,7 +22,7 @@ public:
     // What has numbers of its own: a band has two edges, and all others are one.
     struct Edge
     {
-        QString name;
+        std::string name;
         const CurveStore* samples;
     };
     std::vector<Edge> edges() const;

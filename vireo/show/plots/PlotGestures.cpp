@@ -1,5 +1,6 @@
 #include "vireo/show/plots/PlotGestures.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QRubberBand>
@@ -12,6 +13,8 @@
 #include "vireo/show/plots/PlotMeasure.h"
 #include "vireo/show/plots/PlotReadout.h"
 #include "vireo/show/plots/PlotView.h"
+#include "vireo/show/plots/plotHelp.h"
+#include "vireo/show/plots/plotMenu.h"
 
 namespace tavo {
 
@@ -64,9 +67,10 @@ bool PlotGestures::eventFilter(QObject* object, QEvent* event)
     case QEvent::Wheel: turnWheel(object, static_cast<QWheelEvent&>(*event)); return true;
     case QEvent::MouseButtonPress: return press(object, static_cast<QMouseEvent&>(*event));
     case QEvent::MouseMove: return move(object, static_cast<QMouseEvent&>(*event));
-    case QEvent::MouseButtonRelease: return release(static_cast<QMouseEvent&>(*event));
+    case QEvent::MouseButtonRelease: return release(object, static_cast<QMouseEvent&>(*event));
     case QEvent::MouseButtonDblClick: fit(object); return true;
     case QEvent::KeyPress: return pressKey(static_cast<QKeyEvent&>(*event));
+    case QEvent::ContextMenu: return openMenu(object, static_cast<QContextMenuEvent&>(*event));
     case QEvent::Leave: m_Readout->clear(); return false;
     default: return false;
     }
@@ -141,16 +145,27 @@ bool PlotGestures::move(QObject* widget, const QMouseEvent& event)
     return true;
 }
 
-bool PlotGestures::release(const QMouseEvent& event)
+bool PlotGestures::release(QObject* widget, const QMouseEvent& event)
 {
     if (!m_Drag)
         return false;
     const QRect box = boxTo(event.pos());
     const bool isBoxDrawn = m_Drag->isBox && m_Drag->hasMoved;
+    const bool isMenuWanted = widget == m_Canvas && event.button() == Qt::RightButton && !m_Drag->hasMoved;
     m_Drag.reset();
     m_Box->hide();
     if (isBoxDrawn)
         zoomInto(box);
+    if (isMenuWanted)
+        openPlotMenu(m_View, event.globalPos());
+    return true;
+}
+
+// With the mouse it comes when the button is released over the canvas, where a box might have been drawn.
+bool PlotGestures::openMenu(QObject* widget, const QContextMenuEvent& event)
+{
+    if (widget != m_Canvas || event.reason() != QContextMenuEvent::Mouse)
+        openPlotMenu(m_View, event.globalPos());
     return true;
 }
 
@@ -168,18 +183,31 @@ void PlotGestures::fit(QObject* widget)
 
 bool PlotGestures::pressKey(const QKeyEvent& event)
 {
-    PlotSight& sight = m_View.getSight();
     switch (event.key()) {
-    case Qt::Key_Space: sight.setFrozen(!sight.isChosen(PlotSight::X)); break;
     case Qt::Key_M: m_View.setMeasuring(!m_View.getMeasure().isOn()); return true;
     case Qt::Key_Home: fit(m_Canvas); return true;
-    case Qt::Key_Backspace: event.modifiers() & Qt::ShiftModifier ? sight.forward() : sight.back(); break;
+    case Qt::Key_Question:
+    case Qt::Key_F1: openPlotHelp(m_View); return true;
     case Qt::Key_Escape:
         m_Drag.reset();
         m_Box->hide();
         return true;
-    default: return false;
+    default: return pressZoomKey(event);
     }
+}
+
+bool PlotGestures::pressZoomKey(const QKeyEvent& event)
+{
+    PlotSight& sight = m_View.getSight();
+    const bool isShift = event.modifiers() & Qt::ShiftModifier;
+    if (event.key() == Qt::Key_Space)
+        sight.setFrozen(!sight.isChosen(PlotSight::X));
+    else if (event.matches(QKeySequence::Redo) || (event.key() == Qt::Key_Backspace && isShift))
+        sight.forward();
+    else if (event.matches(QKeySequence::Undo) || event.key() == Qt::Key_Backspace)
+        sight.back();
+    else
+        return false;
     m_View.showChoice();
     return true;
 }

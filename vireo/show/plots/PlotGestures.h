@@ -7,6 +7,7 @@
 
 #include "vireo/show/plots/PlotSight.h"
 
+class QContextMenuEvent;
 class QKeyEvent;
 class QMouseEvent;
 class QRubberBand;
@@ -25,7 +26,8 @@ class PlotView;
 // zoomed into, which Alt widens to the whole width and Shift to the whole height, and Escape gives up. A double click
 // shows all again, over an axis all along that one. Space stops following the newest data and starts it again.
 // M brings two cursors between which is measured, and takes them away again; the left button drags them.
-// Backspace or the mouse's back button undo a zoom, Shift and Backspace or the forward button redo it.
+// Backspace, Ctrl+Z or the mouse's back button undo a zoom; with Shift, or with the forward button, it is redone. The
+// right button without a movement brings a menu, and "?" or F1 a list of all this.
 class PlotGestures : public QObject
 {
 public:
@@ -52,9 +54,11 @@ private:
     void turnWheel(QObject* widget, QWheelEvent& event);
     bool press(QObject* widget, const QMouseEvent& event);
     bool move(QObject* widget, const QMouseEvent& event);
-    bool release(const QMouseEvent& event);
+    bool release(QObject* widget, const QMouseEvent& event);
     void fit(QObject* widget);
     bool pressKey(const QKeyEvent& event);
+    bool pressZoomKey(const QKeyEvent& event);
+    bool openMenu(QObject* widget, const QContextMenuEvent& event);
     void moveBy(QObject* widget, const QPoint& pixels);
     void zoomInto(const QRect& box);
     QRect boxTo(const QPoint& position) const;

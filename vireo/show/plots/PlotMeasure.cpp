@@ -6,6 +6,7 @@
 #include <qwt_plot.h>
 #include <qwt_scale_map.h>
 
+#include "tavo/base/text/printable.h"
 #include "vireo/show/plots/PlotCurve.h"
 #include "vireo/show/plots/statistics.h"
 
@@ -30,10 +31,11 @@ QString inverseOf(const QString& unit)
     return unit.isEmpty() ? "" : unit == "s" ? " Hz" : unit == "ms" ? " kHz" : " 1/" + unit;
 }
 
-QStringList rowOf(const QString& name, const Statistics& numbers)
+QStringList rowOf(const std::string& name, const Statistics& numbers)
 {
-    return {name, text(numbers.difference), text(numbers.mean), text(numbers.minimum), text(numbers.maximum),
-        text(numbers.rms), QString::number(numbers.count)};
+    constexpr std::size_t LONGEST_NAME = 40;
+    return {QString::fromStdString(printable(name, LONGEST_NAME)), text(numbers.difference), text(numbers.mean),
+        text(numbers.minimum), text(numbers.maximum), text(numbers.rms), QString::number(numbers.count)};
 }
 
 // As wide as the widest text of each column.

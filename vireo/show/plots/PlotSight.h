@@ -40,6 +40,7 @@ public:
 
     // Whether data are appended.
     void setLive(bool isLive) { m_IsLive = isLive; }
+    bool isLive() const { return m_IsLive; }
     bool isFollowing() const { return m_IsLive && !m_Chosen.ranges[X]; }
 
     // Whether newer data could be followed, but are not.
@@ -69,6 +70,8 @@ public:
     void remember();
     void back();
     void forward();
+    bool canGoBack() const { return !m_Before.empty(); }
+    bool canGoForward() const { return !m_After.empty(); }
 
     // What is chosen of x, as in another plot.
     void takeX(const PlotSight& other);

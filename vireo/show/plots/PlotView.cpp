@@ -196,6 +196,7 @@ PlotView::PlotView(const std::string& name)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
     layout->addWidget(m_Plot);
+    setFocusProxy(m_Plot->canvas());
     m_Grid->attach(m_Plot);
     m_Measure->attach(m_Plot);
     m_Plot->setTitle(titleText(name, font()));
@@ -287,7 +288,21 @@ void PlotView::applyAxis(PlotSight::Axis axis, AxisUpdate& update)
     AxisUpdate& kept = m_Axes[axis];
     kept.merge(update);
     m_Sight.setWanted(axis, kept.range);
-    const bool isLog = kept.isLog.value_or(false);
+    showScale(axis);
+}
+
+void PlotView::setLog(PlotSight::Axis axis, bool isLog)
+{
+    m_LogChosen[axis] = isLog;
+    showScale(axis);
+    showChoice();
+}
+
+void PlotView::showScale(PlotSight::Axis axis)
+{
+    if (m_LogChosen[axis])
+        m_Axes[axis].isLog = m_LogChosen[axis];
+    const bool isLog = m_Axes[axis].isLog.value_or(false);
     if (isLog == m_Sight.isLog(axis))
         return;
     m_Sight.setLog(axis, isLog);
@@ -295,6 +310,17 @@ void PlotView::applyAxis(PlotSight::Axis axis, AxisUpdate& update)
         m_Plot->setAxisScaleEngine(QWT_AXES[axis], new QwtLogScaleEngine);
     else
         m_Plot->setAxisScaleEngine(QWT_AXES[axis], new QwtLinearScaleEngine);
+}
+
+bool PlotView::isGridShown() const
+{
+    return m_Grid->isVisible();
+}
+
+void PlotView::setGridShown(bool isShown)
+{
+    m_Grid->setVisible(isShown);
+    m_Plot->replot();
 }
 
 void PlotView::showLegend()
@@ -351,12 +377,9 @@ void PlotView::showMeasure()
 
 void PlotView::measure()
 {
-    std::vector<const PlotCurve*> curves;
-    for (const auto& curve : m_Curves)
-        if (curve->isVisible())
-            curves.push_back(curve.get());
+    const std::vector<const PlotCurve*> curves = visibleCurves();
     const AxisUpdate::Range x = m_Sight.range(PlotSight::X);
-    if (m_Axes[PlotSight::X].isTime.value_or(false))
+    if (isTime(PlotSight::X))
         m_Measure->measure(curves, {"s", ticksPerSecond(std::max(std::abs(x.from), std::abs(x.to)))});
     else
         m_Measure->measure(curves, {unitOf(PlotSight::X), 1});
@@ -500,7 +523,7 @@ QString PlotView::unitOf(PlotSight::Axis axis) const
 
 QString PlotView::textOf(PlotSight::Axis axis, double value) const
 {
-    if (m_Axes[axis].isTime.value_or(false))
+    if (isTime(axis))
         return momentText(value, QTimeZone::systemTimeZone());
     const QString unit = unitOf(axis);
     return QString::number(value, 'g', 12) + (unit.isEmpty() ? "" : " ") + unit;
@@ -591,6 +614,11 @@ void PlotView::paint(QPaintDevice& device, QSize size)
     showSight();
 }
 
+QStringList PlotView::pictureFormats() const
+{
+    return {"PNG (*.png)", "SVG (*.svg)", "PDF (*.pdf)"};
+}
+
 std::string PlotView::savePicture(const QString& file, QSize size)
 {
     const QString ending = QFileInfo(file).suffix().toLower();
@@ -622,6 +650,22 @@ std::string PlotView::saveData(const QString& file)
     for (const auto& curve : m_Curves)
         curves.push_back(curve.get());
     return saveFile(file, curvesAsText(curves));
+}
+
+std::function<std::string(const QString&)> PlotView::seenDataSaver()
+{
+    return [this](const QString& file) {
+        return saveFile(file, curvesAsText(visibleCurves(), m_Sight.range(PlotSight::X)));
+    };
+}
+
+std::vector<const PlotCurve*> PlotView::visibleCurves() const
+{
+    std::vector<const PlotCurve*> curves;
+    for (const auto& curve : m_Curves)
+        if (curve->isVisible())
+            curves.push_back(curve.get());
+    return curves;
 }
 
 } // namespace tavo

@@ -38,7 +38,9 @@ public:
     void apply(ViewUpdate& update) override;
     QImage picture(QSize size) override;
     std::string savePicture(const QString& file, QSize size) override; // SVG and PDF, too
+    QStringList pictureFormats() const override;
     std::string saveData(const QString& file) override;
+    std::function<std::string(const QString&)> seenDataSaver() override;
 
     // Which part is seen; a person who has changed it is shown that, here and in the plots with the same x.
     PlotSight& getSight() { return m_Sight; }
@@ -48,6 +50,13 @@ public:
     PlotMeasure& getMeasure() { return *m_Measure; }
     void showMeasure();
     void setMeasuring(bool isMeasuring);
+
+    // What a person has chosen goes before what the program asks for.
+    bool isLog(PlotSight::Axis axis) const { return m_Sight.isLog(axis); }
+    void setLog(PlotSight::Axis axis, bool isLog);
+    bool isTime(PlotSight::Axis axis) const { return m_Axes[axis].isTime.value_or(false); }
+    bool isGridShown() const;
+    void setGridShown(bool isShown);
 
     QwtPlot& getPlot() { return *m_Plot; }
     QWidget* axisWidget(PlotSight::Axis axis) const;
@@ -79,6 +88,7 @@ private:
     void applyCurve(CurveUpdate& update);
     void applyLines(const PlotUpdate& update);
     void applyAxis(PlotSight::Axis axis, AxisUpdate& update);
+    void showScale(PlotSight::Axis axis);
     void showLegend();
     PlotLegend* makeLegend();
     void showHidden();
@@ -90,6 +100,7 @@ private:
     void fitY(PlotSight::Axis axis);
     void showSight();
     Extent xExtent() const;
+    std::vector<const PlotCurve*> visibleCurves() const;
     void measure();
     QString unitOf(PlotSight::Axis axis) const;
     QString textOf(PlotSight::Axis axis, double value) const;
@@ -111,6 +122,7 @@ private:
     ShownCurves m_Shown;
     std::size_t m_NumColours = 0;
     std::array<AxisUpdate, PlotSight::NUM_AXES> m_Axes;
+    std::array<std::optional<bool>, PlotSight::NUM_AXES> m_LogChosen; // by a person
     PlotSight m_Sight;
     QwtPlot* m_Plot;
     QwtPlotGrid* m_Grid;

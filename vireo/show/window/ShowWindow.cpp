@@ -237,7 +237,9 @@ void ShowWindow::addView(const std::string& name, View* view)
 {
     addDock(new ViewDock(dockId("view", name), name,
         {view, [view] { return view->picture(sizeOfPicture(*view)); },
-            [view](const QString& file) { return view->saveData(file); }, view->configuration()}));
+            [view](const QString& file) { return view->saveData(file); }, view->configuration(),
+            [view](const QString& file) { return view->savePicture(file, sizeOfPicture(*view)); },
+            view->pictureFormats(), view->seenDataSaver()}));
     show();
 }
 

@@ -30,9 +30,15 @@ public:
     // empty if it was.
     virtual std::string savePicture(const QString& file, QSize size) { return tavo::savePicture(file, picture(size)); }
 
+    // The formats of such pictures, as a dialog names them that asks for a file.
+    virtual QStringList pictureFormats() const { return {"PNG (*.png)"}; }
+
     // Saves the data that are shown, in the format that the file's name ends with. Why they could not be saved, for a
     // person; empty if they were.
     virtual std::string saveData(const QString& file) = 0;
+
+    // Saves those of the data that are in view, as saveData(); empty if there is no such part.
+    virtual std::function<std::string(const QString&)> seenDataSaver() { return nullptr; }
 
     // Opens what the view is configured with; empty if there is nothing to configure.
     virtual std::function<void()> configuration() { return nullptr; }

@@ -15,6 +15,9 @@ struct DockContent
     std::function<QImage()> picture;
     std::function<std::string(const QString&)> saveData; // as View::saveData
     std::function<void()> configure;
+    std::function<std::string(const QString&)> savePicture = nullptr; // as View::savePicture; else `picture` is saved
+    QStringList pictureFormats = {};                                  // as View::pictureFormats
+    std::function<std::string(const QString&)> saveSeenData = nullptr;
 };
 
 // A dock of the window. Its title bar has a button for everything that can be done with what it shows. The widget

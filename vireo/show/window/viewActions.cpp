@@ -14,14 +14,22 @@ namespace tavo {
 
 namespace {
 
-// Asks for a file without blocking the program.
-void askForFile(
-    ViewDock& dock, const QString& title, const QString& filter, const std::function<void(const QString&)>& save)
+QString endingOf(const QString& format)
 {
-    auto* dialog = new QFileDialog(dock.getContent(), title, QString(), filter);
+    return format.section("*.", 1, 1).section(QRegExp("[ )]"), 0, 0);
+}
+
+// Asks for a file without blocking the program. It ends as the chosen format wants, unless a person says how.
+void askForFile(
+    ViewDock& dock, const QString& title, const QStringList& formats, const std::function<void(const QString&)>& save)
+{
+    auto* dialog = new QFileDialog(dock.getContent(), title);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(filter.section("*.", 1, 1).section(QRegExp("[ )]"), 0, 0));
+    dialog->setNameFilters(formats);
+    dialog->setDefaultSuffix(endingOf(formats.front()));
+    QObject::connect(dialog, &QFileDialog::filterSelected, dialog,
+        [dialog](const QString& format) { dialog->setDefaultSuffix(endingOf(format)); });
     QObject::connect(
         dialog, &QFileDialog::fileSelected, &dock, [save](const QString& file) { runGuarded([&] { save(file); }); });
     dialog->open();
@@ -46,15 +54,20 @@ QAction* makeAction(ViewDock& dock, Symbol symbol, const char* name, const QStri
     return action;
 }
 
-void askWhereToSavePicture(ViewDock& dock)
+void askWhereToSavePicture(ViewDock& dock, const DockContent& content)
 {
-    askForFile(dock, ViewDock::tr("Save picture"), ViewDock::tr("Pictures (*.png)"),
-        [&dock](const QString& file) { report(file, "the picture", savePicture(file, dock.getPicture())); });
+    const auto save = [&dock, savePicture = content.savePicture](const QString& file) {
+        return savePicture ? savePicture(file) : tavo::savePicture(file, dock.getPicture());
+    };
+    askForFile(dock, ViewDock::tr("Save picture"),
+        content.pictureFormats.isEmpty() ? QStringList("PNG (*.png)") : content.pictureFormats,
+        [save](const QString& file) { report(file, "the picture", save(file)); });
 }
 
-void askWhereToSaveData(ViewDock& dock, const std::function<std::string(const QString&)>& saveData)
+void askWhereToSaveData(
+    ViewDock& dock, const QString& title, const std::function<std::string(const QString&)>& saveData)
 {
-    askForFile(dock, ViewDock::tr("Save data"), ViewDock::tr("Comma-separated values (*.csv)"),
+    askForFile(dock, title, {ViewDock::tr("Comma-separated values (*.csv)")},
         [saveData](const QString& file) { report(file, "the data", saveData(file)); });
 }
 
@@ -68,13 +81,18 @@ QList<QAction*> makeViewActions(ViewDock& dock, const DockContent& content)
             makeAction(dock, Symbol::Configure, "configure", ViewDock::tr("Configure"), "Ctrl+K", content.configure);
     if (content.picture) {
         buttons += makeAction(dock, Symbol::SavePicture, "savePicture", ViewDock::tr("Save picture"), "Ctrl+S",
-            [&dock] { askWhereToSavePicture(dock); });
+            [&dock, content] { askWhereToSavePicture(dock, content); });
         buttons += makeAction(dock, Symbol::CopyPicture, "copyPicture", ViewDock::tr("Copy picture"), "Ctrl+C",
             [&dock] { QApplication::clipboard()->setImage(dock.getPicture()); });
     }
     if (content.saveData)
         buttons += makeAction(dock, Symbol::SaveData, "saveData", ViewDock::tr("Save data"), "Ctrl+D",
-            [&dock, saveData = content.saveData] { askWhereToSaveData(dock, saveData); });
+            [&dock, saveData = content.saveData] { askWhereToSaveData(dock, ViewDock::tr("Save data"), saveData); });
+    if (content.saveSeenData)
+        makeAction(dock, Symbol::SaveData, "saveSeenData", ViewDock::tr("Save data in view"), "Ctrl+Shift+D",
+            [&dock, saveData = content.saveSeenData] {
+                askWhereToSaveData(dock, ViewDock::tr("Save data in view"), saveData);
+            });
     buttons += makeAction(dock, Symbol::FullScreen, "fullScreen", ViewDock::tr("Full screen"), "F11",
         [&dock] { dock.setOnFullScreen(!dock.isOnFullScreen()); });
     makeAction(dock, Symbol::Close, "closeView", ViewDock::tr("Close"), "Ctrl+W", [&dock] { dock.closeDockWidget(); });

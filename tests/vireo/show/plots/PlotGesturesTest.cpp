@@ -1,5 +1,7 @@
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QToolButton>
 #include <QWheelEvent>
@@ -68,6 +70,18 @@ protected:
     double yAt(const QPoint& place) { return m_View.pixelMap(PlotSight::Y).toValue(place.y()); }
     bool isFollowOffered() { return m_View.findChild<QToolButton*>("follow")->isVisibleTo(m_View.parentWidget()); }
     QString readout() { return static_cast<PlotReadout*>(m_View.findChild<QWidget*>("readout"))->text(); }
+
+    QMenu* menu() { return m_View.findChild<QMenu*>("plotMenu"); }
+
+    void choose(const char* entry)
+    {
+        dragMouse(m_Canvas, Qt::RightButton, {100, 50}, {100, 50});
+        auto* const action = menu()->findChild<QAction*>(entry);
+        ASSERT_NE(action, nullptr) << entry;
+        EXPECT_TRUE(action->isEnabled()) << entry;
+        action->trigger();
+        delete menu();
+    }
 
     PlotView m_View{"test"};
     QWidget* m_Canvas = canvasOf(m_View);
@@ -176,6 +190,85 @@ TEST_F(PlotGesturesTest, ZoomsAreUndoneAndRedone)
     EXPECT_EQ(x().from, zoomed);
     pressMouse(m_Canvas, Qt::BackButton, {1, 1});
     EXPECT_EQ(x().from, 0);
+}
+
+TEST_F(PlotGesturesTest, CtrlZUndoesZoomsToo)
+{
+    dragMouse(m_Canvas, Qt::RightButton, {100, 50}, {300, 250});
+    const double zoomed = x().from;
+    clickKey(m_Canvas, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(x().from, 0);
+    clickKey(m_Canvas, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(x().from, zoomed);
+}
+
+TEST_F(PlotGesturesTest, ARightClickBringsAMenuAndABoxDoesNot)
+{
+    dragMouse(m_Canvas, Qt::RightButton, {100, 50}, {300, 250});
+    EXPECT_EQ(menu(), nullptr);
+    dragMouse(m_Canvas, Qt::RightButton, {100, 50}, {102, 51});
+    ASSERT_NE(menu(), nullptr);
+    EXPECT_TRUE(menu()->isVisible());
+}
+
+TEST_F(PlotGesturesTest, TheMenuMovesWhatIsSeen)
+{
+    dragMouse(m_Canvas, Qt::RightButton, {100, 50}, {300, 250});
+    const double zoomed = x().from;
+    choose("fit");
+    EXPECT_EQ(x().from, 0);
+    choose("back");
+    EXPECT_EQ(x().from, zoomed);
+    choose("forward");
+    EXPECT_EQ(x().from, 0);
+    append(20, 1);
+    choose("followNewest");
+    append(30, 1);
+    EXPECT_EQ(x().to, 20);
+    choose("followNewest");
+    EXPECT_EQ(x().to, 30);
+}
+
+TEST_F(PlotGesturesTest, TheMenuChangesTheAxes)
+{
+    send({1, 10}, {1, 100});
+    choose("logY");
+    EXPECT_TRUE(m_View.isLog(PlotSight::Y));
+    EXPECT_FALSE(m_View.isLog(PlotSight::X));
+    PlotUpdate update;
+    update.y.isLog = false;
+    m_View.apply(update);
+    EXPECT_TRUE(m_View.isLog(PlotSight::Y)) << "a person has chosen that";
+    choose("logX");
+    EXPECT_TRUE(m_View.isLog(PlotSight::X));
+    choose("logY");
+    EXPECT_FALSE(m_View.isLog(PlotSight::Y));
+    choose("grid");
+    EXPECT_FALSE(m_View.isGridShown());
+    choose("measure");
+    EXPECT_TRUE(m_View.getMeasure().isOn());
+}
+
+TEST_F(PlotGesturesTest, AQuestionMarkListsTheGestures)
+{
+    for (const Qt::Key key : {Qt::Key_Question, Qt::Key_F1}) {
+        clickKey(m_Canvas, key);
+        auto* const help = m_View.findChild<QMessageBox*>("plotHelp");
+        ASSERT_NE(help, nullptr);
+        EXPECT_TRUE(help->text().contains("wheel"));
+        EXPECT_FALSE(help->isModal());
+        delete help;
+    }
+    choose("help");
+    EXPECT_NE(m_View.findChild<QMessageBox*>("plotHelp"), nullptr);
+}
+
+TEST_F(PlotGesturesTest, KeysReachAPlotThatIsGivenTheFocus)
+{
+    m_View.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&m_View));
+    m_View.setFocus();
+    EXPECT_EQ(QApplication::focusWidget(), m_Canvas);
 }
 
 TEST_F(PlotGesturesTest, WhoHasZoomedStaysZoomed)

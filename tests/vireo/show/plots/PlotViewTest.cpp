@@ -35,6 +35,16 @@ protected:
         return number;
     }
 
+    template <typename Save>
+    static std::string saved(const Save& save)
+    {
+        const QTemporaryDir folder;
+        EXPECT_EQ(save(folder.filePath("data.csv")), "");
+        QFile file(folder.filePath("data.csv"));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll().toStdString();
+    }
+
     PlotView m_View{"test"};
 };
 
@@ -159,6 +169,29 @@ TEST_F(PlotViewTest, LinesAcrossComeMoveAndGo)
     removed.remove("");
     m_View.apply(removed);
     EXPECT_EQ(m_View.picture({600, 400}), without);
+}
+
+TEST_F(PlotViewTest, DataAreSavedWithAllDigits)
+{
+    send("a", {0.1, 1e300}, {1.0 / 3, 5e-324});
+    PlotUpdate update;
+    CurveUpdate& band = update.curve("b");
+    band = samples({1, 2, 3}, {4, 5, NAN}, CurveKind::Band);
+    band.name = "b";
+    band.samples->low = numbers({-4, -5, -6});
+    m_View.apply(update);
+    EXPECT_EQ(saved([this](const QString& file) { return m_View.saveData(file); }),
+        "\"a x\",\"a\",\"b x\",\"b low\",\"b high\"\n"
+        "0.1,0.3333333333333333,1,-4,4\n1e+300,5e-324,2,-5,5\n,,3,-6,nan\n");
+}
+
+TEST_F(PlotViewTest, TheDataInViewAreSaved)
+{
+    send("a", {0, 1, 2, 3}, {10, 11, 12, 13});
+    send("to and fro", {2, 0, 1.5}, {7, 8, 9});
+    m_View.getSight().choose(PlotSight::X, {1, 2});
+    m_View.showChoice();
+    EXPECT_EQ(saved(m_View.seenDataSaver()), "\"a x\",\"a\",\"to and fro x\",\"to and fro\"\n1,11,2,7\n2,12,1.5,9\n");
 }
 
 TEST_F(PlotViewTest, PicturesAreSavedAsTheirNamesEnd)

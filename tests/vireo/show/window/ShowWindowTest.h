@@ -93,7 +93,7 @@ protected:
         EXPECT_TRUE(QTest::qWaitFor([widget] {
             if (!widget->isActiveWindow())
                 widget->activateWindow();
-            return QApplication::focusWidget() == widget;
+            return widget->hasFocus();
         }));
         return qt_sendShortcutOverrideEvent(widget, 0, key, modifiers);
     }

@@ -21,6 +21,18 @@ protected:
         return window()->findChild<QWidget*>("fullScreenOf" + dock(title)->objectName());
     }
 
+    // Has what was sent shown: a picture has everything.
+    static bool waitUntilShown()
+    {
+        const QTemporaryDir folder;
+        return tavo::savePictures(folder.path().toStdString());
+    }
+
+    static void clickMenuButton(QWidget* widget)
+    {
+        dragMouse(widget, Qt::RightButton, widget->rect().center(), widget->rect().center());
+    }
+
     // Answers the question for a file that something has opened.
     static void answer(const QString& file)
     {
@@ -127,6 +139,56 @@ TEST_F(ViewActionsTest, SaveAndCopyPicturesAndData)
     answer("/no such folder/a.png");
     EXPECT_THAT(
         debugOutput.getText(), testing::HasSubstr("warning: /no such folder/a.png: the picture cannot be saved"));
+}
+
+TEST_F(ViewActionsTest, SavePicturesInAllFormatsOfAView)
+{
+    show({"a"});
+    const QTemporaryDir folder;
+    action("a", "savePicture")->trigger();
+    auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_THAT(dialog->nameFilters(), testing::ElementsAre("PNG (*.png)", "SVG (*.svg)", "PDF (*.pdf)"));
+    EXPECT_EQ(dialog->defaultSuffix(), "png");
+    emit dialog->filterSelected("SVG (*.svg)");
+    EXPECT_EQ(dialog->defaultSuffix(), "svg");
+    answer(folder.filePath("a.svg"));
+    QFile picture(folder.filePath("a.svg"));
+    ASSERT_TRUE(picture.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(picture.readAll().contains("<svg"));
+}
+
+TEST_F(ViewActionsTest, SaveTheDataInView)
+{
+    show({"a"});
+    plot("a").xRange(0.5, 1.5);
+    EXPECT_TRUE(waitUntilShown());
+    const QTemporaryDir folder;
+    EXPECT_TRUE(pressShortcut(viewIn("a"), Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier));
+    answer(folder.filePath("a.csv"));
+    QFile data(folder.filePath("a.csv"));
+    ASSERT_TRUE(data.open(QIODevice::ReadOnly));
+    EXPECT_EQ(data.readAll().toStdString(), "\"y x\",\"y\"\n1,3\n");
+}
+
+TEST_F(ViewActionsTest, AreInTheMenuOfAPlotToo)
+{
+    show({"a", "b"});
+    const QWidget* const view = viewIn("a");
+    const auto menuOf = [](const QWidget* view) {
+        QStringList names;
+        clickMenuButton(view->focusProxy());
+        auto* const menu = view->findChild<QMenu*>("plotMenu");
+        for (const QAction* action : menu->actions())
+            names += action->objectName();
+        menu->close();
+        return names;
+    };
+    const auto hasAll = testing::IsSupersetOf({"copyPicture", "savePicture", "saveData", "saveSeenData"});
+    EXPECT_THAT(menuOf(view), hasAll);
+    settle();
+    action("a", "fullScreen")->trigger();
+    EXPECT_THAT(menuOf(view), hasAll) << "in full screen";
 }
 
 TEST_F(ViewActionsTest, OfTheMenuSaveAllAndClear)
