@@ -72,6 +72,7 @@ void appendSample(QByteArray& text, const PlotCurve& curve, const std::optional<
     }
 }
 
+// Writes a table of curves, piece by piece.
 class CurveRows
 {
 public:
