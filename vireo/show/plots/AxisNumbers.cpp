@@ -1,5 +1,7 @@
 #include "vireo/show/plots/AxisNumbers.h"
 
+#include <QPainter>
+
 namespace tavo {
 
 void AxisNumbers::setLabels(const QStringList& labels)
@@ -13,9 +15,18 @@ void AxisNumbers::setLabels(const QStringList& labels)
 QwtText AxisNumbers::label(double value) const
 {
     const int tick = scaleDiv().ticks(QwtScaleDiv::MajorTick).indexOf(value);
-    QwtText text(tick >= 0 ? m_Labels.value(tick) : QString(), QwtText::PlainText);
-    text.setRenderFlags(Qt::AlignCenter);
-    return text;
+    return {tick >= 0 ? m_Labels.value(tick) : QString(), QwtText::PlainText};
+}
+
+void AxisNumbers::drawLabel(QPainter* painter, double value) const
+{
+    QwtText text = tickLabel(painter->font(), value);
+    const QSizeF size = text.textSize(painter->font());
+    text.setRenderFlags(Qt::AlignHCenter);
+    painter->save();
+    painter->setWorldTransform(labelTransformation(labelPosition(value), size), true);
+    text.draw(painter, QRectF(QPointF(0, 0), size));
+    painter->restore();
 }
 
 } // namespace tavo

@@ -14,6 +14,10 @@ public:
 
     QwtText label(double value) const override;
 
+protected:
+    // Centres lines below each other, as Qwt does not.
+    void drawLabel(QPainter* painter, double value) const override;
+
 private:
     QStringList m_Labels;
 };

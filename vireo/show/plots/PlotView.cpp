@@ -177,6 +177,19 @@ QwtText titleText(const std::string& text, QFont font)
     return title;
 }
 
+// Axes end where their layout has put them. Qwt would ask them anew where that is, and they would answer for the
+// widget.
+class PictureRenderer : public QwtPlotRenderer
+{
+    void renderScale(
+        const QwtPlot* plot, QPainter* painter, int axis, int, int, int base, const QRectF& place) const override
+    {
+        if (const QwtScaleWidget* const scale = plot->axisWidget(axis))
+            QwtPlotRenderer::renderScale(
+                plot, painter, axis, scale->startBorderDist(), scale->endBorderDist(), base, place);
+    }
+};
+
 } // namespace
 
 PlotView::PlotView(const std::string& name)
@@ -605,7 +618,7 @@ void PlotView::paint(QPaintDevice& device, QSize size)
     divideAxes(plot);
     QPainter painter(&device);
     painter.fillRect(QRect(QPoint(0, 0), size), palette().color(QPalette::Window));
-    QwtPlotRenderer renderer;
+    PictureRenderer renderer;
     renderer.setDiscardFlag(QwtPlotRenderer::DiscardBackground);
     renderer.render(m_Plot, &painter, plot);
     painter.end();

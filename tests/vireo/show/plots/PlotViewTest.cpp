@@ -60,6 +60,40 @@ TEST_F(PlotViewTest, NothingIsCutOff)
     }
 }
 
+// Whether a line of the grid ends at each tick of x, and none elsewhere.
+void expectTicksBelowTheirLines(const QImage& picture)
+{
+    const auto isInk = [&picture](int x, int y, int lightness) { return qGray(picture.pixel(x, y)) < lightness; };
+    int backbone = picture.height() - 1; // the lowest row that is dark over half of the width
+    for (int numDark = 0; numDark < picture.width() / 2 && backbone > 0; backbone -= numDark < picture.width() / 2)
+        for (int x = numDark = 0; x < picture.width(); ++x)
+            numDark += isInk(x, backbone, 100);
+    ASSERT_GT(backbone, 10);
+    int numTicks = 0;
+    const int inner = picture.width() / 5; // away from both axes of y
+    for (int x = inner; x < picture.width() - inner; ++x) {
+        const bool isTick = isInk(x, backbone + 7, 100); // longer than minor ticks are
+        const bool isLine = isInk(x - 1, 40, 240) || isInk(x, 40, 240) || isInk(x + 1, 40, 240);
+        numTicks += isTick;
+        EXPECT_TRUE(isLine || !isTick) << "a tick without a line at " << x;
+    }
+    EXPECT_GE(numTicks, 2);
+}
+
+TEST_F(PlotViewTest, TicksStandBelowTheLinesOfTheGridAtEverySize)
+{
+    PlotUpdate update;
+    update.x.isTime = true;
+    update.curve("b").style = "y2";
+    m_View.apply(update);
+    for (const double duration : {25'000, 27'000, 40'000}) {
+        send("a", {1.7e9, 1.7e9 + duration}, {101'025, 101'625});
+        send("b", {1.7e9, 1.7e9 + duration}, {19, 21});
+        for (const QSize& size : {QSize(500, 300), QSize(900, 600), QSize(1400, 400)})
+            expectTicksBelowTheirLines(m_View.picture(size));
+    }
+}
+
 TEST_F(PlotViewTest, SavesAllSamplesOfLongCurves)
 {
     constexpr int COUNT = 99'000;
