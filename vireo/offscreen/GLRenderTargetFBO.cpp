@@ -57,6 +57,7 @@ void GLRenderTargetFBO::makeTextures(unsigned int width, unsigned int height)
     m_Depth = std::make_unique<GLTextureRect>(getContext());
     m_Depth->bind(0);
     GLTextureSettings::setFloatDefaults(m_Depth->getTextureTarget());
+    glTexParameteri(m_Depth->getTextureTarget(), GL_DEPTH_TEXTURE_MODE_ARB, GL_INTENSITY);
     glTexImage2D(m_Depth->getTextureTarget(), 0, GL_DEPTH_COMPONENT24, static_cast<GLsizei>(width),
         static_cast<GLsizei>(height), 0, GL_DEPTH_COMPONENT, GL_UNSIGNED_INT, nullptr);
     m_Depth->unbind(0);

@@ -85,7 +85,7 @@ public:
     /// @owns The target keeps it.
     GLTexture* getColourTexture() const;
 
-    /// How deep it lies, from 0 to 1 in red, green and blue, without filters, clamped to the edges. Null before
+    /// How deep it lies, from 0 to 1 in all four components, without filters, clamped to the edges. Null before
     /// create() has succeeded.
     /// @owns The target keeps it.
     GLTexture* getDepthTexture() const;

@@ -244,11 +244,12 @@ TEST_F(GLRenderTargetFBOGLTest, IsTwoTexturesOfWhatWasDrawn)
     Picture expected = quarters(32, 32);
     paintRect(expected, {8, 8, 16, 16}, QUARTERS[0]);
     EXPECT_EQ(picture(target->getColourTexture()), expected);
-    Picture depths(32, 32, {128, 128, 128, 255});
-    paintRect(depths, {8, 8, 16, 16}, {51, 51, 51, 255});
+    Picture depths(32, 32, {128, 128, 128, 128});
+    paintRect(depths, {8, 8, 16, 16}, {51, 51, 51, 51});
     const Picture seen = picture(target->getDepthTexture());
     for (std::size_t i = 0; i < seen.pixels.size(); ++i)
-        EXPECT_NEAR(seen.pixels[i][0], depths.pixels[i][0], 1) << i;
+        for (std::size_t k = 0; k < 4; ++k)
+            EXPECT_NEAR(seen.pixels[i][k], depths.pixels[i][k], 1) << i;
 }
 
 TEST_F(GLRenderTargetFBOGLTest, IsSharedByTheContextsOfATree)
