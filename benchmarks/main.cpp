@@ -10,6 +10,7 @@ int main(int argc, char** argv)
     addCurveWorks();
     addTextureWorks();
     addRenderTextureWorks();
+    addLightingWorks();
     addGeometryWorks();
     addObjectWorks();
     addVertexWorks();
