@@ -1,11 +1,18 @@
 #include <QFile>
 #include <QImage>
+#include <QLibraryInfo>
+#include <QStringList>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include "tests/support/linux/SmallDisk.h"
 #include "tests/vireo/show/ProgramTest.h"
 
 namespace tavo {
 namespace {
+
+using testing::StartsWith;
 
 class ShowForksTest : public ProgramTest, public testing::WithParamInterface<const char*>
 {};
@@ -82,6 +89,107 @@ TEST_F(ShowWithoutDisplayTest, PicturesAreSavedInsteadOfShowing)
     set("VIREO_SHOW", "pictures:folder");
     EXPECT_EQ(outputOf("never shows"), "");
     EXPECT_FALSE(QImage(path("folder/p.png")).isNull());
+}
+
+// With no other platform plugins of Qt's than these.
+class ShowWithoutPluginsTest : public ProgramTest
+{
+protected:
+    Outcome runWith(const QStringList& plugins)
+    {
+        const QDir ofQt(QLibraryInfo::location(QLibraryInfo::PluginsPath) + "/platforms");
+        EXPECT_TRUE(QDir().mkpath(path("bin/plugins/platforms")));
+        for (const QString& plugin : plugins)
+            EXPECT_TRUE(QFile::link(ofQt.filePath(plugin), path("bin/plugins/platforms/") + plugin));
+        const QString program = path("bin/program");
+        EXPECT_TRUE(QFile::copy(VIREO_SHOW_PROGRAM, program));
+        QFile settings(path("bin/qt.conf"));
+        EXPECT_TRUE(settings.open(QIODevice::WriteOnly));
+        settings.write("[Paths]\nPlugins=plugins\n");
+        settings.close();
+        return run("calls everything", program.toStdString().c_str());
+    }
+};
+
+std::string refused(const std::string& why)
+{
+    return "warning: tavo: tavo::show() shows nothing: " + why +
+           "\nwarning: tavo: tavo::openWindow() shows nothing: " + why + '\n';
+}
+
+TEST_F(ShowWithoutPluginsTest, PicturesAreSavedWhereWindowsHaveNone)
+{
+    const Outcome outcome = runWith({"libqoffscreen.so"});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.output, "openWindow: false\npump: true\nsavePicture: true\nsavePictures: true\nsaveData: true\n");
+    EXPECT_EQ(outcome.errors,
+        refused("Qt has no plugin that starts for \"xcb\". VIREO_SHOW=pictures:FOLDER saves pictures instead"));
+    EXPECT_EQ(QImage(path("p.png")).size(), QSize(300, 200));
+}
+
+TEST_F(ShowWithoutPluginsTest, TheProgramGoesOnWhereThereAreNone)
+{
+    const Outcome outcome = runWith({});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(
+        outcome.output, "openWindow: false\npump: true\nsavePicture: false\nsavePictures: false\nsaveData: false\n");
+    EXPECT_THAT(outcome.errors, StartsWith(refused("Qt has no platform plugin that starts")));
+}
+
+TEST_F(ShowWithoutPluginsTest, OfAWaylandServerIsSaid)
+{
+    const int server = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path("wayland").toStdString().copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(listen(server, 10), 0);
+    set("WAYLAND_DISPLAY", "wayland");
+    set("XDG_SESSION_TYPE", "wayland");
+    unset("DISPLAY");
+    const Outcome outcome = runWith({"libqoffscreen.so", "libqxcb.so"});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.output, "openWindow: false\npump: true\nsavePicture: true\nsavePictures: true\nsaveData: true\n");
+    EXPECT_EQ(outcome.errors, refused("Qt has no plugin that starts for \"wayland;wayland-egl\". "
+                                      "VIREO_SHOW=pictures:FOLDER saves pictures instead"));
+    close(server);
+}
+
+// Whatever else is there.
+class ShowOnAskedPlatformTest : public ProgramTest
+{
+protected:
+    void expectRefusal(const std::string& why)
+    {
+        const Outcome outcome = run("calls everything");
+        EXPECT_EQ(outcome.exitStatus, 0);
+        EXPECT_EQ(
+            outcome.output, "openWindow: false\npump: true\nsavePicture: true\nsavePictures: true\nsaveData: true\n");
+        EXPECT_THAT(outcome.errors, StartsWith(refused(why)));
+    }
+};
+
+TEST_F(ShowOnAskedPlatformTest, RefusesOneThatIsNot)
+{
+    set("QT_QPA_PLATFORM", "nonsense");
+    expectRefusal("QT_QPA_PLATFORM is \"nonsense\", which opens no window here");
+    set("QT_QPA_PLATFORM", "wayland");
+    expectRefusal("QT_QPA_PLATFORM is \"wayland\", which opens no window here");
+}
+
+TEST_F(ShowOnAskedPlatformTest, RefusesAServerThatIsNot)
+{
+    unset("WAYLAND_DISPLAY");
+    set("DISPLAY", ":54321");
+    expectRefusal("there is no display. VIREO_SHOW=pictures:FOLDER saves pictures instead");
+    set("QT_QPA_PLATFORM", "xcb");
+    expectRefusal("there is no display. VIREO_SHOW=pictures:FOLDER saves pictures instead");
+}
+
+TEST_F(ShowOnAskedPlatformTest, TakesTheFirstThatIs)
+{
+    set("QT_QPA_PLATFORM", "wayland;xcb");
+    EXPECT_EQ(outputOf("opens a window"), "openWindow: true\nsaveData: true\n0,3\n1,1\n2,2\npump: true\n");
 }
 
 TEST_F(ShowWithoutDisplayTest, ShowRefusesAnApplicationThatNobodySees)

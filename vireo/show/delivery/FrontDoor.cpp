@@ -16,7 +16,7 @@
 #include "tavo/base/files/saveFile.h"
 #include "tavo/base/text/printable.h"
 #include "vireo/show/delivery/Mode.h"
-#include "vireo/show/delivery/WindowThread.h"
+#include "vireo/show/delivery/displayPlatforms.h"
 #include "vireo/show/delivery/endOfProgram.h"
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/delivery/windowState.h"
@@ -49,13 +49,6 @@ std::unique_ptr<View> makeViewOf(const ViewSlot& slot)
 std::string noSuchView(const std::string& name)
 {
     return "there is no view \"" + printable(name, 100) + "\"";
-}
-
-// Whether windows can be seen.
-bool hasDisplay()
-{
-    const QString platform = QGuiApplication::platformName();
-    return platform != "offscreen" && platform != "minimal";
 }
 
 // The window that views and the debug output share.

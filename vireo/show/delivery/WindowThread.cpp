@@ -9,7 +9,9 @@
 
 #include "tavo/base/debug/displayException.h"
 #include "vireo/show/delivery/FrontDoor.h"
+#include "vireo/show/delivery/displayPlatforms.h"
 #include "vireo/show/delivery/endOfProgram.h"
+#include "vireo/show/delivery/isShowOff.h"
 #include "vireo/show/delivery/process.h"
 #include "vireo/show/delivery/sayOnce.h"
 
@@ -26,6 +28,7 @@ struct State
     std::mutex mutex;
     std::thread thread;
     bool hasStopped = false;
+    std::atomic<bool> isBlind{false};   // it has no windows that can be seen
     std::atomic<bool> isRunning{false}; // for children of forks, to which the mutex may have come locked
 };
 
@@ -35,13 +38,36 @@ State& state()
     return *theState;
 }
 
-QtMessageHandler theProgramsHandler = nullptr;
+// While a QApplication is being made.
+struct Start
+{
+    std::promise<bool> isDone; // whether there is one
+    std::thread::id thread;
+    QtMessageHandler programsHandler = nullptr;
+};
 
-// Qt does not like to see a QApplication outside of main()'s thread; where there is one only, it does its work.
+Start* theStart = nullptr;
+
+// Qt ends a program where it finds no platform to start; but there is nobody who must have this one.
+[[noreturn]] void stayInConstructor()
+{
+    qInstallMessageHandler(theStart->programsHandler);
+    theStart->isDone.set_value(false);
+    for (;;)
+        std::this_thread::sleep_for(1h);
+}
+
+// Qt does not like to see a QApplication outside of main()'s thread; where there is one only, it does its work. What it
+// says of platforms that do not start is said when one is missed.
 void passOnOtherMessages(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    if (!text.contains("QApplication was not created in the main() thread"))
-        theProgramsHandler(type, context, text);
+    if (std::this_thread::get_id() != theStart->thread)
+        return theStart->programsHandler(type, context, text);
+    if (type == QtFatalMsg)
+        stayInConstructor();
+    if (!text.contains("QApplication was not created in the main() thread") &&
+        qstrcmp(context.category, "qt.qpa.plugin"))
+        theStart->programsHandler(type, context, text);
 }
 
 // Qt makes much of what it has when it first needs it, and what is made last goes first when the program ends. So the
@@ -67,43 +93,42 @@ private:
     double m_Next = 0;
 };
 
-void serve(std::string platform, std::promise<void> started)
+void serve(const QStringList& displayPlatforms)
 {
     ignoreSignalsInThisThread();
     char name[] = "vireo";
     char option[] = "-platform";
-    char* arguments[] = {name, option, platform.data(), nullptr};
+    QByteArray platforms = (displayPlatforms + QStringList{"offscreen", "minimal"}).join(';').toLocal8Bit();
+    char* arguments[] = {name, option, platforms.data(), nullptr};
     int numArguments = 3;
-    theProgramsHandler = qInstallMessageHandler(passOnOtherMessages);
+    theStart->thread = std::this_thread::get_id();
+    theStart->programsHandler = qInstallMessageHandler(passOnOtherMessages);
     Application application(numArguments, arguments);
-    qInstallMessageHandler(theProgramsHandler);
+    qInstallMessageHandler(theStart->programsHandler);
     QApplication::setQuitOnLastWindowClosed(false);
     endProgramInOrder();
-    started.set_value();
+    state().isBlind = !hasDisplay();
+    theStart->isDone.set_value(true);
     QApplication::exec();
-}
-
-// Where windows of our own can be opened; looked for once.
-const std::string& ownPlatform()
-{
-    static const std::string platform = displayPlatform();
-    return platform;
 }
 
 } // namespace
 
 namespace windowThread {
 
-void start(const std::string& platform)
+void start(const QStringList& displayPlatforms)
 {
     const std::lock_guard<std::mutex> lock(state().mutex);
     if (state().thread.joinable() || state().hasStopped)
         return;
-    std::promise<void> started;
-    std::future<void> hasStarted = started.get_future();
-    state().thread = std::thread(serve, platform, std::move(started));
-    hasStarted.wait();
-    state().isRunning = true;
+    theStart = new Start; // which stays: a message may still be on its way through it
+    std::future<bool> isDone = theStart->isDone.get_future();
+    state().thread = std::thread(serve, displayPlatforms);
+    state().isRunning = isDone.get();
+    if (state().isRunning)
+        return;
+    state().hasStopped = true;
+    state().thread.detach();
 }
 
 bool isRunning()
@@ -158,15 +183,17 @@ bool hasViewThread(const char* call)
     if (FrontDoor::get())
         return FrontDoor::canMakeViews() ||
                refuse(call, "the program has a QCoreApplication, where views need a QApplication");
-    windowThread::start(ownPlatform().empty() ? "offscreen" : ownPlatform());
-    return windowThread::isRunning();
+    windowThread::start(displayPlatforms().names);
+    return windowThread::isRunning() || (!isShowOff() && refuse(call, "Qt has no platform plugin that starts"));
 }
 
 bool hasWindowThread(const char* call)
 {
-    if (!FrontDoor::get() && ownPlatform().empty())
-        return refuse(call, NO_DISPLAY);
-    return hasViewThread(call);
+    if (!FrontDoor::get() && displayPlatforms().names.empty())
+        return refuse(call, displayPlatforms().whyNoneIs.c_str());
+    if (!hasViewThread(call))
+        return false;
+    return !state().isBlind || refuse(call, displayPlatforms().whyNoneIs.c_str());
 }
 
 } // namespace tavo

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QStringList>
 #include <functional>
-#include <string>
 
 namespace tavo {
 
@@ -9,8 +9,9 @@ namespace tavo {
 // until the program ends.
 namespace windowThread {
 
-// Returns when the QApplication is there. With `platform`, one of Qt's.
-void start(const std::string& platform);
+// Returns when the QApplication is there, or cannot be made. It has windows where `displayPlatforms` are some of Qt's
+// and one of them starts; otherwise it only makes pictures.
+void start(const QStringList& displayPlatforms);
 
 bool isRunning();
 
@@ -23,9 +24,6 @@ void stop();
 // if there is none, or if it does not begin within five seconds, in which case it never does. `work` is kept until
 // then: it owns what it needs.
 bool runInWindowThread(std::function<void()> work);
-
-// Why windows are refused where nobody could see them.
-inline constexpr const char* NO_DISPLAY = "there is no display. VIREO_SHOW=pictures:FOLDER saves pictures instead";
 
 // Makes sure that there is a thread in which views can be made: of the program's QApplication, or a thread of its own.
 // False, with a line in the log that begins with `call`, if there can be none.

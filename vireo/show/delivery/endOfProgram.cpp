@@ -21,7 +21,7 @@ void attendToWhatWaits()
     if (QCoreApplication::instance() || !inbox::hasWaiting())
         return;
     if (showMode() == Mode::Pictures)
-        windowThread::start("offscreen"); // whose end saves them
+        windowThread::start({}); // whose end saves them
     else
         sayOnce("the program ends, and what it sent was never shown: call tavo::show() at its end, tavo::pump() in its "
                 "loop, or tavo::openWindow() once");

@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <pthread.h>
-#include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -106,17 +105,14 @@ void ignoreSignalsInThisThread()
     pthread_sigmask(SIG_SETMASK, &all, nullptr);
 }
 
-std::string displayPlatform()
+std::vector<std::string> openDisplays()
 {
-    const std::string asked = variable("QT_QPA_PLATFORM");
-    const std::string_view plugin = std::string_view(asked).substr(0, asked.find(':'));
-    if (plugin == "wayland" || plugin == "wayland-egl")
-        return opensWayland() ? asked : "";
-    if (plugin == "offscreen" || plugin == "minimal")
-        return "";
+    std::vector<std::string> displays;
     if (opensX())
-        return "xcb";
-    return opensWayland() ? "wayland" : "";
+        displays.push_back("xcb");
+    if (opensWayland())
+        displays.insert(displays.end(), {"wayland", "wayland-egl"});
+    return displays;
 }
 
 } // namespace tavo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace tavo {
 
@@ -22,7 +23,7 @@ void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*
 // Leaves the program's signals to the program's threads.
 void ignoreSignalsInThisThread();
 
-// Qt's name for the windows that can be opened here; empty if there is no display.
-std::string displayPlatform();
+// Qt's names for the kinds of display that answer here, the preferred one first.
+std::vector<std::string> openDisplays();
 
 } // namespace tavo
