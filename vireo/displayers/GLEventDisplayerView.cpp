@@ -1,7 +1,9 @@
 #include "vireo/displayers/GLEventDisplayerView.h"
 
 #include <QMouseEvent>
+#include <QPainter>
 #include <QWheelEvent>
+#include <QWindow>
 #include <cmath>
 #include <cstddef>
 #include <utility>
@@ -66,6 +68,13 @@ GLEventDisplayerWidget::MyGLWidget::MyGLWidget(ViewContext* context, QWidget* pa
     setPictureSource(this, [this] { return getPicture(); });
     if (!m_ViewContext.exists())
         reportMissingContext();
+    if (isValid())
+        return;
+    // It paints as other widgets do, also where there is a window already that was to be GL's.
+    setAttribute(Qt::WA_PaintOnScreen, false);
+    setAttribute(Qt::WA_NativeWindow, false);
+    if (windowHandle())
+        windowHandle()->setSurfaceType(QSurface::RasterSurface);
 }
 
 GLEventDisplayerWidget::MyGLWidget::~MyGLWidget()
@@ -75,11 +84,36 @@ GLEventDisplayerWidget::MyGLWidget::~MyGLWidget()
     runGuarded([this] { delete m_Context; });
 }
 
-// Every paint passes here: those that Qt asks for, and those at once.
+void GLEventDisplayerWidget::MyGLWidget::paintEvent(QPaintEvent* event)
+{
+    if (isValid())
+        QGLWidget::paintEvent(event);
+    else
+        runGuarded([this] { showPicture(); });
+}
+
+// Every paint by GL to the window passes here: those that Qt asks for, and those at once.
 void GLEventDisplayerWidget::MyGLWidget::glDraw()
 {
+    if (!isValid())
+        return update();
     const CurrentContextGuard guard;
     QGLWidget::glDraw();
+}
+
+// Where GL cannot draw to the window, it shows a picture, or why there is none.
+void GLEventDisplayerWidget::MyGLWidget::showPicture()
+{
+    QImage picture;
+    if (m_ViewContext.exists())
+        runGuarded([&] { picture = getPicture(); });
+    QPainter painter(this);
+    painter.fillRect(rect(), Qt::black);
+    painter.setPen(Qt::white);
+    if (m_ViewContext.exists())
+        painter.drawImage(rect(), picture);
+    else
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, QString::fromStdString(withoutContext()));
 }
 
 void GLEventDisplayerWidget::MyGLWidget::makeDrawnCurrent()

@@ -54,6 +54,7 @@ public:
     QImage getPicture();
 
 protected:
+    void paintEvent(QPaintEvent* event) override;
     void glDraw() override;
     void paintGL() override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -69,6 +70,7 @@ private:
 
     template <typename Code>
     void handle(Code code);
+    void showPicture();
     bool makeContext();
     std::string withoutContext() const;
     void reportMissingContext();

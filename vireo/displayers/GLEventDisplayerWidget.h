@@ -26,7 +26,8 @@ class GLEventObject;
 ///     view->setGLEventObject(new GLPointCloudDisplayer, false);
 ///
 /// What an object throws is reported in the debug output, and so, on Windows, are faults of its code (see
-/// translateFaults); the widget lives on. Each view costs a GL context of its own.
+/// translateFaults); the widget lives on. Each view costs a GL context of its own. Where GL does not draw to its
+/// window, as on Wayland, the view shows the pictures of a context without a window; without that, why there are none.
 class VIREO_EXPORT GLEventDisplayerWidget : public QWidget
 {
     Q_OBJECT

@@ -22,6 +22,12 @@ ViewContext::~ViewContext()
         destroyWindowlessContext(*m_Windowless);
 }
 
+// On Wayland windows within windows never show what is drawn to them.
+bool ViewContext::chooseContext(const QGLContext* shared)
+{
+    return !QGuiApplication::platformName().startsWith("wayland") && QGLContext::chooseContext(shared);
+}
+
 bool ViewContext::exists()
 {
     if (isValid())

@@ -14,7 +14,8 @@ namespace tavo {
 
 // The GL context of a view. It draws to the view's window or, for a picture, to a pbuffer of its own: whoever makes the
 // view current then, the shown object, or Qt in order to draw text, has the picture as framebuffer 0. Where Qt has no
-// context for the window, one without a window takes its place, so that there are pictures nevertheless.
+// context for the window, or none that draws to it, one without a window takes its place, so that there are pictures
+// nevertheless.
 class ViewContext : public QGLContext
 {
 public:
@@ -45,6 +46,9 @@ public:
 
     // Draws to the window again. It becomes current.
     void endPbuffer();
+
+protected:
+    bool chooseContext(const QGLContext* shared) override;
 
 private:
     unsigned int m_NumMadeCurrent = 0;

@@ -56,6 +56,20 @@ TEST_F(WithoutContextGLTest, SaysWhyOnceForEachView)
     EXPECT_EQ(newText(), "error: " + MESSAGE + "\nerror: " + MESSAGE + "\n");
 }
 
+TEST_F(WithoutContextGLTest, SaysWhyInPlaceOfTheView)
+{
+    sendGLEventObject("view", new TestEventObject);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(debugOutput.getWindow()));
+    const QWidget* const view = debugOutput.getWindow()->findChild<QGLWidget*>();
+    const QImage picture =
+        debugOutput.getWindow()->grab(QRect(view->mapTo(view->window(), QPoint()), view->size())).toImage();
+    int numWhite = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            numWhite += picture.pixelColor(x, y) == QColor(Qt::white);
+    EXPECT_GT(numWhite, 20) << "there is a text";
+}
+
 TEST_F(WithoutContextGLTest, LivesOn)
 {
     TestEventObject::s_NumDrawn = 0;

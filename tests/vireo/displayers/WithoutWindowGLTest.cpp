@@ -7,6 +7,7 @@
 #include "tavo/base/objects/PException.h"
 #include "tavo/platform/wgl.h"
 #include "tests/support/QtMessages.h"
+#include "tests/support/userEvents.h"
 #include "tests/vireo/displayers/TestEventObject.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 
@@ -71,6 +72,38 @@ TEST_F(WithoutWindowGLTest, HasPicturesOfAContextOfItsOwn)
         EXPECT_EQ(picture.pixelColor(picture.width() - 1, picture.height() - 1), QColor(Qt::red));
     }
     EXPECT_EQ(debugOutput.getText().substr(m_Before), "") << "nothing is missing";
+}
+
+// What people would see.
+QColor shownBy(const QGLWidget& view)
+{
+    return view.window()->grab().toImage().pixelColor(view.mapTo(view.window(), view.rect().center()));
+}
+
+TEST_F(WithoutWindowGLTest, ShowsThePictureInTheWindow)
+{
+    auto* const object = makeRed();
+    DebugSection& section = send("view", object);
+    auto* const view = section.findChild<QGLWidget*>();
+    EXPECT_EQ(shownBy(*view), QColor(Qt::red));
+    object->whenDrawn = [] {
+        glClearColor(0, 0, 1, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+    };
+    clickKey(view, Qt::Key_Left);
+    EXPECT_EQ(shownBy(*view), QColor(Qt::blue));
+    view->updateGL();
+    EXPECT_EQ(wglGetCurrentContext(), nullptr);
+    EXPECT_EQ(debugOutput.getText().substr(m_Before), "");
+}
+
+TEST_F(WithoutWindowGLTest, IsBlackWhereTheObjectFails)
+{
+    auto* const object = new TestEventObject;
+    object->whenDrawn = [] { throw PException("failed"); };
+    const DebugSection& section = send("view", object);
+    EXPECT_EQ(shownBy(*section.findChild<QGLWidget*>()), QColor(Qt::black));
+    EXPECT_THAT(debugOutput.getText().substr(m_Before), testing::HasSubstr("failed"));
 }
 
 TEST_F(WithoutWindowGLTest, LeavesNothingCurrent)
