@@ -10,23 +10,27 @@ namespace vireo_view {
 
 namespace {
 
-const QString DESCRIPTION =
-    QStringLiteral("Shows volumes, point clouds and curves.\n"
-                   "\n"
-                   "NIfTI files (.nii, .nii.gz, .hdr and .img) become volumes, PLY, OFF and XYZ files point clouds, "
-                   "texts with columns\n"
-                   "of numbers (CSV or separated by blanks) curves: one column a series, two a graph, three a curve in "
-                   "space, more the\n"
-                   "graphs of the others over the first. Without a file, an MRI head, a scanned building and curves "
-                   "computed from both\n"
-                   "are shown.\n"
-                   "\n"
-                   "In a view, the left button turns, the right button and the wheel move nearer and farther, the "
-                   "middle button shifts,\n"
-                   "and Home goes back. \"Configure\" opens what can be set, of a volume its colours and "
-                   "opacity.\n"
-                   "\n"
-                   "The exit status is 0, or 1 if something could not be shown, or 2 if the command line is wrong.");
+const QString DESCRIPTION = QStringLiteral(
+    "Shows volumes, point clouds and curves.\n"
+    "\n"
+    "NIfTI files (.nii, .nii.gz, .hdr and .img) become volumes, PLY, OFF, XYZ and PTS files point "
+    "clouds, and texts\n"
+    "with columns of numbers (.csv, .txt, .dat, .tsv and others) plots. Without a file, an MRI head, a "
+    "scanned building\n"
+    "and curves computed from both are shown.\n"
+    "\n"
+    "In a plot, x is the first column with dates and times, or else the first column if it only grows or "
+    "only falls; the\n"
+    "other columns with numbers are curves over it. Columns may be named in a first line, and be "
+    "separated by semicolons,\n"
+    "tabs, commas or blanks; numbers may have decimal commas, where these do not separate.\n"
+    "\n"
+    "In a scene, the left button turns, the right button and the wheel move nearer and farther, the "
+    "middle button shifts,\n"
+    "and Home goes back. \"Configure\" opens what can be set, of a volume its colours and "
+    "opacity.\n"
+    "\n"
+    "The exit status is 0, or 1 if something could not be shown, or 2 if the command line is wrong.");
 
 const QString DATA_DIRECTORY_VARIABLE = QStringLiteral("VIREO_VIEW_DATA");
 
@@ -34,9 +38,6 @@ template <typename Value>
 using Choice = std::vector<std::pair<QString, Value>>;
 
 const Choice<Axis> AXES = {{"x", Axis::X}, {"y", Axis::Y}, {"z", Axis::Z}};
-
-const Choice<ColumnsAs> COLUMNS_AS = {{"auto", ColumnsAs::AUTOMATIC}, {"series", ColumnsAs::SERIES},
-    {"2d", ColumnsAs::PLANE}, {"3d", ColumnsAs::SPACE}, {"cloud", ColumnsAs::CLOUD}};
 
 template <typename Value>
 std::optional<Value> chosen(const Choice<Value>& choice, const QString& name)
@@ -62,7 +63,8 @@ public:
     {
         m_Parser.setApplicationDescription(DESCRIPTION);
         m_Parser.addPositionalArgument("FILE", "What to show.", "[FILE...]");
-        m_Parser.addOptions({m_Columns, m_Up, m_Curves, m_Data, m_Pictures, m_Help, m_Version});
+        m_Parser.addOptions(
+            {m_X, m_Columns, m_Follow, m_Plot, m_Space, m_Path, m_Up, m_Curves, m_Data, m_Pictures, m_Help, m_Version});
     }
 
     std::variant<Options, Answer> parse(const QStringList& arguments)
@@ -96,26 +98,57 @@ private:
 
     std::variant<Options, Answer> makeOptions() const
     {
-        const std::optional<ColumnsAs> columnsAs = chosen(COLUMNS_AS, m_Parser.value(m_Columns));
-        if (!columnsAs)
-            return misuse("--columns is auto, series, 2d, 3d or cloud, not '" + m_Parser.value(m_Columns) + "'");
         const std::optional<Axis> up = chosen(AXES, m_Parser.value(m_Up));
         if (!up)
             return misuse("--up is x, y or z, not '" + m_Parser.value(m_Up) + "'");
         if (m_Parser.isSet(m_Pictures) && m_Parser.value(m_Pictures).isEmpty())
             return misuse("--pictures needs the name of a directory");
+        if (m_Parser.isSet(m_Plot) + m_Parser.isSet(m_Space) + m_Parser.isSet(m_Path) > 1)
+            return misuse("--plot, --space and --path cannot go together");
+        if (m_Parser.isSet(m_Follow) && m_Parser.isSet(m_Pictures))
+            return misuse("--follow and --pictures cannot go together");
+        if (m_Parser.isSet(m_Follow) && m_Parser.positionalArguments().isEmpty())
+            return misuse("--follow needs a file");
 
         Options options;
         options.files = m_Parser.positionalArguments();
         options.dataDirectory = m_Parser.isSet(m_Data) ? m_Parser.value(m_Data) : defaultDataDirectory();
         options.picturesDirectory = m_Parser.value(m_Pictures);
-        options.load = {*columnsAs, *up, m_Parser.isSet(m_Curves)};
+        options.isFollowing = m_Parser.isSet(m_Follow);
+        options.load = {columnsAs(), columns(), *up, m_Parser.isSet(m_Curves)};
         return options;
     }
 
+    ColumnsAs columnsAs() const
+    {
+        if (m_Parser.isSet(m_Path))
+            return ColumnsAs::PATH;
+        if (m_Parser.isSet(m_Space))
+            return ColumnsAs::POINTS;
+        return m_Parser.isSet(m_Plot) ? ColumnsAs::PLOT : ColumnsAs::AUTOMATIC;
+    }
+
+    ColumnChoice columns() const
+    {
+        ColumnChoice choice;
+        choice.x = m_Parser.value(m_X).toStdString();
+        for (const QString& names : m_Parser.values(m_Columns))
+            for (const QString& name : names.split(',', Qt::SkipEmptyParts))
+                choice.columns.push_back(name.trimmed().toStdString());
+        return choice;
+    }
+
     QCommandLineParser m_Parser;
-    QCommandLineOption m_Columns{
-        "columns", "How columns of numbers are shown: auto, series, 2d, 3d or cloud.", "kind", "auto"};
+    QCommandLineOption m_X{
+        "x", "The column along x of a plot: its name or its number from 1; 0 is the number of the row.", "column"};
+    QCommandLineOption m_Columns{"columns",
+        "The columns that are shown, as \"p,T\" or \"2,4\": the curves of a plot, or x, y and z in space.", "columns"};
+    QCommandLineOption m_Follow{"follow", "Show what is added to the files of plots while they are shown, of each "
+                                          "curve the newest 1,000,000 values. A file "
+                                          "that is replaced is shown anew, and one that is not there is waited for."};
+    QCommandLineOption m_Plot{"plot", "Show columns of numbers as a plot, those of .xyz, .pwn and .pts files, too."};
+    QCommandLineOption m_Space{"space", "Show columns of numbers as points in space: x, y and z."};
+    QCommandLineOption m_Path{"path", "Show columns of numbers as a curve in space, through these points."};
     QCommandLineOption m_Up{"up",
         "The axis of clouds that is turned upwards: x, y or z. The longer side of the rest faces the viewer.", "axis",
         "y"};

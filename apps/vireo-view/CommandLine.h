@@ -16,6 +16,7 @@ struct Options
     QStringList files;
     QString dataDirectory;     // where the example data are looked for
     QString picturesDirectory; // empty: a window is shown instead
+    bool isFollowing = false;  // files that grow
     LoadOptions load;
 };
 

@@ -16,39 +16,12 @@
 #include "apps/vireo-view/NiftiReader.h"
 #include "apps/vireo-view/PointFileReader.h"
 #include "apps/vireo-view/Span.h"
-#include "tavo/base/debug/displayException.h"
+#include "apps/vireo-view/lowerCaseExtension.h"
 #include "tavo/base/text/printable.h"
 
 namespace vireo_view {
 
 namespace {
-
-struct NamedColour
-{
-    std::string_view name;
-    tavo::RGBA8 colour;
-};
-
-// The colours of a picture's curves, in this order and then again.
-const std::array<NamedColour, 8> PALETTE = {{{"yellow", {255, 220, 60, 255}}, {"cyan", {60, 210, 255, 255}},
-    {"magenta", {255, 90, 220, 255}}, {"green", {90, 230, 90, 255}}, {"orange", {255, 150, 40, 255}},
-    {"blue", {110, 140, 255, 255}}, {"red", {255, 80, 70, 255}}, {"white", {255, 255, 255, 255}}}};
-
-const NamedColour& paletteColour(std::size_t i)
-{
-    return PALETTE[i % PALETTE.size()];
-}
-
-template <unsigned int N>
-using Curve = std::vector<tavo::StaticVector<double, N>>;
-
-// A curve that may have gaps, and what it shows.
-template <unsigned int N>
-struct LabelledCurve
-{
-    std::string label;
-    Curve<N> points;
-};
 
 std::string axisName(Axis axis)
 {
@@ -77,36 +50,21 @@ std::size_t numCharacters(std::string_view text)
         text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0u) != 0x80; }));
 }
 
-template <unsigned int N>
-Span spanOf(const std::vector<LabelledCurve<N>>& curves, unsigned int axis)
+Span spanOf(const Points3& points, unsigned int axis)
 {
     Span span;
-    for (const LabelledCurve<N>& curve : curves)
-        for (const auto& point : curve.points)
-            if (isFinite(point))
-                span.include(point[axis]);
+    for (const tavo::Vector3d& point : points)
+        if (isFinite(point))
+            span.include(point[axis]);
     return span;
 }
 
-// The labels, each with its curve's colour if there are several.
-template <unsigned int N>
-std::string legend(const std::vector<LabelledCurve<N>>& curves)
-{
-    if (curves.size() == 1)
-        return curves.front().label;
-    std::string text;
-    for (std::size_t i = 0; i < curves.size() && i < PALETTE.size(); ++i)
-        text += (i > 0 ? ", " : "") + curves[i].label + " (" + std::string(paletteColour(i).name) + ")";
-    return curves.size() > PALETTE.size() ? text + ", ..." : text;
-}
-
 // A gap in the data is a gap in the picture.
-template <unsigned int N>
-std::vector<Curve<N>> splitAtGaps(const Curve<N>& curve)
+std::vector<Points3> splitAtGaps(const Points3& points)
 {
-    std::vector<Curve<N>> pieces;
+    std::vector<Points3> pieces;
     bool inGap = true;
-    for (const auto& point : curve) {
+    for (const tavo::Vector3d& point : points) {
         if (isFinite(point)) {
             if (inGap)
                 pieces.emplace_back();
@@ -118,32 +76,37 @@ std::vector<Curve<N>> splitAtGaps(const Curve<N>& curve)
 }
 
 // A line through one point would not be seen.
-template <unsigned int N>
-void stretchLonePoint(std::vector<tavo::StaticVector<float, N>>& curve)
+void stretchLonePoint(FittedPoints3& piece)
 {
     constexpr float DASH = 0.01f;
-    if (curve.size() == 1) {
-        curve.push_back(curve.front());
-        curve.front()[0] -= DASH / 2;
-        curve.back()[0] += DASH / 2;
+    if (piece.size() == 1) {
+        piece.push_back(piece.front());
+        piece.front()[0] -= DASH / 2;
+        piece.back()[0] += DASH / 2;
     }
 }
 
-template <unsigned int N>
-CurvesExhibit<N> makeCurves(std::string name, const std::vector<LabelledCurve<N>>& curves)
+// Curves that have their points at the same x.
+struct LabelledCurve
 {
-    CurvesExhibit<N> exhibit;
-    exhibit.name = std::move(name);
-    std::vector<Curve<N>> allPieces;
-    for (std::size_t i = 0; i < curves.size(); ++i) {
-        std::vector<Curve<N>> pieces = splitAtGaps<N>(curves[i].points);
-        exhibit.colours.insert(exhibit.colours.end(), pieces.size(), paletteColour(i).colour);
-        std::move(pieces.begin(), pieces.end(), std::back_inserter(allPieces));
+    std::string label;
+    Points2 points;
+};
+
+PlotExhibit plotOf(const std::string& name, const std::vector<LabelledCurve>& curves, const std::string& over)
+{
+    PlotExhibit plot;
+    plot.name = name;
+    plot.x.label = over;
+    plot.y.label = curves.size() == 1 ? curves.front().label : "";
+    for (const tavo::Vector2d& point : curves.front().points)
+        plot.xs.push_back(point[0]);
+    for (const LabelledCurve& curve : curves) {
+        plot.curves.push_back({curve.label, {}});
+        for (const tavo::Vector2d& point : curve.points)
+            plot.curves.back().y.push_back(point[1]);
     }
-    exhibit.curves = fitCurves(allPieces);
-    for (auto& curve : exhibit.curves)
-        stretchLonePoint<N>(curve);
-    return exhibit;
+    return plot;
 }
 
 // How clouds are turned: with the axis that points up along the view's y, and the longer of the others along its x. The
@@ -190,6 +153,18 @@ std::unique_ptr<tavo::PointSet> makePointSet(const Points3& cloud, const Turn& t
     return points;
 }
 
+bool isTextOfPoints(FileFormat format)
+{
+    return format == FileFormat::XYZ || format == FileFormat::PTS;
+}
+
+// Any text has columns, if they are asked for.
+FileFormat formatOf(const std::filesystem::path& file, ColumnsAs columnsAs)
+{
+    const FileFormat format = detectFormat(file);
+    return columnsAs == ColumnsAs::PLOT && isTextOfPoints(format) ? FileFormat::COLUMNS : format;
+}
+
 class FileLoader
 {
 public:
@@ -201,7 +176,7 @@ public:
 
     std::vector<Exhibit> load(const Progress& progress)
     {
-        const FileFormat format = detectFormat(m_File);
+        const FileFormat format = formatOf(m_File, m_Options.columnsAs);
         if (format == FileFormat::COLUMNS)
             addColumns(readColumns(m_File, progress));
         else if (format == FileFormat::NIFTI)
@@ -234,9 +209,10 @@ private:
     void addCurvesOf(const Points3& cloud)
     {
         const std::string up = axisName(m_Options.up);
-        addGraphs({{"points per " + up, heightHistogram(cloud, m_Options.up)}}, up);
+        addCurves("points per " + up, {{"points per " + up, heightHistogram(cloud, m_Options.up)}}, up);
         const Silhouette shape = silhouette(cloud, m_Options.up);
-        addGraphs({{"highest", shape.highest}, {"lowest " + up, shape.lowest}}, axisName(shape.along));
+        addCurves(
+            "highest and lowest " + up, {{"highest", shape.highest}, {"lowest", shape.lowest}}, axisName(shape.along));
     }
 
     void addVolume(tavo::RegularVolume volume)
@@ -248,7 +224,7 @@ private:
         m_Exhibits.emplace_back(
             VolumeExhibit{std::move(name), std::make_unique<tavo::RegularVolume>(std::move(volume))});
         if (!curve.empty())
-            addGraphs({{"log10 of voxels per density", curve}}, "density");
+            addCurves("voxels per density", {{"log10 of voxels", curve}}, "density");
     }
 
     // Empty if no density is finite.
@@ -260,103 +236,66 @@ private:
         return outlineOf(histogram.getBins(), histogram.getLogCounts());
     }
 
-    void addColumns(const Columns& columns)
+    void addCurves(const std::string& what, const std::vector<LabelledCurve>& curves, const std::string& over)
     {
-        warnOfLongNames(columns);
-        switch (effectiveColumnsAs(columns)) {
-        case ColumnsAs::SERIES: return addSeries(columns);
-        case ColumnsAs::PLANE: requireColumns(columns, 2, "graph"); return addPlane(columns);
-        case ColumnsAs::SPACE: requireColumns(columns, 3, "curve in space"); return addCurve(firstThree(columns));
-        default: requireColumns(columns, 3, "cloud"); return addCloud(firstThree(columns));
+        m_Exhibits.emplace_back(plotOf(m_Name + " - " + what, curves, over));
+    }
+
+    void addColumns(Table table)
+    {
+        switch (m_Options.columnsAs) {
+        case ColumnsAs::POINTS: return addCloud(pointsOf(table, "cloud"));
+        case ColumnsAs::PATH: return addPath(pointsOf(table, "curve in space"));
+        default: return addPlot(std::move(table));
         }
     }
 
-    ColumnsAs effectiveColumnsAs(const Columns& columns) const
+    void addPlot(Table table)
     {
-        if (m_Options.columnsAs != ColumnsAs::AUTOMATIC)
-            return m_Options.columnsAs;
-        if (columns.getNumColumns() == 1)
-            return ColumnsAs::SERIES;
-        return columns.getNumColumns() == 3 ? ColumnsAs::SPACE : ColumnsAs::PLANE;
+        const TablePlot plot = planPlot(m_File, table, m_Options.columns);
+        std::vector<std::string> remarks = remarksOn(m_File, table, plot);
+        PlotExhibit exhibit = makePlot(std::move(table), plot, m_Name);
+        exhibit.remarks = std::move(remarks);
+        m_Exhibits.emplace_back(std::move(exhibit));
     }
 
-    void requireColumns(const Columns& columns, std::size_t number, const std::string& what) const
+    // Of the columns that are asked for, or else of the first with numbers.
+    std::vector<std::size_t> coordinates(const Table& table, const std::string& what) const
     {
-        if (columns.getNumColumns() < number)
-            throw InputError(m_File, "has " + std::to_string(columns.getNumColumns()) +
-                                         " column(s) of numbers, and a " + what + " needs " + std::to_string(number));
+        constexpr std::size_t NUMBER = 3;
+        std::vector<std::size_t> found;
+        for (const std::string& name : m_Options.columns.columns)
+            found.push_back(findColumn(m_File, table, name));
+        for (std::size_t i = 0; i < table.columns.size() && m_Options.columns.columns.empty(); ++i)
+            if (table.columns[i].hasNumbers() && found.size() < NUMBER)
+                found.push_back(i);
+        if (found.size() < NUMBER)
+            throw InputError(m_File, "has " + std::to_string(found.size()) + " column(s) of numbers, and a " + what +
+                                         " needs " + std::to_string(NUMBER));
+        return found;
     }
 
-    static std::string columnName(const Columns& columns, std::size_t i)
+    Points3 pointsOf(const Table& table, const std::string& what) const
     {
-        return columns.names.empty() || columns.names[i].empty() ? "column " + std::to_string(i + 1)
-                                                                 : tavo::printable(columns.names[i], LONGEST_NAME);
-    }
-
-    void warnOfLongNames(const Columns& columns) const
-    {
-        for (std::size_t i = 0; i < columns.names.size(); ++i)
-            if (numCharacters(columns.names[i]) > LONGEST_NAME)
-                return tavo::warning(printableName(m_File) + ": the name of column " + std::to_string(i + 1) + " has " +
-                                     std::to_string(numCharacters(columns.names[i])) +
-                                     " characters; names are cut after " + std::to_string(LONGEST_NAME));
-    }
-
-    void addSeries(const Columns& columns)
-    {
-        std::vector<LabelledCurve<2>> curves;
-        for (std::size_t i = 0; i < columns.getNumColumns(); ++i) {
-            LabelledCurve<2> curve{columnName(columns, i), {}};
-            for (std::size_t row = 0; row < columns.getNumRows(); ++row)
-                curve.points.emplace_back(static_cast<double>(row + 1), columns.values[i][row]);
-            curves.push_back(std::move(curve));
-        }
-        addGraphs(curves, "row");
-    }
-
-    void addPlane(const Columns& columns)
-    {
-        std::vector<LabelledCurve<2>> curves;
-        for (std::size_t i = 1; i < columns.getNumColumns(); ++i) {
-            LabelledCurve<2> curve{columnName(columns, i), {}};
-            for (std::size_t row = 0; row < columns.getNumRows(); ++row)
-                curve.points.emplace_back(columns.values[0][row], columns.values[i][row]);
-            curves.push_back(std::move(curve));
-        }
-        addGraphs(curves, columnName(columns, 0));
-    }
-
-    static Points3 firstThree(const Columns& columns)
-    {
+        const std::vector<std::size_t> xyz = coordinates(table, what);
         Points3 points;
-        for (std::size_t row = 0; row < columns.getNumRows(); ++row)
-            points.emplace_back(columns.values[0][row], columns.values[1][row], columns.values[2][row]);
+        points.reserve(table.numRows);
+        for (std::size_t row = 0; row < table.numRows; ++row)
+            points.emplace_back(table.columns[xyz[0]].values[row], table.columns[xyz[1]].values[row],
+                table.columns[xyz[2]].values[row]);
         return points;
     }
 
-    void addGraphs(const std::vector<LabelledCurve<2>>& curves, const std::string& over)
+    void addPath(const Points3& points)
     {
-        const Span x = spanOf(curves, 0);
-        checkNotEmpty(x);
-        m_Exhibits.emplace_back(makeCurves<2>(
-            m_Name + " - " + legend(curves) + " " + rangeText(spanOf(curves, 1)) + " over " + over + " " + rangeText(x),
-            curves));
-    }
-
-    void addCurve(const Points3& points)
-    {
-        const std::vector<LabelledCurve<3>> curves = {{"", points}};
-        checkNotEmpty(spanOf(curves, 0));
-        std::string name = m_Name + " - curve,";
-        for (unsigned int axis = 0; axis < 3; ++axis)
-            name += " " + axisName(Axis(axis)) + " " + rangeText(spanOf(curves, axis));
-        m_Exhibits.emplace_back(makeCurves<3>(name, curves));
-    }
-
-    void checkNotEmpty(const Span& span) const
-    {
-        if (span.isEmpty())
+        if (spanOf(points, 0).isEmpty())
             throw InputError(m_File, "has no line with all the numbers of a point");
+        PathExhibit path{m_Name + " - curve,", fitCurves(splitAtGaps(points))};
+        for (unsigned int axis = 0; axis < 3; ++axis)
+            path.name += " " + axisName(Axis(axis)) + " " + rangeText(spanOf(points, axis));
+        for (FittedPoints3& piece : path.pieces)
+            stretchLonePoint(piece);
+        m_Exhibits.emplace_back(std::move(path));
     }
 
     const std::filesystem::path& m_File;
@@ -370,6 +309,40 @@ private:
 const std::string& nameOf(const Exhibit& exhibit)
 {
     return std::visit([](const auto& shown) -> const std::string& { return shown.name; }, exhibit);
+}
+
+bool isPlotted(const std::filesystem::path& file, const LoadOptions& options)
+{
+    if (options.columnsAs == ColumnsAs::POINTS || options.columnsAs == ColumnsAs::PATH)
+        return false;
+    std::error_code error;
+    if (std::filesystem::exists(file, error) && std::filesystem::file_size(file, error) > 0)
+        return formatOf(file, options.columnsAs) == FileFormat::COLUMNS;
+    const std::string extension = lowerCaseExtension(file);
+    for (const char* const other : {".nii", ".hdr", ".img", ".ply", ".off"})
+        if (extension == other)
+            return false;
+    const bool isOfPoints = extension == ".xyz" || extension == ".pwn" || extension == ".pts";
+    return options.columnsAs == ColumnsAs::PLOT || !isOfPoints;
+}
+
+std::vector<std::string> remarksOn(const std::filesystem::path& file, const Table& table, const TablePlot& plot)
+{
+    std::vector<std::string> lines;
+    const auto tooLong = std::find_if(table.columns.begin(), table.columns.end(),
+        [](const Column& column) { return numCharacters(column.name) > LONGEST_NAME; });
+    if (tooLong != table.columns.end())
+        lines.push_back("the name of column " + std::to_string(tooLong - table.columns.begin() + 1) + " has " +
+                        std::to_string(numCharacters(tooLong->name)) + " characters; names are cut after " +
+                        std::to_string(LONGEST_NAME));
+    for (const std::string& remark : table.remarks())
+        lines.push_back(remark);
+    for (const std::size_t i : plot.leftOut)
+        lines.push_back(
+            describe(table, i) + " has times and is left out (--x " + std::to_string(i + 1) + " has it along x)");
+    for (std::string& line : lines)
+        line = printableName(file) + ": " + line;
+    return lines;
 }
 
 std::vector<Exhibit> loadExhibits(

@@ -8,19 +8,19 @@
 #include "apps/vireo-view/ExampleData.h"
 #include "apps/vireo-view/InputBuffer.h"
 #include "apps/vireo-view/SceneFitting.h"
+#include "apps/vireo-view/TablePlot.h"
 #include "tavo/points/PointSet.h"
 #include "tavo/points/RegularVolume.h"
 
 namespace vireo_view {
 
-// How a table of numbers is shown.
+// How columns of numbers are shown.
 enum class ColumnsAs
 {
-    AUTOMATIC, // one column as a series, three as a curve in space, any other number as graphs of the plane
-    SERIES,    // every column as a graph over its index
-    PLANE,     // the first column is x, and every other one the y of a graph
-    SPACE,     // the first three are a curve's x, y and z
-    CLOUD,     // the first three are the x, y and z of points
+    AUTOMATIC, // in a plot, or as points if the file's name says so
+    PLOT,
+    POINTS, // three columns are the x, y and z of points in space
+    PATH,   // three columns are the x, y and z of a curve in space
 };
 
 // What is shown under a name, fitted to the view.
@@ -37,25 +37,31 @@ struct VolumeExhibit
     std::unique_ptr<tavo::RegularVolume> volume; // never null
 };
 
-// Curves with the colour of each, in the plane or in space.
-template <unsigned int N>
-struct CurvesExhibit
+// A curve in space, in pieces where it has gaps.
+struct PathExhibit
 {
     std::string name;
-    std::vector<std::vector<tavo::StaticVector<float, N>>> curves;
-    std::vector<tavo::RGBA8> colours;
+    std::vector<FittedPoints3> pieces;
 };
 
-using Exhibit = std::variant<CloudExhibit, VolumeExhibit, CurvesExhibit<2>, CurvesExhibit<3>>;
+using Exhibit = std::variant<CloudExhibit, VolumeExhibit, PathExhibit, PlotExhibit>;
 
 const std::string& nameOf(const Exhibit& exhibit);
 
 struct LoadOptions
 {
     ColumnsAs columnsAs = ColumnsAs::AUTOMATIC;
+    ColumnChoice columns;
     Axis up = Axis::Y;       // of clouds, which are turned: this axis upwards, the longer of the others to the right
     bool withCurves = false; // show curves computed from clouds and volumes, too
 };
+
+// Whether the file is, or will be, a text with columns of numbers that are shown in a plot. One that is not there or
+// has nothing in it is, unless its name says something else.
+bool isPlotted(const std::filesystem::path& file, const LoadOptions& options);
+
+// What a person should know of a table and its plot, one line each, with the file's name.
+std::vector<std::string> remarksOn(const std::filesystem::path& file, const Table& table, const TablePlot& plot);
 
 // Reads a file and makes of it what is shown. The name is that of the file in the exhibits' names. Throws InputError.
 std::vector<Exhibit> loadExhibits(

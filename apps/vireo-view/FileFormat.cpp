@@ -65,6 +65,8 @@ FileFormat detectFormat(const std::filesystem::path& file)
         throw InputError(file, "is not an OFF file: it does not begin with 'OFF'");
     if (beginning.find('\0') != std::string::npos)
         throw InputError(file, "is of no known format: neither PLY nor OFF nor NIfTI nor text");
+    if (extension == ".pts")
+        return FileFormat::PTS;
     return extension == ".xyz" || extension == ".pwn" ? FileFormat::XYZ : FileFormat::COLUMNS;
 }
 

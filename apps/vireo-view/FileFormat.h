@@ -9,13 +9,14 @@ enum class FileFormat
     PLY,
     OFF,
     XYZ,
+    PTS,
     NIFTI,
     COLUMNS, // text with columns of numbers
 };
 
 // Tells the format of a file: NIFTI by the extension (.nii, .hdr or .img, each also with .gz), PLY and OFF by how it
-// begins, XYZ by the extension (.xyz or .pwn), and columns if it can be text. Throws InputError if it cannot, if the
-// extension says PLY or OFF and the file does not, and as InputBuffer does.
+// begins, XYZ by the extension (.xyz or .pwn), PTS too (.pts), and columns if it can be text. Throws InputError if it
+// cannot, if the extension says PLY or OFF and the file does not, and as InputBuffer does.
 FileFormat detectFormat(const std::filesystem::path& file);
 
 } // namespace vireo_view

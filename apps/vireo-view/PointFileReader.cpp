@@ -5,16 +5,19 @@
 #include <CGAL/IO/read_xyz_points.h>
 #include <CGAL/Simple_cartesian.h>
 #include <CGAL/property_map.h>
+#include <charconv>
 #include <clocale>
 #include <cstdint>
 #include <iostream>
 #include <istream>
 #include <iterator>
 #include <new>
+#include <optional>
 #include <string>
 
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/PlyHeader.h"
+#include "apps/vireo-view/tableCells.h"
 
 namespace vireo_view {
 
@@ -162,6 +165,46 @@ Points3 readXyz(InputBuffer& input)
     return points;
 }
 
+// The coordinates that begin a line; nothing if it does not begin with three numbers.
+std::optional<tavo::Vector3d> pointOf(const Cells& cells)
+{
+    if (cells.size() < 3)
+        return std::nullopt;
+    double xyz[3];
+    for (std::size_t i = 0; i < 3; ++i) {
+        const auto [end, error] = std::from_chars(cells[i].data(), cells[i].data() + cells[i].size(), xyz[i]);
+        if (error != std::errc() || end != cells[i].data() + cells[i].size())
+            return std::nullopt;
+    }
+    return tavo::Vector3d(xyz[0], xyz[1], xyz[2]);
+}
+
+// A line for each point, which may have more numbers behind its coordinates; the number of points may come first.
+Points3 readPts(InputBuffer& input)
+{
+    Points3 points;
+    std::istream stream(&input);
+    Cells cells;
+    for (std::string line; std::getline(stream, line);) {
+        const std::string_view text = trimmed(withoutComment(line));
+        if (text.empty())
+            continue;
+        const char separator = separatorOf(text);
+        splitCells(text, separator == '\t' ? BLANKS_SEPARATE : separator, cells);
+        if (points.empty() && cells.size() == 1)
+            continue;
+        const std::optional<tavo::Vector3d> point = pointOf(cells);
+        if (!point)
+            failAtLine(input, "not a point: it does not begin with three numbers");
+        points.push_back(*point);
+    }
+    if (stream.bad())
+        throw std::bad_alloc(); // which the stream has swallowed
+    if (points.empty())
+        throw InputError(input.getFile(), "has no points");
+    return points;
+}
+
 std::uint64_t checkedNumPoints(const CGAL::File_scanner_OFF& scanner, const InputBuffer& input)
 {
     constexpr std::uint64_t SHORTEST_POINT = 6; // three digits, each with a blank
@@ -200,6 +243,7 @@ Points3 readPoints(InputBuffer& input, FileFormat format)
     switch (format) {
     case FileFormat::PLY: return readPly(input);
     case FileFormat::OFF: return readOff(input);
+    case FileFormat::PTS: return readPts(input);
     default: return readXyz(input);
     }
 }
@@ -208,8 +252,8 @@ Points3 readPoints(InputBuffer& input, FileFormat format)
 
 Points3 readPointFile(const std::filesystem::path& file, FileFormat format, const Progress& progress)
 {
-    const auto lineEnds =
-        format == FileFormat::XYZ ? InputBuffer::LineEnds::UNIVERSAL : InputBuffer::LineEnds::AS_THEY_ARE;
+    const bool isText = format == FileFormat::XYZ || format == FileFormat::PTS;
+    const auto lineEnds = isText ? InputBuffer::LineEnds::UNIVERSAL : InputBuffer::LineEnds::AS_THEY_ARE;
     InputBuffer input(file, lineEnds, progress);
     const MutedErrorStream muted;
     const DecimalPoint decimalPoint;

@@ -8,8 +8,8 @@
 
 namespace vireo_view {
 
-// Reads the positions of a PLY, OFF or XYZ file, at least one; what else the file says of its points, and what comes
-// behind them, is left out. Throws InputError if the file does not hold what it should.
+// Reads the positions of a PLY, OFF, XYZ or PTS file, at least one; what else the file says of its points, and what
+// comes behind them, is left out. Throws InputError if the file does not hold what it should.
 Points3 readPointFile(const std::filesystem::path& file, FileFormat format, const Progress& progress);
 
 } // namespace vireo_view

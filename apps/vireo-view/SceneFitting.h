@@ -12,7 +12,6 @@ namespace vireo_view {
 //
 // All coordinates must be finite. Curves that are given together are fitted together.
 
-using FittedPoints2 = std::vector<tavo::Vector2f>;
 using FittedPoints3 = std::vector<tavo::Vector3f>;
 
 // In space proportions are kept: the centre of the points' box comes to the origin, and its largest extent becomes
@@ -21,11 +20,5 @@ constexpr double FITTED_EXTENT = 1.0;
 
 FittedPoints3 fitPoints(const Points3& points);
 std::vector<FittedPoints3> fitCurves(const std::vector<Points3>& curves);
-
-// In the plane the curves fill a box of this size around the origin.
-constexpr double FITTED_WIDTH = 1.6;
-constexpr double FITTED_HEIGHT = 1.0;
-
-std::vector<FittedPoints2> fitCurves(const std::vector<Points2>& curves);
 
 } // namespace vireo_view

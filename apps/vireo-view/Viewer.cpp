@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QImage>
 #include <QScreen>
+#include <QTimer>
 #include <algorithm>
 #include <iostream>
 #include <iterator>
@@ -15,6 +16,7 @@
 #include "apps/vireo-view/LoadingProgress.h"
 #include "apps/vireo-view/VolumeDisplayer.h"
 #include "apps/vireo-view/pictureName.h"
+#include "apps/vireo-view/showPlot.h"
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/DebugSection.h"
 #include "tavo/base/debug/DebugWindow.h"
@@ -23,6 +25,7 @@
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
 #include "vireo/displayers/GLPointCloudDisplayer.h"
+#include "vireo/show/show.h"
 
 namespace vireo_view {
 
@@ -47,11 +50,13 @@ struct Sender
         tavo::sendGLEventObject(volume.name, new VolumeDisplayer(std::move(volume.volume)));
     }
 
-    template <unsigned int N>
-    void operator()(const CurvesExhibit<N>& exhibit) const
+    void operator()(const PathExhibit& path) const
     {
-        tavo::debugOutputGraphs(exhibit.name, exhibit.curves, exhibit.colours);
+        const tavo::RGBA8 yellow(255, 220, 60, 255);
+        tavo::debugOutputGraphs(path.name, path.pieces, std::vector<tavo::RGBA8>(path.pieces.size(), yellow));
     }
+
+    void operator()(PlotExhibit& plot) const { showPlot(std::move(plot)); }
 };
 
 void setViewSize(tavo::DebugSection& section, unsigned int sizeIndex)
@@ -77,25 +82,6 @@ void waitForWindowSize(QWidget& window)
     }
 }
 
-void show(Exhibit& exhibit, unsigned int sizeIndex)
-{
-    std::visit(Sender(), exhibit);
-    tavo::DebugWindow* const window = tavo::debugOutput.getWindow();
-    if (!window || window->getSections().empty())
-        return;
-    if (window->getSections().size() == 1) {
-        window->setWindowTitle("vireo-view");
-        window->resize(windowSize());
-    }
-    setViewSize(*window->getSections().back(), sizeIndex);
-}
-
-bool wasWindowClosed()
-{
-    const tavo::DebugWindow* const window = tavo::debugOutput.getWindow();
-    return window && !window->isVisible();
-}
-
 bool isVolumeOrCloud(const Exhibit& exhibit)
 {
     return std::holds_alternative<CloudExhibit>(exhibit) || std::holds_alternative<VolumeExhibit>(exhibit);
@@ -114,12 +100,12 @@ fs::path pathOf(const QString& name)
     return name.toStdU16String();
 }
 
-// The first error that was reported since the log had that size; empty if there was none.
-std::string firstErrorSince(std::size_t size)
+// What follows that mark in the first line that has been reported with it since the log had that size; empty if there
+// is none.
+std::string firstLineSince(std::size_t size, const std::string& mark)
 {
     const std::string text = tavo::debugOutput.getText();
     std::istringstream lines(text.size() < size ? text : text.substr(size)); // shorter where its beginning was dropped
-    const std::string mark = "error: ";
     for (std::string line; std::getline(lines, line);)
         if (line.starts_with(mark))
             return line.substr(mark.size());
@@ -138,14 +124,35 @@ int Viewer::run()
         fail(m_Options.picturesDirectory.toStdString() + ": the directory cannot be made");
         return EXIT_STATUS_FAILED;
     }
+    if (hasPictures())
+        tavo::debugOutput.requireWindow(); // which keeps what is reported from the standard error stream
     showFiles();
-    if (tavo::debugOutput.getWindow()) {
-        if (hasPictures())
-            savePictures();
-        else if (!wasWindowClosed())
-            QApplication::exec();
-    }
-    return m_HasFailed ? EXIT_STATUS_FAILED : 0;
+    if (hasPictures())
+        savePictures();
+    else if (tavo::debugOutput.getWindow() && !wasWindowClosed())
+        serve();
+    return m_ExitStatus;
+}
+
+bool Viewer::wasWindowClosed() const
+{
+    const tavo::DebugWindow* const window = tavo::debugOutput.getWindow();
+    return !hasPictures() && window && !window->isVisible();
+}
+
+void Viewer::serve()
+{
+    constexpr int POLL_MILLISECONDS = 200;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [this, &timer] {
+        pollFollowed();
+        const bool hasMore =
+            std::any_of(m_Followed.begin(), m_Followed.end(), [](const FollowedPlot& plot) { return plot.hasMore(); });
+        timer.setInterval(hasMore ? 0 : POLL_MILLISECONDS);
+    });
+    if (!m_Followed.empty())
+        timer.start(0);
+    QApplication::exec();
 }
 
 void Viewer::showFiles()
@@ -154,6 +161,8 @@ void Viewer::showFiles()
     for (const InputFile& file : findFiles()) {
         if (wasWindowClosed())
             return;
+        if (isFollowed(file))
+            continue;
         std::vector<Exhibit> exhibits = loadFile(file);
         if (isShowingExamples())
             moveCurves(exhibits, curvesOfExamples);
@@ -192,6 +201,9 @@ std::vector<Exhibit> Viewer::loadFile(const InputFile& file)
             hasPictures() ? LoadingProgress::Way::LINES : LoadingProgress::Way::WINDOW, printableName(file.path));
         const auto tell = [&progress](double part) { return progress.update(part); };
         return loadExhibits(file.path, name, options, tell);
+    } catch (const NoSuchColumn& error) {
+        fail(error.what(), EXIT_STATUS_USAGE);
+        return {};
     } catch (const InputError& error) {
         if (!wasWindowClosed())
             fail(error.what());
@@ -203,11 +215,83 @@ void Viewer::showAll(std::vector<Exhibit>& exhibits)
 {
     for (Exhibit& exhibit : exhibits) {
         try {
-            show(exhibit, hasPictures() ? SIZE_IN_PICTURES : SIZE_IN_WINDOW);
+            show(exhibit);
         } catch (const std::bad_alloc&) {
             fail("there is not enough memory to show everything");
         }
     }
+}
+
+void Viewer::show(Exhibit& exhibit)
+{
+    const std::string name = vireo_view::nameOf(exhibit);
+    const auto* const plot = std::get_if<PlotExhibit>(&exhibit);
+    if (plot)
+        for (const std::string& remark : plot->remarks)
+            tell(remark);
+    std::visit(Sender(), exhibit);
+    if (plot) {
+        m_Shown.push_back({name, nullptr});
+        return openWindow();
+    }
+    tavo::DebugWindow* const window = tavo::debugOutput.getWindow();
+    if (!window || window->getSections().empty())
+        return;
+    if (hasPictures())
+        window->resize(windowSize());
+    tavo::DebugSection* const section = window->getSections().back();
+    setViewSize(*section, hasPictures() ? SIZE_IN_PICTURES : SIZE_IN_WINDOW);
+    m_Shown.push_back({name, section});
+}
+
+void Viewer::openWindow()
+{
+    if (!hasPictures() && !tavo::openWindow())
+        fail("a plot cannot be shown without a display; --pictures saves it");
+}
+
+// Whether the file's plot grows with it from now on.
+bool Viewer::isFollowed(const InputFile& file)
+{
+    try {
+        if (!m_Options.isFollowing || !isPlotted(file.path, m_Options.load))
+            return false;
+        m_Followed.emplace_back(file.path, nameOf(file), m_Options.load.columns);
+        if (!poll(m_Followed.back()))
+            m_Followed.pop_back();
+        else
+            openWindow();
+    } catch (const InputError& error) {
+        fail(error.what());
+    }
+    return true;
+}
+
+void Viewer::pollFollowed()
+{
+    m_Followed.remove_if([this](FollowedPlot& plot) { return !poll(plot); });
+}
+
+// False if the file cannot be followed any more.
+bool Viewer::poll(FollowedPlot& plot)
+{
+    try {
+        const FollowedPlot::News news = plot.poll();
+        for (const std::string& line : news.lines)
+            tell(line);
+        if (news.isAnew)
+            tavo::plot(plot.getName()).clear();
+        if (news.rows)
+            appendToPlot(*news.rows);
+        return true;
+    } catch (const NoSuchColumn& error) {
+        fail(error.what(), EXIT_STATUS_USAGE);
+    } catch (const InputError& error) {
+        fail(error.what());
+    } catch (const std::bad_alloc&) {
+        fail("there is not enough memory to show everything");
+    }
+    return false;
 }
 
 // The file's name alone where that is enough to tell it from the others.
@@ -224,32 +308,50 @@ std::string Viewer::nameOf(const InputFile& file)
 
 void Viewer::savePictures()
 {
-    tavo::DebugWindow& window = *tavo::debugOutput.getWindow();
-    waitForWindowSize(window);
+    tavo::DebugWindow& window = tavo::debugOutput.requireWindow();
+    if (!window.getSections().empty())
+        waitForWindowSize(window);
     const QDir directory(m_Options.picturesDirectory);
     unsigned int number = 1;
-    for (tavo::DebugSection* const section : window.getSections()) {
-        const QString file = directory.filePath(pictureName(number++, section->getName()));
-        const std::size_t before = tavo::debugOutput.getText().size();
-        const QImage picture = section->getPicture();
-        if (const std::string error = firstErrorSince(before); !error.empty()) {
-            fail(section->getName() + ": " + error);
-            if (picture.isNull())
-                continue;
-        }
-        if (const std::string reason = tavo::savePicture(file, picture); !reason.empty())
-            fail(file.toStdString() + ": the picture cannot be saved: " + reason);
-    }
+    for (const Shown& shown : m_Shown)
+        savePicture(shown, directory.filePath(pictureName(number++, shown.name)));
+    tavo::clear(); // or the front door would save the plots, too, under their names
 }
 
-void Viewer::fail(const std::string& reason)
+void Viewer::savePicture(const Shown& shown, const QString& file)
 {
-    const std::string line = "vireo-view: " + reason + "\n";
+    const std::size_t before = tavo::debugOutput.getText().size();
+    std::string reason;
+    if (shown.section) {
+        const QImage picture = shown.section->getPicture();
+        if (const std::string error = firstLineSince(before, "error: "); !error.empty()) {
+            fail(shown.name + ": " + error);
+            if (picture.isNull())
+                return;
+        }
+        reason = tavo::savePicture(file, picture);
+    } else if (!tavo::savePicture(shown.name, file.toLocal8Bit().toStdString())) {
+        const std::string line = firstLineSince(before, "warning: ");
+        const std::string endOfCall = "): ";
+        reason = line.substr(std::min(line.find(endOfCall), line.size() - endOfCall.size()) + endOfCall.size());
+    }
+    if (!reason.empty())
+        fail(file.toStdString() + ": the picture cannot be saved: " + reason);
+}
+
+void Viewer::tell(const std::string& text)
+{
+    const std::string line = "vireo-view: " + text + "\n";
     // While there is a window, the debug output writes only to that.
     if (tavo::debugOutput.getWindow())
         std::cerr << line;
     tavo::debugOutput << line;
-    m_HasFailed = true;
+}
+
+void Viewer::fail(const std::string& reason, int exitStatus)
+{
+    tell(reason);
+    m_ExitStatus = std::max(m_ExitStatus, exitStatus);
 }
 
 } // namespace vireo_view

@@ -1,15 +1,21 @@
 #pragma once
 
+#include <list>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "apps/vireo-view/CommandLine.h"
 #include "apps/vireo-view/Exhibits.h"
+#include "apps/vireo-view/FollowedPlot.h"
+
+namespace tavo {
+class DebugSection;
+}
 
 namespace vireo_view {
 
-// The program: loads what is asked for, and shows it in the debug window or saves pictures of it.
+// The program: loads what is asked for, and shows it in the window or saves pictures of it.
 class Viewer
 {
 public:
@@ -17,23 +23,41 @@ public:
 
     // Needs a QApplication and the registered displayers. Returns the program's exit status, with pictures at once,
     // else when the person has closed the window. What cannot be shown is reported in a line on the standard error
-    // stream and in the debug window's log; the rest is shown.
+    // stream and in the window's log; the rest is shown.
     int run();
 
 private:
+    // A plot, or a section of the debug window.
+    struct Shown
+    {
+        std::string name;
+        tavo::DebugSection* section; // null for a plot
+    };
+
     bool hasPictures() const { return !m_Options.picturesDirectory.isEmpty(); }
     bool isShowingExamples() const { return m_Options.files.isEmpty(); }
+    bool wasWindowClosed() const;
     std::vector<InputFile> findFiles();
     void showFiles();
     std::vector<Exhibit> loadFile(const InputFile& file);
     void showAll(std::vector<Exhibit>& exhibits);
+    void show(Exhibit& exhibit);
+    void openWindow();
+    bool isFollowed(const InputFile& file);
+    void serve();
+    void pollFollowed();
+    bool poll(FollowedPlot& plot);
     std::string nameOf(const InputFile& file);
     void savePictures();
-    void fail(const std::string& reason);
+    void savePicture(const Shown& shown, const QString& file);
+    void tell(const std::string& text);
+    void fail(const std::string& reason, int exitStatus = EXIT_STATUS_FAILED);
 
     Options m_Options;
     std::set<std::string> m_Names;
-    bool m_HasFailed = false;
+    std::vector<Shown> m_Shown;
+    std::list<FollowedPlot> m_Followed;
+    int m_ExitStatus = 0;
 };
 
 } // namespace vireo_view

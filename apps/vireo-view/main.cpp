@@ -68,6 +68,16 @@ void doWithoutDisplay()
     tavo::destroyWindowlessContext(context);
 }
 
+// This program's arguments say where plots go, whatever the environment says of the plots of others.
+void directPlots(const Options& options)
+{
+    constexpr const char* VARIABLE = "VIREO_SHOW";
+    if (!options.picturesDirectory.isEmpty())
+        qputenv(VARIABLE, "pictures:" + options.picturesDirectory.toLocal8Bit());
+    else if (qgetenv(VARIABLE) != "fresh")
+        qunsetenv(VARIABLE);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -77,8 +87,11 @@ int main(int argc, char** argv)
     if (const auto* const answer = std::get_if<Answer>(&early); answer && answer->exitStatus == 0)
         return give(*answer);
 
-    if (const auto* const options = std::get_if<Options>(&early); options && !options->picturesDirectory.isEmpty())
-        doWithoutDisplay();
+    if (const auto* const options = std::get_if<Options>(&early)) {
+        directPlots(*options);
+        if (!options->picturesDirectory.isEmpty())
+            doWithoutDisplay();
+    }
 
     // The displayers go with the QApplication, and so before their classes.
     const DisplayerClasses classes;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 #include "tests/fuzz/Fuzzing.h"
 
@@ -17,16 +18,28 @@ void requireFinite(const float* point, unsigned int numCoordinates)
         "what is shown is finite");
 }
 
-template <unsigned int N>
-void check(const CurvesExhibit<N>& exhibit)
+void check(const PathExhibit& exhibit)
+{
+    require(!exhibit.pieces.empty(), "there is a curve");
+    for (const FittedPoints3& piece : exhibit.pieces) {
+        require(piece.size() > 1, "a curve has a length");
+        for (const tavo::Vector3f& point : piece)
+            requireFinite(point.data(), 3);
+    }
+}
+
+void check(const PlotExhibit& exhibit)
 {
     require(!exhibit.curves.empty(), "there is a curve");
-    require(exhibit.curves.size() == exhibit.colours.size(), "every curve has its colour");
-    for (const auto& curve : exhibit.curves) {
-        require(curve.size() > 1, "a curve has a length");
-        for (const auto& point : curve)
-            requireFinite(point.data(), N);
+    std::set<std::string> names;
+    for (const PlotExhibit::Curve& curve : exhibit.curves) {
+        require(names.insert(curve.name).second, "every curve has a name of its own");
+        require(exhibit.xs.empty() || exhibit.xs.size() == curve.y.size(), "every value has an x");
     }
+    require(
+        std::none_of(exhibit.xs.begin(), exhibit.xs.end(), [](double x) { return std::isnan(x); }), "x has no gaps");
+    for (const std::string& remark : exhibit.remarks)
+        requireGoodMessage(remark);
 }
 
 void check(const CloudExhibit& exhibit)

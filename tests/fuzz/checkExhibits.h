@@ -6,8 +6,8 @@
 
 namespace vireo_fuzz {
 
-// Sees that what is shown of a file can be shown: there is something, curves and points are finite, and every curve has
-// its colour.
+// Sees that what is shown of a file can be shown: there is something, points in space are finite, and every curve has
+// a name of its own.
 void checkExhibits(const std::vector<vireo_view::Exhibit>& exhibits);
 
 } // namespace vireo_fuzz

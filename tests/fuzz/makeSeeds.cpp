@@ -62,6 +62,10 @@ void makeTables(const fs::path& folder)
     seeds.add("# a comment\n\n0.5   1e-3  .25\n1 2 3 # another\n");
     seeds.add("\xEF\xBB\xBF"
               "a b\r1 2\r3 4\r");
+    seeds.add("# log\ntimestamp,p [Pa],status\n2024-05-01T12:00:00.5Z,101325,OK\n2024-05-01T12:00:01+02:00,,x\n");
+    seeds.add("sep=;\r\nDatum;Uhrzeit;T [\xB0"
+              "C]\r\n01.05.2024;12:30:00;20,5\r\n01.05.2024;12:31:00;21,25;\r\n");
+    seeds.add("time;p\n[s];(Pa)\n1714521600000;1\n1714521601000;2;3\n");
     std::string longTable;
     for (int row = 0; row < 50; ++row)
         longTable += std::to_string(row) + ',' + std::to_string(row * row) + ',' + std::to_string(100 - row) + '\n';

@@ -35,13 +35,32 @@ TEST(CommandLineTest, HasDefaults)
     EXPECT_EQ(options.load.columnsAs, ColumnsAs::AUTOMATIC);
     EXPECT_EQ(options.load.up, Axis::Y);
     EXPECT_FALSE(options.load.withCurves);
+    EXPECT_FALSE(options.isFollowing);
+    EXPECT_EQ(options.load.columns.x, "");
+    EXPECT_THAT(options.load.columns.columns, testing::IsEmpty());
+}
+
+TEST(CommandLineTest, TakesHowColumnsAreShown)
+{
+    EXPECT_EQ(optionsOf({"--plot"}).load.columnsAs, ColumnsAs::PLOT);
+    EXPECT_EQ(optionsOf({"--space"}).load.columnsAs, ColumnsAs::POINTS);
+    EXPECT_EQ(optionsOf({"--path"}).load.columnsAs, ColumnsAs::PATH);
+    EXPECT_TRUE(optionsOf({"--follow", "a.csv"}).isFollowing);
+}
+
+TEST(CommandLineTest, TakesColumnsTogetherAndOneByOne)
+{
+    EXPECT_THAT(
+        optionsOf({"--columns", "p, T", "--columns", "3"}).load.columns.columns, testing::ElementsAre("p", "T", "3"));
 }
 
 TEST(CommandLineTest, TakesFilesAndOptionsInAnyOrder)
 {
-    const Options options = optionsOf({"a.ply", "--columns", "2d", "--up=z", "b.csv", "--curves", "--pictures", "out"});
+    const Options options =
+        optionsOf({"a.ply", "--columns", "p,T", "--x", "t", "--up=z", "b.csv", "--curves", "--pictures", "out"});
     EXPECT_EQ(options.files, QStringList({"a.ply", "b.csv"}));
-    EXPECT_EQ(options.load.columnsAs, ColumnsAs::PLANE);
+    EXPECT_THAT(options.load.columns.columns, testing::ElementsAre("p", "T"));
+    EXPECT_EQ(options.load.columns.x, "t");
     EXPECT_EQ(options.load.up, Axis::Z);
     EXPECT_TRUE(options.load.withCurves);
     EXPECT_EQ(options.picturesDirectory, "out");
@@ -65,8 +84,11 @@ TEST(CommandLineTest, LooksForExampleDataWhereToldElseWhereTheEnvironmentSaysEls
 
 TEST(CommandLineTest, SaysInOneLineWhatIsWrong)
 {
-    EXPECT_EQ(misuseOf({"--columns", "4d"}),
-        "vireo-view: --columns is auto, series, 2d, 3d or cloud, not '4d' (see vireo-view --help)\n");
+    EXPECT_EQ(misuseOf({"--plot", "--space"}),
+        "vireo-view: --plot, --space and --path cannot go together (see vireo-view --help)\n");
+    EXPECT_EQ(misuseOf({"a.csv", "--follow", "--pictures", "out"}),
+        "vireo-view: --follow and --pictures cannot go together (see vireo-view --help)\n");
+    EXPECT_EQ(misuseOf({"--follow"}), "vireo-view: --follow needs a file (see vireo-view --help)\n");
     EXPECT_EQ(misuseOf({"--up", "w"}), "vireo-view: --up is x, y or z, not 'w' (see vireo-view --help)\n");
     EXPECT_EQ(
         misuseOf({"--pictures="}), "vireo-view: --pictures needs the name of a directory (see vireo-view --help)\n");

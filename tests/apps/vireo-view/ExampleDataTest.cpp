@@ -88,11 +88,12 @@ TEST_F(CgalDataTest, IsShownWithCurvesComputedFromIt)
 {
     const InputFile file = findExample(exampleFiles()[1], CGAL_DATA);
     const std::vector<Exhibit> building =
-        loadExhibits(file.path, "building.ply", {ColumnsAs::AUTOMATIC, file.up, true}, nullptr);
+        loadExhibits(file.path, "building.ply", {ColumnsAs::AUTOMATIC, {}, file.up, true}, nullptr);
     ASSERT_EQ(building.size(), 3u);
     EXPECT_EQ(nameOf(building[0]), "building.ply - 100000 points (y to the right, z up)");
-    EXPECT_THAT(nameOf(building[1]), HasSubstr("over z (-3.151 to 14.76)"));
-    EXPECT_THAT(nameOf(building[2]), HasSubstr("highest (yellow), lowest z (cyan)"));
+    EXPECT_EQ(nameOf(building[1]), "building.ply - points per z");
+    EXPECT_NEAR(std::get<PlotExhibit>(building[1]).xs.front(), -3.151, 1e-3);
+    EXPECT_EQ(nameOf(building[2]), "building.ply - highest and lowest z");
     const Box3f box = std::get<CloudExhibit>(building[0]).points->getBoundingBox();
     EXPECT_NEAR(box.getExtent()[0], 1.0f, 1e-6f);
     EXPECT_NEAR(box.getExtent()[1], 17.91246f / 54.8378f, 1e-4f);

@@ -10,15 +10,10 @@
 namespace vireo_view {
 namespace {
 
-using tavo::RGBA8;
-using tavo::Vector2f;
 using tavo::Vector3f;
 using tavo::Vector3i;
 using testing::ElementsAre;
 using testing::SizeIs;
-
-const RGBA8 YELLOW(255, 220, 60, 255);
-const RGBA8 CYAN(60, 210, 255, 255);
 
 class ExhibitsTest : public FilesTest
 {
@@ -115,10 +110,17 @@ TEST_F(ExhibitsTest, ComputesCurvesOfACloudOnRequest)
     options.up = Axis::Z;
     const std::vector<Exhibit> exhibits = load("a.xyz", "0 0 0\n4 2 1\n4 2 3\n4 1 1\n", options);
     EXPECT_THAT(names(exhibits),
-        ElementsAre("a.xyz - 4 points (x to the right, z up)", "a.xyz - points per z (0 to 3) over z (0 to 3)",
-            "a.xyz - highest (yellow), lowest z (cyan) (0 to 3) over x (1 to 3)"));
-    EXPECT_THAT(std::get<CurvesExhibit<2>>(exhibits[1]).curves, ElementsAre(SizeIs(6)));
-    EXPECT_THAT(std::get<CurvesExhibit<2>>(exhibits[2]).colours, ElementsAre(YELLOW, CYAN));
+        ElementsAre("a.xyz - 4 points (x to the right, z up)", "a.xyz - points per z", "a.xyz - highest and lowest z"));
+    const auto& heights = std::get<PlotExhibit>(exhibits[1]);
+    EXPECT_EQ(heights.x.label, "z");
+    EXPECT_THAT(heights.xs, SizeIs(6));
+    EXPECT_THAT(heights.curves.at(0).y, SizeIs(6));
+    const auto& silhouette = std::get<PlotExhibit>(exhibits[2]);
+    EXPECT_EQ(silhouette.x.label, "x");
+    ASSERT_THAT(silhouette.curves, SizeIs(2));
+    EXPECT_EQ(silhouette.curves[0].name, "highest");
+    EXPECT_EQ(silhouette.curves[1].name, "lowest");
+    EXPECT_EQ(silhouette.xs.size(), silhouette.curves[1].y.size());
 }
 
 TEST_F(ExhibitsTest, MakesAVolumeOfANiftiFile)
@@ -135,129 +137,110 @@ TEST_F(ExhibitsTest, ComputesTheHistogramOfAVolumeOnRequest)
     options.withCurves = true;
     const NiftiFile file({3, 1, 1}, NIFTI_TYPE_UINT8, bytesOf<unsigned char>({1, 2, 2}));
     const std::vector<Exhibit> exhibits = load("a.nii", file.getBytes(), options);
-    EXPECT_THAT(names(exhibits), ElementsAre("a.nii - 3 x 1 x 1 voxels",
-                                     "a.nii - log10 of voxels per density (0 to 0.4771) over density (1 to 2)"));
-    EXPECT_THAT(std::get<CurvesExhibit<2>>(exhibits[1]).curves, ElementsAre(SizeIs(6)));
+    EXPECT_THAT(names(exhibits), ElementsAre("a.nii - 3 x 1 x 1 voxels", "a.nii - voxels per density"));
+    EXPECT_THAT(std::get<PlotExhibit>(exhibits[1]).curves.at(0).y, SizeIs(6));
 
     const NiftiFile empty({1, 1, 1}, NIFTI_TYPE_FLOAT32, bytesOf<float>({NAN}));
     EXPECT_THAT(load("b.nii", empty.getBytes(), options), SizeIs(1)) << "there is no number";
 }
 
-TEST_F(ExhibitsTest, ShowsOneColumnAsASeries)
+TEST_F(ExhibitsTest, ShowsColumnsAsAPlot)
 {
-    const auto graph = loadOne<CurvesExhibit<2>>("a.txt", "10\n30\n20\n");
-    EXPECT_EQ(graph.name, "a.txt - column 1 (10 to 30) over row (1 to 3)");
-    EXPECT_THAT(graph.curves, ElementsAre(ElementsAre(Vector2f(-0.8, -0.5), Vector2f(0, 0.5), Vector2f(0.8, 0))));
-    EXPECT_THAT(graph.colours, ElementsAre(YELLOW));
+    const auto plot = loadOne<PlotExhibit>("a.csv", "t [s],p [Pa],T\n0,5,1\n4,7,2\n");
+    EXPECT_EQ(plot.name, "a.csv");
+    EXPECT_EQ(plot.x.label, "t");
+    EXPECT_EQ(plot.x.unit, "s");
+    EXPECT_THAT(plot.xs, ElementsAre(0, 4));
+    ASSERT_THAT(plot.curves, SizeIs(2));
+    EXPECT_EQ(plot.curves[1].name, "T");
+    EXPECT_THAT(plot.curves[1].y, ElementsAre(1, 2));
+    for (const auto* const name : {"a.txt", "a.dat", "a.tsv", "a", "a.log"})
+        EXPECT_THAT(loadOne<PlotExhibit>(name, "0\t1\t2\n1\t3\t4\n").curves, SizeIs(2)) << name;
 }
 
-TEST_F(ExhibitsTest, ShowsTwoColumnsAsAGraph)
-{
-    const auto graph = loadOne<CurvesExhibit<2>>("a.csv", "time,height\n0,5\n4,7\n1,6\n");
-    EXPECT_EQ(graph.name, "a.csv - height (5 to 7) over time (0 to 4)");
-    EXPECT_THAT(graph.curves, ElementsAre(ElementsAre(Vector2f(-0.8, -0.5), Vector2f(0.8, 0.5), Vector2f(-0.4, 0))));
-}
-
-TEST_F(ExhibitsTest, ShowsThreeColumnsAsACurveInSpace)
-{
-    const auto curve = loadOne<CurvesExhibit<3>>("a.csv", "0,0,0\n1000000,500000,0\n");
-    EXPECT_EQ(curve.name, "a.csv - curve, x (0 to 1e+06) y (0 to 5e+05) z (0 to 0)");
-    EXPECT_THAT(curve.curves, ElementsAre(ElementsAre(Vector3f(-0.5, -0.25, 0), Vector3f(0.5, 0.25, 0))));
-}
-
-TEST_F(ExhibitsTest, ShowsMoreColumnsAsGraphsOverTheFirst)
-{
-    const auto graph = loadOne<CurvesExhibit<2>>("a.csv", "t,a,b,c\n0,1,2,3\n1,2,3,4\n");
-    EXPECT_EQ(graph.name, "a.csv - a (yellow), b (cyan), c (magenta) (1 to 4) over t (0 to 1)");
-    EXPECT_THAT(graph.curves, SizeIs(3));
-}
-
-TEST_F(ExhibitsTest, NamesOnlySomeOfManyGraphs)
-{
-    const auto graph = loadOne<CurvesExhibit<2>>("a.csv", "0,1,2,3,4,5,6,7,8,9\n1,1,2,3,4,5,6,7,8,9\n");
-    EXPECT_THAT(graph.curves, SizeIs(9));
-    EXPECT_THAT(graph.name, testing::HasSubstr("column 9 (white), ... (1 to 9)"));
-    EXPECT_EQ(graph.colours.front(), graph.colours.back());
-}
-
-TEST_F(ExhibitsTest, ShowsColumnsAsIsAskedFor)
-{
-    const std::string_view contents = "0,1,2\n1,3,4\n";
-    LoadOptions options;
-    options.columnsAs = ColumnsAs::SERIES;
-    EXPECT_THAT(loadOne<CurvesExhibit<2>>("a.csv", contents, options).curves, SizeIs(3));
-    options.columnsAs = ColumnsAs::PLANE;
-    EXPECT_THAT(loadOne<CurvesExhibit<2>>("a.csv", contents, options).curves, SizeIs(2));
-    options.columnsAs = ColumnsAs::SPACE;
-    EXPECT_THAT(loadOne<CurvesExhibit<3>>("a.csv", contents, options).curves, SizeIs(1));
-    options.columnsAs = ColumnsAs::CLOUD;
-    EXPECT_EQ(loadOne<CloudExhibit>("a.csv", contents, options).points->getNumPoints(), 2u);
-}
-
-TEST_F(ExhibitsTest, SaysWhenThereAreTooFewColumnsForWhatIsAskedFor)
+TEST_F(ExhibitsTest, ShowsPointsOfTextsInSpaceUnlessAPlotIsAskedFor)
 {
     LoadOptions options;
-    options.columnsAs = ColumnsAs::PLANE;
-    EXPECT_EQ(errorLoading("a.csv", "1\n", options), "a.csv: has 1 column(s) of numbers, and a graph needs 2");
-    options.columnsAs = ColumnsAs::SPACE;
+    for (const auto* const name : {"a.xyz", "a.pts"})
+        EXPECT_EQ(loadOne<CloudExhibit>(name, "0 1 2\n1 3 4\n", options).points->getNumPoints(), 2u) << name;
+    options.columnsAs = ColumnsAs::PLOT;
+    for (const auto* const name : {"a.xyz", "a.pts"})
+        EXPECT_THAT(loadOne<PlotExhibit>(name, "0 1 2\n1 3 4\n", options).curves, SizeIs(2)) << name;
+}
+
+TEST_F(ExhibitsTest, ShowsColumnsInSpaceIfThatIsAskedFor)
+{
+    const std::string_view contents = "s,x,y,z\na,0,0,0\nb,1000000,500000,0\n";
+    LoadOptions options;
+    options.columnsAs = ColumnsAs::POINTS;
+    EXPECT_THAT(positions(loadOne<CloudExhibit>("a.csv", contents, options)),
+        ElementsAre(Vector3f(-0.5, -0.25, 0), Vector3f(0.5, 0.25, 0)));
+    options.columnsAs = ColumnsAs::PATH;
+    const auto path = loadOne<PathExhibit>("a.csv", contents, options);
+    EXPECT_EQ(path.name, "a.csv - curve, x (0 to 1e+06) y (0 to 5e+05) z (0 to 0)");
+    EXPECT_THAT(path.pieces, ElementsAre(ElementsAre(Vector3f(-0.5, -0.25, 0), Vector3f(0.5, 0.25, 0))));
+    options.columns.columns = {"z", "y", "x"};
+    EXPECT_THAT(loadOne<PathExhibit>("a.csv", contents, options).pieces,
+        ElementsAre(ElementsAre(Vector3f(0, -0.25, -0.5), Vector3f(0, 0.25, 0.5))));
+}
+
+TEST_F(ExhibitsTest, SaysWhenThereAreTooFewColumnsForSpace)
+{
+    LoadOptions options;
+    options.columnsAs = ColumnsAs::PATH;
     EXPECT_EQ(
         errorLoading("a.csv", "1,2\n", options), "a.csv: has 2 column(s) of numbers, and a curve in space needs 3");
-    options.columnsAs = ColumnsAs::CLOUD;
-    EXPECT_EQ(errorLoading("a.csv", "1,2\n", options), "a.csv: has 2 column(s) of numbers, and a cloud needs 3");
+    options.columnsAs = ColumnsAs::POINTS;
+    EXPECT_EQ(errorLoading("a.csv", "1,2,x\n", options), "a.csv: has 2 column(s) of numbers, and a cloud needs 3");
 }
 
-TEST_F(ExhibitsTest, LeavesAGapInTheGraphWhereAValueIsMissing)
+TEST_F(ExhibitsTest, LeavesAGapInACurveInSpaceWhereAValueIsMissing)
 {
-    const auto graph = loadOne<CurvesExhibit<2>>("a.csv", "0,1\n1,2\n2,\n3,1\n4,3\n");
-    EXPECT_EQ(graph.name, "a.csv - column 2 (1 to 3) over column 1 (0 to 4)");
-    EXPECT_THAT(graph.curves, ElementsAre(ElementsAre(Vector2f(-0.8, -0.5), Vector2f(-0.4, 0)),
-                                  ElementsAre(Vector2f(0.4, -0.5), Vector2f(0.8, 0.5))));
-    EXPECT_THAT(graph.colours, ElementsAre(YELLOW, YELLOW));
+    LoadOptions options;
+    options.columnsAs = ColumnsAs::PATH;
+    const auto path = loadOne<PathExhibit>("a.csv", "0,0,0\n1,0,0\n2,,0\n4,0,0\n", options);
+    EXPECT_THAT(path.pieces, ElementsAre(ElementsAre(Vector3f(-0.5, 0, 0), Vector3f(-0.25, 0, 0)),
+                                 ElementsAre(Vector3f(0.495, 0, 0), Vector3f(0.505, 0, 0))))
+        << "a lone point becomes a dash";
+    EXPECT_EQ(
+        errorLoading("a.csv", "1,2,\n3,,4\n,3,4\n", options), "a.csv: has no line with all the numbers of a point");
 }
 
-TEST_F(ExhibitsTest, MakesALoneValueVisibleAsADash)
+TEST_F(ExhibitsTest, SaysWhatIsLeftOut)
 {
-    const auto graph = loadOne<CurvesExhibit<2>>("a.txt", "7\n");
-    EXPECT_THAT(graph.curves, ElementsAre(ElementsAre(Vector2f(-0.005, 0), Vector2f(0.005, 0))));
-}
-
-TEST_F(ExhibitsTest, TurnsAwayColumnsWithoutACompletePoint)
-{
-    EXPECT_EQ(errorLoading("a.csv", "1,\n,2\n"), "a.csv: has no line with all the numbers of a point");
-    EXPECT_EQ(errorLoading("a.csv", "1,2,\n3,,4\n"), "a.csv: has no line with all the numbers of a point");
-}
-
-TEST_F(ExhibitsTest, WritesControlCharactersOfColumnNamesOut)
-{
-    EXPECT_THAT(names(load("a.csv", "\x1B[2J,a\x7F\n1,2\n2,3\n")),
-        ElementsAre("a.csv - a\\x7f (2 to 3) over \\x1b[2J (1 to 2)"));
+    const auto plot =
+        loadOne<PlotExhibit>("a.csv", "begin,end,s,p\n2024-05-01,2024-05-02,x,1\n2024-05-03,2024-05-04,y,2\n");
+    const std::string file = (directory() / "a.csv").string();
+    EXPECT_THAT(plot.remarks, ElementsAre(file + ": column 3 's' is text and left out ('x' in line 2)",
+                                  file + ": column 2 'end' has times and is left out (--x 2 has it along x)"));
 }
 
 TEST_F(ExhibitsTest, CutsLongColumnNamesAndSaysSo)
 {
     const std::string longest(100, 'n');
-    testing::internal::CaptureStderr();
-    EXPECT_THAT(names(load("a.csv", "t," + longest + "\n1,2\n2,3\n")),
-        ElementsAre("a.csv - " + longest + " (2 to 3) over t (1 to 2)"));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-
-    testing::internal::CaptureStderr();
-    EXPECT_THAT(names(load("a.csv", "t," + std::string(15000000, 'n') + "\n1,2\n2,3\n")),
-        ElementsAre("a.csv - " + longest + "... (2 to 3) over t (1 to 2)"));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-        "warning: " + (directory() / "a.csv").string() +
-            ": the name of column 2 has 15000000 characters; names are cut after 100\n");
+    const auto fits = loadOne<PlotExhibit>("a.csv", "t," + longest + "\n1,2\n2,3\n");
+    EXPECT_EQ(fits.curves[0].name, longest);
+    EXPECT_THAT(fits.remarks, testing::IsEmpty());
+    const auto cut = loadOne<PlotExhibit>("a.csv", "t," + std::string(15000000, 'n') + "\n1,2\n2,3\n");
+    EXPECT_EQ(cut.curves[0].name, longest + "...");
+    EXPECT_THAT(cut.remarks, ElementsAre((directory() / "a.csv").string() +
+                                         ": the name of column 2 has 15000000 characters; names are cut after 100"));
 }
 
-TEST_F(ExhibitsTest, CutsColumnNamesBetweenCharacters)
+TEST_F(ExhibitsTest, KnowsBeforehandWhatWillBeAPlot)
 {
-    std::string longest;
-    for (int i = 0; i < 100; ++i)
-        longest += "\xC3\xB6";
-    testing::internal::CaptureStderr();
-    EXPECT_THAT(names(load("a.csv", longest + "," + longest + "\xC3\xB6\n1,2\n2,3\n")),
-        ElementsAre("a.csv - " + longest + "... (2 to 3) over " + longest + " (1 to 2)"));
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("column 2 has 101 characters"));
+    LoadOptions options;
+    EXPECT_TRUE(isPlotted(directory() / "not-there.csv", options));
+    EXPECT_TRUE(isPlotted(write("empty.log", ""), options));
+    EXPECT_TRUE(isPlotted(write("a.csv", "1\n"), options));
+    EXPECT_FALSE(isPlotted(write("a.off", "OFF\n1 0 0\n1 2 3\n"), options));
+    for (const auto* const name : {"n.ply", "n.nii.gz", "n.xyz", "n.pts"})
+        EXPECT_FALSE(isPlotted(directory() / name, options)) << name;
+    options.columnsAs = ColumnsAs::PLOT;
+    EXPECT_TRUE(isPlotted(directory() / "n.xyz", options));
+    EXPECT_TRUE(isPlotted(write("a.xyz", "1 2 3\n"), options));
+    options.columnsAs = ColumnsAs::PATH;
+    EXPECT_FALSE(isPlotted(directory() / "a.csv", options));
 }
 
 } // namespace

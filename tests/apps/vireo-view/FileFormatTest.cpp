@@ -38,6 +38,12 @@ TEST_F(FileFormatTest, KnowsXyzByItsExtension)
     EXPECT_EQ(formatOf("a.pwn", "1 2 3 0 0 1\n"), FileFormat::XYZ);
 }
 
+TEST_F(FileFormatTest, KnowsPtsByItsExtension)
+{
+    EXPECT_EQ(formatOf("a.pts", "1\n1 2 3\n"), FileFormat::PTS);
+    EXPECT_EQ(formatOf("a.PTS", "1 2 3\n"), FileFormat::PTS);
+}
+
 TEST_F(FileFormatTest, KnowsNiftiByItsExtension)
 {
     for (const auto* const name : {"a.nii", "a.nii.gz", "b.hdr", "b.img", "b.img.gz", "C.NII.GZ"})
@@ -48,7 +54,8 @@ TEST_F(FileFormatTest, KnowsNiftiByItsExtension)
 
 TEST_F(FileFormatTest, TakesOtherTextsForColumns)
 {
-    EXPECT_EQ(formatOf("a.csv", "1,2\n"), FileFormat::COLUMNS);
+    for (const auto* const name : {"a.csv", "a.txt", "a.dat", "a.tsv"})
+        EXPECT_EQ(formatOf(name, "1,2\n"), FileFormat::COLUMNS) << name;
     EXPECT_EQ(formatOf("a", "1"), FileFormat::COLUMNS);
     EXPECT_EQ(formatOf("b", "# only a comment"), FileFormat::COLUMNS);
 }

@@ -215,6 +215,23 @@ TEST_F(PointFileReaderTest, NamesTheLineOfAnXyzThatIsNoPoint)
     EXPECT_EQ(errorReading("a.xyz", "# nothing\n"), "a.xyz: has no points");
 }
 
+TEST_F(PointFileReaderTest, ReadsPtsWithItsCountAndWhatFollowsTheCoordinates)
+{
+    const auto twoPoints = ElementsAre(Vector3d(1, 2, 3), Vector3d(4.5, 5, 6));
+    EXPECT_THAT(read("a.pts", "2\r\n1 2 3 -1200 255 0 0\r\n4.5 5 6 7 0 0 0\r\n"), twoPoints);
+    EXPECT_THAT(read("a.pts", "# x y z\n1 2 3\n\n4.5\t5  6"), twoPoints);
+    EXPECT_THAT(read("a.pts", "1,2,3\n4.5,5,6\n"), twoPoints);
+}
+
+TEST_F(PointFileReaderTest, NamesTheLineOfAPtsThatIsNoPoint)
+{
+    const std::string reason = ": not a point: it does not begin with three numbers";
+    EXPECT_EQ(errorReading("a.pts", "1\n1 2\n"), "a.pts:2" + reason);
+    EXPECT_EQ(errorReading("a.pts", "1 2 3\n4\n"), "a.pts:2" + reason);
+    EXPECT_EQ(errorReading("a.pts", "1 2 x\n"), "a.pts:1" + reason);
+    EXPECT_EQ(errorReading("a.pts", "5\n"), "a.pts: has no points");
+}
+
 TEST_F(PointFileReaderTest, ReadsOffOfEveryKind)
 {
     const auto twoPoints = ElementsAre(Vector3d(1, 2, 3), Vector3d(4, 5, 6));

@@ -27,7 +27,7 @@ void PrintTo(const PoorDisplay& display, std::ostream* stream)
 class PoorDisplaysGLTest : public VireoViewTest
 {
 protected:
-    PoorDisplaysGLTest() { write("c.csv", "t,a\n1,2\n2,3\n"); }
+    PoorDisplaysGLTest() { write("c.csv", "x,y,z\n1,2,0\n2,3,0\n"); }
 
     void set(const PoorDisplay& display)
     {
@@ -55,7 +55,8 @@ class WithoutPicturesGLTest : public PoorDisplaysGLTest, public testing::WithPar
 {};
 
 #define WITHOUT_CONTEXT                                                                                                \
-    "c.csv - a (2 to 3) over t (1 to 2): GLEventDisplayerWidget::paintGL() - the view has no GL context: "
+    "c.csv - curve, x (1 to 2) y (2 to 3) z (0 to 0): GLEventDisplayerWidget::paintGL() - the view has no GL "         \
+    "context: "
 
 const PoorDisplay POOR_DISPLAYS[] = {
     {"NoDisplay", {{"DISPLAY", nullptr}, {"QT_QPA_PLATFORM", "xcb"}}, "Qt cannot start: could not connect to display"},
@@ -72,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(Displays, WithoutPicturesGLTest, testing::ValuesIn(POOR
 TEST_P(WithoutPicturesGLTest, SaysWhyInOneLineAndEndsWithStatus1)
 {
     set(GetParam());
-    const tavo::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
+    const tavo::Outcome outcome = run({"c.csv", "--path", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_THAT(ownLines(outcome.errors), ElementsAre(std::string("vireo-view: ") + GetParam().line));
     EXPECT_THAT(pictures(), IsEmpty());
@@ -94,9 +95,9 @@ INSTANTIATE_TEST_SUITE_P(Displays, WithPicturesGLTest, testing::ValuesIn(WITHOUT
 
 TEST_P(WithPicturesGLTest, SavesTheSameAsWithAWindow)
 {
-    ASSERT_EQ(run({"c.csv", "--pictures", "usual"}).exitStatus, 0);
+    ASSERT_EQ(run({"c.csv", "--path", "--pictures", "usual"}).exitStatus, 0);
     set(GetParam());
-    const tavo::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
+    const tavo::Outcome outcome = run({"c.csv", "--path", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors;
     EXPECT_THAT(ownLines(outcome.errors), IsEmpty());
     ASSERT_EQ(pictures().size(), 1u);
@@ -113,14 +114,14 @@ TEST_F(PoorDisplaysGLTest, SaysNothingElseWithoutADisplay)
 {
     set(POOR_DISPLAYS[0]);
     const std::string line = "vireo-view: Qt cannot start: could not connect to display\n";
-    EXPECT_EQ(run({"c.csv", "--pictures", "pictures"}).errors, line);
+    EXPECT_EQ(run({"c.csv", "--path", "--pictures", "pictures"}).errors, line);
     EXPECT_EQ(run({"c.csv"}).errors, line) << "where a window is asked for, too";
 }
 
 TEST_F(PoorDisplaysGLTest, PassesOnWhatQtSaysIfItStarts)
 {
     m_Environment.insert("QT_LOGGING_RULES", "qt.qpa.screen.debug=true");
-    const tavo::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
+    const tavo::Outcome outcome = run({"c.csv", "--path", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_THAT(outcome.errors, HasSubstr("screen"));
 }
@@ -130,7 +131,7 @@ TEST_F(PoorDisplaysGLTest, SaysThatThereIsNoContextInTooLittleAddressSpace)
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the sanitizer takes far more";
 #endif
-    const std::string command = "ulimit -v 300000; exec '" VIREO_VIEW "' c.csv --pictures pictures";
+    const std::string command = "ulimit -v 300000; exec '" VIREO_VIEW "' c.csv --path --pictures pictures";
     const tavo::Outcome outcome =
         tavo::runProgram("sh", {"-c", command.c_str()}, QString::fromStdString(directory().string()), m_Environment);
     EXPECT_EQ(outcome.exitStatus, 1);
@@ -139,11 +140,11 @@ TEST_F(PoorDisplaysGLTest, SaysThatThereIsNoContextInTooLittleAddressSpace)
 
 TEST_F(PoorDisplaysGLTest, SavesTheSamePictureWithoutTexturesOfAnySize)
 {
-    ASSERT_EQ(run({"c.csv", "--pictures", "pictures"}).exitStatus, 0);
+    ASSERT_EQ(run({"c.csv", "--path", "--pictures", "pictures"}).exitStatus, 0);
     ASSERT_EQ(pictures().size(), 1u);
     const QImage usual = picture(pictures()[0].c_str());
     m_Environment.insert("MESA_EXTENSION_OVERRIDE", "-GL_ARB_texture_non_power_of_two");
-    const tavo::Outcome outcome = run({"c.csv", "--pictures", "pictures"});
+    const tavo::Outcome outcome = run({"c.csv", "--path", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_THAT(ownLines(outcome.errors), IsEmpty());
     EXPECT_EQ(picture(pictures()[0].c_str()), usual);

@@ -1,0 +1,41 @@
+#include "apps/vireo-view/showPlot.h"
+
+#include <utility>
+
+#include "vireo/show/show.h"
+
+namespace vireo_view {
+
+namespace {
+
+tavo::Plot plotWithAxes(const PlotExhibit& exhibit)
+{
+    return tavo::plot(exhibit.name)
+        .xAxis(exhibit.x.label, exhibit.x.unit)
+        .yAxis(exhibit.y.label, exhibit.y.unit)
+        .timeX(exhibit.isTime);
+}
+
+} // namespace
+
+void showPlot(PlotExhibit exhibit)
+{
+    const tavo::Statement together;
+    const tavo::Plot plot = plotWithAxes(exhibit);
+    const bool hasX = !exhibit.xs.empty();
+    const tavo::Numbers x(std::move(exhibit.xs)); // all curves share them
+    for (PlotExhibit::Curve& curve : exhibit.curves) {
+        const tavo::Numbers y(std::move(curve.y));
+        hasX ? plot.curve(curve.name, x, y) : plot.curve(curve.name, y);
+    }
+}
+
+void appendToPlot(const PlotExhibit& exhibit)
+{
+    const tavo::Statement together;
+    const tavo::Plot plot = plotWithAxes(exhibit);
+    for (const PlotExhibit::Curve& curve : exhibit.curves)
+        plot.append(curve.name, exhibit.xs, curve.y);
+}
+
+} // namespace vireo_view
