@@ -1,3 +1,5 @@
+#include <QDeadlineTimer>
+#include <QProcess>
 #include <gmock/gmock.h>
 
 #include "tests/apps/vireo-view/NiftiFile.h"
@@ -108,6 +110,58 @@ TEST_F(VireoViewGLTest, EndsWithStatus2IfAFileHasNoSuchColumn)
     EXPECT_EQ(outcome.errors, "vireo-view: a.csv: has no column 'nosuch'; its columns are t, p\n");
     EXPECT_EQ(run({"a.csv", "--columns", "p,q", "--pictures", "pictures"}).exitStatus, 2);
     EXPECT_EQ(run({"a.csv", "--x", "nosuch", "--follow"}).exitStatus, 2);
+}
+
+// The program while it shows a window.
+class FollowingGLTest : public VireoViewTest
+{
+protected:
+    void start(const QStringList& arguments)
+    {
+        m_Environment.insert("VIREO_SHOW", "fresh");
+        m_Process.setProcessEnvironment(m_Environment);
+        m_Process.setWorkingDirectory(QString::fromStdString(directory().string()));
+        m_Process.start(VIREO_VIEW, arguments);
+    }
+
+    // Until the program has said that.
+    void waitFor(const char* text)
+    {
+        constexpr int LONGEST_MILLISECONDS = 30'000;
+        const QDeadlineTimer deadline(LONGEST_MILLISECONDS);
+        while (!m_Said.contains(text) && !deadline.hasExpired() && m_Process.state() != QProcess::NotRunning) {
+            m_Process.waitForReadyRead(100);
+            m_Said += m_Process.readAllStandardError();
+        }
+        EXPECT_TRUE(m_Said.contains(text)) << m_Said.toStdString();
+        m_Said.remove(0, m_Said.indexOf(text) + static_cast<int>(qstrlen(text)));
+    }
+
+    void TearDown() override
+    {
+        m_Process.kill();
+        m_Process.waitForFinished();
+        VireoViewTest::TearDown();
+    }
+
+    QProcess m_Process;
+
+private:
+    QByteArray m_Said;
+};
+
+TEST_F(FollowingGLTest, GoesOnWhateverBecomesOfTheFile)
+{
+    start({"a.csv", "--follow"});
+    waitFor("vireo-view: a.csv: is not there; waiting for it\n");
+    write("a.csv", "t,s,p\n0,x,1\n");
+    waitFor("vireo-view: a.csv: is there\n");
+    waitFor("vireo-view: a.csv: column 2 's' is text and left out ('x' in line 2)\n");
+    write("a.csv", "t,p\n");
+    waitFor("vireo-view: a.csv: was cut or replaced, and is shown anew\n");
+    std::filesystem::remove(directory() / "a.csv");
+    waitFor("vireo-view: a.csv: is not there; waiting for it\n");
+    EXPECT_EQ(m_Process.state(), QProcess::Running);
 }
 
 TEST_F(VireoViewGLTest, SavesAPictureOfAVolumeThatShowsAllOfIt)
