@@ -33,6 +33,9 @@ public:
     Extent xExtent() const;
     Extent yExtentWithin(double firstX, double lastX) const;
 
+    // Whether each sample holds until the next one.
+    bool isSteps() const { return m_Kind == CurveKind::Steps; }
+
     // Whether it is counted by the second axis of y.
     bool isOnY2() const { return m_IsOnY2; }
 

@@ -190,6 +190,26 @@ class PictureRenderer : public QwtPlotRenderer
     }
 };
 
+PlotSight::Axis yAxisOf(const PlotCurve& curve)
+{
+    return curve.isOnY2() ? PlotSight::Y2 : PlotSight::Y;
+}
+
+QString nameOf(const PlotCurve::Edge& edge)
+{
+    return plainText(edge.name).text();
+}
+
+// Among dense steps, whose jumps are all that is seen, as of any other curve.
+std::optional<NearestSample> nearestSampleOf(const PlotCurve& curve, const CurveStore& samples, const PixelMap& xMap,
+    const PixelMap& yMap, const QPointF& place, double radius)
+{
+    if (curve.isSteps())
+        if (const std::optional<NearestSample> held = holdingSample(samples, xMap, yMap, place, radius))
+            return held;
+    return nearestSample(samples, xMap, yMap, place, radius);
+}
+
 } // namespace
 
 PlotView::PlotView(const std::string& name)
@@ -256,6 +276,7 @@ void PlotView::apply(ViewUpdate& update)
         std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->isOnY2(); }));
     showLegend();
     measure();
+    sayWhatIsUnsorted();
     for (PlotView* view : linkedViews()) {
         view->fit();
         view->showSight();
@@ -278,6 +299,20 @@ void PlotView::applyCurve(CurveUpdate& update)
         (*found)->attach(m_Plot);
     }
     (*found)->apply(update);
+}
+
+void PlotView::sayWhatIsUnsorted()
+{
+    constexpr int MOST = 5;
+    QStringList names;
+    for (const auto& curve : m_Curves)
+        if (!curve->getSamples().isSorted())
+            names += plainText(curve->getName()).text();
+    QString text;
+    if (!names.isEmpty())
+        text = tr("Along x go to and fro: %1. Each of their samples is drawn, which takes longer.")
+                   .arg(names.mid(0, MOST).join(", ") + (names.size() > MOST ? ", ..." : ""));
+    axisWidget(PlotSight::X)->setToolTip(text);
 }
 
 void PlotView::applyLines(const PlotUpdate& update)
@@ -544,22 +579,52 @@ QString PlotView::textOf(PlotSight::Axis axis, double value) const
 
 std::optional<PlotView::NamedSample> PlotView::sampleAt(const QPointF& pixel, double radius) const
 {
+    const double catchRadius = radius;
+    const PixelMap xMap = pixelMap(PlotSight::X);
     std::optional<NamedSample> named;
-    for (const auto& curve : m_Curves) {
-        if (!curve->isVisible())
-            continue;
-        const CurveStore& samples = curve->getSamples();
-        const PlotSight::Axis yAxis = curve->isOnY2() ? PlotSight::Y2 : PlotSight::Y;
-        const std::optional<NearestSample> nearest =
-            nearestSample(samples, pixelMap(PlotSight::X), pixelMap(yAxis), pixel, radius);
-        if (!nearest)
-            continue;
-        radius = nearest->distance;
-        named = NamedSample{nearest->pixel, curve->getColour(),
-            curve->title().text() + '\n' + textOf(PlotSight::X, samples.x(nearest->number)) + '\n' +
-                textOf(yAxis, samples.y(nearest->number))};
-    }
+    const CurveStore* samples = nullptr;
+    double x = 0;
+    for (const PlotCurve* curve : visibleCurves())
+        for (const PlotCurve::Edge& edge : curve->edges()) {
+            const PlotSight::Axis yAxis = yAxisOf(*curve);
+            const std::optional<NearestSample> nearest =
+                nearestSampleOf(*curve, *edge.samples, xMap, pixelMap(yAxis), pixel, radius);
+            if (!nearest)
+                continue;
+            radius = nearest->distance;
+            samples = edge.samples;
+            x = curve->isSteps() ? xMap.toValue(nearest->pixel.x()) : samples->x(nearest->number);
+            named = NamedSample{nearest->pixel, curve->getColour(),
+                nameOf(edge) + '\n' + textOf(PlotSight::X, samples->x(nearest->number)) + '\n' +
+                    textOf(yAxis, samples->y(nearest->number))};
+        }
+    if (named)
+        named->text += othersAt(x, pixel, catchRadius, *samples);
     return named;
+}
+
+QString PlotView::othersAt(double x, const QPointF& pixel, double radius, const CurveStore& named) const
+{
+    constexpr std::size_t MOST = 10;
+    std::vector<std::pair<double, QString>> others; // by their distance
+    for (const PlotCurve* curve : visibleCurves())
+        for (const PlotCurve::Edge& edge : curve->edges()) {
+            const std::optional<std::size_t> i =
+                sampleAtX(*edge.samples, curve->isSteps(), pixelMap(PlotSight::X), x, radius);
+            if (edge.samples == &named || !i || !std::isfinite(edge.samples->y(*i)))
+                continue;
+            const PlotSight::Axis yAxis = yAxisOf(*curve);
+            const double y = edge.samples->y(*i);
+            others.emplace_back(
+                std::abs(pixelMap(yAxis).toPixel(y) - pixel.y()), nameOf(edge) + ": " + textOf(yAxis, y));
+        }
+    std::sort(others.begin(), others.end());
+    QString text;
+    for (std::size_t i = 0; i < std::min(others.size(), MOST); ++i)
+        text += '\n' + others[i].second;
+    if (others.size() > MOST)
+        text += '\n' + tr("and %1 more").arg(others.size() - MOST);
+    return text;
 }
 
 void PlotView::divideAxes(const QRectF& plot)

@@ -21,6 +21,7 @@ namespace tavo {
 
 class AxisNumbers;
 class CurveLift;
+class CurveStore;
 class PlotCurve;
 class PlotGestures;
 class PlotLegend;
@@ -71,7 +72,8 @@ public:
         QString text;
     };
 
-    // The sample of any curve that is nearest to a pixel of the canvas, no farther from it than a radius.
+    // The sample of any curve that is nearest to a pixel of the canvas, no farther from it than a radius; of steps the
+    // one that holds there. Its text names those of all other curves at that x, too, the nearest first.
     std::optional<NamedSample> sampleAt(const QPointF& pixel, double radius) const;
 
 protected:
@@ -101,6 +103,8 @@ private:
     void showSight();
     Extent xExtent() const;
     std::vector<const PlotCurve*> visibleCurves() const;
+    QString othersAt(double x, const QPointF& pixel, double radius, const CurveStore& named) const;
+    void sayWhatIsUnsorted();
     void measure();
     QString unitOf(PlotSight::Axis axis) const;
     QString textOf(PlotSight::Axis axis, double value) const;

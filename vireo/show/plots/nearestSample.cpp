@@ -68,12 +68,65 @@ private:
     std::optional<NearestSample> m_Found;
 };
 
+// The last sample at x or before it, of a sorted curve.
+std::optional<std::size_t> lastUpTo(const CurveStore& curve, double x)
+{
+    const std::size_t next = curve.isSorted() ? curve.lowerBound(std::nextafter(x, INFINITY)) : 0;
+    return next > 0 ? std::optional(next - 1) : std::nullopt;
+}
+
 } // namespace
 
 std::optional<NearestSample> nearestSample(
     const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap, const QPointF& place, double radius)
 {
     return Search(curve, xMap, yMap, place, radius).find();
+}
+
+std::optional<NearestSample> holdingSample(
+    const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap, const QPointF& place, double radius)
+{
+    const std::optional<std::size_t> held = lastUpTo(curve, xMap.toValue(place.x()));
+    if (!held)
+        return {};
+    const auto pixelOf = [&](std::size_t i) { return QPointF(xMap.toPixel(curve.x(i)), yMap.toPixel(curve.y(i))); };
+    const QPointF sample = pixelOf(*held);
+    const bool isLast = *held + 1 == curve.size();
+    const QPointF next = isLast ? sample : pixelOf(*held + 1);
+    const QPointF step(std::min(place.x(), next.x()), sample.y());
+    // How far the jump is away from there to the next sample, or from the one before to this one.
+    const auto distanceOfJump = [&](const QPointF& from, const QPointF& to) {
+        const auto [top, bottom] = std::minmax({from.y(), to.y()});
+        return std::hypot(to.x() - place.x(), std::clamp(place.y(), top, bottom) - place.y());
+    };
+    double distance = std::hypot(step.x() - place.x(), step.y() - place.y());
+    for (const double jump : {isLast ? INFINITY : distanceOfJump(sample, next),
+             *held > 0 ? distanceOfJump(pixelOf(*held - 1), sample) : INFINITY})
+        if (jump < distance)
+            distance = jump;
+    if (!(distance <= radius) || !std::isfinite(step.y()))
+        return {};
+    return NearestSample{*held, step, distance};
+}
+
+std::optional<std::size_t> sampleAtX(
+    const CurveStore& curve, bool isSteps, const PixelMap& xMap, double x, double radius)
+{
+    const std::optional<std::size_t> before = lastUpTo(curve, x);
+    const std::size_t next = before ? *before + 1 : 0;
+    if (isSteps && before && (next < curve.size() || curve.x(*before) == x))
+        return before;
+    std::optional<std::size_t> nearest;
+    for (const std::optional<std::size_t>& i : {before, std::optional(next)}) {
+        if (!i || *i >= curve.size() || !curve.isSorted())
+            continue;
+        const double distance = std::abs(xMap.toPixel(curve.x(*i)) - xMap.toPixel(x));
+        if (distance <= radius && !(nearest && distance == radius)) {
+            nearest = i;
+            radius = distance;
+        }
+    }
+    return nearest;
 }
 
 } // namespace tavo

@@ -5,7 +5,7 @@
 #include <QMouseEvent>
 #include <QToolButton>
 #include <QWheelEvent>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "tests/support/userEvents.h"
 #include "tests/vireo/show/plots/curves.h"
@@ -348,6 +348,75 @@ TEST_F(PlotGesturesTest, ThePointerNamesTheNearestSample)
     EXPECT_EQ(readout().toStdString(), "a\n5\n77.25");
     moveMouse(m_Canvas, Qt::NoButton, place + QPoint(0, 40));
     EXPECT_EQ(readout().toStdString(), "");
+}
+
+TEST_F(PlotGesturesTest, ThePointerNamesAllCurvesAtThatXTheNearestFirst)
+{
+    PlotUpdate update;
+    const auto add = [&update](const std::string& name, double y, const std::string& style) {
+        update.curve(name) = samples({0, 5, 10}, {y, y, y});
+        update.curves.back().name = name;
+        update.curves.back().style = style;
+    };
+    add("far", 0, "");
+    add("near", 60, "");
+    add("gap", NAN, "");
+    add("named", 80, "");
+    add("second axis", 1000, "y2");
+    update.curve("elsewhere") = samples({0, 10}, {70, 70});
+    update.curves.back().name = "elsewhere";
+    update.remove("a");
+    m_View.apply(update);
+    const auto pixel = [this](double x, double y) {
+        return QPoint(
+            qRound(m_View.pixelMap(PlotSight::X).toPixel(x)), qRound(m_View.pixelMap(PlotSight::Y).toPixel(y)));
+    };
+    moveMouse(m_Canvas, Qt::NoButton, pixel(5, 80));
+    EXPECT_EQ(readout().section('\n', 0, 2).toStdString(), "named\n5\n80");
+    EXPECT_THAT(readout().split('\n').mid(3), testing::UnorderedElementsAre("near: 60", "far: 0", "second axis: 1000"));
+    EXPECT_LT(readout().indexOf("near"), readout().indexOf("far"));
+}
+
+TEST_F(PlotGesturesTest, ThePointerNamesTheStepThatHolds)
+{
+    PlotUpdate update;
+    update.curve("a") = samples({0, 4, 10}, {10, 90, 50}, CurveKind::Steps);
+    update.curves.back().name = "a";
+    update.curve("b") = samples({0, 1, 2}, {20, 20, 20}, CurveKind::Steps);
+    update.curves.back().name = "b";
+    m_View.apply(update);
+    const auto pointAt = [this](double x, double y) {
+        moveMouse(m_Canvas, Qt::NoButton,
+            QPoint(qRound(m_View.pixelMap(PlotSight::X).toPixel(x)), qRound(m_View.pixelMap(PlotSight::Y).toPixel(y))));
+        return readout().toStdString();
+    };
+    EXPECT_EQ(pointAt(7, 90), "a\n4\n90") << "far from any sample";
+    EXPECT_EQ(pointAt(9.9, 90), "a\n4\n90") << "near to the end of the step";
+    EXPECT_EQ(pointAt(3.95, 50), "a\n0\n10") << "at the jump";
+    EXPECT_EQ(pointAt(7, 60), "");
+    EXPECT_EQ(pointAt(1.5, 20), "b\n1\n20\na: 10");
+}
+
+TEST_F(PlotGesturesTest, TheAxisSaysWhereXGoesToAndFro)
+{
+    EXPECT_EQ(m_View.axisWidget(PlotSight::X)->toolTip(), "");
+    send({0, 2, 1}, {0, 1, 2});
+    EXPECT_TRUE(m_View.axisWidget(PlotSight::X)->toolTip().contains("to and fro: a."));
+    send({0, 1, 2}, {0, 1, 2});
+    EXPECT_EQ(m_View.axisWidget(PlotSight::X)->toolTip(), "");
+}
+
+TEST_F(PlotGesturesTest, ABandIsNamedAtBothEdges)
+{
+    PlotUpdate update;
+    update.remove("a");
+    update.curve("b") = samples({0, 5, 10}, {8, 8, 8}, CurveKind::Band);
+    update.curves.back().name = "b";
+    update.curves.back().samples->low = numbers({2, 2, 2});
+    m_View.apply(update);
+    moveMouse(m_Canvas, Qt::NoButton,
+        QPoint(qRound(m_View.pixelMap(PlotSight::X).toPixel(5)), qRound(m_View.pixelMap(PlotSight::Y).toPixel(2))));
+    EXPECT_EQ(readout().toStdString(), "b low\n5\n2\nb high: 8");
 }
 
 TEST_F(PlotGesturesTest, MMeasuresBetweenTwoCursorsThatAreDragged)
