@@ -89,6 +89,8 @@ void CurveStore::apply(CurveUpdate& update)
 {
     if (update.isRemoved)
         *this = CurveStore();
+    m_SmallestPositiveX.reset();
+    m_SmallestPositiveY.reset();
     if (update.kept)
         m_Kept = *update.kept;
     if (update.samples)
@@ -162,6 +164,73 @@ Extent CurveStore::yExtentWithin(double firstX, double lastX) const
         return m_YExtent;
     const std::size_t first = lowerBound(firstX);
     return extremes(first, lowerBound(std::nextafter(lastX, INFINITY), first)).extent;
+}
+
+template <typename Visit>
+void CurveStore::visitFinite(std::size_t first, std::size_t last, const Visit& visit) const
+{
+    double x[BLOCK];
+    double y[BLOCK];
+    for (; first < last; first += std::min(BLOCK, last - first)) {
+        const std::size_t count = std::min(BLOCK, last - first);
+        read(first, count, x, y);
+        for (std::size_t i = 0; i < count; ++i)
+            if (std::isfinite(x[i]) && std::isfinite(y[i]))
+                visit(x[i], y[i]);
+    }
+}
+
+std::size_t CurveStore::firstPositive() const
+{
+    return lowerBound(std::numeric_limits<double>::denorm_min());
+}
+
+double CurveStore::smallestPositiveX() const
+{
+    if (m_SmallestPositiveX)
+        return *m_SmallestPositiveX;
+    double smallest = INFINITY;
+    if (m_IsSorted)
+        smallest = firstPositive() < size() ? x(firstPositive()) : INFINITY;
+    else
+        visitFinite(0, size(), [&](double x, double) { smallest = x > 0 ? std::min(x, smallest) : smallest; });
+    m_SmallestPositiveX = smallest;
+    return smallest;
+}
+
+double CurveStore::smallestPositiveY() const
+{
+    if (!m_SmallestPositiveY)
+        m_SmallestPositiveY = m_YExtent.from > 0 ? m_YExtent.from : positiveYs(0, size()).smallest;
+    return *m_SmallestPositiveY;
+}
+
+CurveStore::Positive CurveStore::positiveYs(std::size_t first, std::size_t last) const
+{
+    Positive found;
+    const auto isWanted = [&found](const Extent& extent) {
+        if (!extent.isEmpty() && extent.from > 0)
+            found.smallest = std::min(found.smallest, extent.from);
+        return !extent.isEmpty() && extent.from <= 0;
+    };
+    visit(first, last, isWanted, [&](std::size_t from, std::size_t to) {
+        visitFinite(from, to, [&found](double, double y) {
+            found.numOthers += !(y > 0);
+            found.smallest = y > 0 ? std::min(found.smallest, y) : found.smallest;
+        });
+    });
+    return found;
+}
+
+std::size_t CurveStore::numNotPositive(bool isXLog, bool isYLog) const
+{
+    std::size_t number = 0;
+    std::size_t first = 0; // of those that have a place on the axis of x
+    if (isXLog) {
+        first = m_IsSorted ? firstPositive() : size();
+        visitFinite(0, first, [&](double x, double y) { number += !(x > 0) || (isYLog && !(y > 0)); });
+    }
+    return number + (isYLog ? positiveYs(first, size()).numOthers : 0);
 }
 
 std::size_t CurveStore::lowerBound(double value, std::size_t guess) const
@@ -256,17 +325,10 @@ void CurveStore::measureExtents()
         return;
     }
     m_YExtent = {};
-    double x[BLOCK];
-    double y[BLOCK];
-    for (std::size_t i = 0; i < size(); i += BLOCK) {
-        const std::size_t count = std::min(BLOCK, size() - i);
-        read(i, count, x, y);
-        for (std::size_t j = 0; j < count; ++j)
-            if (std::isfinite(x[j]) && std::isfinite(y[j])) {
-                m_XExtent.include(x[j]);
-                m_YExtent.include(y[j]);
-            }
-    }
+    visitFinite(0, size(), [this](double x, double y) {
+        m_XExtent.include(x);
+        m_YExtent.include(y);
+    });
 }
 
 } // namespace tavo

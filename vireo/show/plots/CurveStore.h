@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <deque>
+#include <limits>
+#include <optional>
 
 #include "vireo/show/plots/Extent.h"
 #include "vireo/show/plots/PlotUpdate.h"
@@ -47,6 +49,13 @@ public:
     // How many samples are infinite. They are neither drawn nor in the extents.
     std::size_t numInfinite() const { return m_NumInfinite; }
 
+    // What a logarithmic axis begins with: the smallest number above zero, infinite if there is none.
+    double smallestPositiveX() const;
+    double smallestPositiveY() const;
+
+    // How many finite samples have no place on logarithmic axes.
+    std::size_t numNotPositive(bool isXLog, bool isYLog) const;
+
     // Whether samples have been appended.
     bool isAppended() const { return !m_AppendedX.empty(); }
 
@@ -65,6 +74,22 @@ private:
     void measureY(std::size_t first);
     void measureExtents();
 
+    // Calls `visit(x, y)` for the samples of a stretch that are finite.
+    template <typename Visit>
+    void visitFinite(std::size_t first, std::size_t last, const Visit& visit) const;
+
+    struct Positive
+    {
+        double smallest = std::numeric_limits<double>::infinity();
+        std::size_t numOthers = 0;
+    };
+
+    // Of y in a stretch. Blocks whose numbers are all above zero are not looked at.
+    Positive positiveYs(std::size_t first, std::size_t last) const;
+
+    // The first sample above zero, of a sorted curve.
+    std::size_t firstPositive() const;
+
     CurveSamples m_Sent;
     std::deque<double> m_AppendedX;
     std::deque<double> m_AppendedY;
@@ -75,6 +100,10 @@ private:
     Extent m_YExtent;
     std::size_t m_NumInfinite = 0;
     bool m_IsSorted = true;
+
+    // Looked for when it is asked for, and known until something comes or goes.
+    mutable std::optional<double> m_SmallestPositiveX;
+    mutable std::optional<double> m_SmallestPositiveY;
 };
 
 } // namespace tavo

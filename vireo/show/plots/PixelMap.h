@@ -19,6 +19,9 @@ struct PixelMap
                lastPixel == other.lastPixel && isLog == other.isLog;
     }
 
+    // Only numbers above zero have one on a logarithmic axis.
+    bool hasPlace(double value) const { return std::isfinite(value) && (!isLog || value > 0); }
+
     // Not finite for what has no place on a logarithmic axis.
     double toPixel(double value) const
     {

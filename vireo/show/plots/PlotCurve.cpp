@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QPen>
+#include <algorithm>
 #include <qwt_plot.h>
 #include <qwt_scale_map.h>
 
@@ -30,6 +31,17 @@ void drawMarks(QPainter& painter, const QPolygonF& marks)
     pen.setWidthF(marks.size() <= MOST_ROUND_MARKS ? MARK_DIAMETER : 2);
     painter.setPen(pen);
     painter.drawPoints(marks);
+}
+
+// What a logarithmic axis shows of an extent, in which the smallest number above zero need not be.
+Extent positivePart(Extent extent, double smallest)
+{
+    if (extent.isEmpty() || extent.from > 0)
+        return extent;
+    if (extent.to < smallest)
+        return {};
+    extent.from = smallest;
+    return extent;
 }
 
 } // namespace
@@ -64,6 +76,7 @@ void PlotCurve::apply(CurveUpdate& update)
     if (hasBars())
         m_Distance = leastDistance(m_Samples);
     m_Polylines.reset();
+    countNotPositive();
     showName();
     if (m_Colour != colourBefore || m_Kind != kindBefore)
         legendChanged();
@@ -84,6 +97,22 @@ void PlotCurve::showGround(bool isDark)
     legendChanged();
 }
 
+void PlotCurve::setLog(bool isXLog, bool isYLog)
+{
+    if (isXLog == m_IsXLog && isYLog == m_IsYLog)
+        return;
+    m_IsXLog = isXLog;
+    m_IsYLog = isYLog;
+    countNotPositive();
+    showName();
+}
+
+// An interval of a histogram in which nothing lies is no news.
+void PlotCurve::countNotPositive()
+{
+    m_NumNotPositive = m_Kind == CurveKind::Histogram ? 0 : m_Samples.numNotPositive(m_IsXLog, m_IsYLog);
+}
+
 void PlotCurve::setHidden(bool isHidden)
 {
     if (isHidden == !isVisible())
@@ -96,8 +125,13 @@ void PlotCurve::setHidden(bool isHidden)
 void PlotCurve::showName()
 {
     QString name = QString::fromStdString(printable(m_Name, LONGEST_NAME));
+    QStringList notes;
     if (m_Samples.numInfinite() > 0)
-        name += QStringLiteral(" (%1 infinite)").arg(m_Samples.numInfinite());
+        notes += QStringLiteral("%1 infinite").arg(m_Samples.numInfinite());
+    if (m_NumNotPositive > 0)
+        notes += QStringLiteral("%1 not above zero").arg(m_NumNotPositive);
+    if (!notes.isEmpty())
+        name += " (" + notes.join(", ") + ')';
     QwtText title(name, QwtText::PlainText);
     if (!isVisible())
         title.setColor(Qt::gray);
@@ -144,14 +178,19 @@ Extent PlotCurve::xExtent() const
         extent.from -= barWidth() / 2;
         extent.to += barWidth() / 2;
     }
-    return extent;
+    return m_IsXLog ? positivePart(extent, m_Samples.smallestPositiveX()) : extent;
 }
 
 Extent PlotCurve::yExtentWithin(double firstX, double lastX) const
 {
     Extent extent = m_Samples.yExtentWithin(firstX, lastX);
-    if (m_Kind == CurveKind::Band)
+    double smallest = m_IsYLog ? m_Samples.smallestPositiveY() : 0;
+    if (m_Kind == CurveKind::Band) {
         extent.include(m_Low.yExtentWithin(firstX, lastX));
+        smallest = m_IsYLog ? std::min(smallest, m_Low.smallestPositiveY()) : 0;
+    }
+    if (m_IsYLog)
+        return positivePart(extent, smallest);
     if (hasBars() && !extent.isEmpty())
         extent.include(0);
     return extent;

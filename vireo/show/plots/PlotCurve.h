@@ -29,9 +29,16 @@ public:
 
     const QColor& getColour() const { return m_Colour; }
 
-    // What has to be seen of it; bars stand on zero.
+    // What has to be seen of it; bars stand on zero. On a logarithmic axis that begins with the smallest positive
+    // number.
     Extent xExtent() const;
     Extent yExtentWithin(double firstX, double lastX) const;
+
+    // Which of its axes are logarithmic.
+    void setLog(bool isXLog, bool isYLog);
+
+    // Whether the legend says more of it than its name.
+    bool hasNotes() const { return m_Samples.numInfinite() > 0 || m_NumNotPositive > 0; }
 
     // Whether each sample holds until the next one.
     bool isSteps() const { return m_Kind == CurveKind::Steps; }
@@ -58,6 +65,7 @@ public:
 
 private:
     void showName();
+    void countNotPositive();
     void applySamples(CurveSamples& samples);
     void applyStyle(const std::string& style);
     bool hasBars() const { return m_Kind == CurveKind::Bars || m_Kind == CurveKind::Histogram; }
@@ -74,6 +82,9 @@ private:
     double m_PenWidth = 1;
     bool m_HasMarks = false;
     bool m_IsOnY2 = false;
+    bool m_IsXLog = false;
+    bool m_IsYLog = false;
+    std::size_t m_NumNotPositive = 0; // of the samples that have no place on logarithmic axes
     CurveKind m_Kind = CurveKind::Line;
     std::size_t m_Number;
     bool m_HasOwnColour = false;

@@ -133,24 +133,42 @@ PlotLegend::Grid PlotLegend::gridFor(int width) const
 
 QSize PlotLegend::sizeHint() const
 {
-    if (m_IsInPicture) {
+    if (isInGrid()) {
         const QSize cell = gridFor(0).cell;
         return {cell.width() * m_Entries.size(), cell.height()};
     }
-    const QSize hint = QwtLegend::sizeHint();
-    return m_Filter->isHidden() ? hint : hint + QSize(0, m_Filter->sizeHint().height());
+    return QwtLegend::sizeHint() + QSize(0, filterHeight());
 }
 
 int PlotLegend::heightForWidth(int width) const
 {
-    if (m_IsInPicture) {
+    if (isInGrid()) {
         const Grid grid = gridFor(width);
         return (m_Entries.size() + grid.numColumns - 1) / grid.numColumns * grid.cell.height();
     }
-    return QwtLegend::heightForWidth(width) + (m_Filter->isHidden() ? 0 : m_Filter->sizeHint().height());
+    return QwtLegend::heightForWidth(width) + filterHeight();
 }
 
-void PlotLegend::renderLegend(QPainter* painter, const QRectF& room, bool) const
+// A picture has the entries that the filter has taken away from Qwt's layout, too.
+bool PlotLegend::isInGrid() const
+{
+    return m_IsInPicture && !m_Filter->text().isEmpty();
+}
+
+int PlotLegend::filterHeight() const
+{
+    return m_IsInPicture || m_Filter->isHidden() ? 0 : m_Filter->sizeHint().height();
+}
+
+void PlotLegend::renderLegend(QPainter* painter, const QRectF& room, bool fillBackground) const
+{
+    if (!isInGrid() && heightForWidth(static_cast<int>(room.width())) <= room.height())
+        QwtLegend::renderLegend(painter, room, fillBackground);
+    else
+        renderGrid(*painter, room);
+}
+
+void PlotLegend::renderGrid(QPainter& painter, const QRectF& room) const
 {
     const Grid grid = gridFor(static_cast<int>(room.width()));
     const int numRows = std::max(1, static_cast<int>(room.height()) / grid.cell.height());
@@ -165,12 +183,12 @@ void PlotLegend::renderLegend(QPainter* painter, const QRectF& room, bool) const
             grid.cell);
     };
     for (int i = 0; i < numShown; ++i)
-        renderItem(painter, m_Entries[i], cellOf(i), false);
+        renderItem(&painter, m_Entries[i], cellOf(i), false);
     if (numShown == m_Entries.size())
         return;
-    painter->setFont(font());
-    painter->setPen(palette().color(QPalette::Text));
-    painter->drawText(
+    painter.setFont(font());
+    painter.setPen(palette().color(QPalette::Text));
+    painter.drawText(
         cellOf(numShown), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip, moreText(m_Entries.size() - numShown));
 }
 

@@ -47,7 +47,10 @@ private:
         QSize cell;
     };
 
+    bool isInGrid() const;
     Grid gridFor(int width) const;
+    int filterHeight() const;
+    void renderGrid(QPainter& painter, const QRectF& room) const;
     PlotCurve* curveOf(const QWidget* entry) const;
     bool handle(QWidget* entry, const QEvent& event);
     void showFilter();

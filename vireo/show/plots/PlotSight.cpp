@@ -23,8 +23,9 @@ double smallestLength(double from, double to)
     return std::max(std::max(std::abs(from), std::abs(to)) * SMALLEST_PART, SMALLEST_LENGTH);
 }
 
-// A part of an axis that can be shown, whatever was asked for.
-AxisUpdate::Range showable(AxisUpdate::Range range, bool isLog)
+// A part of an axis that can be shown, whatever was asked for. A logarithmic one that would begin with zero or below
+// begins with what is fitted, if that can be.
+AxisUpdate::Range showable(AxisUpdate::Range range, bool isLog, double smallestFitted)
 {
     if (std::isnan(range.from) || std::isnan(range.to))
         return {1, 10};
@@ -32,8 +33,9 @@ AxisUpdate::Range showable(AxisUpdate::Range range, bool isLog)
     const double to = std::clamp(range.to, -LARGEST, LARGEST);
     if (isLog && to < SMALLEST_LENGTH)
         return {1, 10};
-    if (isLog && !(from > 0 && to / from < std::pow(10, MOST_DECADES)))
-        return {to * 1e-6, to};
+    const auto canBegin = [to](double first) { return first > 0 && to / first < std::pow(10, MOST_DECADES); };
+    if (isLog && !canBegin(from))
+        return {canBegin(smallestFitted) && smallestFitted < to ? smallestFitted : to * 1e-6, to};
     const double least = smallestLength(from, to);
     return to - from >= least ? AxisUpdate::Range{from, to} : AxisUpdate::Range{from - least, to + least};
 }
@@ -49,9 +51,9 @@ bool PlotSight::Choice::operator==(const Choice& other) const
 PlotSight::Range PlotSight::range(Axis axis) const
 {
     if (m_Chosen.ranges[axis])
-        return showable(*m_Chosen.ranges[axis], m_IsLog[axis]);
+        return showable(*m_Chosen.ranges[axis], m_IsLog[axis], m_Fitted[axis].from);
     const bool isWanted = m_Wanted[axis] && !(axis == X && m_Chosen.followedLength);
-    return showable(isWanted ? *m_Wanted[axis] : m_Fitted[axis], m_IsLog[axis]);
+    return showable(isWanted ? *m_Wanted[axis] : m_Fitted[axis], m_IsLog[axis], m_Fitted[axis].from);
 }
 
 void PlotSight::zoom(Axis axis, double factor, double fixed)

@@ -99,14 +99,12 @@ AxisUpdate::Range rangeOf(const Extent& extent, double margin)
 // The same along an axis that has positive numbers alone.
 AxisUpdate::Range logRangeOf(const Extent& extent, double margin)
 {
-    if (extent.isEmpty() || extent.to <= 0)
+    if (extent.isEmpty() || extent.from <= 0)
         return {1, 10};
-    constexpr double DECADES_AT_MOST = 1e-12; // where there are numbers below zero, and the smallest is not known
-    const double from = extent.from > 0 ? extent.from : extent.to * DECADES_AT_MOST;
-    if (from == extent.to)
-        return {from / 10, from * 10};
-    const double factor = std::pow(extent.to / from, margin);
-    return {std::max(from / factor, 1e-300), std::min(extent.to * factor, 1e307)};
+    if (extent.from == extent.to)
+        return {extent.from / 10, extent.from * 10};
+    const double factor = std::pow(extent.to / extent.from, margin);
+    return {std::max(extent.from / factor, 1e-300), std::min(extent.to * factor, 1e307)};
 }
 
 AxisUpdate::Range rangeOf(const Extent& extent, double margin, bool isLog)
@@ -274,7 +272,7 @@ void PlotView::apply(ViewUpdate& update)
                                     [](const auto& curve) { return curve->getSamples().isAppended(); }));
     m_Plot->enableAxis(QwtPlot::yRight,
         std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->isOnY2(); }));
-    showLegend();
+    showNotes();
     measure();
     sayWhatIsUnsorted();
     for (PlotView* view : linkedViews()) {
@@ -343,6 +341,7 @@ void PlotView::setLog(PlotSight::Axis axis, bool isLog)
 {
     m_LogChosen[axis] = isLog;
     showScale(axis);
+    showNotes();
     showChoice();
 }
 
@@ -360,6 +359,13 @@ void PlotView::showScale(PlotSight::Axis axis)
         m_Plot->setAxisScaleEngine(QWT_AXES[axis], new QwtLinearScaleEngine);
 }
 
+void PlotView::showNotes()
+{
+    for (const auto& curve : m_Curves)
+        curve->setLog(isLog(PlotSight::X), isLog(yAxisOf(*curve)));
+    showLegend();
+}
+
 bool PlotView::isGridShown() const
 {
     return m_Grid->isVisible();
@@ -373,8 +379,8 @@ void PlotView::setGridShown(bool isShown)
 
 void PlotView::showLegend()
 {
-    const bool hasNotes = std::any_of(m_Curves.begin(), m_Curves.end(),
-        [](const auto& curve) { return curve->getSamples().numInfinite() > 0 || !curve->isVisible(); });
+    const bool hasNotes = std::any_of(
+        m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->hasNotes() || !curve->isVisible(); });
     const bool isNeeded = m_Curves.size() > 1 || hasNotes;
     if (isNeeded == (m_Legend != nullptr))
         return;

@@ -91,6 +91,7 @@ private:
     void applyLines(const PlotUpdate& update);
     void applyAxis(PlotSight::Axis axis, AxisUpdate& update);
     void showScale(PlotSight::Axis axis);
+    void showNotes();
     void showLegend();
     PlotLegend* makeLegend();
     void showHidden();

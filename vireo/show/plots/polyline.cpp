@@ -138,7 +138,7 @@ private:
     void addSample(double x, double y)
     {
         const QPointF point = pixelOf(x, y, m_XMap, m_YMap);
-        if (!std::isfinite(x) || !std::isfinite(y) || !isPlace(point))
+        if (!m_XMap.hasPlace(x) || !m_YMap.hasPlace(y) || !isPlace(point))
             return addGap();
         if (!m_Column.has(point))
             m_Column.drawInto(m_Line);
@@ -175,6 +175,8 @@ private:
         const Extremes extremes = m_Curve.extremes(column.first, column.last);
         if (extremes.extent.isEmpty())
             return addGap();
+        if (m_YMap.isLog && extremes.extent.from <= 0) // which are gaps between the others
+            return addSamples(column);
         const std::size_t lowest = std::min(extremes.lowest, extremes.highest);
         const std::size_t highest = std::max(extremes.lowest, extremes.highest);
         addSample(m_Curve.x(column.first), m_Curve.y(column.first));
@@ -225,7 +227,7 @@ Polylines marksOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap&
     Polylines polylines;
     visitSamples(curve, seenOf(curve, xMap), [&](double x, double y) {
         const QPointF point = pixelOf(x, y, xMap, yMap);
-        if (!std::isfinite(x) || !std::isfinite(y) || !isPlace(point))
+        if (!xMap.hasPlace(x) || !yMap.hasPlace(y) || !isPlace(point))
             return;
         if (polylines.marks.isEmpty() || polylines.marks.back().toPoint() != point.toPoint())
             polylines.marks.push_back(point);

@@ -63,6 +63,43 @@ TEST_F(CurveStoreTest, FindsAnXFromAnyGuess)
     }
 }
 
+TEST_F(CurveStoreTest, KnowsWhatLogarithmicAxesCanShow)
+{
+    std::vector<double> x(5000);
+    std::vector<double> y(5000);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        x[i] = static_cast<double>(i) - 1000;
+        y[i] = i < 2000 ? 7.0 + static_cast<double>(i) : static_cast<double>(i % 10) - 4; // blocks of both kinds
+    }
+    y[0] = -1;
+    y[3000] = 0.25;
+    y[10] = NAN;
+    y[11] = -INFINITY;
+    const auto expect = [&](const CurveStore& store) {
+        EXPECT_EQ(store.smallestPositiveX(), 1);
+        EXPECT_EQ(store.smallestPositiveY(), 0.25);
+        EXPECT_EQ(store.numNotPositive(false, false), 0u);
+        EXPECT_EQ(store.numNotPositive(true, false), 999u) << "of the finite ones";
+        EXPECT_EQ(store.numNotPositive(false, true), 1u + 5 * 300 - 1);
+        EXPECT_EQ(store.numNotPositive(true, true), 999u + 5 * 300 - 1);
+    };
+    CurveStore sorted;
+    CurveUpdate update = samples(x, y);
+    sorted.apply(update);
+    expect(sorted);
+
+    std::swap(x[4000], x[4001]);
+    CurveStore toAndFro;
+    update = samples(x, y);
+    toAndFro.apply(update);
+    expect(toAndFro);
+
+    update = {};
+    update.append({{9000}, {0.125}});
+    toAndFro.apply(update);
+    EXPECT_EQ(toAndFro.smallestPositiveY(), 0.125);
+}
+
 TEST_F(CurveStoreTest, AppendsToWhatWasSentAndForgetsTheOldest)
 {
     send({0, 1}, {10, 11});

@@ -183,6 +183,9 @@ TEST_F(PlotLegendTest, APictureHasAllEntriesOrSaysHowManyAreMissing)
         return static_cast<int>(colours.size());
     };
     EXPECT_EQ(numEntriesIn({1000, 700}), NUM_CURVES);
+    m_View.findChild<QLineEdit*>("filter")->setText("c11");
+    EXPECT_EQ(numEntriesIn({1000, 700}), NUM_CURVES) << "which is not filtered";
+    m_View.findChild<QLineEdit*>("filter")->clear();
     const int numFewer = numEntriesIn({300, 300});
     EXPECT_GT(numFewer, 10);
     EXPECT_LT(numFewer, NUM_CURVES - 10);

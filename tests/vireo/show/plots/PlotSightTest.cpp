@@ -107,6 +107,14 @@ TEST_F(PlotSightTest, ZoomsALogarithmicAxisByItsDecades)
     EXPECT_RANGE(m_Sight.range(PlotSight::Y), 100, 10000);
 }
 
+TEST_F(PlotSightTest, ALogarithmicAxisFromZeroBeginsWithWhatFits)
+{
+    m_Sight.setLog(PlotSight::Y, true);
+    m_Sight.setFitted(PlotSight::Y, {0.5, 10000});
+    m_Sight.setWanted(PlotSight::Y, PlotSight::Range{0, 100});
+    EXPECT_RANGE(m_Sight.range(PlotSight::Y), 0.5, 100);
+}
+
 TEST_F(PlotSightTest, ShowsSomethingWhateverIsWanted)
 {
     const double infinite = std::numeric_limits<double>::infinity();

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numeric>
+#include <qwt_legend_label.h>
 #include <utility>
 
 #include "tests/vireo/show/plots/curves.h"
@@ -33,6 +34,15 @@ protected:
             for (int x = 0; x < picture.width(); ++x)
                 number += picture.pixelColor(x, y) == colour;
         return number;
+    }
+
+    // All of its texts.
+    QString legend()
+    {
+        QStringList texts;
+        for (const auto* label : m_View.findChildren<QwtLegendLabel*>())
+            texts += label->text().text();
+        return texts.join(", ");
     }
 
     template <typename Save>
@@ -151,6 +161,37 @@ TEST_F(PlotViewTest, EveryKindIsDrawn)
                 numDrawn += qBlue(picture.pixel(x, y)) < qBlue(picture.pixel(300, 2)) - 40;
         EXPECT_GT(numDrawn, 1000) << nameOf(kind);
     }
+}
+
+TEST_F(PlotViewTest, ALogarithmicAxisBeginsWithTheSmallestPositiveNumber)
+{
+    send("a", {-1, 0.5, 1, 10, 100}, {1000, -5, 0, 0.01, 10});
+    PlotUpdate update;
+    update.x.isLog = true;
+    update.y.isLog = true;
+    m_View.apply(update);
+    EXPECT_DOUBLE_EQ(m_View.getSight().range(PlotSight::X).from, 0.5);
+    EXPECT_EQ(m_View.getSight().range(PlotSight::X).to, 100);
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).from, 0.01, 0.008);
+    EXPECT_EQ(legend().toStdString(), "a (3 not above zero)");
+    update = {};
+    update.x.isLog = false;
+    m_View.apply(update);
+    EXPECT_EQ(legend().toStdString(), "a (2 not above zero)");
+    update = {};
+    update.y.isLog = false;
+    m_View.apply(update);
+    EXPECT_EQ(legend().toStdString(), "") << "one curve of which there is nothing to say";
+}
+
+TEST_F(PlotViewTest, ALogarithmicAxisShowsSomethingWithoutPositiveNumbers)
+{
+    send("a", {0, 1}, {-5, 0});
+    PlotUpdate update;
+    update.y.isLog = true;
+    m_View.apply(update);
+    EXPECT_GT(m_View.getSight().range(PlotSight::Y).from, 0);
+    EXPECT_EQ(legend().toStdString(), "a (2 not above zero)");
 }
 
 TEST_F(PlotViewTest, BarsStandOnZeroWithinTheView)

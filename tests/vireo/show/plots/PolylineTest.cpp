@@ -230,6 +230,29 @@ TEST(PolylineGapTest, AGapStaysAmongManySamples)
     EXPECT_NEAR(lines.lines[1].front().x(), 500, 1);
 }
 
+TEST(PolylineGapTest, WhatIsNotAboveZeroIsAGapOnALogarithmicAxis)
+{
+    for (const std::size_t perValue : {1, 5000}) { // single samples, and dense columns of pixels
+        std::vector<double> x;
+        std::vector<double> y;
+        for (const double value : {1.0, 0.0, 10.0, -5.0, 100.0, 1000.0})
+            for (std::size_t i = 0; i < perValue; ++i) {
+                x.push_back(static_cast<double>(x.size()));
+                y.push_back(value);
+            }
+        CurveStore curve;
+        CurveUpdate update = samples(x, y);
+        curve.apply(update);
+        const PixelMap xMap{0, x.back(), 0, 600};
+        const PixelMap yMap{1, 1000, 300, 0, true};
+        const Polylines found = polylinesOf(curve, xMap, yMap);
+        EXPECT_EQ(found.lines.size() + found.marks.size(), 3u) << perValue;
+        for (const QPolygonF& line : found.lines)
+            for (const QPointF& point : line)
+                EXPECT_LE(point.y(), 300.5);
+    }
+}
+
 TEST(PolylineRangeTest, LinesToFarPlacesAreKept)
 {
     const Polylines lines =
