@@ -1,6 +1,7 @@
 #include "vireo/show/plots/PlotGestures.h"
 
 #include <QContextMenuEvent>
+#include <QGestureEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QRubberBand>
@@ -26,6 +27,11 @@ constexpr double FACTOR_OF_WHEEL = 0.87; // of one step
 constexpr double DEGREES_OF_STEP = 120;  // in eighths
 constexpr double PART_OF_WHEEL = 0.1;    // by which it moves x
 
+bool isOtherThanZooming(QEvent::Type type)
+{
+    return type == QEvent::MouseButtonPress || type == QEvent::KeyPress || type == QEvent::Leave;
+}
+
 } // namespace
 
 PlotGestures::PlotGestures(PlotView& view)
@@ -37,6 +43,7 @@ PlotGestures::PlotGestures(PlotView& view)
     m_Readout->hide();
     m_Canvas->setMouseTracking(true);
     m_Canvas->setFocusPolicy(Qt::StrongFocus);
+    m_Canvas->grabGesture(Qt::PinchGesture);
     m_Canvas->installEventFilter(this);
     for (const PlotSight::Axis axis : {PlotSight::X, PlotSight::Y, PlotSight::Y2})
         m_View.axisWidget(axis)->installEventFilter(this);
@@ -61,10 +68,12 @@ std::vector<PlotSight::Axis> PlotGestures::axesOf(const QObject* widget) const
 
 bool PlotGestures::eventFilter(QObject* object, QEvent* event)
 {
-    if (event->type() != QEvent::Wheel && event->type() != QEvent::MouseMove)
-        m_IsWheelTurning = false;
+    if (isOtherThanZooming(event->type()))
+        m_IsZooming = false;
     switch (event->type()) {
     case QEvent::Wheel: turnWheel(object, static_cast<QWheelEvent&>(*event)); return true;
+    case QEvent::NativeGesture: return pinch(object, static_cast<QNativeGestureEvent&>(*event));
+    case QEvent::Gesture: return pinch(object, static_cast<QGestureEvent&>(*event));
     case QEvent::MouseButtonPress: return press(object, static_cast<QMouseEvent&>(*event));
     case QEvent::MouseMove: return move(object, static_cast<QMouseEvent&>(*event));
     case QEvent::MouseButtonRelease: return release(object, static_cast<QMouseEvent&>(*event));
@@ -78,23 +87,55 @@ bool PlotGestures::eventFilter(QObject* object, QEvent* event)
 
 void PlotGestures::turnWheel(QObject* widget, QWheelEvent& event)
 {
-    PlotSight& sight = m_View.getSight();
-    if (!m_IsWheelTurning)
-        sight.remember();
-    m_IsWheelTurning = true;
+    rememberOnce();
     const QPoint turned = event.angleDelta();
     const double steps = (turned.y() != 0 ? turned.y() : turned.x()) / DEGREES_OF_STEP; // with Alt it turns x
-    const QPoint place = m_Canvas->mapFromGlobal(event.globalPosition().toPoint());
-    if (event.modifiers() & Qt::ShiftModifier) {
-        sight.move(PlotSight::X, -steps * PART_OF_WHEEL);
-    } else {
-        for (const PlotSight::Axis axis : axesOf(widget))
-            if (axis == PlotSight::X || !(event.modifiers() & Qt::ControlModifier))
-                sight.zoom(axis, std::pow(FACTOR_OF_WHEEL, steps),
-                    m_View.pixelMap(axis).toValue(axis == PlotSight::X ? place.x() : place.y()));
-    }
+    const bool isXAlone = event.modifiers() & Qt::ControlModifier && !axisOf(widget);
+    if (event.modifiers() & Qt::ShiftModifier)
+        m_View.getSight().move(PlotSight::X, -steps * PART_OF_WHEEL);
+    else
+        zoomAt(isXAlone ? std::vector{PlotSight::X} : axesOf(widget), std::pow(FACTOR_OF_WHEEL, steps),
+            event.globalPosition().toPoint());
     m_View.showChoice();
     event.accept();
+}
+
+bool PlotGestures::pinch(QObject* widget, const QNativeGestureEvent& event)
+{
+    if (event.gestureType() != Qt::ZoomNativeGesture || !(event.value() > -1))
+        return false;
+    rememberOnce();
+    zoomAt(axesOf(widget), 1 / (1 + event.value()), event.globalPos());
+    m_View.showChoice();
+    return true;
+}
+
+// Before, the first of the two fingers has begun to drag.
+bool PlotGestures::pinch(QObject* widget, QGestureEvent& event)
+{
+    const auto* const gesture = static_cast<QPinchGesture*>(event.gesture(Qt::PinchGesture));
+    if (!gesture || !(gesture->scaleFactor() > 0))
+        return false;
+    m_Drag.reset();
+    rememberOnce();
+    zoomAt(axesOf(widget), 1 / gesture->scaleFactor(), gesture->centerPoint().toPoint());
+    m_View.showChoice();
+    return true;
+}
+
+void PlotGestures::rememberOnce()
+{
+    if (!m_IsZooming)
+        m_View.getSight().remember();
+    m_IsZooming = true;
+}
+
+void PlotGestures::zoomAt(const std::vector<PlotSight::Axis>& axes, double factor, const QPoint& globalPlace)
+{
+    const QPoint place = m_Canvas->mapFromGlobal(globalPlace);
+    for (const PlotSight::Axis axis : axes)
+        m_View.getSight().zoom(
+            axis, factor, m_View.pixelMap(axis).toValue(axis == PlotSight::X ? place.x() : place.y()));
 }
 
 bool PlotGestures::press(QObject* widget, const QMouseEvent& event)

@@ -8,8 +8,10 @@
 #include "vireo/show/plots/PlotSight.h"
 
 class QContextMenuEvent;
+class QGestureEvent;
 class QKeyEvent;
 class QMouseEvent;
+class QNativeGestureEvent;
 class QRubberBand;
 class QWheelEvent;
 class QWidget;
@@ -21,13 +23,13 @@ class PlotView;
 
 // What a person does to a plot with mouse and keys.
 //
-// The wheel zooms at the pointer, with Ctrl x alone, and with Shift it moves x; over an axis it zooms that axis alone.
-// The left and the middle button drag what is seen; the right button, or Shift with the left one, draws a box that is
-// zoomed into, which Alt widens to the whole width and Shift to the whole height, and Escape gives up. A double click
-// shows all again, over an axis all along that one. Space stops following the newest data and starts it again.
-// M brings two cursors between which is measured, and takes them away again; the left button drags them.
-// Backspace, Ctrl+Z or the mouse's back button undo a zoom; with Shift, or with the forward button, it is redone. The
-// right button without a movement brings a menu, and "?" or F1 a list of all this.
+// The wheel, or a pinch on a touch pad or a screen, zooms at the pointer, with Ctrl x alone, and with Shift it moves x;
+// over an axis it zooms that axis alone. The left and the middle button drag what is seen; the right button, or Shift
+// with the left one, draws a box that is zoomed into, which Alt widens to the whole width and Shift to the whole
+// height, and Escape gives up. A double click shows all again, over an axis all along that one. Space stops following
+// the newest data and starts it again. M brings two cursors between which is measured, and takes them away again; the
+// left button drags them. Backspace, Ctrl+Z or the mouse's back button undo a zoom; with Shift, or with the forward
+// button, it is redone. The right button without a movement brings a menu, and "?" or F1 a list of all this.
 class PlotGestures : public QObject
 {
 public:
@@ -52,6 +54,10 @@ private:
     std::vector<PlotSight::Axis> axesOf(const QObject* widget) const;
 
     void turnWheel(QObject* widget, QWheelEvent& event);
+    bool pinch(QObject* widget, const QNativeGestureEvent& event);
+    bool pinch(QObject* widget, QGestureEvent& event);
+    void rememberOnce();
+    void zoomAt(const std::vector<PlotSight::Axis>& axes, double factor, const QPoint& globalPlace);
     bool press(QObject* widget, const QMouseEvent& event);
     bool move(QObject* widget, const QMouseEvent& event);
     bool release(QObject* widget, const QMouseEvent& event);
@@ -72,7 +78,7 @@ private:
     QRubberBand* m_Box;
     std::optional<Drag> m_Drag;
     Qt::KeyboardModifiers m_BoxModifiers;
-    bool m_IsWheelTurning = false; // since what was seen has been remembered
+    bool m_IsZooming = false; // since what was seen has been remembered
 };
 
 } // namespace tavo

@@ -1,9 +1,12 @@
 #include <QApplication>
+#include <QGesture>
+#include <QGestureEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QToolButton>
+#include <QTouchDevice>
 #include <QWheelEvent>
 #include <gmock/gmock.h>
 
@@ -100,6 +103,36 @@ TEST_F(PlotGesturesTest, TheWheelZoomsAtThePointer)
     EXPECT_NEAR((x().to - x().from) / length, 0.87 * 0.87 * 0.87, 1e-6);
     turnWheel(m_Canvas, place, -3);
     EXPECT_NEAR(x().to - x().from, length, 1e-6);
+}
+
+TEST_F(PlotGesturesTest, APinchZoomsAtThePointer)
+{
+    const QPoint place(150, 120);
+    const auto pinchPad = [&](double value) {
+        QNativeGestureEvent event(Qt::ZoomNativeGesture, QTouchDevice::devices().value(0), place, place,
+            m_Canvas->mapToGlobal(place), value, 0, 0);
+        QApplication::sendEvent(m_Canvas, &event);
+    };
+    const auto pinchScreen = [&](double factor) {
+        QPinchGesture gesture;
+        gesture.setScaleFactor(factor);
+        gesture.setCenterPoint(m_Canvas->mapToGlobal(place));
+        QGestureEvent event({&gesture});
+        QApplication::sendEvent(m_Canvas, &event);
+    };
+    pinchPad(0.1); // after which the numbers take the room that they keep
+    const double xBefore = xAt(place);
+    const double yBefore = yAt(place);
+    const double length = x().to - x().from;
+    pinchPad(0.25);
+    EXPECT_NEAR((x().to - x().from) / length, 1 / 1.25, 1e-6);
+    pinchScreen(2);
+    EXPECT_NEAR((x().to - x().from) / length, 1 / 2.5, 1e-6);
+    EXPECT_NEAR(xAt(place), xBefore, 0.05);
+    EXPECT_NEAR(yAt(place), yBefore, 0.5);
+    clickKey(m_Canvas, Qt::Key_Backspace);
+    EXPECT_EQ(x().from, 0) << "before all of it";
+    EXPECT_EQ(x().to, 10);
 }
 
 TEST_F(PlotGesturesTest, OverAnAxisTheWheelZoomsThatAxisAlone)

@@ -253,6 +253,21 @@ TEST(PolylineGapTest, WhatIsNotAboveZeroIsAGapOnALogarithmicAxis)
     }
 }
 
+TEST(PolylineGapTest, AmongManySamplesWhatIsAboveZeroIsDrawn)
+{
+    std::vector<double> x(30'000);
+    std::vector<double> y(x.size());
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        x[i] = static_cast<double>(i);
+        y[i] = i % 3 == 0 ? -1 : i % 3 == 1 ? 10 : 100;
+    }
+    CurveStore curve;
+    CurveUpdate update = samples(x, y);
+    curve.apply(update);
+    const Polylines found = polylinesOf(curve, {0, x.back(), 0, 600}, {1, 1000, 300, 0, true});
+    EXPECT_EQ(found.lines.size(), 10'000u);
+}
+
 TEST(PolylineRangeTest, LinesToFarPlacesAreKept)
 {
     const Polylines lines =
