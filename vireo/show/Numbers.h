@@ -21,6 +21,21 @@ concept Number =
     std::is_arithmetic_v<T> && !std::same_as<T, bool> && !std::same_as<T, char> && !std::same_as<T, wchar_t> &&
     !std::same_as<T, char8_t> && !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
 
+template <Number T>
+constexpr NumberType numberTypeOf()
+{
+    if constexpr (std::is_floating_point_v<T>)
+        return sizeof(T) == sizeof(float) ? NumberType::Float32 : NumberType::Float64;
+    else if constexpr (sizeof(T) == 1)
+        return std::is_signed_v<T> ? NumberType::Int8 : NumberType::UInt8;
+    else if constexpr (sizeof(T) == 2)
+        return std::is_signed_v<T> ? NumberType::Int16 : NumberType::UInt16;
+    else if constexpr (sizeof(T) == 4)
+        return std::is_signed_v<T> ? NumberType::Int32 : NumberType::UInt32;
+    else
+        return std::is_signed_v<T> ? NumberType::Int64 : NumberType::UInt64;
+}
+
 template <typename Range>
 using ElementOf = std::remove_cvref_t<decltype(*std::data(std::declval<const std::remove_reference_t<Range>&>()))>;
 
@@ -80,21 +95,6 @@ public:
     bool areTooMany() const { return m_AreTooMany; }
 
 private:
-    template <Number T>
-    static constexpr NumberType typeOf()
-    {
-        if constexpr (std::is_floating_point_v<T>)
-            return sizeof(T) == sizeof(float) ? NumberType::Float32 : NumberType::Float64;
-        else if constexpr (sizeof(T) == 1)
-            return std::is_signed_v<T> ? NumberType::Int8 : NumberType::UInt8;
-        else if constexpr (sizeof(T) == 2)
-            return std::is_signed_v<T> ? NumberType::Int16 : NumberType::UInt16;
-        else if constexpr (sizeof(T) == 4)
-            return std::is_signed_v<T> ? NumberType::Int32 : NumberType::UInt32;
-        else
-            return std::is_signed_v<T> ? NumberType::Int64 : NumberType::UInt64;
-    }
-
     template <typename Range>
     void takeOrRefuse(Range&& range)
     {
@@ -161,7 +161,7 @@ private:
     void keep(std::vector<T>&& numbers)
     {
         const auto kept = std::make_shared<const std::vector<T>>(std::move(numbers));
-        NumberArray::operator=(NumberArray(kept, kept->data(), kept->size(), typeOf<T>()));
+        NumberArray::operator=(NumberArray(kept, kept->data(), kept->size(), numberTypeOf<T>()));
     }
 
     bool m_AreTooMany = false;

@@ -4,10 +4,9 @@
 #include <utility>
 
 #include "tavo/base/debug/displayException.h"
-#include "tavo/base/text/printable.h"
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/delivery/Mode.h"
-#include "vireo/show/delivery/currentBatch.h"
+#include "vireo/show/delivery/changeUpdate.h"
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/plots/PlotUpdate.h"
 
@@ -15,28 +14,16 @@ namespace tavo {
 
 namespace {
 
-constexpr std::size_t SHOWN_CHARACTERS = 80;
-
 // A call as a line of the log names it.
 std::string callOf(const ViewSlotPointer& slot, const char* operation, std::string_view name)
 {
-    return "plot(\"" + printable(slot->name, SHOWN_CHARACTERS) + "\")." + operation + "(\"" +
-           printable(name, SHOWN_CHARACTERS) + "\")";
+    return callOf("plot", slot, operation, name);
 }
 
-// The update of the plot that the statement sends; has `change` change it. Nothing escapes.
 template <typename Change>
-void change(const ViewSlotPointer& slot, Change&& change) noexcept
+void change(const ViewSlotPointer& slot, Change&& changeIt) noexcept
 {
-    Batch* const batch = currentBatch();
-    if (!slot || !batch)
-        return;
-    runGuarded([&] {
-        std::unique_ptr<ViewUpdate>& update = (*batch)[slot].update;
-        if (!update)
-            update = std::make_unique<PlotUpdate>();
-        change(static_cast<PlotUpdate&>(*update));
-    });
+    changeUpdate<PlotUpdate>(slot, changeIt);
 }
 
 template <typename Change>
@@ -57,12 +44,6 @@ bool isMistaken(
     else
         return false;
     return true;
-}
-
-// Whether anything may come of a call. Numbers of calls that nothing comes of are empty.
-bool isSent(const ViewSlotPointer& slot)
-{
-    return slot && currentBatch() && !isShowOff();
 }
 
 void sendSamples(const ViewSlotPointer& slot, CurveKind kind, std::string_view name, const Numbers* x, const Numbers& y,

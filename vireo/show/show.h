@@ -4,6 +4,7 @@
 
 #include "vireo/show/Export.h"
 #include "vireo/show/Plot.h"
+#include "vireo/show/Scene.h"
 
 /// @file
 /// The front door: shows what a running program has.
@@ -18,10 +19,10 @@
 ///         tavo::show();
 ///     }
 ///
-/// Views are made by `plot(name)`, from any thread, and are on the screen at once in a program that has a QApplication
-/// and serves its events. A program without Qt ends with `show()`, calls `pump()` in its loop, or calls `openWindow()`
-/// once; the window then has a thread of its own, with a QApplication, until the program ends. Such a program must not
-/// make a QApplication of its own later: Qt would end it.
+/// Views are made by `plot(name)` and `scene(name)`, from any thread, and are on the screen at once in a program that
+/// has a QApplication and serves its events. A program without Qt ends with `show()`, calls `pump()` in its loop, or
+/// calls `openWindow()` once; the window then has a thread of its own, with a QApplication, until the program ends.
+/// Such a program must not make a QApplication of its own later: Qt would end it.
 ///
 /// The environment variable VIREO_SHOW says what becomes of all this: `off` makes every call do nothing,
 /// `pictures:FOLDER` saves a PNG of every view in that folder when the program ends or calls `show()`, and opens no

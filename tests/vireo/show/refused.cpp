@@ -37,6 +37,11 @@ int main()
 #elif REFUSED == 9
     using namespace tavo;
     remove("x");
+#elif REFUSED == 10
+    tavo::scene("scene").cloud("points", std::vector<tavo::Vector2d>(3));
+#elif REFUSED == 11
+    tavo::scene("scene").cloud("points", std::vector<Pair>(3));
 #endif
     plot.curve("curve", std::vector<double>{1, 2});
+    tavo::scene("scene").cloud("points", std::vector<tavo::Vector3d>(3));
 }

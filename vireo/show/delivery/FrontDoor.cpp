@@ -21,6 +21,7 @@
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/delivery/windowState.h"
 #include "vireo/show/plots/PlotView.h"
+#include "vireo/show/scenes/SceneView.h"
 #include "vireo/show/show.h"
 #include "vireo/show/window/ShowWindow.h"
 #include "vireo/show/window/pictureFile.h"
@@ -41,9 +42,10 @@ std::atomic<bool> isThereAnApplication = false;
 std::unique_ptr<View> makeViewOf(const ViewSlot& slot)
 {
     switch (slot.kind) {
-    case ViewKind::Plot: break;
+    case ViewKind::Plot: return std::make_unique<PlotView>(slot.name);
+    case ViewKind::Scene: return std::make_unique<SceneView>(slot.name);
     }
-    return std::make_unique<PlotView>(slot.name);
+    return nullptr;
 }
 
 std::string noSuchView(const std::string& name)

@@ -13,7 +13,8 @@ class View;
 
 enum class ViewKind : std::uint8_t
 {
-    Plot
+    Plot,
+    Scene
 };
 
 // What of a view is replaced by what was sent to it.

@@ -168,6 +168,14 @@ Matrix4 SceneCamera::projection(const SceneBox& box, const Size& size) const
     return clip;
 }
 
+double SceneCamera::depthAt(double drawnDepth, const SceneBox& box) const
+{
+    const auto [nearest, farthest] = depthsOf(box);
+    if (m_IsOrthographic)
+        return nearest + drawnDepth * (farthest - nearest);
+    return farthest * nearest / (farthest - drawnDepth * (farthest - nearest));
+}
+
 double SceneCamera::unitsPerPixel(double depth, const Size& size) const
 {
     return 2 * HALF_VIEW * (m_IsOrthographic ? m_Distance : depth) / size.height;

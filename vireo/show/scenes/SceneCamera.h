@@ -78,6 +78,9 @@ public:
     // From eye space to OpenGL's clip space, for what is in that box.
     Matrix4 projection(const SceneBox& box, const Size& size) const;
 
+    // How far in front of the eye that is which is drawn, with that projection, at a depth of OpenGL's between 0 and 1.
+    double depthAt(double drawnDepth, const SceneBox& box) const;
+
     // Where a point is in the picture. Its depth is negative, and the rest means nothing, behind the eye of a
     // perspective view.
     Pixel project(const Vector3d& point, const Size& size) const;

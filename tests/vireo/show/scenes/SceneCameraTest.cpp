@@ -87,6 +87,8 @@ TEST_P(SceneCameraTest, NearAndFarLeaveNothingOut)
             const SceneCamera::Pixel pixel = drawn(corner);
             EXPECT_LT(std::abs(pixel.depth), 1);
             expectAt(corner, pixel.x, pixel.y);
+            const double depth = m_Camera.project(corner, SIZE).depth;
+            EXPECT_NEAR(m_Camera.depthAt((pixel.depth + 1) / 2, m_Data.box()) / depth, 1, m_Data.pixels());
         }
     }
 }

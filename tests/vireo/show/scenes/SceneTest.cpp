@@ -1,0 +1,172 @@
+#include "vireo/show/Scene.h"
+
+#include <cmath>
+#include <gmock/gmock.h>
+#include <limits>
+#include <memory>
+
+#include "vireo/show/delivery/Inbox.h"
+#include "vireo/show/scenes/SceneUpdate.h"
+
+// What the handles send, and what they refuse.
+namespace tavo {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::unique_ptr<SceneUpdate> takeScene(const std::string& name = "scene")
+{
+    std::unique_ptr<SceneUpdate> scene;
+    for (Batch::Part& part : inbox::take())
+        if (part.slot->name == name)
+            scene.reset(static_cast<SceneUpdate*>(part.pending.update.release()));
+    return scene;
+}
+
+std::vector<std::string> takePaths()
+{
+    std::vector<std::string> paths;
+    if (const auto scene = takeScene())
+        for (const auto& [path, item] : scene->items)
+            paths.push_back(path);
+    return paths;
+}
+
+const std::vector<Vector3d> TRIANGLE{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+
+TEST(SceneTest, AStatementIsOneDelivery)
+{
+    bool wasWaiting = true;
+    scene("scene").cloud("a", TRIANGLE).colour((wasWaiting = inbox::hasWaiting(), RGBA8(1, 2, 3, 4))).size(3);
+    EXPECT_FALSE(wasWaiting);
+    const auto sent = takeScene();
+    EXPECT_EQ(sent->items["a"].shape->points.size(), 3U);
+    EXPECT_EQ(sent->items["a"].colour, RGBA8(1, 2, 3, 4));
+    EXPECT_EQ(sent->items["a"].size, 3);
+}
+
+TEST(SceneTest, WhatIsNewerTakesThePlaceOfWhatWaits)
+{
+    const Scene kept = scene("scene");
+    kept.cloud("a", TRIANGLE).size(5);
+    kept.cloud("a", {1, 2, 3});
+    const auto sent = takeScene();
+    EXPECT_EQ(sent->items["a"].shape->points.size(), 1U);
+    EXPECT_EQ(sent->items["a"].size, 5);
+}
+
+TEST(SceneTest, ABranchGoesAndNothingElse)
+{
+    const Scene kept = scene("scene");
+    kept.cloud("car/body", TRIANGLE);
+    kept.cloud("car", TRIANGLE);
+    kept.cloud("cart", TRIANGLE);
+    kept.remove("car");
+    const auto sent = takeScene();
+    EXPECT_EQ(sent->items.size(), 1U);
+    EXPECT_TRUE(sent->items.contains("cart"));
+    EXPECT_THAT(sent->removed, ElementsAre("car"));
+}
+
+TEST(SceneTest, WhatIsSentAfterItsRemovalIsShown)
+{
+    const Scene kept = scene("scene");
+    kept.clear();
+    kept.remove("a");
+    kept.cloud("a", TRIANGLE);
+    const auto sent = takeScene();
+    EXPECT_TRUE(sent->isCleared);
+    EXPECT_TRUE(sent->items.contains("a"));
+}
+
+TEST(SceneTest, AHandleOfNothingSendsNothing)
+{
+    Scene().cloud("a", TRIANGLE).colour({1, 2, 3, 4});
+    Item().size(3);
+    EXPECT_FALSE(inbox::hasWaiting());
+}
+
+std::string said()
+{
+    return testing::internal::GetCapturedStderr();
+}
+
+TEST(SceneTest, SaysWhatAreNoPoints)
+{
+    testing::internal::CaptureStderr();
+    scene("scene").cloud("a", {1, 2, 3, 4});
+    scene("scene").segments("b", TRIANGLE);
+    scene("scene").text("c", TRIANGLE, "three");
+    EXPECT_EQ(said(), "warning: tavo: scene(\"scene\").cloud(\"a\"): 4 numbers are no points, which take 3 each; what "
+                      "was shown stays\n"
+                      "warning: tavo: scene(\"scene\").segments(\"b\"): 3 points are no segments, which take two each; "
+                      "what was shown stays\n"
+                      "warning: tavo: scene(\"scene\").text(\"c\"): 3 points are no position; what was shown stays\n");
+    EXPECT_THAT(takePaths(), IsEmpty());
+}
+
+TEST(SceneTest, SaysWhatAreNotAsManyAsTheOthers)
+{
+    testing::internal::CaptureStderr();
+    scene("scene").vectors("v", TRIANGLE, {1, 2, 3});
+    scene("scene").boxes("b", {1, 2, 3}, TRIANGLE);
+    EXPECT_EQ(said(),
+        "warning: tavo: scene(\"scene\").vectors(\"v\"): 3 points and 1 directions; what was shown stays\n"
+        "warning: tavo: scene(\"scene\").boxes(\"b\"): 1 minima and 3 maxima; what was shown stays\n");
+    EXPECT_THAT(takePaths(), IsEmpty());
+}
+
+TEST(SceneTest, SaysWhichFaceNamesNoVertex)
+{
+    testing::internal::CaptureStderr();
+    scene("scene").mesh("a", TRIANGLE, {0, 1, 2, 0, 1, 3});
+    scene("scene").mesh("b", TRIANGLE, {0, -1, 2});
+    scene("scene").mesh("c", TRIANGLE, {0, 1});
+    scene("scene").mesh("d", TRIANGLE, {0., 1., NAN});
+    EXPECT_EQ(said(),
+        "warning: tavo: scene(\"scene\").mesh(\"a\"): face 1 names vertex 3 of 3; what was shown stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"b\"): face 0 names vertex -1 of 3; what was shown stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"c\"): 2 numbers are no faces, which take 3 each; what was shown "
+        "stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"d\"): face 0 names vertex nan of 3; what was shown stays\n");
+    EXPECT_THAT(takePaths(), IsEmpty());
+    scene("scene").mesh("a", TRIANGLE, {0, 1, 2});
+    EXPECT_THAT(takePaths(), ElementsAre("a"));
+}
+
+TEST(SceneTest, SaysWhatIsNoMatrixAndNoSide)
+{
+    testing::internal::CaptureStderr();
+    scene("scene").transform("a", {1, 2, 3}).view("up");
+    std::vector<double> infinite(16);
+    infinite[5] = std::numeric_limits<double>::infinity();
+    scene("scene").frame("f", infinite);
+    EXPECT_EQ(said(),
+        "warning: tavo: scene(\"scene\").transform(\"a\"): 3 numbers are no matrix, which has 16; what was shown "
+        "stays\n"
+        "warning: tavo: scene(\"scene\").view(\"up\"): there is no such side, but \"front\", \"back\", \"left\", "
+        "\"right\", \"top\" and \"bottom\"; what was shown stays\n"
+        "warning: tavo: scene(\"scene\").frame(\"f\"): a number of the matrix is not finite; what was shown stays\n");
+    EXPECT_THAT(takePaths(), IsEmpty());
+}
+
+// More than there is memory for.
+struct Endless
+{
+    const Vector3d* data() const { return &point; }
+    std::size_t size() const { return std::numeric_limits<std::size_t>::max() / sizeof(Vector3d); }
+    Vector3d point;
+};
+
+TEST(SceneTest, SaysThatThereIsNoMemory)
+{
+    testing::internal::CaptureStderr();
+    scene("scene").cloud("a", Endless());
+    EXPECT_EQ(said(), "warning: tavo: scene(\"scene\").cloud(\"a\"): there is no memory for so many points; what was "
+                      "shown stays\n");
+    EXPECT_FALSE(inbox::hasWaiting());
+}
+
+} // namespace
+} // namespace tavo

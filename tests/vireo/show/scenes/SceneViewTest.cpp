@@ -1,0 +1,389 @@
+#include "vireo/show/scenes/SceneView.h"
+
+#include <QApplication>
+#include <cmath>
+#include <gmock/gmock.h>
+
+#include "tests/vireo/show/scenes/sceneUpdates.h"
+
+// Pictures of scenes. Pixels are exact: what is looked at covers them whole, or leaves them as they are.
+namespace tavo {
+namespace {
+
+const QColor RED(255, 0, 0);
+const QColor GREEN(0, 255, 0);
+const QColor GROUND(Qt::white);
+constexpr RGBA8 (*rgba)(const QColor&) = [](const QColor& colour) {
+    return RGBA8(colour.red(), colour.green(), colour.blue(), colour.alpha());
+};
+
+// A square of 2 x 2 about a point, as seen from the front.
+std::vector<Vector3d> squareAt(const Vector3d& centre, double size = 1)
+{
+    return {centre + Vector3d(-size, 0, -size), centre + Vector3d(size, 0, -size), centre + Vector3d(size, 0, size),
+        centre + Vector3d(-size, 0, size)};
+}
+
+class SceneViewTest : public testing::Test
+{
+protected:
+    SceneViewTest()
+    {
+        QPalette palette = m_View.palette();
+        palette.setColor(QPalette::Base, GROUND);
+        palette.setColor(QPalette::Text, Qt::black);
+        m_View.setPalette(palette);
+        m_View.resize(200, 100);
+        look("front");
+    }
+
+    void look(const std::string& side, bool isOrthographic = true)
+    {
+        SceneUpdate update = seenFrom(side, isOrthographic);
+        m_View.apply(update);
+    }
+
+    void sendColoured(const std::string& path, ItemUpdate update, const QColor& colour)
+    {
+        update.colour = rgba(colour);
+        send(m_View, path, std::move(update));
+    }
+
+    void sendCorners() { sendColoured("corners", item(ItemKind::Cloud, squareAt({0, 0, 0}, 5)), Qt::black); }
+
+    QImage picture() { return m_View.picture({200, 100}); }
+
+    QPoint pixelOf(const Vector3d& point)
+    {
+        const SceneCamera::Pixel pixel = m_View.getCamera().project(point, m_View.viewSize());
+        return {int(std::floor(pixel.x)), int(std::floor(pixel.y))};
+    }
+
+    SceneView m_View{"test"};
+};
+
+TEST_F(SceneViewTest, PointsAreSquaresWhereTheyAre)
+{
+    sendCorners();
+    ItemUpdate point = item(ItemKind::Cloud, {1, 0, 2});
+    point.size = 5;
+    sendColoured("point", point, RED);
+    const QRect rect = rectOf(picture(), RED);
+    EXPECT_EQ(rect.size(), QSize(5, 5));
+    EXPECT_LE((rect.center() - pixelOf({1, 0, 2})).manhattanLength(), 1);
+}
+
+TEST_F(SceneViewTest, TheNearerOneIsSeen)
+{
+    sendColoured("near", item(ItemKind::Mesh, squareAt({0, -1, 0}), {}, std::vector{0, 1, 2, 0, 2, 3}), RED);
+    sendColoured("far", item(ItemKind::Mesh, squareAt({0, 1, 0}), {}, std::vector{0, 1, 2, 0, 2, 3}), GREEN);
+    EXPECT_EQ(picture().pixelColor(100, 50), RED) << "by the headlight, straight on";
+    look("back");
+    EXPECT_EQ(picture().pixelColor(100, 50), GREEN) << "the other side, too";
+}
+
+TEST_F(SceneViewTest, QuadranglesAreWhole)
+{
+    sendColoured(
+        "quad", item(ItemKind::Mesh, squareAt({0, 0, 0}), {}, std::vector<std::array<int, 4>>{{0, 1, 2, 3}}), RED);
+    const QRect rect = rectOf(picture(), RED);
+    EXPECT_EQ(numPixels(picture(), RED), rect.width() * rect.height());
+    EXPECT_GT(rect.height(), 85);
+    EXPECT_LE(std::abs(rect.width() - rect.height()), 1);
+}
+
+TEST_F(SceneViewTest, ColoursAreOfBytesAndFloatsWithAndWithoutOpacity)
+{
+    sendCorners();
+    const Colours versions[] = {Colours(std::vector<StaticVector<unsigned char, 3>>{{255, 0, 0}, {0, 255, 0}}),
+        Colours(std::vector<RGBA8>{{255, 0, 0, 255}, {0, 255, 0, 255}}),
+        Colours(std::vector<Vector3f>{{1, 0, 0}, {0, 1, 0}}), Colours(std::vector<double>{1, 0, 0, 0, 1, 0}),
+        Colours(std::vector<int>{255, 0, 0, 255, 0, 255, 0, 255})};
+    for (const Colours& colours : versions) {
+        ItemUpdate points = item(ItemKind::Cloud, {-1, 0, 0, 1, 0, 0});
+        points.colours = NumberTuples{colours, colours.width()};
+        points.size = 9;
+        send(m_View, "points", points);
+        EXPECT_EQ(picture().pixelColor(pixelOf({-1, 0, 0})), RED);
+        EXPECT_EQ(picture().pixelColor(pixelOf({1, 0, 0})), GREEN);
+    }
+}
+
+TEST_F(SceneViewTest, FacesHaveTheColoursOfTheirVertices)
+{
+    ItemUpdate mesh = item(ItemKind::Mesh, squareAt({0, 0, 0}), {}, std::vector{0, 1, 2, 0, 2, 3});
+    const std::vector<RGBA8> reds(4, rgba(RED));
+    mesh.colours = NumberTuples{Colours(reds), 4};
+    for (const bool isSmooth : {false, true}) {
+        mesh.isSmooth = isSmooth;
+        send(m_View, "mesh", mesh);
+        EXPECT_EQ(picture().pixelColor(100, 50), RED);
+    }
+}
+
+TEST_F(SceneViewTest, ColoursWaitForTheirPoints)
+{
+    sendCorners();
+    ItemUpdate points = item(ItemKind::Cloud, {-1, 0, 0});
+    points.size = 9;
+    points.colours = NumberTuples{Colours(std::vector<RGBA8>{rgba(RED)}), 4};
+    send(m_View, "points", points);
+    ItemUpdate colours;
+    colours.colours = NumberTuples{Colours(std::vector<RGBA8>{rgba(GREEN), rgba(GREEN)}), 4};
+    send(m_View, "points", colours);
+    EXPECT_EQ(numPixels(picture(), RED), 81) << "what was shown stays";
+    send(m_View, "points", item(ItemKind::Cloud, {-1, 0, 0, 1, 0, 0}));
+    EXPECT_EQ(numPixels(picture(), GREEN), 162);
+}
+
+TEST_F(SceneViewTest, OpacityLetsThroughWhatIsBehind)
+{
+    ItemUpdate front = item(ItemKind::Mesh, squareAt({0, -1, 0}), {}, std::vector{0, 1, 2, 0, 2, 3});
+    front.opacity = 0.5;
+    sendColoured("a", front, RED);
+    sendColoured("b", item(ItemKind::Mesh, squareAt({0, 1, 0}, 0.5), {}, std::vector{0, 1, 2, 0, 2, 3}), GREEN);
+    const QColor mixed = picture().pixelColor(100, 50);
+    EXPECT_NEAR(mixed.red(), 128, 2);
+    EXPECT_NEAR(mixed.green(), 127, 2);
+    EXPECT_EQ(mixed.blue(), 0);
+    ItemUpdate gone;
+    gone.opacity = 0;
+    send(m_View, "a", gone);
+    EXPECT_EQ(picture().pixelColor(100, 50), GREEN);
+}
+
+TEST_F(SceneViewTest, HiddenAndRemovedItemsAreNotSeen)
+{
+    const auto mesh = item(ItemKind::Mesh, squareAt({0, 0, 0}), {}, std::vector{0, 1, 2, 0, 2, 3});
+    sendColoured("car/body", mesh, RED);
+    ItemUpdate hidden;
+    hidden.isVisible = false;
+    send(m_View, "car/body", hidden);
+    EXPECT_EQ(numPixels(picture(), GROUND), 200 * 100);
+    hidden.isVisible = true;
+    send(m_View, "car/body", hidden);
+    EXPECT_EQ(picture().pixelColor(100, 50), RED);
+    SceneUpdate removal;
+    removal.remove("car");
+    m_View.apply(removal);
+    EXPECT_EQ(numPixels(picture(), GROUND), 200 * 100);
+}
+
+TEST_F(SceneViewTest, LinesGoThroughTheirPoints)
+{
+    sendCorners();
+    ItemUpdate lines = item(ItemKind::Lines, {-2, 0, 0, 0, 0, 0, 2, 0, 0});
+    lines.size = 3;
+    sendColoured("lines", lines, RED);
+    for (const double x : {-1.5, -0.5, 0.5, 1.5})
+        EXPECT_EQ(picture().pixelColor(pixelOf({x, 0, 0})), RED) << x;
+    lines.shape->kind = ItemKind::Segments;
+    lines.shape->points.numbers = Points({-2, 0, 0, -1, 0, 0, 1, 0, 0, 2, 0, 0});
+    send(m_View, "lines", lines);
+    EXPECT_EQ(picture().pixelColor(pixelOf({1.5, 0, 0})), RED);
+    EXPECT_EQ(picture().pixelColor(pixelOf({0, 0, 0})), GROUND);
+}
+
+TEST_F(SceneViewTest, NaNLeavesGaps)
+{
+    sendCorners();
+    ItemUpdate lines = item(ItemKind::Lines, {-3, 0, 0, -2, 0, 0, NAN, 0, 0, 2, 0, 0, 3, 0, 0});
+    lines.size = 3;
+    sendColoured("lines", lines, RED);
+    EXPECT_EQ(picture().pixelColor(pixelOf({2.5, 0, 0})), RED);
+    EXPECT_EQ(picture().pixelColor(pixelOf({0, 0, 0})), GROUND);
+
+    ItemUpdate points = item(ItemKind::Cloud, {1, 0, 3, 0, INFINITY, 0, 1e300, 0, 0, -1, 0, 3});
+    points.colours = NumberTuples{Colours(std::vector<RGBA8>{rgba(GREEN), rgba(RED), rgba(RED), rgba(GREEN)}), 4};
+    points.size = 5;
+    send(m_View, "points", points);
+    EXPECT_EQ(numPixels(picture(), GREEN), 50);
+
+    std::vector<Vector3d> square = squareAt({0, 0, -2});
+    square[3] = {NAN, NAN, NAN};
+    sendColoured("mesh", item(ItemKind::Mesh, square, {}, std::vector{0, 1, 2, 0, 2, 3}), Qt::blue);
+    EXPECT_EQ(picture().pixelColor(pixelOf({0.5, 0, -2.5})), QColor(Qt::blue));
+    EXPECT_EQ(picture().pixelColor(pixelOf({-0.5, 0, -1.5})), GROUND);
+}
+
+TEST_F(SceneViewTest, DegenerateFacesAndNothingAreDrawnAsNothing)
+{
+    sendCorners();
+    const QImage before = picture();
+    sendColoured("line", item(ItemKind::Mesh, {0, 0, 0, 1, 0, 0, 2, 0, 0}, {}, std::vector{0, 1, 2, 0, 0, 1}), RED);
+    for (const ItemKind kind : {ItemKind::Cloud, ItemKind::Mesh, ItemKind::Lines, ItemKind::Segments, ItemKind::Vectors,
+             ItemKind::Boxes, ItemKind::Text})
+        sendColoured("empty", item(kind, {}), RED);
+    sendColoured("alone", item(ItemKind::Lines, {1, 0, 1}), RED);
+    sendColoured("nowhere", item(ItemKind::Cloud, {NAN, NAN, NAN}), RED);
+    EXPECT_EQ(picture(), before);
+}
+
+TEST_F(SceneViewTest, ArrowsPointAlongTheirDirections)
+{
+    sendCorners();
+    ItemUpdate arrow = item(ItemKind::Vectors, {0, 0, -2}, {0, 0, 4});
+    arrow.size = 3;
+    sendColoured("arrow", arrow, RED);
+    EXPECT_EQ(picture().pixelColor(pixelOf({0, 0, -1})), RED);
+    const QRect rect = rectOf(picture(), RED);
+    EXPECT_NEAR(rect.top(), pixelOf({0, 0, 2}).y(), 2);
+    EXPECT_NEAR(rect.bottom(), pixelOf({0, 0, -2}).y(), 2);
+    const QImage head = picture().copy(rect.adjusted(0, 0, 0, -rect.height() / 2));
+    EXPECT_GT(rectOf(head, RED).width(), 4) << "it has a head";
+}
+
+TEST_F(SceneViewTest, BoxesHaveEdges)
+{
+    sendCorners();
+    ItemUpdate boxes = item(ItemKind::Boxes, {-4, 0, -2, 1, 0, -2}, {-1, 1, 2, 4, 1, 2});
+    boxes.size = 3;
+    sendColoured("boxes", boxes, RED);
+    for (const double x : {-4.0, -1.0, 1.0, 4.0})
+        EXPECT_EQ(picture().pixelColor(pixelOf({x, 0, 0.5})), RED) << x;
+    EXPECT_EQ(picture().pixelColor(pixelOf({2, 0, 2})), RED);
+    EXPECT_EQ(picture().pixelColor(pixelOf({2, 0, 0})), GROUND);
+    EXPECT_EQ(picture().pixelColor(pixelOf({0, 0, 2})), GROUND);
+}
+
+TEST_F(SceneViewTest, FramesHaveThreeColours)
+{
+    sendCorners();
+    ItemUpdate frame = item(ItemKind::Frame, {});
+    frame.shape->frame = {{2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 1, 0, -1, 1}};
+    frame.size = 3;
+    send(m_View, "frame", frame);
+    const QColor x = picture().pixelColor(pixelOf({2, 0, -1}));
+    const QColor z = picture().pixelColor(pixelOf({1, 0, 0}));
+    EXPECT_GT(x.red(), 2 * x.blue());
+    EXPECT_GT(z.blue(), 2 * z.red());
+}
+
+TEST_F(SceneViewTest, TextsStandAtTheirPositions)
+{
+    sendCorners();
+    const QImage before = picture();
+    ItemUpdate text = item(ItemKind::Text, {1, 0, 1});
+    text.shape->text = "here";
+    send(m_View, "text", text);
+    const QImage after = picture();
+    QRect changed;
+    for (int y = 0; y < 100; ++y)
+        for (int x = 0; x < 200; ++x)
+            if (after.pixel(x, y) != before.pixel(x, y))
+                changed |= QRect(x, y, 1, 1);
+    const QPoint place = pixelOf({1, 0, 1});
+    EXPECT_NEAR(changed.left(), place.x(), 3);
+    EXPECT_NEAR(changed.center().y(), place.y(), 4);
+}
+
+TEST_F(SceneViewTest, ABranchIsMoved)
+{
+    sendCorners();
+    ItemUpdate point = item(ItemKind::Cloud, {1, 0, 0});
+    point.size = 5;
+    sendColoured("car/lidar", point, RED);
+    SceneUpdate moved;
+    moved.transforms["car"] = translation({0, 0, 2});
+    moved.transforms["car/lidar"] = {{0, 0, 1, 0, 0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 0, 1}}; // x becomes z
+    m_View.apply(moved);
+    EXPECT_LE((rectOf(picture(), RED).center() - pixelOf({0, 0, 3})).manhattanLength(), 1);
+    moved.transforms["car"] = translation({0, 0, -2});
+    m_View.apply(moved);
+    EXPECT_LE((rectOf(picture(), RED).center() - pixelOf({0, 0, -1})).manhattanLength(), 1);
+}
+
+// The same picture, wherever it is and however large.
+TEST_F(SceneViewTest, FarAndTinyAndHugeDataLookAlike)
+{
+    const auto show = [this](const Vector3d& origin, double scale) {
+        const auto at = [&](std::vector<Vector3d> points) {
+            for (Vector3d& point : points)
+                point = origin + scale * point;
+            return Points(std::move(points));
+        };
+        sendColoured("mesh", item(ItemKind::Mesh, at(squareAt({0, 1, 0})), {}, std::vector{0, 1, 2, 0, 2, 3}), RED);
+        ItemUpdate points = item(ItemKind::Cloud, at(squareAt({0.03, -1, 0.06}, 0.4)));
+        points.size = 5;
+        sendColoured("points", points, GREEN);
+        look("front", false);
+        return picture();
+    };
+    const QImage expected = show({0, 0, 0}, 1);
+    EXPECT_EQ(numPixels(expected, GREEN), 100);
+    EXPECT_EQ(show({0, 0, 0}, 1e-6), expected);
+    EXPECT_EQ(show({0, 0, 0}, 1e7), expected);
+    EXPECT_EQ(show({5.5e6, -4.2e6, 120}, 1), expected);
+    EXPECT_EQ(show({5.5e6, -4.2e6, 120}, 1e-2), expected);
+}
+
+TEST_F(SceneViewTest, SmoothMeshesAreLitOtherwise)
+{
+    ItemUpdate roof = item(ItemKind::Mesh, {-1, 0, -1, -1, 0, 1, 0, -1, -1, 0, -1, 1, 1, 0, -1, 1, 0, 1}, {},
+        std::vector<std::array<int, 4>>{{0, 2, 3, 1}, {2, 4, 5, 3}});
+    sendColoured("roof", roof, QColor(200, 200, 200));
+    const int half = qRed(picture().pixel(80, 50));
+    EXPECT_NEAR(half, 200 * (0.25 + 0.75 * std::sqrt(0.5)), 2) << "each face by itself";
+    EXPECT_NEAR(qRed(picture().pixel(98, 50)), half, 2);
+    roof.isSmooth = true;
+    sendColoured("roof", roof, QColor(200, 200, 200));
+    EXPECT_GT(qRed(picture().pixel(100, 50)), 190) << "the ridge faces the light";
+    roof.normals = NumberTuples{Points(std::vector<Vector3d>(6, Vector3d(1, 0, 0))), 3};
+    sendColoured("roof", roof, QColor(200, 200, 200));
+    EXPECT_NEAR(qRed(picture().pixel(80, 50)), 50, 2) << "normals across the light";
+}
+
+TEST_F(SceneViewTest, PicturesAreOfAnySize)
+{
+    sendColoured("quad", item(ItemKind::Mesh, squareAt({0, 0, 0}), {}, std::vector{0, 1, 2, 0, 2, 3}), RED);
+    for (const QSize& size : {QSize(1, 1), QSize(37, 91), QSize(1601, 1003)}) {
+        const QImage picture = m_View.picture(size);
+        ASSERT_EQ(picture.size(), size);
+        EXPECT_EQ(picture.pixelColor(size.width() / 2, size.height() / 2), RED);
+        const int expected = int(0.9 * std::min(size.width(), size.height()));
+        EXPECT_GE(std::min(rectOf(picture, RED).width(), rectOf(picture, RED).height()), expected);
+    }
+}
+
+TEST_F(SceneViewTest, ColoursFollowThePalette)
+{
+    send(m_View, "quad", item(ItemKind::Mesh, squareAt({0, 0, 0}), {}, std::vector{0, 1, 2, 0, 2, 3}));
+    const QColor onLight = picture().pixelColor(100, 50);
+    QPalette dark = m_View.palette();
+    dark.setColor(QPalette::Base, QColor(10, 20, 30));
+    m_View.setPalette(dark);
+    EXPECT_EQ(picture().pixelColor(0, 0), QColor(10, 20, 30));
+    EXPECT_GT(picture().pixelColor(100, 50).lightness(), onLight.lightness());
+}
+
+TEST_F(SceneViewTest, TheWidgetShowsThePicture)
+{
+    sendColoured("quad", item(ItemKind::Mesh, squareAt({0, 0, 0}), {}, std::vector{0, 1, 2, 0, 2, 3}), RED);
+    m_View.show();
+    QApplication::processEvents();
+    if (m_View.devicePixelRatioF() != 1)
+        GTEST_SKIP() << "pixels of the screen are not those of the picture";
+    EXPECT_EQ(m_View.grab().toImage().convertToFormat(QImage::Format_RGB32), m_View.picture(m_View.size()));
+}
+
+TEST_F(SceneViewTest, NewDataAreFittedUntilTheCameraIsChosen)
+{
+    sendCorners();
+    const SceneCamera before = m_View.getCamera();
+    sendColoured("points", item(ItemKind::Cloud, {1, 0, 1}), RED);
+    EXPECT_EQ(m_View.getCamera(), before) << "what is within does not move it";
+    sendColoured("points", item(ItemKind::Cloud, {50, 0, 1}), RED);
+    EXPECT_FALSE(m_View.getCamera() == before);
+    m_View.showChoice();
+    const SceneCamera chosen = m_View.getCamera();
+    sendColoured("points", item(ItemKind::Cloud, {500, 0, 1}), RED);
+    look("top", false);
+    SceneUpdate cleared;
+    cleared.clear();
+    m_View.apply(cleared);
+    EXPECT_EQ(m_View.getCamera().getPivot(), chosen.getPivot());
+    EXPECT_EQ(m_View.getCamera().getElevation(), 0);
+}
+
+} // namespace
+} // namespace tavo

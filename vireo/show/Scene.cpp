@@ -1,0 +1,288 @@
+#include "vireo/show/Scene.h"
+
+#include <cmath>
+#include <utility>
+
+#include "tavo/base/text/printable.h"
+#include "vireo/show/delivery/changeUpdate.h"
+#include "vireo/show/delivery/isShowOff.h"
+#include "vireo/show/delivery/sayOnce.h"
+#include "vireo/show/scenes/SceneCamera.h"
+#include "vireo/show/scenes/SceneUpdate.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr const char* WHAT_STAYS = "; what was shown stays";
+
+template <typename Change>
+void change(const ViewSlotPointer& slot, Change&& changeIt) noexcept
+{
+    changeUpdate<SceneUpdate>(slot, changeIt);
+}
+
+template <typename Change>
+void changeItem(const ViewSlotPointer& slot, const std::string& path, Change&& changeIt) noexcept
+{
+    change(slot, [&](SceneUpdate& scene) { changeIt(scene.items[path]); });
+}
+
+// One call, and what is wrong with it, which is said.
+struct Call
+{
+    const ViewSlotPointer& slot;
+    const char* operation;
+    std::string_view path;
+
+    bool refuse(const std::string& why) const
+    {
+        sayOnce(callOf("scene", slot, operation, path) + ": " + why + WHAT_STAYS);
+        return false;
+    }
+
+    // Whether the numbers make whole tuples.
+    template <std::size_t... Widths>
+    bool accepts(const Tuples<Widths...>& tuples, std::size_t width, const char* what) const
+    {
+        if (tuples.areTooMany())
+            return refuse(std::string("there is no memory for so many ") + what);
+        if (tuples.size() % width != 0)
+            return refuse(std::to_string(tuples.size()) + " numbers are no " + what + ", which take " +
+                          std::to_string(width) + " each");
+        return true;
+    }
+
+    bool accepts(const Points& points, const char* what = "points") const { return accepts(points, 3, what); }
+
+    bool accepts(const Points& points, const char* what, const Points& others, const char* whatOthers) const
+    {
+        if (!accepts(points, what) || !accepts(others, whatOthers))
+            return false;
+        if (points.size() == others.size())
+            return true;
+        return refuse(std::to_string(points.size() / 3) + ' ' + what + " and " + std::to_string(others.size() / 3) +
+                      ' ' + whatOthers);
+    }
+
+    // Whether all faces have vertices.
+    bool accepts(const NumberTuples& faces, std::size_t numVertices) const
+    {
+        const std::size_t bad = faces.numbers.visit([numVertices](const auto* vertices, std::size_t size) {
+            for (std::size_t i = 0; i < size; ++i)
+                if (!(vertices[i] >= 0 && static_cast<double>(vertices[i]) < static_cast<double>(numVertices)))
+                    return i;
+            return size;
+        });
+        if (bad == faces.numbers.size())
+            return true;
+        return refuse("face " + std::to_string(bad / faces.width) + " names vertex " +
+                      QString::number(faces.numbers[bad], 'g', 17).toStdString() + " of " +
+                      std::to_string(numVertices));
+    }
+
+    bool accepts(const Transformation& matrix) const
+    {
+        if (matrix.getNumNumbers() != 16)
+            return refuse(std::to_string(matrix.getNumNumbers()) + " numbers are no matrix, which has 16");
+        for (const double number : matrix.getNumbers())
+            if (!std::isfinite(number))
+                return refuse("a number of the matrix is not finite");
+        return true;
+    }
+};
+
+Matrix4 matrixOf(const Transformation& matrix)
+{
+    return {matrix.getNumbers()};
+}
+
+ItemShape shapeOf(ItemKind kind, const Points& points, const Points& ends = {})
+{
+    ItemShape shape;
+    shape.kind = kind;
+    shape.points.numbers = points;
+    shape.ends.numbers = ends;
+    return shape;
+}
+
+void sendShape(const ViewSlotPointer& slot, std::string_view path, ItemShape shape)
+{
+    changeItem(slot, std::string(path), [&](ItemUpdate& item) { item.shape = std::move(shape); });
+}
+
+} // namespace
+
+Scene scene(std::string_view name)
+{
+    Scene handle;
+    if (!isShowOff())
+        runGuarded([&] { handle.m_Slot = inbox::findSlot(ViewKind::Scene, std::string(name)); });
+    return handle;
+}
+
+Item Scene::cloud(std::string_view path, const Points& points, const Statement&) const
+{
+    if (isSent(m_Slot) && Call{m_Slot, "cloud", path}.accepts(points))
+        sendShape(m_Slot, path, shapeOf(ItemKind::Cloud, points));
+    return {m_Slot, path};
+}
+
+Item Scene::mesh(std::string_view path, const Points& vertices, const Faces& faces, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return {m_Slot, path};
+    const Call call{m_Slot, "mesh", path};
+    ItemShape shape = shapeOf(ItemKind::Mesh, vertices);
+    shape.faces = {faces, faces.width() != 0 ? faces.width() : 3};
+    if (call.accepts(vertices, "vertices") && call.accepts(faces, shape.faces.width, "faces") &&
+        call.accepts(shape.faces, shape.points.size()))
+        sendShape(m_Slot, path, std::move(shape));
+    return {m_Slot, path};
+}
+
+Item Scene::lines(std::string_view path, const Points& points, const Statement&) const
+{
+    if (isSent(m_Slot) && Call{m_Slot, "lines", path}.accepts(points))
+        sendShape(m_Slot, path, shapeOf(ItemKind::Lines, points));
+    return {m_Slot, path};
+}
+
+Item Scene::segments(std::string_view path, const Points& points, const Statement&) const
+{
+    const Call call{m_Slot, "segments", path};
+    if (!isSent(m_Slot) || !call.accepts(points))
+        return {m_Slot, path};
+    if (points.size() % 6 != 0)
+        call.refuse(std::to_string(points.size() / 3) + " points are no segments, which take two each");
+    else
+        sendShape(m_Slot, path, shapeOf(ItemKind::Segments, points));
+    return {m_Slot, path};
+}
+
+Item Scene::vectors(std::string_view path, const Points& points, const Points& directions, const Statement&) const
+{
+    if (isSent(m_Slot) && Call{m_Slot, "vectors", path}.accepts(points, "points", directions, "directions"))
+        sendShape(m_Slot, path, shapeOf(ItemKind::Vectors, points, directions));
+    return {m_Slot, path};
+}
+
+Item Scene::boxes(std::string_view path, const Points& minima, const Points& maxima, const Statement&) const
+{
+    if (isSent(m_Slot) && Call{m_Slot, "boxes", path}.accepts(minima, "minima", maxima, "maxima"))
+        sendShape(m_Slot, path, shapeOf(ItemKind::Boxes, minima, maxima));
+    return {m_Slot, path};
+}
+
+Item Scene::frame(std::string_view path, const Transformation& matrix, const Statement&) const
+{
+    if (isSent(m_Slot) && Call{m_Slot, "frame", path}.accepts(matrix)) {
+        ItemShape shape;
+        shape.kind = ItemKind::Frame;
+        shape.frame = matrixOf(matrix);
+        sendShape(m_Slot, path, std::move(shape));
+    }
+    return {m_Slot, path};
+}
+
+Item Scene::text(std::string_view path, const Points& position, std::string_view text, const Statement&) const
+{
+    const Call call{m_Slot, "text", path};
+    if (!isSent(m_Slot) || !call.accepts(position))
+        return {m_Slot, path};
+    ItemShape shape = shapeOf(ItemKind::Text, position);
+    shape.text = std::string(text);
+    if (shape.points.size() != 1)
+        call.refuse(std::to_string(shape.points.size()) + " points are no position");
+    else
+        sendShape(m_Slot, path, std::move(shape));
+    return {m_Slot, path};
+}
+
+Scene Scene::transform(std::string_view path, const Transformation& matrix, const Statement&) const
+{
+    if (isSent(m_Slot) && Call{m_Slot, "transform", path}.accepts(matrix))
+        change(m_Slot, [&](SceneUpdate& scene) { scene.transforms[std::string(path)] = matrixOf(matrix); });
+    return *this;
+}
+
+Scene Scene::remove(std::string_view path, const Statement&) const
+{
+    change(m_Slot, [&](SceneUpdate& scene) { scene.remove(std::string(path)); });
+    return *this;
+}
+
+Scene Scene::clear(const Statement&) const
+{
+    change(m_Slot, [](SceneUpdate& scene) { scene.clear(); });
+    return *this;
+}
+
+Scene Scene::view(std::string_view side, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return *this;
+    if (SceneCamera::sideOf(side))
+        change(m_Slot, [&](SceneUpdate& scene) { scene.side = std::string(side); });
+    else
+        Call{m_Slot, "view", side}.refuse(
+            "there is no such side, but \"front\", \"back\", \"left\", \"right\", \"top\" and \"bottom\"");
+    return *this;
+}
+
+Scene Scene::orthographic(bool isOrthographic, const Statement&) const
+{
+    change(m_Slot, [=](SceneUpdate& scene) { scene.isOrthographic = isOrthographic; });
+    return *this;
+}
+
+Item::Item(std::shared_ptr<ViewSlot> slot, std::string_view path)
+    : m_Slot(std::move(slot))
+    , m_Path(m_Slot ? path : std::string_view())
+{}
+
+Item Item::colours(const Colours& values, const Statement&) const
+{
+    if (isSent(m_Slot) && Call{m_Slot, "colours", m_Path}.accepts(values, 1, "colours"))
+        changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.colours = NumberTuples{values, values.width()}; });
+    return *this;
+}
+
+Item Item::colour(const RGBA8& colour, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.colour = colour; });
+    return *this;
+}
+
+Item Item::normals(const Points& values, const Statement&) const
+{
+    if (isSent(m_Slot) && Call{m_Slot, "normals", m_Path}.accepts(values, "normals"))
+        changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.normals = NumberTuples{values, 3}; });
+    return *this;
+}
+
+Item Item::size(double pixels, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.size = pixels; });
+    return *this;
+}
+
+Item Item::opacity(double opacity, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.opacity = opacity; });
+    return *this;
+}
+
+Item Item::visible(bool isVisible, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.isVisible = isVisible; });
+    return *this;
+}
+
+Item Item::smooth(bool isSmooth, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.isSmooth = isSmooth; });
+    return *this;
+}
+
+} // namespace tavo

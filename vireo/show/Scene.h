@@ -1,0 +1,143 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "tavo/base/math/vectors.h"
+#include "vireo/show/Export.h"
+#include "vireo/show/Transformation.h"
+#include "vireo/show/Tuples.h"
+#include "vireo/show/delivery/Statement.h"
+
+namespace tavo {
+
+struct ViewSlot;
+
+/// A handle of an item of a scene. The operations of Scene that send something return it, so that what is said of the
+/// item follows at once:
+///
+///     tavo::scene("world").cloud("lidar", points).colours(colours).size(3);
+///
+/// What is sent here stays for points that are sent later under the same path. Colours and normals that are not as many
+/// as the points wait until their points come, and are left out meanwhile.
+class VIREO_SHOW_EXPORT Item
+{
+public:
+    /// A handle of no item: nothing that is sent to it is shown.
+    Item() = default;
+
+    /// A colour for each point, vertex, arrow or box: red, green and blue, and maybe opacity.
+    Item colours(const Colours& values, const Statement& statement = Statement()) const;
+
+    /// One colour for all: red, green, blue, opacity, each 0 to 255. Without it, an item has one of a palette.
+    Item colour(const RGBA8& colour, const Statement& statement = Statement()) const;
+
+    /// The normal of each point or vertex, by which light falls on it. They need not have the length 1.
+    Item normals(const Points& values, const Statement& statement = Statement()) const;
+
+    /// How large points and how wide lines are, in pixels of the screen.
+    Item size(double pixels, const Statement& statement = Statement()) const;
+
+    /// From 0, where nothing is seen of the item, to 1.
+    Item opacity(double opacity, const Statement& statement = Statement()) const;
+
+    /// Shows or hides the item.
+    Item visible(bool isVisible = true, const Statement& statement = Statement()) const;
+
+    /// Has light fall on a mesh without normals as if it were curved, instead of face by face.
+    Item smooth(bool isSmooth = true, const Statement& statement = Statement()) const;
+
+private:
+    friend class Scene;
+
+    Item(std::shared_ptr<ViewSlot> slot, std::string_view path);
+
+    std::shared_ptr<ViewSlot> m_Slot;
+    std::string m_Path;
+};
+
+/// A handle of a scene: clouds of points, surfaces, lines and more in one view in space. It is made by `scene(name)`,
+/// is as small as a pointer, and can be kept, copied and be a member; it may outlive the scene and the window. All
+/// handles of one name are the same scene, in every thread.
+///
+///     const tavo::Scene scene = tavo::scene("world");
+///     scene.cloud("lidar/front", points).colours(colours);
+///     scene.mesh("car/body", vertices, triangles).colour({200, 30, 30, 255});
+///
+/// Each item has a path. Sending again under a path replaces what is shown there, and leaves alone from where the user
+/// looks at the scene. Items are at the coordinates that were sent, however far from the origin: double precision is
+/// kept. Points of which a coordinate is not finite, and what would be drawn between them, are left out.
+///
+/// Every operation may be called by any thread at any time, waits for nobody and throws nothing. What one statement
+/// sends is shown together; its last argument (see Statement) is left out. A mistake, such as a triangle of vertices
+/// that are not there, is a line in the log; what was shown stays.
+class VIREO_SHOW_EXPORT Scene
+{
+public:
+    /// A handle of no scene: nothing that is sent to it is shown.
+    Scene() = default;
+
+    /// Points.
+    Item cloud(std::string_view path, const Points& points, const Statement& statement = Statement()) const;
+
+    /// Points whose numbers x, y, z lie one after the other.
+    template <Number T>
+    Item cloud(
+        std::string_view path, const T* points, std::size_t count, const Statement& statement = Statement()) const
+    {
+        return cloud(path, Points(points, 3 * count), statement);
+    }
+
+    /// A surface of triangles or quadrangles, which name their vertices by numbers counted from 0. Both its sides are
+    /// seen. Faces without area are left out.
+    Item mesh(std::string_view path, const Points& vertices, const Faces& faces,
+        const Statement& statement = Statement()) const;
+
+    /// A line through the points, in their order.
+    Item lines(std::string_view path, const Points& points, const Statement& statement = Statement()) const;
+
+    /// Lines from each even point to the one behind it.
+    Item segments(std::string_view path, const Points& points, const Statement& statement = Statement()) const;
+
+    /// An arrow from each point, as long as its direction.
+    Item vectors(std::string_view path, const Points& points, const Points& directions,
+        const Statement& statement = Statement()) const;
+
+    /// The edges of boxes along the axes.
+    Item boxes(std::string_view path, const Points& minima, const Points& maxima,
+        const Statement& statement = Statement()) const;
+
+    /// The axes of a coordinate system: x red, y green, z blue.
+    Item frame(std::string_view path, const Transformation& matrix, const Statement& statement = Statement()) const;
+
+    /// A text at a position. It is as large as the numbers of the window, and in front of everything.
+    Item text(std::string_view path, const Points& position, std::string_view text,
+        const Statement& statement = Statement()) const;
+
+    /// Moves all items of a path and below it: "car" moves "car/body". The matrix is 16 numbers column by column.
+    Scene transform(
+        std::string_view path, const Transformation& matrix, const Statement& statement = Statement()) const;
+
+    /// Takes the items of a path and below it away, or all.
+    Scene remove(std::string_view path, const Statement& statement = Statement()) const;
+    Scene clear(const Statement& statement = Statement()) const;
+
+    /// Looks at the whole scene from a side, until the user looks from elsewhere: "front", "back", "left", "right",
+    /// "top" or "bottom". z points up, and x to the right in front and at the top.
+    Scene view(std::string_view side, const Statement& statement = Statement()) const;
+
+    /// Shows what is farther away as large as what is near, until the user chooses.
+    Scene orthographic(bool isOrthographic = true, const Statement& statement = Statement()) const;
+
+private:
+    friend VIREO_SHOW_EXPORT Scene scene(std::string_view name);
+
+    std::shared_ptr<ViewSlot> m_Slot;
+};
+
+/// The scene of that name. It is in the window as soon as anything is sent to it.
+VIREO_SHOW_EXPORT Scene scene(std::string_view name);
+
+} // namespace tavo

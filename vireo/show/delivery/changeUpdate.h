@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "tavo/base/debug/displayException.h"
+#include "vireo/show/delivery/Inbox.h"
+#include "vireo/show/delivery/currentBatch.h"
+
+namespace tavo {
+
+// What the operations of all handles do.
+
+// A call as a line of the log names it: plot("pressure").curve("inlet").
+std::string callOf(const char* view, const ViewSlotPointer& slot, const char* operation, std::string_view name);
+
+// Whether anything may come of a call. Numbers of calls that nothing comes of are empty.
+bool isSent(const ViewSlotPointer& slot) noexcept;
+
+// Has `change` change what the statement sends to the view, an update of that class. Nothing escapes.
+template <typename Update, typename Change>
+void changeUpdate(const ViewSlotPointer& slot, Change&& change) noexcept
+{
+    Batch* const batch = currentBatch();
+    if (!slot || !batch)
+        return;
+    runGuarded([&] {
+        std::unique_ptr<ViewUpdate>& update = (*batch)[slot].update;
+        if (!update)
+            update = std::make_unique<Update>();
+        change(static_cast<Update&>(*update));
+    });
+}
+
+} // namespace tavo

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QImage>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <memory>
+
+#include "tavo/platform/windowlessContext.h"
+#include "vireo/context/CurrentContextGuard.h"
+#include "vireo/context/GLContext.h"
+#include "vireo/offscreen/GLRenderTextureFBO.h"
+
+namespace tavo {
+
+// The GL context that all scenes are drawn in. It has no window: what is drawn is read back, and widgets show the
+// picture, so that no view loses anything wherever it is docked. Pictures without a display are made the same way.
+//
+// It lives in the window's thread, as long as anybody holds it.
+class SceneContext
+{
+public:
+    // Null where no driver makes a context.
+    static std::shared_ptr<SceneContext> get();
+
+    ~SceneContext();
+    SceneContext(const SceneContext&) = delete;
+    SceneContext& operator=(const SceneContext&) = delete;
+
+    // Makes it current, and afterwards again what was current before.
+    class Scope
+    {
+    public:
+        explicit Scope(SceneContext& context);
+        ~Scope();
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+
+        bool isCurrent() const { return m_IsCurrent; }
+
+    private:
+        CurrentContextGuard m_Before;
+        SceneContext& m_Context;
+        bool m_IsCurrent;
+    };
+
+    // Within a scope.
+    GLContext& getGL() { return *m_GL; }
+
+    // Directs drawing to a target with colours and depths, at least that large. False if the driver has none.
+    bool beginPicture(const QSize& size);
+
+    // What was drawn, the first row of pixels first: whoever draws turns the picture upside down.
+    QImage readPicture(const QSize& size) const;
+
+    void endPicture();
+
+private:
+    SceneContext() = default;
+
+    bool makeNative();
+
+    QOffscreenSurface m_Surface;
+    QOpenGLContext m_QtContext;
+    WindowlessContext m_Windowless;
+    HDC m_DeviceContext = nullptr;
+    HGLRC m_RenderingContext = nullptr;
+    std::unique_ptr<GLContext> m_GL;
+    std::unique_ptr<GLRenderTextureFBO> m_Target;
+};
+
+} // namespace tavo

@@ -1,0 +1,129 @@
+#include "vireo/show/scenes/SceneGestures.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWheelEvent>
+#include <cmath>
+
+#include "vireo/show/scenes/SceneView.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr int LEAST_MOVEMENT = 4; // in pixels, that makes a drag of a click
+constexpr double DEGREES_PER_PIXEL = 0.4;
+constexpr double FACTOR_OF_WHEEL = 1 / 0.87; // of one step
+constexpr double DEGREES_OF_STEP = 120;      // in eighths
+
+} // namespace
+
+SceneGestures::SceneGestures(SceneView& view)
+    : m_View(view)
+{
+    m_View.setMouseTracking(true);
+    m_View.installEventFilter(this);
+}
+
+bool SceneGestures::eventFilter(QObject*, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress: return press(static_cast<QMouseEvent&>(*event));
+    case QEvent::MouseMove: return move(static_cast<QMouseEvent&>(*event));
+    case QEvent::MouseButtonRelease: return release(static_cast<QMouseEvent&>(*event));
+    case QEvent::MouseButtonDblClick: centre(static_cast<QMouseEvent&>(*event).pos()); return true;
+    case QEvent::Wheel: turnWheel(static_cast<QWheelEvent&>(*event)); return true;
+    case QEvent::KeyPress: return pressKey(static_cast<QKeyEvent&>(*event));
+    default: return false;
+    }
+}
+
+Vector3d SceneGestures::placeAt(const QPointF& pixel)
+{
+    if (const std::optional<Vector3d> hit = m_View.hitAt(pixel))
+        return *hit;
+    const SceneCamera& camera = m_View.getCamera();
+    return camera.unproject({pixel.x(), pixel.y(), camera.getDistance()}, m_View.viewSize());
+}
+
+bool SceneGestures::press(const QMouseEvent& event)
+{
+    const Qt::MouseButton button = event.button();
+    if (m_Drag || (button != Qt::LeftButton && button != Qt::RightButton && button != Qt::MiddleButton))
+        return false;
+    const bool doesPan = button != Qt::LeftButton || event.modifiers() & Qt::ShiftModifier;
+    const SceneCamera& camera = m_View.getCamera();
+    const double depth = doesPan ? camera.project(placeAt(event.pos()), m_View.viewSize()).depth : camera.getDistance();
+    m_Drag = Drag{button, event.pos(), event.pos(), doesPan, false, depth};
+    m_View.setFocus();
+    return true;
+}
+
+bool SceneGestures::move(const QMouseEvent& event)
+{
+    m_WheelPlace.reset();
+    if (!m_Drag)
+        return false;
+    if (!m_Drag->hasMoved && (event.pos() - m_Drag->start).manhattanLength() < LEAST_MOVEMENT)
+        return true;
+    m_Drag->hasMoved = true;
+    const QPoint moved = event.pos() - m_Drag->last;
+    m_Drag->last = event.pos();
+    SceneCamera& camera = m_View.getCamera();
+    if (m_Drag->doesPan)
+        camera.pan(moved.x(), moved.y(), m_Drag->depth, m_View.viewSize());
+    else
+        camera.turn(-DEGREES_PER_PIXEL * moved.x(), DEGREES_PER_PIXEL * moved.y(), camera.getPivot());
+    m_View.showChoice();
+    return true;
+}
+
+bool SceneGestures::release(const QMouseEvent& event)
+{
+    if (!m_Drag || event.button() != m_Drag->button)
+        return false;
+    m_Drag.reset();
+    return true;
+}
+
+void SceneGestures::turnWheel(QWheelEvent& event)
+{
+    const double steps = event.angleDelta().y() / DEGREES_OF_STEP;
+    if (!m_WheelPlace)
+        m_WheelPlace = placeAt(event.position());
+    m_View.getCamera().zoom(std::pow(FACTOR_OF_WHEEL, steps), *m_WheelPlace);
+    m_View.showChoice();
+    event.accept();
+}
+
+void SceneGestures::centre(const QPoint& pixel)
+{
+    const std::optional<Vector3d> hit = m_View.hitAt(pixel);
+    if (!hit)
+        return m_View.showAll();
+    m_View.getCamera().centreOn(*hit);
+    m_View.showChoice();
+}
+
+bool SceneGestures::pressKey(const QKeyEvent& event)
+{
+    SceneCamera& camera = m_View.getCamera();
+    const bool isOpposite = event.modifiers() & Qt::ControlModifier;
+    const auto look = [&](SceneCamera::Side side, SceneCamera::Side opposite) {
+        camera.look(isOpposite ? opposite : side);
+        if (!m_View.isChosen())
+            m_View.showAll();
+        m_View.showChoice();
+        return true;
+    };
+    switch (event.key()) {
+    case Qt::Key_Home: m_View.showAll(); return true;
+    case Qt::Key_O: m_View.switchProjection(); return true;
+    case Qt::Key_1: return look(SceneCamera::Side::Front, SceneCamera::Side::Back);
+    case Qt::Key_3: return look(SceneCamera::Side::Right, SceneCamera::Side::Left);
+    case Qt::Key_7: return look(SceneCamera::Side::Top, SceneCamera::Side::Bottom);
+    default: return false;
+    }
+}
+
+} // namespace tavo

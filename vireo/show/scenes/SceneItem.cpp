@@ -1,0 +1,240 @@
+#include "vireo/show/scenes/SceneItem.h"
+
+#include <QColor>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <type_traits>
+#include <utility>
+
+#include "tavo/base/objects/PException.h"
+#include "vireo/context/GLExtensions.h"
+#include "vireo/show/plots/colours.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr double POINT_SIZE = 2;
+constexpr double LINE_WIDTH = 1.5;
+
+template <typename T>
+unsigned char byteOf(T component)
+{
+    double byte = static_cast<double>(component);
+    if constexpr (std::is_floating_point_v<T>)
+        byte *= 255;
+    return byte > 0 ? static_cast<unsigned char>(std::min(byte + 0.5, 255.0)) : 0; // NaN is 0
+}
+
+std::unique_ptr<GLVertexBuffer> makeBuffer(
+    GLContext& context, const char* name, unsigned int width, unsigned int type, void* data, std::size_t count)
+{
+    VertexDescriptor layout;
+    layout.pushAttrib(VertexAttribDescriptor(name, width, type));
+    auto buffer = std::make_unique<GLVertexBuffer>(&context, layout, GLVertexBuffer::TYPE_DEFAULT);
+    buffer->setMappingFlag(true);
+    const auto numVertices = static_cast<unsigned int>(count);
+    if (!buffer->init(numVertices, GL_STATIC_DRAW_ARB))
+        throw PException("there is no memory for a buffer of " + std::to_string(count) + " vertices");
+    buffer->writeToBuffer(data, 0, numVertices);
+    return buffer;
+}
+
+std::unique_ptr<GLVertexBuffer> makeBuffer(GLContext& context, const char* name, std::vector<float>& vectors)
+{
+    if (vectors.empty())
+        return nullptr;
+    return makeBuffer(context, name, 3, VertexAttribDescriptor::TYPE_FLOAT, vectors.data(), vectors.size() / 3);
+}
+
+std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> makeBuffer(
+    GLContext& context, const std::vector<unsigned int>& indices)
+{
+    if (indices.empty())
+        return nullptr;
+    auto buffer = std::make_unique<GLTemplatedIndexBuffer<unsigned int>>(&context);
+    const auto size = static_cast<unsigned int>(indices.size());
+    if (!buffer->init(size, GL_STATIC_DRAW_ARB))
+        throw PException("there is no memory for a buffer of " + std::to_string(size) + " indices");
+    buffer->writeToBuffer(indices.data(), 0, size);
+    return buffer;
+}
+
+GLenum modeOf(PrimitiveKind primitive)
+{
+    constexpr GLenum MODES[] = {GL_POINTS, GL_LINES, GL_TRIANGLES};
+    return MODES[static_cast<std::size_t>(primitive)];
+}
+
+template <typename T>
+void replace(std::optional<T>& value, std::optional<T>& newer)
+{
+    if (newer)
+        value.swap(newer);
+}
+
+// What waits and fits takes its place; what was there and fits no more goes.
+template <typename Fits>
+bool settle(std::optional<NumberTuples>& shown, std::optional<NumberTuples>& waiting, Fits fits)
+{
+    const bool takes = waiting && fits(*waiting);
+    if (takes)
+        shown = std::exchange(waiting, {});
+    const bool goes = shown && !fits(*shown);
+    if (goes && !waiting)
+        waiting = shown;
+    if (goes)
+        shown.reset();
+    return takes || goes;
+}
+
+} // namespace
+
+void SceneItem::apply(ItemUpdate& update)
+{
+    bool isShapeNew = update.shape || (update.isSmooth && *update.isSmooth != m_IsSmooth);
+    if (update.opacity) {
+        m_Opacity = std::isfinite(*update.opacity) ? std::clamp(*update.opacity, 0.0, 1.0) : 1;
+        m_AreColoursUploaded = false;
+    }
+    replace(m_Shape, update.shape);
+    replace(m_WaitingColours, update.colours);
+    replace(m_WaitingNormals, update.normals);
+    replace(m_Colour, update.colour);
+    replace(m_Size, update.size);
+    m_IsVisible = update.isVisible.value_or(m_IsVisible);
+    m_IsSmooth = update.isSmooth.value_or(m_IsSmooth);
+    if (!m_Shape)
+        return;
+    if (settle(m_Colours, m_WaitingColours, [this](const NumberTuples& colours) { return fitColours(colours); }))
+        m_AreColoursUploaded = false;
+    if (settle(m_Normals, m_WaitingNormals, [this](const NumberTuples& normals) { return fits(normals); }))
+        isShapeNew = true;
+    if (!isShapeNew)
+        return;
+    m_Drawn = drawnItem(*m_Shape, m_Normals ? &*m_Normals : nullptr, m_IsSmooth);
+    m_IsUploaded = m_AreColoursUploaded = false;
+}
+
+bool SceneItem::fits(const NumberTuples& tuples) const
+{
+    return tuples.size() == m_Shape->points.size();
+}
+
+bool SceneItem::fitColours(const NumberTuples& colours) const
+{
+    if (colours.width != 0)
+        return fits(colours);
+    const std::size_t numPoints = m_Shape->points.size();
+    return colours.numbers.size() == 3 * numPoints || colours.numbers.size() == 4 * numPoints;
+}
+
+std::string SceneItem::waiting() const
+{
+    if (!m_Shape)
+        return {};
+    const std::string points = " for " + std::to_string(m_Shape->points.size()) + " points";
+    if (m_WaitingColours && m_WaitingColours->width != 0)
+        return std::to_string(m_WaitingColours->size()) + " colours" + points;
+    if (m_WaitingColours)
+        return std::to_string(m_WaitingColours->numbers.size()) + " numbers of colours" + points;
+    if (m_WaitingNormals)
+        return std::to_string(m_WaitingNormals->size()) + " normals" + points;
+    return {};
+}
+
+RGBA8 SceneItem::colour(const QColor& unlessGiven) const
+{
+    RGBA8 colour(unlessGiven.red(), unlessGiven.green(), unlessGiven.blue(), unlessGiven.alpha());
+    if (m_Colour)
+        colour = *m_Colour;
+    colour[3] = byteOf(m_Opacity * colour[3] / 255);
+    return colour;
+}
+
+const std::string* SceneItem::text() const
+{
+    return m_Shape && kind() == ItemKind::Text && !m_Drawn.box.isEmpty() ? &m_Shape->text : nullptr;
+}
+
+void SceneItem::upload(GLContext& context)
+{
+    m_IsUploaded = true; // whether it works or not: it is tried once
+    m_NumVertices = m_Drawn.numVertices();
+    m_PositionBuffer.reset();
+    m_PositionBuffer = makeBuffer(context, "position", m_Drawn.positions);
+    m_NormalBuffer = makeBuffer(context, "normal", m_Drawn.normals);
+    m_IndexBuffer = makeBuffer(context, m_Drawn.indices);
+    m_Drawn.positions = {};
+    m_Drawn.normals = {};
+    m_Drawn.indices = {};
+}
+
+void SceneItem::uploadColours(GLContext& context)
+{
+    m_AreColoursUploaded = true;
+    m_ColourBuffer.reset();
+    if (m_NumVertices == 0 || (!m_Colours && m_Drawn.colours.empty()))
+        return;
+    std::vector<unsigned char> colours = coloursOfVertices();
+    m_ColourBuffer =
+        makeBuffer(context, "color", 4, VertexAttribDescriptor::TYPE_UNSIGNED_BYTE, colours.data(), m_NumVertices);
+}
+
+std::vector<unsigned char> SceneItem::coloursOfVertices() const
+{
+    if (!m_Colours)
+        return m_Drawn.colours;
+    const std::size_t width =
+        m_Colours->width != 0 ? m_Colours->width : m_Colours->numbers.size() / m_Shape->points.size();
+    std::vector<unsigned char> colours;
+    colours.reserve(4 * m_NumVertices);
+    m_Colours->numbers.visit([&]<typename T>(const T* numbers, std::size_t) {
+        for (std::size_t i = 0; i < m_NumVertices; ++i) {
+            const T* const colour = numbers + width * (m_Drawn.sources.empty() ? i : m_Drawn.sources[i]);
+            for (std::size_t component = 0; component < 3; ++component)
+                colours.push_back(byteOf(colour[component]));
+            const unsigned char alpha = width == 4 ? byteOf(colour[3]) : 255;
+            colours.push_back(byteOf(m_Opacity * alpha / 255));
+        }
+    });
+    return colours;
+}
+
+void SceneItem::draw(GLContext& context, const Matrix4& modelView, bool isGroundDark, double scale)
+{
+    if (!m_IsUploaded)
+        upload(context);
+    if (!m_AreColoursUploaded)
+        uploadColours(context);
+    if (!m_PositionBuffer || (m_Drawn.isIndexed && !m_IndexBuffer))
+        return;
+    glLoadMatrixd(modelView.numbers.data());
+    const RGBA8 one = colour(colourOfCurve(m_PaletteNumber, isGroundDark));
+    glColor4ubv(one.data());
+    const double size = m_Size && std::isfinite(*m_Size) ? std::max(*m_Size, 0.0) : 0;
+    glPointSize(static_cast<float>(scale * (size > 0 ? size : POINT_SIZE)));
+    glLineWidth(static_cast<float>(scale * (size > 0 ? size : LINE_WIDTH)));
+    m_NormalBuffer ? glEnable(GL_LIGHTING) : glDisable(GL_LIGHTING);
+    drawVertices();
+}
+
+void SceneItem::drawVertices()
+{
+    for (const auto* buffer : {&m_PositionBuffer, &m_NormalBuffer, &m_ColourBuffer})
+        if (*buffer)
+            (*buffer)->bind();
+    if (m_Drawn.isIndexed) {
+        m_IndexBuffer->bind();
+        m_IndexBuffer->drawElements(modeOf(m_Drawn.primitive), 0, 0);
+        m_IndexBuffer->unbind();
+    } else {
+        m_PositionBuffer->drawArrays(modeOf(m_Drawn.primitive), 0, 0);
+    }
+    for (const auto* buffer : {&m_PositionBuffer, &m_NormalBuffer, &m_ColourBuffer})
+        if (*buffer)
+            (*buffer)->unbind();
+}
+
+} // namespace tavo

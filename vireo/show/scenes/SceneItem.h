@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QColor>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "vireo/geometry/GLTemplatedIndexBuffer.h"
+#include "vireo/geometry/GLVertexBuffer.h"
+#include "vireo/show/scenes/SceneCamera.h"
+#include "vireo/show/scenes/SceneUpdate.h"
+#include "vireo/show/scenes/drawnItem.h"
+
+namespace tavo {
+
+// One item of a scene: what was sent, and the buffers that it is drawn from.
+class SceneItem
+{
+public:
+    // The colour is that of items that are given none.
+    explicit SceneItem(std::size_t paletteNumber)
+        : m_PaletteNumber(paletteNumber)
+    {}
+
+    // Takes over what was sent. No GL is called.
+    void apply(ItemUpdate& update);
+
+    bool isVisible() const { return m_IsVisible && m_Opacity > 0 && m_Shape; }
+    bool isOpaque() const { return m_Opacity >= 1; }
+    const SceneBox& box() const { return m_Drawn.box; }
+
+    // What waits for points, as many as it is; empty if nothing does.
+    std::string waiting() const;
+
+    // Of all that has no colours of its own, with the opacity.
+    RGBA8 colour(const QColor& unlessGiven) const;
+
+    // The text that it is, and where it is.
+    const std::string* text() const;
+
+    // Draws it at a scale of pixels. The context must be current; GL's projection is that of the camera.
+    void draw(GLContext& context, const Matrix4& modelView, bool isGroundDark, double scale);
+
+    const Vector3d& origin() const { return m_Drawn.origin; }
+
+private:
+    bool fits(const NumberTuples& tuples) const;
+    bool fitColours(const NumberTuples& colours) const;
+    void upload(GLContext& context);
+    void uploadColours(GLContext& context);
+    std::vector<unsigned char> coloursOfVertices() const;
+    void drawVertices();
+
+    ItemKind kind() const { return m_Shape->kind; }
+
+    std::size_t m_PaletteNumber;
+    std::optional<ItemShape> m_Shape;
+    std::optional<NumberTuples> m_Colours; // as many as there are points
+    std::optional<NumberTuples> m_Normals;
+    std::optional<NumberTuples> m_WaitingColours;
+    std::optional<NumberTuples> m_WaitingNormals;
+    std::optional<RGBA8> m_Colour;
+    std::optional<double> m_Size;
+    double m_Opacity = 1;
+    bool m_IsVisible = true;
+    bool m_IsSmooth = false;
+
+    DrawnItem m_Drawn; // after the upload, without what the buffers have
+    bool m_IsUploaded = false;
+    bool m_AreColoursUploaded = false;
+    std::size_t m_NumVertices = 0;
+    std::unique_ptr<GLVertexBuffer> m_PositionBuffer;
+    std::unique_ptr<GLVertexBuffer> m_NormalBuffer;
+    std::unique_ptr<GLVertexBuffer> m_ColourBuffer;
+    std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_IndexBuffer;
+};
+
+} // namespace tavo

@@ -1,0 +1,69 @@
+#include "vireo/show/scenes/SceneUpdate.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tavo {
+
+namespace {
+
+// What it displaces is left in the newer one.
+template <typename T>
+void replace(std::optional<T>& older, std::optional<T>& newer)
+{
+    if (newer)
+        older.swap(newer);
+}
+
+} // namespace
+
+void ItemUpdate::merge(ItemUpdate& newer)
+{
+    replace(shape, newer.shape);
+    replace(colours, newer.colours);
+    replace(normals, newer.normals);
+    replace(colour, newer.colour);
+    replace(size, newer.size);
+    replace(opacity, newer.opacity);
+    replace(isVisible, newer.isVisible);
+    replace(isSmooth, newer.isSmooth);
+}
+
+bool isInBranch(const std::string& path, const std::string& branch)
+{
+    return path.starts_with(branch) && (path.size() == branch.size() || path[branch.size()] == '/');
+}
+
+void SceneUpdate::merge(ViewUpdate& newer)
+{
+    auto& newerScene = static_cast<SceneUpdate&>(newer);
+    if (newerScene.isCleared)
+        clear();
+    for (const std::string& branch : newerScene.removed)
+        remove(branch);
+    for (auto& [path, item] : newerScene.items)
+        items[path].merge(item);
+    for (const auto& [path, matrix] : newerScene.transforms)
+        transforms[path] = matrix;
+    replace(side, newerScene.side);
+    replace(isOrthographic, newerScene.isOrthographic);
+}
+
+void SceneUpdate::clear()
+{
+    isCleared = true;
+    removed.clear();
+    items.clear();
+    transforms.clear();
+}
+
+void SceneUpdate::remove(const std::string& branch)
+{
+    const auto isRemoved = [&branch](const auto& entry) { return isInBranch(entry.first, branch); };
+    std::erase_if(items, isRemoved);
+    std::erase_if(transforms, isRemoved);
+    if (std::find(removed.begin(), removed.end(), branch) == removed.end())
+        removed.push_back(branch);
+}
+
+} // namespace tavo

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tavo/base/math/vectors.h"
+#include "vireo/show/delivery/NumberArray.h"
+#include "vireo/show/delivery/ViewUpdate.h"
+#include "vireo/show/scenes/Matrix4.h"
+
+namespace tavo {
+
+enum class ItemKind : unsigned char
+{
+    Cloud,
+    Mesh,
+    Lines,
+    Segments,
+    Vectors,
+    Boxes,
+    Frame,
+    Text
+};
+
+// Numbers that belong together by `width`.
+struct NumberTuples
+{
+    NumberArray numbers;
+    std::size_t width = 3;
+
+    std::size_t size() const { return numbers.size() / width; }
+};
+
+// What an item is made of, as it was sent. It has been checked.
+struct ItemShape
+{
+    ItemKind kind = ItemKind::Cloud;
+    NumberTuples points; // of boxes, their minima
+    NumberTuples ends;   // of vectors, their directions; of boxes, their maxima
+    NumberTuples faces;
+    Matrix4 frame;
+    std::string text;
+};
+
+// What was sent to one item.
+struct ItemUpdate
+{
+    std::optional<ItemShape> shape;
+    std::optional<NumberTuples> colours; // the width is 0 if it is not known
+    std::optional<NumberTuples> normals;
+    std::optional<RGBA8> colour;
+    std::optional<double> size;
+    std::optional<double> opacity;
+    std::optional<bool> isVisible;
+    std::optional<bool> isSmooth;
+
+    void merge(ItemUpdate& newer);
+};
+
+// Whether a path is that of the branch or below it: "car/lidar" is in "car".
+bool isInBranch(const std::string& path, const std::string& branch);
+
+// What was sent to one scene. It is applied from the top down.
+class SceneUpdate : public ViewUpdate
+{
+public:
+    void merge(ViewUpdate& newer) override;
+
+    // As if what was sent so far had never been: all items go.
+    void clear();
+
+    // The items of a branch go, and where it was moved to.
+    void remove(const std::string& branch);
+
+    bool isCleared = false;
+    std::vector<std::string> removed;
+    std::map<std::string, ItemUpdate> items; // by path
+    std::map<std::string, Matrix4> transforms;
+    std::optional<std::string> side; // from which it is seen
+    std::optional<bool> isOrthographic;
+};
+
+} // namespace tavo

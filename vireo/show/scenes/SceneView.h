@@ -1,0 +1,87 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "vireo/show/scenes/SceneCamera.h"
+#include "vireo/show/scenes/SceneContext.h"
+#include "vireo/show/scenes/SceneItem.h"
+#include "vireo/show/scenes/SceneUpdate.h"
+#include "vireo/show/window/View.h"
+
+namespace tavo {
+
+class SceneGestures;
+
+// A scene: its items, and from where they are seen. It is drawn in the context of all scenes, and shows the picture.
+class SceneView : public View
+{
+public:
+    explicit SceneView(const std::string& name);
+    ~SceneView() override;
+
+    void apply(ViewUpdate& update) override;
+    QImage picture(QSize size) override;
+    std::string saveData(const QString& file) override;
+
+    // From where it is seen. Whoever changes the camera for a person says so: what is sent leaves it alone then.
+    SceneCamera& getCamera() { return m_Camera; }
+    void showChoice();
+
+    // Shows all that is there, now and as it changes.
+    void showAll();
+
+    // Between perspective and orthographic, for a person.
+    void switchProjection();
+
+    bool isChosen() const { return m_IsChosen; }
+
+    // The place of what is drawn at a pixel of the widget, or within a few pixels of it.
+    std::optional<Vector3d> hitAt(const QPointF& pixel);
+
+    SceneCamera::Size viewSize() const;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    struct Placed
+    {
+        SceneItem* item;
+        Matrix4 matrix;
+    };
+
+    void remove(const std::string& branch);
+    void fitToNews();
+    void fit();
+    void changed();
+    void sayWhatWaits() const;
+    Matrix4 matrixOf(const std::string& path) const;
+    std::vector<Placed> visibleItems() const;
+    SceneBox box() const;
+    bool isGroundDark() const;
+
+    QImage draw(const QSize& pixels, double scale);
+    void drawItems(const SceneCamera& camera, const QSize& pixels, double scale);
+    void drawTexts(QImage& picture, const SceneCamera& camera, double scale);
+    SceneCamera cameraFor(const SceneCamera::Size& size) const;
+
+    std::string m_Name;
+    std::shared_ptr<SceneContext> m_Context;  // outlives the items
+    std::map<std::string, SceneItem> m_Items; // by path
+    std::map<std::string, Matrix4> m_Transforms;
+    std::size_t m_NumColours = 0;
+    SceneCamera m_Camera;
+    SceneBox m_FittedBox;
+    bool m_IsChosen = false; // the camera, by a person
+    bool m_IsOrthographyChosen = false;
+    QImage m_Picture; // null if it has to be drawn
+    std::unique_ptr<SceneGestures> m_Gestures;
+};
+
+} // namespace tavo

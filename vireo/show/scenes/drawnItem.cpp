@@ -1,0 +1,297 @@
+#include "vireo/show/scenes/drawnItem.h"
+
+#include <cmath>
+
+namespace tavo {
+
+namespace {
+
+constexpr double LARGEST = 1e30; // beyond it, floats cannot tell how far things are from each other
+
+// Calls `use(i, point)` for each.
+template <typename Use>
+void forEachPoint(const NumberTuples& points, Use use)
+{
+    points.numbers.visit([&use](const auto* numbers, std::size_t size) {
+        for (std::size_t i = 0; i < size / 3; ++i)
+            use(i, Vector3d(numbers[3 * i], numbers[3 * i + 1], numbers[3 * i + 2]));
+    });
+}
+
+Vector3d pointAt(const NumberTuples& points, std::size_t i)
+{
+    return points.numbers.visit([i](const auto* numbers, std::size_t) {
+        return Vector3d(numbers[3 * i], numbers[3 * i + 1], numbers[3 * i + 2]);
+    });
+}
+
+bool isUsable(const Vector3d& point)
+{
+    return std::abs(point[0]) <= LARGEST && std::abs(point[1]) <= LARGEST && std::abs(point[2]) <= LARGEST;
+}
+
+void append(std::vector<float>& numbers, const Vector3d& vector)
+{
+    for (std::size_t i = 0; i < 3; ++i)
+        numbers.push_back(static_cast<float>(vector[i]));
+}
+
+// The points as they were sent. Those that are not finite are at the origin, for nobody to draw.
+std::vector<bool> takePoints(DrawnItem& item, const NumberTuples& points)
+{
+    std::vector<bool> unusable; // none if all are usable
+    forEachPoint(points, [&](std::size_t i, const Vector3d& point) {
+        if (isUsable(point))
+            return item.box.extend(point);
+        unusable.resize(points.size());
+        unusable[i] = true;
+    });
+    item.origin = item.box.centre();
+    item.positions.reserve(3 * points.size());
+    forEachPoint(points, [&](std::size_t, const Vector3d& point) {
+        append(item.positions, isUsable(point) ? point - item.origin : Vector3d());
+    });
+    return unusable;
+}
+
+bool isLeftOut(const std::vector<bool>& unusable, std::size_t i)
+{
+    return !unusable.empty() && unusable[i];
+}
+
+void takeNormals(DrawnItem& item, const NumberTuples& normals)
+{
+    item.normals.reserve(3 * normals.size());
+    forEachPoint(normals,
+        [&](std::size_t, const Vector3d& normal) { append(item.normals, isUsable(normal) ? normal : Vector3d()); });
+}
+
+DrawnItem cloud(const ItemShape& shape, const NumberTuples* normals)
+{
+    DrawnItem item;
+    const std::vector<bool> unusable = takePoints(item, shape.points);
+    if (normals)
+        takeNormals(item, *normals);
+    item.isIndexed = !unusable.empty();
+    for (std::size_t i = 0; i < unusable.size(); ++i)
+        if (!unusable[i])
+            item.indices.push_back(static_cast<unsigned int>(i));
+    return item;
+}
+
+// From each point to that which is `step` behind it, at every `stride`-th.
+DrawnItem strokes(const ItemShape& shape, std::size_t stride)
+{
+    DrawnItem item;
+    item.primitive = PrimitiveKind::Lines;
+    item.isIndexed = true;
+    const std::vector<bool> unusable = takePoints(item, shape.points);
+    for (std::size_t i = 0; i + 1 < shape.points.size(); i += stride)
+        if (!isLeftOut(unusable, i) && !isLeftOut(unusable, i + 1))
+            item.indices.insert(item.indices.end(), {static_cast<unsigned int>(i), static_cast<unsigned int>(i + 1)});
+    return item;
+}
+
+// Its length is twice the area, of coordinates divided by `size`, so that nothing overflows.
+Vector3d normalOf(const DrawnItem& item, const unsigned int* triangle, double size)
+{
+    Vector3d corners[3];
+    for (std::size_t i = 0; i < 3; ++i) {
+        const float* const position = item.positions.data() + 3 * std::size_t(triangle[i]);
+        corners[i] = (1 / size) * Vector3d(position[0], position[1], position[2]);
+    }
+    return cross(corners[1] - corners[0], corners[2] - corners[0]);
+}
+
+// Triangles of what can be drawn of the faces.
+void takeTriangles(DrawnItem& item, const NumberTuples& faces, const std::vector<bool>& unusable)
+{
+    const double size = item.box.diagonal();
+    const auto take = [&](const std::array<unsigned int, 3>& triangle) {
+        for (const unsigned int vertex : triangle)
+            if (isLeftOut(unusable, vertex))
+                return;
+        if (length(normalOf(item, triangle.data(), size)) > 0)
+            item.indices.insert(item.indices.end(), triangle.begin(), triangle.end());
+    };
+    item.indices.reserve(3 * faces.size());
+    faces.numbers.visit([&](const auto* vertices, std::size_t numVertices) {
+        const auto vertex = [vertices](std::size_t i) { return static_cast<unsigned int>(vertices[i]); };
+        for (std::size_t first = 0; first < numVertices; first += faces.width)
+            for (std::size_t i = 2; i < faces.width; ++i)
+                take({vertex(first), vertex(first + i - 1), vertex(first + i)});
+    });
+}
+
+// Each vertex has the mean of the normals of its triangles, the larger ones counting more.
+void curve(DrawnItem& item)
+{
+    std::vector<Vector3d> normals(item.numVertices());
+    for (std::size_t i = 0; i < item.indices.size(); i += 3) {
+        const Vector3d normal = normalOf(item, &item.indices[i], item.box.diagonal());
+        for (std::size_t corner = 0; corner < 3; ++corner)
+            normals[item.indices[i + corner]] += normal;
+    }
+    item.normals.reserve(item.positions.size());
+    for (const Vector3d& normal : normals)
+        append(item.normals, normal);
+}
+
+// Each triangle has vertices of its own, all with its normal.
+void separate(DrawnItem& item)
+{
+    const std::vector<unsigned int> triangles = std::move(item.indices);
+    const double size = item.box.diagonal();
+    std::vector<float> positions;
+    positions.reserve(3 * triangles.size());
+    item.normals.reserve(3 * triangles.size());
+    for (std::size_t i = 0; i < triangles.size(); ++i) {
+        const float* const position = item.positions.data() + 3 * std::size_t(triangles[i]);
+        positions.insert(positions.end(), position, position + 3);
+        append(item.normals, normalOf(item, &triangles[i - i % 3], size));
+    }
+    item.positions = std::move(positions);
+    item.sources = triangles;
+    item.indices.clear();
+    item.isIndexed = false;
+}
+
+DrawnItem mesh(const ItemShape& shape, const NumberTuples* normals, bool isSmooth)
+{
+    DrawnItem item;
+    item.primitive = PrimitiveKind::Triangles;
+    item.isIndexed = true;
+    const std::vector<bool> unusable = takePoints(item, shape.points);
+    takeTriangles(item, shape.faces, unusable);
+    if (normals)
+        takeNormals(item, *normals);
+    else if (isSmooth)
+        curve(item);
+    else
+        separate(item);
+    return item;
+}
+
+// A stroke and a head of four, with the number of what it belongs to.
+void appendArrow(DrawnItem& item, const Vector3d& from, const Vector3d& direction, std::size_t source)
+{
+    const Vector3d along = direction;
+    std::size_t smallest = 0;
+    for (std::size_t i = 1; i < 3; ++i)
+        if (std::abs(along[i]) < std::abs(along[smallest]))
+            smallest = i;
+    Vector3d axis;
+    axis[smallest] = 1;
+    const double size = length(along);
+    const Vector3d side = size > 0 ? cross((1 / size) * along, axis) : Vector3d();
+    const Vector3d otherSide = size > 0 ? cross((1 / size) * along, side) : Vector3d();
+    const Vector3d tip = from + along;
+    const auto stroke = [&](const Vector3d& start) {
+        append(item.positions, start - item.origin);
+        append(item.positions, tip - item.origin);
+        item.sources.insert(item.sources.end(), 2, static_cast<unsigned int>(source));
+    };
+    stroke(from);
+    for (const Vector3d& out : {side, -1.0 * side, otherSide, -1.0 * otherSide})
+        stroke(from + 0.8 * along + (0.07 * size) * out);
+    item.box.extend(from);
+    item.box.extend(tip);
+}
+
+DrawnItem vectors(const ItemShape& shape)
+{
+    DrawnItem item;
+    item.primitive = PrimitiveKind::Lines;
+    const auto forEachArrow = [&shape](auto use) {
+        forEachPoint(shape.points, [&](std::size_t i, const Vector3d& from) {
+            const Vector3d direction = pointAt(shape.ends, i);
+            if (isUsable(from) && isUsable(direction))
+                use(i, from, direction);
+        });
+    };
+    forEachArrow([&item](std::size_t, const Vector3d& from, const Vector3d& direction) {
+        item.box.extend(from);
+        item.box.extend(from + direction);
+    });
+    item.origin = item.box.centre();
+    forEachArrow([&item](std::size_t i, const Vector3d& from, const Vector3d& direction) {
+        appendArrow(item, from, direction, i);
+    });
+    return item;
+}
+
+DrawnItem boxes(const ItemShape& shape)
+{
+    DrawnItem item;
+    item.primitive = PrimitiveKind::Lines;
+    item.isIndexed = true;
+    const auto forEachBox = [&shape](auto use) {
+        forEachPoint(shape.points, [&](std::size_t i, const Vector3d& min) {
+            const Vector3d max = pointAt(shape.ends, i);
+            SceneBox box;
+            box.extend(min);
+            box.extend(max);
+            if (isUsable(min) && isUsable(max))
+                use(i, box);
+        });
+    };
+    forEachBox([&item](std::size_t, const SceneBox& box) { item.box.extend(box); });
+    item.origin = item.box.centre();
+    forEachBox([&item](std::size_t i, const SceneBox& box) {
+        const auto first = static_cast<unsigned int>(item.numVertices());
+        for (const Vector3d& corner : box.corners())
+            append(item.positions, corner - item.origin);
+        item.sources.insert(item.sources.end(), 8, static_cast<unsigned int>(i));
+        // Along an edge, one bit of a corner's number changes.
+        for (unsigned int corner = 0; corner < 8; ++corner)
+            for (const unsigned int bit : {1U, 2U, 4U})
+                if (!(corner & bit))
+                    item.indices.insert(item.indices.end(), {first + corner, first + corner + bit});
+    });
+    return item;
+}
+
+DrawnItem frame(const ItemShape& shape)
+{
+    constexpr unsigned char COLOURS[3][4] = {{220, 50, 47, 255}, {60, 160, 40, 255}, {40, 90, 220, 255}};
+    DrawnItem item;
+    item.primitive = PrimitiveKind::Lines;
+    item.origin = shape.frame * Vector3d();
+    if (!isUsable(item.origin))
+        return item;
+    for (std::size_t i = 0; i < 3; ++i) {
+        Vector3d axis;
+        axis[i] = 1;
+        appendArrow(item, item.origin, shape.frame.turned(axis), i);
+        while (item.colours.size() < 4 * item.numVertices())
+            item.colours.insert(item.colours.end(), COLOURS[i], COLOURS[i] + 4);
+    }
+    return item;
+}
+
+DrawnItem position(const ItemShape& shape)
+{
+    DrawnItem item;
+    takePoints(item, shape.points);
+    item.isIndexed = true; // and nothing is drawn of it here
+    return item;
+}
+
+} // namespace
+
+DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth)
+{
+    switch (shape.kind) {
+    case ItemKind::Cloud: return cloud(shape, normals);
+    case ItemKind::Mesh: return mesh(shape, normals, isSmooth);
+    case ItemKind::Lines: return strokes(shape, 1);
+    case ItemKind::Segments: return strokes(shape, 2);
+    case ItemKind::Vectors: return vectors(shape);
+    case ItemKind::Boxes: return boxes(shape);
+    case ItemKind::Frame: return frame(shape);
+    case ItemKind::Text: break;
+    }
+    return position(shape);
+}
+
+} // namespace tavo

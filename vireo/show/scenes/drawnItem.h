@@ -1,0 +1,36 @@
+#pragma once
+
+#include <vector>
+
+#include "vireo/show/scenes/SceneBox.h"
+#include "vireo/show/scenes/SceneUpdate.h"
+
+namespace tavo {
+
+enum class PrimitiveKind : unsigned char
+{
+    Points,
+    Lines,
+    Triangles
+};
+
+// An item as OpenGL draws it. Positions are floats, counted from an origin in double precision.
+struct DrawnItem
+{
+    PrimitiveKind primitive = PrimitiveKind::Points;
+    Vector3d origin;
+    SceneBox box;
+    std::vector<float> positions;
+    std::vector<float> normals;         // none if no light falls on it
+    std::vector<unsigned char> colours; // red, green, blue and opacity, of what has colours of its own
+    std::vector<unsigned int> sources;  // the point or vertex as sent that each is of; none if all are in order
+    std::vector<unsigned int> indices;
+    bool isIndexed = false; // otherwise all is drawn, in order
+
+    std::size_t numVertices() const { return positions.size() / 3; }
+};
+
+// Leaves out what is not finite. Normals may be null.
+DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth);
+
+} // namespace tavo
