@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tavo/base/text/printable.h"
+#include "vireo/show/colours/ColourMap.h"
 #include "vireo/show/delivery/changeUpdate.h"
 #include "vireo/show/delivery/isShowOff.h"
 #include "vireo/show/delivery/sayOnce.h"
@@ -109,6 +110,17 @@ ItemShape shapeOf(ItemKind kind, const Points& points, const Points& ends = {})
 void sendShape(const ViewSlotPointer& slot, std::string_view path, ItemShape shape)
 {
     changeItem(slot, std::string(path), [&](ItemUpdate& item) { item.shape = std::move(shape); });
+}
+
+void sendField(
+    const ViewSlotPointer& slot, const std::string& path, const char* operation, SceneField field, bool areTooMany)
+{
+    if (!isSent(slot))
+        return;
+    if (areTooMany)
+        Call{slot, operation, path}.refuse("there is no memory for so many numbers");
+    else
+        changeItem(slot, path, [&](ItemUpdate& item) { item.addField(field); });
 }
 
 } // namespace
@@ -245,6 +257,46 @@ Item Item::colours(const Colours& values, const Statement&) const
 {
     if (isSent(m_Slot) && Call{m_Slot, "colours", m_Path}.accepts(values, 1, "colours"))
         changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.colours = NumberTuples{values, values.width()}; });
+    return *this;
+}
+
+Item Item::scalar(std::string_view name, const Numbers& values, const Statement&) const
+{
+    sendField(m_Slot, m_Path, "scalar", {std::string(name), {values, 1}, false}, values.areTooMany());
+    return *this;
+}
+
+Item Item::labels(const Numbers& values, const Statement&) const
+{
+    sendField(m_Slot, m_Path, "labels", {"labels", {values, 1}, true}, values.areTooMany());
+    return *this;
+}
+
+Item Item::show(std::string_view name, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.shown = std::string(name); });
+    return *this;
+}
+
+Item Item::range(double from, double to, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return *this;
+    if (std::isfinite(from) && std::isfinite(to))
+        changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.range = std::pair(from, to); });
+    else
+        Call{m_Slot, "range", m_Path}.refuse("an end of the range is not finite");
+    return *this;
+}
+
+Item Item::colourMap(std::string_view name, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return *this;
+    if (findColourMap(name))
+        changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.colourMap = std::string(name); });
+    else
+        Call{m_Slot, "colourMap", m_Path}.refuse("there is no map \"" + printable(name, 80) + "\"");
     return *this;
 }
 

@@ -20,8 +20,11 @@ struct ViewSlot;
 ///
 ///     tavo::scene("world").cloud("lidar", points).colours(colours).size(3);
 ///
-/// What is sent here stays for points that are sent later under the same path. Colours and normals that are not as many
-/// as the points wait until their points come, and are left out meanwhile.
+/// What is sent here stays for points that are sent later under the same path. Colours, normals and other numbers that
+/// are not as many as the points wait until their points come, and are left out meanwhile.
+///
+/// Of all that gives points their colours one is shown: what show() says; without it the colours, or else the numbers
+/// that came first.
 class VIREO_SHOW_EXPORT Item
 {
 public:
@@ -30,6 +33,21 @@ public:
 
     /// A colour for each point, vertex, arrow or box: red, green and blue, and maybe opacity.
     Item colours(const Colours& values, const Statement& statement = Statement()) const;
+
+    /// A number for each point, vertex, arrow or box, under a name, shown by the colours of a map. NaN is grey.
+    Item scalar(std::string_view name, const Numbers& values, const Statement& statement = Statement()) const;
+
+    /// A category for each, under the name "labels", shown by colours that depend on nothing but the category.
+    Item labels(const Numbers& values, const Statement& statement = Statement()) const;
+
+    /// Shows the numbers of that name, or "colours", or with an empty name the one colour.
+    Item show(std::string_view name, const Statement& statement = Statement()) const;
+
+    /// The numbers that have the first and the last colour of the map; by default the least and the greatest there are.
+    Item range(double from, double to, const Statement& statement = Statement()) const;
+
+    /// The map from numbers to colours: "viridis" by default, or another one that docs/scenes.md names.
+    Item colourMap(std::string_view name, const Statement& statement = Statement()) const;
 
     /// One colour for all: red, green, blue, opacity, each 0 to 255. Without it, an item has one of a palette.
     Item colour(const RGBA8& colour, const Statement& statement = Statement()) const;

@@ -176,9 +176,14 @@ double SceneCamera::depthAt(double drawnDepth, const SceneBox& box) const
     return farthest * nearest / (farthest - drawnDepth * (farthest - nearest));
 }
 
+double SceneCamera::heightSeen() const
+{
+    return 2 * HALF_VIEW * (m_IsOrthographic ? m_Distance : 1);
+}
+
 double SceneCamera::unitsPerPixel(double depth, const Size& size) const
 {
-    return 2 * HALF_VIEW * (m_IsOrthographic ? m_Distance : depth) / size.height;
+    return heightSeen() * (m_IsOrthographic ? 1 : depth) / size.height;
 }
 
 SceneCamera::Pixel SceneCamera::project(const Vector3d& point, const Size& size) const

@@ -78,6 +78,17 @@ public:
     // From eye space to OpenGL's clip space, for what is in that box.
     Matrix4 projection(const SceneBox& box, const Size& size) const;
 
+    // The planes in front of the eye between which that projection draws.
+    struct Depths
+    {
+        double nearest;
+        double farthest;
+    };
+    Depths depthsOf(const SceneBox& box) const;
+
+    // The height of what is seen, at a depth of 1 in perspective.
+    double heightSeen() const;
+
     // How far in front of the eye that is which is drawn, with that projection, at a depth of OpenGL's between 0 and 1.
     double depthAt(double drawnDepth, const SceneBox& box) const;
 
@@ -94,17 +105,10 @@ public:
     bool operator==(const SceneCamera&) const = default;
 
 private:
-    struct Depths
-    {
-        double nearest;
-        double farthest;
-    };
-
     Vector3d toTheRight() const;
     Vector3d upwards() const;
     Vector3d towardsEye() const;
     Vector3d inEyeDirections(const Vector3d& direction) const;
-    Depths depthsOf(const SceneBox& box) const;
 
     Vector3d m_Pivot;
     double m_Distance = 1;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/textures/GLTexture.h"
 
 namespace tavo {
 
@@ -54,8 +55,10 @@ bool SceneContext::makeNative()
     if (!m_RenderingContext || !wglMakeCurrent(m_DeviceContext, m_RenderingContext))
         return false;
     m_GL = std::make_unique<GLContext>(m_DeviceContext, m_RenderingContext, nullptr, nullptr);
-    const bool canDraw =
-        isExtensionSupported("GL_ARB_vertex_buffer_object") && isExtensionSupported("GL_EXT_framebuffer_object");
+    m_Target = std::make_unique<GLRenderTargetFBO>(m_GL.get());
+    m_Lit = std::make_unique<GLRenderTargetFBO>(m_GL.get());
+    m_Light = EyeDomeLighting::make(*m_GL);
+    const bool canDraw = isExtensionSupported("GL_ARB_vertex_buffer_object") && GLRenderTargetFBO::isSupported();
     m_GL->deactivate();
     return canDraw;
 }
@@ -64,6 +67,8 @@ SceneContext::~SceneContext()
 {
     if (m_GL) {
         const Scope scope(*this);
+        m_Light.reset();
+        m_Lit.reset();
         m_Target.reset();
     }
     m_GL.reset();
@@ -87,17 +92,27 @@ bool SceneContext::beginPicture(const QSize& size)
 {
     const auto width = static_cast<unsigned int>(roundedUp(size.width()));
     const auto height = static_cast<unsigned int>(roundedUp(size.height()));
-    if (!m_Target || m_Target->getWidth() < width || m_Target->getHeight() < height) {
-        auto target = std::make_unique<GLRenderTextureFBO>(m_GL.get());
-        if (!target->create(m_Target ? std::max(width, m_Target->getWidth()) : width,
-                m_Target ? std::max(height, m_Target->getHeight()) : height, 4,
-                GLRenderTextureFBO::FLAG_DEPTH | GLRenderTextureFBO::FLAG_RECTANGLE))
-            return false;
-        m_Target = std::move(target);
-    }
+    if ((m_Target->getWidth() < width || m_Target->getHeight() < height) &&
+        !m_Target->create(std::max(width, m_Target->getWidth()), std::max(height, m_Target->getHeight())))
+        return false;
     m_Target->activate();
     glViewport(0, 0, size.width(), size.height());
     return true;
+}
+
+void SceneContext::light(const QSize& size, const EyeDomeLighting::View& view, double pixelRatio)
+{
+    const bool isAsLarge = m_Lit->getWidth() == m_Target->getWidth() && m_Lit->getHeight() == m_Target->getHeight();
+    if (!m_Light || (!isAsLarge && !m_Lit->create(m_Target->getWidth(), m_Target->getHeight())))
+        return;
+    m_Lit->activate();
+    glViewport(0, 0, size.width(), size.height());
+    m_Light->draw(*m_Target, {size.width(), size.height()}, view, pixelRatio);
+    // Back to where the depths are, for what is still to be drawn.
+    m_Target->getColourTexture()->bind(0);
+    glCopyTexSubImage2D(GL_TEXTURE_RECTANGLE_ARB, 0, 0, 0, 0, 0, size.width(), size.height());
+    m_Target->getColourTexture()->unbind(0);
+    m_Lit->deactivate();
 }
 
 QImage SceneContext::readPicture(const QSize& size) const

@@ -8,7 +8,8 @@
 #include "tavo/platform/windowlessContext.h"
 #include "vireo/context/CurrentContextGuard.h"
 #include "vireo/context/GLContext.h"
-#include "vireo/offscreen/GLRenderTextureFBO.h"
+#include "vireo/offscreen/GLRenderTargetFBO.h"
+#include "vireo/show/scenes/EyeDomeLighting.h"
 
 namespace tavo {
 
@@ -49,6 +50,9 @@ public:
     // Directs drawing to a target with colours and depths, at least that large. False if the driver has none.
     bool beginPicture(const QSize& size);
 
+    // Shades what was drawn so far by its depths, where the driver can. Drawing goes on.
+    void light(const QSize& size, const EyeDomeLighting::View& view, double pixelRatio);
+
     // What was drawn, the first row of pixels first: whoever draws turns the picture upside down.
     QImage readPicture(const QSize& size) const;
 
@@ -65,7 +69,9 @@ private:
     HDC m_DeviceContext = nullptr;
     HGLRC m_RenderingContext = nullptr;
     std::unique_ptr<GLContext> m_GL;
-    std::unique_ptr<GLRenderTextureFBO> m_Target;
+    std::unique_ptr<GLRenderTargetFBO> m_Target;
+    std::unique_ptr<GLRenderTargetFBO> m_Lit; // made when light is needed, as large as the other
+    std::unique_ptr<EyeDomeLighting> m_Light; // null if the driver has none
 };
 
 } // namespace tavo

@@ -8,7 +8,9 @@
 #include <utility>
 
 #include "tavo/base/objects/PException.h"
+#include "tavo/base/text/printable.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/show/colours/colourOfLabel.h"
 #include "vireo/show/plots/colours.h"
 
 namespace tavo {
@@ -74,6 +76,23 @@ void replace(std::optional<T>& value, std::optional<T>& newer)
         value.swap(newer);
 }
 
+// The least and the greatest number that is finite.
+std::pair<double, double> rangeOf(const NumberArray& numbers)
+{
+    double least = std::numeric_limits<double>::infinity();
+    double greatest = -least;
+    numbers.visit([&](const auto* values, std::size_t size) {
+        for (std::size_t i = 0; i < size; ++i) {
+            const auto value = static_cast<double>(values[i]);
+            if (!std::isfinite(value))
+                continue;
+            least = std::min(least, value);
+            greatest = std::max(greatest, value);
+        }
+    });
+    return least <= greatest ? std::pair(least, greatest) : std::pair(0.0, 0.0);
+}
+
 // What waits and fits takes its place; what was there and fits no more goes.
 template <typename Fits>
 bool settle(std::optional<NumberTuples>& shown, std::optional<NumberTuples>& waiting, Fits fits)
@@ -99,6 +118,7 @@ void SceneItem::apply(ItemUpdate& update)
         m_AreColoursUploaded = false;
     }
     replace(m_Shape, update.shape);
+    applyFields(update);
     replace(m_WaitingColours, update.colours);
     replace(m_WaitingNormals, update.normals);
     replace(m_Colour, update.colour);
@@ -107,7 +127,7 @@ void SceneItem::apply(ItemUpdate& update)
     m_IsSmooth = update.isSmooth.value_or(m_IsSmooth);
     if (!m_Shape)
         return;
-    if (settle(m_Colours, m_WaitingColours, [this](const NumberTuples& colours) { return fitColours(colours); }))
+    if (settleColours())
         m_AreColoursUploaded = false;
     if (settle(m_Normals, m_WaitingNormals, [this](const NumberTuples& normals) { return fits(normals); }))
         isShapeNew = true;
@@ -115,6 +135,50 @@ void SceneItem::apply(ItemUpdate& update)
         return;
     m_Drawn = drawnItem(*m_Shape, m_Normals ? &*m_Normals : nullptr, m_IsSmooth);
     m_IsUploaded = m_AreColoursUploaded = false;
+}
+
+void SceneItem::applyFields(ItemUpdate& update)
+{
+    for (SceneField& field : update.fields) {
+        auto found = std::find_if(
+            m_Fields.begin(), m_Fields.end(), [&field](const Field& older) { return older.name == field.name; });
+        if (found == m_Fields.end())
+            found = m_Fields.insert(m_Fields.end(), {field.name, field.areLabels, {}, {}});
+        found->areLabels = field.areLabels;
+        found->waiting = field.values;
+    }
+    if (update.shown || update.range || update.colourMap)
+        m_AreColoursUploaded = false;
+    replace(m_Shown, update.shown);
+    replace(m_Range, update.range);
+    m_ColourMap = update.colourMap.value_or(m_ColourMap);
+}
+
+bool SceneItem::settleColours()
+{
+    bool isNew =
+        settle(m_Colours, m_WaitingColours, [this](const NumberTuples& colours) { return fitColours(colours); });
+    for (Field& field : m_Fields)
+        isNew |= settle(field.values, field.waiting, [this](const NumberTuples& values) { return fits(values); });
+    return isNew;
+}
+
+bool SceneItem::areColoursShown() const
+{
+    return m_Colours && m_Shown.value_or("colours") == "colours";
+}
+
+const SceneItem::Field* SceneItem::shownField() const
+{
+    for (const Field& field : m_Fields)
+        if (field.values && m_Shown.value_or(field.name) == field.name)
+            return &field;
+    return nullptr;
+}
+
+bool SceneItem::isUnlitCloud() const
+{
+    return m_Shape && kind() == ItemKind::Cloud && !m_Normals;
 }
 
 bool SceneItem::fits(const NumberTuples& tuples) const
@@ -141,6 +205,9 @@ std::string SceneItem::waiting() const
         return std::to_string(m_WaitingColours->numbers.size()) + " numbers of colours" + points;
     if (m_WaitingNormals)
         return std::to_string(m_WaitingNormals->size()) + " normals" + points;
+    for (const Field& field : m_Fields)
+        if (field.waiting)
+            return std::to_string(field.waiting->size()) + " numbers of \"" + printable(field.name, 80) + "\"" + points;
     return {};
 }
 
@@ -175,17 +242,45 @@ void SceneItem::uploadColours(GLContext& context)
 {
     m_AreColoursUploaded = true;
     m_ColourBuffer.reset();
-    if (m_NumVertices == 0 || (!m_Colours && m_Drawn.colours.empty()))
-        return;
     std::vector<unsigned char> colours = coloursOfVertices();
+    if (colours.empty())
+        return;
     m_ColourBuffer =
         makeBuffer(context, "color", 4, VertexAttribDescriptor::TYPE_UNSIGNED_BYTE, colours.data(), m_NumVertices);
 }
 
 std::vector<unsigned char> SceneItem::coloursOfVertices() const
 {
-    if (!m_Colours)
-        return m_Drawn.colours;
+    if (areColoursShown())
+        return coloursAsSent();
+    const Field* const field = shownField();
+    return field ? coloursOf(*field) : m_Drawn.colours;
+}
+
+std::vector<unsigned char> SceneItem::coloursOf(const Field& field) const
+{
+    const ColourMap map = findColourMap(m_ColourMap).value();
+    const auto [from, to] = m_Range ? *m_Range : rangeOf(field.values->numbers);
+    const double scale = from != to ? 1 / (to - from) : 0;
+    std::vector<unsigned char> colours;
+    colours.reserve(4 * m_NumVertices);
+    field.values->numbers.visit([&, from = from](const auto* numbers, std::size_t) {
+        for (std::size_t i = 0; i < m_NumVertices; ++i) {
+            const auto number = numbers[m_Drawn.sources.empty() ? i : m_Drawn.sources[i]];
+            const auto value = static_cast<double>(number);
+            RGBA8 colour = ColourMap::colourOfNaN();
+            if (field.areLabels && std::abs(value) < 9e15)
+                colour = colourOfLabel(static_cast<std::int64_t>(value));
+            else if (!field.areLabels && !std::isnan(value))
+                colour = map.sample(scale != 0 ? (value - from) * scale : 0.5);
+            colours.insert(colours.end(), {colour[0], colour[1], colour[2], byteOf(m_Opacity)});
+        }
+    });
+    return colours;
+}
+
+std::vector<unsigned char> SceneItem::coloursAsSent() const
+{
     const std::size_t width =
         m_Colours->width != 0 ? m_Colours->width : m_Colours->numbers.size() / m_Shape->points.size();
     std::vector<unsigned char> colours;

@@ -8,6 +8,7 @@
 
 #include "vireo/geometry/GLTemplatedIndexBuffer.h"
 #include "vireo/geometry/GLVertexBuffer.h"
+#include "vireo/show/colours/ColourMap.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/drawnItem.h"
@@ -36,6 +37,9 @@ public:
     // Of all that has no colours of its own, with the opacity.
     RGBA8 colour(const QColor& unlessGiven) const;
 
+    // Whether it is a cloud on which no light falls.
+    bool isUnlitCloud() const;
+
     // The text that it is, and where it is.
     const std::string* text() const;
 
@@ -45,11 +49,25 @@ public:
     const Vector3d& origin() const { return m_Drawn.origin; }
 
 private:
+    struct Field
+    {
+        std::string name;
+        bool areLabels = false;
+        std::optional<NumberTuples> values; // as many as there are points
+        std::optional<NumberTuples> waiting;
+    };
+
+    void applyFields(ItemUpdate& update);
+    bool settleColours();
+    const Field* shownField() const;
+    bool areColoursShown() const;
     bool fits(const NumberTuples& tuples) const;
     bool fitColours(const NumberTuples& colours) const;
     void upload(GLContext& context);
     void uploadColours(GLContext& context);
     std::vector<unsigned char> coloursOfVertices() const;
+    std::vector<unsigned char> coloursAsSent() const;
+    std::vector<unsigned char> coloursOf(const Field& field) const;
     void drawVertices();
 
     ItemKind kind() const { return m_Shape->kind; }
@@ -60,6 +78,10 @@ private:
     std::optional<NumberTuples> m_Normals;
     std::optional<NumberTuples> m_WaitingColours;
     std::optional<NumberTuples> m_WaitingNormals;
+    std::vector<Field> m_Fields; // in the order in which they came
+    std::optional<std::string> m_Shown;
+    std::optional<std::pair<double, double>> m_Range;
+    std::string m_ColourMap{namesOfColourMaps().front()};
     std::optional<RGBA8> m_Colour;
     std::optional<double> m_Size;
     double m_Opacity = 1;

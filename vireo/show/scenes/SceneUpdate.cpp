@@ -22,11 +22,26 @@ void ItemUpdate::merge(ItemUpdate& newer)
     replace(shape, newer.shape);
     replace(colours, newer.colours);
     replace(normals, newer.normals);
+    for (SceneField& field : newer.fields)
+        addField(field);
+    replace(shown, newer.shown);
+    replace(range, newer.range);
+    replace(colourMap, newer.colourMap);
     replace(colour, newer.colour);
     replace(size, newer.size);
     replace(opacity, newer.opacity);
     replace(isVisible, newer.isVisible);
     replace(isSmooth, newer.isSmooth);
+}
+
+void ItemUpdate::addField(SceneField& field)
+{
+    const auto found = std::find_if(
+        fields.begin(), fields.end(), [&field](const SceneField& older) { return older.name == field.name; });
+    if (found != fields.end())
+        std::swap(*found, field);
+    else
+        fields.push_back(std::move(field));
 }
 
 bool isInBranch(const std::string& path, const std::string& branch)

@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tavo/base/math/vectors.h"
@@ -44,12 +45,24 @@ struct ItemShape
     std::string text;
 };
 
+// Numbers of points that are shown as colours.
+struct SceneField
+{
+    std::string name;
+    NumberTuples values; // one by one
+    bool areLabels = false;
+};
+
 // What was sent to one item.
 struct ItemUpdate
 {
     std::optional<ItemShape> shape;
     std::optional<NumberTuples> colours; // the width is 0 if it is not known
     std::optional<NumberTuples> normals;
+    std::vector<SceneField> fields;   // in the order in which they came first
+    std::optional<std::string> shown; // the field, or "colours"
+    std::optional<std::pair<double, double>> range;
+    std::optional<std::string> colourMap;
     std::optional<RGBA8> colour;
     std::optional<double> size;
     std::optional<double> opacity;
@@ -57,6 +70,9 @@ struct ItemUpdate
     std::optional<bool> isSmooth;
 
     void merge(ItemUpdate& newer);
+
+    // Replaces that of the same name.
+    void addField(SceneField& field);
 };
 
 // Whether a path is that of the branch or below it: "car/lidar" is in "car".

@@ -75,6 +75,11 @@ void clear(const QColor& ground)
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
 }
 
+bool isLitByDepths(const SceneItem& item)
+{
+    return item.isUnlitCloud() && item.isOpaque();
+}
+
 } // namespace
 
 SceneView::SceneView(const std::string& name)
@@ -256,7 +261,9 @@ void SceneView::drawItems(const SceneCamera& camera, const QSize& pixels, double
     clear(palette().color(QPalette::Base));
     setProjection(camera, box(), {double(pixels.width()), double(pixels.height())});
     setHeadlight();
+    drawClouds(camera, pixels, scale);
     std::vector<Placed> items = visibleItems();
+    std::erase_if(items, [](const Placed& placed) { return isLitByDepths(*placed.item); });
     const auto depth = [&camera](const Placed& placed) {
         return camera.modelView(placed.matrix, placed.item->origin()).at(2, 3);
     };
@@ -266,11 +273,32 @@ void SceneView::drawItems(const SceneCamera& camera, const QSize& pixels, double
             return a.item->isOpaque() && !b.item->isOpaque();
         return depth(a) < depth(b);
     });
-    for (const auto& [item, matrix] : items) {
-        glDepthMask(item->isOpaque() ? GL_TRUE : GL_FALSE);
-        item->draw(m_Context->getGL(), camera.modelView(matrix, item->origin()), isGroundDark(), scale);
-    }
+    for (const Placed& placed : items)
+        drawItem(placed, camera, scale);
+}
+
+void SceneView::drawItem(const Placed& placed, const SceneCamera& camera, double scale)
+{
+    glDepthMask(placed.item->isOpaque() ? GL_TRUE : GL_FALSE);
+    placed.item->draw(
+        m_Context->getGL(), camera.modelView(placed.matrix, placed.item->origin()), isGroundDark(), scale);
     glDepthMask(GL_TRUE);
+}
+
+// First the clouds that are lit by their own depths, alone.
+void SceneView::drawClouds(const SceneCamera& camera, const QSize& pixels, double scale)
+{
+    bool areAny = false;
+    for (const Placed& placed : visibleItems()) {
+        if (!isLitByDepths(*placed.item))
+            continue;
+        drawItem(placed, camera, scale);
+        areAny = true;
+    }
+    if (!areAny)
+        return;
+    const SceneCamera::Depths depths = camera.depthsOf(box());
+    m_Context->light(pixels, {camera.isOrthographic(), depths.nearest, depths.farthest, camera.heightSeen()}, scale);
 }
 
 void SceneView::drawTexts(QImage& picture, const SceneCamera& camera, double scale)

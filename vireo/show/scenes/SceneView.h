@@ -68,6 +68,8 @@ private:
 
     QImage draw(const QSize& pixels, double scale);
     void drawItems(const SceneCamera& camera, const QSize& pixels, double scale);
+    void drawClouds(const SceneCamera& camera, const QSize& pixels, double scale);
+    void drawItem(const Placed& placed, const SceneCamera& camera, double scale);
     void drawTexts(QImage& picture, const SceneCamera& camera, double scale);
     SceneCamera cameraFor(const SceneCamera::Size& size) const;
 

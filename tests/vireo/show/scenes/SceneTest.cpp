@@ -151,6 +151,33 @@ TEST(SceneTest, SaysWhatIsNoMatrixAndNoSide)
     EXPECT_THAT(takePaths(), IsEmpty());
 }
 
+TEST(SceneTest, FieldsAreReplacedByTheirNames)
+{
+    scene("scene").cloud("a", TRIANGLE).scalar("s", {1, 2, 3}).labels({4, 5, 6}).scalar("s", {7, 8, 9});
+    scene("scene").cloud("a", TRIANGLE).scalar("t", {0, 0, 0}).show("s").range(0, 1).colourMap("magma");
+    auto sent = takeScene();
+    const ItemUpdate& item = sent->items["a"];
+    ASSERT_EQ(item.fields.size(), 3U);
+    EXPECT_EQ(item.fields[0].name, "s");
+    EXPECT_EQ(item.fields[0].values.numbers[0], 7);
+    EXPECT_TRUE(item.fields[1].areLabels);
+    EXPECT_EQ(item.shown, "s");
+    EXPECT_EQ(item.range, std::pair(0., 1.));
+    EXPECT_EQ(item.colourMap, "magma");
+}
+
+TEST(SceneTest, SaysWhatIsNoMapAndNoRange)
+{
+    testing::internal::CaptureStderr();
+    scene("scene").cloud("a", TRIANGLE).colourMap("rainbow").range(0, NAN);
+    EXPECT_EQ(said(),
+        "warning: tavo: scene(\"scene\").colourMap(\"a\"): there is no map \"rainbow\"; what was shown stays\n"
+        "warning: tavo: scene(\"scene\").range(\"a\"): an end of the range is not finite; what was shown stays\n");
+    const auto sent = takeScene();
+    EXPECT_FALSE(sent->items["a"].colourMap);
+    EXPECT_FALSE(sent->items["a"].range);
+}
+
 // More than there is memory for.
 struct Endless
 {

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/vireo/show/scenes/sceneUpdates.h"
+#include "vireo/show/colours/colourOfLabel.h"
 
 // Pictures of scenes. Pixels are exact: what is looked at covers them whole, or leaves them as they are.
 namespace tavo {
@@ -134,6 +135,138 @@ TEST_F(SceneViewTest, ColoursWaitForTheirPoints)
     EXPECT_EQ(numPixels(picture(), RED), 81) << "what was shown stays";
     send(m_View, "points", item(ItemKind::Cloud, {-1, 0, 0, 1, 0, 0}));
     EXPECT_EQ(numPixels(picture(), GREEN), 162);
+}
+
+class SceneFieldTest : public SceneViewTest
+{
+protected:
+    // Four points side by side.
+    SceneFieldTest()
+    {
+        sendCorners();
+        ItemUpdate points = item(ItemKind::Cloud, {-2, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 0});
+        points.size = 5;
+        sendColoured("points", points, RED);
+    }
+
+    void sendField(const std::string& name, const Numbers& values, bool areLabels = false)
+    {
+        ItemUpdate update;
+        SceneField field{name, {values, 1}, areLabels};
+        update.addField(field);
+        send(m_View, "points", update);
+    }
+
+    void expectColours(const RGBA8& a, const RGBA8& b, const RGBA8& c, const RGBA8& d)
+    {
+        const QImage shown = picture();
+        double x = -2;
+        for (const RGBA8& expected : {a, b, c, d}) {
+            EXPECT_EQ(rgba(shown.pixelColor(pixelOf({x, 0, 0}))), expected) << "at x = " << x;
+            x += 1;
+        }
+    }
+
+    const ColourMap m_Viridis = findColourMap("viridis").value();
+};
+
+TEST_F(SceneFieldTest, NumbersHaveTheColoursOfTheMap)
+{
+    sendField("a", {10, 12.5, 15, 20});
+    expectColours(m_Viridis.sample(0), m_Viridis.sample(0.25), m_Viridis.sample(0.5), m_Viridis.sample(1));
+    ItemUpdate update;
+    update.colourMap = "magma";
+    update.range = std::pair(15., 10.);
+    send(m_View, "points", update);
+    const ColourMap magma = findColourMap("magma").value();
+    expectColours(magma.sample(1), magma.sample(0.5), magma.sample(0), magma.sample(0));
+}
+
+TEST_F(SceneFieldTest, NaNIsGreyAndInfinityAtTheEnd)
+{
+    sendField("a", {NAN, INFINITY, 1, 2});
+    expectColours(ColourMap::colourOfNaN(), m_Viridis.sample(1), m_Viridis.sample(0), m_Viridis.sample(1));
+    sendField("a", {7, 7, 7, 7});
+    expectColours(m_Viridis.sample(0.5), m_Viridis.sample(0.5), m_Viridis.sample(0.5), m_Viridis.sample(0.5));
+}
+
+TEST_F(SceneFieldTest, LabelsHaveColoursOfTheirOwn)
+{
+    sendField("labels", {0, 1, 2, 255}, true);
+    expectColours(colourOfLabel(0), colourOfLabel(1), colourOfLabel(2), colourOfLabel(255));
+}
+
+TEST_F(SceneFieldTest, OneIsShown)
+{
+    const auto show = [this](const std::string& name) {
+        ItemUpdate update;
+        update.shown = name;
+        send(m_View, "points", update);
+    };
+    sendField("a", {0, 0, 0, 1});
+    sendField("b", {1, 0, 0, 0});
+    expectColours(m_Viridis.sample(0), m_Viridis.sample(0), m_Viridis.sample(0), m_Viridis.sample(1));
+    show("b");
+    expectColours(m_Viridis.sample(1), m_Viridis.sample(0), m_Viridis.sample(0), m_Viridis.sample(0));
+    show("");
+    expectColours(rgba(RED), rgba(RED), rgba(RED), rgba(RED));
+    ItemUpdate colours;
+    colours.colours = NumberTuples{Colours(std::vector<RGBA8>(4, rgba(GREEN))), 4};
+    send(m_View, "points", colours);
+    expectColours(rgba(RED), rgba(RED), rgba(RED), rgba(RED));
+    show("colours");
+    expectColours(rgba(GREEN), rgba(GREEN), rgba(GREEN), rgba(GREEN));
+}
+
+TEST_F(SceneFieldTest, NumbersWaitForTheirPoints)
+{
+    sendField("a", {0, 1});
+    expectColours(rgba(RED), rgba(RED), rgba(RED), rgba(RED));
+    ItemUpdate points = item(ItemKind::Cloud, {-2, 0, 0, -1, 0, 0});
+    send(m_View, "points", points);
+    EXPECT_EQ(rgba(picture().pixelColor(pixelOf({-1, 0, 0}))), m_Viridis.sample(1));
+}
+
+// A wall of points behind a smaller one.
+TEST_F(SceneViewTest, CloudsWithoutNormalsAreShadedByTheirDepths)
+{
+    const auto wall = [](double size, double y) {
+        std::vector<Vector3d> points;
+        for (int i = -100; i <= 100; ++i)
+            for (int j = -100; j <= 100; ++j)
+                points.push_back({size * i / 100, y, size * j / 100});
+        return points;
+    };
+    sendColoured("far", item(ItemKind::Cloud, wall(5, 0)), RED);
+    sendColoured("near", item(ItemKind::Cloud, wall(2, -3)), GREEN);
+    const QPoint edge = pixelOf({2, 0, 0});
+    const QImage shaded = picture();
+    EXPECT_EQ(shaded.pixelColor(edge - QPoint(10, 0)), GREEN);
+    EXPECT_EQ(shaded.pixelColor(edge + QPoint(10, 0)), RED) << "away from edges nothing is dark";
+    int darkest = 255;
+    for (int x = 0; x < 5; ++x)
+        darkest = std::min(darkest, shaded.pixelColor(edge + QPoint(x, 0)).red() + 255 * (x == 0));
+    EXPECT_LT(darkest, 200) << "behind an edge it is";
+
+    ItemUpdate lit;
+    lit.normals = NumberTuples{Points(std::vector<Vector3d>(201 * 201, Vector3d(0, -1, 0))), 3};
+    send(m_View, "far", lit);
+    send(m_View, "near", lit);
+    EXPECT_EQ(numPixels(picture(), RED) + numPixels(picture(), GREEN) + numPixels(picture(), GROUND), 200 * 100)
+        << "normals light both walls evenly";
+}
+
+TEST_F(SceneViewTest, ShadedCloudsHideAndAreHidden)
+{
+    std::vector<Vector3d> points;
+    for (int i = -100; i <= 100; ++i)
+        for (int j = -100; j <= 100; ++j)
+            points.push_back({i / 100., 0, j / 100.});
+    sendColoured("cloud", item(ItemKind::Cloud, points), RED);
+    sendColoured("mesh", item(ItemKind::Mesh, squareAt({0, 1, 0}), {}, std::vector{0, 1, 2, 0, 2, 3}), GREEN);
+    EXPECT_EQ(picture().pixelColor(100, 50), RED);
+    look("back");
+    EXPECT_EQ(picture().pixelColor(100, 50), GREEN);
 }
 
 TEST_F(SceneViewTest, OpacityLetsThroughWhatIsBehind)
