@@ -110,6 +110,12 @@ bool settle(std::optional<NumberTuples>& shown, std::optional<NumberTuples>& wai
 
 } // namespace
 
+void SceneItem::dropShape()
+{
+    m_Shape.reset();
+    m_Drawn = {};
+}
+
 void SceneItem::apply(ItemUpdate& update)
 {
     bool isShapeNew = update.shape || (update.isSmooth && *update.isSmooth != m_IsSmooth);

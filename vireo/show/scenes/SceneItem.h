@@ -24,6 +24,9 @@ public:
         : m_PaletteNumber(paletteNumber)
     {}
 
+    // Frees the shape, before another one takes its place.
+    void dropShape();
+
     // Takes over what was sent. No GL is called.
     void apply(ItemUpdate& update);
 

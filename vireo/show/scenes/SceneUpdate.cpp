@@ -64,6 +64,15 @@ void SceneUpdate::merge(ViewUpdate& newer)
     replace(isOrthographic, newerScene.isOrthographic);
 }
 
+Replaced SceneUpdate::replaced() const
+{
+    Replaced replaced{isCleared, {}};
+    for (const auto& [path, item] : items)
+        if (!isCleared && item.shape)
+            replaced.names.push_back(path);
+    return replaced;
+}
+
 void SceneUpdate::clear()
 {
     isCleared = true;

@@ -83,6 +83,7 @@ class SceneUpdate : public ViewUpdate
 {
 public:
     void merge(ViewUpdate& newer) override;
+    Replaced replaced() const override;
 
     // As if what was sent so far had never been: all items go.
     void clear();

@@ -94,6 +94,16 @@ SceneView::SceneView(const std::string& name)
 
 SceneView::~SceneView() = default;
 
+void SceneView::makeRoom(const Replaced& replaced)
+{
+    if (replaced.isAll)
+        for (auto& [path, item] : m_Items)
+            item.dropShape();
+    for (const std::string& path : replaced.names)
+        if (const auto found = m_Items.find(path); found != m_Items.end())
+            found->second.dropShape();
+}
+
 void SceneView::apply(ViewUpdate& update)
 {
     auto& scene = static_cast<SceneUpdate&>(update);

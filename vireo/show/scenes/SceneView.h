@@ -23,6 +23,7 @@ public:
     explicit SceneView(const std::string& name);
     ~SceneView() override;
 
+    void makeRoom(const Replaced& replaced) override;
     void apply(ViewUpdate& update) override;
     QImage picture(QSize size) override;
     std::string saveData(const QString& file) override;
