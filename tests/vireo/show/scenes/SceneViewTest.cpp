@@ -63,6 +63,27 @@ protected:
     SceneView m_View{"test"};
 };
 
+// Else three versions would be in memory for a moment.
+TEST_F(SceneViewTest, WhatIsReplacedGoesBeforeWhatReplacesItIsTaken)
+{
+    auto owner = std::make_shared<const std::vector<Vector3d>>(squareAt({0, 0, 0}));
+    const std::weak_ptr<const std::vector<Vector3d>> shown = owner;
+    ItemUpdate square = item(ItemKind::Cloud, {});
+    square.shape->points.numbers = NumberArray(owner, owner->data(), 3 * owner->size(), NumberType::Float64);
+    owner.reset();
+    send(m_View, "square", std::move(square));
+    ASSERT_FALSE(shown.expired());
+
+    SceneUpdate update;
+    update.items["square"].size = 2;
+    m_View.makeRoom(update.replaced());
+    EXPECT_FALSE(shown.expired()) << "its points stay";
+    update.items["square"] = item(ItemKind::Cloud, squareAt({1, 0, 0}));
+    m_View.makeRoom(update.replaced());
+    EXPECT_TRUE(shown.expired());
+    m_View.apply(update);
+}
+
 TEST_F(SceneViewTest, PointsAreSquaresWhereTheyAre)
 {
     sendCorners();
