@@ -11,7 +11,7 @@ namespace vireo_view {
 namespace {
 
 const QString DESCRIPTION = QStringLiteral(
-    "Shows volumes, point clouds and curves.\n"
+    "Shows volumes, point clouds, and plots of columns of numbers.\n"
     "\n"
     "NIfTI files (.nii, .nii.gz, .hdr and .img) become volumes, PLY, OFF, XYZ and PTS files point "
     "clouds, and texts\n"
@@ -161,7 +161,7 @@ private:
             DATA_DIRECTORY_VARIABLE + ", else vireo-view in the user's cache directory.",
         "dir"};
     QCommandLineOption m_Pictures{
-        "pictures", "Save a picture of every section, as a PNG in this directory, and end.", "dir"};
+        "pictures", "Save a picture of everything, as a PNG in this directory, and end.", "dir"};
     QCommandLineOption m_Help{{"h", "help"}, "Show this help."};
     QCommandLineOption m_Version{{"v", "version"}, "Show the version."};
 };
