@@ -2,6 +2,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScopeGuard>
 #include <QWheelEvent>
 #include <QWindow>
 #include <cmath>
@@ -19,6 +20,7 @@
 #include "vireo/displayers/ViewContext.h"
 #include "vireo/displayers/ViewPicture.h"
 #include "vireo/displayers/cameraFit.h"
+#include "vireo/displayers/joinTiles.h"
 #include "vireo/displayers/loadCamera.h"
 #include "vireo/displayers/outOfView.h"
 
@@ -65,7 +67,7 @@ GLEventDisplayerWidget::MyGLWidget::MyGLWidget(ViewContext* context, QWidget* pa
     m_Controller.setCamera(&m_Camera);
     m_Controller.setSize(width(), height());
     setFocusPolicy(Qt::StrongFocus);
-    setPictureSource(this, [this] { return getPicture(); });
+    setSizedPictureSource(this, [this](const QSize& size) { return getPicture(size); });
     if (!m_ViewContext.exists())
         reportMissingContext();
     if (isValid())
@@ -106,7 +108,7 @@ void GLEventDisplayerWidget::MyGLWidget::showPicture()
 {
     QImage picture;
     if (m_ViewContext.exists())
-        runGuarded([&] { picture = getPicture(); });
+        runGuarded([&] { picture = getPicture(size()); });
     QPainter painter(this);
     painter.fillRect(rect(), Qt::black);
     painter.setPen(Qt::white);
@@ -203,8 +205,12 @@ void GLEventDisplayerWidget::MyGLWidget::drawObject()
 {
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
-    glViewport(0, 0, width(), height());
-    gluPerspective(45.0, double(width()) / height(), NEAR_PLANE, FAR_PLANE);
+    if (m_WholeSize.isEmpty()) {
+        glViewport(0, 0, width(), height());
+        gluPerspective(45.0, double(width()) / height(), NEAR_PLANE, FAR_PLANE);
+    } else {
+        selectPart();
+    }
 
     // Drawn before this frame's camera is loaded, with the projection matrix selected: deliberate.
     m_Object->drawGL(this, m_Camera);
@@ -221,16 +227,41 @@ void GLEventDisplayerWidget::MyGLWidget::drawObject()
     }
 }
 
-QImage GLEventDisplayerWidget::MyGLWidget::getPicture()
+// Has a part of a picture fill the viewport.
+void GLEventDisplayerWidget::MyGLWidget::selectPart() const
 {
-    if (size().isEmpty())
+    const double width = m_WholeSize.width();
+    const double height = m_WholeSize.height();
+    const QPointF middle = QRectF(m_Part).center();
+    glViewport(0, 0, m_Part.width(), m_Part.height());
+    glScaled(width / m_Part.width(), height / m_Part.height(), 1);
+    glTranslated(1 - 2 * middle.x() / width, 2 * middle.y() / height - 1, 0);
+    gluPerspective(45.0, width / height, NEAR_PLANE, FAR_PLANE);
+}
+
+QImage GLEventDisplayerWidget::MyGLWidget::takeTile(const QSize& whole, const QRect& tile)
+{
+    m_WholeSize = whole;
+    m_Part = tile;
+    if (tile == rect() && whole == size())
+        m_WholeSize = {};
+    QImage picture = takePicture(*this, m_ViewContext, tile.size(), [this] { paintGL(); });
+    if (picture.isNull())
+        throw PException("GLEventDisplayerWidget - the driver makes no framebuffer for a picture of this size");
+    return picture;
+}
+
+QImage GLEventDisplayerWidget::MyGLWidget::getPicture(const QSize& size)
+{
+    if (size.isEmpty())
         return QImage();
     const CurrentContextGuard guard;
     if (!makeContext())
         throw PException(withoutContext());
     if (m_ViewContext.drawsToPbuffer())
         throw PException("GLEventDisplayerWidget - the picture cannot be taken while another one is");
-    return takePicture(*this, m_ViewContext, [this] { paintGL(); });
+    const auto end = qScopeGuard([this] { m_WholeSize = {}; });
+    return joinTiles(size, [&](const QRect& tile) { return takeTile(size, tile); });
 }
 
 // What every event handler does besides its own work.

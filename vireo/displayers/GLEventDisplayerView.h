@@ -51,7 +51,7 @@ public:
     // Moves the camera to where it sees the whole shown object.
     void refit();
 
-    QImage getPicture();
+    QImage getPicture(const QSize& size);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -78,6 +78,8 @@ private:
     void makeDrawnCurrent();
     void paint();
     void drawObject();
+    void selectPart() const;
+    QImage takeTile(const QSize& whole, const QRect& tile);
     void warnIfOutOfView(const Box3f& box);
 
     Camera m_Camera;
@@ -88,6 +90,9 @@ private:
     // The camera that the model-view matrix holds, if it holds one.
     std::optional<Camera> m_LoadedCamera;
     int m_NumUses = 0;
+    // What is drawn of how large a view, while it is not all of this one.
+    QSize m_WholeSize;
+    QRect m_Part;
     // Whether it was said of the shown object that it is out of view.
     bool m_HasWarned = false;
     // Whether it was said that the view has no GL context.

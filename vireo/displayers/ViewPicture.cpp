@@ -53,23 +53,23 @@ QImage readPixels(const QSize& size, GLenum buffer)
     return picture.mirrored();
 }
 
-QImage paintToDrawable(QGLWidget& view, const Paint& paint)
+QImage paintToDrawable(QGLWidget& view, const QSize& size, const Paint& paint)
 {
     paintInto(view, paint);
     const GLint framebuffer = boundFramebuffer();
     bindFramebuffer(0);
-    const QImage picture = readPixels(view.size(), view.doubleBuffer() ? GL_BACK : GL_FRONT);
+    const QImage picture = readPixels(size, view.doubleBuffer() ? GL_BACK : GL_FRONT);
     bindFramebuffer(framebuffer);
     return picture;
 }
 
 // Null if the driver has no such object, or if it may have been left while the view was painted: somebody has bound
 // another one, or made the view current, as Qt does to draw text to the window.
-QImage paintToFramebufferObject(QGLWidget& view, const ViewContext& context, const Paint& paint)
+QImage paintToFramebufferObject(QGLWidget& view, const ViewContext& context, const QSize& size, const Paint& paint)
 {
     if (!QGLFramebufferObject::hasOpenGLFramebufferObjects())
         return {};
-    QGLFramebufferObject target(view.size(), QGLFramebufferObject::CombinedDepthStencil);
+    QGLFramebufferObject target(size, QGLFramebufferObject::CombinedDepthStencil);
     if (!target.bind())
         return {};
     const unsigned int before = context.getNumMadeCurrent();
@@ -77,25 +77,25 @@ QImage paintToFramebufferObject(QGLWidget& view, const ViewContext& context, con
     const bool wasMadeCurrent = context.getNumMadeCurrent() != before;
     view.makeCurrent();
     const bool isBound = boundFramebuffer() == static_cast<GLint>(target.handle());
-    const QImage picture = isBound && !wasMadeCurrent ? readPixels(view.size(), GL_COLOR_ATTACHMENT0_EXT) : QImage();
+    const QImage picture = isBound && !wasMadeCurrent ? readPixels(size, GL_COLOR_ATTACHMENT0_EXT) : QImage();
     target.release();
     return picture;
 }
 
 } // namespace
 
-QImage takePicture(QGLWidget& view, ViewContext& context, const Paint& paint)
+QImage takePicture(QGLWidget& view, ViewContext& context, const QSize& size, const Paint& paint)
 {
     // Shows the camera of the paint before. Here, where the window is current as it will be later, the object makes
     // what it draws with.
     paintInto(view, paint);
 
-    if (context.beginPbuffer(view.size())) {
+    if (context.beginPbuffer(size)) {
         const auto end = qScopeGuard([&context] { context.endPbuffer(); });
-        return paintToDrawable(view, paint);
+        return paintToDrawable(view, size, paint);
     }
-    const QImage picture = paintToFramebufferObject(view, context, paint);
-    return picture.isNull() ? paintToDrawable(view, paint) : picture;
+    const QImage picture = paintToFramebufferObject(view, context, size, paint);
+    return picture.isNull() && size == view.size() ? paintToDrawable(view, size, paint) : picture;
 }
 
 } // namespace tavo

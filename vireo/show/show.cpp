@@ -111,7 +111,7 @@ void show()
         sendCurrentBatch();
         if (showMode() != Mode::Pictures)
             showWindow();
-        else if (inbox::hasAnything() && hasViewThread("tavo::show()"))
+        else if ((inbox::hasAnything() || debugOutput.getWindow()) && hasViewThread("tavo::show()"))
             runInWindowThread([] { FrontDoor::get()->savePicturesOfMode(); });
     });
 }

@@ -198,9 +198,9 @@ bool DebugOutput::displayEvent(const MetaClass* displayerClass, std::string name
 DebugWindow& DebugOutput::requireWindow()
 {
     if (!state().window) {
-        DebugWindow* const window = makeWindow();
         qRemovePostRoutine(deleteWindow);
         qAddPostRoutine(deleteWindow);
+        DebugWindow* const window = makeWindow();
         state().windowThread = std::this_thread::get_id();
         {
             const StateLock lock;

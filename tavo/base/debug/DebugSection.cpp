@@ -179,6 +179,14 @@ QImage DebugSection::getPicture()
     return picture;
 }
 
+QImage DebugSection::getPicture(const QSize& size)
+{
+    QImage picture;
+    if (m_Widget)
+        runGuarded([&] { picture = grabPicture(m_Widget, size); });
+    return picture;
+}
+
 bool DebugSection::savePicture(const QString& fileName)
 {
     return runGuarded([&] {

@@ -55,6 +55,9 @@ public:
     /// A picture of the displayer's view; null if there is none.
     QImage getPicture();
 
+    /// The same in another size, in pixels.
+    QImage getPicture(const QSize& size);
+
     /// Saves the picture, as a PNG or in whatever format the file's name asks for (see tavo/base/files/saveFile.h). If
     /// that fails, writes an error to the debug output and returns false.
     bool savePicture(const QString& fileName);

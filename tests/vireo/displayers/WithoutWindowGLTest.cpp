@@ -106,6 +106,51 @@ TEST_F(WithoutWindowGLTest, IsBlackWhereTheObjectFails)
     EXPECT_THAT(debugOutput.getText().substr(m_Before), testing::HasSubstr("failed"));
 }
 
+// Red on the left, green on the right, and a thick blue cross in the middle, somewhere in front of the camera.
+void drawColours()
+{
+    const auto rectangle = [](double left, double right, double bottom, double top) {
+        glRectd(left, bottom, right, top);
+    };
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    glTranslated(0, 0, -10);
+    glColor3f(1, 0, 0);
+    rectangle(-100, 0, -100, 100);
+    glColor3f(0, 1, 0);
+    rectangle(0, 100, -100, 100);
+    glTranslated(0, 0, 0.01);
+    glColor3f(0, 0, 1);
+    rectangle(-0.5, 0.5, -3, 3);
+    rectangle(-3, 3, -0.5, 0.5);
+}
+
+TEST_F(WithoutWindowGLTest, DrawsPicturesInAnySizeTileByTile)
+{
+    auto* const object = new TestEventObject;
+    object->whenDrawn = drawColours;
+    DebugSection& section = send("view", object);
+    const QSize small(500, 200);
+    const QImage expected = section.getPicture(small);
+    ASSERT_EQ(expected.size(), small);
+    EXPECT_EQ(expected.pixelColor(0, 0), QColor(Qt::red));
+    EXPECT_EQ(expected.pixelColor(499, 199), QColor(0, 255, 0));
+    EXPECT_EQ(expected.pixelColor(250, 100), QColor(Qt::blue));
+    for (const QSize& size : {small * 3, small * 17}) {
+        const QImage large = section.getPicture(size);
+        ASSERT_EQ(large.size(), size);
+        const int factor = size.width() / small.width();
+        int numDifferent = 0;
+        for (int y = 0; y < small.height(); ++y)
+            for (int x = 0; x < small.width(); ++x)
+                numDifferent += large.pixel(x * factor + factor / 2, y * factor + factor / 2) != expected.pixel(x, y);
+        EXPECT_LT(numDifferent, 300) << "at edges alone";
+    }
+    EXPECT_EQ(section.getPicture().size(), section.findChild<QGLWidget*>()->size());
+    EXPECT_TRUE(section.getPicture(QSize(0, 5)).isNull());
+    EXPECT_EQ(debugOutput.getText().substr(m_Before), "");
+}
+
 TEST_F(WithoutWindowGLTest, LeavesNothingCurrent)
 {
     EXPECT_FALSE(send("view", makeRed()).getPicture().isNull());

@@ -169,6 +169,14 @@ TEST_F(ShowProgramsTest, SavePicturesInsteadOfShowing)
     EXPECT_FALSE(QImage(path("worker/p.png")).isNull());
 }
 
+TEST_F(ShowProgramsTest, SavePicturesOfDisplayersToo)
+{
+    set("VIREO_SHOW", "pictures:folder");
+    EXPECT_EQ(outputOf("sends to a displayer"), "");
+    for (const char* file : {"folder/p.png", "folder/section.png"})
+        EXPECT_EQ(QImage(path(file)).size(), QSize(1000, 700)) << file;
+}
+
 TEST_F(ShowProgramsTest, AreToldOfAFolderThatCannotBeMade)
 {
     QFile(path("file")).open(QIODevice::WriteOnly);

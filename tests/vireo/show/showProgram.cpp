@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "tavo/base/debug/DebugOutput.h"
+#include "tests/tavo/base/debug/TextDisplayer.h"
 #include "vireo/show/show.h"
 
 namespace {
@@ -306,6 +307,15 @@ void doesNotServeEvents()
     std::thread([] { say("savePicture", tavo::savePicture("p", "p.png")); }).join();
 }
 
+void sendsToADisplayer()
+{
+    const Application program;
+    tavo::TextDisplayer::init(tavo::EventDisplayer::getClass());
+    const tavo::TextEvent event("text");
+    tavo::debugOutput.displayEvent(tavo::TextDisplayer::getClass(), "section", &event);
+    tavo::plot("p").curve("y", SAMPLES);
+}
+
 void savesNamesOfLetters()
 {
     for (const char* name : {"\xC3\xA4", "\xC3\xB6", "\xE6\x97\xA5"})
@@ -386,6 +396,7 @@ const std::map<std::string, std::function<void()>> programs{
     {"calls everything", callsEverything},
     {"does not serve events", doesNotServeEvents},
     {"saves badly", savesBadly},
+    {"sends to a displayer", sendsToADisplayer},
     {"saves names of letters", savesNamesOfLetters},
     {"saves to disk", savesToDisk},
     {"sends odd things", sendsOddThings},

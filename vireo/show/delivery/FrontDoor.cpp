@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "tavo/base/debug/DebugOutput.h"
+#include "tavo/base/debug/DebugSection.h"
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/files/saveFile.h"
 #include "tavo/base/text/printable.h"
@@ -53,20 +54,49 @@ std::string noSuchView(const std::string& name)
     return "there is no view \"" + printable(name, 100) + "\"";
 }
 
+// Of the displayers of events, which share the window.
+std::vector<DebugSection*> allSections()
+{
+    const DebugWindow* const window = debugOutput.getWindow();
+    return window ? window->getSections() : std::vector<DebugSection*>();
+}
+
+DebugSection* findSection(const std::string& name)
+{
+    for (DebugSection* section : allSections())
+        if (section->getName() == name)
+            return section;
+    return nullptr;
+}
+
+std::string saveIfAny(const QString& file, const QImage& picture)
+{
+    return picture.isNull() ? "there is no picture" : savePicture(file, picture);
+}
+
+void deleteFrontDoor()
+{
+    delete theFrontDoor.load();
+}
+
+// Before the window of the debug output, if that is there: pictures of its sections may have to be saved.
+void deleteFrontDoorFirst()
+{
+    qRemovePostRoutine(deleteFrontDoor);
+    qAddPostRoutine(deleteFrontDoor);
+}
+
 // The window that views and the debug output share.
 DebugWindow* makeShowWindow()
 {
+    if (theFrontDoor)
+        deleteFrontDoorFirst();
     if (!theFrontDoor || isShowOff() || showMode() == Mode::Pictures || !hasDisplay())
         return nullptr;
     return theFrontDoor.load()->makeWindow();
 }
 
 [[maybe_unused]] const bool isWindowMakerSet = (DebugOutput::setWindowMaker(makeShowWindow), true);
-
-void deleteFrontDoor()
-{
-    delete theFrontDoor.load();
-}
 
 // Called by the constructor of every QCoreApplication.
 void makeFrontDoor()
@@ -81,8 +111,7 @@ void makeFrontDoor()
     }
     runGuarded([] {
         theFrontDoor = new FrontDoor;
-        qRemovePostRoutine(deleteFrontDoor);
-        qAddPostRoutine(deleteFrontDoor);
+        deleteFrontDoorFirst();
     });
 }
 
@@ -106,9 +135,9 @@ FrontDoor::~FrontDoor()
     inbox::setReceiver(nullptr, nullptr);
     if (showMode() == Mode::Pictures)
         runGuarded([this] { savePicturesOfMode(); });
-    for (const ShownView& shown : m_Views)
-        delete shown.view;
     delete m_Window;
+    for (const ShownView& shown : m_Views)
+        delete shown.view; // if it was in no window
     windowState::setOpen(false);
     isThereAnApplication = false;
     theThread = std::thread::id();
@@ -267,12 +296,13 @@ void FrontDoor::serveUntilClosed()
 std::string FrontDoor::savePicture(const std::string& name, const QString& file, QSize size)
 {
     View* const view = findView(name);
-    if (!view)
+    DebugSection* const section = view ? nullptr : findSection(name);
+    if (!view && !section)
         return noSuchView(name);
     constexpr int MOST_PIXELS = 32'767; // along a side; Qt draws no further
     if (size.width() > MOST_PIXELS || size.height() > MOST_PIXELS)
         return "pictures have at most " + std::to_string(MOST_PIXELS) + " pixels along a side";
-    return view->savePicture(file, size);
+    return view ? view->savePicture(file, size) : saveIfAny(file, section->getPicture(size));
 }
 
 std::string FrontDoor::savePictures(const QString& folder)
@@ -281,21 +311,24 @@ std::string FrontDoor::savePictures(const QString& folder)
         return "the folder cannot be made";
     std::set<QString> taken;
     std::string errors;
-    for (const ShownView& shown : m_Views) {
-        if (!shown.view)
-            continue;
-        const QString file = pictureFileOf(shown.slot->name, taken);
-        const std::string error = tavo::savePicture(QDir(folder).filePath(file), shown.view->picture(DEFAULT_PICTURE));
+    const auto save = [&](const std::string& name, const QImage& picture) {
+        const QString file = pictureFileOf(name, taken);
+        const std::string error = saveIfAny(QDir(folder).filePath(file), picture);
         if (!error.empty())
             errors += (errors.empty() ? "" : "; ") + file.toStdString() + ": " + error;
-    }
+    };
+    for (const ShownView& shown : m_Views)
+        if (shown.view)
+            save(shown.slot->name, shown.view->picture(DEFAULT_PICTURE));
+    for (DebugSection* section : allSections())
+        save(section->getName(), section->getPicture(DEFAULT_PICTURE));
     return errors;
 }
 
 void FrontDoor::savePicturesOfMode()
 {
     showWaiting();
-    if (!std::exchange(m_HasUnsavedPictures, false))
+    if (!std::exchange(m_HasUnsavedPictures, false) && allSections().empty())
         return;
     const std::string folder = picturesFolder();
     const std::string errors = savePictures(QString::fromLocal8Bit(folder.c_str()));

@@ -283,7 +283,13 @@ TEST_F(DebugWindowTest, TakesThePictureFromTheSourceOfTheView)
     auto* const view = new QWidget(section(0)->getDisplayerWidget());
     setPictureSource(view, [expected] { return expected; });
     EXPECT_EQ(section(0)->getPicture(), expected);
+    EXPECT_EQ(section(0)->getPicture({14, 10}).size(), QSize(14, 10)) << "scaled";
+    setSizedPictureSource(view, [](const QSize& size) { return QImage(size, QImage::Format_RGB32); });
+    EXPECT_EQ(section(0)->getPicture({7, 5}).size(), QSize(7, 5));
+    EXPECT_EQ(section(0)->getPicture().size(), view->size());
+    EXPECT_TRUE(section(0)->getPicture({0, 5}).isNull());
     setPictureSource(view, nullptr);
+    EXPECT_EQ(section(0)->getPicture({7, 5}).size(), QSize(7, 5)) << "of what Qt paints";
     EXPECT_EQ(section(0)->getPicture().size(), section(0)->getDisplayerWidget()->size());
 }
 

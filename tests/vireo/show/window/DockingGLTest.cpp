@@ -1,6 +1,7 @@
 #include <DockAreaWidget.h>
 #include <QDir>
 #include <QGLWidget>
+#include <QTemporaryDir>
 #include <functional>
 
 #include "tests/vireo/show/window/ShowWindowTest.h"
@@ -47,6 +48,8 @@ protected:
         return picture;
     }
 
+    static QSize sizeOfPicture(const QString& file) { return QImage(file).size(); }
+
     void repeat(const std::function<void()>& there, const std::function<void()>& back)
     {
         for (int i = 0; i < 20; ++i) {
@@ -74,6 +77,17 @@ protected:
     QImage m_Picture;
     QImage m_PlotPicture;
 };
+
+TEST_F(DockingGLTest, PicturesOfSectionsAreSavedLikeThoseOfViews)
+{
+    const QTemporaryDir folder;
+    EXPECT_TRUE(savePicture("graph", folder.filePath("large.png").toStdString(), 5000, 300));
+    EXPECT_EQ(sizeOfPicture(folder.filePath("large.png")), QSize(5000, 300));
+    EXPECT_TRUE(savePictures(folder.filePath("all").toStdString()));
+    EXPECT_EQ(QDir(folder.filePath("all")).entryList(QDir::Files), QStringList({"a.png", "b.png", "graph.png"}));
+    EXPECT_EQ(sizeOfPicture(folder.filePath("all/graph.png")), QSize(1000, 700));
+    EXPECT_EQ(section()->getPicture(), m_Picture) << "the view is as it was";
+}
 
 TEST_F(DockingGLTest, DetachingLosesNothing)
 {
