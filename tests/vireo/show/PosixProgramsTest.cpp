@@ -1,6 +1,7 @@
 #include <QFile>
 #include <QImage>
 #include <QLibraryInfo>
+#include <QProcess>
 #include <QStringList>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -153,6 +154,45 @@ TEST_F(ShowWithoutPluginsTest, OfAWaylandServerIsSaid)
     EXPECT_EQ(outcome.errors, refused("Qt has no plugin that starts for \"wayland;wayland-egl\". "
                                       "VIREO_SHOW=pictures:FOLDER saves pictures instead"));
     close(server);
+}
+
+// In a compositor whose screen is a window of the X server.
+class ShowOnWaylandTest : public ProgramTest
+{
+protected:
+    void SetUp() override
+    {
+        ProgramTest::SetUp();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_RUNTIME_DIR", path("."));
+        m_Weston.setProcessEnvironment(environment);
+        m_Weston.setStandardErrorFile(path("weston.log"));
+        m_Weston.start("weston", {"--backend=x11-backend.so", "--use-pixman", "--socket=wayland", "--width=800",
+                                     "--height=600", "--idle-time=0", "--no-config"});
+        while (m_Weston.state() != QProcess::NotRunning && !exists("wayland"))
+            m_Weston.waitForFinished(20);
+        set("WAYLAND_DISPLAY", "wayland");
+        set("QT_QPA_PLATFORM", "wayland");
+    }
+
+    void TearDown() override
+    {
+        m_Weston.terminate();
+        m_Weston.waitForFinished();
+    }
+
+    QProcess m_Weston;
+};
+
+TEST_F(ShowOnWaylandTest, TakesKeysAndPointer)
+{
+    if (m_Weston.state() == QProcess::NotRunning)
+        GTEST_SKIP() << "there is no weston that runs on this X server";
+    set("VIREO_TEST_PLACE", "400 300");
+    const Outcome outcome = run("takes keys and pointer");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.output, "wayland\nsavePicture: true\n");
+    EXPECT_EQ(outcome.errors, "");
 }
 
 // Whatever else is there.

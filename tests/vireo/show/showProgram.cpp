@@ -307,6 +307,55 @@ void doesNotServeEvents()
     std::thread([] { say("savePicture", tavo::savePicture("p", "p.png")); }).join();
 }
 
+// Counts what comes from mouse and keys.
+class PersonsEvents : public QObject
+{
+public:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        numMoves += event->type() == QEvent::MouseMove || event->type() == QEvent::Enter;
+        numClicks += event->type() == QEvent::MouseButtonPress;
+        numKeys += event->type() == QEvent::KeyPress;
+        return false;
+    }
+
+    std::atomic<int> numMoves{0};
+    std::atomic<int> numClicks{0};
+    std::atomic<int> numKeys{0};
+};
+
+void waitFor(const std::atomic<int>& number)
+{
+    while (number == 0)
+        std::this_thread::sleep_for(5ms);
+}
+
+bool useXdotool(const char* arguments)
+{
+    return std::system((std::string("xdotool ") + arguments).c_str()) == 0;
+}
+
+// VIREO_TEST_PLACE is where on the screen the window is.
+void takesKeysAndPointer()
+{
+    tavo::plot("p").curve("y", SAMPLES);
+    if (!tavo::openWindow())
+        return;
+    static PersonsEvents events;
+    events.moveToThread(qApp->thread());
+    QMetaObject::invokeMethod(
+        qApp, [] { qApp->installEventFilter(&events); }, Qt::BlockingQueuedConnection);
+    say(QGuiApplication::platformName().toStdString());
+    while (events.numMoves == 0 && // the window may not be there yet
+           useXdotool(("mousemove " + variable("VIREO_TEST_PLACE") + " mousemove_relative 3 3").c_str()))
+        std::this_thread::sleep_for(20ms);
+    useXdotool("click 1");
+    waitFor(events.numClicks);
+    useXdotool("key Right");
+    waitFor(events.numKeys);
+    say("savePicture", tavo::savePicture("p", "p.png", 300, 200));
+}
+
 void sendsToADisplayer()
 {
     const Application program;
@@ -396,6 +445,7 @@ const std::map<std::string, std::function<void()>> programs{
     {"calls everything", callsEverything},
     {"does not serve events", doesNotServeEvents},
     {"saves badly", savesBadly},
+    {"takes keys and pointer", takesKeysAndPointer},
     {"sends to a displayer", sendsToADisplayer},
     {"saves names of letters", savesNamesOfLetters},
     {"saves to disk", savesToDisk},
