@@ -18,7 +18,7 @@ struct ViewSlot;
 /// A handle of an item of a scene. The operations of Scene that send something return it, so that what is said of the
 /// item follows at once:
 ///
-///     tavo::scene("world").cloud("lidar", points).colours(colours).size(3);
+///     const tavo::Item lidar = tavo::scene("world").cloud("lidar", echoes).scalar("height", heights).size(3);
 ///
 /// What is sent here stays for points that are sent later under the same path. Colours, normals and other numbers that
 /// are not as many as the points wait until their points come, and are left out meanwhile.
@@ -81,8 +81,8 @@ private:
 /// handles of one name are the same scene, in every thread.
 ///
 ///     const tavo::Scene scene = tavo::scene("world");
-///     scene.cloud("lidar/front", points).colours(colours);
-///     scene.mesh("car/body", vertices, triangles).colour({200, 30, 30, 255});
+///     scene.cloud("lidar/front", echoes).scalar("height", heights);
+///     scene.mesh("car/body", corners, triangles).colour({200, 30, 30, 255});
 ///
 /// Each item has a path. Sending again under a path replaces what is shown there, and leaves alone from where the user
 /// looks at the scene. Items are at the coordinates that were sent, however far from the origin: double precision is
@@ -116,7 +116,7 @@ public:
     /// A line through the points, in their order.
     Item lines(std::string_view path, const Points& points, const Statement& statement = Statement()) const;
 
-    /// Lines from each even point to the one behind it.
+    /// A line from the first point to the second, from the third to the fourth, and so on.
     Item segments(std::string_view path, const Points& points, const Statement& statement = Statement()) const;
 
     /// An arrow from each point, as long as its direction.

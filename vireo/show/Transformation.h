@@ -11,6 +11,8 @@ namespace tavo {
 /// A transformation of a call: 16 numbers column by column; or what has rows and columns, as it is written: a C array
 /// `T[4][4]` or a matrix of Eigen's.
 ///
+///     #include <vireo/show/Scene.h>
+///
 ///     const double upwards[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 2.5}, {0, 0, 0, 1}};
 ///     tavo::scene("world").transform("car", upwards);
 class Transformation

@@ -27,6 +27,7 @@ struct Leading
 /// Which numbers an element of a range is made of. Known are StaticVector, std::array, C arrays, and Eigen's vectors of
 /// fixed size. One line makes it known of a structure that begins with x, y and z:
 ///
+/// @code{.cpp}
 ///     struct Echo
 ///     {
 ///         double x, y, z;
@@ -35,6 +36,7 @@ struct Leading
 ///     template <>
 ///     struct tavo::TupleOf<Echo> : tavo::Leading<double, 3>
 ///     {};
+/// @endcode
 template <typename T>
 struct TupleOf
 {};
@@ -60,6 +62,12 @@ requires(T::SizeAtCompileTime > 0) struct TupleOf<T>
 /// as a `std::vector<Vector3d>`; numbers one after the other, as Numbers takes them; or a matrix of Eigen's with as
 /// many rows, or as many columns, as belong together. `Widths` are how many those may be. They are copied, and keep
 /// their type; of a vector that is moved in, nothing is copied.
+///
+///     #include <array>
+///     #include <vireo/show/Scene.h>
+///
+///     const std::vector<std::array<float, 3>> vertices{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+///     tavo::scene("world").mesh("triangle", vertices, {0, 1, 2});
 template <std::size_t... Widths>
 class Tuples : public NumberArray
 {

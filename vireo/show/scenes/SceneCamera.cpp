@@ -78,17 +78,28 @@ Vector3d SceneCamera::inEyeDirections(const Vector3d& direction) const
     return {dot(toTheRight(), direction), dot(upwards(), direction), dot(towardsEye(), direction)};
 }
 
+// The four planes that bound the view are moved until they touch the box. Two that face each other meet in a line at
+// the eye, or in an orthographic view have its distance between them.
 void SceneCamera::fit(const SceneBox& box, const Size& size)
 {
     if (box.isEmpty())
         return;
-    m_Pivot = box.centre();
+    const double slopes[] = {HALF_VIEW / MARGIN * size.width / size.height, HALF_VIEW / MARGIN};
+    double offset[2]; // of the eye, to the right and up
     m_Distance = 0;
-    for (const Vector3d& corner : box.corners()) {
-        const Vector3d place = inEyeDirections(corner - m_Pivot);
-        const double beside = std::max(std::abs(place[0]) * size.height / size.width, std::abs(place[1]));
-        m_Distance = std::max(m_Distance, MARGIN * beside / HALF_VIEW + (m_IsOrthographic ? 0 : place[2]));
+    for (std::size_t i = 0; i < 2; ++i) {
+        double one = 0;
+        double other = 0;
+        for (const Vector3d& corner : box.corners()) {
+            const Vector3d place = inEyeDirections(corner - box.centre());
+            const double nearer = m_IsOrthographic ? 0 : slopes[i] * place[2];
+            one = std::max(one, nearer + place[i]);
+            other = std::max(other, nearer - place[i]);
+        }
+        offset[i] = 0.5 * (one - other);
+        m_Distance = std::max(m_Distance, 0.5 * (one + other) / slopes[i]);
     }
+    m_Pivot = box.centre() + offset[0] * toTheRight() + offset[1] * upwards();
     // What is seen of a single point is anything; of a line from its end, the line must be in front of the eye.
     const double least = box.diagonal() > 0 ? box.diagonal() : std::max(1.0, length(m_Pivot) * 1e-6);
     m_Distance = std::max(m_Distance, 0.6 * least);

@@ -21,6 +21,7 @@ namespace {
 
 constexpr std::size_t SHOWN_CHARACTERS = 80;
 constexpr int LONGEST_WAIT = 1000; // in milliseconds, of colours for their points
+constexpr double TEXT_OFFSET = 5;  // in pixels, beside its position
 constexpr int CATCH_RADIUS = 4;    // in pixels
 
 bool isWithin(const SceneBox& inner, const SceneBox& outer)
@@ -328,7 +329,7 @@ void SceneView::drawTexts(QImage& picture, const SceneCamera& camera, double sca
         const RGBA8 colour = item->colour(palette().color(QPalette::Text));
         painter.setPen(QColor(colour[0], colour[1], colour[2], colour[3]));
         const QFontMetricsF metrics(textFont, &picture);
-        painter.drawText(QPointF(place.x, place.y + 0.5 * (metrics.ascent() - metrics.descent())),
+        painter.drawText(QPointF(place.x + TEXT_OFFSET * scale, place.y + 0.5 * (metrics.ascent() - metrics.descent())),
             QString::fromStdString(printable(*text, 1000)));
     }
 }
