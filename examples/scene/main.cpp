@@ -14,7 +14,7 @@ int main()
         echoes.emplace_back(x, y, heights.back());
     }
     const tavo::Scene world = tavo::scene("world");
-    world.cloud("lidar", echoes).scalar("height", heights).size(3);
+    world.cloud("lidar", echoes).scalar("height", heights).size(4);
     world.lines("path", {-5, -5, 1, 0, 0, 3, 5, -2, 1}).size(3);
     world.text("path/start", {-5, -5, 1}, "start");
     tavo::show();
