@@ -155,10 +155,10 @@ TEST_F(BearingsTest, HaveTicksAtRoundNumbersWhereTheyAre)
 
 TEST_F(BearingsTest, SayWhatLongNumbersShareOnce)
 {
-    const double far = 5.5e6;
-    const Box3d box({far, -1, -1}, {far + 0.02, 1, 1});
+    const double east = 5.5e6;
+    const Box3d box({east, -1, -1}, {east + 0.02, 1, 1});
     const auto toPicture = [&](const Vector3d& p) -> std::optional<QPointF> {
-        return QPointF(10000 * (p[0] - far), 300 - 100 * p[2]);
+        return QPointF(10000 * (p[0] - east), 300 - 100 * p[2]);
     };
     const Bearing x = bearings(box, toPicture).at(0);
     EXPECT_EQ(QString(x.title).replace(QChar(0x2009), ' '), "x  +5 500 000");
