@@ -23,12 +23,13 @@ constexpr double LIFTED_BY = 2;
 // Wide pens take Qt long: they are for few points.
 constexpr int MOST_ROUND_MARKS = 20'000;
 
-void drawMarks(QPainter& painter, const QPolygonF& marks)
+void drawMarks(QPainter& painter, const QPolygonF& marks, double liftedBy)
 {
+    const bool isRound = marks.size() <= MOST_ROUND_MARKS;
     QPen pen = painter.pen();
     pen.setStyle(Qt::SolidLine);
-    pen.setCapStyle(marks.size() <= MOST_ROUND_MARKS ? Qt::RoundCap : Qt::SquareCap);
-    pen.setWidthF(marks.size() <= MOST_ROUND_MARKS ? MARK_DIAMETER : 2);
+    pen.setCapStyle(isRound ? Qt::RoundCap : Qt::SquareCap);
+    pen.setWidthF((isRound ? MARK_DIAMETER : 2) + liftedBy);
     painter.setPen(pen);
     painter.drawPoints(marks);
 }
@@ -196,16 +197,17 @@ Extent PlotCurve::yExtentWithin(double firstX, double lastX) const
     return extent;
 }
 
-const Polylines& PlotCurve::polylines(const PixelMap& xMap, const PixelMap& yMap) const
+void PlotCurve::trace(const PixelMap& xMap, const PixelMap& yMap) const
 {
     if (m_Polylines && xMap == m_XMap && yMap == m_YMap)
-        return *m_Polylines;
+        return;
     m_XMap = xMap;
     m_YMap = yMap;
-    m_Polylines = m_Kind == CurveKind::Points ? marksOf(m_Samples, xMap, yMap) : polylinesOf(m_Samples, xMap, yMap);
+    const bool isPoints = m_Kind == CurveKind::Points;
+    m_Polylines = isPoints ? Polylines() : polylinesOf(m_Samples, xMap, yMap);
+    m_Marks = isPoints || m_HasMarks ? marksOf(m_Samples, xMap, yMap) : Marks();
     if (m_Kind == CurveKind::Steps)
         makeSteps(*m_Polylines);
-    return *m_Polylines;
 }
 
 void PlotCurve::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF&) const
@@ -235,19 +237,21 @@ void PlotCurve::drawAs(QPainter& painter, const PixelMap& xMap, const PixelMap& 
         for (const QPolygonF& area : bandOf(m_Low, m_Samples, xMap, yMap))
             painter.drawPolygon(area);
     } else {
-        drawLines(painter, xMap, yMap, isLifted ? m_PenWidth + LIFTED_BY : m_PenWidth);
+        drawLines(painter, xMap, yMap, isLifted ? LIFTED_BY : 0);
     }
 }
 
-void PlotCurve::drawLines(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap, double width) const
+void PlotCurve::drawLines(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap, double liftedBy) const
 {
-    const Polylines& polylines = this->polylines(xMap, yMap);
-    painter.setPen(QPen(m_Colour, width, m_PenStyle));
-    for (const QPolygonF& line : polylines.lines)
+    trace(xMap, yMap);
+    painter.setPen(QPen(m_Colour, m_PenWidth + liftedBy, m_PenStyle));
+    for (const QPolygonF& line : m_Polylines->lines)
         painter.drawPolyline(line);
-    drawMarks(painter, polylines.marks);
-    if (m_HasMarks && m_Kind != CurveKind::Points)
-        drawMarks(painter, marksOf(m_Samples, xMap, yMap).marks);
+    drawMarks(painter, m_Polylines->marks, liftedBy);
+    drawMarks(painter, m_Marks.points, liftedBy);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    for (const QRectF& run : m_Marks.runs)
+        painter.fillRect(run.adjusted(0, 0, liftedBy, liftedBy), m_Colour);
 }
 
 QwtGraphic PlotCurve::legendIcon(int, const QSizeF& size) const

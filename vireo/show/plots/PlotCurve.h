@@ -3,6 +3,7 @@
 #include <qwt_plot_item.h>
 #include <string>
 
+#include "vireo/show/plots/marks.h"
 #include "vireo/show/plots/polyline.h"
 
 namespace tavo {
@@ -71,8 +72,8 @@ private:
     bool hasBars() const { return m_Kind == CurveKind::Bars || m_Kind == CurveKind::Histogram; }
     double barWidth() const;
     void drawAs(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap, bool isLifted) const;
-    void drawLines(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap, double width) const;
-    const Polylines& polylines(const PixelMap& xMap, const PixelMap& yMap) const;
+    void drawLines(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap, double liftedBy) const;
+    void trace(const PixelMap& xMap, const PixelMap& yMap) const;
 
     std::string m_Name;
     CurveStore m_Samples;
@@ -92,6 +93,7 @@ private:
 
     // As they were drawn last: they stay while neither the data nor what is seen of them change.
     mutable std::optional<Polylines> m_Polylines;
+    mutable Marks m_Marks;
     mutable PixelMap m_XMap;
     mutable PixelMap m_YMap;
 };

@@ -15,25 +15,6 @@ constexpr double FARTHEST_PIXEL = 1e6;
 // Where there are so many samples in a column, they are not looked at one by one.
 constexpr std::size_t MANY_IN_COLUMN = 16;
 
-// Samples of a curve, from one up to and without another.
-struct Stretch
-{
-    std::size_t first;
-    std::size_t last;
-};
-
-// What is seen, and one sample more at either end, up to which lines lead.
-Stretch seenOf(const CurveStore& curve, const PixelMap& xMap)
-{
-    if (!curve.isSorted())
-        return {0, curve.size()};
-    const double from = std::min(xMap.firstValue, xMap.lastValue);
-    const double to = std::max(xMap.firstValue, xMap.lastValue);
-    const std::size_t first = curve.lowerBound(from);
-    const std::size_t last = curve.lowerBound(std::nextafter(to, INFINITY), first);
-    return {first - (first > 0), std::min(curve.size(), last + 1)};
-}
-
 template <typename Visitor>
 void visitSamples(const CurveStore& curve, const Stretch& stretch, Visitor&& visit)
 {
@@ -204,6 +185,17 @@ private:
 
 } // namespace
 
+Stretch seenOf(const CurveStore& curve, const PixelMap& xMap)
+{
+    if (!curve.isSorted())
+        return {0, curve.size()};
+    const double from = std::min(xMap.firstValue, xMap.lastValue);
+    const double to = std::max(xMap.firstValue, xMap.lastValue);
+    const std::size_t first = curve.lowerBound(from);
+    const std::size_t last = curve.lowerBound(std::nextafter(to, INFINITY), first);
+    return {first - (first > 0), std::min(curve.size(), last + 1)};
+}
+
 Polylines polylinesOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap)
 {
     return LineMaker(curve, xMap, yMap).make();
@@ -220,19 +212,6 @@ void makeSteps(Polylines& polylines)
         }
         line = steps;
     }
-}
-
-Polylines marksOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap)
-{
-    Polylines polylines;
-    visitSamples(curve, seenOf(curve, xMap), [&](double x, double y) {
-        const QPointF point = pixelOf(x, y, xMap, yMap);
-        if (!xMap.hasPlace(x) || !yMap.hasPlace(y) || !isPlace(point))
-            return;
-        if (polylines.marks.isEmpty() || polylines.marks.back().toPoint() != point.toPoint())
-            polylines.marks.push_back(point);
-    });
-    return polylines;
 }
 
 } // namespace tavo

@@ -12,8 +12,18 @@ namespace tavo {
 struct Polylines
 {
     std::vector<QPolygonF> lines; // a further one behind each gap
-    QPolygonF marks;              // of samples between two gaps, and of points
+    QPolygonF marks;              // of samples between two gaps
 };
+
+// Samples of a curve, from one up to and without another.
+struct Stretch
+{
+    std::size_t first;
+    std::size_t last;
+};
+
+// What is seen, and one sample more at either end, up to which lines lead.
+Stretch seenOf(const CurveStore& curve, const PixelMap& xMap);
 
 // The pieces of a curve that are seen, in pixels. Of the samples that share a column of pixels it takes the first, the
 // lowest, the highest and the last, in the order in which they come: with a thin pen that is the picture of all of
@@ -22,8 +32,5 @@ Polylines polylinesOf(const CurveStore& curve, const PixelMap& xMap, const Pixel
 
 // Each sample holds until the next one: lines go sideways first.
 void makeSteps(Polylines& polylines);
-
-// The same for samples that are shown as marks: one for all samples of one pixel that follow each other.
-Polylines marksOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap);
 
 } // namespace tavo
