@@ -26,5 +26,5 @@ check("SavedMatrix of vireo/context/SavedState.h" "gl(Push|Pop)Matrix"
 check("isExtensionSupported" "GL_EXTENSIONS|GLExtensionLoader::getInstance|[!(&|] *gl[A-Za-z0-9]+(ARB|EXT|NV)( *[)&|]|$)"
     context/GLExtensionLoader.cpp context/GLExtensions.cpp context/GLExtensions.h geometry/GLSimpleObjects.cpp)
 check("GLContext::activate, or CurrentContextGuard" "wglMakeCurrent *\\("
-    context/CurrentContextGuard.cpp context/GLContext.cpp displayers/ViewContext.cpp)
+    context/CurrentContextGuard.cpp context/GLContext.cpp displayers/ViewContext.cpp show/scenes/SceneContext.cpp)
 check("GLObject::requireContext" "PException\\(.* - invalid context")

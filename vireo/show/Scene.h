@@ -77,7 +77,7 @@ private:
 };
 
 /// A handle of a scene: clouds of points, surfaces, lines and more in one view in space. It is made by `scene(name)`,
-/// is as small as a pointer, and can be kept, copied and be a member; it may outlive the scene and the window. All
+/// is small, and can be kept, copied and be a member; it may outlive the scene and the window. All
 /// handles of one name are the same scene, in every thread.
 ///
 ///     const tavo::Scene scene = tavo::scene("world");
