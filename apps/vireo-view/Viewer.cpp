@@ -315,7 +315,9 @@ void Viewer::savePictures()
     unsigned int number = 1;
     for (const Shown& shown : m_Shown)
         savePicture(shown, directory.filePath(pictureName(number++, shown.name)));
-    tavo::clear(); // or the front door would save the plots, too, under their names
+    // Or the front door would save it all again when the program ends, under other names.
+    tavo::clear();
+    delete &window;
 }
 
 void Viewer::savePicture(const Shown& shown, const QString& file)
