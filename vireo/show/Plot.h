@@ -16,9 +16,9 @@ namespace tavo {
 
 struct ViewSlot;
 
-/// A handle of a plot: curves over two axes with numbers, in a view of the window. It is made by `plot(name)`, is as
-/// small as a pointer, and can be kept, copied and be a member; it may outlive the plot and the window. All handles of
-/// one name are the same plot, in every thread.
+/// A handle of a plot: curves over two axes with numbers, in a view of the window. It is made by `plot(name)`, is
+/// small, and can be kept, copied and be a member; it may outlive the plot and the window. All handles of one name are
+/// the same plot, in every thread.
 ///
 ///     const tavo::Plot plot = tavo::plot("pressure");
 ///     plot.curve("inlet", times, pressures).curve("limit", {0.0, 60.0}, {101.3, 101.3}).yAxis("pressure", "Pa");
