@@ -1,9 +1,12 @@
 #include "vireo/show/Plot.h"
 
 #include <algorithm>
+#include <cmath>
+#include <sstream>
 #include <utility>
 
 #include "tavo/base/debug/displayException.h"
+#include "tavo/base/text/printable.h"
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/delivery/Mode.h"
 #include "vireo/show/delivery/changeUpdate.h"
@@ -13,6 +16,8 @@
 namespace tavo {
 
 namespace {
+
+constexpr std::size_t LONGEST_NAME = 100; // in a line of the log
 
 // A call as a line of the log names it.
 std::string callOf(const ViewSlotPointer& slot, const char* operation, std::string_view name)
@@ -55,6 +60,24 @@ void sendSamples(const ViewSlotPointer& slot, CurveKind kind, std::string_view n
     changeCurve(slot, name, [&](CurveUpdate& curve) {
         curve.send({x ? NumberArray(*x) : NumberArray(), y, low ? NumberArray(*low) : NumberArray(), kind});
     });
+}
+
+// Has an axis of a plot show a range, or says why it cannot.
+void sendRange(const ViewSlotPointer& slot, const char* operation, AxisUpdate PlotUpdate::*axis, double from, double to)
+{
+    if (!isSent(slot))
+        return;
+    if (std::isfinite(from) && std::isfinite(to) && from != to)
+        changeUpdate<PlotUpdate>(slot, [&](PlotUpdate& plot) {
+            (plot.*axis).range = AxisUpdate::Range{std::min(from, to), std::max(from, to)};
+        });
+    else
+        runGuarded([&] {
+            std::ostringstream numbers;
+            numbers << "(" << from << ", " << to << ")";
+            sayOnce("plot(\"" + printable(slot->name, LONGEST_NAME) + "\")." + operation + numbers.str() +
+                    ": a range goes from one number to another; what was shown stays");
+        });
 }
 
 } // namespace
@@ -229,13 +252,13 @@ Plot Plot::timeX(bool isTime, const Statement&) const
 
 Plot Plot::xRange(double from, double to, const Statement&) const
 {
-    change(m_Slot, [&](PlotUpdate& plot) { plot.x.range = AxisUpdate::Range{std::min(from, to), std::max(from, to)}; });
+    sendRange(m_Slot, "xRange", &PlotUpdate::x, from, to);
     return *this;
 }
 
 Plot Plot::yRange(double from, double to, const Statement&) const
 {
-    change(m_Slot, [&](PlotUpdate& plot) { plot.y.range = AxisUpdate::Range{std::min(from, to), std::max(from, to)}; });
+    sendRange(m_Slot, "yRange", &PlotUpdate::y, from, to);
     return *this;
 }
 

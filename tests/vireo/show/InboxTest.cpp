@@ -239,6 +239,24 @@ TEST(InboxTest, SaysAMistakeOnceAndKeepsWhatWasSent)
     EXPECT_THAT(read(takePlot("plot")->curve("a").samples->y), ElementsAre(1, 2));
 }
 
+TEST(InboxTest, RefusesRangesThatNoAxisCanShow)
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    plot("plot").xRange(3, 1).yRange(-1, 2);
+    testing::internal::CaptureStderr();
+    plot("plot").xRange(NAN, 10).xRange(1, NAN).yRange(infinity, -infinity).yRange(0, infinity).xRange(5, 5);
+    const std::string why = ": a range goes from one number to another; what was shown stays\n";
+    const std::string begin = "warning: tavo: plot(\"plot\").";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), begin + "xRange(nan, 10)" + why + begin + "xRange(1, nan)" + why +
+                                                          begin + "yRange(inf, -inf)" + why + begin + "yRange(0, inf)" +
+                                                          why + begin + "xRange(5, 5)" + why);
+    const auto waiting = takePlot("plot");
+    EXPECT_EQ(waiting->x.range->from, 1);
+    EXPECT_EQ(waiting->x.range->to, 3);
+    EXPECT_EQ(waiting->y.range->from, -1);
+    EXPECT_EQ(waiting->y.range->to, 2);
+}
+
 // More than there is memory for.
 struct Endless
 {

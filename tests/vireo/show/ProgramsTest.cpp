@@ -231,7 +231,11 @@ TEST_F(ShowProgramsTest, AreToldWhyNothingIsSaved)
 TEST_F(ShowProgramsTest, TakeOddThings)
 {
     EXPECT_EQ(outputOf("sends odd things"),
-        "openWindow: true\nsavePictures: true\nsaveData: true\nsaveData: true\nsaveData: true\nlog: \n");
+        "openWindow: true\nsavePictures: true\nsaveData: true\nsaveData: true\nsaveData: true\n"
+        "log: warning: tavo: plot(\"values\").xRange(nan, inf): a range goes from one number to another; what was "
+        "shown "
+        "stays\nwarning: tavo: plot(\"values\").yRange(1, 1): a range goes from one number to another; what was shown "
+        "stays\n\n");
     const QStringList pictures = QDir(path("folder")).entryList(QDir::Files);
     EXPECT_EQ(pictures.size(), 8) << pictures.join(' ').toStdString();
     for (const QString& picture : pictures)
