@@ -6,6 +6,7 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/displayException.h"
@@ -31,26 +32,46 @@ std::string quoted(const std::string& text)
     return "\"" + printable(text, LONGEST_NAME) + "\"";
 }
 
-// Has the front door save something; says what went wrong. Everything that this thread has sent is in it.
-bool save(const std::string& call, std::function<std::string(FrontDoor&)> work)
+// What went wrong, empty if nothing did; none if it was refused, which has been said.
+using Saved = std::optional<std::string>;
+
+// Has something saved, with everything that this thread has sent; says what went wrong.
+bool save(const std::string& call, const std::function<Saved()>& work)
 {
     if (isShowOff())
         return false;
     bool isSaved = false;
     runGuarded([&] {
         sendCurrentBatch();
-        if (!hasViewThread(call.c_str()))
-            return;
-        const auto error = std::make_shared<std::string>("saving it failed");
-        const bool isDone = runInWindowThread([work, error] {
-            FrontDoor::get()->showWaiting();
-            *error = work(*FrontDoor::get());
-        });
-        isSaved = isDone && error->empty();
-        if (!isSaved && !isShowOff())
-            warning(call + ": " + (isDone ? *error : NO_ANSWER));
+        const Saved error = work();
+        isSaved = error && error->empty();
+        if (error && !isSaved && !isShowOff())
+            warning(call + ": " + *error);
     });
     return isSaved;
+}
+
+// By the front door, of what it shows.
+std::string saveShown(const std::function<std::string(FrontDoor&)>& work)
+{
+    const auto error = std::make_shared<std::string>("saving it failed");
+    const bool isDone = runInWindowThread([work, error] {
+        FrontDoor::get()->showWaiting();
+        *error = work(*FrontDoor::get());
+    });
+    return isDone ? *error : NO_ANSWER;
+}
+
+bool savePictures(const std::string& call, const std::function<std::string(FrontDoor&)>& work)
+{
+    return save(call, [&] { return hasViewThread(call.c_str()) ? Saved(saveShown(work)) : std::nullopt; });
+}
+
+// Where there is nobody who shows anything, all of it still waits.
+std::string saveWaitingData(const std::string& name, const QString& file)
+{
+    const std::unique_ptr<ViewUpdate> waiting = inbox::copyOfWaiting(name);
+    return waiting ? waiting->saveData(file) : noSuchView(name);
 }
 
 QString fileName(const std::string& name)
@@ -167,21 +188,27 @@ void clear()
 
 bool savePicture(const std::string& name, const std::string& file, int width, int height)
 {
-    return save("tavo::savePicture(" + quoted(name) + ", " + quoted(file) + ")", [=](FrontDoor& door) {
+    return savePictures("tavo::savePicture(" + quoted(name) + ", " + quoted(file) + ")", [=](FrontDoor& door) {
         return door.savePicture(name, fileName(file), {width, height});
     });
 }
 
 bool savePictures(const std::string& folder)
 {
-    return save("tavo::savePictures(" + quoted(folder) + ")",
+    return savePictures("tavo::savePictures(" + quoted(folder) + ")",
         [folder](FrontDoor& door) { return door.savePictures(fileName(folder)); });
 }
 
 bool saveData(const std::string& name, const std::string& file)
 {
-    return save("tavo::saveData(" + quoted(name) + ", " + quoted(file) + ")",
-        [=](FrontDoor& door) { return door.saveData(name, fileName(file)); });
+    const std::string call = "tavo::saveData(" + quoted(name) + ", " + quoted(file) + ")";
+    return save(call, [&]() -> Saved {
+        if (FrontDoor::canMakeViews())
+            return saveShown([=](FrontDoor& door) { return door.saveData(name, fileName(file)); });
+        if (windowThread::hasFailed() && !hasViewThread(call.c_str()))
+            return std::nullopt;
+        return saveWaitingData(name, fileName(file));
+    });
 }
 
 } // namespace tavo

@@ -22,7 +22,9 @@
 /// Views are made by `plot(name)` and `scene(name)`, from any thread, and are on the screen at once in a program that
 /// has a QApplication and serves its events. A program without Qt ends with `show()`, calls `pump()` in its loop, or
 /// calls `openWindow()` once; the window then has a thread of its own, with a QApplication, until the program ends.
-/// Such a program must not make a QApplication of its own later: Qt would end it.
+/// The same thread makes the pictures of `savePicture()`, `savePictures()` and VIREO_SHOW=pictures where there is no
+/// QApplication. A program that has this thread must not make a QApplication later: Qt cannot have two, and the program
+/// ends with a line that says so. One that makes a QApplication makes it before these calls.
 ///
 /// The environment variable VIREO_SHOW says what becomes of all this: `off` makes every call do nothing,
 /// `pictures:FOLDER` saves a PNG of every view in that folder when the program ends or calls `show()`, and opens no
@@ -70,7 +72,8 @@ VIREO_SHOW_EXPORT bool savePicture(
 /// savePicture().
 VIREO_SHOW_EXPORT bool savePictures(const std::string& folder);
 
-/// Saves the data of a view: of a plot its samples, as comma-separated values. As savePicture().
+/// Saves the data of a view: of a plot its samples, as comma-separated values. As savePicture(), but it needs no
+/// QApplication: where none shows the view, what was sent to it is saved.
 VIREO_SHOW_EXPORT bool saveData(const std::string& name, const std::string& file);
 
 } // namespace tavo

@@ -80,7 +80,7 @@ TEST_F(ShowProgramsTest, AreToldThatTheyHaveNoWidgets)
     const std::string why = "the program has a QCoreApplication, where views need a QApplication\n";
     const Outcome outcome = run("has no widgets");
     EXPECT_EQ(outcome.exitStatus, 0);
-    EXPECT_EQ(outcome.output, "openWindow: false\npump: true\nsavePicture: false\n");
+    EXPECT_EQ(outcome.output, "openWindow: false\npump: true\nsavePicture: false\n" + SAVED);
     for (const char* call : {"nothing is shown", "tavo::show() shows nothing", "tavo::openWindow() shows nothing",
              "tavo::savePicture(\"p\", \"p.png\") shows nothing"})
         EXPECT_THAT(outcome.errors, HasSubstr(std::string("warning: tavo: ") + call + ": " + why));
@@ -131,12 +131,26 @@ TEST_F(ShowProgramsTest, AreToldThatThereIsNothingToShow)
     EXPECT_EQ(outcome.errors, "warning: tavo: tavo::show() shows nothing: nothing was sent\n");
 }
 
-// What becomes of them then is Qt's affair.
 TEST_F(ShowProgramsTest, AreToldThatTheyHaveTwoApplications)
 {
-    const Outcome outcome = run("makes another application");
-    EXPECT_EQ(outcome.output, "openWindow: true\n");
-    EXPECT_THAT(outcome.errors, HasSubstr("tavo: there are two QApplications, and Qt ends the program"));
+    for (const auto& [program, output] : {std::pair("makes another application", "openWindow: true\n"),
+             {"saves a picture before the application", "savePicture: true\n"}}) {
+        const Outcome outcome = run(program);
+        EXPECT_EQ(outcome.exitStatus, EXIT_FAILURE);
+        EXPECT_EQ(outcome.output, output);
+        EXPECT_THAT(outcome.errors, HasSubstr("tavo: the program makes a QApplication, but vireo has one already"));
+    }
+}
+
+TEST_F(ShowProgramsTest, SaveDataWithoutAnApplication)
+{
+    const Outcome outcome = run("saves data around applications");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    const std::string first = "saveData: true\n0,3\n1,1\n2,2\n3,7\n";
+    EXPECT_EQ(outcome.output, first + first +
+                                  "saveData: false\nsaveData: true\n0,0\nsaveData: true\n0,0\n"
+                                  "saveData: false\nsaveData: true\n0,1\n");
+    EXPECT_THAT(outcome.errors, HasSubstr("warning: tavo::saveData(\"p\", \"gone.csv\"): there is no view \"p\"\n"));
 }
 
 TEST_F(ShowProgramsTest, DoNothingWhereItIsOff)
@@ -146,7 +160,7 @@ TEST_F(ShowProgramsTest, DoNothingWhereItIsOff)
         "openWindow: false\npump: true\nsavePicture: false\nsavePictures: false\nsaveData: false\n");
     EXPECT_FALSE(exists("p.png"));
     EXPECT_EQ(outputOf("never shows"), "");
-    EXPECT_EQ(outputOf("has no widgets"), "openWindow: false\npump: true\nsavePicture: false\n");
+    EXPECT_EQ(outputOf("has no widgets"), "openWindow: false\npump: true\nsavePicture: false\nsaveData: false\n");
 }
 
 TEST_F(ShowProgramsTest, SavePicturesInsteadOfShowing)

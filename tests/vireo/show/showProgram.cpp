@@ -217,6 +217,7 @@ void hasNoWidgets()
     say("openWindow", tavo::openWindow());
     say("pump", tavo::pump());
     say("savePicture", tavo::savePicture("p", "p.png"));
+    sayData("p");
 }
 
 // Its end is in the middle of everything.
@@ -286,6 +287,30 @@ void showsNothing()
 void makesAnotherApplication()
 {
     say("openWindow", tavo::openWindow());
+    const Application program;
+}
+
+void savesAPictureBeforeTheApplication()
+{
+    tavo::plot("p").curve("y", SAMPLES);
+    say("savePicture", tavo::savePicture("p", "p.png"));
+    const Application program;
+}
+
+void savesDataAroundApplications()
+{
+    tavo::plot("p").curve("x", {0}).curve("y", SAMPLES).remove("x").append("y", 3, 7);
+    sayData("p");
+    for (int i = 0; i < 2; ++i) {
+        {
+            const Application program;
+            QCoreApplication::processEvents();
+            sayData("p");
+        }
+        say("saveData", tavo::saveData("p", "gone.csv")); // it went with the application
+        tavo::plot("p").curve("y", {i});
+        sayData("p");
+    }
     const Application program;
 }
 
@@ -442,6 +467,8 @@ const std::map<std::string, std::function<void()>> programs{
     {"never shows", neverShows},
     {"shows nothing", showsNothing},
     {"makes another application", makesAnotherApplication},
+    {"saves a picture before the application", savesAPictureBeforeTheApplication},
+    {"saves data around applications", savesDataAroundApplications},
     {"calls everything", callsEverything},
     {"does not serve events", doesNotServeEvents},
     {"saves badly", savesBadly},

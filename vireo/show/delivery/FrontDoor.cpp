@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <cstdlib>
 #include <set>
 #include <thread>
 
@@ -17,6 +18,7 @@
 #include "tavo/base/files/saveFile.h"
 #include "tavo/base/text/printable.h"
 #include "vireo/show/delivery/Mode.h"
+#include "vireo/show/delivery/WindowThread.h"
 #include "vireo/show/delivery/displayPlatforms.h"
 #include "vireo/show/delivery/endOfProgram.h"
 #include "vireo/show/delivery/sayOnce.h"
@@ -28,6 +30,11 @@
 #include "vireo/show/window/pictureFile.h"
 
 namespace tavo {
+
+std::string noSuchView(const std::string& name)
+{
+    return "there is no view \"" + printable(name, 100) + "\"";
+}
 
 namespace {
 
@@ -47,11 +54,6 @@ std::unique_ptr<View> makeViewOf(const ViewSlot& slot)
     case ViewKind::Scene: return std::make_unique<SceneView>(slot.name);
     }
     return nullptr;
-}
-
-std::string noSuchView(const std::string& name)
-{
-    return "there is no view \"" + printable(name, 100) + "\"";
 }
 
 // Of the displayers of events, which share the window.
@@ -98,17 +100,26 @@ DebugWindow* makeShowWindow()
 
 [[maybe_unused]] const bool isWindowMakerSet = (DebugOutput::setWindowMaker(makeShowWindow), true);
 
+// Qt's objects are a mixture of both by now, which nobody can serve or take down. Nobody will see a window's log.
+[[noreturn]] void endForTwoApplications()
+{
+    std::fflush(nullptr);
+    std::fputs("tavo: the program makes a QApplication, but vireo has one already, in a thread of its own, since the "
+               "program had none when it called tavo::show(), tavo::pump(), tavo::openWindow(), tavo::savePicture() or "
+               "tavo::savePictures(). Qt cannot have two: the program ends. Make the QApplication before these calls\n",
+        stderr);
+    std::_Exit(EXIT_FAILURE);
+}
+
 // Called by the constructor of every QCoreApplication.
 void makeFrontDoor()
 {
     if (isShowOff())
         return;
-    if (theFrontDoor) { // which goes with its application; nobody will see a window's log
-        std::fputs("tavo: there are two QApplications, and Qt ends the program: the window has one already, since "
-                   "tavo::show(), tavo::pump() or tavo::openWindow() found none\n",
-            stderr);
+    if (windowThread::isRunning())
+        endForTwoApplications();
+    if (theFrontDoor) // the program has two of its own; which goes with the first
         return;
-    }
     runGuarded([] {
         theFrontDoor = new FrontDoor;
         deleteFrontDoorFirst();

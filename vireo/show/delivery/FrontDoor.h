@@ -15,6 +15,9 @@ namespace tavo {
 class ShowWindow;
 class View;
 
+// Says so, for a person.
+std::string noSuchView(const std::string& name);
+
 // The window's side of the front door. It comes and goes with the QApplication, in whose thread it lives: takes what
 // waits in the inbox, at most once in a frame, makes views for it and has them show it.
 class FrontDoor : public QObject

@@ -179,6 +179,14 @@ bool hasWaiting()
         [](const ViewSlotPointer& slot) { return slot->pending.update != nullptr; });
 }
 
+std::unique_ptr<ViewUpdate> copyOfWaiting(const std::string& name)
+{
+    const Lock lock(state().mutex);
+    const auto found = state().views.find(name);
+    const bool isWaiting = found != state().views.end() && found->second->pending.update;
+    return isWaiting ? found->second->pending.update->copy() : nullptr;
+}
+
 void deliver(Batch& batch)
 {
     const Lock lock(state().mutex);

@@ -81,6 +81,9 @@ std::vector<ViewSlotPointer> allSlots();
 bool hasAnything();
 bool hasWaiting();
 
+// What waits for a view, and goes on waiting; null if nothing does.
+std::unique_ptr<ViewUpdate> copyOfWaiting(const std::string& name);
+
 // Merges what a statement sent into what is waiting, all of it before anything is taken, and wakes the receiver.
 void deliver(Batch& batch);
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-class QWidget;
+class QString;
 
 namespace tavo {
 
@@ -43,6 +43,12 @@ public:
 
     // What of the view it replaces. Short, too.
     virtual Replaced replaced() const = 0;
+
+    virtual std::unique_ptr<ViewUpdate> copy() const = 0;
+
+    // Saves the data as a new view does that is sent this, which is used up; it needs no QApplication. Why they could
+    // not be saved, for a person; empty if they were.
+    virtual std::string saveData(const QString& file) = 0;
 };
 
 } // namespace tavo

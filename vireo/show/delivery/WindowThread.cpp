@@ -28,6 +28,7 @@ struct State
     std::mutex mutex;
     std::thread thread;
     bool hasStopped = false;
+    std::atomic<bool> hasFailed{false};
     std::atomic<bool> isBlind{false};   // it has no windows that can be seen
     std::atomic<bool> isRunning{false}; // for children of forks, to which the mutex may have come locked
 };
@@ -128,12 +129,18 @@ void start(const QStringList& displayPlatforms)
     if (state().isRunning)
         return;
     state().hasStopped = true;
+    state().hasFailed = true;
     state().thread.detach();
 }
 
 bool isRunning()
 {
     return state().isRunning;
+}
+
+bool hasFailed()
+{
+    return state().hasFailed;
 }
 
 void stop()

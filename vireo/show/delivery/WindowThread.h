@@ -15,6 +15,9 @@ void start(const QStringList& displayPlatforms);
 
 bool isRunning();
 
+// Whether Qt has left it with half a QApplication, beside which nothing of Qt's widgets can be made.
+bool hasFailed();
+
 // Ends it, and with it the QApplication; it cannot be started again. From the thread itself it is only left to itself.
 void stop();
 

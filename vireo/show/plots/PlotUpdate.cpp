@@ -4,6 +4,10 @@
 #include <iterator>
 #include <utility>
 
+#include "tavo/base/files/saveFile.h"
+#include "vireo/show/plots/PlotCurve.h"
+#include "vireo/show/plots/curvesAsText.h"
+
 namespace tavo {
 
 namespace {
@@ -165,6 +169,23 @@ Replaced PlotUpdate::replaced() const
         if (!isCleared && curve.isReplacing())
             replaced.names.push_back(curve.name);
     return replaced;
+}
+
+std::unique_ptr<ViewUpdate> PlotUpdate::copy() const
+{
+    return std::make_unique<PlotUpdate>(*this);
+}
+
+std::string PlotUpdate::saveData(const QString& file)
+{
+    std::list<PlotCurve> shown;
+    std::vector<const PlotCurve*> saved;
+    for (CurveUpdate& update : curves)
+        if (!update.isGoing()) {
+            shown.emplace_back(update.name, shown.size()).apply(update);
+            saved.push_back(&shown.back());
+        }
+    return saveFile(file, curvesAsText(saved));
 }
 
 CurveUpdate& PlotUpdate::curve(const std::string& name)

@@ -93,6 +93,9 @@ struct CurveUpdate
     // Whether what the plot has of it goes.
     bool isReplacing() const { return isRemoved || samples; }
 
+    // Whether it only goes.
+    bool isGoing() const { return isRemoved && !samples && appended.empty(); }
+
 private:
     void dropAppended();
     void dropOldSamples();
@@ -136,6 +139,8 @@ public:
     void merge(ViewUpdate& newer) override;
     std::unique_ptr<ViewUpdate> forTheNext() const override;
     Replaced replaced() const override;
+    std::unique_ptr<ViewUpdate> copy() const override;
+    std::string saveData(const QString& file) override;
 
     // Of that name, made by the first call. In the order of the first calls.
     CurveUpdate& curve(const std::string& name);

@@ -285,7 +285,7 @@ void PlotView::applyCurve(CurveUpdate& update)
 {
     auto found = std::find_if(
         m_Curves.begin(), m_Curves.end(), [&update](const auto& curve) { return curve->getName() == update.name; });
-    if (!update.samples && update.appended.empty() && update.isRemoved) {
+    if (update.isGoing()) {
         if (found != m_Curves.end())
             m_Curves.erase(found);
         return;

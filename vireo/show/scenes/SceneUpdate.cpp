@@ -64,6 +64,16 @@ void SceneUpdate::merge(ViewUpdate& newer)
     replace(isOrthographic, newerScene.isOrthographic);
 }
 
+std::unique_ptr<ViewUpdate> SceneUpdate::copy() const
+{
+    return std::make_unique<SceneUpdate>(*this);
+}
+
+std::string SceneUpdate::saveData(const QString&)
+{
+    return NO_DATA;
+}
+
 Replaced SceneUpdate::replaced() const
 {
     Replaced replaced{isCleared, {}};

@@ -82,8 +82,12 @@ bool isInBranch(const std::string& path, const std::string& branch);
 class SceneUpdate : public ViewUpdate
 {
 public:
+    static constexpr const char* NO_DATA = "the data of scenes cannot be saved";
+
     void merge(ViewUpdate& newer) override;
     Replaced replaced() const override;
+    std::unique_ptr<ViewUpdate> copy() const override;
+    std::string saveData(const QString& file) override;
 
     // As if what was sent so far had never been: all items go.
     void clear();

@@ -247,7 +247,7 @@ QImage SceneView::picture(QSize size)
 
 std::string SceneView::saveData(const QString&)
 {
-    return "the data of scenes cannot be saved";
+    return SceneUpdate::NO_DATA;
 }
 
 // Null if it cannot be drawn.
