@@ -61,6 +61,19 @@ if(WAY STREQUAL "cmake" AND "cg-program" IN_LIST EXAMPLES)
     endif()
 endif()
 
+# A component that there is none of is named.
+if(WAY STREQUAL "cmake")
+    set(misspelt ${SCRATCH_DIR}/misspelt)
+    file(WRITE ${misspelt}/CMakeLists.txt
+        "cmake_minimum_required(VERSION 3.25)\nproject(misspelt CXX)\nfind_package(vireo REQUIRED COMPONENTS shwo)\n")
+    execute_process(
+        COMMAND ${CMAKE_COMMAND} -S ${misspelt} -B ${misspelt}/build -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_COMPILER=${CXX}
+        RESULT_VARIABLE result ERROR_VARIABLE errors OUTPUT_QUIET)
+    if(result EQUAL 0 OR NOT errors MATCHES "no component \"shwo\"")
+        message(FATAL_ERROR "a misspelt component is not named: ${errors}")
+    endif()
+endif()
+
 # Leaks are looked for by the tests of the examples.
 set(ENV{ASAN_OPTIONS} "detect_leaks=0:$ENV{ASAN_OPTIONS}")
 run(${SCRATCH_DIR}/start-up/start-up)
