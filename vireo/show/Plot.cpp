@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <sstream>
 #include <utility>
 
@@ -78,6 +79,21 @@ void sendRange(const ViewSlotPointer& slot, const char* operation, AxisUpdate Pl
             sayOnce("plot(\"" + printable(slot->name, LONGEST_NAME) + "\")." + operation + numbers.str() +
                     ": a range goes from one number to another; what was shown stays");
         });
+}
+
+bool isStyleWord(const std::string& word)
+{
+    constexpr const char* WORDS[] = {"dashed", "dotted", "thick", "marks", "y2"};
+    return std::find(std::begin(WORDS), std::end(WORDS), word) != std::end(WORDS);
+}
+
+void sayUnknownWords(const ViewSlotPointer& slot, std::string_view name, std::string_view words)
+{
+    std::istringstream text{std::string(words)};
+    for (std::string word; text >> word;)
+        if (!isStyleWord(word))
+            sayOnce(callOf(slot, "style", name) + ": \"" + printable(word, LONGEST_NAME) +
+                    "\" means nothing: the words are dashed, dotted, thick, marks and y2");
 }
 
 } // namespace
@@ -179,6 +195,8 @@ Plot Plot::colour(std::string_view name, const RGBA8& colour, const Statement&) 
 
 Plot Plot::style(std::string_view name, std::string_view words, const Statement&) const
 {
+    if (isSent(m_Slot))
+        runGuarded([&] { sayUnknownWords(m_Slot, name, words); });
     changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.style = std::string(words); });
     return *this;
 }

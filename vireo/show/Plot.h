@@ -125,7 +125,7 @@ public:
     Plot colour(std::string_view name, const RGBA8& colour, const Statement& statement = Statement()) const;
 
     /// How a curve looks, in words: "dashed" or "dotted", "thick", "marks"; "y2" has it counted by the second y axis,
-    /// at the right.
+    /// at the right. Looks may be sent before their curve.
     Plot style(std::string_view name, std::string_view words, const Statement& statement = Statement()) const;
 
     /// Sets the title; by default the plot's name.

@@ -16,6 +16,7 @@
 #include "vireo/show/delivery/Mode.h"
 #include "vireo/show/delivery/WindowThread.h"
 #include "vireo/show/delivery/currentBatch.h"
+#include "vireo/show/delivery/endOfProgram.h"
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/delivery/windowState.h"
 
@@ -38,8 +39,11 @@ using Saved = std::optional<std::string>;
 // Has something saved, with everything that this thread has sent; says what went wrong.
 bool save(const std::string& call, const std::function<Saved()>& work)
 {
-    if (isShowOff())
+    if (isShowOff()) {
+        if (isEndingProgram())
+            sayOnce(call + " saves nothing: the program is ending");
         return false;
+    }
     bool isSaved = false;
     runGuarded([&] {
         sendCurrentBatch();

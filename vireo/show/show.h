@@ -64,7 +64,7 @@ VIREO_SHOW_EXPORT void clear();
 /// Saves a picture of a view, or of the section that a displayer of that name has, `width` x `height` pixels, as a PNG
 /// or whatever else the file's name ends with; with all that this thread has sent. It needs no display. Waits until it
 /// is done, but no longer than 5 seconds for a QApplication of the program that does not serve its events. False, with
-/// a line in the log, if it cannot be saved.
+/// a line in the log, if it cannot be saved, as when the program is ending: behind main().
 VIREO_SHOW_EXPORT bool savePicture(
     const std::string& name, const std::string& file, int width = 1000, int height = 700);
 

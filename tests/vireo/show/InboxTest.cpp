@@ -257,6 +257,17 @@ TEST(InboxTest, RefusesRangesThatNoAxisCanShow)
     EXPECT_EQ(waiting->y.range->to, 2);
 }
 
+TEST(InboxTest, SaysWordsOfStylesThatMeanNothing)
+{
+    testing::internal::CaptureStderr();
+    for (int i = 0; i < 2; ++i)
+        plot("plot").curve("a", {1}).style("a", "thick dahsed  y2").style("a", "dashed dotted marks").style("a", "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "warning: tavo: plot(\"plot\").style(\"a\"): \"dahsed\" means "
+                                                      "nothing: the words are dashed, dotted, thick, marks "
+                                                      "and y2\n");
+    inbox::take();
+}
+
 // More than there is memory for.
 struct Endless
 {

@@ -33,8 +33,11 @@ TEST_F(ShowProgramsTest, SendBeforeMain)
 
 TEST_F(ShowProgramsTest, CallInStaticDestructors)
 {
-    EXPECT_EQ(outputOf("calls in static destructors"),
-        "openWindow: true\n" + SAVED + "pump: true\nopenWindow: false\nsavePicture: false\n");
+    const Outcome outcome = run("calls in static destructors");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.output, "openWindow: true\n" + SAVED + "pump: true\nopenWindow: false\nsavePicture: false\n");
+    EXPECT_EQ(outcome.errors,
+        "warning: tavo: tavo::savePicture(\"late\", \"late.png\") saves nothing: the program is ending\n");
 }
 
 TEST_F(ShowProgramsTest, SendFromAWorker)
@@ -122,6 +125,21 @@ TEST_F(ShowProgramsTest, AreToldThatTheyNeverShowed)
     EXPECT_EQ(outcome.errors,
         "warning: tavo: the program ends, and what it sent was never shown: call tavo::show() at its end, tavo::pump() "
         "in its loop, or tavo::openWindow() once\n");
+}
+
+TEST_F(ShowProgramsTest, AreToldOfLooksWhoseCurveNeverComes)
+{
+    EXPECT_THAT(outputOf("styles what never comes"),
+        AllOf(HasSubstr("plot(\"p\"): there is no curve \"z\", whose colour or style was sent"),
+            Not(HasSubstr("\"y\""))));
+}
+
+TEST_F(ShowProgramsTest, AreToldThatNothingIsSavedBehindMain)
+{
+    const Outcome outcome = run("saves behind main");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.output, "saveData: false\n");
+    EXPECT_EQ(outcome.errors, "warning: tavo: tavo::saveData(\"p\", \"p.csv\") saves nothing: the program is ending\n");
 }
 
 TEST_F(ShowProgramsTest, AreToldThatThereIsNothingToShow)

@@ -448,6 +448,23 @@ void sendsOddThings()
     say("log: " + tavo::debugOutput.getText());
 }
 
+void stylesWhatNeverComes()
+{
+    say("openWindow", tavo::openWindow());
+    tavo::plot("p").style("y", "dashed");
+    tavo::plot("p").curve("y", SAMPLES).colour("z", {255, 0, 0, 255});
+    while (tavo::debugOutput.getText().find('\n') == std::string::npos)
+        std::this_thread::sleep_for(10ms);
+    say(tavo::debugOutput.getText());
+}
+
+void savesBehindMain()
+{
+    tavo::plot("p").curve("y", SAMPLES);
+    tavo::savePicture("p", "p.png");
+    std::atexit([] { say("saveData", tavo::saveData("p", "p.csv")); });
+}
+
 const std::map<std::string, std::function<void()>> programs{
     {"without Qt", withoutQt},
     {"shows twice", showsTwice},
@@ -469,6 +486,8 @@ const std::map<std::string, std::function<void()>> programs{
     {"makes another application", makesAnotherApplication},
     {"saves a picture before the application", savesAPictureBeforeTheApplication},
     {"saves data around applications", savesDataAroundApplications},
+    {"styles what never comes", stylesWhatNeverComes},
+    {"saves behind main", savesBehindMain},
     {"calls everything", callsEverything},
     {"does not serve events", doesNotServeEvents},
     {"saves badly", savesBadly},

@@ -1,7 +1,9 @@
 #include "vireo/show/delivery/endOfProgram.h"
 
 #include <QCoreApplication>
+#include <atomic>
 #include <mutex>
+#include <thread>
 
 #include "tavo/base/debug/displayException.h"
 #include "vireo/show/delivery/FrontDoor.h"
@@ -14,6 +16,8 @@
 namespace tavo {
 
 namespace {
+
+std::atomic<std::thread::id> theEndingThread;
 
 // What no QApplication has seen.
 void attendToWhatWaits()
@@ -32,6 +36,7 @@ void endProgram()
     if (isShowOff())
         return;
     runGuarded([] {
+        theEndingThread = std::this_thread::get_id();
         attendToWhatWaits();
         switchShowOff(); // nobody waits any more for a window that is going
         windowThread::stop();
@@ -66,6 +71,11 @@ bool wasWindowThreadRunning()
 }
 
 } // namespace
+
+bool isEndingProgram() noexcept
+{
+    return theEndingThread.load() == std::this_thread::get_id();
+}
 
 void endProgramInOrder()
 {

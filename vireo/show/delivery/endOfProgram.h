@@ -8,4 +8,7 @@ namespace tavo {
 // down first.
 void endProgramInOrder();
 
+// Whether that has happened, in this thread.
+bool isEndingProgram() noexcept;
+
 } // namespace tavo

@@ -56,7 +56,6 @@ PlotCurve::PlotCurve(const std::string& name, std::size_t number)
     : m_Name(name)
     , m_Number(number)
 {
-    setItemAttribute(QwtPlotItem::Legend);
     setZ(DRAWN_ABOVE_GRID);
     showName();
 }
@@ -65,6 +64,8 @@ void PlotCurve::apply(CurveUpdate& update)
 {
     const QColor colourBefore = m_Colour;
     const CurveKind kindBefore = m_Kind;
+    m_HasLooks = m_HasLooks || update.colour || update.style;
+    m_HasCome = m_HasCome || update.hasSamples();
     if (update.colour) {
         m_Colour = QColor::fromRgba(*update.colour);
         m_HasOwnColour = true;
@@ -79,6 +80,7 @@ void PlotCurve::apply(CurveUpdate& update)
     m_Polylines.reset();
     countNotPositive();
     showName();
+    setItemAttribute(QwtPlotItem::Legend, m_HasCome);
     if (m_Colour != colourBefore || m_Kind != kindBefore)
         legendChanged();
 }

@@ -41,6 +41,12 @@ public:
     // Whether the legend says more of it than its name.
     bool hasNotes() const { return m_Samples.numInfinite() > 0 || m_NumNotPositive > 0; }
 
+    // Whether samples were ever sent to it, if only none; before that the legend does not have it.
+    bool hasCome() const { return m_HasCome; }
+
+    // Whether its looks were sent, and nothing that has them.
+    bool isMissing() const { return !m_HasCome && m_HasLooks; }
+
     // Whether each sample holds until the next one.
     bool isSteps() const { return m_Kind == CurveKind::Steps; }
 
@@ -82,6 +88,8 @@ private:
     Qt::PenStyle m_PenStyle = Qt::SolidLine;
     double m_PenWidth = 1;
     bool m_HasMarks = false;
+    bool m_HasCome = false;
+    bool m_HasLooks = false;
     bool m_IsOnY2 = false;
     bool m_IsXLog = false;
     bool m_IsYLog = false;

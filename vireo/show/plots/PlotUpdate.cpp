@@ -181,7 +181,7 @@ std::string PlotUpdate::saveData(const QString& file)
     std::list<PlotCurve> shown;
     std::vector<const PlotCurve*> saved;
     for (CurveUpdate& update : curves)
-        if (!update.isGoing()) {
+        if (update.hasSamples()) {
             shown.emplace_back(update.name, shown.size()).apply(update);
             saved.push_back(&shown.back());
         }

@@ -93,8 +93,10 @@ struct CurveUpdate
     // Whether what the plot has of it goes.
     bool isReplacing() const { return isRemoved || samples; }
 
+    bool hasSamples() const { return samples || !appended.empty(); }
+
     // Whether it only goes.
-    bool isGoing() const { return isRemoved && !samples && appended.empty(); }
+    bool isGoing() const { return isRemoved && !hasSamples(); }
 
 private:
     void dropAppended();

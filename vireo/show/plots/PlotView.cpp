@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSvgGenerator>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -24,6 +25,7 @@
 
 #include "tavo/base/files/saveFile.h"
 #include "tavo/base/text/printable.h"
+#include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/plots/AxisNumbers.h"
 #include "vireo/show/plots/CurveLift.h"
 #include "vireo/show/plots/PlotCurve.h"
@@ -46,6 +48,7 @@ constexpr int MARGIN = 8;
 constexpr double TITLE_SIZE = 1.1; // of the numbers' size
 constexpr double MARGIN_OF_Y = 0.05;
 constexpr std::size_t LONGEST_TEXT = 120;
+constexpr int LONGEST_WAIT = 1000; // in milliseconds, of looks for their curve
 
 QwtText plainText(const std::string& text)
 {
@@ -275,6 +278,8 @@ void PlotView::apply(ViewUpdate& update)
     showNotes();
     measure();
     sayWhatIsUnsorted();
+    if (std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->isMissing(); }))
+        QTimer::singleShot(LONGEST_WAIT, this, [this] { sayWhatIsMissing(); });
     for (PlotView* view : linkedViews()) {
         view->fit();
         view->showSight();
@@ -311,6 +316,14 @@ void PlotView::sayWhatIsUnsorted()
         text = tr("Along x go to and fro: %1. Each of their samples is drawn, which takes longer.")
                    .arg(names.mid(0, MOST).join(", ") + (names.size() > MOST ? ", ..." : ""));
     axisWidget(PlotSight::X)->setToolTip(text);
+}
+
+void PlotView::sayWhatIsMissing() const
+{
+    for (const auto& curve : m_Curves)
+        if (curve->isMissing())
+            sayOnce("plot(\"" + printable(m_Name, LONGEST_TEXT) + "\"): there is no curve \"" +
+                    printable(curve->getName(), LONGEST_TEXT) + "\", whose colour or style was sent");
 }
 
 void PlotView::applyLines(const PlotUpdate& update)
@@ -381,7 +394,9 @@ void PlotView::showLegend()
 {
     const bool hasNotes = std::any_of(
         m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->hasNotes() || !curve->isVisible(); });
-    const bool isNeeded = m_Curves.size() > 1 || hasNotes;
+    const auto numCurves =
+        std::count_if(m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->hasCome(); });
+    const bool isNeeded = numCurves > 1 || hasNotes;
     if (isNeeded == (m_Legend != nullptr))
         return;
     m_Legend = isNeeded ? makeLegend() : nullptr;
@@ -732,7 +747,8 @@ std::string PlotView::saveData(const QString& file)
 {
     std::vector<const PlotCurve*> curves;
     for (const auto& curve : m_Curves)
-        curves.push_back(curve.get());
+        if (curve->hasCome())
+            curves.push_back(curve.get());
     return saveFile(file, curvesAsText(curves));
 }
 
@@ -747,7 +763,7 @@ std::vector<const PlotCurve*> PlotView::visibleCurves() const
 {
     std::vector<const PlotCurve*> curves;
     for (const auto& curve : m_Curves)
-        if (curve->isVisible())
+        if (curve->isVisible() && curve->hasCome())
             curves.push_back(curve.get());
     return curves;
 }

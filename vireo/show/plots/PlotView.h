@@ -106,6 +106,7 @@ private:
     std::vector<const PlotCurve*> visibleCurves() const;
     QString othersAt(double x, const QPointF& pixel, double radius, const CurveStore& named) const;
     void sayWhatIsUnsorted();
+    void sayWhatIsMissing() const;
     void measure();
     QString unitOf(PlotSight::Axis axis) const;
     QString textOf(PlotSight::Axis axis, double value) const;

@@ -216,6 +216,26 @@ TEST_F(PlotViewTest, ASecondAxisHasARangeOfItsOwn)
     EXPECT_NEAR(m_View.getSight().range(PlotSight::Y2).from, 495, 1e-9);
 }
 
+TEST_F(PlotViewTest, LooksWaitForTheirCurveOutsideTheLegend)
+{
+    send("a", {0, 1}, {0, 1});
+    PlotUpdate looks;
+    looks.curve("b").style = "dashed";
+    looks.curve("c").colour = qRgb(255, 0, 0);
+    m_View.apply(looks);
+    EXPECT_EQ(legend(), "") << "there is one curve";
+    EXPECT_EQ(saved([this](const QString& file) { return m_View.saveData(file); }), "\"a x\",\"a\"\n0,0\n1,1\n");
+    send("c", {0, 1}, {1, 0});
+    EXPECT_EQ(legend(), "a, c");
+    EXPECT_GT(numPixels(Qt::red), 0);
+    PlotUpdate appended;
+    appended.curve("b").append({1.0, 1.0});
+    m_View.apply(appended);
+    EXPECT_TRUE(legend().contains("b"));
+    send("empty", {}, {});
+    EXPECT_TRUE(legend().contains("empty")) << "it was sent";
+}
+
 TEST_F(PlotViewTest, AWindowShowsTheNewest)
 {
     send("a", {0, 100}, {0, 1});
