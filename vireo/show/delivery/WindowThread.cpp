@@ -110,7 +110,8 @@ void serve(const QStringList& displayPlatforms)
     endProgramInOrder();
     state().isBlind = !hasDisplay();
     theStart->isDone.set_value(true);
-    QApplication::exec();
+    if (FrontDoor::get()) // there is none, to be told to quit, where the program has ended meanwhile
+        QApplication::exec();
 }
 
 } // namespace
