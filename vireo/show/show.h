@@ -30,6 +30,9 @@
 /// `pictures:FOLDER` saves a PNG of every view in that folder when the program ends or calls `show()`, and opens no
 /// window, `fresh` opens the window without what it remembers of earlier ones.
 ///
+/// The child of a fork() shows nothing. It ends with _exit(), or becomes another program: exit() may wait for ever for a
+/// lock that the window's thread held at the fork.
+///
 /// Nothing here throws. What goes wrong is a line in the log of the window, or, where there is none, on the standard
 /// error stream.
 
@@ -72,8 +75,8 @@ VIREO_SHOW_EXPORT bool savePicture(
 /// savePicture().
 VIREO_SHOW_EXPORT bool savePictures(const std::string& folder);
 
-/// Saves the data of a view: of a plot its samples, as comma-separated values. As savePicture(), but it needs no
-/// QApplication: where none shows the view, what was sent to it is saved.
+/// Saves the data of a view: of a plot its samples, as comma-separated values in a ".csv" file. As savePicture(), but
+/// it needs no QApplication: where none shows the view, what was sent to it is saved.
 VIREO_SHOW_EXPORT bool saveData(const std::string& name, const std::string& file);
 
 } // namespace tavo

@@ -255,7 +255,7 @@ TEST_F(ShowProgramsTest, AreToldWhyNothingIsSaved)
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_THAT(outcome.output, Not(HasSubstr("true")));
     const QStringList lines = QString::fromStdString(outcome.errors).split('\n', Qt::SkipEmptyParts);
-    EXPECT_EQ(lines.size(), 11) << outcome.errors;
+    EXPECT_EQ(lines.size(), 13) << outcome.errors;
     for (const QString& line : lines)
         EXPECT_TRUE(line.startsWith("warning: tavo::save")) << line.toStdString();
 }

@@ -415,7 +415,8 @@ void savesBadly()
         say("savePicture", tavo::savePicture("p", "p.png", width, height));
     say("savePicture", tavo::savePicture("no\nview", "p.png"));
     say("savePictures", tavo::savePictures("full/folder"));
-    say("saveData", tavo::saveData("p", "full/p.csv"));
+    for (const char* file : {"full/p.csv", "p.xlsx", "p"})
+        say("saveData", tavo::saveData("p", file));
     say("saveData", tavo::saveData("", "p.csv"));
 }
 

@@ -4,7 +4,6 @@
 #include <iterator>
 #include <utility>
 
-#include "tavo/base/files/saveFile.h"
 #include "vireo/show/plots/PlotCurve.h"
 #include "vireo/show/plots/curvesAsText.h"
 
@@ -185,7 +184,7 @@ std::string PlotUpdate::saveData(const QString& file)
             shown.emplace_back(update.name, shown.size()).apply(update);
             saved.push_back(&shown.back());
         }
-    return saveFile(file, curvesAsText(saved));
+    return saveCurves(file, saved);
 }
 
 CurveUpdate& PlotUpdate::curve(const std::string& name)

@@ -749,14 +749,12 @@ std::string PlotView::saveData(const QString& file)
     for (const auto& curve : m_Curves)
         if (curve->hasCome())
             curves.push_back(curve.get());
-    return saveFile(file, curvesAsText(curves));
+    return saveCurves(file, curves);
 }
 
 std::function<std::string(const QString&)> PlotView::seenDataSaver()
 {
-    return [this](const QString& file) {
-        return saveFile(file, curvesAsText(visibleCurves(), m_Sight.range(PlotSight::X)));
-    };
+    return [this](const QString& file) { return saveCurves(file, visibleCurves(), m_Sight.range(PlotSight::X)); };
 }
 
 std::vector<const PlotCurve*> PlotView::visibleCurves() const

@@ -1,11 +1,13 @@
 #include "vireo/show/plots/curvesAsText.h"
 
+#include <QFileInfo>
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <string>
 #include <utility>
 
+#include "tavo/base/files/saveFile.h"
 #include "vireo/show/plots/PlotCurve.h"
 
 namespace tavo {
@@ -119,6 +121,14 @@ std::function<QByteArray()> curvesAsText(
     const std::vector<const PlotCurve*>& curves, const std::optional<AxisUpdate::Range>& x)
 {
     return CurveRows(curves, x);
+}
+
+std::string saveCurves(
+    const QString& file, const std::vector<const PlotCurve*>& curves, const std::optional<AxisUpdate::Range>& x)
+{
+    if (QFileInfo(file).suffix().toLower() != "csv")
+        return "data are comma-separated values: the file's name must end with .csv";
+    return saveFile(file, curvesAsText(curves, x));
 }
 
 } // namespace tavo

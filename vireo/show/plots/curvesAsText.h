@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "vireo/show/plots/PlotUpdate.h"
@@ -17,5 +18,9 @@ class PlotCurve;
 // empty one: see saveFile(). The curves stay until then.
 std::function<QByteArray()> curvesAsText(
     const std::vector<const PlotCurve*>& curves, const std::optional<AxisUpdate::Range>& x = {});
+
+// Saves that text in a file whose name ends with "csv". Why it could not be saved, for a person; empty if it was.
+std::string saveCurves(
+    const QString& file, const std::vector<const PlotCurve*>& curves, const std::optional<AxisUpdate::Range>& x = {});
 
 } // namespace tavo
