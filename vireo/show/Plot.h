@@ -91,7 +91,8 @@ public:
     Plot band(std::string_view name, const Numbers& x, const Numbers& low, const Numbers& high,
         const Statement& statement = Statement()) const;
 
-    /// A line across the plot, with a label. Another one with the same label takes its place.
+    /// A line across the plot, with a label. Another one with the same label takes its place. y goes as far as the
+    /// horizontal ones, wherever the samples are.
     Plot vertical(double x, std::string_view label = {}, const Statement& statement = Statement()) const;
     Plot horizontal(double y, std::string_view label = {}, const Statement& statement = Statement()) const;
 
@@ -144,14 +145,15 @@ public:
     /// large that they can only be milliseconds, microseconds or nanoseconds are taken for these.
     Plot timeX(bool isTime = true, const Statement& statement = Statement()) const;
 
-    /// The part of an axis that is seen, until the user chooses another. Without it all samples are seen.
+    /// The part of an axis that is seen, until the user chooses another. Without it all samples are seen. The smaller
+    /// number is at the left, or below, whichever comes first.
     Plot xRange(double from, double to, const Statement& statement = Statement()) const;
     Plot yRange(double from, double to, const Statement& statement = Statement()) const;
 
     /// Shows no more of x than that, the newest of it, until the user chooses another length.
     Plot window(double seconds, const Statement& statement = Statement()) const;
 
-    /// Shows the same part of x as the other plot, whichever of them is moved.
+    /// Shows the same part of x as the other plot, whichever of them is moved, or sent `xRange` or `window` last.
     Plot link(const Plot& other, const Statement& statement = Statement()) const;
 
     /// Takes one curve away, and lines with that label, or all of them.

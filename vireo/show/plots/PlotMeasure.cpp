@@ -20,6 +20,7 @@ constexpr double MARGIN = 8;
 constexpr double PADDING = 5;
 constexpr double COLUMN_DISTANCE = 12;
 constexpr double MOST_DIGITS = 6;
+const char* const BETWEEN_DISTANCES = "   ";
 
 QString text(double value, int digits = MOST_DIGITS)
 {
@@ -60,6 +61,96 @@ void drawRow(QPainter& painter, const QStringList& row, const std::vector<double
     }
 }
 
+// What is said of x, and below it a row for each curve, or a column.
+struct Table
+{
+    QStringList above;
+    std::vector<QStringList> rows;
+    std::size_t numLeftOut = 0; // curves
+};
+
+QString moreText(std::size_t number)
+{
+    return QwtPlot::tr("and %1 more").arg(number);
+}
+
+QSizeF sizeOf(const Table& table, const QFontMetricsF& font)
+{
+    double width = -COLUMN_DISTANCE;
+    for (const double column : widthsOf(table.rows, font))
+        width += column;
+    for (const QString& line : table.above)
+        width = std::max(width, font.horizontalAdvance(line));
+    if (table.numLeftOut > 0)
+        width = std::max(width, font.horizontalAdvance(moreText(table.numLeftOut)));
+    const std::size_t numLines = table.above.size() + table.rows.size() + (table.numLeftOut > 0);
+    return {width + 2 * PADDING, static_cast<double>(numLines) * font.height() + 2 * PADDING};
+}
+
+// As many curves as there is room for, but one at least.
+Table tableOfRows(
+    const QStringList& above, const std::vector<QStringList>& rows, double height, const QFontMetricsF& font)
+{
+    Table table{above, rows, 0};
+    const int room = static_cast<int>((height - 2 * PADDING) / font.height()) - static_cast<int>(above.size());
+    if (static_cast<int>(rows.size()) > std::max(room, 2)) {
+        table.rows.resize(std::max(room - 1, 2)); // a line says how many are left out
+        table.numLeftOut = rows.size() - table.rows.size();
+    }
+    return table;
+}
+
+Table tableOfColumns(
+    const QStringList& above, const std::vector<QStringList>& rows, double width, const QFontMetricsF& font)
+{
+    constexpr double LONGEST_NAME = 12; // in heights of the font
+    Table table{above, std::vector<QStringList>(rows.front().size()), 0};
+    double used = 2 * PADDING - COLUMN_DISTANCE;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        QStringList column = rows[i];
+        column[0] = font.elidedText(column[0], Qt::ElideMiddle, LONGEST_NAME * font.height());
+        const std::vector<double> widths = widthsOf({column}, font);
+        used += *std::max_element(widths.begin(), widths.end());
+        if (i > 1 && used > width) {
+            table.numLeftOut = rows.size() - i;
+            break;
+        }
+        for (int cell = 0; cell < column.size(); ++cell)
+            table.rows[cell] += column[cell];
+    }
+    return table;
+}
+
+// Narrow plots have a column for each curve instead of a row.
+Table tableFor(
+    const QString& distance, const std::vector<QStringList>& rows, const QSizeF& room, const QFontMetricsF& font)
+{
+    for (const QStringList& above : {QStringList(distance), distance.split(BETWEEN_DISTANCES)}) {
+        Table table = tableOfRows(above, rows, room.height(), font);
+        if (sizeOf(table, font).width() <= room.width())
+            return table;
+    }
+    return tableOfColumns(distance.split(BETWEEN_DISTANCES), rows, room.width(), font);
+}
+
+void drawLines(QPainter& painter, const Table& table, const QFontMetricsF& font, const QRectF& place)
+{
+    QRectF line(place.left(), place.top(), place.width(), font.height());
+    const auto drawText = [&](const QString& text) {
+        painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, text);
+        line.translate(0, font.height());
+    };
+    for (const QString& text : table.above)
+        drawText(text);
+    const std::vector<double> widths = widthsOf(table.rows, font);
+    for (const QStringList& row : table.rows) {
+        drawRow(painter, row, widths, line);
+        line.translate(0, font.height());
+    }
+    if (table.numLeftOut > 0)
+        drawText(moreText(table.numLeftOut));
+}
+
 } // namespace
 
 PlotMeasure::PlotMeasure()
@@ -95,7 +186,7 @@ void PlotMeasure::measure(const std::vector<const PlotCurve*>& curves, const XSc
     const QString unit = x.unit.isEmpty() ? "" : ' ' + x.unit;
     m_Distance = "dx " + text(distance, DIGITS_OF_X) + unit;
     if (distance > 0)
-        m_Distance += "   1/dx " + text(1 / distance, DIGITS_OF_X) + inverseOf(x.unit);
+        m_Distance += BETWEEN_DISTANCES + QStringLiteral("1/dx ") + text(1 / distance, DIGITS_OF_X) + inverseOf(x.unit);
     m_Rows = {{QString(), "dy", QwtPlot::tr("mean"), QwtPlot::tr("minimum"), QwtPlot::tr("maximum"), QwtPlot::tr("rms"),
         QwtPlot::tr("count")}};
     for (const PlotCurve* curve : curves)
@@ -126,33 +217,22 @@ void PlotMeasure::drawTable(QPainter& painter, const QRectF& canvas) const
 {
     painter.setFont(plot()->font());
     const QFontMetricsF font(painter.font(), painter.device());
-    const double lineHeight = font.height();
-    const int room = static_cast<int>((canvas.height() - 2 * MARGIN - 2 * PADDING) / lineHeight) - 1;
-    std::vector<QStringList> rows = m_Rows;
-    if (static_cast<int>(rows.size()) > room) {
-        const int numMore = static_cast<int>(rows.size()) - std::max(room - 1, 1);
-        rows.resize(rows.size() - numMore);
-        rows.push_back({QwtPlot::tr("and %1 more").arg(numMore)});
-    }
-    const std::vector<double> widths = widthsOf(rows, font);
-    double width = -COLUMN_DISTANCE;
-    for (const double column : widths)
-        width += column;
-    width = std::max(width, font.horizontalAdvance(m_Distance));
-    QRectF box(canvas.left() + MARGIN, canvas.top() + MARGIN, width + 2 * PADDING,
-        (static_cast<double>(rows.size()) + 1) * lineHeight + 2 * PADDING);
+    const QRectF room = canvas.adjusted(MARGIN, MARGIN, -MARGIN, -MARGIN);
+    const Table table = tableFor(m_Distance, m_Rows, room.size(), font);
+    const QRectF box(QPointF(0, 0), sizeOf(table, font));
+    const double scale = std::min({1.0, room.width() / box.width(), room.height() / box.height()});
+    if (!(scale > 0))
+        return;
     QColor ground = plot()->palette().color(QPalette::Base);
     ground.setAlphaF(0.9);
-    const QColor ink = plot()->palette().color(QPalette::Text);
-    painter.setPen(QPen(ink, 0));
+    painter.save();
+    painter.translate(room.topLeft());
+    painter.scale(scale, scale);
+    painter.setPen(QPen(plot()->palette().color(QPalette::Text), 0));
     painter.setBrush(ground);
     painter.drawRoundedRect(box, PADDING, PADDING);
-    QRectF line(box.left() + PADDING, box.top() + PADDING, width, lineHeight);
-    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, m_Distance);
-    for (const QStringList& row : rows) {
-        line.translate(0, lineHeight);
-        drawRow(painter, row, widths, line);
-    }
+    drawLines(painter, table, font, box.adjusted(PADDING, PADDING, -PADDING, -PADDING));
+    painter.restore();
 }
 
 } // namespace tavo

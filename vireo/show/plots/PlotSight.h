@@ -51,6 +51,9 @@ public:
 
     bool isChosen(Axis axis) const { return m_Chosen.ranges[axis].has_value(); }
 
+    // Whether a person has chosen a part of x, or how much of it is followed.
+    bool isXChosen() const { return isChosen(X) || m_Chosen.followedLength; }
+
     // What is seen along an axis becomes so many times as long; `fixed` stays where it is.
     void zoom(Axis axis, double factor, double fixed);
 

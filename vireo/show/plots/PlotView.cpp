@@ -16,7 +16,6 @@
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_grid.h>
 #include <qwt_plot_layout.h>
-#include <qwt_plot_marker.h>
 #include <qwt_plot_renderer.h>
 #include <qwt_scale_engine.h>
 #include <qwt_scale_widget.h>
@@ -28,6 +27,7 @@
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/plots/AxisNumbers.h"
 #include "vireo/show/plots/CurveLift.h"
+#include "vireo/show/plots/LinesAcross.h"
 #include "vireo/show/plots/PlotCurve.h"
 #include "vireo/show/plots/PlotGestures.h"
 #include "vireo/show/plots/PlotLegend.h"
@@ -115,27 +115,6 @@ AxisUpdate::Range rangeOf(const Extent& extent, double margin, bool isLog)
     return isLog ? logRangeOf(extent, margin) : rangeOf(extent, margin);
 }
 
-void colour(QwtPlotMarker& marker, const QColor& colour)
-{
-    marker.setLinePen(colour, 1, Qt::DashLine);
-    QwtText label = marker.label();
-    label.setColor(colour);
-    marker.setLabel(label);
-}
-
-std::shared_ptr<QwtPlotMarker> makeMarker(const LineAcross& line, const QColor& ink)
-{
-    auto marker = std::make_shared<QwtPlotMarker>();
-    marker->setLineStyle(line.isVertical ? QwtPlotMarker::VLine : QwtPlotMarker::HLine);
-    marker->setLabel(plainText(line.label));
-    marker->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
-    marker->setSpacing(4);
-    marker->setZ(15); // above the grid, below the curves
-    line.isVertical ? marker->setXValue(line.place) : marker->setYValue(line.place);
-    colour(*marker, ink);
-    return marker;
-}
-
 QwtPlot* makePlot(QWidget* parent)
 {
     auto* plot = new QwtPlot(parent);
@@ -217,6 +196,7 @@ PlotView::PlotView(const std::string& name)
     : m_Name(name)
     , m_Plot(makePlot(this))
     , m_Grid(new QwtPlotGrid)
+    , m_Lines(new LinesAcross)
     , m_Measure(new PlotMeasure)
     , m_Lift(new CurveLift(m_Plot->canvas()))
     , m_FollowButton(makeFollowButton(m_Plot->canvas()))
@@ -232,6 +212,7 @@ PlotView::PlotView(const std::string& name)
     layout->addWidget(m_Plot);
     setFocusProxy(m_Plot->canvas());
     m_Grid->attach(m_Plot);
+    m_Lines->attach(m_Plot);
     m_Measure->attach(m_Plot);
     m_Plot->setTitle(titleText(name, font()));
     showColours();
@@ -256,11 +237,9 @@ void PlotView::makeRoom(const Replaced& replaced)
 void PlotView::apply(ViewUpdate& update)
 {
     auto& plot = static_cast<PlotUpdate&>(update);
-    if (plot.isCleared) {
+    if (plot.isCleared)
         m_Curves.clear();
-        m_Lines.clear();
-    }
-    applyLines(plot);
+    m_Lines->apply(plot);
     for (CurveUpdate& curve : plot.curves)
         applyCurve(curve);
     if (plot.title)
@@ -270,9 +249,10 @@ void PlotView::apply(ViewUpdate& update)
     applyAxis(PlotSight::Y2, plot.y2);
     if (plot.window)
         m_Window = plot.window;
-    m_Links.insert(m_Links.end(), plot.links.begin(), plot.links.end());
-    m_Sight.setLive(m_Window || std::any_of(m_Curves.begin(), m_Curves.end(),
-                                    [](const auto& curve) { return curve->getSamples().isAppended(); }));
+    m_Links.insert(plot.links.begin(), plot.links.end());
+    m_HasAppended = std::any_of(
+        m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->getSamples().isAppended(); });
+    shareX(plot);
     m_Plot->enableAxis(QwtPlot::yRight,
         std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->isOnY2(); }));
     showNotes();
@@ -280,9 +260,30 @@ void PlotView::apply(ViewUpdate& update)
     sayWhatIsUnsorted();
     if (std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->isMissing(); }))
         QTimer::singleShot(LONGEST_WAIT, this, [this] { sayWhatIsMissing(); });
-    for (PlotView* view : linkedViews()) {
-        view->fit();
-        view->showSight();
+    showChoice();
+}
+
+void PlotView::shareX(const PlotUpdate& update)
+{
+    const std::vector<PlotView*> linked = linkedViews();
+    std::optional<AxisUpdate::Range>& range = m_Axes[PlotSight::X].range;
+    bool isLive = false;
+    for (const PlotView* view : linked) {
+        isLive = isLive || view->m_Window || view->m_HasAppended;
+        if (view == this)
+            continue;
+        if (!update.x.range && view->m_Axes[PlotSight::X].range)
+            range = view->m_Axes[PlotSight::X].range;
+        if (!update.window && view->m_Window)
+            m_Window = view->m_Window;
+        if (view->m_Sight.isXChosen())
+            m_Sight.takeX(view->m_Sight);
+    }
+    for (PlotView* view : linked) {
+        view->m_Axes[PlotSight::X].range = range;
+        view->m_Window = m_Window;
+        view->m_Sight.setWanted(PlotSight::X, range);
+        view->m_Sight.setLive(isLive);
     }
 }
 
@@ -324,22 +325,6 @@ void PlotView::sayWhatIsMissing() const
         if (curve->isMissing())
             sayOnce("plot(\"" + printable(m_Name, LONGEST_TEXT) + "\"): there is no curve \"" +
                     printable(curve->getName(), LONGEST_TEXT) + "\", whose colour or style was sent");
-}
-
-void PlotView::applyLines(const PlotUpdate& update)
-{
-    const auto removeLine = [this](const auto& isMeant) {
-        m_Lines.erase(std::remove_if(m_Lines.begin(), m_Lines.end(), isMeant), m_Lines.end());
-    };
-    for (const std::string& label : update.removedLines)
-        removeLine([&](const ShownLine& shown) { return shown.line.label == label; });
-    for (const LineAcross& line : update.lines) {
-        removeLine([&](const ShownLine& shown) {
-            return shown.line.label == line.label && shown.line.isVertical == line.isVertical;
-        });
-        m_Lines.push_back({line, makeMarker(line, palette().color(QPalette::Text))});
-        m_Lines.back().marker->attach(m_Plot);
-    }
 }
 
 void PlotView::applyAxis(PlotSight::Axis axis, AxisUpdate& update)
@@ -471,8 +456,6 @@ void PlotView::showColours()
     const QPalette colours = palette();
     m_Plot->setCanvasBackground(colours.base());
     m_Grid->setPen(between(colours.color(QPalette::Base), colours.color(QPalette::Text), 0.15), 0);
-    for (const ShownLine& shown : m_Lines)
-        colour(*shown.marker, colours.color(QPalette::Text));
     for (const auto& curve : m_Curves)
         curve->showGround(isDark(colours));
 }
@@ -533,6 +516,8 @@ void PlotView::fitY(PlotSight::Axis axis)
             extent.include(curve->yExtentWithin(x.from, x.to));
     if (extent.isEmpty() && !m_Shown.areAllShown())
         return;
+    if (axis == PlotSight::Y)
+        extent.include(m_Lines->yExtent(m_Sight.isLog(axis)));
     const AxisUpdate::Range range = rangeOf(extent, MARGIN_OF_Y, m_Sight.isLog(axis));
     // What follows the newest data grows at once, and shrinks only to half, or it would never be at rest.
     const AxisUpdate::Range before = m_Sight.fitted(axis);
@@ -544,9 +529,7 @@ void PlotView::fitY(PlotSight::Axis axis)
 
 std::vector<PlotView*> PlotView::linkedViews()
 {
-    const auto isLinked = [](const PlotView* a, const PlotView* b) {
-        return std::find(a->m_Links.begin(), a->m_Links.end(), b->m_Name) != a->m_Links.end();
-    };
+    const auto isLinked = [](const PlotView* a, const PlotView* b) { return a->m_Links.count(b->m_Name) > 0; };
     std::vector<PlotView*> linked{this};
     for (std::size_t i = 0; i < linked.size(); ++i)
         for (PlotView* view : allViews())

@@ -4,6 +4,8 @@
 #include <array>
 #include <memory>
 #include <optional>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "vireo/show/plots/PixelMap.h"
@@ -15,13 +17,13 @@
 class QwtPlot;
 class QToolButton;
 class QwtPlotGrid;
-class QwtPlotMarker;
 
 namespace tavo {
 
 class AxisNumbers;
 class CurveLift;
 class CurveStore;
+class LinesAcross;
 class PlotCurve;
 class PlotGestures;
 class PlotLegend;
@@ -81,15 +83,11 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    struct ShownLine
-    {
-        LineAcross line;
-        std::shared_ptr<QwtPlotMarker> marker; // leaves the plot when it goes
-    };
-
     void applyCurve(CurveUpdate& update);
-    void applyLines(const PlotUpdate& update);
     void applyAxis(PlotSight::Axis axis, AxisUpdate& update);
+
+    // Of x, linked plots show what any of them was asked for last, and what a person has chosen in any of them.
+    void shareX(const PlotUpdate& update);
     void showScale(PlotSight::Axis axis);
     void showNotes();
     void showLegend();
@@ -120,11 +118,11 @@ private:
     void keepRoom(PlotSight::Axis axis, AxisNumbers& numbers);
 
     std::string m_Name;
-    std::vector<std::string> m_Links;
+    std::set<std::string> m_Links;
     std::optional<double> m_Window;
+    bool m_HasAppended = false;
     bool m_HasFollowed = false;                       // when y was fitted last
     std::vector<std::unique_ptr<PlotCurve>> m_Curves; // in the order in which they came
-    std::vector<ShownLine> m_Lines;
     ShownCurves m_Shown;
     std::size_t m_NumColours = 0;
     std::array<AxisUpdate, PlotSight::NUM_AXES> m_Axes;
@@ -132,6 +130,7 @@ private:
     PlotSight m_Sight;
     QwtPlot* m_Plot;
     QwtPlotGrid* m_Grid;
+    LinesAcross* m_Lines;
     PlotMeasure* m_Measure;
     PlotLegend* m_Legend = nullptr; // where there are several curves
     CurveLift* m_Lift;

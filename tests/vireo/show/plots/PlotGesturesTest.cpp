@@ -372,6 +372,68 @@ TEST_F(PlotGesturesTest, LinkedPlotsShareX)
     EXPECT_FALSE(other.getSight().isChosen(PlotSight::Y));
 }
 
+void expectSameX(PlotView& a, PlotView& b, const PlotSight::Range& expected)
+{
+    for (PlotView* view : {&a, &b}) {
+        EXPECT_DOUBLE_EQ(view->getSight().range(PlotSight::X).from, expected.from);
+        EXPECT_DOUBLE_EQ(view->getSight().range(PlotSight::X).to, expected.to);
+    }
+}
+
+TEST_F(PlotGesturesTest, LinkedPlotsShareTheRangeThatWasAskedForLast)
+{
+    const auto askFor = [](PlotView& view, double from, double to) {
+        PlotUpdate update;
+        update.x.range = AxisUpdate::Range{from, to};
+        view.apply(update);
+    };
+    askFor(m_View, 0, 5);
+    PlotView other("other");
+    askFor(other, 7, 8);
+    PlotUpdate update;
+    update.curve("b") = samples({0, 20}, {0, 1});
+    update.curves.front().name = "b";
+    update.links.emplace_back("test");
+    other.apply(update);
+    expectSameX(m_View, other, {0, 5});
+    askFor(other, 2, 3);
+    expectSameX(m_View, other, {2, 3});
+    askFor(m_View, 1, 4);
+    expectSameX(m_View, other, {1, 4});
+    send({0, 30}, {0, 1});
+    expectSameX(m_View, other, {1, 4});
+}
+
+TEST_F(PlotGesturesTest, LinkedPlotsShareTheWindow)
+{
+    PlotView other("other");
+    PlotUpdate update;
+    update.curve("b") = samples({0, 4}, {0, 1});
+    update.curves.front().name = "b";
+    update.links.emplace_back("test");
+    other.apply(update);
+    PlotUpdate windowed;
+    windowed.window = 2;
+    m_View.apply(windowed);
+    expectSameX(m_View, other, {8, 10});
+    append(20, 1);
+    expectSameX(m_View, other, {18, 20});
+    turnWheel(canvasOf(other), {100, 100}, 1, Qt::ControlModifier);
+    append(30, 1);
+    expectSameX(m_View, other, {30 - 2 * 0.87, 30});
+}
+
+TEST_F(PlotGesturesTest, APlotIsLinkedToWhatAPersonHasChosen)
+{
+    dragMouse(m_Canvas, Qt::RightButton, {100, 50}, {300, 250});
+    const PlotSight::Range chosen = x();
+    PlotView other("other");
+    PlotUpdate update;
+    update.links.emplace_back("test");
+    other.apply(update);
+    expectSameX(m_View, other, chosen);
+}
+
 TEST_F(PlotGesturesTest, ThePointerNamesTheNearestSample)
 {
     send({0, 5, 10}, {0, 77.25, 100});

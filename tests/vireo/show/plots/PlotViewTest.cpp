@@ -2,15 +2,18 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QPainter>
 #include <QPalette>
 #include <QTemporaryDir>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numeric>
 #include <qwt_legend_label.h>
+#include <qwt_scale_map.h>
 #include <utility>
 
 #include "tests/vireo/show/plots/curves.h"
+#include "vireo/show/plots/PlotMeasure.h"
 
 namespace tavo {
 
@@ -46,11 +49,11 @@ protected:
     }
 
     template <typename Save>
-    static std::string saved(const Save& save)
+    static std::string saved(const Save& save, const char* name = "data.csv")
     {
         const QTemporaryDir folder;
-        EXPECT_EQ(save(folder.filePath("data.csv")), "");
-        QFile file(folder.filePath("data.csv"));
+        EXPECT_EQ(save(folder.filePath(name)), "");
+        QFile file(folder.filePath(name));
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
         return file.readAll().toStdString();
     }
@@ -264,6 +267,46 @@ TEST_F(PlotViewTest, LinesAcrossComeMoveAndGo)
     removed.remove("");
     m_View.apply(removed);
     EXPECT_EQ(m_View.picture({600, 400}), without);
+}
+
+TEST_F(PlotViewTest, HorizontalLinesAreSeenBeyondTheData)
+{
+    send("a", {0, 1}, {0, 1});
+    PlotUpdate update;
+    update.lines = {{false, 10, "limit"}, {true, 5, "elsewhere"}};
+    m_View.apply(update);
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).to, 10.5, 1e-9);
+    EXPECT_EQ(m_View.getSight().range(PlotSight::X).to, 1);
+}
+
+TEST_F(PlotViewTest, WhatIsMeasuredFitsIntoPlotsOfAnySize)
+{
+    for (const char* name : {"first", "second", "a third one with a long name"})
+        send(name, {0, 1, 2}, {1.0 / 3, -1.0 / 7, 1e6 / 9});
+    PlotMeasure& measure = m_View.getMeasure();
+    measure.turnOn(0.1, 1.9);
+    m_View.showMeasure();
+    for (const QSize& size : {QSize(700, 400), QSize(300, 300), QSize(140, 300), QSize(300, 60), QSize(40, 40)}) {
+        QImage image(900, 500, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        const QRect canvas(QPoint(20, 20), size);
+        QwtScaleMap xMap;
+        xMap.setScaleInterval(0, 2);
+        xMap.setPaintInterval(canvas.left(), canvas.right());
+        QPainter painter(&image);
+        measure.draw(&painter, xMap, {}, canvas);
+        painter.end();
+        const QRect around = canvas.adjusted(-1, -1, 1, 1); // smooth edges
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                ASSERT_TRUE(around.contains(x, y) || image.pixelColor(x, y) == Qt::white)
+                    << size.width() << " x " << size.height() << ": " << x << ", " << y;
+    }
+    for (const QSize& size : {QSize(700, 400), QSize(330, 300), QSize(250, 250)}) {
+        const std::string svg = saved([&](const QString& file) { return m_View.savePicture(file, size); }, "data.svg");
+        for (const char* word : {">dx ", "1/dx ", ">dy<", ">mean<", ">minimum<", ">maximum<", ">rms<", ">count<"})
+            EXPECT_NE(svg.find(word), std::string::npos) << word;
+    }
 }
 
 TEST_F(PlotViewTest, DataAreSavedWithAllDigits)
