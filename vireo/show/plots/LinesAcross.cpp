@@ -6,9 +6,9 @@
 #include <qwt_plot.h>
 #include <qwt_scale_map.h>
 
-#include "tavo/base/text/printable.h"
 #include "vireo/show/plots/Extent.h"
 #include "vireo/show/plots/PlotCurve.h"
+#include "vireo/show/window/shownText.h"
 
 namespace tavo {
 
@@ -22,7 +22,7 @@ using Place = LinesAcross::Place;
 
 QString labelOf(const LineAcross& line)
 {
-    return QString::fromStdString(printable(line.label, LONGEST_LABEL));
+    return shownText(line.label, LONGEST_LABEL);
 }
 
 QRectF rectOf(const Place& line, const QRectF& canvas)

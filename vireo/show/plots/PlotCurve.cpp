@@ -6,9 +6,9 @@
 #include <qwt_plot.h>
 #include <qwt_scale_map.h>
 
-#include "tavo/base/text/printable.h"
 #include "vireo/show/plots/areas.h"
 #include "vireo/show/plots/colours.h"
+#include "vireo/show/window/shownText.h"
 
 namespace tavo {
 
@@ -127,7 +127,7 @@ void PlotCurve::setHidden(bool isHidden)
 
 void PlotCurve::showName()
 {
-    QString name = QString::fromStdString(printable(m_Name, LONGEST_NAME));
+    QString name = shownText(m_Name, LONGEST_NAME);
     QStringList notes;
     if (m_Samples.numInfinite() > 0)
         notes += QStringLiteral("%1 infinite").arg(m_Samples.numInfinite());

@@ -27,9 +27,9 @@ constexpr double FACTOR_OF_WHEEL = 0.87; // of one step
 constexpr double DEGREES_OF_STEP = 120;  // in eighths
 constexpr double PART_OF_WHEEL = 0.1;    // by which it moves x
 
-bool isOtherThanZooming(QEvent::Type type)
+bool isModifier(int key)
 {
-    return type == QEvent::MouseButtonPress || type == QEvent::KeyPress || type == QEvent::Leave;
+    return key == Qt::Key_Control || key == Qt::Key_Shift || key == Qt::Key_Alt || key == Qt::Key_Meta;
 }
 
 } // namespace
@@ -68,7 +68,7 @@ std::vector<PlotSight::Axis> PlotGestures::axesOf(const QObject* widget) const
 
 bool PlotGestures::eventFilter(QObject* object, QEvent* event)
 {
-    if (isOtherThanZooming(event->type()))
+    if (endsZooming(*event))
         m_IsZooming = false;
     switch (event->type()) {
     case QEvent::Wheel: turnWheel(object, static_cast<QWheelEvent&>(*event)); return true;
@@ -81,6 +81,18 @@ bool PlotGestures::eventFilter(QObject* object, QEvent* event)
     case QEvent::KeyPress: return pressKey(static_cast<QKeyEvent&>(*event));
     case QEvent::ContextMenu: return openMenu(object, static_cast<QContextMenuEvent&>(*event));
     case QEvent::Leave: m_Readout->clear(); return false;
+    default: return false;
+    }
+}
+
+// Window systems say that the pointer leaves and comes back whenever a wheel turns that they take for a button.
+bool PlotGestures::endsZooming(const QEvent& event) const
+{
+    constexpr int QUICK = 500; // milliseconds
+    switch (event.type()) {
+    case QEvent::MouseButtonPress: return true;
+    case QEvent::KeyPress: return !isModifier(static_cast<const QKeyEvent&>(event).key());
+    case QEvent::Leave: return m_SinceZooming.hasExpired(QUICK);
     default: return false;
     }
 }
@@ -128,6 +140,7 @@ void PlotGestures::rememberOnce()
     if (!m_IsZooming)
         m_View.getSight().remember();
     m_IsZooming = true;
+    m_SinceZooming.start();
 }
 
 void PlotGestures::zoomAt(const std::vector<PlotSight::Axis>& axes, double factor, const QPoint& globalPlace)

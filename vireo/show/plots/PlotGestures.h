@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPoint>
 #include <optional>
@@ -53,6 +54,7 @@ private:
     std::optional<PlotSight::Axis> axisOf(const QObject* widget) const;
     std::vector<PlotSight::Axis> axesOf(const QObject* widget) const;
 
+    bool endsZooming(const QEvent& event) const;
     void turnWheel(QObject* widget, QWheelEvent& event);
     bool pinch(QObject* widget, const QNativeGestureEvent& event);
     bool pinch(QObject* widget, QGestureEvent& event);
@@ -79,6 +81,7 @@ private:
     std::optional<Drag> m_Drag;
     Qt::KeyboardModifiers m_BoxModifiers;
     bool m_IsZooming = false; // since what was seen has been remembered
+    QElapsedTimer m_SinceZooming;
 };
 
 } // namespace tavo

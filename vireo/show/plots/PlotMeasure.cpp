@@ -6,9 +6,9 @@
 #include <qwt_plot.h>
 #include <qwt_scale_map.h>
 
-#include "tavo/base/text/printable.h"
 #include "vireo/show/plots/PlotCurve.h"
 #include "vireo/show/plots/statistics.h"
+#include "vireo/show/window/shownText.h"
 
 namespace tavo {
 
@@ -35,8 +35,8 @@ QString inverseOf(const QString& unit)
 QStringList rowOf(const std::string& name, const Statistics& numbers)
 {
     constexpr std::size_t LONGEST_NAME = 40;
-    return {QString::fromStdString(printable(name, LONGEST_NAME)), text(numbers.difference), text(numbers.mean),
-        text(numbers.minimum), text(numbers.maximum), text(numbers.rms), QString::number(numbers.count)};
+    return {shownText(name, LONGEST_NAME), text(numbers.difference), text(numbers.mean), text(numbers.minimum),
+        text(numbers.maximum), text(numbers.rms), QString::number(numbers.count)};
 }
 
 // As wide as the widest text of each column.

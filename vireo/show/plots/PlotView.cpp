@@ -36,6 +36,7 @@
 #include "vireo/show/plots/curvesAsText.h"
 #include "vireo/show/plots/divideAxis.h"
 #include "vireo/show/plots/nearestSample.h"
+#include "vireo/show/window/shownText.h"
 
 namespace tavo {
 
@@ -52,19 +53,23 @@ constexpr int LONGEST_WAIT = 1000; // in milliseconds, of looks for their curve
 
 QwtText plainText(const std::string& text)
 {
-    return {QString::fromStdString(printable(text, LONGEST_TEXT)), QwtText::PlainText};
+    return {shownText(text, LONGEST_TEXT), QwtText::PlainText};
 }
 
-QwtText axisTitle(const AxisUpdate& axis, const AxisDivision& division)
+// What is left of the label where that is too long.
+QwtText axisTitle(const AxisUpdate& axis, const AxisDivision& division, double pixels, const QFontMetricsF& font)
 {
-    QStringList parts;
+    QString label;
     if (axis.name)
-        parts += plainText(axis.name->label).text();
+        label = plainText(axis.name->label).text();
     else if (axis.isTime.value_or(false))
-        parts += PlotView::tr("time");
+        label = PlotView::tr("time");
+    QStringList parts;
     if (!division.unit.isEmpty())
         parts += '[' + plainText(division.unit.toStdString()).text() + ']';
     parts += division.offset;
+    const double room = pixels - font.horizontalAdvance(' ' + parts.join(' '));
+    parts.prepend(font.elidedText(label, Qt::ElideRight, room));
     parts.removeAll(QString());
     return {parts.join(' '), QwtText::PlainText};
 }
@@ -148,11 +153,11 @@ std::vector<PlotView*>& allViews()
     return views;
 }
 
-QwtText titleText(const std::string& text, QFont font)
+QwtText titleText(const std::string& text, QFont font, double pixels)
 {
-    QwtText title = plainText(text);
     font.setPointSizeF(font.pointSizeF() * TITLE_SIZE);
     font.setBold(true);
+    QwtText title(QFontMetricsF(font).elidedText(plainText(text).text(), Qt::ElideRight, pixels), QwtText::PlainText);
     title.setFont(font);
     return title;
 }
@@ -194,6 +199,7 @@ std::optional<NearestSample> nearestSampleOf(const PlotCurve& curve, const Curve
 
 PlotView::PlotView(const std::string& name)
     : m_Name(name)
+    , m_Title(name)
     , m_Plot(makePlot(this))
     , m_Grid(new QwtPlotGrid)
     , m_Lines(new LinesAcross)
@@ -214,7 +220,6 @@ PlotView::PlotView(const std::string& name)
     m_Grid->attach(m_Plot);
     m_Lines->attach(m_Plot);
     m_Measure->attach(m_Plot);
-    m_Plot->setTitle(titleText(name, font()));
     showColours();
     fit();
 }
@@ -243,7 +248,7 @@ void PlotView::apply(ViewUpdate& update)
     for (CurveUpdate& curve : plot.curves)
         applyCurve(curve);
     if (plot.title)
-        m_Plot->setTitle(titleText(*plot.title, font()));
+        m_Title = *plot.title;
     applyAxis(PlotSight::X, plot.x);
     applyAxis(PlotSight::Y, plot.y);
     applyAxis(PlotSight::Y2, plot.y2);
@@ -633,13 +638,15 @@ QString PlotView::othersAt(double x, const QPointF& pixel, double radius, const 
 
 void PlotView::divideAxes(const QRectF& plot)
 {
-    // The width of the labels at y says what is left for x.
+    // The height of the title is part of the layout, the width of the labels at y says what is left for x.
+    m_Plot->setTitle(titleText(m_Title, font(), plot.width()));
     m_Plot->plotLayout()->activate(m_Plot, plot);
     for (const PlotSight::Axis axis : {PlotSight::Y, PlotSight::Y2})
         divideAxis(axis, m_Plot->plotLayout()->canvasRect().height());
     m_Plot->updateAxes();
     m_Plot->plotLayout()->activate(m_Plot, plot);
     divideAxis(PlotSight::X, m_Plot->plotLayout()->canvasRect().width());
+    m_Plot->setTitle(titleText(m_Title, font(), m_Plot->plotLayout()->titleRect().width()));
     m_Plot->updateAxes();
 }
 
@@ -653,7 +660,7 @@ void PlotView::divideAxis(PlotSight::Axis axis, double pixels)
     auto* const numbers = static_cast<AxisNumbers*>(m_Plot->axisScaleDraw(qwtAxis));
     numbers->setLabels(division.labels);
     keepRoom(axis, *numbers);
-    m_Plot->setAxisTitle(qwtAxis, axisTitle(m_Axes[axis], division));
+    m_Plot->setAxisTitle(qwtAxis, axisTitle(m_Axes[axis], division, pixels, QFontMetricsF(axisWidget(axis)->font())));
 }
 
 // Room for labels at y only grows while what is seen changes, or the plot would jump to and fro.

@@ -118,6 +118,7 @@ private:
     void keepRoom(PlotSight::Axis axis, AxisNumbers& numbers);
 
     std::string m_Name;
+    std::string m_Title;
     std::set<std::string> m_Links;
     std::optional<double> m_Window;
     bool m_HasAppended = false;

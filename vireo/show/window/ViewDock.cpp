@@ -10,7 +10,7 @@
 #include <QWindow>
 #include <utility>
 
-#include "tavo/base/text/printable.h"
+#include "vireo/show/window/shownText.h"
 #include "vireo/show/window/viewActions.h"
 
 namespace tavo {
@@ -21,7 +21,7 @@ constexpr std::size_t LONGEST_TITLE = 60;
 
 QString titleOf(const std::string& name)
 {
-    const QString title = QString::fromStdString(printable(name, LONGEST_TITLE));
+    const QString title = shownText(name, LONGEST_TITLE);
     return title.isEmpty() ? ViewDock::tr("(no name)") : title;
 }
 
@@ -81,7 +81,7 @@ ViewDock::ViewDock(const QString& id, const std::string& name, DockContent conte
     , m_Holder(new QWidget)
 {
     setObjectName(id);
-    setTabToolTip(QString::fromStdString(printable(name)));
+    setTabToolTip(shownText(name));
     toggleViewAction()->setText(windowTitle().replace("&", "&&"));
     makeTightLayout(m_Holder)->addWidget(m_Content);
     setWidget(m_Holder, ForceNoScrollArea);

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <numeric>
 #include <qwt_legend_label.h>
+#include <qwt_plot.h>
 #include <qwt_scale_map.h>
 #include <utility>
 
@@ -267,6 +268,44 @@ TEST_F(PlotViewTest, LinesAcrossComeMoveAndGo)
     removed.remove("");
     m_View.apply(removed);
     EXPECT_EQ(m_View.picture({600, 400}), without);
+}
+
+TEST_F(PlotViewTest, LineEndsAndTabsInNamesAreBlanks)
+{
+    send("a\tb", {0, 1}, {0, 1});
+    send("c\r\nd\x1b", {0, 1}, {0, 1});
+    EXPECT_EQ(legend().toStdString(), "a b, c  d\\x1b");
+    PlotUpdate update;
+    update.title = "first\nsecond";
+    m_View.apply(update);
+    EXPECT_EQ(m_View.getPlot().title().text().toStdString(), "first second");
+}
+
+TEST_F(PlotViewTest, LongTitlesEndInAnEllipsisWhereTheRoomEnds)
+{
+    const std::string text = "a title that goes on and on until nobody has the patience to read it any farther";
+    send("a", {0, 1}, {0, 1});
+    PlotUpdate update;
+    update.title = text;
+    update.x.name = AxisUpdate::Name{text, "kg"};
+    update.y.name = AxisUpdate::Name{text, "s"};
+    m_View.apply(update);
+    const std::string ending = "…";
+    const auto textsOf = [&](const QSize& size) {
+        const std::string svg = saved([&](const QString& file) { return m_View.savePicture(file, size); }, "data.svg");
+        return std::pair(svg.find(text + "<") != std::string::npos, svg.find("a title that ") != std::string::npos);
+    };
+    EXPECT_EQ(textsOf({1400, 1000}), std::pair(true, true));
+    EXPECT_EQ(textsOf({400, 300}), std::pair(false, true));
+    m_View.resize(300, 300);
+    m_View.getPlot().setFixedSize(284, 284);
+    m_View.apply(update);
+    const QwtText title = m_View.getPlot().title();
+    EXPECT_LE(title.textSize().width(), 284);
+    EXPECT_TRUE(title.text().startsWith("a title")) << title.text().toStdString();
+    EXPECT_TRUE(title.text().endsWith(ending.c_str()));
+    EXPECT_TRUE(m_View.getPlot().axisTitle(QwtPlot::xBottom).text().endsWith((ending + " [kg]").c_str()));
+    EXPECT_TRUE(m_View.getPlot().axisTitle(QwtPlot::yLeft).text().endsWith((ending + " [s]").c_str()));
 }
 
 TEST_F(PlotViewTest, HorizontalLinesAreSeenBeyondTheData)
