@@ -32,6 +32,14 @@ bool isModifier(int key)
     return key == Qt::Key_Control || key == Qt::Key_Shift || key == Qt::Key_Alt || key == Qt::Key_Meta;
 }
 
+// Keys that only change what the wheel does do not.
+bool endsZooming(const QEvent& event)
+{
+    if (event.type() == QEvent::KeyPress)
+        return !isModifier(static_cast<const QKeyEvent&>(event).key());
+    return event.type() == QEvent::MouseButtonPress || event.type() == QEvent::Leave;
+}
+
 } // namespace
 
 PlotGestures::PlotGestures(PlotView& view)
@@ -85,18 +93,6 @@ bool PlotGestures::eventFilter(QObject* object, QEvent* event)
     }
 }
 
-// Window systems say that the pointer leaves and comes back whenever a wheel turns that they take for a button.
-bool PlotGestures::endsZooming(const QEvent& event) const
-{
-    constexpr int QUICK = 500; // milliseconds
-    switch (event.type()) {
-    case QEvent::MouseButtonPress: return true;
-    case QEvent::KeyPress: return !isModifier(static_cast<const QKeyEvent&>(event).key());
-    case QEvent::Leave: return m_SinceZooming.hasExpired(QUICK);
-    default: return false;
-    }
-}
-
 void PlotGestures::turnWheel(QObject* widget, QWheelEvent& event)
 {
     rememberOnce();
@@ -140,7 +136,6 @@ void PlotGestures::rememberOnce()
     if (!m_IsZooming)
         m_View.getSight().remember();
     m_IsZooming = true;
-    m_SinceZooming.start();
 }
 
 void PlotGestures::zoomAt(const std::vector<PlotSight::Axis>& axes, double factor, const QPoint& globalPlace)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QPoint>
 #include <optional>
@@ -54,7 +53,6 @@ private:
     std::optional<PlotSight::Axis> axisOf(const QObject* widget) const;
     std::vector<PlotSight::Axis> axesOf(const QObject* widget) const;
 
-    bool endsZooming(const QEvent& event) const;
     void turnWheel(QObject* widget, QWheelEvent& event);
     bool pinch(QObject* widget, const QNativeGestureEvent& event);
     bool pinch(QObject* widget, QGestureEvent& event);
@@ -81,7 +79,6 @@ private:
     std::optional<Drag> m_Drag;
     Qt::KeyboardModifiers m_BoxModifiers;
     bool m_IsZooming = false; // since what was seen has been remembered
-    QElapsedTimer m_SinceZooming;
 };
 
 } // namespace tavo

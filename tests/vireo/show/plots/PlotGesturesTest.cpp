@@ -235,14 +235,12 @@ TEST_F(PlotGesturesTest, CtrlZUndoesZoomsToo)
     EXPECT_EQ(x().from, zoomed);
 }
 
-TEST_F(PlotGesturesTest, NotchesInQuickSuccessionAreUndoneAtOnce)
+TEST_F(PlotGesturesTest, NotchesAreUndoneAtOnceThoughCtrlIsPressedForEach)
 {
     for (int notch = 0; notch < 4; ++notch) {
         QKeyEvent control(QEvent::KeyPress, Qt::Key_Control, Qt::ControlModifier);
         QApplication::sendEvent(m_Canvas, &control);
         turnWheel(m_Canvas, {100, 100}, 1, Qt::ControlModifier);
-        QEvent leave(QEvent::Leave);
-        QApplication::sendEvent(m_Canvas, &leave);
     }
     EXPECT_NEAR(x().to - x().from, 10 * std::pow(0.87, 4), 1e-9);
     clickKey(m_Canvas, Qt::Key_Z, Qt::ControlModifier);
