@@ -129,7 +129,8 @@ QString timeWithFraction(const QDateTime& time, double seconds, double step)
 {
     const int digits = std::max(0, static_cast<int>(-std::floor(std::log10(step) + 1e-9)));
     const double second = time.time().second() + (seconds - std::floor(seconds));
-    return time.toString("HH:mm:") + QString::number(second, 'f', digits).rightJustified(digits + 3, '0');
+    const int width = digits > 0 ? 2 + 1 + digits : 2;
+    return time.toString("HH:mm:") + QString::number(second, 'f', digits).rightJustified(width, '0');
 }
 
 Lines linesOf(double seconds, const CalendarStep& step, const QTimeZone& zone)

@@ -30,6 +30,8 @@ TEST(CalendarTicksTest, SayTheDateOnce)
 TEST(CalendarTicksTest, HaveAsManyDigitsAsTheirStepNeeds)
 {
     EXPECT_THAT(labels(NOON, NOON + 20, 9), ElementsAre("12:00:00\n2023-11-15", "12:00:10", "12:00:20"));
+    EXPECT_THAT(labels(NOON + 8, NOON + 10, 0.9), ElementsAre("12:00:08\n2023-11-15", "12:00:09", "12:00:10"));
+    EXPECT_THAT(labels(NOON + 8, NOON + 10, 0.7), ElementsAre("12:00:08\n2023-11-15", "12:00:09", "12:00:10"));
     EXPECT_THAT(labels(NOON, NOON + 0.5, 0.2), ElementsAre("12:00:00.0\n2023-11-15", "12:00:00.2", "12:00:00.4"));
     EXPECT_THAT(
         labels(NOON, NOON + 0.005, 0.002), ElementsAre("12:00:00.000\n2023-11-15", "12:00:00.002", "12:00:00.004"));
