@@ -7,8 +7,7 @@ namespace tavo {
 
 namespace {
 
-constexpr double LARGEST = 8e307;       // whose double is a number still
-constexpr double SMALLEST_PART = 1e-13; // of the numbers on an axis, that doubles tell apart
+constexpr double LARGEST = 8e307; // whose double is a number still
 constexpr double SMALLEST_LENGTH = 1e-290;
 constexpr double MOST_DECADES = 300;
 constexpr std::size_t MOST_REMEMBERED = 100;
@@ -20,7 +19,7 @@ bool areEqual(const std::optional<AxisUpdate::Range>& a, const std::optional<Axi
 
 double smallestLength(double from, double to)
 {
-    return std::max(std::max(std::abs(from), std::abs(to)) * SMALLEST_PART, SMALLEST_LENGTH);
+    return std::max(std::max(std::abs(from), std::abs(to)) * PlotSight::SMALLEST_PART, SMALLEST_LENGTH);
 }
 
 // A part of an axis that can be shown, whatever was asked for. A logarithmic one that would begin with zero or below

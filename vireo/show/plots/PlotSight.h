@@ -22,6 +22,9 @@ public:
     // No axis goes beyond, so that lengths and steps of it are numbers still.
     static constexpr double LARGEST = 4e307;
 
+    // Of the numbers on an axis: the shortest length of it, which doubles tell apart.
+    static constexpr double SMALLEST_PART = 1e-13;
+
     enum Axis : std::size_t
     {
         X,

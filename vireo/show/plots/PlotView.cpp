@@ -87,7 +87,8 @@ QColor between(const QColor& from, const QColor& to, double part)
         mix(from.redF(), to.redF()), mix(from.greenF(), to.greenF()), mix(from.blueF(), to.blueF()));
 }
 
-// What an axis goes over so that all of an extent is seen, with a margin that is a part of it.
+// What an axis goes over so that all of an extent is seen, with a margin that is a part of it. A constant, or what
+// doubles hardly tell from one, is in the middle.
 AxisUpdate::Range rangeOf(const Extent& extent, double margin)
 {
     constexpr double LARGEST = PlotSight::LARGEST;
@@ -97,8 +98,7 @@ AxisUpdate::Range rangeOf(const Extent& extent, double margin)
     const double to = std::min(extent.to, LARGEST);
     const double largest = std::max(std::abs(from), std::abs(to));
     const double length = to - from;
-    // A constant, or what doubles hardly tell from one, is in the middle.
-    const double least = largest > 0 ? std::max(largest * 1e-12, 1e-280) : 1;
+    const double least = largest > 0 ? std::max(largest * PlotSight::SMALLEST_PART, 1e-280) : 1;
     if (!(length > least))
         return {from - std::max(largest * 0.1, least), to + std::max(largest * 0.1, least)};
     return {std::max(from - margin * length, -LARGEST), std::min(to + margin * length, LARGEST)};
@@ -113,6 +113,17 @@ AxisUpdate::Range logRangeOf(const Extent& extent, double margin)
         return {extent.from / 10, extent.from * 10};
     const double factor = std::pow(extent.to / extent.from, margin);
     return {std::max(extent.from / factor, 1e-300), std::min(extent.to * factor, 1e307)};
+}
+
+// The same along a clock: a moment has some seconds around it, not some years.
+AxisUpdate::Range timeRangeOf(const Extent& extent)
+{
+    constexpr double SECONDS = 2;
+    const double largest = std::max(std::abs(extent.from), std::abs(extent.to));
+    if (extent.isEmpty() || extent.to / 2 - extent.from / 2 > largest * PlotSight::SMALLEST_PART)
+        return rangeOf(extent, 0);
+    const double around = SECONDS * ticksPerSecond(largest);
+    return {extent.from - around, extent.to + around};
 }
 
 AxisUpdate::Range rangeOf(const Extent& extent, double margin, bool isLog)
@@ -505,7 +516,8 @@ void PlotView::fitX()
         extent.include(view->xExtent());
     if (extent.isEmpty() && !m_Shown.areAllShown())
         return; // where they were before they were hidden
-    AxisUpdate::Range range = rangeOf(extent, 0, m_Sight.isLog(PlotSight::X));
+    const bool isClock = isTime(PlotSight::X) && !isLog(PlotSight::X);
+    AxisUpdate::Range range = isClock ? timeRangeOf(extent) : rangeOf(extent, 0, isLog(PlotSight::X));
     const std::optional<double> length = m_Sight.followedLength() ? m_Sight.followedLength() : m_Window;
     if (length && *length > 0 && !extent.isEmpty())
         range = {extent.to - *length, extent.to};

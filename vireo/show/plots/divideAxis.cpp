@@ -20,10 +20,31 @@ QString unitOf(const AxisUpdate& axis)
     return axis.name ? QString::fromStdString(axis.name->unit) : QString();
 }
 
+// Qwt takes the ends of a very short piece of large numbers for the same one, and would begin its ticks anywhere. What
+// these numbers share is therefore left out while they are divided.
+QwtScaleDiv linearTicks(const AxisUpdate::Range& range, int mostTicks)
+{
+    constexpr double SHORT = 1e-9;
+    const double length = range.to - range.from;
+    const bool isShort = length < std::max(std::abs(range.from), std::abs(range.to)) * SHORT;
+    const double longer = isShort ? std::pow(10.0, std::ceil(std::log10(length)) + 1) : 1;
+    const double shared = isShort ? std::floor(range.from / longer) * longer : 0;
+    QwtScaleDiv ticks =
+        QwtLinearScaleEngine().divideScale(range.from - shared, range.to - shared, mostTicks, MINOR_TICKS);
+    for (const int kind : {QwtScaleDiv::MinorTick, QwtScaleDiv::MediumTick, QwtScaleDiv::MajorTick}) {
+        QList<double> places = ticks.ticks(kind);
+        for (double& place : places)
+            place += shared;
+        ticks.setTicks(kind, places);
+    }
+    ticks.setInterval(range.from, range.to);
+    return ticks;
+}
+
 AxisDivision linearDivision(const AxisUpdate& axis, const AxisUpdate::Range& range, int mostTicks)
 {
     AxisDivision division;
-    division.ticks = QwtLinearScaleEngine().divideScale(range.from, range.to, mostTicks, MINOR_TICKS);
+    division.ticks = linearTicks(range, mostTicks);
     const QList<double> ticks = division.ticks.ticks(QwtScaleDiv::MajorTick);
     const double step = ticks.size() > 1 ? std::abs(ticks[1] - ticks[0]) : range.to - range.from;
     const NumberFormat format(range.from, range.to, step, unitOf(axis));

@@ -134,6 +134,40 @@ TEST_F(PlotViewTest, InfinitiesDoNotSpoilTheFit)
     EXPECT_NEAR(y.to, 3.1, 1e-9);
 }
 
+TEST_F(PlotViewTest, ShortPiecesOfLargeNumbersFillTheirAxes)
+{
+    send("a", {1.7e9, 1.7e9 + 0.0005}, {1'234'567'890'123, 1'234'567'890'124});
+    for (const bool isTime : {false, true}) {
+        PlotUpdate update;
+        update.x.isTime = isTime;
+        m_View.apply(update);
+        EXPECT_EQ(m_View.getSight().range(PlotSight::X).from, 1.7e9) << isTime;
+        EXPECT_EQ(m_View.getSight().range(PlotSight::X).to, 1.7e9 + 0.0005) << isTime;
+    }
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).from, 1'234'567'890'123, 0.1);
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).to, 1'234'567'890'124, 0.1);
+}
+
+TEST_F(PlotViewTest, WhatDoublesHardlyTellFromAConstantIsInTheMiddle)
+{
+    send("a", {0, 1}, {0.3, std::nextafter(0.3, 1)});
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).from, 0.27, 1e-9);
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).to, 0.33, 1e-9);
+}
+
+TEST_F(PlotViewTest, AMomentHasSomeSecondsAroundIt)
+{
+    PlotUpdate update;
+    update.x.isTime = true;
+    m_View.apply(update);
+    for (const double perSecond : {1., 1e3, 1e6, 1e9})
+        for (const double length : {0., 1e-5}) {
+            send("a", {1.7e9 * perSecond, (1.7e9 + length) * perSecond}, {1, 1});
+            EXPECT_NEAR(m_View.getSight().range(PlotSight::X).from / perSecond, 1.7e9 - 2, 1e-3) << perSecond;
+            EXPECT_NEAR(m_View.getSight().range(PlotSight::X).to / perSecond, 1.7e9 + 2, 1e-3) << perSecond;
+        }
+}
+
 TEST_F(PlotViewTest, ColoursFollowThePalette)
 {
     const QPalette before = m_View.palette();
