@@ -206,10 +206,11 @@ void PlotCurve::trace(const PixelMap& xMap, const PixelMap& yMap) const
     m_XMap = xMap;
     m_YMap = yMap;
     const bool isPoints = m_Kind == CurveKind::Points;
-    m_Polylines = isPoints ? Polylines() : polylinesOf(m_Samples, xMap, yMap);
+    if (isPoints)
+        m_Polylines = Polylines();
+    else
+        m_Polylines = isSteps() ? stepsOf(m_Samples, xMap, yMap) : polylinesOf(m_Samples, xMap, yMap);
     m_Marks = isPoints || m_HasMarks ? marksOf(m_Samples, xMap, yMap) : Marks();
-    if (m_Kind == CurveKind::Steps)
-        makeSteps(*m_Polylines);
 }
 
 void PlotCurve::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF&) const

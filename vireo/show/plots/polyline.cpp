@@ -91,10 +91,11 @@ private:
 class LineMaker
 {
 public:
-    LineMaker(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap)
+    LineMaker(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap, bool isHeld)
         : m_Curve(curve)
         , m_XMap(xMap)
         , m_YMap(yMap)
+        , m_IsHeld(isHeld)
     {}
 
     Polylines make()
@@ -120,15 +121,18 @@ private:
     {
         const QPointF point = pixelOf(x, y, m_XMap, m_YMap);
         if (!m_XMap.hasPlace(x) || !m_YMap.hasPlace(y) || !isPlace(point))
-            return addGap();
+            return addGap(x);
         if (!m_Column.has(point))
             m_Column.drawInto(m_Line);
         m_Column.add(point);
     }
 
-    void addGap()
+    // What is held reaches up to it.
+    void addGap(double x)
     {
         m_Column.drawInto(m_Line);
+        if (m_IsHeld && !m_Line.isEmpty() && m_XMap.hasPlace(x))
+            m_Line.push_back({pixelOf(x, m_YMap.firstValue, m_XMap, m_YMap).x(), m_Line.back().y()});
         endLine();
     }
 
@@ -155,7 +159,7 @@ private:
             return addSamples(column);
         const Extremes extremes = m_Curve.extremes(column.first, column.last);
         if (extremes.extent.isEmpty())
-            return addGap();
+            return addGap(m_Curve.x(column.first));
         if (m_YMap.isLog && extremes.extent.from <= 0) // which are gaps between the others
             return addSamples(column);
         const std::size_t lowest = std::min(extremes.lowest, extremes.highest);
@@ -178,10 +182,22 @@ private:
     const CurveStore& m_Curve;
     const PixelMap& m_XMap;
     const PixelMap& m_YMap;
+    bool m_IsHeld; // each sample until the next one
     Polylines m_Polylines;
     QPolygonF m_Line;
     Column m_Column;
 };
+
+QPolygonF withSteps(const QPolygonF& line)
+{
+    QPolygonF steps;
+    for (const QPointF& point : line) {
+        if (!steps.isEmpty() && steps.back().y() != point.y())
+            steps.push_back({point.x(), steps.back().y()});
+        steps.push_back(point);
+    }
+    return steps;
+}
 
 } // namespace
 
@@ -198,20 +214,15 @@ Stretch seenOf(const CurveStore& curve, const PixelMap& xMap)
 
 Polylines polylinesOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap)
 {
-    return LineMaker(curve, xMap, yMap).make();
+    return LineMaker(curve, xMap, yMap, false).make();
 }
 
-void makeSteps(Polylines& polylines)
+Polylines stepsOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap)
 {
-    for (QPolygonF& line : polylines.lines) {
-        QPolygonF steps;
-        for (const QPointF& point : line) {
-            if (!steps.isEmpty())
-                steps.push_back({point.x(), steps.back().y()});
-            steps.push_back(point);
-        }
-        line = steps;
-    }
+    Polylines steps = LineMaker(curve, xMap, yMap, true).make();
+    for (QPolygonF& line : steps.lines)
+        line = withSteps(line);
+    return steps;
 }
 
 } // namespace tavo

@@ -30,7 +30,7 @@ Stretch seenOf(const CurveStore& curve, const PixelMap& xMap);
 // them. What is not finite is a gap, unless it is alone among finite samples of its column.
 Polylines polylinesOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap);
 
-// Each sample holds until the next one: lines go sideways first.
-void makeSteps(Polylines& polylines);
+// The same of steps: each sample holds until the next one, also if that is a gap. Lines go sideways first.
+Polylines stepsOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap);
 
 } // namespace tavo

@@ -5,7 +5,6 @@
 #include <numeric>
 
 #include "tests/vireo/show/plots/curves.h"
-#include "vireo/show/plots/polyline.h"
 
 namespace tavo {
 
@@ -87,15 +86,6 @@ TEST(AreasTest, AHistogramCountsEachFiniteValueOnce)
     EXPECT_TRUE(histogramOf({}).y.isEmpty());
     const std::vector<double> wide = values(histogramOf(numbers({-1.7e308, 1.7e308})).y);
     EXPECT_EQ(std::accumulate(wide.begin(), wide.end(), 0.0), 2);
-}
-
-TEST(AreasTest, StepsHoldUntilTheNextSample)
-{
-    const PixelMap map{0, 10, 0, 10};
-    Polylines lines = polylinesOf(storeOf({0, 2, 4}, {1, 3, 2}), map, map);
-    makeSteps(lines);
-    ASSERT_EQ(lines.lines.size(), 1u);
-    EXPECT_EQ(lines.lines[0], QPolygonF(QVector<QPointF>{{0, 1}, {2, 1}, {2, 3}, {4, 3}, {4, 2}}));
 }
 
 TEST(AreasTest, BarsAreAsWideAsTheNearestNeighboursAllow)

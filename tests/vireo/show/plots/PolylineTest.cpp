@@ -268,6 +268,41 @@ TEST(PolylineGapTest, AmongManySamplesWhatIsAboveZeroIsDrawn)
     EXPECT_EQ(found.lines.size(), 10'000u);
 }
 
+TEST(StepsTest, HoldUntilTheNextSample)
+{
+    const PixelMap map{0, 10, 0, 10};
+    const Polylines steps = stepsOf(storeOf({{0, 2, 4}, {1, 3, 2}}), map, map);
+    ASSERT_EQ(steps.lines.size(), 1u);
+    EXPECT_EQ(steps.lines[0], QPolygonF(QVector<QPointF>{{0, 1}, {2, 1}, {2, 3}, {4, 3}, {4, 2}}));
+}
+
+TEST(StepsTest, HoldUntilAGap)
+{
+    const PixelMap map{0, 10, 0, 10};
+    const Polylines steps = stepsOf(storeOf({{0, 2, 4, 5, 6, 7, 9}, {1, 3, NAN, NAN, 5, NAN, 7}}), map, map);
+    ASSERT_EQ(steps.lines.size(), 2u);
+    EXPECT_EQ(steps.lines[0], QPolygonF(QVector<QPointF>{{0, 1}, {2, 1}, {2, 3}, {4, 3}}));
+    EXPECT_EQ(steps.lines[1], QPolygonF(QVector<QPointF>{{6, 5}, {7, 5}}));
+    EXPECT_EQ(steps.marks, QPolygonF(QVector<QPointF>{{9, 7}}));
+}
+
+TEST(StepsTest, HoldUntilWhatHasNoPlaceOnALogarithmicAxis)
+{
+    const Polylines steps = stepsOf(storeOf({{0, 1, 2, 3}, {0, 10, 0, 1000}}), {0, 3, 0, 300}, {1, 1000, 0, 300, true});
+    ASSERT_EQ(steps.lines.size(), 1u);
+    EXPECT_EQ(steps.lines[0], QPolygonF(QVector<QPointF>{{100, 100}, {200, 100}}));
+}
+
+TEST(StepsTest, HoldUntilAGapThatIsManySamplesLong)
+{
+    std::vector<double> y(30'000, NAN);
+    std::fill(y.begin(), y.begin() + 9'990, 1);
+    const Polylines steps = stepsOf(storeOf({{}, y}), {0, 30'000, 0, 30}, {0, 2, 0, 2});
+    ASSERT_EQ(steps.lines.size(), 1u);
+    EXPECT_NEAR(steps.lines[0].back().x(), 9.99, 0.02);
+    EXPECT_EQ(steps.lines[0].back().y(), 1);
+}
+
 TEST(PolylineRangeTest, LinesToFarPlacesAreKept)
 {
     const Polylines lines =
