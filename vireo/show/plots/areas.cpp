@@ -54,6 +54,16 @@ Extent extentOfSamples(const CurveStore& curve, std::size_t first, std::size_t l
     return extent;
 }
 
+std::vector<double> sortedXs(const CurveStore& curve)
+{
+    std::vector<double> sorted;
+    for (std::size_t i = 0; i < curve.size(); ++i)
+        if (std::isfinite(curve.x(i)))
+            sorted.push_back(curve.x(i));
+    std::sort(sorted.begin(), sorted.end());
+    return sorted;
+}
+
 } // namespace
 
 std::vector<QRectF> barsOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap, double width)
@@ -101,9 +111,12 @@ std::vector<QPolygonF> bandOf(const CurveStore& low, const CurveStore& high, con
 
 double leastDistance(const CurveStore& curve)
 {
+    const std::vector<double> sorted = curve.isSorted() ? std::vector<double>() : sortedXs(curve);
+    const std::size_t size = curve.isSorted() ? curve.size() : sorted.size();
+    const auto xAt = [&](std::size_t i) { return curve.isSorted() ? curve.x(i) : sorted[i]; };
     double least = INFINITY;
-    for (std::size_t i = 1; i < curve.size() && curve.isSorted(); ++i) {
-        const double distance = curve.x(i) - curve.x(i - 1);
+    for (std::size_t i = 1; i < size; ++i) {
+        const double distance = xAt(i) - xAt(i - 1);
         least = distance > 0 ? std::min(least, distance) : least;
     }
     return std::isfinite(least) ? least : 1;

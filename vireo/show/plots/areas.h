@@ -17,7 +17,7 @@ std::vector<QRectF> barsOf(const CurveStore& curve, const PixelMap& xMap, const 
 std::vector<QPolygonF> bandOf(
     const CurveStore& low, const CurveStore& high, const PixelMap& xMap, const PixelMap& yMap);
 
-// The least distance of neighbours along x, of a sorted curve; 1 if there is none.
+// The least distance of neighbours along x, in whatever order they come; 1 if there is none.
 double leastDistance(const CurveStore& curve);
 
 // How many of the values lie in each of some intervals of equal length, at their middles. What is not finite is left

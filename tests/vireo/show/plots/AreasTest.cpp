@@ -92,6 +92,9 @@ TEST(AreasTest, BarsAreAsWideAsTheNearestNeighboursAllow)
 {
     EXPECT_EQ(leastDistance(storeOf({0, 2, 2, 2.5}, {0, 0, 0, 0})), 0.5);
     EXPECT_EQ(leastDistance(storeOf({3}, {0})), 1);
+    EXPECT_EQ(leastDistance(storeOf({3, 1, 2.5, 1}, {0, 0, 0, 0})), 0.5);
+    EXPECT_EQ(leastDistance(storeOf({1, 3, NAN, 3.25, INFINITY}, {0, 0, 0, 0, 0})), 0.25);
+    EXPECT_EQ(leastDistance(storeOf({NAN, 7, NAN}, {0, 0, 0})), 1);
 }
 
 } // namespace
