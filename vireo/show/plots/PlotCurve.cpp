@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QPen>
 #include <algorithm>
+#include <cmath>
 #include <qwt_plot.h>
 #include <qwt_scale_map.h>
 
@@ -182,6 +183,20 @@ Extent PlotCurve::xExtent() const
         extent.to += barWidth() / 2;
     }
     return m_IsXLog ? positivePart(extent, m_Samples.smallestPositiveX()) : extent;
+}
+
+bool PlotCurve::isGap(std::size_t sample) const
+{
+    const double y = m_Samples.y(sample);
+    return !std::isfinite(y) || (m_IsXLog && m_Samples.x(sample) <= 0) || (m_IsYLog && y <= 0);
+}
+
+bool PlotCurve::needsMargin() const
+{
+    if (m_Kind != CurveKind::Line)
+        return m_Kind == CurveKind::Points || isSteps();
+    const std::size_t size = m_Samples.size();
+    return m_HasMarks || (size > 1 && ((!isGap(0) && isGap(1)) || (!isGap(size - 1) && isGap(size - 2))));
 }
 
 Extent PlotCurve::yExtentWithin(double firstX, double lastX) const

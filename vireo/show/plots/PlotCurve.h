@@ -50,6 +50,9 @@ public:
     // Whether each sample holds until the next one.
     bool isSteps() const { return m_Kind == CurveKind::Steps; }
 
+    // Whether something stands at an end of it along x that a plot ending there would cut: a mark, or a last step.
+    bool needsMargin() const;
+
     // Whether it is counted by the second axis of y.
     bool isOnY2() const { return m_IsOnY2; }
 
@@ -73,6 +76,7 @@ public:
 private:
     void showName();
     void countNotPositive();
+    bool isGap(std::size_t sample) const;
     void applySamples(CurveSamples& samples);
     void applyStyle(const std::string& style);
     bool hasBars() const { return m_Kind == CurveKind::Bars || m_Kind == CurveKind::Histogram; }

@@ -48,6 +48,7 @@ constexpr std::array<int, PlotSight::NUM_AXES> QWT_AXES = {QwtPlot::xBottom, Qwt
 constexpr int MARGIN = 8;
 constexpr double TITLE_SIZE = 1.1; // of the numbers' size
 constexpr double MARGIN_OF_Y = 0.05;
+constexpr double MARGIN_OF_MARKS = 0.02; // along x
 constexpr std::size_t LONGEST_TEXT = 120;
 constexpr int LONGEST_WAIT = 1000; // in milliseconds, of looks for their curve
 
@@ -116,12 +117,12 @@ AxisUpdate::Range logRangeOf(const Extent& extent, double margin)
 }
 
 // The same along a clock: a moment has some seconds around it, not some years.
-AxisUpdate::Range timeRangeOf(const Extent& extent)
+AxisUpdate::Range timeRangeOf(const Extent& extent, double margin)
 {
     constexpr double SECONDS = 2;
     const double largest = std::max(std::abs(extent.from), std::abs(extent.to));
     if (extent.isEmpty() || extent.to / 2 - extent.from / 2 > largest * PlotSight::SMALLEST_PART)
-        return rangeOf(extent, 0);
+        return rangeOf(extent, margin);
     const double around = SECONDS * ticksPerSecond(largest);
     return {extent.from - around, extent.to + around};
 }
@@ -500,6 +501,13 @@ Extent PlotView::xExtent() const
     return extent;
 }
 
+double PlotView::xMargin() const
+{
+    const std::vector<const PlotCurve*> curves = visibleCurves();
+    const auto needsMargin = [](const PlotCurve* curve) { return curve->needsMargin(); };
+    return std::any_of(curves.begin(), curves.end(), needsMargin) ? MARGIN_OF_MARKS : 0;
+}
+
 void PlotView::fit()
 {
     fitX();
@@ -512,12 +520,15 @@ void PlotView::fit()
 void PlotView::fitX()
 {
     Extent extent;
-    for (const PlotView* view : linkedViews())
+    double margin = 0;
+    for (const PlotView* view : linkedViews()) {
         extent.include(view->xExtent());
+        margin = std::max(margin, view->xMargin());
+    }
     if (extent.isEmpty() && !m_Shown.areAllShown())
         return; // where they were before they were hidden
     const bool isClock = isTime(PlotSight::X) && !isLog(PlotSight::X);
-    AxisUpdate::Range range = isClock ? timeRangeOf(extent) : rangeOf(extent, 0, isLog(PlotSight::X));
+    AxisUpdate::Range range = isClock ? timeRangeOf(extent, margin) : rangeOf(extent, margin, isLog(PlotSight::X));
     const std::optional<double> length = m_Sight.followedLength() ? m_Sight.followedLength() : m_Window;
     if (length && *length > 0 && !extent.isEmpty())
         range = {extent.to - *length, extent.to};

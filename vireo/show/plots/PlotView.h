@@ -101,6 +101,7 @@ private:
     void fitY(PlotSight::Axis axis);
     void showSight();
     Extent xExtent() const;
+    double xMargin() const;
     std::vector<const PlotCurve*> visibleCurves() const;
     QString othersAt(double x, const QPointF& pixel, double radius, const CurveStore& named) const;
     void sayWhatIsUnsorted();

@@ -168,6 +168,56 @@ TEST_F(PlotViewTest, AMomentHasSomeSecondsAroundIt)
         }
 }
 
+TEST_F(PlotViewTest, XHasAMarginWhereSomethingStandsAtItsEnds)
+{
+    const auto fittedEnd = [this](CurveKind kind, const std::vector<double>& y, const std::string& style = "") {
+        PlotUpdate update;
+        CurveUpdate& curve = update.curve("a");
+        curve = samples({0, 1, 2, 3, 4}, y, kind);
+        curve.name = "a";
+        curve.style = style;
+        m_View.apply(update);
+        const PlotSight::Range x = m_View.getSight().range(PlotSight::X);
+        EXPECT_NEAR(x.from, 4 - x.to, 1e-9);
+        return x.to;
+    };
+    const double margin = 0.08;
+    EXPECT_EQ(fittedEnd(CurveKind::Line, {1, 2, NAN, 2, 1}), 4);
+    EXPECT_NEAR(fittedEnd(CurveKind::Line, {1, 2, 1, 2, 1}, "marks"), 4 + margin, 1e-9);
+    EXPECT_NEAR(fittedEnd(CurveKind::Line, {1, NAN, 1, 2, 1}), 4 + margin, 1e-9);
+    EXPECT_NEAR(fittedEnd(CurveKind::Line, {1, 2, 1, NAN, 1}), 4 + margin, 1e-9);
+    EXPECT_NEAR(fittedEnd(CurveKind::Points, {1, 2, 1, 2, 1}), 4 + margin, 1e-9);
+    EXPECT_NEAR(fittedEnd(CurveKind::Steps, {1, 2, 1, 2, 1}), 4 + margin, 1e-9);
+    EXPECT_NEAR(fittedEnd(CurveKind::Bars, {1, 2, 1, 2, 1}), 4.4, 1e-9);
+}
+
+TEST_F(PlotViewTest, MarksAtTheEndsAreNotCut)
+{
+    PlotUpdate update;
+    CurveUpdate& curve = update.curve("a");
+    curve = samples({0, 1, 2, 3}, {1, 1, 1, 1}, CurveKind::Points);
+    curve.name = "a";
+    curve.colour = QColor(1, 2, 3).rgba();
+    m_View.apply(update);
+    const QImage picture = m_View.picture({600, 400});
+    std::vector<int> widths; // of the marks, from left to right
+    for (int x = 0; x < picture.width(); ++x) {
+        const auto isInk = [&picture](int column) {
+            for (int y = 0; y < picture.height(); ++y)
+                if (picture.pixel(column, y) == QColor(1, 2, 3).rgb())
+                    return true;
+            return false;
+        };
+        if (isInk(x) && !isInk(x - 1))
+            widths.push_back(0);
+        if (isInk(x))
+            ++widths.back();
+    }
+    ASSERT_EQ(widths.size(), 4u);
+    for (const int width : widths)
+        EXPECT_GE(width, 3);
+}
+
 TEST_F(PlotViewTest, ColoursFollowThePalette)
 {
     const QPalette before = m_View.palette();
