@@ -4,6 +4,7 @@
 #include <QPen>
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <qwt_plot.h>
 #include <qwt_scale_map.h>
 
@@ -33,6 +34,14 @@ void drawMarks(QPainter& painter, const QPolygonF& marks, double liftedBy)
     pen.setWidthF((isRound ? MARK_DIAMETER : 2) + liftedBy);
     painter.setPen(pen);
     painter.drawPoints(marks);
+}
+
+// Bars have no zero to stand on along a logarithmic axis. Half a decade below the smallest shows it as one, too.
+Extent withGround(Extent extent)
+{
+    constexpr double HALF_A_DECADE = 3.1622776601683795;
+    extent.from = std::max(extent.from / HALF_A_DECADE, std::numeric_limits<double>::denorm_min());
+    return extent;
 }
 
 // What a logarithmic axis shows of an extent, in which the smallest number above zero need not be.
@@ -208,9 +217,12 @@ Extent PlotCurve::yExtentWithin(double firstX, double lastX) const
         smallest = m_IsYLog ? std::min(smallest, m_Low.smallestPositiveY()) : 0;
     }
     if (m_IsYLog)
-        return positivePart(extent, smallest);
-    if (hasBars() && !extent.isEmpty())
-        extent.include(0);
+        extent = positivePart(extent, smallest);
+    if (!hasBars() || extent.isEmpty())
+        return extent;
+    if (m_IsYLog)
+        return withGround(extent);
+    extent.include(0);
     return extent;
 }
 

@@ -293,6 +293,25 @@ TEST_F(PlotViewTest, BarsStandOnZeroWithinTheView)
     EXPECT_GE(m_View.getSight().range(PlotSight::X).to, 1.4);
 }
 
+TEST_F(PlotViewTest, TheSmallestBarOfALogarithmicAxisIsSeen)
+{
+    for (const CurveKind kind : {CurveKind::Bars, CurveKind::Histogram}) {
+        PlotUpdate update;
+        update.clear();
+        update.y.isLog = true;
+        update.curve("a") = samples({}, {1, 2, 6}, kind);
+        if (kind == CurveKind::Histogram) // counts of 1 and 6
+            update.curves.front().samples->y = numbers({0.25, 1.5, 1.5, 1.5, 1.5, 1.5, 1.5});
+        update.curves.front().name = "a";
+        m_View.apply(update);
+        const PlotSight::Range y = m_View.getSight().range(PlotSight::Y);
+        EXPECT_NEAR(y.from, 0.3, 0.05) << nameOf(kind);
+        EXPECT_NEAR(y.to, 6.5, 0.5) << nameOf(kind);
+    }
+    send("a", {}, {1, 2, 6});
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).from, 0.9, 0.05) << "no bars";
+}
+
 TEST_F(PlotViewTest, ASecondAxisHasARangeOfItsOwn)
 {
     send("left", {0, 1}, {0, 1});
