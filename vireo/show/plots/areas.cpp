@@ -64,6 +64,44 @@ std::vector<double> sortedXs(const CurveStore& curve)
     return sorted;
 }
 
+struct Intervals
+{
+    double from;
+    double length; // of each
+    double number;
+};
+
+// As many as Rice's rule says, or fewer. Where all values are whole numbers each interval has as many of these, or a die
+// would seem to skip some.
+Intervals intervalsOf(const NumberArray& values)
+{
+    constexpr double MOST_WHOLE = 1e15; // whose halves are numbers, too
+    Extent extent;
+    double numFinite = 0;
+    bool areWhole = true;
+    values.visit([&](const auto* numbers, std::size_t size) {
+        for (std::size_t i = 0; i < size; ++i) {
+            const auto value = static_cast<double>(numbers[i]);
+            if (!std::isfinite(value))
+                continue;
+            extent.include(value);
+            ++numFinite;
+            areWhole = areWhole && value == std::floor(value);
+        }
+    });
+    if (extent.isEmpty())
+        return {};
+    const double number = std::min(std::ceil(2 * std::cbrt(numFinite)), MOST_INTERVALS);
+    if (areWhole && extent.from > -MOST_WHOLE && extent.to < MOST_WHOLE) {
+        const double numWhole = extent.to - extent.from + 1;
+        const double length = std::ceil(numWhole / number);
+        return {extent.from - 0.5, length, std::ceil(numWhole / length)};
+    }
+    if (extent.from == extent.to)
+        return {extent.from - 0.5, 1, 1};
+    return {extent.from, extent.to / number - extent.from / number, number};
+}
+
 } // namespace
 
 std::vector<QRectF> barsOf(const CurveStore& curve, const PixelMap& xMap, const PixelMap& yMap, double width)
@@ -124,32 +162,20 @@ double leastDistance(const CurveStore& curve)
 
 CurveSamples histogramOf(const NumberArray& values)
 {
-    Extent extent;
-    double numFinite = 0;
-    values.visit([&](const auto* numbers, std::size_t size) {
-        for (std::size_t i = 0; i < size; ++i) {
-            extent.include(static_cast<double>(numbers[i]));
-            numFinite += std::isfinite(static_cast<double>(numbers[i]));
-        }
-    });
     CurveSamples samples;
     samples.kind = CurveKind::Histogram;
-    if (extent.isEmpty())
+    const Intervals intervals = intervalsOf(values);
+    if (intervals.number == 0)
         return samples;
-    const bool isConstant = extent.from == extent.to;
-    // Rice's rule.
-    const double number = isConstant ? 1 : std::min(std::ceil(2 * std::cbrt(numFinite)), MOST_INTERVALS);
-    const double from = isConstant ? extent.from - 0.5 : extent.from;
-    const double length = isConstant ? 1 : (extent.to / number - extent.from / number);
-    const auto middles = std::make_shared<std::vector<double>>(static_cast<std::size_t>(number));
+    const auto middles = std::make_shared<std::vector<double>>(static_cast<std::size_t>(intervals.number));
     const auto counts = std::make_shared<std::vector<double>>(middles->size());
     for (std::size_t i = 0; i < middles->size(); ++i)
-        (*middles)[i] = from + (static_cast<double>(i) + 0.5) * length;
+        (*middles)[i] = intervals.from + (static_cast<double>(i) + 0.5) * intervals.length;
     values.visit([&](const auto* numbers, std::size_t size) {
         for (std::size_t i = 0; i < size; ++i) {
-            const double place = (static_cast<double>(numbers[i]) - from) / length;
+            const double place = (static_cast<double>(numbers[i]) - intervals.from) / intervals.length;
             if (std::isfinite(static_cast<double>(numbers[i])))
-                ++(*counts)[static_cast<std::size_t>(std::clamp(place, 0.0, number - 1))];
+                ++(*counts)[static_cast<std::size_t>(std::clamp(place, 0.0, intervals.number - 1))];
         }
     });
     samples.x = NumberArray(middles, middles->data(), middles->size(), NumberType::Float64);

@@ -20,8 +20,8 @@ std::vector<QPolygonF> bandOf(
 // The least distance of neighbours along x, in whatever order they come; 1 if there is none.
 double leastDistance(const CurveStore& curve);
 
-// How many of the values lie in each of some intervals of equal length, at their middles. What is not finite is left
-// out.
+// How many of the values lie in each of some intervals of equal length, at their middles. Where all values are whole
+// numbers, each interval has as many of these. What is not finite is left out.
 CurveSamples histogramOf(const NumberArray& values);
 
 } // namespace tavo

@@ -76,16 +76,33 @@ TEST(AreasTest, ABandOfManySamplesHasTheHighestAndTheLowest)
 
 TEST(AreasTest, AHistogramCountsEachFiniteValueOnce)
 {
-    const CurveSamples counted = histogramOf(numbers({0, 1, 2, 3, 4, 5, 6, 7, NAN, INFINITY}));
+    const CurveSamples counted = histogramOf(numbers({0.5, 1.5, 2.5, 3.5, 4.5, 5.5, 6.5, 7.5, NAN, INFINITY}));
     const std::vector<double> counts = values(counted.y);
     EXPECT_EQ(counts, std::vector<double>({2, 2, 2, 2}));
-    EXPECT_EQ(counted.x[0], 0.875);
+    EXPECT_EQ(counted.x[0], 1.375);
     EXPECT_EQ(values(histogramOf(numbers({5, 5, 5})).y), std::vector<double>({3}));
     EXPECT_EQ(histogramOf(numbers({5, 5, 5})).x[0], 5);
     EXPECT_TRUE(histogramOf(numbers({NAN})).y.isEmpty());
     EXPECT_TRUE(histogramOf({}).y.isEmpty());
     const std::vector<double> wide = values(histogramOf(numbers({-1.7e308, 1.7e308})).y);
     EXPECT_EQ(std::accumulate(wide.begin(), wide.end(), 0.0), 2);
+}
+
+TEST(AreasTest, IntervalsOfWholeNumbersHaveAsManyOfThemEach)
+{
+    std::vector<double> throws;
+    for (int i = 0; i < 600; ++i)
+        throws.push_back(i % 6 + 1);
+    const CurveSamples dice = histogramOf(numbers(throws));
+    EXPECT_EQ(values(dice.x), std::vector<double>({1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(values(dice.y), std::vector<double>(6, 100));
+    throws.clear();
+    for (int i = 0; i < 640; ++i) // Rice would have 18 intervals of 3 and of 4 numbers
+        throws.push_back(i % 64 - 32);
+    const CurveSamples even = histogramOf(numbers(throws));
+    EXPECT_EQ(values(even.y), std::vector<double>(16, 40));
+    EXPECT_EQ(even.x[0], -30.5);
+    EXPECT_EQ(values(histogramOf(numbers({-1e300, 1e300})).y), std::vector<double>({1, 0, 1})) << "has no halves";
 }
 
 TEST(AreasTest, BarsAreAsWideAsTheNearestNeighboursAllow)
