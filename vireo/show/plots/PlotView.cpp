@@ -270,8 +270,7 @@ void PlotView::apply(ViewUpdate& update)
     m_HasAppended = std::any_of(
         m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->getSamples().isAppended(); });
     shareX(plot);
-    m_Plot->enableAxis(QwtPlot::yRight,
-        std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->isOnY2(); }));
+    showYAxes();
     showNotes();
     measure();
     sayWhatIsUnsorted();
@@ -302,6 +301,19 @@ void PlotView::shareX(const PlotUpdate& update)
         view->m_Sight.setWanted(PlotSight::X, range);
         view->m_Sight.setLive(isLive);
     }
+}
+
+// An axis that counts nothing is left out, but for one of the two.
+void PlotView::showYAxes()
+{
+    const auto isOnY2 = [](const auto& curve) { return curve->isOnY2(); };
+    const bool isLeftWanted = m_Axes[PlotSight::Y].name || m_Axes[PlotSight::Y].range;
+    const bool hasAcross = !m_Lines->yExtent(false).isEmpty();
+    const bool hasLeft =
+        isLeftWanted || hasAcross || m_Curves.empty() || !std::all_of(m_Curves.begin(), m_Curves.end(), isOnY2);
+    m_Plot->enableAxis(QwtPlot::yLeft, hasLeft);
+    m_Plot->enableAxis(QwtPlot::yRight, std::any_of(m_Curves.begin(), m_Curves.end(), isOnY2));
+    m_Grid->setYAxis(hasLeft ? QwtPlot::yLeft : QwtPlot::yRight);
 }
 
 void PlotView::applyCurve(CurveUpdate& update)
@@ -529,7 +541,10 @@ void PlotView::fitX()
         return; // where they were before they were hidden
     const bool isClock = isTime(PlotSight::X) && !isLog(PlotSight::X);
     AxisUpdate::Range range = isClock ? timeRangeOf(extent, margin) : rangeOf(extent, margin, isLog(PlotSight::X));
-    const std::optional<double> length = m_Sight.followedLength() ? m_Sight.followedLength() : m_Window;
+    // What a person has chosen stays as long as it is; a window begins with the data that there are.
+    const bool isWindowFull = m_Window && extent.to - extent.from > *m_Window;
+    const std::optional<double> length =
+        m_Sight.followedLength() || !isWindowFull ? m_Sight.followedLength() : m_Window;
     if (length && *length > 0 && !extent.isEmpty())
         range = {extent.to - *length, extent.to};
     m_Sight.setFitted(PlotSight::X, range);

@@ -10,6 +10,7 @@
 #include <numeric>
 #include <qwt_legend_label.h>
 #include <qwt_plot.h>
+#include <qwt_plot_item.h>
 #include <qwt_scale_map.h>
 #include <utility>
 
@@ -351,6 +352,55 @@ TEST_F(PlotViewTest, AWindowShowsTheNewest)
     m_View.apply(update);
     EXPECT_EQ(m_View.getSight().range(PlotSight::X).from, 90);
     EXPECT_EQ(m_View.getSight().range(PlotSight::X).to, 100);
+}
+
+TEST_F(PlotViewTest, AWindowBeginsWithTheDataThatThereAre)
+{
+    PlotUpdate update;
+    update.window = 20;
+    m_View.apply(update);
+    send("a", {0, 3}, {0, 1});
+    EXPECT_EQ(m_View.getSight().range(PlotSight::X).from, 0);
+    EXPECT_EQ(m_View.getSight().range(PlotSight::X).to, 3);
+    m_View.getSight().zoom(PlotSight::X, 2, 3);
+    m_View.showChoice();
+    EXPECT_EQ(m_View.getSight().range(PlotSight::X).from, -3) << "a person may look at more";
+    m_View.getSight().fit();
+    send("a", {0, 25}, {0, 1});
+    EXPECT_EQ(m_View.getSight().range(PlotSight::X).from, 5);
+    EXPECT_EQ(m_View.getSight().range(PlotSight::X).to, 25);
+}
+
+TEST_F(PlotViewTest, AnAxisThatCountsNothingIsLeftOut)
+{
+    const auto hasLeft = [this] { return m_View.getPlot().axisEnabled(QwtPlot::yLeft); };
+    EXPECT_TRUE(hasLeft());
+    send("right", {0, 1}, {500, 600});
+    PlotUpdate update;
+    update.curve("right").style = "y2";
+    m_View.apply(update);
+    EXPECT_FALSE(hasLeft());
+    const QwtPlotItemList grids = m_View.getPlot().itemList(QwtPlotItem::Rtti_PlotGrid);
+    ASSERT_EQ(grids.size(), 1);
+    EXPECT_EQ(grids.front()->yAxis(), static_cast<int>(QwtPlot::yRight));
+    update = {};
+    update.lines = {{false, 0.5, "limit"}};
+    m_View.apply(update);
+    EXPECT_TRUE(hasLeft()) << "which the line is counted by";
+    update = {};
+    update.remove("limit");
+    m_View.apply(update);
+    EXPECT_FALSE(hasLeft());
+    send("left", {0, 1}, {0, 1});
+    EXPECT_TRUE(hasLeft());
+    update = {};
+    update.remove("left");
+    m_View.apply(update);
+    EXPECT_FALSE(hasLeft());
+    update = {};
+    update.y.range = AxisUpdate::Range{0, 1};
+    m_View.apply(update);
+    EXPECT_TRUE(hasLeft());
 }
 
 TEST_F(PlotViewTest, LinesAcrossComeMoveAndGo)
