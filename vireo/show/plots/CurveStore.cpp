@@ -163,7 +163,9 @@ Extent CurveStore::yExtentWithin(double firstX, double lastX) const
     if (!m_IsSorted || m_XExtent.isEmpty() || (firstX <= m_XExtent.from && lastX >= m_XExtent.to))
         return m_YExtent;
     const std::size_t first = lowerBound(firstX);
-    return extremes(first, lowerBound(std::nextafter(lastX, INFINITY), first)).extent;
+    const std::size_t last = lowerBound(std::nextafter(lastX, INFINITY), first);
+    const bool isBetween = first == last && first > 0 && last < size();
+    return (isBetween ? extremes(first - 1, last + 1) : extremes(first, last)).extent;
 }
 
 template <typename Visit>

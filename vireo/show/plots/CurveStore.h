@@ -35,7 +35,8 @@ public:
     // The lowest and the highest of the samples from `first` up to and without `last`.
     Extremes extremes(std::size_t first, std::size_t last) const;
 
-    // Of the samples between two xs; of all, if x is not sorted.
+    // Of the samples between two xs; of the two around them, if only the line between these is seen; of all, if x is
+    // not sorted.
     Extent yExtentWithin(double firstX, double lastX) const;
 
     // Calls `visit(first, last)` for those pieces of a stretch whose extent along y is wanted, as Pyramid does.

@@ -219,6 +219,21 @@ TEST_F(PlotViewTest, MarksAtTheEndsAreNotCut)
         EXPECT_GE(width, 3);
 }
 
+TEST_F(PlotViewTest, ALineBetweenTwoSamplesIsSeen)
+{
+    const double most = 1.7e308;
+    send("a", {-most, most}, {100, 200});
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).from, 95, 1e-9) << "no axis is long enough for both";
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).to, 205, 1e-9);
+    send("a", {0, 1}, {100, 200});
+    m_View.getSight().choose(PlotSight::X, {0.4, 0.6});
+    m_View.showChoice();
+    EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).from, 95, 1e-9);
+    m_View.getSight().choose(PlotSight::X, {1.4, 1.6});
+    m_View.showChoice();
+    EXPECT_EQ(m_View.getSight().range(PlotSight::Y).to, 1) << "there is nothing";
+}
+
 TEST_F(PlotViewTest, ColoursFollowThePalette)
 {
     const QPalette before = m_View.palette();
