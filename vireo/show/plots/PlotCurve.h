@@ -17,6 +17,9 @@ public:
     // The `number` chooses its colour, unless it is sent one.
     PlotCurve(const std::string& name, std::size_t number);
 
+    // While it is still a curve, which the legend may ask.
+    ~PlotCurve() override { detach(); }
+
     const std::string& getName() const { return m_Name; }
     const CurveStore& getSamples() const { return m_Samples; }
 
