@@ -33,7 +33,6 @@ PlotLegend::PlotLegend(const QwtPlot& plot)
     m_Filter->setObjectName("filter");
     m_Filter->setPlaceholderText(tr("Filter"));
     m_Filter->setToolTip(tr("Shows the names in the legend that contain this"));
-    m_Filter->setClearButtonEnabled(true);
     m_Filter->hide();
     static_cast<QBoxLayout*>(layout())->insertWidget(0, m_Filter);
     connect(m_Filter, &QLineEdit::textChanged, this, &PlotLegend::filter);
