@@ -71,8 +71,8 @@ struct Intervals
     double number;
 };
 
-// As many as Rice's rule says, or fewer. Where all values are whole numbers each interval has as many of these, or a die
-// would seem to skip some.
+// As many as Rice's rule says, or fewer. Where all values are whole numbers each interval has as many of these, or a
+// die would seem to skip some.
 Intervals intervalsOf(const NumberArray& values)
 {
     constexpr double MOST_WHOLE = 1e15; // whose halves are numbers, too
