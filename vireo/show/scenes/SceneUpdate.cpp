@@ -71,7 +71,7 @@ std::unique_ptr<ViewUpdate> SceneUpdate::copy() const
 
 std::string SceneUpdate::saveData(const QString&)
 {
-    return NO_DATA;
+    return NOT_SAVED;
 }
 
 Replaced SceneUpdate::replaced() const

@@ -82,7 +82,7 @@ bool isInBranch(const std::string& path, const std::string& branch);
 class SceneUpdate : public ViewUpdate
 {
 public:
-    static constexpr const char* NO_DATA = "the data of scenes cannot be saved";
+    static constexpr const char* NOT_SAVED = "the data of scenes cannot be saved";
 
     void merge(ViewUpdate& newer) override;
     Replaced replaced() const override;

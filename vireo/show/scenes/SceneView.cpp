@@ -247,7 +247,7 @@ QImage SceneView::picture(QSize size)
 
 std::string SceneView::saveData(const QString&)
 {
-    return SceneUpdate::NO_DATA;
+    return SceneUpdate::NOT_SAVED;
 }
 
 // Null if it cannot be drawn.
