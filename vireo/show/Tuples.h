@@ -75,6 +75,7 @@ public:
     Tuples() = default;
 
     template <typename Range>
+    // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): what is required leaves copies and moves alone
     requires(!std::derived_from<std::remove_cvref_t<Range>, NumberArray>) Tuples(Range&& range)
     {
         takeOrRefuse(std::forward<Range>(range));

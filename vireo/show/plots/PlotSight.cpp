@@ -7,7 +7,6 @@ namespace tavo {
 
 namespace {
 
-constexpr double LARGEST = 8e307; // whose double is a number still
 constexpr double SMALLEST_LENGTH = 1e-290;
 constexpr double MOST_DECADES = 300;
 constexpr std::size_t MOST_REMEMBERED = 100;
@@ -28,8 +27,8 @@ AxisUpdate::Range showable(AxisUpdate::Range range, bool isLog, double smallestF
 {
     if (std::isnan(range.from) || std::isnan(range.to))
         return {1, 10};
-    const double from = std::clamp(range.from, -LARGEST, LARGEST);
-    const double to = std::clamp(range.to, -LARGEST, LARGEST);
+    const double from = std::clamp(range.from, -PlotSight::LARGEST, PlotSight::LARGEST);
+    const double to = std::clamp(range.to, -PlotSight::LARGEST, PlotSight::LARGEST);
     if (isLog && to < SMALLEST_LENGTH)
         return {1, 10};
     const auto canBegin = [to](double first) { return first > 0 && to / first < std::pow(10, MOST_DECADES); };
