@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
 #include <pthread.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -15,7 +16,17 @@ namespace {
 
 bool isChildOfFork = false;
 bool (*hasThreadOfParent)() = nullptr;
+void (*tellBeforeFork)() = nullptr;
+void (*tellParent)() = nullptr;
 void (*tellChild)() = nullptr;
+
+// The C library's lock of its list of handlers comes to a child as it was at the fork. Held by a thread that the child
+// does not have, it keeps the child's exit() waiting for ever. So nobody forks while a handler is added here.
+std::mutex& addingHandlers()
+{
+    static std::mutex* const theMutex = new std::mutex;
+    return *theMutex;
+}
 
 std::string variable(const char* name)
 {
@@ -51,8 +62,21 @@ bool opensWayland()
     return opens;
 }
 
+void beforeFork()
+{
+    tellBeforeFork();
+    addingHandlers().lock();
+}
+
+void parentOfFork()
+{
+    addingHandlers().unlock();
+    tellParent();
+}
+
 void childOfFork()
 {
+    addingHandlers().unlock();
     isChildOfFork = true;
     tellChild();
 }
@@ -69,6 +93,7 @@ void endChildOfFork(int status, void*)
 
 void callAtExit(void (*hook)())
 {
+    const std::lock_guard<std::mutex> lock(addingHandlers());
     std::atexit(hook);
     if (hasThreadOfParent)
         on_exit(endChildOfFork, nullptr);
@@ -94,8 +119,10 @@ void callAtEndOfMainThread(void (*hook)())
 void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*hasThread)())
 {
     hasThreadOfParent = hasThread;
+    tellBeforeFork = before;
+    tellParent = inParent;
     tellChild = inChild;
-    pthread_atfork(before, inParent, childOfFork);
+    pthread_atfork(beforeFork, parentOfFork, childOfFork);
 }
 
 void ignoreSignalsInThisThread()
