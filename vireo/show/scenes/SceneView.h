@@ -1,15 +1,12 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "vireo/show/scenes/SceneCamera.h"
-#include "vireo/show/scenes/SceneContext.h"
-#include "vireo/show/scenes/SceneItem.h"
-#include "vireo/show/scenes/SceneUpdate.h"
+#include "vireo/show/scenes/SceneModel.h"
+#include "vireo/show/scenes/SceneRenderer.h"
 #include "vireo/show/window/View.h"
 
 namespace tavo {
@@ -51,34 +48,16 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    struct Placed
-    {
-        SceneItem* item;
-        Matrix4 matrix;
-    };
-
-    void remove(const std::string& branch);
     void fitToNews();
     void fit();
     void changed();
-    void sayWhatWaits() const;
-    Matrix4 matrixOf(const std::string& path) const;
-    std::vector<Placed> visibleItems() const;
-    SceneBox box() const;
-    bool isGroundDark() const;
-
+    SceneLook look(double scale) const;
     QImage draw(const QSize& pixels, double scale);
-    void drawItems(const SceneCamera& camera, const QSize& pixels, double scale);
-    void drawClouds(const SceneCamera& camera, const QSize& pixels, double scale);
-    void drawItem(const Placed& placed, const SceneCamera& camera, double scale);
-    void drawTexts(QImage& picture, const SceneCamera& camera, double scale);
     SceneCamera cameraFor(const SceneCamera::Size& size) const;
 
-    std::string m_Name;
-    std::shared_ptr<SceneContext> m_Context;  // outlives the items
-    std::map<std::string, SceneItem> m_Items; // by path
-    std::map<std::string, Matrix4> m_Transforms;
-    std::size_t m_NumColours = 0;
+    std::shared_ptr<SceneContext> m_Context; // outlives the items
+    SceneModel m_Model;
+    SceneRenderer m_Renderer; // of the model
     SceneCamera m_Camera;
     SceneBox m_FittedBox;
     bool m_IsChosen = false; // the camera, by a person

@@ -1,0 +1,91 @@
+#include "vireo/show/scenes/SceneModel.h"
+
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/text/printable.h"
+#include "vireo/show/delivery/sayOnce.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr std::size_t SHOWN_CHARACTERS = 80;
+
+} // namespace
+
+void SceneModel::makeRoom(const Replaced& replaced)
+{
+    if (replaced.isAll)
+        for (auto& [path, item] : m_Items)
+            item.dropShape();
+    for (const std::string& path : replaced.names)
+        if (const auto found = m_Items.find(path); found != m_Items.end())
+            found->second.dropShape();
+}
+
+bool SceneModel::apply(SceneUpdate& update)
+{
+    if (update.isCleared) {
+        m_Items.clear();
+        m_Transforms.clear();
+    }
+    for (const std::string& branch : update.removed)
+        remove(branch);
+    for (const auto& [path, matrix] : update.transforms)
+        m_Transforms[path] = matrix;
+    bool doesWait = false;
+    for (auto& [path, itemUpdate] : update.items) {
+        const auto found = m_Items.find(path);
+        SceneItem& item = found != m_Items.end() ? found->second : m_Items.emplace(path, m_NumColours++).first->second;
+        runGuarded([&item = item, &itemUpdate = itemUpdate] { item.apply(itemUpdate); });
+        doesWait = doesWait || !item.waiting().empty();
+    }
+    return doesWait;
+}
+
+void SceneModel::remove(const std::string& branch)
+{
+    const auto isRemoved = [&branch](const auto& entry) { return isInBranch(entry.first, branch); };
+    std::erase_if(m_Items, isRemoved);
+    std::erase_if(m_Transforms, isRemoved);
+}
+
+void SceneModel::sayWhatWaits() const
+{
+    for (const auto& [path, item] : m_Items) {
+        const std::string waiting = item.waiting();
+        if (!waiting.empty())
+            sayOnce("scene(\"" + printable(m_Name, SHOWN_CHARACTERS) + "\"), \"" + printable(path, SHOWN_CHARACTERS) +
+                    "\": " + waiting + "; they are not shown");
+    }
+}
+
+Matrix4 SceneModel::matrixOf(const std::string& path) const
+{
+    Matrix4 matrix;
+    for (std::size_t end = 0; end != std::string::npos && !m_Transforms.empty();) {
+        end = path.find('/', end + 1);
+        const auto found = m_Transforms.find(path.substr(0, end));
+        if (found != m_Transforms.end())
+            matrix = matrix * found->second;
+    }
+    return matrix;
+}
+
+std::vector<SceneModel::Placed> SceneModel::visibleItems()
+{
+    std::vector<Placed> items;
+    for (auto& [path, item] : m_Items)
+        if (item.isVisible())
+            items.push_back({&path, &item, matrixOf(path)});
+    return items;
+}
+
+SceneBox SceneModel::box()
+{
+    SceneBox box;
+    for (const Placed& placed : visibleItems())
+        box.extend(placed.item->box().moved(placed.matrix));
+    return box;
+}
+
+} // namespace tavo

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "vireo/show/scenes/Matrix4.h"
+#include "vireo/show/scenes/SceneBox.h"
+#include "vireo/show/scenes/SceneItem.h"
+#include "vireo/show/scenes/SceneUpdate.h"
+
+namespace tavo {
+
+// The items of a scene, by their paths, and where they are.
+class SceneModel
+{
+public:
+    // An item in its place: the matrix is that of its branches, from the coordinates that were sent to the scene's.
+    struct Placed
+    {
+        const std::string* path;
+        SceneItem* item;
+        Matrix4 matrix;
+    };
+
+    explicit SceneModel(std::string name)
+        : m_Name(std::move(name))
+    {}
+
+    // Frees what will be replaced.
+    void makeRoom(const Replaced& replaced);
+
+    // Takes over what was sent to the items. Returns whether anything of it waits for its points.
+    bool apply(SceneUpdate& update);
+
+    // Says in the log what waits still.
+    void sayWhatWaits() const;
+
+    std::vector<Placed> visibleItems();
+
+    // Of all that is visible.
+    SceneBox box();
+
+private:
+    void remove(const std::string& branch);
+    Matrix4 matrixOf(const std::string& path) const;
+
+    std::string m_Name;
+    std::map<std::string, SceneItem> m_Items;
+    std::map<std::string, Matrix4> m_Transforms;
+    std::size_t m_NumColours = 0;
+};
+
+} // namespace tavo
