@@ -94,7 +94,7 @@ void CurveStore::apply(CurveUpdate& update)
     if (update.kept)
         m_Kept = *update.kept;
     if (update.samples)
-        take(*update.samples);
+        take(std::move(*update.samples));
     const bool isChanged = update.isReplacing() || update.kept || !update.appended.empty();
     for (; !update.appended.empty(); update.appended.pop_front()) // each goes once it is copied
         append(update.appended.front());
@@ -110,7 +110,13 @@ void CurveStore::clear()
     m_Kept = kept;
 }
 
-void CurveStore::take(CurveSamples& samples)
+void CurveStore::replace(CurveSamples samples)
+{
+    take(std::move(samples));
+    measureExtents();
+}
+
+void CurveStore::take(CurveSamples&& samples)
 {
     clear();
     m_Sent = std::move(samples);

@@ -17,6 +17,7 @@ class CurveStore
 public:
     // Takes over what was sent.
     void apply(CurveUpdate& update);
+    void replace(CurveSamples samples);
 
     // Frees them. How many appended ones are kept stays.
     void clear();
@@ -67,7 +68,7 @@ public:
     std::size_t lowerBound(double x, std::size_t guess = 0) const;
 
 private:
-    void take(CurveSamples& samples);
+    void take(CurveSamples&& samples);
     void append(const AppendedSamples& samples);
     void continueSent();
     void dropOldSamples(std::size_t numNew = 0);

@@ -156,9 +156,9 @@ void PlotCurve::applySamples(CurveSamples& samples)
     m_Kind = samples.kind;
     if (m_Kind == CurveKind::Histogram)
         samples = histogramOf(samples.y);
-    CurveUpdate low;
-    low.samples = CurveSamples{samples.x, samples.low, {}, m_Kind};
-    m_Low.apply(low);
+    m_Low.clear();
+    if (!samples.low.isEmpty())
+        m_Low.replace({samples.x, samples.low, {}, m_Kind});
 }
 
 void PlotCurve::applyStyle(const std::string& style)
