@@ -14,7 +14,6 @@ namespace tavo {
 
 namespace {
 
-bool isChildOfFork = false;
 bool (*hasThreadOfParent)() = nullptr;
 void (*tellBeforeFork)() = nullptr;
 void (*tellParent)() = nullptr;
@@ -74,33 +73,8 @@ void parentOfFork()
     tellParent();
 }
 
-void childOfFork()
-{
-    addingHandlers().unlock();
-    isChildOfFork = true;
-    tellChild();
-}
-
-void endChildOfFork(int status, void*)
-{
-    if (!isChildOfFork || !hasThreadOfParent())
-        return;
-    std::fflush(nullptr);
-    _exit(status);
-}
-
-} // namespace
-
-void callAtExit(void (*hook)())
-{
-    const std::lock_guard<std::mutex> lock(addingHandlers());
-    std::atexit(hook);
-    if (hasThreadOfParent)
-        on_exit(endChildOfFork, nullptr);
-}
-
 // exit() destroys what its thread has of its own before it calls any handler.
-void callAtEndOfMainThread(void (*hook)())
+void (*&endOfThisThread())()
 {
     struct EndOfThread
     {
@@ -112,8 +86,41 @@ void callAtEndOfMainThread(void (*hook)())
         }
     };
     static thread_local EndOfThread end;
+    return end.hook;
+}
+
+void endChildOfFork(int status, void*)
+{
+    std::fflush(nullptr);
+    _exit(status);
+}
+
+// In front of all handlers, of which some destroy what Qt has.
+void endChildFirst()
+{
+    if (hasThreadOfParent())
+        on_exit(endChildOfFork, nullptr);
+}
+
+void childOfFork()
+{
+    addingHandlers().unlock();
+    endOfThisThread() = endChildFirst;
+    tellChild();
+}
+
+} // namespace
+
+void callAtExit(void (*hook)())
+{
+    const std::lock_guard<std::mutex> lock(addingHandlers());
+    std::atexit(hook);
+}
+
+void callAtEndOfMainThread(void (*hook)())
+{
     if (gettid() == getpid())
-        end.hook = hook;
+        endOfThisThread() = hook;
 }
 
 void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*hasThread)())
