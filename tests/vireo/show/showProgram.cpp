@@ -349,15 +349,11 @@ public:
     std::atomic<int> numKeys{0};
 };
 
-void waitFor(const std::atomic<int>& number)
+// Until something of it comes: the window may not be there yet, and a compositor under load moves its pointer late.
+void useXdotool(const std::string& arguments, const std::atomic<int>& number)
 {
-    while (number == 0)
-        std::this_thread::sleep_for(5ms);
-}
-
-bool useXdotool(const char* arguments)
-{
-    return std::system((std::string("xdotool ") + arguments).c_str()) == 0;
+    while (number == 0 && std::system(("xdotool " + arguments).c_str()) == 0)
+        std::this_thread::sleep_for(50ms);
 }
 
 // VIREO_TEST_PLACE is where on the screen the window is.
@@ -371,13 +367,11 @@ void takesKeysAndPointer()
     QMetaObject::invokeMethod(
         qApp, [] { qApp->installEventFilter(&events); }, Qt::BlockingQueuedConnection);
     say(QGuiApplication::platformName().toStdString());
-    while (events.numMoves == 0 && // the window may not be there yet
-           useXdotool(("mousemove " + variable("VIREO_TEST_PLACE") + " mousemove_relative 3 3").c_str()))
-        std::this_thread::sleep_for(20ms);
-    useXdotool("click 1");
-    waitFor(events.numClicks);
-    useXdotool("key Right");
-    waitFor(events.numKeys);
+    // The compositor counts from where it first saw the pointer, right or wrong. Both stop in the corner.
+    const std::string toWindow = "mousemove 0 0 mousemove " + variable("VIREO_TEST_PLACE") + " mousemove_relative 3 3 ";
+    useXdotool(toWindow, events.numMoves);
+    useXdotool(toWindow + "click 1", events.numClicks);
+    useXdotool("key Right", events.numKeys);
     say("savePicture", tavo::savePicture("p", "p.png", 300, 200));
 }
 
