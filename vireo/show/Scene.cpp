@@ -272,6 +272,12 @@ Item Item::labels(const Numbers& values, const Statement&) const
     return *this;
 }
 
+Item Item::onFaces(std::string_view name, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.onFaces.insert(std::string(name)); });
+    return *this;
+}
+
 Item Item::show(std::string_view name, const Statement&) const
 {
     changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.shown = std::string(name); });

@@ -20,10 +20,17 @@ struct ViewSlot;
 ///
 ///     const tavo::Item lidar = tavo::scene("world").cloud("lidar", echoes).scalar("height", heights).size(3);
 ///
-/// What is sent here stays for points that are sent later under the same path. Colours, normals and other numbers that
-/// are not as many as the points wait until their points come, and are left out meanwhile.
+/// What is sent here stays for points that are sent later under the same path.
 ///
-/// Of all that gives points their colours one is shown: what show() says; without it the colours, or else the numbers
+/// Colours and numbers belong to points if they are as many as the points: one for each point, vertex, arrow or box.
+/// They belong to what is drawn between points if they are as many as that: one for each face of a mesh, each segment,
+/// or each stretch of a line from one point to the next, which are then of one colour. A mesh may have as many vertices
+/// as faces; the vertices have them then, unless onFaces() says otherwise.
+///
+/// Colours and numbers that fit neither, and normals that are not as many as the points, wait for what they fit, and
+/// are left out meanwhile.
+///
+/// Of all that gives an item its colours one is shown: what show() says; without it the colours, or else the numbers
 /// that came first.
 class VIREO_SHOW_EXPORT Item
 {
@@ -31,14 +38,17 @@ public:
     /// A handle of no item: nothing that is sent to it is shown.
     Item() = default;
 
-    /// A colour for each point, vertex, arrow or box: red, green and blue, and maybe opacity.
+    /// A colour for each point, or each face, segment or stretch: red, green and blue, and maybe opacity.
     Item colours(const Colours& values, const Statement& statement = Statement()) const;
 
-    /// A number for each point, vertex, arrow or box, under a name, shown by the colours of a map. NaN is grey.
+    /// A number for each of them, under a name, shown by the colours of a map. NaN is grey.
     Item scalar(std::string_view name, const Numbers& values, const Statement& statement = Statement()) const;
 
     /// A category for each, under the name "labels", shown by colours that depend on nothing but the category.
     Item labels(const Numbers& values, const Statement& statement = Statement()) const;
+
+    /// Says that the numbers of that name, or "colours", belong to the faces of a mesh that has as many vertices.
+    Item onFaces(std::string_view name, const Statement& statement = Statement()) const;
 
     /// Shows the numbers of that name, or "colours", or with an empty name the one colour.
     Item show(std::string_view name, const Statement& statement = Statement()) const;

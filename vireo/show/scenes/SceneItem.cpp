@@ -19,6 +19,7 @@ namespace {
 
 constexpr double POINT_SIZE = 2;
 constexpr double LINE_WIDTH = 1.5;
+constexpr const char* COLOURS = "colours";
 
 template <typename T>
 unsigned char byteOf(T component)
@@ -137,9 +138,10 @@ void SceneItem::apply(ItemUpdate& update)
         m_AreColoursUploaded = false;
     if (settle(m_Normals, m_WaitingNormals, [this](const NumberTuples& normals) { return fits(normals); }))
         isShapeNew = true;
-    if (!isShapeNew)
+    const bool haveParts = arePartsColoured();
+    if (!isShapeNew && haveParts == !m_Drawn.parts.empty())
         return;
-    m_Drawn = drawnItem(*m_Shape, m_Normals ? &*m_Normals : nullptr, m_IsSmooth);
+    m_Drawn = drawnItem(*m_Shape, m_Normals ? &*m_Normals : nullptr, m_IsSmooth, haveParts);
     m_IsUploaded = m_AreColoursUploaded = false;
 }
 
@@ -153,8 +155,9 @@ void SceneItem::applyFields(ItemUpdate& update)
         found->areLabels = field.areLabels;
         found->waiting = field.values;
     }
-    if (update.shown || update.range || update.colourMap)
+    if (update.shown || update.range || update.colourMap || !update.onFaces.empty())
         m_AreColoursUploaded = false;
+    m_OnFaces.merge(update.onFaces);
     replace(m_Shown, update.shown);
     replace(m_Range, update.range);
     m_ColourMap = update.colourMap.value_or(m_ColourMap);
@@ -162,16 +165,26 @@ void SceneItem::applyFields(ItemUpdate& update)
 
 bool SceneItem::settleColours()
 {
-    bool isNew =
-        settle(m_Colours, m_WaitingColours, [this](const NumberTuples& colours) { return fitColours(colours); });
+    const auto fitsAs = [this](const std::string& name) {
+        return [this, name](const NumberTuples& tuples) { return fitOf(tuples, name).has_value(); };
+    };
+    bool isNew = settle(m_Colours, m_WaitingColours, fitsAs(COLOURS));
     for (Field& field : m_Fields)
-        isNew |= settle(field.values, field.waiting, [this](const NumberTuples& values) { return fits(values); });
+        isNew |= settle(field.values, field.waiting, fitsAs(field.name));
     return isNew;
 }
 
 bool SceneItem::areColoursShown() const
 {
-    return m_Colours && m_Shown.value_or("colours") == "colours";
+    return m_Colours && m_Shown.value_or(COLOURS) == COLOURS;
+}
+
+bool SceneItem::arePartsColoured() const
+{
+    if (areColoursShown())
+        return fitOf(*m_Colours, COLOURS)->areOfParts;
+    const Field* const field = shownField();
+    return field && fitOf(*field->values, field->name)->areOfParts;
 }
 
 const SceneItem::Field* SceneItem::shownField() const
@@ -192,19 +205,35 @@ bool SceneItem::fits(const NumberTuples& tuples) const
     return tuples.size() == m_Shape->points.size();
 }
 
-bool SceneItem::fitColours(const NumberTuples& colours) const
+// Points come first.
+std::optional<SceneItem::Fit> SceneItem::fitOf(const NumberTuples& tuples, const std::string& name) const
 {
-    if (colours.width != 0)
-        return fits(colours);
-    const std::size_t numPoints = m_Shape->points.size();
-    return colours.numbers.size() == 3 * numPoints || colours.numbers.size() == 4 * numPoints;
+    const bool isKnown = tuples.width != 0;
+    for (const bool areOfParts : {false, true}) {
+        if (!areOfParts && m_OnFaces.contains(name))
+            continue;
+        const std::size_t count = areOfParts ? m_Shape->numParts() : m_Shape->points.size();
+        for (const std::size_t width : {isKnown ? tuples.width : 3, isKnown ? tuples.width : 4})
+            if (tuples.numbers.size() == width * count)
+                return Fit{areOfParts, width};
+    }
+    return {};
+}
+
+std::size_t SceneItem::sourceOf(std::size_t vertex, bool isOfPart) const
+{
+    if (isOfPart)
+        return m_Drawn.parts[vertex / (m_Drawn.primitive == PrimitiveKind::Triangles ? 3 : 2)];
+    return m_Drawn.sources.empty() ? vertex : m_Drawn.sources[vertex];
 }
 
 std::string SceneItem::waiting() const
 {
     if (!m_Shape)
         return {};
-    const std::string points = " for " + std::to_string(m_Shape->points.size()) + " points";
+    std::string points = " for " + std::to_string(m_Shape->points.size()) + " points";
+    if (m_Shape->kind == ItemKind::Mesh)
+        points += " and " + std::to_string(m_Shape->numParts()) + " faces";
     if (m_WaitingColours && m_WaitingColours->width != 0)
         return std::to_string(m_WaitingColours->size()) + " colours" + points;
     if (m_WaitingColours)
@@ -268,12 +297,12 @@ std::vector<unsigned char> SceneItem::coloursOf(const Field& field) const
     const ColourMap map = findColourMap(m_ColourMap).value();
     const auto [from, to] = m_Range ? *m_Range : rangeOf(field.values->numbers);
     const double scale = from != to ? 1 / (to - from) : 0;
+    const bool areOfParts = fitOf(*field.values, field.name)->areOfParts;
     std::vector<unsigned char> colours;
     colours.reserve(4 * m_NumVertices);
     field.values->numbers.visit([&, from = from](const auto* numbers, std::size_t) {
         for (std::size_t i = 0; i < m_NumVertices; ++i) {
-            const auto number = numbers[m_Drawn.sources.empty() ? i : m_Drawn.sources[i]];
-            const auto value = static_cast<double>(number);
+            const auto value = static_cast<double>(numbers[sourceOf(i, areOfParts)]);
             RGBA8 colour = ColourMap::colourOfNaN();
             if (field.areLabels && std::abs(value) < 9e15)
                 colour = colourOfLabel(static_cast<std::int64_t>(value));
@@ -287,13 +316,12 @@ std::vector<unsigned char> SceneItem::coloursOf(const Field& field) const
 
 std::vector<unsigned char> SceneItem::coloursAsSent() const
 {
-    const std::size_t width =
-        m_Colours->width != 0 ? m_Colours->width : m_Colours->numbers.size() / m_Shape->points.size();
+    const auto [areOfParts, width] = fitOf(*m_Colours, COLOURS).value();
     std::vector<unsigned char> colours;
     colours.reserve(4 * m_NumVertices);
-    m_Colours->numbers.visit([&]<typename T>(const T* numbers, std::size_t) {
+    m_Colours->numbers.visit([&, areOfParts = areOfParts, width = width]<typename T>(const T* numbers, std::size_t) {
         for (std::size_t i = 0; i < m_NumVertices; ++i) {
-            const T* const colour = numbers + width * (m_Drawn.sources.empty() ? i : m_Drawn.sources[i]);
+            const T* const colour = numbers + width * sourceOf(i, areOfParts);
             for (std::size_t component = 0; component < 3; ++component)
                 colours.push_back(byteOf(colour[component]));
             const unsigned char alpha = width == 4 ? byteOf(colour[3]) : 255;

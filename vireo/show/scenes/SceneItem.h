@@ -3,6 +3,7 @@
 #include <QColor>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -34,7 +35,7 @@ public:
     bool isOpaque() const { return m_Opacity >= 1; }
     const SceneBox& box() const { return m_Drawn.box; }
 
-    // What waits for points, as many as it is; empty if nothing does.
+    // What waits for points or faces, as many as it is; empty if nothing does.
     std::string waiting() const;
 
     // Of all that has no colours of its own, with the opacity.
@@ -56,16 +57,27 @@ private:
     {
         std::string name;
         bool areLabels = false;
-        std::optional<NumberTuples> values; // as many as there are points
+        std::optional<NumberTuples> values; // as many as there are points or parts
         std::optional<NumberTuples> waiting;
     };
+
+    // What numbers belong to, and how many to each.
+    struct Fit
+    {
+        bool areOfParts;
+        std::size_t width;
+    };
+
+    // Which of them has a vertex that is drawn.
+    std::size_t sourceOf(std::size_t vertex, bool isOfPart) const;
 
     void applyFields(ItemUpdate& update);
     bool settleColours();
     const Field* shownField() const;
     bool areColoursShown() const;
+    bool arePartsColoured() const;
     bool fits(const NumberTuples& tuples) const;
-    bool fitColours(const NumberTuples& colours) const;
+    std::optional<Fit> fitOf(const NumberTuples& tuples, const std::string& name) const;
     void upload(GLContext& context);
     void uploadColours(GLContext& context);
     std::vector<unsigned char> coloursOfVertices() const;
@@ -77,11 +89,12 @@ private:
 
     std::size_t m_PaletteNumber;
     std::optional<ItemShape> m_Shape;
-    std::optional<NumberTuples> m_Colours; // as many as there are points
+    std::optional<NumberTuples> m_Colours; // as many as there are points or parts
     std::optional<NumberTuples> m_Normals;
     std::optional<NumberTuples> m_WaitingColours;
     std::optional<NumberTuples> m_WaitingNormals;
     std::vector<Field> m_Fields; // in the order in which they came
+    std::set<std::string> m_OnFaces;
     std::optional<std::string> m_Shown;
     std::optional<std::pair<double, double>> m_Range;
     std::string m_ColourMap{namesOfColourMaps().front()};

@@ -17,6 +17,16 @@ void replace(std::optional<T>& older, std::optional<T>& newer)
 
 } // namespace
 
+std::size_t ItemShape::numParts() const
+{
+    switch (kind) {
+    case ItemKind::Mesh: return faces.size();
+    case ItemKind::Lines: return points.size() > 0 ? points.size() - 1 : 0;
+    case ItemKind::Segments: return points.size() / 2;
+    default: return 0;
+    }
+}
+
 void ItemUpdate::merge(ItemUpdate& newer)
 {
     replace(shape, newer.shape);
@@ -24,6 +34,7 @@ void ItemUpdate::merge(ItemUpdate& newer)
     replace(normals, newer.normals);
     for (SceneField& field : newer.fields)
         addField(field);
+    onFaces.merge(newer.onFaces);
     replace(shown, newer.shown);
     replace(range, newer.range);
     replace(colourMap, newer.colourMap);

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -43,9 +44,12 @@ struct ItemShape
     NumberTuples faces;
     Matrix4 frame;
     std::string text;
+
+    // The faces of a mesh, the stretches of lines, the segments; 0 of what has none.
+    std::size_t numParts() const;
 };
 
-// Numbers of points that are shown as colours.
+// Numbers of points or parts that are shown as colours.
 struct SceneField
 {
     std::string name;
@@ -60,6 +64,7 @@ struct ItemUpdate
     std::optional<NumberTuples> colours; // the width is 0 if it is not known
     std::optional<NumberTuples> normals;
     std::vector<SceneField> fields;   // in the order in which they came first
+    std::set<std::string> onFaces;    // fields, or "colours", that belong to parts
     std::optional<std::string> shown; // the field, or "colours"
     std::optional<std::pair<double, double>> range;
     std::optional<std::string> colourMap;

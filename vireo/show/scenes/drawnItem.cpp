@@ -1,6 +1,7 @@
 #include "vireo/show/scenes/drawnItem.h"
 
 #include <cmath>
+#include <utility>
 
 namespace tavo {
 
@@ -79,16 +80,44 @@ DrawnItem cloud(const ItemShape& shape, const NumberTuples* normals)
     return item;
 }
 
-// From each point to that which is `step` behind it, at every `stride`-th.
-DrawnItem strokes(const ItemShape& shape, std::size_t stride)
+std::vector<float> gathered(const std::vector<float>& vectors, const std::vector<unsigned int>& indices)
+{
+    std::vector<float> chosen;
+    if (vectors.empty())
+        return chosen;
+    chosen.reserve(3 * indices.size());
+    for (const unsigned int index : indices) {
+        const float* const vector = vectors.data() + 3 * std::size_t(index);
+        chosen.insert(chosen.end(), vector, vector + 3);
+    }
+    return chosen;
+}
+
+// Each line or triangle has vertices of its own.
+void separate(DrawnItem& item)
+{
+    item.positions = gathered(item.positions, item.indices);
+    item.normals = gathered(item.normals, item.indices);
+    item.sources = std::exchange(item.indices, {});
+    item.isIndexed = false;
+}
+
+// From each point to the one behind it, at every `stride`-th.
+DrawnItem strokes(const ItemShape& shape, std::size_t stride, bool haveParts)
 {
     DrawnItem item;
     item.primitive = PrimitiveKind::Lines;
     item.isIndexed = true;
     const std::vector<bool> unusable = takePoints(item, shape.points);
-    for (std::size_t i = 0; i + 1 < shape.points.size(); i += stride)
-        if (!isLeftOut(unusable, i) && !isLeftOut(unusable, i + 1))
-            item.indices.insert(item.indices.end(), {static_cast<unsigned int>(i), static_cast<unsigned int>(i + 1)});
+    for (std::size_t i = 0; i + 1 < shape.points.size(); i += stride) {
+        if (isLeftOut(unusable, i) || isLeftOut(unusable, i + 1))
+            continue;
+        item.indices.insert(item.indices.end(), {static_cast<unsigned int>(i), static_cast<unsigned int>(i + 1)});
+        if (haveParts)
+            item.parts.push_back(static_cast<unsigned int>(i / stride));
+    }
+    if (haveParts)
+        separate(item);
     return item;
 }
 
@@ -104,22 +133,25 @@ Vector3d normalOf(const DrawnItem& item, const unsigned int* triangle, double si
 }
 
 // Triangles of what can be drawn of the faces.
-void takeTriangles(DrawnItem& item, const NumberTuples& faces, const std::vector<bool>& unusable)
+void takeTriangles(DrawnItem& item, const NumberTuples& faces, const std::vector<bool>& unusable, bool haveParts)
 {
     const double size = item.box.diagonal();
-    const auto take = [&](const std::array<unsigned int, 3>& triangle) {
+    const auto take = [&](const std::array<unsigned int, 3>& triangle, std::size_t face) {
         for (const unsigned int vertex : triangle)
             if (isLeftOut(unusable, vertex))
                 return;
-        if (length(normalOf(item, triangle.data(), size)) > 0)
-            item.indices.insert(item.indices.end(), triangle.begin(), triangle.end());
+        if (!(length(normalOf(item, triangle.data(), size)) > 0))
+            return;
+        item.indices.insert(item.indices.end(), triangle.begin(), triangle.end());
+        if (haveParts)
+            item.parts.push_back(static_cast<unsigned int>(face));
     };
     item.indices.reserve(3 * faces.size());
     faces.numbers.visit([&](const auto* vertices, std::size_t numVertices) {
         const auto vertex = [vertices](std::size_t i) { return static_cast<unsigned int>(vertices[i]); };
         for (std::size_t first = 0; first < numVertices; first += faces.width)
             for (std::size_t i = 2; i < faces.width; ++i)
-                take({vertex(first), vertex(first + i - 1), vertex(first + i)});
+                take({vertex(first), vertex(first + i - 1), vertex(first + i)}, first / faces.width);
     });
 }
 
@@ -137,38 +169,34 @@ void curve(DrawnItem& item)
         append(item.normals, normal);
 }
 
-// Each triangle has vertices of its own, all with its normal.
-void separate(DrawnItem& item)
+// The vertices of each triangle, which are no other's, have its normal.
+void flatten(DrawnItem& item)
 {
-    const std::vector<unsigned int> triangles = std::move(item.indices);
-    const double size = item.box.diagonal();
-    std::vector<float> positions;
-    positions.reserve(3 * triangles.size());
-    item.normals.reserve(3 * triangles.size());
-    for (std::size_t i = 0; i < triangles.size(); ++i) {
-        const float* const position = item.positions.data() + 3 * std::size_t(triangles[i]);
-        positions.insert(positions.end(), position, position + 3);
-        append(item.normals, normalOf(item, &triangles[i - i % 3], size));
+    item.normals.reserve(item.positions.size());
+    for (unsigned int first = 0; first < item.numVertices(); first += 3) {
+        const unsigned int triangle[] = {first, first + 1, first + 2};
+        const Vector3d normal = normalOf(item, triangle, item.box.diagonal());
+        for (std::size_t corner = 0; corner < 3; ++corner)
+            append(item.normals, normal);
     }
-    item.positions = std::move(positions);
-    item.sources = triangles;
-    item.indices.clear();
-    item.isIndexed = false;
 }
 
-DrawnItem mesh(const ItemShape& shape, const NumberTuples* normals, bool isSmooth)
+DrawnItem mesh(const ItemShape& shape, const NumberTuples* normals, bool isSmooth, bool haveParts)
 {
     DrawnItem item;
     item.primitive = PrimitiveKind::Triangles;
     item.isIndexed = true;
     const std::vector<bool> unusable = takePoints(item, shape.points);
-    takeTriangles(item, shape.faces, unusable);
+    takeTriangles(item, shape.faces, unusable, haveParts);
     if (normals)
         takeNormals(item, *normals);
     else if (isSmooth)
         curve(item);
-    else
+    const bool isFlat = item.normals.empty();
+    if (isFlat || haveParts)
         separate(item);
+    if (isFlat)
+        flatten(item);
     return item;
 }
 
@@ -279,13 +307,13 @@ DrawnItem position(const ItemShape& shape)
 
 } // namespace
 
-DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth)
+DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth, bool haveParts)
 {
     switch (shape.kind) {
     case ItemKind::Cloud: return cloud(shape, normals);
-    case ItemKind::Mesh: return mesh(shape, normals, isSmooth);
-    case ItemKind::Lines: return strokes(shape, 1);
-    case ItemKind::Segments: return strokes(shape, 2);
+    case ItemKind::Mesh: return mesh(shape, normals, isSmooth, haveParts);
+    case ItemKind::Lines: return strokes(shape, 1, haveParts);
+    case ItemKind::Segments: return strokes(shape, 2, haveParts);
     case ItemKind::Vectors: return vectors(shape);
     case ItemKind::Boxes: return boxes(shape);
     case ItemKind::Frame: return frame(shape);

@@ -24,13 +24,14 @@ struct DrawnItem
     std::vector<float> normals;         // none if no light falls on it
     std::vector<unsigned char> colours; // red, green, blue and opacity, of what has colours of its own
     std::vector<unsigned int> sources;  // the point or vertex as sent that each is of; none if all are in order
+    std::vector<unsigned int> parts; // the part (see ItemShape) that each line or triangle is of; none if not asked for
     std::vector<unsigned int> indices;
     bool isIndexed = false; // otherwise all is drawn, in order
 
     std::size_t numVertices() const { return positions.size() / 3; }
 };
 
-// Leaves out what is not finite. Normals may be null.
-DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth);
+// Leaves out what is not finite. Normals may be null. If its parts have colours of their own, they share no vertices.
+DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth, bool haveParts);
 
 } // namespace tavo

@@ -166,6 +166,13 @@ TEST(SceneTest, FieldsAreReplacedByTheirNames)
     EXPECT_EQ(item.colourMap, "magma");
 }
 
+TEST(SceneTest, WhatIsSaidOfFacesStays)
+{
+    scene("scene").mesh("a", TRIANGLE, {0, 1, 2}).scalar("s", {1}).onFaces("s");
+    scene("scene").mesh("a", TRIANGLE, {0, 1, 2}).colours({1, 2, 3}).onFaces("colours");
+    EXPECT_THAT(takeScene()->items["a"].onFaces, ElementsAre("colours", "s"));
+}
+
 TEST(SceneTest, SaysWhatIsNoMapAndNoRange)
 {
     testing::internal::CaptureStderr();

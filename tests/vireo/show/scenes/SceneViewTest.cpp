@@ -248,6 +248,140 @@ TEST_F(SceneFieldTest, NumbersWaitForTheirPoints)
     EXPECT_EQ(rgba(picture().pixelColor(pixelOf({-1, 0, 0}))), m_Viridis.sample(1));
 }
 
+// Two triangles side by side with different colours, and no colours in between.
+class ScenePartsTest : public SceneViewTest
+{
+protected:
+    static ItemUpdate square() { return item(ItemKind::Mesh, squareAt({0, 0, 0}), {}, std::vector{0, 1, 2, 0, 2, 3}); }
+
+    static NumberTuples redAndGreen() { return {Colours(std::vector<RGBA8>{rgba(RED), rgba(GREEN)}), 4}; }
+
+    static void addField(ItemUpdate& update, const std::string& name, const Numbers& values)
+    {
+        SceneField field{name, {values, 1}, false};
+        update.addField(field);
+    }
+
+    QColor colourAt(const Vector3d& point) { return picture().pixelColor(pixelOf(point)); }
+
+    void expectFaces(const RGBA8& first, const RGBA8& second)
+    {
+        EXPECT_EQ(rgba(colourAt({0.3, 0, -0.2})), first);
+        EXPECT_EQ(rgba(colourAt({0.9, 0, -0.9})), first);
+        EXPECT_EQ(rgba(colourAt({-0.3, 0, 0.2})), second);
+        EXPECT_EQ(rgba(colourAt({-0.9, 0, 0.9})), second);
+    }
+
+    const ColourMap m_Viridis = findColourMap("viridis").value();
+};
+
+TEST_F(ScenePartsTest, FacesHaveColoursOfTheirOwn)
+{
+    const NumberTuples normals{Points(std::vector<Vector3d>(4, Vector3d(0, -1, 0))), 3};
+    for (const bool isSmooth : {false, true})
+        for (const bool areNormals : {false, true}) {
+            ItemUpdate mesh = square();
+            mesh.isSmooth = isSmooth;
+            mesh.colours = redAndGreen();
+            if (areNormals)
+                mesh.normals = normals;
+            send(m_View, isSmooth ? areNormals ? "a" : "b" : areNormals ? "c" : "d", mesh);
+            expectFaces(rgba(RED), rgba(GREEN));
+            SceneUpdate gone;
+            gone.clear();
+            m_View.apply(gone);
+        }
+}
+
+TEST_F(ScenePartsTest, NumbersAndColoursOneAfterTheOtherSuitFaces)
+{
+    ItemUpdate mesh = square();
+    addField(mesh, "area", {1, 2});
+    send(m_View, "mesh", mesh);
+    expectFaces(m_Viridis.sample(0), m_Viridis.sample(1));
+    ItemUpdate colours;
+    colours.colours = NumberTuples{Colours(std::vector<int>{255, 0, 0, 0, 255, 0}), 0};
+    send(m_View, "mesh", colours);
+    expectFaces(rgba(RED), rgba(GREEN));
+}
+
+TEST_F(ScenePartsTest, ThoseOfVerticesAndOfFacesTakeTurns)
+{
+    ItemUpdate mesh = square();
+    mesh.isSmooth = true;
+    addField(mesh, "vertices", {1, 1, 1, 1});
+    addField(mesh, "faces", {0, 1});
+    send(m_View, "mesh", mesh);
+    for (int i = 0; i < 2; ++i) {
+        ItemUpdate update;
+        update.shown = "faces";
+        send(m_View, "mesh", update);
+        expectFaces(m_Viridis.sample(0), m_Viridis.sample(1));
+        update.shown = "vertices";
+        send(m_View, "mesh", update);
+        expectFaces(m_Viridis.sample(0.5), m_Viridis.sample(0.5));
+    }
+}
+
+TEST_F(ScenePartsTest, FacesThatAreLeftOutKeepTheirNumbers)
+{
+    ItemUpdate mesh = item(ItemKind::Mesh, squareAt({0, 0, 0}), {}, std::vector{0, 0, 1, 0, 1, 2, 0, 2, 3});
+    addField(mesh, "number", {0, 1, 2});
+    send(m_View, "mesh", mesh);
+    expectFaces(m_Viridis.sample(0.5), m_Viridis.sample(1));
+}
+
+TEST_F(ScenePartsTest, AsManyVerticesHaveThemUnlessItIsSaid)
+{
+    ItemUpdate mesh = square();
+    mesh.shape->faces.numbers = Numbers({0, 1, 2, 0, 2, 3, 0, 0, 1, 1, 1, 2});
+    addField(mesh, "a", {0, 0, 0, 1});
+    send(m_View, "mesh", mesh);
+    EXPECT_NE(rgba(colourAt({-0.3, 0, 0.2})), m_Viridis.sample(0)) << "mixed from vertices";
+    ItemUpdate update;
+    update.onFaces.insert("a");
+    send(m_View, "mesh", update);
+    expectFaces(m_Viridis.sample(0), m_Viridis.sample(0));
+    addField(update, "a", {0, 1, 0, 0});
+    send(m_View, "mesh", update);
+    expectFaces(m_Viridis.sample(0), m_Viridis.sample(1));
+}
+
+TEST_F(ScenePartsTest, StretchesAndSegmentsHaveColoursOfTheirOwn)
+{
+    sendCorners();
+    ItemUpdate lines = item(ItemKind::Lines, {-2, 0, 0, 0, 0, 0, NAN, 0, 0, 0, 0, 1, 2, 0, 1});
+    lines.size = 3;
+    addField(lines, "stretch", {0, 1, 2, 4});
+    send(m_View, "lines", lines);
+    for (const double x : {-1.8, -1.0, -0.2})
+        EXPECT_EQ(rgba(colourAt({x, 0, 0})), m_Viridis.sample(0));
+    for (const double x : {0.2, 1.0, 1.8})
+        EXPECT_EQ(rgba(colourAt({x, 0, 1})), m_Viridis.sample(1));
+    lines = item(ItemKind::Segments, {-2, 0, 0, -1, 0, 0, 1, 0, 0, 2, 0, 0});
+    lines.colours = redAndGreen();
+    send(m_View, "lines", lines);
+    EXPECT_EQ(colourAt({-1.1, 0, 0}), RED);
+    EXPECT_EQ(colourAt({1.1, 0, 0}), GREEN);
+}
+
+TEST_F(ScenePartsTest, ColoursWaitForTheirFaces)
+{
+    ItemUpdate mesh = square();
+    mesh.colour = rgba(RED);
+    addField(mesh, "area", {0, 0, 1});
+    ItemUpdate same = mesh;
+    SceneItem waiting(0);
+    waiting.apply(same);
+    EXPECT_EQ(waiting.waiting(), "3 numbers of \"area\" for 4 points and 2 faces");
+    send(m_View, "mesh", mesh);
+    expectFaces(rgba(RED), rgba(RED));
+    mesh = square();
+    mesh.shape->faces.numbers = Numbers({0, 1, 2, 0, 1, 1, 0, 2, 3});
+    send(m_View, "mesh", mesh);
+    expectFaces(m_Viridis.sample(0), m_Viridis.sample(1));
+}
+
 // A wall of points behind a smaller one.
 TEST_F(SceneViewTest, CloudsWithoutNormalsAreShadedByTheirDepths)
 {
