@@ -29,6 +29,11 @@ void changeItem(const ViewSlotPointer& slot, const std::string& path, Change&& c
     change(slot, [&](SceneUpdate& scene) { changeIt(scene.items[path]); });
 }
 
+std::string digits(double number)
+{
+    return QString::number(number, 'g', 17).toStdString();
+}
+
 // One call, and what is wrong with it, which is said.
 struct Call
 {
@@ -66,19 +71,36 @@ struct Call
                       ' ' + whatOthers);
     }
 
-    // Whether all faces have vertices.
-    bool accepts(const NumberTuples& faces, std::size_t numVertices) const
+    bool accepts(const Faces& faces) const
     {
-        const std::size_t bad = faces.numbers.visit([numVertices](const auto* vertices, std::size_t size) {
+        if (!faces.getNumCorners() || faces.areTooMany())
+            return accepts(faces, faces.width() != 0 ? faces.width() : 3, "faces");
+        const Numbers& numCorners = *faces.getNumCorners();
+        double sum = 0;
+        for (std::size_t i = 0; i < numCorners.size(); ++i) {
+            if (!(numCorners[i] >= 0) || std::floor(numCorners[i]) != numCorners[i])
+                return refuse("face " + std::to_string(i) + " has " + digits(numCorners[i]) + " corners");
+            sum += numCorners[i];
+        }
+        if (sum == static_cast<double>(faces.size()))
+            return true;
+        return refuse(std::to_string(faces.size()) + " numbers are no faces that have " + digits(sum) + " corners");
+    }
+
+    // Whether all faces have vertices.
+    bool accepts(const ItemShape& mesh) const
+    {
+        const NumberArray& named = mesh.faces.numbers;
+        const std::size_t numVertices = mesh.points.size();
+        const std::size_t bad = named.visit([numVertices](const auto* vertices, std::size_t size) {
             for (std::size_t i = 0; i < size; ++i)
                 if (!(vertices[i] >= 0 && static_cast<double>(vertices[i]) < static_cast<double>(numVertices)))
                     return i;
             return size;
         });
-        if (bad == faces.numbers.size())
+        if (bad == named.size())
             return true;
-        return refuse("face " + std::to_string(bad / faces.width) + " names vertex " +
-                      QString::number(faces.numbers[bad], 'g', 17).toStdString() + " of " +
+        return refuse("face " + std::to_string(mesh.faceOf(bad)) + " names vertex " + digits(named[bad]) + " of " +
                       std::to_string(numVertices));
     }
 
@@ -147,8 +169,8 @@ Item Scene::mesh(std::string_view path, const Points& vertices, const Faces& fac
     const Call call{m_Slot, "mesh", path};
     ItemShape shape = shapeOf(ItemKind::Mesh, vertices);
     shape.faces = {faces, faces.width() != 0 ? faces.width() : 3};
-    if (call.accepts(vertices, "vertices") && call.accepts(faces, shape.faces.width, "faces") &&
-        call.accepts(shape.faces, shape.points.size()))
+    shape.numCorners = faces.getNumCorners();
+    if (call.accepts(vertices, "vertices") && call.accepts(faces) && call.accepts(shape))
         sendShape(m_Slot, path, std::move(shape));
     return {m_Slot, path};
 }

@@ -118,8 +118,8 @@ public:
         return cloud(path, Points(points, 3 * count), statement);
     }
 
-    /// A surface of triangles or quadrangles, which name their vertices by numbers counted from 0. Both its sides are
-    /// seen. Faces without area are left out.
+    /// A surface of triangles, quadrangles or polygons (see Faces), which name their vertices by numbers counted from
+    /// 0. Polygons may be concave. Both sides are seen. Faces without area are left out.
     Item mesh(std::string_view path, const Points& vertices, const Faces& faces,
         const Statement& statement = Statement()) const;
 

@@ -7,6 +7,7 @@
 #include <initializer_list>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -100,7 +101,7 @@ public:
     /// Whether memory ran out while copying. They are empty then.
     bool areTooMany() const { return m_AreTooMany; }
 
-private:
+protected:
     template <typename T>
     static constexpr bool isTuple()
     {
@@ -110,15 +111,17 @@ private:
             return false;
     }
 
-    template <typename Matrix>
-    static constexpr bool isMatrix()
+    // Nothing is thrown at the caller.
+    template <typename Take>
+    void takeWhatFits(Take takeThem) noexcept
     {
-        if constexpr (Strided<Matrix>)
-            return !Matrix::IsVectorAtCompileTime &&
-                   (((Matrix::RowsAtCompileTime == static_cast<int>(Widths)) || ...) ||
-                       ((Matrix::ColsAtCompileTime == static_cast<int>(Widths)) || ...));
-        else
-            return false;
+        if (isShowOff())
+            return;
+        try {
+            takeThem();
+        } catch (const std::exception&) {
+            m_AreTooMany = true;
+        }
     }
 
     template <typename Range>
@@ -149,6 +152,18 @@ private:
     {
         NumberArray::operator=(numbers);
         m_AreTooMany = numbers.areTooMany();
+    }
+
+private:
+    template <typename Matrix>
+    static constexpr bool isMatrix()
+    {
+        if constexpr (Strided<Matrix>)
+            return !Matrix::IsVectorAtCompileTime &&
+                   (((Matrix::RowsAtCompileTime == static_cast<int>(Widths)) || ...) ||
+                       ((Matrix::ColsAtCompileTime == static_cast<int>(Widths)) || ...));
+        else
+            return false;
     }
 
     template <typename Range>
@@ -207,19 +222,6 @@ private:
         });
     }
 
-    // Nothing is thrown at the caller.
-    template <typename Take>
-    void takeWhatFits(Take takeThem) noexcept
-    {
-        if (isShowOff())
-            return;
-        try {
-            takeThem();
-        } catch (const std::exception&) {
-            m_AreTooMany = true;
-        }
-    }
-
     std::size_t m_Width = 0;
     bool m_AreTooMany = false;
 };
@@ -231,7 +233,89 @@ using Points = Tuples<3>;
 /// numbers from 0 to 1.
 using Colours = Tuples<3, 4>;
 
-/// Faces of a call: the numbers of three vertices each, or of four, counted from 0.
-using Faces = Tuples<3, 4>;
+/// Faces of a call: the numbers of their vertices, counted from 0. Triangles and quadrangles are sent as Tuples are.
+/// Polygons with any number of corners each are a range of ranges, or all their vertices one after the other and how
+/// many corners each has:
+///
+///     #include <vireo/show/Scene.h>
+///
+///     const std::vector<std::vector<int>> polygons{{0, 1, 2, 3, 4}, {4, 3, 5}};
+///     tavo::scene("world").mesh("roof", corners, polygons);
+///
+///     const std::vector<int> vertices{0, 1, 2, 3, 4, 4, 3, 5};
+///     const std::vector<int> numCorners{5, 3};
+///     tavo::scene("world").mesh("roof", corners, {vertices, numCorners});
+class Faces : public Tuples<3, 4>
+{
+public:
+    Faces() = default;
+
+    template <typename Range>
+    // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): what is required leaves copies and moves alone
+    requires(!std::derived_from<std::remove_cvref_t<Range>, NumberArray>) Faces(Range&& range)
+    {
+        if constexpr (arePolygons<std::remove_cvref_t<Range>>())
+            takePolygons(range);
+        else
+            takeOrRefuse(std::forward<Range>(range));
+    }
+
+    template <typename T>
+    requires(Number<T> || requires { TupleOf<T>::WIDTH; }) Faces(std::initializer_list<T> values)
+        : Tuples(values)
+    {}
+    Faces(std::initializer_list<double> numbers)
+        : Tuples(numbers)
+    {}
+    Faces(std::initializer_list<std::initializer_list<int>> polygons) { takePolygons(polygons); }
+
+    /// `count` numbers, one after the other.
+    template <Number T>
+    Faces(const T* numbers, std::size_t count)
+        : Tuples(numbers, count)
+    {}
+
+    /// The vertices of polygons, and how many corners each polygon has.
+    Faces(const Numbers& vertices, const Numbers& numCorners)
+        : m_NumCorners(numCorners)
+    {
+        takeFlat(vertices);
+    }
+
+    /// How many corners each has; nothing if all have as many.
+    const std::optional<Numbers>& getNumCorners() const { return m_NumCorners; }
+
+    /// Whether memory ran out while copying. They are empty then.
+    bool areTooMany() const { return Tuples::areTooMany() || (m_NumCorners && m_NumCorners->areTooMany()); }
+
+private:
+    template <typename Range>
+    static constexpr bool arePolygons()
+    {
+        if constexpr (Strided<Range> || !Contiguous<Range>)
+            return false;
+        else if constexpr (isTuple<ElementOf<Range>>() || !Contiguous<ElementOf<Range>>)
+            return false;
+        else
+            return Number<ElementOf<ElementOf<Range>>>;
+    }
+
+    template <typename Range>
+    void takePolygons(const Range& polygons)
+    {
+        takeWhatFits([&] {
+            std::vector<ElementOf<ElementOf<Range>>> vertices;
+            std::vector<std::size_t> numCorners;
+            for (const auto& polygon : polygons) {
+                vertices.insert(vertices.end(), std::data(polygon), std::data(polygon) + std::size(polygon));
+                numCorners.push_back(static_cast<std::size_t>(std::size(polygon)));
+            }
+            takeFlat(Numbers(std::move(vertices)));
+            m_NumCorners = Numbers(std::move(numCorners));
+        });
+    }
+
+    std::optional<Numbers> m_NumCorners;
+};
 
 } // namespace tavo

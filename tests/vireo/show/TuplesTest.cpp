@@ -109,6 +109,46 @@ TEST(TuplesTest, AreCopiedOtherwise)
     EXPECT_THAT(read(points), ElementsAre(1, 2, 3));
 }
 
+std::vector<double> readNumCorners(const Faces& faces)
+{
+    return faces.getNumCorners() ? read(*faces.getNumCorners()) : std::vector<double>{-1};
+}
+
+TEST(FacesTest, ArePolygons)
+{
+    const std::vector<std::vector<int>> ofVectors{{0, 1, 2, 3, 4}, {}, {4, 3, 5}};
+    const Faces faces(ofVectors);
+    EXPECT_THAT(read(faces), ElementsAre(0, 1, 2, 3, 4, 4, 3, 5));
+    EXPECT_THAT(readNumCorners(faces), ElementsAre(5, 0, 3));
+    const std::vector<std::array<short, 5>> pentagons{{0, 1, 2, 3, 4}, {5, 6, 7, 8, 9}};
+    EXPECT_THAT(readNumCorners(pentagons), ElementsAre(5, 5));
+    const std::vector<std::uint64_t> indices{7, 8, 9, 6};
+    EXPECT_THAT(readNumCorners(std::vector{std::span(indices)}), ElementsAre(4));
+    const Faces inBraces{{0, 1, 2}, {2, 1, 3, 4}};
+    EXPECT_THAT(read(inBraces), ElementsAre(0, 1, 2, 2, 1, 3, 4));
+    EXPECT_THAT(readNumCorners(inBraces), ElementsAre(3, 4));
+}
+
+TEST(FacesTest, AreVerticesAndHowManyEachHas)
+{
+    const std::vector<unsigned int> vertices{0, 1, 2, 3, 4, 4, 3, 5};
+    const Faces faces{vertices, std::vector<std::uint8_t>{5, 3}};
+    EXPECT_THAT(read(faces), ElementsAre(0, 1, 2, 3, 4, 4, 3, 5));
+    EXPECT_THAT(readNumCorners(faces), ElementsAre(5, 3));
+}
+
+TEST(FacesTest, AreTrianglesAndQuadranglesAsBefore)
+{
+    std::vector<std::array<int, 4>> quads{{0, 1, 2, 3}};
+    const void* const data = quads.data();
+    EXPECT_THAT(readNumCorners(quads), ElementsAre(-1));
+    EXPECT_EQ(Faces(quads).width(), 4U);
+    EXPECT_EQ(addressOf(Faces(std::move(quads))), data);
+    EXPECT_THAT(readNumCorners({0, 1, 2}), ElementsAre(-1));
+    EXPECT_THAT(readNumCorners({Vector3i(0, 1, 2), Vector3i(2, 1, 3)}), ElementsAre(-1));
+    EXPECT_THAT(readNumCorners({}), ElementsAre(-1));
+}
+
 TEST(TransformationTest, IsColumnByColumnOrAsItIsWritten)
 {
     const std::vector<int> columns{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};

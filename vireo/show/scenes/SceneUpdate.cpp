@@ -20,11 +20,21 @@ void replace(std::optional<T>& older, std::optional<T>& newer)
 std::size_t ItemShape::numParts() const
 {
     switch (kind) {
-    case ItemKind::Mesh: return faces.size();
+    case ItemKind::Mesh: return numCorners ? numCorners->size() : faces.size();
     case ItemKind::Lines: return points.size() > 0 ? points.size() - 1 : 0;
     case ItemKind::Segments: return points.size() / 2;
     default: return 0;
     }
+}
+
+std::size_t ItemShape::faceOf(std::size_t i) const
+{
+    if (!numCorners)
+        return i / faces.width;
+    std::size_t face = 0;
+    for (double end = (*numCorners)[0]; end <= static_cast<double>(i); end += (*numCorners)[face])
+        ++face;
+    return face;
 }
 
 void ItemUpdate::merge(ItemUpdate& newer)

@@ -42,11 +42,15 @@ struct ItemShape
     NumberTuples points; // of boxes, their minima
     NumberTuples ends;   // of vectors, their directions; of boxes, their maxima
     NumberTuples faces;
+    std::optional<NumberArray> numCorners; // of each face, if they have not all as many
     Matrix4 frame;
     std::string text;
 
     // The faces of a mesh, the stretches of lines, the segments; 0 of what has none.
     std::size_t numParts() const;
+
+    // The face that the i-th number of the faces belongs to.
+    std::size_t faceOf(std::size_t i) const;
 };
 
 // Numbers of points or parts that are shown as colours.

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <utility>
 
+#include "vireo/show/scenes/Triangulator.h"
+
 namespace tavo {
 
 namespace {
@@ -121,37 +123,58 @@ DrawnItem strokes(const ItemShape& shape, std::size_t stride, bool haveParts)
     return item;
 }
 
-// Its length is twice the area, of coordinates divided by `size`, so that nothing overflows.
+// Divided by `size`, so that nothing that is computed of it overflows.
+Vector3d cornerAt(const DrawnItem& item, unsigned int vertex, double size)
+{
+    const float* const position = item.positions.data() + 3 * std::size_t(vertex);
+    return (1 / size) * Vector3d(position[0], position[1], position[2]);
+}
+
+// Its length is twice the area.
 Vector3d normalOf(const DrawnItem& item, const unsigned int* triangle, double size)
 {
-    Vector3d corners[3];
-    for (std::size_t i = 0; i < 3; ++i) {
-        const float* const position = item.positions.data() + 3 * std::size_t(triangle[i]);
-        corners[i] = (1 / size) * Vector3d(position[0], position[1], position[2]);
-    }
-    return cross(corners[1] - corners[0], corners[2] - corners[0]);
+    const Vector3d corner = cornerAt(item, triangle[0], size);
+    return cross(cornerAt(item, triangle[1], size) - corner, cornerAt(item, triangle[2], size) - corner);
+}
+
+// Calls `use(i, vertices)` for each face.
+template <typename Use>
+void forEachFace(const ItemShape& shape, Use use)
+{
+    std::vector<unsigned int> face;
+    shape.faces.numbers.visit([&](const auto* vertices, std::size_t) {
+        for (std::size_t i = 0; i < shape.numParts(); ++i) {
+            const std::size_t size =
+                shape.numCorners ? static_cast<std::size_t>((*shape.numCorners)[i]) : shape.faces.width;
+            face.clear();
+            for (std::size_t corner = 0; corner < size; ++corner)
+                face.push_back(static_cast<unsigned int>(*vertices++));
+            use(i, face);
+        }
+    });
 }
 
 // Triangles of what can be drawn of the faces.
-void takeTriangles(DrawnItem& item, const NumberTuples& faces, const std::vector<bool>& unusable, bool haveParts)
+void takeTriangles(DrawnItem& item, const ItemShape& shape, const std::vector<bool>& unusable, bool haveParts)
 {
+    Triangulator triangulator;
+    std::vector<Vector3d> corners;
     const double size = item.box.diagonal();
-    const auto take = [&](const std::array<unsigned int, 3>& triangle, std::size_t face) {
-        for (const unsigned int vertex : triangle)
+    item.indices.reserve(3 * shape.numParts());
+    forEachFace(shape, [&](std::size_t i, const std::vector<unsigned int>& face) {
+        corners.clear();
+        for (const unsigned int vertex : face) {
             if (isLeftOut(unusable, vertex))
                 return;
-        if (!(length(normalOf(item, triangle.data(), size)) > 0))
-            return;
-        item.indices.insert(item.indices.end(), triangle.begin(), triangle.end());
-        if (haveParts)
-            item.parts.push_back(static_cast<unsigned int>(face));
-    };
-    item.indices.reserve(3 * faces.size());
-    faces.numbers.visit([&](const auto* vertices, std::size_t numVertices) {
-        const auto vertex = [vertices](std::size_t i) { return static_cast<unsigned int>(vertices[i]); };
-        for (std::size_t first = 0; first < numVertices; first += faces.width)
-            for (std::size_t i = 2; i < faces.width; ++i)
-                take({vertex(first), vertex(first + i - 1), vertex(first + i)}, first / faces.width);
+            corners.push_back(cornerAt(item, vertex, size));
+        }
+        for (const auto& [a, b, c] : triangulator.triangulate(corners)) {
+            if (!(length(cross(corners[b] - corners[a], corners[c] - corners[a])) > 0))
+                continue;
+            item.indices.insert(item.indices.end(), {face[a], face[b], face[c]});
+            if (haveParts)
+                item.parts.push_back(static_cast<unsigned int>(i));
+        }
     });
 }
 
@@ -187,7 +210,7 @@ DrawnItem mesh(const ItemShape& shape, const NumberTuples* normals, bool isSmoot
     item.primitive = PrimitiveKind::Triangles;
     item.isIndexed = true;
     const std::vector<bool> unusable = takePoints(item, shape.points);
-    takeTriangles(item, shape.faces, unusable, haveParts);
+    takeTriangles(item, shape, unusable, haveParts);
     if (normals)
         takeNormals(item, *normals);
     else if (isSmooth)

@@ -135,6 +135,39 @@ TEST(SceneTest, SaysWhichFaceNamesNoVertex)
     EXPECT_THAT(takePaths(), ElementsAre("a"));
 }
 
+TEST(SceneTest, SaysWhichPolygonNamesNoVertex)
+{
+    testing::internal::CaptureStderr();
+    const std::vector<int> vertices{0, 1, 2, 2, 1, 0, 3};
+    scene("scene").mesh("a", TRIANGLE, {vertices, std::vector{3, 0, 4}});
+    scene("scene").mesh("b", TRIANGLE, std::vector<std::vector<int>>{{0, 1, 2}, {-1, 1, 2}});
+    EXPECT_EQ(said(),
+        "warning: tavo: scene(\"scene\").mesh(\"a\"): face 2 names vertex 3 of 3; what was shown stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"b\"): face 1 names vertex -1 of 3; what was shown stays\n");
+    EXPECT_THAT(takePaths(), IsEmpty());
+}
+
+TEST(SceneTest, SaysWhatAreNoCorners)
+{
+    testing::internal::CaptureStderr();
+    const std::vector<int> vertices{0, 1, 2, 2, 1, 0};
+    scene("scene").mesh("a", TRIANGLE, {vertices, std::vector{3, 4}});
+    scene("scene").mesh("b", TRIANGLE, {vertices, std::vector{7, -1}});
+    scene("scene").mesh("c", TRIANGLE, {vertices, std::vector{3.5, 2.5}});
+    scene("scene").mesh("d", TRIANGLE, {vertices, std::vector<int>()});
+    scene("scene").mesh("e", TRIANGLE, {vertices, std::vector{INFINITY, 3.}});
+    EXPECT_EQ(said(),
+        "warning: tavo: scene(\"scene\").mesh(\"a\"): 6 numbers are no faces that have 7 corners; what was shown "
+        "stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"b\"): face 1 has -1 corners; what was shown stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"c\"): face 0 has 3.5 corners; what was shown stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"d\"): 6 numbers are no faces that have 0 corners; what was shown "
+        "stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"e\"): 6 numbers are no faces that have inf corners; what was shown "
+        "stays\n");
+    EXPECT_THAT(takePaths(), IsEmpty());
+}
+
 TEST(SceneTest, SaysWhatIsNoMatrixAndNoSide)
 {
     testing::internal::CaptureStderr();

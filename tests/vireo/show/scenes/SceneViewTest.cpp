@@ -114,6 +114,46 @@ TEST_F(SceneViewTest, QuadranglesAreWhole)
     EXPECT_LE(std::abs(rect.width() - rect.height()), 1);
 }
 
+TEST_F(SceneViewTest, PolygonsAreWhole)
+{
+    sendCorners();
+    // Like an L and, beside it, a pentagon with a triangle on top.
+    const Points vertices{-3, 0, -2, 0, 0, -2, 0, 0, -1, -2, 0, -1, -2, 0, 2, -3, 0, 2, //
+        1, 0, -2, 3, 0, -2, 3, 0, 0, 2, 0, 1, 1, 0, 0, 2, 0, 3};
+    const std::vector<std::vector<int>> polygons{{2, 3, 4, 5, 0, 1}, {6, 7, 8, 9, 10}, {9, 8, 11}, {0, 1}, {3, 3, 3}};
+    ItemUpdate mesh = item(ItemKind::Mesh, vertices, {}, polygons);
+    mesh.isSmooth = true;
+    sendColoured("polygons", mesh, RED);
+    const QImage shown = picture();
+    for (const Vector3d& inside : {Vector3d(-2.5, 0, 1.8), Vector3d(-0.2, 0, -1.5), Vector3d(-2.8, 0, -1.8),
+             Vector3d(1.2, 0, 0), Vector3d(2.9, 0, -1.8), Vector3d(2.2, 0, 1.2)})
+        EXPECT_EQ(shown.pixelColor(pixelOf(inside)), RED) << inside[0] << ' ' << inside[2];
+    for (const Vector3d& outside : {Vector3d(-1.7, 0, -0.6), Vector3d(-0.3, 0, -0.8), Vector3d(1.2, 0, 0.6)})
+        EXPECT_EQ(shown.pixelColor(pixelOf(outside)), GROUND) << outside[0] << ' ' << outside[2];
+}
+
+TEST_F(SceneViewTest, ConcaveQuadranglesAreNotFilledUp)
+{
+    sendCorners();
+    const Points dart{-2, 0, -2, 3, 0, 0, -2, 0, 2, 0, 0, 0};
+    for (const std::array<int, 4>& face : {std::array{0, 1, 2, 3}, {1, 2, 3, 0}, {2, 3, 0, 1}, {3, 0, 1, 2}}) {
+        sendColoured("dart", item(ItemKind::Mesh, dart, {}, std::vector{face}), RED);
+        EXPECT_EQ(picture().pixelColor(pixelOf({-1.5, 0, 0})), GROUND);
+        for (const double z : {-1.0, 1.0})
+            EXPECT_EQ(picture().pixelColor(pixelOf({-0.5, 0, z})), RED);
+    }
+}
+
+TEST_F(SceneViewTest, APolygonWithoutACornerIsLeftOut)
+{
+    sendCorners();
+    const Points vertices{-2, 0, -2, 2, 0, -2, 2, 0, 2, NAN, 0, 2, -2, 0, 0};
+    sendColoured("polygon", item(ItemKind::Mesh, vertices, {}, {{0, 1, 2, 3, 4}}), RED);
+    EXPECT_EQ(numPixels(picture(), RED), 0);
+    sendColoured("polygon", item(ItemKind::Mesh, vertices, {}, {{0, 1, 2, 4}}), RED);
+    EXPECT_GT(numPixels(picture(), RED), 100);
+}
+
 TEST_F(SceneViewTest, ColoursAreOfBytesAndFloatsWithAndWithoutOpacity)
 {
     sendCorners();
@@ -329,6 +369,17 @@ TEST_F(ScenePartsTest, FacesThatAreLeftOutKeepTheirNumbers)
     addField(mesh, "number", {0, 1, 2});
     send(m_View, "mesh", mesh);
     expectFaces(m_Viridis.sample(0.5), m_Viridis.sample(1));
+}
+
+TEST_F(ScenePartsTest, PolygonsHaveColoursOfTheirOwn)
+{
+    ItemUpdate mesh =
+        item(ItemKind::Mesh, {-1, 0, -1, 1, 0, -1, 1, 0, 1, -1, 0, 1, -1, 0, 0}, {}, {{0, 1}, {0, 1, 2, 4}, {4, 2, 3}});
+    addField(mesh, "number", {0, 1, 2});
+    send(m_View, "mesh", mesh);
+    EXPECT_EQ(rgba(colourAt({0.9, 0, -0.9})), m_Viridis.sample(0.5));
+    EXPECT_EQ(rgba(colourAt({-0.9, 0, -0.2})), m_Viridis.sample(0.5));
+    EXPECT_EQ(rgba(colourAt({-0.9, 0, 0.9})), m_Viridis.sample(1));
 }
 
 TEST_F(ScenePartsTest, AsManyVerticesHaveThemUnlessItIsSaid)

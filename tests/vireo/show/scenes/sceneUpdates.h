@@ -20,6 +20,7 @@ inline ItemUpdate item(ItemKind kind, const Points& points, const Points& ends =
     update.shape->points.numbers = points;
     update.shape->ends.numbers = ends;
     update.shape->faces = {faces, faces.width() ? faces.width() : 3};
+    update.shape->numCorners = faces.getNumCorners();
     return update;
 }
 
