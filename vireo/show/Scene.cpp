@@ -343,7 +343,29 @@ Item Item::normals(const Points& values, const Statement&) const
 
 Item Item::size(double pixels, const Statement&) const
 {
-    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.size = pixels; });
+    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) {
+        item.size = pixels;
+        item.radii.reset();
+    });
+    return *this;
+}
+
+Item Item::radius(double units, const Statement&) const
+{
+    return radius(Numbers{units});
+}
+
+Item Item::radius(const Numbers& units, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return *this;
+    if (units.areTooMany())
+        Call{m_Slot, "radius", m_Path}.refuse("there is no memory for so many numbers");
+    else
+        changeItem(m_Slot, m_Path, [&](ItemUpdate& item) {
+            item.radii = NumberTuples{units, 1};
+            item.size.reset();
+        });
     return *this;
 }
 

@@ -65,8 +65,14 @@ public:
     /// The normal of each point or vertex, by which light falls on it. They need not have the length 1.
     Item normals(const Points& values, const Statement& statement = Statement()) const;
 
-    /// How large points and how wide lines are, in pixels of the screen.
+    /// How large points and how wide lines are, in pixels of the screen. Of size() and radius() the later one holds.
     Item size(double pixels, const Statement& statement = Statement()) const;
+
+    /// How large the points of a cloud are, in units of the scene, so that those farther away are smaller: one radius
+    /// for all, or one for each. They are squares, twice as wide, at least a pixel, and at most as many pixels as the
+    /// driver can (often 255). Where it has no vertex programs they are as large as without a radius.
+    Item radius(double units, const Statement& statement = Statement()) const;
+    Item radius(const Numbers& units, const Statement& statement = Statement()) const;
 
     /// From 0, where nothing is seen of the item, to 1.
     Item opacity(double opacity, const Statement& statement = Statement()) const;

@@ -44,11 +44,12 @@ std::unique_ptr<GLVertexBuffer> makeBuffer(
     return buffer;
 }
 
-std::unique_ptr<GLVertexBuffer> makeBuffer(GLContext& context, const char* name, std::vector<float>& vectors)
+std::unique_ptr<GLVertexBuffer> makeBuffer(
+    GLContext& context, const char* name, std::vector<float>& tuples, unsigned int width = 3)
 {
-    if (vectors.empty())
+    if (tuples.empty())
         return nullptr;
-    return makeBuffer(context, name, 3, VertexAttribDescriptor::TYPE_FLOAT, vectors.data(), vectors.size() / 3);
+    return makeBuffer(context, name, width, VertexAttribDescriptor::TYPE_FLOAT, tuples.data(), tuples.size() / width);
 }
 
 std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> makeBuffer(
@@ -129,7 +130,7 @@ void SceneItem::apply(ItemUpdate& update)
     replace(m_WaitingColours, update.colours);
     replace(m_WaitingNormals, update.normals);
     replace(m_Colour, update.colour);
-    replace(m_Size, update.size);
+    isShapeNew = applySize(update) || isShapeNew;
     m_IsVisible = update.isVisible.value_or(m_IsVisible);
     m_IsSmooth = update.isSmooth.value_or(m_IsSmooth);
     if (!m_Shape)
@@ -138,11 +139,40 @@ void SceneItem::apply(ItemUpdate& update)
         m_AreColoursUploaded = false;
     if (settle(m_Normals, m_WaitingNormals, [this](const NumberTuples& normals) { return fits(normals); }))
         isShapeNew = true;
+    if (settle(m_Radii, m_WaitingRadii, [this](const NumberTuples& radii) { return radii.size() == 1 || fits(radii); }))
+        isShapeNew = true;
     const bool haveParts = arePartsColoured();
     if (!isShapeNew && haveParts == !m_Drawn.parts.empty())
         return;
     m_Drawn = drawnItem(*m_Shape, m_Normals ? &*m_Normals : nullptr, m_IsSmooth, haveParts);
+    addRadii();
     m_IsUploaded = m_AreColoursUploaded = false;
+}
+
+// Of pixels and of units of the scene the later ones hold. Whether radii go.
+bool SceneItem::applySize(ItemUpdate& update)
+{
+    bool doRadiiGo = false;
+    if (update.size) {
+        m_Size = update.size;
+        m_WaitingRadii.reset();
+        doRadiiGo = std::exchange(m_Radii, {}).has_value();
+    }
+    replace(m_WaitingRadii, update.radii);
+    return doRadiiGo;
+}
+
+// What is drawn reaches beyond the middles of its points.
+void SceneItem::addRadii()
+{
+    constexpr double LARGEST = 1e30; // as of coordinates
+    const bool areSeen = m_Radii && kind() == ItemKind::Cloud;
+    m_LargestRadius = areSeen ? std::min(rangeOf(m_Radii->numbers).second, LARGEST) : 0;
+    if (!(m_LargestRadius > 0) || m_Drawn.box.isEmpty())
+        return;
+    const Vector3d radius(m_LargestRadius, m_LargestRadius, m_LargestRadius);
+    m_Drawn.box.extend(m_Drawn.box.getMin() - radius);
+    m_Drawn.box.extend(m_Drawn.box.getMax() + radius);
 }
 
 void SceneItem::applyFields(ItemUpdate& update)
@@ -240,6 +270,8 @@ std::string SceneItem::waiting() const
         return std::to_string(m_WaitingColours->numbers.size()) + " numbers of colours" + points;
     if (m_WaitingNormals)
         return std::to_string(m_WaitingNormals->size()) + " normals" + points;
+    if (m_WaitingRadii)
+        return std::to_string(m_WaitingRadii->size()) + " radii" + points;
     for (const Field& field : m_Fields)
         if (field.waiting)
             return std::to_string(field.waiting->size()) + " numbers of \"" + printable(field.name, 80) + "\"" + points;
@@ -268,9 +300,25 @@ void SceneItem::upload(GLContext& context)
     m_PositionBuffer = makeBuffer(context, "position", m_Drawn.positions);
     m_NormalBuffer = makeBuffer(context, "normal", m_Drawn.normals);
     m_IndexBuffer = makeBuffer(context, m_Drawn.indices);
+    uploadRadii(context);
     m_Drawn.positions = {};
     m_Drawn.normals = {};
     m_Drawn.indices = {};
+}
+
+void SceneItem::uploadRadii(GLContext& context)
+{
+    m_RadiusBuffer.reset();
+    m_PointScale.reset();
+    if (!(m_LargestRadius > 0))
+        return;
+    m_PointScale = PointScale::make(context, m_NormalBuffer != nullptr);
+    std::vector<float> radii;
+    for (std::size_t i = 0; i < m_Radii->size() && m_Radii->size() > 1; ++i) {
+        const double radius = m_Radii->numbers[i];
+        radii.push_back(radius > 0 ? static_cast<float>(std::min(radius, m_LargestRadius)) : 0);
+    }
+    m_RadiusBuffer = makeBuffer(context, "texcoord", radii, 1);
 }
 
 void SceneItem::uploadColours(GLContext& context)
@@ -346,12 +394,18 @@ void SceneItem::draw(GLContext& context, const Matrix4& modelView, bool isGround
     glPointSize(static_cast<float>(scale * (size > 0 ? size : POINT_SIZE)));
     glLineWidth(static_cast<float>(scale * (size > 0 ? size : LINE_WIDTH)));
     m_NormalBuffer ? glEnable(GL_LIGHTING) : glDisable(GL_LIGHTING);
+    if (m_PointScale) {
+        glTexCoord1d(m_LargestRadius);
+        m_PointScale->begin(length(modelView.turned({1, 0, 0})));
+    }
     drawVertices();
+    if (m_PointScale)
+        m_PointScale->end();
 }
 
 void SceneItem::drawVertices()
 {
-    for (const auto* buffer : {&m_PositionBuffer, &m_NormalBuffer, &m_ColourBuffer})
+    for (const auto* buffer : {&m_PositionBuffer, &m_NormalBuffer, &m_ColourBuffer, &m_RadiusBuffer})
         if (*buffer)
             (*buffer)->bind();
     if (m_Drawn.isIndexed) {
@@ -361,7 +415,7 @@ void SceneItem::drawVertices()
     } else {
         m_PositionBuffer->drawArrays(modeOf(m_Drawn.primitive), 0, 0);
     }
-    for (const auto* buffer : {&m_PositionBuffer, &m_NormalBuffer, &m_ColourBuffer})
+    for (const auto* buffer : {&m_PositionBuffer, &m_NormalBuffer, &m_ColourBuffer, &m_RadiusBuffer})
         if (*buffer)
             (*buffer)->unbind();
 }

@@ -10,6 +10,7 @@
 #include "vireo/geometry/GLTemplatedIndexBuffer.h"
 #include "vireo/geometry/GLVertexBuffer.h"
 #include "vireo/show/colours/ColourMap.h"
+#include "vireo/show/scenes/PointScale.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/drawnItem.h"
@@ -77,8 +78,11 @@ private:
     bool areColoursShown() const;
     bool arePartsColoured() const;
     bool fits(const NumberTuples& tuples) const;
+    bool applySize(ItemUpdate& update);
+    void addRadii();
     std::optional<Fit> fitOf(const NumberTuples& tuples, const std::string& name) const;
     void upload(GLContext& context);
+    void uploadRadii(GLContext& context);
     void uploadColours(GLContext& context);
     std::vector<unsigned char> coloursOfVertices() const;
     std::vector<unsigned char> coloursAsSent() const;
@@ -100,6 +104,9 @@ private:
     std::string m_ColourMap{namesOfColourMaps().front()};
     std::optional<RGBA8> m_Colour;
     std::optional<double> m_Size;
+    std::optional<NumberTuples> m_Radii; // one, or as many as there are points
+    std::optional<NumberTuples> m_WaitingRadii;
+    double m_LargestRadius = 0; // 0 if points have a size in pixels
     double m_Opacity = 1;
     bool m_IsVisible = true;
     bool m_IsSmooth = false;
@@ -111,6 +118,8 @@ private:
     std::unique_ptr<GLVertexBuffer> m_PositionBuffer;
     std::unique_ptr<GLVertexBuffer> m_NormalBuffer;
     std::unique_ptr<GLVertexBuffer> m_ColourBuffer;
+    std::unique_ptr<GLVertexBuffer> m_RadiusBuffer; // null if all points have one radius
+    std::unique_ptr<PointScale> m_PointScale;
     std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_IndexBuffer;
 };
 

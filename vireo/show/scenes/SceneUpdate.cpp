@@ -49,7 +49,10 @@ void ItemUpdate::merge(ItemUpdate& newer)
     replace(range, newer.range);
     replace(colourMap, newer.colourMap);
     replace(colour, newer.colour);
-    replace(size, newer.size);
+    if (newer.size || newer.radii) {
+        size.swap(newer.size);
+        radii.swap(newer.radii);
+    }
     replace(opacity, newer.opacity);
     replace(isVisible, newer.isVisible);
     replace(isSmooth, newer.isSmooth);

@@ -73,7 +73,8 @@ struct ItemUpdate
     std::optional<std::pair<double, double>> range;
     std::optional<std::string> colourMap;
     std::optional<RGBA8> colour;
-    std::optional<double> size;
+    std::optional<double> size; // only one of these two, the later one
+    std::optional<NumberTuples> radii;
     std::optional<double> opacity;
     std::optional<bool> isVisible;
     std::optional<bool> isSmooth;

@@ -199,6 +199,28 @@ TEST(SceneTest, FieldsAreReplacedByTheirNames)
     EXPECT_EQ(item.colourMap, "magma");
 }
 
+TEST(SceneTest, OfSizeAndRadiusTheLaterHolds)
+{
+    const auto send = [] { return scene("scene").cloud("a", TRIANGLE); };
+    send().size(5).radius(2);
+    auto sent = takeScene();
+    EXPECT_FALSE(sent->items["a"].size);
+    EXPECT_EQ(sent->items["a"].radii->numbers[0], 2);
+    send().radius({1, 2, 3}).size(5);
+    sent = takeScene();
+    EXPECT_EQ(sent->items["a"].size, 5);
+    EXPECT_FALSE(sent->items["a"].radii);
+    send().size(5);
+    send().radius(std::vector<float>{1, 2, 3});
+    send().colour({1, 2, 3, 4});
+    sent = takeScene();
+    EXPECT_FALSE(sent->items["a"].size);
+    EXPECT_EQ(sent->items["a"].radii->size(), 3U);
+    send().radius(2);
+    send().size(5);
+    EXPECT_FALSE(takeScene()->items["a"].radii);
+}
+
 TEST(SceneTest, WhatIsSaidOfFacesStays)
 {
     scene("scene").mesh("a", TRIANGLE, {0, 1, 2}).scalar("s", {1}).onFaces("s");

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/vireo/show/scenes/sceneUpdates.h"
+#include "vireo/context/GLExtensions.h"
 #include "vireo/show/colours/colourOfLabel.h"
 
 // Pictures of scenes. Pixels are exact: what is looked at covers them whole, or leaves them as they are.
@@ -286,6 +287,149 @@ TEST_F(SceneFieldTest, NumbersWaitForTheirPoints)
     ItemUpdate points = item(ItemKind::Cloud, {-2, 0, 0, -1, 0, 0});
     send(m_View, "points", points);
     EXPECT_EQ(rgba(picture().pixelColor(pixelOf({-1, 0, 0}))), m_Viridis.sample(1));
+}
+
+class SceneRadiusTest : public SceneViewTest
+{
+protected:
+    SceneRadiusTest() { sendCorners(); }
+
+    void sendPoints(const Points& points, const Numbers& radii)
+    {
+        ItemUpdate update = item(ItemKind::Cloud, points);
+        update.radii = NumberTuples{radii, 1};
+        update.normals = NumberTuples{Points(std::vector<Vector3d>(points.size() / 3, Vector3d(0, -1, 0))), 3};
+        sendColoured("points", update, RED);
+    }
+
+    // Of the points in that part of the picture.
+    double widthIn(const QRect& part)
+    {
+        const QRect rect = rectOf(picture().copy(part), RED);
+        EXPECT_EQ(rect.width(), rect.height());
+        return rect.width();
+    }
+
+    double widthOfAll() { return widthIn({0, 0, 200, 100}); }
+
+    double pixels(double units, double depth)
+    {
+        return units / m_View.getCamera().unitsPerPixel(depth, m_View.viewSize());
+    }
+};
+
+TEST_F(SceneRadiusTest, PointsAreAsLargeAsTheyAreInTheScene)
+{
+    sendPoints({0, 0, 0}, {1.5});
+    EXPECT_NEAR(widthOfAll(), pixels(3, 0), 1);
+    EXPECT_GT(widthOfAll(), 20);
+    EXPECT_LE((rectOf(picture(), RED).center() - pixelOf({0, 0, 0})).manhattanLength(), 2);
+    const QImage large = m_View.picture({400, 200});
+    EXPECT_NEAR(rectOf(large, RED).width(), 2 * pixels(3, 0), 1);
+}
+
+TEST_F(SceneRadiusTest, ThoseFartherAwayAreSmaller)
+{
+    look("front", false);
+    sendPoints({-3, -4, 0, 3, 5, 0}, {1});
+    const double eye = -m_View.getCamera().eye()[1];
+    const double near = widthIn({0, 0, 100, 100});
+    const double far = widthIn({100, 0, 100, 100});
+    EXPECT_NEAR(near, pixels(2, eye - 4), 1);
+    EXPECT_NEAR(far, pixels(2, eye + 5), 1);
+    EXPECT_GT(near, 1.4 * far);
+}
+
+TEST_F(SceneRadiusTest, EachMayHaveItsOwn)
+{
+    sendPoints({-3, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 4}, {1., 0.5, NAN, -1.});
+    EXPECT_NEAR(widthIn({0, 0, 90, 100}), pixels(2, 0), 1);
+    EXPECT_NEAR(widthIn({115, 0, 85, 100}), pixels(1, 0), 1);
+    EXPECT_EQ(numPixels(picture().copy(90, 0, 20, 100), RED), 2) << "what is no radius is a pixel";
+}
+
+TEST_F(SceneRadiusTest, TheLaterOfPixelsAndUnitsHolds)
+{
+    sendPoints({0, 0, 0}, {1});
+    ItemUpdate sized;
+    sized.size = 5;
+    send(m_View, "points", sized);
+    EXPECT_EQ(widthOfAll(), 5);
+    sendPoints({0, 0, 0}, {1});
+    EXPECT_NEAR(widthOfAll(), pixels(2, 0), 1);
+}
+
+TEST_F(SceneRadiusTest, RadiiWaitForTheirPoints)
+{
+    ItemUpdate sized;
+    sized.size = 5;
+    send(m_View, "points", sized);
+    sendPoints({0, 0, 0}, {1, 0.5});
+    EXPECT_EQ(widthOfAll(), 5);
+    sendPoints({-3, 0, 0, 3, 0, 0}, {1, 0.5});
+    EXPECT_NEAR(widthIn({115, 0, 85, 100}), pixels(1, 0), 1);
+}
+
+TEST_F(SceneRadiusTest, WhatIsScaledScalesThem)
+{
+    sendPoints({0, 0, 0}, {0.5});
+    SceneUpdate scaled;
+    scaled.transforms["points"] = {{3, 0, 0, 0, 0, 3, 0, 0, 0, 0, 3, 0, 0, 0, 0, 1}};
+    m_View.apply(scaled);
+    EXPECT_NEAR(widthOfAll(), pixels(3, 0), 1);
+}
+
+TEST_F(SceneRadiusTest, TheyAreNeverLargerThanTheDriverCan)
+{
+    float sizes[2];
+    {
+        const std::shared_ptr<SceneContext> context = SceneContext::get();
+        const SceneContext::Scope scope(*context);
+        glGetFloatv(GL_ALIASED_POINT_SIZE_RANGE, sizes);
+    }
+    if (sizes[1] > 700)
+        GTEST_SKIP() << "the driver's points are larger than the picture";
+    for (const double radius : {100., 1e300}) {
+        sendPoints({0, 0, 0}, {radius});
+        look("front");
+        EXPECT_EQ(rectOf(m_View.picture({1500, 1500}), RED).width(), int(sizes[1]));
+    }
+}
+
+TEST_F(SceneRadiusTest, LightFallsOnThemAsOnOthers)
+{
+    ItemUpdate update = item(ItemKind::Cloud, {-3, 0, 0, -1, 0, 0, 1, 0, 0, 3, 0, 0});
+    update.normals = NumberTuples{Points({0, -2, 0, 1, -1, 0, 0, 1, 0, 0, 0, 0}), 3};
+    update.size = 9;
+    sendColoured("points", update, QColor(200, 100, 40));
+    const auto colours = [this] {
+        std::vector<QColor> all;
+        for (const double x : {-3., -1., 1., 3.})
+            all.push_back(picture().pixelColor(pixelOf({x, 0, 0})));
+        return all;
+    };
+    const std::vector<QColor> expected = colours();
+    ItemUpdate scaled;
+    scaled.radii = NumberTuples{Numbers{0.5}, 1};
+    send(m_View, "points", scaled);
+    const std::vector<QColor> shown = colours();
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_NEAR(shown[i].red(), expected[i].red(), 1) << i;
+        EXPECT_NEAR(shown[i].blue(), expected[i].blue(), 1) << i;
+    }
+    EXPECT_EQ(shown[3].red(), 50) << "without a direction it has what light is everywhere";
+}
+
+TEST_F(SceneRadiusTest, ColoursAndDepthsAreAsWithoutThem)
+{
+    ItemUpdate update = item(ItemKind::Cloud, {-2, 0, 0, 2, 0, 0});
+    update.radii = NumberTuples{Numbers{1.0}, 1};
+    update.colours = NumberTuples{Colours(std::vector<RGBA8>{rgba(RED), rgba(GREEN)}), 4};
+    send(m_View, "points", update);
+    EXPECT_EQ(picture().pixelColor(pixelOf({-2, 0, 0})), RED);
+    EXPECT_EQ(picture().pixelColor(pixelOf({2, 0, 0})), GREEN);
+    sendColoured("wall", item(ItemKind::Mesh, squareAt({0, -1, 0}, 4), {}, {{0, 1, 2, 3}}), Qt::blue);
+    EXPECT_EQ(numPixels(picture(), RED), 0);
 }
 
 // Two triangles side by side with different colours, and no colours in between.
