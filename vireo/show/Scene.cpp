@@ -1,6 +1,8 @@
 #include "vireo/show/Scene.h"
 
 #include <cmath>
+#include <exception>
+#include <optional>
 #include <utility>
 
 #include "tavo/base/text/printable.h"
@@ -10,6 +12,7 @@
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
+#include "vireo/show/scenes/pointSetItem.h"
 
 namespace tavo {
 
@@ -159,6 +162,23 @@ Item Scene::cloud(std::string_view path, const Points& points, const Statement&)
 {
     if (isSent(m_Slot) && Call{m_Slot, "cloud", path}.accepts(points))
         sendShape(m_Slot, path, shapeOf(ItemKind::Cloud, points));
+    return {m_Slot, path};
+}
+
+Item Scene::cloud(std::string_view path, const PointSet& points, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return {m_Slot, path};
+    const Call call{m_Slot, "cloud", path};
+    try {
+        std::optional<ItemUpdate> sent = pointSetItem(points);
+        if (sent)
+            changeItem(m_Slot, std::string(path), [&](ItemUpdate& item) { item.merge(*sent); });
+        else
+            call.refuse("the points have no \"position\" of three floats");
+    } catch (const std::exception&) {
+        call.refuse("there is no memory for so many points");
+    }
     return {m_Slot, path};
 }
 

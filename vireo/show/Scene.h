@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "tavo/base/math/vectors.h"
+#include "tavo/points/PointSet.h"
 #include "vireo/show/Export.h"
 #include "vireo/show/Transformation.h"
 #include "vireo/show/Tuples.h"
@@ -123,6 +124,11 @@ public:
     {
         return cloud(path, Points(points, 3 * count), statement);
     }
+
+    /// The points of a set (tavo/points/PointSet.h) with their attributes: "position", "normal" and "color", and every
+    /// one of a single number under its name, as scalar() shows it. Attributes of several numbers that have another
+    /// name are left out. Integers of colours go up to 255, floats up to 1.
+    Item cloud(std::string_view path, const PointSet& points, const Statement& statement = Statement()) const;
 
     /// A surface of triangles, quadrangles or polygons (see Faces), which name their vertices by numbers counted from
     /// 0. Polygons may be concave. Both sides are seen. Faces without area are left out.

@@ -13,14 +13,13 @@ namespace {
 constexpr const char* SIZE = R"(!!ARBvp1.0
 OPTION ARB_position_invariant;
 PARAM depth = state.matrix.mvp.row[3];
-PARAM scale = program.local[0];         # pixels of a radius at depth 1; the least and the largest size
+PARAM scale = program.local[0];         # pixels of a radius of 1 at depth 1
 TEMP size;
 DP4 size.y, depth, vertex.position;
 RCP size.y, size.y;
 MUL size.x, vertex.texcoord[0].x, scale.x;
 MUL size.x, size.x, size.y;
-MAX size.x, size.x, scale.y;
-MIN result.pointsize.x, size.x, scale.z;
+MAX result.pointsize.x, size.x, 1;      # those of no size are seen, too
 )";
 
 constexpr const char* COLOUR = R"(MOV result.color, vertex.color;
@@ -64,12 +63,10 @@ void PointScale::begin(double scale)
     glGetFloatv(GL_PROJECTION_MATRIX, projection);
     int viewport[4];
     glGetIntegerv(GL_VIEWPORT, viewport);
-    float sizes[2];
-    glGetFloatv(GL_ALIASED_POINT_SIZE_RANGE, sizes);
     // At depth 1 half the height of the picture shows as much as the second number of its row scales to 1.
     const double pixels = std::abs(scale * static_cast<double>(projection[5])) * viewport[3];
     m_Program->bind();
-    m_Program->setLocalParameter4f(0, static_cast<float>(pixels), sizes[0], sizes[1], 0);
+    m_Program->setLocalParameter4f(0, static_cast<float>(pixels), 0, 0, 0);
     glEnable(GL_VERTEX_PROGRAM_POINT_SIZE_ARB);
 }
 

@@ -5,6 +5,7 @@
 #include <limits>
 #include <memory>
 
+#include "tavo/points/PointSet.h"
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 
@@ -197,6 +198,79 @@ TEST(SceneTest, FieldsAreReplacedByTheirNames)
     EXPECT_EQ(item.shown, "s");
     EXPECT_EQ(item.range, std::pair(0., 1.));
     EXPECT_EQ(item.colourMap, "magma");
+}
+
+std::vector<double> read(const NumberArray& numbers)
+{
+    std::vector<double> all;
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        all.push_back(numbers[i]);
+    return all;
+}
+
+template <typename T>
+void append(std::vector<unsigned char>& bytes, std::initializer_list<T> values)
+{
+    const auto* const first = reinterpret_cast<const unsigned char*>(std::data(values));
+    bytes.insert(bytes.end(), first, first + values.size() * sizeof(T));
+}
+
+TEST(SceneTest, APointSetBringsItsAttributes)
+{
+    using Attribute = VertexAttribDescriptor;
+    VertexDescriptor layout;
+    layout.pushAttrib(Attribute("color", 3, Attribute::TYPE_UNSIGNED_BYTE));
+    layout.pushAttrib(Attribute("position", 3, Attribute::TYPE_FLOAT));
+    layout.pushAttrib(Attribute("normal", 3, Attribute::TYPE_FLOAT));
+    layout.pushAttrib(Attribute("class", 1, Attribute::TYPE_INT));
+    layout.pushAttrib(Attribute("texcoord", 2, Attribute::TYPE_FLOAT));
+    layout.pushAttrib(Attribute("intensity", 1, Attribute::TYPE_FLOAT));
+    layout.pushAttrib(Attribute("returns", 1, Attribute::TYPE_UNSIGNED_BYTE));
+    layout.pushAttrib(Attribute("class", 1, Attribute::TYPE_FLOAT));
+    std::vector<unsigned char> bytes;
+    for (const int i : {0, 1}) {
+        const auto number = static_cast<float>(i);
+        append<unsigned char>(bytes, {200, 100, static_cast<unsigned char>(i)});
+        append(bytes, {number, 2.5F, -number, 0.0F, number, 1.0F});
+        append(bytes, {-7 - i});
+        append(bytes, {0.0F, 0.0F, 0.25F + number});
+        append<unsigned char>(bytes, {static_cast<unsigned char>(254 + i)});
+        append(bytes, {99.0F});
+    }
+    PointSet points(layout, 2);
+    ASSERT_EQ(points.getSizeInBytes(), bytes.size());
+    std::copy(bytes.begin(), bytes.end(), points.getData());
+    scene("scene").cloud("set", points).size(3);
+    const auto sent = takeScene();
+    const ItemUpdate& item = sent->items["set"];
+    EXPECT_EQ(item.size, 3);
+    EXPECT_EQ(item.shape->kind, ItemKind::Cloud);
+    EXPECT_THAT(read(item.shape->points.numbers), ElementsAre(0, 2.5, 0, 1, 2.5, -1));
+    EXPECT_THAT(read(item.normals->numbers), ElementsAre(0, 0, 1, 0, 1, 1));
+    EXPECT_THAT(read(item.colours->numbers), ElementsAre(200, 100, 0, 200, 100, 1));
+    EXPECT_EQ(item.colours->width, 3U);
+    ASSERT_EQ(item.fields.size(), 3U);
+    EXPECT_EQ(item.fields[0].name, "class");
+    EXPECT_THAT(read(item.fields[0].values.numbers), ElementsAre(-7, -8));
+    EXPECT_EQ(item.fields[1].name, "intensity");
+    EXPECT_THAT(read(item.fields[1].values.numbers), ElementsAre(0.25, 1.25));
+    EXPECT_EQ(item.fields[2].name, "returns");
+    EXPECT_THAT(read(item.fields[2].values.numbers), ElementsAre(254, 255));
+}
+
+TEST(SceneTest, SaysThatAPointSetHasNoPositions)
+{
+    using Attribute = VertexAttribDescriptor;
+    testing::internal::CaptureStderr();
+    for (const Attribute& position : {Attribute("position", 2, Attribute::TYPE_FLOAT),
+             Attribute("position", 3, Attribute::TYPE_INT), Attribute("place", 3, Attribute::TYPE_FLOAT)}) {
+        VertexDescriptor layout;
+        layout.pushAttrib(position);
+        scene("scene").cloud(position.getName() + std::to_string(position.getType()), PointSet(layout, 5));
+    }
+    EXPECT_THAT(said(), testing::HasSubstr("cloud(\"position4\"): the points have no \"position\" of three floats; "
+                                           "what was shown stays\n"));
+    EXPECT_THAT(takePaths(), IsEmpty());
 }
 
 TEST(SceneTest, OfSizeAndRadiusTheLaterHolds)
