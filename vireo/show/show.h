@@ -75,8 +75,9 @@ VIREO_SHOW_EXPORT bool savePicture(
 /// savePicture().
 VIREO_SHOW_EXPORT bool savePictures(const std::string& folder);
 
-/// Saves the data of a view: of a plot its samples, as comma-separated values in a ".csv" file. As savePicture(), but
-/// it needs no QApplication: where none shows the view, what was sent to it is saved.
+/// Saves the data of a view as comma-separated values in a ".csv" file: of a plot its samples, of a scene the points
+/// and faces of its items with all their numbers, in the coordinates that were sent. As savePicture(), but it needs no
+/// QApplication: where none shows the view, what was sent to it is saved.
 VIREO_SHOW_EXPORT bool saveData(const std::string& name, const std::string& file);
 
 } // namespace tavo

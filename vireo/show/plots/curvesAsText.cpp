@@ -1,33 +1,16 @@
 #include "vireo/show/plots/curvesAsText.h"
 
-#include <QFileInfo>
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <string>
 #include <utility>
 
-#include "tavo/base/files/saveFile.h"
+#include "vireo/show/delivery/csvFile.h"
 #include "vireo/show/plots/PlotCurve.h"
 
 namespace tavo {
 
 namespace {
-
-constexpr int PIECE = 1 << 20;
-
-void append(QByteArray& text, double number)
-{
-    char digits[32];
-    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number);
-    text.append(digits, static_cast<int>(result.ptr - digits));
-}
-
-QByteArray quoted(const std::string& name)
-{
-    QByteArray text = QByteArray::fromStdString(name);
-    return '"' + text.replace('"', "\"\"") + '"';
-}
 
 // Which samples of a curve are written, row by row.
 class Rows
@@ -58,19 +41,19 @@ private:
 
 void appendNames(QByteArray& text, const PlotCurve& curve)
 {
-    text += quoted(curve.getName() + " x");
+    text += quotedCell(curve.getName() + " x");
     for (const PlotCurve::Edge& edge : curve.edges())
-        text += ',' + quoted(edge.name);
+        text += ',' + quotedCell(edge.name);
 }
 
 void appendSample(QByteArray& text, const PlotCurve& curve, const std::optional<std::size_t>& i)
 {
     if (i)
-        append(text, curve.getSamples().x(*i));
+        appendNumber(text, curve.getSamples().x(*i));
     for (const PlotCurve::Edge& edge : curve.edges()) {
         text += ',';
         if (i && *i < edge.samples->size())
-            append(text, edge.samples->y(*i));
+            appendNumber(text, edge.samples->y(*i));
     }
 }
 
@@ -92,7 +75,7 @@ public:
 
     QByteArray operator()()
     {
-        for (; m_Next < m_Count && m_Text.size() < PIECE; ++m_Next)
+        for (; m_Next < m_Count && m_Text.size() < CSV_PIECE; ++m_Next)
             appendRow();
         return std::exchange(m_Text, {});
     }
@@ -126,9 +109,7 @@ std::function<QByteArray()> curvesAsText(
 std::string saveCurves(
     const QString& file, const std::vector<const PlotCurve*>& curves, const std::optional<AxisUpdate::Range>& x)
 {
-    if (QFileInfo(file).suffix().toLower() != "csv")
-        return "data are comma-separated values: the file's name must end with .csv";
-    return saveFile(file, curvesAsText(curves, x));
+    return saveCsv(file, curvesAsText(curves, x));
 }
 
 } // namespace tavo

@@ -287,6 +287,27 @@ RGBA8 SceneItem::colour(const QColor& unlessGiven) const
     return colour;
 }
 
+std::optional<ItemData> SceneItem::data() const
+{
+    if (!m_Shape)
+        return {};
+    ItemData data{*m_Shape, {}};
+    if (m_Normals)
+        data.numbers.push_back({{"normal x", "normal y", "normal z"}, *m_Normals, false});
+    if (m_Colours) {
+        const auto [areOfParts, width] = fitOf(*m_Colours, COLOURS).value();
+        std::vector<std::string> names{"red", "green", "blue", "opacity"};
+        names.resize(width);
+        data.numbers.push_back({std::move(names), {m_Colours->numbers, width}, areOfParts});
+    }
+    if (m_Radii && fits(*m_Radii))
+        data.numbers.push_back({{"radius"}, *m_Radii, false});
+    for (const Field& field : m_Fields)
+        if (field.values)
+            data.numbers.push_back({{field.name}, *field.values, fitOf(*field.values, field.name)->areOfParts});
+    return data;
+}
+
 const std::string* SceneItem::text() const
 {
     return m_Shape && kind() == ItemKind::Text && !m_Drawn.box.isEmpty() ? &m_Shape->text : nullptr;

@@ -14,6 +14,7 @@
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/drawnItem.h"
+#include "vireo/show/scenes/sceneData.h"
 
 namespace tavo {
 
@@ -44,6 +45,9 @@ public:
 
     // Whether it is a cloud on which no light falls.
     bool isUnlitCloud() const;
+
+    // What is saved of it: its shape and what fits it; nothing if it has no shape.
+    std::optional<ItemData> data() const;
 
     // The text that it is, and where it is.
     const std::string* text() const;

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "vireo/show/scenes/SceneItem.h"
+#include "vireo/show/scenes/sceneData.h"
+
 namespace tavo {
 
 namespace {
@@ -93,9 +96,12 @@ std::unique_ptr<ViewUpdate> SceneUpdate::copy() const
     return std::make_unique<SceneUpdate>(*this);
 }
 
-std::string SceneUpdate::saveData(const QString&)
+std::string SceneUpdate::saveData(const QString& file)
 {
-    return NOT_SAVED;
+    std::map<std::string, SceneItem> shown;
+    for (auto& [path, update] : items)
+        shown.try_emplace(path, shown.size()).first->second.apply(update);
+    return saveScene(file, shown);
 }
 
 Replaced SceneUpdate::replaced() const

@@ -92,8 +92,6 @@ bool isInBranch(const std::string& path, const std::string& branch);
 class SceneUpdate : public ViewUpdate
 {
 public:
-    static constexpr const char* NOT_SAVED = "the data of scenes cannot be saved";
-
     void merge(ViewUpdate& newer) override;
     Replaced replaced() const override;
     std::unique_ptr<ViewUpdate> copy() const override;

@@ -7,6 +7,7 @@
 
 #include "tavo/base/debug/displayException.h"
 #include "vireo/show/scenes/SceneGestures.h"
+#include "vireo/show/scenes/sceneData.h"
 
 namespace tavo {
 
@@ -120,9 +121,9 @@ QImage SceneView::picture(QSize size)
     return draw(size, 1);
 }
 
-std::string SceneView::saveData(const QString&)
+std::string SceneView::saveData(const QString& file)
 {
-    return SceneUpdate::NOT_SAVED;
+    return saveScene(file, m_Items);
 }
 
 QImage SceneView::draw(const QSize& pixels, double scale)

@@ -1,6 +1,8 @@
 #include "vireo/show/scenes/SceneView.h"
 
 #include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
 #include <cmath>
 #include <gmock/gmock.h>
 
@@ -776,6 +778,17 @@ TEST_F(SceneViewTest, ABranchIsMoved)
     moved.transforms["car"] = translation({0, 0, -2});
     m_View.apply(moved);
     EXPECT_LE((rectOf(picture(), RED).center() - pixelOf({0, 0, -1})).manhattanLength(), 1);
+}
+
+TEST_F(SceneViewTest, DataAreSavedAsTheyWereSent)
+{
+    QTemporaryDir folder;
+    sendColoured("points", item(ItemKind::Cloud, {1, 0.1, 2}), RED);
+    const QString path = folder.filePath("scene.csv");
+    EXPECT_EQ(m_View.saveData(path), "");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "\"x\",\"y\",\"z\"\n1,0.1,2\n");
 }
 
 // The same picture, wherever it is and however large.
