@@ -67,6 +67,7 @@ SceneContext::~SceneContext()
 {
     if (m_GL) {
         const Scope scope(*this);
+        m_PickTarget.reset();
         m_Light.reset();
         m_Lit.reset();
         m_Target.reset();
@@ -128,6 +129,13 @@ QImage SceneContext::readPicture(const QSize& size) const
 void SceneContext::endPicture()
 {
     m_Target->deactivate();
+}
+
+PickTarget& SceneContext::getPickTarget()
+{
+    if (!m_PickTarget)
+        m_PickTarget = std::make_unique<PickTarget>(*m_GL);
+    return *m_PickTarget;
 }
 
 } // namespace tavo

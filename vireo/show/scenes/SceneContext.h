@@ -10,6 +10,7 @@
 #include "vireo/context/GLContext.h"
 #include "vireo/offscreen/GLRenderTargetFBO.h"
 #include "vireo/show/scenes/EyeDomeLighting.h"
+#include "vireo/show/scenes/PickTarget.h"
 
 namespace tavo {
 
@@ -58,6 +59,9 @@ public:
 
     void endPicture();
 
+    // Where all scenes draw what is under the pointer.
+    PickTarget& getPickTarget();
+
 private:
     SceneContext() = default;
 
@@ -72,6 +76,7 @@ private:
     std::unique_ptr<GLRenderTargetFBO> m_Target;
     std::unique_ptr<GLRenderTargetFBO> m_Lit; // made when light is needed, as large as the other
     std::unique_ptr<EyeDomeLighting> m_Light; // null if the driver has none
+    std::unique_ptr<PickTarget> m_PickTarget; // made when it is needed
 };
 
 } // namespace tavo

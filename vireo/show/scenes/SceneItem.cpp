@@ -400,6 +400,29 @@ std::vector<unsigned char> SceneItem::coloursAsSent() const
     return colours;
 }
 
+// Without those that wait.
+std::vector<SceneField> SceneItem::fields() const
+{
+    std::vector<SceneField> fields;
+    for (const Field& field : m_Fields)
+        if (field.values)
+            fields.push_back({field.name, *field.values, field.areLabels});
+    return fields;
+}
+
+std::optional<RGBA8> SceneItem::colourSent(std::size_t source) const
+{
+    if (!m_Colours)
+        return {};
+    const std::size_t width = m_Colours->numbers.size() / m_Shape->points.size();
+    RGBA8 colour(0, 0, 0, 255);
+    m_Colours->numbers.visit([&](const auto* numbers, std::size_t) {
+        for (std::size_t i = 0; i < width; ++i)
+            colour[i] = byteOf(numbers[width * source + i]);
+    });
+    return colour;
+}
+
 void SceneItem::draw(GLContext& context, const Matrix4& modelView, bool isGroundDark, double scale)
 {
     if (!m_IsUploaded)
@@ -411,9 +434,7 @@ void SceneItem::draw(GLContext& context, const Matrix4& modelView, bool isGround
     glLoadMatrixd(modelView.numbers.data());
     const RGBA8 one = colour(colourOfCurve(m_PaletteNumber, isGroundDark));
     glColor4ubv(one.data());
-    const double size = m_Size && std::isfinite(*m_Size) ? std::max(*m_Size, 0.0) : 0;
-    glPointSize(static_cast<float>(scale * (size > 0 ? size : POINT_SIZE)));
-    glLineWidth(static_cast<float>(scale * (size > 0 ? size : LINE_WIDTH)));
+    setSizes(scale);
     m_NormalBuffer ? glEnable(GL_LIGHTING) : glDisable(GL_LIGHTING);
     if (m_PointScale) {
         glTexCoord1d(m_LargestRadius);
@@ -422,6 +443,30 @@ void SceneItem::draw(GLContext& context, const Matrix4& modelView, bool isGround
     drawVertices();
     if (m_PointScale)
         m_PointScale->end();
+}
+
+void SceneItem::drawIds(GLContext& context, PickTarget& target, std::size_t number, const Matrix4& modelView)
+{
+    if (!m_IsUploaded)
+        upload(context);
+    if (!m_PositionBuffer || (m_Drawn.isIndexed && !m_IndexBuffer))
+        return;
+    glLoadMatrixd(modelView.numbers.data());
+    setSizes(1);
+    target.draw(number, *m_PositionBuffer, m_IndexBuffer.get(), modeOf(m_Drawn.primitive));
+}
+
+double SceneItem::size() const
+{
+    if (m_Size && std::isfinite(*m_Size) && *m_Size > 0)
+        return *m_Size;
+    return m_Drawn.primitive == PrimitiveKind::Points ? POINT_SIZE : LINE_WIDTH;
+}
+
+void SceneItem::setSizes(double scale) const
+{
+    glPointSize(static_cast<float>(scale * size()));
+    glLineWidth(static_cast<float>(scale * size()));
 }
 
 void SceneItem::drawVertices()

@@ -11,6 +11,7 @@
 #include "vireo/geometry/GLVertexBuffer.h"
 #include "vireo/show/colours/ColourMap.h"
 #include "vireo/show/scenes/PointScale.h"
+#include "vireo/show/scenes/PickTarget.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/drawnItem.h"
@@ -55,6 +56,24 @@ public:
     // Draws it at a scale of pixels. The context must be current; GL's projection is that of the camera.
     void draw(GLContext& context, const Matrix4& modelView, bool isGroundDark, double scale);
 
+    // Draws ids instead of colours into the target, under a number.
+    void drawIds(GLContext& context, PickTarget& target, std::size_t number, const Matrix4& modelView);
+
+    // In pixels, of points and lines.
+    double size() const;
+
+    // What was sent; null if nothing has been.
+    const ItemShape* shape() const { return m_Shape ? &*m_Shape : nullptr; }
+    const NumberTuples* normals() const { return m_Normals ? &*m_Normals : nullptr; }
+    std::vector<SceneField> fields() const;
+    std::optional<RGBA8> colourSent(std::size_t source) const;
+
+    // The point, vertex, arrow or box as sent, counted from 0, that a vertex as drawn is of.
+    std::size_t sourceOf(std::size_t vertex) const
+    {
+        return m_Drawn.sources.empty() ? vertex : m_Drawn.sources[vertex];
+    }
+
     const Vector3d& origin() const { return m_Drawn.origin; }
 
 private:
@@ -91,6 +110,7 @@ private:
     std::vector<unsigned char> coloursOfVertices() const;
     std::vector<unsigned char> coloursAsSent() const;
     std::vector<unsigned char> coloursOf(const Field& field) const;
+    void setSizes(double scale) const;
     void drawVertices();
 
     ItemKind kind() const { return m_Shape->kind; }

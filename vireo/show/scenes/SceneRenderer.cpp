@@ -2,19 +2,16 @@
 
 #include <QPainter>
 #include <algorithm>
-#include <array>
-#include <cmath>
 
 #include "tavo/base/text/printable.h"
 #include "vireo/context/GLExtensions.h"
-#include "vireo/context/SavedState.h"
+#include "vireo/show/scenes/pictureProjection.h"
 
 namespace tavo {
 
 namespace {
 
 constexpr double TEXT_OFFSET = 5; // in pixels, beside its position
-constexpr int CATCH_RADIUS = 4;   // in pixels
 
 SceneCamera::Size sizeOf(const QSize& pixels)
 {
@@ -41,16 +38,11 @@ void setHeadlight()
         glEnable(capability);
 }
 
-// Rows of pictures are counted from the top, GL's from the bottom: what is drawn stands on its head, so that it need
-// not be turned when it is read.
 void setProjection(const SceneCamera& camera, const SceneBox& box, const SceneCamera::Size& size)
 {
-    Matrix4 projection = camera.projection(box, size);
-    for (std::size_t column = 0; column < 4; ++column)
-        projection.at(1, column) = -projection.at(1, column);
     glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(projection.numbers.data());
-    glFrontFace(GL_CW);
+    glLoadMatrixd(pictureProjection(camera, box, size).numbers.data());
+    glFrontFace(GL_CW); // since pictures stand on their heads
 }
 
 void clear(const QColor& ground)
@@ -156,41 +148,6 @@ void SceneRenderer::drawTexts(QImage& picture, const SceneCamera& camera, const 
             QPointF(place.x + TEXT_OFFSET * look.scale, place.y + 0.5 * (metrics.ascent() - metrics.descent())),
             QString::fromStdString(printable(*text, 1000)));
     }
-}
-
-std::optional<Vector3d> SceneRenderer::hitAt(
-    const SceneCamera& camera, const QSize& pixels, const SceneLook& look, const QPoint& pixel)
-{
-    if (!m_Context)
-        return {};
-    const SceneContext::Scope scope(*m_Context);
-    if (!scope.isCurrent() || !m_Context->beginPicture(pixels))
-        return {};
-    constexpr int SIZE = 2 * CATCH_RADIUS + 1;
-    const QPoint corner = pixel - QPoint(CATCH_RADIUS, CATCH_RADIUS);
-    std::array<float, std::size_t(SIZE) * SIZE> depths;
-    depths.fill(1);
-    {
-        const SavedAttributes scissor(GL_SCISSOR_BIT);
-        glEnable(GL_SCISSOR_TEST);
-        glScissor(corner.x(), corner.y(), SIZE, SIZE);
-        drawItems(camera, pixels, look);
-        glReadPixels(corner.x(), corner.y(), SIZE, SIZE, GL_DEPTH_COMPONENT, GL_FLOAT, depths.data());
-    }
-    m_Context->endPicture();
-    std::optional<Vector3d> hit;
-    double nearest = 2 * SIZE;
-    for (int i = 0; i < SIZE * SIZE; ++i) {
-        const QPoint offset(i % SIZE - CATCH_RADIUS, i / SIZE - CATCH_RADIUS);
-        const double distance = std::hypot(offset.x(), offset.y());
-        const QPointF place = QPointF(pixel + offset) + QPointF(0.5, 0.5);
-        if (!(depths[std::size_t(i)] < 1) || distance >= nearest || !QRectF(QPointF(), pixels).contains(place))
-            continue;
-        nearest = distance;
-        hit = camera.unproject(
-            {place.x(), place.y(), camera.depthAt(depths[std::size_t(i)], m_Model.box())}, sizeOf(pixels));
-    }
-    return hit;
 }
 
 } // namespace tavo

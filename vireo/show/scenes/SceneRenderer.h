@@ -3,9 +3,7 @@
 #include <QColor>
 #include <QFont>
 #include <QImage>
-#include <QPoint>
 #include <memory>
-#include <optional>
 
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneContext.h"
@@ -36,10 +34,6 @@ public:
 
     // Null if it cannot be drawn.
     QImage draw(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
-
-    // The place of what is drawn at a pixel of a picture of that size, or within a few pixels of it.
-    std::optional<Vector3d> hitAt(
-        const SceneCamera& camera, const QSize& pixels, const SceneLook& look, const QPoint& pixel);
 
 private:
     using Placed = SceneModel::Placed;

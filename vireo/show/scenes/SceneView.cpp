@@ -28,6 +28,7 @@ SceneView::SceneView(const std::string& name)
     : m_Context(SceneContext::get())
     , m_Model(name)
     , m_Renderer(m_Context, m_Model)
+    , m_Picker(m_Context, m_Model)
 {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -133,7 +134,7 @@ QImage SceneView::draw(const QSize& pixels, double scale)
 
 std::optional<Vector3d> SceneView::hitAt(const QPointF& pixel)
 {
-    return m_Renderer.hitAt(m_Camera, size(), look(1), pixel.toPoint());
+    return m_Picker.placeAt(m_Camera, size(), pixel.toPoint());
 }
 
 void SceneView::changeEvent(QEvent* event)

@@ -6,6 +6,7 @@
 
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneModel.h"
+#include "vireo/show/scenes/ScenePicker.h"
 #include "vireo/show/scenes/SceneRenderer.h"
 #include "vireo/show/window/View.h"
 
@@ -58,6 +59,7 @@ private:
     std::shared_ptr<SceneContext> m_Context; // outlives the items
     SceneModel m_Model;
     SceneRenderer m_Renderer; // of the model
+    ScenePicker m_Picker;     // in the model
     SceneCamera m_Camera;
     SceneBox m_FittedBox;
     bool m_IsChosen = false; // the camera, by a person

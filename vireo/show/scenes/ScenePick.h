@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "vireo/show/Picked.h"
+#include "vireo/show/scenes/SceneCamera.h"
+#include "vireo/show/scenes/SceneModel.h"
+
+namespace tavo {
+
+// What is under the pointer.
+struct ScenePick
+{
+    Picked picked;
+    Vector3d local; // the place, before `transform`
+    // What a person is told, line by line. Numbers are written as they were sent, with all their digits.
+    std::vector<std::string> lines;
+};
+
+// What is seen at one place of a picture.
+struct Ray
+{
+    Vector3d start;
+    Vector3d direction;
+};
+
+// A place in the picture, in pixels.
+Ray rayThrough(const SceneCamera& camera, const SceneCamera::Size& size, const Vector2d& place);
+
+// What was hit of an item: a point of a cloud, or of anything else what the vertex as drawn belongs to, where the ray
+// meets it.
+ScenePick pickOf(const SceneModel::Placed& placed, std::size_t vertex, const Ray& ray);
+
+} // namespace tavo

@@ -1,0 +1,119 @@
+#include "vireo/show/scenes/ScenePicker.h"
+
+#include <QRect>
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+#include "tavo/base/debug/displayException.h"
+#include "vireo/context/GLExtensions.h"
+#include "vireo/show/scenes/clipSpace.h"
+#include "vireo/show/scenes/pictureProjection.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr int MIDDLE = PICK_SIDE / 2;
+constexpr double MOST_SIZE = 64; // in pixels, of points that are found by their edges
+
+SceneCamera::Size sizeOf(const QSize& pixels)
+{
+    return {double(pixels.width()), double(pixels.height())};
+}
+
+// Points and lines reach into the pixels that are looked at from so far outside.
+int marginOf(const std::vector<SceneModel::Placed>& items)
+{
+    double largest = 0;
+    for (const SceneModel::Placed& placed : items)
+        largest = std::max(largest, placed.item->size());
+    return static_cast<int>(std::ceil(0.5 * std::min(largest, MOST_SIZE)));
+}
+
+bool isOutside(const SceneItem& item, const Matrix4& toClipSpace)
+{
+    const SceneBox& box = item.box();
+    return box.isEmpty() ||
+           isOutside(Box3d(box.getMin() - item.origin(), box.getMax() - item.origin()), toClipSpace.numbers);
+}
+
+// Calls use(i, offset) for each pixel that is one of the picture.
+template <typename Use>
+void forEachPixel(const QSize& size, const QPoint& pixel, Use use)
+{
+    for (int i = 0; i < PICK_SIDE * PICK_SIDE; ++i) {
+        const QPoint offset(i % PICK_SIDE - MIDDLE, i / PICK_SIDE - MIDDLE);
+        if (QRect(QPoint(), size).contains(pixel + offset))
+            use(static_cast<std::size_t>(i), offset);
+    }
+}
+
+} // namespace
+
+std::optional<PickTarget::Pixels> ScenePicker::draw(const SceneCamera& camera, const QSize& size, const QPoint& pixel)
+{
+    m_Drawn.clear();
+    std::vector<SceneModel::Placed> items = m_Model.visibleItems();
+    const int side = PICK_SIDE + 2 * marginOf(items);
+    const Matrix4 projection{croppedTo(pictureProjection(camera, m_Model.box(), sizeOf(size)).numbers,
+        {double(size.width()), double(size.height())}, pixel.x(), pixel.y(), side)};
+    std::copy_if(items.begin(), items.end(), std::back_inserter(m_Drawn), [&](const SceneModel::Placed& placed) {
+        return !isOutside(*placed.item, projection * camera.modelView(placed.matrix, placed.item->origin()));
+    });
+    if (!m_Context || m_Drawn.empty())
+        return {};
+    const SceneContext::Scope scope(*m_Context);
+    if (!scope.isCurrent() || !m_Context->getPickTarget().begin(side))
+        return {};
+    drawItems(m_Context->getPickTarget(), camera, projection);
+    return m_Context->getPickTarget().end();
+}
+
+void ScenePicker::drawItems(PickTarget& target, const SceneCamera& camera, const Matrix4& projection)
+{
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixd(projection.numbers.data());
+    glMatrixMode(GL_MODELVIEW);
+    for (std::size_t i = 0; i < m_Drawn.size(); ++i)
+        runGuarded([&] {
+            const auto& [path, item, matrix] = m_Drawn[i];
+            item->drawIds(m_Context->getGL(), target, i, camera.modelView(matrix, item->origin()));
+        });
+}
+
+std::optional<ScenePick> ScenePicker::pick(const SceneCamera& camera, const QSize& size, const QPoint& pixel)
+{
+    const std::optional<PickTarget::Pixels> pixels = draw(camera, size, pixel);
+    if (!pixels)
+        return {};
+    std::array<RGBA8, std::size_t(PICK_SIDE) * PICK_SIDE> ids{};
+    forEachPixel(size, pixel, [&](std::size_t i, const QPoint&) { ids[i] = pixels->ids[i]; });
+    const std::optional<PickedPixel> nearest = nearestPicked(ids);
+    if (!nearest)
+        return {};
+    const auto [item, vertex] = m_Context->getPickTarget().vertexOf(nearest->id);
+    const Vector2d place(pixel.x() + nearest->x + 0.5, pixel.y() + nearest->y + 0.5);
+    return pickOf(m_Drawn[item], vertex, rayThrough(camera, sizeOf(size), place));
+}
+
+std::optional<Vector3d> ScenePicker::placeAt(const SceneCamera& camera, const QSize& size, const QPoint& pixel)
+{
+    const std::optional<PickTarget::Pixels> pixels = draw(camera, size, pixel);
+    std::optional<SceneCamera::Pixel> hit;
+    int nearest = 2 * MIDDLE * MIDDLE + 1;
+    if (pixels)
+        forEachPixel(size, pixel, [&](std::size_t i, const QPoint& offset) {
+            const int distance = QPoint::dotProduct(offset, offset);
+            if (!(pixels->depths[i] < 1) || distance >= nearest)
+                return;
+            nearest = distance;
+            hit = SceneCamera::Pixel{pixel.x() + offset.x() + 0.5, pixel.y() + offset.y() + 0.5,
+                camera.depthAt(pixels->depths[i], m_Model.box())};
+        });
+    if (!hit)
+        return {};
+    return camera.unproject(*hit, sizeOf(size));
+}
+
+} // namespace tavo
