@@ -290,6 +290,22 @@ Scene Scene::orthographic(bool isOrthographic, const Statement&) const
     return *this;
 }
 
+Scene Scene::onPick(std::function<void(const Picked&)> callback, const Statement& statement) const
+{
+    return onPick(std::move(callback), nullptr, statement);
+}
+
+Scene Scene::onPick(
+    std::function<void(const Picked&)> callback, std::function<void(std::function<void()>)> run, const Statement&) const
+{
+    change(m_Slot, [&](SceneUpdate& scene) {
+        scene.pickReceiver.emplace();
+        if (callback)
+            *scene.pickReceiver = std::make_shared<PickReceiver>(PickReceiver{std::move(callback), std::move(run)});
+    });
+    return *this;
+}
+
 Item::Item(std::shared_ptr<ViewSlot> slot, std::string_view path)
     : m_Slot(std::move(slot))
     , m_Path(m_Slot ? path : std::string_view())

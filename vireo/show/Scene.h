@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -8,6 +9,7 @@
 #include "tavo/base/math/vectors.h"
 #include "tavo/points/PointSet.h"
 #include "vireo/show/Export.h"
+#include "vireo/show/Picked.h"
 #include "vireo/show/Transformation.h"
 #include "vireo/show/Tuples.h"
 #include "vireo/show/delivery/Statement.h"
@@ -170,6 +172,35 @@ public:
 
     /// Shows what is farther away as large as what is near, until the user chooses.
     Scene orthographic(bool isOrthographic = true, const Statement& statement = Statement()) const;
+
+    /// Has a function called with what a person clicks in the scene; clicks on nothing are not told. The last function
+    /// that was given counts, and an empty one takes it away.
+    ///
+    ///     #include <iostream>
+    ///
+    ///     tavo::scene("world").onPick(
+    ///         [](const tavo::Picked& picked) { std::cout << picked.path << ' ' << picked.index << "\n"; });
+    ///
+    /// It is called in the thread of the window, between two events: that of the program where it has a QApplication or
+    /// calls `show()` or `pump()`. The window waits for it meanwhile. It may do what a program may do anywhere: send,
+    /// remove the scene, give another function. What it throws is a line in the log.
+    ///
+    /// It goes with its scene, and at the end of the program; what it holds dies then, in that thread. Until one that
+    /// is taken away is known to have gone, it may be called for a frame or so: let it hold what it needs.
+    Scene onPick(std::function<void(const Picked&)> callback, const Statement& statement = Statement()) const;
+
+    /// The same in a thread of the program's choice: `run` is called in the thread of the window, with work that
+    /// calls the function. It hands the work to whoever is to do it, at any time. Work whose function was taken away
+    /// does nothing.
+    ///
+    ///     #include <QObject>
+    ///
+    ///     QObject worker; // in another thread
+    ///     tavo::scene("world").onPick(
+    ///         [](const tavo::Picked& picked) { debugOutput << picked.path << "\n"; },
+    ///         [&worker](std::function<void()> work) { QMetaObject::invokeMethod(&worker, work); });
+    Scene onPick(std::function<void(const Picked&)> callback, std::function<void(std::function<void()>)> run,
+        const Statement& statement = Statement()) const;
 
 private:
     friend VIREO_SHOW_EXPORT Scene scene(std::string_view name);

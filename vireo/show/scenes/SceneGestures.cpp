@@ -15,6 +15,8 @@ constexpr int LEAST_MOVEMENT = 4; // in pixels, that makes a drag of a click
 constexpr double DEGREES_PER_PIXEL = 0.4;
 constexpr double FACTOR_OF_WHEEL = 1 / 0.87; // of one step
 constexpr double DEGREES_OF_STEP = 120;      // in eighths
+constexpr int REST = 60;                     // in milliseconds, that the pointer has not moved
+constexpr int REST_OF_SCENE = 250;           // and that what is under it counts as the same
 
 } // namespace
 
@@ -23,6 +25,8 @@ SceneGestures::SceneGestures(SceneView& view)
 {
     m_View.setMouseTracking(true);
     m_View.installEventFilter(this);
+    m_Rest.setSingleShot(true);
+    connect(&m_Rest, &QTimer::timeout, this, [this] { m_View.hover(m_RestingPlace); });
 }
 
 bool SceneGestures::eventFilter(QObject*, QEvent* event)
@@ -33,6 +37,7 @@ bool SceneGestures::eventFilter(QObject*, QEvent* event)
     case QEvent::MouseButtonRelease: return release(static_cast<QMouseEvent&>(*event));
     case QEvent::MouseButtonDblClick: centre(static_cast<QMouseEvent&>(*event).pos()); return true;
     case QEvent::Wheel: turnWheel(static_cast<QWheelEvent&>(*event)); return true;
+    case QEvent::Leave: leave(); return false;
     case QEvent::KeyPress: return pressKey(static_cast<QKeyEvent&>(*event));
     default: return false;
     }
@@ -55,6 +60,7 @@ bool SceneGestures::press(const QMouseEvent& event)
     const SceneCamera& camera = m_View.getCamera();
     const double depth = doesPan ? camera.project(placeAt(event.pos()), m_View.viewSize()).depth : camera.getDistance();
     m_Drag = Drag{button, event.pos(), event.pos(), doesPan, false, depth};
+    leave();
     m_View.setFocus();
     return true;
 }
@@ -62,8 +68,10 @@ bool SceneGestures::press(const QMouseEvent& event)
 bool SceneGestures::move(const QMouseEvent& event)
 {
     m_WheelPlace.reset();
-    if (!m_Drag)
+    if (!m_Drag) {
+        rest(event.pos());
         return false;
+    }
     if (!m_Drag->hasMoved && (event.pos() - m_Drag->start).manhattanLength() < LEAST_MOVEMENT)
         return true;
     m_Drag->hasMoved = true;
@@ -82,8 +90,32 @@ bool SceneGestures::release(const QMouseEvent& event)
 {
     if (!m_Drag || event.button() != m_Drag->button)
         return false;
+    const bool isClick = m_Drag->button == Qt::LeftButton && !m_Drag->doesPan && !m_Drag->hasMoved;
     m_Drag.reset();
+    if (isClick)
+        m_View.click(event.pos());
+    rest(event.pos());
     return true;
+}
+
+void SceneGestures::rest(const QPoint& pixel)
+{
+    m_RestingPlace = pixel;
+    m_Rest.start(REST);
+}
+
+void SceneGestures::leave()
+{
+    m_RestingPlace.reset();
+    m_Rest.stop();
+    m_View.hover({});
+}
+
+// It is not started again: it would never end where data come all the time.
+void SceneGestures::sceneChanged()
+{
+    if (m_RestingPlace && !m_Rest.isActive())
+        m_Rest.start(REST_OF_SCENE);
 }
 
 void SceneGestures::turnWheel(QWheelEvent& event)
@@ -93,11 +125,17 @@ void SceneGestures::turnWheel(QWheelEvent& event)
         m_WheelPlace = placeAt(event.position());
     m_View.getCamera().zoom(std::pow(FACTOR_OF_WHEEL, steps), *m_WheelPlace);
     m_View.showChoice();
+    if (!m_Drag) {
+        leave();
+        rest(event.position().toPoint());
+    }
     event.accept();
 }
 
 void SceneGestures::centre(const QPoint& pixel)
 {
+    m_View.takeBackClick();
+    leave();
     const std::optional<Vector3d> hit = m_View.hitAt(pixel);
     if (!hit)
         return m_View.showAll();
@@ -117,6 +155,7 @@ bool SceneGestures::pressKey(const QKeyEvent& event)
         return true;
     };
     switch (event.key()) {
+    case Qt::Key_Escape: return m_View.clearPins();
     case Qt::Key_Home: m_View.showAll(); return true;
     case Qt::Key_O: m_View.switchProjection(); return true;
     case Qt::Key_1: return look(SceneCamera::Side::Front, SceneCamera::Side::Back);

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPoint>
+#include <QTimer>
 #include <optional>
 
 #include "tavo/base/math/vectors.h"
@@ -20,12 +21,17 @@ class SceneView;
 // left one, move it. The wheel zooms to what is under the pointer. A double click brings what it hits to the middle,
 // or, on nothing, shows all, as Home does. o switches between the two projections; 1, 3 and 7 look from the front, the
 // right and the top, and with Ctrl from the opposite sides.
+//
+// Where the pointer rests, and where it clicks, the view says what is there; Esc takes away what was clicked.
 class SceneGestures : public QObject
 {
 public:
     explicit SceneGestures(SceneView& view);
 
     bool eventFilter(QObject* object, QEvent* event) override;
+
+    // Something else may be under the pointer now.
+    void sceneChanged();
 
 private:
     struct Drag
@@ -41,6 +47,8 @@ private:
     bool press(const QMouseEvent& event);
     bool move(const QMouseEvent& event);
     bool release(const QMouseEvent& event);
+    void rest(const QPoint& pixel);
+    void leave();
     void turnWheel(QWheelEvent& event);
     void centre(const QPoint& pixel);
     bool pressKey(const QKeyEvent& event);
@@ -51,6 +59,8 @@ private:
     SceneView& m_View;
     std::optional<Drag> m_Drag;
     std::optional<Vector3d> m_WheelPlace; // until the pointer moves
+    std::optional<QPoint> m_RestingPlace; // none if a button is down, or the pointer elsewhere
+    QTimer m_Rest;
 };
 
 } // namespace tavo

@@ -89,6 +89,7 @@ void SceneUpdate::merge(ViewUpdate& newer)
         transforms[path] = matrix;
     replace(side, newerScene.side);
     replace(isOrthographic, newerScene.isOrthographic);
+    replace(pickReceiver, newerScene.pickReceiver);
 }
 
 std::unique_ptr<ViewUpdate> SceneUpdate::copy() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -11,6 +12,7 @@
 #include "vireo/show/delivery/NumberArray.h"
 #include "vireo/show/delivery/ViewUpdate.h"
 #include "vireo/show/scenes/Matrix4.h"
+#include "vireo/show/scenes/PickReceiver.h"
 
 namespace tavo {
 
@@ -109,6 +111,7 @@ public:
     std::map<std::string, Matrix4> transforms;
     std::optional<std::string> side; // from which it is seen
     std::optional<bool> isOrthographic;
+    std::optional<std::shared_ptr<const PickReceiver>> pickReceiver; // of null: nobody any more
 };
 
 } // namespace tavo

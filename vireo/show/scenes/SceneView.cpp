@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QTimer>
 #include <algorithm>
+#include <utility>
 
 #include "tavo/base/debug/displayException.h"
 #include "vireo/show/scenes/SceneGestures.h"
@@ -48,6 +49,10 @@ void SceneView::apply(ViewUpdate& update)
     auto& scene = static_cast<SceneUpdate&>(update);
     if (m_Model.apply(scene))
         QTimer::singleShot(LONGEST_WAIT, this, [this] { m_Model.sayWhatWaits(); });
+    if (scene.pickReceiver)
+        m_PickReceiver = *scene.pickReceiver;
+    m_Marks.follow(m_Model);
+    m_Gestures->sceneChanged();
     if (scene.isOrthographic && !m_IsOrthographyChosen)
         m_Camera.setOrthographic(*scene.isOrthographic);
     if (scene.side && !m_IsChosen)
@@ -119,7 +124,13 @@ SceneCamera SceneView::cameraFor(const SceneCamera::Size& size) const
 
 QImage SceneView::picture(QSize size)
 {
-    return draw(size, 1);
+    QImage picture = draw(size, 1);
+    if (!picture.isNull()) {
+        QPainter painter(&picture);
+        painter.setFont(font());
+        m_Marks.paintPins(painter, cameraFor({double(size.width()), double(size.height())}), size, look(1));
+    }
+    return picture;
 }
 
 std::string SceneView::saveData(const QString& file)
@@ -135,6 +146,45 @@ QImage SceneView::draw(const QSize& pixels, double scale)
 std::optional<Vector3d> SceneView::hitAt(const QPointF& pixel)
 {
     return m_Picker.placeAt(m_Camera, size(), pixel.toPoint());
+}
+
+void SceneView::hover(const std::optional<QPoint>& pixel)
+{
+    if (!pixel && !m_Marks.hovered())
+        return;
+    std::optional<ScenePick> pick;
+    if (pixel)
+        runGuarded([&] { pick = m_Picker.pick(m_Camera, size(), *pixel); });
+    m_Marks.hover(std::move(pick));
+    update();
+}
+
+void SceneView::click(const QPoint& pixel)
+{
+    std::optional<ScenePick> pick;
+    runGuarded([&] { pick = m_Picker.pick(m_Camera, size(), pixel); });
+    m_HasPinned = pick.has_value();
+    if (!pick)
+        return;
+    m_Marks.pin(*pick);
+    update();
+    // Not from here: the program may do anything, such as remove this view.
+    QTimer::singleShot(0, this, [receiver = std::weak_ptr(m_PickReceiver), picked = std::move(pick->picked)] {
+        PickReceiver::tell(receiver, picked);
+    });
+}
+
+void SceneView::takeBackClick()
+{
+    if (std::exchange(m_HasPinned, false))
+        m_Marks.takeBackPin();
+    update();
+}
+
+bool SceneView::clearPins()
+{
+    update();
+    return m_Marks.clear();
 }
 
 void SceneView::changeEvent(QEvent* event)
@@ -165,6 +215,7 @@ void SceneView::paintEvent(QPaintEvent*)
         painter.drawText(rect(), Qt::AlignCenter, tr("There is no OpenGL here that can draw this."));
     } else {
         painter.drawImage(QPoint(0, 0), m_Picture);
+        m_Marks.paint(painter, m_Camera, size(), look(1));
     }
 }
 

@@ -4,7 +4,9 @@
 #include <optional>
 #include <string>
 
+#include "vireo/show/scenes/PickReceiver.h"
 #include "vireo/show/scenes/SceneCamera.h"
+#include "vireo/show/scenes/SceneMarks.h"
 #include "vireo/show/scenes/SceneModel.h"
 #include "vireo/show/scenes/ScenePicker.h"
 #include "vireo/show/scenes/SceneRenderer.h"
@@ -41,6 +43,20 @@ public:
     // The place of what is drawn at a pixel of the widget, or within a few pixels of it.
     std::optional<Vector3d> hitAt(const QPointF& pixel);
 
+    // Says what is drawn at a pixel, or within a few pixels of it, until the next call; nothing without a pixel.
+    void hover(const std::optional<QPoint>& pixel);
+
+    // Pins what is drawn there, and tells the program of it.
+    void click(const QPoint& pixel);
+
+    // A double click begins with a click, which it takes back.
+    void takeBackClick();
+
+    // Returns whether there were any pins.
+    bool clearPins();
+
+    const SceneMarks& getMarks() const { return m_Marks; }
+
     SceneCamera::Size viewSize() const;
 
 protected:
@@ -60,11 +76,14 @@ private:
     SceneModel m_Model;
     SceneRenderer m_Renderer; // of the model
     ScenePicker m_Picker;     // in the model
+    SceneMarks m_Marks;
+    std::shared_ptr<const PickReceiver> m_PickReceiver; // null if nobody is told
     SceneCamera m_Camera;
     SceneBox m_FittedBox;
     bool m_IsChosen = false; // the camera, by a person
     bool m_IsOrthographyChosen = false;
-    QImage m_Picture; // null if it has to be drawn
+    bool m_HasPinned = false; // by the last click
+    QImage m_Picture;         // null if it has to be drawn
     std::unique_ptr<SceneGestures> m_Gestures;
 };
 
