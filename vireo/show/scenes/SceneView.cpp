@@ -135,7 +135,7 @@ QImage SceneView::picture(QSize size)
 
 std::string SceneView::saveData(const QString& file)
 {
-    return saveScene(file, m_Items);
+    return saveScene(file, m_Model.items());
 }
 
 QImage SceneView::draw(const QSize& pixels, double scale)
