@@ -11,13 +11,14 @@ namespace vireo_view {
 namespace {
 
 const QString DESCRIPTION = QStringLiteral(
-    "Shows volumes, point clouds, and plots of columns of numbers.\n"
+    "Shows volumes, points and surfaces in space, and plots of columns of numbers.\n"
     "\n"
-    "NIfTI files (.nii, .nii.gz, .hdr and .img) become volumes, PLY, OFF, XYZ and PTS files point "
-    "clouds, and texts\n"
-    "with columns of numbers (.csv, .txt, .dat, .tsv and others) plots. Without a file, an MRI head, a "
-    "scanned building\n"
-    "and curves computed from both are shown.\n"
+    "NIfTI files (.nii, .nii.gz, .hdr and .img) become volumes. PLY, OFF, OBJ, STL, glTF (.gltf and .glb), XYZ and "
+    "PTS\n"
+    "files become scenes: surfaces where they have faces, and points where they have none, with their colours, "
+    "normals\n"
+    "and all their numbers. Texts with columns of numbers (.csv, .txt, .dat, .tsv and others) become plots. Without a\n"
+    "file, an MRI head, a scanned building and curves computed from both are shown.\n"
     "\n"
     "In a plot, x is the first column with dates and times, or else the first column if it only grows or "
     "only falls; the\n"
@@ -25,10 +26,11 @@ const QString DESCRIPTION = QStringLiteral(
     "separated by semicolons,\n"
     "tabs, commas or blanks; numbers may have decimal commas, where these do not separate.\n"
     "\n"
-    "In a scene, the left button turns, the right button and the wheel move nearer and farther, the "
-    "middle button shifts,\n"
-    "and Home goes back. \"Configure\" opens what can be set, of a volume its colours and "
-    "opacity.\n"
+    "In a scene, the left button turns, the right one moves, the wheel zooms to what is under the pointer, a double "
+    "click\n"
+    "centres, and Home shows everything. Of a volume, the left button turns, the right button and the wheel move "
+    "nearer\n"
+    "and farther, the middle button shifts, Home goes back, and \"Configure\" opens its colours and opacity.\n"
     "\n"
     "The exit status is 0, or 1 if something could not be shown, or 2 if the command line is wrong.");
 
@@ -63,8 +65,8 @@ public:
     {
         m_Parser.setApplicationDescription(DESCRIPTION);
         m_Parser.addPositionalArgument("FILE", "What to show.", "[FILE...]");
-        m_Parser.addOptions(
-            {m_X, m_Columns, m_Follow, m_Plot, m_Space, m_Path, m_Up, m_Curves, m_Data, m_Pictures, m_Help, m_Version});
+        m_Parser.addOptions({m_X, m_Columns, m_Follow, m_Plot, m_Space, m_Path, m_Together, m_Up, m_Curves, m_Data,
+            m_Pictures, m_Help, m_Version});
     }
 
     std::variant<Options, Answer> parse(const QStringList& arguments)
@@ -115,6 +117,7 @@ private:
         options.dataDirectory = m_Parser.isSet(m_Data) ? m_Parser.value(m_Data) : defaultDataDirectory();
         options.picturesDirectory = m_Parser.value(m_Pictures);
         options.isFollowing = m_Parser.isSet(m_Follow);
+        options.areTogether = m_Parser.isSet(m_Together);
         options.load = {columnsAs(), columns(), *up, m_Parser.isSet(m_Curves)};
         return options;
     }
@@ -149,15 +152,17 @@ private:
     QCommandLineOption m_Plot{"plot", "Show columns of numbers as a plot, those of .xyz, .pwn and .pts files, too."};
     QCommandLineOption m_Space{"space", "Show columns of numbers as points in space: x, y and z."};
     QCommandLineOption m_Path{"path", "Show columns of numbers as a curve in space, through these points."};
+    QCommandLineOption m_Together{"together", "Show the points and surfaces of all files in one scene."};
     QCommandLineOption m_Up{"up",
-        "The axis of clouds that is turned upwards: x, y or z. The longer side of the rest faces the viewer.", "axis",
-        "y"};
+        "The axis of scenes that is seen upwards: x, y or z. With x or z, the longer side of the rest faces the "
+        "viewer.",
+        "axis", "y"};
     QCommandLineOption m_Curves{"curves",
         "Show the histogram of every volume, and the height histogram and the silhouette of every "
-        "cloud, too."};
+        "scene, too."};
     QCommandLineOption m_Data{"data",
         "Where the head and the building are that are shown without a file: ch2.nii.gz (from Debian's mricron-data, "
-        "which is found, too) and CGAL's data.tar.gz (from libcgal-demo), unpacked. Default: $" +
+        "which is found, too) and building.ply, which scripts/example-data puts there. Default: $" +
             DATA_DIRECTORY_VARIABLE + ", else vireo-view in the user's cache directory.",
         "dir"};
     QCommandLineOption m_Pictures{

@@ -22,7 +22,7 @@ struct ExampleFile
     std::vector<std::filesystem::path> folders; // where it is, within the directory of the example data or not
 };
 
-// An MRI head, from Debian's package mricron-data, and a scanned building, from the data that come with CGAL.
+// An MRI head, from Debian's package mricron-data, and a scanned building; scripts/example-data gets both.
 const std::vector<ExampleFile>& exampleFiles();
 
 // Looks for the file in the directory, which is an unpacked archive, or has one or the file itself in it, and then

@@ -4,17 +4,17 @@
 #include <array>
 #include <charconv>
 #include <iterator>
-#include <limits>
 #include <string_view>
 #include <utility>
 
 #include "apps/vireo-view/CloudCurves.h"
 #include "apps/vireo-view/ColumnReader.h"
 #include "apps/vireo-view/FileFormat.h"
+#include "apps/vireo-view/GeometryReader.h"
 #include "apps/vireo-view/Histogram.h"
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/NiftiReader.h"
-#include "apps/vireo-view/PointFileReader.h"
+#include "apps/vireo-view/PointTableReader.h"
 #include "apps/vireo-view/Span.h"
 #include "apps/vireo-view/lowerCaseExtension.h"
 #include "tavo/base/text/printable.h"
@@ -109,48 +109,36 @@ PlotExhibit plotOf(const std::string& name, const std::vector<LabelledCurve>& cu
     return plot;
 }
 
-// How clouds are turned: with the axis that points up along the view's y, and the longer of the others along its x. The
-// third comes to lie along z, towards the viewer or away from him, so that nothing is mirrored.
-class Turn
+// All points with finite coordinates, where they are shown.
+Points3 finitePoints(const std::vector<Geometry>& geometries)
 {
-public:
-    Turn(const Points3& cloud, Axis up)
-        : m_Right(static_cast<unsigned int>(longerAxisBeside(up, cloud)))
-        , m_Up(static_cast<unsigned int>(up))
-        , m_Third(3 - m_Right - m_Up)
-        , m_Sign((m_Up + 3 - m_Right) % 3 == 1 ? 1 : -1)
-    {}
-
-    tavo::Vector3d operator()(const tavo::Vector3d& p) const { return {p[m_Right], p[m_Up], m_Sign * p[m_Third]}; }
-
-    // What it does, for a title; empty if nothing.
-    std::string text() const
-    {
-        if (m_Right == 0 && m_Up == 1)
-            return {};
-        return " (" + axisName(Axis(m_Right)) + " to the right, " + axisName(Axis(m_Up)) + " up)";
-    }
-
-private:
-    unsigned int m_Right;
-    unsigned int m_Up;
-    unsigned int m_Third;
-    double m_Sign;
-};
-
-std::unique_ptr<tavo::PointSet> makePointSet(const Points3& cloud, const Turn& turn)
-{
-    Points3 turned(cloud.size());
-    std::transform(cloud.begin(), cloud.end(), turned.begin(), turn);
-    const FittedPoints3 fitted = fitPoints(turned);
-
-    tavo::VertexDescriptor descriptor;
-    descriptor.pushAttrib({"position", 3, tavo::VertexAttribDescriptor::TYPE_FLOAT});
-    auto points = std::make_unique<tavo::PointSet>(descriptor, static_cast<unsigned int>(fitted.size()));
-    const tavo::AttributeAccessToken position = points->getAAT("position");
-    for (unsigned int i = 0; i < points->getNumPoints(); ++i)
-        points->set3f(i, position, fitted[i].data());
+    Points3 points;
+    for (const Geometry& geometry : geometries)
+        for (const Placement& placement : geometry.placements)
+            for (std::size_t i = 0; i < geometry.getNumPoints(); ++i)
+                if (const tavo::Vector3d point = placement.apply(geometry.getPoint(i)); isFinite(point))
+                    points.push_back(point);
     return points;
+}
+
+std::uint64_t numNotFinite(const std::vector<Geometry>& geometries)
+{
+    std::uint64_t number = 0;
+    for (const Geometry& geometry : geometries)
+        for (std::size_t i = 0; i < geometry.getNumPoints(); ++i)
+            number += !isFinite(geometry.getPoint(i));
+    return number;
+}
+
+// "a, b and c"
+std::string listOf(const std::vector<std::string>& things)
+{
+    constexpr std::size_t MOST = 5;
+    const std::size_t number = std::min(things.size(), MOST);
+    std::string text;
+    for (std::size_t i = 0; i < number; ++i)
+        text += (i == 0 ? "" : i + 1 < things.size() ? ", " : " and ") + things[i];
+    return things.size() > MOST ? text + " and " + std::to_string(things.size() - MOST) + " more" : text;
 }
 
 bool isTextOfPoints(FileFormat format)
@@ -182,28 +170,43 @@ public:
         else if (format == FileFormat::NIFTI)
             addVolume(readNifti(m_File, progress));
         else
-            addCloud(readPointFile(m_File, format, progress));
+            addScene(readGeometry(m_File, format, progress));
         return std::move(m_Exhibits);
     }
 
 private:
-    void addCloud(const Points3& points)
+    void addScene(GeometryFile file)
     {
-        Points3 cloud;
-        std::copy_if(points.begin(), points.end(), std::back_inserter(cloud),
-            [](const tavo::Vector3d& p) { return isFinite(p); });
-        if (cloud.empty())
+        std::uint64_t numPoints = 0;
+        for (const Geometry& geometry : file.geometries)
+            numPoints += geometry.getNumPoints();
+        const std::uint64_t numBad = numNotFinite(file.geometries);
+        if (numBad == numPoints)
             throw InputError(m_File, "has no points with finite coordinates");
-        if (cloud.size() > std::numeric_limits<unsigned int>::max())
-            throw InputError(m_File, "has too many points");
+        SceneExhibit exhibit{m_Name, std::move(file.geometries), Side::TOP, false, std::move(file.remarks)};
+        if (!file.leftOut.empty())
+            exhibit.remarks.push_back("left out: " + listOf(file.leftOut));
+        if (numBad > 0)
+            exhibit.remarks.push_back(std::to_string(numBad) + " of " + std::to_string(numPoints) +
+                                      " points have no finite coordinates and are left out");
+        for (std::string& remark : exhibit.remarks)
+            remark = printableName(m_File) + ": " + remark;
+        addSceneWithCurves(std::move(exhibit));
+    }
 
-        const Turn turn(cloud, m_Options.up);
-        std::string name = m_Name + " - " + std::to_string(cloud.size()) + " points" + turn.text();
-        if (cloud.size() < points.size())
-            name += " (" + std::to_string(points.size() - cloud.size()) + " without finite coordinates left out)";
-        m_Exhibits.emplace_back(CloudExhibit{name, makePointSet(cloud, turn)});
-        if (m_Options.withCurves)
-            addCurvesOf(cloud);
+    void addSceneWithCurves(SceneExhibit exhibit)
+    {
+        const bool isSeenFromTop = m_Options.up == Axis::Y;
+        const bool needsPoints = m_Options.withCurves || !isSeenFromTop;
+        const Points3 points = needsPoints ? finitePoints(exhibit.geometries) : Points3();
+        exhibit.isTurned = m_Options.up == Axis::X;
+        if (!isSeenFromTop && !points.empty()) {
+            const Axis right = exhibit.isTurned ? Axis::Z : Axis::Y;
+            exhibit.side = longerAxisBeside(m_Options.up, points) == right ? Side::RIGHT : Side::FRONT;
+        }
+        m_Exhibits.emplace_back(std::move(exhibit));
+        if (m_Options.withCurves && !points.empty())
+            addCurvesOf(points);
     }
 
     void addCurvesOf(const Points3& cloud)
@@ -244,7 +247,7 @@ private:
     void addColumns(Table table)
     {
         switch (m_Options.columnsAs) {
-        case ColumnsAs::POINTS: return addCloud(pointsOf(table, "cloud"));
+        case ColumnsAs::POINTS: return addPoints(std::move(table));
         case ColumnsAs::PATH: return addPath(pointsOf(table, "curve in space"));
         default: return addPlot(std::move(table));
         }
@@ -273,6 +276,12 @@ private:
             throw InputError(m_File, "has " + std::to_string(found.size()) + " column(s) of numbers, and a " + what +
                                          " needs " + std::to_string(NUMBER));
         return found;
+    }
+
+    void addPoints(Table table)
+    {
+        const std::vector<std::size_t> xyz = coordinates(table, "cloud");
+        addScene(pointsOfTable(std::move(table), xyz));
     }
 
     Points3 pointsOf(const Table& table, const std::string& what) const
@@ -319,7 +328,7 @@ bool isPlotted(const std::filesystem::path& file, const LoadOptions& options)
     if (std::filesystem::exists(file, error) && std::filesystem::file_size(file, error) > 0)
         return formatOf(file, options.columnsAs) == FileFormat::COLUMNS;
     const std::string extension = lowerCaseExtension(file);
-    for (const char* const other : {".nii", ".hdr", ".img", ".ply", ".off"})
+    for (const char* const other : {".nii", ".hdr", ".img", ".ply", ".off", ".obj", ".stl", ".gltf", ".glb"})
         if (extension == other)
             return false;
     const bool isOfPoints = extension == ".xyz" || extension == ".pwn" || extension == ".pts";

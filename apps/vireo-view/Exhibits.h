@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "apps/vireo-view/ExampleData.h"
+#include "apps/vireo-view/Geometry.h"
 #include "apps/vireo-view/InputBuffer.h"
 #include "apps/vireo-view/SceneFitting.h"
 #include "apps/vireo-view/TablePlot.h"
-#include "tavo/points/PointSet.h"
 #include "tavo/points/RegularVolume.h"
 
 namespace vireo_view {
@@ -23,11 +23,22 @@ enum class ColumnsAs
     PATH,   // three columns are the x, y and z of a curve in space
 };
 
-// What is shown under a name, fitted to the view.
-struct CloudExhibit
+// From where a scene is seen first.
+enum class Side
+{
+    FRONT, // z up, x to the right
+    RIGHT, // z up, y to the right
+    TOP,   // y up, x to the right
+};
+
+// Points and surfaces in space, at the coordinates of their file.
+struct SceneExhibit
 {
     std::string name;
-    std::unique_ptr<tavo::PointSet> points; // never null
+    std::vector<Geometry> geometries; // at least one
+    Side side = Side::TOP;
+    bool isTurned = false;            // so that x points up where z does otherwise
+    std::vector<std::string> remarks; // what a person should know
 };
 
 // A volume with a channel "density" (see readNifti).
@@ -44,7 +55,7 @@ struct PathExhibit
     std::vector<FittedPoints3> pieces;
 };
 
-using Exhibit = std::variant<CloudExhibit, VolumeExhibit, PathExhibit, PlotExhibit>;
+using Exhibit = std::variant<SceneExhibit, VolumeExhibit, PathExhibit, PlotExhibit>;
 
 const std::string& nameOf(const Exhibit& exhibit);
 
@@ -52,7 +63,7 @@ struct LoadOptions
 {
     ColumnsAs columnsAs = ColumnsAs::AUTOMATIC;
     ColumnChoice columns;
-    Axis up = Axis::Y;       // of clouds, which are turned: this axis upwards, the longer of the others to the right
+    Axis up = Axis::Y;       // of scenes, which are seen with this axis upwards
     bool withCurves = false; // show curves computed from clouds and volumes, too
 };
 

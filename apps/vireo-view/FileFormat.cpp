@@ -1,8 +1,10 @@
 #include "apps/vireo-view/FileFormat.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "apps/vireo-view/InputBuffer.h"
 #include "apps/vireo-view/InputError.h"
@@ -13,6 +15,10 @@ namespace vireo_view {
 namespace {
 
 constexpr std::string_view BLANKS = " \t\r\n";
+
+// Formats that only their names tell.
+constexpr std::array<std::pair<std::string_view, FileFormat>, 4> NAMED = {
+    {{".obj", FileFormat::OBJ}, {".stl", FileFormat::STL}, {".gltf", FileFormat::GLTF}, {".glb", FileFormat::GLTF}}};
 
 std::string beginningOf(const std::filesystem::path& file)
 {
@@ -63,6 +69,9 @@ FileFormat detectFormat(const std::filesystem::path& file)
         throw InputError(file, "is not a PLY file: it does not begin with 'ply'");
     if (extension == ".off")
         throw InputError(file, "is not an OFF file: it does not begin with 'OFF'");
+    for (const auto& [name, format] : NAMED)
+        if (extension == name)
+            return format;
     if (beginning.find('\0') != std::string::npos)
         throw InputError(file, "is of no known format: neither PLY nor OFF nor NIfTI nor text");
     if (extension == ".pts")

@@ -8,6 +8,9 @@ enum class FileFormat
 {
     PLY,
     OFF,
+    OBJ,
+    STL,
+    GLTF,
     XYZ,
     PTS,
     NIFTI,
@@ -15,8 +18,8 @@ enum class FileFormat
 };
 
 // Tells the format of a file: NIFTI by the extension (.nii, .hdr or .img, each also with .gz), PLY and OFF by how it
-// begins, XYZ by the extension (.xyz or .pwn), PTS too (.pts), and columns if it can be text. Throws InputError if it
-// cannot, if the extension says PLY or OFF and the file does not, and as InputBuffer does.
+// begins, OBJ, STL, glTF (.gltf or .glb), XYZ (.xyz or .pwn) and PTS by the extension, and columns if it can be text.
+// Throws InputError if it cannot, if the extension says PLY or OFF and the file does not, and as InputBuffer does.
 FileFormat detectFormat(const std::filesystem::path& file);
 
 } // namespace vireo_view

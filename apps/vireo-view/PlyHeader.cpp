@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <sstream>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include "apps/vireo-view/InputBuffer.h"
 #include "apps/vireo-view/InputError.h"
@@ -17,28 +18,13 @@ struct Type
 {
     std::string_view name;
     std::string_view sizedName;
-    unsigned int size;
+    NumberKind kind;
 };
 
-constexpr std::array<Type, 8> TYPES = {
-    {{"char", "int8", 1}, {"uchar", "uint8", 1}, {"short", "int16", 2}, {"ushort", "uint16", 2}, {"int", "int32", 4},
-        {"uint", "uint32", 4}, {"float", "float32", 4}, {"double", "float64", 8}}};
-
-struct Property
-{
-    std::string name;
-    const Type* type; // of a list, its elements' type
-    bool isList;
-};
-
-struct Element
-{
-    std::string name;
-    std::uint64_t count = 0;
-    std::vector<Property> properties = {};
-
-    bool holdsPoints() const { return name == "vertex" || name == "vertices"; }
-};
+constexpr std::array<Type, 8> TYPES = {{{"char", "int8", NumberKind::INT8}, {"uchar", "uint8", NumberKind::UINT8},
+    {"short", "int16", NumberKind::INT16}, {"ushort", "uint16", NumberKind::UINT16},
+    {"int", "int32", NumberKind::INT32}, {"uint", "uint32", NumberKind::UINT32},
+    {"float", "float32", NumberKind::FLOAT}, {"double", "float64", NumberKind::DOUBLE}}};
 
 // Reads the header's lines into elements.
 class HeaderParser
@@ -49,16 +35,14 @@ public:
         , m_Stream(&input)
     {}
 
-    void parse()
+    PlyHeader parse()
     {
         expectLine("ply");
         parseFormat();
         while (parseLine()) {
         }
+        return std::move(m_Header);
     }
-
-    bool isBinary() const { return m_IsBinary; }
-    const std::vector<Element>& getElements() const { return m_Elements; }
 
 private:
     [[noreturn]] void fail(const std::string& reason) const
@@ -90,7 +74,8 @@ private:
             fail("expected the format, such as 'format ascii 1.0'");
         if (format != "ascii" && format != "binary_little_endian" && format != "binary_big_endian")
             fail("unknown format " + quotedText(format));
-        m_IsBinary = format != "ascii";
+        m_Header.isBinary = format != "ascii";
+        m_Header.isBigEndian = format == "binary_big_endian";
     }
 
     // False at the header's end.
@@ -110,32 +95,31 @@ private:
 
     void parseElement(std::istringstream& line)
     {
-        Element element;
+        PlyElement element;
         std::string count;
         line >> element.name >> count;
         std::istringstream number(count);
         if (count.starts_with('-') || !(number >> element.count) || !number.eof())
             fail("expected an element's name and count");
-        m_Elements.push_back(element);
+        m_Header.elements.push_back(element);
     }
 
     void parseProperty(std::istringstream& line)
     {
-        Property property{};
-        std::string type;
-        line >> type;
+        PlyProperty property{};
+        std::string type = wordOf(line);
         property.isList = type == "list";
         if (property.isList) {
-            typeNamed(wordOf(line));
+            property.countType = typeNamed(wordOf(line));
             type = wordOf(line);
         }
         property.type = typeNamed(type);
         line >> property.name;
         if (property.name.empty())
             fail("expected a property's type and name");
-        if (m_Elements.empty())
+        if (m_Header.elements.empty())
             fail("property " + quotedText(property.name) + " belongs to no element");
-        m_Elements.back().properties.push_back(property);
+        m_Header.elements.back().properties.push_back(property);
     }
 
     static std::string wordOf(std::istringstream& line)
@@ -145,19 +129,18 @@ private:
         return word;
     }
 
-    const Type* typeNamed(const std::string& name) const
+    NumberKind typeNamed(const std::string& name) const
     {
         const auto found = std::find_if(TYPES.begin(), TYPES.end(),
             [&name](const Type& type) { return type.name == name || type.sizedName == name; });
         if (found == TYPES.end())
             fail("unknown type " + quotedText(name));
-        return &*found;
+        return found->kind;
     }
 
     InputBuffer& m_Input;
     std::istream m_Stream;
-    bool m_IsBinary = false;
-    std::vector<Element> m_Elements;
+    PlyHeader m_Header;
 };
 
 // Takes what the elements need from the bytes that there are.
@@ -170,11 +153,12 @@ public:
     {}
 
     // False if there is not enough.
-    bool take(const Element& element)
+    bool take(const PlyElement& element)
     {
         std::uintmax_t itemSize = 0;
-        for (const Property& property : element.properties)
-            itemSize += m_IsBinary ? property.type->size : SHORTEST_NUMBER;
+        for (const PlyProperty& property : element.properties)
+            itemSize +=
+                m_IsBinary ? sizeInBytes(property.isList ? property.countType : property.type) : SHORTEST_NUMBER;
         if (itemSize > 0 && element.count > m_Size / itemSize)
             return false;
         m_Size -= element.count * itemSize;
@@ -188,41 +172,26 @@ private:
     bool m_IsBinary;
 };
 
-const Property* findProperty(const Element& element, std::string_view name)
+bool hasNumber(const PlyElement& element, std::string_view name)
 {
-    const auto found = std::find_if(element.properties.begin(), element.properties.end(),
-        [name](const Property& property) { return property.name == name; });
-    return found == element.properties.end() ? nullptr : &*found;
-}
-
-// Empty if the element lacks a coordinate or they cannot be read as one type.
-std::string coordinateTypeOf(const Element& points)
-{
-    std::vector<std::string_view> types;
-    for (const char* const coordinate : {"x", "y", "z"}) {
-        const Property* const property = findProperty(points, coordinate);
-        if (property == nullptr)
-            return {};
-        types.push_back(property->type->name == "float" ? "double" : property->type->name);
-    }
-    return types[0] == types[1] && types[0] == types[2] ? std::string(types[0]) : std::string();
+    return std::any_of(element.properties.begin(), element.properties.end(),
+        [name](const PlyProperty& property) { return !property.isList && property.name == name; });
 }
 
 // Why the points cannot be read because of this element, which is theirs or comes before it; empty if they can.
-std::string objectionTo(const Element& element, Room& room)
+std::string objectionTo(const PlyElement& element, Room& room)
 {
     if (element.holdsPoints() && element.count == 0)
         return "has no points";
-    for (const Property& property : element.properties)
-        if (property.isList)
-            return "the list " + quotedText(property.name) + " comes before the end of the points; this cannot be read";
     if (element.count > 0 && element.properties.empty())
         return "the element " + quotedText(element.name) + " has no properties";
     if (!room.take(element))
         return "is too short for the " + std::to_string(element.count) + " items of " + quotedText(element.name) +
                " that it promises";
-    if (element.holdsPoints() && coordinateTypeOf(element).empty())
-        return "its points do not have numbers x, y and z of one type";
+    if (element.holdsPoints() && element.count > std::numeric_limits<std::uint32_t>::max())
+        return "has too many points";
+    if (element.holdsPoints() && !(hasNumber(element, "x") && hasNumber(element, "y") && hasNumber(element, "z")))
+        return "its points do not have numbers x, y and z";
     return {};
 }
 
@@ -230,16 +199,15 @@ std::string objectionTo(const Element& element, Room& room)
 
 PlyHeader readPlyHeader(InputBuffer& input)
 {
-    HeaderParser parser(input);
-    parser.parse();
+    PlyHeader header = HeaderParser(input).parse();
     // A last number in a text needs no blank behind it.
-    Room room(input.getRemainingSize() + (parser.isBinary() ? 0 : 1), parser.isBinary());
-    for (const Element& element : parser.getElements()) {
+    Room room(input.getRemainingSize() + (header.isBinary ? 0 : 1), header.isBinary);
+    for (const PlyElement& element : header.elements) {
         const std::string objection = objectionTo(element, room);
         if (!objection.empty())
             throw InputError(input.getFile(), objection);
         if (element.holdsPoints())
-            return {element.count, coordinateTypeOf(element)};
+            return header;
     }
     throw InputError(input.getFile(), "has no points");
 }

@@ -1,23 +1,43 @@
 #pragma once
 
 #include <cstdint>
-#include <istream>
 #include <string>
+#include <vector>
+
+#include "apps/vireo-view/NumberColumn.h"
 
 namespace vireo_view {
 
 class InputBuffer;
 
-// What the header of a PLY file says about its points.
-struct PlyHeader
+struct PlyProperty
 {
-    std::uint64_t numPoints = 0;
-    std::string coordinateType; // of x, y and z, by its short name; "double" where it is float and double
+    std::string name;
+    NumberKind type; // of a list, its items' type
+    bool isList = false;
+    NumberKind countType = NumberKind::UINT8; // of a list, the type of its length
 };
 
-// Reads the header from the buffer's beginning and checks what the reader of the points takes for granted: that the
-// header is well-formed, that there are points with the numbers x, y and z, that nothing before their end has a size of
-// its own, and that the file is large enough for them. Throws InputError if not.
+struct PlyElement
+{
+    std::string name;
+    std::uint64_t count = 0;
+    std::vector<PlyProperty> properties = {};
+
+    bool holdsPoints() const { return name == "vertex" || name == "vertices"; }
+    bool holdsFaces() const { return name == "face" || name == "faces"; }
+};
+
+// What the header of a PLY file says.
+struct PlyHeader
+{
+    bool isBinary = false;
+    bool isBigEndian = false;
+    std::vector<PlyElement> elements;
+};
+
+// Reads the header from the buffer's beginning and checks that it is well-formed, that there are points with the
+// numbers x, y and z, and that the file is large enough for them and for what comes before. Throws InputError if not.
 PlyHeader readPlyHeader(InputBuffer& input);
 
 } // namespace vireo_view

@@ -17,6 +17,7 @@
 #include "apps/vireo-view/VolumeDisplayer.h"
 #include "apps/vireo-view/pictureName.h"
 #include "apps/vireo-view/showPlot.h"
+#include "apps/vireo-view/showScene.h"
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/DebugSection.h"
 #include "tavo/base/debug/DebugWindow.h"
@@ -24,7 +25,6 @@
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
-#include "vireo/displayers/GLPointCloudDisplayer.h"
 #include "vireo/show/show.h"
 
 namespace vireo_view {
@@ -38,12 +38,12 @@ constexpr unsigned int SIZE_IN_WINDOW = 9;
 constexpr unsigned int SIZE_IN_PICTURES = 10;
 constexpr QSize WINDOW_SIZE(800, 900);
 
+// Of the scene with all points and surfaces.
+const std::string NAME_TOGETHER = "together";
+
 struct Sender
 {
-    void operator()(CloudExhibit& cloud) const
-    {
-        tavo::sendGLEventObject(cloud.name, new tavo::GLPointCloudDisplayer(cloud.points.release()));
-    }
+    void operator()(SceneExhibit& scene) const { showScene(std::move(scene), sceneName); }
 
     void operator()(VolumeExhibit& volume) const
     {
@@ -57,6 +57,8 @@ struct Sender
     }
 
     void operator()(PlotExhibit& plot) const { showPlot(std::move(plot)); }
+
+    const std::string& sceneName;
 };
 
 void setViewSize(tavo::DebugSection& section, unsigned int sizeIndex)
@@ -82,15 +84,23 @@ void waitForWindowSize(QWidget& window)
     }
 }
 
-bool isVolumeOrCloud(const Exhibit& exhibit)
+bool isVolumeOrScene(const Exhibit& exhibit)
 {
-    return std::holds_alternative<CloudExhibit>(exhibit) || std::holds_alternative<VolumeExhibit>(exhibit);
+    return std::holds_alternative<SceneExhibit>(exhibit) || std::holds_alternative<VolumeExhibit>(exhibit);
+}
+
+std::vector<std::string> remarksOf(const Exhibit& exhibit)
+{
+    if (const auto* const plot = std::get_if<PlotExhibit>(&exhibit))
+        return plot->remarks;
+    const auto* const scene = std::get_if<SceneExhibit>(&exhibit);
+    return scene ? scene->remarks : std::vector<std::string>();
 }
 
 // Curves are shown behind all that they tell of.
 void moveCurves(std::vector<Exhibit>& from, std::vector<Exhibit>& to)
 {
-    const auto curves = std::stable_partition(from.begin(), from.end(), isVolumeOrCloud);
+    const auto curves = std::stable_partition(from.begin(), from.end(), isVolumeOrScene);
     std::move(curves, from.end(), std::back_inserter(to));
     from.erase(curves, from.end());
 }
@@ -225,13 +235,17 @@ void Viewer::showAll(std::vector<Exhibit>& exhibits)
 void Viewer::show(Exhibit& exhibit)
 {
     const std::string name = vireo_view::nameOf(exhibit);
-    const auto* const plot = std::get_if<PlotExhibit>(&exhibit);
-    if (plot)
-        for (const std::string& remark : plot->remarks)
-            tell(remark);
-    std::visit(Sender(), exhibit);
-    if (plot) {
-        m_Shown.push_back({name, nullptr});
+    const bool isScene = std::holds_alternative<SceneExhibit>(exhibit);
+    const std::string viewName = isScene && m_Options.areTogether ? NAME_TOGETHER : name;
+    for (const std::string& remark : remarksOf(exhibit))
+        tell(remark);
+    const bool isView = isScene || std::holds_alternative<PlotExhibit>(exhibit);
+    std::visit(Sender{viewName}, exhibit);
+    if (isView) {
+        const bool isNew = std::none_of(m_Shown.begin(), m_Shown.end(),
+            [&](const Shown& shown) { return !shown.section && shown.name == viewName; });
+        if (isNew)
+            m_Shown.push_back({viewName, nullptr});
         return openWindow();
     }
     tavo::DebugWindow* const window = tavo::debugOutput.getWindow();
@@ -247,7 +261,7 @@ void Viewer::show(Exhibit& exhibit)
 void Viewer::openWindow()
 {
     if (!hasPictures() && !tavo::openWindow())
-        fail("a plot cannot be shown without a display; --pictures saves it");
+        fail("plots and scenes cannot be shown without a display; --pictures saves them");
 }
 
 // Whether the file's plot grows with it from now on.

@@ -27,11 +27,11 @@ public:
     int run();
 
 private:
-    // A plot, or a section of the debug window.
+    // A plot or a scene, or a section of the debug window.
     struct Shown
     {
         std::string name;
-        tavo::DebugSection* section; // null for a plot
+        tavo::DebugSection* section; // null for a plot or a scene
     };
 
     bool hasPictures() const { return !m_Options.picturesDirectory.isEmpty(); }

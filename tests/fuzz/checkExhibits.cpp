@@ -42,13 +42,43 @@ void check(const PlotExhibit& exhibit)
         requireGoodMessage(remark);
 }
 
-void check(const CloudExhibit& exhibit)
+// One for each of so many points, or none.
+void requireFor(const NumberColumn& column, std::size_t numPoints, std::size_t width)
 {
-    const tavo::PointSet& points = *exhibit.points;
-    const tavo::AttributeAccessToken position = points.getAAT("position");
-    require(points.getNumPoints() > 0, "there is a point");
-    for (unsigned int i = 0; i < points.getNumPoints(); ++i)
-        requireFinite(points.get3f(i, position), 3);
+    require(sizeOf(column) == 0 || sizeOf(column) == width * numPoints, "every point has its numbers");
+}
+
+void check(const Geometry& geometry)
+{
+    const std::size_t numPoints = geometry.getNumPoints();
+    require(sizeOf(geometry.positions) % 3 == 0, "every point has three coordinates");
+    requireFor(geometry.normals, numPoints, 3);
+    requireFor(geometry.colours, numPoints, geometry.numChannels);
+    requireFor(geometry.labels, numPoints, 1);
+    std::set<std::string> names;
+    for (const Geometry::Scalar& scalar : geometry.scalars) {
+        require(sizeOf(scalar.values) == numPoints, "every point has its numbers");
+        require(!scalar.name.empty() && names.insert(scalar.name).second, "numbers have a name of their own");
+    }
+    require(geometry.faces.size() % geometry.numCorners == 0, "faces have all their corners");
+    require(std::all_of(geometry.faces.begin(), geometry.faces.end(),
+                [numPoints](std::uint32_t corner) { return corner < numPoints; }),
+        "faces have corners that are there");
+    for (const Placement& placement : geometry.placements)
+        require(!placement.matrix || std::all_of(placement.matrix->begin(), placement.matrix->end(),
+                                         [](double number) { return std::isfinite(number); }),
+            "places are finite");
+}
+
+void check(const SceneExhibit& exhibit)
+{
+    require(!exhibit.geometries.empty(), "there is a point");
+    for (const Geometry& geometry : exhibit.geometries) {
+        require(!geometry.placements.empty(), "what is read is shown");
+        check(geometry);
+    }
+    for (const std::string& remark : exhibit.remarks)
+        requireGoodMessage(remark);
 }
 
 void check(const VolumeExhibit& exhibit)

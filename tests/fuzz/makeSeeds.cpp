@@ -72,6 +72,69 @@ void makeTables(const fs::path& folder)
     seeds.add(longTable);
 }
 
+template <typename... Numbers>
+std::string bytesOfNumbers(Numbers... numbers)
+{
+    std::string bytes;
+    (bytes.append(reinterpret_cast<const char*>(&numbers), sizeof numbers), ...);
+    return bytes;
+}
+
+void makePly(Seeds& seeds)
+{
+    const std::string numbers = "property double x\nproperty double y\nproperty double z\n";
+    const std::string fields = "property uchar red\nproperty uchar green\nproperty uchar blue\nproperty float nx\n"
+                               "property float ny\nproperty float nz\nproperty ushort intensity\nproperty int label\n";
+    const std::string faces = "element face 2\nproperty list uchar int vertex_indices\n";
+    seeds.add("ply\nformat ascii 1.0\ncomment a\nelement vertex 4\n" + numbers + faces +
+              "end_header\n0 0 0\n1 0 0\n1 1 0.5\n5500000.123 1e-3 nan\n3 0 1 2\n4 0 1 2 3\n");
+    seeds.add("ply\nformat ascii 1.0\nelement vertex 1\n" + numbers + fields +
+              "end_header\n1 2 3 255 128 0 0 0 1 65535 -7\n");
+    using Byte = unsigned char;
+    seeds.add("ply\nformat binary_little_endian 1.0\nelement vertex 1\n" + numbers + fields + "end_header\n" +
+              bytesOfNumbers(1.0, 2.0, 3.0, Byte(1), Byte(2), Byte(3), 0.f, 0.f, 1.f, std::uint16_t(9), 7));
+    seeds.add("ply\nformat binary_big_endian 1.0\nelement vertex 3\nproperty char x\nproperty char y\n"
+              "property char z\n" +
+              faces + "end_header\n" + bytesOfNumbers(Byte(0), Byte(0), Byte(0), Byte(1), Byte(0), Byte(0)) +
+              bytesOfNumbers(Byte(0), Byte(1), Byte(0), Byte(3)) + std::string(11, '\0') + "\1" + std::string(5, '\2'));
+}
+
+void makeGltf(Seeds& seeds)
+{
+    const std::string description =
+        R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0,"name":"a",)"
+        R"("translation":[5500000.5,0,0],"children":[1]},{"mesh":0,"scale":[2,2,2],"rotation":[0,0,1,0]}],)"
+        R"("meshes":[{"primitives":[{"attributes":{"POSITION":0,"COLOR_0":1,"_LABEL":1},"indices":1,"material":0}]}],)"
+        R"("materials":[{"pbrMetallicRoughness":{"baseColorFactor":[1,0.5,0,1]}}],)"
+        R"("accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3"},)"
+        R"({"bufferView":1,"componentType":5121,"count":3,"type":"SCALAR"}],)"
+        R"("bufferViews":[{"buffer":0,"byteLength":36},{"buffer":0,"byteOffset":36,"byteLength":3}],"buffers":[{)";
+    const std::string bytes = bytesOfNumbers(0.f, 0.f, 0.f, 1.f, 0.f, 0.f, 0.f, 1.f, 0.f) + std::string("\0\1\2\0", 4);
+    seeds.add(description +
+              R"("byteLength":39,"uri":"data:;base64,AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAAAAEC"}]})");
+    const std::string json = description + R"("byteLength":40}]})";
+    const auto size = static_cast<std::uint32_t>(json.size()), numBytes = static_cast<std::uint32_t>(bytes.size());
+    seeds.add("glTF" + bytesOfNumbers(2u, 28 + size + numBytes, size) + "JSON" + json + bytesOfNumbers(numBytes) +
+              std::string("BIN\0", 4) + bytes);
+}
+
+void makeGeometries(const fs::path& folder)
+{
+    Seeds seeds(folder);
+    makePly(seeds);
+    makeGltf(seeds);
+    seeds.add("OFF\n# a comment\n4 2 0\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n3 0 1 2\n4 0 1 2 3 255 0 0\n");
+    seeds.add("STCN4OFF\n1 0 0\n2 4 6 2 0 0 1 .5 .5 .5 1 0 0\n");
+    seeds.add("OFF BINARY\n" + std::string("\0\0\0\1\0\0\0\0\0\0\0\0\x3F\x80\0\0\x40\0\0\0\x40\x40\0\0", 24));
+    seeds.add("v 0 0 0 1 0 0\nv 1 0 0 0 1 0\nv 0 1 0 0 0 1\nvn 0 0 1\nvn 0 1 0\nvt 0 0\nusemtl a\n"
+              "f 1/1/1 2/1/1 \\\n3/1/2\nf -1//1 -2//2 -3//2\nl 1 2\n");
+    seeds.add("solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\nendfacet\n");
+    seeds.add(std::string(80, ' ') + bytesOfNumbers(1u) + std::string(46, '\0') + bytesOfNumbers(1.f));
+    seeds.add("2\n1 2 3 -5 255 0 0\n4\t5 6 7 1 2 3\n");
+    seeds.add("//X Y Z Intensity class s\n1 2 3 .5 2 a\n4 5 6 nan 3 b\n");
+    seeds.add("1 2 3 0 0 1\n4 5 6 .6 .8 0\n");
+}
+
 template <typename Value>
 NiftiFile volumeOf(short datatype)
 {
@@ -180,6 +243,7 @@ int main(int argc, char** argv)
     const fs::path folder = argv[1];
     makeObjectStreams(folder / "objects");
     makeTables(folder / "columns");
+    makeGeometries(folder / "geometry");
     makeVolumes(folder);
     return 0;
 }

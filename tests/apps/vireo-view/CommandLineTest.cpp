@@ -36,6 +36,7 @@ TEST(CommandLineTest, HasDefaults)
     EXPECT_EQ(options.load.up, Axis::Y);
     EXPECT_FALSE(options.load.withCurves);
     EXPECT_FALSE(options.isFollowing);
+    EXPECT_FALSE(options.areTogether);
     EXPECT_EQ(options.load.columns.x, "");
     EXPECT_THAT(options.load.columns.columns, testing::IsEmpty());
 }
@@ -46,6 +47,7 @@ TEST(CommandLineTest, TakesHowColumnsAreShown)
     EXPECT_EQ(optionsOf({"--space"}).load.columnsAs, ColumnsAs::POINTS);
     EXPECT_EQ(optionsOf({"--path"}).load.columnsAs, ColumnsAs::PATH);
     EXPECT_TRUE(optionsOf({"--follow", "a.csv"}).isFollowing);
+    EXPECT_TRUE(optionsOf({"--together", "a.ply"}).areTogether);
 }
 
 TEST(CommandLineTest, TakesColumnsTogetherAndOneByOne)

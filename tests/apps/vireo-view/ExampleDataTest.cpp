@@ -4,8 +4,8 @@
 
 #include "apps/vireo-view/Exhibits.h"
 #include "apps/vireo-view/FileFormat.h"
+#include "apps/vireo-view/GeometryReader.h"
 #include "apps/vireo-view/InputError.h"
-#include "apps/vireo-view/PointFileReader.h"
 #include "tests/apps/vireo-view/FilesTest.h"
 
 namespace vireo_view {
@@ -71,39 +71,39 @@ TEST_F(ExampleDataTest, IsAHeadAndAScan)
     EXPECT_EQ(findExample(exampleFiles()[0], directory()).path, directory() / "ch2.nii.gz");
 }
 
-// The data that come with CGAL.
-class CgalDataTest : public testing::Test
+// The scans that scripts/example-data gets, and what is in their package besides.
+class ScansTest : public testing::Test
 {
 protected:
     void SetUp() override
     {
-        if (!fs::exists(CGAL_DATA))
-            GTEST_SKIP() << "CGAL's example data (package libcgal-demo) were not installed when this was configured";
+        if (!fs::exists(SCANS))
+            GTEST_SKIP() << "the scans (of the package libcgal-demo) were not there when this was configured";
     }
 
-    static constexpr auto CGAL_DATA = VIREO_CGAL_DATA;
+    static constexpr auto SCANS = VIREO_SCANS;
 };
 
-TEST_F(CgalDataTest, IsShownWithCurvesComputedFromIt)
+TEST_F(ScansTest, IsShownWithCurvesComputedFromIt)
 {
-    const InputFile file = findExample(exampleFiles()[1], CGAL_DATA);
+    const InputFile file = findExample(exampleFiles()[1], SCANS);
     const std::vector<Exhibit> building =
         loadExhibits(file.path, "building.ply", {ColumnsAs::AUTOMATIC, {}, file.up, true}, nullptr);
     ASSERT_EQ(building.size(), 3u);
-    EXPECT_EQ(nameOf(building[0]), "building.ply - 100000 points (y to the right, z up)");
+    EXPECT_EQ(nameOf(building[0]), "building.ply");
     EXPECT_EQ(nameOf(building[1]), "building.ply - points per z");
     EXPECT_NEAR(std::get<PlotExhibit>(building[1]).xs.front(), -3.151, 1e-3);
     EXPECT_EQ(nameOf(building[2]), "building.ply - highest and lowest z");
-    const Box3f box = std::get<CloudExhibit>(building[0]).points->getBoundingBox();
-    EXPECT_NEAR(box.getExtent()[0], 1.0f, 1e-6f);
-    EXPECT_NEAR(box.getExtent()[1], 17.91246f / 54.8378f, 1e-4f);
+    const auto& scene = std::get<SceneExhibit>(building[0]);
+    EXPECT_EQ(scene.geometries.at(0).getNumPoints(), 100000u);
+    EXPECT_EQ(scene.side, Side::RIGHT) << "it is longer along y than along x";
 }
 
-TEST_F(CgalDataTest, IsReadInEveryFormatThatItHas)
+TEST_F(ScansTest, IsReadInEveryFormatThatItHas)
 {
     const auto count = [](const char* name) {
-        const fs::path file = fs::path(CGAL_DATA) / name;
-        return readPointFile(file, detectFormat(file), nullptr).size();
+        const fs::path file = fs::path(SCANS) / name;
+        return readGeometry(file, detectFormat(file), nullptr).geometries.at(0).getNumPoints();
     };
     EXPECT_EQ(count("points_3/building.ply"), 100000u);
     EXPECT_EQ(count("points_3/b9_training.ply"), 22300u);

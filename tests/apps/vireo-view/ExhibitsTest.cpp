@@ -10,6 +10,7 @@
 namespace vireo_view {
 namespace {
 
+using tavo::Vector3d;
 using tavo::Vector3f;
 using tavo::Vector3i;
 using testing::ElementsAre;
@@ -36,14 +37,11 @@ protected:
         return messageOf<InputError>([&] { load(name, contents, options); });
     }
 
-    static std::vector<Vector3f> positions(const CloudExhibit& cloud)
+    static std::vector<Vector3d> positions(const SceneExhibit& scene)
     {
-        std::vector<Vector3f> result;
-        const tavo::AttributeAccessToken token = cloud.points->getAAT("position");
-        for (unsigned int i = 0; i < cloud.points->getNumPoints(); ++i) {
-            const float* const xyz = cloud.points->get3f(i, token);
-            result.emplace_back(xyz[0], xyz[1], xyz[2]);
-        }
+        std::vector<Vector3d> result;
+        for (std::size_t i = 0; i < scene.geometries.at(0).getNumPoints(); ++i)
+            result.push_back(scene.geometries[0].getPoint(i));
         return result;
     }
 
@@ -56,51 +54,58 @@ protected:
     }
 };
 
-TEST_F(ExhibitsTest, MakesACloudOfAPointFile)
+TEST_F(ExhibitsTest, MakesASceneOfAPointFileWithAllDigits)
 {
-    const auto cloud = loadOne<CloudExhibit>("a.xyz", "0 0 0\n4 2 1\n");
-    EXPECT_EQ(cloud.name, "a.xyz - 2 points");
-    EXPECT_TRUE(cloud.points->getDescr().providesAttribute("position", 3, 4));
-    EXPECT_THAT(positions(cloud), ElementsAre(Vector3f(-0.5, -0.25, -0.125), Vector3f(0.5, 0.25, 0.125)));
+    const auto scene = loadOne<SceneExhibit>("a.xyz", "5500000.123 0 0\n4 2 1\n");
+    EXPECT_EQ(scene.name, "a.xyz");
+    EXPECT_THAT(scene.remarks, testing::IsEmpty());
+    EXPECT_THAT(positions(scene), ElementsAre(Vector3d(5500000.123, 0, 0), Vector3d(4, 2, 1)));
 }
 
 // The cloud's extents are 4, 2 and 1 along x, y and z, or in another order.
-TEST_F(ExhibitsTest, TurnsCloudsUpwardsAndTheirLongerSideToTheViewer)
+TEST_F(ExhibitsTest, ShowsTheLongerSideOfScenesBesideTheAxisThatPointsUp)
 {
     struct Case
     {
         const char* file;
         Axis up;
-        Vector3f last;
-        const char* name;
+        Side side;
+        bool isTurned;
     };
-    const Case cases[] = {{"0 0 0\n4 2 1\n", Axis::Y, {0.5, 0.25, 0.125}, "a.xyz - 2 points"},
-        {"0 0 0\n1 2 4\n", Axis::Y, {0.5, 0.25, -0.125}, "a.xyz - 2 points (z to the right, y up)"},
-        {"0 0 0\n4 2 1\n", Axis::Z, {0.5, 0.125, -0.25}, "a.xyz - 2 points (x to the right, z up)"},
-        {"0 0 0\n2 4 1\n", Axis::Z, {0.5, 0.125, 0.25}, "a.xyz - 2 points (y to the right, z up)"},
-        {"0 0 0\n1 4 2\n", Axis::X, {0.5, 0.125, -0.25}, "a.xyz - 2 points (y to the right, x up)"},
-        {"0 0 0\n1 2 4\n", Axis::X, {0.5, 0.125, 0.25}, "a.xyz - 2 points (z to the right, x up)"}};
+    const Case cases[] = {{"0 0 0\n4 2 1\n", Axis::Y, Side::TOP, false},
+        {"0 0 0\n4 2 1\n", Axis::Z, Side::FRONT, false}, {"0 0 0\n2 4 1\n", Axis::Z, Side::RIGHT, false},
+        {"0 0 0\n1 4 2\n", Axis::X, Side::FRONT, true}, {"0 0 0\n1 2 4\n", Axis::X, Side::RIGHT, true}};
     for (const Case& c : cases) {
         LoadOptions options;
         options.up = c.up;
-        const auto cloud = loadOne<CloudExhibit>("a.xyz", c.file, options);
-        EXPECT_THAT(positions(cloud), ElementsAre(Vector3f() - c.last, c.last)) << c.name;
-        EXPECT_EQ(cloud.name, c.name);
+        const auto scene = loadOne<SceneExhibit>("a.xyz", c.file, options);
+        EXPECT_EQ(scene.side, c.side) << c.file;
+        EXPECT_EQ(scene.isTurned, c.isTurned) << c.file;
     }
 }
 
-TEST_F(ExhibitsTest, LeavesOutPointsThatAreNotFinite)
+TEST_F(ExhibitsTest, SaysHowManyPointsAreNotFinite)
 {
     const std::string_view header = "ply\nformat binary_little_endian 1.0\nelement vertex 2\nproperty float x\n"
                                     "property float y\nproperty float z\nend_header\n";
     const std::string_view origin("\0\0\0\0\0\0\0\0\0\0\0\0", 12);
     const std::string_view infinite("\0\0\x80\x7F\0\0\0\0\0\0\0\0", 12);
-    const auto cloud =
-        loadOne<CloudExhibit>("a.ply", std::string(header) + std::string(origin) + std::string(infinite));
-    EXPECT_EQ(cloud.name, "a.ply - 1 points (1 without finite coordinates left out)");
-    EXPECT_THAT(positions(cloud), ElementsAre(Vector3f(0, 0, 0)));
+    const auto scene =
+        loadOne<SceneExhibit>("a.ply", std::string(header) + std::string(origin) + std::string(infinite));
+    EXPECT_THAT(scene.remarks,
+        ElementsAre((directory() / "a.ply").string() + ": 1 of 2 points have no finite coordinates and are left out"));
     EXPECT_EQ(errorLoading("a.ply", std::string(header) + std::string(infinite) + std::string(infinite)),
         "a.ply: has no points with finite coordinates");
+}
+
+TEST_F(ExhibitsTest, SaysInOneLineWhatOfAFileIsLeftOut)
+{
+    const auto scene = loadOne<SceneExhibit>("a.obj", "mtllib a.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nvt 1 0\n"
+                                                      "usemtl red\nusemtl blue\nf 1/1 2/1 3/1\nf 1 2 9\nl 1 2\n");
+    EXPECT_THAT(
+        scene.remarks, ElementsAre((directory() / "a.obj").string() +
+                                   ": left out: places in textures, materials, lines and 1 face of points that are "
+                                   "not there, or of fewer than three"));
 }
 
 TEST_F(ExhibitsTest, ComputesCurvesOfACloudOnRequest)
@@ -109,8 +114,7 @@ TEST_F(ExhibitsTest, ComputesCurvesOfACloudOnRequest)
     options.withCurves = true;
     options.up = Axis::Z;
     const std::vector<Exhibit> exhibits = load("a.xyz", "0 0 0\n4 2 1\n4 2 3\n4 1 1\n", options);
-    EXPECT_THAT(names(exhibits),
-        ElementsAre("a.xyz - 4 points (x to the right, z up)", "a.xyz - points per z", "a.xyz - highest and lowest z"));
+    EXPECT_THAT(names(exhibits), ElementsAre("a.xyz", "a.xyz - points per z", "a.xyz - highest and lowest z"));
     const auto& heights = std::get<PlotExhibit>(exhibits[1]);
     EXPECT_EQ(heights.x.label, "z");
     EXPECT_THAT(heights.xs, SizeIs(6));
@@ -162,7 +166,7 @@ TEST_F(ExhibitsTest, ShowsPointsOfTextsInSpaceUnlessAPlotIsAskedFor)
 {
     LoadOptions options;
     for (const auto* const name : {"a.xyz", "a.pts"})
-        EXPECT_EQ(loadOne<CloudExhibit>(name, "0 1 2\n1 3 4\n", options).points->getNumPoints(), 2u) << name;
+        EXPECT_THAT(positions(loadOne<SceneExhibit>(name, "0 1 2\n1 3 4\n", options)), SizeIs(2)) << name;
     options.columnsAs = ColumnsAs::PLOT;
     for (const auto* const name : {"a.xyz", "a.pts"})
         EXPECT_THAT(loadOne<PlotExhibit>(name, "0 1 2\n1 3 4\n", options).curves, SizeIs(2)) << name;
@@ -173,8 +177,8 @@ TEST_F(ExhibitsTest, ShowsColumnsInSpaceIfThatIsAskedFor)
     const std::string_view contents = "s,x,y,z\na,0,0,0\nb,1000000,500000,0\n";
     LoadOptions options;
     options.columnsAs = ColumnsAs::POINTS;
-    EXPECT_THAT(positions(loadOne<CloudExhibit>("a.csv", contents, options)),
-        ElementsAre(Vector3f(-0.5, -0.25, 0), Vector3f(0.5, 0.25, 0)));
+    EXPECT_THAT(positions(loadOne<SceneExhibit>("a.csv", contents, options)),
+        ElementsAre(Vector3d(0, 0, 0), Vector3d(1000000, 500000, 0)));
     options.columnsAs = ColumnsAs::PATH;
     const auto path = loadOne<PathExhibit>("a.csv", contents, options);
     EXPECT_EQ(path.name, "a.csv - curve, x (0 to 1e+06) y (0 to 5e+05) z (0 to 0)");
@@ -234,7 +238,7 @@ TEST_F(ExhibitsTest, KnowsBeforehandWhatWillBeAPlot)
     EXPECT_TRUE(isPlotted(write("empty.log", ""), options));
     EXPECT_TRUE(isPlotted(write("a.csv", "1\n"), options));
     EXPECT_FALSE(isPlotted(write("a.off", "OFF\n1 0 0\n1 2 3\n"), options));
-    for (const auto* const name : {"n.ply", "n.nii.gz", "n.xyz", "n.pts"})
+    for (const auto* const name : {"n.ply", "n.nii.gz", "n.xyz", "n.pts", "n.obj", "n.stl", "n.gltf", "n.glb"})
         EXPECT_FALSE(isPlotted(directory() / name, options)) << name;
     options.columnsAs = ColumnsAs::PLOT;
     EXPECT_TRUE(isPlotted(directory() / "n.xyz", options));

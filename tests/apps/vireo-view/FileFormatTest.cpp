@@ -20,6 +20,10 @@ TEST_F(FileFormatTest, KnowsPlyByItsBeginningWhateverItsName)
     EXPECT_EQ(formatOf("a.ply", "ply\nformat ascii 1.0\n"), FileFormat::PLY);
     EXPECT_EQ(formatOf("a.dat", "ply\r\nformat ascii 1.0\r\n"), FileFormat::PLY);
     EXPECT_EQ(formatOf("b.txt", "plywood\n"), FileFormat::COLUMNS);
+    EXPECT_EQ(formatOf("a.OBJ", "v 1 2 3\n"), FileFormat::OBJ);
+    EXPECT_EQ(formatOf("a.stl", std::string(84, '\0')), FileFormat::STL);
+    EXPECT_EQ(formatOf("a.gltf", "{}"), FileFormat::GLTF);
+    EXPECT_EQ(formatOf("a.glb", "glTF\2"), FileFormat::GLTF);
 }
 
 TEST_F(FileFormatTest, KnowsOffByItsKeywordBehindComments)

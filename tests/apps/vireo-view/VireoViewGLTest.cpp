@@ -18,13 +18,13 @@ using testing::StartsWith;
 
 using VireoViewGLTest = VireoViewTest;
 
-// The smallest rectangle with everything that is not black.
+// The smallest rectangle with everything that has not the colour of the first pixel.
 QRect drawnArea(const QImage& picture)
 {
     QRect area;
     for (int y = 0; y < picture.height(); ++y)
         for (int x = 0; x < picture.width(); ++x)
-            if ((picture.pixel(x, y) & 0xFFFFFFu) != 0)
+            if (picture.pixel(x, y) != picture.pixel(0, 0))
                 area |= QRect(x, y, 1, 1);
     return area;
 }
@@ -55,13 +55,40 @@ TEST_F(VireoViewGLTest, SavesAPictureOfEverySectionThatShowsAllOfIt)
     const Outcome outcome = run({"cloud.xyz", "curve.txt", "--path", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_THAT(outcome.errors, IsEmpty());
-    ASSERT_THAT(pictures(), ElementsAre("01-cloud.xyz-4-points.png", "02-curve.txt-curve-x-y-z.png"));
+    ASSERT_THAT(pictures(), ElementsAre("01-cloud.xyz.png", "02-curve.txt-curve-x-y-z.png"));
     for (const std::string& name : pictures()) {
         const QImage shown = picture(name.c_str());
         const QRect area = drawnArea(shown);
         EXPECT_GT(area.width(), shown.height() / 4) << name;
         EXPECT_TRUE(shown.rect().adjusted(1, 1, -1, -1).contains(area)) << name;
     }
+}
+
+TEST_F(VireoViewGLTest, ShowsFilesApartOrTogether)
+{
+    write("a.ply", "ply\nformat ascii 1.0\nelement vertex 3\nproperty double x\nproperty double y\nproperty double z\n"
+                   "element face 1\nproperty list uchar int vertex_indices\nend_header\n"
+                   "5500000.125 0 0\n5500001.125 0 0\n5500000.125 1 0\n3 0 1 2\n");
+    write("b.xyz", "5500000.125 2 0\n5500001.125 3 0\n");
+    write("c.csv", "1\n2\n");
+    EXPECT_EQ(run({"a.ply", "b.xyz", "--pictures", "pictures"}).errors, "");
+    EXPECT_THAT(pictures(), ElementsAre("01-a.ply.png", "02-b.xyz.png"));
+    const Outcome outcome = run({"a.ply", "c.csv", "b.xyz", "--together", "--pictures", "pictures"});
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_THAT(pictures(), ElementsAre("01-a.ply.png", "01-together.png", "02-b.xyz.png", "02-c.csv.png"));
+    const int height = drawnArea(picture("01-a.ply.png")).height();
+    EXPECT_LT(drawnArea(picture("01-together.png")).width() * 3, drawnArea(picture("01-together.png")).height() * 2);
+    EXPECT_GT(height, picture("01-a.ply.png").height() / 3);
+}
+
+TEST_F(VireoViewGLTest, SaysWhatOfAFileIsLeftOut)
+{
+    write("a.off", "OFF\n3 2 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2 255 0 0\n3 0 1 7\n");
+    const Outcome outcome = run({"a.off", "--pictures", "pictures"});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.errors, "vireo-view: a.off: left out: colours of the faces and 1 face of points that are not "
+                              "there, or of fewer than three\n");
 }
 
 // The pixels that are as blue as the first curve of a plot.
@@ -85,7 +112,7 @@ TEST_F(VireoViewGLTest, SavesPicturesOfPlotsInTheOrderOfTheFiles)
     const Outcome outcome = run({"a.csv", "cloud.xyz", "b.dat", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_THAT(outcome.errors, IsEmpty());
-    ASSERT_THAT(pictures(), ElementsAre("01-a.csv.png", "02-cloud.xyz-2-points.png", "03-b.dat.png"));
+    ASSERT_THAT(pictures(), ElementsAre("01-a.csv.png", "02-cloud.xyz.png", "03-b.dat.png"));
     EXPECT_GT(numBluePixels(picture("01-a.csv.png")), 300);
     EXPECT_GT(numBluePixels(picture("03-b.dat.png")), 300);
 }
@@ -187,9 +214,9 @@ TEST_F(VireoViewGLTest, ShowsTheExamplesAndThenTheCurvesOfBoth)
     write("building.ply", "ply\nformat ascii 1.0\nelement vertex 2\nproperty float x\nproperty float y\n"
                           "property float z\nend_header\n0 0 0\n1 1 1\n");
     EXPECT_EQ(run({"--data", ".", "--pictures", "pictures"}).errors, "");
-    EXPECT_THAT(pictures(), ElementsAre("01-ch2.nii.gz-2-x-1-x-1-voxels.png", "02-building.ply-2-points.png",
-                                "03-ch2.nii.gz-voxels-per-density.png", "04-building.ply-points-per-z.png",
-                                "05-building.ply-highest-and-lowest-z.png"));
+    EXPECT_THAT(pictures(),
+        ElementsAre("01-ch2.nii.gz-2-x-1-x-1-voxels.png", "02-building.ply.png", "03-ch2.nii.gz-voxels-per-density.png",
+            "04-building.ply-points-per-z.png", "05-building.ply-highest-and-lowest-z.png"));
 }
 
 TEST_F(VireoViewGLTest, ShowsTheOtherFilesIfOneIsBad)

@@ -1,0 +1,99 @@
+#include "apps/vireo-view/showScene.h"
+
+#include <array>
+#include <cstring>
+#include <utility>
+
+#include "vireo/show/show.h"
+
+namespace vireo_view {
+
+namespace {
+
+// What is sent takes the numbers, without copying them.
+template <typename Sent>
+Sent taken(NumberColumn& column)
+{
+    return std::visit([](auto& values) { return Sent(std::move(values)); }, column);
+}
+
+tavo::Faces facesOf(const Geometry& geometry)
+{
+    if (geometry.numCorners == 3)
+        return {geometry.faces};
+    std::vector<std::array<std::uint32_t, 4>> quadrangles(geometry.faces.size() / 4);
+    if (!quadrangles.empty())
+        std::memcpy(quadrangles.data(), geometry.faces.data(), quadrangles.size() * sizeof quadrangles.front());
+    return {std::move(quadrangles)};
+}
+
+// All that is sent of a geometry, which its places share.
+class Sender
+{
+public:
+    explicit Sender(Geometry geometry)
+        : m_IsMesh(!geometry.faces.empty())
+        , m_Positions(taken<tavo::Points>(geometry.positions))
+        , m_Faces(facesOf(geometry))
+        , m_Normals(taken<tavo::Points>(geometry.normals))
+        , m_Colours(taken<tavo::Colours>(geometry.colours))
+        , m_Labels(taken<tavo::Numbers>(geometry.labels))
+        , m_Colour(geometry.colour)
+    {
+        for (Geometry::Scalar& scalar : geometry.scalars)
+            m_Scalars.emplace_back(scalar.name, taken<tavo::Numbers>(scalar.values));
+    }
+
+    void send(const tavo::Scene& scene, const std::string& path) const
+    {
+        const tavo::Item item = m_IsMesh ? scene.mesh(path, m_Positions, m_Faces) : scene.cloud(path, m_Positions);
+        if (!m_Normals.isEmpty())
+            item.normals(m_Normals);
+        if (m_Colour)
+            item.colour(*m_Colour);
+        if (!m_Colours.isEmpty())
+            item.colours(m_Colours);
+        if (!m_Labels.isEmpty())
+            item.labels(m_Labels);
+        for (const auto& [name, values] : m_Scalars)
+            item.scalar(name, values);
+    }
+
+private:
+    bool m_IsMesh;
+    tavo::Points m_Positions;
+    tavo::Faces m_Faces;
+    tavo::Points m_Normals;
+    tavo::Colours m_Colours;
+    tavo::Numbers m_Labels;
+    std::optional<tavo::RGBA8> m_Colour;
+    std::vector<std::pair<std::string, tavo::Numbers>> m_Scalars;
+};
+
+const char* nameOf(Side side)
+{
+    return side == Side::TOP ? "top" : side == Side::FRONT ? "front" : "right";
+}
+
+} // namespace
+
+void showScene(SceneExhibit exhibit, const std::string& scene)
+{
+    const tavo::Statement together;
+    const tavo::Scene shown = tavo::scene(scene);
+    shown.view(nameOf(exhibit.side));
+    if (exhibit.isTurned)
+        shown.transform(exhibit.name, {0, 0, 1, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1});
+    for (Geometry& geometry : exhibit.geometries) {
+        const std::vector<Placement> placements = std::move(geometry.placements);
+        const Sender sender(std::move(geometry));
+        for (const Placement& placement : placements) {
+            const std::string path = placement.path.empty() ? exhibit.name : exhibit.name + "/" + placement.path;
+            sender.send(shown, path);
+            if (placement.matrix)
+                shown.transform(path, *placement.matrix);
+        }
+    }
+}
+
+} // namespace vireo_view
