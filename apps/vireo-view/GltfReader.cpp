@@ -189,7 +189,8 @@ public:
                              [](const Geometry& geometry) { return geometry.placements.empty(); }),
             geometries.end());
         if (geometries.empty())
-            fail("has no points");
+            fail(m_Result.leftOut.empty() ? "has no points"
+                                          : "has no points or triangles, but " + m_Result.leftOut.front());
         return std::move(m_Result);
     }
 

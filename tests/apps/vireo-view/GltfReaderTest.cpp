@@ -165,6 +165,8 @@ TEST_F(GltfReaderTest, RefusesWhatDoesNotHold)
     EXPECT_THAT(errorReading("{"), testing::StartsWith("a.gltf: is no glTF file: "));
     EXPECT_EQ(errorReading(gltf({{"asset", R"({"version":"1.0"})"}})), "a.gltf: is of version '1.0' of glTF, not of 2");
     EXPECT_EQ(errorReading(gltf({{"meshes", "[]"}})), "a.gltf: has no points");
+    EXPECT_EQ(errorReading(gltf({{"meshes", R"([{"primitives":[{"attributes":{"POSITION":0},"mode":1}]}])"}})),
+        "a.gltf: has no points or triangles, but lines");
     EXPECT_EQ(errorReading(gltf({{"extensionsRequired", R"(["KHR_draco_mesh_compression"])"}})),
         "a.gltf: needs the extension 'KHR_draco_mesh_compression' of glTF, which is not known");
     EXPECT_EQ(errorReading(gltf({{"accessors", R"([{"bufferView":0,"componentType":5126,"count":5,"type":"VEC3"}])"}})),
