@@ -9,7 +9,7 @@
 namespace vireo_view {
 
 // Reads the points and surfaces of a PLY, OFF, OBJ, STL, glTF, XYZ or PTS file, with all that it says of them; at least
-// one point has finite coordinates. Throws InputError if the file does not hold what it should.
+// one point. Throws InputError if the file does not hold what it should.
 GeometryFile readGeometry(const std::filesystem::path& file, FileFormat format, const Progress& progress);
 
 } // namespace vireo_view

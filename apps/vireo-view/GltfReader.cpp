@@ -257,9 +257,10 @@ private:
             fail("has too many points");
         makeExact(positions);
         geometry.positions = std::move(positions.numbers);
+        UniqueNames names;
         for (const QString& name : attributes.keys())
             if (name != "POSITION")
-                readAttribute(geometry, name, attributes[name]);
+                readAttribute(geometry, names, name, attributes[name]);
     }
 
     // Integers that stand for numbers between 0 and 1, or -1 and 1.
@@ -282,7 +283,7 @@ private:
     }
 
     // Those whose names begin with an underscore are of the program that wrote the file.
-    void readAttribute(Geometry& geometry, const QString& name, const QJsonValue& accessor)
+    void readAttribute(Geometry& geometry, UniqueNames& names, const QString& name, const QJsonValue& accessor)
     {
         const bool isColour = name == "COLOR_0", isNormal = name == "NORMAL";
         if (!isColour && !isNormal && !name.startsWith('_'))
@@ -297,9 +298,18 @@ private:
         if (isNormal && values.width == 3)
             geometry.normals = std::move(values.numbers);
         else if (name.startsWith('_') && values.width == 1)
-            addField(geometry, name.mid(1).toStdString(), std::move(values.numbers));
+            addField(geometry, names, name.mid(1).toStdString(), std::move(values.numbers));
         else
             leaveOut(quotedText(name.toStdString()));
+    }
+
+    NumberColumn readIndices(const QJsonValue& accessor)
+    {
+        NumberColumn indices = m_Buffers.read(accessor).numbers;
+        const auto kind = static_cast<NumberKind>(indices.index());
+        if (kind != NumberKind::UINT8 && kind != NumberKind::UINT16 && kind != NumberKind::UINT32)
+            fail("has corners that are not numbers of points");
+        return indices;
     }
 
     void readFaces(Geometry& geometry, const QJsonObject& primitive, int mode)
@@ -307,10 +317,10 @@ private:
         const bool hasIndices = primitive.contains("indices");
         NumberColumn indices;
         if (hasIndices)
-            indices = m_Buffers.read(primitive["indices"]).numbers;
+            indices = readIndices(primitive["indices"]);
         const std::size_t size = hasIndices ? sizeOf(indices) : geometry.getNumPoints();
         const auto corner = [&](std::size_t i) {
-            return hasIndices ? static_cast<std::uint64_t>(std::max(0.0, numberAt(indices, i))) : i;
+            return hasIndices ? static_cast<std::uint64_t>(numberAt(indices, i)) : std::uint64_t(i);
         };
         FaceCollector faces;
         for (std::size_t i = 0; i + 2 < size; i += mode == STRIP || mode == FAN ? 1 : 3) {
@@ -324,7 +334,7 @@ private:
     {
         if (!index.isDouble())
             return std::nullopt;
-        const QJsonObject material = m_Description["materials"].toArray()[index.toInt()].toObject();
+        const QJsonObject material = m_Description["materials"].toArray().at(index.toInt()).toObject();
         const QJsonObject metallic = material["pbrMetallicRoughness"].toObject();
         if (metallic.contains("baseColorTexture"))
             leaveOut("textures");
@@ -401,7 +411,7 @@ private:
     {
         const std::size_t first = m_FirstGeometries[mesh], end = m_FirstGeometries[mesh + 1];
         const std::string base = name.empty()
-                                     ? nameOf(m_Description["meshes"].toArray()[static_cast<int>(mesh)].toObject(),
+                                     ? nameOf(m_Description["meshes"].toArray().at(static_cast<int>(mesh)).toObject(),
                                            "mesh", static_cast<int>(mesh))
                                      : name;
         for (std::size_t i = first; i < end; ++i) {
@@ -409,10 +419,7 @@ private:
             m_NumPlaced += geometry.getNumPoints();
             if (m_NumPlaced > std::numeric_limits<std::uint32_t>::max())
                 fail("has too many points");
-            std::string path = end - first > 1 ? base + "/" + std::to_string(i - first) : base;
-            const std::string wanted = path;
-            for (int k = 2; !m_Paths.insert(path).second; ++k)
-                path = wanted + " (" + std::to_string(k) + ")";
+            const std::string path = m_Paths.add(end - first > 1 ? base + "/" + std::to_string(i - first) : base);
             geometry.placements.push_back({path, matrix == IDENTITY ? std::nullopt : std::optional(matrix)});
         }
     }
@@ -428,7 +435,7 @@ private:
     GltfBuffers m_Buffers;
     std::vector<std::size_t> m_FirstGeometries; // of each mesh, and behind the last
     std::vector<bool> m_WasVisited;
-    std::set<std::string> m_Paths;
+    UniqueNames m_Paths;
     std::uint64_t m_NumPlaced = 0;
     std::set<std::string> m_LeftOut;
     GeometryFile m_Result;

@@ -88,6 +88,10 @@ public:
         , m_Header(readPlyHeader(input))
         , m_Values(input, m_Header)
     {
+        for (const PlyElement& element : m_Header.elements) {
+            m_NumPoints = element.holdsPoints() && m_NumPoints == 0 ? element.count : m_NumPoints;
+            m_HasFaces = m_HasFaces || (element.holdsFaces() && cornersOf(element));
+        }
         if (m_Header.isBinary)
             input.allowLongLines();
     }
@@ -106,7 +110,7 @@ private:
     {
         if (element.holdsPoints() && m_Geometry.getNumPoints() == 0)
             readPoints(element);
-        else if (element.holdsFaces() && !m_HasFaces && cornersOf(element))
+        else if (element.holdsFaces() && !m_HasReadFaces && cornersOf(element))
             readFaces(element);
         else
             skipElement(element);
@@ -174,7 +178,7 @@ private:
 
     void readFaces(const PlyElement& element)
     {
-        m_HasFaces = true;
+        m_HasReadFaces = true;
         const PlyProperty* const corners = cornersOf(element);
         for (const PlyProperty& property : element.properties)
             if (&property != corners)
@@ -202,7 +206,7 @@ private:
         const std::optional<double> count = m_Values.read(list.countType);
         if (!count)
             return false;
-        if (*count > static_cast<double>(numPoints())) {
+        if (*count > static_cast<double>(m_NumPoints)) {
             m_Faces.addBad();
             return m_Values.skipItems(list, *count);
         }
@@ -211,18 +215,11 @@ private:
             const std::optional<double> corner = m_Values.read(list.type);
             if (!corner)
                 return false;
-            const bool isPoint = *corner >= 0 && *corner < static_cast<double>(numPoints());
+            const bool isPoint = *corner >= 0 && *corner < static_cast<double>(m_NumPoints);
             m_Corners.push_back(isPoint ? static_cast<std::uint64_t>(*corner) : UINT64_MAX);
         }
         m_Faces.add(m_Corners);
         return true;
-    }
-
-    std::uint64_t numPoints() const
-    {
-        return std::find_if(m_Header.elements.begin(), m_Header.elements.end(), [](const PlyElement& element) {
-            return element.holdsPoints();
-        })->count;
     }
 
     void skipElement(const PlyElement& element)
@@ -241,12 +238,7 @@ private:
     }
 
     // Nobody needs what is behind points and faces.
-    bool isAwaitingMore() const
-    {
-        const bool hasFaces = std::any_of(m_Header.elements.begin(), m_Header.elements.end(),
-            [](const PlyElement& element) { return element.holdsFaces() && cornersOf(element); });
-        return m_Geometry.getNumPoints() == 0 || (hasFaces && !m_HasFaces);
-    }
+    bool isAwaitingMore() const { return m_Geometry.getNumPoints() == 0 || (m_HasFaces && !m_HasReadFaces); }
 
     InputBuffer& m_Input;
     PlyHeader m_Header;
@@ -254,7 +246,9 @@ private:
     GeometryFile m_File;
     Geometry m_Geometry;
     FaceCollector m_Faces;
+    std::uint64_t m_NumPoints = 0;
     bool m_HasFaces = false;
+    bool m_HasReadFaces = false;
     std::vector<std::uint64_t> m_Corners;
 };
 

@@ -126,7 +126,10 @@ std::string firstLineSince(std::size_t size, const std::string& mark)
 
 Viewer::Viewer(const Options& options)
     : m_Options(options)
-{}
+{
+    if (m_Options.areTogether)
+        m_Names.insert(NAME_TOGETHER);
+}
 
 int Viewer::run()
 {

@@ -124,15 +124,6 @@ void takeColours(Geometry& geometry, Fields& fields)
 
 } // namespace
 
-bool haveCoordinates(const std::vector<NamedColumn>& columns)
-{
-    const Names names = {"x", "y", "z"};
-    return std::all_of(names.begin(), names.end(), [&columns](std::string_view name) {
-        return std::any_of(columns.begin(), columns.end(),
-            [name](const NamedColumn& column) { return lowerCase(column.name) == name; });
-    });
-}
-
 void setColours(Geometry& geometry, NumberColumn colours, unsigned int numChannels)
 {
     geometry.numChannels = numChannels;
@@ -156,21 +147,12 @@ void setColours(Geometry& geometry, NumberColumn colours, unsigned int numChanne
     geometry.colours = std::move(bytes);
 }
 
-void addField(Geometry& geometry, const std::string& name, NumberColumn values)
+void addField(Geometry& geometry, UniqueNames& names, const std::string& name, NumberColumn values)
 {
-    if (isCategory(name) && sizeOf(geometry.labels) == 0 && areWhole(values)) {
+    if (isCategory(name) && sizeOf(geometry.labels) == 0 && areWhole(values))
         geometry.labels = std::move(values);
-        return;
-    }
-    const std::string base = tavo::printable(withoutPrefix(name), LONGEST_NAME);
-    std::string own = base;
-    const auto isTaken = [&] {
-        return std::any_of(geometry.scalars.begin(), geometry.scalars.end(),
-            [&own](const Geometry::Scalar& scalar) { return scalar.name == own; });
-    };
-    for (int i = 2; own.empty() || isTaken(); ++i)
-        own = base + " (" + std::to_string(i) + ")";
-    geometry.scalars.push_back({own, std::move(values)});
+    else
+        geometry.scalars.push_back({names.add(tavo::printable(withoutPrefix(name), LONGEST_NAME)), std::move(values)});
 }
 
 Geometry geometryOf(std::vector<NamedColumn> columns)
@@ -181,8 +163,9 @@ Geometry geometryOf(std::vector<NamedColumn> columns)
     if (fields.has({"nx", "ny", "nz"}))
         geometry.normals = fields.take({"nx", "ny", "nz"});
     takeColours(geometry, fields);
+    UniqueNames names;
     for (NamedColumn& column : fields.rest()) {
-        addField(geometry, column.name, std::move(column.values));
+        addField(geometry, names, column.name, std::move(column.values));
     }
     return geometry;
 }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "apps/vireo-view/Geometry.h"
+#include "apps/vireo-view/UniqueNames.h"
 
 namespace vireo_view {
 
@@ -18,14 +19,10 @@ struct NamedColumn
 // whole. All others are scalars, each under a name of its own. A "scalar_" that some programs put before a name goes.
 Geometry geometryOf(std::vector<NamedColumn> columns);
 
-// Whether there are such columns.
-bool haveCoordinates(const std::vector<NamedColumn>& columns);
-
 // Gives the points colours of 3 or 4 channels, which may be numbers up to 1, or up to 255, or up to 65535.
 void setColours(Geometry& geometry, NumberColumn colours, unsigned int numChannels);
 
-// Adds numbers under that name, or if it is taken under one that begins with it; or categories if it names such and
-// they are whole.
-void addField(Geometry& geometry, const std::string& name, NumberColumn values);
+// Adds numbers under a name of their own, or as labels if the name says so and they are whole.
+void addField(Geometry& geometry, UniqueNames& names, const std::string& name, NumberColumn values);
 
 } // namespace vireo_view
