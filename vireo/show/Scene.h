@@ -194,10 +194,10 @@ public:
     /// does nothing.
     ///
     ///     #include <QObject>
+    ///     #include <iostream>
     ///
-    ///     QObject worker; // in another thread
-    ///     tavo::scene("world").onPick(
-    ///         [](const tavo::Picked& picked) { debugOutput << picked.path << "\n"; },
+    ///     QObject worker; // that lives in another thread
+    ///     tavo::scene("world").onPick([](const tavo::Picked& picked) { std::cout << picked.path << "\n"; },
     ///         [&worker](std::function<void()> work) { QMetaObject::invokeMethod(&worker, work); });
     Scene onPick(std::function<void(const Picked&)> callback, std::function<void(std::function<void()>)> run,
         const Statement& statement = Statement()) const;

@@ -15,7 +15,7 @@ namespace tavo {
 namespace {
 
 constexpr int MIDDLE = PICK_SIDE / 2;
-constexpr double MOST_SIZE = 64; // in pixels, of points that are found by their edges
+constexpr double MOST_SIZE = 256; // in pixels, of points that are found by their edges
 
 SceneCamera::Size sizeOf(const QSize& pixels)
 {
