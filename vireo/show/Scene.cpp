@@ -423,4 +423,16 @@ Item Item::smooth(bool isSmooth, const Statement&) const
     return *this;
 }
 
+Item Item::edges(bool areSeen, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.areEdgesSeen = areSeen; });
+    return *this;
+}
+
+Item Item::backFaces(bool areSeen, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.areBackFacesSeen = areSeen; });
+    return *this;
+}
+
 } // namespace tavo

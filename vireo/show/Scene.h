@@ -86,6 +86,13 @@ public:
     /// Has light fall on a mesh without normals as if it were curved, instead of face by face.
     Item smooth(bool isSmooth = true, const Statement& statement = Statement()) const;
 
+    /// Draws the edges of a mesh's faces over them, in a darker colour, as wide as size() says.
+    Item edges(bool areSeen = true, const Statement& statement = Statement()) const;
+
+    /// Whether the faces of a mesh are seen from behind too, as they are by default. Seen from the front, the vertices
+    /// of a face go around counter-clockwise.
+    Item backFaces(bool areSeen = true, const Statement& statement = Statement()) const;
+
 private:
     friend class Scene;
 

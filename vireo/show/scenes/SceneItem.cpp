@@ -19,6 +19,8 @@ namespace {
 
 constexpr double POINT_SIZE = 2;
 constexpr double LINE_WIDTH = 1.5;
+constexpr double EDGE_WIDTH = 1;
+constexpr double EDGE_BRIGHTNESS = 0.45; // of that of the faces
 constexpr const char* COLOURS = "colours";
 
 template <typename T>
@@ -78,6 +80,13 @@ void replace(std::optional<T>& value, std::optional<T>& newer)
         value.swap(newer);
 }
 
+// Whether what goes around clockwise goes around counter-clockwise afterwards.
+bool isMirrored(const Matrix4& matrix)
+{
+    const auto side = [&matrix](const Vector3d& axis) { return matrix.turned(axis); };
+    return dot(cross(side({1, 0, 0}), side({0, 1, 0})), side({0, 0, 1})) < 0;
+}
+
 // The least and the greatest number that is finite.
 std::pair<double, double> rangeOf(const NumberArray& numbers)
 {
@@ -133,6 +142,8 @@ void SceneItem::apply(ItemUpdate& update)
     isShapeNew = applySize(update) || isShapeNew;
     m_IsVisible = update.isVisible.value_or(m_IsVisible);
     m_IsSmooth = update.isSmooth.value_or(m_IsSmooth);
+    m_AreEdgesSeen = update.areEdgesSeen.value_or(m_AreEdgesSeen);
+    m_AreBackFacesSeen = update.areBackFacesSeen.value_or(m_AreBackFacesSeen);
     if (!m_Shape)
         return;
     if (settleColours())
@@ -146,7 +157,7 @@ void SceneItem::apply(ItemUpdate& update)
         return;
     m_Drawn = drawnItem(*m_Shape, m_Normals ? &*m_Normals : nullptr, m_IsSmooth, haveParts);
     addRadii();
-    m_IsUploaded = m_AreColoursUploaded = false;
+    m_IsUploaded = m_AreColoursUploaded = m_AreEdgesUploaded = false;
 }
 
 // Of pixels and of units of the scene the later ones hold. Whether radii go.
@@ -342,6 +353,15 @@ void SceneItem::uploadRadii(GLContext& context)
     m_RadiusBuffer = makeBuffer(context, "texcoord", radii, 1);
 }
 
+void SceneItem::uploadEdges(GLContext& context)
+{
+    m_AreEdgesUploaded = true;
+    DrawnItem edges = drawnEdges(*m_Shape);
+    m_EdgePositionBuffer.reset();
+    m_EdgePositionBuffer = makeBuffer(context, "position", edges.positions);
+    m_EdgeIndexBuffer = makeBuffer(context, edges.indices);
+}
+
 void SceneItem::uploadColours(GLContext& context)
 {
     m_AreColoursUploaded = true;
@@ -440,9 +460,47 @@ void SceneItem::draw(GLContext& context, const Matrix4& modelView, bool isGround
         glTexCoord1d(m_LargestRadius);
         m_PointScale->begin(length(modelView.turned({1, 0, 0})));
     }
-    drawVertices();
+    const double edgeWidth = scale * (size > 0 ? size : EDGE_WIDTH);
+    m_Drawn.primitive == PrimitiveKind::Triangles ? drawFaces(modelView, edgeWidth) : drawVertices();
     if (m_PointScale)
         m_PointScale->end();
+    if (kind() != ItemKind::Mesh || !m_AreEdgesSeen)
+        return;
+    if (!m_AreEdgesUploaded)
+        uploadEdges(context);
+    drawEdges(one, edgeWidth);
+}
+
+// With edges, a little behind them. Of what is mirrored, the front stays the front, and is lit as such.
+void SceneItem::drawFaces(const Matrix4& modelView, double edgeWidth)
+{
+    int front;
+    glGetIntegerv(GL_FRONT_FACE, &front);
+    if (isMirrored(modelView))
+        glFrontFace(front == GL_CW ? GL_CCW : GL_CW);
+    glCullFace(GL_BACK);
+    m_AreBackFacesSeen ? glDisable(GL_CULL_FACE) : glEnable(GL_CULL_FACE);
+    m_AreEdgesSeen ? glEnable(GL_POLYGON_OFFSET_FILL) : glDisable(GL_POLYGON_OFFSET_FILL);
+    glPolygonOffset(static_cast<float>(1 + edgeWidth / 2), 1); // pixels of the slope that edges reach across
+    drawVertices();
+    glDisable(GL_CULL_FACE);
+    glDisable(GL_POLYGON_OFFSET_FILL);
+    glFrontFace(static_cast<GLenum>(front));
+}
+
+void SceneItem::drawEdges(const RGBA8& colour, double width)
+{
+    if (!m_EdgeIndexBuffer)
+        return;
+    const auto darker = [](unsigned char component) { return static_cast<unsigned char>(EDGE_BRIGHTNESS * component); };
+    glDisable(GL_LIGHTING);
+    glColor4ub(darker(colour[0]), darker(colour[1]), darker(colour[2]), colour[3]);
+    glLineWidth(static_cast<float>(width));
+    m_EdgePositionBuffer->bind();
+    m_EdgeIndexBuffer->bind();
+    m_EdgeIndexBuffer->drawElements(GL_LINES, 0, 0);
+    m_EdgeIndexBuffer->unbind();
+    m_EdgePositionBuffer->unbind();
 }
 
 void SceneItem::drawIds(GLContext& context, PickTarget& target, std::size_t number, const Matrix4& modelView)

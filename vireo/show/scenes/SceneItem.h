@@ -112,6 +112,9 @@ private:
     std::vector<unsigned char> coloursOf(const Field& field) const;
     void setSizes(double scale) const;
     void drawVertices();
+    void drawFaces(const Matrix4& modelView, double edgeWidth);
+    void uploadEdges(GLContext& context);
+    void drawEdges(const RGBA8& colour, double width);
 
     ItemKind kind() const { return m_Shape->kind; }
 
@@ -134,10 +137,13 @@ private:
     double m_Opacity = 1;
     bool m_IsVisible = true;
     bool m_IsSmooth = false;
+    bool m_AreEdgesSeen = false;
+    bool m_AreBackFacesSeen = true;
 
     DrawnItem m_Drawn; // after the upload, without what the buffers have
     bool m_IsUploaded = false;
     bool m_AreColoursUploaded = false;
+    bool m_AreEdgesUploaded = false;
     std::size_t m_NumVertices = 0;
     std::unique_ptr<GLVertexBuffer> m_PositionBuffer;
     std::unique_ptr<GLVertexBuffer> m_NormalBuffer;
@@ -145,6 +151,8 @@ private:
     std::unique_ptr<GLVertexBuffer> m_RadiusBuffer; // null if all points have one radius
     std::unique_ptr<PointScale> m_PointScale;
     std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_IndexBuffer;
+    std::unique_ptr<GLVertexBuffer> m_EdgePositionBuffer;
+    std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_EdgeIndexBuffer;
 };
 
 } // namespace tavo

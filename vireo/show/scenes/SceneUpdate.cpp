@@ -59,6 +59,8 @@ void ItemUpdate::merge(ItemUpdate& newer)
     replace(opacity, newer.opacity);
     replace(isVisible, newer.isVisible);
     replace(isSmooth, newer.isSmooth);
+    replace(areEdgesSeen, newer.areEdgesSeen);
+    replace(areBackFacesSeen, newer.areBackFacesSeen);
 }
 
 void ItemUpdate::addField(SceneField& field)

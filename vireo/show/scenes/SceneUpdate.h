@@ -80,6 +80,8 @@ struct ItemUpdate
     std::optional<double> opacity;
     std::optional<bool> isVisible;
     std::optional<bool> isSmooth;
+    std::optional<bool> areEdgesSeen;
+    std::optional<bool> areBackFacesSeen;
 
     void merge(ItemUpdate& newer);
 

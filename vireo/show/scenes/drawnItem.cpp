@@ -1,6 +1,8 @@
 #include "vireo/show/scenes/drawnItem.h"
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 #include "vireo/show/scenes/Triangulator.h"
@@ -154,13 +156,14 @@ void forEachFace(const ItemShape& shape, Use use)
     });
 }
 
-// Triangles of what can be drawn of the faces.
-void takeTriangles(DrawnItem& item, const ItemShape& shape, const std::vector<bool>& unusable, bool haveParts)
+// Calls `use(i, vertices, a, b, c)` for each triangle of the faces that can be drawn, a, b and c being numbers of
+// corners.
+template <typename Use>
+void forEachTriangle(const DrawnItem& item, const ItemShape& shape, const std::vector<bool>& unusable, Use use)
 {
     Triangulator triangulator;
     std::vector<Vector3d> corners;
     const double size = item.box.diagonal();
-    item.indices.reserve(3 * shape.numParts());
     forEachFace(shape, [&](std::size_t i, const std::vector<unsigned int>& face) {
         corners.clear();
         for (const unsigned int vertex : face) {
@@ -168,14 +171,21 @@ void takeTriangles(DrawnItem& item, const ItemShape& shape, const std::vector<bo
                 return;
             corners.push_back(cornerAt(item, vertex, size));
         }
-        for (const auto& [a, b, c] : triangulator.triangulate(corners)) {
-            if (!(length(cross(corners[b] - corners[a], corners[c] - corners[a])) > 0))
-                continue;
-            item.indices.insert(item.indices.end(), {face[a], face[b], face[c]});
-            if (haveParts)
-                item.parts.push_back(static_cast<unsigned int>(i));
-        }
+        for (const auto& [a, b, c] : triangulator.triangulate(corners))
+            if (length(cross(corners[b] - corners[a], corners[c] - corners[a])) > 0)
+                use(i, face, a, b, c);
     });
+}
+
+void takeTriangles(DrawnItem& item, const ItemShape& shape, const std::vector<bool>& unusable, bool haveParts)
+{
+    item.indices.reserve(3 * shape.numParts());
+    const auto take = [&](std::size_t i, const std::vector<unsigned int>& face, auto a, auto b, auto c) {
+        item.indices.insert(item.indices.end(), {face[a], face[b], face[c]});
+        if (haveParts)
+            item.parts.push_back(static_cast<unsigned int>(i));
+    };
+    forEachTriangle(item, shape, unusable, take);
 }
 
 // Each vertex has the mean of the normals of its triangles, the larger ones counting more.
@@ -320,6 +330,22 @@ DrawnItem frame(const ItemShape& shape)
     return item;
 }
 
+// Both ways along it, an edge is the same.
+std::vector<std::pair<unsigned int, unsigned int>> edgesOf(
+    const DrawnItem& item, const ItemShape& shape, const std::vector<bool>& unusable)
+{
+    std::vector<std::pair<unsigned int, unsigned int>> edges;
+    std::optional<std::size_t> last;
+    forEachTriangle(item, shape, unusable, [&](std::size_t i, const std::vector<unsigned int>& face, auto...) {
+        for (std::size_t corner = 0; last != i && corner < face.size(); ++corner)
+            edges.push_back(std::minmax({face[corner], face[(corner + 1) % face.size()]}));
+        last = i;
+    });
+    std::sort(edges.begin(), edges.end());
+    edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
+    return edges;
+}
+
 DrawnItem position(const ItemShape& shape)
 {
     DrawnItem item;
@@ -329,6 +355,17 @@ DrawnItem position(const ItemShape& shape)
 }
 
 } // namespace
+
+DrawnItem drawnEdges(const ItemShape& shape)
+{
+    DrawnItem item;
+    item.primitive = PrimitiveKind::Lines;
+    item.isIndexed = true;
+    const std::vector<bool> unusable = takePoints(item, shape.points);
+    for (const auto& [from, to] : edgesOf(item, shape, unusable))
+        item.indices.insert(item.indices.end(), {from, to});
+    return item;
+}
 
 DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth, bool haveParts)
 {

@@ -34,4 +34,7 @@ struct DrawnItem
 // Leaves out what is not finite. Normals may be null. If its parts have colours of their own, they share no vertices.
 DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth, bool haveParts);
 
+// The edges of the faces of a mesh that are drawn, each once.
+DrawnItem drawnEdges(const ItemShape& shape);
+
 } // namespace tavo

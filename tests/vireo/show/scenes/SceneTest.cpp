@@ -295,6 +295,19 @@ TEST(SceneTest, OfSizeAndRadiusTheLaterHolds)
     EXPECT_FALSE(takeScene()->items["a"].radii);
 }
 
+TEST(SceneTest, EdgesAndBackFacesAreSaidOfItems)
+{
+    scene("scene").mesh("a", TRIANGLE, {0, 1, 2}).edges().backFaces(false);
+    auto sent = takeScene();
+    EXPECT_EQ(sent->items["a"].areEdgesSeen, true);
+    EXPECT_EQ(sent->items["a"].areBackFacesSeen, false);
+    scene("scene").mesh("a", TRIANGLE, {0, 1, 2}).edges();
+    scene("scene").mesh("a", TRIANGLE, {0, 1, 2}).edges(false).backFaces();
+    sent = takeScene();
+    EXPECT_EQ(sent->items["a"].areEdgesSeen, false);
+    EXPECT_EQ(sent->items["a"].areBackFacesSeen, true);
+}
+
 TEST(SceneTest, WhatIsSaidOfFacesStays)
 {
     scene("scene").mesh("a", TRIANGLE, {0, 1, 2}).scalar("s", {1}).onFaces("s");

@@ -780,6 +780,102 @@ TEST_F(SceneViewTest, ABranchIsMoved)
     EXPECT_LE((rectOf(picture(), RED).center() - pixelOf({0, 0, -1})).manhattanLength(), 1);
 }
 
+TEST_F(SceneViewTest, EdgesAreDarkerAndOnFaces)
+{
+    sendCorners();
+    // Quadrangles side by side, of which the cut has none, and a face without area.
+    ItemUpdate mesh = item(ItemKind::Mesh, {-3, 0, -2, 0, 0, -2, 3, 0, -2, -3, 0, 2, 0, 0, 2, 3, 0, 2, 3, 0, 4}, {},
+        {{0, 1, 4, 3}, {1, 2, 5, 4}, {2, 5, 6}});
+    mesh.areEdgesSeen = true;
+    mesh.size = 3;
+    sendColoured("mesh", mesh, RED);
+    const QColor edge(114, 0, 0);
+    for (const std::string side : {"front", "back"}) {
+        look(side);
+        const QImage shown = picture();
+        for (const Vector3d& point : {Vector3d(-3, 0, 0), Vector3d(0, 0, 1), Vector3d(3, 0, -1), Vector3d(-1.5, 0, 2)})
+            EXPECT_EQ(shown.pixelColor(pixelOf(point)), edge) << point[0] << ' ' << point[2];
+        EXPECT_EQ(shown.pixelColor(pixelOf({-1.5, 0, 0})), RED) << "none between triangles";
+        EXPECT_EQ(shown.pixelColor(pixelOf({3, 0, 3})), GROUND) << "none of what is no face";
+    }
+    ItemUpdate without;
+    without.areEdgesSeen = false;
+    send(m_View, "mesh", without);
+    EXPECT_EQ(numPixels(picture(), edge), 0);
+}
+
+TEST_F(SceneViewTest, EdgesFollowWhatIsSentAndHideBehindFaces)
+{
+    sendCorners();
+    ItemUpdate mesh = item(ItemKind::Mesh, squareAt({0, 1, 0}), {}, {{0, 1, 2, 3}});
+    mesh.areEdgesSeen = true;
+    mesh.size = 3;
+    sendColoured("mesh", mesh, RED);
+    const QColor edge(114, 0, 0);
+    EXPECT_EQ(picture().pixelColor(pixelOf({1, 0, 0})), edge);
+    send(m_View, "mesh", item(ItemKind::Mesh, squareAt({0, 1, 0}, 2), {}, {{0, 1, 2, 3}}));
+    EXPECT_EQ(picture().pixelColor(pixelOf({1, 0, 0})), RED);
+    EXPECT_EQ(picture().pixelColor(pixelOf({2, 0, 0})), edge);
+    sendColoured("wall", item(ItemKind::Mesh, squareAt({0, -1, 0}, 3), {}, {{0, 1, 2, 3}}), GREEN);
+    EXPECT_EQ(numPixels(picture(), edge), 0);
+}
+
+// On slopes, where depths of edges and faces differ most, as wide as lines alone are.
+TEST_F(SceneViewTest, EdgesOnSlopesAreWhole)
+{
+    ItemUpdate slope = item(ItemKind::Mesh, {-3, -4, -2, 0, -4, -2, 3, -4, -2, -3, 4, 1, 0, 4, 1, 3, 4, 1}, {},
+        {{0, 1, 4, 3}, {1, 2, 5, 4}});
+    slope.areEdgesSeen = true;
+    slope.size = 3;
+    sendColoured("slope", slope, RED);
+    const QColor edge(114, 0, 0);
+    m_View.getCamera().setDirection(50, 35);
+    const int onFaces = numPixels(picture(), edge);
+    SceneUpdate cleared;
+    cleared.clear();
+    m_View.apply(cleared);
+    ItemUpdate lines = item(ItemKind::Lines, {0, -4, -2, -3, -4, -2, -3, 4, 1, 3, 4, 1, 3, -4, -2, 0, -4, -2, 0, 4, 1});
+    lines.size = 3;
+    sendColoured("lines", lines, edge);
+    m_View.getCamera().setDirection(50, 35);
+    const int alone = numPixels(picture(), edge);
+    EXPECT_GT(alone, 500);
+    EXPECT_GE(onFaces, alone - alone / 50);
+}
+
+TEST_F(SceneViewTest, BackFacesMayBeLeftOut)
+{
+    ItemUpdate mesh = item(ItemKind::Mesh, squareAt({0, 0, 0}), {}, {{0, 1, 2, 3}});
+    sendColoured("mesh", mesh, RED);
+    const auto isSeenFrom = [this](const std::string& side) {
+        look(side);
+        return picture().pixelColor(100, 50) == RED;
+    };
+    EXPECT_TRUE(isSeenFrom("front"));
+    EXPECT_TRUE(isSeenFrom("back"));
+    ItemUpdate front;
+    front.areBackFacesSeen = false;
+    send(m_View, "mesh", front);
+    EXPECT_TRUE(isSeenFrom("front"));
+    EXPECT_FALSE(isSeenFrom("back"));
+    SceneUpdate mirrored;
+    mirrored.transforms["mesh"] = {{-1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
+    m_View.apply(mirrored);
+    EXPECT_TRUE(isSeenFrom("front")) << "a mirror turns nothing inside out";
+    EXPECT_FALSE(isSeenFrom("back"));
+}
+
+TEST_F(SceneViewTest, WhatIsMirroredIsLitAsItWas)
+{
+    sendColoured("mesh", item(ItemKind::Mesh, squareAt({0, 0, 0}), {}, {{0, 1, 2, 3}}), RED);
+    SceneUpdate mirrored;
+    mirrored.transforms["mesh"] = {{-1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
+    m_View.apply(mirrored);
+    EXPECT_EQ(picture().pixelColor(100, 50), RED);
+    sendColoured("other", item(ItemKind::Mesh, squareAt({0, -1, 0}, 0.5), {}, {{0, 1, 2, 3}}), GREEN);
+    EXPECT_EQ(picture().pixelColor(100, 50), GREEN) << "and so is what comes after it";
+}
+
 TEST_F(SceneViewTest, DataAreSavedAsTheyWereSent)
 {
     QTemporaryDir folder;
