@@ -90,7 +90,7 @@ public:
     Item edges(bool areSeen = true, const Statement& statement = Statement()) const;
 
     /// Whether the faces of a mesh are seen from behind too, as they are by default. Seen from the front, the vertices
-    /// of a face go around counter-clockwise.
+    /// of a face go around counter-clockwise. Edges are seen from everywhere.
     Item backFaces(bool areSeen = true, const Statement& statement = Statement()) const;
 
 private:

@@ -20,6 +20,7 @@ namespace {
 constexpr double POINT_SIZE = 2;
 constexpr double LINE_WIDTH = 1.5;
 constexpr double EDGE_WIDTH = 1;
+constexpr double LARGEST_SIZE = 10000;   // more than drivers can
 constexpr double EDGE_BRIGHTNESS = 0.45; // of that of the faces
 constexpr const char* COLOURS = "colours";
 
@@ -254,6 +255,8 @@ std::optional<SceneItem::Fit> SceneItem::fitOf(const NumberTuples& tuples, const
         if (!areOfParts && m_OnFaces.contains(name))
             continue;
         const std::size_t count = areOfParts ? m_Shape->numParts() : m_Shape->points.size();
+        if (areOfParts && count == 0)
+            return {}; // what has no parts has no numbers of them
         for (const std::size_t width : {isKnown ? tuples.width : 3, isKnown ? tuples.width : 4})
             if (tuples.numbers.size() == width * count)
                 return Fit{areOfParts, width};
@@ -385,7 +388,7 @@ std::vector<unsigned char> SceneItem::coloursOf(const Field& field) const
 {
     const ColourMap map = findColourMap(m_ColourMap).value();
     const auto [from, to] = m_Range ? *m_Range : rangeOf(field.values->numbers);
-    const double scale = from != to ? 1 / (to - from) : 0;
+    const double half = to / 2 - from / 2; // the whole may be too large
     const bool areOfParts = fitOf(*field.values, field.name)->areOfParts;
     std::vector<unsigned char> colours;
     colours.reserve(4 * m_NumVertices);
@@ -396,7 +399,8 @@ std::vector<unsigned char> SceneItem::coloursOf(const Field& field) const
             if (field.areLabels && std::abs(value) < 9e15)
                 colour = colourOfLabel(static_cast<std::int64_t>(value));
             else if (!field.areLabels && !std::isnan(value))
-                colour = map.sample(scale != 0 ? (value - from) * scale : 0.5);
+                colour =
+                    map.sample(half != 0 ? (value / 2 - from / 2) / half : 0.5 * ((value >= from) + (value > from)));
             colours.insert(colours.end(), {colour[0], colour[1], colour[2], byteOf(m_Opacity)});
         }
     });
@@ -517,7 +521,7 @@ void SceneItem::drawIds(GLContext& context, PickTarget& target, std::size_t numb
 double SceneItem::size() const
 {
     if (m_Size && std::isfinite(*m_Size) && *m_Size > 0)
-        return *m_Size;
+        return std::min(*m_Size, LARGEST_SIZE);
     return m_Drawn.primitive == PrimitiveKind::Points ? POINT_SIZE : LINE_WIDTH;
 }
 

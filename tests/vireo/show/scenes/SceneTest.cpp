@@ -136,6 +136,36 @@ TEST(SceneTest, SaysWhichFaceNamesNoVertex)
     EXPECT_THAT(takePaths(), ElementsAre("a"));
 }
 
+TEST(SceneTest, SaysWhichIndicesAreFarOut)
+{
+    testing::internal::CaptureStderr();
+    scene("scene").mesh("a", TRIANGLE, std::vector<std::uint64_t>{0, 1, std::numeric_limits<std::uint64_t>::max()});
+    scene("scene").mesh("b", TRIANGLE, std::vector<double>{0, 1e300, 2});
+    scene("scene").mesh("c", TRIANGLE, std::vector<std::int64_t>{std::numeric_limits<std::int64_t>::min(), 1, 2});
+    scene("scene").mesh("d", {}, {0, 0, 0});
+    scene("scene").mesh("e", TRIANGLE, std::vector<std::vector<float>>{{0, 1, 2}, {-INFINITY, 1, 2}});
+    EXPECT_EQ(said(),
+        "warning: tavo: scene(\"scene\").mesh(\"a\"): face 0 names vertex 1.8446744073709552e+19 of 3; what was "
+        "shown stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"b\"): face 0 names vertex 1.0000000000000001e+300 of 3; what was "
+        "shown stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"c\"): face 0 names vertex -9.2233720368547758e+18 of 3; what was "
+        "shown stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"d\"): face 0 names vertex 0 of 0; what was shown stays\n"
+        "warning: tavo: scene(\"scene\").mesh(\"e\"): face 1 names vertex -inf of 3; what was shown stays\n");
+    EXPECT_THAT(takePaths(), IsEmpty());
+}
+
+TEST(SceneTest, TenMillionPointsAreSentAsTheyAre)
+{
+    std::vector<Vector3f> points(10000000);
+    const void* const data = points.data();
+    scene("scene").cloud("a", std::move(points));
+    const NumberTuples& sent = takeScene()->items["a"].shape->points;
+    EXPECT_EQ(sent.size(), 10000000U);
+    EXPECT_EQ(sent.numbers.visit([](const auto* first, std::size_t) { return static_cast<const void*>(first); }), data);
+}
+
 TEST(SceneTest, SaysWhichPolygonNamesNoVertex)
 {
     testing::internal::CaptureStderr();
