@@ -2,8 +2,10 @@
 
 #include <QColor>
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <limits>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -23,6 +25,14 @@ constexpr double EDGE_WIDTH = 1;
 constexpr double LARGEST_SIZE = 10000;   // more than drivers can
 constexpr double EDGE_BRIGHTNESS = 0.45; // of that of the faces
 constexpr const char* COLOURS = "colours";
+constexpr double LARGEST_LABEL = 9e15; // beyond it, doubles are no numbers to count by
+constexpr std::size_t SWATCH_SIZE = 8;
+
+std::size_t newRevision()
+{
+    static std::atomic<std::size_t> revision = 0;
+    return ++revision;
+}
 
 template <typename T>
 unsigned char byteOf(T component)
@@ -89,7 +99,7 @@ bool isMirrored(const Matrix4& matrix)
 }
 
 // The least and the greatest number that is finite.
-std::pair<double, double> rangeOf(const NumberArray& numbers)
+std::pair<double, double> finiteRangeOf(const NumberArray& numbers)
 {
     double least = std::numeric_limits<double>::infinity();
     double greatest = -least;
@@ -130,31 +140,42 @@ void SceneItem::dropShape()
 
 void SceneItem::apply(ItemUpdate& update)
 {
-    bool isShapeNew = update.shape || (update.isSmooth && *update.isSmooth != m_IsSmooth);
-    if (update.opacity) {
-        m_Opacity = std::isfinite(*update.opacity) ? std::clamp(*update.opacity, 0.0, 1.0) : 1;
-        m_AreColoursUploaded = false;
-    }
+    m_Revision = newRevision();
+    bool isShapeNew = update.shape.has_value();
     replace(m_Shape, update.shape);
     applyFields(update);
     replace(m_WaitingColours, update.colours);
     replace(m_WaitingNormals, update.normals);
     replace(m_Colour, update.colour);
     isShapeNew = applySize(update) || isShapeNew;
-    m_IsVisible = update.isVisible.value_or(m_IsVisible);
-    m_IsSmooth = update.isSmooth.value_or(m_IsSmooth);
     m_AreEdgesSeen = update.areEdgesSeen.value_or(m_AreEdgesSeen);
     m_AreBackFacesSeen = update.areBackFacesSeen.value_or(m_AreBackFacesSeen);
-    if (!m_Shape)
-        return;
-    if (settleColours())
+    applyStyle(update);
+    if (m_Shape && settleColours())
         m_AreColoursUploaded = false;
-    if (settle(m_Normals, m_WaitingNormals, [this](const NumberTuples& normals) { return fits(normals); }))
+    if (m_Shape && settle(m_Normals, m_WaitingNormals, [this](const NumberTuples& normals) { return fits(normals); }))
         isShapeNew = true;
-    if (settle(m_Radii, m_WaitingRadii, [this](const NumberTuples& radii) { return radii.size() == 1 || fits(radii); }))
+    if (m_Shape &&
+        settle(m_Radii, m_WaitingRadii, [this](const NumberTuples& radii) { return radii.size() == 1 || fits(radii); }))
         isShapeNew = true;
-    const bool haveParts = arePartsColoured();
-    if (!isShapeNew && haveParts == !m_Drawn.parts.empty())
+    isShapeNew |= settleStyle();
+    settleDrawn(isShapeNew);
+}
+
+void SceneItem::choose(const ItemChoice& choice)
+{
+    if (choice == m_Chosen)
+        return;
+    m_Revision = newRevision();
+    const bool areRadiiNew = m_Radii && choice.size.has_value() != m_Chosen.size.has_value();
+    m_Chosen = choice;
+    settleDrawn(settleStyle() || areRadiiNew);
+}
+
+void SceneItem::settleDrawn(bool isNew)
+{
+    const bool haveParts = m_Shape && arePartsColoured();
+    if (!m_Shape || (!isNew && haveParts == !m_Drawn.parts.empty()))
         return;
     m_Drawn = drawnItem(*m_Shape, m_Normals ? &*m_Normals : nullptr, m_IsSmooth, haveParts);
     addRadii();
@@ -166,7 +187,6 @@ bool SceneItem::applySize(ItemUpdate& update)
 {
     bool doRadiiGo = false;
     if (update.size) {
-        m_Size = update.size;
         m_WaitingRadii.reset();
         doRadiiGo = std::exchange(m_Radii, {}).has_value();
     }
@@ -178,8 +198,8 @@ bool SceneItem::applySize(ItemUpdate& update)
 void SceneItem::addRadii()
 {
     constexpr double LARGEST = 1e30; // as of coordinates
-    const bool areSeen = m_Radii && kind() == ItemKind::Cloud;
-    m_LargestRadius = areSeen ? std::min(rangeOf(m_Radii->numbers).second, LARGEST) : 0;
+    const bool areSeen = m_Radii && !m_Chosen.size && kind() == ItemKind::Cloud;
+    m_LargestRadius = areSeen ? std::min(finiteRangeOf(m_Radii->numbers).second, LARGEST) : 0;
     if (!(m_LargestRadius > 0) || m_Drawn.box.isEmpty())
         return;
     const Vector3d radius(m_LargestRadius, m_LargestRadius, m_LargestRadius);
@@ -197,12 +217,58 @@ void SceneItem::applyFields(ItemUpdate& update)
         found->areLabels = field.areLabels;
         found->waiting = field.values;
     }
-    if (update.shown || update.range || update.colourMap || !update.onFaces.empty())
+    if (!update.onFaces.empty())
         m_AreColoursUploaded = false;
     m_OnFaces.merge(update.onFaces);
-    replace(m_Shown, update.shown);
-    replace(m_Range, update.range);
-    m_ColourMap = update.colourMap.value_or(m_ColourMap);
+}
+
+void SceneItem::applyStyle(ItemUpdate& update)
+{
+    replace(m_Sent.shown, update.shown);
+    replace(m_Sent.range, update.range);
+    replace(m_Sent.colourMap, update.colourMap);
+    replace(m_Sent.size, update.size);
+    replace(m_Sent.opacity, update.opacity);
+    replace(m_Sent.isVisible, update.isVisible);
+    replace(m_Sent.isSmooth, update.isSmooth);
+}
+
+// What is chosen wins over what was sent. Returns whether the shape has to be drawn anew.
+bool SceneItem::settleStyle()
+{
+    const auto coloured = [this] { return std::tuple(m_Shown, m_Range, m_ColourMap, m_Opacity); };
+    const auto before = coloured();
+    const bool wasSmooth = m_IsSmooth;
+    m_Shown = m_Chosen.shown && has(*m_Chosen.shown) ? m_Chosen.shown : m_Sent.shown;
+    settleRange();
+    m_Size = m_Chosen.size ? m_Chosen.size : m_Sent.size;
+    const double opacity = m_Chosen.opacity.value_or(m_Sent.opacity.value_or(1));
+    m_Opacity = std::isfinite(opacity) ? std::clamp(opacity, 0.0, 1.0) : 1;
+    m_IsVisible = m_Chosen.isVisible.value_or(m_Sent.isVisible.value_or(true));
+    m_IsSmooth = m_Chosen.isSmooth.value_or(m_Sent.isSmooth.value_or(false));
+    if (coloured() != before)
+        m_AreColoursUploaded = false;
+    return m_IsSmooth != wasSmooth;
+}
+
+void SceneItem::settleRange()
+{
+    m_Range = m_Sent.range;
+    m_ColourMap = m_Sent.colourMap.value_or(std::string(namesOfColourMaps().front()));
+    const Field* const field = shownField();
+    const auto chosen = field ? m_Chosen.fields.find(field->name) : m_Chosen.fields.end();
+    if (chosen == m_Chosen.fields.end())
+        return;
+    m_ColourMap = chosen->second.colourMap.value_or(m_ColourMap);
+    if (chosen->second.range || chosen->second.isWhole)
+        m_Range = chosen->second.range;
+}
+
+bool SceneItem::has(const std::string& shown) const
+{
+    const auto isShown = [&shown](const Field& field) { return field.name == shown; };
+    return shown.empty() || (shown == "colours" && (m_Colours || m_WaitingColours)) ||
+           std::any_of(m_Fields.begin(), m_Fields.end(), isShown);
 }
 
 bool SceneItem::settleColours()
@@ -269,6 +335,80 @@ std::size_t SceneItem::sourceOf(std::size_t vertex, bool isOfPart) const
     if (isOfPart)
         return m_Drawn.parts[vertex / (m_Drawn.primitive == PrimitiveKind::Triangles ? 3 : 2)];
     return m_Drawn.sources.empty() ? vertex : m_Drawn.sources[vertex];
+}
+
+std::pair<double, double> SceneItem::rangeOf(const Field& field) const
+{
+    return m_Range ? *m_Range : finiteRangeOf(field.values->numbers);
+}
+
+std::string SceneItem::nameOfShown() const
+{
+    if (areColoursShown())
+        return "colours";
+    const Field* const field = shownField();
+    return field ? field->name : std::string();
+}
+
+ItemState SceneItem::state() const
+{
+    ItemState state{kind(), m_Colours.has_value(), m_Normals.has_value(), {}, nameOfShown(), {}, m_ColourMap, {},
+        size(), m_Opacity, m_IsSmooth};
+    for (const Field& field : m_Fields)
+        if (field.values)
+            state.fields.push_back({field.name, field.areLabels});
+    const Field* const field = areColoursShown() ? nullptr : shownField();
+    if (!field || field->areLabels)
+        return state;
+    state.numbers = field->values->numbers;
+    state.range = rangeOf(*field);
+    return state;
+}
+
+std::vector<RGBA8> SceneItem::swatch(bool isGroundDark) const
+{
+    const Field* const field = shownField();
+    std::vector<RGBA8> colours;
+    if (areColoursShown())
+        colours = swatchAsSent();
+    else if (field)
+        colours = swatchOf(*field);
+    else if (m_Shape && kind() == ItemKind::Frame)
+        colours = {AXIS_COLOURS.begin(), AXIS_COLOURS.end()};
+    else if (m_Colour || !m_Shape || kind() != ItemKind::Text)
+        colours = {colour(colourOfCurve(m_PaletteNumber, isGroundDark))};
+    for (RGBA8& colour : colours)
+        colour[3] = 255;
+    return colours;
+}
+
+std::vector<RGBA8> SceneItem::swatchAsSent() const
+{
+    const std::size_t size = m_Colours->numbers.size();
+    const std::size_t width = m_Colours->width != 0 ? m_Colours->width : size == 4 * m_Shape->points.size() ? 4 : 3;
+    std::vector<RGBA8> colours;
+    m_Colours->numbers.visit([&](const auto* numbers, std::size_t) {
+        for (std::size_t i = 0; i < SWATCH_SIZE && size >= width; ++i) {
+            const auto* const colour = numbers + width * (i * (size / width) / SWATCH_SIZE);
+            colours.emplace_back(byteOf(colour[0]), byteOf(colour[1]), byteOf(colour[2]), 255);
+        }
+    });
+    return colours;
+}
+
+std::vector<RGBA8> SceneItem::swatchOf(const Field& field) const
+{
+    const std::optional<ColourMap> map = field.areLabels ? std::nullopt : findColourMap(m_ColourMap);
+    const NumberArray& numbers = field.values->numbers;
+    std::vector<RGBA8> colours;
+    for (std::size_t i = 0; i < SWATCH_SIZE && !numbers.isEmpty(); ++i) {
+        const double label = numbers[i * numbers.size() / SWATCH_SIZE];
+        if (map)
+            colours.push_back(map->sample(double(i) / (SWATCH_SIZE - 1)));
+        else if (std::abs(label) < LARGEST_LABEL)
+            colours.push_back(colourOfLabel(static_cast<std::int64_t>(label)));
+    }
+    return colours;
 }
 
 std::string SceneItem::waiting() const
@@ -387,7 +527,7 @@ std::vector<unsigned char> SceneItem::coloursOfVertices() const
 std::vector<unsigned char> SceneItem::coloursOf(const Field& field) const
 {
     const ColourMap map = findColourMap(m_ColourMap).value();
-    const auto [from, to] = m_Range ? *m_Range : rangeOf(field.values->numbers);
+    const auto [from, to] = rangeOf(field);
     const double half = to / 2 - from / 2; // the whole may be too large
     const bool areOfParts = fitOf(*field.values, field.name)->areOfParts;
     std::vector<unsigned char> colours;
@@ -396,7 +536,7 @@ std::vector<unsigned char> SceneItem::coloursOf(const Field& field) const
         for (std::size_t i = 0; i < m_NumVertices; ++i) {
             const auto value = static_cast<double>(numbers[sourceOf(i, areOfParts)]);
             RGBA8 colour = ColourMap::colourOfNaN();
-            if (field.areLabels && std::abs(value) < 9e15)
+            if (field.areLabels && std::abs(value) < LARGEST_LABEL)
                 colour = colourOfLabel(static_cast<std::int64_t>(value));
             else if (!field.areLabels && !std::isnan(value))
                 colour =

@@ -12,6 +12,8 @@
 #include "vireo/show/colours/ColourMap.h"
 #include "vireo/show/scenes/PointScale.h"
 #include "vireo/show/scenes/PickTarget.h"
+#include "vireo/show/scenes/ItemChoice.h"
+#include "vireo/show/scenes/ItemState.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/drawnItem.h"
@@ -31,8 +33,23 @@ public:
     // Frees the shape, before another one takes its place.
     void dropShape();
 
-    // Takes over what was sent. No GL is called.
+    // Takes over what was sent, or chosen by a person, which wins. No GL is called.
     void apply(ItemUpdate& update);
+    void choose(const ItemChoice& choice);
+
+    // Changes with all that is sent to it or chosen of it. No two items have the same.
+    std::size_t getRevision() const { return m_Revision; }
+
+    // Whether it is to be seen: there may be nothing to see of it.
+    bool isWanted() const { return m_IsVisible; }
+
+    const ItemShape* shape() const { return m_Shape ? &*m_Shape : nullptr; }
+
+    // It must have a shape.
+    ItemState state() const;
+
+    // A few of its colours, opaque, in the order in which a map has them. None if it is in the colour of texts.
+    std::vector<RGBA8> swatch(bool isGroundDark) const;
 
     bool isVisible() const { return m_IsVisible && m_Opacity > 0 && m_Shape; }
     bool isOpaque() const { return m_Opacity >= 1; }
@@ -95,8 +112,29 @@ private:
     // Which of them has a vertex that is drawn.
     std::size_t sourceOf(std::size_t vertex, bool isOfPart) const;
 
+    // What was sent of how it is to look.
+    struct Style
+    {
+        std::optional<std::string> shown;
+        std::optional<std::pair<double, double>> range;
+        std::optional<std::string> colourMap;
+        std::optional<double> size;
+        std::optional<double> opacity;
+        std::optional<bool> isVisible;
+        std::optional<bool> isSmooth;
+    };
+
     void applyFields(ItemUpdate& update);
+    void applyStyle(ItemUpdate& update);
     bool settleColours();
+    bool settleStyle();
+    void settleRange();
+    void settleDrawn(bool isNew);
+    bool has(const std::string& shown) const;
+    std::string nameOfShown() const;
+    std::pair<double, double> rangeOf(const Field& field) const;
+    std::vector<RGBA8> swatchAsSent() const;
+    std::vector<RGBA8> swatchOf(const Field& field) const;
     const Field* shownField() const;
     bool areColoursShown() const;
     bool arePartsColoured() const;
@@ -119,6 +157,7 @@ private:
     ItemKind kind() const { return m_Shape->kind; }
 
     std::size_t m_PaletteNumber;
+    std::size_t m_Revision = 0;
     std::optional<ItemShape> m_Shape;
     std::optional<NumberTuples> m_Colours; // as many as there are points or parts
     std::optional<NumberTuples> m_Normals;
@@ -126,7 +165,9 @@ private:
     std::optional<NumberTuples> m_WaitingNormals;
     std::vector<Field> m_Fields; // in the order in which they came
     std::set<std::string> m_OnFaces;
-    std::optional<std::string> m_Shown;
+    Style m_Sent;
+    ItemChoice m_Chosen;
+    std::optional<std::string> m_Shown; // this and the following, as chosen or else as sent
     std::optional<std::pair<double, double>> m_Range;
     std::string m_ColourMap{namesOfColourMaps().front()};
     std::optional<RGBA8> m_Colour;

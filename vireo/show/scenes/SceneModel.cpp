@@ -35,11 +35,18 @@ bool SceneModel::apply(SceneUpdate& update)
     bool doesWait = false;
     for (auto& [path, itemUpdate] : update.items) {
         const auto found = m_Items.find(path);
-        SceneItem& item = found != m_Items.end() ? found->second : m_Items.emplace(path, m_NumColours++).first->second;
+        SceneItem& item = found != m_Items.end() ? found->second : add(path);
         runGuarded([&item = item, &itemUpdate = itemUpdate] { item.apply(itemUpdate); });
         doesWait = doesWait || !item.waiting().empty();
     }
     return doesWait;
+}
+
+SceneItem& SceneModel::add(const std::string& path)
+{
+    SceneItem& item = m_Items.emplace(path, m_NumColours++).first->second;
+    item.choose(m_Choices.of(path));
+    return item;
 }
 
 void SceneModel::remove(const std::string& branch)

@@ -6,6 +6,7 @@
 
 #include "vireo/show/scenes/Matrix4.h"
 #include "vireo/show/scenes/SceneBox.h"
+#include "vireo/show/scenes/SceneChoices.h"
 #include "vireo/show/scenes/SceneItem.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 
@@ -36,6 +37,18 @@ public:
     // Says in the log what waits still.
     void sayWhatWaits() const;
 
+    const std::map<std::string, SceneItem>& getItems() const { return m_Items; }
+
+    // What a person chooses of the items. It wins over what is sent, then and later.
+    const SceneChoices& getChoices() const { return m_Choices; }
+    template <typename Choose>
+    void choose(Choose choose)
+    {
+        choose(m_Choices);
+        for (auto& [path, item] : m_Items)
+            item.choose(m_Choices.of(path));
+    }
+
     std::vector<Placed> visibleItems();
 
     // All of them, by their paths.
@@ -45,11 +58,13 @@ public:
     SceneBox box();
 
 private:
+    SceneItem& add(const std::string& path);
     void remove(const std::string& branch);
     Matrix4 matrixOf(const std::string& path) const;
 
     std::string m_Name;
     std::map<std::string, SceneItem> m_Items;
+    SceneChoices m_Choices;
     std::map<std::string, Matrix4> m_Transforms;
     std::size_t m_NumColours = 0;
 };

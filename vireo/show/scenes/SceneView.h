@@ -40,6 +40,16 @@ public:
 
     bool isChosen() const { return m_IsChosen; }
 
+    const SceneModel& getModel() const { return m_Model; }
+
+    // Has a person choose how items are shown: calls `choose(SceneChoices&)`.
+    template <typename Choose>
+    void choose(Choose choose)
+    {
+        m_Model.choose(choose);
+        changed();
+    }
+
     // The place of what is drawn at a pixel of the widget, or within a few pixels of it.
     std::optional<Vector3d> hitAt(const QPointF& pixel);
 

@@ -314,7 +314,6 @@ DrawnItem boxes(const ItemShape& shape)
 
 DrawnItem frame(const ItemShape& shape)
 {
-    constexpr unsigned char COLOURS[3][4] = {{220, 50, 47, 255}, {60, 160, 40, 255}, {40, 90, 220, 255}};
     DrawnItem item;
     item.primitive = PrimitiveKind::Lines;
     item.origin = shape.frame * Vector3d();
@@ -325,7 +324,7 @@ DrawnItem frame(const ItemShape& shape)
         axis[i] = 1;
         appendArrow(item, item.origin, shape.frame.turned(axis), i);
         while (item.colours.size() < 4 * item.numVertices())
-            item.colours.insert(item.colours.end(), COLOURS[i], COLOURS[i] + 4);
+            item.colours.insert(item.colours.end(), AXIS_COLOURS[i].data(), AXIS_COLOURS[i].data() + 4);
     }
     return item;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "vireo/show/scenes/SceneBox.h"
@@ -13,6 +14,10 @@ enum class PrimitiveKind : unsigned char
     Lines,
     Triangles
 };
+
+// Of a frame's x, y and z.
+inline const std::array<RGBA8, 3> AXIS_COLOURS = {
+    RGBA8(220, 50, 47, 255), RGBA8(60, 160, 40, 255), RGBA8(40, 90, 220, 255)};
 
 // An item as OpenGL draws it. Positions are floats, counted from an origin in double precision.
 struct DrawnItem

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace tavo {
+
+// What a person has chosen of an item. What is empty is as the program says.
+struct ItemChoice
+{
+    // Of the numbers of one name.
+    struct OfField
+    {
+        std::optional<std::string> colourMap;
+        std::optional<std::pair<double, double>> range;
+        bool isWhole = false; // the range: from the least to the greatest number, whatever they come to be
+
+        bool operator==(const OfField& other) const = default;
+    };
+
+    std::optional<std::string> shown; // as ItemUpdate::shown; it holds while the item has it
+    std::map<std::string, OfField> fields;
+    std::optional<double> size;
+    std::optional<double> opacity;
+    std::optional<bool> isVisible;
+    std::optional<bool> isSmooth;
+
+    bool operator==(const ItemChoice& other) const = default;
+};
+
+} // namespace tavo

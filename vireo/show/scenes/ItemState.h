@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "vireo/show/delivery/NumberArray.h"
+#include "vireo/show/scenes/SceneUpdate.h"
+
+namespace tavo {
+
+// How an item is shown, for whoever offers other ways.
+struct ItemState
+{
+    struct Field
+    {
+        std::string name;
+        bool areLabels;
+    };
+
+    ItemKind kind = ItemKind::Cloud;
+    bool hasColours = false;
+    bool hasNormals = false;
+    std::vector<Field> fields; // whose numbers can be shown
+    std::string shown;         // the field, or "colours", or empty for the one colour
+    NumberArray numbers;       // that are shown by a colour map
+    std::string colourMap;
+    std::pair<double, double> range;
+    double size = 0; // in pixels
+    double opacity = 1;
+    bool isSmooth = false;
+};
+
+} // namespace tavo
