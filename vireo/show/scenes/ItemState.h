@@ -29,6 +29,20 @@ struct ItemState
     double size = 0; // in pixels
     double opacity = 1;
     bool isSmooth = false;
+
+    // What can take the place of `shown`.
+    std::vector<std::string> waysToColour() const
+    {
+        std::vector<std::string> ways{{}};
+        if (hasColours)
+            ways.emplace_back("colours");
+        for (const Field& field : fields)
+            ways.push_back(field.name);
+        return ways;
+    }
+
+    // Whether it is made of points or lines.
+    bool hasSize() const { return kind != ItemKind::Mesh && kind != ItemKind::Text; }
 };
 
 } // namespace tavo

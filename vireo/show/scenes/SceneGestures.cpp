@@ -120,7 +120,11 @@ void SceneGestures::sceneChanged()
 
 void SceneGestures::turnWheel(QWheelEvent& event)
 {
-    const double steps = event.angleDelta().y() / DEGREES_OF_STEP;
+    const QPoint turned = event.angleDelta();
+    const double steps = (turned.y() != 0 ? turned.y() : turned.x()) / DEGREES_OF_STEP; // with Alt, Qt has it as x
+    event.accept();
+    if (event.modifiers() & Qt::AltModifier)
+        return m_View.changeSizes(steps);
     if (!m_WheelPlace)
         m_WheelPlace = placeAt(event.position());
     m_View.getCamera().zoom(std::pow(FACTOR_OF_WHEEL, steps), *m_WheelPlace);
@@ -129,7 +133,6 @@ void SceneGestures::turnWheel(QWheelEvent& event)
         leave();
         rest(event.position().toPoint());
     }
-    event.accept();
 }
 
 void SceneGestures::centre(const QPoint& pixel)
@@ -157,6 +160,9 @@ bool SceneGestures::pressKey(const QKeyEvent& event)
     switch (event.key()) {
     case Qt::Key_Escape: return m_View.clearPins();
     case Qt::Key_Home: m_View.showAll(); return true;
+    case Qt::Key_P: m_View.switchPanel(); return true;
+    case Qt::Key_Plus: m_View.changeSizes(1); return true;
+    case Qt::Key_Minus: m_View.changeSizes(-1); return true;
     case Qt::Key_O: m_View.switchProjection(); return true;
     case Qt::Key_1: return look(SceneCamera::Side::Front, SceneCamera::Side::Back);
     case Qt::Key_3: return look(SceneCamera::Side::Right, SceneCamera::Side::Left);

@@ -140,7 +140,7 @@ void SceneItem::dropShape()
 
 void SceneItem::apply(ItemUpdate& update)
 {
-    m_Revision = newRevision();
+    m_Revision = m_DataRevision = newRevision();
     bool isShapeNew = update.shape.has_value();
     replace(m_Shape, update.shape);
     applyFields(update);

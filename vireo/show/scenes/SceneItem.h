@@ -40,6 +40,9 @@ public:
     // Changes with all that is sent to it or chosen of it. No two items have the same.
     std::size_t getRevision() const { return m_Revision; }
 
+    // Changes with all that is sent to it.
+    std::size_t getDataRevision() const { return m_DataRevision; }
+
     // Whether it is to be seen: there may be nothing to see of it.
     bool isWanted() const { return m_IsVisible; }
 
@@ -158,6 +161,7 @@ private:
 
     std::size_t m_PaletteNumber;
     std::size_t m_Revision = 0;
+    std::size_t m_DataRevision = 0;
     std::optional<ItemShape> m_Shape;
     std::optional<NumberTuples> m_Colours; // as many as there are points or parts
     std::optional<NumberTuples> m_Normals;

@@ -9,12 +9,18 @@
 #include "tavo/base/debug/displayException.h"
 #include "vireo/show/scenes/SceneGestures.h"
 #include "vireo/show/scenes/sceneData.h"
+#include "vireo/show/scenes/ScenePanel.h"
+#include "vireo/show/window/windowMemory.h"
 
 namespace tavo {
 
 namespace {
 
-constexpr int LONGEST_WAIT = 1000; // in milliseconds, of colours for their points
+using windowMemory::Thing;
+
+constexpr int LARGE_VIEW = 900;     // in pixels, from which on the panel is there unless a person has hidden it
+constexpr double LARGEST_SIZE = 64; // in pixels, that keys make of points
+constexpr int LONGEST_WAIT = 1000;  // in milliseconds, of colours for their points
 
 bool isWithin(const SceneBox& inner, const SceneBox& outer)
 {
@@ -30,11 +36,17 @@ SceneView::SceneView(const std::string& name)
     , m_Model(name)
     , m_Renderer(m_Context, m_Model)
     , m_Picker(m_Context, m_Model)
+    , m_Panel(new ScenePanel(*this))
 {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(40, 30);
     m_Gestures = std::make_unique<SceneGestures>(*this);
+    m_Panel->hide();
+    connect(m_Panel, &ScenePanel::widthWanted, this, [this] {
+        settlePanel();
+        rememberPanel();
+    });
 }
 
 SceneView::~SceneView() = default;
@@ -79,6 +91,7 @@ void SceneView::fit()
 void SceneView::changed()
 {
     m_Picture = {};
+    m_Panel->noteChange();
     update();
 }
 
@@ -104,9 +117,86 @@ void SceneView::switchProjection()
     changed();
 }
 
+void SceneView::choose(const std::function<void(SceneChoices&)>& choose)
+{
+    m_Model.choose(choose);
+    changed();
+}
+
+void SceneView::chooseOf(
+    const std::string& path, const std::function<void(ItemChoice& choice, const ItemState& state)>& change)
+{
+    const auto found = m_Model.getItems().find(path);
+    if (found == m_Model.getItems().end() || !found->second.shape())
+        return;
+    ItemChoice choice = m_Model.getChoices().of(path);
+    change(choice, found->second.state());
+    choose([&](SceneChoices& choices) { choices.set(path, choice); });
+}
+
+bool SceneView::isPanelShown() const
+{
+    return !m_Panel->isHidden();
+}
+
+void SceneView::switchPanel()
+{
+    m_IsPanelWanted = !isPanelShown();
+    if (m_Panel->isAncestorOf(focusWidget()))
+        setFocus();
+    settlePanel();
+    rememberPanel();
+}
+
+std::function<void()> SceneView::configuration()
+{
+    return [this] { switchPanel(); };
+}
+
+void SceneView::select(const std::string& path)
+{
+    m_Panel->select(path);
+}
+
+bool SceneView::showNextField()
+{
+    for (const auto& [path, item] : m_Model.getItems()) {
+        if (!item.shape() || path != m_Panel->selected().value_or(path))
+            continue;
+        const ItemState state = item.state();
+        const std::vector<std::string> names = state.waysToColour();
+        if (names.size() < 2)
+            continue;
+        const auto shown = std::find(names.begin(), names.end(), state.shown);
+        chooseOf(path, [&](ItemChoice& choice, const ItemState&) {
+            choice.shown = shown == names.end() || shown + 1 == names.end() ? names.front() : *(shown + 1);
+        });
+        return true;
+    }
+    return false;
+}
+
+void SceneView::changeSizes(double pixels)
+{
+    const auto& selected = m_Panel->selected();
+    const bool isOne = selected && m_Model.getItems().count(*selected) != 0;
+    for (const auto& [path, item] : m_Model.getItems())
+        if (!isOne || path == *selected)
+            chooseOf(path, [pixels](ItemChoice& choice, const ItemState& state) {
+                if (state.hasSize())
+                    choice.size = std::clamp(state.size + pixels, 1.0, LARGEST_SIZE);
+            });
+}
+
+// Of the widget without the panel.
+QSize SceneView::sceneSize() const
+{
+    return {std::max(width() - (isPanelShown() ? m_Panel->width() : 0), 1), std::max(height(), 1)};
+}
+
 SceneCamera::Size SceneView::viewSize() const
 {
-    return {double(std::max(width(), 1)), double(std::max(height(), 1))};
+    return {double(sceneSize().width()), double(sceneSize().height())};
 }
 
 SceneLook SceneView::look(double scale) const
@@ -145,7 +235,7 @@ QImage SceneView::draw(const QSize& pixels, double scale)
 
 std::optional<Vector3d> SceneView::hitAt(const QPointF& pixel)
 {
-    return m_Picker.placeAt(m_Camera, size(), pixel.toPoint());
+    return m_Picker.placeAt(m_Camera, sceneSize(), pixel.toPoint());
 }
 
 void SceneView::hover(const std::optional<QPoint>& pixel)
@@ -154,7 +244,7 @@ void SceneView::hover(const std::optional<QPoint>& pixel)
         return;
     std::optional<ScenePick> pick;
     if (pixel)
-        runGuarded([&] { pick = m_Picker.pick(m_Camera, size(), *pixel); });
+        runGuarded([&] { pick = m_Picker.pick(m_Camera, sceneSize(), *pixel); });
     m_Marks.hover(std::move(pick));
     update();
 }
@@ -162,7 +252,7 @@ void SceneView::hover(const std::optional<QPoint>& pixel)
 void SceneView::click(const QPoint& pixel)
 {
     std::optional<ScenePick> pick;
-    runGuarded([&] { pick = m_Picker.pick(m_Camera, size(), pixel); });
+    runGuarded([&] { pick = m_Picker.pick(m_Camera, sceneSize(), pixel); });
     m_HasPinned = pick.has_value();
     if (!pick)
         return;
@@ -194,19 +284,59 @@ void SceneView::changeEvent(QEvent* event)
     View::changeEvent(event);
 }
 
-void SceneView::resizeEvent(QResizeEvent* event)
+// The scene has what room the panel leaves.
+void SceneView::settlePanel()
 {
+    const bool isShown = m_IsPanelWanted.value_or(width() >= LARGE_VIEW);
+    const int panelWidth = m_Panel->widthIn(width());
+    m_Panel->setGeometry(width() - panelWidth, 0, panelWidth, height());
+    m_Panel->setVisible(isShown);
     if (!m_IsChosen)
         m_Camera.fit(m_FittedBox, viewSize());
     changed();
+}
+
+void SceneView::recallPanel()
+{
+    const QList<QByteArray> remembered = windowMemory::recall(Thing::ScenePanel).split(' ');
+    if (remembered.size() != 2)
+        return;
+    if (!m_IsPanelWanted)
+        m_IsPanelWanted = remembered.front() == "shown";
+    m_Panel->setWantedWidth(remembered.back().toInt());
+    settlePanel();
+}
+
+void SceneView::rememberPanel() const
+{
+    windowMemory::remember(Thing::ScenePanel,
+        QByteArray(isPanelShown() ? "shown " : "hidden ") + QByteArray::number(m_Panel->getWantedWidth()));
+}
+
+void SceneView::showEvent(QShowEvent* event)
+{
+    View::showEvent(event);
+    if (!std::exchange(m_WasShown, true))
+        recallPanel();
+}
+
+void SceneView::resizeEvent(QResizeEvent* event)
+{
+    settlePanel();
     View::resizeEvent(event);
+}
+
+// Tab is for the fields of items, where there are any.
+bool SceneView::focusNextPrevChild(bool next)
+{
+    return (next && focusWidget() == this && showNextField()) || View::focusNextPrevChild(next);
 }
 
 void SceneView::paintEvent(QPaintEvent*)
 {
     const double scale = devicePixelRatioF();
     if (m_Picture.isNull()) {
-        runGuarded([&] { m_Picture = draw((QSizeF(size()) * scale).toSize(), scale); });
+        runGuarded([&] { m_Picture = draw((QSizeF(sceneSize()) * scale).toSize(), scale); });
         m_Picture.setDevicePixelRatio(scale);
     }
     QPainter painter(this);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,6 +16,7 @@
 namespace tavo {
 
 class SceneGestures;
+class ScenePanel;
 
 // A scene: its items, and from where they are seen. It is drawn in the context of all scenes, and shows the picture.
 class SceneView : public View
@@ -27,6 +29,7 @@ public:
     void apply(ViewUpdate& update) override;
     QImage picture(QSize size) override;
     std::string saveData(const QString& file) override;
+    std::function<void()> configuration() override;
 
     // From where it is seen. Whoever changes the camera for a person says so: what is sent leaves it alone then.
     SceneCamera& getCamera() { return m_Camera; }
@@ -42,13 +45,25 @@ public:
 
     const SceneModel& getModel() const { return m_Model; }
 
-    // Has a person choose how items are shown: calls `choose(SceneChoices&)`.
-    template <typename Choose>
-    void choose(Choose choose)
-    {
-        m_Model.choose(choose);
-        changed();
-    }
+    // Has a person choose how items are shown: calls `choose(SceneChoices&)`, or changes what was chosen of one that
+    // is there.
+    void choose(const std::function<void(SceneChoices&)>& choose);
+    void chooseOf(
+        const std::string& path, const std::function<void(ItemChoice& choice, const ItemState& state)>& change);
+
+    // The panel of the items.
+    bool isPanelShown() const;
+    void switchPanel();
+
+    // Selects an item, in the panel, too.
+    void select(const std::string& path);
+
+    // Shows the next of what the selected item can be coloured by. Returns whether there is any.
+    bool showNextField();
+
+    // Makes points larger or smaller by so many pixels, and lines wider: of the selected item, or of all if there is
+    // none.
+    void changeSizes(double pixels);
 
     // The place of what is drawn at a pixel of the widget, or within a few pixels of it.
     std::optional<Vector3d> hitAt(const QPointF& pixel);
@@ -71,10 +86,16 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
+    QSize sceneSize() const;
+    void recallPanel();
+    void rememberPanel() const;
+    void settlePanel();
     void fitToNews();
     void fit();
     void changed();
@@ -95,6 +116,9 @@ private:
     bool m_HasPinned = false; // by the last click
     QImage m_Picture;         // null if it has to be drawn
     std::unique_ptr<SceneGestures> m_Gestures;
+    ScenePanel* m_Panel;                 // a child of the widget
+    std::optional<bool> m_IsPanelWanted; // by a person
+    bool m_WasShown = false;
 };
 
 } // namespace tavo

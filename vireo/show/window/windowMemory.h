@@ -13,7 +13,8 @@ enum class Thing
 {
     Geometry,
     Layout,
-    Theme
+    Theme,
+    ScenePanel
 };
 
 QByteArray recall(Thing thing);

@@ -1,0 +1,337 @@
+#include "vireo/show/scenes/ItemProperties.h"
+
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QSpinBox>
+#include <algorithm>
+#include <cmath>
+#include <initializer_list>
+
+#include "vireo/show/scenes/NumberBox.h"
+#include "vireo/show/scenes/RangeHistogram.h"
+#include "vireo/show/scenes/colourIcon.h"
+#include "vireo/show/scenes/valueCounts.h"
+#include "vireo/show/window/shownText.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr double LARGEST_SIZE = 64; // in pixels
+constexpr std::size_t LONGEST_NAME = 200;
+constexpr int SPACING = 6; // in pixels
+constexpr int MARGIN = 8;
+const QSize MAP_ICON(56, 12);
+
+template <typename Widget>
+Widget* made(Widget* widget, const char* name, const QString& accessibleName, const QString& toolTip)
+{
+    widget->setObjectName(name);
+    widget->setAccessibleName(accessibleName);
+    widget->setToolTip(toolTip);
+    return widget;
+}
+
+// As narrow as the panel is, however long what can be chosen.
+QComboBox* makeComboBox(const char* name, const QString& accessibleName, const QString& toolTip)
+{
+    auto* const box = made(new QComboBox, name, accessibleName, toolTip);
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(6);
+    box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    return box;
+}
+
+template <typename Box>
+void setQuietly(Box* box, decltype(box->value()) value)
+{
+    const QSignalBlocker quiet(box);
+    if (box->value() != value)
+        box->setValue(value);
+}
+
+void chooseQuietly(QComboBox* box, int index)
+{
+    const QSignalBlocker quiet(box);
+    if (box->currentIndex() != index)
+        box->setCurrentIndex(index);
+}
+
+} // namespace
+
+ItemProperties::ItemProperties(QWidget* parent)
+    : QWidget(parent)
+    , m_Grid(new QGridLayout(this))
+    , m_Name(new QLabel)
+    , m_Field(makeComboBox("field", tr("Coloured by"), tr("What the colours show (Tab in the scene: the next one)")))
+    , m_ColourMap(makeComboBox("colourMap", tr("Colour map"), tr("The colours from the least number to the greatest")))
+    , m_Range(makeRange())
+    , m_Size(made(new QDoubleSpinBox, "size", tr("Size"), tr("Alt and the wheel, or + and -, in the scene")))
+    , m_OpacityRow(makeOpacity())
+    , m_Shading(makeComboBox("shading", tr("Shading"), tr("Whether light falls on each face, or as if it were curved")))
+    , m_Reset(made(new QPushButton(tr("As the program says")), "reset", tr("As the program says"),
+          tr("Forgets what you have chosen here")))
+{
+    m_Name->setObjectName("name");
+    m_Name->setTextFormat(Qt::PlainText);
+    QFont bold = m_Name->font();
+    bold.setBold(true);
+    m_Name->setFont(bold);
+    m_Name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    m_ColourMap->setIconSize(MAP_ICON);
+    for (const std::string_view name : namesOfColourMaps()) {
+        const ColourMap::Entries entries = findColourMap(name)->entries();
+        std::vector<RGBA8> colours;
+        for (std::size_t i = 0; i < entries.size(); i += 15)
+            colours.push_back(entries[i]);
+        m_ColourMap->addItem(colourIcon(colours), QString::fromUtf8(name.data(), int(name.size())));
+    }
+    m_Size->setRange(0.5, LARGEST_SIZE);
+    m_Size->setDecimals(1);
+    m_Size->setSuffix(tr(" px"));
+    m_Shading->addItems({tr("Flat"), tr("Smooth")});
+    makeRows();
+    connectAll();
+    for (QWidget* input : std::initializer_list<QWidget*>{
+             m_Field, m_ColourMap, m_From, m_To, m_Size, m_OpacitySlider, m_Opacity, m_Shading}) {
+        input->setFocusPolicy(Qt::StrongFocus);
+        input->installEventFilter(this);
+    }
+    showNothing();
+}
+
+void ItemProperties::makeRows()
+{
+    m_Grid->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
+    m_Grid->setHorizontalSpacing(MARGIN);
+    m_Grid->setVerticalSpacing(SPACING);
+    m_Grid->setColumnStretch(1, 1);
+    addRow(m_Name);
+    addRow(m_Field, tr("Colour by"));
+    addRow(m_ColourMap, tr("Colour map"));
+    addRow(m_Range);
+    addRow(m_Size, tr("Point size"));
+    addRow(m_OpacityRow, tr("Opacity"));
+    addRow(m_Shading, tr("Shading"));
+    addRow(m_Reset);
+    m_LargestSize = m_Grid->sizeHint();
+    m_Grid->setRowStretch(m_Grid->rowCount(), 1);
+}
+
+// Without a label it takes the whole width.
+void ItemProperties::addRow(QWidget* field, const QString& label)
+{
+    const int row = m_Grid->rowCount();
+    if (label.isEmpty())
+        return m_Grid->addWidget(field, row, 0, 1, 2);
+    m_Grid->addWidget(new QLabel(label), row, 0);
+    m_Grid->addWidget(field, row, 1);
+}
+
+QLabel* ItemProperties::labelOf(QWidget* field) const
+{
+    int row = 0, column = 0, numRows = 0, numColumns = 0;
+    m_Grid->getItemPosition(m_Grid->indexOf(field), &row, &column, &numRows, &numColumns);
+    return column == 1 ? static_cast<QLabel*>(m_Grid->itemAtPosition(row, 0)->widget()) : nullptr;
+}
+
+QWidget* ItemProperties::makeRange()
+{
+    auto* const range = new QWidget;
+    auto* const grid = new QGridLayout(range);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(SPACING);
+    m_Histogram = new RangeHistogram;
+    m_Histogram->setObjectName("histogram");
+    m_From = made(new NumberBox, "from", tr("From"), tr("The number that has the first colour"));
+    m_To = made(new NumberBox, "to", tr("To"), tr("The number that has the last colour"));
+    m_Whole = made(new QPushButton(tr("All")), "wholeRange", tr("Range of all values"),
+        tr("From the least value to the greatest, as they come"));
+    m_Middle = made(new QPushButton(tr("2 to 98 %")), "middleRange", tr("Range of most values"),
+        tr("From the value that 2 % are below to the one that 98 % are below"));
+    grid->addWidget(m_Histogram, 0, 0, 1, 2);
+    grid->addWidget(m_From, 1, 0);
+    grid->addWidget(m_To, 1, 1);
+    grid->addWidget(m_Whole, 2, 0);
+    grid->addWidget(m_Middle, 2, 1);
+    for (QPushButton* button : {m_Whole, m_Middle}) {
+        button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        button->setMinimumWidth(1);
+    }
+    return range;
+}
+
+QWidget* ItemProperties::makeOpacity()
+{
+    auto* const row = new QWidget;
+    auto* const layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(SPACING);
+    const QString toolTip = tr("How little can be seen through it");
+    m_OpacitySlider = made(new QSlider(Qt::Horizontal), "opacitySlider", tr("Opacity"), toolTip);
+    m_OpacitySlider->setRange(0, 100);
+    m_OpacitySlider->setMinimumWidth(30);
+    m_Opacity = made(new QSpinBox, "opacity", tr("Opacity"), toolTip);
+    m_Opacity->setRange(0, 100);
+    m_Opacity->setSuffix(tr(" %"));
+    layout->addWidget(m_OpacitySlider, 1);
+    layout->addWidget(m_Opacity);
+    return row;
+}
+
+void ItemProperties::connectAll()
+{
+    const auto chosen = QOverload<int>::of(&QComboBox::currentIndexChanged);
+    const auto changed = QOverload<double>::of(&QDoubleSpinBox::valueChanged);
+    using Range = RangeHistogram::Range;
+    connect(m_Field, chosen, this, [this](int i) {
+        emit choiceMade([name = m_ShownNames.at(std::size_t(i))](auto& choice, const auto&) { choice.shown = name; });
+    });
+    connect(m_ColourMap, chosen, this, [this](int i) {
+        emit choiceMade([name = namesOfColourMaps().at(std::size_t(i))](
+                            auto& choice, const auto& state) { choice.fields[state.shown].colourMap = name; });
+    });
+    connect(m_Histogram, &RangeHistogram::rangeDragged, this,
+        [this](double from, double to) { chooseRange([from, to](const auto&) { return Range(from, to); }); });
+    connect(m_From, changed, this,
+        [this](double from) { chooseRange([from](const auto& state) { return Range(from, state.range.second); }); });
+    connect(m_To, changed, this,
+        [this](double to) { chooseRange([to](const auto& state) { return Range(state.range.first, to); }); });
+    connect(m_Whole, &QPushButton::clicked, this, [this] {
+        emit choiceMade([](auto& choice, const auto& state) {
+            choice.fields[state.shown].range.reset();
+            choice.fields[state.shown].isWhole = true;
+        });
+    });
+    connect(m_Middle, &QPushButton::clicked, this,
+        [this] { chooseRange([](const auto& state) { return quantiles(state.numbers, 0.02, 0.98); }); });
+    connect(m_Size, changed, this,
+        [this](double size) { emit choiceMade([size](auto& choice, const auto&) { choice.size = size; }); });
+    connect(m_OpacitySlider, &QSlider::valueChanged, this, &ItemProperties::chooseOpacity);
+    connect(m_Opacity, QOverload<int>::of(&QSpinBox::valueChanged), this, &ItemProperties::chooseOpacity);
+    connect(m_Shading, chosen, this,
+        [this](int i) { emit choiceMade([i](auto& choice, const auto&) { choice.isSmooth = i != 0; }); });
+    connect(m_Reset, &QPushButton::clicked, this, &ItemProperties::resetWanted);
+}
+
+// The wheel scrolls, unless what it is over has been chosen: it shall change nothing by the way.
+bool ItemProperties::eventFilter(QObject* object, QEvent* event)
+{
+    if (event->type() != QEvent::Wheel || static_cast<QWidget*>(object)->hasFocus())
+        return QWidget::eventFilter(object, event);
+    event->ignore();
+    return true;
+}
+
+void ItemProperties::chooseRange(const std::function<RangeHistogram::Range(const ItemState& state)>& rangeOf)
+{
+    emit choiceMade([rangeOf](auto& choice, const auto& state) {
+        ItemChoice::OfField& ofField = choice.fields[state.shown];
+        ofField.range = rangeOf(state);
+        ofField.isWhole = false;
+    });
+}
+
+void ItemProperties::chooseOpacity(int percent)
+{
+    emit choiceMade([percent](auto& choice, const auto&) { choice.opacity = percent / 100.0; });
+}
+
+void ItemProperties::showNothing()
+{
+    m_CountedRevision = 0;
+    m_Name->setText(tr("Nothing is selected"));
+    m_Name->setEnabled(false);
+    m_Name->setToolTip({});
+    for (QWidget* row :
+        std::initializer_list<QWidget*>{m_Field, m_ColourMap, m_Range, m_Size, m_OpacityRow, m_Shading, m_Reset})
+        setRowVisible(row, false);
+}
+
+void ItemProperties::show(const std::string& path, const SceneItem* item, bool areAnyChosen)
+{
+    const bool isItem = item && item->shape();
+    if (!isItem)
+        showNothing();
+    const QString name = shownText(path.substr(path.rfind('/') + 1), LONGEST_NAME);
+    m_Name->setText(name.isEmpty() ? tr("(no name)") : name);
+    m_Name->setToolTip(shownText(path, LONGEST_NAME));
+    m_Name->setEnabled(true);
+    if (isItem)
+        showItem(*item);
+    setRowVisible(m_Reset, true);
+    m_Reset->setEnabled(areAnyChosen);
+}
+
+void ItemProperties::showItem(const SceneItem& item)
+{
+    const ItemState state = item.state();
+    showFields(state);
+    const bool areNumbers = !state.numbers.isEmpty();
+    setRowVisible(m_ColourMap, areNumbers);
+    setRowVisible(m_Range, areNumbers);
+    if (areNumbers)
+        showNumbers(state, item.getDataRevision());
+    setRowVisible(m_Size, state.hasSize());
+    labelOf(m_Size)->setText(state.kind == ItemKind::Cloud ? tr("Point size") : tr("Line width"));
+    setQuietly(m_Size, state.size);
+    setRowVisible(m_OpacityRow, true);
+    const int percent = static_cast<int>(std::lround(100 * state.opacity));
+    setQuietly(m_OpacitySlider, percent);
+    setQuietly(m_Opacity, percent);
+    setRowVisible(m_Shading, state.kind == ItemKind::Mesh && !state.hasNormals);
+    chooseQuietly(m_Shading, state.isSmooth ? 1 : 0);
+}
+
+void ItemProperties::showFields(const ItemState& state)
+{
+    const std::vector<std::string> names = state.waysToColour();
+    QStringList texts{tr("One colour")};
+    if (state.hasColours)
+        texts += tr("Colours");
+    for (const ItemState::Field& field : state.fields)
+        texts += field.areLabels ? tr("Labels") : shownText(field.name, LONGEST_NAME);
+    if (names != m_ShownNames) {
+        const QSignalBlocker quiet(m_Field);
+        m_Field->clear();
+        m_Field->addItems(texts);
+        m_ShownNames = names;
+    }
+    const auto found = std::find(names.begin(), names.end(), state.shown);
+    chooseQuietly(m_Field, static_cast<int>(found - names.begin()));
+    setRowVisible(m_Field, names.size() > 1);
+}
+
+void ItemProperties::showNumbers(const ItemState& state, std::size_t revision)
+{
+    if (m_CountedRevision != revision || m_CountedField != state.shown) {
+        m_CountedRevision = revision;
+        m_CountedField = state.shown;
+        m_Histogram->setCounts(countValues(state.numbers));
+    }
+    const std::vector<std::string_view>& maps = namesOfColourMaps();
+    chooseQuietly(m_ColourMap, static_cast<int>(std::find(maps.begin(), maps.end(), state.colourMap) - maps.begin()));
+    m_Histogram->setColours(findColourMap(state.colourMap).value(), state.range);
+    const double span = std::abs(state.range.second - state.range.first);
+    for (NumberBox* box : {m_From, m_To}) {
+        const QSignalBlocker quiet(box);
+        box->setSpan(span);
+        box->showValue(box == m_From ? state.range.first : state.range.second);
+    }
+}
+
+void ItemProperties::setRowVisible(QWidget* field, bool isVisible)
+{
+    field->setVisible(isVisible);
+    if (QLabel* const label = labelOf(field))
+        label->setVisible(isVisible);
+}
+
+} // namespace tavo
