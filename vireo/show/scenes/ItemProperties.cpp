@@ -322,8 +322,7 @@ void ItemProperties::showNumbers(const ItemState& state, std::size_t revision)
     const double span = std::abs(state.range.second - state.range.first);
     for (NumberBox* box : {m_From, m_To}) {
         const QSignalBlocker quiet(box);
-        box->setSpan(span);
-        box->showValue(box == m_From ? state.range.first : state.range.second);
+        box->showValue(box == m_From ? state.range.first : state.range.second, span);
     }
 }
 

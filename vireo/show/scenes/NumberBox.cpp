@@ -23,6 +23,15 @@ NumberBox::NumberBox(QWidget* parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
+void NumberBox::showValue(double value, double span)
+{
+    if (hasFocus() && lineEdit()->isModified())
+        return;
+    setSpan(span);
+    if (value != this->value() || textFromValue(value) != lineEdit()->text())
+        setValue(value);
+}
+
 // A thousandth of the span is seen, and a hundredth is a step.
 void NumberBox::setSpan(double span)
 {
@@ -31,15 +40,6 @@ void NumberBox::setSpan(double span)
     const double exponent = std::floor(std::log10(span));
     m_Decimals = static_cast<int>(std::clamp(3 - exponent, 0.0, double(MOST_DECIMALS)));
     setSingleStep(std::pow(10, exponent - 2));
-}
-
-void NumberBox::showValue(double value)
-{
-    if (hasFocus() && lineEdit()->isModified())
-        return;
-    const QString text = textFromValue(value);
-    if (value != this->value() || text != lineEdit()->text())
-        setValue(value);
 }
 
 QString NumberBox::textFromValue(double value) const

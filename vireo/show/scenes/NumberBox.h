@@ -13,10 +13,8 @@ class NumberBox : public QDoubleSpinBox
 public:
     explicit NumberBox(QWidget* parent = nullptr);
 
-    void setSpan(double span);
-
     // Unless a person is typing another one.
-    void showValue(double value);
+    void showValue(double value, double span);
 
     QString textFromValue(double value) const override;
     double valueFromText(const QString& text) const override;
@@ -25,6 +23,8 @@ public:
     QSize minimumSizeHint() const override;
 
 private:
+    void setSpan(double span);
+
     int m_Decimals = 3;
 };
 

@@ -82,12 +82,12 @@ void ScenePanel::connectAll()
         m_View.choose([&](SceneChoices& choices) { choices.setVisible(branch, isVisible); });
     });
     connect(m_Properties, &ItemProperties::choiceMade, this, [this](const ItemProperties::Change& change) {
-        if (selected())
-            m_View.chooseOf(*selected(), change);
+        m_View.chooseOf(selected().value_or(std::string()), change);
+        showSelected();
     });
     connect(m_Properties, &ItemProperties::resetWanted, this, [this] {
-        if (selected())
-            m_View.choose([this](SceneChoices& choices) { choices.reset(*selected()); });
+        m_View.choose([this](SceneChoices& choices) { choices.reset(selected().value_or(std::string())); });
+        showSelected();
     });
 }
 
