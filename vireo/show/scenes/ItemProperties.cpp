@@ -1,5 +1,6 @@
 #include "vireo/show/scenes/ItemProperties.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QEvent>
@@ -10,6 +11,7 @@
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QSpinBox>
+#include <QStyledItemDelegate>
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
@@ -39,10 +41,24 @@ Widget* made(Widget* widget, const char* name, const QString& accessibleName, co
     return widget;
 }
 
-// As narrow as the panel is, however long what can be chosen.
-QComboBox* makeComboBox(const char* name, const QString& accessibleName, const QString& toolTip)
+// Its list has the colours of the window, whose theme may not be the program's.
+class ComboBox : public QComboBox
 {
-    auto* const box = made(new QComboBox, name, accessibleName, toolTip);
+public:
+    ComboBox() { setItemDelegate(new QStyledItemDelegate(this)); } // the box's own has the colours of menus
+
+    void showPopup() override
+    {
+        view()->window()->setPalette(palette());
+        view()->setPalette(palette());
+        QComboBox::showPopup();
+    }
+};
+
+// As narrow as the panel is, however long what can be chosen.
+ComboBox* makeComboBox(const char* name, const QString& accessibleName, const QString& toolTip)
+{
+    auto* const box = made(new ComboBox, name, accessibleName, toolTip);
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(6);
     box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -122,6 +138,10 @@ void ItemProperties::makeRows()
     addRow(m_Shading, tr("Shading"));
     addRow(m_Reset);
     m_LargestSize = m_Grid->sizeHint();
+    int labelWidth = 0; // of all of them, whichever are there
+    for (const QLabel* label : findChildren<QLabel*>())
+        labelWidth = std::max(labelWidth, label == m_Name ? 0 : label->sizeHint().width());
+    m_Grid->setColumnMinimumWidth(0, labelWidth);
     m_Grid->setRowStretch(m_Grid->rowCount(), 1);
 }
 

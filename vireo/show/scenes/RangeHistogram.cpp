@@ -131,6 +131,7 @@ void RangeHistogram::paintEvent(QPaintEvent*)
     drawLimit(painter, m_Range.second);
 }
 
+// As high as square roots, so that the few are seen beside the many.
 void RangeHistogram::drawBars(QPainter& painter) const
 {
     const double bottom = height() - GRIP;
@@ -148,7 +149,7 @@ void RangeHistogram::drawBars(QPainter& painter) const
         const double place = (middle / 2 - m_Range.first / 2) / (m_Range.second / 2 - m_Range.first / 2);
         const double left = std::floor(pixelOf(edge(double(i))));
         const double right = std::max(std::floor(pixelOf(edge(double(i) + 1))), left + 1);
-        const double barHeight = std::max(1.0, (bottom - 2) * double(m_Counts.counts[i]) / largest);
+        const double barHeight = std::max(1.0, (bottom - 2) * std::sqrt(double(m_Counts.counts[i]) / largest));
         painter.fillRect(QRectF(left, bottom - barHeight, right - left, barHeight), toQColor(m_Map.sample(place)));
     }
     painter.setPen(QColor(128, 128, 128, 160));

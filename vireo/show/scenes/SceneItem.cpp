@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cmath>
 #include <limits>
+#include <set>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -365,6 +366,12 @@ ItemState SceneItem::state() const
     return state;
 }
 
+bool SceneItem::areLabelsShown() const
+{
+    const Field* const field = areColoursShown() ? nullptr : shownField();
+    return field && field->areLabels;
+}
+
 std::vector<RGBA8> SceneItem::swatch(bool isGroundDark) const
 {
     const Field* const field = shownField();
@@ -398,16 +405,27 @@ std::vector<RGBA8> SceneItem::swatchAsSent() const
 
 std::vector<RGBA8> SceneItem::swatchOf(const Field& field) const
 {
-    const std::optional<ColourMap> map = field.areLabels ? std::nullopt : findColourMap(m_ColourMap);
-    const NumberArray& numbers = field.values->numbers;
+    if (field.areLabels)
+        return swatchOfLabels(field.values->numbers);
+    const ColourMap map = findColourMap(m_ColourMap).value();
     std::vector<RGBA8> colours;
-    for (std::size_t i = 0; i < SWATCH_SIZE && !numbers.isEmpty(); ++i) {
-        const double label = numbers[i * numbers.size() / SWATCH_SIZE];
-        if (map)
-            colours.push_back(map->sample(double(i) / (SWATCH_SIZE - 1)));
-        else if (std::abs(label) < LARGEST_LABEL)
-            colours.push_back(colourOfLabel(static_cast<std::int64_t>(label)));
-    }
+    for (std::size_t i = 0; i < SWATCH_SIZE; ++i)
+        colours.push_back(map.sample(double(i) / (SWATCH_SIZE - 1)));
+    return colours;
+}
+
+// Of the least ones among some of them.
+std::vector<RGBA8> SceneItem::swatchOfLabels(const NumberArray& labels)
+{
+    std::set<std::int64_t> some;
+    const std::size_t step = labels.size() / 256 + 1;
+    for (std::size_t i = 0; i < labels.size(); i += step)
+        if (std::abs(labels[i]) < LARGEST_LABEL)
+            some.insert(static_cast<std::int64_t>(labels[i]));
+    std::vector<RGBA8> colours;
+    for (const std::int64_t label : some)
+        if (colours.size() < SWATCH_SIZE / 2)
+            colours.push_back(colourOfLabel(label));
     return colours;
 }
 

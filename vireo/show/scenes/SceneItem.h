@@ -51,6 +51,8 @@ public:
     // It must have a shape.
     ItemState state() const;
 
+    bool areLabelsShown() const;
+
     // A few of its colours, opaque, in the order in which a map has them. None if it is in the colour of texts.
     std::vector<RGBA8> swatch(bool isGroundDark) const;
 
@@ -138,6 +140,7 @@ private:
     std::pair<double, double> rangeOf(const Field& field) const;
     std::vector<RGBA8> swatchAsSent() const;
     std::vector<RGBA8> swatchOf(const Field& field) const;
+    static std::vector<RGBA8> swatchOfLabels(const NumberArray& labels);
     const Field* shownField() const;
     bool areColoursShown() const;
     bool arePartsColoured() const;

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QScrollArea>
 #include <QSplitter>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -17,6 +18,7 @@ namespace {
 
 constexpr int GRIP = 4;        // in pixels, the edge by which the panel is made wider
 constexpr int FRAME = 16;      // in milliseconds
+constexpr int LEAST_ROWS = 4;  // of the tree
 constexpr int LEAST_ROOM = 40; // in pixels, of the scene beside it
 
 // What is in it is as wide as it, and scrolls up and down.
@@ -44,6 +46,7 @@ ScenePanel::ScenePanel(SceneView& view)
     , m_View(view)
     , m_Tree(new SceneTree)
     , m_Properties(new ItemProperties)
+    , m_FollowSoon(new QTimer(this))
     , m_WantedWidth(std::max(m_Properties->fontMetrics().averageCharWidth() * 36, 200))
 {
     setObjectName("scenePanel");
@@ -53,8 +56,9 @@ ScenePanel::ScenePanel(SceneView& view)
     setMouseTracking(true);
     m_Tree->setObjectName("items");
     m_Tree->installEventFilter(this);
-    m_FollowSoon.setSingleShot(true);
-    m_FollowSoon.setInterval(FRAME);
+    m_FollowSoon->setObjectName("followSoon");
+    m_FollowSoon->setSingleShot(true);
+    m_FollowSoon->setInterval(FRAME);
     layOut();
     connectAll();
 }
@@ -68,7 +72,7 @@ void ScenePanel::layOut()
     splitter->addWidget(new PropertiesArea(m_Properties));
     splitter->setStretchFactor(0, 1);
     splitter->setStretchFactor(1, 0);
-    m_Tree->setMinimumSize(1, 1);
+    m_Tree->setMinimumSize(1, LEAST_ROWS * (fontMetrics().height() + 6));
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(GRIP, 0, 0, 0);
     layout->addWidget(splitter);
@@ -76,7 +80,7 @@ void ScenePanel::layOut()
 
 void ScenePanel::connectAll()
 {
-    connect(&m_FollowSoon, &QTimer::timeout, this, &ScenePanel::follow);
+    connect(m_FollowSoon, &QTimer::timeout, this, &ScenePanel::follow);
     connect(m_Tree, &SceneTree::pathSelected, this, &ScenePanel::showSelected);
     connect(m_Tree, &SceneTree::visibilityWanted, this, [this](const std::string& branch, bool isVisible) {
         m_View.choose([&](SceneChoices& choices) { choices.setVisible(branch, isVisible); });
@@ -105,13 +109,13 @@ bool ScenePanel::eventFilter(QObject*, QEvent* event)
 
 void ScenePanel::noteChange()
 {
-    if (isVisible() && !m_FollowSoon.isActive())
-        m_FollowSoon.start();
+    if (isVisible() && !m_FollowSoon->isActive())
+        m_FollowSoon->start();
 }
 
 void ScenePanel::follow()
 {
-    m_FollowSoon.stop();
+    m_FollowSoon->stop();
     const std::map<std::string, SceneItem>& items = m_View.getModel().getItems();
     if (!selected())
         selectFirst();
@@ -178,7 +182,7 @@ void ScenePanel::showEvent(QShowEvent* event)
 void ScenePanel::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
-    m_FollowSoon.stop();
+    m_FollowSoon->stop();
 }
 
 void ScenePanel::mousePressEvent(QMouseEvent* event)

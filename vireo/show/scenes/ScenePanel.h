@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QTimer>
 #include <QWidget>
 #include <optional>
 #include <string>
 
 #include "vireo/show/scenes/ItemProperties.h"
+
+class QTimer;
 
 namespace tavo {
 
@@ -57,7 +58,7 @@ private:
     SceneView& m_View;
     SceneTree* m_Tree;
     ItemProperties* m_Properties;
-    QTimer m_FollowSoon;
+    QTimer* m_FollowSoon;
     int m_WantedWidth;
     int m_GripOffset = 0; // where the edge is held
 };

@@ -17,6 +17,7 @@ namespace {
 constexpr int SWATCH_WIDTH = 18;
 constexpr int SWATCH_HEIGHT = 12;
 constexpr int DETAILS_MARGIN = 6;
+constexpr int ROW_PADDING = 3;
 constexpr std::size_t LONGEST_NAME = 200;
 
 // Up to four digits, or three and a prefix.
@@ -89,6 +90,7 @@ SceneTree::SceneTree(QWidget* parent)
     setColumnCount(2);
     setHeaderHidden(true);
     setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
     setIndentation(fontMetrics().height());
     setIconSize({SWATCH_WIDTH, SWATCH_HEIGHT});
     setFrameShape(NoFrame);
@@ -152,6 +154,7 @@ SceneTree::Row& SceneTree::rowAt(const std::string& path)
     if (row)
         return *row;
     row = new Row(path);
+    row->setSizeHint(0, {1, fontMetrics().height() + 2 * ROW_PADDING});
     const std::size_t slash = path.rfind('/');
     QTreeWidgetItem* const branch = slash == std::string::npos ? invisibleRootItem() : &rowAt(path.substr(0, slash));
     int first = 0;
@@ -196,7 +199,7 @@ bool SceneTree::showItem(Row& row, const SceneItem& item)
         const QColor ink = palette().color(QPalette::Text);
         colours.emplace_back(ink.red(), ink.green(), ink.blue(), 255);
     }
-    row.setIcon(0, colourIcon(colours));
+    row.setIcon(0, colourIcon(colours, item.areLabelsShown()));
     const bool areNew = row.text(1) != details;
     row.setText(1, details);
     const QString points = hasPoints(shape) ? tr(", %1 points").arg(writtenOut(double(shape.points.size()), 0)) : "";
@@ -247,10 +250,24 @@ void SceneTree::setDetailsWidth()
     header()->resizeSection(1, width + 2 * DETAILS_MARGIN);
 }
 
+// Styles draw the outlines of boxes in a shade of the window, which is not seen on a dark ground.
+void SceneTree::settleOutlines()
+{
+    const bool isGroundDark = palette().color(QPalette::Base).lightness() < 128;
+    const QColor wanted = isGroundDark ? QColor(160, 160, 160) : QColor(239, 239, 239);
+    if (palette().color(QPalette::Window) == wanted)
+        return;
+    QPalette outlined = palette();
+    outlined.setColor(QPalette::Window, wanted);
+    setPalette(outlined);
+}
+
 void SceneTree::changeEvent(QEvent* event)
 {
-    const bool isLookNew = event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange;
-    m_IsLookNew = m_IsLookNew || isLookNew;
+    const bool isPaletteNew = event->type() == QEvent::PaletteChange;
+    m_IsLookNew = m_IsLookNew || isPaletteNew || event->type() == QEvent::FontChange;
+    if (isPaletteNew)
+        settleOutlines();
     QTreeWidget::changeEvent(event);
 }
 

@@ -44,6 +44,7 @@ private:
     Qt::CheckState settleCheck(Row& row);
     void settleSelection();
     void setDetailsWidth();
+    void settleOutlines();
 
     std::unordered_map<std::string, Row*> m_Rows;
     std::set<std::string> m_Closed;

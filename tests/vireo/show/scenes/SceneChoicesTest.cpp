@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/vireo/show/scenes/sceneUpdates.h"
+#include "vireo/show/colours/colourOfLabel.h"
 
 namespace tavo {
 namespace {
@@ -184,6 +185,12 @@ TEST_F(SceneChoicesTest, ASwatchHasAFewOfTheColours)
     const ColourMap viridis = findColourMap("viridis").value();
     EXPECT_EQ(itemAt("path").swatch(false).front(), viridis.sample(0));
     EXPECT_EQ(itemAt("path").swatch(false).back(), viridis.sample(1));
+    sendField("labels", {2, 1, 2}, true);
+    ItemChoice choice;
+    choice.shown = "labels";
+    choose("path", choice);
+    EXPECT_EQ(itemAt("path").swatch(false), std::vector({colourOfLabel(1), colourOfLabel(2)}));
+    choose("path", ItemChoice());
     ItemUpdate sent;
     sent.colours = {Numbers{0, 0, 255, 0, 255, 0, 255, 0, 0}, 0};
     send(m_View, "path", sent);

@@ -1,5 +1,6 @@
 #include "vireo/show/scenes/ScenePanel.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
@@ -8,6 +9,7 @@
 #include <QPushButton>
 #include <QSlider>
 #include <QSpinBox>
+#include <QTimer>
 #include <QWheelEvent>
 #include <gmock/gmock.h>
 
@@ -16,6 +18,7 @@
 #include "vireo/show/scenes/NumberBox.h"
 #include "vireo/show/scenes/RangeHistogram.h"
 #include "vireo/show/scenes/SceneTree.h"
+#include "vireo/show/window/theme.h"
 
 namespace tavo {
 namespace {
@@ -89,7 +92,11 @@ protected:
     }
 
     // Until the panel shows what was sent.
-    static void waitForFrame() { QTest::qWait(40); }
+    void waitForFrame()
+    {
+        const auto* const timer = m_View.findChild<QTimer*>("followSoon");
+        EXPECT_TRUE(QTest::qWaitFor([timer] { return !timer->isActive(); }));
+    }
 
     template <typename Widget>
     Widget* find(const char* name)
@@ -113,14 +120,18 @@ protected:
         clickMouse(tree()->viewport(), tree()->visualItemRect(row(names)).center());
     }
 
-    void clickBox(const QStringList& names)
+    QRect rectOfBox(const QStringList& names)
     {
         QStyleOptionViewItem option;
         option.initFrom(tree());
         option.features = QStyleOptionViewItem::HasCheckIndicator;
         option.rect = tree()->visualItemRect(row(names));
-        const QRect box = tree()->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, tree());
-        clickMouse(tree()->viewport(), box.center());
+        return tree()->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, tree());
+    }
+
+    void clickBox(const QStringList& names)
+    {
+        clickMouse(tree()->viewport(), rectOfBox(names).center());
         waitForFrame();
     }
 
@@ -535,6 +546,22 @@ TEST_F(ScenePanelTest, PointsAreMadeLargerAndSmaller)
     for (int i = 0; i < 200; ++i)
         clickKey(&m_View, Qt::Key_Minus);
     EXPECT_EQ(stateOf("path").size, 1);
+}
+
+TEST_F(ScenePanelTest, ItIsDarkWhereTheWindowIs)
+{
+    m_View.setPalette(paletteOf(Theme::Dark));
+    waitForFrame();
+    clickRow({"car", "lidar"});
+    clickBox({"path"});
+    const QImage box = tree()->viewport()->grab(rectOfBox({"path"})).toImage();
+    EXPECT_GT(box.pixelColor(box.width() / 2, 0).lightness(), 100) << "its outline";
+    EXPECT_LT(box.pixelColor(box.width() / 2, box.height() / 2).lightness(), 60);
+    auto* const maps = find<QComboBox>("colourMap");
+    maps->showPopup();
+    const QImage list = maps->view()->viewport()->grab().toImage();
+    EXPECT_LT(list.pixelColor(list.width() - 3, list.height() - 3).lightness(), 60);
+    maps->hidePopup();
 }
 
 TEST_F(ScenePanelTest, EverythingHasANameForThoseWhoCannotSee)

@@ -96,5 +96,28 @@ TEST_F(SceneDockingTest, ClosingLosesNothing)
         });
 }
 
+TEST_F(SceneDockingTest, ThePanelGoesWithIt)
+{
+    m_View->setFixedSize(600, 400);
+    clickKey(m_View, Qt::Key_P);
+    auto* const panel = m_View->findChild<QWidget*>("scenePanel");
+    const auto scenePart = [this, panel] { return m_View->grab({0, 0, 600 - panel->width(), 400}).toImage(); };
+    settle();
+    const QImage before = scenePart();
+    const QRect place = panel->geometry();
+    const auto expectAsBefore = [&] {
+        settle();
+        EXPECT_TRUE(panel->isVisible());
+        EXPECT_EQ(panel->geometry(), place);
+        EXPECT_EQ(scenePart(), before);
+    };
+    for (int i = 0; i < 20; ++i) {
+        dock("s")->setFloating();
+        expectAsBefore();
+        manager()->addDockWidget(ads::RightDockWidgetArea, dock("s"));
+        expectAsBefore();
+    }
+}
+
 } // namespace
 } // namespace tavo

@@ -145,5 +145,24 @@ TEST_F(WindowMemoryTest, SurvivesABrokenFile)
     EXPECT_TRUE(viewIn("b")->isVisible());
 }
 
+TEST_F(WindowMemoryTest, ThePanelOfScenesIsAsItWasLeft)
+{
+    const auto showScene = [] {
+        scene("scene").cloud("points", {0, 0, 0});
+        EXPECT_TRUE(QTest::qWaitFor([] { return window() && dock("scene"); }));
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(window()));
+        settle();
+        return viewIn("scene")->findChild<QWidget*>("scenePanel");
+    };
+    m_Other.show();
+    const bool wasShown = showScene()->isVisible();
+    clickKey(viewIn("scene"), Qt::Key_P);
+    startAnew({"a"});
+    EXPECT_EQ(showScene()->isVisible(), !wasShown);
+    clickKey(viewIn("scene"), Qt::Key_P);
+    startAnew({"a"});
+    EXPECT_EQ(showScene()->isVisible(), wasShown);
+}
+
 } // namespace
 } // namespace tavo
