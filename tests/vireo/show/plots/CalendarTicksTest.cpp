@@ -48,6 +48,7 @@ TEST(CalendarTicksTest, FollowTheZoneAndItsSummerTime)
 {
     EXPECT_THAT(
         labels(NOON, NOON + 3600, 1800, "Australia/Darwin"), ElementsAre("21:30\n2023-11-15", "22:00", "22:30"));
+    EXPECT_THAT(labels(NOON, NOON + 7200, 3600, "Australia/Darwin"), ElementsAre("22:00\n2023-11-15", "23:00"));
     const double daysOfChange = 1'711'839'600; // 2024-03-31 00:00 in Berlin, where 02:00 is 03:00
     EXPECT_THAT(labels(daysOfChange, daysOfChange + 11 * 3600, 3 * 3600, "Europe/Berlin"),
         ElementsAre("00:00\n2024-03-31", "03:00", "06:00", "09:00", "12:00"));
