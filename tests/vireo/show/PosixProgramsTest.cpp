@@ -27,6 +27,18 @@ TEST_P(ShowForksTest, LeaveParentAndChildAlone)
 INSTANTIATE_TEST_SUITE_P(Children, ShowForksTest, testing::Values("returns", "exits", "ends at once", "calls"),
     [](const auto& info) { return QString(info.param).replace(' ', '_').toStdString(); });
 
+// The main thread ends, and the window with it, before exit() calls anything.
+class ShowHandlersTest : public ProgramTest
+{};
+
+TEST_F(ShowHandlersTest, AreToldThatNothingIsSavedWhicheverIsFirst)
+{
+    const Outcome outcome = run("saves first behind main");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.output, "saveData: false\n");
+    EXPECT_EQ(outcome.errors, "warning: tavo: tavo::saveData(\"p\", \"p.csv\") saves nothing: the program is ending\n");
+}
+
 class ShowWithoutDisplayTest : public ProgramTest
 {
 protected:

@@ -453,11 +453,23 @@ void stylesWhatNeverComes()
     say(tavo::debugOutput.getText());
 }
 
+void saveDataBehindMain()
+{
+    std::atexit([] { say("saveData", tavo::saveData("p", "p.csv")); });
+}
+
 void savesBehindMain()
+{
+    saveDataBehindMain();
+    tavo::plot("p").curve("y", SAMPLES);
+    tavo::savePicture("p", "p.png");
+}
+
+void savesFirstBehindMain()
 {
     tavo::plot("p").curve("y", SAMPLES);
     tavo::savePicture("p", "p.png");
-    std::atexit([] { say("saveData", tavo::saveData("p", "p.csv")); });
+    saveDataBehindMain();
 }
 
 const std::map<std::string, std::function<void()>> programs{
@@ -483,6 +495,7 @@ const std::map<std::string, std::function<void()>> programs{
     {"saves data around applications", savesDataAroundApplications},
     {"styles what never comes", stylesWhatNeverComes},
     {"saves behind main", savesBehindMain},
+    {"saves first behind main", savesFirstBehindMain},
     {"calls everything", callsEverything},
     {"does not serve events", doesNotServeEvents},
     {"saves badly", savesBadly},

@@ -7,8 +7,8 @@ namespace tavo {
 
 // What differs between systems about processes and displays.
 
-// Has `hook` called when the program ends, before everything that was loaded so far is torn down. It may be called
-// several times, once for each registration.
+// Has `hook`, always the same one, called when the program ends, before everything that was loaded so far is torn down.
+// It may be called several times, once for each registration.
 void callAtExit(void (*hook)());
 
 // Has `hook` called when the main thread ends the program, before anything else is torn down. To be called by the main
