@@ -32,7 +32,7 @@ int main(int argc, char** argv)
 
     qInstallMessageHandler(skipIfPlatformCannotStart);
     tavo::chooseQtWindowSystem();
-    if (!qEnvironmentVariableIsSet("VIREO_SHOW"))
+    if (!qEnvironmentVariableIsSet("VIREO_SHOW") && !qEnvironmentVariableIsSet("VIREO_TEST_REMEMBERS"))
         qputenv("VIREO_SHOW", "fresh"); // whatever is remembered on this machine
     const QApplication application(argc, argv);
     tavo::watchQtMessages();

@@ -11,7 +11,7 @@ namespace tavo {
 namespace {
 
 // With what the window remembers, in a folder of its own.
-[[maybe_unused]] const bool isRemembering = qputenv("VIREO_SHOW", "");
+[[maybe_unused]] const bool isRemembering = qunsetenv("VIREO_SHOW") && qputenv("VIREO_TEST_REMEMBERS", "yes");
 
 class WindowMemoryTest : public ShowWindowTest
 {
