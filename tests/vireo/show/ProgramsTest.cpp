@@ -201,6 +201,62 @@ TEST_F(ShowProgramsTest, SavePicturesInsteadOfShowing)
     EXPECT_FALSE(QImage(path("worker/p.png")).isNull());
 }
 
+bool hasInk(const QImage& picture, const QRect& part)
+{
+    for (int y = part.top(); y <= part.bottom(); ++y)
+        for (int x = part.left(); x <= part.right(); ++x)
+            if (picture.pixel(x, y) != picture.pixel(0, 0))
+                return true;
+    return false;
+}
+
+int numRed(const QImage& picture)
+{
+    int number = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            number += qRed(picture.pixel(x, y)) > 100 && qGreen(picture.pixel(x, y)) < 50;
+    return number;
+}
+
+class ShowPicturesTest : public ProgramTest
+{
+protected:
+    // Of what all these programs send: a plot, which has a title, and a scene.
+    void expectPictures(const QString& folder)
+    {
+        const QImage plot(folder + "/p.png");
+        ASSERT_FALSE(plot.isNull());
+        const int middle = plot.width() / 2;
+        EXPECT_TRUE(hasInk(plot, {middle - 30, 2, 60, 20})) << "the title";
+        EXPECT_GT(numRed(QImage(folder + "/s.png")), 5'000);
+    }
+};
+
+TEST_F(ShowPicturesTest, HaveTextsAndSurfacesAtTheEndOfTheProgram)
+{
+    set("VIREO_SHOW", "pictures:folder");
+    EXPECT_EQ(outputOf("sends a plot and a scene"), "");
+    expectPictures(path("folder"));
+}
+
+TEST_F(ShowPicturesTest, NeedNoQt)
+{
+    EXPECT_EQ(outputOf("saves pictures without Qt"), "savePicture: true\nsavePicture: true\n");
+    expectPictures(path("."));
+}
+
+TEST_F(ShowPicturesTest, OpenNoWindow)
+{
+    set("VIREO_SHOW", "pictures:folder");
+    EXPECT_EQ(outputOf("saves pictures with Qt"),
+        "savePicture: true\nsavePicture: true\nsavePicture: true\nis a window seen: false\n");
+    for (const char* folder : {".", "folder"}) {
+        expectPictures(path(folder));
+        EXPECT_GT(numRed(QImage(path(folder) + "/graph.png")), 100);
+    }
+}
+
 TEST_F(ShowProgramsTest, SavePicturesOfDisplayersToo)
 {
     set("VIREO_SHOW", "pictures:folder");

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QTimer>
 #include <QWidget>
+#include <QWindow>
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -18,6 +20,8 @@
 
 #include "tavo/base/debug/DebugOutput.h"
 #include "tests/tavo/base/debug/TextDisplayer.h"
+#include "vireo/displayers/GLEventDisplayer.h"
+#include "vireo/displayers/GLGraphDisplayer.h"
 #include "vireo/show/show.h"
 
 namespace {
@@ -375,6 +379,38 @@ void takesKeysAndPointer()
     say("savePicture", tavo::savePicture("p", "p.png", 300, 200));
 }
 
+void sendPlotAndScene()
+{
+    tavo::plot("p").curve("y", SAMPLES);
+    tavo::scene("s").mesh("m", {0, 0, 0, 1, 0, 0, 0, 0, 1}, {0, 1, 2}).colour({255, 0, 0, 255});
+}
+
+void savePicturesOf(const std::vector<std::string>& names)
+{
+    for (const std::string& name : names)
+        say("savePicture", tavo::savePicture(name, name + ".png", 400, 300));
+}
+
+void savesPicturesWithoutQt()
+{
+    sendPlotAndScene();
+    savePicturesOf({"p", "s"});
+}
+
+void savesPicturesWithQt()
+{
+    const Application program;
+    tavo::GLEventObject::init(tavo::Object::getClass());
+    tavo::GLEventDisplayer::init(tavo::EventDisplayer::getClass());
+    tavo::GLGraphDisplayer::init(tavo::GLEventObject::getClass());
+    tavo::debugOutputGraph("graph", std::vector<float>{1, 3, 2}, {255, 0, 0, 255});
+    sendPlotAndScene();
+    savePicturesOf({"p", "s", "graph"});
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    const bool isAnySeen = std::any_of(windows.begin(), windows.end(), [](const QWindow* w) { return w->isVisible(); });
+    say("is a window seen", isAnySeen);
+}
+
 void sendsToADisplayer()
 {
     const Application program;
@@ -501,6 +537,9 @@ const std::map<std::string, std::function<void()>> programs{
     {"saves badly", savesBadly},
     {"takes keys and pointer", takesKeysAndPointer},
     {"sends to a displayer", sendsToADisplayer},
+    {"sends a plot and a scene", sendPlotAndScene},
+    {"saves pictures without Qt", savesPicturesWithoutQt},
+    {"saves pictures with Qt", savesPicturesWithQt},
     {"saves names of letters", savesNamesOfLetters},
     {"saves to disk", savesToDisk},
     {"sends odd things", sendsOddThings},

@@ -88,14 +88,22 @@ void deleteFrontDoorFirst()
     qAddPostRoutine(deleteFrontDoor);
 }
 
+// Where VIREO_SHOW asks for pictures, they are all that is seen of it.
+DebugWindow* makeUnseenWindow()
+{
+    auto* window = new DebugWindow;
+    window->setAttribute(Qt::WA_DontShowOnScreen);
+    return window;
+}
+
 // The window that views and the debug output share.
 DebugWindow* makeShowWindow()
 {
     if (theFrontDoor)
         deleteFrontDoorFirst();
-    if (!theFrontDoor || isShowOff() || showMode() == Mode::Pictures || !hasDisplay())
+    if (!theFrontDoor || isShowOff() || !hasDisplay())
         return nullptr;
-    return theFrontDoor.load()->makeWindow();
+    return showMode() == Mode::Pictures ? makeUnseenWindow() : theFrontDoor.load()->makeWindow();
 }
 
 [[maybe_unused]] const bool isWindowMakerSet = (DebugOutput::setWindowMaker(makeShowWindow), true);

@@ -10,6 +10,7 @@
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/delivery/Mode.h"
 #include "vireo/show/delivery/WindowThread.h"
+#include "vireo/show/delivery/displayPlatforms.h"
 #include "vireo/show/delivery/process.h"
 #include "vireo/show/delivery/sayOnce.h"
 
@@ -25,7 +26,7 @@ void attendToWhatWaits()
     if (QCoreApplication::instance() || !inbox::hasWaiting())
         return;
     if (showMode() == Mode::Pictures)
-        windowThread::start({}); // whose end saves them
+        windowThread::start(drawsWithoutDisplay() ? QStringList() : displayPlatforms().names); // whose end saves them
     else
         sayOnce("the program ends, and what it sent was never shown: call tavo::show() at its end, tavo::pump() in its "
                 "loop, or tavo::openWindow() once");

@@ -149,4 +149,9 @@ std::vector<std::string> openDisplays()
     return displays;
 }
 
+bool drawsWithoutDisplay()
+{
+    return true;
+}
+
 } // namespace tavo

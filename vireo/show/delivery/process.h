@@ -26,4 +26,7 @@ void ignoreSignalsInThisThread();
 // Qt's names for the kinds of display that answer here, the preferred one first.
 std::vector<std::string> openDisplays();
 
+// Whether Qt's platform for programs without a display has all that pictures need.
+bool drawsWithoutDisplay();
+
 } // namespace tavo

@@ -38,4 +38,10 @@ std::vector<std::string> openDisplays()
     return {"windows"};
 }
 
+// There it finds no fonts, and makes no OpenGL.
+bool drawsWithoutDisplay()
+{
+    return false;
+}
+
 } // namespace tavo
