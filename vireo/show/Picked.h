@@ -23,7 +23,7 @@ namespace tavo {
 /// Coordinates are in the units that were sent.
 struct Picked
 {
-    /// Of those numbers that were sent under a name: that of the point.
+    /// Of those numbers that were sent under a name: that of the point, or of the face or line if they are as many.
     struct Field
     {
         std::string name;
@@ -48,7 +48,7 @@ struct Picked
     /// it.
     Vector3d place;
 
-    /// Red, green, blue and opacity, and the normal, if they were sent.
+    /// Red, green, blue and opacity of the point, or of the face or line, and the normal, if they were sent.
     std::optional<RGBA8> colour;
     std::optional<Vector3d> normal;
 

@@ -588,19 +588,20 @@ std::vector<SceneField> SceneItem::fields() const
     std::vector<SceneField> fields;
     for (const Field& field : m_Fields)
         if (field.values)
-            fields.push_back({field.name, *field.values, field.areLabels});
+            fields.push_back(
+                {field.name, *field.values, field.areLabels, fitOf(*field.values, field.name)->areOfParts});
     return fields;
 }
 
-std::optional<RGBA8> SceneItem::colourSent(std::size_t source) const
+std::optional<RGBA8> SceneItem::colourSent(std::size_t source, std::size_t part) const
 {
     if (!m_Colours)
         return {};
-    const std::size_t width = m_Colours->numbers.size() / m_Shape->points.size();
+    const Fit fit = *fitOf(*m_Colours, COLOURS);
     RGBA8 colour(0, 0, 0, 255);
     m_Colours->numbers.visit([&](const auto* numbers, std::size_t) {
-        for (std::size_t i = 0; i < width; ++i)
-            colour[i] = byteOf(numbers[width * source + i]);
+        for (std::size_t i = 0; i < fit.width; ++i)
+            colour[i] = byteOf(numbers[fit.width * (fit.areOfParts ? part : source) + i]);
     });
     return colour;
 }
@@ -622,7 +623,7 @@ void SceneItem::draw(GLContext& context, const Matrix4& modelView, bool isGround
         glTexCoord1d(m_LargestRadius);
         m_PointScale->begin(length(modelView.turned({1, 0, 0})));
     }
-    const double edgeWidth = scale * (size > 0 ? size : EDGE_WIDTH);
+    const double edgeWidth = scale * sizeOr(EDGE_WIDTH);
     m_Drawn.primitive == PrimitiveKind::Triangles ? drawFaces(modelView, edgeWidth) : drawVertices();
     if (m_PointScale)
         m_PointScale->end();
@@ -678,9 +679,12 @@ void SceneItem::drawIds(GLContext& context, PickTarget& target, std::size_t numb
 
 double SceneItem::size() const
 {
-    if (m_Size && std::isfinite(*m_Size) && *m_Size > 0)
-        return std::min(*m_Size, LARGEST_SIZE);
-    return m_Drawn.primitive == PrimitiveKind::Points ? POINT_SIZE : LINE_WIDTH;
+    return sizeOr(m_Drawn.primitive == PrimitiveKind::Points ? POINT_SIZE : LINE_WIDTH);
+}
+
+double SceneItem::sizeOr(double byDefault) const
+{
+    return m_Size && std::isfinite(*m_Size) && *m_Size > 0 ? std::min(*m_Size, LARGEST_SIZE) : byDefault;
 }
 
 void SceneItem::setSizes(double scale) const

@@ -10,10 +10,10 @@
 #include "vireo/geometry/GLTemplatedIndexBuffer.h"
 #include "vireo/geometry/GLVertexBuffer.h"
 #include "vireo/show/colours/ColourMap.h"
-#include "vireo/show/scenes/PointScale.h"
-#include "vireo/show/scenes/PickTarget.h"
 #include "vireo/show/scenes/ItemChoice.h"
 #include "vireo/show/scenes/ItemState.h"
+#include "vireo/show/scenes/PickTarget.h"
+#include "vireo/show/scenes/PointScale.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/drawnItem.h"
@@ -45,8 +45,6 @@ public:
 
     // Whether it is to be seen: there may be nothing to see of it.
     bool isWanted() const { return m_IsVisible; }
-
-    const ItemShape* shape() const { return m_Shape ? &*m_Shape : nullptr; }
 
     // It must have a shape.
     ItemState state() const;
@@ -88,7 +86,7 @@ public:
     const ItemShape* shape() const { return m_Shape ? &*m_Shape : nullptr; }
     const NumberTuples* normals() const { return m_Normals ? &*m_Normals : nullptr; }
     std::vector<SceneField> fields() const;
-    std::optional<RGBA8> colourSent(std::size_t source) const;
+    std::optional<RGBA8> colourSent(std::size_t source, std::size_t part) const;
 
     // The point, vertex, arrow or box as sent, counted from 0, that a vertex as drawn is of.
     std::size_t sourceOf(std::size_t vertex) const
@@ -155,6 +153,7 @@ private:
     std::vector<unsigned char> coloursAsSent() const;
     std::vector<unsigned char> coloursOf(const Field& field) const;
     void setSizes(double scale) const;
+    double sizeOr(double byDefault) const;
     void drawVertices();
     void drawFaces(const Matrix4& modelView, double edgeWidth);
     void uploadEdges(GLContext& context);

@@ -51,9 +51,6 @@ public:
 
     std::vector<Placed> visibleItems();
 
-    // All of them, by their paths.
-    const std::map<std::string, SceneItem>& items() const { return m_Items; }
-
     // Of all that is visible.
     SceneBox box();
 

@@ -126,23 +126,34 @@ public:
     Hit of(std::size_t vertex)
     {
         m_Hit = {vertex, 0, vectorAt(m_Shape.points, vertex)};
-        m_Shape.faces.numbers.visit([&](const auto* vertices, std::size_t size) {
-            for (std::size_t i = 0; i < size; ++i)
-                if (static_cast<std::size_t>(vertices[i]) == vertex)
-                    tryFace(i / m_Shape.faces.width);
+        m_Shape.faces.numbers.visit([&](const auto* vertices, std::size_t) {
+            Face face;
+            for (; face.number < m_Shape.numParts(); face.first += face.numCorners, ++face.number) {
+                face.numCorners = m_Shape.numCornersOf(face.number);
+                for (std::size_t corner = 0; corner < face.numCorners; ++corner)
+                    if (static_cast<std::size_t>(vertices[face.first + corner]) == vertex)
+                        tryFace(face);
+            }
         });
         return m_Hit;
     }
 
 private:
-    std::size_t vertexOf(std::size_t face, std::size_t corner) const
+    struct Face
     {
-        return static_cast<std::size_t>(m_Shape.faces.numbers[m_Shape.faces.width * face + corner]);
+        std::size_t number = 0;
+        std::size_t first = 0; // of its corners among those of all
+        std::size_t numCorners = 0;
+    };
+
+    std::size_t vertexOf(const Face& face, std::size_t corner) const
+    {
+        return static_cast<std::size_t>(m_Shape.faces.numbers[face.first + corner]);
     }
 
-    void tryFace(std::size_t face)
+    void tryFace(const Face& face)
     {
-        for (std::size_t i = 2; i < m_Shape.faces.width; ++i) {
+        for (std::size_t i = 2; i < face.numCorners; ++i) {
             const std::size_t vertices[] = {vertexOf(face, 0), vertexOf(face, i - 1), vertexOf(face, i)};
             std::array<Vector3d, 3> corners;
             for (std::size_t corner = 0; corner < 3; ++corner)
@@ -154,11 +165,11 @@ private:
         }
     }
 
-    void take(std::size_t face, const Vector3d& local)
+    void take(const Face& face, const Vector3d& local)
     {
-        m_Hit = {0, face, local};
+        m_Hit = {0, face.number, local};
         double nearest = INFINITE;
-        for (std::size_t corner = 0; corner < m_Shape.faces.width; ++corner) {
+        for (std::size_t corner = 0; corner < face.numCorners; ++corner) {
             const std::size_t vertex = vertexOf(face, corner);
             const double distance = length(m_Matrix.turned(vectorAt(m_Shape.points, vertex) - local));
             if (distance < nearest)
@@ -297,17 +308,19 @@ std::vector<std::string> coordinatesOf(const ItemShape& shape, const Picked& pic
     return lines;
 }
 
-// What of all that was sent for each point belongs to this one.
+// What of all that was sent for each point, or each face, belongs to this one.
 void takeValues(ScenePick& pick, const SceneItem& item)
 {
     const std::size_t index = pick.picked.index;
     if (index >= item.shape()->points.size())
         return;
     for (const SceneField& field : item.fields()) {
-        pick.picked.fields.push_back({field.name, field.values.numbers[index]});
-        pick.lines.push_back(printable(field.name, LONGEST_NAME) + ' ' + written(field.values.numbers, index));
+        const std::size_t i = field.areOfParts ? pick.picked.element : index;
+        pick.picked.fields.push_back({field.name, field.values.numbers[i]});
+        pick.lines.push_back(printable(field.name, LONGEST_NAME) + ' ' + written(field.values.numbers, i));
     }
-    if (const std::optional<RGBA8> colour = pick.picked.colour = item.colourSent(index)) {
+    pick.picked.colour = item.colourSent(index, pick.picked.element);
+    if (const std::optional<RGBA8>& colour = pick.picked.colour) {
         std::string line = "colour";
         for (std::size_t i = 0; i < 4; ++i)
             line += ' ' + std::to_string((*colour)[i]);

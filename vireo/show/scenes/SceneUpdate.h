@@ -51,6 +51,11 @@ struct ItemShape
     // The faces of a mesh, the stretches of lines, the segments; 0 of what has none.
     std::size_t numParts() const;
 
+    std::size_t numCornersOf(std::size_t face) const
+    {
+        return numCorners ? static_cast<std::size_t>((*numCorners)[face]) : faces.width;
+    }
+
     // The face that the i-th number of the faces belongs to.
     std::size_t faceOf(std::size_t i) const;
 };
@@ -61,6 +66,7 @@ struct SceneField
     std::string name;
     NumberTuples values; // one by one
     bool areLabels = false;
+    bool areOfParts = false; // as far as it is known
 };
 
 // What was sent to one item.

@@ -225,7 +225,7 @@ QImage SceneView::picture(QSize size)
 
 std::string SceneView::saveData(const QString& file)
 {
-    return saveScene(file, m_Model.items());
+    return saveScene(file, m_Model.getItems());
 }
 
 QImage SceneView::draw(const QSize& pixels, double scale)

@@ -146,8 +146,7 @@ void forEachFace(const ItemShape& shape, Use use)
     std::vector<unsigned int> face;
     shape.faces.numbers.visit([&](const auto* vertices, std::size_t) {
         for (std::size_t i = 0; i < shape.numParts(); ++i) {
-            const std::size_t size =
-                shape.numCorners ? static_cast<std::size_t>((*shape.numCorners)[i]) : shape.faces.width;
+            const std::size_t size = shape.numCornersOf(i);
             face.clear();
             for (std::size_t corner = 0; corner < size; ++corner)
                 face.push_back(static_cast<unsigned int>(*vertices++));

@@ -143,8 +143,7 @@ private:
             appendNumber(text, first + 1);
             return;
         }
-        const std::size_t size =
-            shape.numCorners ? static_cast<std::size_t>((*shape.numCorners)[part]) : shape.faces.width;
+        const std::size_t size = shape.numCornersOf(part);
         for (std::size_t corner = 0; corner < size; ++corner, ++m_Vertex) {
             text += corner > 0 ? " " : "";
             appendNumber(text, static_cast<std::size_t>(shape.faces.numbers[m_Vertex]));

@@ -165,10 +165,11 @@ TEST_F(ScenePickerTest, ManyItemsThatHaveIndicesAreToldApart)
     m_Camera.setOrthographic(true);
     m_Size = {9, 9}; // all of them, in the pixels that are looked at
     lookAtAll();
-    for (const int i : {0, 70, 126, 127, 128, 139}) {
+    for (const int i : {0, 127, 128, 139}) {
         transform(pathOf(i), translation({double(i), 0, 1}));
-        EXPECT_EQ(pick({double(i), 0, 1}).path, pathOf(i));
-        EXPECT_EQ(pick({double(i), 0, 1}).index, 69'999U);
+        const Picked picked = pick({double(i), 0, 1});
+        EXPECT_EQ(picked.path, pathOf(i));
+        EXPECT_EQ(picked.index, 69'999U);
         transform(pathOf(i), translation({double(i), 0, 0}));
     }
 }
@@ -328,6 +329,29 @@ TEST_F(ScenePickerTest, ASurfaceOfQuadranglesTellsFaceAndNearestVertex)
     EXPECT_LT(length(picked.place - Vector3d(1.9, 0.8, 0)), 0.02);
     EXPECT_EQ(pick({0.1, 0.1, 0}).element, 0U);
     EXPECT_EQ(linesAt({0.1, 0.1, 0})[1], "vertex 0, face 0");
+}
+
+TEST_F(ScenePickerTest, WhatBelongsToFacesIsThatOfTheFace)
+{
+    ItemUpdate house = item(ItemKind::Mesh, {0, 0, 0, 2, 0, 0, 2, 2, 0, 0, 2, 0, 1, 3, 0});
+    house.shape->faces = {Numbers({0, 1, 2, 3, 3, 2, 4}), 1};
+    house.shape->numCorners = Numbers({4, 3});
+    house.fields = {{"area", {Numbers({4.5, 1.5}), 1}}, {"number", {Numbers({0, 1, 2, 3, 4}), 1}}};
+    house.colours = NumberTuples{Colours({10, 20, 30, 40, 50, 60}), 0};
+    send("house", std::move(house));
+    m_Camera.look(SceneCamera::Side::Top);
+    lookAtAll();
+    const Picked roof = pick({1, 2.8, 0});
+    EXPECT_EQ(roof.element, 1U);
+    EXPECT_EQ(roof.index, 4U);
+    EXPECT_EQ(roof.fields.at(0).value, 1.5);
+    EXPECT_EQ(roof.fields.at(1).value, 4);
+    EXPECT_EQ(roof.colour, RGBA8(40, 50, 60, 255));
+    const Picked wall = pick({1.8, 0.1, 0});
+    EXPECT_EQ(wall.element, 0U);
+    EXPECT_EQ(wall.index, 1U);
+    EXPECT_EQ(wall.fields.at(0).value, 4.5);
+    EXPECT_EQ(wall.colour, RGBA8(10, 20, 30, 255));
 }
 
 TEST_F(ScenePickerTest, LinesTellTheirNumberAndTheNearerPoint)
