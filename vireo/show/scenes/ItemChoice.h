@@ -26,6 +26,8 @@ struct ItemChoice
     std::optional<double> opacity;
     std::optional<bool> isVisible;
     std::optional<bool> isSmooth;
+    std::optional<bool> areEdgesSeen;
+    std::optional<bool> areBackFacesSeen;
 
     bool operator==(const ItemChoice& other) const = default;
 };

@@ -1,6 +1,7 @@
 #include "vireo/show/scenes/ItemProperties.h"
 
 #include <QAbstractItemView>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QEvent>
@@ -12,6 +13,7 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QStyledItemDelegate>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
@@ -73,6 +75,12 @@ void setQuietly(Box* box, decltype(box->value()) value)
         box->setValue(value);
 }
 
+void checkQuietly(QCheckBox* box, bool isChecked)
+{
+    const QSignalBlocker quiet(box);
+    box->setChecked(isChecked);
+}
+
 void chooseQuietly(QComboBox* box, int index)
 {
     const QSignalBlocker quiet(box);
@@ -92,6 +100,7 @@ ItemProperties::ItemProperties(QWidget* parent)
     , m_Size(made(new QDoubleSpinBox, "size", tr("Size"), tr("Alt and the wheel, or + and -, in the scene")))
     , m_OpacityRow(makeOpacity())
     , m_Shading(makeComboBox("shading", tr("Shading"), tr("Whether light falls on each face, or as if it were curved")))
+    , m_Faces(makeFaces())
     , m_Reset(made(new QPushButton(tr("As the program says")), "reset", tr("As the program says"),
           tr("Forgets what you have chosen here")))
 {
@@ -136,6 +145,7 @@ void ItemProperties::makeRows()
     addRow(m_Size, tr("Point size"));
     addRow(m_OpacityRow, tr("Opacity"));
     addRow(m_Shading, tr("Shading"));
+    addRow(m_Faces, tr("Faces"));
     addRow(m_Reset);
     m_LargestSize = m_Grid->sizeHint();
     int labelWidth = 0; // of all of them, whichever are there
@@ -206,6 +216,20 @@ QWidget* ItemProperties::makeOpacity()
     return row;
 }
 
+QWidget* ItemProperties::makeFaces()
+{
+    auto* const boxes = new QWidget;
+    auto* const layout = new QVBoxLayout(boxes);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(SPACING);
+    m_Edges = made(new QCheckBox(tr("Edges")), "edges", tr("Edges"), tr("Whether the edges of faces are seen"));
+    m_BackFaces =
+        made(new QCheckBox(tr("Backs")), "backFaces", tr("Backs of faces"), tr("Whether faces are seen from behind"));
+    layout->addWidget(m_Edges);
+    layout->addWidget(m_BackFaces);
+    return boxes;
+}
+
 void ItemProperties::connectAll()
 {
     const auto chosen = QOverload<int>::of(&QComboBox::currentIndexChanged);
@@ -238,6 +262,10 @@ void ItemProperties::connectAll()
     connect(m_Opacity, QOverload<int>::of(&QSpinBox::valueChanged), this, &ItemProperties::chooseOpacity);
     connect(m_Shading, chosen, this,
         [this](int i) { emit choiceMade([i](auto& choice, const auto&) { choice.isSmooth = i != 0; }); });
+    connect(m_Edges, &QCheckBox::toggled, this,
+        [this](bool isOn) { emit choiceMade([isOn](auto& choice, const auto&) { choice.areEdgesSeen = isOn; }); });
+    connect(m_BackFaces, &QCheckBox::toggled, this,
+        [this](bool isOn) { emit choiceMade([isOn](auto& choice, const auto&) { choice.areBackFacesSeen = isOn; }); });
     connect(m_Reset, &QPushButton::clicked, this, &ItemProperties::resetWanted);
 }
 
@@ -270,8 +298,8 @@ void ItemProperties::showNothing()
     m_Name->setText(tr("Nothing is selected"));
     m_Name->setEnabled(false);
     m_Name->setToolTip({});
-    for (QWidget* row :
-        std::initializer_list<QWidget*>{m_Field, m_ColourMap, m_Range, m_Size, m_OpacityRow, m_Shading, m_Reset})
+    for (QWidget* row : std::initializer_list<QWidget*>{
+             m_Field, m_ColourMap, m_Range, m_Size, m_OpacityRow, m_Shading, m_Faces, m_Reset})
         setRowVisible(row, false);
 }
 
@@ -308,6 +336,9 @@ void ItemProperties::showItem(const SceneItem& item)
     setQuietly(m_Opacity, percent);
     setRowVisible(m_Shading, state.kind == ItemKind::Mesh && !state.hasNormals);
     chooseQuietly(m_Shading, state.isSmooth ? 1 : 0);
+    setRowVisible(m_Faces, state.kind == ItemKind::Mesh);
+    checkQuietly(m_Edges, state.areEdgesSeen);
+    checkQuietly(m_BackFaces, state.areBackFacesSeen);
 }
 
 void ItemProperties::showFields(const ItemState& state)

@@ -10,6 +10,7 @@
 #include "vireo/show/scenes/RangeHistogram.h"
 #include "vireo/show/scenes/SceneItem.h"
 
+class QCheckBox;
 class QComboBox;
 class QDoubleSpinBox;
 class QGridLayout;
@@ -51,6 +52,7 @@ signals:
 private:
     QWidget* makeRange();
     QWidget* makeOpacity();
+    QWidget* makeFaces();
     void makeRows();
     void addRow(QWidget* field, const QString& label = {});
     QLabel* labelOf(QWidget* field) const;
@@ -82,6 +84,9 @@ private:
     QSlider* m_OpacitySlider;
     QSpinBox* m_Opacity;
     QComboBox* m_Shading;
+    QWidget* m_Faces;
+    QCheckBox* m_Edges;
+    QCheckBox* m_BackFaces;
     QPushButton* m_Reset;
 };
 

@@ -29,6 +29,8 @@ struct ItemState
     double size = 0; // in pixels
     double opacity = 1;
     bool isSmooth = false;
+    bool areEdgesSeen = false;
+    bool areBackFacesSeen = true;
 
     // What can take the place of `shown`.
     std::vector<std::string> waysToColour() const
@@ -42,7 +44,7 @@ struct ItemState
     }
 
     // Whether it is made of points or lines.
-    bool hasSize() const { return kind != ItemKind::Mesh && kind != ItemKind::Text; }
+    bool hasSize() const { return kind != ItemKind::Text && (kind != ItemKind::Mesh || areEdgesSeen); }
 };
 
 } // namespace tavo

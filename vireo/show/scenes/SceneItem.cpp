@@ -149,8 +149,6 @@ void SceneItem::apply(ItemUpdate& update)
     replace(m_WaitingNormals, update.normals);
     replace(m_Colour, update.colour);
     isShapeNew = applySize(update) || isShapeNew;
-    m_AreEdgesSeen = update.areEdgesSeen.value_or(m_AreEdgesSeen);
-    m_AreBackFacesSeen = update.areBackFacesSeen.value_or(m_AreBackFacesSeen);
     applyStyle(update);
     if (m_Shape && settleColours())
         m_AreColoursUploaded = false;
@@ -232,6 +230,8 @@ void SceneItem::applyStyle(ItemUpdate& update)
     replace(m_Sent.opacity, update.opacity);
     replace(m_Sent.isVisible, update.isVisible);
     replace(m_Sent.isSmooth, update.isSmooth);
+    replace(m_Sent.areEdgesSeen, update.areEdgesSeen);
+    replace(m_Sent.areBackFacesSeen, update.areBackFacesSeen);
 }
 
 // What is chosen wins over what was sent. Returns whether the shape has to be drawn anew.
@@ -247,6 +247,8 @@ bool SceneItem::settleStyle()
     m_Opacity = std::isfinite(opacity) ? std::clamp(opacity, 0.0, 1.0) : 1;
     m_IsVisible = m_Chosen.isVisible.value_or(m_Sent.isVisible.value_or(true));
     m_IsSmooth = m_Chosen.isSmooth.value_or(m_Sent.isSmooth.value_or(false));
+    m_AreEdgesSeen = m_Chosen.areEdgesSeen.value_or(m_Sent.areEdgesSeen.value_or(false));
+    m_AreBackFacesSeen = m_Chosen.areBackFacesSeen.value_or(m_Sent.areBackFacesSeen.value_or(true));
     if (coloured() != before)
         m_AreColoursUploaded = false;
     return m_IsSmooth != wasSmooth;
@@ -354,7 +356,7 @@ std::string SceneItem::nameOfShown() const
 ItemState SceneItem::state() const
 {
     ItemState state{kind(), m_Colours.has_value(), m_Normals.has_value(), {}, nameOfShown(), {}, m_ColourMap, {},
-        size(), m_Opacity, m_IsSmooth};
+        size(), m_Opacity, m_IsSmooth, m_AreEdgesSeen, m_AreBackFacesSeen};
     for (const Field& field : m_Fields)
         if (field.values)
             state.fields.push_back({field.name, field.areLabels});
@@ -623,7 +625,7 @@ void SceneItem::draw(GLContext& context, const Matrix4& modelView, bool isGround
         glTexCoord1d(m_LargestRadius);
         m_PointScale->begin(length(modelView.turned({1, 0, 0})));
     }
-    const double edgeWidth = scale * sizeOr(EDGE_WIDTH);
+    const double edgeWidth = scale * size();
     m_Drawn.primitive == PrimitiveKind::Triangles ? drawFaces(modelView, edgeWidth) : drawVertices();
     if (m_PointScale)
         m_PointScale->end();
@@ -679,12 +681,9 @@ void SceneItem::drawIds(GLContext& context, PickTarget& target, std::size_t numb
 
 double SceneItem::size() const
 {
-    return sizeOr(m_Drawn.primitive == PrimitiveKind::Points ? POINT_SIZE : LINE_WIDTH);
-}
-
-double SceneItem::sizeOr(double byDefault) const
-{
-    return m_Size && std::isfinite(*m_Size) && *m_Size > 0 ? std::min(*m_Size, LARGEST_SIZE) : byDefault;
+    constexpr double SIZES[] = {POINT_SIZE, LINE_WIDTH, EDGE_WIDTH};
+    const double usual = SIZES[static_cast<std::size_t>(m_Drawn.primitive)];
+    return m_Size && std::isfinite(*m_Size) && *m_Size > 0 ? std::min(*m_Size, LARGEST_SIZE) : usual;
 }
 
 void SceneItem::setSizes(double scale) const

@@ -83,7 +83,6 @@ public:
     double size() const;
 
     // What was sent; null if nothing has been.
-    const ItemShape* shape() const { return m_Shape ? &*m_Shape : nullptr; }
     const NumberTuples* normals() const { return m_Normals ? &*m_Normals : nullptr; }
     std::vector<SceneField> fields() const;
     std::optional<RGBA8> colourSent(std::size_t source, std::size_t part) const;
@@ -125,6 +124,8 @@ private:
         std::optional<double> opacity;
         std::optional<bool> isVisible;
         std::optional<bool> isSmooth;
+        std::optional<bool> areEdgesSeen;
+        std::optional<bool> areBackFacesSeen;
     };
 
     void applyFields(ItemUpdate& update);
@@ -153,7 +154,6 @@ private:
     std::vector<unsigned char> coloursAsSent() const;
     std::vector<unsigned char> coloursOf(const Field& field) const;
     void setSizes(double scale) const;
-    double sizeOr(double byDefault) const;
     void drawVertices();
     void drawFaces(const Matrix4& modelView, double edgeWidth);
     void uploadEdges(GLContext& context);

@@ -37,8 +37,6 @@ public:
     // Says in the log what waits still.
     void sayWhatWaits() const;
 
-    const std::map<std::string, SceneItem>& getItems() const { return m_Items; }
-
     // What a person chooses of the items. It wins over what is sent, then and later.
     const SceneChoices& getChoices() const { return m_Choices; }
     template <typename Choose>

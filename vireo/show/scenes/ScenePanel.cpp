@@ -116,7 +116,7 @@ void ScenePanel::noteChange()
 void ScenePanel::follow()
 {
     m_FollowSoon->stop();
-    const std::map<std::string, SceneItem>& items = m_View.getModel().getItems();
+    const std::map<std::string, SceneItem>& items = m_View.getModel().items();
     if (!selected())
         selectFirst();
     m_Tree->follow(items);
@@ -126,7 +126,7 @@ void ScenePanel::follow()
 // Where there is a colour map, if anywhere.
 void ScenePanel::selectFirst()
 {
-    const std::map<std::string, SceneItem>& items = m_View.getModel().getItems();
+    const std::map<std::string, SceneItem>& items = m_View.getModel().items();
     const auto hasFields = [](const auto& entry) {
         return entry.second.shape() && !entry.second.state().fields.empty();
     };
@@ -141,7 +141,7 @@ void ScenePanel::showSelected()
 {
     if (!m_Tree->currentItem())
         return m_Properties->showNothing();
-    const std::map<std::string, SceneItem>& items = m_View.getModel().getItems();
+    const std::map<std::string, SceneItem>& items = m_View.getModel().items();
     const auto found = items.find(*selected());
     m_Properties->show(*selected(), found != items.end() ? &found->second : nullptr,
         m_View.getModel().getChoices().areAnyIn(*selected()));

@@ -8,8 +8,8 @@
 
 #include "tavo/base/debug/displayException.h"
 #include "vireo/show/scenes/SceneGestures.h"
-#include "vireo/show/scenes/sceneData.h"
 #include "vireo/show/scenes/ScenePanel.h"
+#include "vireo/show/scenes/sceneData.h"
 #include "vireo/show/window/windowMemory.h"
 
 namespace tavo {
@@ -120,14 +120,15 @@ void SceneView::switchProjection()
 void SceneView::choose(const std::function<void(SceneChoices&)>& choose)
 {
     m_Model.choose(choose);
+    m_Marks.follow(m_Model);
     changed();
 }
 
 void SceneView::chooseOf(
     const std::string& path, const std::function<void(ItemChoice& choice, const ItemState& state)>& change)
 {
-    const auto found = m_Model.getItems().find(path);
-    if (found == m_Model.getItems().end() || !found->second.shape())
+    const auto found = m_Model.items().find(path);
+    if (found == m_Model.items().end() || !found->second.shape())
         return;
     ItemChoice choice = m_Model.getChoices().of(path);
     change(choice, found->second.state());
@@ -160,7 +161,7 @@ void SceneView::select(const std::string& path)
 
 bool SceneView::showNextField()
 {
-    for (const auto& [path, item] : m_Model.getItems()) {
+    for (const auto& [path, item] : m_Model.items()) {
         if (!item.shape() || path != m_Panel->selected().value_or(path))
             continue;
         const ItemState state = item.state();
@@ -179,8 +180,8 @@ bool SceneView::showNextField()
 void SceneView::changeSizes(double pixels)
 {
     const auto& selected = m_Panel->selected();
-    const bool isOne = selected && m_Model.getItems().count(*selected) != 0;
-    for (const auto& [path, item] : m_Model.getItems())
+    const bool isOne = selected && m_Model.items().count(*selected) != 0;
+    for (const auto& [path, item] : m_Model.items())
         if (!isOne || path == *selected)
             chooseOf(path, [pixels](ItemChoice& choice, const ItemState& state) {
                 if (state.hasSize())
@@ -257,6 +258,7 @@ void SceneView::click(const QPoint& pixel)
     if (!pick)
         return;
     m_Marks.pin(*pick);
+    select(pick->picked.path);
     update();
     // Not from here: the program may do anything, such as remove this view.
     QTimer::singleShot(0, this, [receiver = std::weak_ptr(m_PickReceiver), picked = std::move(pick->picked)] {
@@ -345,7 +347,7 @@ void SceneView::paintEvent(QPaintEvent*)
         painter.drawText(rect(), Qt::AlignCenter, tr("There is no OpenGL here that can draw this."));
     } else {
         painter.drawImage(QPoint(0, 0), m_Picture);
-        m_Marks.paint(painter, m_Camera, size(), look(1));
+        m_Marks.paint(painter, m_Camera, sceneSize(), look(1));
     }
 }
 

@@ -40,7 +40,7 @@ protected:
         send(m_View, "path", update);
     }
 
-    const SceneItem& itemAt(const std::string& path) { return m_View.getModel().getItems().at(path); }
+    const SceneItem& itemAt(const std::string& path) { return m_View.getModel().items().at(path); }
 
     void choose(const std::string& path, const ItemChoice& choice)
     {

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -146,7 +147,7 @@ protected:
             clickKey(box, box->currentIndex() < wanted ? Qt::Key_Down : Qt::Key_Up);
     }
 
-    ItemState stateOf(const std::string& path) { return m_View.getModel().getItems().at(path).state(); }
+    ItemState stateOf(const std::string& path) { return m_View.getModel().items().at(path).state(); }
 
     int numRed() { return numPixels(m_View.picture({200, 200}), RED); }
 
@@ -208,8 +209,8 @@ TEST_F(ScenePanelTest, ABoxHidesAnItemOrABranch)
     clickBox({"car"});
     EXPECT_EQ(check({"car", "lidar"}), Qt::Unchecked);
     EXPECT_EQ(check({"car", "body"}), Qt::Unchecked);
-    EXPECT_TRUE(m_View.getModel().getItems().at("car/lidar").shape());
-    EXPECT_FALSE(m_View.getModel().getItems().at("car/lidar").isWanted());
+    EXPECT_TRUE(m_View.getModel().items().at("car/lidar").shape());
+    EXPECT_FALSE(m_View.getModel().items().at("car/lidar").isWanted());
     send(m_View, "path", redCloud());
     send(m_View, "car/new", redCloud());
     waitForFrame();
@@ -272,7 +273,7 @@ TEST_F(ScenePanelTest, OnlyWhatAppliesIsThere)
 {
     const auto areThere = [this](const QStringList& names) {
         QStringList found;
-        for (const char* name : {"field", "colourMap", "histogram", "size", "opacity", "shading"})
+        for (const char* name : {"field", "colourMap", "histogram", "size", "opacity", "shading", "edges"})
             if (find<QWidget>(name)->isVisible())
                 found += name;
         return found == names;
@@ -282,7 +283,9 @@ TEST_F(ScenePanelTest, OnlyWhatAppliesIsThere)
     choose(find<QComboBox>("field"), "Labels");
     EXPECT_TRUE(areThere({"field", "size", "opacity"}));
     clickRow({"car", "body"});
-    EXPECT_TRUE(areThere({"opacity", "shading"}));
+    EXPECT_TRUE(areThere({"opacity", "shading", "edges"}));
+    clickMouse(find<QCheckBox>("edges"), {5, 5});
+    EXPECT_TRUE(areThere({"size", "opacity", "shading", "edges"}));
     clickRow({"path"});
     EXPECT_TRUE(areThere({"size", "opacity"}));
     clickRow({"car"});
@@ -411,6 +414,22 @@ TEST_F(ScenePanelTest, ShadingIsChosen)
     EXPECT_TRUE(stateOf("car/body").isSmooth);
 }
 
+TEST_F(ScenePanelTest, EdgesAndBacksAreChosen)
+{
+    clickRow({"car", "body"});
+    clickKey(&m_View, Qt::Key_1, Qt::ControlModifier); // from behind
+    for (const char* name : {"edges", "backFaces"}) {
+        const QImage before = m_View.picture({400, 400});
+        auto* const box = find<QCheckBox>(name);
+        const bool wasChecked = box->isChecked();
+        clickMouse(box, {5, 5});
+        EXPECT_EQ(box->isChecked(), !wasChecked);
+        EXPECT_NE(m_View.picture({400, 400}), before) << name;
+    }
+    EXPECT_TRUE(stateOf("car/body").areEdgesSeen);
+    EXPECT_FALSE(stateOf("car/body").areBackFacesSeen);
+}
+
 TEST_F(ScenePanelTest, TheProgramHasItsSayAgain)
 {
     const QImage before = m_View.picture({200, 200});
@@ -518,6 +537,34 @@ TEST_F(ScenePanelTest, WhatIsHitIsWhereItIsSeen)
     EXPECT_EQ(m_View.grab().toImage().pixelColor(QPointF(pixel.x, pixel.y).toPoint()), RED);
 }
 
+TEST_F(ScenePanelTest, AClickInTheSceneSelects)
+{
+    clickBox({"car"});
+    const SceneCamera::Pixel pixel = m_View.getCamera().project({-1, 0, 0}, m_View.viewSize());
+    clickMouse(&m_View, QPointF(pixel.x, pixel.y).toPoint());
+    EXPECT_EQ(tree()->currentItem(), row({"path"}));
+    EXPECT_EQ(find<QLabel>("name")->text(), "path");
+    EXPECT_EQ(m_View.getMarks().pins().size(), 1U);
+    clickBox({"path"});
+    EXPECT_TRUE(m_View.getMarks().pins().empty()) << "what is hidden has no marks";
+}
+
+TEST_F(ScenePanelTest, ChosenPixelsTakeThePlaceOfRadii)
+{
+    clickBox({"car"});
+    ItemUpdate sent;
+    sent.radii = NumberTuples{Numbers{0.4}, 1};
+    send(m_View, "path", sent);
+    const int before = numRed();
+    clickRow({"path"});
+    auto* const size = find<QDoubleSpinBox>("size");
+    size->setFocus();
+    clickKey(size, Qt::Key_Up);
+    EXPECT_EQ(numRed(), int(3 * size->value() * size->value()));
+    clickMouse(find<QPushButton>("reset"));
+    EXPECT_EQ(numRed(), before);
+}
+
 TEST_F(ScenePanelTest, TabShowsTheNextField)
 {
     clickRow({"car", "lidar"});
@@ -568,7 +615,7 @@ TEST_F(ScenePanelTest, EverythingHasANameForThoseWhoCannotSee)
 {
     EXPECT_NE(tree()->accessibleName(), "");
     for (const char* name : {"field", "colourMap", "histogram", "from", "to", "wholeRange", "middleRange", "size",
-             "opacity", "opacitySlider", "shading", "reset"}) {
+             "opacity", "opacitySlider", "shading", "edges", "backFaces", "reset"}) {
         EXPECT_NE(find<QWidget>(name)->accessibleName(), "") << name;
         EXPECT_NE(find<QWidget>(name)->toolTip(), "") << name;
     }

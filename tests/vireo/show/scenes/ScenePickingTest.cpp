@@ -340,8 +340,8 @@ SceneView* findView()
     return nullptr;
 }
 
-// In its middle, which is not that of the widget where there is a panel.
-void clickScene(SceneView* view)
+// Of the scene, beside which there is a panel.
+void clickMiddle(SceneView* view)
 {
     const SceneCamera::Size size = view->viewSize();
     clickMouse(view, QPointF(size.width / 2, size.height / 2).toPoint());
@@ -364,7 +364,7 @@ TEST(OnPickTest, AFunctionMaySendAndRemoveItsScene)
     SceneView* const view = findView();
     ASSERT_NE(view, nullptr);
     QApplication::processEvents();
-    clickScene(view);
+    clickMiddle(view);
     QApplication::processEvents();
     EXPECT_THAT(paths, ElementsAre("a/b"));
     EXPECT_EQ(held.use_count(), 1);
@@ -380,7 +380,7 @@ TEST(OnPickTest, TheLastFunctionCounts)
         FrontDoor::get()->showWaiting();
         QApplication::processEvents();
         ASSERT_NE(findView(), nullptr);
-        clickScene(findView());
+        clickMiddle(findView());
         QApplication::processEvents();
     };
     const Scene front = scene("front").onPick([&](const Picked&) { ++older; });
