@@ -531,8 +531,8 @@ TEST_F(GeometryReaderTest, RefusesAnStlThatIsNone)
 
 TEST_F(GeometryReaderTest, ReadsColumnsOfPointsByTheirNames)
 {
-    const GeometryFile file = readAll("a.xyz", "//X Y Z R G B Intensity Classification note\n"
-                                               "5500000.123 2 3 255 0 7 .5 2 a\n4 5 6 1 2 3 .25 6 b\n");
+    const GeometryFile file = readAll("a.xyz", "//Y X Z R G B Intensity Classification note\n"
+                                               "2 5500000.123 3 255 0 7 .5 2 a\n4 5 6 1 2 3 .25 6 b\n");
     const Geometry& geometry = file.geometries.at(0);
     EXPECT_EQ(geometry.getPoint(0), Vector3d(5500000.123, 2, 3));
     EXPECT_THAT(numbersOf(geometry.colours), ElementsAre(255, 0, 7, 1, 2, 3));
