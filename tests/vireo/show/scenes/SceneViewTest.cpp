@@ -335,11 +335,11 @@ TEST_F(SceneRadiusTest, ThoseFartherAwayAreSmaller)
     look("front", false);
     sendPoints({-3, -4, 0, 3, 5, 0}, {1});
     const double eye = -m_View.getCamera().eye()[1];
-    const double near = widthIn({0, 0, 100, 100});
-    const double far = widthIn({100, 0, 100, 100});
-    EXPECT_NEAR(near, pixels(2, eye - 4), 1);
-    EXPECT_NEAR(far, pixels(2, eye + 5), 1);
-    EXPECT_GT(near, 1.4 * far);
+    const double closer = widthIn({0, 0, 100, 100});
+    const double farther = widthIn({100, 0, 100, 100});
+    EXPECT_NEAR(closer, pixels(2, eye - 4), 1);
+    EXPECT_NEAR(farther, pixels(2, eye + 5), 1);
+    EXPECT_GT(closer, 1.4 * farther);
 }
 
 TEST_F(SceneRadiusTest, EachMayHaveItsOwn)
