@@ -159,6 +159,7 @@ DebugOutput& DebugOutput::operator<<(const std::string& text)
         }
     }
     std::fwrite(copy.data(), 1, copy.size(), stderr);
+    std::fflush(stderr); // Windows' runtime may keep it back where it goes to another program
     return *this;
 }
 

@@ -159,6 +159,7 @@ protected:
         while (!m_Said.contains(text) && !deadline.hasExpired() && m_Process.state() != QProcess::NotRunning) {
             m_Process.waitForReadyRead(100);
             m_Said += m_Process.readAllStandardError();
+            m_Said.replace("\r\n", "\n"); // as lines end on Windows
         }
         EXPECT_TRUE(m_Said.contains(text)) << m_Said.toStdString();
         m_Said.remove(0, m_Said.indexOf(text) + static_cast<int>(qstrlen(text)));
