@@ -83,6 +83,7 @@ public:
     double size() const;
 
     // What was sent; null if nothing has been.
+    const ItemShape* shape() const { return m_Shape ? &*m_Shape : nullptr; }
     const NumberTuples* normals() const { return m_Normals ? &*m_Normals : nullptr; }
     std::vector<SceneField> fields() const;
     std::optional<RGBA8> colourSent(std::size_t source, std::size_t part) const;

@@ -49,6 +49,9 @@ public:
 
     std::vector<Placed> visibleItems();
 
+    // By their paths.
+    const std::map<std::string, SceneItem>& items() const { return m_Items; }
+
     // Of all that is visible.
     SceneBox box();
 

@@ -226,7 +226,7 @@ QImage SceneView::picture(QSize size)
 
 std::string SceneView::saveData(const QString& file)
 {
-    return saveScene(file, m_Model.getItems());
+    return saveScene(file, m_Model.items());
 }
 
 QImage SceneView::draw(const QSize& pixels, double scale)
