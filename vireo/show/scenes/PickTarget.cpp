@@ -1,6 +1,7 @@
 #include "vireo/show/scenes/PickTarget.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "vireo/context/GLExtensions.h"
 #include "vireo/geometry/bufferStorage.h"
@@ -60,6 +61,8 @@ PickTarget::PickTarget(GLContext& context)
     m_Program = std::make_unique<GLShaderARB>(&context, GL_VERTEX_PROGRAM_ARB);
     if (!m_Program->compile(PICK_PROGRAM) || !makeIds(PickId::PLACES))
         m_Program.reset();
+    else
+        m_Scale = PointScale::make(context, PointScale::Colour::Id);
 }
 
 bool PickTarget::makeIds(std::uint32_t number)
@@ -114,42 +117,58 @@ bool PickTarget::takeChunks(std::size_t item, std::uint32_t numVertices, std::ui
 void PickTarget::setChunk(std::uint32_t chunk)
 {
     std::array<float, 4> constant = constantOfChunk(chunk);
-    if (m_Program)
+    if (m_IsScaling)
+        m_Scale->setChunk(constant);
+    else if (m_Program)
         m_Program->setLocalParameter4fv(0, constant.data());
 }
 
-void PickTarget::draw(
-    std::size_t item, GLVertexBuffer& positions, GLTemplatedIndexBuffer<unsigned int>* indices, unsigned int mode)
+void PickTarget::draw(std::size_t item, GLVertexBuffer& positions, GLTemplatedIndexBuffer<unsigned int>* indices,
+    unsigned int mode, const PointRadii& radii)
 {
     const std::uint32_t numVertices = positions.getNumElements();
     if (!takeChunks(item, numVertices, indices ? PickId::PLACES : chunkSizeOf(mode), indices) ||
         (m_Program && indices && !makeIds(numVertices)))
         return;
-    if (m_Ids)
-        m_Ids->bind();
-    positions.bind();
+    m_IsScaling = radii.all > 0 && m_Scale;
+    if (m_IsScaling) {
+        glTexCoord1d(radii.all);
+        m_Scale->begin(radii.scale);
+    }
+    GLVertexBuffer* const buffers[] = {m_Ids.get(), m_IsScaling ? radii.each : nullptr, &positions};
+    for (GLVertexBuffer* const buffer : buffers)
+        if (buffer)
+            buffer->bind();
     if (indices) {
         setChunk(m_Drawn.back().first);
         indices->bind();
         indices->drawElements(mode, 0, 0);
         indices->unbind();
     } else {
-        drawInChunks(positions, mode);
+        drawInChunks(positions, mode, buffers[1]);
     }
-    positions.unbind();
-    if (m_Ids)
-        m_Ids->unbind();
+    for (GLVertexBuffer* const buffer : buffers)
+        if (buffer)
+            buffer->unbind();
+    if (std::exchange(m_IsScaling, false)) {
+        m_Scale->end();
+        m_Program->bind();
+    }
 }
 
 // The ids of all chunks are the same buffer.
-void PickTarget::drawInChunks(GLVertexBuffer& positions, unsigned int mode)
+void PickTarget::drawInChunks(GLVertexBuffer& positions, unsigned int mode, GLVertexBuffer* radii)
 {
-    constexpr std::size_t STRIDE = 3 * sizeof(float);
     auto [item, chunk, size] = m_Drawn.back();
     const std::uint32_t numVertices = positions.getNumElements();
     for (std::uint32_t begin = 0; begin < numVertices; begin += std::min(size, numVertices - begin)) {
         setChunk(chunk++);
-        glVertexPointer(3, GL_FLOAT, STRIDE, bufferOffset(STRIDE * begin));
+        if (radii) {
+            radii->GLBuffer::bind();
+            glTexCoordPointer(1, GL_FLOAT, 0, bufferOffset(sizeof(float) * begin));
+        }
+        positions.GLBuffer::bind();
+        glVertexPointer(3, GL_FLOAT, 0, bufferOffset(3 * sizeof(float) * begin));
         positions.drawArrays(mode, 0, std::min(size, numVertices - begin));
     }
 }

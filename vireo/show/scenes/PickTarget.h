@@ -9,9 +9,18 @@
 #include "vireo/geometry/GLVertexBuffer.h"
 #include "vireo/offscreen/GLRenderTargetFBO.h"
 #include "vireo/shaders/GLShaderARB.h"
+#include "vireo/show/scenes/PointScale.h"
 #include "vireo/show/scenes/pickIds.h"
 
 namespace tavo {
+
+// How large points are in the scene, where that is known: as PointScale draws them.
+struct PointRadii
+{
+    double all = 0;                 // 0 if it is not known
+    GLVertexBuffer* each = nullptr; // null if it is `all` of all
+    double scale = 1;
+};
 
 // Where ids are drawn instead of colours (see PickId), in a small square of pixels around the pointer.
 //
@@ -41,8 +50,8 @@ public:
 
     // Draws vertices, or what the indices make of them, if they are not null, under a number of the caller's. Without
     // ARB programs only depths are drawn; when ids have run out, nothing is.
-    void draw(
-        std::size_t item, GLVertexBuffer& positions, GLTemplatedIndexBuffer<unsigned int>* indices, unsigned int mode);
+    void draw(std::size_t item, GLVertexBuffer& positions, GLTemplatedIndexBuffer<unsigned int>* indices,
+        unsigned int mode, const PointRadii& radii = {});
 
     Pixels end();
 
@@ -66,15 +75,17 @@ private:
     bool takeChunks(std::size_t item, std::uint32_t numVertices, std::uint32_t size, bool isIndexed);
     bool makeIds(std::uint32_t number);
     void setChunk(std::uint32_t chunk);
-    void drawInChunks(GLVertexBuffer& positions, unsigned int mode);
+    void drawInChunks(GLVertexBuffer& positions, unsigned int mode, GLVertexBuffer* radii);
 
     GLContext& m_Context;
     std::unique_ptr<GLRenderTargetFBO> m_Target;
     std::unique_ptr<GLShaderARB> m_Program; // null if the driver has none
+    std::unique_ptr<PointScale> m_Scale;    // null if the driver has none
     std::unique_ptr<GLVertexBuffer> m_Ids;  // of PickId::PLACES vertices, or as many as have indices
     std::vector<Chunks> m_Drawn;
     std::uint32_t m_NextChunk = 0;
     int m_Side = 0;
+    bool m_IsScaling = false;
 };
 
 } // namespace tavo

@@ -22,7 +22,10 @@ MUL size.x, size.x, size.y;
 MAX result.pointsize.x, size.x, 1;      # those of no size are seen, too
 )";
 
-constexpr const char* COLOUR = R"(MOV result.color, vertex.color;
+constexpr const char* OWN_COLOUR = R"(MOV result.color, vertex.color;
+END)";
+
+constexpr const char* ID = R"(ADD result.color, vertex.color, program.local[1];
 END)";
 
 // As OpenGL's own light, straight ahead.
@@ -43,12 +46,13 @@ END)";
 
 } // namespace
 
-std::unique_ptr<PointScale> PointScale::make(GLContext& context, bool haveNormals)
+std::unique_ptr<PointScale> PointScale::make(GLContext& context, Colour colour)
 {
     if (!isExtensionSupported("GL_ARB_vertex_program"))
         return nullptr;
     auto program = std::make_unique<GLShaderARB>(&context, GL_VERTEX_PROGRAM_ARB);
-    if (!program->compile(std::string(SIZE) + (haveNormals ? LIT_COLOUR : COLOUR)))
+    constexpr const char* COLOURS[] = {OWN_COLOUR, LIT_COLOUR, ID};
+    if (!program->compile(std::string(SIZE) + COLOURS[static_cast<std::size_t>(colour)]))
         return nullptr;
     return std::unique_ptr<PointScale>(new PointScale(std::move(program)));
 }

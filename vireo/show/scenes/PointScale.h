@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 
 #include "vireo/shaders/GLShaderARB.h"
@@ -11,13 +12,24 @@ namespace tavo {
 class PointScale
 {
 public:
-    // Null if the driver has no vertex programs. The headlight falls on points with normals.
-    static std::unique_ptr<PointScale> make(GLContext& context, bool haveNormals);
+    // What colours points: their own, under the headlight or not, or an id (see PickId).
+    enum class Colour
+    {
+        Own,
+        Lit,
+        Id
+    };
+
+    // Null if the driver has no vertex programs.
+    static std::unique_ptr<PointScale> make(GLContext& context, Colour colour);
 
     // From here on the radius of a point is its first texture coordinate times `scale`. GL's projection and viewport
     // are those of the picture.
     void begin(double scale);
     void end();
+
+    // What is added to ids.
+    void setChunk(std::array<float, 4> constant) { m_Program->setLocalParameter4fv(1, constant.data()); }
 
 private:
     explicit PointScale(std::unique_ptr<GLShaderARB> program);

@@ -507,7 +507,7 @@ void SceneItem::uploadRadii(GLContext& context)
     m_PointScale.reset();
     if (!(m_LargestRadius > 0))
         return;
-    m_PointScale = PointScale::make(context, m_NormalBuffer != nullptr);
+    m_PointScale = PointScale::make(context, m_NormalBuffer ? PointScale::Colour::Lit : PointScale::Colour::Own);
     std::vector<float> radii;
     for (std::size_t i = 0; i < m_Radii->size() && m_Radii->size() > 1; ++i) {
         const double radius = m_Radii->numbers[i];
@@ -676,7 +676,13 @@ void SceneItem::drawIds(GLContext& context, PickTarget& target, std::size_t numb
         return;
     glLoadMatrixd(modelView.numbers.data());
     setSizes(1);
-    target.draw(number, *m_PositionBuffer, m_IndexBuffer.get(), modeOf(m_Drawn.primitive));
+    glFrontFace(isMirrored(modelView) ? GL_CCW : GL_CW); // pictures stand on their heads
+    glCullFace(GL_BACK);
+    if (m_Drawn.primitive == PrimitiveKind::Triangles && !m_AreBackFacesSeen)
+        glEnable(GL_CULL_FACE);
+    const PointRadii radii{m_LargestRadius, m_RadiusBuffer.get(), length(modelView.turned({1, 0, 0}))};
+    target.draw(number, *m_PositionBuffer, m_IndexBuffer.get(), modeOf(m_Drawn.primitive), radii);
+    glDisable(GL_CULL_FACE);
 }
 
 double SceneItem::size() const
@@ -684,6 +690,12 @@ double SceneItem::size() const
     constexpr double SIZES[] = {POINT_SIZE, LINE_WIDTH, EDGE_WIDTH};
     const double usual = SIZES[static_cast<std::size_t>(m_Drawn.primitive)];
     return m_Size && std::isfinite(*m_Size) && *m_Size > 0 ? std::min(*m_Size, LARGEST_SIZE) : usual;
+}
+
+double SceneItem::largestSize() const
+{
+    constexpr double LARGEST = 255; // that drivers usually draw
+    return m_LargestRadius > 0 ? LARGEST : size();
 }
 
 void SceneItem::setSizes(double scale) const

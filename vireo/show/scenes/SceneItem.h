@@ -82,6 +82,9 @@ public:
     // In pixels, of points and lines.
     double size() const;
 
+    // The same at most, where points are as large as they are in the scene.
+    double largestSize() const;
+
     // What was sent; null if nothing has been.
     const ItemShape* shape() const { return m_Shape ? &*m_Shape : nullptr; }
     const NumberTuples* normals() const { return m_Normals ? &*m_Normals : nullptr; }

@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "tavo/base/text/printable.h"
+#include "vireo/show/scenes/Triangulator.h"
 
 namespace tavo {
 
@@ -151,18 +152,20 @@ private:
         return static_cast<std::size_t>(m_Shape.faces.numbers[face.first + corner]);
     }
 
+    // As it is drawn: polygons may be concave.
     void tryFace(const Face& face)
     {
-        for (std::size_t i = 2; i < face.numCorners; ++i) {
-            const std::size_t vertices[] = {vertexOf(face, 0), vertexOf(face, i - 1), vertexOf(face, i)};
-            std::array<Vector3d, 3> corners;
-            for (std::size_t corner = 0; corner < 3; ++corner)
-                corners[corner] = vectorAt(m_Shape.points, vertices[corner]);
-            if (m_Search.tries({m_Matrix * corners[0], m_Matrix * corners[1], m_Matrix * corners[2]})) {
-                const Vector3d& weights = m_Search.weights();
-                take(face, weights[0] * corners[0] + weights[1] * corners[1] + weights[2] * corners[2]);
-            }
+        std::vector<Vector3d> corners;
+        std::vector<Vector3d> shifted; // to small numbers, of which areas are computed
+        for (std::size_t corner = 0; corner < face.numCorners; ++corner) {
+            corners.push_back(vectorAt(m_Shape.points, vertexOf(face, corner)));
+            shifted.push_back(corners.back() - corners.front());
         }
+        for (const auto& [a, b, c] : m_Triangulator.triangulate(shifted))
+            if (m_Search.tries({m_Matrix * corners[a], m_Matrix * corners[b], m_Matrix * corners[c]})) {
+                const Vector3d& weights = m_Search.weights();
+                take(face, weights[0] * corners[a] + weights[1] * corners[b] + weights[2] * corners[c]);
+            }
     }
 
     void take(const Face& face, const Vector3d& local)
@@ -181,6 +184,7 @@ private:
     const ItemShape& m_Shape;
     const Matrix4& m_Matrix;
     TriangleSearch m_Search;
+    Triangulator m_Triangulator;
     Hit m_Hit;
 };
 

@@ -27,7 +27,7 @@ int marginOf(const std::vector<SceneModel::Placed>& items)
 {
     double largest = 0;
     for (const SceneModel::Placed& placed : items)
-        largest = std::max(largest, placed.item->size());
+        largest = std::max(largest, placed.item->largestSize());
     return static_cast<int>(std::ceil(0.5 * std::min(largest, MOST_SIZE)));
 }
 

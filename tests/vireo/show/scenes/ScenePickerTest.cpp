@@ -354,6 +354,90 @@ TEST_F(ScenePickerTest, WhatBelongsToFacesIsThatOfTheFace)
     EXPECT_EQ(wall.colour, RGBA8(10, 20, 30, 255));
 }
 
+TEST_F(ScenePickerTest, ConcavePolygonsTellFaceAndNearestVertex)
+{
+    m_Camera.look(SceneCamera::Side::Top);
+    // Beside a triangle, two arms, between which a third polygon lies deeper.
+    const std::vector<Vector3d> vertices{{0, 0, 0}, {4, 0, 0}, {4, 1, 0}, {1, 1, 0}, {1, 4, 0}, {0, 4, 0}, {5, 0, 0},
+        {6, 0, 0}, {5, 4, 0}, {0, 0, -1}, {4, 0, -1}, {4, 4, -1}, {0, 4, -1}};
+    const std::vector<std::vector<int>> polygons{{6, 7, 8}, {2, 3, 4, 5, 0, 1}, {9, 10, 11, 12}};
+    ItemUpdate update = item(ItemKind::Mesh, vertices, {}, polygons);
+    update.fields = {{"area", {Numbers({2, 7, 16}), 1}, false}};
+    update.colours = NumberTuples{Colours({1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0}), 3};
+    for (const bool isSmooth : {false, true}) {
+        update.isSmooth = isSmooth;
+        send("polygons", update);
+        lookAtAll();
+        EXPECT_EQ(pick({3.8, 0.3, 0}).element, 1U);
+        EXPECT_EQ(pick({3.8, 0.3, 0}).index, 1U);
+        EXPECT_EQ(pick({0.3, 3.8, 0}).element, 1U);
+        EXPECT_EQ(pick({0.3, 3.8, 0}).index, 5U);
+        EXPECT_EQ(pick({3, 3, -1}).element, 2U) << "between the arms";
+        EXPECT_EQ(pick({5.2, 0.3, 0}).element, 0U);
+        EXPECT_EQ(pick({5.2, 0.3, 0}).fields[0].value, 2) << "numbers of faces are those of the face";
+        EXPECT_EQ(pick({3, 3, -1}).colour, RGBA8(0, 0, 255, 255));
+    }
+}
+
+TEST_F(ScenePickerTest, NumbersOfLinesAreThoseOfTheLine)
+{
+    m_Camera.look(SceneCamera::Side::Top);
+    ItemUpdate lines = item(ItemKind::Segments, {0, 0, 0, 10, 0, 0, 10, 5, 0, 0, 5, 0});
+    lines.fields = {{"length", {Numbers({10, 11}), 1}, false}, {"id", {Numbers({5, 6, 7, 8}), 1}, false}};
+    send("lines", lines);
+    lookAtAll();
+    const Picked picked = pick({2, 5, 0});
+    ASSERT_EQ(picked.fields.size(), 2U);
+    EXPECT_EQ(picked.fields[0].value, 11);
+    EXPECT_EQ(picked.fields[1].value, 8);
+}
+
+// More than a chunk has, one large and the others small.
+TEST_F(ScenePickerTest, PointsAreAsLargeAsTheirRadius)
+{
+    m_Camera.look(SceneCamera::Side::Top);
+    std::vector<Vector3d> points(70'000, Vector3d(0, 0, 0));
+    points.back() = {10, 0, 0};
+    std::vector<float> radii(points.size(), 0.01F);
+    radii.back() = 2;
+    ItemUpdate cloud = item(ItemKind::Cloud, points);
+    cloud.radii = NumberTuples{Numbers(radii), 1};
+    send("each", cloud);
+    lookAtAll();
+    EXPECT_EQ(pick({11.8, 1.8, 0}).index, points.size() - 1);
+    EXPECT_EQ(pick({8.2, -1.8, 0}).index, points.size() - 1);
+    EXPECT_EQ(pick({1, 1, 0}).path, "");
+    EXPECT_EQ(pick({0, 0, 0}).index, points.size() - 2);
+    cloud = item(ItemKind::Cloud, {0, 0, 0, 10, 0, 0});
+    cloud.radii = NumberTuples{Numbers({2.0}), 1};
+    send("each", cloud);
+    lookAtAll();
+    EXPECT_EQ(pick({1.7, 1.7, 0}).element, 0U);
+    EXPECT_EQ(pick({8.3, 1.7, 0}).element, 1U);
+}
+
+TEST_F(ScenePickerTest, OfSurfacesThatAreSeenFromTheFrontOnlyTheBackIsNotFound)
+{
+    m_Camera.look(SceneCamera::Side::Top);
+    ItemUpdate surface = item(ItemKind::Mesh, {0, 0, 0, 2, 0, 0, 0, 2, 0}, {}, {0, 1, 2});
+    surface.areBackFacesSeen = false;
+    send("surface", surface);
+    lookAtAll();
+    EXPECT_EQ(pick({0.5, 0.5, 0}).path, "surface");
+    Matrix4 mirrored;
+    mirrored.at(0, 0) = -1;
+    transform("surface", mirrored);
+    lookAtAll();
+    EXPECT_EQ(pick({-0.5, 0.5, 0}).path, "surface") << "its front is seen still";
+    transform("surface", {});
+    m_Camera.look(SceneCamera::Side::Bottom);
+    lookAtAll();
+    EXPECT_EQ(pick({0.5, 0.5, 0}).path, "");
+    surface.areBackFacesSeen = true;
+    send("surface", surface);
+    EXPECT_EQ(pick({0.5, 0.5, 0}).path, "surface");
+}
+
 TEST_F(ScenePickerTest, LinesTellTheirNumberAndTheNearerPoint)
 {
     m_Camera.look(SceneCamera::Side::Top);
