@@ -7,8 +7,7 @@
 
 namespace vireo_view {
 
-// Collects the faces of a geometry, which have all three corners or all four. Where a file has both, quadrangles are
-// cut into two triangles. Polygons with more corners are cut into triangles from their first one.
+// Collects the faces of a geometry.
 class FaceCollector
 {
 public:
@@ -27,10 +26,9 @@ public:
     void finish(GeometryFile& file, Geometry& geometry);
 
 private:
-    void splitQuadrangles();
-
     std::vector<std::uint32_t> m_Corners;
-    unsigned int m_NumCorners = 0; // of each face; 0 before the first
+    unsigned int m_NumCorners = 0;       // of the first face
+    std::vector<std::uint32_t> m_Counts; // of each face, once they differ
     std::uint64_t m_NumBad = 0;
 };
 

@@ -29,14 +29,15 @@ struct Geometry
         NumberColumn values; // one for each point
     };
 
-    NumberColumn positions;            // x, y and z of each point
-    std::vector<std::uint32_t> faces;  // numbers of their points; empty: a cloud
-    unsigned int numCorners = 3;       // of each face, or 4
-    NumberColumn normals;              // x, y and z for each point, or nothing
-    NumberColumn colours;              // bytes for each point, or nothing
-    unsigned int numChannels = 3;      // of each colour, or 4
-    std::optional<tavo::RGBA8> colour; // of all
-    NumberColumn labels;               // a category for each point, or nothing
+    NumberColumn positions;                  // x, y and z of each point
+    std::vector<std::uint32_t> faces;        // numbers of their points; empty: a cloud
+    unsigned int numCorners = 3;             // of each face; 0 if they differ
+    std::vector<std::uint32_t> cornerCounts; // of each face, if they differ
+    NumberColumn normals;                    // x, y and z for each point, or nothing
+    NumberColumn colours;                    // bytes for each point, or nothing
+    unsigned int numChannels = 3;            // of each colour, or 4
+    std::optional<tavo::RGBA8> colour;       // of all
+    NumberColumn labels;                     // a category for each point, or nothing
     std::vector<Scalar> scalars;
     std::vector<Placement> placements{{}};
 

@@ -1,7 +1,5 @@
 #include "apps/vireo-view/showScene.h"
 
-#include <array>
-#include <cstring>
 #include <utility>
 
 #include "vireo/show/show.h"
@@ -17,14 +15,13 @@ Sent taken(NumberColumn& column)
     return std::visit([](auto& values) { return Sent(std::move(values)); }, column);
 }
 
-tavo::Faces facesOf(const Geometry& geometry)
+tavo::Faces facesOf(Geometry& geometry)
 {
     if (geometry.numCorners == 3)
-        return {geometry.faces};
-    std::vector<std::array<std::uint32_t, 4>> quadrangles(geometry.faces.size() / 4);
-    if (!quadrangles.empty())
-        std::memcpy(quadrangles.data(), geometry.faces.data(), quadrangles.size() * sizeof quadrangles.front());
-    return {std::move(quadrangles)};
+        return {std::move(geometry.faces)};
+    if (geometry.numCorners != 0)
+        geometry.cornerCounts.assign(geometry.faces.size() / geometry.numCorners, geometry.numCorners);
+    return {tavo::Numbers(std::move(geometry.faces)), tavo::Numbers(std::move(geometry.cornerCounts))};
 }
 
 // All that is sent of a geometry, which its places share.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <set>
 
 #include "tests/fuzz/Fuzzing.h"
@@ -60,7 +61,12 @@ void check(const Geometry& geometry)
         require(sizeOf(scalar.values) == numPoints, "every point has its numbers");
         require(!scalar.name.empty() && names.insert(scalar.name).second, "numbers have a name of their own");
     }
-    require(geometry.faces.size() % geometry.numCorners == 0, "faces have all their corners");
+    const std::vector<std::uint32_t>& counts = geometry.cornerCounts;
+    if (geometry.numCorners == 0)
+        require(std::accumulate(counts.begin(), counts.end(), std::size_t(0)) == geometry.faces.size(),
+            "faces have all their corners");
+    else
+        require(geometry.faces.size() % geometry.numCorners == 0, "faces have all their corners");
     require(std::all_of(geometry.faces.begin(), geometry.faces.end(),
                 [numPoints](std::uint32_t corner) { return corner < numPoints; }),
         "faces have corners that are there");

@@ -395,8 +395,15 @@ TEST_F(GeometryReaderTest, ReadsTrianglesQuadranglesAndPolygons)
     EXPECT_EQ(quadrangles.numCorners, 4u);
     EXPECT_THAT(quadrangles.faces, ElementsAre(0, 1, 2, 3, 3, 2, 1, 0));
     const Geometry all = readOne("a.ply", plyWithFaces("4 0 1 2 3\n5 0 1 2 4 3\n3 3 2 4\n", 3));
-    EXPECT_EQ(all.numCorners, 3u);
-    EXPECT_THAT(all.faces, ElementsAre(0, 1, 2, 0, 2, 3, 0, 1, 2, 0, 2, 4, 0, 4, 3, 3, 2, 4));
+    EXPECT_EQ(all.numCorners, 0u);
+    EXPECT_THAT(all.cornerCounts, ElementsAre(4, 5, 3));
+    EXPECT_THAT(all.faces, ElementsAre(0, 1, 2, 3, 0, 1, 2, 4, 3, 3, 2, 4));
+    const Geometry pentagons = readOne("a.ply", plyWithFaces("5 0 1 2 4 3\n", 1));
+    EXPECT_EQ(pentagons.numCorners, 5u);
+    const GeometryFile some = readAll("a.off", "OFF\n4 4 0\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n"
+                                               "4 0 1 2 3\n3 0 1 7\n3 0 1 2\n4 9 1 2 3\n");
+    EXPECT_THAT(some.geometries.at(0).cornerCounts, ElementsAre(4, 3));
+    EXPECT_THAT(some.geometries[0].faces, ElementsAre(0, 1, 2, 3, 0, 1, 2));
 }
 
 TEST_F(GeometryReaderTest, ReadsFacesBeforeTheirPoints)

@@ -54,6 +54,20 @@ TEST_F(ShowSceneTest, ShowsFacesInTheirColoursWithYUpwards)
     EXPECT_EQ(numPixels(picture.copy(0, 0, 140, 200), 1), 0) << "x goes to the right";
 }
 
+TEST_F(ShowSceneTest, ShowsConcavePolygonsAsTheyAre)
+{
+    // An L, which cuts from its first corner would leave, and a triangle beside it.
+    const std::string red = " 255 0 0\n";
+    std::string file = "COFF\n9 2 0\n";
+    for (const char* const point : {"2 0 0", "2 1 0", "1 1 0", "1 2 0", "0 2 0", "0 0 0", "3 0 0", "4 0 0", "4 2 0"})
+        file += point + red;
+    file += "6 3 4 5 0 1 2\n3 6 7 8\n";
+    showScene(load("a.off", file), "a.off");
+    const QImage picture = pictureOf("a.off");
+    EXPECT_GT(numPixels(picture, 0), 5000);
+    EXPECT_EQ(numPixels(picture.copy(118, 0, 27, 85), 0), 0);
+}
+
 TEST_F(ShowSceneTest, ShowsPointsByTheNumbersThatTheyHave)
 {
     std::string points = "x y z up\n";
