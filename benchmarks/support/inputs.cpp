@@ -11,8 +11,8 @@
 
 #include "apps/vireo-view/ExampleData.h"
 #include "apps/vireo-view/FileFormat.h"
+#include "apps/vireo-view/GeometryReader.h"
 #include "apps/vireo-view/NiftiReader.h"
-#include "apps/vireo-view/PointFileReader.h"
 #include "apps/vireo-view/SceneFitting.h"
 
 namespace vireo_bench {
@@ -94,7 +94,13 @@ std::unique_ptr<tavo::PointSet> pointSetOf(const Points& points)
 
 Points scannedPoints()
 {
-    return vireo_view::fitPoints(vireo_view::readPointFile(exampleFile(BUILDING), vireo_view::FileFormat::PLY, goOn));
+    const vireo_view::GeometryFile file =
+        vireo_view::readGeometry(exampleFile(BUILDING), vireo_view::FileFormat::PLY, goOn);
+    const vireo_view::Geometry& building = file.geometries.front();
+    vireo_view::Points3 points(building.getNumPoints());
+    for (std::size_t i = 0; i < points.size(); ++i)
+        points[i] = building.getPoint(i);
+    return vireo_view::fitPoints(points);
 }
 
 tavo::RGBAImage makeImage(unsigned int side)
