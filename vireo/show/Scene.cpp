@@ -290,6 +290,12 @@ Scene Scene::orthographic(bool isOrthographic, const Statement&) const
     return *this;
 }
 
+Scene Scene::bearings(bool areShown, const Statement&) const
+{
+    change(m_Slot, [=](SceneUpdate& scene) { scene.hasBearings = areShown; });
+    return *this;
+}
+
 Scene Scene::onPick(std::function<void(const Picked&)> callback, const Statement& statement) const
 {
     return onPick(std::move(callback), nullptr, statement);

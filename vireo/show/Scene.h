@@ -180,6 +180,10 @@ public:
     /// Shows what is farther away as large as what is near, until the user chooses.
     Scene orthographic(bool isOrthographic = true, const Statement& statement = Statement()) const;
 
+    /// Shows a box about everything, with numbers along its edges, until the user chooses. They are shown unless
+    /// something else is said.
+    Scene bearings(bool areShown = true, const Statement& statement = Statement()) const;
+
     /// Has a function called with what a person clicks in the scene; clicks on nothing are not told. The last function
     /// that was given counts, and an empty one takes it away.
     ///

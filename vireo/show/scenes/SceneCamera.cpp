@@ -80,29 +80,32 @@ Vector3d SceneCamera::inEyeDirections(const Vector3d& direction) const
 
 // The four planes that bound the view are moved until they touch the box. Two that face each other meet in a line at
 // the eye, or in an orthographic view have its distance between them.
-void SceneCamera::fit(const SceneBox& box, const Size& size)
+void SceneCamera::fit(const SceneBox& box, const Size& size, const Margins& margins)
 {
     if (box.isEmpty())
         return;
-    const double slopes[] = {HALF_VIEW / MARGIN * size.width / size.height, HALF_VIEW / MARGIN};
-    double offset[2]; // of the eye, to the right and up
+    const double perPixel = HALF_VIEW / MARGIN / (0.5 * size.height);
+    const double slopes[2][2] = {
+        {perPixel * (0.5 * size.width - margins.right), perPixel * (0.5 * size.width - margins.left)},
+        {perPixel * (0.5 * size.height - margins.top), perPixel * (0.5 * size.height - margins.bottom)}};
+    double reach[2][2] = {}; // of the box, to both sides
     m_Distance = 0;
     for (std::size_t i = 0; i < 2; ++i) {
-        double one = 0;
-        double other = 0;
         for (const Vector3d& corner : box.corners()) {
             const Vector3d place = inEyeDirections(corner - box.centre());
-            const double nearer = m_IsOrthographic ? 0 : slopes[i] * place[2];
-            one = std::max(one, nearer + place[i]);
-            other = std::max(other, nearer - place[i]);
+            const double nearer = m_IsOrthographic ? 0 : place[2];
+            reach[i][0] = std::max(reach[i][0], slopes[i][0] * nearer + place[i]);
+            reach[i][1] = std::max(reach[i][1], slopes[i][1] * nearer - place[i]);
         }
-        offset[i] = 0.5 * (one - other);
-        m_Distance = std::max(m_Distance, 0.5 * (one + other) / slopes[i]);
+        m_Distance = std::max(m_Distance, (reach[i][0] + reach[i][1]) / (slopes[i][0] + slopes[i][1]));
     }
-    m_Pivot = box.centre() + offset[0] * toTheRight() + offset[1] * upwards();
     // What is seen of a single point is anything; of a line from its end, the line must be in front of the eye.
-    const double least = box.diagonal() > 0 ? box.diagonal() : std::max(1.0, length(m_Pivot) * 1e-6);
+    const double least = box.diagonal() > 0 ? box.diagonal() : std::max(1.0, length(box.centre()) * 1e-6);
     m_Distance = std::max(m_Distance, 0.6 * least);
+    double offset[2]; // of the eye, to the right and up
+    for (std::size_t i = 0; i < 2; ++i)
+        offset[i] = 0.5 * (reach[i][0] - reach[i][1] + m_Distance * (slopes[i][1] - slopes[i][0]));
+    m_Pivot = box.centre() + offset[0] * toTheRight() + offset[1] * upwards();
 }
 
 void SceneCamera::turn(double azimuth, double elevation, const Vector3d& about)

@@ -57,8 +57,18 @@ public:
     double getDistance() const { return m_Distance; }
     Vector3d eye() const { return m_Pivot + m_Distance * towardsEye(); }
 
-    // Backs off, in the direction from which it looks, until the whole box is seen.
-    void fit(const SceneBox& box, const Size& size);
+    // What is left free at the edges of the picture, in pixels; less than half of it at each.
+    struct Margins
+    {
+        double left = 0;
+        double top = 0;
+        double right = 0;
+        double bottom = 0;
+    };
+
+    // Backs off, in the direction from which it looks, until the whole box is seen between the margins.
+    void fit(const SceneBox& box, const Size& size, const Margins& margins);
+    void fit(const SceneBox& box, const Size& size) { fit(box, size, {}); }
 
     // Turns by degrees about a point, which stays where it is in the picture.
     void turn(double azimuth, double elevation, const Vector3d& about);

@@ -101,6 +101,26 @@ bool SceneContext::beginPicture(const QSize& size)
     return true;
 }
 
+std::unique_ptr<GLRenderTargetFBO> SceneContext::makeTarget(const QSize& size)
+{
+    auto target = std::make_unique<GLRenderTargetFBO>(m_GL.get());
+    const auto width = static_cast<unsigned int>(roundedUp(size.width()));
+    const auto height = static_cast<unsigned int>(roundedUp(size.height()));
+    return target->create(width, height) ? std::move(target) : nullptr;
+}
+
+void SceneContext::copyFrom(GLRenderTargetFBO& target, const QSize& size)
+{
+    target.activate();
+    for (GLTexture* const texture : {m_Target->getColourTexture(), m_Target->getDepthTexture()}) {
+        texture->bind(0);
+        glCopyTexSubImage2D(GL_TEXTURE_RECTANGLE_ARB, 0, 0, 0, 0, 0, size.width(), size.height());
+        texture->unbind(0);
+    }
+    target.deactivate();
+    glViewport(0, 0, size.width(), size.height());
+}
+
 void SceneContext::light(const QSize& size, const EyeDomeLighting::View& view, double pixelRatio)
 {
     const bool isAsLarge = m_Lit->getWidth() == m_Target->getWidth() && m_Lit->getHeight() == m_Target->getHeight();

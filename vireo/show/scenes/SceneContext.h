@@ -51,6 +51,12 @@ public:
     // Directs drawing to a target with colours and depths, at least that large. False if the driver has none.
     bool beginPicture(const QSize& size);
 
+    // A target beside that of pictures, at least that large; null if the driver has none.
+    std::unique_ptr<GLRenderTargetFBO> makeTarget(const QSize& size);
+
+    // Takes over the colours and the depths of such a target, while a picture is drawn.
+    void copyFrom(GLRenderTargetFBO& target, const QSize& size);
+
     // Shades what was drawn so far by its depths, where the driver can. Drawing goes on.
     void light(const QSize& size, const EyeDomeLighting::View& view, double pixelRatio);
 

@@ -148,18 +148,15 @@ void SceneGestures::centre(const QPoint& pixel)
 
 bool SceneGestures::pressKey(const QKeyEvent& event)
 {
-    SceneCamera& camera = m_View.getCamera();
     const bool isOpposite = event.modifiers() & Qt::ControlModifier;
     const auto look = [&](SceneCamera::Side side, SceneCamera::Side opposite) {
-        camera.look(isOpposite ? opposite : side);
-        if (!m_View.isChosen())
-            m_View.showAll();
-        m_View.showChoice();
+        m_View.lookFrom(isOpposite ? opposite : side);
         return true;
     };
     switch (event.key()) {
     case Qt::Key_Escape: return m_View.clearPins();
     case Qt::Key_Home: m_View.showAll(); return true;
+    case Qt::Key_B: m_View.switchBearings(); return true;
     case Qt::Key_P: m_View.switchPanel(); return true;
     case Qt::Key_Plus: m_View.changeSizes(1); return true;
     case Qt::Key_Minus: m_View.changeSizes(-1); return true;

@@ -19,9 +19,9 @@ class SceneView;
 //
 // The left button turns the scene about the middle of the picture; the right and the middle button, or Shift with the
 // left one, move it. The wheel zooms to what is under the pointer. A double click brings what it hits to the middle,
-// or, on nothing, shows all, as Home does. o switches between the two projections; 1, 3 and 7 look from the front, the
-// right and the top, and with Ctrl from the opposite sides. Alt with the wheel, + and - change the size of points; p
-// shows and hides the panel, and Tab colours the selected item by its next field.
+// or, on nothing, shows all, as Home does. o switches between the two projections, b shows and hides the bearings; 1, 3
+// and 7 look from the front, the right and the top, and with Ctrl from the opposite sides. Alt with the wheel, + and -
+// change the size of points; p shows and hides the panel, and Tab colours the selected item by its next field.
 //
 // Where the pointer rests, and where it clicks, the view says what is there; Esc takes away what was clicked.
 class SceneGestures : public QObject

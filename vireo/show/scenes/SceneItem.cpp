@@ -79,6 +79,17 @@ std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> makeBuffer(
     return buffer;
 }
 
+void drawPoints(const PointRanges& ranges)
+{
+    const auto number = static_cast<GLsizei>(ranges.firsts.size());
+    if (glMultiDrawArrays && number > 1) {
+        glMultiDrawArrays(GL_POINTS, ranges.firsts.data(), ranges.counts.data(), number);
+        return;
+    }
+    for (std::size_t i = 0; i < ranges.firsts.size(); ++i)
+        glDrawArrays(GL_POINTS, ranges.firsts[i], ranges.counts[i]);
+}
+
 GLenum modeOf(PrimitiveKind primitive)
 {
     constexpr GLenum MODES[] = {GL_POINTS, GL_LINES, GL_TRIANGLES};
@@ -202,8 +213,12 @@ void SceneItem::addRadii()
     if (!(m_LargestRadius > 0) || m_Drawn.box.isEmpty())
         return;
     const Vector3d radius(m_LargestRadius, m_LargestRadius, m_LargestRadius);
-    m_Drawn.box.extend(m_Drawn.box.getMin() - radius);
-    m_Drawn.box.extend(m_Drawn.box.getMax() + radius);
+    const auto widen = [&radius](SceneBox& box) {
+        box.extend(box.getMin() - radius);
+        box.extend(box.getMax() + radius);
+    };
+    widen(m_Drawn.box);
+    std::for_each(m_Drawn.chunks.begin(), m_Drawn.chunks.end(), widen);
 }
 
 void SceneItem::applyFields(ItemUpdate& update)
@@ -212,7 +227,7 @@ void SceneItem::applyFields(ItemUpdate& update)
         auto found = std::find_if(
             m_Fields.begin(), m_Fields.end(), [&field](const Field& older) { return older.name == field.name; });
         if (found == m_Fields.end())
-            found = m_Fields.insert(m_Fields.end(), {field.name, field.areLabels, {}, {}});
+            found = m_Fields.insert(m_Fields.end(), {field.name, field.areLabels, {}, {}, {}});
         found->areLabels = field.areLabels;
         found->waiting = field.values;
     }
@@ -280,8 +295,12 @@ bool SceneItem::settleColours()
         return [this, name](const NumberTuples& tuples) { return fitOf(tuples, name).has_value(); };
     };
     bool isNew = settle(m_Colours, m_WaitingColours, fitsAs(COLOURS));
-    for (Field& field : m_Fields)
-        isNew |= settle(field.values, field.waiting, fitsAs(field.name));
+    for (Field& field : m_Fields) {
+        if (!settle(field.values, field.waiting, fitsAs(field.name)))
+            continue;
+        field.range.reset();
+        isNew = true;
+    }
     return isNew;
 }
 
@@ -304,6 +323,16 @@ const SceneItem::Field* SceneItem::shownField() const
         if (field.values && m_Shown.value_or(field.name) == field.name)
             return &field;
     return nullptr;
+}
+
+std::optional<SceneItem::ShownScalars> SceneItem::shownScalars() const
+{
+    if (!m_Shape || areColoursShown())
+        return {};
+    const Field* const field = shownField();
+    if (!field || field->areLabels)
+        return {};
+    return ShownScalars{field->name, m_ColourMap, rangeOf(*field)};
 }
 
 bool SceneItem::isUnlitCloud() const
@@ -333,16 +362,23 @@ std::optional<SceneItem::Fit> SceneItem::fitOf(const NumberTuples& tuples, const
     return {};
 }
 
-std::size_t SceneItem::sourceOf(std::size_t vertex, bool isOfPart) const
+template <typename Use>
+void SceneItem::forEachSource(bool areOfParts, Use use) const
 {
-    if (isOfPart)
-        return m_Drawn.parts[vertex / (m_Drawn.primitive == PrimitiveKind::Triangles ? 3 : 2)];
-    return m_Drawn.sources.empty() ? vertex : m_Drawn.sources[vertex];
+    if (!areOfParts)
+        return m_Drawn.forEachSource(m_NumVertices, use);
+    const std::size_t width = m_Drawn.primitive == PrimitiveKind::Triangles ? 3 : 2;
+    for (std::size_t vertex = 0; vertex < m_NumVertices; ++vertex)
+        use(m_Drawn.parts[vertex / width]);
 }
 
 std::pair<double, double> SceneItem::rangeOf(const Field& field) const
 {
-    return m_Range ? *m_Range : finiteRangeOf(field.values->numbers);
+    if (m_Range)
+        return *m_Range;
+    if (!field.range)
+        field.range = finiteRangeOf(field.values->numbers);
+    return *field.range;
 }
 
 std::string SceneItem::nameOfShown() const
@@ -509,10 +545,11 @@ void SceneItem::uploadRadii(GLContext& context)
         return;
     m_PointScale = PointScale::make(context, m_NormalBuffer ? PointScale::Colour::Lit : PointScale::Colour::Own);
     std::vector<float> radii;
-    for (std::size_t i = 0; i < m_Radii->size() && m_Radii->size() > 1; ++i) {
-        const double radius = m_Radii->numbers[i];
-        radii.push_back(radius > 0 ? static_cast<float>(std::min(radius, m_LargestRadius)) : 0);
-    }
+    if (m_Radii->size() > 1)
+        m_Drawn.forEachSource(m_NumVertices, [&](std::size_t source) {
+            const double radius = m_Radii->numbers[source];
+            radii.push_back(radius > 0 ? static_cast<float>(std::min(radius, m_LargestRadius)) : 0);
+        });
     m_RadiusBuffer = makeBuffer(context, "texcoord", radii, 1);
 }
 
@@ -553,8 +590,8 @@ std::vector<unsigned char> SceneItem::coloursOf(const Field& field) const
     std::vector<unsigned char> colours;
     colours.reserve(4 * m_NumVertices);
     field.values->numbers.visit([&, from = from](const auto* numbers, std::size_t) {
-        for (std::size_t i = 0; i < m_NumVertices; ++i) {
-            const auto value = static_cast<double>(numbers[sourceOf(i, areOfParts)]);
+        forEachSource(areOfParts, [&](std::size_t source) {
+            const auto value = static_cast<double>(numbers[source]);
             RGBA8 colour = ColourMap::colourOfNaN();
             if (field.areLabels && std::abs(value) < LARGEST_LABEL)
                 colour = colourOfLabel(static_cast<std::int64_t>(value));
@@ -562,7 +599,7 @@ std::vector<unsigned char> SceneItem::coloursOf(const Field& field) const
                 colour =
                     map.sample(half != 0 ? (value / 2 - from / 2) / half : 0.5 * ((value >= from) + (value > from)));
             colours.insert(colours.end(), {colour[0], colour[1], colour[2], byteOf(m_Opacity)});
-        }
+        });
     });
     return colours;
 }
@@ -573,13 +610,13 @@ std::vector<unsigned char> SceneItem::coloursAsSent() const
     std::vector<unsigned char> colours;
     colours.reserve(4 * m_NumVertices);
     m_Colours->numbers.visit([&, areOfParts = areOfParts, width = width]<typename T>(const T* numbers, std::size_t) {
-        for (std::size_t i = 0; i < m_NumVertices; ++i) {
-            const T* const colour = numbers + width * sourceOf(i, areOfParts);
+        forEachSource(areOfParts, [&](std::size_t source) {
+            const T* const colour = numbers + width * source;
             for (std::size_t component = 0; component < 3; ++component)
                 colours.push_back(byteOf(colour[component]));
             const unsigned char alpha = width == 4 ? byteOf(colour[3]) : 255;
             colours.push_back(byteOf(m_Opacity * alpha / 255));
-        }
+        });
     });
     return colours;
 }
@@ -608,32 +645,41 @@ std::optional<RGBA8> SceneItem::colourSent(std::size_t source, std::size_t part)
     return colour;
 }
 
-void SceneItem::draw(GLContext& context, const Matrix4& modelView, bool isGroundDark, double scale)
+bool SceneItem::prepare(GLContext& context)
 {
+    const bool hasChanged = !m_IsUploaded || !m_AreColoursUploaded;
     if (!m_IsUploaded)
         upload(context);
     if (!m_AreColoursUploaded)
         uploadColours(context);
+    if (m_Shape && kind() == ItemKind::Mesh && m_AreEdgesSeen && !m_AreEdgesUploaded)
+        uploadEdges(context);
+    return hasChanged;
+}
+
+std::size_t SceneItem::draw(const Matrix4& modelView, bool isGroundDark, double scale, const PointShare& share)
+{
     if (!m_PositionBuffer || (m_Drawn.isIndexed && !m_IndexBuffer))
-        return;
+        return 0;
     glLoadMatrixd(modelView.numbers.data());
     const RGBA8 one = colour(colourOfCurve(m_PaletteNumber, isGroundDark));
     glColor4ubv(one.data());
-    setSizes(scale);
+    setSizes(scale * share.enlargement);
+    glLineWidth(static_cast<float>(scale * size()));
     m_NormalBuffer ? glEnable(GL_LIGHTING) : glDisable(GL_LIGHTING);
     if (m_PointScale) {
         glTexCoord1d(m_LargestRadius);
         m_PointScale->begin(length(modelView.turned({1, 0, 0})));
     }
     const double edgeWidth = scale * size();
-    m_Drawn.primitive == PrimitiveKind::Triangles ? drawFaces(modelView, edgeWidth) : drawVertices();
+    const double pointSize = scale * share.enlargement * size();
+    const PointRanges ranges = m_Drawn.order ? rangesInView(modelView, share, pointSize) : PointRanges();
+    m_Drawn.primitive == PrimitiveKind::Triangles ? drawFaces(modelView, edgeWidth) : drawVertices(ranges);
     if (m_PointScale)
         m_PointScale->end();
-    if (kind() != ItemKind::Mesh || !m_AreEdgesSeen)
-        return;
-    if (!m_AreEdgesUploaded)
-        uploadEdges(context);
-    drawEdges(one, edgeWidth);
+    if (kind() == ItemKind::Mesh && m_AreEdgesSeen)
+        drawEdges(one, edgeWidth);
+    return ranges.numPoints();
 }
 
 // With edges, a little behind them. Of what is mirrored, the front stays the front, and is lit as such.
@@ -704,7 +750,17 @@ void SceneItem::setSizes(double scale) const
     glLineWidth(static_cast<float>(scale * size()));
 }
 
-void SceneItem::drawVertices()
+std::size_t SceneItem::numPointsOf(const PointShare& share, const Matrix4& modelView) const
+{
+    return m_Drawn.order ? rangesInView(modelView, share, size()).numPoints() : 0;
+}
+
+PointRanges SceneItem::rangesInView(const Matrix4& modelView, const PointShare& share, double pointSize) const
+{
+    return rangesOf(*m_Drawn.order, m_Drawn.chunks, share, share.clipSpaceOf(modelView, pointSize));
+}
+
+void SceneItem::drawVertices(const PointRanges& ranges)
 {
     for (const auto* buffer : {&m_PositionBuffer, &m_NormalBuffer, &m_ColourBuffer, &m_RadiusBuffer})
         if (*buffer)
@@ -713,6 +769,8 @@ void SceneItem::drawVertices()
         m_IndexBuffer->bind();
         m_IndexBuffer->drawElements(modeOf(m_Drawn.primitive), 0, 0);
         m_IndexBuffer->unbind();
+    } else if (m_Drawn.order) {
+        drawPoints(ranges);
     } else {
         m_PositionBuffer->drawArrays(modeOf(m_Drawn.primitive), 0, 0);
     }

@@ -14,6 +14,7 @@
 #include "vireo/show/scenes/ItemState.h"
 #include "vireo/show/scenes/PickTarget.h"
 #include "vireo/show/scenes/PointScale.h"
+#include "vireo/show/scenes/PointShare.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/drawnItem.h"
@@ -67,14 +68,33 @@ public:
     // Whether it is a cloud on which no light falls.
     bool isUnlitCloud() const;
 
+    // The numbers that its colours show.
+    struct ShownScalars
+    {
+        std::string field;
+        std::string colourMap;
+        std::pair<double, double> range; // which have the first and the last colour
+    };
+    std::optional<ShownScalars> shownScalars() const;
+
     // What is saved of it: its shape and what fits it; nothing if it has no shape.
     std::optional<ItemData> data() const;
 
     // The text that it is, and where it is.
     const std::string* text() const;
 
-    // Draws it at a scale of pixels. The context must be current; GL's projection is that of the camera.
-    void draw(GLContext& context, const Matrix4& modelView, bool isGroundDark, double scale);
+    // Writes what has changed into the buffers, and says whether anything had. The context must be current.
+    bool prepare(GLContext& context);
+
+    // Draws it at a scale of pixels, of clouds the share; it must have been prepared. GL's projection is that of the
+    // camera. Returns how many points of a cloud were drawn.
+    std::size_t draw(const Matrix4& modelView, bool isGroundDark, double scale, const PointShare& share);
+
+    // How many points of a cloud the share has.
+    std::size_t numPointsOf(const PointShare& share, const Matrix4& modelView) const;
+
+    // The point, vertex, arrow or box as sent, counted from 0, that a vertex as drawn is of.
+    std::size_t sourceOf(std::size_t vertex) const { return m_Drawn.sourceOf(vertex); }
 
     // Draws ids instead of colours into the target, under a number.
     void drawIds(GLContext& context, PickTarget& target, std::size_t number, const Matrix4& modelView);
@@ -91,12 +111,6 @@ public:
     std::vector<SceneField> fields() const;
     std::optional<RGBA8> colourSent(std::size_t source, std::size_t part) const;
 
-    // The point, vertex, arrow or box as sent, counted from 0, that a vertex as drawn is of.
-    std::size_t sourceOf(std::size_t vertex) const
-    {
-        return m_Drawn.sources.empty() ? vertex : m_Drawn.sources[vertex];
-    }
-
     const Vector3d& origin() const { return m_Drawn.origin; }
 
 private:
@@ -106,6 +120,7 @@ private:
         bool areLabels = false;
         std::optional<NumberTuples> values; // as many as there are points or parts
         std::optional<NumberTuples> waiting;
+        mutable std::optional<std::pair<double, double>> range; // of the values, if it is known
     };
 
     // What numbers belong to, and how many to each.
@@ -116,7 +131,8 @@ private:
     };
 
     // Which of them has a vertex that is drawn.
-    std::size_t sourceOf(std::size_t vertex, bool isOfPart) const;
+    template <typename Use>
+    void forEachSource(bool areOfParts, Use use) const;
 
     // What was sent of how it is to look.
     struct Style
@@ -158,7 +174,8 @@ private:
     std::vector<unsigned char> coloursAsSent() const;
     std::vector<unsigned char> coloursOf(const Field& field) const;
     void setSizes(double scale) const;
-    void drawVertices();
+    PointRanges rangesInView(const Matrix4& modelView, const PointShare& share, double pointSize) const;
+    void drawVertices(const PointRanges& ranges = {});
     void drawFaces(const Matrix4& modelView, double edgeWidth);
     void uploadEdges(GLContext& context);
     void drawEdges(const RGBA8& colour, double width);

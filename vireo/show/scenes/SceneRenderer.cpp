@@ -2,16 +2,21 @@
 
 #include <QPainter>
 #include <algorithm>
+#include <cmath>
 
 #include "tavo/base/text/printable.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/show/scenes/Stopwatch.h"
 #include "vireo/show/scenes/pictureProjection.h"
+#include "vireo/show/scenes/sceneOverlays.h"
 
 namespace tavo {
 
 namespace {
 
 constexpr double TEXT_OFFSET = 5; // in pixels, beside its position
+
+constexpr std::size_t FEWEST_MEASURED = 20000; // points: the time of fewer is not worth waiting for
 
 SceneCamera::Size sizeOf(const QSize& pixels)
 {
@@ -51,11 +56,22 @@ void clear(const QColor& ground)
     glClearColor(
         static_cast<float>(ground.redF()), static_cast<float>(ground.greenF()), static_cast<float>(ground.blueF()), 1);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+}
+
+void setDrawing()
+{
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE); // the picture is opaque
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+}
+
+// Few are larger, for those that they stand for.
+double enlargementOf(std::size_t numPhases)
+{
+    constexpr double MOST = 3;
+    return std::min(std::sqrt(double(PointOrder::PHASES) / double(numPhases)), MOST);
 }
 
 bool isLitByDepths(const SceneItem& item)
@@ -66,13 +82,20 @@ bool isLitByDepths(const SceneItem& item)
 } // namespace
 
 // Null if it cannot be drawn.
-QImage SceneRenderer::draw(const SceneCamera& camera, const QSize& pixels, const SceneLook& look)
+QImage SceneRenderer::draw(const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases)
 {
+    return draw(camera, pixels, look, numPhases, false);
+}
+
+QImage SceneRenderer::draw(
+    const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases, bool isRefined)
+{
+    m_IsRefined = isRefined;
     QImage picture;
     if (m_Context) {
         const SceneContext::Scope scope(*m_Context);
         if (scope.isCurrent() && m_Context->beginPicture(pixels)) {
-            drawItems(camera, pixels, look);
+            drawItems(camera, pixels, look, numPhases);
             picture = m_Context->readPicture(pixels);
             m_Context->endPicture();
         }
@@ -82,12 +105,15 @@ QImage SceneRenderer::draw(const SceneCamera& camera, const QSize& pixels, const
     return picture;
 }
 
-void SceneRenderer::drawItems(const SceneCamera& camera, const QSize& pixels, const SceneLook& look)
+void SceneRenderer::drawItems(
+    const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases)
 {
-    clear(look.ground);
-    setProjection(camera, m_Model.box(), sizeOf(pixels));
-    setHeadlight();
-    drawClouds(camera, pixels, look);
+    m_PointTime = {};
+    for (const Placed& placed : m_Model.visibleItems())
+        m_PointTime.isTypical = !placed.item->prepare(m_Context->getGL()) && m_PointTime.isTypical;
+    begin(camera, pixels, look);
+    const PointShare share = shareOf(camera, pixels, numPhases);
+    drawClouds(camera, pixels, look, share);
     std::vector<Placed> items = m_Model.visibleItems();
     std::erase_if(items, [](const Placed& placed) { return isLitByDepths(*placed.item); });
     const auto depth = [&camera](const Placed& placed) {
@@ -100,32 +126,166 @@ void SceneRenderer::drawItems(const SceneCamera& camera, const QSize& pixels, co
         return depth(a) < depth(b);
     });
     for (const Placed& placed : items)
-        drawItem(placed, camera, look);
+        drawItem(placed, camera, look, share);
 }
 
-void SceneRenderer::drawItem(const Placed& placed, const SceneCamera& camera, const SceneLook& look)
+// The ground, with the far edges of the box, and what everything is drawn with.
+void SceneRenderer::begin(const SceneCamera& camera, const QSize& pixels, const SceneLook& look)
+{
+    clear(look.ground);
+    setDrawing();
+    drawBoxBehind(camera, pixels, look);
+    setProjection(camera, m_Model.box(), sizeOf(pixels));
+    setHeadlight();
+}
+
+// The points in view.
+PointShare SceneRenderer::shareOf(const SceneCamera& camera, const QSize& pixels, std::size_t numPhases)
+{
+    PointShare share;
+    share.endPhase = numPhases;
+    share.enlargement = enlargementOf(numPhases);
+    share.projection = camera.projection(m_Model.box(), sizeOf(pixels));
+    share.width = pixels.width();
+    share.height = pixels.height();
+    return share;
+}
+
+std::size_t SceneRenderer::numPointsInView(const SceneCamera& camera, const QSize& pixels)
+{
+    const PointShare all = shareOf(camera, pixels, PointOrder::PHASES);
+    std::size_t number = 0;
+    for (const Placed& placed : m_Model.visibleItems())
+        number += placed.item->numPointsOf(all, camera.modelView(placed.matrix, placed.item->origin()));
+    return number;
+}
+
+// Behind everything: no depths are written.
+void SceneRenderer::drawBoxBehind(const SceneCamera& camera, const QSize& pixels, const SceneLook& look)
+{
+    const SceneBox box = m_Model.box();
+    if (!look.hasBearings || box.isEmpty())
+        return;
+    constexpr float OPACITY = 0.3F;
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glOrtho(0, pixels.width(), 0, pixels.height(), -1, 1);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    for (const GLenum capability : {GL_DEPTH_TEST, GL_LIGHTING})
+        glDisable(capability);
+    glLineWidth(static_cast<float>(look.scale));
+    glColor4f(static_cast<float>(look.ink.redF()), static_cast<float>(look.ink.greenF()),
+        static_cast<float>(look.ink.blueF()), OPACITY);
+    glBegin(GL_LINES);
+    for (const QLineF& edge : edgesBehind(Box3d(box.getMin(), box.getMax()), toPicture(camera, sizeOf(pixels)))) {
+        glVertex2d(edge.x1(), edge.y1());
+        glVertex2d(edge.x2(), edge.y2());
+    }
+    glEnd();
+    glEnable(GL_DEPTH_TEST);
+}
+
+void SceneRenderer::drawItem(
+    const Placed& placed, const SceneCamera& camera, const SceneLook& look, const PointShare& share)
 {
     glDepthMask(placed.item->isOpaque() ? GL_TRUE : GL_FALSE);
-    placed.item->draw(
-        m_Context->getGL(), camera.modelView(placed.matrix, placed.item->origin()), look.isGroundDark(), look.scale);
+    const Stopwatch watch;
+    const std::size_t numPoints = placed.item->draw(
+        camera.modelView(placed.matrix, placed.item->origin()), look.isGroundDark(), look.scale, share);
     glDepthMask(GL_TRUE);
+    if (numPoints < FEWEST_MEASURED)
+        return;
+    glFinish();
+    m_PointTime.numPoints += numPoints;
+    m_PointTime.seconds += watch.seconds();
 }
 
 // First the clouds that are lit by their own depths, alone.
-void SceneRenderer::drawClouds(const SceneCamera& camera, const QSize& pixels, const SceneLook& look)
+void SceneRenderer::drawClouds(
+    const SceneCamera& camera, const QSize& pixels, const SceneLook& look, const PointShare& share)
 {
-    bool areAny = false;
-    for (const Placed& placed : m_Model.visibleItems()) {
-        if (!isLitByDepths(*placed.item))
-            continue;
-        drawItem(placed, camera, look);
-        areAny = true;
-    }
-    if (!areAny)
+    const std::vector<Placed> items = m_Model.visibleItems();
+    if (std::none_of(items.begin(), items.end(), [](const Placed& placed) { return isLitByDepths(*placed.item); }))
         return;
+    m_IsRefined ? drawRefinedClouds(share) : drawUnlitClouds(camera, look, share);
     const SceneCamera::Depths depths = camera.depthsOf(m_Model.box());
     m_Context->light(
         pixels, {camera.isOrthographic(), depths.nearest, depths.farthest, camera.heightSeen()}, look.scale);
+}
+
+void SceneRenderer::drawUnlitClouds(const SceneCamera& camera, const SceneLook& look, const PointShare& share)
+{
+    for (const Placed& placed : m_Model.visibleItems())
+        if (isLitByDepths(*placed.item))
+            drawItem(placed, camera, look, share);
+}
+
+// The few that stand for those that are still missing are a little farther away, and get smaller as there are more.
+void SceneRenderer::drawRefinedClouds(PointShare behind)
+{
+    constexpr double FARTHER = 2e-5;
+    m_Context->copyFrom(*m_Refinement.target, m_Refinement.pixels);
+    if (m_Refinement.isWhole())
+        return;
+    behind.enlargement = enlargementOf(std::max(behind.endPhase, m_Refinement.numPhases));
+    glDepthRange(FARTHER, 1);
+    drawUnlitClouds(m_Refinement.camera, m_Refinement.look, behind);
+    glDepthRange(0, 1);
+}
+
+SceneRenderer::~SceneRenderer()
+{
+    if (!m_Refinement.target)
+        return;
+    const SceneContext::Scope scope(*m_Context);
+    m_Refinement.target.reset();
+}
+
+void SceneRenderer::beginRefinement(const SceneCamera& camera, const QSize& pixels, const SceneLook& look)
+{
+    if (!m_Context)
+        return;
+    const SceneContext::Scope scope(*m_Context);
+    std::unique_ptr<GLRenderTargetFBO> target = std::move(m_Refinement.target);
+    if (!target || target->getWidth() < static_cast<unsigned int>(pixels.width()) ||
+        target->getHeight() < static_cast<unsigned int>(pixels.height()))
+        target = m_Context->makeTarget(pixels);
+    m_Refinement = {camera, pixels, look, std::move(target), 0};
+}
+
+bool SceneRenderer::refine(double seconds, const PointBudget& budget)
+{
+    const Stopwatch watch;
+    Refinement& refined = m_Refinement;
+    if (!refined.target || refined.isWhole())
+        return true;
+    const SceneContext::Scope scope(*m_Context);
+    refined.target->activate();
+    glViewport(0, 0, refined.pixels.width(), refined.pixels.height());
+    if (refined.numPhases == 0)
+        begin(refined.camera, refined.pixels, refined.look);
+    setDrawing();
+    setProjection(refined.camera, m_Model.box(), sizeOf(refined.pixels));
+    setHeadlight();
+    const std::size_t numPoints = numPointsInView(refined.camera, refined.pixels);
+    do {
+        PointShare share = shareOf(refined.camera, refined.pixels, PointOrder::PHASES);
+        share.firstPhase = refined.numPhases;
+        refined.numPhases = share.endPhase =
+            std::min(PointOrder::PHASES, refined.numPhases + budget.phasesIn(seconds - watch.seconds(), numPoints));
+        drawUnlitClouds(refined.camera, refined.look, share);
+        glFinish();
+    } while (!refined.isWhole() && watch.seconds() < 0.5 * seconds);
+    refined.target->deactivate();
+    return refined.isWhole();
+}
+
+QImage SceneRenderer::drawRefined(std::size_t numPhasesBehind)
+{
+    const bool isRefined = m_Refinement.target != nullptr;
+    const std::size_t numPhases = isRefined && !m_Refinement.isWhole() ? numPhasesBehind : PointOrder::PHASES;
+    return draw(m_Refinement.camera, m_Refinement.pixels, m_Refinement.look, numPhases, isRefined);
 }
 
 void SceneRenderer::drawTexts(QImage& picture, const SceneCamera& camera, const SceneLook& look)

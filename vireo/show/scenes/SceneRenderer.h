@@ -5,6 +5,7 @@
 #include <QImage>
 #include <memory>
 
+#include "vireo/show/scenes/PointBudget.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneContext.h"
 #include "vireo/show/scenes/SceneModel.h"
@@ -18,6 +19,7 @@ struct SceneLook
     QColor ink; // of texts and lines
     QFont font;
     double scale = 1; // pixels of the picture for each of the widget's
+    bool hasBearings = true;
 
     bool isGroundDark() const { return ground.lightness() < 128; }
 };
@@ -31,20 +33,64 @@ public:
         : m_Context(std::move(context))
         , m_Model(model)
     {}
+    ~SceneRenderer();
+    SceneRenderer(const SceneRenderer&) = delete;
+    SceneRenderer& operator=(const SceneRenderer&) = delete;
 
-    // Null if it cannot be drawn.
-    QImage draw(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
+    // With so many phases of the points of clouds. Null if it cannot be drawn.
+    QImage draw(const SceneCamera& camera, const QSize& pixels, const SceneLook& look,
+        std::size_t numPhases = PointOrder::PHASES);
+
+    // What the points of the last picture took.
+    struct PointTime
+    {
+        std::size_t numPoints = 0;
+        double seconds = 0;
+        bool isTypical = true; // nothing was written into buffers for it
+    };
+    const PointTime& getPointTime() const { return m_PointTime; }
+
+    // A picture of all points, when they take longer than anybody waits: refine() draws some of them, beside any other
+    // picture, and returns whether those were the last. drawRefined() makes the picture of what there is, with so many
+    // phases, larger, behind it until all are there. What was begun holds until something else is to be drawn.
+    void beginRefinement(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
+    bool refine(double seconds, const PointBudget& budget);
+    QImage drawRefined(std::size_t numPhasesBehind);
+
+    std::size_t numPointsInView(const SceneCamera& camera, const QSize& pixels);
 
 private:
     using Placed = SceneModel::Placed;
 
-    void drawItems(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
-    void drawClouds(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
-    void drawItem(const Placed& placed, const SceneCamera& camera, const SceneLook& look);
+    // What refine() has drawn.
+    struct Refinement
+    {
+        SceneCamera camera;
+        QSize pixels;
+        SceneLook look;
+        std::unique_ptr<GLRenderTargetFBO> target; // null if the driver has none
+        std::size_t numPhases = 0;
+
+        bool isWhole() const { return numPhases == PointOrder::PHASES; }
+    };
+
+    void drawBoxBehind(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
+    QImage draw(
+        const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases, bool isRefined);
+    void drawRefinedClouds(PointShare behind);
+    void begin(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
+    void drawUnlitClouds(const SceneCamera& camera, const SceneLook& look, const PointShare& share);
+    void drawItems(const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases);
+    PointShare shareOf(const SceneCamera& camera, const QSize& pixels, std::size_t numPhases);
+    void drawClouds(const SceneCamera& camera, const QSize& pixels, const SceneLook& look, const PointShare& share);
+    void drawItem(const Placed& placed, const SceneCamera& camera, const SceneLook& look, const PointShare& share);
     void drawTexts(QImage& picture, const SceneCamera& camera, const SceneLook& look);
 
     std::shared_ptr<SceneContext> m_Context;
     SceneModel& m_Model;
+    PointTime m_PointTime;
+    Refinement m_Refinement;
+    bool m_IsRefined = false; // the picture that is drawn
 };
 
 } // namespace tavo

@@ -91,6 +91,7 @@ void SceneUpdate::merge(ViewUpdate& newer)
         transforms[path] = matrix;
     replace(side, newerScene.side);
     replace(isOrthographic, newerScene.isOrthographic);
+    replace(hasBearings, newerScene.hasBearings);
     replace(pickReceiver, newerScene.pickReceiver);
 }
 

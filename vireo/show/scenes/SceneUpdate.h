@@ -119,6 +119,7 @@ public:
     std::map<std::string, Matrix4> transforms;
     std::optional<std::string> side; // from which it is seen
     std::optional<bool> isOrthographic;
+    std::optional<bool> hasBearings;
     std::optional<std::shared_ptr<const PickReceiver>> pickReceiver; // of null: nobody any more
 };
 

@@ -1,12 +1,14 @@
 #include "vireo/show/scenes/SceneView.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
 
 #include "tavo/base/debug/displayException.h"
+#include "vireo/show/scenes/OrientationMark.h"
 #include "vireo/show/scenes/SceneGestures.h"
 #include "vireo/show/scenes/ScenePanel.h"
 #include "vireo/show/scenes/sceneData.h"
@@ -21,6 +23,14 @@ using windowMemory::Thing;
 constexpr int LARGE_VIEW = 900;     // in pixels, from which on the panel is there unless a person has hidden it
 constexpr double LARGEST_SIZE = 64; // in pixels, that keys make of points
 constexpr int LONGEST_WAIT = 1000;  // in milliseconds, of colours for their points
+
+constexpr int UNTIL_REST = 200; // in milliseconds, from when the view moved last
+
+constexpr double SLICE = 0.010;     // in seconds, that events wait while points are drawn
+constexpr double UNTIL_SHOWN = 0.2; // in seconds, from one picture with more points to the next
+
+// In larger pictures everything is larger, so that they show what a picture of this size shows.
+constexpr QSizeF LARGEST(1600, 1200);
 
 bool isWithin(const SceneBox& inner, const SceneBox& outer)
 {
@@ -41,7 +51,12 @@ SceneView::SceneView(const std::string& name)
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(40, 30);
+    m_RestTimer.setSingleShot(true);
+    m_RestTimer.setInterval(UNTIL_REST);
+    connect(&m_RestTimer, &QTimer::timeout, this, [this] { rest(); });
+    connect(&m_RefinementTimer, &QTimer::timeout, this, [this] { runGuarded([this] { refine(); }); });
     m_Gestures = std::make_unique<SceneGestures>(*this);
+    m_Mark = std::make_unique<OrientationMark>(*this);
     m_Panel->hide();
     connect(m_Panel, &ScenePanel::widthWanted, this, [this] {
         settlePanel();
@@ -67,10 +82,12 @@ void SceneView::apply(ViewUpdate& update)
     m_Gestures->sceneChanged();
     if (scene.isOrthographic && !m_IsOrthographyChosen)
         m_Camera.setOrthographic(*scene.isOrthographic);
+    if (scene.hasBearings && !m_AreBearingsChosen)
+        m_HasBearings = *scene.hasBearings;
     if (scene.side && !m_IsChosen)
         m_Camera.look(*SceneCamera::sideOf(*scene.side));
     if (!m_IsChosen)
-        scene.side || scene.isOrthographic ? fit() : fitToNews();
+        scene.side || scene.isOrthographic || scene.hasBearings ? fit() : fitToNews();
     changed();
 }
 
@@ -79,18 +96,21 @@ void SceneView::fitToNews()
 {
     const SceneBox news = m_Model.box();
     if (!isWithin(news, m_FittedBox) || news.diagonal() < 0.5 * m_FittedBox.diagonal())
-        fit();
+        m_FittedBox = news;
 }
 
 void SceneView::fit()
 {
     m_FittedBox = m_Model.box();
-    m_Camera.fit(m_FittedBox, viewSize());
+    m_Camera = cameraFor(sceneSize());
 }
 
 void SceneView::changed()
 {
+    if (!m_IsChosen)
+        m_Camera = cameraFor(sceneSize()); // numbers and bars may need other room
     m_Picture = {};
+    m_RefinementTimer.stop();
     m_Panel->noteChange();
     update();
 }
@@ -98,13 +118,69 @@ void SceneView::changed()
 void SceneView::showChoice()
 {
     m_IsChosen = true;
+    move();
     changed();
+}
+
+// Until it rests, only so many points are drawn as there is time for.
+void SceneView::move()
+{
+    m_PointMotion.move(m_Renderer.numPointsInView(m_Camera, sceneSize()), m_PointBudget);
+    m_RestTimer.start();
+}
+
+void SceneView::rest()
+{
+    const bool isWhole = m_PointMotion.numPhases() == PointOrder::PHASES;
+    m_PointMotion.rest(QGuiApplication::mouseButtons() == Qt::NoButton);
+    if (!isWhole)
+        beginRefinement();
+}
+
+void SceneView::beginRefinement()
+{
+    const double scale = devicePixelRatioF();
+    m_Renderer.beginRefinement(m_Camera, (QSizeF(sceneSize()) * scale).toSize(), look(scale));
+    m_SinceShown = {};
+    m_RefinementTimer.start();
+}
+
+// Draws more points, in between events, and now and then shows what there is.
+void SceneView::refine()
+{
+    const bool isWhole = m_Renderer.refine(SLICE, m_PointBudget);
+    if (isWhole)
+        m_RefinementTimer.stop();
+    else if (m_SinceShown.seconds() < UNTIL_SHOWN)
+        return;
+    const std::size_t numInView = m_Renderer.numPointsInView(m_Camera, sceneSize());
+    m_Picture = m_Renderer.drawRefined(m_PointBudget.phasesOf(numInView));
+    m_Picture.setDevicePixelRatio(devicePixelRatioF());
+    m_SinceShown = {};
+    update();
 }
 
 void SceneView::showAll()
 {
     m_IsChosen = false;
     fit();
+    changed();
+}
+
+void SceneView::lookFrom(SceneCamera::Side side)
+{
+    m_Camera.look(side);
+    if (!m_IsChosen)
+        showAll();
+    showChoice();
+}
+
+void SceneView::switchBearings()
+{
+    m_AreBearingsChosen = true;
+    m_HasBearings = !m_HasBearings;
+    if (!m_IsChosen)
+        fit();
     changed();
 }
 
@@ -202,36 +278,56 @@ SceneCamera::Size SceneView::viewSize() const
 
 SceneLook SceneView::look(double scale) const
 {
-    return {palette().color(QPalette::Base), palette().color(QPalette::Text), font(), scale};
+    return {palette().color(QPalette::Base), palette().color(QPalette::Text), font(), scale, m_HasBearings};
 }
 
-SceneCamera SceneView::cameraFor(const SceneCamera::Size& size) const
+OverlayRoom SceneView::room(const QSizeF& size) const
+{
+    return {size, QFontMetricsF(font()), m_HasBearings};
+}
+
+std::vector<SceneOverlays::ColourBar> SceneView::colourBars()
+{
+    return colourBarsOf(m_Model, m_Panel->selected().value_or(""));
+}
+
+SceneCamera SceneView::cameraFor(const QSizeF& size)
 {
     SceneCamera camera = m_Camera;
     if (!m_IsChosen)
-        camera.fit(m_FittedBox, size);
+        fitWithOverlays(camera, room(size), m_FittedBox, colourBars());
     return camera;
 }
 
 QImage SceneView::picture(QSize size)
 {
-    QImage picture = draw(size, 1);
-    if (!picture.isNull()) {
-        QPainter painter(&picture);
-        painter.setFont(font());
-        m_Marks.paintPins(painter, cameraFor({double(size.width()), double(size.height())}), size, look(1));
-    }
+    const double scale = std::max({1.0, size.width() / LARGEST.width(), size.height() / LARGEST.height()});
+    const QSizeF points = QSizeF(size) / scale;
+    const SceneCamera camera = cameraFor(points);
+    QImage picture = m_Renderer.draw(camera, size, look(scale));
+    if (picture.isNull())
+        return picture;
+    QPainter painter(&picture);
+    painter.scale(scale, scale);
+    paintOverlays(painter, room(points), camera);
+    m_Marks.paintPins(painter, camera, points.toSize(), look(1));
     return picture;
+}
+
+void SceneView::paintOverlays(
+    QPainter& painter, const OverlayRoom& room, const SceneCamera& camera, std::optional<SceneCamera::Side> lit)
+{
+    const SceneLook look = this->look(1);
+    painter.setFont(look.font);
+    const SceneOverlays overlays = placeOverlays(room, camera, m_Model.box(), colourBars());
+    drawOverlays(painter, overlays, look.ink, look.ground);
+    if (overlays.mark)
+        OrientationMark::draw(painter, *overlays.mark, camera, look.ground, lit);
 }
 
 std::string SceneView::saveData(const QString& file)
 {
     return saveScene(file, m_Model.items());
-}
-
-QImage SceneView::draw(const QSize& pixels, double scale)
-{
-    return m_Renderer.draw(cameraFor({double(pixels.width()), double(pixels.height())}), pixels, look(scale));
 }
 
 std::optional<Vector3d> SceneView::hitAt(const QPointF& pixel)
@@ -293,8 +389,6 @@ void SceneView::settlePanel()
     const int panelWidth = m_Panel->widthIn(width());
     m_Panel->setGeometry(width() - panelWidth, 0, panelWidth, height());
     m_Panel->setVisible(isShown);
-    if (!m_IsChosen)
-        m_Camera.fit(m_FittedBox, viewSize());
     changed();
 }
 
@@ -328,6 +422,19 @@ void SceneView::resizeEvent(QResizeEvent* event)
     View::resizeEvent(event);
 }
 
+void SceneView::drawPicture()
+{
+    const double scale = devicePixelRatioF();
+    const QSize pixels = (QSizeF(sceneSize()) * scale).toSize();
+    const bool isMoving = m_PointMotion.isMoving();
+    const std::size_t numPhases =
+        isMoving ? m_PointMotion.numPhases() : m_PointBudget.phasesOf(m_Renderer.numPointsInView(m_Camera, pixels));
+    m_Picture = m_Renderer.draw(m_Camera, pixels, look(scale), numPhases);
+    m_Picture.setDevicePixelRatio(scale);
+    if (!isMoving && numPhases < PointOrder::PHASES)
+        beginRefinement();
+}
+
 // Tab is for the fields of items, where there are any.
 bool SceneView::focusNextPrevChild(bool next)
 {
@@ -336,19 +443,22 @@ bool SceneView::focusNextPrevChild(bool next)
 
 void SceneView::paintEvent(QPaintEvent*)
 {
-    const double scale = devicePixelRatioF();
-    if (m_Picture.isNull()) {
-        runGuarded([&] { m_Picture = draw((QSizeF(sceneSize()) * scale).toSize(), scale); });
-        m_Picture.setDevicePixelRatio(scale);
-    }
+    const Stopwatch watch;
+    const bool isNew = m_Picture.isNull();
+    if (isNew)
+        runGuarded([this] { drawPicture(); });
     QPainter painter(this);
     if (m_Picture.isNull()) {
         painter.fillRect(rect(), palette().color(QPalette::Base));
         painter.drawText(rect(), Qt::AlignCenter, tr("There is no OpenGL here that can draw this."));
-    } else {
-        painter.drawImage(QPoint(0, 0), m_Picture);
-        m_Marks.paint(painter, m_Camera, sceneSize(), look(1));
+        return;
     }
+    painter.drawImage(QPoint(0, 0), m_Picture);
+    runGuarded([&] { paintOverlays(painter, room(sceneSize()), m_Camera, m_Mark->hovered()); });
+    m_Marks.paint(painter, m_Camera, sceneSize(), look(1));
+    const SceneRenderer::PointTime time = m_Renderer.getPointTime();
+    if (isNew && time.isTypical)
+        m_PointBudget.measure(time.numPoints, time.seconds, watch.seconds() - time.seconds);
 }
 
 } // namespace tavo

@@ -1,20 +1,25 @@
 #pragma once
 
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "vireo/show/scenes/PickReceiver.h"
+#include "vireo/show/scenes/PointBudget.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneMarks.h"
 #include "vireo/show/scenes/SceneModel.h"
 #include "vireo/show/scenes/ScenePicker.h"
 #include "vireo/show/scenes/SceneRenderer.h"
+#include "vireo/show/scenes/Stopwatch.h"
+#include "vireo/show/scenes/sceneOverlays.h"
 #include "vireo/show/window/View.h"
 
 namespace tavo {
 
+class OrientationMark;
 class SceneGestures;
 class ScenePanel;
 
@@ -38,10 +43,22 @@ public:
     // Shows all that is there, now and as it changes.
     void showAll();
 
+    // Looks from a side, for a person.
+    void lookFrom(SceneCamera::Side side);
+
     // Between perspective and orthographic, for a person.
     void switchProjection();
 
+    // Shows the bearings, or hides them, for a person.
+    void switchBearings();
+
     bool isChosen() const { return m_IsChosen; }
+
+    // What the points of frames take, and so how many are drawn while the view moves.
+    PointBudget& getPointBudget() { return m_PointBudget; }
+
+    // Whether points are still to be drawn: it moves, or has just come to rest.
+    bool isBusy() const { return m_RestTimer.isActive() || m_RefinementTimer.isActive(); }
 
     const SceneModel& getModel() const { return m_Model; }
 
@@ -84,6 +101,9 @@ public:
 
     SceneCamera::Size viewSize() const;
 
+    // Where the orientation mark is, if there is room for it.
+    std::optional<QRectF> markRoom() const { return room(sceneSize()).mark(); }
+
 protected:
     void changeEvent(QEvent* event) override;
     bool focusNextPrevChild(bool next) override;
@@ -100,8 +120,16 @@ private:
     void fit();
     void changed();
     SceneLook look(double scale) const;
-    QImage draw(const QSize& pixels, double scale);
-    SceneCamera cameraFor(const SceneCamera::Size& size) const;
+    void move();
+    void rest();
+    void beginRefinement();
+    void refine();
+    void drawPicture();
+    void paintOverlays(QPainter& painter, const OverlayRoom& room, const SceneCamera& camera,
+        std::optional<SceneCamera::Side> lit = {});
+    std::vector<SceneOverlays::ColourBar> colourBars();
+    OverlayRoom room(const QSizeF& size) const;
+    SceneCamera cameraFor(const QSizeF& size);
 
     std::shared_ptr<SceneContext> m_Context; // outlives the items
     SceneModel m_Model;
@@ -113,11 +141,19 @@ private:
     SceneBox m_FittedBox;
     bool m_IsChosen = false; // the camera, by a person
     bool m_IsOrthographyChosen = false;
+    bool m_HasBearings = true;
+    bool m_AreBearingsChosen = false;
     bool m_HasPinned = false; // by the last click
+    PointBudget m_PointBudget;
+    PointMotion m_PointMotion;
+    QTimer m_RestTimer;
+    QTimer m_RefinementTimer; // goes while points are still to be drawn
+    Stopwatch m_SinceShown;   // the last picture of a refinement
     QImage m_Picture;         // null if it has to be drawn
     std::unique_ptr<SceneGestures> m_Gestures;
-    ScenePanel* m_Panel;                 // a child of the widget
-    std::optional<bool> m_IsPanelWanted; // by a person
+    std::unique_ptr<OrientationMark> m_Mark; // sees events before the gestures do
+    ScenePanel* m_Panel;                     // a child of the widget
+    std::optional<bool> m_IsPanelWanted;     // by a person
     bool m_WasShown = false;
 };
 

@@ -13,8 +13,9 @@ namespace tavo {
 namespace {
 
 constexpr double TICK_LENGTH = 5;
-constexpr double GAP = 3;      // between a tick and its label
-constexpr double SHORTEST = 2; // in heights of the font: a shorter edge has no numbers
+constexpr double GAP = 3;        // between a tick and its label
+constexpr double SHORTEST = 2;   // in heights of the font: a shorter edge has no numbers
+constexpr double LONGEST = 5000; // in pixels: a longer edge has no more numbers
 constexpr unsigned int NUM_CORNERS = 8;
 
 // A box in the picture. The bits of a corner's number say for each axis whether it lies at the greater end.
@@ -143,8 +144,9 @@ QRectF boxBeside(const QPointF& place, const QPointF& direction, double distance
 // A slanting edge has as many ticks as its width or its height has room for.
 AxisTicks ticksAlong(const QLineF& edge, double from, double to, const QFontMetricsF& font)
 {
-    AxisTicks across = ticksOfAxis(from, to, std::abs(edge.dx()), Qt::Horizontal, font);
-    AxisTicks up = ticksOfAxis(from, to, std::abs(edge.dy()), Qt::Vertical, font);
+    const auto room = [](double pixels) { return std::min(std::abs(pixels), LONGEST); };
+    AxisTicks across = ticksOfAxis(from, to, room(edge.dx()), Qt::Horizontal, font);
+    AxisTicks up = ticksOfAxis(from, to, room(edge.dy()), Qt::Vertical, font);
     return across.places.size() > up.places.size() ? across : up;
 }
 
@@ -241,6 +243,18 @@ std::vector<Bearing> bearingsOf(
         bearings.push_back(std::move(bearing));
     }
     return bearings;
+}
+
+std::vector<QLineF> edgesBehind(const Box3d& box, const ToPicture& toPicture)
+{
+    const BoxInPicture inPicture(box, toPicture);
+    std::vector<QLineF> edges;
+    for (unsigned int axis = 0; axis < 3 && inPicture.isSeen(); ++axis)
+        for (unsigned int from = 0; from < NUM_CORNERS; ++from)
+            if (!(from >> axis & 1) &&
+                !(inPicture.isFacing(from, (axis + 1) % 3) && inPicture.isFacing(from, (axis + 2) % 3)))
+                edges.push_back(inPicture.edge(from, axis));
+    return edges;
 }
 
 void drawBearings(QPainter& painter, const std::vector<Bearing>& bearings)

@@ -42,6 +42,9 @@ struct Bearing
 std::vector<Bearing> bearingsOf(const Box3d& box, const ToPicture& toPicture, const QFontMetricsF& font,
     const std::array<QString, 3>& names = {"x", "y", "z"});
 
+// Of the edges of a box, those that are not in front of it: nine, where three faces are seen.
+std::vector<QLineF> edgesBehind(const Box3d& box, const ToPicture& toPicture);
+
 // Draws them with the pen and the font that are set.
 void drawBearings(QPainter& painter, const std::vector<Bearing>& bearings);
 

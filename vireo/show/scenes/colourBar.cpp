@@ -3,6 +3,7 @@
 #include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
+#include <algorithm>
 
 #include "vireo/show/plots/ticksOfAxis.h"
 
@@ -27,10 +28,10 @@ QImage columnOf(const ColourMap& map)
 ColourBarNumbers colourBarNumbers(
     const QRectF& bar, double from, double to, const QString& field, const QFontMetricsF& font)
 {
-    const AxisTicks ticks = ticksOfAxis(from, to, bar.height(), Qt::Vertical, font);
+    const AxisTicks ticks = ticksOfAxis(std::min(from, to), std::max(from, to), bar.height(), Qt::Vertical, font);
     ColourBarNumbers numbers;
     for (std::size_t i = 0; i < ticks.places.size(); ++i) {
-        const double place = from < to ? (ticks.places[i] - from) / (to - from) : 0.5;
+        const double place = from != to ? (ticks.places[i] - from) / (to - from) : 0.5;
         numbers.ticks.push_back({bar.bottom() - place * bar.height(), ticks.labels[static_cast<int>(i)]});
     }
     numbers.title = field;

@@ -71,16 +71,68 @@ void takeNormals(DrawnItem& item, const NumberTuples& normals)
         [&](std::size_t, const Vector3d& normal) { append(item.normals, isUsable(normal) ? normal : Vector3d()); });
 }
 
+// The box of the points that can be drawn, and which those are unless all are.
+void takeUsable(DrawnItem& item, const NumberTuples& points)
+{
+    bool areAllUsable = true;
+    forEachPoint(points, [&](std::size_t i, const Vector3d& point) {
+        const bool isLeft = isUsable(point);
+        if (isLeft)
+            item.box.extend(point);
+        if (!isLeft && areAllUsable)
+            for (std::size_t earlier = 0; earlier < i; ++earlier)
+                item.sources.push_back(static_cast<unsigned int>(earlier));
+        areAllUsable = areAllUsable && isLeft;
+        if (isLeft && !areAllUsable)
+            item.sources.push_back(static_cast<unsigned int>(i));
+    });
+    item.order.emplace(areAllUsable ? points.size() : item.sources.size());
+    item.origin = item.box.centre();
+}
+
+// Writes what `coordinate(source, axis)` gives, vertex by vertex.
+template <typename Coordinate>
+void write(std::vector<float>& vectors, const DrawnItem& item, Coordinate coordinate)
+{
+    vectors.resize(3 * item.order->numPoints());
+    float* next = vectors.data();
+    item.forEachSource(item.order->numPoints(), [&](std::size_t source) {
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            *next++ = coordinate(source, axis);
+    });
+}
+
+void addChunks(DrawnItem& item)
+{
+    for (std::size_t first = 0; first < item.numVertices(); first += PointOrder::CHUNK) {
+        SceneBox& box = item.chunks.emplace_back();
+        for (std::size_t i = first; i < std::min(first + PointOrder::CHUNK, item.numVertices()); ++i) {
+            const float* const position = item.positions.data() + 3 * i;
+            box.extend(Vector3d(position[0], position[1], position[2]));
+        }
+    }
+}
+
 DrawnItem cloud(const ItemShape& shape, const NumberTuples* normals)
 {
     DrawnItem item;
-    const std::vector<bool> unusable = takePoints(item, shape.points);
-    if (normals)
-        takeNormals(item, *normals);
-    item.isIndexed = !unusable.empty();
-    for (std::size_t i = 0; i < unusable.size(); ++i)
-        if (!unusable[i])
-            item.indices.push_back(static_cast<unsigned int>(i));
+    takeUsable(item, shape.points);
+    if (item.order->numPoints() == 0)
+        item.sources.clear();
+    shape.points.numbers.visit([&item](const auto* numbers, std::size_t) {
+        write(item.positions, item, [&](std::size_t source, std::size_t axis) {
+            return static_cast<float>(static_cast<double>(numbers[3 * source + axis]) - item.origin[axis]);
+        });
+    });
+    addChunks(item);
+    if (!normals)
+        return item;
+    normals->numbers.visit([&item](const auto* numbers, std::size_t) {
+        write(item.normals, item, [&](std::size_t source, std::size_t axis) {
+            const auto component = static_cast<double>(numbers[3 * source + axis]);
+            return std::abs(component) <= LARGEST ? static_cast<float>(component) : 0;
+        });
+    });
     return item;
 }
 

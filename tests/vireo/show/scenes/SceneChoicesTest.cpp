@@ -14,7 +14,8 @@ class SceneChoicesTest : public testing::Test
 protected:
     SceneChoicesTest()
     {
-        SceneUpdate front = seenFrom("front");
+        SceneUpdate front = seenFrom("front", false);
+        front.hasBearings = false;
         m_View.apply(front);
         sendBoth();
     }
@@ -116,7 +117,7 @@ TEST_F(SceneChoicesTest, EachFieldHasItsOwnMapAndRange)
     sendField("intensity", {0, 100, 200});
     ItemUpdate sent;
     sent.range = {5, 6};
-    sent.colourMap = "grey";
+    sent.colourMap.emplace("grey");
     send(m_View, "path", sent);
     ItemChoice choice;
     choice.fields["height"] = {"magma", std::pair(-1.0, 1.0), false};

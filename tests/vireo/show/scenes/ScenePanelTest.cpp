@@ -80,7 +80,8 @@ class ScenePanelTest : public testing::Test
 protected:
     ScenePanelTest()
     {
-        SceneUpdate front = seenFrom("front");
+        SceneUpdate front = seenFrom("front", false);
+        front.hasBearings = false;
         m_View.apply(front);
         m_View.resize(1000, 600);
         m_View.show();
@@ -529,11 +530,11 @@ TEST_F(ScenePanelTest, PicturesAreOfTheSceneAlone)
 
 TEST_F(ScenePanelTest, WhatIsHitIsWhereItIsSeen)
 {
+    clickBox({"car"});
     const SceneCamera::Pixel pixel = m_View.getCamera().project({-1, 0, 0}, m_View.viewSize());
     const std::optional<Vector3d> hit = m_View.hitAt({pixel.x, pixel.y});
     ASSERT_TRUE(hit);
     EXPECT_NEAR((*hit)[0], -1, 0.05);
-    clickBox({"car"});
     EXPECT_EQ(m_View.grab().toImage().pixelColor(QPointF(pixel.x, pixel.y).toPoint()), RED);
 }
 

@@ -161,7 +161,7 @@ TEST(SceneTest, TenMillionPointsAreSentAsTheyAre)
     std::vector<Vector3f> points(10000000);
     const void* const data = points.data();
     scene("scene").cloud("a", std::move(points));
-    const NumberTuples& sent = takeScene()->items["a"].shape->points;
+    const NumberTuples sent = takeScene()->items["a"].shape->points;
     EXPECT_EQ(sent.size(), 10000000U);
     EXPECT_EQ(sent.numbers.visit([](const auto* first, std::size_t) { return static_cast<const void*>(first); }), data);
 }
@@ -213,6 +213,16 @@ TEST(SceneTest, SaysWhatIsNoMatrixAndNoSide)
         "\"right\", \"top\" and \"bottom\"; what was shown stays\n"
         "warning: tavo: scene(\"scene\").frame(\"f\"): a number of the matrix is not finite; what was shown stays\n");
     EXPECT_THAT(takePaths(), IsEmpty());
+}
+
+TEST(SceneTest, TheNewestWordOnBearingsIsTaken)
+{
+    scene("scene").bearings().bearings(false);
+    EXPECT_EQ(takeScene()->hasBearings, std::optional(false));
+    scene("scene").view("top");
+    EXPECT_EQ(takeScene()->hasBearings, std::nullopt);
+    scene("scene").bearings();
+    EXPECT_EQ(takeScene()->hasBearings, std::optional(true));
 }
 
 TEST(SceneTest, FieldsAreReplacedByTheirNames)

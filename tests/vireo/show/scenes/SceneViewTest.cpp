@@ -38,6 +38,9 @@ protected:
         palette.setColor(QPalette::Text, Qt::black);
         m_View.setPalette(palette);
         m_View.resize(200, 100);
+        SceneUpdate plain;
+        plain.hasBearings = false;
+        m_View.apply(plain);
         look("front");
     }
 
