@@ -1,6 +1,7 @@
 #include "benchmarks/support/View.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <stdexcept>
 
 #include "tavo/platform/wgl.h"
@@ -30,7 +31,11 @@ View& View::inSize(int width, int height)
     makeCurrent();
     if (size() != QSize(width, height)) {
         resize(width, height);
-        QApplication::processEvents();
+        // What the window system said of the size before may still be on its way.
+        const QDeadlineTimer deadline(5000);
+        do
+            QApplication::processEvents();
+        while (size() != QSize(width, height) && !deadline.hasExpired());
         swapBuffers(); // only now does the driver learn of the new size
         makeCurrent();
     }

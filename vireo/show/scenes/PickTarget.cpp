@@ -90,7 +90,7 @@ bool PickTarget::begin(int side)
     m_NextChunk = 0;
     m_Drawn.clear();
     m_Target->activate();
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    m_State.emplace();
     glViewport(0, 0, side, side);
     switchOffColours();
     clear(side);
@@ -182,7 +182,7 @@ PickTarget::Pixels PickTarget::end()
     glPixelStorei(GL_PACK_ALIGNMENT, 4);
     glReadPixels(first, first, PICK_SIDE, PICK_SIDE, GL_RGBA, GL_UNSIGNED_BYTE, pixels.ids.data());
     glReadPixels(first, first, PICK_SIDE, PICK_SIDE, GL_DEPTH_COMPONENT, GL_FLOAT, pixels.depths.data());
-    glPopAttrib();
+    m_State.reset();
     m_Target->deactivate();
     if (!m_Program)
         pixels.ids.fill(RGBA8(0, 0, 0, 0));

@@ -3,8 +3,10 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "vireo/context/SavedState.h"
 #include "vireo/geometry/GLTemplatedIndexBuffer.h"
 #include "vireo/geometry/GLVertexBuffer.h"
 #include "vireo/offscreen/GLRenderTargetFBO.h"
@@ -79,6 +81,7 @@ private:
 
     GLContext& m_Context;
     std::unique_ptr<GLRenderTargetFBO> m_Target;
+    std::optional<SavedAttributes> m_State; // between begin() and end()
     std::unique_ptr<GLShaderARB> m_Program; // null if the driver has none
     std::unique_ptr<PointScale> m_Scale;    // null if the driver has none
     std::unique_ptr<GLVertexBuffer> m_Ids;  // of PickId::PLACES vertices, or as many as have indices

@@ -177,12 +177,14 @@ void SceneRenderer::drawBoxBehind(const SceneCamera& camera, const QSize& pixels
     glLineWidth(static_cast<float>(look.scale));
     glColor4f(static_cast<float>(look.ink.redF()), static_cast<float>(look.ink.greenF()),
         static_cast<float>(look.ink.blueF()), OPACITY);
-    glBegin(GL_LINES);
-    for (const QLineF& edge : edgesBehind(Box3d(box.getMin(), box.getMax()), toPicture(camera, sizeOf(pixels)))) {
-        glVertex2d(edge.x1(), edge.y1());
-        glVertex2d(edge.x2(), edge.y2());
+    const std::vector<QLineF> edges = edgesBehind(Box3d(box.getMin(), box.getMax()), toPicture(camera, sizeOf(pixels)));
+    {
+        const Primitive lines(GL_LINES);
+        for (const QLineF& edge : edges) {
+            glVertex2d(edge.x1(), edge.y1());
+            glVertex2d(edge.x2(), edge.y2());
+        }
     }
-    glEnd();
     glEnable(GL_DEPTH_TEST);
 }
 
