@@ -95,7 +95,7 @@ TEST_F(CurveStoreTest, KnowsWhatLogarithmicAxesCanShow)
     expect(toAndFro);
 
     update = {};
-    update.append({{9000}, {0.125}});
+    update.append({9000, 0.125});
     toAndFro.apply(update);
     EXPECT_EQ(toAndFro.smallestPositiveY(), 0.125);
 }
