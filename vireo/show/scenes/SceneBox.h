@@ -56,10 +56,10 @@ public:
     }
 
 private:
-    static constexpr double INFINITE = std::numeric_limits<double>::infinity();
+    static constexpr double UNBOUNDED = std::numeric_limits<double>::infinity();
 
-    Vector3d m_Min{INFINITE, INFINITE, INFINITE};
-    Vector3d m_Max{-INFINITE, -INFINITE, -INFINITE};
+    Vector3d m_Min{UNBOUNDED, UNBOUNDED, UNBOUNDED};
+    Vector3d m_Max{-UNBOUNDED, -UNBOUNDED, -UNBOUNDED};
 };
 
 } // namespace tavo

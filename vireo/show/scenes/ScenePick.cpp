@@ -15,7 +15,7 @@ namespace tavo {
 namespace {
 
 constexpr std::size_t LONGEST_NAME = 200;
-constexpr double INFINITE = std::numeric_limits<double>::infinity();
+constexpr double UNBOUNDED = std::numeric_limits<double>::infinity();
 
 Vector3d vectorAt(const NumberTuples& tuples, std::size_t i)
 {
@@ -108,8 +108,8 @@ private:
     }
 
     Ray m_Ray;
-    double m_Inside = -INFINITE;
-    double m_Depth = INFINITE;
+    double m_Inside = -UNBOUNDED;
+    double m_Depth = UNBOUNDED;
     Vector3d m_Weights{1, 0, 0};
 };
 
@@ -171,7 +171,7 @@ private:
     void take(const Face& face, const Vector3d& local)
     {
         m_Hit = {0, face.number, local};
-        double nearest = INFINITE;
+        double nearest = UNBOUNDED;
         for (std::size_t corner = 0; corner < face.numCorners; ++corner) {
             const std::size_t vertex = vertexOf(face, corner);
             const double distance = length(m_Matrix.turned(vectorAt(m_Shape.points, vertex) - local));
@@ -223,7 +223,7 @@ public:
 private:
     const Matrix4& m_Matrix;
     Ray m_Ray;
-    double m_Distance = INFINITE;
+    double m_Distance = UNBOUNDED;
     double m_Part = 0;
     Vector3d m_Local;
 };

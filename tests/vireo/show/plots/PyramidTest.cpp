@@ -20,8 +20,8 @@ Extent extentByOne(const std::vector<double>& numbers, std::size_t first, std::s
 
 std::vector<double> randomNumbers(std::size_t count, bool areHostile)
 {
-    constexpr double INFINITE = std::numeric_limits<double>::infinity();
-    constexpr double HOSTILE[] = {std::numeric_limits<double>::quiet_NaN(), INFINITE, -INFINITE};
+    constexpr double UNBOUNDED = std::numeric_limits<double>::infinity();
+    constexpr double HOSTILE[] = {std::numeric_limits<double>::quiet_NaN(), UNBOUNDED, -UNBOUNDED};
     std::mt19937 random(1);
     std::normal_distribution<double> number;
     std::vector<double> numbers(count);

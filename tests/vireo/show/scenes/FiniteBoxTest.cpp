@@ -11,7 +11,7 @@ namespace tavo {
 namespace {
 
 constexpr double NAN_VALUE = std::numeric_limits<double>::quiet_NaN();
-constexpr double INFINITE = std::numeric_limits<double>::infinity();
+constexpr double UNBOUNDED = std::numeric_limits<double>::infinity();
 
 std::optional<Box3d> boxOf(const std::vector<Vector3d>& points)
 {
@@ -26,9 +26,9 @@ TEST(FiniteBoxTest, HoldsAllPoints)
 
 TEST(FiniteBoxTest, LeavesOutWhatIsNowhere)
 {
-    EXPECT_EQ(boxOf({{NAN_VALUE, -9, 0}, {1, 2, 3}, {0, INFINITE, 9}, {2, 3, 4}, {9, 9, -INFINITE}}),
+    EXPECT_EQ(boxOf({{NAN_VALUE, -9, 0}, {1, 2, 3}, {0, UNBOUNDED, 9}, {2, 3, 4}, {9, 9, -UNBOUNDED}}),
         Box3d({1, 2, 3}, {2, 3, 4}));
-    EXPECT_FALSE(boxOf({{NAN_VALUE, 0, 0}, {0, INFINITE, 0}}).has_value());
+    EXPECT_FALSE(boxOf({{NAN_VALUE, 0, 0}, {0, UNBOUNDED, 0}}).has_value());
     EXPECT_FALSE(boxOf({}).has_value());
 }
 

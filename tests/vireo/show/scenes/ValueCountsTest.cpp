@@ -9,7 +9,7 @@
 namespace tavo {
 namespace {
 
-const double INFINITE = std::numeric_limits<double>::infinity();
+const double UNBOUNDED = std::numeric_limits<double>::infinity();
 
 NumberArray arrayOf(const std::vector<double>& values)
 {
@@ -24,7 +24,7 @@ std::size_t sum(const ValueCounts& counts)
 
 TEST(ValueCountsTest, CountsWhatIsFinite)
 {
-    const ValueCounts counts = countValues(arrayOf({0, 1, 1, 2, NAN, INFINITE, -INFINITE}));
+    const ValueCounts counts = countValues(arrayOf({0, 1, 1, 2, NAN, UNBOUNDED, -UNBOUNDED}));
     EXPECT_EQ(counts.least, 0);
     EXPECT_EQ(counts.greatest, 2);
     EXPECT_EQ(counts.counts.front(), 1);
