@@ -180,8 +180,8 @@ public:
     /// Shows what is farther away as large as what is near, until the user chooses.
     Scene orthographic(bool isOrthographic = true, const Statement& statement = Statement()) const;
 
-    /// Shows a box about everything, with numbers along its edges, until the user chooses. They are shown unless
-    /// something else is said.
+    /// Shows a box about everything, with numbers along its edges, and in orthographic views a bar of length, until the
+    /// user chooses. They are shown unless something else is said.
     Scene bearings(bool areShown = true, const Statement& statement = Statement()) const;
 
     /// Has a function called with what a person clicks in the scene; clicks on nothing are not told. The last function

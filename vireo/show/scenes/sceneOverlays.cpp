@@ -93,7 +93,7 @@ void placeColourBars(std::vector<ColourBar>& bars, const OverlayRoom& room)
 std::optional<SceneOverlays::LengthBar> placeScaleBar(const OverlayRoom& room, const SceneCamera& camera)
 {
     const double most = std::min(LONGEST_SCALE, 0.3 * room.size.width());
-    if (!camera.isOrthographic() || !room.hasRoomForNumbers())
+    if (!room.hasBearings || !camera.isOrthographic() || !room.hasRoomForNumbers())
         return {};
     const ScaleBar bar = scaleBarOf(camera.unitsPerPixel(1, room.cameraSize()), most);
     if (!(bar.length > 0))
