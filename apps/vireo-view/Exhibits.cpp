@@ -133,7 +133,7 @@ std::uint64_t numNotFinite(const std::vector<Geometry>& geometries)
 // "a, b and c"
 std::string listOf(const std::vector<std::string>& things)
 {
-    constexpr std::size_t MOST = 5;
+    constexpr std::size_t MOST = 4;
     const std::size_t number = std::min(things.size(), MOST);
     std::string text;
     for (std::size_t i = 0; i < number; ++i)

@@ -113,9 +113,12 @@ std::vector<char> GltfBuffers::load(const QJsonObject& buffer) const
         return {bytes.begin(), bytes.end()};
     }
     const QUrl url(uri);
-    if (!url.isRelative() || url.path().isEmpty())
+    const QString name = url.path(QUrl::FullyDecoded);
+    const std::filesystem::path file = m_File.parent_path() / name.toStdU16String();
+    std::error_code error;
+    if (!url.isRelative() || name.isEmpty() || name.contains(QChar()) || !std::filesystem::is_regular_file(file, error))
         fail("has data in " + quotedText(uri.toStdString()) + ", which is no file beside it");
-    return bytesOfFile(m_File.parent_path() / url.path(QUrl::FullyDecoded).toStdU16String());
+    return bytesOfFile(file);
 }
 
 GltfBuffers::View GltfBuffers::viewAt(const QJsonValue& index, std::uint64_t offset)

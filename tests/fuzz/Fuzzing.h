@@ -24,7 +24,7 @@ public:
 void require(bool holds, const std::string& rule);
 
 // What a reader says of bad input is one line for people: not empty, without control characters, and of less than 400
-// bytes.
+// characters.
 void requireGoodMessage(std::string_view message);
 
 // Writes a file of that name into a folder of the process's own, in place of the one before.

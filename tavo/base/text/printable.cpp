@@ -44,9 +44,11 @@ std::string printable(std::string_view text, std::size_t longest)
     QString shown;
     std::size_t numCharacters = 0;
     for (const QChar c : all) {
-        if (!c.isLowSurrogate() && numCharacters++ == longest)
+        const QString piece = isControl(c) ? writtenOut(c) : QString(c);
+        numCharacters += c.isLowSurrogate() ? 0 : static_cast<std::size_t>(piece.size());
+        if (numCharacters > longest)
             return (shown + "...").toStdString();
-        shown += isControl(c) ? writtenOut(c) : QString(c);
+        shown += piece;
     }
     return shown.toStdString();
 }

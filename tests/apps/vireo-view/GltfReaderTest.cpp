@@ -174,7 +174,12 @@ TEST_F(GltfReaderTest, RefusesWhatDoesNotHold)
     EXPECT_EQ(errorReading(gltf({{"accessors", R"([{"componentType":5126,"count":1e15,"type":"VEC3"}])"}})),
         "a.gltf: describes more data than it has");
     EXPECT_EQ(errorReading(gltf({{"accessors", "[]"}})), "a.gltf: names one of its accessors that is not there");
-    EXPECT_EQ(errorReading(gltf({{"buffers", R"([{"byteLength":66,"uri":"no.bin"}])"}})), "no.bin: no such file");
+    EXPECT_EQ(errorReading(gltf({{"buffers", R"([{"byteLength":66,"uri":"no.bin"}])"}})),
+        "a.gltf: has data in 'no.bin', which is no file beside it");
+    EXPECT_EQ(errorReading(gltf({{"buffers", R"([{"byteLength":66,"uri":"a.gltf%00.bin"}])"}})),
+        "a.gltf: has data in 'a.gltf%00.bin', which is no file beside it");
+    EXPECT_EQ(errorReading(gltf({{"buffers", R"([{"byteLength":66,"uri":")" + std::string(5000, 'x') + R"("}])"}})),
+        "a.gltf: has data in '" + std::string(40, 'x') + "...', which is no file beside it");
     EXPECT_EQ(errorReading(gltf({{"buffers", R"([{"byteLength":66,"uri":"http://a/b"}])"}})),
         "a.gltf: has data in 'http://a/b', which is no file beside it");
     EXPECT_EQ(errorReading(gltf({{"scenes", R"([{"nodes":[0]}])"}, {"nodes", R"([{"children":[0]}])"}})),

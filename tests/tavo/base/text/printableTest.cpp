@@ -41,7 +41,8 @@ TEST(PrintableTest, CutsTextWhereItIsLong)
     EXPECT_EQ(printable("abcd", 3), "abc...");
     EXPECT_EQ(printable("", 0), "");
     EXPECT_EQ(printable("a", 0), "...");
-    EXPECT_EQ(printable("\x01\x02\x03", 2), "\\x01\\x02...") << "counting what was there";
+    EXPECT_EQ(printable("\x01\x02", 8), "\\x01\\x02");
+    EXPECT_EQ(printable("\x01\x02\x03", 9), "\\x01\\x02...") << "counting what is shown";
 }
 
 TEST(PrintableTest, CutsBetweenCharacters)
