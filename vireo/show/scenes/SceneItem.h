@@ -3,26 +3,25 @@
 #include <QColor>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
-#include "vireo/geometry/GLTemplatedIndexBuffer.h"
-#include "vireo/geometry/GLVertexBuffer.h"
-#include "vireo/show/colours/ColourMap.h"
+#include "vireo/show/scenes/ItemBuffers.h"
 #include "vireo/show/scenes/ItemChoice.h"
+#include "vireo/show/scenes/ItemColours.h"
 #include "vireo/show/scenes/ItemState.h"
 #include "vireo/show/scenes/PickTarget.h"
 #include "vireo/show/scenes/PointScale.h"
 #include "vireo/show/scenes/PointShare.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
+#include "vireo/show/scenes/SentNumbers.h"
 #include "vireo/show/scenes/drawnItem.h"
 #include "vireo/show/scenes/sceneData.h"
 
 namespace tavo {
 
-// One item of a scene: what was sent, and the buffers that it is drawn from.
+// One item of a scene: what was sent of it, how it looks by what was sent and chosen, and how it is drawn.
 class SceneItem
 {
 public:
@@ -107,39 +106,19 @@ public:
 
     // What was sent; null if nothing has been.
     const ItemShape* shape() const { return m_Shape ? &*m_Shape : nullptr; }
-    const NumberTuples* normals() const { return m_Normals ? &*m_Normals : nullptr; }
+    const NumberTuples* normals() const { return m_Normals.used(); }
     std::vector<SceneField> fields() const;
-    std::optional<RGBA8> colourSent(std::size_t source, std::size_t part) const;
+    std::optional<RGBA8> colourSent(std::size_t source, std::size_t part) const
+    {
+        return m_Colours.sentAt(source, part);
+    }
 
     const Vector3d& origin() const { return m_Drawn.origin; }
 
 private:
-    struct Field
-    {
-        std::string name;
-        bool areLabels = false;
-        std::optional<NumberTuples> values; // as many as there are points or parts
-        std::optional<NumberTuples> waiting;
-        mutable std::optional<std::pair<double, double>> range; // of the values, if it is known
-    };
-
-    // What numbers belong to, and how many to each.
-    struct Fit
-    {
-        bool areOfParts;
-        std::size_t width;
-    };
-
-    // Which of them has a vertex that is drawn.
-    template <typename Use>
-    void forEachSource(bool areOfParts, Use use) const;
-
     // What was sent of how it is to look.
     struct Style
     {
-        std::optional<std::string> shown;
-        std::optional<std::pair<double, double>> range;
-        std::optional<std::string> colourMap;
         std::optional<double> size;
         std::optional<double> opacity;
         std::optional<bool> isVisible;
@@ -148,36 +127,18 @@ private:
         std::optional<bool> areBackFacesSeen;
     };
 
-    void applyFields(ItemUpdate& update);
     void applyStyle(ItemUpdate& update);
-    bool settleColours();
     bool settleStyle();
-    void settleRange();
     void settleDrawn(bool isNew);
-    bool has(const std::string& shown) const;
-    std::string nameOfShown() const;
-    std::pair<double, double> rangeOf(const Field& field) const;
-    std::vector<RGBA8> swatchAsSent() const;
-    std::vector<RGBA8> swatchOf(const Field& field) const;
-    static std::vector<RGBA8> swatchOfLabels(const NumberArray& labels);
-    const Field* shownField() const;
-    bool areColoursShown() const;
-    bool arePartsColoured() const;
     bool fits(const NumberTuples& tuples) const;
     bool applySize(ItemUpdate& update);
     void addRadii();
-    std::optional<Fit> fitOf(const NumberTuples& tuples, const std::string& name) const;
     void upload(GLContext& context);
     void uploadRadii(GLContext& context);
     void uploadColours(GLContext& context);
-    std::vector<unsigned char> coloursOfVertices() const;
-    std::vector<unsigned char> coloursAsSent() const;
-    std::vector<unsigned char> coloursOf(const Field& field) const;
     void setSizes(double scale) const;
     PointRanges rangesInView(const Matrix4& modelView, const PointShare& share, double pointSize) const;
-    void drawVertices(const PointRanges& ranges = {});
     void drawFaces(const Matrix4& modelView, double edgeWidth);
-    void uploadEdges(GLContext& context);
     void drawEdges(const RGBA8& colour, double width);
 
     ItemKind kind() const { return m_Shape->kind; }
@@ -186,22 +147,14 @@ private:
     std::size_t m_Revision = 0;
     std::size_t m_DataRevision = 0;
     std::optional<ItemShape> m_Shape;
-    std::optional<NumberTuples> m_Colours; // as many as there are points or parts
-    std::optional<NumberTuples> m_Normals;
-    std::optional<NumberTuples> m_WaitingColours;
-    std::optional<NumberTuples> m_WaitingNormals;
-    std::vector<Field> m_Fields; // in the order in which they came
-    std::set<std::string> m_OnFaces;
+    ItemColours m_Colours;
+    SentNumbers m_Normals;
+    SentNumbers m_Radii; // one, or as many as there are points
+    std::optional<RGBA8> m_Colour;
     Style m_Sent;
     ItemChoice m_Chosen;
-    std::optional<std::string> m_Shown; // this and the following, as chosen or else as sent
-    std::optional<std::pair<double, double>> m_Range;
-    std::string m_ColourMap{namesOfColourMaps().front()};
-    std::optional<RGBA8> m_Colour;
-    std::optional<double> m_Size;
-    std::optional<NumberTuples> m_Radii; // one, or as many as there are points
-    std::optional<NumberTuples> m_WaitingRadii;
-    double m_LargestRadius = 0; // 0 if points have a size in pixels
+    std::optional<double> m_Size; // this and the following, as chosen or else as sent
+    double m_LargestRadius = 0;   // 0 if points have a size in pixels
     double m_Opacity = 1;
     bool m_IsVisible = true;
     bool m_IsSmooth = false;
@@ -209,18 +162,11 @@ private:
     bool m_AreBackFacesSeen = true;
 
     DrawnItem m_Drawn; // after the upload, without what the buffers have
+    ItemBuffers m_Buffers;
     bool m_IsUploaded = false;
     bool m_AreColoursUploaded = false;
     bool m_AreEdgesUploaded = false;
-    std::size_t m_NumVertices = 0;
-    std::unique_ptr<GLVertexBuffer> m_PositionBuffer;
-    std::unique_ptr<GLVertexBuffer> m_NormalBuffer;
-    std::unique_ptr<GLVertexBuffer> m_ColourBuffer;
-    std::unique_ptr<GLVertexBuffer> m_RadiusBuffer; // null if all points have one radius
-    std::unique_ptr<PointScale> m_PointScale;
-    std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_IndexBuffer;
-    std::unique_ptr<GLVertexBuffer> m_EdgePositionBuffer;
-    std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_EdgeIndexBuffer;
+    std::unique_ptr<PointScale> m_PointScale; // null if all points are as large
 };
 
 } // namespace tavo

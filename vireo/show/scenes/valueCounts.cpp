@@ -36,21 +36,23 @@ std::size_t ValueCounts::largest() const
     return *std::max_element(counts.begin(), counts.end());
 }
 
-ValueCounts countValues(const NumberArray& numbers)
+std::pair<double, double> finiteRangeOf(const NumberArray& numbers)
 {
-    ValueCounts result;
     double least = std::numeric_limits<double>::infinity();
     double greatest = -least;
     forEachFinite(numbers, 1, [&](double value) {
         least = std::min(least, value);
         greatest = std::max(greatest, value);
     });
-    if (least > greatest)
-        return result;
-    result.least = least;
-    result.greatest = greatest;
+    return least <= greatest ? std::pair(least, greatest) : std::pair(0.0, 0.0);
+}
+
+ValueCounts countValues(const NumberArray& numbers)
+{
+    const auto [least, greatest] = finiteRangeOf(numbers);
+    ValueCounts result{least, greatest, {}};
     const double scale = ValueCounts::SIZE / (greatest / 2 - least / 2); // halved, since the difference may overflow
-    forEachFinite(numbers, stepOfChoice(numbers), [&](double value) {
+    forEachFinite(numbers, stepOfChoice(numbers), [&, least = least, greatest = greatest](double value) {
         const double place = greatest > least ? (value / 2 - least / 2) * scale : ValueCounts::SIZE / 2.0;
         ++result.counts[std::min(static_cast<std::size_t>(place), ValueCounts::SIZE - 1)];
     });

@@ -21,6 +21,9 @@ struct ValueCounts
     std::size_t largest() const;
 };
 
+// The least and the greatest number that is finite; 0 and 0 if none is.
+std::pair<double, double> finiteRangeOf(const NumberArray& numbers);
+
 ValueCounts countValues(const NumberArray& numbers);
 
 // The numbers that a part of all is below, and another part, each from 0 to 1; of those that are finite. Of more than a
