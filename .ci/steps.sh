@@ -8,8 +8,10 @@
 #   leave NAME REASON          says that something was left out
 #   seconds_of_steps           how long the run has taken so far, without its additions
 #
-# ADDITION_SECONDS is that time; 0 is as long as they take. With KEEP_GOING=yes a step that fails does not end the run.
+# ADDITION_SECONDS is that time, of which they have what the steps leave of RUN_SECONDS; 0 is as long as they take. With
+# KEEP_GOING=yes a step that fails does not end the run.
 ADDITION_SECONDS=${ADDITION_SECONDS:-900}
+RUN_SECONDS=${RUN_SECONDS:-3500}
 KEEP_GOING=${KEEP_GOING:-no}
 seconds_of_additions=0
 step_times=()
@@ -42,9 +44,16 @@ step() {
     finish_step "$name" $((SECONDS - begin)) $status
 }
 
+# What is left for an addition that begins now, or 0 for all the time it takes.
+time_of_addition() {
+    local left=$((ADDITION_SECONDS - seconds_of_additions)) left_of_run=$((RUN_SECONDS - SECONDS))
+    [ "$ADDITION_SECONDS" != 0 ] || left=0 left_of_run=0
+    echo $((left < left_of_run ? left : left_of_run))
+}
+
 addition() {
-    local begin=$SECONDS limit=0 status=0 name seconds
-    [ "$ADDITION_SECONDS" = 0 ] || limit=$((ADDITION_SECONDS - seconds_of_additions))
+    local begin=$SECONDS status=0 limit name seconds
+    limit=$(time_of_addition)
     if [ "$1" = --at-most ]; then
         [ "$ADDITION_SECONDS" = 0 ] || [ "$2" -ge "$limit" ] || limit=$2
         shift 2
@@ -52,7 +61,7 @@ addition() {
     name=$1
     shift
     if [ "$ADDITION_SECONDS" != 0 ] && [ "$limit" -le 0 ]; then
-        leave "$name" "the $(duration "$ADDITION_SECONDS") of all additions are over; .ci/nightly does it"
+        leave "$name" "the time of all additions is over; .ci/nightly does it"
         return
     fi
     echo "ci: $name ..."

@@ -35,9 +35,14 @@ expect_equal "also with the status of a command whose time is over" $status 124
 run_steps 'addition slow sleep 60; addition late touch late; step after touch after' ADDITION_SECONDS=1
 expect_equal "what does not fit is no failure" $status 0
 expect_contains "what was ended is left to the night" "$output" "    slow: it did not end within 0 min 01 s; .ci/nightly does it"
-expect_contains "and so is what was not begun" "$output" "    late: the 0 min 01 s of all additions are over; .ci/nightly does it"
+expect_contains "and so is what was not begun" "$output" "    late: the time of all additions is over; .ci/nightly does it"
 [ ! -e late ] || fail "an addition began after the time of all"
 [ -e after ] || fail "a step was left out with the additions"
+
+run_steps 'step long sleep 1; addition late touch late; step after touch after_long' RUN_SECONDS=1
+expect_contains "additions have what the steps leave of the run" "$output" "    late: the time of all additions is over"
+[ ! -e late ] || fail "an addition began after the time of the run"
+[ -e after_long ] || fail "a step was left out with the additions"
 
 run_steps 'addition --at-most 1 slow sleep 60; addition next touch next' ADDITION_SECONDS=60
 expect_contains "an addition may be given a part of the time" "$output" "    slow: it did not end within 0 min 01 s"
