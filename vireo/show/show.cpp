@@ -148,7 +148,7 @@ bool pump()
     runGuarded([] {
         if (FrontDoor::isHere())
             servePump();
-        else if (!FrontDoor::get() && inbox::hasWaiting())
+        else if (!windowState::isWanted() && (windowThread::isRunning() || (!FrontDoor::get() && inbox::hasWaiting())))
             hasWindowThread("tavo::pump()");
     });
     return !windowState::wasClosed();

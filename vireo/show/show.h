@@ -23,7 +23,7 @@
 /// has a QApplication and serves its events. A program without Qt ends with `show()`, calls `pump()` in its loop, or
 /// calls `openWindow()` once; the window then has a thread of its own, with a QApplication, until the program ends.
 /// The same thread makes the pictures of `savePicture()`, `savePictures()` and VIREO_SHOW=pictures where there is no
-/// QApplication. A program that has this thread must not make a QApplication later: Qt cannot have two, and the program
+/// QApplication, and opens no window for them. A program that has this thread must not make a QApplication later: Qt cannot have two, and the program
 /// ends with a line that says so. One that makes a QApplication makes it before these calls.
 ///
 /// The environment variable VIREO_SHOW says what becomes of all this: `off` makes every call do nothing,

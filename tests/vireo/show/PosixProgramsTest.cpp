@@ -127,7 +127,8 @@ protected:
 std::string refused(const std::string& why)
 {
     return "warning: tavo: tavo::show() shows nothing: " + why +
-           "\nwarning: tavo: tavo::openWindow() shows nothing: " + why + '\n';
+           "\nwarning: tavo: tavo::openWindow() shows nothing: " + why +
+           "\nwarning: tavo: tavo::pump() shows nothing: " + why + '\n';
 }
 
 TEST_F(ShowWithoutPluginsTest, PicturesAreSavedWhereWindowsHaveNone)

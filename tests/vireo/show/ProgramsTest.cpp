@@ -142,6 +142,13 @@ TEST_F(ShowProgramsTest, AreToldThatNothingIsSavedBehindMain)
     EXPECT_EQ(outcome.errors, "warning: tavo: tavo::saveData(\"p\", \"p.csv\") saves nothing: the program is ending\n");
 }
 
+TEST_F(ShowProgramsTest, OpenTheWindowOnlyWhereTheyAskForIt)
+{
+    for (const char* program : {"saves pictures before the window", "saves pictures before it pumps"})
+        EXPECT_EQ(outputOf(program),
+            "savePicture: true\nsavePicture: true\nis a window seen: false\nis a window seen: true\n");
+}
+
 TEST_F(ShowProgramsTest, AreToldThatThereIsNothingToShow)
 {
     const Outcome outcome = run("shows nothing");

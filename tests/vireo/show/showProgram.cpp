@@ -397,6 +397,32 @@ void savesPicturesWithoutQt()
     savePicturesOf({"p", "s"});
 }
 
+bool isAnyWindowSeen()
+{
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    return std::any_of(windows.begin(), windows.end(), [](const QWindow* window) { return window->isVisible(); });
+}
+
+void savesPicturesFirst(const std::function<void()>& open)
+{
+    sendPlotAndScene();
+    savePicturesOf({"p", "s"});
+    say("is a window seen", isAnyWindowSeen());
+    open();
+    tavo::savePicture("p", "p.png"); // behind which all is done that waited
+    say("is a window seen", isAnyWindowSeen());
+}
+
+void savesPicturesBeforeTheWindow()
+{
+    savesPicturesFirst([] { tavo::openWindow(); });
+}
+
+void savesPicturesBeforeItPumps()
+{
+    savesPicturesFirst([] { tavo::pump(); });
+}
+
 void savesPicturesWithQt()
 {
     const Application program;
@@ -406,9 +432,7 @@ void savesPicturesWithQt()
     tavo::debugOutputGraph("graph", std::vector<float>{1, 3, 2}, {255, 0, 0, 255});
     sendPlotAndScene();
     savePicturesOf({"p", "s", "graph"});
-    const QWindowList windows = QGuiApplication::topLevelWindows();
-    const bool isAnySeen = std::any_of(windows.begin(), windows.end(), [](const QWindow* w) { return w->isVisible(); });
-    say("is a window seen", isAnySeen);
+    say("is a window seen", isAnyWindowSeen());
 }
 
 void sendsToADisplayer()
@@ -540,6 +564,8 @@ const std::map<std::string, std::function<void()>> programs{
     {"sends a plot and a scene", sendPlotAndScene},
     {"saves pictures without Qt", savesPicturesWithoutQt},
     {"saves pictures with Qt", savesPicturesWithQt},
+    {"saves pictures before the window", savesPicturesBeforeTheWindow},
+    {"saves pictures before it pumps", savesPicturesBeforeItPumps},
     {"saves names of letters", savesNamesOfLetters},
     {"saves to disk", savesToDisk},
     {"sends odd things", sendsOddThings},

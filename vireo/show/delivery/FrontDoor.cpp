@@ -139,6 +139,7 @@ void makeFrontDoor()
 Q_COREAPP_STARTUP_FUNCTION(makeFrontDoor)
 
 FrontDoor::FrontDoor()
+    : m_IsOfProgram(!windowThread::isHere())
 {
     moveToThread(QCoreApplication::instance()->thread());
     if (thread() == QThread::currentThread())
@@ -250,9 +251,23 @@ View& FrontDoor::makeView(const ViewSlotPointer& slot)
     std::unique_ptr<View> made = makeViewOf(*slot);
     View* const view = made.release();
     m_Views.push_back({slot, view});
-    if (showMode() != Mode::Pictures && hasDisplay())
-        window().addView(slot->name, view);
+    moveViewsIntoWindow();
     return *view;
+}
+
+// A program that has a QApplication is one with windows; any other says when it wants one.
+bool FrontDoor::opensWindow() const
+{
+    return showMode() != Mode::Pictures && (m_IsOfProgram || windowState::isWanted()) && hasDisplay();
+}
+
+void FrontDoor::moveViewsIntoWindow()
+{
+    if (!opensWindow())
+        return;
+    for (ShownView& shown : m_Views)
+        if (shown.view && !std::exchange(shown.isInWindow, true))
+            window().addView(shown.slot->name, shown.view);
 }
 
 void FrontDoor::removeView(const ViewSlotPointer& slot)

@@ -48,6 +48,9 @@ public:
     bool openWindow(const char* call);
     void closeWindow();
 
+    // Those that were made for pictures only, if there is a display.
+    void moveViewsIntoWindow();
+
     // Serves events until the open window is closed.
     void serveUntilClosed();
 
@@ -62,6 +65,7 @@ private:
     {
         ViewSlotPointer slot;
         QPointer<View> view;
+        bool isInWindow = false;
     };
 
     void scheduleFrame();
@@ -72,11 +76,13 @@ private:
     View* findView(const std::string& name) const;
     View& makeView(const ViewSlotPointer& slot);
     void removeView(const ViewSlotPointer& slot);
+    bool opensWindow() const;
     ShowWindow& window();
 
     std::vector<ShownView> m_Views;
     QPointer<ShowWindow> m_Window;
     QElapsedTimer m_SinceLastFrame;
+    const bool m_IsOfProgram; // which has the QApplication
     bool m_IsFrameScheduled = false;
     bool m_HasUnsavedPictures = false;
 };

@@ -14,6 +14,7 @@
 #include "vireo/show/delivery/isShowOff.h"
 #include "vireo/show/delivery/process.h"
 #include "vireo/show/delivery/sayOnce.h"
+#include "vireo/show/delivery/windowState.h"
 
 namespace tavo {
 
@@ -139,6 +140,11 @@ bool isRunning()
     return state().isRunning;
 }
 
+bool isHere()
+{
+    return theStart && theStart->thread == std::this_thread::get_id();
+}
+
 bool hasFailed()
 {
     return state().hasFailed;
@@ -201,7 +207,13 @@ bool hasWindowThread(const char* call)
         return refuse(call, displayPlatforms().whyNoneIs.c_str());
     if (!hasViewThread(call))
         return false;
-    return !state().isBlind || refuse(call, displayPlatforms().whyNoneIs.c_str());
+    if (state().isBlind)
+        return refuse(call, displayPlatforms().whyNoneIs.c_str());
+    if (!windowState::isWanted()) {
+        windowState::want();
+        inbox::post([] { FrontDoor::get()->moveViewsIntoWindow(); });
+    }
+    return true;
 }
 
 } // namespace tavo

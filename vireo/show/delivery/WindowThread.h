@@ -15,6 +15,9 @@ void start(const QStringList& displayPlatforms);
 
 bool isRunning();
 
+// Whether this is it.
+bool isHere();
+
 // Whether Qt has left it with half a QApplication, beside which nothing of Qt's widgets can be made.
 bool hasFailed();
 
@@ -32,7 +35,7 @@ bool runInWindowThread(std::function<void()> work);
 // False, with a line in the log that begins with `call`, if there can be none.
 bool hasViewThread(const char* call);
 
-// The same, with a thread of its own only where there is a display.
+// The same, with a thread of its own only where there is a display, for a window, in which all views are from now on.
 bool hasWindowThread(const char* call);
 
 } // namespace tavo

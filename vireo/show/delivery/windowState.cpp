@@ -14,6 +14,7 @@ struct State
     std::condition_variable changed;
     std::atomic<bool> isOpen{false};
     std::atomic<bool> wasClosed{false};
+    std::atomic<bool> isWanted{false};
 };
 
 State& state()
@@ -40,6 +41,16 @@ bool isOpen() noexcept
 bool wasClosed() noexcept
 {
     return state().wasClosed.load(std::memory_order_relaxed);
+}
+
+void want() noexcept
+{
+    state().isWanted = true;
+}
+
+bool isWanted() noexcept
+{
+    return state().isWanted;
 }
 
 void waitUntilClosed()

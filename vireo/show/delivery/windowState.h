@@ -9,6 +9,10 @@ bool isOpen() noexcept;
 // Whether it was open, and is no more.
 bool wasClosed() noexcept;
 
+// Whether the program has asked for it. One that has no QApplication may only want pictures.
+void want() noexcept;
+bool isWanted() noexcept;
+
 // Returns when it is closed.
 void waitUntilClosed();
 
