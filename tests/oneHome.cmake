@@ -24,7 +24,8 @@ check("a class of vireo/context/SavedState.h" "gl(Push|Pop)(Client)?Attrib|gl(Be
 check("SavedMatrix of vireo/context/SavedState.h" "gl(Push|Pop)Matrix"
     context/SavedState.h context/tidyUpGl.cpp geometry/GLHelper.cpp)
 check("isExtensionSupported" "GL_EXTENSIONS|GLExtensionLoader::getInstance|[!(&|] *gl[A-Za-z0-9]+(ARB|EXT|NV)( *[)&|]|$)"
-    context/GLExtensionLoader.cpp context/GLExtensions.cpp context/GLExtensions.h geometry/GLSimpleObjects.cpp)
+    context/classNeeds.cpp context/GLExtensionLoader.cpp context/GLExtensions.cpp context/GLExtensions.h geometry/GLSimpleObjects.cpp machine/DriverTrial.cpp)
 check("GLContext::activate, or CurrentContextGuard" "wglMakeCurrent *\\("
-    context/CurrentContextGuard.cpp context/GLContext.cpp displayers/ViewContext.cpp show/scenes/SceneContext.cpp)
+    context/CurrentContextGuard.cpp context/GLContext.cpp displayers/ViewContext.cpp machine/MachineReport.cpp
+    show/scenes/SceneContext.cpp)
 check("GLObject::requireContext" "PException\\(.* - invalid context")

@@ -1,5 +1,5 @@
 # The target `package` makes a zip for those who do not build it themselves: libraries with headers, import libraries and
-# the CMake package, vireo-view, and all DLLs that it takes to run them. To build with it takes Qt for Windows besides.
+# the CMake package, vireo-info and vireo-view, and all DLLs that it takes to run them. To build with it takes Qt for Windows besides.
 
 install(FILES ${VIREO_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
 # Qt looks for them in the folder above its libraries; a program that lies beside those has to say so.

@@ -36,6 +36,14 @@ HDC wrapEglSurface(void* display, void* surface)
     return wrapEglSurfaces(display, surface, surface);
 }
 
+const char* getWindowSystemName(HGLRC renderingContext)
+{
+    const auto context = getNative(renderingContext);
+    if (!context)
+        return nullptr;
+    return context->winsys == &GlxWinsys::instance() ? "GLX" : "EGL";
+}
+
 void forgetContext(HGLRC renderingContext)
 {
     forgetHandle(renderingContext);

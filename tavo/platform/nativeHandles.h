@@ -48,6 +48,9 @@ TAVO_WGL_EXPORT HDC wrapEglSurfaces(void* display, void* draw, void* read);
 /// The handle of one surface, both to draw to and to read from.
 TAVO_WGL_EXPORT HDC wrapEglSurface(void* display, void* surface);
 
+/// How that context was made: "GLX" or "EGL"; null for an unknown handle.
+TAVO_WGL_EXPORT const char* getWindowSystemName(HGLRC renderingContext);
+
 /// Call this when a context with a handle has been destroyed. From then on the handle is refused, and a new context at
 /// the same address gets a handle of its own. GLX can tell a new context from an old one. EGL cannot: without this
 /// call, the new context takes over the handle. An unknown handle is ignored.

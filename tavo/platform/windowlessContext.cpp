@@ -3,6 +3,8 @@
 #include <bit>
 
 #include "tavo/platform/EglWinsys.h"
+#include "tavo/platform/GlxWinsys.h"
+#include "tavo/platform/glxContext.h"
 #include "tavo/platform/handles.h"
 #include "tavo/platform/nativeHandles.h"
 
@@ -74,6 +76,10 @@ void destroyWindowlessContext(const WindowlessContext& windowless)
         return;
     if (wglGetCurrentContext() == windowless.renderingContext)
         wglMakeCurrent(nullptr, nullptr);
+    if (context->winsys == &GlxWinsys::instance()) {
+        destroyGlxContext(*context);
+        return;
+    }
     forgetContext(windowless.renderingContext);
     eglDestroyContext(context->display, context->context);
     if (const auto surface = getNative(windowless.deviceContext); surface && surface->draw)

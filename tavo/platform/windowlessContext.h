@@ -9,6 +9,8 @@
 ///         compute();
 ///     destroyWindowlessContext(pictures);
 
+#include <string>
+
 #include "tavo/platform/Export.h"
 #include "tavo/platform/wgl.h"
 
@@ -36,6 +38,10 @@ inline void destroyWindowlessContext(const WindowlessContext&) {}
 /// Makes a context of the compatibility profile, with colours of 8 bits, depth of 24 and stencil of 8. It is not made
 /// current. It is the caller's, who destroys it. Both handles are null where the driver makes none.
 TAVO_WGL_EXPORT WindowlessContext makeWindowlessContext();
+
+/// Makes one through GLX, as windows get theirs, on a connection of its own to the X server that DISPLAY names. If
+/// there is none, `refusal` says why.
+TAVO_WGL_EXPORT WindowlessContext makeWindowlessGlxContext(std::string& refusal);
 
 /// Destroys such a context, and releases it first if it is current in this thread. Null handles are ignored.
 TAVO_WGL_EXPORT void destroyWindowlessContext(const WindowlessContext& context);

@@ -39,6 +39,7 @@ foreach(example IN LISTS EXAMPLES)
     build(examples/${example})
 endforeach()
 build(tests/install/start-up)
+run(${prefix}/bin/vireo-info --version)
 
 # A copy with Cg programs is of use without the runtime's headers too, but for these.
 if(WAY STREQUAL "cmake" AND "cg-program" IN_LIST EXAMPLES)

@@ -48,6 +48,7 @@ if(WITH_SHOW)
 endif()
 
 set(ENV{WINEPATH} "")
+run(${package}/bin/vireo-info.exe)
 file(WRITE ${SCRATCH_DIR}/columns.csv "1\n3\n2\n")
 make_picture(${SCRATCH_DIR}/pictures/*.png
     ${package}/bin/vireo-view.exe --pictures ${SCRATCH_DIR}/pictures ${SCRATCH_DIR}/columns.csv)

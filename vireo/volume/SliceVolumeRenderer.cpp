@@ -4,7 +4,6 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
-#include <cstdio>
 #include <limits>
 #include <utility>
 
@@ -14,6 +13,7 @@
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/PlainPixels.h"
 #include "vireo/context/SavedState.h"
+#include "vireo/context/hasFixedFunctions.h"
 #include "vireo/volume/SliceReader.h"
 #include "vireo/volume/SliceStack.h"
 #include "vireo/volume/drawableChannels.h"
@@ -23,23 +23,7 @@ namespace tavo {
 
 namespace {
 
-// The slices need glBegin, glPushAttrib and other functions that the core profile, and a context that is compatible
-// with its future, do not have. Asks for nothing that the context does not know.
-bool hasFixedFunctions()
-{
-    const auto* const version = reinterpret_cast<const char*>(glGetString(GL_VERSION));
-    int major = 0;
-    int minor = 0;
-    if (!version || std::sscanf(version, "%d.%d", &major, &minor) < 2 || major < 3)
-        return true;
-    GLint flags = 0;
-    GLint profile = 0;
-    glGetIntegerv(GL_CONTEXT_FLAGS, &flags);
-    if (major > 3 || minor >= 2)
-        glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
-    return (flags & GL_CONTEXT_FLAG_FORWARD_COMPATIBLE_BIT) == 0 && (profile & GL_CONTEXT_CORE_PROFILE_BIT) == 0;
-}
-
+// The slices need glBegin and glPushAttrib.
 void requireFixedFunctions()
 {
     if (!hasFixedFunctions())
