@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstddef>
+#include <ctime>
 #include <map>
 #include <utility>
 
@@ -63,12 +64,21 @@ double secondsSince(Clock::time_point start)
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
+bool isProcessorTime = false;
+
+double secondsOfWork()
+{
+    if (isProcessorTime)
+        return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+    return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
+}
+
 double secondsOf(Contestant& contestant)
 {
     contestant.prepare();
-    const Clock::time_point start = Clock::now();
+    const double start = secondsOfWork();
     contestant.run();
-    const double seconds = secondsSince(start);
+    const double seconds = secondsOfWork() - start;
     contestant.cleanUp();
     return seconds / contestant.repetitions();
 }
@@ -166,6 +176,11 @@ void add(Comparison comparison)
 void setSecondsOfComparison(double seconds)
 {
     secondsOfComparison = seconds;
+}
+
+void measureProcessorTime()
+{
+    isProcessorTime = true;
 }
 
 const Comparison& comparisonOf(const std::string& work)

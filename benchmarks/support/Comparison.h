@@ -85,6 +85,10 @@ void add(Comparison comparison);
 // these at most ten times as long. So little time is for a single round.
 void setSecondsOfComparison(double seconds);
 
+// From then on the time is measured that all threads of the process have spent on a processor: on a machine that does
+// other things, too, its ratios are steadier than those of the time that has passed.
+void measureProcessorTime();
+
 // The comparison of that name, and what was measured last, for each entry. They live as long as the program.
 const Comparison& comparisonOf(const std::string& work);
 const std::vector<Measurement>& measurementsOf(const std::string& work);

@@ -1,5 +1,6 @@
 #include "benchmarks/support/Program.h"
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <clocale>
 #include <cstdlib>
@@ -24,6 +25,16 @@ void takeTimeOf(int argc, char** argv)
             setSecondsOfComparison(std::strtod(argv[i] + OPTION.size(), nullptr));
 }
 
+// Google Benchmark knows nothing of it.
+void takeProcessorTime(int& argc, char** argv)
+{
+    const auto isIt = [](const char* argument) { return argument == std::string_view("--processor-time"); };
+    char** const end = std::remove_if(argv + 1, argv + argc, isIt);
+    if (end != argv + argc)
+        measureProcessorTime();
+    argc = static_cast<int>(end - argv);
+}
+
 } // namespace
 
 Program::Program(int& argc, char** argv)
@@ -45,6 +56,7 @@ int Program::run()
 int Program::run(Reporter& reporter)
 {
     takeTimeOf(m_Argc, m_Argv);
+    takeProcessorTime(m_Argc, m_Argv);
     benchmark::Initialize(&m_Argc, m_Argv);
     if (benchmark::ReportUnrecognizedArguments(m_Argc, m_Argv))
         return 2;

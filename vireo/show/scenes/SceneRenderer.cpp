@@ -211,6 +211,8 @@ void SceneRenderer::drawClouds(
     if (std::none_of(items.begin(), items.end(), [](const Placed& placed) { return isLitByDepths(*placed.item); }))
         return;
     m_IsRefined ? drawRefinedClouds(share) : drawUnlitClouds(camera, look, share);
+    if (!look.hasDepthLight)
+        return;
     const SceneCamera::Depths depths = camera.depthsOf(m_Model.box());
     m_Context->light(
         pixels, {camera.isOrthographic(), depths.nearest, depths.farthest, camera.heightSeen()}, look.scale);

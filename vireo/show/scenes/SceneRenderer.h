@@ -20,6 +20,7 @@ struct SceneLook
     QFont font;
     double scale = 1; // pixels of the picture for each of the widget's
     bool hasBearings = true;
+    bool hasDepthLight = true; // on clouds without normals, where the driver can
 
     bool isGroundDark() const { return ground.lightness() < 128; }
 };
