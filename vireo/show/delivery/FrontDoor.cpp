@@ -23,6 +23,7 @@
 #include "vireo/show/delivery/endOfProgram.h"
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/delivery/windowState.h"
+#include "vireo/show/images/ImageView.h"
 #include "vireo/show/plots/PlotView.h"
 #include "vireo/show/scenes/SceneView.h"
 #include "vireo/show/show.h"
@@ -52,6 +53,7 @@ std::unique_ptr<View> makeViewOf(const ViewSlot& slot)
     switch (slot.kind) {
     case ViewKind::Plot: return std::make_unique<PlotView>(slot.name);
     case ViewKind::Scene: return std::make_unique<SceneView>(slot.name);
+    case ViewKind::Image: return std::make_unique<ImageView>(slot.name);
     }
     return nullptr;
 }

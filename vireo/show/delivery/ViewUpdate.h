@@ -14,7 +14,8 @@ class View;
 enum class ViewKind : std::uint8_t
 {
     Plot,
-    Scene
+    Scene,
+    Image
 };
 
 // What of a view is replaced by what was sent to it.

@@ -1,0 +1,135 @@
+#include "vireo/show/images/ImageGestures.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QWheelEvent>
+#include <gtest/gtest.h>
+
+#include "tests/support/userEvents.h"
+#include "tests/vireo/show/images/images.h"
+
+namespace tavo {
+namespace {
+
+void turnWheel(QWidget* widget, const QPoint& place, int eighths)
+{
+    QWheelEvent event(
+        place, widget->mapToGlobal(place), QPoint(), QPoint(0, eighths), Qt::NoButton, {}, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(widget, &event);
+}
+
+class ImageGesturesTest : public testing::Test
+{
+protected:
+    ImageGesturesTest()
+    {
+        m_View.resize(420, 340);
+        m_View.show();
+        std::vector<std::uint16_t> numbers;
+        for (int i = 0; i < 400 * 300; ++i)
+            numbers.push_back(static_cast<std::uint16_t>(i % 400));
+        send(m_View, imageOf(std::move(numbers), 400, 300));
+        QApplication::processEvents();
+    }
+
+    QPoint pixelAt(const QPoint& place) { return m_View.pixelAt(place).value_or(QPoint(-1, -1)); }
+
+    ImageView m_View{"image"};
+};
+
+TEST_F(ImageGesturesTest, TheWheelZoomsInWholeStepsAtThePointer)
+{
+    const QPoint place(130, 90);
+    const QPoint pixel = pixelAt(place);
+    EXPECT_EQ(m_View.getSight().scale, 1);
+    for (const double scale : {2, 3, 4, 6, 8, 12, 16, 24, 32, 48}) {
+        turnWheel(&m_View, place, 120);
+        EXPECT_EQ(m_View.getSight().scale, scale);
+        EXPECT_EQ(pixelAt(place), pixel) << scale;
+    }
+    turnWheel(&m_View, place, -1200);
+    EXPECT_EQ(m_View.getSight().scale, 1);
+    turnWheel(&m_View, place, -240);
+    EXPECT_EQ(m_View.getSight().scale, 0.5);
+    turnWheel(&m_View, place, -240);
+    EXPECT_EQ(m_View.getSight().scale, 0.25);
+}
+
+TEST_F(ImageGesturesTest, PiecesOfAStepAreAStepTogether)
+{
+    for (int i = 0; i < 7; ++i)
+        turnWheel(&m_View, {100, 100}, 15);
+    EXPECT_EQ(m_View.getSight().scale, 1);
+    turnWheel(&m_View, {100, 100}, 15);
+    EXPECT_EQ(m_View.getSight().scale, 2);
+}
+
+TEST_F(ImageGesturesTest, MagnificationsHaveEnds)
+{
+    turnWheel(&m_View, {100, 100}, 120 * 100);
+    EXPECT_EQ(m_View.getSight().scale, ImageSight::GREATEST_SCALE);
+    turnWheel(&m_View, {100, 100}, -120 * 200);
+    EXPECT_EQ(m_View.getSight().scale, ImageSight::LEAST_SCALE);
+    QApplication::processEvents();
+}
+
+TEST_F(ImageGesturesTest, ADragMovesTheImage)
+{
+    turnWheel(&m_View, {200, 150}, 120);
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::MiddleButton}) {
+        const QPoint pixel = pixelAt({200, 150});
+        dragMouse(&m_View, button, {200, 150}, {240, 120});
+        EXPECT_EQ(pixelAt({240, 120}), pixel);
+    }
+    dragMouse(&m_View, Qt::LeftButton, {200, 150}, {200, 9000});
+    EXPECT_EQ(m_View.getSight().centre.y(), 0) << "some of the image stays in view";
+}
+
+TEST_F(ImageGesturesTest, ADoubleClickAndHomeShowAll)
+{
+    const ImageSight all = m_View.getSight();
+    turnWheel(&m_View, {10, 10}, 360);
+    EXPECT_TRUE(m_View.isChosen());
+    QMouseEvent event(QEvent::MouseButtonDblClick, QPoint(50, 50), Qt::LeftButton, Qt::LeftButton, {});
+    QApplication::sendEvent(&m_View, &event);
+    EXPECT_EQ(m_View.getSight(), all);
+    EXPECT_FALSE(m_View.isChosen());
+    turnWheel(&m_View, {10, 10}, 360);
+    clickKey(&m_View, Qt::Key_Home);
+    EXPECT_EQ(m_View.getSight(), all);
+}
+
+TEST_F(ImageGesturesTest, KeysZoomAndChooseWhatIsShown)
+{
+    clickKey(&m_View, Qt::Key_Plus);
+    EXPECT_EQ(m_View.getSight().scale, 2);
+    clickKey(&m_View, Qt::Key_Minus);
+    clickKey(&m_View, Qt::Key_Minus);
+    EXPECT_EQ(m_View.getSight().scale, 0.75);
+    clickKey(&m_View, Qt::Key_1);
+    EXPECT_EQ(m_View.getSight().scale, 1);
+    send(m_View, imageOf<float>({1, 2, 3}, 1, 1, 3));
+    clickKey(&m_View, Qt::Key_C);
+    EXPECT_EQ(m_View.getModel().look().channel, 0);
+    send(m_View, imageOf<float>({1, 2}, 2, 1));
+    send(m_View, imageOf<float>({1, 1.5F}, 2, 1));
+    EXPECT_EQ(m_View.getModel().look().to, 2);
+    clickKey(&m_View, Qt::Key_R);
+    EXPECT_EQ(m_View.getModel().look().to, 1.5);
+}
+
+TEST_F(ImageGesturesTest, TheLineSaysWhatThePointerIsOn)
+{
+    const QPoint origin = m_View.getSight().origin(m_View.sightSize()).toPoint();
+    moveMouse(&m_View, {}, origin + QPoint(17, 5));
+    EXPECT_EQ(m_View.textOfPixel(), "17, 5:  17");
+    moveMouse(&m_View, {}, {1, 1});
+    EXPECT_EQ(m_View.textOfPixel(), "");
+    moveMouse(&m_View, {}, origin + QPoint(3, 5));
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&m_View, &leave);
+    EXPECT_EQ(m_View.textOfPixel(), "");
+}
+
+} // namespace
+} // namespace tavo

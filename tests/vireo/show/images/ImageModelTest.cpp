@@ -1,0 +1,124 @@
+#include "vireo/show/images/ImageModel.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "tests/vireo/show/images/images.h"
+
+namespace tavo {
+namespace {
+
+using Kind = ImageRange::Kind;
+using Range = ImageModel::Range;
+
+class ImageModelTest : public testing::Test
+{
+protected:
+    void send(const ImagePixels& pixels, const ImageSettings& settings = {})
+    {
+        ImageUpdate update;
+        update.pixels = pixels;
+        update.settings = settings;
+        m_Model.apply(update);
+    }
+
+    Range range() const { return {m_Model.look().from, m_Model.look().to}; }
+
+    ImageModel m_Model;
+};
+
+TEST_F(ImageModelTest, WithoutAWordTheRangeIsThatOfTheType)
+{
+    send(imageOf<std::uint8_t>({3, 4}, 2, 1));
+    EXPECT_EQ(range(), Range(0, 255));
+    send(imageOf<float>({3, 4, 5}, 1, 1, 3));
+    EXPECT_EQ(range(), Range(0, 1));
+    send(imageOf<float>({3, 4}, 2, 1));
+    EXPECT_EQ(range(), Range(3, 4));
+    send(imageOf<std::uint16_t>({300, 400}, 2, 1));
+    EXPECT_EQ(range(), Range(300, 400));
+    send(imageOf<std::int8_t>({5, 5}, 1, 2));
+    EXPECT_EQ(range(), Range(5, 6));
+}
+
+TEST_F(ImageModelTest, ARangeGrowsAndShrinksOnlyOnWish)
+{
+    send(imageOf<float>({3, 9}, 2, 1));
+    send(imageOf<float>({2, 4}, 2, 1));
+    EXPECT_EQ(range(), Range(2, 9));
+    m_Model.refreshRange();
+    EXPECT_EQ(range(), Range(2, 4));
+}
+
+TEST_F(ImageModelTest, PercentilesStayUntilOthersAreWanted)
+{
+    ImageSettings settings;
+    settings.range = ImageRange{Kind::Percentiles, 0, 50};
+    send(imageOf<float>({0, 1, 2}, 3, 1), settings);
+    EXPECT_EQ(range(), Range(0, 1));
+    send(imageOf<float>({10, 11, 12}, 3, 1), settings);
+    EXPECT_EQ(range(), Range(0, 1));
+    settings.range = ImageRange{Kind::Percentiles, 0, 100};
+    send(imageOf<float>({10, 11, 12}, 3, 1), settings);
+    EXPECT_EQ(range(), Range(10, 12));
+}
+
+TEST_F(ImageModelTest, WhatAPersonChoosesPrecedesTheProgram)
+{
+    ImageSettings settings;
+    settings.range = ImageRange{Kind::Fixed, 1, 2};
+    settings.colourMap = "viridis";
+    send(imageOf<float>({0, 1}, 2, 1), settings);
+    EXPECT_EQ(range(), Range(1, 2));
+    ImageSettings choice;
+    choice.range = ImageRange{Kind::Fixed, 5, 6};
+    m_Model.choose(choice);
+    send(imageOf<float>({0, 1}, 2, 1), settings);
+    EXPECT_EQ(range(), Range(5, 6));
+    EXPECT_EQ(m_Model.look().colourMap, "viridis");
+}
+
+TEST_F(ImageModelTest, ChannelsThatAreNotThereAreNotShown)
+{
+    ImageSettings settings;
+    settings.channel = 2;
+    send(imageOf<float>({0, 1, 7, 4}, 1, 1, 4), settings);
+    EXPECT_EQ(m_Model.look().channel, 2);
+    send(imageOf<float>({0, 1}, 1, 1, 2), settings);
+    EXPECT_EQ(m_Model.look().channel, 0);
+    settings.channel = -1;
+    send(imageOf<float>({0, 1, 7, 4}, 1, 1, 4), settings);
+    EXPECT_EQ(m_Model.look().channel, -1);
+    send(imageOf<float>({0, 1}, 1, 1, 2), settings);
+    EXPECT_EQ(m_Model.look().channel, 0);
+}
+
+TEST_F(ImageModelTest, ADifferenceHasSignsAndARangeAboutZero)
+{
+    send(imageOf<std::uint8_t>({3, 250}, 2, 1));
+    m_Model.setOther(imageOf<std::uint8_t>({13, 245}, 2, 1));
+    EXPECT_TRUE(m_Model.isDifference());
+    EXPECT_EQ(m_Model.shownPixels().at(0, 0, 0), -10);
+    EXPECT_EQ(m_Model.shownPixels().at(1, 0, 0), 5);
+    EXPECT_EQ(range(), Range(-10, 10));
+    EXPECT_EQ(m_Model.look().colourMap, "blue-red");
+    m_Model.setOther(imageOf<std::uint8_t>({1}, 1, 1));
+    EXPECT_FALSE(m_Model.isDifference());
+    EXPECT_EQ(m_Model.shownPixels().at(0, 0, 0), 3);
+    EXPECT_EQ(range(), Range(0, 255));
+}
+
+TEST_F(ImageModelTest, ADifferenceIsOfTheChannelsThatBelongTogether)
+{
+    ImageUpdate update;
+    update.pixels = imageOf<double>({1, 2, 1e9 + 3}, 1, 1, 3);
+    update.isBgr = true;
+    m_Model.apply(update);
+    m_Model.setOther(imageOf<std::uint8_t>({3, 2, 2}, 1, 1, 3));
+    EXPECT_EQ(m_Model.shownPixels().at(0, 0, 0), 1e9);
+    EXPECT_EQ(m_Model.shownPixels().at(0, 0, 2), -1);
+    EXPECT_TRUE(m_Model.look().isSizeShown);
+}
+
+} // namespace
+} // namespace tavo

@@ -1,0 +1,229 @@
+#include "vireo/show/images/ImageView.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "tests/vireo/show/images/images.h"
+
+namespace tavo {
+namespace {
+
+const float NAN_F = std::numeric_limits<float>::quiet_NaN();
+const float INFINITE = std::numeric_limits<float>::infinity();
+
+class ImageViewTest : public testing::Test
+{
+protected:
+    ImageViewTest()
+    {
+        m_View.resize(400, 300);
+        m_View.show();
+        QApplication::processEvents();
+    }
+
+    // The colour of a pixel of the image in a picture of the view that fits it.
+    QRgb colourAt(int x, int y, const QSize& size = {160, 120})
+    {
+        const QImage picture = m_View.picture(size);
+        const ImageSight sight =
+            ImageSight::fitting({m_View.getModel().pixels().width, m_View.getModel().pixels().height}, size);
+        const QPointF place = sight.toView(QPointF(x + 0.25, y + 0.25), size);
+        return picture.pixel(place.toPoint()) | 0xff000000;
+    }
+
+    ImageView m_View{"image"};
+};
+
+TEST_F(ImageViewTest, ColoursAreWhatTheyAre)
+{
+    send(m_View, imageOf<std::uint8_t>({10, 20, 30, 200, 100, 0}, 2, 1, 3));
+    EXPECT_EQ(colourAt(0, 0), qRgb(10, 20, 30));
+    EXPECT_EQ(colourAt(1, 0), qRgb(200, 100, 0));
+    ImageUpdate update;
+    update.isBgr = true;
+    m_View.apply(update);
+    EXPECT_EQ(colourAt(0, 0), qRgb(30, 20, 10));
+    send(m_View, imageOf<float>({0, 0.5F, 7}, 1, 1, 3));
+    update.isBgr = false;
+    m_View.apply(update);
+    EXPECT_EQ(colourAt(0, 0), qRgb(0, 128, 255));
+}
+
+TEST_F(ImageViewTest, OneChannelIsGreyOrHasTheColoursOfAMap)
+{
+    send(m_View, imageOf<std::uint8_t>({0, 128, 255, 7}, 2, 2));
+    EXPECT_EQ(colourAt(1, 0), qRgb(128, 128, 128));
+    ImageSettings settings;
+    settings.colourMap = "viridis";
+    send(m_View, imageOf<std::uint8_t>({0, 128, 255, 7}, 2, 2), settings);
+    const RGBA8 last = findColourMap("viridis")->sample(1);
+    EXPECT_EQ(colourAt(0, 1), qRgb(last[0], last[1], last[2]));
+}
+
+TEST_F(ImageViewTest, AChannelAloneIsShownByTheMap)
+{
+    ImageSettings settings;
+    settings.channel = 1;
+    send(m_View, imageOf<std::uint8_t>({10, 20, 30, 40}, 1, 1, 4), settings);
+    EXPECT_EQ(colourAt(0, 0), qRgb(20, 20, 20));
+    m_View.showNextChannel();
+    EXPECT_EQ(colourAt(0, 0), qRgb(30, 30, 30));
+    m_View.showNextChannel();
+    m_View.showNextChannel();
+    EXPECT_EQ(colourAt(0, 0), qRgb(10, 20, 30));
+}
+
+TEST_F(ImageViewTest, GammaBrightensWhatIsDark)
+{
+    ImageSettings settings;
+    settings.gamma = 2;
+    send(m_View, imageOf<std::uint8_t>({64}, 1, 1), settings);
+    EXPECT_NEAR(qRed(colourAt(0, 0)), 128, 1);
+    settings.range = ImageRange{ImageRange::Kind::Fixed, 0, 4};
+    send(m_View, imageOf<double>({1}, 1, 1), settings);
+    EXPECT_NEAR(qRed(colourAt(0, 0)), 128, 1);
+}
+
+TEST_F(ImageViewTest, WhatIsNoNumberHasColoursThatNoMapHas)
+{
+    send(m_View, imageOf<float>({NAN_F, INFINITE, -INFINITE, 1, 2, 3}, 3, 2));
+    EXPECT_EQ(colourAt(0, 0), COLOUR_OF_NAN);
+    EXPECT_EQ(colourAt(1, 0), COLOUR_OF_INFINITY);
+    EXPECT_EQ(colourAt(2, 0), COLOUR_OF_INFINITY);
+    EXPECT_EQ(colourAt(2, 1), qRgb(255, 255, 255));
+    EXPECT_TRUE(m_View.textOfImage().contains("1 NaN, 2 infinite")) << m_View.textOfImage().toStdString();
+    send(m_View, imageOf<double>({1, double(NAN_F), double(INFINITE), 1, 1, double(INFINITE)}, 2, 1, 3));
+    EXPECT_EQ(colourAt(0, 0), COLOUR_OF_NAN);
+    EXPECT_EQ(colourAt(1, 0), COLOUR_OF_INFINITY);
+}
+
+TEST_F(ImageViewTest, PixelsAreSquaresOfOneSize)
+{
+    std::vector<std::uint8_t> numbers(7 * 5);
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        numbers[i] = static_cast<std::uint8_t>(7 * i);
+    send(m_View, imageOf(numbers, 7, 5));
+    const QSize size(160, 120); // 22-fold
+    const QImage picture = m_View.picture(size);
+    const ImageSight sight = ImageSight::fitting({7, 5}, size);
+    EXPECT_EQ(sight.scale, 22);
+    const QPoint origin = sight.origin(size).toPoint();
+    for (int y = 0; y < 5 * 22 - 1; ++y) // the last ones are below the edge
+        for (int x = 0; x < 7 * 22 - 1; ++x)
+            ASSERT_EQ(qRed(picture.pixel(origin + QPoint(x, y))), numbers[std::size_t(y / 22 * 7 + x / 22)])
+                << x << ' ' << y;
+}
+
+TEST_F(ImageViewTest, SmallerPicturesAreMeans)
+{
+    std::vector<std::uint8_t> numbers;
+    for (int i = 0; i < 1000 * 800; ++i)
+        numbers.push_back(i % 2 == 0 ? 0 : 200);
+    send(m_View, imageOf(numbers, 1000, 800));
+    for (const QSize size : {QSize(500, 400), QSize(250, 200), QSize(160, 120), QSize(333, 300)})
+        for (const QPoint place : {QPoint(300, 300), QPoint(501, 402), QPoint(700, 77)})
+            EXPECT_NEAR(qRed(colourAt(place.x(), place.y(), size)), 100, 35) << size.width() << ' ' << place.x();
+    EXPECT_EQ(qRed(colourAt(500, 400, {500, 400})), 100);
+}
+
+TEST_F(ImageViewTest, ValuesAreWrittenFrom32FoldOn)
+{
+    send(m_View, imageOf<std::uint8_t>(std::vector<std::uint8_t>(4 * 3, 100), 4, 3));
+    const auto hasInk = [this](const QSize& size) {
+        const QImage picture = m_View.picture(size);
+        const ImageSight sight = ImageSight::fitting({4, 3}, size);
+        const QRect pixel(
+            sight.toView({1, 1}, size).toPoint() + QPoint(2, 2), QSize(int(sight.scale) - 4, int(sight.scale) - 4));
+        for (int y = pixel.top(); y <= pixel.bottom(); ++y)
+            for (int x = pixel.left(); x <= pixel.right(); ++x)
+                if (qRed(picture.pixel(x, y)) != 100)
+                    return true;
+        return false;
+    };
+    EXPECT_FALSE(hasInk({31 * 4, 31 * 3}));
+    EXPECT_TRUE(hasInk({32 * 4, 32 * 3}));
+}
+
+TEST_F(ImageViewTest, WhatIsSentLeavesThePartAloneThatAPersonHasChosen)
+{
+    send(m_View, imageOf(std::vector<std::uint8_t>(100 * 100), 100, 100));
+    const double fitting = m_View.getSight().scale;
+    send(m_View, imageOf(std::vector<std::uint8_t>(50 * 50), 50, 50));
+    EXPECT_EQ(m_View.getSight().scale, 2 * fitting + 1);
+    ImageSight sight;
+    sight.scale = 4;
+    sight.centre = {10, 20};
+    m_View.setSight(sight);
+    send(m_View, imageOf(std::vector<std::uint8_t>(100 * 100), 100, 100));
+    EXPECT_EQ(m_View.getSight(), sight);
+    m_View.showAll();
+    EXPECT_EQ(m_View.getSight().scale, fitting);
+}
+
+TEST_F(ImageViewTest, LinkedImagesShowTheSamePartAndThePixelUnderThePointer)
+{
+    ImageView other("other");
+    other.resize(200, 100);
+    send(other, imageOf<float>({1, 2, 3, 4}, 2, 2));
+    ImageUpdate update;
+    update.pixels = imageOf<std::uint8_t>({5, 6, 7, 8}, 2, 2);
+    update.links = {"other"};
+    m_View.apply(update);
+    ImageSight sight;
+    sight.scale = 8;
+    sight.centre = {1, 2};
+    other.setSight(sight);
+    EXPECT_EQ(m_View.getSight(), sight);
+    m_View.hover(QPoint(1, 0));
+    EXPECT_EQ(other.textOfPixel(), "1, 0:  2");
+    EXPECT_EQ(m_View.textOfPixel(), "1, 0:  6");
+}
+
+TEST_F(ImageViewTest, ADifferenceFollowsBothImages)
+{
+    ImageUpdate update;
+    update.pixels = imageOf<float>({5, 6}, 2, 1);
+    update.difference = "reference";
+    m_View.apply(update);
+    EXPECT_FALSE(m_View.getModel().isDifference()) << "there is nothing to compare with";
+    {
+        ImageView reference("reference");
+        send(reference, imageOf<float>({1, 1}, 2, 1));
+        m_View.hover(QPoint(1, 0));
+        EXPECT_EQ(m_View.textOfPixel(), "1, 0:  5");
+        send(reference, imageOf<float>({1, 2}, 2, 1));
+        EXPECT_EQ(m_View.textOfPixel(), "1, 0:  4");
+        send(m_View, imageOf<float>({5, 16}, 2, 1));
+        EXPECT_EQ(m_View.textOfPixel(), "1, 0:  14");
+    }
+    EXPECT_EQ(m_View.textOfPixel(), "1, 0:  16") << "there is nothing to compare with any more";
+}
+
+TEST_F(ImageViewTest, DataAreSavedAsTheyWereSent)
+{
+    const QTemporaryDir folder;
+    ImagePixels pixels = imageOf<std::uint8_t>({1, 2, 3, 4, 5, 6}, 1, 2, 3);
+    ImageUpdate update;
+    update.pixels = pixels;
+    update.isBgr = true;
+    m_View.apply(update);
+    EXPECT_EQ(m_View.saveData(folder.filePath("a.csv")), "");
+    QFile file(folder.filePath("a.csv"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "x,y,red,green,blue\n0,0,3,2,1\n0,1,6,5,4\n");
+    EXPECT_EQ(m_View.saveData(folder.filePath("a.png")), "");
+    EXPECT_EQ(QImage(folder.filePath("a.png")).pixel(0, 1), qRgb(6, 5, 4));
+    EXPECT_NE(m_View.saveData(folder.filePath("a.txt")), "");
+    send(m_View, imageOf<float>({0.1F, NAN_F}, 2, 1));
+    EXPECT_EQ(m_View.saveData(folder.filePath("b.csv")), "");
+    QFile other(folder.filePath("b.csv"));
+    ASSERT_TRUE(other.open(QIODevice::ReadOnly));
+    EXPECT_EQ(other.readAll(), "x,y,value\n0,0,0.1\n1,0,nan\n");
+    EXPECT_NE(m_View.saveData(folder.filePath("b.png")), "");
+}
+
+} // namespace
+} // namespace tavo

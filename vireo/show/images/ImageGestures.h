@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <optional>
+
+#include "vireo/show/images/ImageSight.h"
+
+class QKeyEvent;
+class QMouseEvent;
+class QWheelEvent;
+
+namespace tavo {
+
+class ImageView;
+
+// What a person does to an image with mouse and keys.
+//
+// The wheel, + and - zoom, at the pointer; a drag moves the image. A double click, or Home, shows all of it; 1 shows
+// its pixels as large as those of the screen. c shows the next channel alone, and then all of them; r finds the range
+// afresh.
+class ImageGestures : public QObject
+{
+public:
+    explicit ImageGestures(ImageView& view);
+
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    struct Drag
+    {
+        Qt::MouseButton button;
+        QPointF start;
+        ImageSight sight; // when it began
+    };
+
+    bool press(const QMouseEvent& event);
+    bool move(const QMouseEvent& event);
+    bool release(const QMouseEvent& event);
+    void turnWheel(QWheelEvent& event);
+    void zoom(int steps);
+    void showAsItIs();
+    bool pressKey(const QKeyEvent& event);
+    QPointF place() const; // of the pointer, or else the middle
+
+    ImageView& m_View;
+    std::optional<Drag> m_Drag;
+    std::optional<QPointF> m_Pointer;
+    int m_Turned = 0; // in eighths of a degree, since the last step of the wheel
+};
+
+} // namespace tavo

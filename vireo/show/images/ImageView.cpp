@@ -1,0 +1,300 @@
+#include "vireo/show/images/ImageView.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "tavo/base/debug/displayException.h"
+#include "vireo/show/images/ImageGestures.h"
+#include "vireo/show/images/imageData.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr int MARGIN = 4; // in pixels, of the text below the image
+
+std::vector<ImageView*>& allViews()
+{
+    static std::vector<ImageView*> views;
+    return views;
+}
+
+const char* nameOfType(const NumberArray& numbers)
+{
+    return numbers.visit([](const auto* number, std::size_t) -> const char* {
+        using T = std::decay_t<decltype(*number)>;
+        constexpr int BITS = 8 * sizeof(T);
+        if (std::is_floating_point_v<T>)
+            return BITS == 32 ? "float" : "double";
+        constexpr const char* NAMES[][2] = {
+            {"uint8", "int8"}, {"uint16", "int16"}, {"uint32", "int32"}, {"uint64", "int64"}};
+        return NAMES[BITS == 8 ? 0 : BITS == 16 ? 1 : BITS == 32 ? 2 : 3][std::is_signed_v<T> ? 1 : 0];
+    });
+}
+
+QString counted(std::size_t number, const QString& what)
+{
+    return number > 0 ? QString(", %1 %2").arg(number).arg(what) : QString();
+}
+
+} // namespace
+
+ImageView::ImageView(const std::string& name)
+    : m_Name(name)
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMinimumSize(40, 30);
+    m_Gestures = std::make_unique<ImageGestures>(*this);
+    allViews().push_back(this);
+}
+
+ImageView::~ImageView()
+{
+    std::vector<ImageView*>& all = allViews();
+    all.erase(std::find(all.begin(), all.end(), this));
+    followDifferences();
+}
+
+void ImageView::makeRoom(const Replaced& replaced)
+{
+    if (replaced.isAll)
+        m_Model.makeRoom();
+}
+
+void ImageView::apply(ViewUpdate& update)
+{
+    const auto& image = static_cast<ImageUpdate&>(update);
+    m_Links.insert(image.links.begin(), image.links.end());
+    m_Model.apply(image);
+    if (image.difference)
+        m_Difference = *image.difference;
+    if (!m_Difference.empty() || m_Model.isDifference())
+        takeDifference();
+    followDifferences();
+    if (!image.links.empty())
+        for (const ImageView* view : linkedViews())
+            if (view->m_IsChosen)
+                return setSight(view->m_Sight);
+    changed();
+}
+
+// Those that show their difference from this one.
+void ImageView::followDifferences()
+{
+    for (ImageView* view : allViews())
+        if (view != this && view->m_Difference == m_Name) {
+            view->takeDifference();
+            view->changed();
+        }
+}
+
+void ImageView::takeDifference()
+{
+    const auto other = std::find_if(allViews().begin(), allViews().end(),
+        [this](const ImageView* view) { return view->m_Name == m_Difference && view != this; });
+    m_Model.setOther(
+        other != allViews().end() ? std::optional((*other)->getModel().pixels()) : std::optional<ImagePixels>());
+}
+
+std::vector<ImageView*> ImageView::linkedViews()
+{
+    const auto isLinked = [](const ImageView* a, const ImageView* b) { return a->m_Links.count(b->m_Name) > 0; };
+    std::vector<ImageView*> linked{this};
+    for (std::size_t i = 0; i < linked.size(); ++i)
+        for (ImageView* view : allViews())
+            if ((isLinked(linked[i], view) || isLinked(view, linked[i])) &&
+                std::find(linked.begin(), linked.end(), view) == linked.end())
+                linked.push_back(view);
+    return linked;
+}
+
+void ImageView::changed()
+{
+    m_Picture = {};
+    if (!m_IsChosen)
+        m_Sight = sightFor(sightSize());
+    update();
+}
+
+ImageSight ImageView::sightFor(const QSize& size) const
+{
+    return m_IsChosen ? m_Sight : ImageSight::fitting(imageSize(), size);
+}
+
+QSize ImageView::imageSize() const
+{
+    return {m_Model.pixels().width, m_Model.pixels().height};
+}
+
+void ImageView::setSight(const ImageSight& sight)
+{
+    for (ImageView* view : linkedViews()) {
+        view->m_Sight = sight;
+        view->m_Sight.keepInView(view->imageSize());
+        view->m_IsChosen = true;
+        view->changed();
+    }
+}
+
+void ImageView::showAll()
+{
+    for (ImageView* view : linkedViews()) {
+        view->m_IsChosen = false;
+        view->changed();
+    }
+}
+
+void ImageView::choose(const std::function<void(ImageSettings& choice)>& change)
+{
+    ImageSettings choice = m_Model.getChoice();
+    change(choice);
+    m_Model.choose(choice);
+    changed();
+}
+
+void ImageView::showNextChannel()
+{
+    const ImagePixels& pixels = m_Model.shownPixels();
+    const int next = m_Model.look().channel + 1;
+    choose([&](ImageSettings& choice) {
+        choice.channel = next < pixels.channels ? next : pixels.hasColours() ? -1 : 0;
+    });
+}
+
+void ImageView::refreshRange()
+{
+    m_Model.refreshRange();
+    changed();
+}
+
+int ImageView::barHeight() const
+{
+    return fontMetrics().height() + MARGIN;
+}
+
+QSize ImageView::sightSize() const
+{
+    const QSizeF size(width(), std::max(height() - barHeight(), 1));
+    return (size * devicePixelRatioF()).toSize();
+}
+
+ImageInk ImageView::ink() const
+{
+    return {palette().color(QPalette::Base), palette().color(QPalette::Mid), font()};
+}
+
+QImage ImageView::picture(QSize size)
+{
+    return drawImage(m_Model.levels(), m_Model.look(), sightFor(size), size, ink());
+}
+
+std::string ImageView::saveData(const QString& file)
+{
+    return saveImage(file, m_Model.pixels());
+}
+
+std::optional<QPoint> ImageView::pixelAt(const QPointF& place) const
+{
+    const QPointF point = m_Sight.toImage(onScreen(place), sightSize());
+    const QPoint pixel(static_cast<int>(std::floor(point.x())), static_cast<int>(std::floor(point.y())));
+    if (!m_Model.pixels().isInside(pixel.x(), pixel.y()) || place.y() >= height() - barHeight())
+        return {};
+    return pixel;
+}
+
+void ImageView::hover(const std::optional<QPoint>& pixel)
+{
+    for (ImageView* view : linkedViews()) {
+        view->m_Hovered = pixel;
+        view->update();
+    }
+}
+
+QString ImageView::textOfPixel() const
+{
+    constexpr int DIGITS_OF_FLOAT = 9;
+    constexpr int DIGITS_OF_DOUBLE = 17;
+    const ImagePixels& pixels = m_Model.shownPixels();
+    if (!m_Hovered || !pixels.isInside(m_Hovered->x(), m_Hovered->y()))
+        return {};
+    const int digits = nameOfType(pixels.numbers) == std::string("float") ? DIGITS_OF_FLOAT : DIGITS_OF_DOUBLE;
+    QString text = QString("%1, %2:").arg(m_Hovered->x()).arg(m_Hovered->y());
+    for (int channel = 0; channel < pixels.channels; ++channel)
+        text += "  " + textOfNumber(pixels, m_Hovered->x(), m_Hovered->y(), channel, digits);
+    return text;
+}
+
+QString ImageView::textOfImage() const
+{
+    const ImagePixels& pixels = m_Model.pixels();
+    if (pixels.isEmpty())
+        return {};
+    QString text = QString("%1 x %2, ").arg(pixels.width).arg(pixels.height);
+    if (pixels.channels > 1)
+        text += QString("%1 x ").arg(pixels.channels);
+    text += nameOfType(pixels.numbers);
+    if (m_Model.look().channel >= 0 && pixels.channels > 1)
+        text += tr(", channel %1").arg(m_Model.look().channel);
+    if (m_Model.isDifference())
+        text += tr(", difference");
+    text += counted(m_Model.statistics().numNaN, "NaN") + counted(m_Model.statistics().numInfinite, tr("infinite"));
+    return text + QString(", %1 %").arg(100 * m_Sight.scale, 0, 'g', 3 + (m_Sight.scale >= 10 ? 2 : 0));
+}
+
+void ImageView::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        changed();
+    View::changeEvent(event);
+}
+
+void ImageView::resizeEvent(QResizeEvent* event)
+{
+    changed();
+    View::resizeEvent(event);
+}
+
+void ImageView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    if (m_Picture.isNull())
+        runGuarded([this] {
+            m_Picture = drawImage(m_Model.levels(), m_Model.look(), m_Sight, sightSize(), ink());
+            m_Picture.setDevicePixelRatio(devicePixelRatioF());
+        });
+    painter.drawImage(QPoint(0, 0), m_Picture);
+    paintMark(painter);
+    paintBar(painter);
+}
+
+// Where the pointer is, in this image or one that is linked to it.
+void ImageView::paintMark(QPainter& painter) const
+{
+    if (!m_Hovered)
+        return;
+    const double scale = m_Sight.scale / devicePixelRatioF();
+    const QPointF corner = m_Sight.toView(QPointF(*m_Hovered), sightSize()) / devicePixelRatioF();
+    const double side = std::max(scale, 5.0);
+    const QRectF square(corner.x() + (scale - side) / 2, corner.y() + (scale - side) / 2, side, side);
+    painter.setPen(Qt::white);
+    painter.drawRect(square.adjusted(-1, -1, 0, 0));
+    painter.setPen(Qt::black);
+    painter.drawRect(square.adjusted(-2, -2, 1, 1));
+}
+
+void ImageView::paintBar(QPainter& painter) const
+{
+    const QRect bar(0, height() - barHeight(), width(), barHeight());
+    painter.fillRect(bar, palette().color(QPalette::Window));
+    painter.setPen(palette().color(QPalette::WindowText));
+    const QRect inside = bar.adjusted(MARGIN, 0, -MARGIN, 0);
+    const QString pixel = textOfPixel();
+    painter.drawText(inside, Qt::AlignLeft | Qt::AlignVCenter, pixel);
+    const QString about = textOfImage();
+    if (fontMetrics().horizontalAdvance(pixel) + fontMetrics().horizontalAdvance(about) + 4 * MARGIN < inside.width())
+        painter.drawText(inside, Qt::AlignRight | Qt::AlignVCenter, about);
+}
+
+} // namespace tavo

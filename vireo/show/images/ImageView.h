@@ -1,0 +1,90 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "vireo/show/images/ImageModel.h"
+#include "vireo/show/images/ImageSight.h"
+#include "vireo/show/images/drawImage.h"
+#include "vireo/show/window/View.h"
+
+namespace tavo {
+
+class ImageGestures;
+
+// An image. It is drawn by the processor, at the resolution of the screen: what is seen has to be looked up in tables
+// and copied once, which takes no longer than handing it to OpenGL would, and needs no context.
+class ImageView : public View
+{
+public:
+    explicit ImageView(const std::string& name);
+    ~ImageView() override;
+
+    void makeRoom(const Replaced& replaced) override;
+    void apply(ViewUpdate& update) override;
+    QImage picture(QSize size) override;
+    std::string saveData(const QString& file) override;
+
+    ImageModel& getModel() { return m_Model; }
+
+    // What is seen. In pixels of the screen.
+    const ImageSight& getSight() const { return m_Sight; }
+    QSize sightSize() const;
+
+    // Shows that part, in linked images, too, for a person: what is sent leaves it alone then.
+    void setSight(const ImageSight& sight);
+    bool isChosen() const { return m_IsChosen; }
+
+    // Shows all of it, now and as it changes.
+    void showAll();
+
+    // Has a person choose how numbers become colours.
+    void choose(const std::function<void(ImageSettings& choice)>& change);
+    void showNextChannel();
+    void refreshRange();
+
+    // The pixel of the image that is at a place of the widget; none beside the image.
+    std::optional<QPoint> pixelAt(const QPointF& place) const;
+    QPointF onScreen(const QPointF& place) const { return place * devicePixelRatioF(); }
+
+    // Marks that pixel, in linked images, too, and says what is there.
+    void hover(const std::optional<QPoint>& pixel);
+    const std::optional<QPoint>& hovered() const { return m_Hovered; }
+
+    // What is said below the image: about the pixel that the pointer is on, and about all of it.
+    QString textOfPixel() const;
+    QString textOfImage() const;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    std::vector<ImageView*> linkedViews();
+    void followDifferences();
+    void takeDifference();
+    void changed();
+    ImageInk ink() const;
+    int barHeight() const;
+    QSize imageSize() const;
+    ImageSight sightFor(const QSize& size) const;
+    void paintBar(QPainter& painter) const;
+    void paintMark(QPainter& painter) const;
+
+    std::string m_Name;
+    ImageModel m_Model;
+    std::set<std::string> m_Links;
+    std::string m_Difference; // the name of the other image; empty for none
+    ImageSight m_Sight;
+    bool m_IsChosen = false; // the sight, by a person
+    std::optional<QPoint> m_Hovered;
+    QImage m_Picture; // null if it has to be drawn
+    std::unique_ptr<ImageGestures> m_Gestures;
+};
+
+} // namespace tavo

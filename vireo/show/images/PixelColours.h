@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QRgb>
+#include <array>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "vireo/show/colours/ColourMap.h"
+#include "vireo/show/images/ImagePixels.h"
+
+namespace tavo {
+
+// How numbers become colours.
+struct ImageLook
+{
+    int channel = 0; // -1: the first three are red, green and blue
+    double from = 0;
+    double to = 255;
+    double gamma = 1;
+    std::string colourMap;          // of one channel; empty for grey as bright as the number is great
+    bool isSizeShown = false;       // of numbers, whatever their sign
+
+    bool isColour() const { return channel < 0; }
+    bool operator==(const ImageLook& other) const = default;
+};
+
+// The colours of what is no number and of what is infinite, which no map has.
+constexpr QRgb COLOUR_OF_NAN = qRgb(255, 0, 255);
+constexpr QRgb COLOUR_OF_INFINITY = qRgb(0, 255, 0);
+
+// The colours of pixels, by tables: what a pixel costs depends on nothing but its type.
+class PixelColours
+{
+public:
+    explicit PixelColours(const ImageLook& look);
+
+    // The colours of `count` pixels of a row, from the pixel `x` on.
+    void convert(const ImagePixels& pixels, int x, int y, int count, QRgb* colours) const;
+
+    // That numbers have by the map, from the least to the greatest of the range.
+    std::vector<RGBA8> mapColours() const;
+
+private:
+    static constexpr std::size_t SIZE = 1024;
+
+    template <typename T>
+    void convertNumbers(const T* numbers, const ImagePixels& pixels, int count, QRgb* colours) const;
+    template <typename T>
+    void convertColours(const T* numbers, const ImagePixels& pixels, int count, QRgb* colours) const;
+    template <typename T>
+    std::size_t entryOf(T number) const;
+
+    ImageLook m_Look;
+    double m_Scale; // from numbers to entries
+    bool m_IsPlain; // bytes are colours as they are
+    // And, behind them, of what is no number and what is infinite.
+    std::array<QRgb, SIZE + 2> m_Colours;
+    std::array<unsigned char, SIZE + 2> m_Levels;
+    // Of bytes.
+    std::array<QRgb, 256> m_ColoursOfBytes;
+    std::array<unsigned char, 256> m_LevelsOfBytes;
+};
+
+} // namespace tavo

@@ -1,0 +1,203 @@
+#include "vireo/show/images/drawImage.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <type_traits>
+#include <vector>
+
+namespace tavo {
+
+namespace {
+
+// The pixels of the image that are seen at all.
+QRect seenPixels(const QSize& image, const ImageSight& sight, const QSize& view)
+{
+    const QPointF first = sight.toImage({0, 0}, view);
+    const QPointF last = sight.toImage({double(view.width()), double(view.height())}, view);
+    const QPoint topLeft(static_cast<int>(std::floor(first.x())), static_cast<int>(std::floor(first.y())));
+    const QPoint bottomRight(static_cast<int>(std::ceil(last.x())) - 1, static_cast<int>(std::ceil(last.y())) - 1);
+    return QRect(topLeft, bottomRight) & QRect(QPoint(), image);
+}
+
+// Every colour becomes a square. `left` is where the first one begins, which may be before the row.
+void repeat(const std::vector<QRgb>& colours, int side, int left, QRgb* row, int width)
+{
+    for (std::size_t i = 0; i < colours.size(); ++i) {
+        const int from = std::max(left + static_cast<int>(i) * side, 0);
+        const int to = std::min(left + (static_cast<int>(i) + 1) * side, width);
+        if (from < to)
+            std::fill(row + from, row + to, colours[i]);
+    }
+}
+
+QRgb* lineOf(QImage& picture, int y)
+{
+    return reinterpret_cast<QRgb*>(picture.scanLine(y));
+}
+
+// The pixels as squares.
+void drawSquares(QImage& picture, const ImagePixels& pixels, const PixelColours& colours, const ImageSight& sight)
+{
+    const QRect seen = seenPixels({pixels.width, pixels.height}, sight, picture.size());
+    const QPoint origin = sight.origin(picture.size()).toPoint();
+    const int side = static_cast<int>(sight.scale);
+    std::vector<QRgb> row(static_cast<std::size_t>(std::max(seen.width(), 0)));
+    for (int y = seen.top(); y <= seen.bottom(); ++y) {
+        const int top = std::max(origin.y() + y * side, 0);
+        const int bottom = std::min(origin.y() + (y + 1) * side, picture.height());
+        QRgb* const first = lineOf(picture, top);
+        if (side == 1) {
+            colours.convert(pixels, seen.left(), y, seen.width(), first + origin.x() + seen.left());
+            continue;
+        }
+        colours.convert(pixels, seen.left(), y, seen.width(), row.data());
+        repeat(row, side, origin.x() + seen.left() * side, first, picture.width());
+        const int left = std::max(origin.x() + seen.left() * side, 0);
+        const int right = std::min(origin.x() + (seen.right() + 1) * side, picture.width());
+        for (int line = top + 1; line < bottom; ++line)
+            std::memcpy(
+                lineOf(picture, line) + left, first + left, sizeof(QRgb) * static_cast<std::size_t>(right - left));
+    }
+}
+
+// The level of which a pixel is a little more than one of the screen, or just one.
+int levelOf(double scale)
+{
+    constexpr double ROUNDING = 1e-9;
+    return std::max(static_cast<int>(std::floor(std::log2(1 / scale) + ROUNDING)), 0);
+}
+
+// A part of a level in colours.
+QImage coloursOf(ImageLevels& levels, int level, const QRect& part, const PixelColours& colours)
+{
+    QImage picture(part.size(), QImage::Format_RGB32);
+    levels.visit(level, part, [&](const ImagePixels& piece, const QPoint& place) {
+        const QRect covered = QRect(place, QSize(piece.width, piece.height)) & part;
+        for (int y = covered.top(); y <= covered.bottom(); ++y)
+            colours.convert(piece, covered.left() - place.x(), y - place.y(), covered.width(),
+                lineOf(picture, y - part.top()) + covered.left() - part.left());
+    });
+    return picture;
+}
+
+// The image, smaller than it is.
+void drawReduced(QImage& picture, ImageLevels& levels, const PixelColours& colours, const ImageSight& sight)
+{
+    const int level = levelOf(sight.scale);
+    const double scale = sight.scale * std::pow(2, level);
+    const QSize size = levels.sizeOf(level);
+    ImageSight ofLevel;
+    ofLevel.scale = scale;
+    ofLevel.centre = sight.centre / std::pow(2, level);
+    const QRect seen = seenPixels(size, ofLevel, picture.size()).adjusted(-1, -1, 1, 1) & QRect(QPoint(), size);
+    if (seen.isEmpty())
+        return;
+    const QPointF origin = sight.origin(picture.size());
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, scale < 1);
+    painter.drawImage(QRectF(origin + QPointF(seen.topLeft()) * scale, QSizeF(seen.size()) * scale),
+        coloursOf(levels, level, seen, colours));
+}
+
+int numLines(const ImagePixels& pixels, const ImageLook& look)
+{
+    return look.isColour() ? pixels.channels : 1;
+}
+
+QString textOfPixel(const ImagePixels& pixels, const ImageLook& look, int x, int y, int digits)
+{
+    QStringList lines;
+    for (int i = 0; i < numLines(pixels, look); ++i)
+        lines += textOfNumber(pixels, x, y, look.isColour() ? i : std::min(look.channel, pixels.channels - 1), digits);
+    return lines.join('\n');
+}
+
+// The largest that fits into a square.
+QFont fontFor(const QFont& font, double side, int lines)
+{
+    constexpr double LARGEST = 14;
+    constexpr double PIXELS_PER_LETTER = 0.6;
+    constexpr int LETTERS = 6;
+    QFont fitting = font;
+    fitting.setPixelSize(std::max(
+        static_cast<int>(std::min({LARGEST, side / (PIXELS_PER_LETTER * LETTERS), side / (1.2 * lines + 0.2)})), 1));
+    return fitting;
+}
+
+void drawGrid(QPainter& painter, const QRect& seen, const ImageSight& sight, const QSize& view)
+{
+    painter.setPen(QColor(128, 128, 128, 110));
+    const QRectF all(sight.toView(seen.topLeft(), view), QSizeF(seen.size()) * sight.scale);
+    for (int x = seen.left(); x <= seen.right() + 1; ++x) {
+        const double place = sight.toView(QPointF(x, 0), view).x() + 0.5;
+        painter.drawLine(QPointF(place, all.top()), QPointF(place, all.bottom()));
+    }
+    for (int y = seen.top(); y <= seen.bottom() + 1; ++y) {
+        const double place = sight.toView(QPointF(0, y), view).y() + 0.5;
+        painter.drawLine(QPointF(all.left(), place), QPointF(all.right(), place));
+    }
+}
+
+// A grid, and in every pixel its numbers.
+void drawValues(
+    QImage& picture, const ImagePixels& pixels, const ImageLook& look, const ImageSight& sight, const QFont& font)
+{
+    constexpr int DIGITS = 4;
+    const QRect seen = seenPixels({pixels.width, pixels.height}, sight, picture.size());
+    const PixelColours colours(look);
+    QPainter painter(&picture);
+    drawGrid(painter, seen, sight, picture.size());
+    painter.setFont(fontFor(font, sight.scale, numLines(pixels, look)));
+    for (int y = seen.top(); y <= seen.bottom(); ++y)
+        for (int x = seen.left(); x <= seen.right(); ++x) {
+            QRgb colour = 0;
+            colours.convert(pixels, x, y, 1, &colour);
+            painter.setPen(qGray(colour) > 128 ? Qt::black : Qt::white);
+            const QRectF square(sight.toView(QPointF(x, y), picture.size()), QSizeF(sight.scale, sight.scale));
+            painter.drawText(square, Qt::AlignCenter, textOfPixel(pixels, look, x, y, DIGITS));
+        }
+}
+
+} // namespace
+
+QImage drawImage(
+    ImageLevels& levels, const ImageLook& look, const ImageSight& sight, const QSize& size, const ImageInk& ink)
+{
+    QImage picture(size, QImage::Format_RGB32);
+    const ImagePixels& pixels = levels.pixels();
+    const QRectF all(sight.origin(size), QSizeF(pixels.width, pixels.height) * sight.scale);
+    if (!all.contains(QRectF(picture.rect())))
+        picture.fill(ink.ground);
+    if (pixels.isEmpty())
+        return picture;
+    if (sight.scale >= 1)
+        drawSquares(picture, pixels, PixelColours(look), sight);
+    else
+        drawReduced(picture, levels, PixelColours(look), sight);
+    if (sight.scale >= SCALE_OF_VALUES)
+        drawValues(picture, pixels, look, sight, ink.font);
+    QPainter painter(&picture);
+    painter.setPen(ink.edge);
+    painter.drawRect(all.adjusted(-0.5, -0.5, 0.5, 0.5));
+    return picture;
+}
+
+QString textOfNumber(const ImagePixels& pixels, int x, int y, int channel, int digits)
+{
+    const std::size_t index = pixels.indexOfRow(y) +
+                              static_cast<std::size_t>(x) * static_cast<std::size_t>(pixels.channels) +
+                              static_cast<std::size_t>(pixels.placeOfChannel(channel));
+    return pixels.numbers.visit([=](const auto* numbers, std::size_t) {
+        using T = std::remove_const_t<std::remove_pointer_t<decltype(numbers)>>;
+        if constexpr (std::is_integral_v<T>)
+            return QString::number(+numbers[index]);
+        else if (std::isnan(numbers[index]))
+            return QString("NaN");
+        else
+            return QString::number(double(numbers[index]), 'g', digits);
+    });
+}
+
+} // namespace tavo

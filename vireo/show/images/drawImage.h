@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QImage>
+#include <QString>
+
+#include "vireo/show/images/ImageLevels.h"
+#include "vireo/show/images/ImageSight.h"
+#include "vireo/show/images/PixelColours.h"
+
+namespace tavo {
+
+// From this magnification on, a grid and the numbers of the pixels are drawn.
+constexpr double SCALE_OF_VALUES = 32;
+
+struct ImageInk
+{
+    QColor ground;
+    QColor edge; // of the image
+    QFont font;
+};
+
+// A picture of what is seen of an image. Its cost goes by the pixels of the picture, once the levels are there that it
+// shows.
+QImage drawImage(
+    ImageLevels& levels, const ImageLook& look, const ImageSight& sight, const QSize& size, const ImageInk& ink);
+
+// A number as it stands in a pixel or a line of text, with so many digits.
+QString textOfNumber(const ImagePixels& pixels, int x, int y, int channel, int digits);
+
+} // namespace tavo

@@ -1,0 +1,187 @@
+#include "vireo/show/images/imageStatistics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <type_traits>
+#include <vector>
+
+namespace tavo {
+
+namespace {
+
+constexpr std::int64_t LARGEST_CHOICE = std::int64_t(1) << 22;
+
+struct Channels
+{
+    int first;
+    int count;
+};
+
+Channels channelsOf(const ImagePixels& pixels, int channel)
+{
+    if (channel < 0 && pixels.hasColours())
+        return {0, 3};
+    return {pixels.placeOfChannel(std::clamp(channel, 0, pixels.channels - 1)), 1};
+}
+
+// Calls `use(numbers)` for the numbers of every pixel, or every few, of which the channels' come first.
+template <typename Use>
+void forEachPixel(const ImagePixels& pixels, const Channels& channels, std::int64_t step, Use use)
+{
+    pixels.numbers.visit([&](const auto* numbers, std::size_t) {
+        for (int y = 0; y < pixels.height; ++y) {
+            const auto* const row = numbers + pixels.indexOfRow(y) + channels.first;
+            const std::int64_t before = std::int64_t(y) * pixels.width;
+            for (std::int64_t x = (step - before % step) % step; x < pixels.width; x += step)
+                use(row + x * pixels.channels);
+        }
+    });
+}
+
+template <typename Use>
+void forEachFinite(const ImagePixels& pixels, int channel, Use use)
+{
+    const Channels channels = channelsOf(pixels, channel);
+    const std::int64_t size = std::int64_t(pixels.width) * pixels.height * channels.count;
+    forEachPixel(pixels, channels, size / LARGEST_CHOICE + 1, [&](const auto* numbers) {
+        for (int i = 0; i < channels.count; ++i)
+            if (const auto value = static_cast<double>(numbers[i]); std::isfinite(value))
+                use(value);
+    });
+}
+
+// Least and greatest of the numbers of rows, several side by side, so that the processor takes several at once.
+template <typename T>
+class Extremes
+{
+public:
+    Extremes()
+    {
+        std::fill_n(m_Least, LANES, std::numeric_limits<T>::max());
+        std::fill_n(m_Greatest, LANES, std::numeric_limits<T>::lowest());
+    }
+
+    // Counts those that are not finite.
+    std::size_t include(const T* numbers, std::size_t count)
+    {
+        std::size_t numBad = 0;
+        std::size_t i = 0;
+        for (; i + LANES <= count; i += LANES)
+            numBad += includeLanes(numbers + i);
+        for (std::size_t lane = 0; i < count; ++i, ++lane)
+            numBad += includeOne(numbers[i], lane);
+        return numBad;
+    }
+
+    // Of these channels, of so many that pixels have.
+    void giveTo(ImageStatistics& statistics, const Channels& channels, int numChannels) const
+    {
+        T least = std::numeric_limits<T>::max();
+        T greatest = std::numeric_limits<T>::lowest();
+        for (int lane = 0; lane < static_cast<int>(LANES); ++lane)
+            if (const int channel = lane % numChannels;
+                channel >= channels.first && channel < channels.first + channels.count) {
+                least = std::min(least, m_Least[lane]);
+                greatest = std::max(greatest, m_Greatest[lane]);
+            }
+        if (least > greatest)
+            return;
+        statistics.least = static_cast<double>(least);
+        statistics.greatest = static_cast<double>(greatest);
+    }
+
+private:
+    static constexpr std::size_t LANES = 48; // whole pixels, however many channels they have
+
+    static bool isFinite(T number)
+    {
+        if constexpr (std::is_floating_point_v<T>)
+            return std::abs(number) <= std::numeric_limits<T>::max();
+        else
+            return true;
+    }
+
+    unsigned includeOne(T number, std::size_t lane)
+    {
+        const bool isGood = isFinite(number);
+        m_Least[lane] = isGood && number < m_Least[lane] ? number : m_Least[lane];
+        m_Greatest[lane] = isGood && number > m_Greatest[lane] ? number : m_Greatest[lane];
+        return isGood ? 0 : 1;
+    }
+
+    std::size_t includeLanes(const T* numbers)
+    {
+        unsigned numBad = 0;
+        for (std::size_t lane = 0; lane < LANES; ++lane)
+            numBad += includeOne(numbers[lane], lane);
+        return numBad;
+    }
+
+    T m_Least[LANES];
+    T m_Greatest[LANES];
+};
+
+void countNonFinite(const ImagePixels& pixels, const Channels& channels, ImageStatistics& statistics)
+{
+    forEachPixel(pixels, channels, 1, [&](const auto* numbers) {
+        bool isNaN = false;
+        bool isInfinite = false;
+        for (int i = 0; i < channels.count; ++i) {
+            isNaN = isNaN || std::isnan(static_cast<double>(numbers[i]));
+            isInfinite = isInfinite || std::isinf(static_cast<double>(numbers[i]));
+        }
+        statistics.numNaN += isNaN ? 1 : 0;
+        statistics.numInfinite += isInfinite && !isNaN ? 1 : 0;
+    });
+}
+
+} // namespace
+
+ImageStatistics imageStatistics(const ImagePixels& pixels, int channel)
+{
+    ImageStatistics statistics;
+    const Channels channels = channelsOf(pixels, channel);
+    std::size_t numBad = 0;
+    pixels.numbers.visit([&](const auto* numbers, std::size_t) {
+        Extremes<std::remove_const_t<std::remove_pointer_t<decltype(numbers)>>> extremes;
+        for (int y = 0; y < pixels.height; ++y)
+            numBad += extremes.include(numbers + pixels.indexOfRow(y),
+                static_cast<std::size_t>(pixels.width) * static_cast<std::size_t>(pixels.channels));
+        extremes.giveTo(statistics, channels, pixels.channels);
+    });
+    if (numBad > 0)
+        countNonFinite(pixels, channels, statistics);
+    return statistics;
+}
+
+ValueCounts countPixels(const ImagePixels& pixels, int channel, const ImageStatistics& statistics)
+{
+    ValueCounts result;
+    const double least = result.least = statistics.least;
+    const double greatest = result.greatest = statistics.greatest;
+    const double scale = greatest > least ? ValueCounts::SIZE / (greatest / 2 - least / 2) : 0;
+    forEachFinite(pixels, channel, [&](double value) {
+        const double place = greatest > least ? (value / 2 - least / 2) * scale : ValueCounts::SIZE / 2.0;
+        ++result.counts[std::min(static_cast<std::size_t>(place), ValueCounts::SIZE - 1)];
+    });
+    return result;
+}
+
+std::pair<double, double> percentilesOf(const ImagePixels& pixels, int channel, double low, double high)
+{
+    std::vector<double> values;
+    forEachFinite(pixels, channel, [&values](double value) { values.push_back(value); });
+    if (values.empty())
+        return {0, 1};
+    const auto at = [&values](double percent) {
+        const auto place = values.begin() + std::lround(percent / 100 * (double(values.size()) - 1));
+        std::nth_element(values.begin(), place, values.end());
+        return *place;
+    };
+    const double from = at(low);
+    return {from, at(high)};
+}
+
+} // namespace tavo
