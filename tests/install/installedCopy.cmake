@@ -11,7 +11,7 @@ foreach(way cmake pkgconfig)
             -DCXX=${CMAKE_CXX_COMPILER}
             -DLIB_DIR=${CMAKE_INSTALL_LIBDIR}
             "-DEXTRA_FLAGS=$<$<BOOL:${VIREO_SANITIZE}>:-fsanitize=address,undefined>"
-            "-DEXAMPLES=curve plot scene geometry-list $<$<BOOL:${VIREO_HAVE_CG}>:cg-program>"
+            "-DEXAMPLES=curve plot scene image geometry-list $<$<BOOL:${VIREO_HAVE_CG}>:cg-program>"
             -P ${CMAKE_CURRENT_SOURCE_DIR}/useInstalledCopy.cmake)
 endforeach()
 set_tests_properties(install.cmake install.pkgconfig PROPERTIES RESOURCE_LOCK display)
