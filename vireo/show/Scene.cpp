@@ -296,6 +296,37 @@ Scene Scene::bearings(bool areShown, const Statement&) const
     return *this;
 }
 
+Scene Scene::clipBox(const Vector3d& low, const Vector3d& high, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return *this;
+    const std::string where = digits(low[0]) + ", " + digits(low[1]) + ", " + digits(low[2]);
+    const Call call{m_Slot, "clipBox", where};
+    bool isFinite = true;
+    bool isBox = true;
+    for (std::size_t i = 0; i < 3; ++i) {
+        isFinite = isFinite && std::isfinite(low[i]) && std::isfinite(high[i]);
+        isBox = isBox && low[i] <= high[i];
+    }
+    if (!isFinite)
+        call.refuse("an end of the box is not finite");
+    else if (!isBox)
+        call.refuse("the low end of the box is above the high end");
+    else
+        change(m_Slot, [&](SceneUpdate& scene) {
+            scene.clipBox.emplace().emplace();
+            for (const Vector3d& end : {low, high})
+                (*scene.clipBox)->extend(end);
+        });
+    return *this;
+}
+
+Scene Scene::noClipBox(const Statement&) const
+{
+    change(m_Slot, [](SceneUpdate& scene) { scene.clipBox.emplace(); });
+    return *this;
+}
+
 Scene Scene::onPick(std::function<void(const Picked&)> callback, const Statement& statement) const
 {
     return onPick(std::move(callback), nullptr, statement);

@@ -184,6 +184,13 @@ public:
     /// user chooses. They are shown unless something else is said.
     Scene bearings(bool areShown = true, const Statement& statement = Statement()) const;
 
+    /// Shows only what is in a box along the axes, until the user chooses. Closed surfaces look solid where it cuts
+    /// them. The ends must be finite, and `low` nowhere above `high`.
+    Scene clipBox(const Vector3d& low, const Vector3d& high, const Statement& statement = Statement()) const;
+
+    /// Shows everything again, until the user chooses.
+    Scene noClipBox(const Statement& statement = Statement()) const;
+
     /// Has a function called with what a person clicks in the scene; clicks on nothing are not told. The last function
     /// that was given counts, and an empty one takes it away.
     ///

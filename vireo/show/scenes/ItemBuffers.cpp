@@ -139,6 +139,13 @@ void ItemBuffers::drawEdges()
     m_EdgePositions->unbind();
 }
 
+void ItemBuffers::drawPositions()
+{
+    m_Positions->bind();
+    drawBound(nullptr);
+    m_Positions->unbind();
+}
+
 void ItemBuffers::drawIds(PickTarget& target, std::size_t number, PointRadii radii)
 {
     radii.each = m_Radii.get();

@@ -34,6 +34,9 @@ public:
 
     void drawEdges();
 
+    // All of it, without normals and colours.
+    void drawPositions();
+
     // Of `radii`, those of each are these.
     void drawIds(PickTarget& target, std::size_t number, PointRadii radii);
 

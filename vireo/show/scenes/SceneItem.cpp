@@ -53,6 +53,8 @@ void SceneItem::apply(ItemUpdate& update)
 {
     m_Revision = m_DataRevision = newRevision();
     bool isShapeNew = update.shape.has_value();
+    if (isShapeNew)
+        m_IsClosed.reset();
     replace(m_Shape, update.shape);
     if (m_Colours.apply(update))
         m_AreColoursUploaded = false;
@@ -188,7 +190,7 @@ std::vector<RGBA8> SceneItem::swatch(bool isGroundDark) const
     if (m_Colours.nameOfShown().empty() && m_Shape && kind() == ItemKind::Frame)
         colours = {AXIS_COLOURS.begin(), AXIS_COLOURS.end()};
     else if (m_Colours.nameOfShown().empty() && (m_Colour || !m_Shape || kind() != ItemKind::Text))
-        colours = {colour(colourOfCurve(m_PaletteNumber, isGroundDark))};
+        colours = {oneColour(isGroundDark)};
     for (RGBA8& colour : colours)
         colour[3] = 255;
     return colours;
@@ -224,6 +226,11 @@ RGBA8 SceneItem::colour(const QColor& unlessGiven) const
         colour = *m_Colour;
     colour[3] = byteOf(m_Opacity * colour[3] / 255);
     return colour;
+}
+
+RGBA8 SceneItem::oneColour(bool isGroundDark) const
+{
+    return colour(colourOfCurve(m_PaletteNumber, isGroundDark));
 }
 
 std::optional<ItemData> SceneItem::data() const
@@ -314,7 +321,7 @@ std::size_t SceneItem::draw(const Matrix4& modelView, bool isGroundDark, double 
     if (!m_Buffers.canDraw())
         return 0;
     glLoadMatrixd(modelView.numbers.data());
-    const RGBA8 one = colour(colourOfCurve(m_PaletteNumber, isGroundDark));
+    const RGBA8 one = oneColour(isGroundDark);
     glColor4ubv(one.data());
     setSizes(scale * share.enlargement);
     glLineWidth(static_cast<float>(scale * size()));
@@ -363,6 +370,19 @@ void SceneItem::drawEdges(const RGBA8& colour, double width)
     glColor4ub(darker(colour[0]), darker(colour[1]), darker(colour[2]), colour[3]);
     glLineWidth(static_cast<float>(width));
     m_Buffers.drawEdges();
+}
+
+bool SceneItem::isClosedSurface() const
+{
+    if (!m_IsClosed)
+        m_IsClosed = m_Shape && tavo::isClosedSurface(*m_Shape);
+    return *m_IsClosed;
+}
+
+void SceneItem::drawSheets()
+{
+    if (m_Buffers.canDraw())
+        m_Buffers.drawPositions();
 }
 
 void SceneItem::drawIds(GLContext& context, PickTarget& target, std::size_t number, const Matrix4& modelView)

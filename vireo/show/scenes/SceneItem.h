@@ -64,6 +64,9 @@ public:
     // Of all that has no colours of its own, with the opacity.
     RGBA8 colour(const QColor& unlessGiven) const;
 
+    // The same on a ground.
+    RGBA8 oneColour(bool isGroundDark) const;
+
     // Whether it is a cloud on which no light falls.
     bool isUnlitCloud() const;
 
@@ -97,6 +100,11 @@ public:
 
     // Draws ids instead of colours into the target, under a number.
     void drawIds(GLContext& context, PickTarget& target, std::size_t number, const Matrix4& modelView);
+
+    // Whether it is a surface with an inside. drawSheets() draws it in the colour that is set; it must have been
+    // prepared.
+    bool isClosedSurface() const;
+    void drawSheets();
 
     // In pixels, of points and lines.
     double size() const;
@@ -163,6 +171,7 @@ private:
 
     DrawnItem m_Drawn; // after the upload, without what the buffers have
     ItemBuffers m_Buffers;
+    mutable std::optional<bool> m_IsClosed; // if it is known
     bool m_IsUploaded = false;
     bool m_AreColoursUploaded = false;
     bool m_AreEdgesUploaded = false;

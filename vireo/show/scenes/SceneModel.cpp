@@ -32,6 +32,8 @@ bool SceneModel::apply(SceneUpdate& update)
         remove(branch);
     for (const auto& [path, matrix] : update.transforms)
         m_Transforms[path] = matrix;
+    if (update.clipBox)
+        m_ClipBox.send(*update.clipBox);
     bool doesWait = false;
     for (auto& [path, itemUpdate] : update.items) {
         const auto found = m_Items.find(path);

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "vireo/show/scenes/ClipBox.h"
 #include "vireo/show/scenes/Matrix4.h"
 #include "vireo/show/scenes/SceneBox.h"
 #include "vireo/show/scenes/SceneChoices.h"
@@ -49,6 +50,10 @@ public:
 
     std::vector<Placed> visibleItems();
 
+    // What is seen of them.
+    ClipBox& getClipBox() { return m_ClipBox; }
+    const ClipBox& getClipBox() const { return m_ClipBox; }
+
     // By their paths.
     const std::map<std::string, SceneItem>& items() const { return m_Items; }
 
@@ -63,6 +68,7 @@ private:
     std::string m_Name;
     std::map<std::string, SceneItem> m_Items;
     SceneChoices m_Choices;
+    ClipBox m_ClipBox;
     std::map<std::string, Matrix4> m_Transforms;
     std::size_t m_NumColours = 0;
 };

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "vireo/show/scenes/ClipControls.h"
 #include "vireo/show/scenes/SceneTree.h"
 #include "vireo/show/scenes/SceneView.h"
 
@@ -45,6 +46,7 @@ ScenePanel::ScenePanel(SceneView& view)
     : QWidget(&view)
     , m_View(view)
     , m_Tree(new SceneTree)
+    , m_Clip(new ClipControls(view))
     , m_Properties(new ItemProperties)
     , m_FollowSoon(new QTimer(this))
     , m_WantedWidth(std::max(m_Properties->fontMetrics().averageCharWidth() * 36, 200))
@@ -75,7 +77,9 @@ void ScenePanel::layOut()
     m_Tree->setMinimumSize(1, LEAST_ROWS * (fontMetrics().height() + 6));
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(GRIP, 0, 0, 0);
-    layout->addWidget(splitter);
+    layout->setSpacing(0);
+    layout->addWidget(splitter, 1);
+    layout->addWidget(m_Clip);
 }
 
 void ScenePanel::connectAll()
@@ -120,6 +124,7 @@ void ScenePanel::follow()
     if (!selected())
         selectFirst();
     m_Tree->follow(items);
+    m_Clip->show(m_View.getModel().getClipBox());
     showSelected();
 }
 

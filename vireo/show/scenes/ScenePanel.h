@@ -10,10 +10,11 @@ class QTimer;
 
 namespace tavo {
 
+class ClipControls;
 class SceneTree;
 class SceneView;
 
-// At the right of a scene: the tree of its items, and how the selected one is shown.
+// At the right of a scene: the tree of its items, how the selected one is shown, and what part of all is seen.
 class ScenePanel : public QWidget
 {
     Q_OBJECT
@@ -57,6 +58,7 @@ private:
 
     SceneView& m_View;
     SceneTree* m_Tree;
+    ClipControls* m_Clip;
     ItemProperties* m_Properties;
     QTimer* m_FollowSoon;
     int m_WantedWidth;

@@ -89,6 +89,8 @@ public:
         const double v = dot(m_Ray.direction, along) / volume;
         const double inside = std::min({u, v, 1 - u - v, 0.0}); // negative if it is missed
         const double depth = dot(other, along) / volume;
+        if (depth < 0 && m_Ray.isCut)
+            return false;
         if (!(inside > m_Inside || (inside == m_Inside && depth < m_Depth)))
             return false;
         m_Inside = inside;
@@ -343,6 +345,20 @@ Ray rayThrough(const SceneCamera& camera, const SceneCamera::Size& size, const V
     const Vector3d start = camera.unproject({place[0], place[1], 0}, size);
     const Vector3d there = camera.unproject({place[0], place[1], camera.getDistance()}, size);
     return {start, (1 / camera.getDistance()) * (there - start)};
+}
+
+Ray cutTo(const SceneBox& box, const Ray& ray)
+{
+    constexpr double MARGIN = 1e-5; // of the diagonal: what is drawn is rounded
+    double entry = -UNBOUNDED;
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        if (ray.direction[axis] != 0) {
+            const double first = (box.getMin()[axis] - ray.start[axis]) / ray.direction[axis];
+            const double second = (box.getMax()[axis] - ray.start[axis]) / ray.direction[axis];
+            entry = std::max(entry, std::min(first, second));
+        }
+    entry -= MARGIN * box.diagonal() / length(ray.direction);
+    return {ray.start + entry * ray.direction, ray.direction, true};
 }
 
 ScenePick pickOf(const SceneModel::Placed& placed, std::size_t vertex, const Ray& ray)

@@ -23,10 +23,14 @@ struct Ray
 {
     Vector3d start;
     Vector3d direction;
+    bool isCut = false; // what lies before its start is not seen
 };
 
 // A place in the picture, in pixels.
 Ray rayThrough(const SceneCamera& camera, const SceneCamera::Size& size, const Vector2d& place);
+
+// The ray from where it comes into a box, or a little before.
+Ray cutTo(const SceneBox& box, const Ray& ray);
 
 // What was hit of an item: a point of a cloud, or of anything else what the vertex as drawn belongs to, where the ray
 // meets it.

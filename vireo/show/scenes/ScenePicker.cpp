@@ -7,6 +7,7 @@
 
 #include "tavo/base/debug/displayException.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/show/scenes/ClipPlanes.h"
 #include "vireo/show/scenes/clipSpace.h"
 #include "vireo/show/scenes/pictureProjection.h"
 
@@ -74,6 +75,7 @@ void ScenePicker::drawItems(PickTarget& target, const SceneCamera& camera, const
 {
     glMatrixMode(GL_PROJECTION);
     glLoadMatrixd(projection.numbers.data());
+    const ClipPlanes planes(camera, m_Model.getClipBox().shown());
     glMatrixMode(GL_MODELVIEW);
     for (std::size_t i = 0; i < m_Drawn.size(); ++i)
         runGuarded([&] {
@@ -94,7 +96,9 @@ std::optional<ScenePick> ScenePicker::pick(const SceneCamera& camera, const QSiz
         return {};
     const auto [item, vertex] = m_Context->getPickTarget().vertexOf(nearest->id);
     const Vector2d place(pixel.x() + nearest->x + 0.5, pixel.y() + nearest->y + 0.5);
-    return pickOf(m_Drawn[item], vertex, rayThrough(camera, sizeOf(size), place));
+    const Ray ray = rayThrough(camera, sizeOf(size), place);
+    const std::optional<SceneBox>& clip = m_Model.getClipBox().shown();
+    return pickOf(m_Drawn[item], vertex, clip ? cutTo(*clip, ray) : ray);
 }
 
 std::optional<Vector3d> ScenePicker::placeAt(const SceneCamera& camera, const QSize& size, const QPoint& pixel)

@@ -6,7 +6,9 @@
 
 #include "tavo/base/text/printable.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/show/scenes/ClipPlanes.h"
 #include "vireo/show/scenes/Stopwatch.h"
+#include "vireo/show/scenes/drawSections.h"
 #include "vireo/show/scenes/pictureProjection.h"
 #include "vireo/show/scenes/sceneOverlays.h"
 
@@ -114,6 +116,18 @@ void SceneRenderer::drawItems(
     begin(camera, pixels, look);
     const PointShare share = shareOf(camera, pixels, numPhases);
     drawClouds(camera, pixels, look, share);
+    const std::optional<SceneBox>& clip = m_Model.getClipBox().shown();
+    {
+        const ClipPlanes planes(camera, clip);
+        drawRest(camera, look, share);
+    }
+    if (clip)
+        drawSections(m_Model.visibleItems(), *clip, camera, look.isGroundDark());
+}
+
+// What is not lit by its own depths.
+void SceneRenderer::drawRest(const SceneCamera& camera, const SceneLook& look, const PointShare& share)
+{
     std::vector<Placed> items = m_Model.visibleItems();
     std::erase_if(items, [](const Placed& placed) { return isLitByDepths(*placed.item); });
     const auto depth = [&camera](const Placed& placed) {
@@ -220,6 +234,7 @@ void SceneRenderer::drawClouds(
 
 void SceneRenderer::drawUnlitClouds(const SceneCamera& camera, const SceneLook& look, const PointShare& share)
 {
+    const ClipPlanes planes(camera, m_Model.getClipBox().shown());
     for (const Placed& placed : m_Model.visibleItems())
         if (isLitByDepths(*placed.item))
             drawItem(placed, camera, look, share);
@@ -300,7 +315,7 @@ void SceneRenderer::drawTexts(QImage& picture, const SceneCamera& camera, const 
     painter.setFont(textFont);
     for (const auto& [path, item, matrix] : m_Model.visibleItems()) {
         const std::string* const text = item->text();
-        if (!text)
+        if (!text || !m_Model.getClipBox().isSeen(matrix * item->origin()))
             continue;
         const SceneCamera::Pixel place = camera.project(matrix * item->origin(), sizeOf(picture.size()));
         if (!camera.isOrthographic() && place.depth <= 0)

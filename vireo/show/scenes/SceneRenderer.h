@@ -82,6 +82,7 @@ private:
     void begin(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
     void drawUnlitClouds(const SceneCamera& camera, const SceneLook& look, const PointShare& share);
     void drawItems(const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases);
+    void drawRest(const SceneCamera& camera, const SceneLook& look, const PointShare& share);
     PointShare shareOf(const SceneCamera& camera, const QSize& pixels, std::size_t numPhases);
     void drawClouds(const SceneCamera& camera, const QSize& pixels, const SceneLook& look, const PointShare& share);
     void drawItem(const Placed& placed, const SceneCamera& camera, const SceneLook& look, const PointShare& share);

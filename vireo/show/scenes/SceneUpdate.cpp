@@ -92,6 +92,7 @@ void SceneUpdate::merge(ViewUpdate& newer)
     replace(side, newerScene.side);
     replace(isOrthographic, newerScene.isOrthographic);
     replace(hasBearings, newerScene.hasBearings);
+    replace(clipBox, newerScene.clipBox);
     replace(pickReceiver, newerScene.pickReceiver);
 }
 

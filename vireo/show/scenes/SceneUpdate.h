@@ -13,6 +13,7 @@
 #include "vireo/show/delivery/ViewUpdate.h"
 #include "vireo/show/scenes/Matrix4.h"
 #include "vireo/show/scenes/PickReceiver.h"
+#include "vireo/show/scenes/SceneBox.h"
 
 namespace tavo {
 
@@ -120,6 +121,7 @@ public:
     std::optional<std::string> side; // from which it is seen
     std::optional<bool> isOrthographic;
     std::optional<bool> hasBearings;
+    std::optional<std::optional<SceneBox>> clipBox; // outside of which nothing is seen; of none, all is
     std::optional<std::shared_ptr<const PickReceiver>> pickReceiver; // of null: nobody any more
 };
 

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "tavo/base/debug/displayException.h"
+#include "vireo/show/scenes/ClipHandles.h"
 #include "vireo/show/scenes/OrientationMark.h"
 #include "vireo/show/scenes/SceneGestures.h"
 #include "vireo/show/scenes/ScenePanel.h"
@@ -57,6 +58,7 @@ SceneView::SceneView(const std::string& name)
     connect(&m_RefinementTimer, &QTimer::timeout, this, [this] { runGuarded([this] { refine(); }); });
     m_Gestures = std::make_unique<SceneGestures>(*this);
     m_Mark = std::make_unique<OrientationMark>(*this);
+    m_ClipHandles = std::make_unique<ClipHandles>(*this);
     m_Panel->hide();
     connect(m_Panel, &ScenePanel::widthWanted, this, [this] {
         settlePanel();
@@ -191,6 +193,23 @@ void SceneView::switchProjection()
     if (!m_IsChosen)
         fit();
     changed();
+}
+
+void SceneView::changeClipBox(const std::function<void(ClipBox& clip, const SceneBox& all)>& change)
+{
+    change(m_Model.getClipBox(), m_Model.box());
+    move();
+    changed();
+}
+
+void SceneView::switchClipBox()
+{
+    changeClipBox([](ClipBox& clip, const SceneBox& all) { clip.switchOn(!clip.shown(), all); });
+}
+
+void SceneView::switchSlab(std::size_t axis)
+{
+    changeClipBox([axis](ClipBox& clip, const SceneBox& all) { clip.switchSlab(axis, all); });
 }
 
 void SceneView::choose(const std::function<void(SceneChoices&)>& choose)
@@ -455,6 +474,7 @@ void SceneView::paintEvent(QPaintEvent*)
     }
     painter.drawImage(QPoint(0, 0), m_Picture);
     runGuarded([&] { paintOverlays(painter, room(sceneSize()), m_Camera, m_Mark->hovered()); });
+    m_ClipHandles->draw(painter, look(1));
     m_Marks.paint(painter, m_Camera, sceneSize(), look(1));
     const SceneRenderer::PointTime time = m_Renderer.getPointTime();
     if (isNew && time.isTypical)

@@ -19,6 +19,7 @@
 
 namespace tavo {
 
+class ClipHandles;
 class OrientationMark;
 class SceneGestures;
 class ScenePanel;
@@ -38,6 +39,7 @@ public:
 
     // From where it is seen. Whoever changes the camera for a person says so: what is sent leaves it alone then.
     SceneCamera& getCamera() { return m_Camera; }
+    const SceneCamera& getCamera() const { return m_Camera; }
     void showChoice();
 
     // Shows all that is there, now and as it changes.
@@ -51,6 +53,13 @@ public:
 
     // Shows the bearings, or hides them, for a person.
     void switchBearings();
+
+    // Changes, for a person, the box outside of which nothing is seen, given the box of all that is there.
+    void changeClipBox(const std::function<void(ClipBox& clip, const SceneBox& all)>& change);
+
+    // Shows all that is there, or only what is in that box; a thin one along an axis, or what it was before.
+    void switchClipBox();
+    void switchSlab(std::size_t axis);
 
     bool isChosen() const { return m_IsChosen; }
 
@@ -151,9 +160,10 @@ private:
     Stopwatch m_SinceShown;   // the last picture of a refinement
     QImage m_Picture;         // null if it has to be drawn
     std::unique_ptr<SceneGestures> m_Gestures;
-    std::unique_ptr<OrientationMark> m_Mark; // sees events before the gestures do
-    ScenePanel* m_Panel;                     // a child of the widget
-    std::optional<bool> m_IsPanelWanted;     // by a person
+    std::unique_ptr<OrientationMark> m_Mark;    // sees events before the gestures do
+    std::unique_ptr<ClipHandles> m_ClipHandles; // see them first
+    ScenePanel* m_Panel;                        // a child of the widget
+    std::optional<bool> m_IsPanelWanted;        // by a person
     bool m_WasShown = false;
 };
 

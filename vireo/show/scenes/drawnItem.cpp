@@ -1,7 +1,9 @@
 #include "vireo/show/scenes/drawnItem.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <optional>
 #include <utility>
 
@@ -396,6 +398,22 @@ std::vector<std::pair<unsigned int, unsigned int>> edgesOf(
     return edges;
 }
 
+std::uint64_t mixed(std::uint64_t number)
+{
+    number = (number ^ (number >> 30)) * 0xBF58476D1CE4E5B9;
+    number = (number ^ (number >> 27)) * 0x94D049BB133111EB;
+    return number ^ (number >> 31);
+}
+
+// The same at the same place.
+std::uint64_t hashOf(const Vector3d& point)
+{
+    std::uint64_t hash = 0;
+    for (std::size_t i = 0; i < 3; ++i)
+        hash = mixed(hash + 0x9E3779B97F4A7C15 + std::bit_cast<std::uint64_t>(point[i] + 0.0)); // -0 is 0
+    return hash;
+}
+
 DrawnItem position(const ItemShape& shape)
 {
     DrawnItem item;
@@ -415,6 +433,31 @@ DrawnItem drawnEdges(const ItemShape& shape)
     for (const auto& [from, to] : edgesOf(item, shape, unusable))
         item.indices.insert(item.indices.end(), {from, to});
     return item;
+}
+
+// What two of the same edge leave of a sum of bits is nothing.
+bool isClosedSurface(const ItemShape& shape)
+{
+    if (shape.kind != ItemKind::Mesh || shape.numParts() == 0)
+        return false;
+    std::vector<std::uint64_t> hashes;
+    std::vector<bool> unusable(shape.points.size());
+    hashes.reserve(shape.points.size());
+    forEachPoint(shape.points, [&](std::size_t i, const Vector3d& point) {
+        hashes.push_back(hashOf(point));
+        unusable[i] = !isUsable(point);
+    });
+    std::uint64_t sum = 0;
+    forEachFace(shape, [&](std::size_t, const std::vector<unsigned int>& face) {
+        if (std::any_of(face.begin(), face.end(), [&unusable](unsigned int vertex) { return unusable[vertex]; }))
+            return;
+        for (std::size_t corner = 0; corner < face.size(); ++corner) {
+            const std::uint64_t from = hashes[face[corner]];
+            const std::uint64_t to = hashes[face[(corner + 1) % face.size()]];
+            sum ^= from != to ? mixed(from + to) : 0;
+        }
+    });
+    return sum == 0;
 }
 
 DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth, bool haveParts)

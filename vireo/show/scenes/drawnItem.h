@@ -68,4 +68,8 @@ DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool is
 // The edges of the faces of a mesh that are drawn, each once.
 DrawnItem drawnEdges(const ItemShape& shape);
 
+// Whether the faces of a mesh that are drawn have insides and outsides: at each edge an even number of faces meets.
+// Vertices at the same place are the same.
+bool isClosedSurface(const ItemShape& shape);
+
 } // namespace tavo

@@ -225,6 +225,33 @@ TEST(SceneTest, TheNewestWordOnBearingsIsTaken)
     EXPECT_EQ(takeScene()->hasBearings, std::optional(true));
 }
 
+TEST(SceneTest, TheNewestClipBoxIsTaken)
+{
+    scene("scene").clipBox({0, 0, 0}, {1, 1, 1}).clipBox({5.5e6, -1, 2}, {5.6e6, 0, 2});
+    const auto sent = takeScene();
+    EXPECT_EQ((*sent->clipBox)->getMin(), Vector3d(5.5e6, -1, 2));
+    EXPECT_EQ((*sent->clipBox)->getMax(), Vector3d(5.6e6, 0, 2));
+    scene("scene").clipBox({0, 0, 0}, {1, 1, 1}).noClipBox();
+    const auto none = takeScene();
+    ASSERT_TRUE(none->clipBox);
+    EXPECT_FALSE(*none->clipBox);
+    scene("scene").view("top");
+    EXPECT_FALSE(takeScene()->clipBox);
+}
+
+TEST(SceneTest, ABoxThatIsNoneClipsNothing)
+{
+    testing::internal::CaptureStderr();
+    const double notANumber = std::numeric_limits<double>::quiet_NaN();
+    scene("scene").clipBox({0, 0, notANumber}, {1, 1, 1}).clipBox({0, 2, 0}, {1, 1, 1});
+    EXPECT_EQ(said(),
+        "warning: tavo: scene(\"scene\").clipBox(\"0, 0, nan\"): an end of the box is not finite; what was shown "
+        "stays\n"
+        "warning: tavo: scene(\"scene\").clipBox(\"0, 2, 0\"): the low end of the box is above the high end; what was "
+        "shown stays\n");
+    EXPECT_EQ(takeScene(), nullptr);
+}
+
 TEST(SceneTest, FieldsAreReplacedByTheirNames)
 {
     scene("scene").cloud("a", TRIANGLE).scalar("s", {1, 2, 3}).labels({4, 5, 6}).scalar("s", {7, 8, 9});
