@@ -4,6 +4,7 @@
 #include <cmath>
 #include <map>
 #include <memory>
+#include <qwt_plot.h>
 #include <random>
 
 #include "benchmarks/plots/PlotWorks.h"
@@ -39,6 +40,16 @@ public:
         QApplication::processEvents();
     }
 
+    // New samples each time, or copies of the old ones would be found.
+    void prepare() override
+    {
+        constexpr double LITTLE = 1e-6;
+        for (double& x : m_X)
+            x += LITTLE;
+        for (std::vector<double>& ys : m_Ys)
+            ys.front() += LITTLE;
+    }
+
     void run() override
     {
         tavo::PlotUpdate update;
@@ -49,7 +60,7 @@ public:
     }
 
 protected:
-    const std::vector<double>& m_X;
+    std::vector<double> m_X;
     std::vector<std::vector<double>> m_Ys;
     tavo::PlotView m_View{"plot"};
 };
@@ -67,6 +78,7 @@ public:
         QApplication::processEvents();
     }
 
+    void prepare() override {}
     void run() override
     {
         for (const double part : {0.01, 0.02, -0.02, -0.01}) {
@@ -76,6 +88,24 @@ public:
         }
     }
     double repetitions() const override { return 4; }
+};
+
+// Paints a plot again that has its samples, such as after a window before it has gone.
+class PaintingAgain : public PlotShowing
+{
+public:
+    explicit PaintingAgain(std::size_t numSamples)
+        : PlotShowing(1, numSamples)
+    {
+        PlotShowing::run();
+    }
+
+    void prepare() override {}
+    void run() override
+    {
+        m_View.getPlot().replot();
+        QApplication::processEvents();
+    }
 };
 
 // The samples copied into fresh memory.
@@ -161,7 +191,8 @@ std::function<std::unique_ptr<Contestant>()> with(Arguments... arguments)
     return [=] { return std::make_unique<Kind>(arguments...); };
 }
 
-void addShowing(std::size_t numCurves, std::size_t numSamples, double ratioToPeer, std::optional<double> ratioToAll)
+void addShowing(
+    std::size_t numCurves, std::size_t numSamples, std::optional<double> ratioToPeer, std::optional<double> ratioToAll)
 {
     const std::string curves = numCurves == 1 ? "a curve" : std::to_string(numCurves) + " curves";
     Comparison comparison{"plot " + curves + " of " + withCommas(numSamples) + " samples, sent to painted",
@@ -176,7 +207,12 @@ void addShowing(std::size_t numCurves, std::size_t numSamples, double ratioToPee
 void addWorks()
 {
     addShowing(10, 100'000, 0.7, 0.15);
-    addShowing(1, 1'000, 0.6, {});
+    addShowing(1, 1'000, {}, {});
+    Comparison again{
+        "paint a smooth line of 1,000 samples again", {{"vireo", with<PaintingAgain>(std::size_t{1'000})}}};
+    for (Entry& peer : qCustomPlotAgain(1'000, 0.6))
+        again.entries.push_back(std::move(peer));
+    add(std::move(again));
     add({"move along 10,000,000 samples, a frame",
         {{"vireo", with<Panning>(std::size_t{10'000'000})},
             {"10,000 samples", with<Panning>(std::size_t{10'000}), 2.5, anyResult}}});

@@ -12,6 +12,7 @@
 
 #include "vireo/show/delivery/NumberArray.h"
 #include "vireo/show/delivery/isShowOff.h"
+#include "vireo/show/delivery/recentCopies.h"
 
 namespace tavo {
 
@@ -60,13 +61,38 @@ concept Strided = requires(const std::remove_reference_t<Vector>& vector)
     vector.cols();
 };
 
+/// What was taken of the numbers of a call: all, or none where memory ran out.
+class TakenNumbers : public NumberArray
+{
+public:
+    /// Whether memory ran out while copying. They are empty then.
+    bool areTooMany() const { return m_AreTooMany; }
+
+protected:
+    // Nothing is thrown at the caller.
+    template <typename Take>
+    void takeWhatFits(Take takeThem) noexcept
+    {
+        if (isShowOff())
+            return;
+        try {
+            takeThem();
+        } catch (const std::exception&) {
+            m_AreTooMany = true;
+        }
+    }
+
+private:
+    bool m_AreTooMany = false;
+};
+
 /// Numbers of a call: a range of any arithmetic type, such as a `std::vector<double>`, a `std::array`, a span, a C
 /// array or a vector of Eigen's; `{1, 2, 3}`; or a pointer and a count. They are copied, and keep their type; of a
 /// vector that is moved in, nothing is copied. Where nothing is shown, nothing is copied or moved at all.
 ///
 ///     const std::vector<double> pressures{100.2, 100.9, 101.1};
 ///     tavo::plot("pressure").curve("inlet", pressures).curve("limits", {100.0, 101.5});
-class Numbers : public NumberArray
+class Numbers : public TakenNumbers
 {
 public:
     Numbers() = default;
@@ -90,9 +116,6 @@ public:
     {
         copy(numbers, numbers ? count : 0, 1);
     }
-
-    /// Whether memory ran out while copying. They are empty then.
-    bool areTooMany() const { return m_AreTooMany; }
 
 private:
     template <typename Range>
@@ -132,6 +155,9 @@ private:
     {
         using Kept = std::conditional_t<(sizeof(T) > sizeof(double)), double, T>;
         takeWhatFits([=, this] {
+            if constexpr (std::same_as<Kept, T>)
+                if (stride == 1 && !areFewBytes(count * sizeof(T)))
+                    return share(numbers, count);
             std::vector<Kept> copied;
             if (stride == 1) {
                 copied.assign(numbers, numbers + count);
@@ -144,17 +170,15 @@ private:
         });
     }
 
-    // Nothing is thrown at the caller.
-    template <typename Take>
-    void takeWhatFits(Take takeThem) noexcept
+    // Copies them, unless there is a copy.
+    template <Number T>
+    void share(const T* numbers, std::size_t count)
     {
-        if (isShowOff())
+        NumberArray::operator=(findRecentCopy(numbers, count, numberTypeOf<T>()));
+        if (!isEmpty())
             return;
-        try {
-            takeThem();
-        } catch (const std::exception&) {
-            m_AreTooMany = true;
-        }
+        keep(std::vector<T>(numbers, numbers + count));
+        rememberCopy(numbers, *this);
     }
 
     template <Number T>
@@ -163,8 +187,6 @@ private:
         const auto kept = std::make_shared<const std::vector<T>>(std::move(numbers));
         NumberArray::operator=(NumberArray(kept, kept->data(), kept->size(), numberTypeOf<T>()));
     }
-
-    bool m_AreTooMany = false;
 };
 
 } // namespace tavo

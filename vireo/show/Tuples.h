@@ -3,7 +3,6 @@
 #include <array>
 #include <concepts>
 #include <cstddef>
-#include <exception>
 #include <initializer_list>
 #include <iterator>
 #include <memory>
@@ -70,7 +69,7 @@ requires(T::SizeAtCompileTime > 0) struct TupleOf<T>
 ///     const std::vector<std::array<float, 3>> vertices{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
 ///     tavo::scene("world").mesh("triangle", vertices, {0, 1, 2});
 template <std::size_t... Widths>
-class Tuples : public NumberArray
+class Tuples : public TakenNumbers
 {
 public:
     Tuples() = default;
@@ -98,9 +97,6 @@ public:
     /// How many numbers belong together; 0 if they came one after the other, which says nothing about that.
     std::size_t width() const { return m_Width; }
 
-    /// Whether memory ran out while copying. They are empty then.
-    bool areTooMany() const { return m_AreTooMany; }
-
 protected:
     template <typename T>
     static constexpr bool isTuple()
@@ -109,19 +105,6 @@ protected:
             return ((TupleOf<T>::WIDTH == Widths) || ...);
         else
             return false;
-    }
-
-    // Nothing is thrown at the caller.
-    template <typename Take>
-    void takeWhatFits(Take takeThem) noexcept
-    {
-        if (isShowOff())
-            return;
-        try {
-            takeThem();
-        } catch (const std::exception&) {
-            m_AreTooMany = true;
-        }
     }
 
     template <typename Range>
@@ -148,11 +131,7 @@ protected:
         }
     }
 
-    void takeFlat(const Numbers& numbers)
-    {
-        NumberArray::operator=(numbers);
-        m_AreTooMany = numbers.areTooMany();
-    }
+    void takeFlat(const Numbers& numbers) { TakenNumbers::operator=(numbers); }
 
 private:
     template <typename Matrix>
@@ -223,7 +202,6 @@ private:
     }
 
     std::size_t m_Width = 0;
-    bool m_AreTooMany = false;
 };
 
 /// Points or directions of a call: three numbers each.

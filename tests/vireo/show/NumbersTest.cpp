@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <limits>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -121,6 +122,39 @@ TEST(NumbersTest, KeepNaNAndInfinity)
     EXPECT_TRUE(std::isnan(numbers[0]));
     EXPECT_EQ(numbers[1], infinity);
     EXPECT_EQ(numbers[2], -infinity);
+}
+
+TEST(NumbersTest, AreSharedWhereTheSameIsCopiedAgain)
+{
+    std::vector<double> x(1000, 1.5);
+    x[1] = NAN;
+    const Numbers first(x);
+    const std::vector<double> between(1000);
+    const Numbers other(between);
+    EXPECT_EQ(addressOf(Numbers(x)), addressOf(first));
+    EXPECT_NE(addressOf(other), addressOf(first));
+    EXPECT_NE(addressOf(Numbers(x.data(), 999)), addressOf(first));
+    EXPECT_NE(addressOf(Numbers(reinterpret_cast<const long long*>(x.data()), 1000)), addressOf(first));
+
+    x.back() = 2.5;
+    const Numbers changed(x);
+    EXPECT_NE(addressOf(changed), addressOf(first));
+    EXPECT_EQ(changed[999], 2.5);
+    EXPECT_EQ(first[999], 1.5);
+    EXPECT_EQ(addressOf(Numbers(x)), addressOf(changed));
+}
+
+TEST(NumbersTest, LiveNoLongerThanTheirUsers)
+{
+    const std::vector<double> x(1000, 1.5);
+    std::weak_ptr<const void> owner;
+    {
+        const Numbers numbers(x);
+        owner = numbers.getOwner();
+        EXPECT_FALSE(owner.expired());
+    }
+    EXPECT_TRUE(owner.expired());
+    EXPECT_EQ(Numbers(x)[999], 1.5);
 }
 
 // A range that says it has more than there is memory for.

@@ -42,6 +42,11 @@ public:
 
     std::size_t size() const { return m_Size; }
     bool isEmpty() const { return m_Size == 0; }
+    NumberType getType() const { return m_Type; }
+
+    /// Where they are, and who keeps them alive.
+    const void* getData() const { return m_Data; }
+    const std::shared_ptr<const void>& getOwner() const { return m_Owner; }
 
     /// Calls `visitor(const T* numbers, std::size_t size)` with the type that the numbers have: one test for all of
     /// them.

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include "vireo/show/plots/plainText.h"
+
 namespace tavo {
 
 void AxisNumbers::setLabels(const QStringList& labels)
@@ -15,7 +17,7 @@ void AxisNumbers::setLabels(const QStringList& labels)
 QwtText AxisNumbers::label(double value) const
 {
     const int tick = scaleDiv().ticks(QwtScaleDiv::MajorTick).indexOf(value);
-    return {tick >= 0 ? m_Labels.value(tick) : QString(), QwtText::PlainText};
+    return plainText(tick >= 0 ? m_Labels.value(tick) : QString());
 }
 
 void AxisNumbers::drawLabel(QPainter* painter, double value) const

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <type_traits>
+#include <numeric>
 #include <utility>
 
 namespace tavo {
@@ -51,11 +51,18 @@ std::size_t numInfiniteOf(const Values& values, std::size_t first, std::size_t l
 template <typename Values>
 bool isSorted(const Values& values, std::size_t first, std::size_t last)
 {
-    std::size_t numWrong = 0;
-    for (std::size_t i = std::max<std::size_t>(first, 1); i < last; ++i)
-        numWrong += !(values[i - 1] <= values[i]);
+    constexpr std::size_t LANES = 4; // several at once
+    std::size_t numRight[LANES] = {};
+    const std::size_t second = std::max<std::size_t>(first, 1);
+    std::size_t i = second;
+    for (; i + LANES <= last; i += LANES)
+        for (std::size_t lane = 0; lane < LANES; ++lane)
+            numRight[lane] += values[i + lane - 1] <= values[i + lane];
+    for (; i < last; ++i)
+        numRight[0] += values[i - 1] <= values[i];
+    const bool isRight = second >= last || std::accumulate(numRight, numRight + LANES, std::size_t{0}) == last - second;
     const auto isFinite = [&values](std::size_t i) { return std::isfinite(static_cast<double>(values[i])); };
-    return numWrong == 0 && (first == last || (isFinite(first) && isFinite(last - 1)));
+    return isRight && (first == last || (isFinite(first) && isFinite(last - 1)));
 }
 
 // Looks around the guess first, farther and farther.
@@ -309,9 +316,8 @@ void CurveStore::measureY(std::size_t first)
         return;
     }
     m_Sent.y.visit([this](const auto* y, std::size_t size) {
-        m_Pyramid.extend(y, size);
-        if constexpr (std::is_floating_point_v<std::remove_cv_t<std::remove_reference_t<decltype(*y)>>>)
-            m_NumInfinite = numInfiniteOf(y, 0, size);
+        m_NumInfinite = m_Pyramid.extend(y, size);
+        m_NumInfinite += numInfiniteOf(y, m_Pyramid.end(), size);
     });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <limits>
 
 namespace tavo {
@@ -11,8 +12,18 @@ struct Extent
     double to = -std::numeric_limits<double>::infinity();
 
     bool isEmpty() const { return from > to; }
-    void include(double value);
-    void include(const Extent& other);
+
+    void include(double value)
+    {
+        if (std::isfinite(value))
+            include({value, value});
+    }
+
+    void include(const Extent& other)
+    {
+        from = other.from < from ? other.from : from;
+        to = other.to > to ? other.to : to;
+    }
 };
 
 } // namespace tavo

@@ -10,6 +10,7 @@
 
 #include "vireo/show/plots/areas.h"
 #include "vireo/show/plots/colours.h"
+#include "vireo/show/plots/plainText.h"
 #include "vireo/show/window/shownText.h"
 
 namespace tavo {
@@ -145,7 +146,7 @@ void PlotCurve::showName()
         notes += QStringLiteral("%1 not above zero").arg(m_NumNotPositive);
     if (!notes.isEmpty())
         name += " (" + notes.join(", ") + ')';
-    QwtText title(name, QwtText::PlainText);
+    QwtText title = plainText(name);
     if (!isVisible())
         title.setColor(Qt::gray);
     setTitle(title);

@@ -36,6 +36,7 @@
 #include "vireo/show/plots/curvesAsText.h"
 #include "vireo/show/plots/divideAxis.h"
 #include "vireo/show/plots/nearestSample.h"
+#include "vireo/show/plots/plainText.h"
 #include "vireo/show/window/shownText.h"
 
 namespace tavo {
@@ -52,9 +53,9 @@ constexpr double MARGIN_OF_MARKS = 0.02; // along x
 constexpr std::size_t LONGEST_TEXT = 120;
 constexpr int LONGEST_WAIT = 1000; // in milliseconds, of looks for their curve
 
-QwtText plainText(const std::string& text)
+QString shortText(const std::string& text)
 {
-    return {shownText(text, LONGEST_TEXT), QwtText::PlainText};
+    return shownText(text, LONGEST_TEXT);
 }
 
 // What is left of the label where that is too long.
@@ -62,17 +63,17 @@ QwtText axisTitle(const AxisUpdate& axis, const AxisDivision& division, double p
 {
     QString label;
     if (axis.name)
-        label = plainText(axis.name->label).text();
+        label = shortText(axis.name->label);
     else if (axis.isTime.value_or(false))
         label = PlotView::tr("time");
     QStringList parts;
     if (!division.unit.isEmpty())
-        parts += '[' + plainText(division.unit.toStdString()).text() + ']';
+        parts += '[' + shortText(division.unit.toStdString()) + ']';
     parts += division.offset;
     const double room = pixels - font.horizontalAdvance(' ' + parts.join(' '));
     parts.prepend(font.elidedText(label, Qt::ElideRight, room));
     parts.removeAll(QString());
-    return {parts.join(' '), QwtText::PlainText};
+    return plainText(parts.join(' '));
 }
 
 bool isDark(const QPalette& palette)
@@ -169,7 +170,7 @@ QwtText titleText(const std::string& text, QFont font, double pixels)
 {
     font.setPointSizeF(font.pointSizeF() * TITLE_SIZE);
     font.setBold(true);
-    QwtText title(QFontMetricsF(font).elidedText(plainText(text).text(), Qt::ElideRight, pixels), QwtText::PlainText);
+    QwtText title = plainText(QFontMetricsF(font).elidedText(shortText(text), Qt::ElideRight, pixels));
     title.setFont(font);
     return title;
 }
@@ -194,7 +195,7 @@ PlotSight::Axis yAxisOf(const PlotCurve& curve)
 
 QString nameOf(const PlotCurve::Edge& edge)
 {
-    return plainText(edge.name).text();
+    return shortText(edge.name);
 }
 
 // Among dense steps, whose jumps are all that is seen, as of any other curve.
@@ -340,7 +341,7 @@ void PlotView::sayWhatIsUnsorted()
     QStringList names;
     for (const auto& curve : m_Curves)
         if (!curve->getSamples().isSorted())
-            names += plainText(curve->getName()).text();
+            names += shortText(curve->getName());
     QString text;
     if (!names.isEmpty())
         text = tr("Along x go to and fro: %1. Each of their samples is drawn, which takes longer.")
@@ -613,7 +614,7 @@ PixelMap PlotView::pixelMap(PlotSight::Axis axis) const
 QString PlotView::unitOf(PlotSight::Axis axis) const
 {
     const AxisUpdate& shown = m_Axes[axis];
-    return shown.name ? plainText(shown.name->unit).text() : QString();
+    return shown.name ? shortText(shown.name->unit) : QString();
 }
 
 QString PlotView::textOf(PlotSight::Axis axis, double value) const

@@ -35,9 +35,12 @@ public:
     {}
 
     // Takes the blocks in that are complete, where there are `size` numbers, of which those before `firstKept` have
-    // gone.
+    // gone. Returns how many numbers in them are infinite.
     template <typename Values>
-    void extend(const Values& values, std::size_t size, std::size_t firstKept = 0);
+    std::size_t extend(const Values& values, std::size_t size, std::size_t firstKept = 0);
+
+    // The first number that is in no complete block.
+    std::size_t end() const { return m_Levels.empty() ? 0 : m_Levels.front().size() * m_BlockSize; }
 
     // The numbers before the `first` one are gone.
     void drop(std::size_t first);
@@ -62,13 +65,13 @@ private:
         const Extent& operator[](std::size_t i) const { return blocks[i - numDropped]; }
     };
 
-    // A block of a level, or none.
+    // A block of a level, or numbers that are in no whole block.
     struct Place
     {
         std::size_t level = 0;
         std::size_t block = 0;
         bool isBlock = false;
-        std::size_t number = 0; // where it is none
+        std::size_t firstNumber = 0; // where it is none
     };
 
     void addBlock(const Extent& extent);
@@ -87,41 +90,59 @@ private:
     std::vector<Level> m_Levels;
 };
 
-// Of the finite numbers.
+// What there is in a stretch of numbers.
+struct Content
+{
+    Extent extent; // of the finite ones
+    std::size_t numInfinite = 0;
+};
+
 template <typename Values>
-Extent extentOf(const Values& values, std::size_t first, std::size_t last)
+Content contentOneByOne(const Values& values, std::size_t first, std::size_t last)
+{
+    Content content;
+    for (std::size_t i = first; i < last; ++i) {
+        content.extent.include(static_cast<double>(values[i]));
+        content.numInfinite += std::isinf(static_cast<double>(values[i]));
+    }
+    return content;
+}
+
+template <typename Values>
+Content contentOf(const Values& values, std::size_t first, std::size_t last)
 {
     // Several at once. Comparisons with NaN are false.
     constexpr std::size_t LANES = 4;
     Extent lanes[LANES];
+    const auto compare = [&lanes](std::size_t lane, double value) {
+        lanes[lane].from = value < lanes[lane].from ? value : lanes[lane].from;
+        lanes[lane].to = value > lanes[lane].to ? value : lanes[lane].to;
+    };
     std::size_t i = first;
     for (; i + LANES <= last; i += LANES)
-        for (std::size_t lane = 0; lane < LANES; ++lane) {
-            const auto value = static_cast<double>(values[i + lane]);
-            lanes[lane].from = value < lanes[lane].from ? value : lanes[lane].from;
-            lanes[lane].to = value > lanes[lane].to ? value : lanes[lane].to;
-        }
+        for (std::size_t lane = 0; lane < LANES; ++lane)
+            compare(lane, static_cast<double>(values[i + lane]));
+    for (; i < last; ++i)
+        compare(0, static_cast<double>(values[i]));
     Extent extent;
     for (const Extent& lane : lanes)
         extent.include(lane);
-    for (; i < last; ++i)
-        extent.include(static_cast<double>(values[i]));
     if (std::isfinite(extent.from) && std::isfinite(extent.to))
-        return extent;
-    extent = {};
-    for (i = first; i < last; ++i)
-        extent.include(static_cast<double>(values[i]));
-    return extent;
+        return {extent, 0};
+    return contentOneByOne(values, first, last);
 }
 
 template <typename Values>
-void Pyramid::extend(const Values& values, std::size_t size, std::size_t firstKept)
+std::size_t Pyramid::extend(const Values& values, std::size_t size, std::size_t firstKept)
 {
-    std::size_t numBlocks = m_Levels.empty() ? 0 : m_Levels.front().size();
-    for (; (numBlocks + 1) * m_BlockSize <= size; ++numBlocks) {
-        const std::size_t end = (numBlocks + 1) * m_BlockSize;
-        addBlock(extentOf(values, std::min(std::max(numBlocks * m_BlockSize, firstKept), end), end));
+    std::size_t numInfinite = 0;
+    for (std::size_t begin = this->end(); begin + m_BlockSize <= size; begin += m_BlockSize) {
+        const std::size_t end = begin + m_BlockSize;
+        const Content content = contentOf(values, std::min(std::max(begin, firstKept), end), end);
+        addBlock(content.extent);
+        numInfinite += content.numInfinite;
     }
+    return numInfinite;
 }
 
 template <typename Visit>
@@ -154,13 +175,8 @@ Extremes Pyramid::extremes(const Values& values, std::size_t first, std::size_t 
             highest = place;
         }
     };
-    // Comparisons with NaN are false.
     const auto compareNumbers = [&](std::size_t from, std::size_t to) {
-        for (std::size_t i = from; i < to; ++i) {
-            const auto value = static_cast<double>(values[i]);
-            if ((value < found.extent.from || value > found.extent.to) && std::isfinite(value))
-                compare({value, value}, {0, 0, false, i});
-        }
+        compare(contentOf(values, from, to).extent, {0, 0, false, from});
     };
     const std::size_t firstBlock = (first + m_BlockSize - 1) / m_BlockSize;
     const std::size_t lastBlock = std::min(last / m_BlockSize, m_Levels.empty() ? 0 : m_Levels.front().size());
@@ -183,14 +199,12 @@ Extremes Pyramid::extremes(const Values& values, std::size_t first, std::size_t 
 template <typename Values, typename HasIt>
 std::size_t Pyramid::find(const Values& values, Place place, const HasIt& hasIt) const
 {
-    if (!place.isBlock)
-        return place.number;
     for (; place.level > 0; --place.level) {
         place.block *= FACTOR;
         while (!hasIt(m_Levels[place.level - 1][place.block]))
             ++place.block;
     }
-    std::size_t i = place.block * m_BlockSize;
+    std::size_t i = place.isBlock ? place.block * m_BlockSize : place.firstNumber;
     while (!hasIt({static_cast<double>(values[i]), static_cast<double>(values[i])}))
         ++i;
     return i;
