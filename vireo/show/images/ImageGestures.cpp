@@ -42,7 +42,12 @@ bool ImageGestures::press(const QMouseEvent& event)
 {
     if (m_Drag || (event.button() != Qt::LeftButton && event.button() != Qt::MiddleButton))
         return false;
-    m_Drag = Drag{event.button(), event.localPos(), m_View.getSight()};
+    m_Drag = Drag{event.button(), event.localPos(), m_View.getSight(), {}};
+    if (event.button() == Qt::LeftButton && event.modifiers() & Qt::ShiftModifier) {
+        m_Drag->profile = m_View.pixelAt(event.localPos());
+        if (!m_Drag->profile)
+            m_Drag.reset();
+    }
     m_View.setFocus();
     return true;
 }
@@ -53,6 +58,10 @@ bool ImageGestures::move(const QMouseEvent& event)
     m_View.hover(m_View.pixelAt(event.localPos()));
     if (!m_Drag)
         return false;
+    if (m_Drag->profile) {
+        drawProfile(event.localPos());
+        return true;
+    }
     ImageSight sight = m_Drag->sight;
     sight.centre -= m_View.onScreen(event.localPos() - m_Drag->start) / sight.scale;
     if (!(sight == m_View.getSight()))
@@ -66,6 +75,12 @@ bool ImageGestures::release(const QMouseEvent& event)
         return false;
     m_Drag.reset();
     return true;
+}
+
+void ImageGestures::drawProfile(const QPointF& place)
+{
+    if (const std::optional<QPoint> pixel = m_View.pixelAt(place); pixel && *pixel != *m_Drag->profile)
+        m_View.showProfile(*m_Drag->profile, *pixel);
 }
 
 QPointF ImageGestures::place() const
@@ -115,6 +130,8 @@ bool ImageGestures::pressKey(const QKeyEvent& event)
     case Qt::Key_Plus: zoom(1); return true;
     case Qt::Key_Minus: zoom(-1); return true;
     case Qt::Key_C: m_View.showNextChannel(); return true;
+    case Qt::Key_P: m_View.switchPanel(); return true;
+    case Qt::Key_Escape: return m_View.endProfile();
     case Qt::Key_R: m_View.refreshRange(); return true;
     default: return false;
     }

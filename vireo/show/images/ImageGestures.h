@@ -17,8 +17,8 @@ class ImageView;
 // What a person does to an image with mouse and keys.
 //
 // The wheel, + and - zoom, at the pointer; a drag moves the image. A double click, or Home, shows all of it; 1 shows
-// its pixels as large as those of the screen. c shows the next channel alone, and then all of them; r finds the range
-// afresh.
+// its pixels as large as those of the screen. A drag with Shift draws the line of a profile, which Esc takes away. c
+// shows the next channel alone, and then all of them; r finds the range afresh; p shows and hides the panel.
 class ImageGestures : public QObject
 {
 public:
@@ -31,7 +31,8 @@ private:
     {
         Qt::MouseButton button;
         QPointF start;
-        ImageSight sight; // when it began
+        ImageSight sight;              // when it began
+        std::optional<QPoint> profile; // the pixel where it begins, of a drag that draws one
     };
 
     bool press(const QMouseEvent& event);
@@ -40,6 +41,7 @@ private:
     void turnWheel(QWheelEvent& event);
     void zoom(int steps);
     void showAsItIs();
+    void drawProfile(const QPointF& place);
     bool pressKey(const QKeyEvent& event);
     QPointF place() const; // of the pointer, or else the middle
 

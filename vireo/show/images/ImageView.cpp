@@ -6,13 +6,16 @@
 
 #include "tavo/base/debug/displayException.h"
 #include "vireo/show/images/ImageGestures.h"
+#include "vireo/show/images/ImagePanel.h"
 #include "vireo/show/images/imageData.h"
+#include "vireo/show/window/windowMemory.h"
 
 namespace tavo {
 
 namespace {
 
-constexpr int MARGIN = 4; // in pixels, of the text below the image
+constexpr int MARGIN = 4;       // in pixels, of the text below the image
+constexpr int LARGE_VIEW = 900; // in pixels, from which on the panel is there unless a person has hidden it
 
 std::vector<ImageView*>& allViews()
 {
@@ -42,7 +45,10 @@ QString counted(std::size_t number, const QString& what)
 
 ImageView::ImageView(const std::string& name)
     : m_Name(name)
+    , m_Profile(name)
+    , m_Panel(new ImagePanel(*this))
 {
+    m_Panel->hide();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(40, 30);
@@ -72,6 +78,7 @@ void ImageView::apply(ViewUpdate& update)
         m_Difference = *image.difference;
     if (!m_Difference.empty() || m_Model.isDifference())
         takeDifference();
+    m_Profile.follow(m_Model.shownPixels());
     followDifferences();
     if (!image.links.empty())
         for (const ImageView* view : linkedViews())
@@ -86,6 +93,7 @@ void ImageView::followDifferences()
     for (ImageView* view : allViews())
         if (view != this && view->m_Difference == m_Name) {
             view->takeDifference();
+            view->m_Profile.follow(view->m_Model.shownPixels());
             view->changed();
         }
 }
@@ -113,6 +121,7 @@ std::vector<ImageView*> ImageView::linkedViews()
 void ImageView::changed()
 {
     m_Picture = {};
+    m_Panel->noteChange();
     if (!m_IsChosen)
         m_Sight = sightFor(sightSize());
     update();
@@ -176,8 +185,54 @@ int ImageView::barHeight() const
 
 QSize ImageView::sightSize() const
 {
-    const QSizeF size(width(), std::max(height() - barHeight(), 1));
+    const QSizeF size(imageWidth(), std::max(height() - barHeight(), 1));
     return (size * devicePixelRatioF()).toSize();
+}
+
+// Of the widget without the panel.
+int ImageView::imageWidth() const
+{
+    return std::max(width() - (isPanelShown() ? m_Panel->width() : 0), 1);
+}
+
+bool ImageView::isPanelShown() const
+{
+    return !m_Panel->isHidden();
+}
+
+void ImageView::switchPanel()
+{
+    m_IsPanelWanted = !isPanelShown();
+    if (m_Panel->isAncestorOf(focusWidget()))
+        setFocus();
+    settlePanel();
+    windowMemory::remember(windowMemory::Thing::ImagePanel, isPanelShown() ? "shown" : "hidden");
+}
+
+std::function<void()> ImageView::configuration()
+{
+    return [this] { switchPanel(); };
+}
+
+void ImageView::settlePanel()
+{
+    const int panelWidth = m_Panel->widthIn(width());
+    m_Panel->setGeometry(width() - panelWidth, 0, panelWidth, height());
+    m_Panel->setVisible(m_IsPanelWanted.value_or(width() >= LARGE_VIEW));
+    changed();
+}
+
+void ImageView::showProfile(const QPoint& from, const QPoint& to)
+{
+    constexpr QPointF MIDDLE(0.5, 0.5);
+    m_Profile.setLine({from + MIDDLE, to + MIDDLE}, m_Model.shownPixels());
+    update();
+}
+
+bool ImageView::endProfile()
+{
+    update();
+    return m_Profile.clear();
 }
 
 ImageInk ImageView::ink() const
@@ -199,7 +254,8 @@ std::optional<QPoint> ImageView::pixelAt(const QPointF& place) const
 {
     const QPointF point = m_Sight.toImage(onScreen(place), sightSize());
     const QPoint pixel(static_cast<int>(std::floor(point.x())), static_cast<int>(std::floor(point.y())));
-    if (!m_Model.pixels().isInside(pixel.x(), pixel.y()) || place.y() >= height() - barHeight())
+    if (!m_Model.pixels().isInside(pixel.x(), pixel.y()) || place.y() >= height() - barHeight() ||
+        place.x() >= imageWidth())
         return {};
     return pixel;
 }
@@ -252,8 +308,17 @@ void ImageView::changeEvent(QEvent* event)
 
 void ImageView::resizeEvent(QResizeEvent* event)
 {
-    changed();
+    settlePanel();
     View::resizeEvent(event);
+}
+
+void ImageView::showEvent(QShowEvent* event)
+{
+    View::showEvent(event);
+    const QByteArray remembered = windowMemory::recall(windowMemory::Thing::ImagePanel);
+    if (!m_IsPanelWanted && !remembered.isEmpty())
+        m_IsPanelWanted = remembered == "shown";
+    settlePanel();
 }
 
 void ImageView::paintEvent(QPaintEvent*)
@@ -265,6 +330,7 @@ void ImageView::paintEvent(QPaintEvent*)
             m_Picture.setDevicePixelRatio(devicePixelRatioF());
         });
     painter.drawImage(QPoint(0, 0), m_Picture);
+    paintProfile(painter);
     paintMark(painter);
     paintBar(painter);
 }
@@ -275,7 +341,7 @@ void ImageView::paintMark(QPainter& painter) const
     if (!m_Hovered)
         return;
     const double scale = m_Sight.scale / devicePixelRatioF();
-    const QPointF corner = m_Sight.toView(QPointF(*m_Hovered), sightSize()) / devicePixelRatioF();
+    const QPointF corner = onWidget(QPointF(*m_Hovered));
     const double side = std::max(scale, 5.0);
     const QRectF square(corner.x() + (scale - side) / 2, corner.y() + (scale - side) / 2, side, side);
     painter.setPen(Qt::white);
@@ -284,9 +350,28 @@ void ImageView::paintMark(QPainter& painter) const
     painter.drawRect(square.adjusted(-2, -2, 1, 1));
 }
 
+QPointF ImageView::onWidget(const QPointF& point) const
+{
+    return m_Sight.toView(point, sightSize()) / devicePixelRatioF();
+}
+
+void ImageView::paintProfile(QPainter& painter) const
+{
+    if (!m_Profile.line())
+        return;
+    const QLineF line(onWidget(m_Profile.line()->p1()), onWidget(m_Profile.line()->p2()));
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const QPen& pen : {QPen(Qt::black, 3), QPen(Qt::white, 1)}) {
+        painter.setPen(pen);
+        painter.drawLine(line);
+    }
+    painter.restore();
+}
+
 void ImageView::paintBar(QPainter& painter) const
 {
-    const QRect bar(0, height() - barHeight(), width(), barHeight());
+    const QRect bar(0, height() - barHeight(), imageWidth(), barHeight());
     painter.fillRect(bar, palette().color(QPalette::Window));
     painter.setPen(palette().color(QPalette::WindowText));
     const QRect inside = bar.adjusted(MARGIN, 0, -MARGIN, 0);

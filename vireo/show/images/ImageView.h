@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "vireo/show/images/ImageModel.h"
+#include "vireo/show/images/ImageProfile.h"
 #include "vireo/show/images/ImageSight.h"
 #include "vireo/show/images/drawImage.h"
 #include "vireo/show/window/View.h"
@@ -15,6 +16,7 @@
 namespace tavo {
 
 class ImageGestures;
+class ImagePanel;
 
 // An image. It is drawn by the processor, at the resolution of the screen: what is seen has to be looked up in tables
 // and copied once, which takes no longer than handing it to OpenGL would, and needs no context.
@@ -28,6 +30,7 @@ public:
     void apply(ViewUpdate& update) override;
     QImage picture(QSize size) override;
     std::string saveData(const QString& file) override;
+    std::function<void()> configuration() override;
 
     ImageModel& getModel() { return m_Model; }
 
@@ -55,6 +58,15 @@ public:
     void hover(const std::optional<QPoint>& pixel);
     const std::optional<QPoint>& hovered() const { return m_Hovered; }
 
+    // Plots the numbers along a line from one pixel to another; or no longer, which returns whether it was done.
+    void showProfile(const QPoint& from, const QPoint& to);
+    bool endProfile();
+    const ImageProfile& getProfile() const { return m_Profile; }
+
+    // The panel of the image.
+    bool isPanelShown() const;
+    void switchPanel();
+
     // What is said below the image: about the pixel that the pointer is on, and about all of it.
     QString textOfPixel() const;
     QString textOfImage() const;
@@ -63,6 +75,7 @@ protected:
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     std::vector<ImageView*> linkedViews();
@@ -71,10 +84,14 @@ private:
     void changed();
     ImageInk ink() const;
     int barHeight() const;
+    int imageWidth() const;
+    void settlePanel();
     QSize imageSize() const;
     ImageSight sightFor(const QSize& size) const;
     void paintBar(QPainter& painter) const;
     void paintMark(QPainter& painter) const;
+    void paintProfile(QPainter& painter) const;
+    QPointF onWidget(const QPointF& point) const;
 
     std::string m_Name;
     ImageModel m_Model;
@@ -84,7 +101,10 @@ private:
     bool m_IsChosen = false; // the sight, by a person
     std::optional<QPoint> m_Hovered;
     QImage m_Picture; // null if it has to be drawn
+    ImageProfile m_Profile;
     std::unique_ptr<ImageGestures> m_Gestures;
+    ImagePanel* m_Panel;                 // a child of the widget
+    std::optional<bool> m_IsPanelWanted; // by a person
 };
 
 } // namespace tavo

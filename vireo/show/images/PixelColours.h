@@ -18,8 +18,8 @@ struct ImageLook
     double from = 0;
     double to = 255;
     double gamma = 1;
-    std::string colourMap;          // of one channel; empty for grey as bright as the number is great
-    bool isSizeShown = false;       // of numbers, whatever their sign
+    std::string colourMap;    // of one channel; empty for grey as bright as the number is great
+    bool isSizeShown = false; // of numbers, whatever their sign
 
     bool isColour() const { return channel < 0; }
     bool operator==(const ImageLook& other) const = default;

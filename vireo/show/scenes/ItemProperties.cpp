@@ -1,6 +1,5 @@
 #include "vireo/show/scenes/ItemProperties.h"
 
-#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
@@ -12,7 +11,6 @@
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QSpinBox>
-#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -21,6 +19,7 @@
 #include "vireo/show/scenes/NumberBox.h"
 #include "vireo/show/scenes/RangeHistogram.h"
 #include "vireo/show/scenes/colourIcon.h"
+#include "vireo/show/scenes/panelWidgets.h"
 #include "vireo/show/scenes/valueCounts.h"
 #include "vireo/show/window/shownText.h"
 
@@ -32,60 +31,11 @@ constexpr double LARGEST_SIZE = 64; // in pixels
 constexpr std::size_t LONGEST_NAME = 200;
 constexpr int SPACING = 6; // in pixels
 constexpr int MARGIN = 8;
-const QSize MAP_ICON(56, 12);
-
-template <typename Widget>
-Widget* made(Widget* widget, const char* name, const QString& accessibleName, const QString& toolTip)
-{
-    widget->setObjectName(name);
-    widget->setAccessibleName(accessibleName);
-    widget->setToolTip(toolTip);
-    return widget;
-}
-
-// Its list has the colours of the window, whose theme may not be the program's.
-class ComboBox : public QComboBox
-{
-public:
-    ComboBox() { setItemDelegate(new QStyledItemDelegate(this)); } // the box's own has the colours of menus
-
-    void showPopup() override
-    {
-        view()->window()->setPalette(palette());
-        view()->setPalette(palette());
-        QComboBox::showPopup();
-    }
-};
-
-// As narrow as the panel is, however long what can be chosen.
-ComboBox* makeComboBox(const char* name, const QString& accessibleName, const QString& toolTip)
-{
-    auto* const box = made(new ComboBox, name, accessibleName, toolTip);
-    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    box->setMinimumContentsLength(6);
-    box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    return box;
-}
-
-template <typename Box>
-void setQuietly(Box* box, decltype(box->value()) value)
-{
-    const QSignalBlocker quiet(box);
-    if (box->value() != value)
-        box->setValue(value);
-}
 
 void checkQuietly(QCheckBox* box, bool isChecked)
 {
     const QSignalBlocker quiet(box);
     box->setChecked(isChecked);
-}
-
-void chooseQuietly(QComboBox* box, int index)
-{
-    const QSignalBlocker quiet(box);
-    if (box->currentIndex() != index)
-        box->setCurrentIndex(index);
 }
 
 } // namespace
@@ -110,14 +60,7 @@ ItemProperties::ItemProperties(QWidget* parent)
     bold.setBold(true);
     m_Name->setFont(bold);
     m_Name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    m_ColourMap->setIconSize(MAP_ICON);
-    for (const std::string_view name : namesOfColourMaps()) {
-        const ColourMap::Entries entries = findColourMap(name)->entries();
-        std::vector<RGBA8> colours;
-        for (std::size_t i = 0; i < entries.size(); i += 15)
-            colours.push_back(entries[i]);
-        m_ColourMap->addItem(colourIcon(colours), QString::fromUtf8(name.data(), int(name.size())));
-    }
+    addColourMaps(*m_ColourMap);
     m_Size->setRange(0.5, LARGEST_SIZE);
     m_Size->setDecimals(1);
     m_Size->setSuffix(tr(" px"));

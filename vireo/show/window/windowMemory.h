@@ -14,7 +14,8 @@ enum class Thing
     Geometry,
     Layout,
     Theme,
-    ScenePanel
+    ScenePanel,
+    ImagePanel
 };
 
 QByteArray recall(Thing thing);

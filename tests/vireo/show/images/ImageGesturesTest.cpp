@@ -1,12 +1,15 @@
 #include "vireo/show/images/ImageGestures.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QMouseEvent>
+#include <QTemporaryDir>
 #include <QWheelEvent>
 #include <gtest/gtest.h>
 
 #include "tests/support/userEvents.h"
 #include "tests/vireo/show/images/images.h"
+#include "vireo/show/show.h"
 
 namespace tavo {
 namespace {
@@ -116,6 +119,43 @@ TEST_F(ImageGesturesTest, KeysZoomAndChooseWhatIsShown)
     EXPECT_EQ(m_View.getModel().look().to, 2);
     clickKey(&m_View, Qt::Key_R);
     EXPECT_EQ(m_View.getModel().look().to, 1.5);
+}
+
+TEST_F(ImageGesturesTest, ADragWithShiftPlotsTheNumbersAlongALine)
+{
+    const QPoint origin = m_View.getSight().origin(m_View.sightSize()).toPoint();
+    QMouseEvent press(
+        QEvent::MouseButtonPress, origin + QPoint(10, 20), Qt::LeftButton, Qt::LeftButton, Qt::ShiftModifier);
+    QApplication::sendEvent(&m_View, &press);
+    moveMouse(&m_View, Qt::LeftButton, origin + QPoint(13, 20));
+    releaseMouse(&m_View, Qt::LeftButton, origin + QPoint(13, 20));
+    EXPECT_FALSE(m_View.isChosen());
+    const QTemporaryDir folder;
+    const auto profile = [&folder] {
+        const QString path = folder.filePath("profile.csv");
+        EXPECT_TRUE(saveData("image profile", path.toStdString()));
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    };
+    EXPECT_EQ(profile().toStdString(), "\"value x\",\"value\"\n0,10\n1,11\n2,12\n3,13\n");
+    send(m_View, imageOf(std::vector<float>(400 * 300, 7), 400, 300));
+    EXPECT_TRUE(profile().endsWith("3,7\n"));
+    clickKey(&m_View, Qt::Key_Escape);
+    EXPECT_FALSE(m_View.getProfile().line());
+    EXPECT_FALSE(saveData("image profile", folder.filePath("profile.csv").toStdString()));
+}
+
+TEST_F(ImageGesturesTest, ThePanelComesAndGoes)
+{
+    EXPECT_FALSE(m_View.isPanelShown());
+    const int width = m_View.sightSize().width();
+    clickKey(&m_View, Qt::Key_P);
+    EXPECT_TRUE(m_View.isPanelShown());
+    EXPECT_LT(m_View.sightSize().width(), width);
+    m_View.configuration()();
+    EXPECT_FALSE(m_View.isPanelShown());
+    EXPECT_EQ(m_View.sightSize().width(), width);
 }
 
 TEST_F(ImageGesturesTest, TheLineSaysWhatThePointerIsOn)
