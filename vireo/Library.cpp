@@ -1,5 +1,6 @@
 #include "vireo/Library.h"
 
+#include "vireo/context/nameAccounts.h"
 #include "vireo/displayers/GLEventObject.h"
 #include "vireo/displayers/GLPointCloudDisplayer.h"
 #include "vireo/resources/ButtonImages.h"
@@ -15,6 +16,7 @@ void initVireo()
 
 void shutdownVireo()
 {
+    reportLeaksOfProcess();
     GLEventObject::shutdown();
     GLPointCloudDisplayer::shutdown();
 }

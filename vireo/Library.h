@@ -14,7 +14,8 @@ namespace tavo {
 ///     shutdownVireo();
 VIREO_EXPORT void initVireo();
 
-/// Frees the two class records. Call it once, at the end; neither class may be used afterwards. The images stay.
+/// Frees the two class records, and reports what is left if VIREO_LEAKS says so (see LeakReport). Call it once, at the
+/// end; neither class may be used afterwards. The images stay.
 VIREO_EXPORT void shutdownVireo();
 
 } // namespace tavo

@@ -9,6 +9,7 @@
 #include "tavo/platform/wgl.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/GLObject.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/context/sharedByContexts.h"
 
 #ifdef VIREO_HAVE_CG
@@ -180,8 +181,9 @@ void GLContext::removeChildContext(GLContext* child)
 
 std::list<GLObject*>::iterator GLContext::addObject(GLObject* object)
 {
-    std::list<GLObject*>& objects = getRootContext()->m_Objects;
-    return objects.insert(objects.end(), object);
+    GLContext* const root = getRootContext();
+    noteObject(*object, *root);
+    return root->m_Objects.insert(root->m_Objects.end(), object);
 }
 
 void GLContext::removeObject(std::list<GLObject*>::iterator entry)
@@ -194,18 +196,21 @@ void GLContext::removeObject(std::list<GLObject*>::iterator entry)
 void GLContext::deleteTexture(unsigned int name)
 {
     GLContext* const root = getRootContext();
+    noteDeletion(NameKind::TEXTURE, name, *root);
     deleteOrQueue(root->m_GlobalActive, name, root->m_TexturesToDelete, glDeleteTextures);
 }
 
 void GLContext::deleteBuffer(unsigned int name)
 {
     GLContext* const root = getRootContext();
+    noteDeletion(NameKind::BUFFER, name, *root);
     deleteOrQueue(root->m_GlobalActive, name, root->m_BuffersToDelete, glDeleteBuffersARB);
 }
 
 void GLContext::deleteShader(unsigned int name)
 {
     GLContext* const root = getRootContext();
+    noteDeletion(NameKind::PROGRAM, name, *root);
     deleteOrQueue(root->m_GlobalActive, name, root->m_ShadersToDelete, glDeleteProgramsARB);
 }
 
@@ -215,6 +220,7 @@ void GLContext::delayedDelete()
     deleteQueued(root->m_TexturesToDelete, glDeleteTextures);
     deleteQueued(root->m_BuffersToDelete, glDeleteBuffersARB);
     deleteQueued(root->m_ShadersToDelete, glDeleteProgramsARB);
+    noteWaitingDeleted(*root);
 }
 
 void GLContext::onDeleteContext()
@@ -224,6 +230,7 @@ void GLContext::onDeleteContext()
         return;
     }
 
+    noteTreeEnds(*this);
     std::exception_ptr failure;
     while (!m_Objects.empty()) {
         GLObject* const object = m_Objects.front();
@@ -239,6 +246,8 @@ void GLContext::onDeleteContext()
             m_Objects.pop_front();
         }
     }
+    noteTreeEnded(*this);
+
     for (GLContext* child : m_ChildContexts)
         child->m_ParentContext = nullptr;
 

@@ -4,6 +4,7 @@
 
 #include "tavo/base/objects/PException.h"
 #include "vireo/context/GLContext.h"
+#include "vireo/context/nameAccounts.h"
 
 namespace tavo {
 
@@ -24,6 +25,7 @@ GLObject::GLObject(GLContext* context)
 
 GLObject::~GLObject()
 {
+    noteObjectGone(*this);
     if (m_Context)
         m_Context->removeObject(m_RegistryEntry);
 }

@@ -5,6 +5,7 @@
 #include "tavo/base/objects/PException.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/geometry/bufferStorage.h"
 
 namespace tavo {
@@ -14,6 +15,7 @@ GLBuffer::GLBuffer(GLContext* context, unsigned int target)
     , m_Target(target)
 {
     glGenBuffersARB(1, &m_BufferId);
+    noteName(NameKind::BUFFER, m_BufferId, *this);
 }
 
 GLBuffer::~GLBuffer()
@@ -32,6 +34,7 @@ bool GLBuffer::init(unsigned int sizeInBytes, unsigned int usage)
 {
     requireContext("GLBuffer::init() - invalid context");
     m_SizeInBytes = sizeInBytes; // deliberately before it is known whether there is storage
+    noteBytes(NameKind::BUFFER, m_BufferId, *this, sizeInBytes);
     return makeBufferStorage(m_Target, m_BufferId, sizeInBytes, usage);
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/geometry/bufferStorage.h"
 
 namespace tavo {
@@ -77,6 +78,7 @@ bool GLVertexBuffer::initFromPixels(unsigned int sizeInBytes, unsigned int usage
     if (!makeBufferStorage(GL_PIXEL_PACK_BUFFER_ARB, m_BufferId, sizeInBytes, usage))
         return false;
     m_SizeInBytes = sizeInBytes;
+    noteBytes(NameKind::BUFFER, m_BufferId, *this, sizeInBytes);
     return true;
 }
 

@@ -1,7 +1,10 @@
 #include "vireo/offscreen/GLRenderTargetFBO.h"
 
+#include <cstdint>
+
 #include "tavo/base/objects/PException.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/textures/GLTextureRect.h"
 #include "vireo/textures/GLTextureSettings.h"
 
@@ -61,6 +64,8 @@ void GLRenderTargetFBO::makeTextures(unsigned int width, unsigned int height)
     glTexImage2D(m_Depth->getTextureTarget(), 0, GL_DEPTH_COMPONENT24, static_cast<GLsizei>(width),
         static_cast<GLsizei>(height), 0, GL_DEPTH_COMPONENT, GL_UNSIGNED_INT, nullptr);
     m_Depth->unbind(0);
+    constexpr unsigned int BYTES = 4; // of a depth
+    noteBytes(NameKind::TEXTURE, m_Depth->getTextureID(), *m_Depth, std::uint64_t{BYTES} * width * height);
 }
 
 bool GLRenderTargetFBO::makeFramebuffer()
@@ -69,6 +74,7 @@ bool GLRenderTargetFBO::makeFramebuffer()
     glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &boundBefore);
     m_Home = wglGetCurrentContext();
     glGenFramebuffersEXT(1, &m_Framebuffer);
+    noteName(NameKind::FRAMEBUFFER, m_Framebuffer, *this);
     glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, m_Framebuffer);
     glFramebufferTexture2DEXT(
         GL_FRAMEBUFFER_EXT, GL_COLOR_ATTACHMENT0_EXT, m_Colour->getTextureTarget(), m_Colour->getTextureID(), 0);
@@ -89,6 +95,7 @@ void GLRenderTargetFBO::release()
     if (isAtHome()) {
         deactivate();
         glDeleteFramebuffersEXT(1, &m_Framebuffer);
+        noteNameDeleted(NameKind::FRAMEBUFFER, m_Framebuffer, *getContext());
     }
     m_Active = false;
     m_Framebuffer = 0;

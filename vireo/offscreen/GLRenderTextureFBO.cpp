@@ -1,8 +1,10 @@
 #include "vireo/offscreen/GLRenderTextureFBO.h"
 
+#include <cstdint>
 #include <memory>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/offscreen/imageTexels.h"
 #include "vireo/textures/GLTexture2D.h"
 #include "vireo/textures/GLTextureRect.h"
@@ -22,6 +24,12 @@ namespace {
 bool isPowerOfTwoOrZero(unsigned int value)
 {
     return (value & (value - 1)) == 0;
+}
+
+// As drivers store depths and stencils.
+std::uint64_t bytesOfBuffer(unsigned int format, unsigned int width, unsigned int height)
+{
+    return std::uint64_t{width} * height * (format == GL_STENCIL_INDEX ? 1 : 4);
 }
 
 template <typename Image>
@@ -51,12 +59,15 @@ GLRenderTextureFBO::GLRenderTextureFBO(GLContext* context)
 GLRenderTextureFBO::~GLRenderTextureFBO()
 {
     delete m_Texture;
-    if (getContext() && m_Framebuffer != 0)
+    if (getContext() && m_Framebuffer != 0) {
         glDeleteFramebuffersEXT(1, &m_Framebuffer);
+        noteNameDeleted(NameKind::FRAMEBUFFER, m_Framebuffer, *getContext());
+    }
 }
 
 bool GLRenderTextureFBO::create(unsigned int width, unsigned int height, unsigned int components, unsigned int flags)
 {
+    noteNamesLeft(*this); // those of an earlier call
     m_Width = width;
     m_Height = height;
     m_NumComponents = components;
@@ -79,6 +90,7 @@ bool GLRenderTextureFBO::createDepthTexture(unsigned int width, unsigned int hei
     m_PureDepthTexture = true;
     if (!isPowerOfTwoOrZero(width) || !isPowerOfTwoOrZero(height))
         return false;
+    noteNamesLeft(*this); // those of an earlier call
     m_Width = width;
     m_Height = height;
     m_NumComponents = 0;
@@ -113,6 +125,8 @@ void GLRenderTextureFBO::make2DTexture()
 void GLRenderTextureFBO::makeDepthTexture()
 {
     m_Texture = new GLTexture2D(getContext());
+    noteBytes(NameKind::TEXTURE, m_Texture->getTextureID(), *m_Texture,
+        bytesOfBuffer(GL_DEPTH_COMPONENT24, m_Width, m_Height));
     m_Texture->bind(0);
     glTexImage2D(m_Texture->getTextureTarget(), 0, GL_DEPTH_COMPONENT, static_cast<GLsizei>(m_Width),
         static_cast<GLsizei>(m_Height), 0, GL_DEPTH_COMPONENT, GL_FLOAT, nullptr);
@@ -126,6 +140,7 @@ void GLRenderTextureFBO::makeDepthTexture()
 void GLRenderTextureFBO::makeFramebuffer(unsigned int textureAttachment)
 {
     glGenFramebuffersEXT(1, &m_Framebuffer);
+    noteName(NameKind::FRAMEBUFFER, m_Framebuffer, *this);
     glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, m_Framebuffer);
     glFramebufferTexture2DEXT(
         GL_FRAMEBUFFER_EXT, textureAttachment, m_Texture->getTextureTarget(), m_Texture->getTextureID(), 0);
@@ -135,6 +150,8 @@ unsigned int GLRenderTextureFBO::attachRenderbuffer(unsigned int format, unsigne
 {
     unsigned int renderbuffer = 0;
     glGenRenderbuffersEXT(1, &renderbuffer);
+    noteName(NameKind::RENDERBUFFER, renderbuffer, *this);
+    noteBytes(NameKind::RENDERBUFFER, renderbuffer, *this, bytesOfBuffer(format, m_Width, m_Height));
     glBindRenderbufferEXT(GL_RENDERBUFFER_EXT, renderbuffer);
     glRenderbufferStorageEXT(
         GL_RENDERBUFFER_EXT, format, static_cast<GLsizei>(m_Width), static_cast<GLsizei>(m_Height));

@@ -2,6 +2,7 @@
 
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/shaders/ShaderConstant.h"
 
 namespace tavo {
@@ -11,6 +12,7 @@ GLShaderARB::GLShaderARB(GLContext* context, unsigned int target)
     , target(target)
 {
     glGenProgramsARB(1, &programId);
+    noteName(NameKind::PROGRAM, programId, *this);
 }
 
 GLShaderARB::~GLShaderARB()
@@ -28,6 +30,7 @@ void GLShaderARB::onDeleteContext()
 bool GLShaderARB::compile(const std::string& source)
 {
     requireContext("GLShaderARB::compile() - invalid context!");
+    noteBytes(NameKind::PROGRAM, programId, *this, source.size());
     glBindProgramARB(target, programId);
     glGetError(); // what is pending is not this program's
     glProgramStringARB(target, GL_PROGRAM_FORMAT_ASCII_ARB, static_cast<GLsizei>(source.size()), source.data());

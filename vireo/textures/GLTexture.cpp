@@ -2,6 +2,7 @@
 
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/textures/GLTextureSettings.h"
 #include "vireo/textures/textureFormats.h"
 
@@ -11,6 +12,7 @@ GLTexture::GLTexture(GLContext* context)
     : GLObject(context)
 {
     glGenTextures(1, &m_TextureID);
+    noteName(NameKind::TEXTURE, m_TextureID, *this);
 }
 
 GLTexture::~GLTexture()

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/textures/GLTextureSettings.h"
 #include "vireo/textures/imagePixels.h"
 #include "vireo/textures/textureFormats.h"
@@ -92,6 +93,7 @@ void GLTexture2D::calcSize()
 {
     m_SizeInBytes =
         mipmapped ? sizeOfMipmaps(width, height, 1, numComponents) : sizeOfLevel(width, height, 1, numComponents);
+    noteBytes(NameKind::TEXTURE, m_TextureID, *this, m_SizeInBytes);
 }
 
 void GLTexture2D::upload(const void* data)

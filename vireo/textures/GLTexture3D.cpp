@@ -1,11 +1,13 @@
 #include "vireo/textures/GLTexture3D.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "tavo/base/math/checkedAt.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/textures/GLTextureSettings.h"
 #include "vireo/textures/textureFormats.h"
 #include "vireo/textures/textureParameters.h"
@@ -91,6 +93,7 @@ void GLTexture3D::setDimensions(
     this->mipmapped = mipmapped;
     m_SizeInBytes = mipmapped ? sizeOfMipmaps(width, height, depth, texelComponents)
                               : sizeOfLevel(width, height, depth, texelComponents);
+    noteBytes(NameKind::TEXTURE, m_TextureID, *this, m_SizeInBytes);
 }
 
 // All of a float texture but its upload.
@@ -98,6 +101,7 @@ void GLTexture3D::beginFloatTexture(
     unsigned int width, unsigned int height, unsigned int depth, unsigned int components, bool half, bool mipmapped)
 {
     setDimensions(width, height, depth, components, mipmapped);
+    noteBytes(NameKind::TEXTURE, m_TextureID, *this, std::uint64_t{m_SizeInBytes} * (half ? 2 : 4));
     format = arbFloatFormatOfComponents(components, half, format);
     bind(0);
     GLTextureSettings::setFloatDefaults(m_TextureTarget);

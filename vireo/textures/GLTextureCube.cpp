@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/textures/GLTextureSettings.h"
 #include "vireo/textures/textureFormats.h"
 
@@ -114,6 +115,7 @@ void GLTextureCube::setNegativeZ(char* data, bool bgra)
 void GLTextureCube::calcSize()
 {
     m_SizeInBytes = numComponents * size * size * RGBACubeMap::NUM_FACES;
+    noteBytes(NameKind::TEXTURE, m_TextureID, *this, m_SizeInBytes);
 }
 
 void GLTextureCube::bindWithDefaults()

@@ -1,8 +1,10 @@
 #include "vireo/textures/GLTextureRect.h"
 
 #include <cstddef>
+#include <cstdint>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/textures/GLTextureSettings.h"
 #include "vireo/textures/imagePixels.h"
 #include "vireo/textures/textureFormats.h"
@@ -42,6 +44,7 @@ void GLTextureRect::createFloatTextureFromMemory(
     bind(0);
     GLTextureSettings::setFloatDefaults(m_TextureTarget);
     setDimensions(width, height, components);
+    noteBytes(NameKind::TEXTURE, m_TextureID, *this, std::uint64_t{m_SizeInBytes} * (use32Bit ? 4 : 2));
     upload(formatOfComponents(components, GL_RGBA), GL_FLOAT, data);
 }
 
@@ -56,6 +59,7 @@ void GLTextureRect::setDimensions(unsigned int width, unsigned int height, unsig
 void GLTextureRect::calcSize()
 {
     m_SizeInBytes = sizeOfLevel(width, height, 1, numComponents);
+    noteBytes(NameKind::TEXTURE, m_TextureID, *this, m_SizeInBytes);
 }
 
 void GLTextureRect::bindWithDefaults()

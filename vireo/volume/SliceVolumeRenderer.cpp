@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <utility>
 
@@ -14,6 +15,7 @@
 #include "vireo/context/PlainPixels.h"
 #include "vireo/context/SavedState.h"
 #include "vireo/context/hasFixedFunctions.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/volume/SliceReader.h"
 #include "vireo/volume/SliceStack.h"
 #include "vireo/volume/drawableChannels.h"
@@ -124,6 +126,7 @@ void uploadSlice(unsigned int& name, unsigned int width, unsigned int height, co
         return;
     }
     glGenTextures(1, &name);
+    noteForeignName(NameKind::TEXTURE, name, "SliceVolumeRenderer", std::uint64_t{width} * height * sizeof(RGBA8));
     glBindTexture(GL_TEXTURE_2D, name);
     setSliceParameters();
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, w, h, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdint>
 #include <optional>
 
 #include "tavo/base/math/checkedAt.h"
@@ -10,6 +11,7 @@
 #include "tavo/points/RegularVolume.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/SavedState.h"
+#include "vireo/context/nameAccounts.h"
 #include "vireo/volume/SliceReader.h"
 #include "vireo/volume/SliceStack.h"
 #include "vireo/volume/drawableChannels.h"
@@ -99,6 +101,8 @@ void Tex2dVolumeRenderer::prepareStackBy(const RegularVolume& volume, const Volu
         std::vector<unsigned int>& names = textureNames.back();
         names.push_back(0);
         glGenTextures(1, &names.back());
+        noteForeignName(
+            NameKind::TEXTURE, names.back(), "Tex2dVolumeRenderer", std::uint64_t{width} * height * sizeof(RGBA8));
         glBindTexture(GL_TEXTURE_2D, names.back());
     }
 }
@@ -183,8 +187,10 @@ void Tex2dVolumeRenderer::bindSlice(unsigned int axis, unsigned int slice) const
 void Tex2dVolumeRenderer::disposeTextures()
 {
     for (const std::vector<unsigned int>& names : textureNames)
-        if (!names.empty())
+        if (!names.empty()) {
             glDeleteTextures(static_cast<GLsizei>(names.size()), names.data());
+            noteForeignNamesDeleted(NameKind::TEXTURE, names);
+        }
     textureNames.clear();
     slabStarts.clear();
 }
