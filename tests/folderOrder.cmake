@@ -7,7 +7,7 @@ cmake_minimum_required(VERSION 3.25)
 set(tree ${CMAKE_ARGV3})
 
 # From the ground up.
-set(floors "context,resources" "textures,geometry,shaders,volume,machine" "offscreen,displayers" "." "show")
+set(floors "context,resources" "textures,geometry,shaders,volume,machine" "offscreen,displayers" "reports" "." "show")
 set(open_to_all Export.h)
 # Old places of headers, one include each.
 set(moved context/Library.h)

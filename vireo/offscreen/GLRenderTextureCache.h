@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <list>
 #include <map>
 #include <memory_resource>
 #include <utility>
+#include <vector>
 
 #include "vireo/Export.h"
 
@@ -25,6 +28,8 @@ class GLRenderTextureFBO;
 /// The kind is made of the arguments of the request, packed into 32 bits. A request gets the render texture of its kind
 /// that was returned first, or else a new one. Width and height count up to 4096, components up to eight: kinds beyond
 /// that deliberately coincide with others, and such a request may get a target of another size.
+///
+/// What is free stays until clearUnused(), or with a byte budget until there is too much of it: see setByteBudget().
 ///
 /// A request walks the list of free render textures; giving one back is one look-up.
 ///
@@ -70,6 +75,42 @@ public:
     /// buffers are not freed (see GLRenderTextureFBO).
     void clearAll();
 
+    /// What a cache holds, and how it has served.
+    struct Statistics
+    {
+        /// Render textures of one kind.
+        struct Kind
+        {
+            unsigned int width;
+            unsigned int height;
+            unsigned int components;
+            unsigned int flags; // as for GLRenderTextureFBO::create
+            std::size_t numFree;
+            std::size_t numInUse;
+            std::uint64_t bytes; // of all of them
+        };
+
+        std::vector<Kind> kinds;
+        std::size_t numFree = 0;
+        std::size_t numInUse = 0;
+        std::uint64_t freeBytes = 0;
+        std::uint64_t usedBytes = 0;
+        std::uint64_t hits = 0;   // requests that got a free one
+        std::uint64_t misses = 0; // and those that needed a new one, whether or not the driver made it
+    };
+
+    /// What the cache holds now, by kind, and what it has done since it was made. Bytes are those that GL is asked for:
+    /// of colours, of depths 4 for a texel, of stencils 1. Calls no GL.
+    Statistics getStatistics() const;
+
+    /// Sets how many bytes there should be at most, in use and free together; 0, as at first, for any number. Where a
+    /// new render texture would exceed the budget, those free for longest are destroyed first, and those that are free
+    /// now if there are too many already. What is in use is never touched and no request refused: then there are more
+    /// bytes. Those with depth or stencil buffers stay, since destroying them would not free these (see
+    /// GLRenderTextureFBO).
+    void setByteBudget(std::uint64_t bytes);
+    std::uint64_t getByteBudget() const { return m_ByteBudget; }
+
 private:
     // A render texture and its kind.
     using Entry = std::pair<GLRenderTextureFBO*, unsigned int>;
@@ -81,6 +122,10 @@ private:
     GLRenderTextureFBO* create(
         unsigned int width, unsigned int height, unsigned int components, unsigned int flags, unsigned int kind);
 
+    // Destroys what is free until as many bytes more would fit into the budget.
+    void makeRoom(std::uint64_t bytes);
+    std::uint64_t getBytes() const;
+
     GLContext* m_Context;
     // In the order in which they were handed out.
     std::pmr::list<Entry> m_InUse;
@@ -88,6 +133,9 @@ private:
     std::pmr::list<Entry> m_Available;
     // Where each render texture stands in m_InUse; the end of that for those that clearAll() has destroyed.
     std::pmr::map<GLRenderTextureFBO*, std::pmr::list<Entry>::iterator> m_Index;
+    std::uint64_t m_ByteBudget = 0;
+    std::uint64_t m_Hits = 0;
+    std::uint64_t m_Misses = 0;
 };
 
 } // namespace tavo

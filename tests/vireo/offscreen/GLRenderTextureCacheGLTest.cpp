@@ -37,6 +37,9 @@
 // 8. clearAll, and so the destructor, destroys those in use, in the order in which they were handed out, then the rest.
 // 9. A render texture stands in one of two lists, with its key: of those in use, in the order handed out, or of those
 //    that are free, in the order given back. A map leads from those in use to their positions.
+// 10. It counts what it holds by kind, and the requests that it has served with and without a new render texture.
+// 11. With a byte budget, those free for longest go where a new one would exceed it. Those in use stay, and so do those
+//     with depth or stencil buffers; giving back still calls no GL. Without a budget nothing goes by itself.
 
 namespace tavo {
 
@@ -717,6 +720,123 @@ TEST_F(GLRenderTextureCacheRandomGLTest, KeepsAllRules)
     EXPECT_GT(m_NumMade, 500u);
     EXPECT_GT(m_NumUsedAgain, 500u);
     EXPECT_GT(m_NumRefused, 500u);
+}
+
+// Rule 10
+
+TEST_F(GLRenderTextureCacheGLTest, CountsWhatItHoldsByKind)
+{
+    EXPECT_THAT(cache().getStatistics().kinds, IsEmpty());
+    GLRenderTextureFBO* const a = get({});
+    get({});
+    GLRenderTextureFBO* const c = get({.width = 8, .depth = true});
+    ASSERT_TRUE(c);
+    give({a, c});
+    const GLRenderTextureCache::Statistics statistics = cache().getStatistics();
+    ASSERT_THAT(statistics.kinds, SizeIs(2));
+    const auto& small = statistics.kinds[0];
+    EXPECT_EQ(small.width, 4u);
+    EXPECT_EQ(small.height, 4u);
+    EXPECT_EQ(small.components, 4u);
+    EXPECT_EQ(small.flags, 0u);
+    EXPECT_EQ(small.numFree, 1u);
+    EXPECT_EQ(small.numInUse, 1u);
+    EXPECT_EQ(small.bytes, 2u * 4 * 4 * 4);
+    const auto& wide = statistics.kinds[1];
+    EXPECT_EQ(wide.width, 8u);
+    EXPECT_EQ(wide.flags, GLRenderTextureFBO::FLAG_DEPTH);
+    EXPECT_EQ(wide.numFree, 1u);
+    EXPECT_EQ(wide.numInUse, 0u);
+    EXPECT_EQ(wide.bytes, 8u * 4 * (4 + 4)) << "colours and depths";
+    EXPECT_EQ(statistics.numFree, 2u);
+    EXPECT_EQ(statistics.numInUse, 1u);
+    EXPECT_EQ(statistics.freeBytes, 64u + 256u);
+    EXPECT_EQ(statistics.usedBytes, 64u);
+}
+
+TEST_F(GLRenderTextureCacheGLTest, CountsBytesOfFloatsWhereThereAreAny)
+{
+    NEEDS_EXTENSION("GL_ARB_texture_float");
+    get({.rectangle = true, .floatTexture = true});
+    get({.width = 8, .rectangle = true, .floatTexture = true, .float32 = true});
+    get({.width = 16, .floatTexture = true, .float32 = true});
+    const GLRenderTextureCache::Statistics statistics = cache().getStatistics();
+    ASSERT_THAT(statistics.kinds, SizeIs(3));
+    EXPECT_EQ(statistics.kinds[0].bytes, 4u * 4 * 4 * 2);
+    EXPECT_EQ(statistics.kinds[1].bytes, 8u * 4 * 4 * 4);
+    EXPECT_EQ(statistics.kinds[2].bytes, 16u * 4 * 4) << "2D targets are of bytes";
+}
+
+TEST_F(GLRenderTextureCacheGLTest, CountsHitsAndMisses)
+{
+    GLRenderTextureFBO* const a = get({});
+    give({a});
+    get({});
+    get({});
+    const GLRenderTextureCache::Statistics statistics = cache().getStatistics();
+    EXPECT_EQ(statistics.hits, 1u);
+    EXPECT_EQ(statistics.misses, 2u);
+    EXPECT_THAT(callsOf([&] { cache().getStatistics(); }), IsEmpty());
+}
+
+// Rule 11
+
+TEST_F(GLRenderTextureCacheGLTest, KeepsEverythingWithoutABudget)
+{
+    EXPECT_EQ(cache().getByteBudget(), 0u);
+    std::vector<GLRenderTextureFBO*> targets;
+    for (unsigned int width = 1; width <= 256; width *= 2)
+        targets.push_back(get({.width = width}));
+    for (GLRenderTextureFBO* const target : targets)
+        give({target});
+    get({.width = 512});
+    EXPECT_THAT(available(), SizeIs(targets.size()));
+}
+
+TEST_F(GLRenderTextureCacheGLTest, MakesRoomForANewOneByThoseFreeForLongest)
+{
+    GLRenderTextureFBO* const a = get({});           // 64 bytes
+    GLRenderTextureFBO* const b = get({.width = 8}); // 128
+    GLRenderTextureFBO* const c = get({.width = 2}); // 32
+    give({b, a, c});
+    cache().setByteBudget(64 + 128 + 32);
+    EXPECT_THAT(available(), SizeIs(3)) << "as many as there may be";
+    get({.width = 1}); // 16 more
+    EXPECT_THAT(available(), ElementsAre(Pair(a, keyOf({})), Pair(c, keyOf({.width = 2}))));
+    EXPECT_EQ(get({.width = 2}), c) << "what is there is still handed out";
+    EXPECT_EQ(cache().getStatistics().freeBytes + cache().getStatistics().usedBytes, 64u + 32 + 16);
+}
+
+TEST_F(GLRenderTextureCacheGLTest, DestroysAtOnceWhatASmallerBudgetHasNoRoomFor)
+{
+    GLRenderTextureFBO* const a = get({});
+    GLRenderTextureFBO* const b = get({});
+    give({a, b});
+    cache().setByteBudget(64);
+    EXPECT_THAT(available(), ElementsAre(Pair(b, keyOf({}))));
+}
+
+TEST_F(GLRenderTextureCacheGLTest, ExceedsItsBudgetWhereAllIsInUse)
+{
+    cache().setByteBudget(1);
+    GLRenderTextureFBO* const a = get({});
+    GLRenderTextureFBO* const b = get({});
+    EXPECT_TRUE(a && b);
+    EXPECT_THAT(inUse(), SizeIs(2));
+    EXPECT_THAT(callsOf([&] { give({a, b}); }), IsEmpty()) << "giving back calls no GL";
+    EXPECT_THAT(available(), SizeIs(2));
+    get({.width = 8});
+    EXPECT_THAT(available(), IsEmpty()) << "a new one makes room";
+}
+
+TEST_F(GLRenderTextureCacheGLTest, SparesThoseWhoseDepthsWouldNotBeFreed)
+{
+    GLRenderTextureFBO* const deep = get({.depth = true});
+    ASSERT_TRUE(deep);
+    GLRenderTextureFBO* const flat = get({});
+    give({deep, flat});
+    cache().setByteBudget(1);
+    EXPECT_THAT(available(), ElementsAre(Pair(deep, keyOf({.depth = true}))));
 }
 
 } // namespace
