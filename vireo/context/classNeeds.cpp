@@ -25,6 +25,7 @@ constexpr const char* ENDS_ON_USE = "the first call that binds one ends the proc
 constexpr const char* ENDS_AT_ONCE = "making one ends the process";
 constexpr const char* REFUSED_BY_GL = "GL refuses to make it, and it cannot be drawn with";
 constexpr const char* RETURNS_FALSE = "create() returns false";
+constexpr const char* NOT_LOADED = "compile() succeeds, but the program is not loaded";
 constexpr const char* THROWS = "drawing throws an exception that says so";
 constexpr const char* STAY_EMPTY = "their views stay empty and say so";
 
@@ -35,6 +36,7 @@ std::vector<ClassNeeds> makeClassNeeds()
         {"GLTextureRect", {{UNITS, ENDS_ON_USE}, {RECTANGLES, REFUSED_BY_GL}}},
         {"GLTexture3D", {{UNITS, ENDS_ON_USE}, {"GL_EXT_texture3D", "giving it texels ends the process"}}},
         {"GLTextureCube", {{UNITS, ENDS_ON_USE}, {"GL_ARB_texture_cube_map", REFUSED_BY_GL}}},
+        {"GLBuffer", {{BUFFERS, ENDS_AT_ONCE}}},
         {"GLVertexBuffer", {{BUFFERS, ENDS_AT_ONCE}}},
         {"GLTemplatedIndexBuffer", {{BUFFERS, ENDS_AT_ONCE}}},
         {"GLGeometryList", {{BUFFERS, "compiling one ends the process"}}},
@@ -44,6 +46,8 @@ std::vector<ClassNeeds> makeClassNeeds()
         {"GLShaderARB for fragments",
             {{VERTEX_PROGRAMS, ENDS_AT_ONCE},
                 {FRAGMENT_PROGRAMS, "it takes any text for a good program, and drawing goes on without it"}}},
+        {"GLShaderCG for vertices", {{VERTEX_PROGRAMS, NOT_LOADED}}},
+        {"GLShaderCG for fragments", {{FRAGMENT_PROGRAMS, NOT_LOADED}}},
         {"GLRenderTextureFBO", {{FRAMEBUFFERS, "making a target ends the process"}, {UNITS, ENDS_ON_USE}}},
         {"GLRenderTextureCache", {{FRAMEBUFFERS, "making a target ends the process"}, {UNITS, ENDS_ON_USE}}},
         {"GLRenderTargetFBO", {{FRAMEBUFFERS, RETURNS_FALSE}, {UNITS, RETURNS_FALSE}, {RECTANGLES, RETURNS_FALSE},
@@ -98,24 +102,38 @@ std::string adviceOnMissing(bool anyIsListed)
     return "install the newest driver of the graphics card, or Mesa's, which can draw on the processor";
 }
 
-void reportMissing(std::string_view className)
+const char* const CORE_PROFILE_ONLY = "the core profile lacks the functions that it draws with";
+const char* const GET_COMPATIBILITY = "ask for the compatibility profile, or for OpenGL 2.1, where the context is made";
+const char* const UNSEEN_BY_CG = "the Cg runtime does not see this context";
+const char* const GET_SEEN_BY_CG = "use a context of the compatibility profile that is made through GLX: under X, "
+                                   "without QT_XCB_GL_INTEGRATION; under "
+                                   "Wayland, with QT_QPA_PLATFORM=xcb";
+
+bool reportMissing(std::string_view className)
 {
-    static std::mutex mutex;
-    static std::set<std::string_view> asked;
     const auto needs = std::find_if(classNeeds().begin(), classNeeds().end(),
         [className](const ClassNeeds& other) { return other.name == className; });
+    if (needs == classNeeds().end())
+        return true;
+    const std::string missing =
+        sayMissing(*needs, [](const char* extension) { return isExtensionSupported(extension); });
+    if (missing.empty())
+        return true;
+    const bool anyIsListed = GLExtensionLoader::getInstance().getSupportedExtensions().find("GL_") != std::string::npos;
+    reportRefusal(needs->name, missing, adviceOnMissing(anyIsListed));
+    return true;
+}
+
+void reportRefusal(const std::string& className, const std::string& finding, const std::string& advice)
+{
+    static std::mutex mutex;
+    static std::set<std::string> reported;
     {
         const std::scoped_lock lock(mutex);
-        if (needs == classNeeds().end() || !asked.insert(needs->name).second)
+        if (!reported.insert(className).second)
             return;
     }
-    const auto has = [](const char* extension) { return isExtensionSupported(extension); };
-    const std::string missing = sayMissing(*needs, has);
-    if (missing.empty())
-        return;
-    const bool anyIsListed = GLExtensionLoader::getInstance().getSupportedExtensions().find("GL_") != std::string::npos;
-    debugOutput << needs->name << ": " << missing << ". To do: " << adviceOnMissing(anyIsListed)
-                << "; vireo-info says more.\n";
+    debugOutput << className << ": " << finding << ". To do: " << advice << "; vireo-info says more.\n";
 }
 
 } // namespace tavo

@@ -15,6 +15,8 @@
 #include "tavo/platform/wgl.h"
 #include "vireo/context/CurrentContextGuard.h"
 #include "vireo/context/GLContext.h"
+#include "vireo/context/classNeeds.h"
+#include "vireo/context/hasFixedFunctions.h"
 #include "vireo/context/tidyUpGl.h"
 #include "vireo/displayers/GLEventObject.h"
 #include "vireo/displayers/ViewContext.h"
@@ -174,6 +176,8 @@ bool GLEventDisplayerWidget::MyGLWidget::makeContext()
     if (!m_ViewContext.isCurrent())
         return false;
     m_Context = new GLContext(wglGetCurrentDC(), wglGetCurrentContext(), nullptr, nullptr);
+    if (!hasFixedFunctions())
+        reportRefusal("GLEventDisplayer", CORE_PROFILE_ONLY, GET_COMPATIBILITY);
     return true;
 }
 

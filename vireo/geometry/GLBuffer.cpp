@@ -5,6 +5,7 @@
 #include "tavo/base/objects/PException.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/classNeeds.h"
 #include "vireo/context/nameAccounts.h"
 #include "vireo/geometry/bufferStorage.h"
 
@@ -14,6 +15,8 @@ GLBuffer::GLBuffer(GLContext* context, unsigned int target)
     : GLObject(context)
     , m_Target(target)
 {
+    static const bool isReported = reportMissing("GLBuffer");
+    static_cast<void>(isReported);
     glGenBuffersARB(1, &m_BufferId);
     noteName(NameKind::BUFFER, m_BufferId, *this);
 }

@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "vireo/context/CurrentContextGuard.h"
+#include "vireo/context/wayToContext.h"
 #include "vireo/machine/describeDriver.h"
 #include "vireo/machine/waysToGL.h"
 

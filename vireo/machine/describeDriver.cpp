@@ -15,8 +15,6 @@ using Part = TargetKind::Part;
 
 constexpr unsigned int RECTANGLE = GL_TEXTURE_RECTANGLE_ARB;
 
-constexpr const char* GET_COMPATIBILITY =
-    "ask for the compatibility profile, or for OpenGL 2.1, where the context is made";
 const std::string NO_CONTEXT = "there is no OpenGL context";
 const std::string GET_CONTEXT = "see the ways to OpenGL above";
 
@@ -134,9 +132,7 @@ void DriverDescription::describeCg()
     }
     // The runtime of Linux sees no others, and asks for what the core profile does not have.
     const bool canAsk = m_Way != "EGL" && m_Trial.hasCompatibilityProfile();
-    m_Lines.add("Cg", canAsk, canAsk ? "version " + getCgVersion() : "the Cg runtime does not see this context",
-        "use a context of the compatibility profile that is made through GLX: under X, without QT_XCB_GL_INTEGRATION; "
-        "under Wayland, with QT_QPA_PLATFORM=xcb");
+    m_Lines.add("Cg", canAsk, canAsk ? "version " + getCgVersion() : UNSEEN_BY_CG, GET_SEEN_BY_CG);
     if (canAsk)
         m_CgProfiles = tryCgProfiles();
     for (const CgProfileTrial& profile : m_CgProfiles)
@@ -239,8 +235,7 @@ void DriverDescription::describeClass(const ClassNeeds& needs)
     const auto hasIt = [this](const char* extension) { return has(extension); };
     if (!m_Trial.hasCompatibilityProfile()) {
         const std::string missing = sayMissing(needs, hasIt, "the core profile");
-        m_Lines.add(needs.name, false,
-            missing.empty() ? "the core profile lacks the functions that it draws with" : missing, GET_COMPATIBILITY);
+        m_Lines.add(needs.name, false, missing.empty() ? CORE_PROFILE_ONLY : missing, GET_COMPATIBILITY);
         return;
     }
     std::string works = "works";
@@ -266,10 +261,13 @@ void DriverDescription::describeCgClass(const char* subject, bool isForVertices)
 void DriverDescription::describeClasses()
 {
     m_Lines.begin("Classes");
-    for (const ClassNeeds& needs : classNeeds())
-        describeClass(needs);
-    describeCgClass("GLShaderCG for vertices", true);
-    describeCgClass("GLShaderCG for fragments", false);
+    for (const ClassNeeds& needs : classNeeds()) {
+        const std::string_view name = needs.name;
+        if (name.starts_with("GLShaderCG"))
+            describeCgClass(needs.name, name.ends_with("vertices"));
+        else
+            describeClass(needs);
+    }
 }
 
 } // namespace
@@ -284,8 +282,6 @@ void describeNoDriver(ReportLines& lines)
     lines.begin("Classes");
     for (const ClassNeeds& needs : classNeeds())
         lines.add(needs.name, false, NO_CONTEXT, GET_CONTEXT);
-    for (const char* const name : {"GLShaderCG for vertices", "GLShaderCG for fragments"})
-        lines.add(name, false, isBuiltWithCg() ? NO_CONTEXT : "the class is not in this library", GET_CONTEXT);
 }
 
 } // namespace tavo

@@ -1,6 +1,5 @@
 #include "vireo/machine/waysToGL.h"
 
-#include "tavo/platform/nativeHandles.h"
 #include "tavo/platform/windowlessContext.h"
 
 namespace tavo {
@@ -49,12 +48,6 @@ const std::vector<WayToGL>& waysToGL()
         {"EGL", makeByEgl, "install libegl1 and a driver with surfaceless EGL displays (libgl1-mesa-dri)"},
     };
     return ways;
-}
-
-std::string wayOfCurrentContext()
-{
-    const char* const name = getWindowSystemName(wglGetCurrentContext());
-    return name ? name : "";
 }
 
 } // namespace tavo

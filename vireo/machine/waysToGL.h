@@ -34,7 +34,4 @@ struct WayToGL
 // That which windows use first.
 const std::vector<WayToGL>& waysToGL();
 
-// The name of the way in which the current context was made.
-std::string wayOfCurrentContext();
-
 } // namespace tavo

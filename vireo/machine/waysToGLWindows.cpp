@@ -59,9 +59,4 @@ const std::vector<WayToGL>& waysToGL()
     return ways;
 }
 
-std::string wayOfCurrentContext()
-{
-    return "WGL";
-}
-
 } // namespace tavo

@@ -4,6 +4,7 @@
 
 #include "tavo/base/objects/PException.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/classNeeds.h"
 #include "vireo/context/nameAccounts.h"
 #include "vireo/textures/GLTextureRect.h"
 #include "vireo/textures/GLTextureSettings.h"
@@ -41,6 +42,8 @@ bool GLRenderTargetFBO::create(unsigned int width, unsigned int height)
 {
     requireContext("GLRenderTargetFBO::create() - invalid context!");
     release();
+    if (!isSupported())
+        reportMissing("GLRenderTargetFBO");
     if (!isSupported() || !isSize(width, height))
         return false;
     makeTextures(width, height);

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/classNeeds.h"
 #include "vireo/context/nameAccounts.h"
 #include "vireo/offscreen/imageTexels.h"
 #include "vireo/textures/GLTexture2D.h"
@@ -54,7 +55,10 @@ Image* readBack(GLRenderTextureFBO& renderTexture)
 
 GLRenderTextureFBO::GLRenderTextureFBO(GLContext* context)
     : GLObject(context)
-{}
+{
+    static const bool isReported = reportMissing("GLRenderTextureFBO");
+    static_cast<void>(isReported);
+}
 
 GLRenderTextureFBO::~GLRenderTextureFBO()
 {

@@ -20,10 +20,9 @@ namespace tavo {
 ///
 ///     GLMemoryDisplayer::init(EventDisplayer::getClass());
 ///
-///     void showMemory(const GLRenderTextureCache& cache)
-///     {
-///         debugOutputMemory("memory", {{"blur", cache.getStatistics()}});
-///     }
+///     GLRenderTextureCache cache(&context);
+///     // use it
+///     debugOutputMemory("memory", {{"blur", cache.getStatistics()}});
 ///
 /// Objects are counted where LeakReport is switched on.
 class VIREO_EXPORT GLMemoryDisplayer : public EventDisplayer

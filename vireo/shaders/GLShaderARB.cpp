@@ -2,15 +2,32 @@
 
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/classNeeds.h"
 #include "vireo/context/nameAccounts.h"
 #include "vireo/shaders/ShaderConstant.h"
 
 namespace tavo {
 
+namespace {
+
+void reportMissingOf(unsigned int target)
+{
+    if (target == GL_VERTEX_PROGRAM_ARB) {
+        static const bool isReported = reportMissing("GLShaderARB for vertices");
+        static_cast<void>(isReported);
+    } else if (target == GL_FRAGMENT_PROGRAM_ARB) {
+        static const bool isReported = reportMissing("GLShaderARB for fragments");
+        static_cast<void>(isReported);
+    }
+}
+
+} // namespace
+
 GLShaderARB::GLShaderARB(GLContext* context, unsigned int target)
     : GLShader(context)
     , target(target)
 {
+    reportMissingOf(target);
     glGenProgramsARB(1, &programId);
     noteName(NameKind::PROGRAM, programId, *this);
 }

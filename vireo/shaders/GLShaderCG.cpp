@@ -2,6 +2,8 @@
 
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/classNeeds.h"
+#include "vireo/context/wayToContext.h"
 #include "vireo/shaders/ShaderConstant.h"
 
 #include <Cg/cgGL.h>
@@ -24,6 +26,15 @@ unsigned int targetOf(CGprofile profile)
     }
 }
 
+void reportMissingOf(unsigned int target)
+{
+    const std::string name = target == GL_VERTEX_PROGRAM_ARB ? "GLShaderCG for vertices" : "GLShaderCG for fragments";
+    if (wayOfCurrentContext() == "EGL")
+        reportRefusal(name, UNSEEN_BY_CG, GET_SEEN_BY_CG);
+    else
+        reportMissing(name);
+}
+
 void destroyProgram(CGprogram program)
 {
     if (cgIsProgram(program))
@@ -36,7 +47,9 @@ GLShaderCG::GLShaderCG(GLContext* context, CGprofile profile)
     : GLShader(context)
     , profile(profile)
     , target(targetOf(profile))
-{}
+{
+    reportMissingOf(target);
+}
 
 GLShaderCG::~GLShaderCG()
 {

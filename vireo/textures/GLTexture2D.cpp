@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/classNeeds.h"
 #include "vireo/context/nameAccounts.h"
 #include "vireo/textures/GLTextureSettings.h"
 #include "vireo/textures/imagePixels.h"
@@ -43,6 +44,8 @@ Words exchangeRedAndBlue(std::span<const RGBAImage::Pixel> pixels)
 GLTexture2D::GLTexture2D(GLContext* context)
     : GLTexture(context)
 {
+    static const bool isReported = reportMissing("GLTexture2D");
+    static_cast<void>(isReported);
     m_TextureTarget = GL_TEXTURE_2D;
 }
 

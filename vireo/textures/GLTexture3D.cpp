@@ -7,6 +7,7 @@
 #include "tavo/base/math/checkedAt.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/classNeeds.h"
 #include "vireo/context/nameAccounts.h"
 #include "vireo/textures/GLTextureSettings.h"
 #include "vireo/textures/textureFormats.h"
@@ -36,6 +37,8 @@ std::vector<unsigned char> makeRamp(unsigned int size)
 GLTexture3D::GLTexture3D(GLContext* context)
     : GLTexture(context)
 {
+    static const bool isReported = reportMissing("GLTexture3D");
+    static_cast<void>(isReported);
     m_TextureTarget = GL_TEXTURE_3D;
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/classNeeds.h"
 #include "vireo/context/nameAccounts.h"
 #include "vireo/textures/GLTextureSettings.h"
 #include "vireo/textures/textureFormats.h"
@@ -56,6 +57,8 @@ const void* facePixels(const RGBAImage& image, unsigned int size, std::vector<RG
 GLTextureCube::GLTextureCube(GLContext* context)
     : GLTexture(context)
 {
+    static const bool isReported = reportMissing("GLTextureCube");
+    static_cast<void>(isReported);
     m_TextureTarget = GL_TEXTURE_CUBE_MAP;
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/classNeeds.h"
 #include "vireo/context/nameAccounts.h"
 #include "vireo/textures/GLTextureSettings.h"
 #include "vireo/textures/imagePixels.h"
@@ -15,6 +16,8 @@ namespace tavo {
 GLTextureRect::GLTextureRect(GLContext* context)
     : GLTexture(context)
 {
+    static const bool isReported = reportMissing("GLTextureRect");
+    static_cast<void>(isReported);
     m_TextureTarget = GL_TEXTURE_RECTANGLE_ARB;
 }
 

@@ -2,13 +2,16 @@
 
 #include "tavo/base/objects/PException.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/classNeeds.h"
 
 namespace tavo {
 
 void requireMultitexture(const std::string& operation)
 {
-    if (!isExtensionSupported("GL_ARB_multitexture"))
-        throw PException(operation + " - GL_ARB_multitexture is missing: there is no glActiveTextureARB");
+    if (isExtensionSupported("GL_ARB_multitexture"))
+        return;
+    reportMissing(operation.substr(0, operation.find("::")));
+    throw PException(operation + " - GL_ARB_multitexture is missing: there is no glActiveTextureARB");
 }
 
 void setSliceParameters()

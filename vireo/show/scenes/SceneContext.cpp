@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/classNeeds.h"
 #include "vireo/textures/GLTexture.h"
 
 namespace tavo {
@@ -59,6 +60,8 @@ bool SceneContext::makeNative()
     m_Lit = std::make_unique<GLRenderTargetFBO>(m_GL.get());
     m_Light = EyeDomeLighting::make(*m_GL);
     const bool canDraw = isExtensionSupported("GL_ARB_vertex_buffer_object") && GLRenderTargetFBO::isSupported();
+    if (!canDraw)
+        reportMissing("scenes of libvireoshow");
     m_GL->deactivate();
     return canDraw;
 }

@@ -1,0 +1,11 @@
+#include "tavo/platform/wgl.h"
+#include "vireo/context/wayToContext.h"
+
+namespace tavo {
+
+std::string wayOfCurrentContext()
+{
+    return wglGetCurrentContext() ? "WGL" : "";
+}
+
+} // namespace tavo
