@@ -12,10 +12,18 @@ namespace tavo {
 class SliceStack
 {
 public:
-    SliceStack(const RegularVolume& volume, unsigned int axis)
+    // Where in its layer of the box a slice lies.
+    enum class Place
+    {
+        AtStart,
+        InMiddle
+    };
+
+    SliceStack(const RegularVolume& volume, unsigned int axis, Place place = Place::AtStart)
         : m_Box(volume.getBoundingBox())
         , m_Extends(volume.getExtends())
         , m_Axis(axis)
+        , m_Place(place)
     {}
 
     unsigned int getAxis() const { return m_Axis; }
@@ -38,12 +46,17 @@ public:
         return bounds;
     }
 
-    // Where on the axis a slice lies: the first on the box's face, the last one step before the other.
+    // Where on the axis a slice lies. At the start of the layers, the first is on the box's face, and the last one step
+    // before the other.
     float getPosition(int slice) const
     {
-        const float t = static_cast<float>(slice) / static_cast<float>(getNumSlices());
+        const float place = m_Place == Place::InMiddle ? 0.5F : 0;
+        const float t = (static_cast<float>(slice) + place) / static_cast<float>(getNumSlices());
         return m_Box.getMin()[m_Axis] + m_Box.getExtent()[m_Axis] * t;
     }
+
+    // From one slice to the next.
+    float getDistance() const { return m_Box.getExtent()[m_Axis] / static_cast<float>(getNumSlices()); }
 
     // Draws the slices from the back to the front, with texture coordinates from 0 to sMax and tMax on unit 0. Calls
     // bindSlice with the number of each before it.
@@ -55,6 +68,7 @@ private:
     Box3f m_Box;
     Vector3i m_Extends;
     unsigned int m_Axis;
+    Place m_Place;
 };
 
 } // namespace tavo

@@ -19,6 +19,7 @@
 #include "vireo/volume/SliceReader.h"
 #include "vireo/volume/SliceStack.h"
 #include "vireo/volume/drawableChannels.h"
+#include "vireo/volume/opacityOfLayer.h"
 #include "vireo/volume/sliceState.h"
 
 namespace tavo {
@@ -173,7 +174,8 @@ void SliceVolumeRenderer::drawVolume(
     disableOtherTextures();
     enableBlendedSlices();
     prepareTextures(volume, viewDir, channels, mapping, userData);
-    drawSlices(SliceStack(*volume, axis), direction);
+    const auto place = m_IsCentred ? SliceStack::Place::InMiddle : SliceStack::Place::AtStart;
+    drawSlices(SliceStack(*volume, axis, place), direction);
 }
 
 void SliceVolumeRenderer::disposeTextures()
@@ -192,6 +194,12 @@ void SliceVolumeRenderer::invalidate()
 void SliceVolumeRenderer::setTableSize(unsigned int numEntries)
 {
     m_TableSize = numEntries;
+    invalidate();
+}
+
+void SliceVolumeRenderer::setOpacityDistance(float distance)
+{
+    m_OpacityDistance = distance;
     invalidate();
 }
 
@@ -259,6 +267,39 @@ SliceVolumeRenderer::Table SliceVolumeRenderer::makeTable(
     return table;
 }
 
+// What becomes of each opacity that the mapping gives.
+std::array<unsigned char, 256> SliceVolumeRenderer::opacitiesOf(const SliceStack& stack) const
+{
+    const double thickness = m_OpacityDistance > 0 ? double{stack.getDistance()} / m_OpacityDistance : 1;
+    std::array<unsigned char, 256> opacities;
+    for (std::size_t i = 0; i < opacities.size(); ++i)
+        opacities[i] =
+            static_cast<unsigned char>(std::lround(255 * opacityOfLayer(static_cast<double>(i) / 255, thickness)));
+    return opacities;
+}
+
+// Calls use(look) with what gives a value its colour in a stack.
+template <typename Use>
+void SliceVolumeRenderer::withLook(
+    const VolumeChannel& channel, const SliceStack& stack, unsigned int channelNumber, const Use& use) const
+{
+    const auto useCorrected = [&](const auto& look) {
+        if (!(m_OpacityDistance > 0) || channel.getNumComponents() != 1)
+            return use(look);
+        use([look, opacities = opacitiesOf(stack)](float value) {
+            RGBA8 colour = look(value);
+            colour[3] = opacities[colour[3]];
+            return colour;
+        });
+    };
+    const Table& table = m_Tables[channelNumber];
+    if (table.colours.empty())
+        useCorrected([mapping = m_Source.mapping, userData = m_Source.userData](
+                         float value) { return mapping(userData, StaticVector<float, 1>(value)); });
+    else
+        useCorrected([&table](float value) { return table.look(value); });
+}
+
 void SliceVolumeRenderer::prepareStack(
     const RegularVolume& volume, const VolumeChannel& channel, const SliceStack& stack, unsigned int channelNumber)
 {
@@ -288,12 +329,7 @@ void SliceVolumeRenderer::prepareStack(
             }
         });
     };
-    const Table& table = m_Tables[channelNumber];
-    if (table.colours.empty())
-        prepareBy([mapping = m_Source.mapping, userData = m_Source.userData](
-                      float value) { return mapping(userData, StaticVector<float, 1>(value)); });
-    else
-        prepareBy([&table](float value) { return table.look(value); });
+    withLook(channel, stack, channelNumber, prepareBy);
 }
 
 void SliceVolumeRenderer::drawSlices(const SliceStack& stack, int direction) const

@@ -73,6 +73,19 @@ public:
     void setTableSize(unsigned int numEntries);
     unsigned int getTableSize() const { return m_TableSize; }
 
+    /// Draws each slice in the middle of its layer of the box, so that the stack fills the box, and is in the same
+    /// place from both sides. Otherwise, by default, slices lie where layers begin, as the base draws them. Needs no
+    /// context.
+    void setCentred(bool isCentred) { m_IsCentred = isCentred; }
+    bool isCentred() const { return m_IsCentred; }
+
+    /// Takes the mapping's opacity for that of a layer so thick, in the units of the volume's box, and gives each slice
+    /// that of its own layer: stacks along all axes are as opaque then, however far apart their slices are. With 0, the
+    /// default, the mapping's opacity is that of a slice. Applies to channels of one component. Makes the textures
+    /// anew. Needs no context.
+    void setOpacityDistance(float distance);
+    float getOpacityDistance() const { return m_OpacityDistance; }
+
     /// Sets a function to call while textures are made, before the first slice and after each, with how many slices are
     /// done and how many there are. It must not draw with this renderer nor dispose of its textures, and must leave the
     /// context current and GL's state as it was. An empty function, the default, is not called. Copies of the renderer
@@ -114,12 +127,18 @@ private:
     Table makeTable(const RegularVolume& volume, const VolumeChannel& channel) const;
     void prepareStack(
         const RegularVolume& volume, const VolumeChannel& channel, const SliceStack& stack, unsigned int channelNumber);
+    template <typename Use>
+    void withLook(
+        const VolumeChannel& channel, const SliceStack& stack, unsigned int channelNumber, const Use& use) const;
+    std::array<unsigned char, 256> opacitiesOf(const SliceStack& stack) const;
     void drawSlices(const SliceStack& stack, int direction) const;
 
     Source m_Source;
     std::vector<Table> m_Tables;        // of each channel
     std::array<bool, 3> m_IsPrepared{}; // the stack of each axis
     unsigned int m_TableSize = 0;
+    float m_OpacityDistance = 0;
+    bool m_IsCentred = false;
     Progress m_Progress;
 };
 

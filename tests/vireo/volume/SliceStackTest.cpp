@@ -42,5 +42,14 @@ TEST(SliceStackTest, EndsAStepBeforeTheBox)
     EXPECT_EQ(SliceStack(volume(), 2).getPosition(5), 25);
 }
 
+TEST(SliceStackTest, FillsTheBoxWithSlicesInTheMiddleOfTheirLayers)
+{
+    const SliceStack stack(volume(), 0, SliceStack::Place::InMiddle);
+    EXPECT_EQ(stack.getDistance(), 2);
+    EXPECT_EQ(stack.getPosition(0), 1);
+    EXPECT_EQ(stack.getPosition(3), 7);
+    EXPECT_EQ(SliceStack(volume(), 2, SliceStack::Place::InMiddle).getPosition(5), 25.5F);
+}
+
 } // namespace
 } // namespace tavo

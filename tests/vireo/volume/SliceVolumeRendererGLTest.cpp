@@ -444,6 +444,47 @@ TEST_F(SliceVolumeRendererGLTest, DrawsVolumesOfOneSampleAlongAnyAxis)
     }
 }
 
+// The box reaches from -1 to 1; only what is near its middle is in view.
+TEST_F(SliceVolumeRendererGLTest, DrawsSlicesInTheMiddleOfTheirLayersOnDemand)
+{
+    RegularVolume volume = makeCodedVolume({4, 4, 1});
+    for (const bool isCentred : {false, true}) {
+        m_Renderer.setCentred(isCentred);
+        EXPECT_EQ(m_Renderer.isCentred(), isCentred);
+        lookAtFront(4);
+        glMatrixMode(GL_PROJECTION);
+        glLoadIdentity();
+        glOrtho(-1, 1, -1, 1, -0.5, 0.5);
+        m_Renderer.drawVolume(&volume, {0, 0, -1}, DENSITY, &mapCode, nullptr);
+        EXPECT_EQ(readPixels(4, 4) != Picture(4, 4), isCentred);
+    }
+}
+
+// Eight layers, two and four: only where they count by their thickness are they as opaque together.
+TEST_F(SliceVolumeRendererGLTest, IsAsOpaqueAlongEveryAxisOnDemand)
+{
+    RegularVolume volume = makeVolume({8, 2, 4}, 1, [](int, int, int, unsigned int) { return 1.0f; });
+    const auto greyAlong = [&](const Vector3f& view) {
+        lookAlong(view);
+        glClear(GL_COLOR_BUFFER_BIT);
+        m_Renderer.drawVolume(
+            &volume, view, DENSITY,
+            [](void*, const StaticVector<float, 1>& value) { return RGBA8(255 * value[0], 255, 255, 51); }, nullptr);
+        return int(readPixels().at(32, 32)[0]);
+    };
+    const std::vector<Vector3f> views{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+    EXPECT_NEAR(greyAlong(views[0]), 255 * (1 - std::pow(0.8, 8)), 4);
+    EXPECT_NEAR(greyAlong(views[1]), 255 * (1 - std::pow(0.8, 2)), 4) << "unless something else is said, as slices";
+    EXPECT_EQ(m_Renderer.getOpacityDistance(), 0);
+    m_Renderer.setOpacityDistance(0.5F);
+    EXPECT_EQ(m_Renderer.getOpacityDistance(), 0.5F);
+    for (const unsigned int tableSize : {0U, 2U}) {
+        m_Renderer.setTableSize(tableSize);
+        for (const Vector3f& view : views)
+            EXPECT_NEAR(greyAlong(view), 255 * (1 - std::pow(0.8, 4)), 4) << view[0] << view[1] << view[2];
+    }
+}
+
 TEST_F(SliceVolumeRendererGLTest, CallsTheMappingOncePerEntryOfATable)
 {
     RegularVolume volume = makeCodedVolume({4, 4, 4});
