@@ -13,6 +13,8 @@
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/pointSetItem.h"
+#include "vireo/show/volumes/volumeItem.h"
+#include "vireo/show/volumes/whyNoVolume.h"
 
 namespace tavo {
 
@@ -253,6 +255,44 @@ Item Scene::text(std::string_view path, const Points& position, std::string_view
     return {m_Slot, path};
 }
 
+Item Scene::volume(std::string_view path, const Samples& samples, const GridSize& size, const Spacing& spacing,
+    const Vector3d& origin, const Orientation& orientation, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return {m_Slot, path};
+    const Call call{m_Slot, "volume", path};
+    const SentGrid grid{size, spacing, origin, orientation};
+    const std::string why = whyNoVolume(grid, samples.size());
+    if (samples.areTooMany())
+        call.refuse("there is no memory for so many samples");
+    else if (!why.empty())
+        call.refuse(why);
+    else
+        changeItem(m_Slot, std::string(path), [&](ItemUpdate& item) {
+            ItemUpdate sent = volumeItem(gridOf(grid), {samples, numChannelsOf(grid, samples.size())});
+            item.merge(sent);
+        });
+    return {m_Slot, path};
+}
+
+Item Scene::volume(std::string_view path, const RegularVolume& volume, std::string_view channel, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return {m_Slot, path};
+    const Call call{m_Slot, "volume", path};
+    try {
+        std::optional<ItemUpdate> sent = volumeItem(volume, channel);
+        if (sent)
+            changeItem(m_Slot, std::string(path), [&](ItemUpdate& item) { item.merge(*sent); });
+        else
+            call.refuse("it has no channel of one, three or four numbers for each sample" +
+                        (channel.empty() ? "" : " by the name \"" + printable(channel, 80) + "\""));
+    } catch (const std::exception&) {
+        call.refuse("there is no memory for so many samples");
+    }
+    return {m_Slot, path};
+}
+
 Scene Scene::transform(std::string_view path, const Transformation& matrix, const Statement&) const
 {
     if (isSent(m_Slot) && Call{m_Slot, "transform", path}.accepts(matrix))
@@ -463,6 +503,21 @@ Item Item::smooth(bool isSmooth, const Statement&) const
 Item Item::edges(bool areSeen, const Statement&) const
 {
     changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.areEdgesSeen = areSeen; });
+    return *this;
+}
+
+Item Item::transferFunction(const std::vector<TransferPoint>& points, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return *this;
+    const std::string why = whyNoTransferFunction(points);
+    if (!why.empty())
+        Call{m_Slot, "transferFunction", m_Path}.refuse(why);
+    else
+        changeItem(m_Slot, m_Path, [&](ItemUpdate& item) {
+            item.range = std::pair(points.front().value, points.back().value);
+            item.opacities = opacitiesOf(points);
+        });
     return *this;
 }
 

@@ -8,7 +8,9 @@
 
 #include "tavo/base/math/vectors.h"
 #include "tavo/points/PointSet.h"
+#include "tavo/points/RegularVolume.h"
 #include "vireo/show/Export.h"
+#include "vireo/show/Grid.h"
 #include "vireo/show/Picked.h"
 #include "vireo/show/Transformation.h"
 #include "vireo/show/Tuples.h"
@@ -89,6 +91,11 @@ public:
     /// Draws the edges of a mesh's faces over them, in a darker colour, as wide as size() says.
     Item edges(bool areSeen = true, const Statement& statement = Statement()) const;
 
+    /// How opaque a volume is, by its values: straight from point to point, and level beyond them. The first and the
+    /// last value are its range, too. The opacity is that of a layer as thick as the smallest spacing of samples; along
+    /// every axis, and however it is turned, the volume is as opaque.
+    Item transferFunction(const std::vector<TransferPoint>& points, const Statement& statement = Statement()) const;
+
     /// Whether the faces of a mesh are seen from behind too, as they are by default. Seen from the front, the vertices
     /// of a face go around counter-clockwise. Edges are seen from everywhere.
     Item backFaces(bool areSeen = true, const Statement& statement = Statement()) const;
@@ -163,6 +170,26 @@ public:
 
     /// A text at a position. It is as large as the numbers of the window, and in front of everything.
     Item text(std::string_view path, const Points& position, std::string_view text,
+        const Statement& statement = Statement()) const;
+
+    /// A volume: samples on a grid, seen as if they were clouds of smoke, through which other items are seen as far as
+    /// they are not opaque. A number has a colour by the map, as that of points has, and is as opaque as
+    /// transferFunction() says; samples that are NaN or infinite are not seen. Colours are as opaque as they are
+    /// bright, or as they say.
+    ///
+    ///     const std::vector<float> density(64 * 64 * 32);
+    ///     tavo::scene("head").volume("density", density, {64, 64, 32}, {0.9, 0.9, 1.2}).range(40, 400);
+    ///
+    /// The first sample is at the origin; the axes of the grid point where the orientation says. Each sample stands for
+    /// a cell about it. Its numbers are its field "value", beside which scalar() may give it others. A volume of more
+    /// samples than textures hold is drawn at half its resolution, or a quarter and so on, which is said in the log.
+    Item volume(std::string_view path, const Samples& samples, const GridSize& size, const Spacing& spacing = 1,
+        const Vector3d& origin = {}, const Orientation& orientation = {},
+        const Statement& statement = Statement()) const;
+
+    /// A channel of a volume (tavo/points/RegularVolume.h) of one number, or of three or four that are colours: the
+    /// first one unless it is named. Its cells fill the volume's box.
+    Item volume(std::string_view path, const RegularVolume& volume, std::string_view channel = {},
         const Statement& statement = Statement()) const;
 
     /// Moves all items of a path and below it: "car" moves "car/body". The matrix is 16 numbers column by column.

@@ -48,6 +48,12 @@ public:
     const void* getData() const { return m_Data; }
     const std::shared_ptr<const void>& getOwner() const { return m_Owner; }
 
+    /// Whether they are the same numbers in memory.
+    bool isSame(const NumberArray& other) const
+    {
+        return m_Data == other.m_Data && m_Size == other.m_Size && m_Type == other.m_Type;
+    }
+
     /// Calls `visitor(const T* numbers, std::size_t size)` with the type that the numbers have: one test for all of
     /// them.
     template <typename Visitor>

@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "vireo/show/volumes/opacityCurve.h"
+
 namespace tavo {
 
 // What a person has chosen of an item. What is empty is as the program says.
@@ -16,6 +18,7 @@ struct ItemChoice
         std::optional<std::string> colourMap;
         std::optional<std::pair<double, double>> range;
         bool isWhole = false; // the range: from the least to the greatest number, whatever they come to be
+        std::optional<OpacityCurve> opacities; // of a volume
 
         bool operator==(const OfField& other) const = default;
     };

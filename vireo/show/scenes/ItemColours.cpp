@@ -55,6 +55,7 @@ bool ItemColours::apply(ItemUpdate& update)
     replace(m_Sent.shown, update.shown);
     replace(m_Sent.range, update.range);
     replace(m_Sent.colourMap, update.colourMap);
+    replace(m_Sent.opacities, update.opacities);
     const bool areOthersOnFaces = !update.onFaces.empty();
     m_OnFaces.merge(update.onFaces);
     return areOthersOnFaces;
@@ -62,7 +63,7 @@ bool ItemColours::apply(ItemUpdate& update)
 
 bool ItemColours::settle(const ItemShape& shape)
 {
-    m_NumPoints = shape.points.size();
+    m_NumPoints = shape.numPoints();
     m_NumParts = shape.numParts();
     const auto fitsAs = [this](const std::string& name) {
         return [this, name](const NumberTuples& tuples) { return fitOf(tuples, name).has_value(); };
@@ -79,20 +80,21 @@ bool ItemColours::settle(const ItemShape& shape)
 
 bool ItemColours::settleStyle(const ItemChoice& chosen)
 {
-    const auto before = std::tuple(m_Shown, m_Range, m_ColourMap);
+    const auto before = std::tuple(m_Shown, m_Range, m_ColourMap, m_Opacities);
     m_Shown = chosen.shown && has(*chosen.shown) ? chosen.shown : m_Sent.shown;
     settleRange(chosen);
-    return std::tie(m_Shown, m_Range, m_ColourMap) != before;
+    return std::tie(m_Shown, m_Range, m_ColourMap, m_Opacities) != before;
 }
 
 void ItemColours::settleRange(const ItemChoice& choice)
 {
     m_Range = m_Sent.range;
     m_ColourMap = m_Sent.colourMap.value_or(std::string(namesOfColourMaps().front()));
-    const Field* const field = shownField();
-    const auto chosen = field ? choice.fields.find(field->name) : choice.fields.end();
+    m_Opacities = m_Sent.opacities.value_or(usualOpacities());
+    const auto chosen = choice.fields.find(nameOfShown());
     if (chosen == choice.fields.end())
         return;
+    m_Opacities = chosen->second.opacities.value_or(m_Opacities);
     m_ColourMap = chosen->second.colourMap.value_or(m_ColourMap);
     if (chosen->second.range || chosen->second.isWhole)
         m_Range = chosen->second.range;

@@ -48,6 +48,7 @@ public:
     const NumberTuples* sent() const { return m_Colours.used(); }
     const NumberTuples* waiting() const { return m_Colours.waiting(); }
     bool areSentShown() const;
+    void dropSent() { m_Colours = {}; }
     std::optional<RGBA8> sentAt(std::size_t source, std::size_t part) const;
 
     // In the order in which they came, those that wait too.
@@ -57,6 +58,9 @@ public:
     const Field* shownField() const;
 
     const std::string& colourMap() const { return m_ColourMap; }
+
+    // Of a volume.
+    const OpacityCurve& opacities() const { return m_Opacities; }
 
     // The numbers that have the first and the last colour.
     std::pair<double, double> rangeOf(const Field& field) const;
@@ -83,6 +87,7 @@ private:
         std::optional<std::string> shown;
         std::optional<std::pair<double, double>> range;
         std::optional<std::string> colourMap;
+        std::optional<OpacityCurve> opacities;
     };
 
     bool has(const std::string& shown) const;
@@ -104,6 +109,7 @@ private:
     std::optional<std::string> m_Shown; // this and the following, as chosen or else as sent
     std::optional<std::pair<double, double>> m_Range;
     std::string m_ColourMap{namesOfColourMaps().front()};
+    OpacityCurve m_Opacities = usualOpacities();
 };
 
 } // namespace tavo

@@ -31,6 +31,7 @@ struct ItemState
     bool isSmooth = false;
     bool areEdgesSeen = false;
     bool areBackFacesSeen = true;
+    OpacityCurve opacities; // of a volume
 
     // What can take the place of `shown`.
     std::vector<std::string> waysToColour() const
@@ -44,7 +45,10 @@ struct ItemState
     }
 
     // Whether it is made of points or lines.
-    bool hasSize() const { return kind != ItemKind::Text && (kind != ItemKind::Mesh || areEdgesSeen); }
+    bool hasSize() const
+    {
+        return kind != ItemKind::Text && kind != ItemKind::Volume && (kind != ItemKind::Mesh || areEdgesSeen);
+    }
 };
 
 } // namespace tavo

@@ -47,6 +47,7 @@ void SceneItem::dropShape()
 {
     m_Shape.reset();
     m_Drawn = {};
+    m_Volume.drop();
 }
 
 void SceneItem::apply(ItemUpdate& update)
@@ -56,6 +57,8 @@ void SceneItem::apply(ItemUpdate& update)
     if (isShapeNew)
         m_IsClosed.reset();
     replace(m_Shape, update.shape);
+    if (isShapeNew && isVolume() && !update.colours)
+        m_Colours.dropSent(); // its samples were colours
     if (m_Colours.apply(update))
         m_AreColoursUploaded = false;
     m_Normals.send(update.normals);
@@ -161,13 +164,14 @@ bool SceneItem::isUnlitCloud() const
 
 bool SceneItem::fits(const NumberTuples& tuples) const
 {
-    return tuples.size() == m_Shape->points.size();
+    return tuples.size() == m_Shape->numPoints();
 }
 
 ItemState SceneItem::state() const
 {
     ItemState state{kind(), m_Colours.sent() != nullptr, m_Normals.used() != nullptr, {}, m_Colours.nameOfShown(), {},
-        m_Colours.colourMap(), {}, size(), m_Opacity, m_IsSmooth, m_AreEdgesSeen, m_AreBackFacesSeen};
+        m_Colours.colourMap(), {}, size(), m_Opacity, m_IsSmooth, m_AreEdgesSeen, m_AreBackFacesSeen,
+        m_Colours.opacities()};
     for (const SceneField& field : fields())
         state.fields.push_back({field.name, field.areLabels});
     const ItemColours::Field* const field = m_Colours.shownField();
@@ -200,7 +204,7 @@ std::string SceneItem::waiting() const
 {
     if (!m_Shape)
         return {};
-    std::string points = " for " + std::to_string(m_Shape->points.size()) + " points";
+    std::string points = " for " + std::to_string(m_Shape->numPoints()) + (isVolume() ? " samples" : " points");
     if (m_Shape->kind == ItemKind::Mesh)
         points += " and " + std::to_string(m_Shape->numParts()) + " faces";
     const auto counted = [&points](std::size_t number, const std::string& what) {
@@ -235,7 +239,7 @@ RGBA8 SceneItem::oneColour(bool isGroundDark) const
 
 std::optional<ItemData> SceneItem::data() const
 {
-    if (!m_Shape)
+    if (!m_Shape || isVolume())
         return {};
     ItemData data{*m_Shape, {}};
     if (m_Normals.used())
@@ -302,9 +306,18 @@ void SceneItem::uploadColours(GLContext& context)
     m_Buffers.writeColours(context, colours);
 }
 
+void SceneItem::prepareVolume(GLContext& context)
+{
+    if (!m_IsUploaded)
+        m_Volume.drop();
+    m_Volume.prepare(context, *m_Shape->grid, m_Colours, colour(colourOfCurve(m_PaletteNumber, false)), m_Opacity);
+}
+
 bool SceneItem::prepare(GLContext& context)
 {
     const bool hasChanged = !m_IsUploaded || !m_AreColoursUploaded;
+    if (isVolume() && hasChanged)
+        prepareVolume(context);
     if (!m_IsUploaded)
         upload(context);
     if (!m_AreColoursUploaded)
@@ -318,6 +331,8 @@ bool SceneItem::prepare(GLContext& context)
 
 std::size_t SceneItem::draw(const Matrix4& modelView, bool isGroundDark, double scale, const PointShare& share)
 {
+    if (isVolume())
+        m_Volume.draw(modelView);
     if (!m_Buffers.canDraw())
         return 0;
     glLoadMatrixd(modelView.numbers.data());

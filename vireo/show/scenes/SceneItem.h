@@ -18,6 +18,7 @@
 #include "vireo/show/scenes/SentNumbers.h"
 #include "vireo/show/scenes/drawnItem.h"
 #include "vireo/show/scenes/sceneData.h"
+#include "vireo/show/volumes/ItemVolume.h"
 
 namespace tavo {
 
@@ -55,7 +56,12 @@ public:
     std::vector<RGBA8> swatch(bool isGroundDark) const;
 
     bool isVisible() const { return m_IsVisible && m_Opacity > 0 && m_Shape; }
-    bool isOpaque() const { return m_Opacity >= 1; }
+    bool isOpaque() const { return m_Opacity >= 1 && !isVolume(); }
+    bool isVolume() const { return m_Shape && kind() == ItemKind::Volume; }
+
+    // How many samples of a volume are drawn; null before it has been.
+    const Vector3i* drawnSize() const { return m_Volume.drawnSize(); }
+
     const SceneBox& box() const { return m_Drawn.box; }
 
     // What waits for points or faces, as many as it is; empty if nothing does.
@@ -144,6 +150,7 @@ private:
     void upload(GLContext& context);
     void uploadRadii(GLContext& context);
     void uploadColours(GLContext& context);
+    void prepareVolume(GLContext& context);
     void setSizes(double scale) const;
     PointRanges rangesInView(const Matrix4& modelView, const PointShare& share, double pointSize) const;
     void drawFaces(const Matrix4& modelView, double edgeWidth);
@@ -172,6 +179,7 @@ private:
     DrawnItem m_Drawn; // after the upload, without what the buffers have
     ItemBuffers m_Buffers;
     mutable std::optional<bool> m_IsClosed; // if it is known
+    ItemVolume m_Volume;
     bool m_IsUploaded = false;
     bool m_AreColoursUploaded = false;
     bool m_AreEdgesUploaded = false;

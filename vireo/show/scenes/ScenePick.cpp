@@ -276,6 +276,7 @@ Hit hitOf(const ItemShape& shape, std::size_t source, const Matrix4& matrix, con
     case ItemKind::Boxes: return boxHit(shape, source, {matrix, ray});
     case ItemKind::Frame: return axisHit(shape, source, {matrix, ray});
     case ItemKind::Cloud:
+    case ItemKind::Volume:
     case ItemKind::Text: break;
     }
     return {source, source, vectorAt(shape.points, source)};
@@ -292,6 +293,7 @@ std::string nameOf(ItemKind kind, const Picked& picked)
     case ItemKind::Boxes: return "box " + index;
     case ItemKind::Frame: return std::string(1, "xyz"[picked.index]) + " axis";
     case ItemKind::Cloud:
+    case ItemKind::Volume:
     case ItemKind::Text: break;
     }
     return "point " + index;

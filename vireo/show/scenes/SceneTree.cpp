@@ -55,13 +55,14 @@ QString kindText(ItemKind kind)
     case ItemKind::Boxes: return SceneTree::tr("boxes");
     case ItemKind::Frame: return SceneTree::tr("frame");
     case ItemKind::Text: return SceneTree::tr("text");
+    case ItemKind::Volume: return SceneTree::tr("volume");
     }
     return {};
 }
 
 QString countText(const ItemShape& shape)
 {
-    return hasPoints(shape) ? shortCount(shape.points.size()) : QString();
+    return hasPoints(shape) ? shortCount(shape.numPoints()) : QString();
 }
 
 class SceneTree::Row : public QTreeWidgetItem

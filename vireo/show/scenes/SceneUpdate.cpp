@@ -61,6 +61,7 @@ void ItemUpdate::merge(ItemUpdate& newer)
     replace(isSmooth, newer.isSmooth);
     replace(areEdgesSeen, newer.areEdgesSeen);
     replace(areBackFacesSeen, newer.areBackFacesSeen);
+    replace(opacities, newer.opacities);
 }
 
 void ItemUpdate::addField(SceneField& field)

@@ -14,6 +14,8 @@
 #include "vireo/show/scenes/Matrix4.h"
 #include "vireo/show/scenes/PickReceiver.h"
 #include "vireo/show/scenes/SceneBox.h"
+#include "vireo/show/volumes/VolumeGrid.h"
+#include "vireo/show/volumes/opacityCurve.h"
 
 namespace tavo {
 
@@ -26,7 +28,8 @@ enum class ItemKind : unsigned char
     Vectors,
     Boxes,
     Frame,
-    Text
+    Text,
+    Volume
 };
 
 // Numbers that belong together by `width`.
@@ -48,6 +51,10 @@ struct ItemShape
     std::optional<NumberArray> numCorners; // of each face, if they have not all as many
     Matrix4 frame;
     std::string text;
+    std::optional<VolumeGrid> grid; // of volumes, whose samples are numbers or colours that are sent to the item
+
+    // The points, or the samples of a volume.
+    std::size_t numPoints() const { return grid ? grid->numSamples() : points.size(); }
 
     // The faces of a mesh, the stretches of lines, the segments; 0 of what has none.
     std::size_t numParts() const;
@@ -89,6 +96,7 @@ struct ItemUpdate
     std::optional<bool> isSmooth;
     std::optional<bool> areEdgesSeen;
     std::optional<bool> areBackFacesSeen;
+    std::optional<OpacityCurve> opacities; // of a volume
 
     void merge(ItemUpdate& newer);
 

@@ -414,6 +414,16 @@ std::uint64_t hashOf(const Vector3d& point)
     return hash;
 }
 
+// It is drawn from its samples.
+DrawnItem volume(const ItemShape& shape)
+{
+    DrawnItem item;
+    item.isIndexed = true; // and nothing is drawn of it here
+    item.box = shape.grid->box();
+    item.origin = shape.grid->centre();
+    return item;
+}
+
 DrawnItem position(const ItemShape& shape)
 {
     DrawnItem item;
@@ -470,6 +480,7 @@ DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool is
     case ItemKind::Vectors: return vectors(shape);
     case ItemKind::Boxes: return boxes(shape);
     case ItemKind::Frame: return frame(shape);
+    case ItemKind::Volume: return volume(shape);
     case ItemKind::Text: break;
     }
     return position(shape);

@@ -25,6 +25,8 @@ NumberTuples columnsOf(const PointSet& points, unsigned int attribute, std::size
     return {NumberArray(numbers, numbers->data(), numbers->size(), numberTypeOf<T>()), width};
 }
 
+} // namespace
+
 NumberTuples tuplesOf(const PointSet& points, unsigned int attribute, std::size_t width)
 {
     switch (points.getDescr().getAttribute(attribute).getType()) {
@@ -33,6 +35,8 @@ NumberTuples tuplesOf(const PointSet& points, unsigned int attribute, std::size_
     default: return columnsOf<float>(points, attribute, width);
     }
 }
+
+namespace {
 
 void take(ItemUpdate& item, const PointSet& points, unsigned int i)
 {

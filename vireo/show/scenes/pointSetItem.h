@@ -11,4 +11,7 @@ namespace tavo {
 // field of its name. Nothing if "position" has no three floats.
 std::optional<ItemUpdate> pointSetItem(const PointSet& points);
 
+// The first `width` numbers of an attribute of every point.
+NumberTuples tuplesOf(const PointSet& points, unsigned int attribute, std::size_t width);
+
 } // namespace tavo

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+
+#include "vireo/show/scenes/ItemColours.h"
+#include "vireo/show/scenes/Matrix4.h"
+#include "vireo/show/volumes/VolumeDrawing.h"
+
+namespace tavo {
+
+// What an item that is a volume is drawn from. The context must be current, but for the size.
+class ItemVolume
+{
+public:
+    // Makes it anew where its samples are others, and takes over how it looks: `one` colour, where none others are
+    // shown, whose opacity does not matter.
+    void prepare(
+        GLContext& context, const VolumeGrid& grid, const ItemColours& colours, const RGBA8& one, double opacity);
+
+    // Of another grid it has to be made anew.
+    void drop() { m_Drawing.reset(); }
+
+    void draw(const Matrix4& modelView)
+    {
+        if (m_Drawing)
+            m_Drawing->draw(modelView);
+    }
+
+    // How many samples are drawn; null before any has been prepared.
+    const Vector3i* drawnSize() const { return m_Drawing ? &m_Drawing->getDrawnSize() : nullptr; }
+
+private:
+    std::unique_ptr<VolumeDrawing> m_Drawing;
+};
+
+} // namespace tavo

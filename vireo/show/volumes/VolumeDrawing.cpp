@@ -1,0 +1,185 @@
+#include "vireo/show/volumes/VolumeDrawing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <string>
+
+#include "vireo/context/GLExtensions.h"
+#include "vireo/volume/opacityOfLayer.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr unsigned int TABLE_UNIT = 1;
+
+constexpr const char* BEGINNING = R"(!!ARBfp1.0
+PARAM window = program.local[0];        # from a value to its place in the table: factor and summand
+TEMP sample, place, colour;
+TEX sample, fragment.texcoord[0], texture[0], 2D;
+)";
+
+constexpr const char* OF_NUMBERS = R"(MAD place.x, sample.x, window.x, window.y;
+TEX result.color, place, texture[1], 1D;
+END)";
+
+// Between a number and none there is less and less of the number.
+constexpr const char* OF_NUMBERS_WITH_GAPS = R"(MAX place.y, sample.w, 0.0001;
+RCP place.y, place.y;
+MUL place.x, sample.x, place.y;
+MAD place.x, place.x, window.x, window.y;
+TEX colour, place, texture[1], 1D;
+MUL colour.w, colour.w, sample.w;
+MOV result.color, colour;
+END)";
+
+// As opaque as they are bright.
+constexpr const char* OF_COLOURS = R"(MAX place.x, sample.x, sample.y;
+MAX place.x, place.x, sample.z;
+MUL place.x, place.x, sample.w;
+MAD place.x, place.x, window.x, window.y;
+TEX colour, place, texture[1], 1D;
+MOV sample.w, colour.w;
+MOV result.color, sample;
+END)";
+
+constexpr const char* OF_COLOURS_WITH_OPACITY = R"(MAD place.x, sample.w, window.x, window.y;
+TEX colour, place, texture[1], 1D;
+MOV sample.w, colour.w;
+MOV result.color, sample;
+END)";
+
+const char* programOf(const VolumeSlices& slices)
+{
+    switch (slices.getSamples().width) {
+    case 3: return OF_COLOURS;
+    case 4: return OF_COLOURS_WITH_OPACITY;
+    default: return slices.haveGaps() ? OF_NUMBERS_WITH_GAPS : OF_NUMBERS;
+    }
+}
+
+// Of three columns, what takes a direction back.
+std::optional<Vector3d> takenBack(const Matrix4& matrix, const Vector3d& direction)
+{
+    const Vector3d x = matrix.turned({1, 0, 0});
+    const Vector3d y = matrix.turned({0, 1, 0});
+    const Vector3d z = matrix.turned({0, 0, 1});
+    const double volume = dot(cross(x, y), z);
+    if (!(std::abs(volume) > 0))
+        return {};
+    return (1 / volume) *
+           Vector3d(dot(cross(y, z), direction), dot(cross(z, x), direction), dot(cross(x, y), direction));
+}
+
+// Where the eye looks, in its own coordinates, if it looks at a point.
+Vector3d viewTowards(const Vector3d& point)
+{
+    double projection[16];
+    glGetDoublev(GL_PROJECTION_MATRIX, projection);
+    const bool isOrthographic = projection[15] != 0;
+    const Vector3d ahead(0, 0, -1);
+    return isOrthographic || !(length(point) > 0) ? ahead : (1 / length(point)) * point;
+}
+
+std::uint16_t toEntry(double part)
+{
+    return static_cast<std::uint16_t>(std::lround(std::numeric_limits<std::uint16_t>::max() * part));
+}
+
+} // namespace
+
+std::unique_ptr<VolumeDrawing> VolumeDrawing::make(GLContext& context, const VolumeGrid& grid, NumberTuples samples)
+{
+    if (!isExtensionSupported("GL_ARB_vertex_program") || !isExtensionSupported("GL_ARB_fragment_program"))
+        return nullptr;
+    std::unique_ptr<VolumeDrawing> drawing(new VolumeDrawing(context, grid, std::move(samples)));
+    return drawing->m_Program.compile(std::string(BEGINNING) + programOf(drawing->m_Slices)) ? std::move(drawing)
+                                                                                             : nullptr;
+}
+
+VolumeDrawing::VolumeDrawing(GLContext& context, const VolumeGrid& grid, NumberTuples samples)
+    : m_Grid(grid)
+    , m_Slices(context, grid, std::move(samples))
+    , m_Program(&context, GL_FRAGMENT_PROGRAM_ARB)
+    , m_Table(context)
+{}
+
+void VolumeDrawing::setLook(Look look)
+{
+    if (look == m_Look)
+        return;
+    m_Look = std::move(look);
+    m_TableThickness = 0;
+}
+
+void VolumeDrawing::draw(const Matrix4& modelView)
+{
+    const Vector3d extent = m_Grid.extent();
+    const double unit = std::max({extent[0], extent[1], extent[2]});
+    Matrix4 toEye = modelView;
+    Matrix4 turn;
+    for (std::size_t column = 0; column < 3; ++column)
+        for (std::size_t row = 0; row < 3; ++row)
+            turn.at(row, column) = unit * m_Grid.axes[column][row];
+    toEye = modelView * turn;
+    const std::optional<Vector3d> view = takenBack(toEye, viewTowards(toEye * Vector3d()));
+    if (!view)
+        return;
+    const double size = length(*view);
+    const Vector3f viewDir(float((*view)[0] / size), float((*view)[1] / size), float((*view)[2] / size));
+    unsigned int axis = 0;
+    int direction = 0;
+    m_Slices.computeOrder(viewDir, axis, direction);
+    writeTable(m_Slices.distanceOf(axis) / std::abs(viewDir[axis]));
+    glLoadMatrixd(toEye.numbers.data());
+    m_Table.bind(TABLE_UNIT);
+    m_Program.bind();
+    setParameters();
+    m_Slices.draw(viewDir);
+    m_Program.unbind();
+    ColourTable::unbind(TABLE_UNIT);
+}
+
+// For layers so many times as thick as those that the opacities are of.
+void VolumeDrawing::writeTable(double thickness)
+{
+    constexpr double NOTICED = 0.01;
+    if (std::abs(thickness - m_TableThickness) < NOTICED * m_TableThickness)
+        return;
+    m_TableThickness = thickness;
+    ColourTable::Entries entries;
+    for (std::size_t i = 0; i < ColourTable::SIZE; ++i) {
+        const double place = double(i) / (ColourTable::SIZE - 1);
+        const double opacity = areColours() && getSamples().width == 4 ? place : opacityAt(m_Look.opacities, place);
+        const RGBA8& colour = m_Look.colours[std::lround(place * double(m_Look.colours.size() - 1))];
+        for (std::size_t component = 0; component < 3; ++component)
+            entries[4 * i + component] = toEntry(colour[component] / 255.0);
+        entries[4 * i + 3] = toEntry(opacityOfLayer(m_Look.opacity * opacity, thickness));
+    }
+    m_Table.write(entries);
+}
+
+// From what textures have to the middles of the table's entries. If the range is none, what is above it comes last.
+void VolumeDrawing::setParameters()
+{
+    constexpr double SIZE = ColourTable::SIZE;
+    double factor = 1;
+    double summand = 0;
+    if (!areColours()) {
+        const auto [least, greatest] = m_Slices.getRange();
+        auto [from, to] = m_Look.range;
+        if (from == to) {
+            const double narrow = std::max(1e-6 * (greatest - least), std::numeric_limits<double>::min());
+            from -= narrow;
+            to += narrow;
+        }
+        factor = (greatest / 2 - least / 2) / (to / 2 - from / 2); // halved: differences may overflow
+        summand = (least / 2 - from / 2) / (to / 2 - from / 2);
+    }
+    m_Program.setLocalParameter4f(0, static_cast<float>(factor * (SIZE - 1) / SIZE),
+        static_cast<float>((summand * (SIZE - 1) + 0.5) / SIZE), 0, 0);
+}
+
+} // namespace tavo

@@ -1,0 +1,347 @@
+#include "vireo/show/volumes/VolumeSlices.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <type_traits>
+
+#include "vireo/context/GLContext.h"
+#include "vireo/context/GLExtensions.h"
+#include "vireo/context/SavedState.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr int LARGEST_EXTENT = 2048;                // slices of a stack, or fewer if textures are smaller
+constexpr double LARGEST_STACK = 256 * 1024 * 1024; // in bytes
+constexpr std::size_t NUM_TOGETHER = 32;            // slices across x, whose samples share cache lines
+constexpr double LARGEST = 1e300;
+constexpr std::size_t LARGEST_GROUP = 4 << 20; // in components
+
+// As the renderer takes textures to be.
+unsigned int textureSize(int extent)
+{
+    const auto size = static_cast<unsigned int>(extent);
+    return isExtensionSupported("GL_ARB_texture_non_power_of_two") ? size : std::bit_ceil(size);
+}
+
+int largestExtent()
+{
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    return std::min(largest, LARGEST_EXTENT);
+}
+
+std::size_t index(unsigned int axis)
+{
+    return axis;
+}
+
+// Of a part of the whole, 0 to 1.
+template <typename Component>
+Component toComponent(double part)
+{
+    const double largest = std::numeric_limits<Component>::max();
+    return part > 0 ? static_cast<Component>(std::min(part * largest + 0.5, largest)) : 0; // NaN is 0
+}
+
+template <typename T>
+bool isNumber(T value)
+{
+    if constexpr (std::is_floating_point_v<T>)
+        return std::abs(value) <= LARGEST; // differences of larger ones may overflow
+    else
+        return true;
+}
+
+void setTextureParameters()
+{
+    for (const GLenum parameter : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER})
+        glTexParameteri(GL_TEXTURE_2D, parameter, GL_LINEAR);
+    for (const GLenum parameter : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T})
+        glTexParameteri(GL_TEXTURE_2D, parameter, GL_CLAMP_TO_EDGE);
+}
+
+// Rows without gaps between them.
+class PackedRows
+{
+public:
+    PackedRows() { glPixelStorei(GL_UNPACK_ALIGNMENT, 1); }
+
+private:
+    SavedClientAttributes m_Before{GL_CLIENT_PIXEL_STORE_BIT};
+};
+
+} // namespace
+
+struct VolumeSlices::Layout
+{
+    std::size_t numComponents;
+    std::size_t bytesOfComponent;
+    GLint internalFormat;
+    GLenum format;
+};
+
+VolumeSlices::VolumeSlices(GLContext& context, const VolumeGrid& grid, NumberTuples samples)
+    : GLObject(&context)
+    , m_Samples(std::move(samples))
+    , m_Grid(grid)
+{
+    setCentred(true);
+    findRange();
+    settleSize();
+}
+
+VolumeSlices::~VolumeSlices()
+{
+    freeTextures();
+}
+
+void VolumeSlices::onDeleteContext()
+{
+    freeTextures();
+}
+
+void VolumeSlices::freeTextures()
+{
+    if (!isValid())
+        return;
+    for (const std::vector<unsigned int>& names : textureNames)
+        for (const unsigned int name : names)
+            if (name != 0)
+                getContext()->deleteTexture(name);
+    textureNames.clear();
+}
+
+// Bytes keep their own range, of which there is no more than 256 values.
+void VolumeSlices::findRange()
+{
+    m_Samples.numbers.visit([this]<typename T>(const T* numbers, std::size_t size) {
+        m_AreBytes = sizeof(T) == 1 || m_Samples.width > 1;
+        double least = std::numeric_limits<double>::infinity();
+        double greatest = -least;
+        for (std::size_t i = 0; i < size && (sizeof(T) > 1); ++i) {
+            const auto value = static_cast<double>(numbers[i]);
+            if (!isNumber(numbers[i])) {
+                m_HaveGaps = true;
+                continue;
+            }
+            least = std::min(least, value);
+            greatest = std::max(greatest, value);
+        }
+        if (sizeof(T) == 1)
+            m_Range = {double(std::numeric_limits<T>::min()), double(std::numeric_limits<T>::max())};
+        else if (least <= greatest)
+            m_Range = {least, greatest};
+        const double span = m_Range.second - m_Range.first;
+        m_ScaleOfOne = span > 0 ? std::numeric_limits<std::uint16_t>::max() / span : 0;
+    });
+}
+
+VolumeSlices::Layout VolumeSlices::layout() const
+{
+    if (m_Samples.width == 4 || (m_Samples.width == 3 && m_HaveGaps))
+        return {4, 1, GL_RGBA8, GL_RGBA};
+    if (m_Samples.width == 3)
+        return {3, 1, GL_RGB8, GL_RGB};
+    if (m_AreBytes)
+        return {1, 1, GL_LUMINANCE8, GL_LUMINANCE};
+    return m_HaveGaps ? Layout{2, 2, GL_LUMINANCE16_ALPHA16, GL_LUMINANCE_ALPHA}
+                      : Layout{1, 2, GL_LUMINANCE16, GL_LUMINANCE};
+}
+
+// The whole volume, or its half, its quarter and so on.
+void VolumeSlices::settleSize()
+{
+    const int largest = largestExtent();
+    const double bytes = static_cast<double>(layout().numComponents * layout().bytesOfComponent);
+    Vector3i size = m_Grid.size;
+    const auto halve = [&](std::size_t i) {
+        m_Steps[i] *= 2;
+        size[i] = static_cast<int>((static_cast<std::size_t>(m_Grid.size[i]) + m_Steps[i] - 1) / m_Steps[i]);
+    };
+    for (std::size_t i = 0; i < 3; ++i)
+        while (size[i] > largest)
+            halve(i);
+    while (bytes * size[0] * size[1] * size[2] > LARGEST_STACK)
+        for (std::size_t i = 0; i < 3; ++i)
+            if (size[i] > 1)
+                halve(i);
+    const Vector3d extent = m_Grid.extent();
+    const double unit = std::max({extent[0], extent[1], extent[2]});
+    Vector3f min;
+    Vector3f max;
+    for (std::size_t i = 0; i < 3; ++i) {
+        min[i] = static_cast<float>(-0.5 * extent[i] / unit);
+        max[i] =
+            static_cast<float>((double(size[i]) * double(m_Steps[i]) * m_Grid.spacing[i] - 0.5 * extent[i]) / unit);
+    }
+    m_Drawn = std::make_unique<RegularVolume>(size, Box3f(min, max));
+}
+
+double VolumeSlices::distanceOf(unsigned int axis) const
+{
+    return double(m_Steps[axis]) * m_Grid.spacing[axis] / m_Grid.smallestSpacing();
+}
+
+void VolumeSlices::draw(const Vector3f& viewDir)
+{
+    static const std::vector<std::string> ONE_CHANNEL{"samples"};
+    drawVolume(m_Drawn.get(), viewDir, ONE_CHANNEL, nullptr, nullptr);
+}
+
+void VolumeSlices::prepareTextures(RegularVolume*, Vector3f viewDir, const std::vector<std::string>&, Mapping, void*)
+{
+    unsigned int axis = 0;
+    int direction = 0;
+    computeOrder(viewDir, axis, direction);
+    if (m_IsPrepared[axis])
+        return;
+    const Vector3i& size = getDrawnSize();
+    const auto nx = static_cast<std::size_t>(size[0]);
+    const auto ny = static_cast<std::size_t>(size[1]);
+    textureNames.resize(1);
+    textureNames[0].resize(nx + ny + static_cast<std::size_t>(size[2]));
+    slabStarts.assign(1, {0, nx, nx + ny});
+    layout().bytesOfComponent == 1 ? prepareStackOf<std::uint8_t>(axis) : prepareStackOf<std::uint16_t>(axis);
+    m_IsPrepared[axis] = true;
+}
+
+template <typename Component>
+void VolumeSlices::prepareStackOf(unsigned int axis)
+{
+    const PackedRows packed;
+    const Layout layout = this->layout();
+    const auto [u, v] = std::pair(index(axis == 0 ? 1 : 0), index(axis == 2 ? 1 : 2));
+    const Vector3i& size = getDrawnSize();
+    const unsigned int width = textureSize(size[u]);
+    const unsigned int height = textureSize(size[v]);
+    const std::size_t sliceSize = layout.numComponents * width * height;
+    const std::size_t wanted = axis == 0 ? std::clamp<std::size_t>(LARGEST_GROUP / sliceSize, 1, NUM_TOGETHER) : 1;
+    std::vector<Component> texels(wanted * sliceSize);
+    unsigned int* const names = textureNames[0].data() + slabStarts[0][axis];
+    constexpr GLenum type = sizeof(Component) == 1 ? GL_UNSIGNED_BYTE : GL_UNSIGNED_SHORT;
+    for (int first = 0; first < size[axis]; first += static_cast<int>(wanted)) {
+        const int count = std::min(static_cast<int>(wanted), size[axis] - first);
+        m_Samples.numbers.visit(
+            [&](const auto* numbers, std::size_t) { fillSlices(axis, first, count, numbers, texels.data()); });
+        for (int i = 0; i < count; ++i) {
+            unsigned int& name = names[first + i];
+            if (name == 0)
+                glGenTextures(1, &name);
+            glBindTexture(GL_TEXTURE_2D, name);
+            setTextureParameters();
+            glTexImage2D(GL_TEXTURE_2D, 0, layout.internalFormat, static_cast<GLsizei>(width),
+                static_cast<GLsizei>(height), 0, layout.format, type,
+                texels.data() + static_cast<std::size_t>(i) * sliceSize);
+        }
+    }
+}
+
+template <typename Component, typename T>
+void VolumeSlices::fillSlices(unsigned int axis, int first, int count, const T* numbers, Component* texels) const
+{
+    const bool isSimple = m_Samples.width == 1 && !m_HaveGaps && m_Steps == std::array<std::size_t, 3>{1, 1, 1};
+    if (isSimple)
+        forEachTexel(axis, first, count, texels, [this, numbers](const Vector3i& place, Component* texel) {
+            forEachOf(place, [&](std::size_t i) { encodeOne(numbers[i], texel); });
+        });
+    else
+        forEachTexel(axis, first, count, texels,
+            [this, numbers](const Vector3i& place, Component* texel) { encodeMean(numbers, place, texel); });
+}
+
+// Calls `use(place, texel)` in the order in which samples lie in memory.
+template <typename Component, typename Use>
+void VolumeSlices::forEachTexel(unsigned int axis, int first, int count, Component* texels, Use use) const
+{
+    const std::size_t numComponents = layout().numComponents;
+    const std::size_t u = axis == 0 ? 1 : 0;
+    const std::size_t v = axis == 2 ? 1 : 2;
+    Vector3i begin;
+    Vector3i end = getDrawnSize();
+    const std::size_t width = textureSize(end[u]);
+    const std::size_t sliceSize = width * textureSize(end[v]);
+    begin[axis] = first;
+    end[axis] = first + count;
+    Vector3i place;
+    for (place[2] = begin[2]; place[2] < end[2]; ++place[2])
+        for (place[1] = begin[1]; place[1] < end[1]; ++place[1])
+            for (place[0] = begin[0]; place[0] < end[0]; ++place[0]) {
+                const std::size_t texel = static_cast<std::size_t>(place[axis] - first) * sliceSize +
+                                          static_cast<std::size_t>(place[v]) * width +
+                                          static_cast<std::size_t>(place[u]);
+                use(place, texels + numComponents * texel);
+            }
+}
+
+// Most volumes are this: a sample is a number, and a texel.
+template <typename Component, typename T>
+void VolumeSlices::encodeOne(T number, Component* texel) const
+{
+    if constexpr (sizeof(T) == 1)
+        *texel = static_cast<Component>(number - std::numeric_limits<T>::min());
+    else
+        *texel = static_cast<Component>((static_cast<double>(number) - m_Range.first) * m_ScaleOfOne + 0.5);
+}
+
+// The mean of the samples that are there; of colours, too.
+template <typename Component, typename T>
+void VolumeSlices::encodeMean(const T* numbers, const Vector3i& place, Component* texel) const
+{
+    const std::size_t width = m_Samples.width;
+    const Mean mean = meanAt(numbers, place);
+    if (width > 1) {
+        for (std::size_t i = 0; i < width; ++i)
+            texel[i] = toComponent<Component>(std::is_floating_point_v<T> ? mean.values[i] : mean.values[i] / 255);
+        if (width == 3 && m_HaveGaps)
+            texel[3] = toComponent<Component>(mean.part);
+        if (width == 4)
+            texel[3] = toComponent<Component>(texel[3] * mean.part / std::numeric_limits<Component>::max());
+        return;
+    }
+    const double span = m_Range.second - m_Range.first;
+    texel[0] = toComponent<Component>(span > 0 ? (mean.values[0] - m_Range.first) / span * mean.part : 0);
+    if (m_HaveGaps)
+        texel[1] = toComponent<Component>(mean.part);
+}
+
+template <typename T>
+VolumeSlices::Mean VolumeSlices::meanAt(const T* numbers, const Vector3i& place) const
+{
+    const std::size_t width = m_Samples.width;
+    Mean mean;
+    int count = 0;
+    int numAll = 0;
+    forEachOf(place, [&](std::size_t i) {
+        const T* const sample = numbers + width * i;
+        ++numAll;
+        if (!std::all_of(sample, sample + width, [](T value) { return isNumber(value); }))
+            return;
+        for (std::size_t channel = 0; channel < width; ++channel)
+            mean.values[channel] += static_cast<double>(sample[channel]);
+        ++count;
+    });
+    for (double& value : mean.values)
+        value /= std::max(count, 1);
+    mean.part = double(count) / numAll;
+    return mean;
+}
+
+// Calls `use(i)` with each sample that a place as drawn stands for.
+template <typename Use>
+void VolumeSlices::forEachOf(const Vector3i& place, Use use) const
+{
+    const auto begin = [&](std::size_t i) { return static_cast<std::size_t>(place[i]) * m_Steps[i]; };
+    const auto size = [&](std::size_t i) { return static_cast<std::size_t>(m_Grid.size[i]); };
+    const auto end = [&](std::size_t i) { return std::min(begin(i) + m_Steps[i], size(i)); };
+    for (std::size_t z = begin(2); z < end(2); ++z)
+        for (std::size_t y = begin(1); y < end(1); ++y)
+            for (std::size_t x = begin(0); x < end(0); ++x)
+                use((z * size(1) + y) * size(0) + x);
+}
+
+} // namespace tavo
