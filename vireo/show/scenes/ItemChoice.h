@@ -18,7 +18,7 @@ struct ItemChoice
         std::optional<std::string> colourMap;
         std::optional<std::pair<double, double>> range;
         bool isWhole = false; // the range: from the least to the greatest number, whatever they come to be
-        std::optional<OpacityCurve> opacities; // of a volume
+        std::optional<OpacityCurve> opacities = {}; // of a volume
 
         bool operator==(const OfField& other) const = default;
     };

@@ -68,6 +68,20 @@ void SceneModel::sayWhatWaits() const
     }
 }
 
+void SceneModel::sayWhatIsReduced() const
+{
+    const auto written = [](const Vector3i& size) {
+        return std::to_string(size[0]) + " x " + std::to_string(size[1]) + " x " + std::to_string(size[2]);
+    };
+    for (const auto& [path, item] : m_Items) {
+        const Vector3i* const drawn = item.drawnSize();
+        if (drawn && *drawn != item.shape()->grid->size)
+            sayOnce("scene(\"" + printable(m_Name, SHOWN_CHARACTERS) + "\"), \"" + printable(path, SHOWN_CHARACTERS) +
+                    "\": " + written(item.shape()->grid->size) +
+                    " samples are more than textures hold; they are drawn as " + written(*drawn));
+    }
+}
+
 Matrix4 SceneModel::matrixOf(const std::string& path) const
 {
     Matrix4 matrix;

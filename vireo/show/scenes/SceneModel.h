@@ -38,6 +38,9 @@ public:
     // Says in the log what waits still.
     void sayWhatWaits() const;
 
+    // The same of volumes that have been drawn, with fewer samples than there are.
+    void sayWhatIsReduced() const;
+
     // What a person chooses of the items. It wins over what is sent, then and later.
     const SceneChoices& getChoices() const { return m_Choices; }
     template <typename Choose>

@@ -113,6 +113,7 @@ void SceneRenderer::drawItems(
     m_PointTime = {};
     for (const Placed& placed : m_Model.visibleItems())
         m_PointTime.isTypical = !placed.item->prepare(m_Context->getGL()) && m_PointTime.isTypical;
+    m_Model.sayWhatIsReduced();
     begin(camera, pixels, look);
     const PointShare share = shareOf(camera, pixels, numPhases);
     drawClouds(camera, pixels, look, share);

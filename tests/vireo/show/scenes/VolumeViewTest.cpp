@@ -1,0 +1,338 @@
+#include <cmath>
+#include <cstdint>
+#include <gmock/gmock.h>
+#include <limits>
+
+#include "tests/vireo/show/scenes/sceneUpdates.h"
+#include "vireo/show/Grid.h"
+#include "vireo/show/volumes/volumeItem.h"
+#include "vireo/show/volumes/whyNoVolume.h"
+
+// Pictures of volumes in scenes.
+namespace tavo {
+namespace {
+
+const QColor RED(255, 0, 0);
+const QColor GREEN(0, 255, 0);
+const QColor BLUE(0, 0, 255);
+const QColor GROUND(Qt::white);
+
+ItemUpdate volume(const SentGrid& grid, const Samples& samples, OpacityCurve opacities = {{0, 1}, {1, 1}})
+{
+    ItemUpdate update = volumeItem(gridOf(grid), {samples, numChannelsOf(grid, samples.size())});
+    update.opacities = std::move(opacities);
+    update.range = std::pair(0.0, 1.0);
+    return update;
+}
+
+// Around the origin, as large as it is said to be.
+SentGrid centred(const Vector3i& size, const Vector3d& spacing)
+{
+    return {size, spacing,
+        {-0.5 * (size[0] - 1) * spacing[0], -0.5 * (size[1] - 1) * spacing[1], -0.5 * (size[2] - 1) * spacing[2]}, {}};
+}
+
+// Cells of 2 x 2 x 2 in a row along x, each of three samples, so that there is no other colour in the middle of it.
+template <typename T>
+ItemUpdate row(const std::vector<T>& cells, OpacityCurve opacities = {{0, 1}, {1, 1}})
+{
+    std::vector<T> samples;
+    for (const T& cell : cells)
+        samples.insert(samples.end(), 3, cell);
+    return volume(centred({samples.size(), 1, 1}, {2.0 / 3, 2, 2}), samples, std::move(opacities));
+}
+
+class VolumeViewTest : public testing::Test
+{
+protected:
+    VolumeViewTest()
+    {
+        QPalette palette = m_View.palette();
+        palette.setColor(QPalette::Base, GROUND);
+        m_View.setPalette(palette);
+        m_View.resize(200, 100);
+        SceneUpdate plain;
+        plain.hasBearings = false;
+        m_View.apply(plain);
+        look("front");
+        ItemUpdate corners = item(ItemKind::Cloud, {-5, 0, -5, 5, 0, 5});
+        corners.colour = RGBA8(0, 0, 0, 255);
+        corners.size = 1;
+        send(m_View, "corners", corners);
+    }
+
+    void look(const std::string& side)
+    {
+        SceneUpdate update = seenFrom(side);
+        m_View.apply(update);
+    }
+
+    // A square of one colour across the view from the front.
+    void sendWall(const std::string& path, double y, const QColor& colour)
+    {
+        ItemUpdate wall =
+            item(ItemKind::Mesh, {-4, y, -4, 4, y, -4, 4, y, 4, -4, y, 4}, {}, std::vector{0, 1, 2, 0, 2, 3});
+        wall.colour = RGBA8(colour.red(), colour.green(), colour.blue(), 255);
+        send(m_View, path, wall);
+    }
+
+    QImage picture() { return m_View.picture({200, 100}); }
+
+    QColor colourAt(const Vector3d& point)
+    {
+        const SceneCamera::Pixel pixel = m_View.getCamera().project(point, m_View.viewSize());
+        return picture().pixelColor(int(std::floor(pixel.x)), int(std::floor(pixel.y)));
+    }
+
+    static QColor mapped(double place, const char* map = "viridis")
+    {
+        const RGBA8 colour = findColourMap(map)->sample(place);
+        return {colour[0], colour[1], colour[2]};
+    }
+
+    SceneView m_View{"volumes"};
+};
+
+TEST_F(VolumeViewTest, SamplesAreColouredCellsThatFillTheBox)
+{
+    // Rising with z, two by two by two, each as large as 2 x 2 x 2.
+    send(m_View, "volume", volume(centred({2, 2, 2}, {2, 2, 2}), std::vector<float>{0, 0, 0, 0, 1, 1, 1, 1}));
+    EXPECT_EQ(colourAt({0, 0, 1.7}), mapped(1));
+    EXPECT_EQ(colourAt({0, 0, -1.7}), mapped(0));
+    for (const Vector3d& inside : {Vector3d(-1.9, 0, -1.9), Vector3d(1.9, 0, 1.9)})
+        EXPECT_NE(colourAt(inside), GROUND);
+    for (const Vector3d& outside :
+        {Vector3d(-2.2, 0, 0), Vector3d(2.2, 0, 0), Vector3d(0, 0, -2.2), Vector3d(0, 0, 2.2)})
+        EXPECT_EQ(colourAt(outside), GROUND);
+    look("left");
+    for (const Vector3d& inside : {Vector3d(0, -1.9, 1.9), Vector3d(0, 1.9, 1.9)})
+        EXPECT_EQ(colourAt(inside), mapped(1));
+}
+
+TEST_F(VolumeViewTest, BoxCountsForTheViewOfAll)
+{
+    send(m_View, "volume", volume(centred({4, 4, 4}, {10, 10, 10}), std::vector<float>(64, 1)));
+    EXPECT_EQ(colourAt({19, 0, 19}), mapped(1));
+    EXPECT_EQ(colourAt({-19, 0, -19}), mapped(1));
+    const QRect rect = rectOf(picture(), mapped(1));
+    EXPECT_GT(rect.height(), 80);
+    EXPECT_LE(std::abs(rect.width() - rect.height()), 1);
+}
+
+TEST_F(VolumeViewTest, HidesWhatIsBehindItAndIsHiddenByWhatIsBefore)
+{
+    send(m_View, "volume", volume(centred({4, 4, 4}, {1, 1, 1}), std::vector<float>(64, 1)));
+    sendWall("behind", 3, RED);
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(1));
+    EXPECT_EQ(colourAt({3, 0, 3}), RED);
+    sendWall("before", -3, GREEN);
+    EXPECT_EQ(colourAt({0, 0, 0}), GREEN);
+}
+
+TEST_F(VolumeViewTest, WhatIsInItIsSeenThroughWhatIsBeforeIt)
+{
+    const OpacityCurve thin{{0, 0.1}, {1, 0.1}};
+    ItemUpdate black = volume(centred({40, 40, 40}, {0.1, 0.1, 0.1}), std::vector<float>(64000, 1), thin);
+    black.shown = "";
+    black.colour = RGBA8(0, 0, 0, 255);
+    send(m_View, "volume", black);
+    sendWall("wall", 0.02, GREEN);
+    EXPECT_NEAR(colourAt({0, 0, 0}).green(), 255 * std::pow(0.9, 20), 8) << "behind half of it";
+    sendWall("wall", 1.02, GREEN);
+    EXPECT_NEAR(colourAt({0, 0, 0}).green(), 255 * std::pow(0.9, 30), 8) << "behind three quarters";
+    sendWall("wall", 3, GREEN);
+    EXPECT_NEAR(colourAt({0, 0, 0}).green(), 255 * std::pow(0.9, 40), 8) << "behind all";
+}
+
+// As thick everywhere, of slices that lie farther apart along some axes.
+TEST_F(VolumeViewTest, IsAsOpaqueFromEverySide)
+{
+    const OpacityCurve thin{{0, 0.05}, {1, 0.05}};
+    ItemUpdate black = volume(centred({8, 16, 32}, {0.5, 0.25, 0.125}), std::vector<float>(4096, 1), thin);
+    black.shown = "";
+    black.colour = RGBA8(0, 0, 0, 255);
+    send(m_View, "volume", black);
+    for (const char* side : {"front", "back", "left", "right", "top", "bottom"}) {
+        look(side);
+        EXPECT_NEAR(colourAt({0, 0, 0}).green(), 255 * std::pow(0.95, 32), 4) << side;
+    }
+    for (const double degrees : {20.0, 44.0, 46.0, 70.0}) {
+        m_View.getCamera().setDirection(degrees, 0);
+        m_View.showChoice();
+        const double longer = 1 / std::max(std::cos(degrees * M_PI / 180), std::sin(degrees * M_PI / 180));
+        EXPECT_NEAR(colourAt({0, 0, 0}).green(), 255 * std::pow(0.95, 32 * longer), 5) << degrees;
+    }
+}
+
+TEST_F(VolumeViewTest, WhatIsNoNumberIsNotSeen)
+{
+    const float inf = std::numeric_limits<float>::infinity();
+    send(m_View, "volume", row(std::vector<float>{NAN, inf, 1, -inf, NAN}));
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(1));
+    for (const double x : {-4.0, -2.0, 2.0, 4.0})
+        EXPECT_EQ(colourAt({x, 0, 0}), GROUND) << x;
+    send(m_View, "volume", volume(centred({2, 2, 2}, {2, 2, 2}), std::vector<double>(8, NAN)));
+    EXPECT_EQ(numPixels(picture(), GROUND), 200 * 100 - 2) << "but for the corners";
+}
+
+TEST_F(VolumeViewTest, NumbersOfAllTypesLookTheSame)
+{
+    const auto expectSame = [this]<typename T>(T largest) {
+        const T half = largest / 2;
+        ItemUpdate update = row(std::vector<T>{0, half, largest});
+        update.range = std::pair(0.0, double(largest));
+        send(m_View, "volume", update);
+        EXPECT_EQ(colourAt({-2.5, 0, 0}), mapped(0));
+        EXPECT_NEAR(colourAt({0, 0, 0}).green(), mapped(double(half) / double(largest)).green(), 1) << sizeof(T);
+        EXPECT_EQ(colourAt({2.5, 0, 0}), mapped(1));
+    };
+    expectSame(std::uint8_t(255));
+    expectSame(std::int8_t(127));
+    expectSame(std::uint16_t(60000));
+    expectSame(std::int16_t(30000));
+    expectSame(std::uint32_t(4000000000));
+    expectSame(std::int32_t(-2000000000));
+    expectSame(std::int64_t(1) << 60);
+    expectSame(1e-20F);
+    expectSame(1e200);
+}
+
+TEST_F(VolumeViewTest, RangeHasTheFirstAndTheLastColour)
+{
+    ItemUpdate update = row(std::vector<std::int16_t>{-1000, 0, 40, 3000});
+    update.range = std::pair(0.0, 80.0);
+    update.colourMap = "grey";
+    send(m_View, "volume", update);
+    EXPECT_EQ(colourAt({-3.5, 0, 0}), mapped(0, "grey"));
+    EXPECT_NEAR(colourAt({1, 0, 0}).red(), mapped(0.5, "grey").red(), 3) << "of a window that is a fiftieth of all";
+    EXPECT_EQ(colourAt({3.5, 0, 0}), mapped(1, "grey"));
+    ItemUpdate other;
+    other.range = std::pair(-1000.0, -1000.0);
+    send(m_View, "volume", other);
+    EXPECT_EQ(colourAt({-1, 0, 0}), mapped(1, "grey")) << "above a range that is none";
+    EXPECT_NEAR(colourAt({-3.5, 0, 0}).red(), mapped(0.5, "grey").red(), 3);
+}
+
+TEST_F(VolumeViewTest, OpacityFollowsTheValues)
+{
+    const OpacityCurve band{{0, 0}, {0.4, 0}, {0.5, 1}, {0.6, 0}, {1, 0}};
+    ItemUpdate update = row(std::vector<float>{0, 0.5, 1}, band);
+    send(m_View, "volume", update);
+    EXPECT_EQ(colourAt({-2.5, 0, 0}), GROUND);
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(0.5));
+    EXPECT_EQ(colourAt({2.5, 0, 0}), GROUND);
+    ItemUpdate none;
+    none.opacity = 0.0;
+    send(m_View, "volume", none);
+    EXPECT_EQ(colourAt({0, 0, 0}), GROUND);
+}
+
+TEST_F(VolumeViewTest, SamplesOfThreeOrFourNumbersAreColours)
+{
+    using Bytes = std::array<std::uint8_t, 3>;
+    const OpacityCurve bright{{0, 0}, {0.5, 1}, {1, 1}};
+    send(m_View, "volume", row(std::vector<Bytes>{{255, 0, 0}, {0, 0, 255}, {0, 0, 0}}, bright));
+    EXPECT_EQ(colourAt({-2.5, 0, 0}), RED);
+    EXPECT_EQ(colourAt({0, 0, 0}), BLUE);
+    EXPECT_EQ(colourAt({2.8, 0, 0}), GROUND) << "black is not seen";
+    using Floats = std::array<float, 4>;
+    send(m_View, "volume", row(std::vector<Floats>{{1, 0, 0, 1}, {0, 1, 0, 1}, {0, 0, 1, 0}}));
+    EXPECT_EQ(colourAt({-2.5, 0, 0}), RED);
+    EXPECT_EQ(colourAt({0, 0, 0}), GREEN);
+    EXPECT_EQ(colourAt({2.8, 0, 0}), GROUND);
+    send(m_View, "volume", row(std::vector<float>{1, 1, 1}));
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(1)) << "numbers again";
+}
+
+TEST_F(VolumeViewTest, LiesWhereItsAxesPointAndItsBranchIsMoved)
+{
+    SentGrid grid = centred({4, 1, 1}, {1, 1, 1});
+    grid.origin = {0, 0, -1.5};
+    grid.orientation = {{0, 0, 3}, {1, 0, 0}, {0, 1, 0}};
+    send(m_View, "a/volume", volume(grid, std::vector<float>{0, 0, 1, 1}));
+    EXPECT_EQ(colourAt({0, 0, 1.8}), mapped(1)) << "upright";
+    EXPECT_EQ(colourAt({0, 0, -1.8}), mapped(0));
+    EXPECT_EQ(colourAt({1.8, 0, 0}), GROUND);
+    SceneUpdate moved;
+    moved.transforms["a"] = translation({3, 0, 0});
+    m_View.apply(moved);
+    EXPECT_EQ(colourAt({0, 0, 1.8}), GROUND);
+    EXPECT_EQ(colourAt({3, 0, 1.8}), mapped(1));
+    SceneUpdate removed;
+    removed.remove("a");
+    m_View.apply(removed);
+    EXPECT_EQ(colourAt({3, 0, 1.8}), GROUND);
+}
+
+TEST_F(VolumeViewTest, OneSampleIsACell)
+{
+    send(m_View, "volume", volume({{1, 1, 1}, {2.0}, {1, 0, 1}, {}}, std::vector<std::uint8_t>{1}));
+    const double pixels = 2 / m_View.getCamera().unitsPerPixel(m_View.getCamera().getDistance(), m_View.viewSize());
+    EXPECT_NEAR(rectOf(picture(), mapped(1)).width(), pixels, 1);
+    EXPECT_NEAR(rectOf(picture(), mapped(1)).height(), pixels, 1);
+    EXPECT_EQ(colourAt({1, 0, 1}), mapped(1));
+}
+
+// As many textures as that there are none.
+TEST_F(VolumeViewTest, ALongOneIsDrawnScaledDownAndThatIsSaid)
+{
+    constexpr int LENGTH = 1'000'000;
+    std::vector<std::uint8_t> samples(LENGTH, 0);
+    std::fill(samples.begin() + LENGTH / 2, samples.end(), std::uint8_t(1));
+    testing::internal::CaptureStderr();
+    send(m_View, "long", volume(centred({1, 1, LENGTH}, {2, 2, 8e-6}), samples));
+    EXPECT_EQ(colourAt({0, 0, 3.8}), mapped(1));
+    EXPECT_EQ(colourAt({0, 0, -3.8}), mapped(0));
+    look("top");
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(1));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+        testing::HasSubstr(
+            "scene(\"volumes\"), \"long\": 1 x 1 x 1000000 samples are more than textures hold; they are "
+            "drawn as 1 x 1 x 1954"));
+}
+
+TEST_F(VolumeViewTest, WhatIsScaledDownHasTheMeanOfWhatIsThere)
+{
+    constexpr int LENGTH = 4096;
+    std::vector<float> samples;
+    for (int i = 0; i < LENGTH; ++i)
+        samples.push_back(i % 2 == 0 ? 1.0F : i < LENGTH / 2 ? 0.0F : NAN);
+    send(m_View, "volume", volume(centred({LENGTH, 1, 1}, {8.0 / LENGTH, 2, 2}), samples, {{0, 1}, {1, 1}}));
+    EXPECT_EQ(colourAt({-2, 0, 0}), mapped(0.5)) << "of 1 and 0";
+    const QColor half = colourAt({2, 0, 0});
+    EXPECT_NEAR(half.red(), (mapped(1).red() + 255) / 2, 2) << "half of it is there";
+}
+
+// The vector is kept, not copied.
+TEST_F(VolumeViewTest, SamplesAreShared)
+{
+    auto shared = std::make_shared<const std::vector<float>>(8, 1.0F);
+    const std::weak_ptr<const std::vector<float>> kept = shared;
+    send(m_View, "volume", volume(centred({2, 2, 2}, {2, 2, 2}), Samples(shared)));
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(1));
+    shared.reset();
+    EXPECT_FALSE(kept.expired());
+    SceneUpdate removed;
+    removed.remove("volume");
+    m_View.apply(removed);
+    EXPECT_TRUE(kept.expired());
+}
+
+TEST_F(VolumeViewTest, WhatAPersonChoosesWins)
+{
+    ItemUpdate update = volume(centred({2, 2, 2}, {2, 2, 2}), std::vector<float>(8, 1));
+    send(m_View, "volume", update);
+    m_View.chooseOf("volume", [](ItemChoice& choice, const ItemState& state) {
+        EXPECT_EQ(state.kind, ItemKind::Volume);
+        EXPECT_FALSE(state.hasSize());
+        choice.fields[state.shown].opacities = OpacityCurve{{0, 0}, {1, 0}};
+    });
+    EXPECT_EQ(colourAt({0, 0, 0}), GROUND);
+    send(m_View, "volume", update);
+    EXPECT_EQ(colourAt({0, 0, 0}), GROUND) << "sent again";
+    m_View.choose([](SceneChoices& choices) { choices.reset("volume"); });
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(1));
+}
+
+} // namespace
+} // namespace tavo
