@@ -4,6 +4,7 @@
 
 #include "tavo/base/objects/PException.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/geometry/bufferStorage.h"
 
 namespace tavo {
 
@@ -55,6 +56,14 @@ void drawPoints(const PointRanges& ranges)
         glDrawArrays(GL_POINTS, ranges.firsts[i], ranges.counts[i]);
 }
 
+// By indices, whose buffer is bound.
+void drawIndexedPoints(const PointRanges& ranges)
+{
+    for (std::size_t i = 0; i < ranges.firsts.size(); ++i)
+        glDrawElements(GL_POINTS, ranges.counts[i], GL_UNSIGNED_INT,
+            bufferOffset(sizeof(unsigned int) * static_cast<std::size_t>(ranges.firsts[i])));
+}
+
 GLenum modeOf(PrimitiveKind primitive)
 {
     constexpr GLenum MODES[] = {GL_POINTS, GL_LINES, GL_TRIANGLES};
@@ -72,6 +81,8 @@ void ItemBuffers::writeShape(GLContext& context, DrawnItem& drawn)
     m_Positions = makeBuffer(context, "position", drawn.positions);
     m_Normals = makeBuffer(context, "normal", drawn.normals);
     m_Indices = makeBuffer(context, drawn.indices);
+    m_PhaseIndices.reset();
+    m_NumPhases = 0;
 }
 
 void ItemBuffers::writeColours(GLContext& context, std::vector<unsigned char>& colours)
@@ -95,39 +106,67 @@ void ItemBuffers::writeEdges(GLContext& context, DrawnItem edges)
     m_EdgeIndices = makeBuffer(context, edges.indices);
 }
 
-void ItemBuffers::draw()
+void ItemBuffers::bind()
 {
-    drawWithAll(nullptr);
-}
-
-void ItemBuffers::draw(const PointRanges& ranges)
-{
-    drawWithAll(&ranges);
-}
-
-void ItemBuffers::drawWithAll(const PointRanges* ranges)
-{
-    GLVertexBuffer* const buffers[] = {m_Positions.get(), m_Normals.get(), m_Colours.get(), m_Radii.get()};
-    for (GLVertexBuffer* const buffer : buffers)
+    for (GLVertexBuffer* const buffer : {m_Positions.get(), m_Normals.get(), m_Colours.get(), m_Radii.get()})
         if (buffer)
             buffer->bind();
-    drawBound(ranges);
-    for (GLVertexBuffer* const buffer : buffers)
+}
+
+void ItemBuffers::unbind()
+{
+    for (GLVertexBuffer* const buffer : {m_Positions.get(), m_Normals.get(), m_Colours.get(), m_Radii.get()})
         if (buffer)
             buffer->unbind();
 }
 
-void ItemBuffers::drawBound(const PointRanges* ranges)
+void ItemBuffers::draw()
+{
+    bind();
+    drawAll();
+    unbind();
+}
+
+void ItemBuffers::drawAll()
 {
     if (m_IsIndexed) {
         m_Indices->bind();
         m_Indices->drawElements(modeOf(m_Primitive), 0, 0);
         m_Indices->unbind();
-    } else if (ranges) {
-        drawPoints(*ranges);
     } else {
         m_Positions->drawArrays(modeOf(m_Primitive), 0, 0);
     }
+}
+
+void ItemBuffers::draw(const PointRanges& ranges, const PointPhases& phases, std::size_t numPhases)
+{
+    if (ranges.firsts.empty())
+        return;
+    const bool areAll = numPhases >= PointPhases::ALL;
+    if (!areAll && m_NumPhases != numPhases)
+        writePhases(phases, numPhases);
+    bind();
+    if (areAll) {
+        drawPoints(ranges);
+    } else {
+        m_PhaseIndices->bind();
+        drawIndexedPoints(ranges);
+        m_PhaseIndices->unbind();
+    }
+    unbind();
+}
+
+// They stay the same during a gesture.
+void ItemBuffers::writePhases(const PointPhases& phases, std::size_t numPhases)
+{
+    std::vector<unsigned int> indices;
+    indices.reserve(phases.numChunks() * phases.sizeOfPhases(0, numPhases));
+    for (std::size_t chunk = 0; chunk < phases.numChunks(); ++chunk)
+        phases.forEachPoint(
+            chunk, numPhases, [&](std::size_t point) { indices.push_back(static_cast<unsigned int>(point)); });
+    m_PhaseIndices.reset();
+    m_PhaseIndices = makeBuffer(*m_Positions->getContext(), indices);
+    m_NumPhases = numPhases;
 }
 
 void ItemBuffers::drawEdges()
@@ -142,14 +181,14 @@ void ItemBuffers::drawEdges()
 void ItemBuffers::drawPositions()
 {
     m_Positions->bind();
-    drawBound(nullptr);
+    drawAll();
     m_Positions->unbind();
 }
 
-void ItemBuffers::drawIds(PickTarget& target, std::size_t number, PointRadii radii)
+void ItemBuffers::drawIds(PickTarget& target, std::size_t number, PointRadii radii, const PointRanges* ranges)
 {
     radii.each = m_Radii.get();
-    target.draw(number, *m_Positions, m_Indices.get(), modeOf(m_Primitive), radii);
+    target.draw(number, *m_Positions, m_Indices.get(), modeOf(m_Primitive), radii, ranges);
 }
 
 } // namespace tavo

@@ -29,20 +29,22 @@ public:
     // All of it.
     void draw();
 
-    // Some points.
-    void draw(const PointRanges& ranges);
+    // Some points; of fewer than all phases, the ranges are of indices.
+    void draw(const PointRanges& ranges, const PointPhases& phases, std::size_t numPhases);
 
     void drawEdges();
 
     // All of it, without normals and colours.
     void drawPositions();
 
-    // Of `radii`, those of each are these.
-    void drawIds(PickTarget& target, std::size_t number, PointRadii radii);
+    // Of `radii`, those of each are these. Of points only those in the ranges are drawn, unless these are null.
+    void drawIds(PickTarget& target, std::size_t number, PointRadii radii, const PointRanges* ranges);
 
 private:
-    void drawBound(const PointRanges* ranges);
-    void drawWithAll(const PointRanges* ranges);
+    void bind();
+    void unbind();
+    void drawAll();
+    void writePhases(const PointPhases& phases, std::size_t numPhases);
 
     PrimitiveKind m_Primitive = PrimitiveKind::Points;
     bool m_IsIndexed = false;
@@ -52,6 +54,8 @@ private:
     std::unique_ptr<GLVertexBuffer> m_Colours;
     std::unique_ptr<GLVertexBuffer> m_Radii; // null if all points have one radius
     std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_Indices;
+    std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_PhaseIndices; // of the first phases, chunk by chunk
+    std::size_t m_NumPhases = 0;                                          // that those are of
     std::unique_ptr<GLVertexBuffer> m_EdgePositions;
     std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_EdgeIndices;
 };

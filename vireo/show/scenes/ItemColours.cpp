@@ -219,6 +219,11 @@ void ItemColours::forEachSource(const DrawnItem& drawn, std::size_t numVertices,
         use(drawn.parts[vertex / width]);
 }
 
+bool ItemColours::haveOpacity() const
+{
+    return areSentShown() && fitOf(*sent(), COLOURS)->width == 4;
+}
+
 std::vector<unsigned char> ItemColours::ofVertices(
     const DrawnItem& drawn, std::size_t numVertices, double opacity) const
 {
@@ -231,12 +236,13 @@ std::vector<unsigned char> ItemColours::ofVertices(
 std::vector<unsigned char> ItemColours::ofField(
     const Field& field, const DrawnItem& drawn, std::size_t numVertices, double opacity) const
 {
-    const ColourMap map = findColourMap(m_ColourMap).value();
     const auto [from, to] = rangeOf(field);
     const double half = to / 2 - from / 2; // the whole may be too large
     const bool areOfParts = fitOf(*field.values.used(), field.name)->areOfParts;
-    std::vector<unsigned char> colours;
-    colours.reserve(4 * numVertices);
+    const ColourMap map = findColourMap(m_ColourMap).value();
+    const unsigned char alpha = byteOf(opacity);
+    std::vector<unsigned char> colours(4 * numVertices);
+    unsigned char* next = colours.data();
     field.values.used()->numbers.visit([&, from = from](const auto* numbers, std::size_t) {
         forEachSource(drawn, numVertices, areOfParts, [&](std::size_t source) {
             const auto value = static_cast<double>(numbers[source]);
@@ -246,7 +252,8 @@ std::vector<unsigned char> ItemColours::ofField(
             else if (!field.areLabels && !std::isnan(value))
                 colour =
                     map.sample(half != 0 ? (value / 2 - from / 2) / half : 0.5 * ((value >= from) + (value > from)));
-            colours.insert(colours.end(), {colour[0], colour[1], colour[2], byteOf(opacity)});
+            colour[3] = alpha;
+            next = std::copy_n(colour.data(), 4, next);
         });
     });
     return colours;
@@ -255,15 +262,15 @@ std::vector<unsigned char> ItemColours::ofField(
 std::vector<unsigned char> ItemColours::asSent(const DrawnItem& drawn, std::size_t numVertices, double opacity) const
 {
     const auto [areOfParts, width] = fitOf(*sent(), COLOURS).value();
-    std::vector<unsigned char> colours;
-    colours.reserve(4 * numVertices);
+    std::vector<unsigned char> colours(4 * numVertices);
+    unsigned char* next = colours.data();
     sent()->numbers.visit([&, areOfParts = areOfParts, width = width]<typename T>(const T* numbers, std::size_t) {
         forEachSource(drawn, numVertices, areOfParts, [&](std::size_t source) {
             const T* const colour = numbers + width * source;
             for (std::size_t component = 0; component < 3; ++component)
-                colours.push_back(byteOf(colour[component]));
+                *next++ = byteOf(colour[component]);
             const unsigned char alpha = width == 4 ? byteOf(colour[3]) : 255;
-            colours.push_back(byteOf(opacity * alpha / 255));
+            *next++ = byteOf(opacity * alpha / 255);
         });
     });
     return colours;

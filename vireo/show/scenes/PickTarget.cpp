@@ -124,7 +124,7 @@ void PickTarget::setChunk(std::uint32_t chunk)
 }
 
 void PickTarget::draw(std::size_t item, GLVertexBuffer& positions, GLTemplatedIndexBuffer<unsigned int>* indices,
-    unsigned int mode, const PointRadii& radii)
+    unsigned int mode, const PointRadii& radii, const PointRanges* ranges)
 {
     const std::uint32_t numVertices = positions.getNumElements();
     if (!takeChunks(item, numVertices, indices ? PickId::PLACES : chunkSizeOf(mode), indices) ||
@@ -145,7 +145,7 @@ void PickTarget::draw(std::size_t item, GLVertexBuffer& positions, GLTemplatedIn
         indices->drawElements(mode, 0, 0);
         indices->unbind();
     } else {
-        drawInChunks(positions, mode, buffers[1]);
+        drawInChunks(positions, mode, buffers[1], ranges);
     }
     for (GLVertexBuffer* const buffer : buffers)
         if (buffer)
@@ -157,19 +157,26 @@ void PickTarget::draw(std::size_t item, GLVertexBuffer& positions, GLTemplatedIn
 }
 
 // The ids of all chunks are the same buffer.
-void PickTarget::drawInChunks(GLVertexBuffer& positions, unsigned int mode, GLVertexBuffer* radii)
+void PickTarget::drawInChunks(
+    GLVertexBuffer& positions, unsigned int mode, GLVertexBuffer* radii, const PointRanges* ranges)
 {
     auto [item, chunk, size] = m_Drawn.back();
     const std::uint32_t numVertices = positions.getNumElements();
-    for (std::uint32_t begin = 0; begin < numVertices; begin += std::min(size, numVertices - begin)) {
-        setChunk(chunk++);
+    PointRanges all;
+    all.add(0, numVertices);
+    for (std::uint32_t begin = 0; begin < numVertices; begin += std::min(size, numVertices - begin), ++chunk) {
+        const PointRanges drawn = (ranges ? *ranges : all).within(begin, std::size_t(begin) + size);
+        if (drawn.firsts.empty())
+            continue;
+        setChunk(chunk);
         if (radii) {
             radii->GLBuffer::bind();
             glTexCoordPointer(1, GL_FLOAT, 0, bufferOffset(sizeof(float) * begin));
         }
         positions.GLBuffer::bind();
         glVertexPointer(3, GL_FLOAT, 0, bufferOffset(3 * sizeof(float) * begin));
-        positions.drawArrays(mode, 0, std::min(size, numVertices - begin));
+        for (std::size_t i = 0; i < drawn.firsts.size(); ++i)
+            glDrawArrays(mode, drawn.firsts[i], drawn.counts[i]);
     }
 }
 

@@ -12,6 +12,7 @@
 #include "vireo/offscreen/GLRenderTargetFBO.h"
 #include "vireo/shaders/GLShaderARB.h"
 #include "vireo/show/scenes/PointScale.h"
+#include "vireo/show/scenes/PointShare.h"
 #include "vireo/show/scenes/pickIds.h"
 
 namespace tavo {
@@ -51,9 +52,10 @@ public:
     bool begin(int side);
 
     // Draws vertices, or what the indices make of them, if they are not null, under a number of the caller's. Without
-    // ARB programs only depths are drawn; when ids have run out, nothing is.
+    // ARB programs only depths are drawn; when ids have run out, nothing is. Of points only those in the ranges are
+    // drawn, unless these are null.
     void draw(std::size_t item, GLVertexBuffer& positions, GLTemplatedIndexBuffer<unsigned int>* indices,
-        unsigned int mode, const PointRadii& radii = {});
+        unsigned int mode, const PointRadii& radii = {}, const PointRanges* ranges = nullptr);
 
     Pixels end();
 
@@ -77,7 +79,7 @@ private:
     bool takeChunks(std::size_t item, std::uint32_t numVertices, std::uint32_t size, bool isIndexed);
     bool makeIds(std::uint32_t number);
     void setChunk(std::uint32_t chunk);
-    void drawInChunks(GLVertexBuffer& positions, unsigned int mode, GLVertexBuffer* radii);
+    void drawInChunks(GLVertexBuffer& positions, unsigned int mode, GLVertexBuffer* radii, const PointRanges* ranges);
 
     GLContext& m_Context;
     std::unique_ptr<GLRenderTargetFBO> m_Target;

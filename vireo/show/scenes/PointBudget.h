@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "vireo/show/scenes/PointOrder.h"
+#include "vireo/show/scenes/PointPhases.h"
 
 namespace tavo {
 
@@ -24,7 +24,10 @@ public:
         m_IsMeasured = m_IsMeasured || numPoints >= FEWEST;
     }
 
-    std::size_t numPointsIn(double seconds) const { return static_cast<std::size_t>(seconds / m_PerPoint); }
+    std::size_t numPointsIn(double seconds) const
+    {
+        return static_cast<std::size_t>(std::max(seconds, 0.0) / m_PerPoint);
+    }
 
     // Of all that so many points have, the phases that a frame has time for.
     std::size_t phasesOf(std::size_t numPoints) const
@@ -38,8 +41,8 @@ public:
     {
         const std::size_t most = numPointsIn(std::max(seconds, 0.0));
         if (numPoints <= most)
-            return PointOrder::PHASES;
-        return std::max<std::size_t>(1, PointOrder::PHASES * most / numPoints);
+            return PointPhases::ALL;
+        return std::max<std::size_t>(1, PointPhases::ALL * most / numPoints);
     }
 
 private:
@@ -81,7 +84,7 @@ public:
     bool isMoving() const { return m_IsMoving; }
 
     // That are drawn now.
-    std::size_t numPhases() const { return m_IsMoving ? m_NumPhases : PointOrder::PHASES; }
+    std::size_t numPhases() const { return m_IsMoving ? m_NumPhases : PointPhases::ALL; }
 
 private:
     bool m_IsMoving = false;

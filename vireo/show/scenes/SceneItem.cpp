@@ -338,6 +338,7 @@ std::size_t SceneItem::draw(const Matrix4& modelView, bool isGroundDark, double 
     glLoadMatrixd(modelView.numbers.data());
     const RGBA8 one = oneColour(isGroundDark);
     glColor4ubv(one.data());
+    m_Opacity < 1 || one[3] < 255 || m_Colours.haveOpacity() ? glEnable(GL_BLEND) : glDisable(GL_BLEND);
     setSizes(scale * share.enlargement);
     glLineWidth(static_cast<float>(scale * size()));
     m_Buffers.haveNormals() ? glEnable(GL_LIGHTING) : glDisable(GL_LIGHTING);
@@ -347,11 +348,11 @@ std::size_t SceneItem::draw(const Matrix4& modelView, bool isGroundDark, double 
     }
     const double edgeWidth = scale * size();
     const double pointSize = scale * share.enlargement * size();
-    const PointRanges ranges = m_Drawn.order ? rangesInView(modelView, share, pointSize) : PointRanges();
+    const PointRanges ranges = m_Drawn.phases ? rangesInView(modelView, share, pointSize) : PointRanges();
     if (m_Drawn.primitive == PrimitiveKind::Triangles)
         drawFaces(modelView, edgeWidth);
     else
-        m_Drawn.order ? m_Buffers.draw(ranges) : m_Buffers.draw();
+        m_Drawn.phases ? m_Buffers.draw(ranges, *m_Drawn.phases, share.numPhases) : m_Buffers.draw();
     if (m_PointScale)
         m_PointScale->end();
     if (kind() == ItemKind::Mesh && m_AreEdgesSeen)
@@ -400,7 +401,8 @@ void SceneItem::drawSheets()
         m_Buffers.drawPositions();
 }
 
-void SceneItem::drawIds(GLContext& context, PickTarget& target, std::size_t number, const Matrix4& modelView)
+void SceneItem::drawIds(
+    GLContext& context, PickTarget& target, std::size_t number, const Matrix4& modelView, const PointShare& share)
 {
     if (!m_IsUploaded)
         upload(context);
@@ -412,7 +414,9 @@ void SceneItem::drawIds(GLContext& context, PickTarget& target, std::size_t numb
     glCullFace(GL_BACK);
     if (m_Drawn.primitive == PrimitiveKind::Triangles && !m_AreBackFacesSeen)
         glEnable(GL_CULL_FACE);
-    m_Buffers.drawIds(target, number, {m_LargestRadius, nullptr, length(modelView.turned({1, 0, 0}))});
+    const PointRanges ranges = m_Drawn.phases ? rangesInView(modelView, share, size()) : PointRanges();
+    m_Buffers.drawIds(target, number, {m_LargestRadius, nullptr, length(modelView.turned({1, 0, 0}))},
+        m_Drawn.phases ? &ranges : nullptr);
     glDisable(GL_CULL_FACE);
 }
 
@@ -437,12 +441,12 @@ void SceneItem::setSizes(double scale) const
 
 std::size_t SceneItem::numPointsOf(const PointShare& share, const Matrix4& modelView) const
 {
-    return m_Drawn.order ? rangesInView(modelView, share, size()).numPoints() : 0;
+    return m_Drawn.phases ? rangesInView(modelView, share, size()).numPoints() : 0;
 }
 
 PointRanges SceneItem::rangesInView(const Matrix4& modelView, const PointShare& share, double pointSize) const
 {
-    return rangesOf(*m_Drawn.order, m_Drawn.chunks, share, share.clipSpaceOf(modelView, pointSize));
+    return rangesOf(*m_Drawn.phases, m_Drawn.chunks, share, share.clipSpaceOf(modelView, pointSize));
 }
 
 } // namespace tavo

@@ -98,14 +98,18 @@ public:
     // camera. Returns how many points of a cloud were drawn.
     std::size_t draw(const Matrix4& modelView, bool isGroundDark, double scale, const PointShare& share);
 
+    // Of a cloud; otherwise 0.
+    std::size_t numPoints() const { return m_Drawn.phases ? m_Drawn.phases->numPoints() : 0; }
+
     // How many points of a cloud the share has.
     std::size_t numPointsOf(const PointShare& share, const Matrix4& modelView) const;
 
     // The point, vertex, arrow or box as sent, counted from 0, that a vertex as drawn is of.
     std::size_t sourceOf(std::size_t vertex) const { return m_Drawn.sourceOf(vertex); }
 
-    // Draws ids instead of colours into the target, under a number.
-    void drawIds(GLContext& context, PickTarget& target, std::size_t number, const Matrix4& modelView);
+    // Draws ids instead of colours into the target, under a number; of clouds the chunks that are in view.
+    void drawIds(
+        GLContext& context, PickTarget& target, std::size_t number, const Matrix4& modelView, const PointShare& share);
 
     // Whether it is a surface with an inside. drawSheets() draws it in the colour that is set; it must have been
     // prepared.

@@ -67,20 +67,23 @@ std::optional<PickTarget::Pixels> ScenePicker::draw(const SceneCamera& camera, c
     const SceneContext::Scope scope(*m_Context);
     if (!scope.isCurrent() || !m_Context->getPickTarget().begin(side))
         return {};
-    drawItems(m_Context->getPickTarget(), camera, projection);
+    PointShare share;
+    share.projection = projection;
+    share.width = share.height = side;
+    drawItems(m_Context->getPickTarget(), camera, share);
     return m_Context->getPickTarget().end();
 }
 
-void ScenePicker::drawItems(PickTarget& target, const SceneCamera& camera, const Matrix4& projection)
+void ScenePicker::drawItems(PickTarget& target, const SceneCamera& camera, const PointShare& share)
 {
     glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(projection.numbers.data());
+    glLoadMatrixd(share.projection.numbers.data());
     const ClipPlanes planes(camera, m_Model.getClipBox().shown());
     glMatrixMode(GL_MODELVIEW);
     for (std::size_t i = 0; i < m_Drawn.size(); ++i)
         runGuarded([&] {
             const auto& [path, item, matrix] = m_Drawn[i];
-            item->drawIds(m_Context->getGL(), target, i, camera.modelView(matrix, item->origin()));
+            item->drawIds(m_Context->getGL(), target, i, camera.modelView(matrix, item->origin()), share);
         });
 }
 

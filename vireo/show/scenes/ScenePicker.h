@@ -32,7 +32,7 @@ public:
 
 private:
     std::optional<PickTarget::Pixels> draw(const SceneCamera& camera, const QSize& size, const QPoint& pixel);
-    void drawItems(PickTarget& target, const SceneCamera& camera, const Matrix4& projection);
+    void drawItems(PickTarget& target, const SceneCamera& camera, const PointShare& share);
 
     std::shared_ptr<SceneContext> m_Context;
     SceneModel& m_Model;

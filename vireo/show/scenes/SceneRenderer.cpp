@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "tavo/base/text/printable.h"
 #include "vireo/context/GLExtensions.h"
@@ -18,6 +19,7 @@ namespace {
 
 constexpr double TEXT_OFFSET = 5; // in pixels, beside its position
 
+constexpr std::size_t FEWEST_REFINED = 4096;   // points at a time
 constexpr std::size_t FEWEST_MEASURED = 20000; // points: the time of fewer is not worth waiting for
 
 SceneCamera::Size sizeOf(const QSize& pixels)
@@ -73,7 +75,7 @@ void setDrawing()
 double enlargementOf(std::size_t numPhases)
 {
     constexpr double MOST = 3;
-    return std::min(std::sqrt(double(PointOrder::PHASES) / double(numPhases)), MOST);
+    return std::min(std::sqrt(double(PointPhases::ALL) / double(numPhases)), MOST);
 }
 
 bool isLitByDepths(const SceneItem& item)
@@ -158,7 +160,7 @@ void SceneRenderer::begin(const SceneCamera& camera, const QSize& pixels, const 
 PointShare SceneRenderer::shareOf(const SceneCamera& camera, const QSize& pixels, std::size_t numPhases)
 {
     PointShare share;
-    share.endPhase = numPhases;
+    share.numPhases = numPhases;
     share.enlargement = enlargementOf(numPhases);
     share.projection = camera.projection(m_Model.box(), sizeOf(pixels));
     share.width = pixels.width();
@@ -168,7 +170,7 @@ PointShare SceneRenderer::shareOf(const SceneCamera& camera, const QSize& pixels
 
 std::size_t SceneRenderer::numPointsInView(const SceneCamera& camera, const QSize& pixels)
 {
-    const PointShare all = shareOf(camera, pixels, PointOrder::PHASES);
+    const PointShare all = shareOf(camera, pixels, PointPhases::ALL);
     std::size_t number = 0;
     for (const Placed& placed : m_Model.visibleItems())
         number += placed.item->numPointsOf(all, camera.modelView(placed.matrix, placed.item->origin()));
@@ -233,22 +235,27 @@ void SceneRenderer::drawClouds(
         pixels, {camera.isOrthographic(), depths.nearest, depths.farthest, camera.heightSeen()}, look.scale);
 }
 
+// The points of the share are counted through all of them.
 void SceneRenderer::drawUnlitClouds(const SceneCamera& camera, const SceneLook& look, const PointShare& share)
 {
     const ClipPlanes planes(camera, m_Model.getClipBox().shown());
-    for (const Placed& placed : m_Model.visibleItems())
-        if (isLitByDepths(*placed.item))
-            drawItem(placed, camera, look, share);
+    std::size_t numBefore = 0;
+    for (const Placed& placed : m_Model.visibleItems()) {
+        if (!isLitByDepths(*placed.item))
+            continue;
+        drawItem(placed, camera, look, share.behind(numBefore));
+        numBefore += placed.item->numPoints();
+    }
 }
 
-// The few that stand for those that are still missing are a little farther away, and get smaller as there are more.
+// The few that stand for those that are still missing are a little farther away.
 void SceneRenderer::drawRefinedClouds(PointShare behind)
 {
     constexpr double FARTHER = 2e-5;
     m_Context->copyFrom(*m_Refinement.target, m_Refinement.pixels);
     if (m_Refinement.isWhole())
         return;
-    behind.enlargement = enlargementOf(std::max(behind.endPhase, m_Refinement.numPhases));
+    behind.beginPoint = m_Refinement.numDrawn;
     glDepthRange(FARTHER, 1);
     drawUnlitClouds(m_Refinement.camera, m_Refinement.look, behind);
     glDepthRange(0, 1);
@@ -271,29 +278,30 @@ void SceneRenderer::beginRefinement(const SceneCamera& camera, const QSize& pixe
     if (!target || target->getWidth() < static_cast<unsigned int>(pixels.width()) ||
         target->getHeight() < static_cast<unsigned int>(pixels.height()))
         target = m_Context->makeTarget(pixels);
-    m_Refinement = {camera, pixels, look, std::move(target), 0};
+    m_Refinement = {camera, pixels, look, std::move(target)};
+    for (const Placed& placed : m_Model.visibleItems())
+        m_Refinement.numPoints += isLitByDepths(*placed.item) ? placed.item->numPoints() : 0;
 }
 
 bool SceneRenderer::refine(double seconds, const PointBudget& budget)
 {
     const Stopwatch watch;
     Refinement& refined = m_Refinement;
-    if (!refined.target || refined.isWhole())
+    if (isRefined())
         return true;
     const SceneContext::Scope scope(*m_Context);
     refined.target->activate();
     glViewport(0, 0, refined.pixels.width(), refined.pixels.height());
-    if (refined.numPhases == 0)
+    if (!std::exchange(refined.isBegun, true))
         begin(refined.camera, refined.pixels, refined.look);
     setDrawing();
     setProjection(refined.camera, m_Model.box(), sizeOf(refined.pixels));
     setHeadlight();
-    const std::size_t numPoints = numPointsInView(refined.camera, refined.pixels);
+    PointShare share = shareOf(refined.camera, refined.pixels, PointPhases::ALL);
     do {
-        PointShare share = shareOf(refined.camera, refined.pixels, PointOrder::PHASES);
-        share.firstPhase = refined.numPhases;
-        refined.numPhases = share.endPhase =
-            std::min(PointOrder::PHASES, refined.numPhases + budget.phasesIn(seconds - watch.seconds(), numPoints));
+        share.beginPoint = refined.numDrawn;
+        refined.numDrawn += std::max(budget.numPointsIn(seconds - watch.seconds()), FEWEST_REFINED);
+        share.endPoint = refined.numDrawn;
         drawUnlitClouds(refined.camera, refined.look, share);
         glFinish();
     } while (!refined.isWhole() && watch.seconds() < 0.5 * seconds);
@@ -304,7 +312,7 @@ bool SceneRenderer::refine(double seconds, const PointBudget& budget)
 QImage SceneRenderer::drawRefined(std::size_t numPhasesBehind)
 {
     const bool isRefined = m_Refinement.target != nullptr;
-    const std::size_t numPhases = isRefined && !m_Refinement.isWhole() ? numPhasesBehind : PointOrder::PHASES;
+    const std::size_t numPhases = isRefined && !m_Refinement.isWhole() ? numPhasesBehind : PointPhases::ALL;
     return draw(m_Refinement.camera, m_Refinement.pixels, m_Refinement.look, numPhases, isRefined);
 }
 

@@ -40,7 +40,7 @@ public:
 
     // With so many phases of the points of clouds. Null if it cannot be drawn.
     QImage draw(const SceneCamera& camera, const QSize& pixels, const SceneLook& look,
-        std::size_t numPhases = PointOrder::PHASES);
+        std::size_t numPhases = PointPhases::ALL);
 
     // What the points of the last picture took.
     struct PointTime
@@ -52,9 +52,11 @@ public:
     const PointTime& getPointTime() const { return m_PointTime; }
 
     // A picture of all points, when they take longer than anybody waits: refine() draws some of them, beside any other
-    // picture, and returns whether those were the last. drawRefined() makes the picture of what there is, with so many
-    // phases, larger, behind it until all are there. What was begun holds until something else is to be drawn.
+    // picture, and returns whether those were the last, which isRefined() says as well. drawRefined() makes the picture
+    // of what there is, with so many phases, larger, behind it until all are there. What was begun holds until
+    // something else is to be drawn.
     void beginRefinement(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
+    bool isRefined() const { return !m_Refinement.target || m_Refinement.isWhole(); }
     bool refine(double seconds, const PointBudget& budget);
     QImage drawRefined(std::size_t numPhasesBehind);
 
@@ -70,9 +72,11 @@ private:
         QSize pixels;
         SceneLook look;
         std::unique_ptr<GLRenderTargetFBO> target; // null if the driver has none
-        std::size_t numPhases = 0;
+        std::size_t numPoints = 0;                 // of the clouds that are drawn into it
+        std::size_t numDrawn = 0;                  // the first ones
+        bool isBegun = false;
 
-        bool isWhole() const { return numPhases == PointOrder::PHASES; }
+        bool isWhole() const { return isBegun && numDrawn >= numPoints; }
     };
 
     void drawBoxBehind(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);

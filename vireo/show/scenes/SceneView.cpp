@@ -133,7 +133,7 @@ void SceneView::move()
 
 void SceneView::rest()
 {
-    const bool isWhole = m_PointMotion.numPhases() == PointOrder::PHASES;
+    const bool isWhole = m_PointMotion.numPhases() == PointPhases::ALL;
     m_PointMotion.rest(QGuiApplication::mouseButtons() == Qt::NoButton);
     if (!isWhole)
         beginRefinement();
@@ -147,16 +147,17 @@ void SceneView::beginRefinement()
     m_RefinementTimer.start();
 }
 
-// Draws more points, in between events, and now and then shows what there is.
+// Draws more points, in between events, or now and then shows what there is.
 void SceneView::refine()
 {
-    const bool isWhole = m_Renderer.refine(SLICE, m_PointBudget);
-    if (isWhole)
-        m_RefinementTimer.stop();
-    else if (m_SinceShown.seconds() < UNTIL_SHOWN)
+    if (!m_Renderer.isRefined() && m_SinceShown.seconds() < UNTIL_SHOWN) {
+        m_Renderer.refine(SLICE, m_PointBudget);
         return;
+    }
+    if (m_Renderer.isRefined())
+        m_RefinementTimer.stop();
     const std::size_t numInView = m_Renderer.numPointsInView(m_Camera, sceneSize());
-    m_Picture = m_Renderer.drawRefined(m_PointBudget.phasesOf(numInView));
+    m_Picture = m_Renderer.drawRefined(m_PointBudget.phasesIn(SLICE, numInView));
     m_Picture.setDevicePixelRatio(devicePixelRatioF());
     m_SinceShown = {};
     update();
@@ -450,7 +451,7 @@ void SceneView::drawPicture()
         isMoving ? m_PointMotion.numPhases() : m_PointBudget.phasesOf(m_Renderer.numPointsInView(m_Camera, pixels));
     m_Picture = m_Renderer.draw(m_Camera, pixels, look(scale), numPhases);
     m_Picture.setDevicePixelRatio(scale);
-    if (!isMoving && numPhases < PointOrder::PHASES)
+    if (!isMoving && numPhases < PointPhases::ALL)
         beginRefinement();
 }
 

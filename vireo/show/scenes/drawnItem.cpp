@@ -88,7 +88,7 @@ void takeUsable(DrawnItem& item, const NumberTuples& points)
         if (isLeft && !areAllUsable)
             item.sources.push_back(static_cast<unsigned int>(i));
     });
-    item.order.emplace(areAllUsable ? points.size() : item.sources.size());
+    item.phases.emplace(areAllUsable ? points.size() : item.sources.size());
     item.origin = item.box.centre();
 }
 
@@ -96,9 +96,9 @@ void takeUsable(DrawnItem& item, const NumberTuples& points)
 template <typename Coordinate>
 void write(std::vector<float>& vectors, const DrawnItem& item, Coordinate coordinate)
 {
-    vectors.resize(3 * item.order->numPoints());
+    vectors.resize(3 * item.phases->numPoints());
     float* next = vectors.data();
-    item.forEachSource(item.order->numPoints(), [&](std::size_t source) {
+    item.forEachSource(item.phases->numPoints(), [&](std::size_t source) {
         for (std::size_t axis = 0; axis < 3; ++axis)
             *next++ = coordinate(source, axis);
     });
@@ -106,9 +106,9 @@ void write(std::vector<float>& vectors, const DrawnItem& item, Coordinate coordi
 
 void addChunks(DrawnItem& item)
 {
-    for (std::size_t first = 0; first < item.numVertices(); first += PointOrder::CHUNK) {
+    for (std::size_t first = 0; first < item.numVertices(); first += PointPhases::CHUNK) {
         SceneBox& box = item.chunks.emplace_back();
-        for (std::size_t i = first; i < std::min(first + PointOrder::CHUNK, item.numVertices()); ++i) {
+        for (std::size_t i = first; i < std::min(first + PointPhases::CHUNK, item.numVertices()); ++i) {
             const float* const position = item.positions.data() + 3 * i;
             box.extend(Vector3d(position[0], position[1], position[2]));
         }
@@ -119,7 +119,7 @@ DrawnItem cloud(const ItemShape& shape, const NumberTuples* normals)
 {
     DrawnItem item;
     takeUsable(item, shape.points);
-    if (item.order->numPoints() == 0)
+    if (item.phases->numPoints() == 0)
         item.sources.clear();
     shape.points.numbers.visit([&item](const auto* numbers, std::size_t) {
         write(item.positions, item, [&](std::size_t source, std::size_t axis) {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "vireo/show/scenes/PointOrder.h"
+#include "vireo/show/scenes/PointPhases.h"
 #include "vireo/show/scenes/SceneBox.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 
@@ -35,30 +35,25 @@ struct DrawnItem
     std::vector<unsigned int> indices;
     bool isIndexed = false; // otherwise all is drawn, in order
 
-    // Of clouds: vertices are stored in this order of those that are left, which `sources` names if some are not. Each
-    // chunk has a box, counted from the origin.
-    std::optional<PointOrder> order;
+    // Of clouds. Each chunk has a box, counted from the origin.
+    std::optional<PointPhases> phases;
     std::vector<SceneBox> chunks;
 
     std::size_t numVertices() const { return positions.size() / 3; }
 
     // The point or vertex as sent, counted from 0, that a vertex is of.
-    std::size_t sourceOf(std::size_t vertex) const
-    {
-        const std::size_t number = order ? order->pointAt(vertex) : vertex;
-        return sources.empty() ? number : sources[number];
-    }
+    std::size_t sourceOf(std::size_t vertex) const { return sources.empty() ? vertex : sources[vertex]; }
 
     // Calls use(source) for each vertex, from the first on.
     template <typename Use>
     void forEachSource(std::size_t numVertices, Use&& use) const
     {
-        const auto useOne = [&](std::size_t number) { use(sources.empty() ? number : sources[number]); };
-        if (!order)
+        if (sources.empty())
             for (std::size_t vertex = 0; vertex < numVertices; ++vertex)
-                useOne(vertex);
-        for (std::size_t chunk = 0; order && chunk < order->numChunks(); ++chunk)
-            order->forEachPlace(chunk, useOne);
+                use(vertex);
+        else
+            for (std::size_t vertex = 0; vertex < numVertices; ++vertex)
+                use(std::size_t(sources[vertex]));
     }
 };
 

@@ -11,8 +11,8 @@
 
 namespace tavo {
 
-// What is under the pointer is found by drawing ids instead of colours: where each point is stored, its chunk and its
-// place in it (see PointOrder). The four bytes of a pixel are such an id, 0 where nothing was drawn.
+// What is under the pointer is found by drawing ids instead of colours: the chunk of each point, and its place in
+// it (see PointPhases). The four bytes of a pixel are such an id, 0 where nothing was drawn.
 //
 // Red and green are the place, which all chunks of all objects take from one buffer of colours. Blue and alpha are the
 // chunk, counted from 1, a constant of the program that draws it. So points have nothing to carry.

@@ -18,16 +18,16 @@ TEST(PointBudgetTest, AsManyPhasesAsAFrameHasTimeFor)
 {
     // 20 ms for points, of 20 ns each.
     const PointBudget budget = budgetOf(20, PointBudget::FRAME - 0.020);
-    EXPECT_EQ(budget.phasesOf(900000), PointOrder::PHASES);
-    EXPECT_EQ(budget.phasesOf(2 * MILLION), PointOrder::PHASES / 2);
+    EXPECT_EQ(budget.phasesOf(900000), PointPhases::ALL);
+    EXPECT_EQ(budget.phasesOf(2 * MILLION), PointPhases::ALL / 2);
     EXPECT_EQ(budget.phasesOf(10 * MILLION), 6u);
     EXPECT_EQ(budget.phasesOf(1000 * MILLION), 1u) << "something is always drawn";
-    EXPECT_EQ(budget.phasesOf(0), PointOrder::PHASES);
+    EXPECT_EQ(budget.phasesOf(0), PointPhases::ALL);
 }
 
 TEST(PointBudgetTest, BeforeAnyFrameAGuessHoldsTheTime)
 {
-    EXPECT_EQ(PointBudget().phasesOf(100000), PointOrder::PHASES);
+    EXPECT_EQ(PointBudget().phasesOf(100000), PointPhases::ALL);
     EXPECT_LT(PointBudget().phasesOf(10 * MILLION), 6u);
 }
 
@@ -49,7 +49,7 @@ TEST(PointMotionTest, TheShareStaysDuringAGesture)
 {
     PointBudget budget = budgetOf(20, PointBudget::FRAME - 0.020);
     PointMotion motion;
-    EXPECT_EQ(motion.numPhases(), PointOrder::PHASES);
+    EXPECT_EQ(motion.numPhases(), PointPhases::ALL);
     motion.move(2 * MILLION, budget);
     EXPECT_EQ(motion.numPhases(), 32u);
     budget = budgetOf(200, 0);
@@ -57,7 +57,7 @@ TEST(PointMotionTest, TheShareStaysDuringAGesture)
     motion.move(MILLION, budget);
     EXPECT_EQ(motion.numPhases(), 32u);
     motion.rest(false);
-    EXPECT_EQ(motion.numPhases(), PointOrder::PHASES) << "all, as soon as it rests";
+    EXPECT_EQ(motion.numPhases(), PointPhases::ALL) << "all, as soon as it rests";
     motion.move(2 * MILLION, budget);
     EXPECT_EQ(motion.numPhases(), 32u) << "the button is still held";
     motion.rest(true);

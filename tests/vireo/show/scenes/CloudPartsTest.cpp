@@ -6,7 +6,7 @@
 #include "tests/vireo/show/scenes/sceneUpdates.h"
 #include "vireo/show/scenes/drawnItem.h"
 
-// Clouds are stored in an order of their own. Nobody sees that.
+// Clouds are drawn in chunks, and without the points that are not finite. Nobody sees that.
 namespace tavo {
 namespace {
 
@@ -60,12 +60,11 @@ int numDifferent(const QImage& one, const QImage& other)
     return number;
 }
 
-// As if there were many clouds, so small that their points are stored as they come. Rounding is another for each: here
-// and there another one of two points is nearer.
-TEST(CloudOrderTest, PicturesAreAsIfPointsWereDrawnAsSent)
+// As if there were many clouds. Rounding is another for each: here and there another one of two points is nearer.
+TEST(CloudPartsTest, PicturesAreAsIfPointsWereDrawnAsSent)
 {
     constexpr std::size_t SIZE = 63;
-    const Cloud cloud = coil(2 * PointOrder::CHUNK + 1000, true);
+    const Cloud cloud = coil(2 * PointPhases::CHUNK + 1000, true);
     SceneUpdate wholeUpdate;
     SceneUpdate partsUpdate;
     wholeUpdate.hasBearings = partsUpdate.hasBearings = false;
@@ -91,13 +90,13 @@ TEST(CloudOrderTest, PicturesAreAsIfPointsWereDrawnAsSent)
     }
 }
 
-TEST(CloudOrderTest, EveryVertexKnowsWhichPointItIs)
+TEST(CloudPartsTest, EveryVertexKnowsWhichPointItIs)
 {
     for (const bool hasNaN : {false, true}) {
-        const Cloud cloud = coil(PointOrder::CHUNK + 5000, hasNaN);
+        const Cloud cloud = coil(PointPhases::CHUNK + 5000, hasNaN);
         ItemUpdate update = item(ItemKind::Cloud, Points(cloud.points));
         const DrawnItem drawn = drawnItem(*update.shape, nullptr, false, false);
-        EXPECT_EQ(drawn.chunks.size(), drawn.order->numChunks());
+        EXPECT_EQ(drawn.chunks.size(), drawn.phases->numChunks());
         std::size_t vertex = 0;
         std::vector<bool> isSeen(cloud.points.size());
         drawn.forEachSource(drawn.numVertices(), [&](std::size_t source) {
@@ -107,8 +106,8 @@ TEST(CloudOrderTest, EveryVertexKnowsWhichPointItIs)
             for (std::size_t axis = 0; axis < 3; ++axis) {
                 const float expected = static_cast<float>(cloud.points[source][axis] - drawn.origin[axis]);
                 ASSERT_EQ(drawn.positions[3 * vertex + axis], expected);
-                ASSERT_LE(drawn.chunks[vertex / PointOrder::CHUNK].getMin()[axis], expected);
-                ASSERT_GE(drawn.chunks[vertex / PointOrder::CHUNK].getMax()[axis], expected);
+                ASSERT_LE(drawn.chunks[vertex / PointPhases::CHUNK].getMin()[axis], expected);
+                ASSERT_GE(drawn.chunks[vertex / PointPhases::CHUNK].getMax()[axis], expected);
             }
             ++vertex;
         });
@@ -118,9 +117,9 @@ TEST(CloudOrderTest, EveryVertexKnowsWhichPointItIs)
     }
 }
 
-TEST(CloudOrderTest, NormalsAreThoseOfTheirPoints)
+TEST(CloudPartsTest, NormalsAreThoseOfTheirPoints)
 {
-    const Cloud cloud = coil(PointOrder::CHUNK + 5000, true);
+    const Cloud cloud = coil(PointPhases::CHUNK + 5000, true);
     ItemUpdate update = item(ItemKind::Cloud, Points(cloud.points));
     std::vector<Vector3d> normals;
     for (std::size_t i = 0; i < cloud.points.size(); ++i)
