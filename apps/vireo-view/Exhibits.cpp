@@ -349,6 +349,11 @@ std::vector<std::string> remarksOn(const std::filesystem::path& file, const Tabl
     for (const std::size_t i : plot.leftOut)
         lines.push_back(
             describe(table, i) + " has times and is left out (--x " + std::to_string(i + 1) + " has it along x)");
+    if (!plot.withoutAxis.empty())
+        lines.push_back(describe(table, plot.withoutAxis.front()) +
+                        (plot.withoutAxis.size() > 1 ? " and others have" : " has") +
+                        " a third unit, and two have an axis: the left one counts " +
+                        (plot.withoutAxis.size() > 1 ? "them, too" : "it, too"));
     for (std::string& line : lines)
         line = printableName(file) + ": " + line;
     return lines;

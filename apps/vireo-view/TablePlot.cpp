@@ -122,11 +122,14 @@ bool isEpoch(const Column& column)
 class Planner
 {
 public:
-    Planner(const std::filesystem::path& file, const Table& table, const ColumnChoice& choice)
+    // Units that have an axis keep it.
+    Planner(const std::filesystem::path& file, const Table& table, const ColumnChoice& choice,
+        const std::vector<std::string>& units = {})
         : m_File(file)
         , m_Table(table)
         , m_Choice(choice)
     {
+        m_Plot.units = units;
         for (const std::string& name : choice.columns)
             if (const std::size_t i = findColumn(file, table, name); !isAsked(i))
                 m_Asked.push_back(i);
@@ -158,6 +161,7 @@ public:
         if (isTime)
             m_Plot.x.unit.clear(); // the axis shows dates
         chooseCurves();
+        chooseAxes();
         nameCurves();
         return m_Plot;
     }
@@ -195,12 +199,41 @@ private:
                                : "has no column of numbers");
     }
 
+    // The first unit has the left axis, the second one the right one, and there are no more axes.
+    void chooseAxes()
+    {
+        constexpr std::size_t MOST_UNITS = 2;
+        std::vector<std::string>& units = m_Plot.units;
+        for (TablePlot::Curve& curve : m_Plot.curves) {
+            const std::string unit = textOf(m_Table.columns[curve.column]).unit;
+            if (std::find(units.begin(), units.end(), unit) == units.end() && units.size() < MOST_UNITS)
+                units.push_back(unit);
+            curve.isOnY2 = units.size() == MOST_UNITS && unit == units.back();
+            if (std::find(units.begin(), units.end(), unit) == units.end())
+                m_Plot.withoutAxis.push_back(curve.column);
+        }
+        m_Plot.y = axisOfCurves(false);
+        m_Plot.y2 = axisOfCurves(true);
+        if (m_Plot.withoutAxis.empty())
+            m_Plot.y.unit = units.front();
+        m_Plot.y2.unit = units.size() == MOST_UNITS ? units.back() : "";
+    }
+
+    // With the name of the only curve that it counts.
+    AxisText axisOfCurves(bool isY2) const
+    {
+        const auto isCounted = [isY2](const TablePlot::Curve& curve) { return curve.isOnY2 == isY2; };
+        const auto begin = m_Plot.curves.begin();
+        const auto end = m_Plot.curves.end();
+        if (std::count_if(begin, end, isCounted) != 1)
+            return {};
+        return {axisOf(std::find_if(begin, end, isCounted)->column).label, {}};
+    }
+
     // Every curve has a name of its own.
     void nameCurves()
     {
-        const std::string unit = textOf(m_Table.columns[m_Plot.curves.front().column]).unit;
-        const bool isShared = std::all_of(m_Plot.curves.begin(), m_Plot.curves.end(),
-            [&](const TablePlot::Curve& curve) { return textOf(m_Table.columns[curve.column]).unit == unit; });
+        const bool isShared = m_Plot.units.size() == 1;
         std::set<std::string> taken;
         for (TablePlot::Curve& curve : m_Plot.curves) {
             const Column& column = m_Table.columns[curve.column];
@@ -210,8 +243,6 @@ private:
             for (int i = 2; !taken.insert(curve.name).second; ++i)
                 curve.name = base + " (" + std::to_string(i) + ")";
         }
-        m_Plot.y.unit = isShared ? unit : "";
-        m_Plot.y.label = m_Plot.curves.size() == 1 ? m_Plot.curves.front().name : "";
     }
 
     const std::filesystem::path& m_File;
@@ -251,7 +282,7 @@ TablePlot planPlot(const std::filesystem::path& file, const Table& table, const 
 TablePlot planAgain(
     const std::filesystem::path& file, const Table& table, const ColumnChoice& choice, const TablePlot& before)
 {
-    TablePlot plot = Planner(file, table, choice).plan(before.xColumn, before.isTime);
+    TablePlot plot = Planner(file, table, choice, before.units).plan(before.xColumn, before.isTime);
     for (TablePlot::Curve& curve : plot.curves)
         for (const TablePlot::Curve& known : before.curves)
             if (known.column == curve.column)
@@ -261,7 +292,7 @@ TablePlot planAgain(
 
 PlotExhibit makePlot(Table table, const TablePlot& plot, const std::string& name)
 {
-    PlotExhibit exhibit{name, plot.x, plot.y, plot.isTime, {}, {}, {}};
+    PlotExhibit exhibit{name, plot.x, plot.y, plot.isTime, {}, {}, {}, plot.y2};
     std::vector<std::size_t> rows;
     bool areAllKept = true;
     if (plot.xColumn) {
@@ -277,7 +308,7 @@ PlotExhibit makePlot(Table table, const TablePlot& plot, const std::string& name
         y.resize(table.numRows, std::nan(""));
         if (!areAllKept)
             keepOnly(y, rows);
-        exhibit.curves.push_back({curve.name, std::move(y)});
+        exhibit.curves.push_back({curve.name, std::move(y), curve.isOnY2});
     }
     return exhibit;
 }

@@ -23,6 +23,7 @@ struct PlotExhibit
     {
         std::string name;
         std::vector<double> y; // NaN is a gap
+        bool isOnY2 = false;
     };
 
     std::string name;
@@ -32,6 +33,7 @@ struct PlotExhibit
     std::vector<double> xs; // empty: 0, 1, 2 ...
     std::vector<Curve> curves;
     std::vector<std::string> remarks; // what a person should know
+    AxisText y2 = {};                 // of curves with a unit of their own
 };
 
 // The columns that a person asks for, each by its name or by its number from 1. What is empty is chosen by the columns.
@@ -58,19 +60,24 @@ struct TablePlot
     {
         std::size_t column;
         std::string name;
+        bool isOnY2 = false;
     };
 
     std::optional<std::size_t> xColumn; // nothing: the number of the row
     bool isTime = false;
     AxisText x;
     AxisText y;
+    AxisText y2;
     std::vector<Curve> curves;
-    std::vector<std::size_t> leftOut; // columns with times that nobody asked for
+    std::vector<std::size_t> leftOut;     // columns with times that nobody asked for
+    std::vector<std::string> units;       // that have an axis: the left one, and maybe the right one
+    std::vector<std::size_t> withoutAxis; // columns with a further unit, which the left axis counts, too
 };
 
 // Unless one is asked for, x is the first column with time stamps, or else the first with numbers if that goes only one
 // way and has a name, or without a name always grows, as times and indices do. All other columns with numbers are
-// curves. A unit that all of them have in brackets behind their names is that of the axis.
+// curves. A unit that all of them have in brackets behind their names is that of the axis; a second one has the right
+// axis.
 //
 // Throws NoSuchColumn, and InputError if no column is left for a curve.
 TablePlot planPlot(const std::filesystem::path& file, const Table& table, const ColumnChoice& choice);

@@ -10,10 +10,15 @@ namespace {
 
 tavo::Plot plotWithAxes(const PlotExhibit& exhibit)
 {
-    return tavo::plot(exhibit.name)
-        .xAxis(exhibit.x.label, exhibit.x.unit)
-        .yAxis(exhibit.y.label, exhibit.y.unit)
-        .timeX(exhibit.isTime);
+    const tavo::Plot plot = tavo::plot(exhibit.name)
+                                .xAxis(exhibit.x.label, exhibit.x.unit)
+                                .yAxis(exhibit.y.label, exhibit.y.unit)
+                                .y2Axis(exhibit.y2.label, exhibit.y2.unit)
+                                .timeX(exhibit.isTime);
+    for (const PlotExhibit::Curve& curve : exhibit.curves)
+        if (curve.isOnY2)
+            plot.style(curve.name, "y2");
+    return plot;
 }
 
 } // namespace

@@ -114,6 +114,13 @@ TEST_F(FollowedPlotTest, SaysWhatIsLeftOut)
     EXPECT_THAT(plot.poll().lines, IsEmpty()) << "once";
 }
 
+TEST_F(FollowedPlotTest, SaysThatAThirdUnitHasNoAxis)
+{
+    write("a.log", "t,p [Pa],T [K],h [%]\n1,2,3,4\n");
+    EXPECT_THAT(follow().poll().lines, ElementsAre(EndsWith("a.log: column 4 'h [%]' has a third unit, and two have an "
+                                                            "axis: the left one counts it, too")));
+}
+
 TEST_F(FollowedPlotTest, NamesTheColumnsThatThereAre)
 {
     write("a.log", "t,p\n");

@@ -133,9 +133,37 @@ TEST_F(TablePlotTest, PutsAUnitThatAllCurvesHaveOnTheAxis)
     const TablePlot one = plan("t,p [Pa]\n1,2\n");
     EXPECT_EQ(one.y.label, "p");
     EXPECT_EQ(one.y.unit, "Pa");
-    const TablePlot different = plan("t,p [Pa],T [K]\n1,2,3\n");
-    EXPECT_EQ(different.y.unit, "");
-    EXPECT_EQ(different.curves[0].name, "p [Pa]");
+}
+
+TEST_F(TablePlotTest, GivesASecondUnitTheRightAxis)
+{
+    const TablePlot two = plan("t,p [Pa],T [K],q [Pa]\n1,2,3,4\n");
+    EXPECT_EQ(two.y.unit, "Pa");
+    EXPECT_EQ(two.y.label, "");
+    EXPECT_EQ(two.y2.unit, "K");
+    EXPECT_EQ(two.y2.label, "T");
+    EXPECT_EQ(two.curves[0].name, "p [Pa]");
+    EXPECT_FALSE(two.curves[0].isOnY2 || two.curves[2].isOnY2);
+    EXPECT_TRUE(two.curves[1].isOnY2);
+    EXPECT_THAT(two.withoutAxis, IsEmpty());
+    EXPECT_TRUE(plot("t,p [Pa],T [K]\n1,2,3\n").curves[1].isOnY2);
+
+    const TablePlot three = plan("t,p [Pa],T [K],h [%]\n1,2,3,4\n");
+    EXPECT_EQ(three.y.unit, "") << "counts two units";
+    EXPECT_EQ(three.y2.unit, "K");
+    EXPECT_FALSE(three.curves[2].isOnY2);
+    EXPECT_THAT(three.withoutAxis, ElementsAre(3));
+}
+
+TEST_F(TablePlotTest, UnitsKeepTheirAxesWhenColumnsGetNumbersLater)
+{
+    const TablePlot before = plan("t,T [K],p [Pa],q [m]\n1,,2,3\n");
+    EXPECT_EQ(before.y.unit, "Pa");
+    const TablePlot later = planAgain(m_File, parse("t,T [K],p [Pa],q [m]\n1,7,2,3\n"), {}, before);
+    EXPECT_EQ(later.curves.size(), 3u);
+    EXPECT_FALSE(later.curves[1].isOnY2);
+    EXPECT_TRUE(later.curves[2].isOnY2);
+    EXPECT_THAT(later.withoutAxis, ElementsAre(1)) << "T came too late";
 }
 
 TEST_F(TablePlotTest, GivesEveryCurveANameOfItsOwn)

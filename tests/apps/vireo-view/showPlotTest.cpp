@@ -40,6 +40,19 @@ TEST_F(ShowPlotTest, CountsTheValuesWhereThereIsNoX)
     EXPECT_EQ(dataOf("a.csv"), "\"p x\",\"p\"\n0,5\n1,7\n");
 }
 
+TEST_F(ShowPlotTest, CountsASecondUnitAtTheRight)
+{
+    PlotExhibit exhibit = m_Exhibit;
+    exhibit.curves[1].isOnY2 = true;
+    exhibit.y2 = {"flow", "kg/s"};
+    showPlot(exhibit);
+    const std::filesystem::path file = directory() / "two.svg";
+    EXPECT_TRUE(tavo::savePicture("a.csv", file.string()));
+    std::ifstream stream(file, std::ios::binary);
+    const std::string svg{std::istreambuf_iterator<char>(stream), {}};
+    EXPECT_THAT(svg, testing::HasSubstr("flow [kg/s]"));
+}
+
 TEST_F(ShowPlotTest, AppendsToTheCurvesThatThereAre)
 {
     appendToPlot(m_Exhibit);

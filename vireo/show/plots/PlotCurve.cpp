@@ -8,6 +8,7 @@
 #include <qwt_plot.h>
 #include <qwt_scale_map.h>
 
+#include "vireo/show/plots/PlotSight.h"
 #include "vireo/show/plots/areas.h"
 #include "vireo/show/plots/colours.h"
 #include "vireo/show/plots/plainText.h"
@@ -136,16 +137,25 @@ void PlotCurve::setHidden(bool isHidden)
     legendChanged();
 }
 
-void PlotCurve::showName()
+QStringList PlotCurve::notes() const
 {
-    QString name = shownText(m_Name, LONGEST_NAME);
     QStringList notes;
     if (m_Samples.numInfinite() > 0)
         notes += QStringLiteral("%1 infinite").arg(m_Samples.numInfinite());
+    const double farthest = std::max({m_Samples.xExtent().to, -m_Samples.xExtent().from, m_Samples.yExtent().to,
+        -m_Samples.yExtent().from, m_Low.yExtent().to, -m_Low.yExtent().from});
+    if (farthest > PlotSight::LARGEST)
+        notes += QStringLiteral("goes beyond %1").arg(PlotSight::LARGEST);
     if (m_NumNotPositive > 0)
         notes += QStringLiteral("%1 not above zero").arg(m_NumNotPositive);
-    if (!notes.isEmpty())
-        name += " (" + notes.join(", ") + ')';
+    return notes;
+}
+
+void PlotCurve::showName()
+{
+    QString name = shownText(m_Name, LONGEST_NAME);
+    if (hasNotes())
+        name += " (" + notes().join(", ") + ')';
     QwtText title = plainText(name);
     if (!isVisible())
         title.setColor(Qt::gray);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <qwt_plot_item.h>
 #include <string>
 
@@ -42,7 +43,7 @@ public:
     void setLog(bool isXLog, bool isYLog);
 
     // Whether the legend says more of it than its name.
-    bool hasNotes() const { return m_Samples.numInfinite() > 0 || m_NumNotPositive > 0; }
+    bool hasNotes() const { return !notes().isEmpty(); }
 
     // Whether samples were ever sent to it, if only none; before that the legend does not have it.
     bool hasCome() const { return m_HasCome; }
@@ -78,6 +79,7 @@ public:
 
 private:
     void showName();
+    QStringList notes() const;
     void countNotPositive();
     bool isGap(std::size_t sample) const;
     void applySamples(CurveSamples& samples);

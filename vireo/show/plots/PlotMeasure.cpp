@@ -194,7 +194,7 @@ void PlotMeasure::measure(const std::vector<const PlotCurve*>& curves, const XSc
             m_Rows.push_back(rowOf(edge.name, statisticsBetween(*edge.samples, from, to)));
 }
 
-void PlotMeasure::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap&, const QRectF& canvas) const
+void PlotMeasure::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF& canvas) const
 {
     if (!m_Places)
         return;
@@ -210,10 +210,57 @@ void PlotMeasure::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScal
         painter->drawLine(QPointF(x, canvas.top()), QPointF(x, canvas.bottom()));
     ink.setAlphaF(0.06);
     painter->fillRect(QRectF(QPointF(std::min(a, b), canvas.top()), QPointF(std::max(a, b), canvas.bottom())), ink);
-    drawTable(*painter, canvas);
+    drawTable(*painter, xMap, yMap, canvas);
 }
 
-void PlotMeasure::drawTable(QPainter& painter, const QRectF& canvas) const
+// How much of a place curves lie on, by slices of it.
+double PlotMeasure::coverOf(const QRectF& place, const QwtScaleMap& xMap, const QwtScaleMap& yMap) const
+{
+    constexpr int NUM_SLICES = 16;
+    const double width = place.width() / NUM_SLICES;
+    const PixelMap x = pixelMapOf(xMap);
+    double covered = 0;
+    for (const QwtPlotItem* item : plot()->itemList()) {
+        const auto* const curve = dynamic_cast<const PlotCurve*>(item);
+        if (!curve || !curve->isVisible())
+            continue;
+        QwtScaleMap map = plot()->canvasMap(curve->yAxis());
+        map.setPaintInterval(yMap.p1(), yMap.p2());
+        const PixelMap y = pixelMapOf(map);
+        for (int i = 0; i < NUM_SLICES; ++i) {
+            const double left = place.left() + i * width;
+            const Extent extent = curve->yExtentWithin(x.toValue(left), x.toValue(left + width));
+            const double top = std::max(y.toPixel(extent.to), place.top());
+            const double bottom = std::min(y.toPixel(extent.from), place.bottom());
+            covered += !extent.isEmpty() && top <= bottom ? width * (bottom - top + 1) : 0;
+        }
+    }
+    return covered;
+}
+
+// The corner where it hides the least. It stays where it was, unless another is much better: it must not jump to and
+// fro while data come.
+QRectF PlotMeasure::placeOfTable(
+    const QSizeF& size, const QRectF& room, const QwtScaleMap& xMap, const QwtScaleMap& yMap) const
+{
+    const auto placeAt = [&](Qt::Corner corner) {
+        const bool isLeft = corner == Qt::TopLeftCorner || corner == Qt::BottomLeftCorner;
+        const bool isTop = corner == Qt::TopLeftCorner || corner == Qt::TopRightCorner;
+        return QRectF(
+            {isLeft ? room.left() : room.right() - size.width(), isTop ? room.top() : room.bottom() - size.height()},
+            size);
+    };
+    double least = coverOf(placeAt(m_Corner), xMap, yMap) / 2;
+    for (const Qt::Corner corner : {Qt::TopLeftCorner, Qt::BottomLeftCorner, Qt::BottomRightCorner, Qt::TopRightCorner})
+        if (const double covered = coverOf(placeAt(corner), xMap, yMap); covered < least) {
+            least = covered;
+            m_Corner = corner;
+        }
+    return placeAt(m_Corner);
+}
+
+void PlotMeasure::drawTable(
+    QPainter& painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF& canvas) const
 {
     painter.setFont(plot()->font());
     const QFontMetricsF font(painter.font(), painter.device());
@@ -226,7 +273,7 @@ void PlotMeasure::drawTable(QPainter& painter, const QRectF& canvas) const
     QColor ground = plot()->palette().color(QPalette::Base);
     ground.setAlphaF(0.9);
     painter.save();
-    painter.translate(room.topLeft());
+    painter.translate(placeOfTable(box.size() * scale, room, xMap, yMap).topLeft());
     painter.scale(scale, scale);
     painter.setPen(QPen(plot()->palette().color(QPalette::Text), 0));
     painter.setBrush(ground);

@@ -43,11 +43,14 @@ public:
     void draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF& canvas) const override;
 
 private:
-    void drawTable(QPainter& painter, const QRectF& canvas) const;
+    void drawTable(QPainter& painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF& canvas) const;
+    QRectF placeOfTable(const QSizeF& size, const QRectF& room, const QwtScaleMap& xMap, const QwtScaleMap& yMap) const;
+    double coverOf(const QRectF& place, const QwtScaleMap& xMap, const QwtScaleMap& yMap) const;
 
     std::optional<std::array<double, 2>> m_Places;
     QString m_Distance;
     std::vector<QStringList> m_Rows;
+    mutable Qt::Corner m_Corner = Qt::TopLeftCorner; // where the table was drawn last
 };
 
 } // namespace tavo

@@ -283,6 +283,7 @@ void PlotView::apply(ViewUpdate& update)
 void PlotView::shareX(const PlotUpdate& update)
 {
     const std::vector<PlotView*> linked = linkedViews();
+    shareScaleOfX(update, linked);
     std::optional<AxisUpdate::Range>& range = m_Axes[PlotSight::X].range;
     bool isLive = false;
     for (const PlotView* view : linked) {
@@ -301,6 +302,25 @@ void PlotView::shareX(const PlotUpdate& update)
         view->m_Window = m_Window;
         view->m_Sight.setWanted(PlotSight::X, range);
         view->m_Sight.setLive(isLive);
+    }
+}
+
+void PlotView::shareScaleOfX(const PlotUpdate& update, const std::vector<PlotView*>& linked)
+{
+    std::optional<bool>& isLog = m_Axes[PlotSight::X].isLog;
+    std::optional<bool>& chosen = m_LogChosen[PlotSight::X];
+    for (const PlotView* view : linked) {
+        if (!update.x.isLog && view->m_Axes[PlotSight::X].isLog)
+            isLog = view->m_Axes[PlotSight::X].isLog;
+        if (view->m_LogChosen[PlotSight::X])
+            chosen = view->m_LogChosen[PlotSight::X];
+    }
+    for (PlotView* view : linked) {
+        view->m_Axes[PlotSight::X].isLog = isLog;
+        view->m_LogChosen[PlotSight::X] = chosen;
+        view->showScale(PlotSight::X);
+        if (view != this)
+            view->showNotes();
     }
 }
 
@@ -367,9 +387,11 @@ void PlotView::applyAxis(PlotSight::Axis axis, AxisUpdate& update)
 
 void PlotView::setLog(PlotSight::Axis axis, bool isLog)
 {
-    m_LogChosen[axis] = isLog;
-    showScale(axis);
-    showNotes();
+    for (PlotView* view : axis == PlotSight::X ? linkedViews() : std::vector<PlotView*>{this}) {
+        view->m_LogChosen[axis] = isLog;
+        view->showScale(axis);
+        view->showNotes();
+    }
     showChoice();
 }
 

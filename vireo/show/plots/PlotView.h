@@ -88,6 +88,7 @@ private:
 
     // Of x, linked plots show what any of them was asked for last, and what a person has chosen in any of them.
     void shareX(const PlotUpdate& update);
+    void shareScaleOfX(const PlotUpdate& update, const std::vector<PlotView*>& linked);
     void showScale(PlotSight::Axis axis);
     void showYAxes();
     void showNotes();

@@ -72,10 +72,11 @@ struct Intervals
 };
 
 // As many as Rice's rule says, or fewer. Where all values are whole numbers each interval has as many of these, or a
-// die would seem to skip some.
+// die would seem to skip some; one, if there are few.
 Intervals intervalsOf(const NumberArray& values)
 {
     constexpr double MOST_WHOLE = 1e15; // whose halves are numbers, too
+    constexpr double FEW_WHOLE = 50;
     Extent extent;
     double numFinite = 0;
     bool areWhole = true;
@@ -94,7 +95,7 @@ Intervals intervalsOf(const NumberArray& values)
     const double number = std::min(std::ceil(2 * std::cbrt(numFinite)), MOST_INTERVALS);
     if (areWhole && extent.from > -MOST_WHOLE && extent.to < MOST_WHOLE) {
         const double numWhole = extent.to - extent.from + 1;
-        const double length = std::ceil(numWhole / number);
+        const double length = numWhole <= FEW_WHOLE ? 1 : std::ceil(numWhole / number);
         return {extent.from - 0.5, length, std::ceil(numWhole / length)};
     }
     if (extent.from == extent.to)

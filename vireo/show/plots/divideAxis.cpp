@@ -55,23 +55,51 @@ AxisDivision linearDivision(const AxisUpdate& axis, const AxisUpdate::Range& ran
     return division;
 }
 
-QString labelOfDecade(double value, bool areWrittenOut)
+// Of 1, 2, 5 or another digit, and a power of ten.
+QString labelOfDecades(double value, bool areWrittenOut)
 {
-    const int exponent = static_cast<int>(std::lround(std::log10(value)));
-    return areWrittenOut ? writtenOut(value, std::max(0, -exponent)) : powerOfTen(exponent);
+    const int exponent = static_cast<int>(std::floor(std::log10(value) + 1e-9));
+    const auto digit = std::lround(value / std::pow(10.0, exponent));
+    if (areWrittenOut)
+        return writtenOut(value, std::max(0, -exponent));
+    return (digit == 1 ? QString() : QString::number(digit) + QStringLiteral("×")) + powerOfTen(exponent);
+}
+
+// All numbers within a range that are one of some digits times a power of ten.
+QList<double> timesPowersOfTen(std::initializer_list<int> digits, const AxisUpdate::Range& range)
+{
+    QList<double> values;
+    const int last = static_cast<int>(std::floor(std::log10(range.to)));
+    for (int exponent = static_cast<int>(std::floor(std::log10(range.from))); exponent <= last; ++exponent)
+        for (const int digit : digits)
+            if (const double value = digit * std::pow(10.0, exponent); value >= range.from && value <= range.to)
+                values += value;
+    return values;
+}
+
+// Where there are no more than two powers of ten, numbers between them tell what the axis is like.
+QwtScaleDiv logTicks(const AxisUpdate::Range& range, int mostTicks)
+{
+    const QList<double> inBetween = timesPowersOfTen({1, 2, 5}, range);
+    const bool areFew = timesPowersOfTen({1}, range).size() <= 2;
+    if (areFew && inBetween.size() > 1 && inBetween.size() <= mostTicks + 1)
+        return QwtScaleDiv(range.from, range.to, timesPowersOfTen({1, 2, 3, 4, 5, 6, 7, 8, 9}, range), {}, inBetween);
+    return QwtLogScaleEngine().divideScale(range.from, range.to, mostTicks, 2 * MINOR_TICKS);
 }
 
 AxisDivision logDivision(const AxisUpdate& axis, const AxisUpdate::Range& range, int mostTicks)
 {
-    if (range.to < range.from * 10)
-        return linearDivision(axis, range, mostTicks);
+    constexpr int FEW_NUMBERS = 2;
     AxisDivision division;
-    division.ticks = QwtLogScaleEngine().divideScale(range.from, range.to, mostTicks, 2 * MINOR_TICKS);
+    division.ticks = logTicks(range, mostTicks);
     const bool areWrittenOut = range.from >= 1e-4 && range.to < 1e6;
     for (const double tick : division.ticks.ticks(QwtScaleDiv::MajorTick))
-        division.labels += labelOfDecade(tick, areWrittenOut);
+        division.labels += labelOfDecades(tick, areWrittenOut);
     division.unit = unitOf(axis);
-    return division;
+    if (range.to >= range.from * 10)
+        return division;
+    AxisDivision linear = linearDivision(axis, range, mostTicks);
+    return linear.labels.size() > std::min(FEW_NUMBERS, division.labels.size() - 1) ? linear : division;
 }
 
 AxisDivision timeDivision(const AxisUpdate::Range& range, int mostTicks)
@@ -132,12 +160,13 @@ AxisDivision divideAxis(const AxisUpdate& axis, const AxisUpdate::Range& range, 
 {
     const double em = font.height();
     const double least = orientation == Qt::Horizontal ? 3 * em : 2 * em; // a label is about that long
-    int mostTicks = std::clamp(static_cast<int>(pixels / least), 1, MOST_TICKS);
+    const bool isLog = axis.isLog.value_or(false);                        // whose ticks are where they are
+    int mostTicks = isLog ? MOST_TICKS : std::clamp(static_cast<int>(pixels / least), 1, MOST_TICKS);
     while (true) {
         AxisDivision division = divisionOf(axis, range, mostTicks);
         const QSizeF label = largestLabel(division.labels, font);
         const double needed = orientation == Qt::Horizontal ? label.width() + em : label.height() + em / 2;
-        if (mostTicks == 1 || distanceOf(division, axis.isLog.value_or(false), pixels) >= needed)
+        if (mostTicks == 1 || distanceOf(division, isLog, pixels) >= needed)
             return division;
         --mostTicks;
     }

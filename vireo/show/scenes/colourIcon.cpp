@@ -1,16 +1,16 @@
 #include "vireo/show/scenes/colourIcon.h"
 
-#include <QIconEngine>
 #include <QLinearGradient>
 #include <QPainter>
-#include <QPixmap>
 #include <algorithm>
+
+#include "vireo/show/window/DrawnIconEngine.h"
 
 namespace tavo {
 
 namespace {
 
-class ColourEngine : public QIconEngine
+class ColourEngine : public DrawnIconEngine
 {
 public:
     ColourEngine(const std::vector<RGBA8>& colours, bool areCategories)
@@ -29,15 +29,6 @@ public:
         painter->setBrush(m_Colours.empty() ? QBrush() : QBrush(gradient));
         painter->drawRoundedRect(inside, 2, 2);
         painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
-    {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, pixmap.rect(), mode, state);
-        return pixmap;
     }
 
     QIconEngine* clone() const override { return new ColourEngine(m_Colours, m_AreCategories); }

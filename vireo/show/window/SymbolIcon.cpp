@@ -1,11 +1,11 @@
 #include "vireo/show/window/SymbolIcon.h"
 
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPixmap>
 #include <QPointer>
 #include <QWidget>
+
+#include "vireo/show/window/DrawnIconEngine.h"
 
 namespace tavo {
 
@@ -85,7 +85,7 @@ QPainterPath pathOf(Symbol symbol)
     return {};
 }
 
-class SymbolEngine : public QIconEngine
+class SymbolEngine : public DrawnIconEngine
 {
 public:
     SymbolEngine(Symbol symbol, const QWidget* on)
@@ -104,15 +104,6 @@ public:
         painter->setPen({palette.color(group, QPalette::WindowText), PEN, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin});
         painter->drawPath(pathOf(m_Symbol));
         painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
-    {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, pixmap.rect(), mode, state);
-        return pixmap;
     }
 
     QIconEngine* clone() const override { return new SymbolEngine(m_Symbol, m_On); }

@@ -96,6 +96,7 @@ TEST(AreasTest, IntervalsOfWholeNumbersHaveAsManyOfThemEach)
     const CurveSamples dice = histogramOf(numbers(throws));
     EXPECT_EQ(values(dice.x), std::vector<double>({1, 2, 3, 4, 5, 6}));
     EXPECT_EQ(values(dice.y), std::vector<double>(6, 100));
+    EXPECT_EQ(values(histogramOf(numbers({1, 6, 6, 2})).y), std::vector<double>({1, 1, 0, 0, 0, 2})) << "also of a few";
     throws.clear();
     for (int i = 0; i < 640; ++i) // Rice would have 18 intervals of 3 and of 4 numbers
         throws.push_back(i % 64 - 32);

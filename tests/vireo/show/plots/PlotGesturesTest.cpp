@@ -436,6 +436,28 @@ TEST_F(PlotGesturesTest, LinkedPlotsShareTheWindow)
     expectSameX(m_View, other, {30 - 2 * 0.87, 30});
 }
 
+TEST_F(PlotGesturesTest, LinkedPlotsShareWhetherXIsLogarithmic)
+{
+    PlotUpdate logarithmic;
+    logarithmic.x.isLog = true;
+    m_View.apply(logarithmic);
+    PlotView other("other");
+    PlotUpdate update;
+    update.links.emplace_back("test");
+    other.apply(update);
+    EXPECT_TRUE(other.isLog(PlotSight::X));
+    PlotUpdate linear;
+    linear.x.isLog = false;
+    other.apply(linear);
+    EXPECT_FALSE(m_View.isLog(PlotSight::X)) << "what was asked for last";
+    choose("logX");
+    EXPECT_TRUE(other.isLog(PlotSight::X)) << "what a person has chosen";
+    other.apply(linear);
+    EXPECT_TRUE(m_View.isLog(PlotSight::X) && other.isLog(PlotSight::X));
+    other.setLog(PlotSight::Y, true);
+    EXPECT_FALSE(m_View.isLog(PlotSight::Y)) << "x alone";
+}
+
 TEST_F(PlotGesturesTest, APlotIsLinkedToWhatAPersonHasChosen)
 {
     dragMouse(m_Canvas, Qt::RightButton, {100, 50}, {300, 250});

@@ -12,6 +12,7 @@
 #include <qwt_plot.h>
 #include <qwt_plot_item.h>
 #include <qwt_scale_map.h>
+#include <sstream>
 #include <utility>
 
 #include "tests/vireo/show/plots/curves.h"
@@ -522,6 +523,40 @@ TEST_F(PlotViewTest, WhatIsMeasuredFitsIntoPlotsOfAnySize)
     }
 }
 
+TEST_F(PlotViewTest, WhatIsMeasuredStandsWhereItHidesTheLeast)
+{
+    PlotMeasure& measure = m_View.getMeasure();
+    measure.turnOn(0.9, 2.1);
+    const auto placeOfTable = [this] {
+        const std::string svg = saved(
+            [&](const QString& file) {
+                return m_View.savePicture(file, {800, 500});
+            },
+            "p.svg");
+        const std::size_t text = svg.find(">dx ");
+        EXPECT_NE(text, std::string::npos);
+        const std::size_t matrix = svg.rfind("matrix(", text);
+        double values[6];
+        std::istringstream numbers(svg.substr(matrix + 7));
+        char comma;
+        for (double& value : values)
+            numbers >> value >> comma;
+        return QPointF(values[4], values[5]);
+    };
+    send("a", {0, 1, 2, 3}, {9, 0, 0, 0}); // falls from the upper left
+    m_View.showMeasure();
+    EXPECT_GT(placeOfTable().x(), 200);
+    EXPECT_LT(placeOfTable().y(), 100);
+    send("a", {0, 1, 2, 3}, {0, 0, 0, 9});
+    m_View.showMeasure();
+    EXPECT_LT(placeOfTable().x(), 200);
+    send("a", {0, 1, 2, 3}, {9, 9, 9, 9.1});
+    PlotUpdate ranged;
+    ranged.y.range = AxisUpdate::Range{0, 10};
+    m_View.apply(ranged);
+    EXPECT_GT(placeOfTable().y(), 250) << "below the curve";
+}
+
 TEST_F(PlotViewTest, DataAreSavedWithAllDigits)
 {
     send("a", {0.1, 1e300}, {1.0 / 3, 5e-324});
@@ -557,6 +592,16 @@ TEST_F(PlotViewTest, PicturesAreSavedAsTheirNamesEnd)
         ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
         EXPECT_TRUE(saved.readAll().startsWith(beginning)) << ending;
     }
+}
+
+TEST_F(PlotViewTest, TheLegendNamesWhatNoAxisReaches)
+{
+    send("a", {0, 1}, {0, 1e308});
+    EXPECT_EQ(legend().toStdString(), "a (goes beyond 4e+307)");
+    send("a", {-1e308, 1}, {0, 1});
+    EXPECT_EQ(legend().toStdString(), "a (goes beyond 4e+307)");
+    send("a", {0, 1}, {0, 1e307});
+    EXPECT_EQ(legend().toStdString(), "");
 }
 
 TEST_F(PlotViewTest, HostileNumbersAreDrawn)
