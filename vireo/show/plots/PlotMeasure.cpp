@@ -161,6 +161,7 @@ PlotMeasure::PlotMeasure()
 void PlotMeasure::turnOff()
 {
     m_Places.reset();
+    m_Corner.reset();
     m_Distance.clear();
     m_Rows.clear();
 }
@@ -250,13 +251,13 @@ QRectF PlotMeasure::placeOfTable(
             {isLeft ? room.left() : room.right() - size.width(), isTop ? room.top() : room.bottom() - size.height()},
             size);
     };
-    double least = coverOf(placeAt(m_Corner), xMap, yMap) / 2;
+    double least = m_Corner ? coverOf(placeAt(*m_Corner), xMap, yMap) / 2 : INFINITY;
     for (const Qt::Corner corner : {Qt::TopLeftCorner, Qt::BottomLeftCorner, Qt::BottomRightCorner, Qt::TopRightCorner})
         if (const double covered = coverOf(placeAt(corner), xMap, yMap); covered < least) {
             least = covered;
             m_Corner = corner;
         }
-    return placeAt(m_Corner);
+    return placeAt(m_Corner.value_or(Qt::TopLeftCorner));
 }
 
 void PlotMeasure::drawTable(

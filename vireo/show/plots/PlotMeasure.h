@@ -50,7 +50,7 @@ private:
     std::optional<std::array<double, 2>> m_Places;
     QString m_Distance;
     std::vector<QStringList> m_Rows;
-    mutable Qt::Corner m_Corner = Qt::TopLeftCorner; // where the table was drawn last
+    mutable std::optional<Qt::Corner> m_Corner; // where the table was drawn last
 };
 
 } // namespace tavo
