@@ -286,8 +286,10 @@ void PlotCurve::drawLines(QPainter& painter, const PixelMap& xMap, const PixelMa
 {
     trace(xMap, yMap);
     painter.setPen(QPen(m_Colour, m_PenWidth + liftedBy, m_PenStyle));
+    painter.setRenderHint(QPainter::Antialiasing, !m_Polylines->areDense);
     for (const QPolygonF& line : m_Polylines->lines)
         painter.drawPolyline(line);
+    painter.setRenderHint(QPainter::Antialiasing);
     drawMarks(painter, m_Polylines->marks, liftedBy);
     drawMarks(painter, m_Marks.points, liftedBy);
     painter.setRenderHint(QPainter::Antialiasing, false);

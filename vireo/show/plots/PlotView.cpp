@@ -364,7 +364,8 @@ void PlotView::sayWhatIsUnsorted()
             names += shortText(curve->getName());
     QString text;
     if (!names.isEmpty())
-        text = tr("Along x go to and fro: %1. Each of their samples is drawn, which takes longer.")
+        text = tr("Along x go to and fro: %1. Each of their samples is drawn, which takes longer. Where they cover the "
+                  "plot many times over, those are drawn that stick out.")
                    .arg(names.mid(0, MOST).join(", ") + (names.size() > MOST ? ", ..." : ""));
     axisWidget(PlotSight::X)->setToolTip(text);
 }

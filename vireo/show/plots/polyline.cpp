@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "vireo/show/plots/denseLines.h"
+
 namespace tavo {
 
 namespace {
@@ -11,6 +13,14 @@ constexpr std::size_t BLOCK = 512;
 
 // Qt loses lines that end too far away.
 constexpr double FARTHEST_PIXEL = 1e6;
+
+// Of a line that goes to and fro. What is thinned out keeps six points of each piece.
+constexpr int MOST_POINTS = 1 << 18;
+constexpr int KEPT_OF_PIECE = 6;
+
+// So many times lines may cover the view: with smooth edges, and at all.
+constexpr double MOST_SMOOTH = 4;
+constexpr double MOST_COVERED = 16;
 
 // Where there are so many samples in a column, they are not looked at one by one.
 constexpr std::size_t MANY_IN_COLUMN = 16;
@@ -108,6 +118,8 @@ public:
             addSamples(seen);
         m_Column.drawInto(m_Line);
         endLine();
+        if (!m_Curve.isSorted())
+            leaveOutWhatIsCovered();
         return std::move(m_Polylines);
     }
 
@@ -125,6 +137,23 @@ private:
         if (!m_Column.has(point))
             m_Column.drawInto(m_Line);
         m_Column.add(point);
+        if (m_Line.size() > MOST_POINTS && !m_Curve.isSorted())
+            m_Line = thinnedOut(m_Line, 4 * KEPT_OF_PIECE);
+    }
+
+    void leaveOutWhatIsCovered()
+    {
+        const QRectF view =
+            QRectF(QPointF(m_XMap.firstPixel, m_YMap.firstPixel), QPointF(m_XMap.lastPixel, m_YMap.lastPixel))
+                .normalized();
+        double covered = 0;
+        for (const QPolygonF& line : m_Polylines.lines)
+            covered += coveredPixels(line, view);
+        const double times = covered / (view.width() * view.height() + 1);
+        m_Polylines.areDense = times > MOST_SMOOTH;
+        if (times > MOST_COVERED)
+            for (QPolygonF& line : m_Polylines.lines)
+                line = thinnedOut(line, static_cast<int>(std::ceil(KEPT_OF_PIECE * times / MOST_COVERED)));
     }
 
     // What is held reaches up to it.

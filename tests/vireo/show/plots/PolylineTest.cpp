@@ -303,6 +303,53 @@ TEST(StepsTest, HoldUntilAGapThatIsManySamplesLong)
     EXPECT_EQ(steps.lines[0].back().y(), 1);
 }
 
+// Samples in disorder, of which two stick out.
+CurveStore disorder(std::size_t count)
+{
+    std::mt19937 random(1);
+    std::uniform_real_distribution<double> number(0.2, 0.8);
+    std::vector<double> x(count);
+    std::vector<double> y(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        x[i] = number(random);
+        y[i] = number(random);
+    }
+    x[count / 3] = 0.01;
+    y[count / 2] = 0.99;
+    CurveStore curve;
+    curve.replace({numbers(x), numbers(y), {}, CurveKind::Line});
+    return curve;
+}
+
+TEST(PolylineDisorderTest, WhatCoversTheViewManyTimesIsThinnedOut)
+{
+    const PixelMap xMap{0, 1, 0, 200};
+    const PixelMap yMap{0, 1, 100, 0};
+    const Polylines few = polylinesOf(disorder(300), xMap, yMap);
+    ASSERT_EQ(few.lines.size(), 1u);
+    EXPECT_FALSE(few.areDense);
+    EXPECT_GT(few.lines[0].size(), 290) << "all of them, as long as they can be told apart";
+
+    const Polylines many = polylinesOf(disorder(1'000'000), xMap, yMap);
+    ASSERT_EQ(many.lines.size(), 1u);
+    EXPECT_TRUE(many.areDense);
+    EXPECT_LT(many.lines[0].size(), 20'000);
+    const QRectF around = many.lines[0].boundingRect();
+    EXPECT_NEAR(around.left(), 0.01 * 200, 1e-9) << "what sticks out stays";
+    EXPECT_NEAR(around.top(), 100 - 0.99 * 100, 1e-9);
+
+    QImage picture(200, 100, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    painter.drawPolyline(many.lines[0]);
+    painter.end();
+    int numWhite = 0;
+    for (int y = 25; y < 75; ++y)
+        for (int x = 45; x < 155; ++x)
+            numWhite += picture.pixelColor(x, y) == Qt::white;
+    EXPECT_EQ(numWhite, 0) << "and what is covered is covered";
+}
+
 TEST(PolylineRangeTest, LinesToFarPlacesAreKept)
 {
     const Polylines lines =
