@@ -140,6 +140,8 @@ void ImageModel::settle()
                                                    : imageStatistics(shownPixels(), m_Look.channel);
     std::tie(m_Look.from, m_Look.to) = wantedRange();
     m_Kept = Kept{range(), m_Look.channel, m_IsDifference};
+    if (!(m_Colours.look() == m_Look))
+        m_Colours = PixelColours(m_Look);
 }
 
 } // namespace tavo

@@ -39,6 +39,7 @@ public:
     const ImagePixels& shownPixels() const { return m_Levels.pixels(); }
 
     const ImageLook& look() const { return m_Look; }
+    const PixelColours& colours() const { return m_Colours; }
     const ImageStatistics& statistics() const { return m_Statistics; }
     ValueCounts counts() const { return countPixels(shownPixels(), m_Look.channel, m_Statistics); }
 
@@ -68,6 +69,7 @@ private:
     ImageSettings m_Choice;
     ImageStatistics m_Statistics; // of the channel that is shown
     ImageLook m_Look;
+    PixelColours m_Colours{m_Look};
     bool m_IsBgr = false;
     bool m_IsBottomUp = false;
 

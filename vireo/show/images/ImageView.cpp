@@ -242,7 +242,7 @@ ImageInk ImageView::ink() const
 
 QImage ImageView::picture(QSize size)
 {
-    return drawImage(m_Model.levels(), m_Model.look(), sightFor(size), size, ink());
+    return drawImage(m_Model.levels(), m_Model.colours(), sightFor(size), size, ink());
 }
 
 std::string ImageView::saveData(const QString& file)
@@ -326,7 +326,7 @@ void ImageView::paintEvent(QPaintEvent*)
     QPainter painter(this);
     if (m_Picture.isNull())
         runGuarded([this] {
-            m_Picture = drawImage(m_Model.levels(), m_Model.look(), m_Sight, sightSize(), ink());
+            m_Picture = drawImage(m_Model.levels(), m_Model.colours(), m_Sight, sightSize(), ink());
             m_Picture.setDevicePixelRatio(devicePixelRatioF());
         });
     painter.drawImage(QPoint(0, 0), m_Picture);

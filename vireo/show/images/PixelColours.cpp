@@ -33,9 +33,8 @@ PixelColours::PixelColours(const ImageLook& look)
         m_Colours[i] = colourOf(map, place);
         m_Levels[i] = static_cast<unsigned char>(std::clamp(std::lround(255 * place), 0L, 255L));
     }
-    m_Colours[SIZE] = COLOUR_OF_NAN;
-    m_Colours[SIZE + 1] = COLOUR_OF_INFINITY;
-    m_Levels[SIZE] = m_Levels[SIZE + 1] = 0;
+    std::fill(m_Colours.begin() + SIZE, m_Colours.end(), COLOUR_OF_INFINITY);
+    m_Colours[ENTRY_OF_NAN] = COLOUR_OF_NAN;
     for (std::size_t i = 0; i < m_ColoursOfBytes.size(); ++i) {
         const double place =
             std::pow(std::clamp((double(i) - look.from) / (look.to - look.from), 0.0, 1.0), 1 / look.gamma);
@@ -52,54 +51,83 @@ std::vector<RGBA8> PixelColours::mapColours() const
     return colours;
 }
 
+// The entries of every few numbers, without a branch, so that the processor finds several at once.
 template <typename T>
-std::size_t PixelColours::entryOf(T number) const
+void PixelColours::findEntries(const T* numbers, int step, int count, int* entries) const
 {
     using Real = std::conditional_t<(sizeof(T) > 4 || std::is_integral_v<T>), double, T>;
-    auto value = static_cast<Real>(number);
-    if constexpr (std::is_floating_point_v<T>) {
-        if (!(std::abs(value) <= std::numeric_limits<Real>::max()))
-            return std::isnan(value) ? SIZE : SIZE + 1;
-    }
-    if (m_Look.isSizeShown)
-        value = std::abs(value);
-    const Real place = (value - static_cast<Real>(m_Look.from)) * static_cast<Real>(m_Scale);
-    return static_cast<std::size_t>(static_cast<int>(std::clamp(place, Real(0), Real(SIZE - 1))));
+    const Real from = static_cast<Real>(m_Look.from);
+    const Real scale = static_cast<Real>(m_Scale);
+    const Real last = SIZE - 1;
+    const bool isSizeShown = m_Look.isSizeShown;
+    const auto find = [=](auto constantStep) {
+        for (int i = 0; i < count; ++i) {
+            const auto number = static_cast<Real>(numbers[std::ptrdiff_t(i) * constantStep]);
+            const Real value = isSizeShown ? std::abs(number) : number;
+            const Real place = (value - from) * scale;
+            const Real above = place > 0 ? place : 0; // also of what is no number
+            const int entry = static_cast<int>(above < last ? above : last);
+            if constexpr (std::is_floating_point_v<T>)
+                entries[i] = entry + (number - number == 0 ? 0 : SIZE) + (number == number ? 0 : SIZE);
+            else
+                entries[i] = entry;
+        }
+    };
+    if (step == 1)
+        find(std::integral_constant<int, 1>()); // which the compiler makes much of
+    else
+        find(step);
 }
 
 template <typename T>
-void PixelColours::convertNumbers(const T* numbers, const ImagePixels& pixels, int count, QRgb* colours) const
+void PixelColours::convertNumbers(const T* numbers, int step, int count, QRgb* colours) const
 {
-    const T* number = numbers + pixels.placeOfChannel(std::min(std::max(m_Look.channel, 0), pixels.channels - 1));
-    for (int i = 0; i < count; ++i, number += pixels.channels) {
-        if constexpr (std::is_same_v<T, std::uint8_t>)
-            colours[i] = m_ColoursOfBytes[*number];
-        else
-            colours[i] = m_Colours[entryOf(*number)];
-    }
+    int entries[CHUNK];
+    findEntries(numbers, step, count, entries);
+    for (int i = 0; i < count; ++i)
+        colours[i] = m_Colours[static_cast<std::size_t>(entries[i])];
+}
+
+void PixelColours::convertNumbers(const std::uint8_t* numbers, int step, int count, QRgb* colours) const
+{
+    for (int i = 0; i < count; ++i)
+        colours[i] = m_ColoursOfBytes[numbers[std::ptrdiff_t(i) * step]];
 }
 
 template <typename T>
 void PixelColours::convertColours(const T* numbers, const ImagePixels& pixels, int count, QRgb* colours) const
 {
+    int entries[3][CHUNK];
+    for (int channel = 0; channel < 3; ++channel)
+        findEntries(numbers + pixels.placeOfChannel(channel), pixels.channels, count, entries[channel]);
+    const auto level = [&](int channel, int i) { return m_Levels[static_cast<std::size_t>(entries[channel][i])]; };
+    for (int i = 0; i < count; ++i) {
+        const int worst = std::max({entries[0][i], entries[1][i], entries[2][i]});
+        colours[i] = worst < static_cast<int>(SIZE) ? qRgb(level(0, i), level(1, i), level(2, i))
+                                                    : m_Colours[static_cast<std::size_t>(worst)];
+    }
+}
+
+void PixelColours::convertColours(
+    const std::uint8_t* numbers, const ImagePixels& pixels, int count, QRgb* colours) const
+{
     const int red = pixels.placeOfChannel(0);
     const int blue = pixels.placeOfChannel(2);
-    const int step = pixels.channels;
-    for (int i = 0; i < count; ++i, numbers += step) {
-        if constexpr (std::is_same_v<T, std::uint8_t>) {
-            colours[i] = m_IsPlain ? qRgb(numbers[red], numbers[1], numbers[blue])
-                                   : qRgb(m_LevelsOfBytes[numbers[red]], m_LevelsOfBytes[numbers[1]],
-                                         m_LevelsOfBytes[numbers[blue]]);
-        } else {
-            const std::size_t r = entryOf(numbers[red]);
-            const std::size_t g = entryOf(numbers[1]);
-            const std::size_t b = entryOf(numbers[blue]);
-            const std::size_t worst = std::max({r, g, b});
-            colours[i] = worst < SIZE                          ? qRgb(m_Levels[r], m_Levels[g], m_Levels[b])
-                         : r == SIZE || g == SIZE || b == SIZE ? COLOUR_OF_NAN
-                                                               : COLOUR_OF_INFINITY;
-        }
+    if (m_IsPlain) {
+        for (int i = 0; i < count; ++i, numbers += pixels.channels)
+            colours[i] = qRgb(numbers[red], numbers[1], numbers[blue]);
+    } else {
+        for (int i = 0; i < count; ++i, numbers += pixels.channels)
+            colours[i] =
+                qRgb(m_LevelsOfBytes[numbers[red]], m_LevelsOfBytes[numbers[1]], m_LevelsOfBytes[numbers[blue]]);
     }
+}
+
+bool PixelColours::areShownAsTheyAre(const ImagePixels& pixels) const
+{
+    const bool areBytes = pixels.numbers.visit(
+        [](const auto* numbers, std::size_t) { return std::is_same_v<decltype(numbers), const std::uint8_t*>; });
+    return m_IsPlain && m_Look.isColour() && pixels.channels == 3 && areBytes && !pixels.isBgr && !pixels.isBottomUp;
 }
 
 void PixelColours::convert(const ImagePixels& pixels, int x, int y, int count, QRgb* colours) const
@@ -107,10 +135,15 @@ void PixelColours::convert(const ImagePixels& pixels, int x, int y, int count, Q
     const std::size_t first =
         pixels.indexOfRow(y) + static_cast<std::size_t>(x) * static_cast<std::size_t>(pixels.channels);
     pixels.numbers.visit([&](const auto* numbers, std::size_t) {
-        if (m_Look.isColour())
-            convertColours(numbers + first, pixels, count, colours);
-        else
-            convertNumbers(numbers + first, pixels, count, colours);
+        for (int done = 0; done < count; done += CHUNK) {
+            const auto* const from = numbers + first + std::ptrdiff_t(done) * pixels.channels;
+            const int numPixels = std::min(CHUNK, count - done);
+            if (m_Look.isColour())
+                convertColours(from, pixels, numPixels, colours + done);
+            else
+                convertNumbers(from + pixels.placeOfChannel(std::min(m_Look.channel, pixels.channels - 1)),
+                    pixels.channels, numPixels, colours + done);
+        }
     });
 }
 

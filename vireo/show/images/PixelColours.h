@@ -35,6 +35,11 @@ class PixelColours
 public:
     explicit PixelColours(const ImageLook& look);
 
+    const ImageLook& look() const { return m_Look; }
+
+    // Whether these pixels are bytes of red, green and blue, which are shown as they are.
+    bool areShownAsTheyAre(const ImagePixels& pixels) const;
+
     // The colours of `count` pixels of a row, from the pixel `x` on.
     void convert(const ImagePixels& pixels, int x, int y, int count, QRgb* colours) const;
 
@@ -43,20 +48,24 @@ public:
 
 private:
     static constexpr std::size_t SIZE = 1024;
+    // Behind those of numbers: what is infinite has one of SIZE entries, what is no number the last one.
+    static constexpr int ENTRY_OF_NAN = 2 * SIZE;
+    static constexpr int CHUNK = 256; // pixels that are converted at a time
 
     template <typename T>
-    void convertNumbers(const T* numbers, const ImagePixels& pixels, int count, QRgb* colours) const;
+    void findEntries(const T* numbers, int step, int count, int* entries) const;
+    template <typename T>
+    void convertNumbers(const T* numbers, int step, int count, QRgb* colours) const;
+    void convertNumbers(const std::uint8_t* numbers, int step, int count, QRgb* colours) const;
     template <typename T>
     void convertColours(const T* numbers, const ImagePixels& pixels, int count, QRgb* colours) const;
-    template <typename T>
-    std::size_t entryOf(T number) const;
+    void convertColours(const std::uint8_t* numbers, const ImagePixels& pixels, int count, QRgb* colours) const;
 
     ImageLook m_Look;
     double m_Scale; // from numbers to entries
     bool m_IsPlain; // bytes are colours as they are
-    // And, behind them, of what is no number and what is infinite.
-    std::array<QRgb, SIZE + 2> m_Colours;
-    std::array<unsigned char, SIZE + 2> m_Levels;
+    std::array<QRgb, 2 * SIZE + 1> m_Colours;
+    std::array<unsigned char, SIZE> m_Levels;
     // Of bytes.
     std::array<QRgb, 256> m_ColoursOfBytes;
     std::array<unsigned char, 256> m_LevelsOfBytes;

@@ -1,7 +1,9 @@
 #include "vireo/show/images/drawImage.h"
 
 #include <QPainter>
+#include <QRegion>
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstring>
 #include <type_traits>
@@ -37,12 +39,24 @@ QRgb* lineOf(QImage& picture, int y)
     return reinterpret_cast<QRgb*>(picture.scanLine(y));
 }
 
+// At 1:1, which Qt does fastest.
+void drawAsTheyAre(QImage& picture, const ImagePixels& pixels, const QPoint& origin, const QRect& seen)
+{
+    const uchar* const bytes =
+        pixels.numbers.visit([](const auto* numbers, std::size_t) { return reinterpret_cast<const uchar*>(numbers); });
+    const QImage part(bytes + pixels.indexOfRow(seen.top()) + static_cast<std::size_t>(seen.left()) * 3, seen.width(),
+        seen.height(), static_cast<int>(pixels.rowStride), QImage::Format_RGB888);
+    QPainter(&picture).drawImage(origin + seen.topLeft(), part);
+}
+
 // The pixels as squares.
 void drawSquares(QImage& picture, const ImagePixels& pixels, const PixelColours& colours, const ImageSight& sight)
 {
     const QRect seen = seenPixels({pixels.width, pixels.height}, sight, picture.size());
     const QPoint origin = sight.origin(picture.size()).toPoint();
     const int side = static_cast<int>(sight.scale);
+    if (side == 1 && colours.areShownAsTheyAre(pixels) && pixels.rowStride <= std::size_t(INT_MAX) && !seen.isEmpty())
+        return drawAsTheyAre(picture, pixels, origin, seen);
     std::vector<QRgb> row(static_cast<std::size_t>(std::max(seen.width(), 0)));
     for (int y = seen.top(); y <= seen.bottom(); ++y) {
         const int top = std::max(origin.y() + y * side, 0);
@@ -101,6 +115,13 @@ void drawReduced(QImage& picture, ImageLevels& levels, const PixelColours& colou
         coloursOf(levels, level, seen, colours));
 }
 
+void fillAround(QImage& picture, const QRectF& image, const QColor& ground)
+{
+    QPainter painter(&picture);
+    for (const QRect& rect : QRegion(picture.rect()).subtracted(image.toAlignedRect().adjusted(1, 1, -1, -1)))
+        painter.fillRect(rect, ground);
+}
+
 int numLines(const ImagePixels& pixels, const ImageLook& look)
 {
     return look.isColour() ? pixels.channels : 1;
@@ -142,11 +163,11 @@ void drawGrid(QPainter& painter, const QRect& seen, const ImageSight& sight, con
 
 // A grid, and in every pixel its numbers.
 void drawValues(
-    QImage& picture, const ImagePixels& pixels, const ImageLook& look, const ImageSight& sight, const QFont& font)
+    QImage& picture, const ImagePixels& pixels, const PixelColours& colours, const ImageSight& sight, const QFont& font)
 {
     constexpr int DIGITS = 4;
     const QRect seen = seenPixels({pixels.width, pixels.height}, sight, picture.size());
-    const PixelColours colours(look);
+    const ImageLook& look = colours.look();
     QPainter painter(&picture);
     drawGrid(painter, seen, sight, picture.size());
     painter.setFont(fontFor(font, sight.scale, numLines(pixels, look)));
@@ -163,21 +184,20 @@ void drawValues(
 } // namespace
 
 QImage drawImage(
-    ImageLevels& levels, const ImageLook& look, const ImageSight& sight, const QSize& size, const ImageInk& ink)
+    ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const QSize& size, const ImageInk& ink)
 {
     QImage picture(size, QImage::Format_RGB32);
     const ImagePixels& pixels = levels.pixels();
     const QRectF all(sight.origin(size), QSizeF(pixels.width, pixels.height) * sight.scale);
-    if (!all.contains(QRectF(picture.rect())))
-        picture.fill(ink.ground);
+    fillAround(picture, all, ink.ground);
     if (pixels.isEmpty())
         return picture;
     if (sight.scale >= 1)
-        drawSquares(picture, pixels, PixelColours(look), sight);
+        drawSquares(picture, pixels, colours, sight);
     else
-        drawReduced(picture, levels, PixelColours(look), sight);
+        drawReduced(picture, levels, colours, sight);
     if (sight.scale >= SCALE_OF_VALUES)
-        drawValues(picture, pixels, look, sight, ink.font);
+        drawValues(picture, pixels, colours, sight, ink.font);
     QPainter painter(&picture);
     painter.setPen(ink.edge);
     painter.drawRect(all.adjusted(-0.5, -0.5, 0.5, 0.5));

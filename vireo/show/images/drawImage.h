@@ -24,7 +24,7 @@ struct ImageInk
 // A picture of what is seen of an image. Its cost goes by the pixels of the picture, once the levels are there that it
 // shows.
 QImage drawImage(
-    ImageLevels& levels, const ImageLook& look, const ImageSight& sight, const QSize& size, const ImageInk& ink);
+    ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const QSize& size, const ImageInk& ink);
 
 // A number as it stands in a pixel or a line of text, with so many digits.
 QString textOfNumber(const ImagePixels& pixels, int x, int y, int channel, int digits);

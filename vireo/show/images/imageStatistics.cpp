@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <numeric>
 #include <type_traits>
 #include <vector>
 
@@ -66,13 +67,20 @@ public:
     // Counts those that are not finite.
     std::size_t include(const T* numbers, std::size_t count)
     {
-        std::size_t numBad = 0;
+        unsigned numBad[LANES] = {};
+        T least[LANES]; // of its own, of which the compiler knows that nothing else changes them
+        T greatest[LANES];
+        std::copy_n(m_Least, LANES, least);
+        std::copy_n(m_Greatest, LANES, greatest);
         std::size_t i = 0;
         for (; i + LANES <= count; i += LANES)
-            numBad += includeLanes(numbers + i);
+            for (std::size_t lane = 0; lane < LANES; ++lane)
+                includeOne(numbers[i + lane], least[lane], greatest[lane], numBad[lane]);
         for (std::size_t lane = 0; i < count; ++i, ++lane)
-            numBad += includeOne(numbers[i], lane);
-        return numBad;
+            includeOne(numbers[i], least[lane], greatest[lane], numBad[lane]);
+        std::copy_n(least, LANES, m_Least);
+        std::copy_n(greatest, LANES, m_Greatest);
+        return std::accumulate(numBad, numBad + LANES, std::size_t(0));
     }
 
     // Of these channels, of so many that pixels have.
@@ -98,25 +106,19 @@ private:
     static bool isFinite(T number)
     {
         if constexpr (std::is_floating_point_v<T>)
-            return std::abs(number) <= std::numeric_limits<T>::max();
+            return number - number == 0;
         else
             return true;
     }
 
-    unsigned includeOne(T number, std::size_t lane)
+    static void includeOne(T number, T& least, T& greatest, unsigned& numBad)
     {
         const bool isGood = isFinite(number);
-        m_Least[lane] = isGood && number < m_Least[lane] ? number : m_Least[lane];
-        m_Greatest[lane] = isGood && number > m_Greatest[lane] ? number : m_Greatest[lane];
-        return isGood ? 0 : 1;
-    }
-
-    std::size_t includeLanes(const T* numbers)
-    {
-        unsigned numBad = 0;
-        for (std::size_t lane = 0; lane < LANES; ++lane)
-            numBad += includeOne(numbers[lane], lane);
-        return numBad;
+        const T low = isGood ? number : std::numeric_limits<T>::max();
+        const T high = isGood ? number : std::numeric_limits<T>::lowest();
+        least = low < least ? low : least;
+        greatest = high > greatest ? high : greatest;
+        numBad += isGood ? 0 : 1;
     }
 
     T m_Least[LANES];
