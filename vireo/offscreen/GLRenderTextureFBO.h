@@ -121,6 +121,9 @@ public:
     bool isActive() const { return m_State == STATE_ACTIVE; }
     bool isBound() const { return m_State == STATE_BOUND; }
 
+    /// The texture that is drawn into; null until a create operation was called.
+    const GLTexture* getTexture() const { return m_Texture; }
+
     /// The GL enumerant of the texture's target.
     /// @needs There must be a texture.
     unsigned int getTextureTarget();

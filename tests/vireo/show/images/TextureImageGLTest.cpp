@@ -1,0 +1,280 @@
+#include <gmock/gmock.h>
+#include <map>
+#include <vector>
+
+#include "tests/vireo/ContextTest.h"
+#include "vireo/context/GLContext.h"
+#include "vireo/context/GLExtensions.h"
+#include "vireo/offscreen/GLImage.h"
+#include "vireo/offscreen/GLRenderTextureFBO.h"
+#include "vireo/show/TextureImage.h"
+#include "vireo/show/delivery/Inbox.h"
+#include "vireo/show/images/ImageUpdate.h"
+#include "vireo/textures/GLTexture2D.h"
+#include "vireo/textures/GLTextureCube.h"
+#include "vireo/textures/GLTextureRect.h"
+
+#include <GL/gl.h>
+#include <GL/glext.h>
+
+namespace tavo {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+std::unique_ptr<ImageUpdate> takeImage()
+{
+    std::unique_ptr<ImageUpdate> image;
+    for (Batch::Part& part : inbox::take())
+        image.reset(static_cast<ImageUpdate*>(part.pending.update.release()));
+    return image;
+}
+
+// From the lowest row.
+std::vector<double> takeNumbers()
+{
+    std::vector<double> numbers;
+    const auto sent = takeImage();
+    if (!sent || !sent->pixels)
+        return numbers;
+    EXPECT_EQ(sent->isBottomUp, true);
+    for (std::size_t i = 0; i < sent->pixels->numbers.size(); ++i)
+        numbers.push_back(sent->pixels->numbers[i]);
+    return numbers;
+}
+
+// What OpenGL says of every parameter there is, of which those that it does not know are left out, and their errors.
+std::map<unsigned int, std::vector<double>> allState()
+{
+    constexpr unsigned int FIRST = 0x0B00;
+    constexpr unsigned int LAST = 0x9200;
+    constexpr std::size_t LARGEST = 64;
+    std::map<unsigned int, std::vector<double>> state;
+    for (unsigned int parameter = FIRST; parameter < LAST; ++parameter) {
+        std::vector<double> values(LARGEST, -12345);
+        glGetDoublev(parameter, values.data());
+        if (glGetError() == GL_NO_ERROR && parameter != GL_TIMESTAMP) // which is the time
+            state[parameter] = values;
+    }
+    return state;
+}
+
+class TextureImageGLTest : public ContextTest
+{
+protected:
+    // Whatever a program may have set that would spoil the reading.
+    void disturb()
+    {
+        glPixelStorei(GL_PACK_ALIGNMENT, 8);
+        glPixelStorei(GL_PACK_ROW_LENGTH, 100);
+        glPixelStorei(GL_PACK_SKIP_PIXELS, 3);
+        glPixelStorei(GL_PACK_SWAP_BYTES, 1);
+        glPixelTransferf(GL_RED_SCALE, 0.5F);
+        glPixelTransferf(GL_GREEN_BIAS, 0.25F);
+        glPixelTransferf(GL_DEPTH_SCALE, 0.5F);
+        glActiveTextureARB(GL_TEXTURE2_ARB);
+        glGenBuffersARB(1, &m_Buffer);
+        glBindBufferARB(GL_PIXEL_PACK_BUFFER_ARB, m_Buffer);
+        glBufferDataARB(GL_PIXEL_PACK_BUFFER_ARB, 1000, nullptr, GL_STREAM_READ_ARB);
+    }
+
+    void TearDown() override
+    {
+        glBindBufferARB(GL_PIXEL_PACK_BUFFER_ARB, 0);
+        if (m_Buffer != 0)
+            glDeleteBuffersARB(1, &m_Buffer);
+        glPixelStorei(GL_PACK_ALIGNMENT, 4);
+        glPixelStorei(GL_PACK_ROW_LENGTH, 0);
+        glPixelStorei(GL_PACK_SKIP_PIXELS, 0);
+        glPixelStorei(GL_PACK_SWAP_BYTES, 0);
+        ContextTest::TearDown();
+    }
+
+private:
+    unsigned int m_Buffer = 0;
+};
+
+TEST_F(TextureImageGLTest, TexelsOfEveryTargetAreRead)
+{
+    char texels[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
+    GLTexture2D flat(context());
+    flat.createFromMemory(2, 2, 4, texels, false);
+    GLTextureRect rectangle(context());
+    rectangle.createFromMemory(4, 1, 1, texels);
+    disturb();
+    image("flat", flat);
+    EXPECT_THAT(takeNumbers(), ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16));
+    image("rectangle", rectangle);
+    EXPECT_THAT(takeNumbers(), ElementsAre(1, 2, 3, 4));
+}
+
+TEST_F(TextureImageGLTest, ALayerOfAVolumeAndALevelOfAPyramidAreRead)
+{
+    char texels[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
+    unsigned int name = 0;
+    glGenTextures(1, &name);
+    struct Volume : GLTexture
+    {
+        Volume(GLContext* context)
+            : GLTexture(context)
+        {
+            m_TextureTarget = GL_TEXTURE_3D;
+        }
+    } volume(context());
+    volume.bind(0);
+    glTexImage3DEXT(GL_TEXTURE_3D, 0, GL_LUMINANCE, 4, 1, 4, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE, texels);
+    glTexImage3DEXT(GL_TEXTURE_3D, 1, GL_LUMINANCE, 2, 1, 2, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE, texels);
+    disturb();
+    image("volume", volume, 0, 2);
+    EXPECT_THAT(takeNumbers(), ElementsAre(9, 10, 11, 12));
+    image("volume", volume, 1, 0);
+    EXPECT_THAT(takeNumbers(), ElementsAre(1, 2));
+    testing::internal::CaptureStderr();
+    image("volume", volume, 0, 4);
+    image("volume", volume, 2, 0);
+    image("volume", volume, -1, 0);
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(said, HasSubstr("level 0 of the texture has no layer 4; what was shown stays"));
+    EXPECT_THAT(said, HasSubstr("level 2 of the texture has no layer 0"));
+    EXPECT_THAT(said, HasSubstr("there is no level -1 and layer 0"));
+    EXPECT_FALSE(takeImage());
+    glDeleteTextures(1, &name);
+}
+
+TEST_F(TextureImageGLTest, FacesOfACubeAreRead)
+{
+    GLTextureCube cube(context());
+    cube.create(1, 4);
+    unsigned char texel[] = {10, 20, 30, 40};
+    cube.bind(0);
+    glTexImage2D(GL_TEXTURE_CUBE_MAP_NEGATIVE_Y, 0, GL_RGBA, 1, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE, texel);
+    disturb();
+    image("cube", cube, 0, 3);
+    EXPECT_THAT(takeNumbers(), ElementsAre(10, 20, 30, 40));
+}
+
+TEST_F(TextureImageGLTest, FloatsKeepTheirPrecision)
+{
+    const float texels[] = {0.1F, -5, 1e10F, 0.5F};
+    GLTextureRect floats(context());
+    floats.bind(0);
+    glTexImage2D(GL_TEXTURE_RECTANGLE_ARB, 0, GL_LUMINANCE32F_ARB, 4, 1, 0, GL_LUMINANCE, GL_FLOAT, texels);
+    disturb();
+    image("floats", floats);
+    EXPECT_THAT(takeNumbers(), ElementsAre(double(0.1F), -5, double(1e10F), 0.5));
+}
+
+TEST_F(TextureImageGLTest, DepthsAreRead)
+{
+    const float texels[] = {0.25F, 0.75F};
+    GLTexture2D depths(context());
+    depths.bind(0);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_DEPTH_COMPONENT, 2, 1, 0, GL_DEPTH_COMPONENT, GL_FLOAT, texels);
+    disturb();
+    image("depths", depths);
+    const std::vector<double> read = takeNumbers();
+    ASSERT_EQ(read.size(), 2U);
+    EXPECT_NEAR(read[0], 0.25, 1e-4);
+    EXPECT_NEAR(read[1], 0.75, 1e-4);
+}
+
+TEST_F(TextureImageGLTest, TargetsAreReadWhateverIsDrawnTo)
+{
+    GLRenderTextureFBO target(context());
+    ASSERT_TRUE(target.create(2, 1, 4, GLRenderTextureFBO::FLAG_DEPTH));
+    target.activate();
+    glClearColor(0.2F, 0.4F, 0.6F, 0.8F);
+    glClearDepth(0.25);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    disturb();
+    image("target", target);
+    EXPECT_THAT(takeNumbers(), ElementsAre(51, 102, 153, 204, 51, 102, 153, 204));
+    depthBufferImage("depths");
+    const std::vector<double> depths = takeNumbers();
+    ASSERT_EQ(depths.size(), 2U);
+    EXPECT_NEAR(depths[0], 0.25, 1e-4);
+    EXPECT_TRUE(target.isActive());
+    target.deactivate();
+    GLImage shared;
+    shared.setup(&target, false);
+    image("image", shared);
+    EXPECT_EQ(takeNumbers().size(), 8U);
+    testing::internal::CaptureStderr();
+    image("empty", GLImage());
+    image("empty target", GLRenderTextureFBO(context()));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("there is no texture yet; what was shown stays"));
+    EXPECT_FALSE(takeImage());
+}
+
+TEST_F(TextureImageGLTest, TheFramebufferIsReadWhereTheViewportIs)
+{
+    glClearColor(0.2F, 0.4F, 0.6F, 1);
+    glClearDepth(0.5);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glViewport(3, 4, 2, 1);
+    disturb();
+    framebufferImage("colours");
+    EXPECT_THAT(takeNumbers(), ElementsAre(51, 102, 153, 51, 102, 153));
+    GLint numBits = 0;
+    glGetIntegerv(GL_DEPTH_BITS, &numBits);
+    if (numBits == 0)
+        return;
+    depthBufferImage("depths");
+    const std::vector<double> read = takeNumbers();
+    ASSERT_EQ(read.size(), 2U);
+    EXPECT_NEAR(read[1], 0.5, 1e-4);
+}
+
+TEST_F(TextureImageGLTest, AllStateIsAsItWas)
+{
+    char texels[16] = {};
+    GLTexture2D other(context());
+    other.createFromMemory(1, 1, 4, texels, false);
+    GLTexture2D flat(context());
+    flat.createFromMemory(2, 2, 4, texels, false);
+    GLTextureCube cube(context());
+    cube.create(2, 4);
+    disturb();
+    other.bind(2);
+    const auto before = allState();
+    EXPECT_GT(before.size(), 300U);
+    image("flat", flat);
+    image("cube", cube, 0, 5);
+    image("flat", flat, 3);
+    framebufferImage("colours");
+    depthBufferImage("depths");
+    for (const auto& [parameter, values] : allState())
+        EXPECT_EQ(values, before.at(parameter)) << std::hex << parameter;
+    takeImage();
+}
+
+TEST_F(TextureImageGLTest, ErrorsThatArePendingStayPending)
+{
+    char texels[16] = {};
+    GLTexture2D flat(context());
+    flat.createFromMemory(2, 2, 4, texels, false);
+    glEnable(0xFFFF);
+    image("flat", flat);
+    EXPECT_EQ(glGetError(), GLenum(GL_INVALID_ENUM));
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    takeImage();
+}
+
+TEST_F(TextureImageGLTest, WithoutAContextThereIsALine)
+{
+    GLTexture2D flat(context());
+    const HDC dc = wglGetCurrentDC();
+    const HGLRC rc = wglGetCurrentContext();
+    wglMakeCurrent(nullptr, nullptr);
+    testing::internal::CaptureStderr();
+    image("flat", flat);
+    framebufferImage("flat");
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+        HasSubstr("image(\"flat\"): no context is current that it could be read in; what was shown stays"));
+    EXPECT_FALSE(takeImage());
+    wglMakeCurrent(dc, rc);
+}
+
+} // namespace
+} // namespace tavo

@@ -1,0 +1,291 @@
+#include "vireo/show/TextureImage.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/text/printable.h"
+#include "tavo/platform/wgl.h"
+#include "vireo/context/GLExtensions.h"
+#include "vireo/context/SavedState.h"
+#include "vireo/offscreen/GLImage.h"
+#include "vireo/offscreen/GLRenderTextureFBO.h"
+#include "vireo/show/delivery/sayOnce.h"
+#include "vireo/textures/GLTexture.h"
+
+#include <GL/gl.h>
+#include <GL/glext.h>
+
+namespace tavo {
+
+namespace {
+
+constexpr int LARGEST_LEVEL = 31;
+
+void refuse(std::string_view name, const std::string& why) noexcept
+{
+    if (isShowOff())
+        return;
+    runGuarded([&] { sayOnce("image(\"" + printable(name, 80) + "\"): " + why + "; what was shown stays"); });
+}
+
+bool isAnyContextCurrent(std::string_view name) noexcept
+{
+    if (isShowOff())
+        return false;
+    if (wglGetCurrentContext())
+        return true;
+    refuse(name, "no context is current that it could be read in");
+    return false;
+}
+
+// Pixels are written as they are, one after the other, while it lives.
+class PlainReading
+{
+public:
+    PlainReading()
+        : m_Storage(GL_CLIENT_PIXEL_STORE_BIT)
+        , m_Transfer(GL_PIXEL_MODE_BIT)
+        , m_HasPixelBuffers(isExtensionSupported("GL_ARB_pixel_buffer_object") && glBindBufferARB)
+    {
+        if (m_HasPixelBuffers) {
+            glGetIntegerv(GL_PIXEL_PACK_BUFFER_BINDING_ARB, &m_PixelBuffer);
+            glBindBufferARB(GL_PIXEL_PACK_BUFFER_ARB, 0);
+        }
+        for (const GLenum zero : {GL_PACK_SWAP_BYTES, GL_PACK_LSB_FIRST, GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS,
+                 GL_PACK_SKIP_PIXELS, GL_PACK_IMAGE_HEIGHT, GL_PACK_SKIP_IMAGES})
+            glPixelStorei(zero, 0);
+        glPixelStorei(GL_PACK_ALIGNMENT, 1);
+        glPixelTransferi(GL_MAP_COLOR, 0);
+        for (const GLenum one : {GL_RED_SCALE, GL_GREEN_SCALE, GL_BLUE_SCALE, GL_ALPHA_SCALE, GL_DEPTH_SCALE})
+            glPixelTransferf(one, 1);
+        for (const GLenum zero : {GL_RED_BIAS, GL_GREEN_BIAS, GL_BLUE_BIAS, GL_ALPHA_BIAS, GL_DEPTH_BIAS})
+            glPixelTransferf(zero, 0);
+    }
+
+    ~PlainReading()
+    {
+        if (m_HasPixelBuffers)
+            glBindBufferARB(GL_PIXEL_PACK_BUFFER_ARB, static_cast<GLuint>(m_PixelBuffer));
+    }
+    PlainReading(const PlainReading&) = delete;
+    PlainReading& operator=(const PlainReading&) = delete;
+
+private:
+    SavedClientAttributes m_Storage;
+    SavedAttributes m_Transfer;
+    bool m_HasPixelBuffers;
+    GLint m_PixelBuffer = 0;
+};
+
+GLenum bindingOf(GLenum target)
+{
+    switch (target) {
+    case GL_TEXTURE_1D: return GL_TEXTURE_BINDING_1D;
+    case GL_TEXTURE_3D: return GL_TEXTURE_BINDING_3D;
+    case GL_TEXTURE_CUBE_MAP: return GL_TEXTURE_BINDING_CUBE_MAP;
+    case GL_TEXTURE_RECTANGLE_ARB: return GL_TEXTURE_BINDING_RECTANGLE_ARB;
+    default: return GL_TEXTURE_BINDING_2D;
+    }
+}
+
+// A texture on the unit that is active.
+class BoundTexture
+{
+public:
+    explicit BoundTexture(const GLTexture& texture)
+        : m_Target(texture.getTextureTarget())
+    {
+        glGetIntegerv(bindingOf(m_Target), &m_Before);
+        glBindTexture(m_Target, texture.getTextureID());
+    }
+    ~BoundTexture() { glBindTexture(m_Target, static_cast<GLuint>(m_Before)); }
+    BoundTexture(const BoundTexture&) = delete;
+    BoundTexture& operator=(const BoundTexture&) = delete;
+
+private:
+    GLenum m_Target;
+    GLint m_Before = 0;
+};
+
+// A level of the texture that is bound.
+class Level
+{
+public:
+    Level(GLenum target, int level)
+        : m_Target(target)
+        , m_Level(level)
+    {}
+
+    int get(GLenum parameter) const
+    {
+        GLint value = 0;
+        glGetTexLevelParameteriv(m_Target, m_Level, parameter, &value);
+        return value;
+    }
+
+    int width() const { return get(GL_TEXTURE_WIDTH); }
+    int height() const { return get(GL_TEXTURE_HEIGHT); }
+    int depth() const { return m_Target == GL_TEXTURE_3D ? get(GL_TEXTURE_DEPTH) : 1; }
+
+    bool areDepths() const { return get(GL_TEXTURE_DEPTH_SIZE) > 0; }
+
+    GLenum format() const
+    {
+        if (areDepths())
+            return GL_DEPTH_COMPONENT;
+        const bool hasAlpha = get(GL_TEXTURE_ALPHA_SIZE) > 0;
+        if (get(GL_TEXTURE_LUMINANCE_SIZE) > 0)
+            return hasAlpha ? GL_LUMINANCE_ALPHA : GL_RED;
+        if (get(GL_TEXTURE_BLUE_SIZE) > 0)
+            return hasAlpha ? GL_RGBA : GL_RGB;
+        if (get(GL_TEXTURE_GREEN_SIZE) > 0)
+            return GL_RG;
+        return hasAlpha && get(GL_TEXTURE_RED_SIZE) == 0 ? GL_ALPHA : GL_RED;
+    }
+
+    // Of the largest component.
+    int numBits() const
+    {
+        int bits = 0;
+        for (const GLenum size : {GL_TEXTURE_RED_SIZE, GL_TEXTURE_GREEN_SIZE, GL_TEXTURE_BLUE_SIZE,
+                 GL_TEXTURE_ALPHA_SIZE, GL_TEXTURE_LUMINANCE_SIZE, GL_TEXTURE_INTENSITY_SIZE})
+            bits = std::max(bits, get(size));
+        return bits;
+    }
+
+    bool areFloats() const
+    {
+        if (areDepths())
+            return true;
+        if (!isExtensionSupported("GL_ARB_texture_float"))
+            return false;
+        for (const GLenum type : {GL_TEXTURE_RED_TYPE_ARB, GL_TEXTURE_ALPHA_TYPE_ARB, GL_TEXTURE_LUMINANCE_TYPE_ARB,
+                 GL_TEXTURE_INTENSITY_TYPE_ARB})
+            if (get(type) == GL_FLOAT)
+                return true;
+        return false;
+    }
+
+private:
+    GLenum m_Target;
+    int m_Level;
+};
+
+int channelsOf(GLenum format)
+{
+    switch (format) {
+    case GL_RGBA: return 4;
+    case GL_RGB: return 3;
+    case GL_RG:
+    case GL_LUMINANCE_ALPHA: return 2;
+    default: return 1;
+    }
+}
+
+std::size_t countOf(int width, int height, int depth, int channels)
+{
+    return static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * static_cast<std::size_t>(depth) *
+           static_cast<std::size_t>(channels);
+}
+
+template <Number T>
+void sendLayer(std::string_view name, GLenum target, int level, int layer, GLenum type)
+{
+    const Level read(target, level);
+    const GLenum format = read.format();
+    const int channels = channelsOf(format);
+    std::vector<T> texels(countOf(read.width(), read.height(), read.depth(), channels));
+    {
+        const PlainReading plain;
+        glGetTexImage(target, level, format, type, texels.data());
+    }
+    if (read.depth() > 1) {
+        const std::size_t size = countOf(read.width(), read.height(), 1, channels);
+        const auto first = texels.begin() + static_cast<std::ptrdiff_t>(size) * layer;
+        texels = std::vector<T>(first, first + static_cast<std::ptrdiff_t>(size));
+    }
+    image(name, std::move(texels), read.width(), read.height(), channels).bottomUp();
+}
+
+void sendTexture(std::string_view name, const GLTexture& texture, int level, int layer)
+{
+    constexpr int FACES = 6;
+    const BoundTexture bound(texture);
+    const bool isCube = texture.getTextureTarget() == GL_TEXTURE_CUBE_MAP;
+    if (level < 0 || level > LARGEST_LEVEL || layer < 0 || (isCube && layer >= FACES))
+        return refuse(name, "there is no level " + std::to_string(level) + " and layer " + std::to_string(layer));
+    const GLenum target =
+        isCube ? GL_TEXTURE_CUBE_MAP_POSITIVE_X + static_cast<GLenum>(layer) : texture.getTextureTarget();
+    const Level read(target, level);
+    if (read.width() <= 0 || read.height() <= 0 || (!isCube && layer >= read.depth()))
+        return refuse(name, "level " + std::to_string(level) + " of the texture has no layer " + std::to_string(layer));
+    if (read.areFloats())
+        sendLayer<float>(name, target, level, layer, GL_FLOAT);
+    else if (read.numBits() > 8)
+        sendLayer<std::uint16_t>(name, target, level, layer, GL_UNSIGNED_SHORT);
+    else
+        sendLayer<std::uint8_t>(name, target, level, layer, GL_UNSIGNED_BYTE);
+}
+
+template <Number T>
+void sendFramebuffer(std::string_view name, GLenum format, GLenum type)
+{
+    GLint viewport[4] = {};
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    std::vector<T> pixels(countOf(viewport[2], viewport[3], 1, channelsOf(format)));
+    {
+        const PlainReading plain;
+        glReadPixels(viewport[0], viewport[1], viewport[2], viewport[3], format, type, pixels.data());
+    }
+    image(name, std::move(pixels), viewport[2], viewport[3], channelsOf(format)).bottomUp();
+}
+
+} // namespace
+
+Image image(std::string_view name, const GLTexture& texture, int level, int layer, const Statement&)
+{
+    if (isAnyContextCurrent(name))
+        runGuarded([&] { sendTexture(name, texture, level, layer); });
+    return image(name);
+}
+
+Image image(std::string_view name, const GLRenderTextureFBO& target, const Statement&)
+{
+    if (const GLTexture* const texture = target.getTexture())
+        return image(name, *texture);
+    refuse(name, "there is no texture yet");
+    return image(name);
+}
+
+Image image(std::string_view name, const GLImage& picture, const Statement&)
+{
+    if (const GLRenderTextureFBO* const target = picture.getRenderTexture())
+        return image(name, *target);
+    refuse(name, "there is no texture yet");
+    return image(name);
+}
+
+Image framebufferImage(std::string_view name, const Statement&)
+{
+    if (isAnyContextCurrent(name))
+        runGuarded([&] { sendFramebuffer<std::uint8_t>(name, GL_RGB, GL_UNSIGNED_BYTE); });
+    return image(name);
+}
+
+Image depthBufferImage(std::string_view name, const Statement&)
+{
+    if (!isAnyContextCurrent(name))
+        return image(name);
+    GLint numBits = 0;
+    glGetIntegerv(GL_DEPTH_BITS, &numBits);
+    if (numBits == 0)
+        refuse(name, "what is drawn to has no depths");
+    else
+        runGuarded([&] { sendFramebuffer<float>(name, GL_DEPTH_COMPONENT, GL_FLOAT); });
+    return image(name);
+}
+
+} // namespace tavo
