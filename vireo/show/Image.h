@@ -110,7 +110,7 @@ protected:
 ///     #include <vireo/show/Image.h>
 ///
 ///     const std::vector<float> padded(128 * 100);
-///     const tavo::Image kept = tavo::image("padded", padded.data(), 100, 100).stride(128 * sizeof(float));
+///     tavo::SentImage(tavo::image("padded"), padded.data(), 100, 100, 1).stride(128 * sizeof(float));
 class VIREO_SHOW_EXPORT SentImage : public Image
 {
 public:
