@@ -32,6 +32,8 @@ protected:
             plot("shared").curve("a", samples).points("b", samples, samples).append("c", round, thread);
             kept.append("d", samples, samples).keep("d", 5000).title(own).colour("d", {1, 2, 3, 255});
             plot(own).curve("y", {round}).xAxis("x", "s").yAxis("y", "m").xRange(0, 2).yRange(-1, round);
+            image("image", samples, 100, 10).percentiles(1, 99).link(image(own + " image"));
+            image(own + " image", samples.data(), 25, 10, 3).stride(32 * 3 * sizeof(double)).difference("image");
             {
                 const Statement together;
                 plot("shared").curve(own, samples).remove("b");
@@ -42,7 +44,12 @@ protected:
         }
     }
 
-    void sendLast(int thread) const { plot("own " + std::to_string(thread)).clear().curve("y", {1000 + thread}); }
+    void sendLast(int thread) const
+    {
+        const std::string own = "own " + std::to_string(thread);
+        plot(own).clear().curve("y", {1000 + thread});
+        image(own + " image", {2000 + thread}, 1, 1);
+    }
 
     std::string saved(const std::string& name) const
     {
@@ -58,8 +65,11 @@ protected:
     {
         runInThreads([this](int thread) { callEverything(thread); }, serve);
         runInThreads([this](int thread) { sendLast(thread); }, serve);
-        for (int thread = 0; thread < NUM_THREADS; ++thread)
-            EXPECT_EQ(saved("own " + std::to_string(thread)), "0," + std::to_string(1000 + thread));
+        for (int thread = 0; thread < NUM_THREADS; ++thread) {
+            const std::string own = "own " + std::to_string(thread);
+            EXPECT_EQ(saved(own), "0," + std::to_string(1000 + thread));
+            EXPECT_EQ(saved(own + " image"), "0,0," + std::to_string(2000 + thread));
+        }
         closeWindow();
     }
 
