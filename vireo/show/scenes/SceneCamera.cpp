@@ -121,6 +121,12 @@ void SceneCamera::pan(double x, double y, double depth, const Size& size)
     m_Pivot = m_Pivot - (x * units) * toTheRight() + (y * units) * upwards();
 }
 
+void SceneCamera::walk(const Vector3d& way)
+{
+    const Vector3d ahead = cross({0, 0, 1}, toTheRight());
+    m_Pivot = m_Pivot + way[0] * toTheRight() + way[1] * ahead + Vector3d(0, 0, way[2]);
+}
+
 void SceneCamera::zoom(double factor, const Vector3d& towards)
 {
     const double nearest = std::max(1e-14 * length(m_Pivot), 1e-30); // doubles tell no more apart

@@ -76,6 +76,9 @@ public:
     // Moves so that what is at that depth moves by as many pixels.
     void pan(double x, double y, double depth, const Size& size);
 
+    // Moves, in units of the scene: to the right, ahead without climbing, and up.
+    void walk(const Vector3d& way);
+
     // Makes everything look that many times as large, and leaves a point where it is in the picture.
     void zoom(double factor, const Vector3d& towards);
 

@@ -22,7 +22,7 @@ class SceneView;
 // or, on nothing, shows all, as Home does. o switches between the two projections, b shows and hides the bearings; 1, 3
 // and 7 look from the front, the right and the top, and with Ctrl from the opposite sides. Alt with the wheel, + and -
 // change the size of points; p shows and hides the panel, and Tab colours the selected item by its next field. c shows
-// only what is in a box, and x, y and z make that a slab (see ClipHandles).
+// only what is in a box, and x, y and z make that a slab (see ClipHandles); g walks through the scene (see SceneWalk).
 //
 // Where the pointer rests, and where it clicks, the view says what is there; Esc takes away what was clicked.
 class SceneGestures : public QObject

@@ -12,6 +12,7 @@
 #include "vireo/show/scenes/OrientationMark.h"
 #include "vireo/show/scenes/SceneGestures.h"
 #include "vireo/show/scenes/ScenePanel.h"
+#include "vireo/show/scenes/SceneWalk.h"
 #include "vireo/show/scenes/sceneData.h"
 #include "vireo/show/window/windowMemory.h"
 
@@ -58,6 +59,7 @@ SceneView::SceneView(const std::string& name)
     connect(&m_RefinementTimer, &QTimer::timeout, this, [this] { runGuarded([this] { refine(); }); });
     m_Gestures = std::make_unique<SceneGestures>(*this);
     m_Mark = std::make_unique<OrientationMark>(*this);
+    m_Walk = std::make_unique<SceneWalk>(*this);
     m_ClipHandles = std::make_unique<ClipHandles>(*this);
     m_Panel->hide();
     connect(m_Panel, &ScenePanel::widthWanted, this, [this] {
@@ -475,6 +477,7 @@ void SceneView::paintEvent(QPaintEvent*)
     }
     painter.drawImage(QPoint(0, 0), m_Picture);
     runGuarded([&] { paintOverlays(painter, room(sceneSize()), m_Camera, m_Mark->hovered()); });
+    m_Walk->draw(painter, look(1));
     m_ClipHandles->draw(painter, look(1));
     m_Marks.paint(painter, m_Camera, sceneSize(), look(1));
     const SceneRenderer::PointTime time = m_Renderer.getPointTime();

@@ -23,6 +23,7 @@ class ClipHandles;
 class OrientationMark;
 class SceneGestures;
 class ScenePanel;
+class SceneWalk;
 
 // A scene: its items, and from where they are seen. It is drawn in the context of all scenes, and shows the picture.
 class SceneView : public View
@@ -71,6 +72,9 @@ public:
 
     const SceneModel& getModel() const { return m_Model; }
 
+    // Of all that is visible.
+    SceneBox box() { return m_Model.box(); }
+
     // Has a person choose how items are shown: calls `choose(SceneChoices&)`, or changes what was chosen of one that
     // is there.
     void choose(const std::function<void(SceneChoices&)>& choose);
@@ -105,6 +109,9 @@ public:
 
     // Returns whether there were any pins.
     bool clearPins();
+
+    // The way of a person through the scene.
+    const SceneWalk& getWalk() const { return *m_Walk; }
 
     const SceneMarks& getMarks() const { return m_Marks; }
 
@@ -160,7 +167,8 @@ private:
     Stopwatch m_SinceShown;   // the last picture of a refinement
     QImage m_Picture;         // null if it has to be drawn
     std::unique_ptr<SceneGestures> m_Gestures;
-    std::unique_ptr<OrientationMark> m_Mark;    // sees events before the gestures do
+    std::unique_ptr<OrientationMark> m_Mark; // sees events before the gestures do
+    std::unique_ptr<SceneWalk> m_Walk;
     std::unique_ptr<ClipHandles> m_ClipHandles; // see them first
     ScenePanel* m_Panel;                        // a child of the widget
     std::optional<bool> m_IsPanelWanted;        // by a person
