@@ -48,7 +48,7 @@ public:
     PlainReading()
         : m_Storage(GL_CLIENT_PIXEL_STORE_BIT)
         , m_Transfer(GL_PIXEL_MODE_BIT)
-        , m_HasPixelBuffers(isExtensionSupported("GL_ARB_pixel_buffer_object") && glBindBufferARB)
+        , m_HasPixelBuffers(isExtensionSupported("GL_ARB_pixel_buffer_object"))
     {
         if (m_HasPixelBuffers) {
             glGetIntegerv(GL_PIXEL_PACK_BUFFER_BINDING_ARB, &m_PixelBuffer);
