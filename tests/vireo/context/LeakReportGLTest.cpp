@@ -2,6 +2,7 @@
 
 #include "tests/vireo/ContextTest.h"
 #include "tests/vireo/DebugText.h"
+#include "tests/vireo/PrivateMember.h"
 #include "tests/vireo/volume/VolumeTest.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/LeakReport.h"
@@ -16,6 +17,13 @@
 #include "vireo/volume/SliceVolumeRenderer.h"
 
 namespace tavo {
+
+struct FirstTextureMember
+{
+    friend auto memberOf(FirstTextureMember);
+};
+template struct PrivateMember<FirstTextureMember, &GLRenderTextureFBO::m_Texture>;
+
 namespace {
 
 using testing::ElementsAre;
@@ -147,6 +155,7 @@ TEST_F(LeakReportGLTest, ReportsWhatASecondCreateLeavesBehind)
 {
     GLRenderTextureFBO target(context());
     ASSERT_TRUE(target.create(8, 8, 4, GLRenderTextureFBO::FLAG_DEPTH));
+    const std::unique_ptr<GLTexture> firstTexture(target.*memberOf(FirstTextureMember()));
     ASSERT_TRUE(target.create(4, 4, 4, 0));
     EXPECT_THAT(ofTree().getNeverDeleted(), ElementsAre(group("framebuffer", "GLRenderTextureFBO", 1, 0),
                                                 group("renderbuffer", "GLRenderTextureFBO", 1, 8 * 8 * 4)));
