@@ -12,7 +12,7 @@ namespace {
 constexpr int MOST_DIGITS = 9;
 constexpr int SMALLEST_WRITTEN_OUT = -3; // as powers of ten
 constexpr int LARGEST_WRITTEN_OUT = 5;
-constexpr double LARGEST_OFFSET_WRITTEN_OUT = 1e15;
+constexpr double LARGEST_OFFSET_WRITTEN_OUT = 1e17;
 
 // Of the leading digit.
 int exponentOf(double value)

@@ -8,7 +8,6 @@ namespace tavo {
 namespace {
 
 constexpr double SMALLEST_LENGTH = 1e-290;
-constexpr double MOST_DECADES = 300;
 constexpr std::size_t MOST_REMEMBERED = 100;
 
 bool areEqual(const std::optional<AxisUpdate::Range>& a, const std::optional<AxisUpdate::Range>& b)
@@ -31,7 +30,9 @@ AxisUpdate::Range showable(AxisUpdate::Range range, bool isLog, double smallestF
     const double to = std::clamp(range.to, -PlotSight::LARGEST, PlotSight::LARGEST);
     if (isLog && to < SMALLEST_LENGTH)
         return {1, 10};
-    const auto canBegin = [to](double first) { return first > 0 && to / first < std::pow(10, MOST_DECADES); };
+    const auto canBegin = [to](double first) { return first > 0 && to / first <= PlotSight::LARGEST_RATIO; };
+    if (isLog && from > 0 && !canBegin(from))
+        return {to / PlotSight::LARGEST_RATIO, to};
     if (isLog && !canBegin(from))
         return {canBegin(smallestFitted) && smallestFitted < to ? smallestFitted : to * 1e-6, to};
     const double least = smallestLength(from, to);

@@ -25,6 +25,9 @@ public:
     // Of the numbers on an axis: the shortest length of it, which doubles tell apart.
     static constexpr double SMALLEST_PART = 1e-13;
 
+    // Of the ends of a logarithmic axis.
+    static constexpr double LARGEST_RATIO = 1e299;
+
     enum Axis : std::size_t
     {
         X,

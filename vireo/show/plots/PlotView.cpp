@@ -19,6 +19,7 @@
 #include <qwt_plot_renderer.h>
 #include <qwt_scale_engine.h>
 #include <qwt_scale_widget.h>
+#include <qwt_transform.h>
 #include <set>
 #include <string_view>
 
@@ -106,15 +107,16 @@ AxisUpdate::Range rangeOf(const Extent& extent, double margin)
     return {std::max(from - margin * length, -LARGEST), std::min(to + margin * length, LARGEST)};
 }
 
-// The same along an axis that has positive numbers alone.
+// The same along an axis that has positive numbers alone. Of more decades than it can have, it has the highest.
 AxisUpdate::Range logRangeOf(const Extent& extent, double margin)
 {
     if (extent.isEmpty() || extent.from <= 0)
         return {1, 10};
     if (extent.from == extent.to)
         return {extent.from / 10, extent.from * 10};
-    const double factor = std::pow(extent.to / extent.from, margin);
-    return {std::max(extent.from / factor, 1e-300), std::min(extent.to * factor, 1e307)};
+    const double factor = std::pow(10, margin * (std::log10(extent.to) - std::log10(extent.from)));
+    const double to = std::min(extent.to, 1e307 / factor) * factor;
+    return {std::max({extent.from / factor, to / PlotSight::LARGEST_RATIO, 1e-300}), to};
 }
 
 // The same along a clock: a moment has some seconds around it, not some years.
@@ -131,6 +133,22 @@ AxisUpdate::Range timeRangeOf(const Extent& extent, double margin)
 AxisUpdate::Range rangeOf(const Extent& extent, double margin, bool isLog)
 {
     return isLog ? logRangeOf(extent, margin) : rangeOf(extent, margin);
+}
+
+// Of all numbers above zero; Qwt's own ends at 1e150.
+class LogTransform : public QwtTransform
+{
+public:
+    double transform(double value) const override { return std::log(value); }
+    double invTransform(double value) const override { return std::exp(value); }
+    QwtTransform* copy() const override { return new LogTransform; }
+};
+
+QwtScaleEngine* makeLogEngine()
+{
+    auto* const engine = new QwtLogScaleEngine;
+    engine->setTransformation(new LogTransform);
+    return engine;
 }
 
 QwtPlot* makePlot(QWidget* parent)
@@ -405,7 +423,7 @@ void PlotView::showScale(PlotSight::Axis axis)
         return;
     m_Sight.setLog(axis, isLog);
     if (isLog)
-        m_Plot->setAxisScaleEngine(QWT_AXES[axis], new QwtLogScaleEngine);
+        m_Plot->setAxisScaleEngine(QWT_AXES[axis], makeLogEngine());
     else
         m_Plot->setAxisScaleEngine(QWT_AXES[axis], new QwtLinearScaleEngine);
 }

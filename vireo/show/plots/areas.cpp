@@ -112,7 +112,7 @@ std::vector<QRectF> barsOf(const CurveStore& curve, const PixelMap& xMap, const 
     visitTogether(curve, xMap, width, [&](std::size_t first, std::size_t last) {
         const Extent extent = extentOfSamples(curve, first, last);
         const double x = curve.x(first);
-        if (extent.isEmpty() || !std::isfinite(x))
+        if (extent.isEmpty() || !std::isfinite(x) || (yMap.isLog && extent.to <= 0))
             return;
         const double left = pixelAt(xMap, x - width / 2);
         const double right = std::max(pixelAt(xMap, curve.x(last - 1) + width / 2), left + 1);

@@ -2,6 +2,7 @@
 
 #include <QFontMetricsF>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <qwt_scale_engine.h>
 
@@ -77,6 +78,19 @@ QList<double> timesPowersOfTen(std::initializer_list<int> digits, const AxisUpda
     return values;
 }
 
+// Powers of ten that Qwt has no ticks for.
+QwtScaleDiv farTicks(const AxisUpdate::Range& range, int mostTicks)
+{
+    const QList<double> powers = timesPowersOfTen({1}, range);
+    constexpr std::array STEPS = {1, 2, 5, 10, 20, 50, 100, 200, 500};
+    const int step = *std::lower_bound(STEPS.begin(), STEPS.end() - 1, powers.size() / mostTicks + 1);
+    QList<double> ticks;
+    for (const double power : powers)
+        if (std::lround(std::log10(power)) % step == 0)
+            ticks += power;
+    return QwtScaleDiv(range.from, range.to, {}, {}, ticks);
+}
+
 // Where there are no more than two powers of ten, numbers between them tell what the axis is like.
 QwtScaleDiv logTicks(const AxisUpdate::Range& range, int mostTicks)
 {
@@ -84,6 +98,8 @@ QwtScaleDiv logTicks(const AxisUpdate::Range& range, int mostTicks)
     const bool areFew = timesPowersOfTen({1}, range).size() <= 2;
     if (areFew && inBetween.size() > 1 && inBetween.size() <= mostTicks + 1)
         return QwtScaleDiv(range.from, range.to, timesPowersOfTen({1, 2, 3, 4, 5, 6, 7, 8, 9}, range), {}, inBetween);
+    if (range.from < 1e-100 || range.to > 1e100)
+        return farTicks(range, mostTicks);
     return QwtLogScaleEngine().divideScale(range.from, range.to, mostTicks, 2 * MINOR_TICKS);
 }
 

@@ -106,6 +106,13 @@ TEST(AreasTest, IntervalsOfWholeNumbersHaveAsManyOfThemEach)
     EXPECT_EQ(values(histogramOf(numbers({-1e300, 1e300})).y), std::vector<double>({1, 0, 1})) << "has no halves";
 }
 
+TEST(AreasTest, BarsThatAreNotAboveZeroHaveNoPlaceOnALogarithmicAxis)
+{
+    const PixelMap xMap{-1, 3, 0, 100};
+    EXPECT_EQ(barsOf(storeOf({0, 1, 2}, {10, 0, -5}), xMap, {1, 100, 100, 0, true}, 0.8).size(), 1u);
+    EXPECT_EQ(barsOf(storeOf({0, 1, 2}, {10, 0, -5}), xMap, {-10, 100, 100, 0}, 0.8).size(), 3u);
+}
+
 TEST(AreasTest, BarsAreAsWideAsTheNearestNeighboursAllow)
 {
     EXPECT_EQ(leastDistance(storeOf({0, 2, 2, 2.5}, {0, 0, 0, 0})), 0.5);

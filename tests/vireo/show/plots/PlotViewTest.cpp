@@ -295,6 +295,24 @@ TEST_F(PlotViewTest, ALogarithmicAxisBeginsWithTheSmallestPositiveNumber)
     EXPECT_EQ(legend().toStdString(), "") << "one curve of which there is nothing to say";
 }
 
+TEST_F(PlotViewTest, ALogarithmicAxisShowsTheHighestOfHundredsOfDecades)
+{
+    std::vector<double> x;
+    std::vector<double> y;
+    for (int i = 0; i < 600; ++i) {
+        x.push_back(i);
+        y.push_back(std::pow(10.0, i - 300));
+    }
+    send("a", x, y);
+    m_View.setLog(PlotSight::Y, true);
+    const PlotSight::Range range = m_View.getSight().range(PlotSight::Y);
+    EXPECT_GE(range.to, 1e299);
+    EXPECT_LT(range.from, 1e10);
+    EXPECT_GT(range.from, 0);
+    EXPECT_GT(m_View.pixelMap(PlotSight::Y).toPixel(1e200), 0) << "and is a map";
+    EXPECT_LT(m_View.pixelMap(PlotSight::Y).toPixel(1e200), m_View.height());
+}
+
 TEST_F(PlotViewTest, ALogarithmicAxisShowsSomethingWithoutPositiveNumbers)
 {
     send("a", {0, 1}, {-5, 0});
