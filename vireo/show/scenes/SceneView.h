@@ -67,6 +67,9 @@ public:
     // What the points of frames take, and so how many are drawn while the view moves.
     PointBudget& getPointBudget() { return m_PointBudget; }
 
+    // Which share of them that is.
+    const PointMotion& getPointMotion() const { return m_PointMotion; }
+
     // Whether points are still to be drawn: it moves, or has just come to rest.
     bool isBusy() const { return m_RestTimer.isActive() || m_RefinementTimer.isActive(); }
 

@@ -93,6 +93,7 @@ void drawSections(const std::vector<Placed>& items, const SceneBox& box, const S
     const SavedAttributes state;
     for (const GLenum capability : {GL_DEPTH_TEST, GL_CULL_FACE, GL_LIGHTING})
         glDisable(capability);
+    glEnable(GL_BLEND);
     for (std::size_t face = 0; face < ClipBox::NUM_FACES; ++face)
         for (const Placed& placed : items)
             if (isSeenFromOutside(box, face, camera) && doesCut(box, face, placed.item->box().moved(placed.matrix)) &&
