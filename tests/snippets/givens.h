@@ -35,6 +35,7 @@ extern const std::vector<double>& left;
 extern const std::vector<double>& torque;
 extern const std::vector<double>& echoes;
 extern const std::vector<double>& heights;
+extern const std::vector<float>& densities;
 extern const std::vector<double>& corners;
 extern const std::vector<int>& triangles;
 void compute();

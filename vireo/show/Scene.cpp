@@ -13,6 +13,7 @@
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/pointSetItem.h"
+#include "vireo/show/volumes/VolumePreset.h"
 #include "vireo/show/volumes/volumeItem.h"
 #include "vireo/show/volumes/whyNoVolume.h"
 
@@ -518,6 +519,28 @@ Item Item::transferFunction(const std::vector<TransferPoint>& points, const Stat
             item.range = std::pair(points.front().value, points.back().value);
             item.opacities = opacitiesOf(points);
         });
+    return *this;
+}
+
+Item Item::preset(std::string_view name, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return *this;
+    if (const VolumePreset* const preset = findVolumePreset(name))
+        changeItem(m_Slot, m_Path, [&](ItemUpdate& item) {
+            item.colourMap = std::string(preset->colourMap);
+            item.opacities = preset->opacities;
+            if (preset->range)
+                item.range = preset->range;
+        });
+    else
+        Call{m_Slot, "preset", m_Path}.refuse("there is no preset \"" + printable(name, 80) + "\"");
+    return *this;
+}
+
+Item Item::maximumIntensity(bool isMaximum, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.isMaximum = isMaximum; });
     return *this;
 }
 

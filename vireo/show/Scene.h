@@ -96,6 +96,14 @@ public:
     /// every axis, and however it is turned, the volume is as opaque.
     Item transferFunction(const std::vector<TransferPoint>& points, const Statement& statement = Statement()) const;
 
+    /// Shows a volume as a look of that name does: its colours, its opacity, and for computed tomography its range, in
+    /// Hounsfield's units: "grey", "hot", "bone", "viridis", "CT bone", "CT soft tissue", "CT lung" or "MRI".
+    Item preset(std::string_view name, const Statement& statement = Statement()) const;
+
+    /// Whether of a volume only the greatest value along each line of sight is seen, instead of all of them behind each
+    /// other.
+    Item maximumIntensity(bool isMaximum = true, const Statement& statement = Statement()) const;
+
     /// Whether the faces of a mesh are seen from behind too, as they are by default. Seen from the front, the vertices
     /// of a face go around counter-clockwise. Edges are seen from everywhere.
     Item backFaces(bool areSeen = true, const Statement& statement = Statement()) const;

@@ -69,6 +69,7 @@ const std::vector<NamedMap>& namedMaps()
         {"magma", Kind::SEQUENTIAL, &MAGMA, {}},
         {"grey", Kind::SEQUENTIAL, nullptr, {{0, 0, 0}, {100, 0, 0}}},
         {"heat", Kind::SEQUENTIAL, nullptr, {{0, 0, 0}, {25, 42, 34}, {50, 62, 60}, {75, 20, 76}, {100, 0, 0}}},
+        {"bone", Kind::SEQUENTIAL, nullptr, {{0, 0, 0}, {26, 5, -16}, {50, -2, -12}, {76, -8, -3}, {100, 0, 0}}},
         // For those to whom red and green are alike.
         {"blue-yellow", Kind::SEQUENTIAL, nullptr,
             {{12, 10, -36}, {32, 4, -24}, {51, 0, 0}, {71, 0, 30}, {90, -8, 60}}},

@@ -31,6 +31,7 @@ struct ItemChoice
     std::optional<bool> isSmooth;
     std::optional<bool> areEdgesSeen;
     std::optional<bool> areBackFacesSeen;
+    std::optional<bool> isMaximum;
 
     bool operator==(const ItemChoice& other) const = default;
 };

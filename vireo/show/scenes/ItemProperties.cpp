@@ -21,6 +21,8 @@
 #include "vireo/show/scenes/colourIcon.h"
 #include "vireo/show/scenes/panelWidgets.h"
 #include "vireo/show/scenes/valueCounts.h"
+#include "vireo/show/volumes/OpacityEditor.h"
+#include "vireo/show/volumes/VolumePreset.h"
 #include "vireo/show/window/shownText.h"
 
 namespace tavo {
@@ -60,6 +62,7 @@ ItemProperties::ItemProperties(QWidget* parent)
     bold.setBold(true);
     m_Name->setFont(bold);
     m_Name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    makeVolume();
     addColourMaps(*m_ColourMap);
     m_Size->setRange(0.5, LARGEST_SIZE);
     m_Size->setDecimals(1);
@@ -67,8 +70,9 @@ ItemProperties::ItemProperties(QWidget* parent)
     m_Shading->addItems({tr("Flat"), tr("Smooth")});
     makeRows();
     connectAll();
+    connectVolume();
     for (QWidget* input : std::initializer_list<QWidget*>{
-             m_Field, m_ColourMap, m_From, m_To, m_Size, m_OpacitySlider, m_Opacity, m_Shading}) {
+             m_Field, m_ColourMap, m_Preset, m_From, m_To, m_Size, m_OpacitySlider, m_Opacity, m_Shading}) {
         input->setFocusPolicy(Qt::StrongFocus);
         input->installEventFilter(this);
     }
@@ -85,6 +89,9 @@ void ItemProperties::makeRows()
     addRow(m_Field, tr("Colour by"));
     addRow(m_ColourMap, tr("Colour map"));
     addRow(m_Range);
+    addRow(m_Preset, tr("Preset"));
+    addRow(m_Opacities);
+    addRow(m_Maximum);
     addRow(m_Size, tr("Point size"));
     addRow(m_OpacityRow, tr("Opacity"));
     addRow(m_Shading, tr("Shading"));
@@ -173,6 +180,38 @@ QWidget* ItemProperties::makeFaces()
     return boxes;
 }
 
+void ItemProperties::makeVolume()
+{
+    m_Preset = makeComboBox("preset", tr("Preset"), tr("Colours and opacities that suit a kind of volume"));
+    m_Preset->addItem(tr("Choose ..."));
+    for (const VolumePreset& preset : volumePresets())
+        m_Preset->addItem(QString::fromUtf8(preset.name.data(), int(preset.name.size())));
+    m_Opacities = new OpacityEditor;
+    m_Opacities->setObjectName("opacities");
+    m_Maximum = made(new QCheckBox(tr("Greatest values only")), "maximum", tr("Greatest values only"),
+        tr("Whether only the greatest value along each line of sight is seen"));
+}
+
+void ItemProperties::connectVolume()
+{
+    connect(m_Preset, QOverload<int>::of(&QComboBox::activated), this, [this](int i) {
+        if (i == 0)
+            return;
+        emit choiceMade([&preset = volumePresets().at(std::size_t(i) - 1)](auto& choice, const auto& state) {
+            ItemChoice::OfField& ofField = choice.fields[state.shown];
+            ofField.colourMap = std::string(preset.colourMap);
+            ofField.opacities = preset.opacities;
+            if (preset.range)
+                ofField.range = preset.range;
+        });
+    });
+    connect(m_Opacities, &OpacityEditor::curveChosen, this, [this](const OpacityCurve& curve) {
+        emit choiceMade([curve](auto& choice, const auto& state) { choice.fields[state.shown].opacities = curve; });
+    });
+    connect(m_Maximum, &QCheckBox::toggled, this,
+        [this](bool isOn) { emit choiceMade([isOn](auto& choice, const auto&) { choice.isMaximum = isOn; }); });
+}
+
 void ItemProperties::connectAll()
 {
     const auto chosen = QOverload<int>::of(&QComboBox::currentIndexChanged);
@@ -241,8 +280,8 @@ void ItemProperties::showNothing()
     m_Name->setText(tr("Nothing is selected"));
     m_Name->setEnabled(false);
     m_Name->setToolTip({});
-    for (QWidget* row : std::initializer_list<QWidget*>{
-             m_Field, m_ColourMap, m_Range, m_Size, m_OpacityRow, m_Shading, m_Faces, m_Reset})
+    for (QWidget* row : std::initializer_list<QWidget*>{m_Field, m_ColourMap, m_Range, m_Preset, m_Opacities, m_Maximum,
+             m_Size, m_OpacityRow, m_Shading, m_Faces, m_Reset})
         setRowVisible(row, false);
 }
 
@@ -270,6 +309,7 @@ void ItemProperties::showItem(const SceneItem& item)
     setRowVisible(m_Range, areNumbers);
     if (areNumbers)
         showNumbers(state, item.getDataRevision());
+    showVolume(state);
     setRowVisible(m_Size, state.hasSize());
     labelOf(m_Size)->setText(state.kind == ItemKind::Cloud ? tr("Point size") : tr("Line width"));
     setQuietly(m_Size, state.size);
@@ -282,6 +322,18 @@ void ItemProperties::showItem(const SceneItem& item)
     setRowVisible(m_Faces, state.kind == ItemKind::Mesh);
     checkQuietly(m_Edges, state.areEdgesSeen);
     checkQuietly(m_BackFaces, state.areBackFacesSeen);
+}
+
+void ItemProperties::showVolume(const ItemState& state)
+{
+    const bool isVolume = state.kind == ItemKind::Volume;
+    for (QWidget* row : std::initializer_list<QWidget*>{m_Preset, m_Opacities, m_Maximum})
+        setRowVisible(row, isVolume);
+    if (!isVolume)
+        return;
+    chooseQuietly(m_Preset, 0);
+    checkQuietly(m_Maximum, state.isMaximum);
+    m_Opacities->setCurve(state.opacities, findColourMap(state.colourMap).value(), state.range);
 }
 
 void ItemProperties::showFields(const ItemState& state)
@@ -308,7 +360,9 @@ void ItemProperties::showNumbers(const ItemState& state, std::size_t revision)
     if (m_CountedRevision != revision || m_CountedField != state.shown) {
         m_CountedRevision = revision;
         m_CountedField = state.shown;
-        m_Histogram->setCounts(countValues(state.numbers));
+        const ValueCounts counts = countValues(state.numbers);
+        m_Histogram->setCounts(counts);
+        m_Opacities->setCounts(counts);
     }
     const std::vector<std::string_view>& maps = namesOfColourMaps();
     chooseQuietly(m_ColourMap, static_cast<int>(std::find(maps.begin(), maps.end(), state.colourMap) - maps.begin()));

@@ -22,6 +22,7 @@ class QSpinBox;
 namespace tavo {
 
 class NumberBox;
+class OpacityEditor;
 
 // How the selected item of a scene is shown, for a person to choose: what is coloured by, the colour map and its range,
 // sizes, opacity. Only what the item can have is there.
@@ -53,6 +54,9 @@ private:
     QWidget* makeRange();
     QWidget* makeOpacity();
     QWidget* makeFaces();
+    void makeVolume();
+    void connectVolume();
+    void showVolume(const ItemState& state);
     void makeRows();
     void addRow(QWidget* field, const QString& label = {});
     QLabel* labelOf(QWidget* field) const;
@@ -79,6 +83,9 @@ private:
     NumberBox* m_To;
     QPushButton* m_Whole;
     QPushButton* m_Middle;
+    QComboBox* m_Preset;
+    OpacityEditor* m_Opacities;
+    QCheckBox* m_Maximum;
     QDoubleSpinBox* m_Size;
     QWidget* m_OpacityRow;
     QSlider* m_OpacitySlider;

@@ -32,6 +32,7 @@ struct ItemState
     bool areEdgesSeen = false;
     bool areBackFacesSeen = true;
     OpacityCurve opacities; // of a volume
+    bool isMaximum = false;
 
     // What can take the place of `shown`.
     std::vector<std::string> waysToColour() const

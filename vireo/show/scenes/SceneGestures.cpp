@@ -13,6 +13,7 @@ namespace {
 
 constexpr int LEAST_MOVEMENT = 4; // in pixels, that makes a drag of a click
 constexpr double DEGREES_PER_PIXEL = 0.4;
+constexpr double WINDOW_PER_PIXEL = 0.005;   // of the range of a volume
 constexpr double FACTOR_OF_WHEEL = 1 / 0.87; // of one step
 constexpr double DEGREES_OF_STEP = 120;      // in eighths
 constexpr int REST = 60;                     // in milliseconds, that the pointer has not moved
@@ -59,7 +60,8 @@ bool SceneGestures::press(const QMouseEvent& event)
     const bool doesPan = button != Qt::LeftButton || event.modifiers() & Qt::ShiftModifier;
     const SceneCamera& camera = m_View.getCamera();
     const double depth = doesPan ? camera.project(placeAt(event.pos()), m_View.viewSize()).depth : camera.getDistance();
-    m_Drag = Drag{button, event.pos(), event.pos(), doesPan, false, depth};
+    const bool doesWindow = !doesPan && event.modifiers() & Qt::ControlModifier;
+    m_Drag = Drag{button, event.pos(), event.pos(), doesPan, doesWindow, false, depth};
     leave();
     m_View.setFocus();
     return true;
@@ -77,6 +79,10 @@ bool SceneGestures::move(const QMouseEvent& event)
     m_Drag->hasMoved = true;
     const QPoint moved = event.pos() - m_Drag->last;
     m_Drag->last = event.pos();
+    if (m_Drag->doesWindow) {
+        m_View.changeWindow(WINDOW_PER_PIXEL * moved.x(), -WINDOW_PER_PIXEL * moved.y());
+        return true;
+    }
     SceneCamera& camera = m_View.getCamera();
     if (m_Drag->doesPan)
         camera.pan(moved.x(), moved.y(), m_Drag->depth, m_View.viewSize());

@@ -24,6 +24,8 @@ class SceneView;
 // change the size of points; p shows and hides the panel, and Tab colours the selected item by its next field. c shows
 // only what is in a box, and x, y and z make that a slab (see ClipHandles); g walks through the scene (see SceneWalk).
 //
+// Ctrl with the left button changes the range of a volume: to the right it gets wider, and upwards it moves up.
+//
 // Where the pointer rests, and where it clicks, the view says what is there; Esc takes away what was clicked.
 class SceneGestures : public QObject
 {
@@ -42,6 +44,7 @@ private:
         QPoint start;
         QPoint last;
         bool doesPan;
+        bool doesWindow; // changes the range of a volume
         bool hasMoved;
         double depth; // of what is panned
     };

@@ -130,6 +130,7 @@ void SceneItem::applyStyle(ItemUpdate& update)
     replace(m_Sent.isSmooth, update.isSmooth);
     replace(m_Sent.areEdgesSeen, update.areEdgesSeen);
     replace(m_Sent.areBackFacesSeen, update.areBackFacesSeen);
+    replace(m_Sent.isMaximum, update.isMaximum);
 }
 
 // What is chosen wins over what was sent. Returns whether the shape has to be drawn anew.
@@ -144,6 +145,7 @@ bool SceneItem::settleStyle()
     m_IsSmooth = m_Chosen.isSmooth.value_or(m_Sent.isSmooth.value_or(false));
     m_AreEdgesSeen = m_Chosen.areEdgesSeen.value_or(m_Sent.areEdgesSeen.value_or(false));
     m_AreBackFacesSeen = m_Chosen.areBackFacesSeen.value_or(m_Sent.areBackFacesSeen.value_or(true));
+    m_IsMaximum = m_Chosen.isMaximum.value_or(m_Sent.isMaximum.value_or(false));
     if (m_Colours.settleStyle(m_Chosen) || m_Opacity != opacityBefore)
         m_AreColoursUploaded = false;
     return m_IsSmooth != wasSmooth;
@@ -171,7 +173,7 @@ ItemState SceneItem::state() const
 {
     ItemState state{kind(), m_Colours.sent() != nullptr, m_Normals.used() != nullptr, {}, m_Colours.nameOfShown(), {},
         m_Colours.colourMap(), {}, size(), m_Opacity, m_IsSmooth, m_AreEdgesSeen, m_AreBackFacesSeen,
-        m_Colours.opacities()};
+        m_Colours.opacities(), m_IsMaximum};
     for (const SceneField& field : fields())
         state.fields.push_back({field.name, field.areLabels});
     const ItemColours::Field* const field = m_Colours.shownField();
@@ -332,7 +334,7 @@ bool SceneItem::prepare(GLContext& context)
 std::size_t SceneItem::draw(const Matrix4& modelView, bool isGroundDark, double scale, const PointShare& share)
 {
     if (isVolume())
-        m_Volume.draw(modelView);
+        m_Volume.draw(modelView, m_IsMaximum);
     if (!m_Buffers.canDraw())
         return 0;
     glLoadMatrixd(modelView.numbers.data());

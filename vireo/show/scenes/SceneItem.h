@@ -143,6 +143,7 @@ private:
         std::optional<bool> isSmooth;
         std::optional<bool> areEdgesSeen;
         std::optional<bool> areBackFacesSeen;
+        std::optional<bool> isMaximum;
     };
 
     void applyStyle(ItemUpdate& update);
@@ -179,6 +180,7 @@ private:
     bool m_IsSmooth = false;
     bool m_AreEdgesSeen = false;
     bool m_AreBackFacesSeen = true;
+    bool m_IsMaximum = false;
 
     DrawnItem m_Drawn; // after the upload, without what the buffers have
     ItemBuffers m_Buffers;

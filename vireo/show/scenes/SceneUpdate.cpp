@@ -62,6 +62,7 @@ void ItemUpdate::merge(ItemUpdate& newer)
     replace(areEdgesSeen, newer.areEdgesSeen);
     replace(areBackFacesSeen, newer.areBackFacesSeen);
     replace(opacities, newer.opacities);
+    replace(isMaximum, newer.isMaximum);
 }
 
 void ItemUpdate::addField(SceneField& field)

@@ -97,6 +97,7 @@ struct ItemUpdate
     std::optional<bool> areEdgesSeen;
     std::optional<bool> areBackFacesSeen;
     std::optional<OpacityCurve> opacities; // of a volume
+    std::optional<bool> isMaximum;         // what is seen of it: the greatest value along each line of sight
 
     void merge(ItemUpdate& newer);
 

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QTimer>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "tavo/base/debug/displayException.h"
@@ -285,6 +286,28 @@ void SceneView::changeSizes(double pixels)
                 if (state.hasSize())
                     choice.size = std::clamp(state.size + pixels, 1.0, LARGEST_SIZE);
             });
+}
+
+void SceneView::changeWindow(double wider, double up)
+{
+    const std::string& selected = m_Panel->selected().value_or(std::string());
+    const auto isShown = [](const auto& entry) { return entry.second.isVolume() && entry.second.isVisible(); };
+    const std::map<std::string, SceneItem>& items = m_Model.items();
+    auto found = items.find(selected);
+    if (found == items.end() || !isShown(*found))
+        found = std::find_if(items.begin(), items.end(), isShown);
+    if (found == items.end())
+        return;
+    chooseOf(found->first, [=](ItemChoice& choice, const ItemState& state) {
+        const auto [from, to] = state.range;
+        const double half = (to / 2 - from / 2) * std::exp(wider);
+        const double middle = from / 2 + to / 2 + up * (to - from);
+        ItemChoice::OfField& ofField = choice.fields[state.shown];
+        if (std::isfinite(middle - half) && std::isfinite(middle + half) && middle - half != middle + half) {
+            ofField.range = std::pair(middle - half, middle + half);
+            ofField.isWhole = false;
+        }
+    });
 }
 
 // Of the widget without the panel.

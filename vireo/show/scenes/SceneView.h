@@ -98,6 +98,10 @@ public:
     // none.
     void changeSizes(double pixels);
 
+    // Of the volume that is selected, or else of the first one, makes the range so much wider, as a part of it, and
+    // moves it up by as much.
+    void changeWindow(double wider, double up);
+
     // The place of what is drawn at a pixel of the widget, or within a few pixels of it.
     std::optional<Vector3d> hitAt(const QPointF& pixel);
 

@@ -20,10 +20,10 @@ public:
     // Of another grid it has to be made anew.
     void drop() { m_Drawing.reset(); }
 
-    void draw(const Matrix4& modelView)
+    void draw(const Matrix4& modelView, bool isMaximum)
     {
         if (m_Drawing)
-            m_Drawing->draw(modelView);
+            m_Drawing->draw(modelView, isMaximum);
     }
 
     // How many samples are drawn; null before any has been prepared.

@@ -51,6 +51,21 @@ MOV sample.w, colour.w;
 MOV result.color, sample;
 END)";
 
+// Their places in the range, as opacities. Where there is no number, there is none.
+constexpr const char* PLACES = R"(MAX place.y, sample.w, 0.0001;
+RCP place.y, place.y;
+MUL place.x, sample.x, place.y;
+MAD_SAT place.x, place.x, window.x, window.y;
+MUL place.x, place.x, sample.w;
+MOV result.color, place.x;
+END)";
+
+constexpr double GREATEST_ONLY = -1; // as a thickness: there are no layers
+
+// From a place in the range to the middle of its entry in the table.
+constexpr double TO_ENTRY = (ColourTable::SIZE - 1.0) / ColourTable::SIZE;
+constexpr double FIRST_ENTRY = 0.5 / ColourTable::SIZE;
+
 const char* programOf(const VolumeSlices& slices)
 {
     switch (slices.getSamples().width) {
@@ -95,14 +110,18 @@ std::unique_ptr<VolumeDrawing> VolumeDrawing::make(GLContext& context, const Vol
     if (!isExtensionSupported("GL_ARB_vertex_program") || !isExtensionSupported("GL_ARB_fragment_program"))
         return nullptr;
     std::unique_ptr<VolumeDrawing> drawing(new VolumeDrawing(context, grid, std::move(samples)));
-    return drawing->m_Program.compile(std::string(BEGINNING) + programOf(drawing->m_Slices)) ? std::move(drawing)
-                                                                                             : nullptr;
+    if (!drawing->m_Program.compile(std::string(BEGINNING) + programOf(drawing->m_Slices)))
+        return nullptr;
+    if (!drawing->areColours() && drawing->m_PlaceProgram.compile(std::string(BEGINNING) + PLACES))
+        drawing->m_Greatest = GreatestValues::make(context);
+    return drawing;
 }
 
 VolumeDrawing::VolumeDrawing(GLContext& context, const VolumeGrid& grid, NumberTuples samples)
     : m_Grid(grid)
     , m_Slices(context, grid, std::move(samples))
     , m_Program(&context, GL_FRAGMENT_PROGRAM_ARB)
+    , m_PlaceProgram(&context, GL_FRAGMENT_PROGRAM_ARB)
     , m_Table(context)
 {}
 
@@ -114,72 +133,102 @@ void VolumeDrawing::setLook(Look look)
     m_TableThickness = 0;
 }
 
-void VolumeDrawing::draw(const Matrix4& modelView)
+void VolumeDrawing::draw(const Matrix4& modelView, bool isMaximum)
 {
     const Vector3d extent = m_Grid.extent();
     const double unit = std::max({extent[0], extent[1], extent[2]});
-    Matrix4 toEye = modelView;
     Matrix4 turn;
     for (std::size_t column = 0; column < 3; ++column)
         for (std::size_t row = 0; row < 3; ++row)
             turn.at(row, column) = unit * m_Grid.axes[column][row];
-    toEye = modelView * turn;
+    const Matrix4 toEye = modelView * turn;
     const std::optional<Vector3d> view = takenBack(toEye, viewTowards(toEye * Vector3d()));
     if (!view)
         return;
     const double size = length(*view);
     const Vector3f viewDir(float((*view)[0] / size), float((*view)[1] / size), float((*view)[2] / size));
+    glLoadMatrixd(toEye.numbers.data());
+    m_Table.bind(TABLE_UNIT);
+    if (isMaximum && m_Greatest)
+        drawGreatest(viewDir);
+    else
+        drawSmoke(viewDir);
+    ColourTable::unbind(TABLE_UNIT);
+}
+
+void VolumeDrawing::drawSmoke(const Vector3f& viewDir)
+{
     unsigned int axis = 0;
     int direction = 0;
     m_Slices.computeOrder(viewDir, axis, direction);
     writeTable(m_Slices.distanceOf(axis) / std::abs(viewDir[axis]));
-    glLoadMatrixd(toEye.numbers.data());
-    m_Table.bind(TABLE_UNIT);
+    const Window window = this->window();
     m_Program.bind();
-    setParameters();
+    m_Program.setLocalParameter4f(0, static_cast<float>(window.factor * TO_ENTRY),
+        static_cast<float>(window.summand * TO_ENTRY + FIRST_ENTRY), 0, 0);
     m_Slices.draw(viewDir);
     m_Program.unbind();
-    ColourTable::unbind(TABLE_UNIT);
 }
 
-// For layers so many times as thick as those that the opacities are of.
+void VolumeDrawing::drawGreatest(const Vector3f& viewDir)
+{
+    writeTable(GREATEST_ONLY);
+    const Window window = this->window();
+    const auto drawPlaces = [&] {
+        m_PlaceProgram.bind();
+        m_PlaceProgram.setLocalParameter4f(
+            0, static_cast<float>(window.factor), static_cast<float>(window.summand), 0, 0);
+        m_Slices.draw(viewDir);
+        m_PlaceProgram.unbind();
+    };
+    m_Greatest->draw(drawPlaces, static_cast<float>(TO_ENTRY), static_cast<float>(FIRST_ENTRY));
+}
+
+// For layers so many times as thick as those that the opacities are of. A view that is turned a little needs no other.
 void VolumeDrawing::writeTable(double thickness)
 {
     constexpr double NOTICED = 0.01;
-    if (std::abs(thickness - m_TableThickness) < NOTICED * m_TableThickness)
+    if (std::abs(thickness - m_TableThickness) < NOTICED * std::abs(m_TableThickness))
         return;
     m_TableThickness = thickness;
     ColourTable::Entries entries;
     for (std::size_t i = 0; i < ColourTable::SIZE; ++i) {
         const double place = double(i) / (ColourTable::SIZE - 1);
-        const double opacity = areColours() && getSamples().width == 4 ? place : opacityAt(m_Look.opacities, place);
-        const RGBA8& colour = m_Look.colours[std::lround(place * double(m_Look.colours.size() - 1))];
+        const auto number = static_cast<std::size_t>(std::lround(place * double(m_Look.colours.size() - 1)));
         for (std::size_t component = 0; component < 3; ++component)
-            entries[4 * i + component] = toEntry(colour[component] / 255.0);
-        entries[4 * i + 3] = toEntry(opacityOfLayer(m_Look.opacity * opacity, thickness));
+            entries[4 * i + component] = toEntry(m_Look.colours[number][component] / 255.0);
+        entries[4 * i + 3] = toEntry(opacityOf(place, thickness));
     }
     m_Table.write(entries);
 }
 
-// From what textures have to the middles of the table's entries. If the range is none, what is above it comes last.
-void VolumeDrawing::setParameters()
+// Of greatest values, those are opaque that are most opaque in layers.
+double VolumeDrawing::opacityOf(double place, double thickness) const
 {
-    constexpr double SIZE = ColourTable::SIZE;
-    double factor = 1;
-    double summand = 0;
-    if (!areColours()) {
-        const auto [least, greatest] = m_Slices.getRange();
-        auto [from, to] = m_Look.range;
-        if (from == to) {
-            const double narrow = std::max(1e-6 * (greatest - least), std::numeric_limits<double>::min());
-            from -= narrow;
-            to += narrow;
-        }
-        factor = (greatest / 2 - least / 2) / (to / 2 - from / 2); // halved: differences may overflow
-        summand = (least / 2 - from / 2) / (to / 2 - from / 2);
+    const bool isSent = getSamples().width == 4;
+    const double opacity = isSent ? place : opacityAt(m_Look.opacities, place);
+    if (thickness != GREATEST_ONLY)
+        return opacityOfLayer(m_Look.opacity * opacity, thickness);
+    double most = 0;
+    for (const OpacityPoint& point : m_Look.opacities)
+        most = std::max(most, point.opacity);
+    return most > 0 ? m_Look.opacity * opacity / most : 0;
+}
+
+// If the range is none, what is above it comes last.
+VolumeDrawing::Window VolumeDrawing::window() const
+{
+    if (areColours())
+        return {};
+    const auto [least, greatest] = m_Slices.getRange();
+    auto [from, to] = m_Look.range;
+    if (from == to) {
+        const double narrow = std::max(1e-6 * (greatest - least), std::numeric_limits<double>::min());
+        from -= narrow;
+        to += narrow;
     }
-    m_Program.setLocalParameter4f(0, static_cast<float>(factor * (SIZE - 1) / SIZE),
-        static_cast<float>((summand * (SIZE - 1) + 0.5) / SIZE), 0, 0);
+    const double half = to / 2 - from / 2; // halved: differences may overflow
+    return {(greatest / 2 - least / 2) / half, (least / 2 - from / 2) / half};
 }
 
 } // namespace tavo

@@ -8,6 +8,7 @@
 #include "vireo/shaders/GLShaderARB.h"
 #include "vireo/show/scenes/Matrix4.h"
 #include "vireo/show/volumes/ColourTable.h"
+#include "vireo/show/volumes/GreatestValues.h"
 #include "vireo/show/volumes/VolumeGrid.h"
 #include "vireo/show/volumes/VolumeSlices.h"
 #include "vireo/show/volumes/opacityCurve.h"
@@ -37,21 +38,33 @@ public:
     void setLook(Look look);
 
     // From the coordinates about the volume's centre, along the axes of the scene, to the eye's. GL's projection is
-    // that of the camera.
-    void draw(const Matrix4& modelView);
+    // that of the camera. With `isMaximum`, of all values along a line of sight only the greatest is seen.
+    void draw(const Matrix4& modelView, bool isMaximum);
 
     const Vector3i& getDrawnSize() const { return m_Slices.getDrawnSize(); }
 
 private:
     VolumeDrawing(GLContext& context, const VolumeGrid& grid, NumberTuples samples);
 
+    // From what textures have to a place in the range, from 0 to 1.
+    struct Window
+    {
+        double factor = 1;
+        double summand = 0;
+    };
+
     bool areColours() const { return getSamples().width > 1; }
+    void drawSmoke(const Vector3f& viewDir);
+    void drawGreatest(const Vector3f& viewDir);
     void writeTable(double thickness);
-    void setParameters();
+    double opacityOf(double place, double thickness) const;
+    Window window() const;
 
     VolumeGrid m_Grid;
     VolumeSlices m_Slices;
     GLShaderARB m_Program;
+    GLShaderARB m_PlaceProgram;
+    std::unique_ptr<GreatestValues> m_Greatest; // null if the driver cannot
     ColourTable m_Table;
     Look m_Look;
     double m_TableThickness = 0; // of the layers that the table is for; 0 if there is none

@@ -8,6 +8,7 @@
 #include "tavo/points/RegularVolume.h"
 #include "tests/vireo/vertexLayouts.h"
 #include "vireo/show/Scene.h"
+#include "vireo/show/colours/ColourMap.h"
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 
@@ -187,6 +188,23 @@ TEST(SceneVolumeTest, ATransferFunctionIsARangeAndOpacitiesInIt)
         },
         "the value of point 1, 1, is below that before it, 2");
     expectRefused([&] { item.transferFunction({{2, 0}, {2, 1}}); }, "all points have the value 2");
+}
+
+TEST(SceneVolumeTest, APresetIsColoursOpacitiesAndMaybeARange)
+{
+    const Item item = scene("volumes").volume("v", EIGHT, {2, 2, 2}).maximumIntensity().preset("CT bone");
+    const auto sent = takeVolume().value();
+    EXPECT_EQ(sent.colourMap, "bone");
+    EXPECT_EQ(sent.range, std::pair(100.0, 1300.0));
+    EXPECT_EQ(sent.opacities->front(), (OpacityPoint{0, 0}));
+    EXPECT_EQ(sent.isMaximum, true);
+    for (const char* name : {"grey", "hot", "bone", "viridis", "CT soft tissue", "CT lung", "MRI"}) {
+        item.preset(name);
+        const auto preset = takeVolume().value();
+        EXPECT_TRUE(findColourMap(preset.colourMap.value())) << name;
+        EXPECT_GE(preset.opacities->size(), 2U) << name;
+    }
+    expectRefused([&] { item.preset("x"); }, "scene(\"volumes\").preset(\"v\"): there is no preset \"x\"");
 }
 
 TEST(SceneVolumeTest, AnyThreadMaySendOne)

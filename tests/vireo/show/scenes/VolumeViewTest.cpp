@@ -227,6 +227,29 @@ TEST_F(VolumeViewTest, OpacityFollowsTheValues)
     EXPECT_EQ(colourAt({0, 0, 0}), GROUND);
 }
 
+// The greatest lies in the middle, between two that hide it.
+TEST_F(VolumeViewTest, OfGreatestValuesNothingHidesThem)
+{
+    const OpacityCurve rising{{0, 0}, {1, 0.5}};
+    std::vector<float> samples;
+    for (const float value : {0.5F, 1.0F, 0.5F})
+        samples.insert(samples.end(), 9, value);
+    ItemUpdate update = volume({{9, 3, 1}, {0.5, 1, 4}, {-2, -1, 0}, {}}, samples, rising);
+    update.isMaximum = true;
+    send(m_View, "volume", update);
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(1)) << "as opaque as can be";
+    sendWall("wall", -2, GREEN);
+    EXPECT_EQ(colourAt({0, 0, 0}), GREEN);
+    sendWall("wall", 0.5, GREEN);
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(1)) << "before the wall";
+    sendWall("wall", 5, GREEN);
+    ItemUpdate smoke;
+    smoke.isMaximum = false;
+    send(m_View, "volume", smoke);
+    EXPECT_NE(colourAt({0, 0, 0}), mapped(1));
+    EXPECT_EQ(colourAt({3, 0, 0}), GREEN) << "beside it";
+}
+
 TEST_F(VolumeViewTest, SamplesOfThreeOrFourNumbersAreColours)
 {
     using Bytes = std::array<std::uint8_t, 3>;

@@ -1,0 +1,142 @@
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QMouseEvent>
+#include <QTimer>
+#include <gmock/gmock.h>
+
+#include "tests/support/userEvents.h"
+#include "tests/vireo/show/scenes/sceneUpdates.h"
+#include "vireo/show/volumes/OpacityEditor.h"
+#include "vireo/show/volumes/volumeItem.h"
+
+namespace tavo {
+namespace {
+
+ItemUpdate volume()
+{
+    const VolumeGrid grid{{4, 1, 1}, {1, 1, 1}, {0, 0, 0}, {Vector3d(1, 0, 0), Vector3d(0, 1, 0), Vector3d(0, 0, 1)}};
+    ItemUpdate update = volumeItem(grid, {Numbers{0, 100, 200, 400}, 1});
+    update.opacities = OpacityCurve{{0, 0}, {0.5, 0.25}, {1, 1}};
+    return update;
+}
+
+// What the panel beside a scene, and the mouse in it, do of volumes.
+class VolumePanelTest : public testing::Test
+{
+protected:
+    VolumePanelTest()
+    {
+        m_View.resize(1000, 900);
+        m_View.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_View));
+        QApplication::setActiveWindow(&m_View);
+        send(m_View, "volume", volume());
+        send(m_View, "points", item(ItemKind::Cloud, {0, 0, 0, 3, 1, 1}));
+        m_View.select("volume");
+    }
+
+    template <typename Widget>
+    Widget* find(const char* name)
+    {
+        return m_View.findChild<Widget*>(name);
+    }
+
+    OpacityEditor* editor() { return find<OpacityEditor>("opacities"); }
+
+    ItemState state() const { return m_View.getModel().items().at("volume").state(); }
+
+    QPoint pixelOf(double place, double opacity) { return editor()->pixelOf({place, opacity}).toPoint(); }
+
+    static void sendMouse(QWidget* widget, QEvent::Type type, Qt::MouseButton button, const QPoint& at,
+        Qt::KeyboardModifiers modifiers = {})
+    {
+        QMouseEvent event(type, at, type == QEvent::MouseMove ? Qt::NoButton : button, button, modifiers);
+        QApplication::sendEvent(widget, &event);
+    }
+
+    SceneView m_View{"volumes"};
+};
+
+TEST_F(VolumePanelTest, OffersWhatVolumesHave)
+{
+    EXPECT_TRUE(editor()->isVisible());
+    EXPECT_TRUE(find<QWidget>("preset")->isVisible());
+    EXPECT_TRUE(find<QWidget>("colourMap")->isVisible());
+    EXPECT_TRUE(find<QWidget>("histogram")->isVisible());
+    EXPECT_FALSE(find<QWidget>("size")->isVisible());
+    m_View.select("points");
+    EXPECT_FALSE(editor()->isVisible());
+    EXPECT_FALSE(find<QWidget>("preset")->isVisible());
+    EXPECT_FALSE(find<QWidget>("maximum")->isVisible());
+}
+
+TEST_F(VolumePanelTest, PointsAreDraggedAndStayInTheirOrder)
+{
+    dragMouse(editor(), Qt::LeftButton, pixelOf(0.5, 0.25), pixelOf(0.7, 0.5));
+    ASSERT_EQ(state().opacities.size(), 3U);
+    EXPECT_NEAR(state().opacities[1].place, 0.7, 0.02);
+    EXPECT_NEAR(state().opacities[1].opacity, 0.5, 0.03);
+    dragMouse(
+        editor(), Qt::LeftButton, editor()->pixelOf(state().opacities[1]).toPoint(), {editor()->width() + 300, 5});
+    EXPECT_LE(state().opacities[1].place, 1);
+    EXPECT_EQ(state().opacities[2], (OpacityPoint{1, 1}));
+    send(m_View, "volume", volume());
+    EXPECT_NE(state().opacities[1].place, 0.5) << "what a person chose stays";
+}
+
+TEST_F(VolumePanelTest, PointsAreAddedAndTakenAway)
+{
+    sendMouse(editor(), QEvent::MouseButtonDblClick, Qt::LeftButton, pixelOf(0.25, 0.6));
+    ASSERT_EQ(state().opacities.size(), 4U);
+    EXPECT_NEAR(state().opacities[1].place, 0.25, 0.02);
+    EXPECT_NEAR(state().opacities[1].opacity, 0.6, 0.03);
+    for (const std::size_t left : {3U, 2U, 2U}) {
+        sendMouse(editor(), QEvent::MouseButtonPress, Qt::RightButton,
+            editor()->pixelOf(state().opacities[left == 3U ? 1 : 0]).toPoint());
+        EXPECT_EQ(state().opacities.size(), left) << "two are left";
+    }
+}
+
+TEST_F(VolumePanelTest, PresetsHaveColoursOpacitiesAndRanges)
+{
+    auto* const preset = find<QComboBox>("preset");
+    const int lung = preset->findText("CT lung");
+    ASSERT_GT(lung, 0);
+    emit preset->activated(lung);
+    EXPECT_EQ(state().colourMap, "bone");
+    EXPECT_EQ(state().range, std::pair(-1000.0, -300.0));
+    EXPECT_EQ(state().opacities.size(), 5U);
+    emit preset->activated(preset->findText("hot"));
+    EXPECT_EQ(state().colourMap, "heat");
+    EXPECT_EQ(state().range, std::pair(-1000.0, -300.0)) << "it has none of its own";
+}
+
+TEST_F(VolumePanelTest, GreatestValuesAreChosen)
+{
+    EXPECT_FALSE(state().isMaximum);
+    find<QCheckBox>("maximum")->click();
+    EXPECT_TRUE(state().isMaximum);
+}
+
+TEST_F(VolumePanelTest, TheMouseWithCtrlChangesTheRange)
+{
+    const QPoint from(200, 200);
+    const auto drag = [&](const QPoint& by) {
+        sendMouse(&m_View, QEvent::MouseButtonPress, Qt::LeftButton, from, Qt::ControlModifier);
+        sendMouse(&m_View, QEvent::MouseMove, Qt::LeftButton, from + by, Qt::ControlModifier);
+        sendMouse(&m_View, QEvent::MouseButtonRelease, Qt::LeftButton, from + by, Qt::ControlModifier);
+    };
+    const Vector3d eye = m_View.getCamera().eye();
+    drag({100, 0});
+    const auto [low, high] = state().range;
+    EXPECT_GT(high - low, 400 * 1.5) << "wider";
+    EXPECT_NEAR(low + high, 400, 1e-6) << "about its middle";
+    drag({0, -100});
+    EXPECT_NEAR(state().range.second - state().range.first, high - low, 1e-6);
+    EXPECT_GT(state().range.first, low) << "up";
+    EXPECT_EQ(m_View.getCamera().eye(), eye) << "it does not turn";
+}
+
+} // namespace
+} // namespace tavo
