@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "vireo/show/show.h"
+#include "vireo/show/scenes/lookLikeCategories.h"
 
 namespace vireo_view {
 
@@ -53,7 +54,7 @@ public:
         if (!m_Labels.isEmpty())
             item.labels(m_Labels);
         for (const auto& [name, values] : m_Scalars)
-            item.scalar(name, values);
+            tavo::lookLikeCategories(name, values) ? item.labels(name, values) : item.scalar(name, values);
     }
 
 private:

@@ -408,6 +408,12 @@ Item Item::labels(const Numbers& values, const Statement&) const
     return *this;
 }
 
+Item Item::labels(std::string_view name, const Numbers& values, const Statement&) const
+{
+    sendField(m_Slot, m_Path, "labels", {std::string(name), {values, 1}, true}, values.areTooMany());
+    return *this;
+}
+
 Item Item::onFaces(std::string_view name, const Statement&) const
 {
     changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.onFaces.insert(std::string(name)); });

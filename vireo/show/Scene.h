@@ -52,6 +52,9 @@ public:
     /// A category for each, under the name "labels", shown by colours that depend on nothing but the category.
     Item labels(const Numbers& values, const Statement& statement = Statement()) const;
 
+    /// The same under a name of its own; there may be several.
+    Item labels(std::string_view name, const Numbers& values, const Statement& statement = Statement()) const;
+
     /// Says that the numbers of that name, or "colours", belong to the faces of a mesh that has as many vertices.
     Item onFaces(std::string_view name, const Statement& statement = Statement()) const;
 
@@ -74,7 +77,7 @@ public:
     Item size(double pixels, const Statement& statement = Statement()) const;
 
     /// How large the points of a cloud are, in units of the scene, so that those farther away are smaller: one radius
-    /// for all, or one for each. They are squares, twice as wide, at least a pixel, and at most as many pixels as the
+    /// for all, or one for each. They are discs, at least a pixel wide, and at most as many pixels as the
     /// driver can (often 255). Where it has no vertex programs they are as large as without a radius.
     Item radius(double units, const Statement& statement = Statement()) const;
     Item radius(const Numbers& units, const Statement& statement = Statement()) const;
@@ -150,8 +153,9 @@ public:
     }
 
     /// The points of a set (tavo/points/PointSet.h) with their attributes: "position", "normal" and "color", and every
-    /// one of a single number under its name, as scalar() shows it. Attributes of several numbers that have another
-    /// name are left out. Integers of colours go up to 255, floats up to 1.
+    /// one of a single number under its name, as scalar() shows it; or as labels() does, if they are at most 20
+    /// different whole numbers and the name has a word such as "index", "id", "label", "class" or "segment". Attributes
+    /// of several numbers that have another name are left out. Integers of colours go up to 255, floats up to 1.
     Item cloud(std::string_view path, const PointSet& points, const Statement& statement = Statement()) const;
 
     /// A surface of triangles, quadrangles or polygons (see Faces), which name their vertices by numbers counted from

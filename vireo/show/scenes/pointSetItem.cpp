@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "vireo/show/Numbers.h"
+#include "vireo/show/scenes/lookLikeCategories.h"
 
 namespace tavo {
 
@@ -47,7 +48,8 @@ void take(ItemUpdate& item, const PointSet& points, unsigned int i)
     } else if (attribute.getName() == "color" && width >= 3) {
         item.colours = tuplesOf(points, i, std::min<std::size_t>(width, 4));
     } else if (width == 1) {
-        SceneField field{attribute.getName(), tuplesOf(points, i, 1), false};
+        SceneField field{attribute.getName(), tuplesOf(points, i, 1)};
+        field.areLabels = lookLikeCategories(field.name, field.values.numbers);
         item.addField(field);
     }
 }

@@ -325,6 +325,50 @@ TEST(SceneTest, APointSetBringsItsAttributes)
     EXPECT_THAT(read(item.fields[2].values.numbers), ElementsAre(254, 255));
 }
 
+// By name and number: what is measured is none, nor what has too many values, or parts.
+TEST(SceneTest, FewWholeNumbersOfAPointSetAreCategories)
+{
+    using Attribute = VertexAttribDescriptor;
+    VertexDescriptor layout;
+    layout.pushAttrib(Attribute("position", 3, Attribute::TYPE_FLOAT));
+    layout.pushAttrib(Attribute("segment_index", 1, Attribute::TYPE_INT));
+    layout.pushAttrib(Attribute("point id", 1, Attribute::TYPE_INT)); // all different
+    layout.pushAttrib(Attribute("returns", 1, Attribute::TYPE_INT));
+    layout.pushAttrib(Attribute("classWidth", 1, Attribute::TYPE_FLOAT)); // has parts
+    layout.pushAttrib(Attribute("ClusterType", 1, Attribute::TYPE_FLOAT));
+    layout.pushAttrib(Attribute("hidden", 1, Attribute::TYPE_INT)); // its end is no word
+    constexpr int NUM_POINTS = 21;
+    std::vector<unsigned char> bytes;
+    for (int i = 0; i < NUM_POINTS; ++i) {
+        append(bytes, {0.0F, 0.0F, 0.0F});
+        append(bytes, {i % 20, i, i % 3});
+        append(bytes, {0.5F, static_cast<float>(i % 2)});
+        append(bytes, {1});
+    }
+    PointSet points(layout, NUM_POINTS);
+    ASSERT_EQ(points.getSizeInBytes(), bytes.size());
+    std::copy(bytes.begin(), bytes.end(), points.getData());
+    scene("scene").cloud("set", points);
+    const auto sent = takeScene();
+    std::vector<std::string> categories;
+    for (const SceneField& field : sent->items["set"].fields)
+        if (field.areLabels)
+            categories.push_back(field.name);
+    EXPECT_THAT(categories, ElementsAre("segment_index", "ClusterType"));
+}
+
+TEST(SceneTest, ThereMayBeSeveralKindsOfCategories)
+{
+    scene("scene").cloud("a", TRIANGLE).labels("segment", {1, 2, 3}).labels({4, 5, 6}).scalar("class", {1, 2, 3});
+    const auto sent = takeScene();
+    const std::vector<SceneField>& fields = sent->items["a"].fields;
+    ASSERT_EQ(fields.size(), 3U);
+    EXPECT_EQ(fields[0].name, "segment");
+    EXPECT_TRUE(fields[0].areLabels);
+    EXPECT_EQ(fields[1].name, "labels");
+    EXPECT_FALSE(fields[2].areLabels) << "it is what the program says";
+}
+
 TEST(SceneTest, SaysThatAPointSetHasNoPositions)
 {
     using Attribute = VertexAttribDescriptor;
