@@ -185,10 +185,11 @@ void ItemBuffers::drawPositions()
     m_Positions->unbind();
 }
 
-void ItemBuffers::drawIds(PickTarget& target, std::size_t number, PointRadii radii, const PointRanges* ranges)
+void ItemBuffers::drawIds(
+    PickTarget& target, std::size_t number, PointRadii radii, const PointRanges* ranges, bool areRound)
 {
     radii.each = m_Radii.get();
-    target.draw(number, *m_Positions, m_Indices.get(), modeOf(m_Primitive), radii, ranges);
+    target.draw(number, *m_Positions, m_Indices.get(), modeOf(m_Primitive), radii, ranges, areRound);
 }
 
 } // namespace tavo

@@ -38,7 +38,7 @@ public:
     void drawPositions();
 
     // Of `radii`, those of each are these. Of points only those in the ranges are drawn, unless these are null.
-    void drawIds(PickTarget& target, std::size_t number, PointRadii radii, const PointRanges* ranges);
+    void drawIds(PickTarget& target, std::size_t number, PointRadii radii, const PointRanges* ranges, bool areRound);
 
 private:
     void bind();

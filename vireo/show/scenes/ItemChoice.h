@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "tavo/base/math/vectors.h"
 #include "vireo/show/volumes/opacityCurve.h"
 
 namespace tavo {
@@ -25,6 +26,7 @@ struct ItemChoice
 
     std::optional<std::string> shown; // as ItemUpdate::shown; it holds while the item has it
     std::map<std::string, OfField> fields;
+    std::optional<RGBA8> colour; // where there are no others
     std::optional<double> size;
     std::optional<double> opacity;
     std::optional<bool> isVisible;

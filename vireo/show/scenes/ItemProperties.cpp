@@ -1,6 +1,7 @@
 #include "vireo/show/scenes/ItemProperties.h"
 
 #include <QCheckBox>
+#include <QColorDialog>
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QEvent>
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
+#include <memory>
 
 #include "vireo/show/scenes/NumberBox.h"
 #include "vireo/show/scenes/RangeHistogram.h"
@@ -47,6 +49,7 @@ ItemProperties::ItemProperties(QWidget* parent)
     , m_Grid(new QGridLayout(this))
     , m_Name(new QLabel)
     , m_Field(makeComboBox("field", tr("Coloured by"), tr("What the colours show (Tab in the scene: the next one)")))
+    , m_Colour(made(new QPushButton, "colour", tr("Colour"), tr("The colour of all of it")))
     , m_ColourMap(makeComboBox("colourMap", tr("Colour map"), tr("The colours from the least number to the greatest")))
     , m_Range(makeRange())
     , m_Size(made(new QDoubleSpinBox, "size", tr("Size"), tr("Alt and the wheel, or + and -, in the scene")))
@@ -87,6 +90,7 @@ void ItemProperties::makeRows()
     m_Grid->setColumnStretch(1, 1);
     addRow(m_Name);
     addRow(m_Field, tr("Colour by"));
+    addRow(m_Colour, tr("Colour"));
     addRow(m_ColourMap, tr("Colour map"));
     addRow(m_Range);
     addRow(m_Preset, tr("Preset"));
@@ -224,6 +228,7 @@ void ItemProperties::connectAll()
         emit choiceMade([name = namesOfColourMaps().at(std::size_t(i))](
                             auto& choice, const auto& state) { choice.fields[state.shown].colourMap = name; });
     });
+    connect(m_Colour, &QPushButton::clicked, this, &ItemProperties::chooseColour);
     connect(m_Histogram, &RangeHistogram::rangeDragged, this,
         [this](double from, double to) { chooseRange([from, to](const auto&) { return Range(from, to); }); });
     connect(m_From, changed, this,
@@ -280,8 +285,8 @@ void ItemProperties::showNothing()
     m_Name->setText(tr("Nothing is selected"));
     m_Name->setEnabled(false);
     m_Name->setToolTip({});
-    for (QWidget* row : std::initializer_list<QWidget*>{m_Field, m_ColourMap, m_Range, m_Preset, m_Opacities, m_Maximum,
-             m_Size, m_OpacityRow, m_Shading, m_Faces, m_Reset})
+    for (QWidget* row : std::initializer_list<QWidget*>{m_Field, m_Colour, m_ColourMap, m_Range, m_Preset, m_Opacities,
+             m_Maximum, m_Size, m_OpacityRow, m_Shading, m_Faces, m_Reset})
         setRowVisible(row, false);
 }
 
@@ -304,6 +309,7 @@ void ItemProperties::showItem(const SceneItem& item)
 {
     const ItemState state = item.state();
     showFields(state);
+    showColour(item, state);
     const bool areNumbers = !state.numbers.isEmpty();
     setRowVisible(m_ColourMap, areNumbers);
     setRowVisible(m_Range, areNumbers);
@@ -336,6 +342,39 @@ void ItemProperties::showVolume(const ItemState& state)
     m_Opacities->setCurve(state.opacities, findColourMap(state.colourMap).value(), state.range);
 }
 
+// Frames have one for each axis.
+void ItemProperties::showColour(const SceneItem& item, const ItemState& state)
+{
+    const bool isOne = state.shown.empty() && state.kind != ItemKind::Frame;
+    setRowVisible(m_Colour, isOne);
+    if (!isOne)
+        return;
+    const std::vector<RGBA8> colours = item.swatch(palette().color(QPalette::Base).lightness() < 128);
+    m_ShownColour = palette().color(QPalette::Text); // of texts
+    if (!colours.empty())
+        m_ShownColour = toQColor(colours.front());
+    m_Colour->setIcon(colourIcon(colours));
+    m_Colour->setText(m_ShownColour.name());
+}
+
+// It is seen at once, and taken back by whoever cancels.
+void ItemProperties::chooseColour()
+{
+    auto* const dialog = new QColorDialog(m_ShownColour, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setOption(QColorDialog::DontUseNativeDialog);
+    const auto before = std::make_shared<std::optional<RGBA8>>();
+    emit choiceMade([before](auto& choice, const auto&) { *before = choice.colour; });
+    connect(dialog, &QColorDialog::currentColorChanged, this, [this](const QColor& colour) {
+        emit choiceMade([colour](auto& choice, const auto&) {
+            choice.colour = RGBA8(colour.red(), colour.green(), colour.blue(), 255);
+        });
+    });
+    connect(dialog, &QDialog::rejected, this,
+        [this, before] { emit choiceMade([before](auto& choice, const auto&) { choice.colour = *before; }); });
+    dialog->open();
+}
+
 void ItemProperties::showFields(const ItemState& state)
 {
     const std::vector<std::string> names = state.waysToColour();
@@ -343,7 +382,7 @@ void ItemProperties::showFields(const ItemState& state)
     if (state.hasColours)
         texts += tr("Colours");
     for (const ItemState::Field& field : state.fields)
-        texts += field.areLabels ? tr("Labels") : shownText(field.name, LONGEST_NAME);
+        texts += field.areLabels && field.name == "labels" ? tr("Labels") : shownText(field.name, LONGEST_NAME);
     if (names != m_ShownNames) {
         const QSignalBlocker quiet(m_Field);
         m_Field->clear();

@@ -62,6 +62,8 @@ private:
     QLabel* labelOf(QWidget* field) const;
     void connectAll();
     void showItem(const SceneItem& item);
+    void showColour(const SceneItem& item, const ItemState& state);
+    void chooseColour();
     void showFields(const ItemState& state);
     void showNumbers(const ItemState& state, std::size_t revision);
     void setRowVisible(QWidget* field, bool isVisible);
@@ -76,6 +78,8 @@ private:
     QSize m_LargestSize; // when all of it is there
     QLabel* m_Name;
     QComboBox* m_Field;
+    QPushButton* m_Colour;
+    QColor m_ShownColour;
     QComboBox* m_ColourMap;
     QWidget* m_Range;
     RangeHistogram* m_Histogram;

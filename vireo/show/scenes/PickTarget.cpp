@@ -55,6 +55,7 @@ void clear(int side)
 PickTarget::PickTarget(GLContext& context)
     : m_Context(context)
     , m_Target(std::make_unique<GLRenderTargetFBO>(&context))
+    , m_Round(RoundPoints::make(context))
 {
     if (!isExtensionSupported("GL_ARB_vertex_program"))
         return;
@@ -124,7 +125,7 @@ void PickTarget::setChunk(std::uint32_t chunk)
 }
 
 void PickTarget::draw(std::size_t item, GLVertexBuffer& positions, GLTemplatedIndexBuffer<unsigned int>* indices,
-    unsigned int mode, const PointRadii& radii, const PointRanges* ranges)
+    unsigned int mode, const PointRadii& radii, const PointRanges* ranges, bool areRound)
 {
     const std::uint32_t numVertices = positions.getNumElements();
     if (!takeChunks(item, numVertices, indices ? PickId::PLACES : chunkSizeOf(mode), indices) ||
@@ -135,6 +136,9 @@ void PickTarget::draw(std::size_t item, GLVertexBuffer& positions, GLTemplatedIn
         glTexCoord1d(radii.all);
         m_Scale->begin(radii.scale);
     }
+    RoundPoints* const round = areRound ? m_Round.get() : nullptr;
+    if (round)
+        round->begin();
     GLVertexBuffer* const buffers[] = {m_Ids.get(), m_IsScaling ? radii.each : nullptr, &positions};
     for (GLVertexBuffer* const buffer : buffers)
         if (buffer)
@@ -150,6 +154,8 @@ void PickTarget::draw(std::size_t item, GLVertexBuffer& positions, GLTemplatedIn
     for (GLVertexBuffer* const buffer : buffers)
         if (buffer)
             buffer->unbind();
+    if (round)
+        round->end();
     if (std::exchange(m_IsScaling, false)) {
         m_Scale->end();
         m_Program->bind();

@@ -13,6 +13,7 @@
 #include "vireo/shaders/GLShaderARB.h"
 #include "vireo/show/scenes/PointScale.h"
 #include "vireo/show/scenes/PointShare.h"
+#include "vireo/show/scenes/RoundPoints.h"
 #include "vireo/show/scenes/pickIds.h"
 
 namespace tavo {
@@ -53,9 +54,9 @@ public:
 
     // Draws vertices, or what the indices make of them, if they are not null, under a number of the caller's. Without
     // ARB programs only depths are drawn; when ids have run out, nothing is. Of points only those in the ranges are
-    // drawn, unless these are null.
+    // drawn, unless these are null; they may be round.
     void draw(std::size_t item, GLVertexBuffer& positions, GLTemplatedIndexBuffer<unsigned int>* indices,
-        unsigned int mode, const PointRadii& radii = {}, const PointRanges* ranges = nullptr);
+        unsigned int mode, const PointRadii& radii = {}, const PointRanges* ranges = nullptr, bool areRound = false);
 
     Pixels end();
 
@@ -86,6 +87,7 @@ private:
     std::optional<SavedAttributes> m_State; // between begin() and end()
     std::unique_ptr<GLShaderARB> m_Program; // null if the driver has none
     std::unique_ptr<PointScale> m_Scale;    // null if the driver has none
+    std::unique_ptr<RoundPoints> m_Round;   // null if the driver has none
     std::unique_ptr<GLVertexBuffer> m_Ids;  // of PickId::PLACES vertices, or as many as have indices
     std::vector<Chunks> m_Drawn;
     std::uint32_t m_NextChunk = 0;

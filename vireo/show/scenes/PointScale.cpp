@@ -20,6 +20,8 @@ RCP size.y, size.y;
 MUL size.x, vertex.texcoord[0].x, scale.x;
 MUL size.x, size.x, size.y;
 MAX result.pointsize.x, size.x, 1;      # those of no size are seen, too
+SUB size.x, 4, size.x;
+MAX result.texcoord[1].x, size.x, 0;    # see RoundPoints
 )";
 
 constexpr const char* OWN_COLOUR = R"(MOV result.color, vertex.color;

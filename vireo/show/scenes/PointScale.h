@@ -7,8 +7,8 @@
 
 namespace tavo {
 
-// Draws points as large as they are in the scene: what is farther away is smaller. They are squares, at least a pixel
-// wide, and at most as wide as the driver can.
+// Draws points as large as they are in the scene: what is farther away is smaller. They are at least a pixel wide,
+// and at most as wide as the driver can.
 class PointScale
 {
 public:

@@ -62,7 +62,7 @@ void SceneItem::apply(ItemUpdate& update)
     if (m_Colours.apply(update))
         m_AreColoursUploaded = false;
     m_Normals.send(update.normals);
-    replace(m_Colour, update.colour);
+    replace(m_Sent.colour, update.colour);
     isShapeNew = applySize(update) || isShapeNew;
     applyStyle(update);
     if (m_Shape && m_Colours.settle(*m_Shape))
@@ -138,6 +138,7 @@ bool SceneItem::settleStyle()
 {
     const bool wasSmooth = m_IsSmooth;
     const double opacityBefore = m_Opacity;
+    m_Colour = m_Chosen.colour ? m_Chosen.colour : m_Sent.colour;
     m_Size = m_Chosen.size ? m_Chosen.size : m_Sent.size;
     const double opacity = m_Chosen.opacity.value_or(m_Sent.opacity.value_or(1));
     m_Opacity = std::isfinite(opacity) ? std::clamp(opacity, 0.0, 1.0) : 1;
@@ -279,6 +280,8 @@ void SceneItem::upload(GLContext& context)
     m_IsUploaded = true; // whether it works or not: it is tried once
     m_Buffers.writeShape(context, m_Drawn);
     uploadRadii(context);
+    if (m_Drawn.phases && !m_RoundPoints)
+        m_RoundPoints = RoundPoints::make(context);
     m_Drawn.positions = {};
     m_Drawn.normals = {};
     m_Drawn.indices = {};
@@ -344,22 +347,39 @@ std::size_t SceneItem::draw(const Matrix4& modelView, bool isGroundDark, double 
     setSizes(scale * share.enlargement);
     glLineWidth(static_cast<float>(scale * size()));
     m_Buffers.haveNormals() ? glEnable(GL_LIGHTING) : glDisable(GL_LIGHTING);
-    if (m_PointScale) {
-        glTexCoord1d(m_LargestRadius);
-        m_PointScale->begin(length(modelView.turned({1, 0, 0})));
-    }
     const double edgeWidth = scale * size();
     const double pointSize = scale * share.enlargement * size();
     const PointRanges ranges = m_Drawn.phases ? rangesInView(modelView, share, pointSize) : PointRanges();
     if (m_Drawn.primitive == PrimitiveKind::Triangles)
         drawFaces(modelView, edgeWidth);
     else
-        m_Drawn.phases ? m_Buffers.draw(ranges, *m_Drawn.phases, share.numPhases) : m_Buffers.draw();
-    if (m_PointScale)
-        m_PointScale->end();
+        m_Drawn.phases ? drawPoints(ranges, modelView, scale, share) : m_Buffers.draw();
     if (kind() == ItemKind::Mesh && m_AreEdgesSeen)
         drawEdges(one, edgeWidth);
     return ranges.numPoints();
+}
+
+// Small squares are drawn faster than discs, and look the same.
+bool SceneItem::areRound(double scale) const
+{
+    return m_RoundPoints && (m_LargestRadius > 0 || scale * size() >= RoundPoints::SMALLEST);
+}
+
+void SceneItem::drawPoints(const PointRanges& ranges, const Matrix4& modelView, double scale, const PointShare& share)
+{
+    const bool areScaled = m_PointScale != nullptr;
+    const bool areDiscs = areRound(scale);
+    if (areScaled) {
+        glTexCoord1d(m_LargestRadius);
+        m_PointScale->begin(length(modelView.turned({1, 0, 0})));
+    }
+    if (areDiscs)
+        m_RoundPoints->begin();
+    m_Buffers.draw(ranges, *m_Drawn.phases, share.numPhases);
+    if (areDiscs)
+        m_RoundPoints->end();
+    if (areScaled)
+        m_PointScale->end();
 }
 
 // With edges, a little behind them. Of what is mirrored, the front stays the front, and is lit as such.
@@ -373,7 +393,14 @@ void SceneItem::drawFaces(const Matrix4& modelView, double edgeWidth)
     m_AreBackFacesSeen ? glDisable(GL_CULL_FACE) : glEnable(GL_CULL_FACE);
     m_AreEdgesSeen ? glEnable(GL_POLYGON_OFFSET_FILL) : glDisable(GL_POLYGON_OFFSET_FILL);
     glPolygonOffset(static_cast<float>(1 + edgeWidth / 2), 1); // pixels of the slope that edges reach across
+    // Normals that were sent may point to the other side than the faces do: both are lit by how they are inclined.
+    const bool isEitherWay = m_AreBackFacesSeen && m_Normals.used();
+    if (isEitherWay)
+        glEnable(GL_LIGHT1);
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, isEitherWay ? GL_FALSE : GL_TRUE);
     m_Buffers.draw();
+    glDisable(GL_LIGHT1);
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
     glDisable(GL_CULL_FACE);
     glDisable(GL_POLYGON_OFFSET_FILL);
     glFrontFace(static_cast<GLenum>(front));
@@ -418,7 +445,7 @@ void SceneItem::drawIds(
         glEnable(GL_CULL_FACE);
     const PointRanges ranges = m_Drawn.phases ? rangesInView(modelView, share, size()) : PointRanges();
     m_Buffers.drawIds(target, number, {m_LargestRadius, nullptr, length(modelView.turned({1, 0, 0}))},
-        m_Drawn.phases ? &ranges : nullptr);
+        m_Drawn.phases ? &ranges : nullptr, areRound(1));
     glDisable(GL_CULL_FACE);
 }
 

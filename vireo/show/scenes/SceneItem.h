@@ -13,6 +13,7 @@
 #include "vireo/show/scenes/PickTarget.h"
 #include "vireo/show/scenes/PointScale.h"
 #include "vireo/show/scenes/PointShare.h"
+#include "vireo/show/scenes/RoundPoints.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/SentNumbers.h"
@@ -137,6 +138,7 @@ private:
     // What was sent of how it is to look.
     struct Style
     {
+        std::optional<RGBA8> colour;
         std::optional<double> size;
         std::optional<double> opacity;
         std::optional<bool> isVisible;
@@ -158,6 +160,8 @@ private:
     void prepareVolume(GLContext& context);
     void setSizes(double scale) const;
     PointRanges rangesInView(const Matrix4& modelView, const PointShare& share, double pointSize) const;
+    void drawPoints(const PointRanges& ranges, const Matrix4& modelView, double scale, const PointShare& share);
+    bool areRound(double scale) const;
     void drawFaces(const Matrix4& modelView, double edgeWidth);
     void drawEdges(const RGBA8& colour, double width);
 
@@ -170,11 +174,11 @@ private:
     ItemColours m_Colours;
     SentNumbers m_Normals;
     SentNumbers m_Radii; // one, or as many as there are points
-    std::optional<RGBA8> m_Colour;
     Style m_Sent;
     ItemChoice m_Chosen;
-    std::optional<double> m_Size; // this and the following, as chosen or else as sent
-    double m_LargestRadius = 0;   // 0 if points have a size in pixels
+    std::optional<RGBA8> m_Colour; // this and the following, as chosen or else as sent
+    std::optional<double> m_Size;
+    double m_LargestRadius = 0; // 0 if points have a size in pixels
     double m_Opacity = 1;
     bool m_IsVisible = true;
     bool m_IsSmooth = false;
@@ -189,7 +193,8 @@ private:
     bool m_IsUploaded = false;
     bool m_AreColoursUploaded = false;
     bool m_AreEdgesUploaded = false;
-    std::unique_ptr<PointScale> m_PointScale; // null if all points are as large
+    std::unique_ptr<PointScale> m_PointScale;   // null if all points are as large
+    std::unique_ptr<RoundPoints> m_RoundPoints; // null if it is no cloud, or the driver has none
 };
 
 } // namespace tavo

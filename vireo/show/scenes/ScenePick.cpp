@@ -292,9 +292,9 @@ std::string nameOf(ItemKind kind, const Picked& picked)
     case ItemKind::Vectors: return "arrow " + index;
     case ItemKind::Boxes: return "box " + index;
     case ItemKind::Frame: return std::string(1, "xyz"[picked.index]) + " axis";
+    case ItemKind::Text: return "text";
     case ItemKind::Cloud:
-    case ItemKind::Volume:
-    case ItemKind::Text: break;
+    case ItemKind::Volume: break;
     }
     return "point " + index;
 }

@@ -5,19 +5,17 @@
 #include <cmath>
 #include <utility>
 
-#include "tavo/base/text/printable.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/show/scenes/ClipPlanes.h"
 #include "vireo/show/scenes/Stopwatch.h"
 #include "vireo/show/scenes/drawSections.h"
 #include "vireo/show/scenes/pictureProjection.h"
 #include "vireo/show/scenes/sceneOverlays.h"
+#include "vireo/show/scenes/sceneTexts.h"
 
 namespace tavo {
 
 namespace {
-
-constexpr double TEXT_OFFSET = 5; // in pixels, beside its position
 
 constexpr std::size_t FEWEST_REFINED = 4096;   // points at a time
 constexpr std::size_t FEWEST_MEASURED = 20000; // points: the time of fewer is not worth waiting for
@@ -34,6 +32,7 @@ void setHeadlight()
     const float ambient[] = {0.25F, 0.25F, 0.25F, 1};
     const float diffuse[] = {0.75F, 0.75F, 0.75F, 1};
     const float none[] = {0, 0, 0, 1};
+    const float behind[] = {0, 0, -1, 0};
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     glLightfv(GL_LIGHT0, GL_POSITION, ahead);
@@ -41,6 +40,10 @@ void setHeadlight()
     glLightfv(GL_LIGHT0, GL_DIFFUSE, diffuse);
     glLightfv(GL_LIGHT0, GL_SPECULAR, none);
     glLightModelfv(GL_LIGHT_MODEL_AMBIENT, none);
+    glLightfv(GL_LIGHT1, GL_POSITION, behind); // on where normals may point either way
+    glLightfv(GL_LIGHT1, GL_AMBIENT, none);
+    glLightfv(GL_LIGHT1, GL_DIFFUSE, diffuse);
+    glLightfv(GL_LIGHT1, GL_SPECULAR, none);
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
     glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE);
     for (const GLenum capability : {GL_LIGHT0, GL_COLOR_MATERIAL, GL_NORMALIZE})
@@ -322,19 +325,10 @@ void SceneRenderer::drawTexts(QImage& picture, const SceneCamera& camera, const 
     QFont textFont = look.font;
     textFont.setPointSizeF(textFont.pointSizeF() * look.scale);
     painter.setFont(textFont);
-    for (const auto& [path, item, matrix] : m_Model.visibleItems()) {
-        const std::string* const text = item->text();
-        if (!text || !m_Model.getClipBox().isSeen(matrix * item->origin()))
-            continue;
-        const SceneCamera::Pixel place = camera.project(matrix * item->origin(), sizeOf(picture.size()));
-        if (!camera.isOrthographic() && place.depth <= 0)
-            continue;
-        const RGBA8 colour = item->colour(look.ink);
+    for (const SceneText& text : textsOf(m_Model, camera, sizeOf(picture.size()), textFont, look.scale, &picture)) {
+        const RGBA8 colour = text.placed.item->colour(look.ink);
         painter.setPen(QColor(colour[0], colour[1], colour[2], colour[3]));
-        const QFontMetricsF metrics(textFont, &picture);
-        painter.drawText(
-            QPointF(place.x + TEXT_OFFSET * look.scale, place.y + 0.5 * (metrics.ascent() - metrics.descent())),
-            QString::fromStdString(printable(*text, 1000)));
+        painter.drawText(text.baseline, text.text);
     }
 }
 

@@ -377,7 +377,25 @@ std::string SceneView::saveData(const QString& file)
 
 std::optional<Vector3d> SceneView::hitAt(const QPointF& pixel)
 {
+    if (const std::optional<SceneText> text = textAt(pixel))
+        return text->placed.matrix * text->placed.item->origin();
     return m_Picker.placeAt(m_Camera, sceneSize(), pixel.toPoint());
+}
+
+// They are in front of everything.
+std::optional<SceneText> SceneView::textAt(const QPointF& pixel)
+{
+    const std::vector<SceneText> texts = textsOf(m_Model, m_Camera, viewSize(), font(), 1, this);
+    const auto found = std::find_if(
+        texts.rbegin(), texts.rend(), [&pixel](const SceneText& text) { return text.box.contains(pixel); });
+    return found != texts.rend() ? std::optional(*found) : std::nullopt;
+}
+
+std::optional<ScenePick> SceneView::pickAt(const QPoint& pixel)
+{
+    if (const std::optional<SceneText> text = textAt(pixel))
+        return pickOf(text->placed, 0, {});
+    return m_Picker.pick(m_Camera, sceneSize(), pixel);
 }
 
 void SceneView::hover(const std::optional<QPoint>& pixel)
@@ -386,7 +404,7 @@ void SceneView::hover(const std::optional<QPoint>& pixel)
         return;
     std::optional<ScenePick> pick;
     if (pixel)
-        runGuarded([&] { pick = m_Picker.pick(m_Camera, sceneSize(), *pixel); });
+        runGuarded([&] { pick = pickAt(*pixel); });
     m_Marks.hover(std::move(pick));
     update();
 }
@@ -394,7 +412,7 @@ void SceneView::hover(const std::optional<QPoint>& pixel)
 void SceneView::click(const QPoint& pixel)
 {
     std::optional<ScenePick> pick;
-    runGuarded([&] { pick = m_Picker.pick(m_Camera, sceneSize(), pixel); });
+    runGuarded([&] { pick = pickAt(pixel); });
     m_HasPinned = pick.has_value();
     if (!pick)
         return;

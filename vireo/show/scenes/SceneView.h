@@ -15,6 +15,7 @@
 #include "vireo/show/scenes/SceneRenderer.h"
 #include "vireo/show/scenes/Stopwatch.h"
 #include "vireo/show/scenes/sceneOverlays.h"
+#include "vireo/show/scenes/sceneTexts.h"
 #include "vireo/show/window/View.h"
 
 namespace tavo {
@@ -136,6 +137,8 @@ protected:
 
 private:
     QSize sceneSize() const;
+    std::optional<ScenePick> pickAt(const QPoint& pixel);
+    std::optional<SceneText> textAt(const QPointF& pixel);
     void recallPanel();
     void rememberPanel() const;
     void settlePanel();

@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
+#include <QColorDialog>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -197,7 +198,7 @@ TEST_F(ScenePanelTest, ASwatchHasTheColours)
 
 TEST_F(ScenePanelTest, ABoxHidesAnItemOrABranch)
 {
-    EXPECT_EQ(numRed(), 3 * 11 * 11);
+    EXPECT_NEAR(numRed(), 3 * numPixelsOfDisc(11), 3 * 11);
     clickBox({"path"});
     EXPECT_EQ(numRed(), 0);
     EXPECT_EQ(check({"path"}), Qt::Unchecked);
@@ -307,7 +308,7 @@ TEST_F(ScenePanelTest, TheFieldAndItsMapAreChosen)
     EXPECT_EQ(stateOf("car/lidar").shown, "labels");
     clickBox({"path"});
     choose(field, "One colour");
-    EXPECT_EQ(numRed(), 3 * 11 * 11);
+    EXPECT_NEAR(numRed(), 3 * numPixelsOfDisc(11), 3 * 11);
 }
 
 TEST_F(ScenePanelTest, EveryColourMapHasAPicture)
@@ -397,7 +398,7 @@ TEST_F(ScenePanelTest, SizeAndOpacityAreChosen)
     size->setFocus();
     clickKey(size, Qt::Key_Down);
     clickKey(size, Qt::Key_Down);
-    EXPECT_EQ(numRed(), 3 * 9 * 9);
+    EXPECT_NEAR(numRed(), 3 * numPixelsOfDisc(9), 3 * 9);
     auto* const slider = find<QSlider>("opacitySlider");
     slider->setFocus();
     clickKey(slider, Qt::Key_PageDown);
@@ -406,6 +407,35 @@ TEST_F(ScenePanelTest, SizeAndOpacityAreChosen)
     send(m_View, "path", redCloud());
     EXPECT_EQ(stateOf("path").size, 9);
     EXPECT_EQ(stateOf("path").opacity, 0.9);
+}
+
+TEST_F(ScenePanelTest, TheOneColourIsChosen)
+{
+    const QColor blue(0, 0, 255);
+    const auto numBlue = [&] { return numPixels(m_View.picture({200, 200}), blue); };
+    clickRow({"path"});
+    auto* const button = find<QPushButton>("colour");
+    ASSERT_TRUE(button->isVisible());
+    EXPECT_EQ(button->text(), "#ff0000");
+    const auto openDialog = [&] {
+        clickMouse(button);
+        return m_View.findChild<QColorDialog*>();
+    };
+    openDialog()->setCurrentColor(blue);
+    EXPECT_NEAR(numBlue(), 3 * numPixelsOfDisc(11), 3 * 11) << "at once";
+    m_View.findChild<QColorDialog*>()->reject();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(numBlue(), 0);
+    openDialog()->setCurrentColor(blue);
+    m_View.findChild<QColorDialog*>()->accept();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    send(m_View, "path", redCloud());
+    EXPECT_NEAR(numBlue(), 3 * numPixelsOfDisc(11), 3 * 11) << "whatever the program sends";
+    EXPECT_EQ(button->text(), "#0000ff");
+    clickMouse(find<QPushButton>("reset"));
+    EXPECT_EQ(numBlue(), 0);
+    clickRow({"car", "lidar"});
+    EXPECT_FALSE(button->isVisible()) << "it is coloured by its heights";
 }
 
 TEST_F(ScenePanelTest, ShadingIsChosen)
@@ -561,7 +591,7 @@ TEST_F(ScenePanelTest, ChosenPixelsTakeThePlaceOfRadii)
     auto* const size = find<QDoubleSpinBox>("size");
     size->setFocus();
     clickKey(size, Qt::Key_Up);
-    EXPECT_EQ(numRed(), int(3 * size->value() * size->value()));
+    EXPECT_NEAR(numRed(), 3 * numPixelsOfDisc(size->value()), 3 * size->value());
     clickMouse(find<QPushButton>("reset"));
     EXPECT_EQ(numRed(), before);
 }

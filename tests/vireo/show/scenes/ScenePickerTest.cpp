@@ -404,16 +404,16 @@ TEST_F(ScenePickerTest, PointsAreAsLargeAsTheirRadius)
     cloud.radii = NumberTuples{Numbers(radii), 1};
     send("each", cloud);
     lookAtAll();
-    EXPECT_EQ(pick({11.8, 1.8, 0}).index, points.size() - 1);
-    EXPECT_EQ(pick({8.2, -1.8, 0}).index, points.size() - 1);
+    EXPECT_EQ(pick({11.3, 1.3, 0}).index, points.size() - 1);
+    EXPECT_EQ(pick({8.7, -1.3, 0}).index, points.size() - 1);
     EXPECT_EQ(pick({1, 1, 0}).path, "");
     EXPECT_EQ(pick({0, 0, 0}).index, points.size() - 2);
     cloud = item(ItemKind::Cloud, {0, 0, 0, 10, 0, 0});
     cloud.radii = NumberTuples{Numbers({2.0}), 1};
     send("each", cloud);
     lookAtAll();
-    EXPECT_EQ(pick({1.7, 1.7, 0}).element, 0U);
-    EXPECT_EQ(pick({8.3, 1.7, 0}).element, 1U);
+    EXPECT_EQ(pick({1.3, 1.3, 0}).element, 0U);
+    EXPECT_EQ(pick({8.7, 1.3, 0}).element, 1U);
 }
 
 TEST_F(ScenePickerTest, OfSurfacesThatAreSeenFromTheFrontOnlyTheBackIsNotFound)

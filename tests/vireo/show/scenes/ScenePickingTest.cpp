@@ -142,6 +142,49 @@ TEST_F(ScenePickingTest, AClickPinsAndEscTakesAway)
     EXPECT_EQ(m_View.grab().toImage(), before);
 }
 
+TEST_F(ScenePickingTest, TextsArePicked)
+{
+    std::vector<Picked> told;
+    receive([&told](const Picked& picked) { told.push_back(picked); });
+    ItemUpdate text = item(ItemKind::Text, {0.25, 0.5, 5500000.125});
+    text.shape->text = "a text";
+    Matrix4 down;
+    down.at(2, 3) = -5500000.125;
+    SceneUpdate moved;
+    moved.items["texts/one"] = text;
+    moved.transforms["texts"] = down;
+    m_View.apply(moved);
+    const QPoint letters = pixelOf({0.25, 0.5, 0}) + QPoint(12, 0);
+    rest(letters);
+    ASSERT_TRUE(isHovering());
+    EXPECT_THAT(m_View.getMarks().hovered()->lines,
+        ElementsAre("texts/one", "text", "x 0.25", "y 0.5", "z 5500000.125", "in the scene 0.25, 0.5, 0"));
+    clickMouse(&m_View, letters);
+    QApplication::processEvents();
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_EQ(told[0].path, "texts/one");
+    EXPECT_EQ(told[0].position, Vector3d(0.25, 0.5, 5500000.125));
+    rest(letters + QPoint(0, 40));
+    EXPECT_FALSE(isHovering()) << "below it";
+    doubleClick(letters);
+    EXPECT_EQ(m_View.getCamera().getPivot(), Vector3d(0.25, 0.5, 0));
+}
+
+TEST_F(ScenePickingTest, WhatALargeRoundPointLeavesFreeIsNotThePoint)
+{
+    ItemUpdate large = item(ItemKind::Cloud, {0, 0, 0});
+    large.size = 60;
+    send(m_View, "large", large);
+    const auto pathAt = [this](const QPoint& pixel) {
+        m_View.hover(pixel);
+        return isHovering() ? m_View.getMarks().hovered()->picked.path : std::string();
+    };
+    const QPoint middle = pixelOf({0, 0, 0});
+    EXPECT_EQ(pathAt(middle), "large");
+    EXPECT_EQ(pathAt(middle + QPoint(-22, 2)), "large");
+    EXPECT_NE(pathAt(middle + QPoint(-27, 27)), "large") << "the corner of a square";
+}
+
 TEST_F(ScenePickingTest, ADragAndOtherButtonsPinNothing)
 {
     const QPoint pixel = pixelOf(m_Points[3]);

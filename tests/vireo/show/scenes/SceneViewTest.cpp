@@ -90,7 +90,7 @@ TEST_F(SceneViewTest, WhatIsReplacedGoesBeforeWhatReplacesItIsTaken)
     m_View.apply(update);
 }
 
-TEST_F(SceneViewTest, PointsAreSquaresWhereTheyAre)
+TEST_F(SceneViewTest, PointsAreWhereTheyAre)
 {
     sendCorners();
     ItemUpdate point = item(ItemKind::Cloud, {1, 0, 2});
@@ -99,6 +99,54 @@ TEST_F(SceneViewTest, PointsAreSquaresWhereTheyAre)
     const QRect rect = rectOf(picture(), RED);
     EXPECT_EQ(rect.size(), QSize(5, 5));
     EXPECT_LE((rect.center() - pixelOf({1, 0, 2})).manhattanLength(), 1);
+}
+
+TEST_F(SceneViewTest, LargePointsAreDiscs)
+{
+    sendCorners();
+    ItemUpdate point = item(ItemKind::Cloud, {0, 0, 0});
+    const auto covered = [&](double size) {
+        point.size = size;
+        sendColoured("point", point, RED);
+        const QImage seen = picture();
+        EXPECT_EQ(rectOf(seen, RED).size(), QSize(int(size), int(size))) << "as wide as before";
+        return numPixels(seen, RED);
+    };
+    EXPECT_EQ(covered(2), 4);
+    EXPECT_EQ(covered(3), 9);
+    const double pi = 3.14159265;
+    EXPECT_NEAR(covered(20), pi * 100, 12);
+    point.normals = NumberTuples{Points{0, -1, 0}, 3};
+    EXPECT_NEAR(covered(30), pi * 225, 18) << "in the light";
+    point.normals.reset();
+    point.opacity = 0.999;
+    EXPECT_NEAR(covered(20), pi * 100, 12);
+}
+
+// As programs send them that care little for the order of corners.
+TEST_F(SceneViewTest, NormalsThatPointAwayFromTheFacesAreAsBright)
+{
+    const std::vector<Vector3d> square = squareAt({0, 0, 0});
+    for (const int y : {-1, 1})
+        for (const std::vector<int>& faces : {std::vector{0, 1, 2, 0, 2, 3}, std::vector{2, 1, 0, 3, 2, 0}}) {
+            ItemUpdate mesh = item(ItemKind::Mesh, square, {}, faces);
+            mesh.normals = NumberTuples{Points{0, y, 0, 0, y, 0, 0, y, 0, 0, y, 0}, 3};
+            sendColoured("mesh", mesh, RED);
+            for (const char* const side : {"front", "back"}) {
+                look(side);
+                EXPECT_EQ(picture().pixelColor(100, 50), RED) << y << side;
+            }
+        }
+}
+
+// As with the faces' own normals.
+TEST_F(SceneViewTest, NormalsThatAreInclinedAreDarker)
+{
+    ItemUpdate mesh = item(ItemKind::Mesh, squareAt({0, 0, 0}), {}, std::vector{2, 1, 0, 3, 2, 0});
+    mesh.normals = NumberTuples{Points{0, -3, 4, 0, -3, 4, 0, -3, 4, 0, -3, 4}, 3};
+    sendColoured("mesh", mesh, RED);
+    look("front");
+    EXPECT_NEAR(picture().pixelColor(100, 50).red(), 255 * (0.25 + 0.75 * 0.6), 2);
 }
 
 TEST_F(SceneViewTest, TheNearerOneIsSeen)
@@ -199,9 +247,9 @@ TEST_F(SceneViewTest, ColoursWaitForTheirPoints)
     ItemUpdate colours;
     colours.colours = NumberTuples{Colours(std::vector<RGBA8>{rgba(GREEN), rgba(GREEN)}), 4};
     send(m_View, "points", colours);
-    EXPECT_EQ(numPixels(picture(), RED), 81) << "what was shown stays";
+    EXPECT_NEAR(numPixels(picture(), RED), numPixelsOfDisc(9), 9) << "what was shown stays";
     send(m_View, "points", item(ItemKind::Cloud, {-1, 0, 0, 1, 0, 0}));
-    EXPECT_EQ(numPixels(picture(), GREEN), 162);
+    EXPECT_NEAR(numPixels(picture(), GREEN), 2 * numPixelsOfDisc(9), 2 * 9);
 }
 
 class SceneFieldTest : public SceneViewTest
@@ -311,8 +359,8 @@ protected:
     double widthIn(const QRect& part)
     {
         const QRect rect = rectOf(picture().copy(part), RED);
-        EXPECT_EQ(rect.width(), rect.height());
-        return rect.width();
+        EXPECT_NEAR(rect.width(), rect.height(), 1) << "a disc";
+        return std::max(rect.width(), rect.height());
     }
 
     double widthOfAll() { return widthIn({0, 0, 200, 100}); }
@@ -331,6 +379,14 @@ TEST_F(SceneRadiusTest, PointsAreAsLargeAsTheyAreInTheScene)
     EXPECT_LE((rectOf(picture(), RED).center() - pixelOf({0, 0, 0})).manhattanLength(), 2);
     const QImage large = m_View.picture({400, 200});
     EXPECT_NEAR(rectOf(large, RED).width(), 2 * pixels(3, 0), 1);
+}
+
+TEST_F(SceneRadiusTest, TheyAreDiscs)
+{
+    sendPoints({0, 0, 0}, {2});
+    const QRect rect = rectOf(picture(), RED);
+    EXPECT_GT(rect.width(), 30);
+    EXPECT_NEAR(numPixels(picture(), RED), 3.14159265 / 4 * rect.width() * rect.height(), 2 * rect.width());
 }
 
 TEST_F(SceneRadiusTest, ThoseFartherAwayAreSmaller)
@@ -359,7 +415,7 @@ TEST_F(SceneRadiusTest, TheLaterOfPixelsAndUnitsHolds)
     ItemUpdate sized;
     sized.size = 5;
     send(m_View, "points", sized);
-    EXPECT_EQ(widthOfAll(), 5);
+    EXPECT_NEAR(widthOfAll(), 5, 1);
     sendPoints({0, 0, 0}, {1});
     EXPECT_NEAR(widthOfAll(), pixels(2, 0), 1);
 }
@@ -370,7 +426,7 @@ TEST_F(SceneRadiusTest, RadiiWaitForTheirPoints)
     sized.size = 5;
     send(m_View, "points", sized);
     sendPoints({0, 0, 0}, {1, 0.5});
-    EXPECT_EQ(widthOfAll(), 5);
+    EXPECT_NEAR(widthOfAll(), 5, 1);
     sendPoints({-3, 0, 0, 3, 0, 0}, {1, 0.5});
     EXPECT_NEAR(widthIn({115, 0, 85, 100}), pixels(1, 0), 1);
 }
@@ -397,7 +453,7 @@ TEST_F(SceneRadiusTest, TheyAreNeverLargerThanTheDriverCan)
     for (const double radius : {100., 1e300}) {
         sendPoints({0, 0, 0}, {radius});
         look("front");
-        EXPECT_EQ(rectOf(m_View.picture({1500, 1500}), RED).width(), int(sizes[1]));
+        EXPECT_NEAR(rectOf(m_View.picture({1500, 1500}), RED).width(), int(sizes[1]), 1);
     }
 }
 
@@ -687,7 +743,7 @@ TEST_F(SceneViewTest, NaNLeavesGaps)
     points.colours = NumberTuples{Colours(std::vector<RGBA8>{rgba(GREEN), rgba(RED), rgba(RED), rgba(GREEN)}), 4};
     points.size = 5;
     send(m_View, "points", points);
-    EXPECT_EQ(numPixels(picture(), GREEN), 50);
+    EXPECT_NEAR(numPixels(picture(), GREEN), 2 * numPixelsOfDisc(5), 2 * 5);
 
     std::vector<Vector3d> square = squareAt({0, 0, -2});
     square[3] = {NAN, NAN, NAN};
@@ -907,7 +963,7 @@ TEST_F(SceneViewTest, FarAndTinyAndHugeDataLookAlike)
         return picture();
     };
     const QImage expected = show({0, 0, 0}, 1);
-    EXPECT_EQ(numPixels(expected, GREEN), 100);
+    EXPECT_NEAR(numPixels(expected, GREEN), 4 * numPixelsOfDisc(5), 4 * 5);
     EXPECT_EQ(show({0, 0, 0}, 1e-6), expected);
     EXPECT_EQ(show({0, 0, 0}, 1e7), expected);
     EXPECT_EQ(show({5.5e6, -4.2e6, 120}, 1), expected);

@@ -36,11 +36,11 @@ protected:
     }
 
     // Holds a key until the eye has moved so far.
-    Vector3d walk(Qt::Key key, Qt::KeyboardModifiers modifiers = {}, double far = 0.05)
+    Vector3d walk(Qt::Key key, Qt::KeyboardModifiers modifiers = {}, double least = 0.05)
     {
         m_Start = camera().eye();
         pressKey(&m_View, key, modifiers);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return length(way()) > far; }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return length(way()) > least; }));
         releaseKey(&m_View, key, modifiers);
         return (1 / length(way())) * way();
     }

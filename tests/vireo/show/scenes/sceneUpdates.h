@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QImage>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -45,6 +46,16 @@ inline int numPixels(const QImage& picture, const QColor& colour)
     for (int y = 0; y < picture.height(); ++y)
         for (int x = 0; x < picture.width(); ++x)
             number += picture.pixelColor(x, y) == colour;
+    return number;
+}
+
+// Of a point that is so large, about: its edge depends on where in a pixel its middle is.
+inline int numPixelsOfDisc(double diameter)
+{
+    int number = 0;
+    for (double x = 0.5; x < diameter; ++x)
+        for (double y = 0.5; y < diameter; ++y)
+            number += std::hypot(x - diameter / 2, y - diameter / 2) <= diameter / 2;
     return number;
 }
 
