@@ -79,6 +79,8 @@ void GreatestValues::draw(const std::function<void()>& drawPlaces, float factor,
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_CULL_FACE);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     for (unsigned int plane = 0; plane < 6; ++plane) // what they cut is cut already
         glDisable(GL_CLIP_PLANE0 + plane);
     m_Program.bind();
