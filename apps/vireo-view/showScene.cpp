@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "vireo/show/show.h"
 #include "vireo/show/scenes/lookLikeCategories.h"
+#include "vireo/show/show.h"
 
 namespace vireo_view {
 

@@ -64,8 +64,8 @@ public:
     /// many do: percentiles(1, 99) leaves out the darkest and the brightest hundredth.
     Image percentiles(double low, double high, const Statement& statement = Statement()) const;
 
-    /// The map from the numbers of one channel to colours, such as "viridis"; docs/images.md names them all. Without it,
-    /// or with an empty name, what is darkest is black, what is brightest is white.
+    /// The map from the numbers of one channel to colours, such as "viridis"; docs/images.md names them all. Without
+    /// it, or with an empty name, what is darkest is black, what is brightest is white.
     Image colourMap(std::string_view name, const Statement& statement = Statement()) const;
 
     /// Above 1 what is dark gets brighter, below 1 darker.

@@ -153,7 +153,8 @@ public:
     /// Shows no more of x than that, the newest of it, until the user chooses another length.
     Plot window(double seconds, const Statement& statement = Statement()) const;
 
-    /// Shows the same part of x as the other plot, whichever of them is moved, or sent `xRange`, `window` or `logX` last.
+    /// Shows the same part of x as the other plot, whichever of them is moved, or sent `xRange`, `window` or `logX`
+    /// last.
     Plot link(const Plot& other, const Statement& statement = Statement()) const;
 
     /// Takes one curve away, and lines with that label, or all of them.

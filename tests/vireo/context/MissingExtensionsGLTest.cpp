@@ -125,9 +125,9 @@ TEST_F(MissingExtensionsGLDeathTest, ThatNoContextWasCurrentIsTheReason)
     mainContext().release();
     wrapContext();
     mainContext().makeCurrent();
-    EXPECT_DEATH(
-        GLShaderARB(context(), GL_VERTEX_PROGRAM_ARB), "To do: make the first GLContext while a context of the "
-                                                       "compatibility profile is current; vireo-info says more");
+    EXPECT_DEATH(GLShaderARB(context(), GL_VERTEX_PROGRAM_ARB),
+        "To do: make the first GLContext while a context of the "
+        "compatibility profile is current; vireo-info says more");
 }
 
 #ifdef VIREO_HAVE_CG

@@ -58,8 +58,8 @@ TEST_F(GLMemoryDisplayerTest, ShowsWhatCachesHold)
     EXPECT_THAT(
         rows(), ElementsAre("Objects are not counted: set VIREO_LEAKS=on||", "Cache blur||", "  in use|1|2457600",
                     "  free|2|4915200", "  requests served from it|17|", "  requests for a new one|3|",
-                    "  640 x 480, 4 components, rectangle, depths (2 free)|3|7372800", "Cache light||",
-                    "  in use|0|0", "  free|0|0", "  requests served from it|0|", "  requests for a new one|0|"));
+                    "  640 x 480, 4 components, rectangle, depths (2 free)|3|7372800", "Cache light||", "  in use|0|0",
+                    "  free|0|0", "  requests served from it|0|", "  requests for a new one|0|"));
 }
 
 TEST_F(GLMemoryDisplayerTest, ShowsTheNewestInOneSection)
