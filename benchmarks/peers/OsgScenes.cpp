@@ -142,8 +142,9 @@ private:
 class OsgPoints : public OsgScene
 {
 public:
-    OsgPoints()
-        : OsgScene(VIEWPOINT_OF_POINTS)
+    explicit OsgPoints(const Viewpoint& from = VIEWPOINT_OF_POINTS, Points points = randomPoints(NUM_POINTS))
+        : OsgScene(from)
+        , m_Points(std::move(points))
     {}
     void load() override
     {
@@ -160,7 +161,7 @@ public:
     }
 
 private:
-    Points m_Points = randomPoints(NUM_POINTS);
+    Points m_Points;
 };
 
 // The image in a texture, on a square that fills the picture.
@@ -189,7 +190,9 @@ private:
 
 const Showings showings = {
     {Subject::HEAD, "OpenSceneGraph's slices", std::make_unique<OsgHead>},
-    {Subject::POINTS, "OpenSceneGraph", std::make_unique<OsgPoints>},
+    {Subject::POINTS, "OpenSceneGraph", [] { return std::make_unique<OsgPoints>(); }},
+    {Subject::CLOUD, "OpenSceneGraph", [] { return std::make_unique<OsgPoints>(VIEWPOINT_OF_CLOUD); }},
+    {Subject::SCAN, "OpenSceneGraph", [] { return std::make_unique<OsgPoints>(VIEWPOINT_OF_CLOUD, scannedPoints()); }},
     {Subject::IMAGE, "OpenSceneGraph", std::make_unique<OsgImage>},
 };
 

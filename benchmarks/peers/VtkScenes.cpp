@@ -129,8 +129,9 @@ private:
 class VtkPoints : public VtkScene
 {
 public:
-    VtkPoints()
-        : VtkScene(VIEWPOINT_OF_POINTS)
+    explicit VtkPoints(const Viewpoint& from = VIEWPOINT_OF_POINTS, Points points = randomPoints(NUM_POINTS))
+        : VtkScene(from)
+        , m_Points(std::move(points))
     {}
     void load() override
     {
@@ -152,13 +153,15 @@ public:
     }
 
 private:
-    Points m_Points = randomPoints(NUM_POINTS);
+    Points m_Points;
 };
 
 const Showings showings = {
     {Subject::HEAD, "VTK's ray caster on the CPU", std::make_unique<VtkHead<vtkFixedPointVolumeRayCastMapper>>},
     {Subject::HEAD, "VTK's ray caster in GL", std::make_unique<VtkHead<vtkOpenGLGPUVolumeRayCastMapper>>},
-    {Subject::POINTS, "VTK", std::make_unique<VtkPoints>},
+    {Subject::POINTS, "VTK", [] { return std::make_unique<VtkPoints>(); }},
+    {Subject::CLOUD, "VTK", [] { return std::make_unique<VtkPoints>(VIEWPOINT_OF_CLOUD); }},
+    {Subject::SCAN, "VTK", [] { return std::make_unique<VtkPoints>(VIEWPOINT_OF_CLOUD, scannedPoints()); }},
 };
 
 } // namespace

@@ -16,16 +16,16 @@ void addPictures(Comparison pictures)
 }
 
 // Saves what each of them shows, so that somebody can look at it.
-void savePictures(const QDir& directory, Subject subject)
+void savePictures(const QDir& directory, Subject subject, const QString& name)
 {
     for (const Entry& entry : firstPicture("", subject).entries) {
         const std::unique_ptr<Contestant> picture = entry.make();
         picture->run();
         const Bytes pixels = picture->result();
-        const QString name = QString::number(static_cast<int>(subject)) + " " + QString::fromStdString(entry.name);
+        const QString who = QString::fromStdString(entry.name).toLower().remove('\'').replace(' ', '-');
         QImage(pixels.data(), Scene::SIZE, Scene::SIZE, QImage::Format_RGBX8888)
             .mirrored()
-            .save(directory.filePath(name + ".png"));
+            .save(directory.filePath(name + "-" + who + ".png"));
         picture->cleanUp();
     }
 }
@@ -40,8 +40,10 @@ int main(int argc, char** argv)
     using namespace vireo_bench;
     Program program(argc, argv);
     if (argc == 3 && argv[1] == std::string("--pictures")) {
-        for (const Subject subject : {Subject::HEAD, Subject::POINTS, Subject::IMAGE, Subject::CURVES})
-            savePictures(QDir(argv[2]), subject);
+        for (const auto& [subject, name] :
+            {std::pair(Subject::HEAD, "head"), {Subject::POINTS, "points"}, {Subject::CLOUD, "cloud"},
+                {Subject::SCAN, "scan"}, {Subject::IMAGE, "image"}, {Subject::CURVES, "curves"}})
+            savePictures(QDir(argv[2]), subject, name);
         return 0;
     }
     addPictures(firstPicture("first picture of the head", Subject::HEAD));
@@ -49,6 +51,7 @@ int main(int argc, char** argv)
     addPictures(nextPicture("next picture of the head", Subject::HEAD));
     addPictures(firstPicture("first picture of 1,000,000 points", Subject::POINTS));
     addPictures(nextPicture("next picture of 1,000,000 points", Subject::POINTS));
+    addPictures(nextPicture("next picture of 1,000,000 points, as a scene", Subject::CLOUD));
     addPictures(firstPicture("first picture of a 4096 x 4096 image, red and blue exchanged", Subject::IMAGE));
     addPictures(firstPicture("picture of 10 curves of 100,000 samples, sent to painted", Subject::CURVES));
     return program.run();

@@ -33,6 +33,7 @@ void BareCloud::upload(const Points& points)
         m_Box.extend({point[0], point[1], point[2]});
     const tavo::Vector3d centre = m_Box.centre();
     m_Points = points;
+    m_NumPoints = static_cast<int>(points.size());
     for (tavo::Vector3f& point : m_Points)
         for (unsigned int axis = 0; axis < 3; ++axis)
             point[axis] = static_cast<float>(point[axis] - centre[axis]);
@@ -64,7 +65,7 @@ QImage BareCloud::draw(const tavo::SceneCamera& camera) const
     tavo::glBindBufferARB(GL_ARRAY_BUFFER_ARB, m_Buffer);
     glEnableClientState(GL_VERTEX_ARRAY);
     glVertexPointer(3, GL_FLOAT, 0, nullptr);
-    glDrawArrays(GL_POINTS, 0, static_cast<GLsizei>(m_Points.size()));
+    glDrawArrays(GL_POINTS, 0, m_NumPoints);
     glDisableClientState(GL_VERTEX_ARRAY);
     tavo::glBindBufferARB(GL_ARRAY_BUFFER_ARB, 0);
     QImage picture = m_Context->readPicture(VIEW_SIZE);

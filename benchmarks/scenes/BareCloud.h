@@ -23,6 +23,7 @@ public:
 
     // Copies the points, and puts them into the buffer, counted from the middle of their box.
     void upload(const Points& points);
+    void forgetPoints() { m_Points = {}; } // they stay in the buffer
     QImage draw(const tavo::SceneCamera& camera) const;
 
     const tavo::SceneBox& box() const { return m_Box; }
@@ -32,6 +33,7 @@ private:
     std::unique_ptr<tavo::GLRenderTargetFBO> m_Target;
     tavo::SceneBox m_Box;
     Points m_Points;
+    int m_NumPoints = 0;
     unsigned int m_Buffer = 0;
 };
 
