@@ -26,7 +26,6 @@ public:
     CoinPoints(const Viewpoint& from, Points points)
         : m_Points(std::move(points))
     {
-        SoDB::init();
         m_Widget.setAttribute(Qt::WA_ShowWithoutActivating);
         m_Widget.setWindowFlags(Qt::Window | Qt::BypassWindowManagerHint);
         m_Widget.resize(SIZE, SIZE);
@@ -92,7 +91,14 @@ private:
         void resizeEvent(QResizeEvent*) override {}
     };
 
+    // Before there is any node.
+    struct Library
+    {
+        Library() { SoDB::init(); }
+    };
+
     Points m_Points;
+    Library m_Library;
     Widget m_Widget;
     SoSeparator* m_Root = new SoSeparator;
     SoPerspectiveCamera* m_Camera = new SoPerspectiveCamera;
