@@ -4,9 +4,9 @@
 
 namespace tavo {
 
-std::string wayOfCurrentContext()
+std::string wayToContext(HGLRC__* context)
 {
-    const char* const name = getWindowSystemName(wglGetCurrentContext());
+    const char* const name = getWindowSystemName(context);
     return name ? name : "";
 }
 

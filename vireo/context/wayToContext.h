@@ -2,9 +2,11 @@
 
 #include <string>
 
+struct HGLRC__; // NOLINT(bugprone-reserved-identifier): the name on Windows
+
 namespace tavo {
 
-// How the current context was made: "GLX", "EGL" or "WGL"; empty if none is current.
-std::string wayOfCurrentContext();
+// How a context was made: "GLX", "EGL" or "WGL"; empty for null.
+std::string wayToContext(HGLRC__* context);
 
 } // namespace tavo

@@ -1,11 +1,10 @@
-#include "tavo/platform/wgl.h"
 #include "vireo/context/wayToContext.h"
 
 namespace tavo {
 
-std::string wayOfCurrentContext()
+std::string wayToContext(HGLRC__* context)
 {
-    return wglGetCurrentContext() ? "WGL" : "";
+    return context ? "WGL" : "";
 }
 
 } // namespace tavo

@@ -8,6 +8,7 @@
 #include <iomanip>
 #include <sstream>
 
+#include "tavo/platform/wgl.h"
 #include "vireo/context/CurrentContextGuard.h"
 #include "vireo/context/wayToContext.h"
 #include "vireo/machine/describeDriver.h"
@@ -92,7 +93,7 @@ MachineReport MachineReport::ofCurrentContext()
     lines.add("current context", report.m_HasOpenGL, report.m_HasOpenGL ? "there" : "none is current in this thread",
         "make a context current first");
     if (report.m_HasOpenGL)
-        describeDriver(wayOfCurrentContext(), lines);
+        describeDriver(wayToContext(wglGetCurrentContext()), lines);
     else
         describeNoDriver(lines);
     report.m_Lines = lines.take();

@@ -26,10 +26,10 @@ unsigned int targetOf(CGprofile profile)
     }
 }
 
-void reportMissingOf(unsigned int target)
+void reportMissingOf(unsigned int target, GLContext* context)
 {
     const std::string name = target == GL_VERTEX_PROGRAM_ARB ? "GLShaderCG for vertices" : "GLShaderCG for fragments";
-    if (wayOfCurrentContext() == "EGL")
+    if (context && wayToContext(context->getRC()) == "EGL")
         reportRefusal(name, UNSEEN_BY_CG, GET_SEEN_BY_CG);
     else
         reportMissing(name);
@@ -48,7 +48,7 @@ GLShaderCG::GLShaderCG(GLContext* context, CGprofile profile)
     , profile(profile)
     , target(targetOf(profile))
 {
-    reportMissingOf(target);
+    reportMissingOf(target, context);
 }
 
 GLShaderCG::~GLShaderCG()
