@@ -118,14 +118,16 @@ TEST_F(DivideAxisTest, HasNumbersBetweenTwoPowersOfTen)
 {
     AxisUpdate axis;
     axis.isLog = true;
-    const auto labels = [&](double from, double to, double pixels) {
-        return divideAxis(axis, {from, to}, pixels, Qt::Vertical, m_Font).labels.join(' ').toStdString();
+    const auto labels = [&](double from, double to, double lines) {
+        return divideAxis(axis, {from, to}, lines * m_Font.height(), Qt::Vertical, m_Font)
+            .labels.join(' ')
+            .toStdString();
     };
-    EXPECT_EQ(labels(0.9, 9.5, 300), "1 2 5");
-    EXPECT_EQ(labels(0.8, 70, 400), "1 2 5 10 20 50");
-    EXPECT_EQ(labels(1e-12, 8e-12, 100), "10⁻¹² 2×10⁻¹² 5×10⁻¹²");
-    EXPECT_EQ(labels(0.8, 70, 60), "1 10") << "where there is room";
-    EXPECT_EQ(labels(1, 6, 80), "1 2 5");
+    EXPECT_EQ(labels(0.9, 9.5, 18), "1 2 5");
+    EXPECT_EQ(labels(0.8, 70, 24), "1 2 5 10 20 50");
+    EXPECT_EQ(labels(1e-12, 8e-12, 6), "10⁻¹² 2×10⁻¹² 5×10⁻¹²");
+    EXPECT_EQ(labels(0.8, 70, 3.5), "1 10") << "where there is room";
+    EXPECT_EQ(labels(1, 6, 4.7), "1 2 5");
 }
 
 TEST_F(DivideAxisTest, NamesUnitZoneAndOffset)
