@@ -266,7 +266,7 @@ Image Image::colourMap(std::string_view name, const Statement&) const
     if (name.empty() || findColourMap(name))
         change(m_Slot, [&](ImageUpdate& image) { image.settings.colourMap = std::string(name); });
     else
-        refuse(m_Slot, "colourMap(\"" + printable(name, 80) + "\")", "there is no such map");
+        refuse(m_Slot, "colourMap(\"" + printable(name, 80) + "\")", whyNoColourMap(name));
     return *this;
 }
 

@@ -444,7 +444,7 @@ Item Item::colourMap(std::string_view name, const Statement&) const
     if (findColourMap(name))
         changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.colourMap = std::string(name); });
     else
-        Call{m_Slot, "colourMap", m_Path}.refuse("there is no map \"" + printable(name, 80) + "\"");
+        Call{m_Slot, "colourMap", m_Path}.refuse(whyNoColourMap(name));
     return *this;
 }
 

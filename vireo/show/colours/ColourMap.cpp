@@ -4,6 +4,7 @@
 #include <cmath>
 #include <iterator>
 
+#include "tavo/base/text/printable.h"
 #include "vireo/show/colours/cielab.h"
 #include "vireo/show/colours/publishedColours.h"
 
@@ -114,6 +115,15 @@ const std::vector<std::string_view>& namesOfColourMaps()
         return names;
     }();
     return NAMES;
+}
+
+std::string whyNoColourMap(std::string_view name)
+{
+    constexpr std::size_t LONGEST = 80;
+    std::string text = "there is no map \"" + printable(name, LONGEST) + "\"; the maps are";
+    for (const std::string_view known : namesOfColourMaps())
+        text.append(known == namesOfColourMaps().front() ? " " : ", ").append(known);
+    return text;
 }
 
 } // namespace tavo

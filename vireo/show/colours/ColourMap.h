@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -46,5 +47,8 @@ std::optional<ColourMap> findColourMap(std::string_view name);
 
 // In the order in which they are offered. The first one is for those who do not choose.
 const std::vector<std::string_view>& namesOfColourMaps();
+
+// Why a name is refused: there is no such map, but there are others.
+std::string whyNoColourMap(std::string_view name);
 
 } // namespace tavo

@@ -5,15 +5,19 @@
 #include <algorithm>
 
 #include "tavo/base/debug/displayException.h"
+#include "tavo/base/text/printable.h"
+#include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/images/ImageGestures.h"
 #include "vireo/show/images/ImagePanel.h"
 #include "vireo/show/images/imageData.h"
+#include "vireo/show/window/shownText.h"
 #include "vireo/show/window/windowMemory.h"
 
 namespace tavo {
 
 namespace {
 
+constexpr std::size_t LONGEST_NAME = 80;
 constexpr int MARGIN = 4;       // in pixels, of the text below the image
 constexpr int LARGE_VIEW = 900; // in pixels, from which on the panel is there unless a person has hidden it
 
@@ -72,6 +76,8 @@ void ImageView::makeRoom(const Replaced& replaced)
 void ImageView::apply(ViewUpdate& update)
 {
     const auto& image = static_cast<ImageUpdate&>(update);
+    if (image.pixels)
+        sayWhatIsLeft(*image.pixels);
     m_Links.insert(image.links.begin(), image.links.end());
     m_Model.apply(image);
     if (image.difference)
@@ -104,6 +110,33 @@ void ImageView::takeDifference()
         [this](const ImageView* view) { return view->m_Name == m_Difference && view != this; });
     m_Model.setOther(
         other != allViews().end() ? std::optional((*other)->getModel().pixels()) : std::optional<ImagePixels>());
+    if (other != allViews().end() && !(*other)->getModel().pixels().isEmpty() && !m_Model.pixels().isEmpty())
+        sayWhyNoDifference();
+}
+
+// The other image may come later: that there is none is a mistake where a picture is wanted.
+void ImageView::sayWhyNoDifference() const
+{
+    if (!m_Difference.empty() && !m_Model.isDifference())
+        sayOnce("image(\"" + printable(m_Name, LONGEST_NAME) + "\"): \"" + printable(m_Difference, LONGEST_NAME) +
+                "\" is no other image of as many pixels and channels, so that there is no difference; the image itself "
+                "is shown");
+}
+
+// Somebody may have forgotten the channels.
+void ImageView::sayWhatIsLeft(const ImagePixels& pixels) const
+{
+    const auto numbersOfPixels = static_cast<std::size_t>(pixels.width) * static_cast<std::size_t>(pixels.height);
+    const std::size_t number = pixels.numbers.size();
+    const std::size_t numbersInARow = pixels.rowStride * static_cast<std::size_t>(pixels.height);
+    if (number <= numbersInARow || numbersInARow != numbersOfPixels * static_cast<std::size_t>(pixels.channels))
+        return;
+    const bool mayBeChannels = number % numbersOfPixels == 0 && number / numbersOfPixels <= 4;
+    sayOnce("image(\"" + printable(m_Name, LONGEST_NAME) + "\"): " + std::to_string(number) +
+            " numbers are more than " + std::to_string(pixels.width) + " x " + std::to_string(pixels.height) +
+            " pixels of " + std::to_string(pixels.channels) + (pixels.channels == 1 ? " channel" : " channels") +
+            "; the first of them are shown" +
+            (mayBeChannels ? " (are there " + std::to_string(number / numbersOfPixels) + " channels?)" : ""));
 }
 
 std::vector<ImageView*> ImageView::linkedViews()
@@ -242,6 +275,7 @@ ImageInk ImageView::ink() const
 
 QImage ImageView::picture(QSize size)
 {
+    sayWhyNoDifference();
     return drawImage(m_Model.levels(), m_Model.colours(), sightFor(size), size, ink());
 }
 
@@ -295,6 +329,8 @@ QString ImageView::textOfImage() const
         text += tr(", channel %1").arg(m_Model.look().channel);
     if (m_Model.isDifference())
         text += tr(", difference");
+    else if (!m_Difference.empty())
+        text += tr(", no difference from %1").arg(shownText(m_Difference, LONGEST_NAME));
     text += counted(m_Model.statistics().numNaN, "NaN") + counted(m_Model.statistics().numInfinite, tr("infinite"));
     return text + QString(", %1 %").arg(100 * m_Sight.scale, 0, 'g', 3 + (m_Sight.scale >= 10 ? 2 : 0));
 }

@@ -81,6 +81,8 @@ private:
     std::vector<ImageView*> linkedViews();
     void followDifferences();
     void takeDifference();
+    void sayWhyNoDifference() const;
+    void sayWhatIsLeft(const ImagePixels& pixels) const;
     void changed();
     ImageInk ink() const;
     int barHeight() const;

@@ -199,7 +199,8 @@ TEST(ImageTest, WhatCannotBeSaidOfAnImageIsRefused)
     EXPECT_THAT(refusalOf([&] { kept.range(nan, 1); }), HasSubstr("range(nan, 1)"));
     EXPECT_THAT(refusalOf([&] { kept.percentiles(50, 50); }), HasSubstr("percentiles(50, 50): the second is greater"));
     EXPECT_THAT(refusalOf([&] { kept.percentiles(1, 101); }), HasSubstr("both are from 0 to 100"));
-    EXPECT_THAT(refusalOf([&] { kept.colourMap("jet"); }), HasSubstr("colourMap(\"jet\"): there is no such map"));
+    EXPECT_THAT(refusalOf([&] { kept.colourMap("jet"); }),
+        HasSubstr("colourMap(\"jet\"): there is no map \"jet\"; the maps are viridis, "));
     EXPECT_THAT(refusalOf([&] { kept.gamma(0); }), HasSubstr("gamma(0): it goes from 0.01 to 100"));
     EXPECT_THAT(refusalOf([&] { kept.channel(4); }), HasSubstr("channel(4): there are 0 to 3, and -1 for all"));
     EXPECT_THAT(refusalOf([&] { plot("image").curve("a", {1, 2}); }), HasSubstr("a view of another kind"));

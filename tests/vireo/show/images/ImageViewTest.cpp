@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -180,6 +181,34 @@ TEST_F(ImageViewTest, LinkedImagesShowTheSamePartAndThePixelUnderThePointer)
     m_View.hover(QPoint(1, 0));
     EXPECT_EQ(other.textOfPixel(), "1, 0:  2");
     EXPECT_EQ(m_View.textOfPixel(), "1, 0:  6");
+}
+
+TEST_F(ImageViewTest, SaysThatThereIsNoDifference)
+{
+    ImageUpdate update;
+    update.pixels = imageOf<float>({5, 6}, 2, 1);
+    update.difference = "nothing";
+    m_View.apply(update);
+    EXPECT_TRUE(m_View.textOfImage().contains("no difference from nothing")) << "but it may come";
+    testing::internal::CaptureStderr();
+    m_View.picture(QSize(20, 20));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("\"nothing\" is no other image"));
+    testing::internal::CaptureStderr();
+    ImageView larger("larger");
+    send(larger, imageOf<float>({1, 1, 1}, 3, 1));
+    update.difference = "larger";
+    m_View.apply(update);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("\"larger\" is no other image"));
+}
+
+TEST_F(ImageViewTest, AsksForChannelsThatWereForgotten)
+{
+    testing::internal::CaptureStderr();
+    send(m_View, imageOf<float>({1, 2, 3, 4, 5, 6}, 2, 1));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+        testing::HasSubstr(
+            "6 numbers are more than 2 x 1 pixels of 1 channel; the first of them are shown (are there 3 "
+            "channels?)"));
 }
 
 TEST_F(ImageViewTest, ADifferenceFollowsBothImages)

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "tavo/points/PointSet.h"
+#include "vireo/show/colours/ColourMap.h"
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 
@@ -431,8 +432,9 @@ TEST(SceneTest, SaysWhatIsNoMapAndNoRange)
     testing::internal::CaptureStderr();
     scene("scene").cloud("a", TRIANGLE).colourMap("rainbow").range(0, NAN);
     EXPECT_EQ(said(),
-        "warning: tavo: scene(\"scene\").colourMap(\"a\"): there is no map \"rainbow\"; what was shown stays\n"
-        "warning: tavo: scene(\"scene\").range(\"a\"): an end of the range is not finite; what was shown stays\n");
+        "warning: tavo: scene(\"scene\").colourMap(\"a\"): " + whyNoColourMap("rainbow") +
+            "; what was shown stays\n"
+            "warning: tavo: scene(\"scene\").range(\"a\"): an end of the range is not finite; what was shown stays\n");
     const auto sent = takeScene();
     EXPECT_FALSE(sent->items["a"].colourMap);
     EXPECT_FALSE(sent->items["a"].range);
