@@ -75,8 +75,8 @@ bool hidesExtensions()
 
 const std::vector<ClassNeeds>& classNeeds()
 {
-    static const std::vector<ClassNeeds> needs = makeClassNeeds();
-    return needs;
+    static const auto* const needs = new std::vector<ClassNeeds>(makeClassNeeds()); // for reports behind main(), too
+    return *needs;
 }
 
 std::string sayMissing(const ClassNeeds& needs, const HasExtension& has, const std::string& who)
@@ -127,10 +127,10 @@ bool reportMissing(std::string_view className)
 void reportRefusal(const std::string& className, const std::string& finding, const std::string& advice)
 {
     static std::mutex mutex;
-    static std::set<std::string> reported;
+    static auto* const reported = new std::set<std::string>; // objects may be made behind main()
     {
         const std::scoped_lock lock(mutex);
-        if (!reported.insert(className).second)
+        if (!reported->insert(className).second)
             return;
     }
     debugOutput << className << ": " << finding << ". To do: " << advice << "; vireo-info says more.\n";

@@ -5,6 +5,7 @@
 #include <QJsonObject>
 #include <QSysInfo>
 #include <algorithm>
+#include <atomic>
 #include <iomanip>
 #include <sstream>
 
@@ -49,6 +50,14 @@ QJsonValue valueOf(MachineReport::Answer answer)
     return answer == MachineReport::Answer::YES;
 }
 
+std::atomic<bool> hasDriverEnded = false;
+
+// Made behind the first use of Qt and of a driver, and so gone before they end with the process.
+struct EndOfDriver
+{
+    ~EndOfDriver() { hasDriverEnded = true; }
+};
+
 } // namespace
 
 MachineReport MachineReport::ofMachine()
@@ -56,6 +65,21 @@ MachineReport MachineReport::ofMachine()
     MachineReport report;
     ReportLines lines;
     describeSystem(lines);
+    if (hasDriverEnded) {
+        lines.begin("Ways to OpenGL");
+        lines.add("any", false, "the process is ending, and drivers with it", "make the report before main() returns");
+        describeNoDriver(lines);
+        report.m_Lines = lines.take();
+        return report;
+    }
+    report.tryAll(lines);
+    static const EndOfDriver end;
+    report.m_Lines = lines.take();
+    return report;
+}
+
+void MachineReport::tryAll(ReportLines& lines)
+{
     const CurrentContextGuard before;
     std::vector<std::pair<std::string, std::unique_ptr<TrialContext>>> contexts;
     lines.begin("Ways to OpenGL");
@@ -70,17 +94,15 @@ MachineReport MachineReport::ofMachine()
         if (works)
             contexts.emplace_back(way.name, std::move(context));
     }
-    report.m_HasOpenGL = !contexts.empty();
+    m_HasOpenGL = !contexts.empty();
     wglMakeCurrent(nullptr, nullptr);
-    if (report.m_HasOpenGL) {
+    if (m_HasOpenGL) {
         wglMakeCurrent(contexts.front().second->getDC(), contexts.front().second->getRC());
         describeDriver(contexts.front().first, lines);
     } else {
         describeNoDriver(lines);
     }
     wglMakeCurrent(nullptr, nullptr);
-    report.m_Lines = lines.take();
-    return report;
 }
 
 MachineReport MachineReport::ofCurrentContext()

@@ -8,6 +8,8 @@
 
 namespace tavo {
 
+class ReportLines;
+
 /// What this machine can do with the library, what it cannot, and what to do about that: how contexts are made, the
 /// driver, its programs, targets and limits, and what each class would do here. All of it is found out by trying. A bug
 /// report begins with its text; the program vireo-info prints it.
@@ -38,6 +40,8 @@ public:
     };
 
     /// Tries everything in contexts of its own, which nobody sees. What was current is current again afterwards.
+    /// @needs main() must not have returned: drivers and Qt end behind it. Where an earlier report lets this one know
+    /// of that, it says so and tries nothing.
     static MachineReport ofMachine();
 
     /// Tries it in the context that is current, with its profile and its driver. Without one, the report says so.
@@ -63,6 +67,8 @@ public:
 
 private:
     MachineReport() = default;
+
+    void tryAll(ReportLines& lines);
 
     std::vector<Line> m_Lines;
     bool m_HasOpenGL = false;

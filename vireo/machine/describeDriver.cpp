@@ -239,8 +239,11 @@ void DriverDescription::describeClass(const ClassNeeds& needs)
         return;
     }
     std::string works = "works";
-    if (std::string_view(needs.name) == "GLRenderTextureFBO" && !m_RefusedTargets.empty())
-        works += "; create() returns false for " + m_RefusedTargets;
+    if (std::string_view(needs.name) == "GLRenderTextureFBO") {
+        works += "; 2D targets have bytes, whatever the flags say: floats need FLAG_RECTANGLE";
+        if (!m_RefusedTargets.empty())
+            works += "; create() returns false for " + m_RefusedTargets;
+    }
     const std::string missing = sayMissing(needs, hasIt);
     m_Lines.add(needs.name, missing.empty(), missing.empty() ? works : missing, advice());
 }
