@@ -69,9 +69,10 @@ struct TransferPoint
     double opacity;
 };
 
-/// The samples of a volume, x before y before z: as many numbers as there are samples; or three or four times as many,
-/// or a range of so many StaticVectors or arrays, that are colours. They are copied, and keep their type. Of a vector
-/// that is moved in, and of one that is shared and constant, nothing is copied.
+/// The samples of a volume, x fastest, so that sample (x, y, z) is number (z * ny + y) * nx + x: as many numbers as
+/// there are samples; or three or four times as many, or a range of so many StaticVectors or arrays, that are colours.
+/// They are copied, and keep their type. Of a vector that is moved in, and of one that is shared and constant, nothing
+/// is copied.
 class Samples : public Tuples<3, 4>
 {
 public:
