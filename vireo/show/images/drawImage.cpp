@@ -40,39 +40,43 @@ QRgb* lineOf(QImage& picture, int y)
 }
 
 // At 1:1, which Qt does fastest.
-void drawAsTheyAre(QImage& picture, const ImagePixels& pixels, const QPoint& origin, const QRect& seen)
+void drawAsTheyAre(QImage& picture, const ImagePixels& pixels, const QPoint& place, const QRect& seen)
 {
     const uchar* const bytes =
         pixels.numbers.visit([](const auto* numbers, std::size_t) { return reinterpret_cast<const uchar*>(numbers); });
     const QImage part(bytes + pixels.indexOfRow(seen.top()) + static_cast<std::size_t>(seen.left()) * 3, seen.width(),
         seen.height(), static_cast<int>(pixels.rowStride), QImage::Format_RGB888);
-    QPainter(&picture).drawImage(origin + seen.topLeft(), part);
+    QPainter(&picture).drawImage(place, part);
 }
 
-// The pixels as squares.
+// The pixels as squares. The places in the view of those that are seen fit into an `int`; those of others may not.
 void drawSquares(QImage& picture, const ImagePixels& pixels, const PixelColours& colours, const ImageSight& sight)
 {
     const QRect seen = seenPixels({pixels.width, pixels.height}, sight, picture.size());
-    const QPoint origin = sight.origin(picture.size()).toPoint();
+    if (seen.isEmpty())
+        return;
+    const QPointF origin = sight.origin(picture.size());
     const int side = static_cast<int>(sight.scale);
-    if (side == 1 && colours.areShownAsTheyAre(pixels) && pixels.rowStride <= std::size_t(INT_MAX) && !seen.isEmpty())
-        return drawAsTheyAre(picture, pixels, origin, seen);
-    std::vector<QRgb> row(static_cast<std::size_t>(std::max(seen.width(), 0)));
+    const auto place = [side](double from, int pixel) { return static_cast<int>(from + double(pixel) * side); };
+    const int left = place(origin.x(), seen.left());
+    if (side == 1 && colours.areShownAsTheyAre(pixels) && pixels.rowStride <= std::size_t(INT_MAX))
+        return drawAsTheyAre(picture, pixels, {left, place(origin.y(), seen.top())}, seen);
+    std::vector<QRgb> row(static_cast<std::size_t>(seen.width()));
+    const int firstColumn = std::max(left, 0);
+    const int endColumn = std::min(left + seen.width() * side, picture.width());
     for (int y = seen.top(); y <= seen.bottom(); ++y) {
-        const int top = std::max(origin.y() + y * side, 0);
-        const int bottom = std::min(origin.y() + (y + 1) * side, picture.height());
+        const int top = std::max(place(origin.y(), y), 0);
+        const int bottom = std::min(place(origin.y(), y) + side, picture.height());
         QRgb* const first = lineOf(picture, top);
         if (side == 1) {
-            colours.convert(pixels, seen.left(), y, seen.width(), first + origin.x() + seen.left());
+            colours.convert(pixels, seen.left(), y, seen.width(), first + left);
             continue;
         }
         colours.convert(pixels, seen.left(), y, seen.width(), row.data());
-        repeat(row, side, origin.x() + seen.left() * side, first, picture.width());
-        const int left = std::max(origin.x() + seen.left() * side, 0);
-        const int right = std::min(origin.x() + (seen.right() + 1) * side, picture.width());
+        repeat(row, side, left, first, picture.width());
         for (int line = top + 1; line < bottom; ++line)
-            std::memcpy(
-                lineOf(picture, line) + left, first + left, sizeof(QRgb) * static_cast<std::size_t>(right - left));
+            std::memcpy(lineOf(picture, line) + firstColumn, first + firstColumn,
+                sizeof(QRgb) * static_cast<std::size_t>(endColumn - firstColumn));
     }
 }
 
@@ -186,11 +190,13 @@ void drawValues(
 QImage drawImage(
     ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const QSize& size, const ImageInk& ink)
 {
+    constexpr int BEYOND = 4; // the edge is out of view there; the whole image may be more than an int holds
     QImage picture(size, QImage::Format_RGB32);
     const ImagePixels& pixels = levels.pixels();
-    const QRectF all(sight.origin(size), QSizeF(pixels.width, pixels.height) * sight.scale);
+    const QRectF all = QRectF(sight.origin(size), QSizeF(pixels.width, pixels.height) * sight.scale) &
+                       QRectF(picture.rect()).adjusted(-BEYOND, -BEYOND, BEYOND, BEYOND);
     fillAround(picture, all, ink.ground);
-    if (pixels.isEmpty())
+    if (pixels.isEmpty() || all.isEmpty())
         return picture;
     if (sight.scale >= 1)
         drawSquares(picture, pixels, colours, sight);
