@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <type_traits>
 
 #include "vireo/show/images/imageDifference.h"
@@ -23,9 +24,15 @@ bool areFloats(const NumberArray& numbers)
 }
 
 // A range of a single number would have no place for it.
-ImageModel::Range opened(double from, double to)
+ImageModel::Range opened(const ImageModel::Range& range)
 {
-    return from != to ? ImageModel::Range(from, to) : ImageModel::Range(from, from + 1);
+    const auto [from, to] = range;
+    if (from != to)
+        return range;
+    constexpr double GREATEST = std::numeric_limits<double>::max();
+    if (from == GREATEST)
+        return {std::nextafter(from, 0), from};
+    return {from, std::max(from + 1, std::nextafter(from, GREATEST))};
 }
 
 } // namespace
@@ -103,12 +110,12 @@ ImageModel::Range ImageModel::automaticRange() const
     const ImagePixels& shown = m_Levels.pixels();
     const double largest = std::max(std::abs(m_Statistics.least), std::abs(m_Statistics.greatest));
     if (m_IsDifference)
-        return opened(m_Look.isSizeShown ? 0 : -largest, largest);
+        return {m_Look.isSizeShown ? 0 : -largest, largest};
     if (areBytes(shown.numbers))
         return {0, 255};
     if (shown.hasColours() && areFloats(shown.numbers))
         return {0, 1};
-    return opened(m_Statistics.least, m_Statistics.greatest);
+    return {m_Statistics.least, m_Statistics.greatest};
 }
 
 ImageModel::Range ImageModel::wantedRange() const
@@ -117,13 +124,12 @@ ImageModel::Range ImageModel::wantedRange() const
     if (range.kind == ImageRange::Kind::Fixed)
         return {range.low, range.high};
     const bool isKept = m_Kept == Kept{range, m_Look.channel, m_IsDifference};
+    const bool arePercentiles = range.kind == ImageRange::Kind::Percentiles;
     const Range before(m_Look.from, m_Look.to);
-    if (range.kind == ImageRange::Kind::Percentiles) {
-        if (isKept)
-            return before;
-        const auto [from, to] = percentilesOf(m_Levels.pixels(), m_Look.channel, range.low, range.high);
-        return opened(from, to);
-    }
+    if (isKept && (arePercentiles || !m_Statistics.hasNumbers))
+        return before;
+    if (arePercentiles)
+        return percentilesOf(m_Levels.pixels(), m_Look.channel, range.low, range.high);
     const Range found = automaticRange();
     return isKept ? Range(std::min(before.first, found.first), std::max(before.second, found.second)) : found;
 }
@@ -136,10 +142,13 @@ void ImageModel::settle()
     m_Look.isSizeShown = m_IsDifference && m_Look.isColour();
     m_Look.gamma = m_Choice.gamma.value_or(m_Said.gamma.value_or(1));
     m_Look.colourMap = m_Choice.colourMap.value_or(m_Said.colourMap.value_or(m_IsDifference ? "blue-red" : ""));
-    m_Statistics = areBytes(shownPixels().numbers) ? ImageStatistics{0, 255, 0, 0}
+    m_Statistics = areBytes(shownPixels().numbers) ? ImageStatistics{0, 255, 0, 0, true}
                                                    : imageStatistics(shownPixels(), m_Look.channel);
-    std::tie(m_Look.from, m_Look.to) = wantedRange();
-    m_Kept = Kept{range(), m_Look.channel, m_IsDifference};
+    const Range wanted = wantedRange();
+    std::tie(m_Look.from, m_Look.to) = opened(wanted);
+    m_Kept.reset();
+    if (wanted.first != wanted.second)
+        m_Kept = Kept{range(), m_Look.channel, m_IsDifference};
     if (!(m_Colours.look() == m_Look))
         m_Colours = PixelColours(m_Look);
 }

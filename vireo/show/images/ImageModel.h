@@ -15,7 +15,8 @@ namespace tavo {
 // or a person has chosen.
 //
 // The automatic range and that of percentiles stay while the image changes, lest it flickers; the automatic one grows
-// with the numbers. They are found afresh for pixels of another kind or size, and on wish.
+// with the numbers. They are found afresh for pixels of another kind or size, and on wish, and as long as the numbers
+// are all the same or not finite.
 class ImageModel
 {
 public:
@@ -58,6 +59,7 @@ private:
     void settle();
     int channel() const;
     bool isOfSameKind(const ImagePixels& pixels) const;
+    // Empty where there is a single number, or none.
     Range wantedRange() const;
     Range automaticRange() const;
 

@@ -98,6 +98,7 @@ public:
             return;
         statistics.least = static_cast<double>(least);
         statistics.greatest = static_cast<double>(greatest);
+        statistics.hasNumbers = true;
     }
 
 private:
@@ -176,7 +177,7 @@ std::pair<double, double> percentilesOf(const ImagePixels& pixels, int channel, 
     std::vector<double> values;
     forEachFinite(pixels, channel, [&values](double value) { values.push_back(value); });
     if (values.empty())
-        return {0, 1};
+        return {0, 0};
     const auto at = [&values](double percent) {
         const auto place = values.begin() + std::lround(percent / 100 * (double(values.size()) - 1));
         std::nth_element(values.begin(), place, values.end());

@@ -15,6 +15,7 @@ struct ImageStatistics
     double greatest = 0;
     std::size_t numNaN = 0; // pixels that are no number in any of these channels, or else infinite in any
     std::size_t numInfinite = 0;
+    bool hasNumbers = false; // that are finite
 };
 
 // One pass over all of them.
@@ -24,6 +25,7 @@ ImageStatistics imageStatistics(const ImagePixels& pixels, int channel);
 ValueCounts countPixels(const ImagePixels& pixels, int channel, const ImageStatistics& statistics);
 
 // The numbers below which so many per cent of all lie that are finite. Of more than some millions, of an even choice.
+// They are 0 where none is finite.
 std::pair<double, double> percentilesOf(const ImagePixels& pixels, int channel, double low, double high);
 
 } // namespace tavo

@@ -1,5 +1,6 @@
 #include "vireo/show/images/ImageModel.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -10,6 +11,8 @@ namespace {
 
 using Kind = ImageRange::Kind;
 using Range = ImageModel::Range;
+
+const float NAN_F = std::numeric_limits<float>::quiet_NaN();
 
 class ImageModelTest : public testing::Test
 {
@@ -61,6 +64,53 @@ TEST_F(ImageModelTest, PercentilesStayUntilOthersAreWanted)
     settings.range = ImageRange{Kind::Percentiles, 0, 100};
     send(imageOf<float>({10, 11, 12}, 3, 1), settings);
     EXPECT_EQ(range(), Range(10, 12));
+}
+
+// A program may show what it has cleared before it shows what it has measured.
+TEST_F(ImageModelTest, ARangeOfOneNumberOrNoneIsNotKept)
+{
+    for (const float cleared : {0.0F, 5.0F, NAN_F}) {
+        send(imageOf<float>({1, 2, 3}, 1, 1, 3)); // of another kind
+        send(imageOf<float>({cleared, cleared}, 2, 1));
+        EXPECT_GT(range().second, range().first);
+        send(imageOf<float>({1000, 1099}, 2, 1));
+        EXPECT_EQ(range(), Range(1000, 1099)) << cleared;
+    }
+    ImageSettings settings;
+    settings.range = ImageRange{Kind::Percentiles, 0, 100};
+    for (const float cleared : {0.0F, 5.0F, NAN_F}) {
+        m_Model.refreshRange();
+        send(imageOf<float>({cleared, cleared}, 2, 1), settings);
+        EXPECT_GT(range().second, range().first);
+        send(imageOf<float>({1000, 1099}, 2, 1), settings);
+        EXPECT_EQ(range(), Range(1000, 1099)) << cleared;
+    }
+}
+
+TEST_F(ImageModelTest, ADifferenceOfNothingHasNoRangeToKeep)
+{
+    send(imageOf<float>({3, 4}, 2, 1));
+    m_Model.setOther(imageOf<float>({3, 4}, 2, 1));
+    m_Model.setOther(imageOf<float>({3, 4.25F}, 2, 1));
+    EXPECT_EQ(range(), Range(-0.25, 0.25));
+}
+
+TEST_F(ImageModelTest, ARangeGrowsByNumbersThatAreThere)
+{
+    send(imageOf<float>({1000, 1099}, 2, 1));
+    send(imageOf<float>({NAN_F, NAN_F}, 2, 1));
+    EXPECT_EQ(range(), Range(1000, 1099));
+    send(imageOf<float>({1200, 1200}, 2, 1));
+    EXPECT_EQ(range(), Range(1000, 1200));
+}
+
+TEST_F(ImageModelTest, EveryNumberHasARangeOfItsOwn)
+{
+    for (const double number : {1e300, -1e300, 1.7976931348623157e308, -1.7976931348623157e308}) {
+        send(imageOf<double>({number}, 1, 1));
+        EXPECT_LT(range().first, range().second) << number;
+        EXPECT_TRUE(std::isfinite(range().first) && std::isfinite(range().second)) << number;
+    }
 }
 
 TEST_F(ImageModelTest, WhatAPersonChoosesPrecedesTheProgram)
