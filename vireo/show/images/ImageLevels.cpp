@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <type_traits>
 #include <vector>
 
@@ -11,17 +12,26 @@ namespace tavo {
 
 namespace {
 
+constexpr int LARGEST_FACTOR = 4;
+
 // What the means of numbers are summed up in.
 template <typename T>
-using SumOf = std::conditional_t<std::is_same_v<T, float>, float,
-    std::conditional_t<(std::is_integral_v<T> && sizeof(T) <= 2), std::int32_t, double>>;
+using SumOf = std::conditional_t<(std::is_integral_v<T> && sizeof(T) <= 2), std::int32_t, double>;
+
+// What numbers are multiplied by before they are summed up: as many of the greatest doubles would be infinite.
+template <typename T>
+constexpr SumOf<T> WEIGHT = 1;
+template <>
+constexpr double WEIGHT<double> = 1.0 / (LARGEST_FACTOR * LARGEST_FACTOR);
 
 template <typename T>
 T meanOf(SumOf<T> sum, int count)
 {
-    if constexpr (std::is_floating_point_v<T>)
-        return static_cast<T>(sum / static_cast<SumOf<T>>(count));
-    else
+    if constexpr (std::is_floating_point_v<T>) {
+        const double mean = sum / (count * WEIGHT<T>);
+        constexpr double GREATEST = std::numeric_limits<T>::max();
+        return static_cast<T>(std::isfinite(sum) ? std::clamp(mean, -GREATEST, GREATEST) : mean);
+    } else
         return static_cast<T>(std::floor(double(sum) / count + 0.5));
 }
 
@@ -35,7 +45,7 @@ ImagePixels emptyLike(const ImagePixels& pixels, const QSize& size)
     return made;
 }
 
-// Means of squares of `factor` pixels, of a part of an image.
+// Means of squares of `factor` pixels, at most LARGEST_FACTOR, of a part of an image.
 template <typename T>
 class Reduction
 {
@@ -74,7 +84,7 @@ private:
         const T* const row = m_Numbers + m_Pixels.indexOfRow(y) +
                              static_cast<std::size_t>(m_Part.left()) * static_cast<std::size_t>(m_Pixels.channels);
         for (std::size_t i = 0; i < m_Sums.size(); ++i)
-            m_Sums[i] += static_cast<SumOf<T>>(row[i]);
+            m_Sums[i] += static_cast<SumOf<T>>(row[i]) * WEIGHT<T>;
     }
 
     const T* m_Numbers;

@@ -62,6 +62,29 @@ TEST(ImageLevelsTest, NegativeIntegersAreRoundedAsOthersAre)
     EXPECT_EQ(levelAt(levels, 1, 0, 0), 32767);
 }
 
+// The greatest number often stands for what was not measured.
+TEST(ImageLevelsTest, MeansOfTheGreatestNumbersAreFinite)
+{
+    constexpr int SIZE = 7; // whose last means are of fewer
+    constexpr std::size_t COUNT = std::size_t(SIZE) * SIZE;
+    constexpr float GREATEST_FLOAT = std::numeric_limits<float>::max();
+    constexpr double GREATEST = std::numeric_limits<double>::max();
+    for (int sign : {1, -1})
+        for (int level = 1; level <= 3; ++level) {
+            ImageLevels levels;
+            levels.setPixels(imageOf(std::vector<float>(COUNT, float(sign) * GREATEST_FLOAT), SIZE, SIZE));
+            const int last = levels.sizeOf(level).width() - 1;
+            EXPECT_EQ(levelAt(levels, level, 0, 0), sign * double(GREATEST_FLOAT)) << level;
+            EXPECT_EQ(levelAt(levels, level, last, last), sign * double(GREATEST_FLOAT)) << level;
+            levels.setPixels(imageOf(std::vector<double>(COUNT, sign * GREATEST), SIZE, SIZE));
+            EXPECT_DOUBLE_EQ(levelAt(levels, level, 0, 0), sign * GREATEST) << level;
+            EXPECT_DOUBLE_EQ(levelAt(levels, level, last, last), sign * GREATEST) << level;
+        }
+    ImageLevels levels;
+    levels.setPixels(imageOf<double>({-GREATEST, GREATEST, std::numeric_limits<double>::infinity(), 0}, 2, 2));
+    EXPECT_TRUE(std::isinf(levelAt(levels, 1, 0, 0)));
+}
+
 TEST(ImageLevelsTest, WhatIsNoNumberIsSeenAtEverySize)
 {
     std::vector<float> numbers(1024 * 1024, 1);
