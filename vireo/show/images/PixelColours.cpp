@@ -20,11 +20,22 @@ QRgb colourOf(const std::optional<ColourMap>& map, double place)
     return qRgb(colour[0], colour[1], colour[2]);
 }
 
+// A power of two by which numbers of a range are multiplied before they are subtracted, which loses none of their
+// digits: neither the width of a range is infinite then nor its reciprocal, and with the numbers that floats can have
+// they fit into floats.
+double unitOf(double from, double to)
+{
+    constexpr int LEAST = -100;
+    constexpr int GREATEST = std::numeric_limits<double>::max_exponent - 2;
+    return std::ldexp(1, -std::clamp(std::ilogb(to / 2 - from / 2), LEAST, GREATEST));
+}
+
 } // namespace
 
 PixelColours::PixelColours(const ImageLook& look)
     : m_Look(look)
-    , m_Scale(SIZE / (look.to - look.from))
+    , m_Unit(unitOf(look.from, look.to))
+    , m_Scale(SIZE / (look.to * m_Unit - look.from * m_Unit))
     , m_IsPlain(look.from == 0 && look.to == 255 && look.gamma == 1 && !look.isSizeShown)
 {
     const std::optional<ColourMap> map = findColourMap(look.colourMap);
@@ -36,8 +47,9 @@ PixelColours::PixelColours(const ImageLook& look)
     std::fill(m_Colours.begin() + SIZE, m_Colours.end(), COLOUR_OF_INFINITY);
     m_Colours[ENTRY_OF_NAN] = COLOUR_OF_NAN;
     for (std::size_t i = 0; i < m_ColoursOfBytes.size(); ++i) {
-        const double place =
-            std::pow(std::clamp((double(i) - look.from) / (look.to - look.from), 0.0, 1.0), 1 / look.gamma);
+        const double from = look.from * m_Unit;
+        const double linear = (double(i) * m_Unit - from) / (look.to * m_Unit - from);
+        const double place = std::pow(std::clamp(linear, 0.0, 1.0), 1 / look.gamma);
         m_ColoursOfBytes[i] = colourOf(map, place);
         m_LevelsOfBytes[i] = static_cast<unsigned char>(std::lround(255 * place));
     }
@@ -56,7 +68,8 @@ template <typename T>
 void PixelColours::findEntries(const T* numbers, int step, int count, int* entries) const
 {
     using Real = std::conditional_t<(sizeof(T) > 4 || std::is_integral_v<T>), double, T>;
-    const Real from = static_cast<Real>(m_Look.from);
+    const Real unit = static_cast<Real>(m_Unit);
+    const Real from = static_cast<Real>(m_Look.from * m_Unit);
     const Real scale = static_cast<Real>(m_Scale);
     const Real last = SIZE - 1;
     const bool isSizeShown = m_Look.isSizeShown;
@@ -64,7 +77,7 @@ void PixelColours::findEntries(const T* numbers, int step, int count, int* entri
         for (int i = 0; i < count; ++i) {
             const auto number = static_cast<Real>(numbers[std::ptrdiff_t(i) * constantStep]);
             const Real value = isSizeShown ? std::abs(number) : number;
-            const Real place = (value - from) * scale;
+            const Real place = (value * unit - from) * scale;
             const Real above = place > 0 ? place : 0; // also of what is no number
             const int entry = static_cast<int>(above < last ? above : last);
             if constexpr (std::is_floating_point_v<T>)

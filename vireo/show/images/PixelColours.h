@@ -62,7 +62,8 @@ private:
     void convertColours(const std::uint8_t* numbers, const ImagePixels& pixels, int count, QRgb* colours) const;
 
     ImageLook m_Look;
-    double m_Scale; // from numbers to entries
+    double m_Unit;  // that numbers are multiplied by first
+    double m_Scale; // and from there to entries
     bool m_IsPlain; // bytes are colours as they are
     std::array<QRgb, 2 * SIZE + 1> m_Colours;
     std::array<unsigned char, SIZE> m_Levels;
