@@ -170,5 +170,33 @@ TEST_F(ImageModelTest, ADifferenceIsOfTheChannelsThatBelongTogether)
     EXPECT_TRUE(m_Model.look().isSizeShown);
 }
 
+// Doubles count times of today in nanoseconds by hundreds.
+TEST_F(ImageModelTest, ADifferenceOfLargeIntegersLosesNone)
+{
+    constexpr std::int64_t NOW = 1'700'000'000'000'000'001;
+    send(imageOf<std::int64_t>({NOW + 100, NOW, -NOW - 3}, 3, 1));
+    m_Model.setOther(imageOf<std::int64_t>({NOW, NOW + 7, -NOW}, 3, 1));
+    EXPECT_EQ(m_Model.shownPixels().at(0, 0, 0), 100);
+    EXPECT_EQ(m_Model.shownPixels().at(1, 0, 0), -7);
+    EXPECT_EQ(m_Model.shownPixels().at(2, 0, 0), -3);
+    EXPECT_EQ(range(), Range(-100, 100));
+    m_Model.setOther(imageOf<std::uint64_t>({std::uint64_t(NOW) + 1, 0, 5}, 3, 1));
+    EXPECT_EQ(m_Model.shownPixels().at(0, 0, 0), 99);
+    EXPECT_EQ(m_Model.shownPixels().at(1, 0, 0), double(NOW));
+    EXPECT_EQ(m_Model.shownPixels().at(2, 0, 0), double(-NOW - 8));
+    m_Model.setOther(imageOf<float>({0, 1, 2}, 3, 1));
+    EXPECT_EQ(m_Model.shownPixels().at(0, 0, 0), double(NOW + 100));
+}
+
+TEST_F(ImageModelTest, ADifferenceOfIntegersIsLargerThanTheyAre)
+{
+    constexpr std::int64_t LEAST = std::numeric_limits<std::int64_t>::min();
+    constexpr std::uint64_t GREATEST = std::numeric_limits<std::uint64_t>::max();
+    send(imageOf<std::int64_t>({LEAST, -1}, 2, 1));
+    m_Model.setOther(imageOf<std::uint64_t>({GREATEST, GREATEST}, 2, 1));
+    EXPECT_EQ(m_Model.shownPixels().at(0, 0, 0), double(LEAST) - double(GREATEST));
+    EXPECT_EQ(m_Model.shownPixels().at(1, 0, 0), -double(GREATEST));
+}
+
 } // namespace
 } // namespace tavo
