@@ -100,6 +100,29 @@ QImage coloursOf(ImageLevels& levels, int level, const QRect& part, const PixelC
     return picture;
 }
 
+bool canBeMarked(const ImagePixels& pixels)
+{
+    return pixels.numbers.visit(
+        [](const auto* numbers, std::size_t) { return std::is_floating_point_v<std::decay_t<decltype(*numbers)>>; });
+}
+
+// What is not finite, whose colours would be lost among those of its neighbours: each as a pixel of the screen.
+// `corner` is where the colours begin.
+void drawMarks(QImage& picture, const QImage& colours, const QPointF& corner, double scale)
+{
+    for (int y = 0; y < colours.height(); ++y) {
+        const auto* const row = reinterpret_cast<const QRgb*>(colours.constScanLine(y));
+        for (int x = 0; x < colours.width(); ++x) {
+            if (row[x] != COLOUR_OF_NAN && row[x] != COLOUR_OF_INFINITY)
+                continue;
+            const QPointF middle = corner + QPointF(x + 0.5, y + 0.5) * scale;
+            const QPoint place(static_cast<int>(std::floor(middle.x())), static_cast<int>(std::floor(middle.y())));
+            if (picture.rect().contains(place) && picture.pixel(place) != COLOUR_OF_NAN)
+                picture.setPixel(place, row[x]);
+        }
+    }
+}
+
 // The image, smaller than it is.
 void drawReduced(QImage& picture, ImageLevels& levels, const PixelColours& colours, const ImageSight& sight)
 {
@@ -112,11 +135,15 @@ void drawReduced(QImage& picture, ImageLevels& levels, const PixelColours& colou
     const QRect seen = seenPixels(size, ofLevel, picture.size()).adjusted(-1, -1, 1, 1) & QRect(QPoint(), size);
     if (seen.isEmpty())
         return;
-    const QPointF origin = sight.origin(picture.size());
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, scale < 1);
-    painter.drawImage(QRectF(origin + QPointF(seen.topLeft()) * scale, QSizeF(seen.size()) * scale),
-        coloursOf(levels, level, seen, colours));
+    const QPointF corner = sight.origin(picture.size()) + QPointF(seen.topLeft()) * scale;
+    const QImage reduced = coloursOf(levels, level, seen, colours);
+    {
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform, scale < 1);
+        painter.drawImage(QRectF(corner, QSizeF(seen.size()) * scale), reduced);
+    }
+    if (scale < 1 && canBeMarked(levels.pixels()))
+        drawMarks(picture, reduced, corner, scale);
 }
 
 void fillAround(QImage& picture, const QRectF& image, const QColor& ground)

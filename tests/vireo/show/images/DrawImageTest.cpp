@@ -44,5 +44,46 @@ TEST(DrawImageTest, TheEndOfALongImageIsSeenAtTheGreatestMagnification)
     EXPECT_EQ(picture.pixel(390, 390), GROUND);
 }
 
+int count(const QImage& picture, QRgb colour)
+{
+    int found = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            found += picture.pixel(x, y) == colour ? 1 : 0;
+    return found;
+}
+
+TEST(DrawImageTest, WhatIsNotFiniteIsSeenAtEverySize)
+{
+    constexpr int SIZE = 2000;
+    std::vector<float> numbers(SIZE * SIZE);
+    numbers[SIZE * 1234 + 777] = std::numeric_limits<float>::quiet_NaN();
+    numbers[SIZE * 333 + 1500] = -std::numeric_limits<float>::infinity();
+    const ImagePixels pixels = imageOf(std::move(numbers), SIZE, SIZE);
+    for (const int side : {50, 99, 100, 125, 300, 333, 1000, 1333, 1999, 2000}) {
+        const QSize size(side, side);
+        const ImageSight sight = ImageSight::fitting({SIZE, SIZE}, size);
+        const QImage picture = drawn(pixels, sight, size);
+        EXPECT_EQ(count(picture, COLOUR_OF_NAN), 1) << side;
+        EXPECT_EQ(count(picture, COLOUR_OF_INFINITY), 1) << side;
+        const QPointF place = sight.toView({777.5, 1234.5}, size);
+        EXPECT_EQ(count(picture.copy(int(place.x()) - 1, int(place.y()) - 1, 3, 3), COLOUR_OF_NAN), 1) << side;
+    }
+}
+
+TEST(DrawImageTest, OfWhatIsNotFiniteThatIsSeenWhichIsNoNumber)
+{
+    std::vector<double> numbers(64 * 64);
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        numbers[i] = i % 128 == 64 ? std::numeric_limits<double>::quiet_NaN() : std::numeric_limits<double>::infinity();
+    const QSize size(33, 33);
+    const ImageSight sight = ImageSight::fitting({64, 64}, size);
+    const QImage picture = drawn(imageOf(std::move(numbers), 64, 64), sight, size);
+    for (int y = 1; y < 64; y += 2) {
+        const QPointF place = sight.toView({0.5, y + 0.5}, size);
+        EXPECT_EQ(picture.pixel(int(place.x()), int(place.y())), COLOUR_OF_NAN) << y;
+    }
+}
+
 } // namespace
 } // namespace tavo
