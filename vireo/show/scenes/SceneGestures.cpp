@@ -152,6 +152,12 @@ void SceneGestures::centre(const QPoint& pixel)
     m_View.showChoice();
 }
 
+// Where there are none, the key moves the focus. Those of the panel are not for the scene.
+bool SceneGestures::showNextField(const QKeyEvent& event)
+{
+    return event.modifiers() == Qt::NoModifier && m_View.focusWidget() == &m_View && m_View.showNextField();
+}
+
 bool SceneGestures::pressKey(const QKeyEvent& event)
 {
     const bool isOpposite = event.modifiers() & Qt::ControlModifier;
@@ -167,6 +173,7 @@ bool SceneGestures::pressKey(const QKeyEvent& event)
     case Qt::Key_X: m_View.switchSlab(0); return true;
     case Qt::Key_Y: m_View.switchSlab(1); return true;
     case Qt::Key_Z: m_View.switchSlab(2); return true;
+    case Qt::Key_Tab: return showNextField(event);
     case Qt::Key_P: m_View.switchPanel(); return true;
     case Qt::Key_Plus: m_View.changeSizes(1); return true;
     case Qt::Key_Minus: m_View.changeSizes(-1); return true;

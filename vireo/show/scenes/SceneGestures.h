@@ -57,6 +57,7 @@ private:
     void turnWheel(QWheelEvent& event);
     void centre(const QPoint& pixel);
     bool pressKey(const QKeyEvent& event);
+    bool showNextField(const QKeyEvent& event);
 
     // What is drawn at the pixel; or else the place there that is as far away as the middle of the scene.
     Vector3d placeAt(const QPointF& pixel);

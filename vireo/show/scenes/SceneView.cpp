@@ -498,12 +498,6 @@ void SceneView::drawPicture()
         beginRefinement();
 }
 
-// Tab is for the fields of items, where there are any.
-bool SceneView::focusNextPrevChild(bool next)
-{
-    return (next && focusWidget() == this && showNextField()) || View::focusNextPrevChild(next);
-}
-
 void SceneView::paintEvent(QPaintEvent*)
 {
     const Stopwatch watch;

@@ -130,7 +130,6 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
-    bool focusNextPrevChild(bool next) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;

@@ -611,6 +611,37 @@ TEST_F(ScenePanelTest, TabShowsTheNextField)
     EXPECT_FALSE(m_View.hasFocus()) << "it has no fields";
 }
 
+TEST_F(ScenePanelTest, OnlyTheKeyShowsTheNextField)
+{
+    clickRow({"car", "lidar"});
+    m_View.setFocus();
+    QWidget window;
+    QPushButton button(&window);
+    m_View.setParent(&window);
+    window.resize(1000, 600);
+    window.show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+    QApplication::setActiveWindow(&window);
+    m_View.show();
+    m_View.setFocus();
+    ASSERT_EQ(QApplication::focusWidget(), &m_View);
+    m_View.hide(); // Qt moves the focus on
+    EXPECT_EQ(QApplication::focusWidget(), &button);
+    EXPECT_EQ(stateOf("car/lidar").shown, "height");
+    m_View.show();
+    m_View.setFocus();
+    m_View.setParent(nullptr);
+    EXPECT_EQ(stateOf("car/lidar").shown, "height");
+    m_View.show();
+    QApplication::setActiveWindow(&m_View);
+    m_View.setFocus();
+    clickKey(&m_View, Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(stateOf("car/lidar").shown, "height");
+    m_View.setFocus();
+    clickKey(&m_View, Qt::Key_Tab);
+    EXPECT_EQ(stateOf("car/lidar").shown, "labels");
+}
+
 TEST_F(ScenePanelTest, PointsAreMadeLargerAndSmaller)
 {
     clickRow({"path"});
