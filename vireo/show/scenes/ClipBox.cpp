@@ -1,5 +1,7 @@
 #include "vireo/show/scenes/ClipBox.h"
 
+#include <algorithm>
+
 namespace tavo {
 
 namespace {
@@ -24,6 +26,20 @@ bool ClipBox::isSeen(const Vector3d& place) const
         if (!(m_Shown->getMin()[axis] <= place[axis] && place[axis] <= m_Shown->getMax()[axis]))
             return false;
     return true;
+}
+
+// A box beside all that is there remains beside it.
+std::optional<SceneBox> ClipBox::around(const SceneBox& all) const
+{
+    if (!m_Shown || all.isEmpty())
+        return m_Shown;
+    const SceneBox widest = boxAround(all);
+    const auto moved = [&widest](Vector3d end) {
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            end[axis] = std::clamp(end[axis], widest.getMin()[axis], widest.getMax()[axis]);
+        return end;
+    };
+    return boxBetween(moved(m_Shown->getMin()), moved(m_Shown->getMax()));
 }
 
 void ClipBox::send(const std::optional<SceneBox>& box)

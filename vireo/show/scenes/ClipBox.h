@@ -20,6 +20,10 @@ public:
 
     bool isSeen(const Vector3d& place) const;
 
+    // What of it is around what is there, which is all that it can cut: faces far away would be too far for GL's
+    // numbers.
+    std::optional<SceneBox> around(const SceneBox& all) const;
+
     // The axis along which it is thin and moved, of a slab.
     const std::optional<std::size_t>& slabAxis() const { return m_SlabAxis; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -56,6 +57,9 @@ public:
     // What is seen of them.
     ClipBox& getClipBox() { return m_ClipBox; }
     const ClipBox& getClipBox() const { return m_ClipBox; }
+
+    // The same for drawing; none if all is seen.
+    std::optional<SceneBox> drawnClipBox() { return m_ClipBox.around(box()); }
 
     // By their paths.
     const std::map<std::string, SceneItem>& items() const { return m_Items; }

@@ -78,7 +78,7 @@ void ScenePicker::drawItems(PickTarget& target, const SceneCamera& camera, const
 {
     glMatrixMode(GL_PROJECTION);
     glLoadMatrixd(share.projection.numbers.data());
-    const ClipPlanes planes(camera, m_Model.getClipBox().shown());
+    const ClipPlanes planes(camera, m_Model.drawnClipBox());
     glMatrixMode(GL_MODELVIEW);
     for (std::size_t i = 0; i < m_Drawn.size(); ++i)
         runGuarded([&] {
@@ -100,7 +100,7 @@ std::optional<ScenePick> ScenePicker::pick(const SceneCamera& camera, const QSiz
     const auto [item, vertex] = m_Context->getPickTarget().vertexOf(nearest->id);
     const Vector2d place(pixel.x() + nearest->x + 0.5, pixel.y() + nearest->y + 0.5);
     const Ray ray = rayThrough(camera, sizeOf(size), place);
-    const std::optional<SceneBox>& clip = m_Model.getClipBox().shown();
+    const std::optional<SceneBox> clip = m_Model.drawnClipBox();
     return pickOf(m_Drawn[item], vertex, clip ? cutTo(*clip, ray) : ray);
 }
 

@@ -122,7 +122,7 @@ void SceneRenderer::drawItems(
     begin(camera, pixels, look);
     const PointShare share = shareOf(camera, pixels, numPhases);
     drawClouds(camera, pixels, look, share);
-    const std::optional<SceneBox>& clip = m_Model.getClipBox().shown();
+    const std::optional<SceneBox> clip = m_Model.drawnClipBox();
     {
         const ClipPlanes planes(camera, clip);
         drawRest(camera, look, share);
@@ -241,7 +241,7 @@ void SceneRenderer::drawClouds(
 // The points of the share are counted through all of them.
 void SceneRenderer::drawUnlitClouds(const SceneCamera& camera, const SceneLook& look, const PointShare& share)
 {
-    const ClipPlanes planes(camera, m_Model.getClipBox().shown());
+    const ClipPlanes planes(camera, m_Model.drawnClipBox());
     std::size_t numBefore = 0;
     for (const Placed& placed : m_Model.visibleItems()) {
         if (!isLitByDepths(*placed.item))

@@ -4,9 +4,11 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <utility>
 
+#include "vireo/show/scenes/SceneBox.h"
 #include "vireo/show/scenes/Triangulator.h"
 
 namespace tavo {
@@ -414,6 +416,70 @@ std::uint64_t hashOf(const Vector3d& point)
     return hash;
 }
 
+// Calls `use(face)` for each face all of whose vertices can be drawn.
+template <typename Use>
+void forEachUsableFace(const ItemShape& shape, const std::vector<Vector3d>& points, Use use)
+{
+    forEachFace(shape, [&](std::size_t, const std::vector<unsigned int>& face) {
+        if (std::all_of(face.begin(), face.end(), [&points](unsigned int vertex) { return isUsable(points[vertex]); }))
+            use(face);
+    });
+}
+
+// Whether at each edge an even number of faces meets: what two of the same edge leave of a sum of bits is nothing.
+bool doEdgesMeet(const ItemShape& shape, const std::vector<Vector3d>& points)
+{
+    std::vector<std::uint64_t> hashes;
+    hashes.reserve(points.size());
+    std::transform(points.begin(), points.end(), std::back_inserter(hashes), hashOf);
+    std::uint64_t sum = 0;
+    forEachUsableFace(shape, points, [&](const std::vector<unsigned int>& face) {
+        for (std::size_t corner = 0; corner < face.size(); ++corner) {
+            const std::uint64_t from = hashes[face[corner]];
+            const std::uint64_t to = hashes[face[(corner + 1) % face.size()]];
+            sum ^= from != to ? mixed(from + to) : 0;
+        }
+    });
+    return sum == 0;
+}
+
+// Makes numbers the same of which each is as close to the next as that. They are sorted.
+void joinNumbers(std::vector<double>& numbers, double tolerance)
+{
+    double last = numbers.front();
+    for (std::size_t i = 1; i < numbers.size(); ++i) {
+        const bool isSame = numbers[i] - last <= tolerance;
+        last = numbers[i];
+        numbers[i] = isSame ? numbers[i - 1] : last;
+    }
+}
+
+// Gives the same place to points that lie so close to each other that only rounding can keep them apart.
+void joinPoints(const ItemShape& shape, std::vector<Vector3d>& points)
+{
+    constexpr double OF_SURFACE = 1e-9;      // of its diagonal
+    constexpr double OF_COORDINATES = 1e-15; // a few of the steps in which doubles go
+    SceneBox box;
+    forEachUsableFace(shape, points, [&](const std::vector<unsigned int>& face) {
+        for (const unsigned int vertex : face)
+            box.extend(points[vertex]);
+    });
+    for (std::size_t axis = 0; axis < 3 && !box.isEmpty(); ++axis) {
+        const double largest = std::max(std::abs(box.getMin()[axis]), std::abs(box.getMax()[axis]));
+        std::vector<double> sorted;
+        for (const Vector3d& point : points)
+            if (isUsable(point))
+                sorted.push_back(point[axis]);
+        std::sort(sorted.begin(), sorted.end());
+        std::vector<double> joined = sorted;
+        joinNumbers(joined, std::max(OF_SURFACE * box.diagonal(), OF_COORDINATES * largest));
+        for (Vector3d& point : points)
+            if (isUsable(point))
+                point[axis] = joined[static_cast<std::size_t>(
+                    std::lower_bound(sorted.begin(), sorted.end(), point[axis]) - sorted.begin())];
+    }
+}
+
 // It is drawn from its samples.
 DrawnItem volume(const ItemShape& shape)
 {
@@ -445,29 +511,17 @@ DrawnItem drawnEdges(const ItemShape& shape)
     return item;
 }
 
-// What two of the same edge leave of a sum of bits is nothing.
 bool isClosedSurface(const ItemShape& shape)
 {
     if (shape.kind != ItemKind::Mesh || shape.numParts() == 0)
         return false;
-    std::vector<std::uint64_t> hashes;
-    std::vector<bool> unusable(shape.points.size());
-    hashes.reserve(shape.points.size());
-    forEachPoint(shape.points, [&](std::size_t i, const Vector3d& point) {
-        hashes.push_back(hashOf(point));
-        unusable[i] = !isUsable(point);
-    });
-    std::uint64_t sum = 0;
-    forEachFace(shape, [&](std::size_t, const std::vector<unsigned int>& face) {
-        if (std::any_of(face.begin(), face.end(), [&unusable](unsigned int vertex) { return unusable[vertex]; }))
-            return;
-        for (std::size_t corner = 0; corner < face.size(); ++corner) {
-            const std::uint64_t from = hashes[face[corner]];
-            const std::uint64_t to = hashes[face[(corner + 1) % face.size()]];
-            sum ^= from != to ? mixed(from + to) : 0;
-        }
-    });
-    return sum == 0;
+    std::vector<Vector3d> points;
+    points.reserve(shape.points.size());
+    forEachPoint(shape.points, [&points](std::size_t, const Vector3d& point) { points.push_back(point); });
+    if (doEdgesMeet(shape, points))
+        return true;
+    joinPoints(shape, points);
+    return doEdgesMeet(shape, points);
 }
 
 DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth, bool haveParts)

@@ -64,7 +64,7 @@ DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool is
 DrawnItem drawnEdges(const ItemShape& shape);
 
 // Whether the faces of a mesh that are drawn have insides and outsides: at each edge an even number of faces meets.
-// Vertices at the same place are the same.
+// Vertices at the same place are the same, as are those that only rounding keeps apart.
 bool isClosedSurface(const ItemShape& shape);
 
 } // namespace tavo

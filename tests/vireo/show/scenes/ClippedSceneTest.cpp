@@ -12,6 +12,7 @@ namespace {
 const QColor RED(255, 0, 0);
 const QColor GREEN(0, 255, 0);
 const QColor SECTION_OF_RED(178, 0, 0);
+constexpr double PI = 3.14159265358979323846;
 constexpr int SIDE = 190; // too small for the orientation mark
 
 SceneBox boxBetween(const Vector3d& low, const Vector3d& high)
@@ -184,6 +185,77 @@ TEST_F(ClippedSceneTest, AClosedSurfaceLooksSolidWhereItIsCut)
                 look("back", isOrthographic);
                 EXPECT_EQ(middle(), SECTION_OF_RED);
             }
+}
+
+TEST_F(ClippedSceneTest, ABoxThatReachesFarBeyondEverythingCutsAsWell)
+{
+    for (const Vector3d& centre : {Vector3d(), Vector3d(5.5e6, -3e6, 120)})
+        for (const double reach : {1e5, 1e7, 1e17, 1e300}) {
+            m_Centre = centre;
+            send(m_View, "cube", cube(centre, 1));
+            clip({});
+            clip({-3, -0.2, -3}, {3, 3, 3});
+            const QImage expected = picture();
+            EXPECT_EQ(expected.pixelColor(SIDE / 2, SIDE / 2), SECTION_OF_RED);
+            clip({-reach, -0.2, -reach}, {reach, reach, reach});
+            EXPECT_EQ(picture(), expected) << reach << " at " << centre[0];
+            clip({0, -reach, -reach}, {reach, reach, reach});
+            const QImage half = picture();
+            EXPECT_EQ(half.pixelColor(SIDE / 2 + 20, SIDE / 2), RED) << reach << " at " << centre[0];
+            EXPECT_EQ(half.pixelColor(SIDE / 2 - 20, SIDE / 2), QColor(Qt::white)) << reach << " at " << centre[0];
+            clip({2, -reach, -reach}, {reach, reach, reach});
+            EXPECT_EQ(numPixels(picture(), Qt::white), SIDE * SIDE) << "the cube is not in it";
+        }
+}
+
+// Of so many sides, with vertices of its own for each of its meridians and at its poles.
+ItemUpdate ball(const Vector3d& centre, int sides, bool isOpen = false)
+{
+    std::vector<Vector3d> vertices;
+    std::vector<std::array<int, 4>> faces;
+    for (int i = 0; i <= sides; ++i)
+        for (int j = 0; j <= sides; ++j) {
+            const double up = PI * j / sides;
+            const double around = 2 * PI * i / sides;
+            vertices.push_back(
+                centre + Vector3d(std::sin(up) * std::cos(around), std::sin(up) * std::sin(around), std::cos(up)));
+        }
+    for (int i = 0; i < sides; ++i)
+        for (int j = isOpen ? 1 : 0; j < sides; ++j) {
+            const int first = i * (sides + 1) + j;
+            faces.push_back({first, first + 1, first + sides + 2, first + sides + 1});
+        }
+    ItemUpdate update = item(ItemKind::Mesh, vertices, {}, faces);
+    update.colour = RGBA8(255, 0, 0, 255);
+    return update;
+}
+
+TEST_F(ClippedSceneTest, VerticesThatRoundingKeepsApartAreTheSame)
+{
+    for (const Vector3d& centre : {Vector3d(), Vector3d(5.5e6, -3e6, 120)})
+        for (const int sides : {12, 37, 50}) {
+            m_Centre = centre;
+            send(m_View, "ball", ball(centre, sides));
+            clip({-3, -0.2, -3}, {3, 3, 3});
+            EXPECT_EQ(middle(), SECTION_OF_RED) << sides << " at " << centre[0];
+            send(m_View, "ball", ball(centre, sides, true));
+            EXPECT_GT(middle().red(), 240) << "it is open at its top";
+        }
+}
+
+// A vertex that no face has says nothing of how large the surface is.
+TEST_F(ClippedSceneTest, AnOpenSurfaceStaysOpenBesideAVertexFarAway)
+{
+    ItemUpdate bowl = cube({}, 1);
+    std::vector<double> numbers;
+    for (std::size_t i = 0; i < 24; ++i)
+        numbers.push_back(bowl.shape->points.numbers[i]);
+    numbers.insert(numbers.end(), {1e20, 1e20, 1e20});
+    bowl = item(ItemKind::Mesh, Points(numbers.data(), numbers.size()), {},
+        std::vector<std::array<int, 4>>{{0, 2, 3, 1}, {0, 1, 5, 4}, {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}});
+    SceneItem surface(0);
+    surface.apply(bowl);
+    EXPECT_FALSE(surface.isClosedSurface());
 }
 
 TEST_F(ClippedSceneTest, ASectionIsCutOnSeveralSides)
