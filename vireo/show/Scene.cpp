@@ -117,13 +117,31 @@ struct Call
         for (const double number : matrix.getNumbers())
             if (!std::isfinite(number))
                 return refuse("a number of the matrix is not finite");
-        return true;
+        return acceptsLastRow({matrix.getNumbers()});
+    }
+
+    // But for rounding, that of whatever moves things is 0, 0, 0, 1.
+    bool acceptsLastRow(const Matrix4& matrix) const
+    {
+        constexpr double ROUNDING = 1e-5;
+        bool isLastRow = std::abs(matrix.at(3, 3) - 1) <= ROUNDING;
+        std::string row;
+        for (std::size_t column = 0; column < 4; ++column) {
+            isLastRow = isLastRow && (column == 3 || std::abs(matrix.at(3, column)) <= ROUNDING);
+            row += (column > 0 ? ", " : "") + digits(matrix.at(3, column));
+        }
+        return isLastRow || refuse("the last row of the matrix is " + row +
+                                   " and not 0, 0, 0, 1: 16 numbers are column by column, with the translation near "
+                                   "the end");
     }
 };
 
 Matrix4 matrixOf(const Transformation& matrix)
 {
-    return {matrix.getNumbers()};
+    Matrix4 affine{matrix.getNumbers()};
+    for (std::size_t column = 0; column < 4; ++column)
+        affine.at(3, column) = column == 3 ? 1 : 0;
+    return affine;
 }
 
 ItemShape shapeOf(ItemKind kind, const Points& points, const Points& ends = {})
@@ -463,10 +481,15 @@ Item Item::normals(const Points& values, const Statement&) const
 
 Item Item::size(double pixels, const Statement&) const
 {
-    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) {
-        item.size = pixels;
-        item.radii.reset();
-    });
+    if (!isSent(m_Slot))
+        return *this;
+    if (pixels > 0 && std::isfinite(pixels))
+        changeItem(m_Slot, m_Path, [=](ItemUpdate& item) {
+            item.size = pixels;
+            item.radii.reset();
+        });
+    else
+        Call{m_Slot, "size", m_Path}.refuse("a size of " + digits(pixels) + " pixels cannot be drawn");
     return *this;
 }
 
@@ -479,8 +502,11 @@ Item Item::radius(const Numbers& units, const Statement&) const
 {
     if (!isSent(m_Slot))
         return *this;
+    const Call call{m_Slot, "radius", m_Path};
     if (units.areTooMany())
-        Call{m_Slot, "radius", m_Path}.refuse("there is no memory for so many numbers");
+        call.refuse("there is no memory for so many numbers");
+    else if (units.size() == 1 && !(units[0] >= 0 && std::isfinite(units[0])))
+        call.refuse("a radius of " + digits(units[0]) + " cannot be drawn");
     else
         changeItem(m_Slot, m_Path, [&](ItemUpdate& item) {
             item.radii = NumberTuples{units, 1};
@@ -491,7 +517,12 @@ Item Item::radius(const Numbers& units, const Statement&) const
 
 Item Item::opacity(double opacity, const Statement&) const
 {
-    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.opacity = opacity; });
+    if (!isSent(m_Slot))
+        return *this;
+    if (opacity >= 0 && opacity <= 1)
+        changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.opacity = opacity; });
+    else
+        Call{m_Slot, "opacity", m_Path}.refuse(digits(opacity) + " is not from 0 to 1");
     return *this;
 }
 

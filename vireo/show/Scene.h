@@ -58,7 +58,7 @@ public:
     /// Says that the numbers of that name, or "colours", belong to the faces of a mesh that has as many vertices.
     Item onFaces(std::string_view name, const Statement& statement = Statement()) const;
 
-    /// Shows the numbers of that name, or "colours", or with an empty name the one colour.
+    /// Shows the numbers of that name, or "colours", or with an empty name the one colour. They may come later.
     Item show(std::string_view name, const Statement& statement = Statement()) const;
 
     /// The numbers that have the first and the last colour of the map; by default the least and the greatest there are.
@@ -73,7 +73,8 @@ public:
     /// The normal of each point or vertex, by which light falls on it. They need not have the length 1.
     Item normals(const Points& values, const Statement& statement = Statement()) const;
 
-    /// How large points and how wide lines are, in pixels of the screen. Of size() and radius() the later one holds.
+    /// How large points and how wide lines are, in pixels of the screen, more than 0. Of size() and radius() the later
+    /// one holds.
     Item size(double pixels, const Statement& statement = Statement()) const;
 
     /// How large the points of a cloud are, in units of the scene, so that those farther away are smaller: one radius
@@ -204,7 +205,8 @@ public:
     Item volume(std::string_view path, const RegularVolume& volume, std::string_view channel = {},
         const Statement& statement = Statement()) const;
 
-    /// Moves all items of a path and below it: "car" moves "car/body". The matrix is 16 numbers column by column.
+    /// Moves all items of a path and below it: "car" moves "car/body". The matrix is 16 numbers column by column (see
+    /// Transformation), and its last row is 0, 0, 0, 1.
     Scene transform(
         std::string_view path, const Transformation& matrix, const Statement& statement = Statement()) const;
 

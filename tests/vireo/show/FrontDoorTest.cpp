@@ -1,6 +1,8 @@
 #include "vireo/show/delivery/FrontDoor.h"
 
 #include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
 #include <functional>
 #include <gmock/gmock.h>
 #include <memory>
@@ -83,6 +85,24 @@ TEST_F(FrontDoorTest, WhatIsNotReplacedStays)
     plot("plot").title("title").append("c", 1, 2).colour("a", {1, 2, 3, 255});
     FrontDoor::get()->showWaiting();
     EXPECT_THAT(m_WasWaiting, ElementsAre());
+}
+
+TEST_F(FrontDoorTest, PicturesWithoutPixelsAreRefused)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("picture.png");
+    plot("plot").curve("a", {1, 2, 3});
+    image("image", std::vector<float>(12), 4, 3);
+    scene("scene").cloud("a", {1, 2, 3});
+    FrontDoor& door = *FrontDoor::get();
+    door.showWaiting();
+    for (const char* name : {"plot", "image", "scene"}) {
+        EXPECT_EQ(door.savePicture(name, file, {0, 100}), "there are no pictures of 0 x 100 pixels");
+        EXPECT_EQ(door.savePicture(name, file, {100, -7}), "there are no pictures of 100 x -7 pixels");
+        EXPECT_FALSE(QFile::exists(file));
+        EXPECT_EQ(door.savePicture(name, file, {100, 70}), "");
+        EXPECT_TRUE(QFile::remove(file));
+    }
 }
 
 } // namespace

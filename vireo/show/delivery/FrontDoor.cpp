@@ -335,6 +335,9 @@ std::string FrontDoor::savePicture(const std::string& name, const QString& file,
     DebugSection* const section = view ? nullptr : findSection(name);
     if (!view && !section)
         return noSuchView(name);
+    if (size.isEmpty())
+        return "there are no pictures of " + std::to_string(size.width()) + " x " + std::to_string(size.height()) +
+               " pixels";
     constexpr int MOST_PIXELS = 32'767; // along a side; Qt draws no further
     if (size.width() > MOST_PIXELS || size.height() > MOST_PIXELS)
         return "pictures have at most " + std::to_string(MOST_PIXELS) + " pixels along a side";

@@ -47,6 +47,9 @@ public:
     // Colours that were sent; null if there are none.
     const NumberTuples* sent() const { return m_Colours.used(); }
     const NumberTuples* waiting() const { return m_Colours.waiting(); }
+
+    // What the program wants to be shown and has not sent; null if there is no such thing.
+    const std::string* missing() const { return m_Sent.shown && !has(*m_Sent.shown) ? &*m_Sent.shown : nullptr; }
     bool areSentShown() const;
     void dropSent() { m_Colours = {}; }
     std::optional<RGBA8> sentAt(std::size_t source, std::size_t part) const;

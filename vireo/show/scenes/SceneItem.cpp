@@ -203,27 +203,28 @@ std::vector<RGBA8> SceneItem::swatch(bool isGroundDark) const
     return colours;
 }
 
-std::string SceneItem::waiting() const
+std::vector<std::string> SceneItem::waiting() const
 {
     if (!m_Shape)
         return {};
     std::string points = " for " + std::to_string(m_Shape->numPoints()) + (isVolume() ? " samples" : " points");
     if (m_Shape->kind == ItemKind::Mesh)
         points += " and " + std::to_string(m_Shape->numParts()) + " faces";
-    const auto counted = [&points](std::size_t number, const std::string& what) {
-        return std::to_string(number) + ' ' + what + points;
+    std::vector<std::string> sentences;
+    const auto count = [&](const NumberTuples* waiting, const std::string& what) {
+        if (waiting)
+            sentences.push_back(std::to_string(waiting->width != 0 ? waiting->size() : waiting->numbers.size()) + ' ' +
+                                what + points + "; they are not shown");
     };
-    if (const NumberTuples* const colours = m_Colours.waiting())
-        return colours->width != 0 ? counted(colours->size(), "colours")
-                                   : counted(colours->numbers.size(), "numbers of colours");
-    if (m_Normals.waiting())
-        return counted(m_Normals.waiting()->size(), "normals");
-    if (m_Radii.waiting())
-        return counted(m_Radii.waiting()->size(), "radii");
+    const NumberTuples* const colours = m_Colours.waiting();
+    count(colours, colours && colours->width == 0 ? "numbers of colours" : "colours");
+    count(m_Normals.waiting(), "normals");
+    count(m_Radii.waiting(), "radii");
     for (const ItemColours::Field& field : m_Colours.fields())
-        if (field.values.waiting())
-            return counted(field.values.waiting()->size(), "numbers of \"" + printable(field.name, 80) + '"');
-    return {};
+        count(field.values.waiting(), "numbers of \"" + printable(field.name, 80) + '"');
+    if (const std::string* const missing = m_Colours.missing())
+        sentences.push_back("there are no numbers \"" + printable(*missing, 80) + "\" to be shown");
+    return sentences;
 }
 
 RGBA8 SceneItem::colour(const QColor& unlessGiven) const

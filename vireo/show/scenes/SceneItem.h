@@ -65,8 +65,9 @@ public:
 
     const SceneBox& box() const { return m_Drawn.box; }
 
-    // What waits for points or faces, as many as it is; empty if nothing does.
-    std::string waiting() const;
+    // A sentence on each thing that was sent and is not shown: for want of as many points or faces, or of what it
+    // names.
+    std::vector<std::string> waiting() const;
 
     // Of all that has no colours of its own, with the opacity.
     RGBA8 colour(const QColor& unlessGiven) const;

@@ -60,12 +60,10 @@ void SceneModel::remove(const std::string& branch)
 
 void SceneModel::sayWhatWaits() const
 {
-    for (const auto& [path, item] : m_Items) {
-        const std::string waiting = item.waiting();
-        if (!waiting.empty())
+    for (const auto& [path, item] : m_Items)
+        for (const std::string& sentence : item.waiting())
             sayOnce("scene(\"" + printable(m_Name, SHOWN_CHARACTERS) + "\"), \"" + printable(path, SHOWN_CHARACTERS) +
-                    "\": " + waiting + "; they are not shown");
-    }
+                    "\": " + sentence);
 }
 
 void SceneModel::sayWhatIsReduced() const

@@ -36,7 +36,7 @@ public:
     // Takes over what was sent to the items. Returns whether anything of it waits for its points.
     bool apply(SceneUpdate& update);
 
-    // Says in the log what waits still.
+    // Says in the log what waits still, each thing once.
     void sayWhatWaits() const;
 
     // The same of volumes that have been drawn, with fewer samples than there are.

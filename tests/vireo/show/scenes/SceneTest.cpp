@@ -457,5 +457,57 @@ TEST(SceneTest, SaysThatThereIsNoMemory)
     EXPECT_FALSE(inbox::hasWaiting());
 }
 
+TEST(SceneTest, ANumberThatCannotBeDrawnIsRefused)
+{
+    const double notANumber = std::numeric_limits<double>::quiet_NaN();
+    const double infinity = std::numeric_limits<double>::infinity();
+    const Item cloud = scene("numbers").cloud("a", TRIANGLE).size(3).opacity(0.5);
+    testing::internal::CaptureStderr();
+    for (const double bad : {-3.0, 0.0, notANumber, infinity})
+        cloud.size(bad);
+    for (const double bad : {-1.0, notANumber, infinity})
+        cloud.radius(bad);
+    for (const double bad : {7.0, -0.5, notANumber})
+        cloud.opacity(bad);
+    const std::string lines = testing::internal::GetCapturedStderr();
+    const auto sent = takeScene("numbers");
+    EXPECT_EQ(sent->items["a"].size, 3);
+    EXPECT_EQ(sent->items["a"].opacity, 0.5);
+    EXPECT_FALSE(sent->items["a"].radii);
+    const std::string call = "warning: tavo: scene(\"numbers\").";
+    const std::string stays = "; what was shown stays\n";
+    EXPECT_EQ(lines, call + "size(\"a\"): a size of -3 pixels cannot be drawn" + stays + call +
+                         "size(\"a\"): a size of 0 pixels cannot be drawn" + stays + call +
+                         "size(\"a\"): a size of nan pixels cannot be drawn" + stays + call +
+                         "size(\"a\"): a size of inf pixels cannot be drawn" + stays + call +
+                         "radius(\"a\"): a radius of -1 cannot be drawn" + stays + call +
+                         "radius(\"a\"): a radius of nan cannot be drawn" + stays + call +
+                         "radius(\"a\"): a radius of inf cannot be drawn" + stays + call +
+                         "opacity(\"a\"): 7 is not from 0 to 1" + stays + call +
+                         "opacity(\"a\"): -0.5 is not from 0 to 1" + stays + call +
+                         "opacity(\"a\"): nan is not from 0 to 1" + stays);
+}
+
+TEST(SceneTest, ATransposedTransformationIsRefused)
+{
+    const double rows[4][4] = {{1, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0, 0, 0, 1}};
+    testing::internal::CaptureStderr();
+    scene("moved").transform("a", rows);
+    scene("moved").transform("a", {1, 0, 0, 5, 0, 1, 0, 6, 0, 0, 1, 7, 0, 0, 0, 1});
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "warning: tavo: scene(\"moved\").transform(\"a\"): the last row of the matrix is 5, 6, 7, 1 and not 0, 0, 0, "
+        "1: "
+        "16 numbers are column by column, with the translation near the end; what was shown stays\n");
+    EXPECT_EQ(takeScene("moved")->transforms["a"], translation({5, 6, 7}));
+}
+
+TEST(SceneTest, ATransformationMayBeRounded)
+{
+    testing::internal::CaptureStderr();
+    scene("moved").transform("a", {1., 0., 0., 1e-9, 0., 1., 0., 0., 0., 0., 1., 0., 5., 6., 7., 1.0000001});
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(takeScene("moved")->transforms["a"], translation({5, 6, 7}));
+}
+
 } // namespace
 } // namespace tavo

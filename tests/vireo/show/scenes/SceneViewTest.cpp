@@ -629,7 +629,8 @@ TEST_F(ScenePartsTest, ColoursWaitForTheirFaces)
     ItemUpdate same = mesh;
     SceneItem waiting(0);
     waiting.apply(same);
-    EXPECT_EQ(waiting.waiting(), "3 numbers of \"area\" for 4 points and 2 faces");
+    EXPECT_THAT(
+        waiting.waiting(), testing::ElementsAre("3 numbers of \"area\" for 4 points and 2 faces; they are not shown"));
     send(m_View, "mesh", mesh);
     expectFaces(rgba(RED), rgba(RED));
     mesh = square();
@@ -1036,6 +1037,34 @@ TEST_F(SceneViewTest, NewDataAreFittedUntilTheCameraIsChosen)
     m_View.apply(cleared);
     EXPECT_EQ(m_View.getCamera().getPivot(), chosen.getPivot());
     EXPECT_EQ(m_View.getCamera().getElevation(), 0);
+}
+
+TEST(SceneWaitingTest, APictureSaysAllThatIsNotInIt)
+{
+    SceneView view("wrong");
+    ItemUpdate cloud = item(ItemKind::Cloud, {0, 0, 0, 1, 0, 0, 2, 0, 0});
+    cloud.radii = NumberTuples{Numbers{1, 2}, 1};
+    cloud.normals = NumberTuples{Points{0, 0, 1}, 3};
+    cloud.colours = NumberTuples{Colours{1, 2, 3, 4, 5, 6}, 3};
+    cloud.fields.push_back({"a", {Numbers{3, 4}, 1}, false});
+    cloud.fields.push_back({"b", {Numbers{3, 4, 5, 6}, 1}, false});
+    cloud.shown = "c";
+    send(view, "cloud", cloud);
+    testing::internal::CaptureStderr();
+    view.picture({100, 100});
+    const std::string lines = testing::internal::GetCapturedStderr();
+    const std::string begin = "warning: tavo: scene(\"wrong\"), \"cloud\": ";
+    const std::string end = " for 3 points; they are not shown\n";
+    EXPECT_EQ(lines, begin + "2 colours" + end + begin + "1 normals" + end + begin + "2 radii" + end + begin +
+                         "2 numbers of \"a\"" + end + begin + "4 numbers of \"b\"" + end + begin +
+                         "there are no numbers \"c\" to be shown\n");
+    ItemUpdate numbers;
+    numbers.fields.push_back({"c", {Numbers{3, 4, 5}, 1}, false});
+    send(view, "other", item(ItemKind::Cloud, {0, 0, 0, 1, 0, 0, 2, 0, 0}));
+    send(view, "other", numbers);
+    testing::internal::CaptureStderr();
+    view.picture({100, 100});
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "each is said once";
 }
 
 } // namespace
