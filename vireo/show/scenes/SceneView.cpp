@@ -80,7 +80,7 @@ void SceneView::apply(ViewUpdate& update)
 {
     auto& scene = static_cast<SceneUpdate&>(update);
     if (m_Model.apply(scene))
-        QTimer::singleShot(LONGEST_WAIT, this, [this] { sayWhatWaits(); });
+        QTimer::singleShot(LONGEST_WAIT, this, [this] { m_Model.sayWhatWaits(); });
     if (scene.pickReceiver)
         m_PickReceiver = *scene.pickReceiver;
     m_Marks.follow(m_Model);
@@ -346,7 +346,7 @@ SceneCamera SceneView::cameraFor(const QSizeF& size)
 
 QImage SceneView::picture(QSize size)
 {
-    sayWhatWaits(); // the picture goes without it, whatever comes later
+    m_Model.sayWhatWaits(); // the picture goes without it, whatever comes later
     const double scale = std::max({1.0, size.width() / LARGEST.width(), size.height() / LARGEST.height()});
     const QSizeF points = QSizeF(size) / scale;
     const SceneCamera camera = cameraFor(points);

@@ -36,7 +36,6 @@ public:
     void makeRoom(const Replaced& replaced) override;
     void apply(ViewUpdate& update) override;
     QImage picture(QSize size) override;
-    void sayWhatWaits() override { m_Model.sayWhatWaits(); }
     std::string saveData(const QString& file) override;
     std::function<void()> configuration() override;
 

@@ -26,9 +26,6 @@ public:
     // What the view shows, drawn at that size in pixels, however large the widget is.
     virtual QImage picture(QSize size) = 0;
 
-    // Says in the log what was sent and is not shown, since something is missing: at the end, when nothing more comes.
-    virtual void sayWhatWaits() {}
-
     // Saves such a picture, in the format that the file's name ends with. Why it could not be saved, for a person;
     // empty if it was.
     virtual std::string savePicture(const QString& file, QSize size) { return tavo::savePicture(file, picture(size)); }
