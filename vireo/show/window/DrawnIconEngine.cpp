@@ -7,6 +7,8 @@ namespace tavo {
 
 QPixmap DrawnIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state)
 {
+    if (size.isEmpty())
+        return {};
     QPixmap pixmap(size);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);

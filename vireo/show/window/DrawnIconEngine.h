@@ -4,7 +4,8 @@
 
 namespace tavo {
 
-// An icon that paint() draws at whatever size is asked for, and leaves transparent elsewhere.
+// An icon that paint() draws at whatever size is asked for, and leaves transparent elsewhere. An empty size has an
+// empty pixmap.
 class DrawnIconEngine : public QIconEngine
 {
 public:
