@@ -6,9 +6,8 @@
 #include <Inventor/nodes/SoPerspectiveCamera.h>
 #include <Inventor/nodes/SoPointSet.h>
 #include <Inventor/nodes/SoSeparator.h>
-#include <QGLWidget>
 
-#include "benchmarks/peers/Scene.h"
+#include "benchmarks/peers/PeerWidget.h"
 
 namespace vireo_bench {
 
@@ -26,10 +25,6 @@ public:
     CoinPoints(const Viewpoint& from, Points points)
         : m_Points(std::move(points))
     {
-        m_Widget.setAttribute(Qt::WA_ShowWithoutActivating);
-        m_Widget.setWindowFlags(Qt::Window | Qt::BypassWindowManagerHint);
-        m_Widget.resize(SIZE, SIZE);
-        m_Widget.show();
         m_Root->ref();
         m_Root->addChild(m_Camera);
         m_Camera->position = vec(from.eye);
@@ -74,23 +69,9 @@ public:
         m_Manager.render(true, true);
         glFinish();
     }
-    Bytes pixels() override
-    {
-        m_Widget.makeCurrent();
-        Bytes pixels(std::size_t{4} * SIZE * SIZE);
-        glReadPixels(0, 0, SIZE, SIZE, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-        return pixels;
-    }
+    Bytes pixels() override { return m_Widget.pixels(); }
 
 private:
-    // Nobody but the manager paints into it.
-    class Widget : public QGLWidget
-    {
-    protected:
-        void paintEvent(QPaintEvent*) override {}
-        void resizeEvent(QResizeEvent*) override {}
-    };
-
     // Before there is any node.
     struct Library
     {
@@ -99,7 +80,7 @@ private:
 
     Points m_Points;
     Library m_Library;
-    Widget m_Widget;
+    PeerWidget m_Widget;
     SoSeparator* m_Root = new SoSeparator;
     SoPerspectiveCamera* m_Camera = new SoPerspectiveCamera;
     SoSceneManager m_Manager;

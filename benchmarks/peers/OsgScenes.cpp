@@ -1,4 +1,3 @@
-#include <QGLWidget>
 #include <osg/Geometry>
 #include <osg/Notify>
 #include <osg/Texture2D>
@@ -9,7 +8,7 @@
 #include <osgVolume/Volume>
 #include <osgVolume/VolumeTile>
 
-#include "benchmarks/peers/Scene.h"
+#include "benchmarks/peers/PeerWidget.h"
 
 namespace vireo_bench {
 
@@ -29,10 +28,6 @@ public:
     OsgScene()
     {
         osg::setNotifyLevel(osg::WARN);
-        m_Widget.setAttribute(Qt::WA_ShowWithoutActivating);
-        m_Widget.setWindowFlags(Qt::Window | Qt::BypassWindowManagerHint);
-        m_Widget.resize(SIZE, SIZE);
-        m_Widget.show();
         m_Viewer->setThreadingModel(osgViewer::Viewer::SingleThreaded);
         m_Viewer->setUseConfigureAffinity(false); // else this thread, and what others start in it, has one processor
         m_Viewer->setUpViewerAsEmbeddedInWindow(0, 0, SIZE, SIZE);
@@ -59,27 +54,13 @@ public:
         m_Viewer->frame();
         glFinish();
     }
-    Bytes pixels() override
-    {
-        m_Widget.makeCurrent();
-        Bytes pixels(std::size_t{4} * SIZE * SIZE);
-        glReadPixels(0, 0, SIZE, SIZE, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-        return pixels;
-    }
+    Bytes pixels() override { return m_Widget.pixels(); }
 
 protected:
     void show(osg::Node* node) { m_Viewer->setSceneData(node); }
 
 private:
-    // Nobody but the viewer paints into it.
-    class Widget : public QGLWidget
-    {
-    protected:
-        void paintEvent(QPaintEvent*) override {}
-        void resizeEvent(QResizeEvent*) override {}
-    };
-
-    Widget m_Widget;
+    PeerWidget m_Widget;
     osg::ref_ptr<osgViewer::Viewer> m_Viewer = new osgViewer::Viewer;
 };
 

@@ -123,20 +123,22 @@ void ImageView::sayWhyNoDifference() const
                 "is shown");
 }
 
-// Somebody may have forgotten the channels.
+// Somebody may have forgotten the channels. Rows with a stride may end with anything.
 void ImageView::sayWhatIsLeft(const ImagePixels& pixels) const
 {
-    const auto numbersOfPixels = static_cast<std::size_t>(pixels.width) * static_cast<std::size_t>(pixels.height);
-    const std::size_t number = pixels.numbers.size();
-    const std::size_t numbersInARow = pixels.rowStride * static_cast<std::size_t>(pixels.height);
-    if (number <= numbersInARow || numbersInARow != numbersOfPixels * static_cast<std::size_t>(pixels.channels))
+    const auto numPixels = static_cast<std::size_t>(pixels.width) * static_cast<std::size_t>(pixels.height);
+    const auto channels = static_cast<std::size_t>(pixels.channels);
+    const std::size_t numNumbers = pixels.numbers.size();
+    const bool hasStride = pixels.rowStride != static_cast<std::size_t>(pixels.width) * channels;
+    if (hasStride || numNumbers <= numPixels * channels)
         return;
-    const bool mayBeChannels = number % numbersOfPixels == 0 && number / numbersOfPixels <= 4;
-    sayOnce("image(\"" + printable(m_Name, LONGEST_NAME) + "\"): " + std::to_string(number) +
-            " numbers are more than " + std::to_string(pixels.width) + " x " + std::to_string(pixels.height) +
-            " pixels of " + std::to_string(pixels.channels) + (pixels.channels == 1 ? " channel" : " channels") +
-            "; the first of them are shown" +
-            (mayBeChannels ? " (are there " + std::to_string(number / numbersOfPixels) + " channels?)" : ""));
+    std::string text = "image(\"" + printable(m_Name, LONGEST_NAME) + "\"): " + std::to_string(numNumbers) +
+                       " numbers are more than " + std::to_string(pixels.width) + " x " +
+                       std::to_string(pixels.height) + " pixels of " + std::to_string(channels) +
+                       (channels == 1 ? " channel" : " channels") + " have; the first of them are shown";
+    if (numNumbers % numPixels == 0 && numNumbers / numPixels <= 4)
+        text += " (are there " + std::to_string(numNumbers / numPixels) + " channels?)";
+    sayOnce(text);
 }
 
 std::vector<ImageView*> ImageView::linkedViews()

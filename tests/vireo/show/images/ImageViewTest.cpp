@@ -207,7 +207,7 @@ TEST_F(ImageViewTest, AsksForChannelsThatWereForgotten)
     send(m_View, imageOf<float>({1, 2, 3, 4, 5, 6}, 2, 1));
     EXPECT_THAT(testing::internal::GetCapturedStderr(),
         testing::HasSubstr(
-            "6 numbers are more than 2 x 1 pixels of 1 channel; the first of them are shown (are there 3 "
+            "6 numbers are more than 2 x 1 pixels of 1 channel have; the first of them are shown (are there 3 "
             "channels?)"));
 }
 
