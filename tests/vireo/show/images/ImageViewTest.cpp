@@ -103,7 +103,7 @@ TEST_F(ImageViewTest, WhatIsNoNumberHasColoursThatNoMapHas)
 
 TEST_F(ImageViewTest, PixelsAreSquaresOfOneSize)
 {
-    std::vector<std::uint8_t> numbers(7 * 5);
+    std::vector<std::uint8_t> numbers(35);
     for (std::size_t i = 0; i < numbers.size(); ++i)
         numbers[i] = static_cast<std::uint8_t>(7 * i);
     send(m_View, imageOf(numbers, 7, 5));
@@ -120,9 +120,9 @@ TEST_F(ImageViewTest, PixelsAreSquaresOfOneSize)
 
 TEST_F(ImageViewTest, SmallerPicturesAreMeans)
 {
-    std::vector<std::uint8_t> numbers;
-    for (int i = 0; i < 1000 * 800; ++i)
-        numbers.push_back(i % 2 == 0 ? 0 : 200);
+    std::vector<std::uint8_t> numbers(800'000, 0);
+    for (std::size_t i = 1; i < numbers.size(); i += 2)
+        numbers[i] = 200;
     send(m_View, imageOf(numbers, 1000, 800));
     for (const QSize size : {QSize(500, 400), QSize(250, 200), QSize(160, 120), QSize(333, 300)})
         for (const QPoint place : {QPoint(300, 300), QPoint(501, 402), QPoint(700, 77)})
@@ -132,7 +132,7 @@ TEST_F(ImageViewTest, SmallerPicturesAreMeans)
 
 TEST_F(ImageViewTest, ValuesAreWrittenFrom32FoldOn)
 {
-    send(m_View, imageOf<std::uint8_t>(std::vector<std::uint8_t>(4 * 3, 100), 4, 3));
+    send(m_View, imageOf<std::uint8_t>(std::vector<std::uint8_t>(12, 100), 4, 3));
     const auto hasInk = [this](const QSize& size) {
         const QImage picture = m_View.picture(size);
         const ImageSight sight = ImageSight::fitting({4, 3}, size);
@@ -150,15 +150,15 @@ TEST_F(ImageViewTest, ValuesAreWrittenFrom32FoldOn)
 
 TEST_F(ImageViewTest, WhatIsSentLeavesThePartAloneThatAPersonHasChosen)
 {
-    send(m_View, imageOf(std::vector<std::uint8_t>(100 * 100), 100, 100));
+    send(m_View, imageOf(std::vector<std::uint8_t>(10000), 100, 100));
     const double fitting = m_View.getSight().scale;
-    send(m_View, imageOf(std::vector<std::uint8_t>(50 * 50), 50, 50));
+    send(m_View, imageOf(std::vector<std::uint8_t>(2500), 50, 50));
     EXPECT_EQ(m_View.getSight().scale, 2 * fitting + 1);
     ImageSight sight;
     sight.scale = 4;
     sight.centre = {10, 20};
     m_View.setSight(sight);
-    send(m_View, imageOf(std::vector<std::uint8_t>(100 * 100), 100, 100));
+    send(m_View, imageOf(std::vector<std::uint8_t>(10000), 100, 100));
     EXPECT_EQ(m_View.getSight(), sight);
     m_View.showAll();
     EXPECT_EQ(m_View.getSight().scale, fitting);
