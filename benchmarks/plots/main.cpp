@@ -40,14 +40,14 @@ public:
         QApplication::processEvents();
     }
 
-    // New samples each time, or copies of the old ones would be found.
+    // New samples each time, or copies of the old ones would be found; of the same ranges, as the peer's are.
     void prepare() override
     {
         constexpr double LITTLE = 1e-6;
-        for (double& x : m_X)
-            x += LITTLE;
+        const std::size_t middle = m_X.size() / 2;
+        m_X[middle] += LITTLE;
         for (std::vector<double>& ys : m_Ys)
-            ys.front() += LITTLE;
+            ys[middle] += LITTLE;
     }
 
     void run() override

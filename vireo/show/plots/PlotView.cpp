@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <QEvent>
 #include <QFileInfo>
+#include <QFontInfo>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
@@ -19,6 +20,7 @@
 #include <qwt_plot_renderer.h>
 #include <qwt_scale_engine.h>
 #include <qwt_scale_widget.h>
+#include <qwt_text_label.h>
 #include <qwt_transform.h>
 #include <set>
 #include <string_view>
@@ -184,13 +186,11 @@ std::vector<PlotView*>& allViews()
     return views;
 }
 
-QwtText titleText(const std::string& text, QFont font, double pixels)
+QFont titleFont(QFont font)
 {
-    font.setPointSizeF(font.pointSizeF() * TITLE_SIZE);
+    font.setPointSizeF(QFontInfo(font).pointSizeF() * TITLE_SIZE);
     font.setBold(true);
-    QwtText title = plainText(QFontMetricsF(font).elidedText(shortText(text), Qt::ElideRight, pixels));
-    title.setFont(font);
-    return title;
+    return font;
 }
 
 // Axes end where their layout has put them. Qwt would ask them anew where that is, and they would answer for the
@@ -247,6 +247,7 @@ PlotView::PlotView(const std::string& name)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
     layout->addWidget(m_Plot);
+    m_Plot->titleLabel()->setFont(titleFont(font()));
     setFocusProxy(m_Plot->canvas());
     m_Grid->attach(m_Plot);
     m_Lines->attach(m_Plot);
@@ -534,10 +535,13 @@ void PlotView::showColours()
 void PlotView::changeEvent(QEvent* event)
 {
     View::changeEvent(event);
-    if (event->type() != QEvent::PaletteChange)
-        return;
-    showColours();
-    m_Plot->replot();
+    if (event->type() == QEvent::PaletteChange) {
+        showColours();
+        m_Plot->replot();
+    } else if (event->type() == QEvent::FontChange) {
+        m_Plot->titleLabel()->setFont(titleFont(font()));
+        showSight();
+    }
 }
 
 void PlotView::resizeEvent(QResizeEvent* event)
@@ -719,23 +723,29 @@ QString PlotView::othersAt(double x, const QPointF& pixel, double radius, const 
 void PlotView::divideAxes(const QRectF& plot)
 {
     // The height of the title is part of the layout, the width of the labels at y says what is left for x.
-    m_Plot->setTitle(titleText(m_Title, font(), plot.width()));
+    showTitle(plot.width());
     m_Plot->plotLayout()->activate(m_Plot, plot);
     for (const PlotSight::Axis axis : {PlotSight::Y, PlotSight::Y2})
         divideAxis(axis, m_Plot->plotLayout()->canvasRect().height());
     m_Plot->updateAxes();
     m_Plot->plotLayout()->activate(m_Plot, plot);
     divideAxis(PlotSight::X, m_Plot->plotLayout()->canvasRect().width());
-    m_Plot->setTitle(titleText(m_Title, font(), m_Plot->plotLayout()->titleRect().width()));
+    showTitle(m_Plot->plotLayout()->titleRect().width());
     m_Plot->updateAxes();
+}
+
+void PlotView::showTitle(double pixels)
+{
+    const QFontMetricsF font(m_Plot->titleLabel()->font());
+    m_Plot->setTitle(plainText(font.elidedText(shortText(m_Title), Qt::ElideRight, pixels)));
 }
 
 void PlotView::divideAxis(PlotSight::Axis axis, double pixels)
 {
     const int qwtAxis = QWT_AXES[axis];
     const Qt::Orientation orientation = axis == PlotSight::X ? Qt::Horizontal : Qt::Vertical;
-    const AxisDivision division = tavo::divideAxis(
-        m_Axes[axis], m_Sight.range(axis), pixels, orientation, QFontMetricsF(m_Plot->axisFont(qwtAxis)));
+    const AxisDivision& division =
+        m_Dividers[axis].divide(m_Axes[axis], m_Sight.range(axis), pixels, orientation, m_Plot->axisFont(qwtAxis));
     m_Plot->setAxisScaleDiv(qwtAxis, division.ticks);
     auto* const numbers = static_cast<AxisNumbers*>(m_Plot->axisScaleDraw(qwtAxis));
     numbers->setLabels(division.labels);

@@ -12,6 +12,7 @@
 #include "vireo/show/plots/PlotSight.h"
 #include "vireo/show/plots/PlotUpdate.h"
 #include "vireo/show/plots/ShownCurves.h"
+#include "vireo/show/plots/divideAxis.h"
 #include "vireo/show/window/View.h"
 
 class QwtPlot;
@@ -117,6 +118,7 @@ private:
 
     // Has the axes of a plot of that size numbered.
     void divideAxes(const QRectF& plot);
+    void showTitle(double pixels);
     void divideAxis(PlotSight::Axis axis, double pixels);
     void keepRoom(PlotSight::Axis axis, AxisNumbers& numbers);
 
@@ -130,6 +132,7 @@ private:
     ShownCurves m_Shown;
     std::size_t m_NumColours = 0;
     std::array<AxisUpdate, PlotSight::NUM_AXES> m_Axes;
+    std::array<AxisDivider, PlotSight::NUM_AXES> m_Dividers;
     std::array<std::optional<bool>, PlotSight::NUM_AXES> m_LogChosen; // by a person
     PlotSight m_Sight;
     QwtPlot* m_Plot;

@@ -188,4 +188,16 @@ AxisDivision divideAxis(const AxisUpdate& axis, const AxisUpdate::Range& range, 
     }
 }
 
+const AxisDivision& AxisDivider::divide(const AxisUpdate& axis, const AxisUpdate::Range& range, double pixels,
+    Qt::Orientation orientation, const QFont& font)
+{
+    Question question(axis.name ? axis.name->unit : std::string(), axis.isLog.value_or(false),
+        axis.isTime.value_or(false), range.from, range.to, pixels, orientation, font);
+    if (m_Question != question) {
+        m_Answer = divideAxis(axis, range, pixels, orientation, QFontMetricsF(font));
+        m_Question = std::move(question);
+    }
+    return m_Answer;
+}
+
 } // namespace tavo

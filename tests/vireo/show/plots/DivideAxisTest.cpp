@@ -140,6 +140,39 @@ TEST_F(DivideAxisTest, NamesUnitZoneAndOffset)
     EXPECT_TRUE(divideAxis(axis, {1.7e9, 1.7e9 + 1}, 600, Qt::Horizontal, m_Font).unit.startsWith("UTC"));
 }
 
+TEST_F(DivideAxisTest, ADividerAnswersEachQuestionAnewThatIsNotItsLast)
+{
+    AxisUpdate axis;
+    AxisUpdate::Range range{0, 4e6};
+    double pixels = 600;
+    QFont font = QApplication::font();
+    AxisDivider divider;
+    const auto expectAsDivided = [&] {
+        const AxisDivision expected = divideAxis(axis, range, pixels, Qt::Horizontal, QFontMetricsF(font));
+        for (int asked = 0; asked < 2; ++asked) {
+            const AxisDivision& division = divider.divide(axis, range, pixels, Qt::Horizontal, font);
+            EXPECT_EQ(division.labels, expected.labels);
+            EXPECT_EQ(division.ticks, expected.ticks);
+            EXPECT_EQ(division.unit, expected.unit);
+        }
+    };
+    expectAsDivided();
+    axis.name = AxisUpdate::Name{"pressure", "Pa"};
+    expectAsDivided();
+    range.from = 1e6;
+    expectAsDivided();
+    range.to = 9e6;
+    expectAsDivided();
+    pixels = 200;
+    expectAsDivided();
+    font.setPointSizeF(40);
+    expectAsDivided();
+    axis.isLog = true;
+    expectAsDivided();
+    axis.isTime = true;
+    expectAsDivided();
+}
+
 } // namespace
 
 } // namespace tavo

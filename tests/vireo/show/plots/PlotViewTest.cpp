@@ -12,6 +12,7 @@
 #include <qwt_plot.h>
 #include <qwt_plot_item.h>
 #include <qwt_scale_map.h>
+#include <qwt_text_label.h>
 #include <sstream>
 #include <utility>
 
@@ -472,6 +473,22 @@ TEST_F(PlotViewTest, LineEndsAndTabsInNamesAreBlanks)
     update.title = "first\nsecond";
     m_View.apply(update);
     EXPECT_EQ(m_View.getPlot().title().text().toStdString(), "first second");
+}
+
+TEST_F(PlotViewTest, TheTitleFollowsTheFont)
+{
+    send("a", {0, 1}, {0, 1});
+    const int before = m_View.getPlot().titleLabel()->height();
+    for (const bool inPixels : {false, true}) {
+        QFont font = m_View.font();
+        if (inPixels)
+            font.setPixelSize(60);
+        else
+            font.setPointSizeF(3 * QFontInfo(font).pointSizeF());
+        m_View.setFont(font);
+        EXPECT_GT(m_View.getPlot().titleLabel()->height(), 2 * before);
+        EXPECT_TRUE(m_View.getPlot().titleLabel()->font().bold());
+    }
 }
 
 TEST_F(PlotViewTest, LongTitlesEndInAnEllipsisWhereTheRoomEnds)
