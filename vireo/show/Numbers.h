@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <chrono>
 #include <concepts>
 #include <cstddef>
 #include <exception>
@@ -21,6 +23,26 @@ template <typename T>
 concept Number =
     std::is_arithmetic_v<T> && !std::same_as<T, bool> && !std::same_as<T, char> && !std::same_as<T, wchar_t> &&
     !std::same_as<T, char8_t> && !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
+
+/// A time point of a clock of `std::chrono`.
+template <typename T>
+concept Moment = requires(const T& moment)
+{
+    typename T::clock;
+    typename T::period;
+    moment.time_since_epoch();
+};
+
+/// Seconds since the clock of the moment began.
+template <Moment T>
+double secondsOf(const T& moment)
+{
+    return std::chrono::duration<double>(moment.time_since_epoch()).count();
+}
+
+/// Whether moments of that type are dates, and not only distances in time.
+template <Moment T>
+inline constexpr bool IS_DATE = std::same_as<typename T::clock, std::chrono::system_clock>;
 
 template <Number T>
 constexpr NumberType numberTypeOf()
@@ -88,7 +110,8 @@ private:
 
 /// Numbers of a call: a range of any arithmetic type, such as a `std::vector<double>`, a `std::array`, a span, a C
 /// array or a vector of Eigen's; `{1, 2, 3}`; or a pointer and a count. They are copied, and keep their type; of a
-/// vector that is moved in, nothing is copied. Where nothing is shown, nothing is copied or moved at all.
+/// vector that is moved in, nothing is copied. Where nothing is shown, nothing is copied or moved at all. Time points
+/// of `std::chrono` are seconds since their clock began.
 ///
 ///     const std::vector<double> pressures{100.2, 100.9, 101.1};
 ///     tavo::plot("pressure").curve("inlet", pressures).curve("limits", {100.0, 101.5});
@@ -111,11 +134,20 @@ public:
     }
     Numbers(std::initializer_list<double> numbers) { copy(numbers.begin(), numbers.size(), 1); }
 
+    template <Moment T>
+    Numbers(std::initializer_list<T> moments)
+    {
+        copyMoments(moments.begin(), moments.size());
+    }
+
     template <Number T>
     Numbers(const T* numbers, std::size_t count)
     {
         copy(numbers, numbers ? count : 0, 1);
     }
+
+    /// Whether they are seconds since 1970, of time points of the system's clock.
+    bool areDates() const { return m_AreDates; }
 
 private:
     template <typename Range>
@@ -131,6 +163,8 @@ private:
                 "vireo: this is not a series of numbers: send what std::data and std::size "
                 "know, such as a std::vector<double>. A std::vector<bool> has bits, no "
                 "numbers.");
+        } else if constexpr (Moment<ElementOf<Plain>>) {
+            copyMoments(std::data(range), static_cast<std::size_t>(std::size(range)));
         } else {
             static_assert(Number<ElementOf<Plain>>,
                 "vireo: these are not numbers: characters, bool and structures have no place on an axis.");
@@ -170,6 +204,17 @@ private:
         });
     }
 
+    template <Moment T>
+    void copyMoments(const T* moments, std::size_t count)
+    {
+        takeWhatFits([=, this] {
+            std::vector<double> seconds(count);
+            std::transform(moments, moments + count, seconds.begin(), secondsOf<T>);
+            keep(std::move(seconds));
+            m_AreDates = IS_DATE<T>;
+        });
+    }
+
     // Copies them, unless there is a copy.
     template <Number T>
     void share(const T* numbers, std::size_t count)
@@ -187,6 +232,8 @@ private:
         const auto kept = std::make_shared<const std::vector<T>>(std::move(numbers));
         NumberArray::operator=(NumberArray(kept, kept->data(), kept->size(), numberTypeOf<T>()));
     }
+
+    bool m_AreDates = false;
 };
 
 } // namespace tavo

@@ -38,6 +38,17 @@ void changeCurve(const ViewSlotPointer& slot, std::string_view name, Change&& ch
     change(slot, [&](PlotUpdate& plot) { changeIt(plot.curve(std::string(name))); });
 }
 
+// Of a curve that stands at x, which has the axis show dates if it is dates.
+template <typename Change>
+void changeSamples(const ViewSlotPointer& slot, std::string_view name, const Numbers* x, Change&& changeIt) noexcept
+{
+    change(slot, [&](PlotUpdate& plot) {
+        changeIt(plot.curve(std::string(name)));
+        if (x && x->areDates())
+            plot.x.isTime = true;
+    });
+}
+
 // Whether there is anything wrong with the samples, which is said.
 bool isMistaken(
     const ViewSlotPointer& slot, const char* operation, std::string_view name, const Numbers* x, const Numbers& y)
@@ -58,7 +69,7 @@ void sendSamples(const ViewSlotPointer& slot, CurveKind kind, std::string_view n
     if (!isSent(slot) || isMistaken(slot, nameOf(kind), name, x, y) ||
         (low && isMistaken(slot, nameOf(kind), name, x, *low)))
         return;
-    changeCurve(slot, name, [&](CurveUpdate& curve) {
+    changeSamples(slot, name, x, [&](CurveUpdate& curve) {
         curve.send({x ? NumberArray(*x) : NumberArray(), y, low ? NumberArray(*low) : NumberArray(), kind});
     });
 }
@@ -176,7 +187,7 @@ Plot Plot::append(std::string_view name, double x, double y, const Statement&) c
 Plot Plot::append(std::string_view name, const Numbers& x, const Numbers& y, const Statement&) const
 {
     if (isSent(m_Slot) && !isMistaken(m_Slot, "append", name, &x, y))
-        changeCurve(m_Slot, name, [&](CurveUpdate& curve) { curve.append({x, y}); });
+        changeSamples(m_Slot, name, &x, [&](CurveUpdate& curve) { curve.append({x, y}); });
     return *this;
 }
 
@@ -203,13 +214,13 @@ Plot Plot::style(std::string_view name, std::string_view words, const Statement&
 
 Plot Plot::vertical(double x, std::string_view label, const Statement&) const
 {
-    change(m_Slot, [&](PlotUpdate& plot) { plot.lines.push_back({true, x, std::string(label)}); });
+    change(m_Slot, [&](PlotUpdate& plot) { plot.addLine({true, x, std::string(label)}); });
     return *this;
 }
 
 Plot Plot::horizontal(double y, std::string_view label, const Statement&) const
 {
-    change(m_Slot, [&](PlotUpdate& plot) { plot.lines.push_back({false, y, std::string(label)}); });
+    change(m_Slot, [&](PlotUpdate& plot) { plot.addLine({false, y, std::string(label)}); });
     return *this;
 }
 
@@ -222,7 +233,7 @@ Plot Plot::window(double seconds, const Statement&) const
 Plot Plot::link(const Plot& other, const Statement&) const
 {
     if (other.m_Slot)
-        change(m_Slot, [&other](PlotUpdate& plot) { plot.links.push_back(other.m_Slot->name); });
+        change(m_Slot, [&other](PlotUpdate& plot) { plot.addLink(other.m_Slot->name); });
     return *this;
 }
 

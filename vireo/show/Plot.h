@@ -1,11 +1,9 @@
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <type_traits>
 
 #include "tavo/base/math/vectors.h"
 #include "vireo/show/Export.h"
@@ -28,7 +26,8 @@ struct ViewSlot;
 /// name replaces what is shown under it, and leaves alone the range the user has zoomed to. A mistake, such as x and y
 /// of different length, is a line in the log; what was shown stays.
 ///
-/// Numbers are what Numbers takes, of any arithmetic type. NaN is a gap in a curve. Names and labels are UTF-8.
+/// Numbers are what Numbers takes, of any arithmetic type. NaN is a gap in a curve. x may be time points: those of the
+/// system's clock show dates and times, as `timeX` does. Names and labels are UTF-8.
 ///
 /// A curve is kept as one copy of its numbers, and as none if a vector is moved in. Drawing one whose x ascends costs
 /// by the pixels of the plot, not by its samples; any other is read in full each time.
@@ -94,6 +93,11 @@ public:
     /// A line across the plot, with a label. Another one with the same label takes its place. y goes as far as the
     /// horizontal ones, wherever the samples are.
     Plot vertical(double x, std::string_view label = {}, const Statement& statement = Statement()) const;
+    template <Moment T>
+    Plot vertical(const T& x, std::string_view label = {}, const Statement& statement = Statement()) const
+    {
+        return vertical(secondsOf(x), label, statement);
+    }
     Plot horizontal(double y, std::string_view label = {}, const Statement& statement = Statement()) const;
 
     /// One more sample of a curve, or as many as the ranges have; the curve is made by the first. Of what is appended
@@ -109,14 +113,13 @@ public:
         return append(name, Numbers(x, count), Numbers(y, count), statement);
     }
 
-    /// One more sample at a moment, in seconds since the clock began; of the system's clock, dates and times are shown.
-    template <typename Clock, typename Duration>
-    Plot append(std::string_view name, const std::chrono::time_point<Clock, Duration>& moment, double y,
-        const Statement& statement = Statement()) const
+    /// One more sample at a moment.
+    template <Moment T>
+    Plot append(std::string_view name, const T& moment, double y, const Statement& statement = Statement()) const
     {
-        if constexpr (std::is_same_v<Clock, std::chrono::system_clock>)
+        if constexpr (IS_DATE<T>)
             timeX(true, statement);
-        return append(name, std::chrono::duration<double>(moment.time_since_epoch()).count(), y, statement);
+        return append(name, secondsOf(moment), y, statement);
     }
 
     /// How many samples of an appended curve are kept, the newest ones.
@@ -148,6 +151,11 @@ public:
     /// The part of an axis that is seen, until the user chooses another. Without it all samples are seen. The smaller
     /// number is at the left, or below, whichever comes first.
     Plot xRange(double from, double to, const Statement& statement = Statement()) const;
+    template <Moment From, Moment To>
+    Plot xRange(const From& from, const To& to, const Statement& statement = Statement()) const
+    {
+        return xRange(secondsOf(from), secondsOf(to), statement);
+    }
     Plot yRange(double from, double to, const Statement& statement = Statement()) const;
 
     /// Shows no more of x than that, the newest of it, until the user chooses another length.

@@ -32,6 +32,24 @@ protected:
             plot("shared").curve("a", samples).points("b", samples, samples).append("c", round, thread);
             kept.append("d", samples, samples).keep("d", 5000).title(own).colour("d", {1, 2, 3, 255});
             plot(own).curve("y", {round}).xAxis("x", "s").yAxis("y", "m").xRange(0, 2).yRange(-1, round);
+            plot(own)
+                .steps("s", samples)
+                .bars("b", {1, 2})
+                .histogram("h", samples)
+                .band("l", {1}, {0}, {2})
+                .style("y", "y2");
+            plot(own)
+                .vertical(round, "now")
+                .horizontal(thread)
+                .window(5)
+                .link(kept)
+                .logX(false)
+                .logY(false)
+                .timeX(false);
+            plot(own).y2Axis("z", "K");
+            scene("scene").cloud(own, samples.data(), 300).scalar("round", samples.data(), 300).size(3);
+            scene("scene").mesh("mesh", {{0, 0, 0}, {1, 0, 0}, {0, 1, round}}, {{0, 1, 2}});
+            scene(own).lines("line", {{0, 0, 0}, {1, 1, thread}}).colour({255, 0, 0, 255});
             image("image", samples, 100, 10).percentiles(1, 99).link(image(own + " image"));
             image(own + " image", samples.data(), 25, 10, 3).stride(32 * 3 * sizeof(double)).difference("image");
             {

@@ -1,5 +1,6 @@
 #include "vireo/show/delivery/Inbox.h"
 
+#include <chrono>
 #include <cmath>
 #include <gmock/gmock.h>
 #include <limits>
@@ -237,6 +238,82 @@ TEST(InboxTest, SaysAMistakeOnceAndKeepsWhatWasSent)
         "warning: tavo: plot(\"plot\").curve(\"a\\x0a\"): 3 x and 2 y; what was shown stays\n"
         "warning: tavo: plot(\"plot\").append(\"a\"): 3 x and 2 y; what was shown stays\n");
     EXPECT_THAT(read(takePlot("plot")->curve("a").samples->y), ElementsAre(1, 2));
+}
+
+TEST(InboxTest, SaysAMistakeWithOtherNumbersOnce)
+{
+    testing::internal::CaptureStderr();
+    for (const char* name : {"growing 1", "growing 2"})
+        for (std::size_t size = 1; size < 20; ++size)
+            plot("plot").curve(name, std::vector<int>(size), std::vector<int>(2 * size));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "warning: tavo: plot(\"plot\").curve(\"growing 1\"): 1 x and 2 y; what was shown stays\n"
+        "warning: tavo: plot(\"plot\").curve(\"growing 2\"): 1 x and 2 y; what was shown stays\n");
+}
+
+// Whoever says the same again and again, and is never taken, does not fill the memory.
+TEST(InboxTest, KeepsOfLinesAndLinksTheNewest)
+{
+    for (int i = 0; i < 100; ++i)
+        plot("plot").horizontal(i, "limit").vertical(2 * i, "limit").horizontal(-i).link(plot("other")).remove("gone");
+    const auto waiting = takePlot("plot");
+    std::vector<std::pair<bool, double>> places;
+    for (const LineAcross& line : waiting->lines)
+        places.emplace_back(line.isVertical, line.place);
+    EXPECT_THAT(places, ElementsAre(std::pair(false, 99.0), std::pair(true, 198.0), std::pair(false, -99.0)));
+    EXPECT_THAT(waiting->links, ElementsAre("other"));
+    EXPECT_THAT(waiting->removedLines, ElementsAre("gone"));
+}
+
+TEST(InboxTest, TakesTimePoints)
+{
+    using namespace std::chrono_literals;
+    const std::chrono::sys_seconds start{1'700'000'000s};
+    const std::vector<std::chrono::sys_time<std::chrono::milliseconds>> times{start, start + 1500ms};
+    plot("dates").curve("a", times, {1, 2}).xRange(start, start + 2min).vertical(start + 250ms, "event");
+    const auto dates = takePlot("dates");
+    EXPECT_THAT(read(dates->curve("a").samples->x), ElementsAre(1.7e9, 1.7e9 + 1.5));
+    EXPECT_EQ(dates->x.isTime, true);
+    EXPECT_EQ(dates->x.range->from, 1.7e9);
+    EXPECT_EQ(dates->x.range->to, 1.7e9 + 120);
+    EXPECT_EQ(dates->lines.at(0).place, 1.7e9 + 0.25);
+
+    plot("appended").append("a", times, {1, 2}).append("a", start + 2s, 3);
+    EXPECT_EQ(takePlot("appended")->x.isTime, true);
+
+    const std::chrono::steady_clock::time_point sinceStart{90s};
+    plot("distances").points("a", {sinceStart, sinceStart + 30s}, {1, 2}).append("b", sinceStart, 1);
+    const auto distances = takePlot("distances");
+    EXPECT_THAT(read(distances->curve("a").samples->x), ElementsAre(90, 120));
+    EXPECT_FALSE(distances->x.isTime) << "nobody knows when such a clock began";
+}
+
+TEST(InboxTest, EachOperationReachesItsPart)
+{
+    const std::vector<double> x{1, 2};
+    plot("plot").steps("steps", x, {3, 4}).bars("bars", x, {5, 6}).histogram("histogram", {7, 8});
+    plot("plot").points("points", x, {1, 1}).band("band", x, {1, 2}, {3, 4}).curve("line", {9});
+    plot("plot").logX().logY(false).timeX().window(5).yRange(1, 2).title("title").style("line", "y2 dashed");
+    plot("plot").xAxis("a", "s").yAxis("b", "m").y2Axis("c", "K");
+    const auto sent = takePlot("plot");
+    const auto kindOf = [&](const char* name) { return sent->curve(name).samples->kind; };
+    EXPECT_EQ(kindOf("steps"), CurveKind::Steps);
+    EXPECT_EQ(kindOf("bars"), CurveKind::Bars);
+    EXPECT_EQ(kindOf("histogram"), CurveKind::Histogram);
+    EXPECT_EQ(kindOf("points"), CurveKind::Points);
+    EXPECT_EQ(kindOf("line"), CurveKind::Line);
+    EXPECT_EQ(kindOf("band"), CurveKind::Band);
+    EXPECT_THAT(read(sent->curve("band").samples->low), ElementsAre(1, 2));
+    EXPECT_THAT(read(sent->curve("band").samples->y), ElementsAre(3, 4));
+    EXPECT_EQ(sent->x.isLog, true);
+    EXPECT_EQ(sent->y.isLog, false);
+    EXPECT_EQ(sent->x.isTime, true);
+    EXPECT_EQ(sent->window, 5);
+    EXPECT_EQ(sent->y.range->to, 2);
+    EXPECT_EQ(sent->title, "title");
+    EXPECT_EQ(sent->curve("line").style, "y2 dashed");
+    EXPECT_EQ(sent->x.name->label + sent->y.name->label + sent->y2.name->label, "abc");
+    EXPECT_EQ(sent->x.name->unit + sent->y.name->unit + sent->y2.name->unit, "smK");
 }
 
 TEST(InboxTest, RefusesRangesThatNoAxisCanShow)

@@ -28,6 +28,13 @@ void replace(std::optional<T>& older, std::optional<T>& newer)
         older.swap(newer);
 }
 
+// However often a program says the same, it waits for the window once.
+void addOnce(std::vector<std::string>& names, const std::string& name)
+{
+    if (std::find(names.begin(), names.end(), name) == names.end())
+        names.push_back(name);
+}
+
 } // namespace
 
 const char* nameOf(CurveKind kind)
@@ -139,13 +146,15 @@ void PlotUpdate::merge(ViewUpdate& newer)
     }
     for (const std::string& label : newerPlot.removedLines)
         removeLines(label);
-    lines.insert(lines.end(), newerPlot.lines.begin(), newerPlot.lines.end());
+    for (LineAcross& line : newerPlot.lines)
+        addLine(std::move(line));
     replace(title, newerPlot.title);
     x.merge(newerPlot.x);
     y.merge(newerPlot.y);
     y2.merge(newerPlot.y2);
     replace(window, newerPlot.window);
-    links.insert(links.end(), newerPlot.links.begin(), newerPlot.links.end());
+    for (const std::string& plot : newerPlot.links)
+        addLink(plot);
 }
 
 std::unique_ptr<ViewUpdate> PlotUpdate::forTheNext() const
@@ -211,9 +220,23 @@ void PlotUpdate::remove(const std::string& name)
     removeLines(name);
 }
 
+void PlotUpdate::addLine(LineAcross line)
+{
+    const auto isReplaced = [&line](const LineAcross& older) {
+        return older.label == line.label && older.isVertical == line.isVertical;
+    };
+    lines.erase(std::remove_if(lines.begin(), lines.end(), isReplaced), lines.end());
+    lines.push_back(std::move(line));
+}
+
+void PlotUpdate::addLink(const std::string& plot)
+{
+    addOnce(links, plot);
+}
+
 void PlotUpdate::removeLines(const std::string& label)
 {
-    removedLines.push_back(label);
+    addOnce(removedLines, label);
     lines.erase(
         std::remove_if(lines.begin(), lines.end(), [&label](const LineAcross& line) { return line.label == label; }),
         lines.end());

@@ -153,6 +153,10 @@ public:
     // The curve of that name goes, and the lines with that label.
     void remove(const std::string& name);
 
+    // In the place of one of the same direction and label.
+    void addLine(LineAcross line);
+    void addLink(const std::string& plot);
+
     bool isCleared = false; // the curves of the plot go first
     std::vector<CurveUpdate> curves;
     std::optional<std::string> title;

@@ -12,7 +12,8 @@ struct Shades
     QRgb onDark;
 };
 
-// After Okabe and Ito; yellow last, since it is faint on white.
+// After Okabe and Ito, but for their yellow: it is faint on white, and a darker one is their orange to who has no green
+// cones.
 constexpr Shades PALETTE[] = {
     {0xFF0072B2, 0xFF3D9BE0},
     {0xFFD55E00, 0xFFF2702B},
@@ -21,7 +22,7 @@ constexpr Shades PALETTE[] = {
     {0xFF56B4E9, 0xFF9BD8F7},
     {0xFFE69F00, 0xFFF5B733},
     {0xFF555555, 0xFFBBBBBB},
-    {0xFFCFC000, 0xFFF0E442},
+    {0xFF8A2BE2, 0xFF8F4BFF},
 };
 
 } // namespace
