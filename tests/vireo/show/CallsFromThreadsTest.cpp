@@ -47,9 +47,9 @@ protected:
                 .logY(false)
                 .timeX(false);
             plot(own).y2Axis("z", "K");
-            scene("scene").cloud(own, samples.data(), 300).scalar("round", samples.data(), 300).size(3);
-            scene("scene").mesh("mesh", {{0, 0, 0}, {1, 0, 0}, {0, 1, round}}, {{0, 1, 2}});
-            scene(own).lines("line", {{0, 0, 0}, {1, 1, thread}}).colour({255, 0, 0, 255});
+            scene("scene").cloud(own, samples.data(), 300).scalar("round", Numbers(samples.data(), 300)).size(3);
+            scene("scene").mesh("mesh", {0, 0, 0, 1, 0, 0, 0, 1, round}, {0, 1, 2});
+            scene(own).lines("line", {0, 0, 0, 1, 1, thread}).colour({255, 0, 0, 255});
             image("image", samples, 100, 10).percentiles(1, 99).link(image(own + " image"));
             image(own + " image", samples.data(), 25, 10, 3).stride(32 * 3 * sizeof(double)).difference("image");
             {
