@@ -14,7 +14,6 @@
 #include "vireo/show/plots/PlotMeasure.h"
 #include "vireo/show/plots/PlotReadout.h"
 #include "vireo/show/plots/PlotView.h"
-#include "vireo/show/plots/plotHelp.h"
 #include "vireo/show/plots/plotMenu.h"
 
 namespace tavo {
@@ -235,8 +234,6 @@ bool PlotGestures::pressKey(const QKeyEvent& event)
     switch (event.key()) {
     case Qt::Key_M: m_View.setMeasuring(!m_View.getMeasure().isOn()); return true;
     case Qt::Key_Home: fit(m_Canvas); return true;
-    case Qt::Key_Question:
-    case Qt::Key_F1: openPlotHelp(m_View); return true;
     case Qt::Key_Escape:
         m_Drag.reset();
         m_Box->hide();

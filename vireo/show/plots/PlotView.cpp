@@ -38,6 +38,7 @@
 #include "vireo/show/plots/calendarTicks.h"
 #include "vireo/show/plots/curvesAsText.h"
 #include "vireo/show/plots/divideAxis.h"
+#include "vireo/show/plots/gesturesOfPlots.h"
 #include "vireo/show/plots/nearestSample.h"
 #include "vireo/show/plots/plainText.h"
 #include "vireo/show/window/shownText.h"
@@ -835,6 +836,11 @@ std::string PlotView::saveData(const QString& file)
 std::function<std::string(const QString&)> PlotView::seenDataSaver()
 {
     return [this](const QString& file) { return saveCurves(file, visibleCurves(), m_Sight.range(PlotSight::X)); };
+}
+
+std::vector<Gesture> PlotView::gestures() const
+{
+    return gesturesOfPlots();
 }
 
 std::vector<const PlotCurve*> PlotView::visibleCurves() const

@@ -45,6 +45,7 @@ public:
     QStringList pictureFormats() const override;
     std::string saveData(const QString& file) override;
     std::function<std::string(const QString&)> seenDataSaver() override;
+    std::vector<Gesture> gestures() const override;
 
     // Which part is seen; a person who has changed it is shown that, here and in the plots with the same x.
     PlotSight& getSight() { return m_Sight; }

@@ -6,7 +6,6 @@
 
 #include "vireo/show/plots/PlotMeasure.h"
 #include "vireo/show/plots/PlotView.h"
-#include "vireo/show/plots/plotHelp.h"
 
 namespace tavo {
 
@@ -86,7 +85,7 @@ void openPlotMenu(PlotView& view, const QPoint& place)
     addAxes(*menu, view);
     menu->addSeparator();
     addActionsOfDock(*menu, view);
-    addAction(*menu, "help", PlotView::tr("Mouse and keys") + "\t?", [&view] { openPlotHelp(view); });
+    addAction(*menu, "help", PlotView::tr("Mouse and keys") + "\t?", [&view] { view.openHelp(); });
     menu->popup(place);
 }
 

@@ -14,6 +14,7 @@
 #include "vireo/show/scenes/SceneGestures.h"
 #include "vireo/show/scenes/ScenePanel.h"
 #include "vireo/show/scenes/SceneWalk.h"
+#include "vireo/show/scenes/gesturesOfScenes.h"
 #include "vireo/show/scenes/sceneData.h"
 #include "vireo/show/window/windowMemory.h"
 
@@ -251,6 +252,11 @@ void SceneView::switchPanel()
 std::function<void()> SceneView::configuration()
 {
     return [this] { switchPanel(); };
+}
+
+std::vector<Gesture> SceneView::gestures() const
+{
+    return gesturesOfScenes();
 }
 
 void SceneView::select(const std::string& path)

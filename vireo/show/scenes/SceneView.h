@@ -38,6 +38,7 @@ public:
     QImage picture(QSize size) override;
     std::string saveData(const QString& file) override;
     std::function<void()> configuration() override;
+    std::vector<Gesture> gestures() const override;
 
     // From where it is seen. Whoever changes the camera for a person says so: what is sent leaves it alone then.
     SceneCamera& getCamera() { return m_Camera; }

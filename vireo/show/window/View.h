@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tavo/base/files/saveFile.h"
+#include "vireo/show/window/gestureHelp.h"
 
 namespace tavo {
 
@@ -42,6 +43,13 @@ public:
 
     // Opens what the view is configured with; empty if there is nothing to configure.
     virtual std::function<void()> configuration() { return nullptr; }
+
+    // What mouse and keys do here; F1 and ? list it. Where there is nothing, they list nothing.
+    virtual std::vector<Gesture> gestures() const { return {}; }
+    void openHelp();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
 };
 
 } // namespace tavo

@@ -299,14 +299,14 @@ TEST_F(PlotGesturesTest, AQuestionMarkListsTheGestures)
 {
     for (const Qt::Key key : {Qt::Key_Question, Qt::Key_F1}) {
         clickKey(m_Canvas, key);
-        auto* const help = m_View.findChild<QMessageBox*>("plotHelp");
+        auto* const help = m_View.findChild<QMessageBox*>("gestureHelp");
         ASSERT_NE(help, nullptr);
         EXPECT_TRUE(help->text().contains("wheel"));
         EXPECT_FALSE(help->isModal());
         delete help;
     }
     choose("help");
-    EXPECT_NE(m_View.findChild<QMessageBox*>("plotHelp"), nullptr);
+    EXPECT_NE(m_View.findChild<QMessageBox*>("gestureHelp"), nullptr);
 }
 
 TEST_F(PlotGesturesTest, KeysReachAPlotThatIsGivenTheFocus)

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QWheelEvent>
 #include <gtest/gtest.h>
@@ -71,6 +72,19 @@ TEST_F(SceneGesturesTest, TheLeftButtonTurnsAboutTheMiddle)
     EXPECT_EQ(camera().getPivot(), before.getPivot());
     dragMouse(&m_View, Qt::LeftButton, {200, 10}, {200, 900});
     EXPECT_EQ(camera().getElevation(), 90) << "up stays up";
+}
+
+TEST_F(SceneGesturesTest, F1AndTheQuestionMarkListMouseAndKeys)
+{
+    for (const Qt::Key key : {Qt::Key_Question, Qt::Key_F1, Qt::Key_F1}) {
+        clickKey(&m_View, key);
+        const QList<QMessageBox*> lists = m_View.findChildren<QMessageBox*>("gestureHelp");
+        ASSERT_EQ(lists.size(), 1);
+        EXPECT_TRUE(lists.front()->isVisible());
+        EXPECT_FALSE(lists.front()->isModal());
+        for (const char* what : {"zooms to what is under the pointer", "walks through the scene", "this list"})
+            EXPECT_TRUE(lists.front()->text().contains(what)) << what;
+    }
 }
 
 TEST_F(SceneGesturesTest, OtherButtonsMoveWhatIsUnderThePointerWithIt)
