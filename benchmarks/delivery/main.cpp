@@ -11,14 +11,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <malloc.h>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "benchmarks/support/bytesInUse.h"
 #include "vireo/show/show.h"
 
 namespace {
+
+using vireo_bench::bytesInUse;
 
 using Clock = std::chrono::steady_clock;
 
@@ -101,13 +103,6 @@ void measureCalls()
         "`append` of one sample", 100, 200, [&] { kept.append("z", 1, 2); }, nothing);
     compare(
         "`pump` when nothing is due", 100, 200, [] { tavo::pump(); }, nothing);
-}
-
-// What the program has asked for and not given back; what malloc keeps for later is not ours.
-double bytesInUse()
-{
-    const auto memory = mallinfo2();
-    return static_cast<double>(memory.uordblks + memory.hblkhd);
 }
 
 void sendUntil(const std::atomic<bool>& isOver, std::atomic<long>& numSent, std::vector<double>& samples)

@@ -6,13 +6,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
-#include <fstream>
-#include <malloc.h>
 
 #include "benchmarks/scenes/BareCloud.h"
 #include "benchmarks/scenes/clouds.h"
 #include "benchmarks/support/Program.h"
 #include "benchmarks/support/Table.h"
+#include "benchmarks/support/bytesInUse.h"
 #include "benchmarks/support/outputOf.h"
 #include "vireo/show/scenes/SceneView.h"
 #include "vireo/show/scenes/Stopwatch.h"
@@ -22,16 +21,6 @@ namespace vireo_bench {
 namespace {
 
 constexpr double BYTES_OF_POINT = 16; // that are sent: three coordinates and a scalar
-
-double bytesHeld()
-{
-    malloc_trim(0);
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with("VmRSS:"))
-            return std::stod(line.substr(6)) * 1024;
-    return 0;
-}
 
 double processorSeconds()
 {
@@ -98,14 +87,14 @@ void measureView(std::size_t number)
 {
     tavo::SceneView view("scene");
     warmUp(view);
-    const double before = bytesHeld();
+    const double before = bytesInUse();
     tavo::ItemUpdate item = colouredCloudOf(number);
     const tavo::Stopwatch sinceSent;
     send(view, std::move(item));
     view.repaint();
     const double firstSeconds = sinceSent.seconds();
     untilItRests(view);
-    const double held = bytesHeld() - before;
+    const double held = bytesInUse() - before;
     for (int gesture = 0; gesture < 5; ++gesture) {
         turn(view, 10);
         untilItRests(view);
@@ -121,11 +110,11 @@ void measureBare(std::size_t number)
 {
     tavo::SceneView view("scene");
     warmUp(view);
-    const double before = bytesHeld();
+    const double before = bytesInUse();
     BareCloud cloud;
     cloud.upload(hills(number));
     cloud.forgetPoints();
-    std::printf("%g\n", bytesHeld() - before);
+    std::printf("%g\n", bytesInUse() - before);
 }
 
 std::vector<double> numbersOf(const char* who, std::size_t number)
