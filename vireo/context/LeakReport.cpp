@@ -11,6 +11,8 @@
 #include <typeinfo>
 
 #include "tavo/base/debug/DebugOutput.h"
+#include "tavo/base/debug/displayException.h"
+#include "tavo/base/text/printable.h"
 #include "tavo/platform/callStack.h"
 #include "tavo/platform/wgl.h"
 #include "vireo/context/GLContext.h"
@@ -49,13 +51,23 @@ const char* wordOf(NameKind kind)
     }
 }
 
+LeakReport::Mode modeOf(const std::string& value)
+{
+    if (value == "on" || value == "1")
+        return LeakReport::Mode::COUNTS;
+    if (value == "stacks")
+        return LeakReport::Mode::STACKS;
+    if (!value.empty() && value != "0" && value != "off")
+        warning("VIREO_LEAKS is \"" + printable(value, 100) +
+                "\", which means nothing: it may be \"on\", \"stacks\" or \"off\".");
+    return LeakReport::Mode::OFF;
+}
+
 LeakReport::Mode modeOfEnvironment()
 {
     const char* const variable = std::getenv("VIREO_LEAKS");
-    const std::string value = variable ? variable : "";
-    if (value.empty() || value == "0" || value == "off")
-        return LeakReport::Mode::OFF;
-    return value == "stacks" ? LeakReport::Mode::STACKS : LeakReport::Mode::COUNTS;
+    static const LeakReport::Mode mode = modeOf(variable ? variable : "");
+    return mode;
 }
 
 // What tells a name from others: framebuffers, and what belongs to no tree, are of one native context.

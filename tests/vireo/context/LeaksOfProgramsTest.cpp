@@ -40,6 +40,12 @@ TEST_F(LeaksOfProgramsTest, SaysNothingByDefault)
     EXPECT_THAT(reportWith("off"), IsEmpty());
 }
 
+TEST_F(LeaksOfProgramsTest, SaysThatAValueMeansNothing)
+{
+    EXPECT_EQ(reportWith("banana"),
+        "warning: VIREO_LEAKS is \"banana\", which means nothing: it may be \"on\", \"stacks\" or \"off\".\n");
+}
+
 TEST_F(LeaksOfProgramsTest, ReportsAtTheDeathOfARootAndAtShutdown)
 {
     const std::string report = reportWith("on");
