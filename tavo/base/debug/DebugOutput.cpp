@@ -109,15 +109,25 @@ void scheduleLog()
             qApp, [] { QTimer::singleShot(FRAME_MILLISECONDS, qApp, showFrame); }, Qt::QueuedConnection);
 }
 
+void writeToErrorStream(const std::string& text)
+{
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr); // Windows' runtime may keep it back where it goes to another program
+}
+
+// What nobody has seen in its log is on the standard error stream then.
 void deleteWindow()
 {
     DebugWindow* window = nullptr;
+    std::string unseen;
     {
         const StateLock lock;
         window = state().window;
         state().window = nullptr;
+        unseen = state().waiting.take();
     }
     delete window;
+    writeToErrorStream(unseen);
 }
 
 DebugWindow* makeWindow()
@@ -158,8 +168,7 @@ DebugOutput& DebugOutput::operator<<(const std::string& text)
             return *this;
         }
     }
-    std::fwrite(copy.data(), 1, copy.size(), stderr);
-    std::fflush(stderr); // Windows' runtime may keep it back where it goes to another program
+    writeToErrorStream(copy);
     return *this;
 }
 

@@ -56,7 +56,7 @@ concept Streamable = !Text<T> && !std::is_function_v<std::remove_pointer_t<T>> &
 ///
 /// Text may come from any thread. Its last megabyte is kept. While there is a debug window, text goes to its log, in
 /// one piece per frame, so that a flood of it leaves the window usable; while there is none, it goes to the standard
-/// error stream. The log keeps the last 10,000 lines, and breaks lines after 1,000 characters.
+/// error stream, with what still waited for the log. The log keeps the last 10,000 lines, of 1,000 characters each.
 ///
 /// Events need a QApplication and must come from its thread. The first one opens the debug window. Later ones of the
 /// same displayer class and name go to the same section of it.

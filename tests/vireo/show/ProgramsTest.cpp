@@ -129,9 +129,22 @@ TEST_F(ShowProgramsTest, AreToldThatTheyNeverShowed)
 
 TEST_F(ShowProgramsTest, AreToldOfLooksWhoseCurveNeverComes)
 {
-    EXPECT_THAT(outputOf("styles what never comes"),
-        AllOf(HasSubstr("plot(\"p\"): there is no curve \"z\", whose colour or style was sent"),
-            Not(HasSubstr("\"y\""))));
+    const Outcome outcome = run("styles what never comes");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_THAT(outcome.output, AllOf(HasSubstr("plot(\"p\"): there is no curve \"z\", whose colour or style was sent"),
+                                    Not(HasSubstr("\"y\""))));
+}
+
+// Before anything was shown, and although nobody waits as long as for what may still come.
+TEST_F(ShowProgramsTest, AreToldOfMistakesInWhatTheySendLast)
+{
+    for (const char* program : {"is mistaken at its end", "is mistaken at the end of its application"}) {
+        const Outcome outcome = run(program);
+        EXPECT_EQ(outcome.exitStatus, 0) << program;
+        EXPECT_THAT(outcome.errors,
+            AllOf(HasSubstr("plot(\"p\"): there is no curve \"z\""), HasSubstr("scene(\"s\"), \"c\": ")))
+            << program;
+    }
 }
 
 TEST_F(ShowProgramsTest, AreToldThatNothingIsSavedBehindMain)

@@ -513,6 +513,27 @@ void stylesWhatNeverComes()
     say(tavo::debugOutput.getText());
 }
 
+void sendMistakes()
+{
+    tavo::plot("p").curve("y", SAMPLES).colour("z", {255, 0, 0, 255});
+    tavo::scene("s").cloud("c", {0, 0, 0, 1, 1, 1}).scalar("height", SAMPLES);
+}
+
+void isMistakenAtItsEnd()
+{
+    say("openWindow", tavo::openWindow());
+    sendMistakes();
+}
+
+void isMistakenAtTheEndOfItsApplication()
+{
+    const Application program;
+    tavo::plot("p").curve("y", SAMPLES);
+    while (!visibleWindow())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    sendMistakes();
+}
+
 void saveDataBehindMain()
 {
     std::atexit([] { say("saveData", tavo::saveData("p", "p.csv")); });
@@ -554,6 +575,8 @@ const std::map<std::string, std::function<void()>> programs{
     {"saves a picture before the application", savesAPictureBeforeTheApplication},
     {"saves data around applications", savesDataAroundApplications},
     {"styles what never comes", stylesWhatNeverComes},
+    {"is mistaken at its end", isMistakenAtItsEnd},
+    {"is mistaken at the end of its application", isMistakenAtTheEndOfItsApplication},
     {"saves behind main", savesBehindMain},
     {"saves first behind main", savesFirstBehindMain},
     {"calls everything", callsEverything},

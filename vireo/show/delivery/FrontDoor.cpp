@@ -155,8 +155,8 @@ FrontDoor::FrontDoor()
 FrontDoor::~FrontDoor()
 {
     inbox::setReceiver(nullptr, nullptr);
-    if (showMode() == Mode::Pictures)
-        runGuarded([this] { savePicturesOfMode(); });
+    m_IsEnding = true;
+    runGuarded([this] { showMode() == Mode::Pictures ? savePicturesOfMode() : sayWhatWaits(); });
     delete m_Window;
     for (const ShownView& shown : m_Views)
         delete shown.view; // if it was in no window
@@ -260,7 +260,7 @@ View& FrontDoor::makeView(const ViewSlotPointer& slot)
 // A program that has a QApplication is one with windows; any other says when it wants one.
 bool FrontDoor::opensWindow() const
 {
-    return showMode() != Mode::Pictures && (m_IsOfProgram || windowState::isWanted()) && hasDisplay();
+    return !m_IsEnding && showMode() != Mode::Pictures && (m_IsOfProgram || windowState::isWanted()) && hasDisplay();
 }
 
 void FrontDoor::moveViewsIntoWindow()
@@ -373,6 +373,16 @@ void FrontDoor::savePicturesOfMode()
     const std::string errors = savePictures(QString::fromLocal8Bit(folder.c_str()));
     if (!errors.empty())
         warning("VIREO_SHOW=pictures:" + printable(folder) + ": " + errors);
+}
+
+// Mistakes in what was sent last are found when it is shown, or later.
+void FrontDoor::sayWhatWaits()
+{
+    if (canMakeViews())
+        showWaiting();
+    for (const ShownView& shown : m_Views)
+        if (shown.view)
+            shown.view->sayWhatWaits();
 }
 
 std::string FrontDoor::saveData(const std::string& name, const QString& file)

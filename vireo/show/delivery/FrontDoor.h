@@ -77,6 +77,7 @@ private:
     View& makeView(const ViewSlotPointer& slot);
     void removeView(const ViewSlotPointer& slot);
     bool opensWindow() const;
+    void sayWhatWaits();
     ShowWindow& window();
 
     std::vector<ShownView> m_Views;
@@ -85,6 +86,7 @@ private:
     const bool m_IsOfProgram; // which has the QApplication
     bool m_IsFrameScheduled = false;
     bool m_HasUnsavedPictures = false;
+    bool m_IsEnding = false; // no window opens any more
 };
 
 } // namespace tavo

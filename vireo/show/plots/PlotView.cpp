@@ -296,7 +296,7 @@ void PlotView::apply(ViewUpdate& update)
     measure();
     sayWhatIsUnsorted();
     if (std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->isMissing(); }))
-        QTimer::singleShot(LONGEST_WAIT, this, [this] { sayWhatIsMissing(); });
+        QTimer::singleShot(LONGEST_WAIT, this, [this] { sayWhatWaits(); });
     showChoice();
 }
 
@@ -390,7 +390,7 @@ void PlotView::sayWhatIsUnsorted()
     axisWidget(PlotSight::X)->setToolTip(text);
 }
 
-void PlotView::sayWhatIsMissing() const
+void PlotView::sayWhatWaits()
 {
     for (const auto& curve : m_Curves)
         if (curve->isMissing())

@@ -40,6 +40,7 @@ public:
 
     void makeRoom(const Replaced& replaced) override;
     void apply(ViewUpdate& update) override;
+    void sayWhatWaits() override;
     QImage picture(QSize size) override;
     std::string savePicture(const QString& file, QSize size) override; // SVG and PDF, too
     QStringList pictureFormats() const override;
@@ -109,7 +110,6 @@ private:
     std::vector<const PlotCurve*> visibleCurves() const;
     QString othersAt(double x, const QPointF& pixel, double radius, const CurveStore& named) const;
     void sayWhatIsUnsorted();
-    void sayWhatIsMissing() const;
     void measure();
     QString unitOf(PlotSight::Axis axis) const;
     QString textOf(PlotSight::Axis axis, double value) const;

@@ -81,7 +81,7 @@ void SceneView::apply(ViewUpdate& update)
 {
     auto& scene = static_cast<SceneUpdate&>(update);
     if (m_Model.apply(scene))
-        QTimer::singleShot(LONGEST_WAIT, this, [this] { m_Model.sayWhatWaits(); });
+        QTimer::singleShot(LONGEST_WAIT, this, [this] { sayWhatWaits(); });
     if (scene.pickReceiver)
         m_PickReceiver = *scene.pickReceiver;
     m_Marks.follow(m_Model);
@@ -352,7 +352,7 @@ SceneCamera SceneView::cameraFor(const QSizeF& size)
 
 QImage SceneView::picture(QSize size)
 {
-    m_Model.sayWhatWaits(); // the picture goes without it, whatever comes later
+    sayWhatWaits(); // the picture goes without it, whatever comes later
     const double scale = std::max({1.0, size.width() / LARGEST.width(), size.height() / LARGEST.height()});
     const QSizeF points = QSizeF(size) / scale;
     const SceneCamera camera = cameraFor(points);

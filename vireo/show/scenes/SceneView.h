@@ -35,6 +35,7 @@ public:
 
     void makeRoom(const Replaced& replaced) override;
     void apply(ViewUpdate& update) override;
+    void sayWhatWaits() override { m_Model.sayWhatWaits(); }
     QImage picture(QSize size) override;
     std::string saveData(const QString& file) override;
     std::function<void()> configuration() override;

@@ -24,6 +24,9 @@ public:
     // Shows what was sent.
     virtual void apply(ViewUpdate& update) = 0;
 
+    // Says what was sent and cannot be shown, since it belongs to what has not come. Nothing more will.
+    virtual void sayWhatWaits() {}
+
     // What the view shows, drawn at that size in pixels, however large the widget is.
     virtual QImage picture(QSize size) = 0;
 

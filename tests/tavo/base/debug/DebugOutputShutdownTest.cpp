@@ -59,6 +59,20 @@ TEST_F(DebugOutputShutdownTest, ShowsTextInTheNextApplicationsWindow)
     end();
 }
 
+TEST_F(DebugOutputShutdownTest, WritesToTheErrorStreamWhatTheLogHasNotShown)
+{
+    testing::internal::CaptureStderr();
+    start();
+    openLog();
+    debugOutput << "seen\n";
+    debugOutput.getWindow(); // brings its log up to date
+    debugOutput << "for a frame that does not come\n";
+    end();
+    const std::string written = testing::internal::GetCapturedStderr(); // maybe behind what Qt has to say
+    EXPECT_THAT(written, testing::EndsWith("for a frame that does not come\n"));
+    EXPECT_THAT(written, testing::Not(testing::HasSubstr("seen")));
+}
+
 TEST_F(DebugOutputShutdownTest, GoesOnWritingToTheErrorStream)
 {
     testing::internal::CaptureStderr();
