@@ -12,6 +12,12 @@ constexpr std::uint64_t MOST_POINTS = std::numeric_limits<std::uint32_t>::max();
 
 } // namespace
 
+void FaceCollector::addBad()
+{
+    m_AreGood.push_back(false);
+    ++m_NumBad;
+}
+
 void FaceCollector::add(const std::vector<std::uint64_t>& corners)
 {
     if (corners.size() < 3 ||
@@ -25,6 +31,7 @@ void FaceCollector::add(const std::vector<std::uint64_t>& corners)
     if (count != m_NumCorners || !m_Counts.empty())
         m_Counts.push_back(count);
     m_Corners.insert(m_Corners.end(), corners.begin(), corners.end());
+    m_AreGood.push_back(true);
 }
 
 void FaceCollector::finish(GeometryFile& file, Geometry& geometry)
@@ -32,10 +39,13 @@ void FaceCollector::finish(GeometryFile& file, Geometry& geometry)
     const std::size_t numPoints = geometry.getNumPoints();
     auto end = m_Corners.begin();
     std::size_t numFaces = 0, numKept = 0;
-    for (auto face = m_Corners.begin(); face != m_Corners.end(); ++numFaces) {
+    auto isGood = m_AreGood.begin();
+    for (auto face = m_Corners.begin(); face != m_Corners.end(); ++numFaces, ++isGood) {
+        isGood = std::find(isGood, m_AreGood.end(), true);
         const std::uint32_t count = m_Counts.empty() ? m_NumCorners : m_Counts[numFaces];
         const auto next = face + count;
         if (std::any_of(face, next, [numPoints](std::uint32_t corner) { return corner >= numPoints; })) {
+            *isGood = false;
             ++m_NumBad;
         } else {
             end = std::move(face, next, end);
@@ -54,6 +64,20 @@ void FaceCollector::finish(GeometryFile& file, Geometry& geometry)
     if (m_NumBad > 0)
         file.leftOut.push_back(std::to_string(m_NumBad) + (m_NumBad == 1 ? " face" : " faces") +
                                " of points that are not there, or of fewer than three");
+}
+
+void FaceCollector::keepGood(NumberColumn& column, std::size_t width) const
+{
+    std::visit(
+        [this, width](auto& values) {
+            values.resize(width * m_AreGood.size()); // the file may have ended among them
+            auto end = values.begin();
+            for (std::size_t face = 0; face < m_AreGood.size(); ++face)
+                if (m_AreGood[face])
+                    end = std::copy_n(values.begin() + static_cast<std::ptrdiff_t>(width * face), width, end);
+            values.erase(end, values.end());
+        },
+        column);
 }
 
 } // namespace vireo_view

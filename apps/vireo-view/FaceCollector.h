@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -15,7 +16,10 @@ public:
     void add(const std::vector<std::uint64_t>& corners);
 
     // One that cannot be read.
-    void addBad() { ++m_NumBad; }
+    void addBad();
+
+    // How many were added, good and bad.
+    std::size_t getNumAdded() const { return m_AreGood.size(); }
 
     bool isEmpty() const { return m_Corners.empty(); }
 
@@ -25,10 +29,14 @@ public:
     // Gives them to the geometry, without those whose points are not there; says how many those are.
     void finish(GeometryFile& file, Geometry& geometry);
 
+    // Once they are finished: leaves of so many numbers for each face that was added those of the faces that are kept.
+    void keepGood(NumberColumn& column, std::size_t width) const;
+
 private:
     std::vector<std::uint32_t> m_Corners;
     unsigned int m_NumCorners = 0;       // of the first face
     std::vector<std::uint32_t> m_Counts; // of each face, once they differ
+    std::vector<bool> m_AreGood;         // of all that were added
     std::uint64_t m_NumBad = 0;
 };
 

@@ -26,7 +26,14 @@ struct Geometry
     struct Scalar
     {
         std::string name;
-        NumberColumn values; // one for each point
+        NumberColumn values; // one for each point, or face
+    };
+
+    struct OfFaces
+    {
+        NumberColumn colours; // bytes for each face, or nothing
+        NumberColumn labels;  // a category for each, or nothing
+        std::vector<Scalar> scalars;
     };
 
     NumberColumn positions;                  // x, y and z of each point
@@ -39,6 +46,7 @@ struct Geometry
     std::optional<tavo::RGBA8> colour;       // of all
     NumberColumn labels;                     // a category for each point, or nothing
     std::vector<Scalar> scalars;
+    OfFaces ofFaces;
     std::vector<Placement> placements{{}};
 
     std::size_t getNumPoints() const { return sizeOf(positions) / 3; }

@@ -4,7 +4,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <exception>
 #include <limits>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -12,6 +14,7 @@
 
 #include "apps/vireo-view/FaceCollector.h"
 #include "apps/vireo-view/InputError.h"
+#include "apps/vireo-view/MaterialColours.h"
 #include "apps/vireo-view/TextLines.h"
 #include "apps/vireo-view/pointFields.h"
 #include "apps/vireo-view/words.h"
@@ -128,10 +131,14 @@ private:
         else if (word == "vt")
             leaveOut("places in textures");
         else if (word == "usemtl")
-            leaveOut("materials");
+            m_Material = m_MaterialNumbers
+                             .try_emplace(std::string(withoutIndent(text)), std::uint32_t(m_MaterialNumbers.size()) + 1)
+                             .first->second;
+        else if (word == "mtllib")
+            m_Libraries.insert(std::string(withoutIndent(text)));
         else if (word == "l")
             leaveOut("lines");
-        else if (word != "p" && word != "g" && word != "o" && word != "s" && word != "mtllib")
+        else if (word != "p" && word != "g" && word != "o" && word != "s")
             leaveOut(quotedText(word));
     }
 
@@ -187,6 +194,7 @@ private:
             m_Face.push_back(cornerOf(point, normal));
         }
         m_Faces.add(m_Face);
+        m_FaceMaterials.push_back(m_Material);
     }
 
     std::uint64_t indexOf(std::string_view word, std::size_t count)
@@ -228,6 +236,8 @@ private:
         }
         setNormals(geometry, numOfFile);
         m_Faces.finish(m_File, geometry);
+        if (!m_MaterialNumbers.empty())
+            setMaterials(geometry);
         m_File.geometries.push_back(std::move(geometry));
     }
 
@@ -243,6 +253,59 @@ private:
             m_File.leftOut.emplace_back("normals, which not every corner has");
     }
 
+    // The colours of points go before those of materials.
+    void setMaterials(Geometry& geometry)
+    {
+        if (m_Libraries.empty() || sizeOf(geometry.colours) > 0)
+            return leaveOut("materials");
+        const MaterialColours materials = readMaterials();
+        if (materials.haveTextures)
+            leaveOut("textures");
+        using Colour = std::array<std::uint8_t, 3>;
+        constexpr Colour NO_MATERIAL = {204, 204, 204};
+        std::vector<Colour> colours(m_MaterialNumbers.size() + 1, NO_MATERIAL);
+        bool areAnyKnown = false;
+        for (const auto& [name, number] : m_MaterialNumbers)
+            if (const auto found = materials.colours.find(name); found != materials.colours.end()) {
+                colours[number] = found->second;
+                areAnyKnown = true;
+            }
+        if (!areAnyKnown)
+            return;
+        std::vector<std::uint8_t> ofFaces;
+        for (const std::uint32_t number : m_FaceMaterials)
+            ofFaces.insert(ofFaces.end(), colours[number].begin(), colours[number].end());
+        geometry.ofFaces.colours = std::move(ofFaces);
+        m_Faces.keepGood(geometry.ofFaces.colours, 3);
+    }
+
+    // Of the files beside this one. A line may name several, or one whose name has blanks.
+    MaterialColours readMaterials()
+    {
+        MaterialColours materials;
+        for (const std::string& library : m_Libraries) {
+            if (addMaterials(materials, library))
+                continue;
+            std::string_view names = library;
+            for (std::string_view name = takeWord(names); !name.empty(); name = takeWord(names))
+                if (!addMaterials(materials, name))
+                    leaveOut("the materials of " + quotedText(name) + ", which cannot be read");
+        }
+        return materials;
+    }
+
+    bool addMaterials(MaterialColours& materials, std::string_view name) const
+    {
+        try {
+            std::u8string path(name.begin(), name.end());
+            std::replace(path.begin(), path.end(), u8'\\', u8'/');
+            addMaterialColours(materials, m_Input.getFile().parent_path() / path);
+            return true;
+        } catch (const std::exception&) { // no such name, or no such file
+            return false;
+        }
+    }
+
     InputBuffer& m_Input;
     TextLines m_Lines;
     std::vector<double> m_Positions;
@@ -250,6 +313,10 @@ private:
     std::vector<double> m_Normals;
     std::vector<std::uint64_t> m_Face;
     FaceCollector m_Faces;
+    std::set<std::string> m_Libraries;                      // of materials
+    std::map<std::string, std::uint32_t> m_MaterialNumbers; // from 1
+    std::uint32_t m_Material = 0;                           // 0 if there is none
+    std::vector<std::uint32_t> m_FaceMaterials;
     Corners m_Corners;
     bool m_HasColours = false;
     bool m_LacksColours = false;

@@ -192,8 +192,22 @@ private:
         for (std::size_t i = 1; i <= count; ++i)
             m_Corners.push_back(cornerOf(m_Numbers[i]));
         m_Faces.add(m_Corners);
-        m_HaveFacesColours = m_HaveFacesColours || m_Numbers.size() > count + 1;
+        m_Numbers.erase(m_Numbers.begin(), m_Numbers.begin() + static_cast<std::ptrdiff_t>(count) + 1);
+        addFaceColour();
         return true;
+    }
+
+    // Which is what is in m_Numbers. A single number is one of a table that is not in the file.
+    void addFaceColour()
+    {
+        const std::size_t numChannels = m_Numbers.size();
+        if (numChannels == 0)
+            return;
+        m_HaveFacesColours = true;
+        if (m_NumFaceChannels == 0 && (numChannels == 3 || numChannels == 4))
+            m_NumFaceChannels = static_cast<unsigned int>(numChannels);
+        if (numChannels == m_NumFaceChannels)
+            m_FaceColours.insert(m_FaceColours.end(), m_Numbers.begin(), m_Numbers.end());
     }
 
     std::uint64_t cornerOf(double number) const
@@ -238,10 +252,15 @@ private:
         const std::optional<double> numColours = readBinaryNumber(NumberKind::INT32);
         if (!numColours)
             return false;
-        m_HaveFacesColours = m_HaveFacesColours || *numColours > 0;
-        for (double i = 0; i < *numColours; ++i)
-            if (!readBinaryNumber(NumberKind::FLOAT))
+        m_Numbers.clear();
+        for (double i = 0; i < *numColours; ++i) {
+            const std::optional<double> number = readBinaryNumber(NumberKind::FLOAT);
+            if (!number)
                 return false;
+            if (i <= MOST_CHANNELS)
+                m_Numbers.push_back(*number);
+        }
+        addFaceColour();
         return true;
     }
 
@@ -269,11 +288,24 @@ private:
             m_File.leftOut.emplace_back("places in textures");
         if (m_HasOtherNumbers && m_NumChannels == 0)
             m_File.leftOut.emplace_back("further numbers of the points");
-        if (m_HaveFacesColours)
-            m_File.leftOut.emplace_back("colours of the faces");
+        const std::size_t numFaces = m_Faces.getNumAdded();
         m_Faces.finish(m_File, geometry);
+        if (m_NumFaceChannels > 0 && m_FaceColours.size() == numFaces * m_NumFaceChannels)
+            setFaceColours(geometry);
+        else if (m_HaveFacesColours)
+            m_File.leftOut.emplace_back("colours of the faces, which not every face has");
         m_File.geometries.push_back(std::move(geometry));
     }
+
+    void setFaceColours(Geometry& geometry)
+    {
+        Geometry coloured;
+        setColours(coloured, std::move(m_FaceColours), m_NumFaceChannels);
+        geometry.ofFaces.colours = std::move(coloured.colours);
+        m_Faces.keepGood(geometry.ofFaces.colours, m_NumFaceChannels);
+    }
+
+    static constexpr double MOST_CHANNELS = 4;
 
     InputBuffer& m_Input;
     TextLines m_Lines;
@@ -287,6 +319,8 @@ private:
     std::vector<double> m_Colours;
     unsigned int m_NumChannels = 0;
     bool m_HasOtherNumbers = false;
+    std::vector<double> m_FaceColours;
+    unsigned int m_NumFaceChannels = 0;
     bool m_HaveFacesColours = false;
     FaceCollector m_Faces;
     std::vector<std::uint64_t> m_Corners;

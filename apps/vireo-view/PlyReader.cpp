@@ -101,6 +101,7 @@ public:
         for (const PlyElement& element : m_Header.elements)
             readElement(element);
         m_Faces.finish(m_File, m_Geometry);
+        finishFaceColumns();
         m_File.geometries.push_back(std::move(m_Geometry));
         return std::move(m_File);
     }
@@ -180,13 +181,26 @@ private:
     {
         m_HasReadFaces = true;
         const PlyProperty* const corners = cornersOf(element);
-        for (const PlyProperty& property : element.properties)
-            if (&property != corners)
-                m_File.leftOut.push_back(quotedText(property.name) + " of the faces");
+        for (const PlyProperty& property : element.properties) {
+            if (property.isList && &property != corners)
+                m_File.leftOut.push_back("the list " + quotedText(property.name) + " of the faces");
+            m_FaceColumns.push_back({property.isList ? std::string() : property.name, columnOf(property.type)});
+        }
         for (std::uint64_t i = 0; i < element.count; ++i)
-            for (const PlyProperty& property : element.properties)
-                if (!(&property == corners ? readFace(property) : m_Values.skip(property)))
+            for (std::size_t p = 0; p < element.properties.size(); ++p) {
+                const PlyProperty& property = element.properties[p];
+                if (!(&property == corners ? readFace(property) : readInto(m_FaceColumns[p].values, property)))
                     return endFaces(element, i);
+            }
+    }
+
+    // Those of the faces that are kept.
+    void finishFaceColumns()
+    {
+        std::erase_if(m_FaceColumns, [](const NamedColumn& column) { return column.name.empty(); });
+        for (NamedColumn& column : m_FaceColumns)
+            m_Faces.keepGood(column.values, 1);
+        m_Geometry.ofFaces = faceFieldsOf(std::move(m_FaceColumns));
     }
 
     // Points that are there are shown without the faces that are not.
@@ -250,6 +264,7 @@ private:
     bool m_HasFaces = false;
     bool m_HasReadFaces = false;
     std::vector<std::uint64_t> m_Corners;
+    std::vector<NamedColumn> m_FaceColumns; // of lists there is none, and no name
 };
 
 } // namespace

@@ -122,6 +122,14 @@ void takeColours(Geometry& geometry, Fields& fields)
     }
 }
 
+void takeFields(Geometry& geometry, Fields& fields)
+{
+    takeColours(geometry, fields);
+    UniqueNames names;
+    for (NamedColumn& column : fields.rest())
+        addField(geometry, names, column.name, std::move(column.values));
+}
+
 } // namespace
 
 void setColours(Geometry& geometry, NumberColumn colours, unsigned int numChannels)
@@ -162,12 +170,16 @@ Geometry geometryOf(std::vector<NamedColumn> columns)
     geometry.positions = fields.take({"x", "y", "z"});
     if (fields.has({"nx", "ny", "nz"}))
         geometry.normals = fields.take({"nx", "ny", "nz"});
-    takeColours(geometry, fields);
-    UniqueNames names;
-    for (NamedColumn& column : fields.rest()) {
-        addField(geometry, names, column.name, std::move(column.values));
-    }
+    takeFields(geometry, fields);
     return geometry;
+}
+
+Geometry::OfFaces faceFieldsOf(std::vector<NamedColumn> columns)
+{
+    Geometry geometry;
+    Fields fields(std::move(columns));
+    takeFields(geometry, fields);
+    return {std::move(geometry.colours), std::move(geometry.labels), std::move(geometry.scalars)};
 }
 
 } // namespace vireo_view

@@ -19,6 +19,9 @@ struct NamedColumn
 // whole. All others are scalars, each under a name of its own. A "scalar_" that some programs put before a name goes.
 Geometry geometryOf(std::vector<NamedColumn> columns);
 
+// The same of columns that belong to faces: colours, categories and scalars.
+Geometry::OfFaces faceFieldsOf(std::vector<NamedColumn> columns);
+
 // Gives the points colours of 3 or 4 channels, which may be numbers up to 1, or up to 255, or up to 65535.
 void setColours(Geometry& geometry, NumberColumn colours, unsigned int numChannels);
 

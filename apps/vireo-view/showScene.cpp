@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "apps/vireo-view/UniqueNames.h"
 #include "vireo/show/scenes/lookLikeCategories.h"
 #include "vireo/show/show.h"
 
@@ -37,9 +38,10 @@ public:
         , m_Colours(taken<tavo::Colours>(geometry.colours))
         , m_Labels(taken<tavo::Numbers>(geometry.labels))
         , m_Colour(geometry.colour)
+        , m_FaceColours(taken<tavo::Colours>(geometry.ofFaces.colours))
+        , m_FaceLabels(taken<tavo::Numbers>(geometry.ofFaces.labels))
     {
-        for (Geometry::Scalar& scalar : geometry.scalars)
-            m_Scalars.emplace_back(scalar.name, taken<tavo::Numbers>(scalar.values));
+        takeScalars(geometry);
     }
 
     void send(const tavo::Scene& scene, const std::string& path) const
@@ -54,10 +56,36 @@ public:
         if (!m_Labels.isEmpty())
             item.labels(m_Labels);
         for (const auto& [name, values] : m_Scalars)
-            tavo::lookLikeCategories(name, values) ? item.labels(name, values) : item.scalar(name, values);
+            sendNumbers(item, name, values);
+        sendOfFaces(item);
     }
 
 private:
+    // Of faces those have other names than those of points.
+    void takeScalars(Geometry& geometry)
+    {
+        UniqueNames names;
+        for (Geometry::Scalar& scalar : geometry.scalars)
+            m_Scalars.emplace_back(names.add(scalar.name), taken<tavo::Numbers>(scalar.values));
+        for (Geometry::Scalar& scalar : geometry.ofFaces.scalars)
+            m_FaceScalars.emplace_back(names.add(scalar.name), taken<tavo::Numbers>(scalar.values));
+    }
+
+    void sendOfFaces(const tavo::Item& item) const
+    {
+        if (m_Colours.isEmpty() && !m_FaceColours.isEmpty())
+            item.colours(m_FaceColours).onFaces("colours");
+        if (m_Labels.isEmpty() && !m_FaceLabels.isEmpty())
+            item.labels(m_FaceLabels).onFaces("labels");
+        for (const auto& [name, values] : m_FaceScalars)
+            sendNumbers(item, name, values).onFaces(name);
+    }
+
+    static tavo::Item sendNumbers(const tavo::Item& item, const std::string& name, const tavo::Numbers& values)
+    {
+        return tavo::lookLikeCategories(name, values) ? item.labels(name, values) : item.scalar(name, values);
+    }
+
     bool m_IsMesh;
     tavo::Points m_Positions;
     tavo::Faces m_Faces;
@@ -65,7 +93,10 @@ private:
     tavo::Colours m_Colours;
     tavo::Numbers m_Labels;
     std::optional<tavo::RGBA8> m_Colour;
+    tavo::Colours m_FaceColours;
+    tavo::Numbers m_FaceLabels;
     std::vector<std::pair<std::string, tavo::Numbers>> m_Scalars;
+    std::vector<std::pair<std::string, tavo::Numbers>> m_FaceScalars;
 };
 
 const char* nameOf(Side side)

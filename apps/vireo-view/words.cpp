@@ -5,10 +5,21 @@
 
 namespace vireo_view {
 
+namespace {
+
+constexpr std::string_view BLANKS = " \t\r\n\v\f";
+
+} // namespace
+
+std::string_view withoutIndent(std::string_view text)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(BLANKS), text.size()));
+    return text;
+}
+
 std::string_view takeWord(std::string_view& text)
 {
-    constexpr std::string_view BLANKS = " \t\r\n\v\f";
-    text.remove_prefix(std::min(text.find_first_not_of(BLANKS), text.size()));
+    text = withoutIndent(text);
     const std::string_view word = text.substr(0, text.find_first_of(BLANKS));
     text.remove_prefix(word.size());
     return word;

@@ -425,13 +425,34 @@ TEST_F(GeometryReaderTest, SaysWhichFacesOfAPlyAreLeftOut)
 
 TEST_F(GeometryReaderTest, SaysWhichFieldsOfAPlyAreLeftOut)
 {
-    const std::string ply = "ply\nformat ascii 1.0\nelement vertex 3\n" + COORDINATES +
-                            "property list uchar float neighbours\nelement face 1\n"
-                            "property list uchar int vertex_indices\nproperty float quality\nelement edge 1\n"
-                            "property int vertex1\nend_header\n0 0 0 0\n1 0 0 2 5 6\n0 1 0 1 7\n3 0 1 2 .5\n1\n";
+    const std::string ply =
+        "ply\nformat ascii 1.0\nelement vertex 3\n" + COORDINATES +
+        "property list uchar float neighbours\nelement face 1\n"
+        "property list uchar int vertex_indices\nproperty list uchar float quality\nelement edge 1\n"
+        "property int vertex1\nend_header\n0 0 0 0\n1 0 0 2 5 6\n0 1 0 1 7\n3 0 1 2 1 .5\n1\n";
     EXPECT_THAT(readOne("a.ply", ply).faces, ElementsAre(0, 1, 2));
     EXPECT_THAT(leftOut("a.ply", ply),
-        ElementsAre("the list 'neighbours' of the points", "'quality' of the faces", "the element 'edge'"));
+        ElementsAre("the list 'neighbours' of the points", "the list 'quality' of the faces", "the element 'edge'"));
+}
+
+TEST_F(GeometryReaderTest, ReadsWhatFacesOfAPlyHave)
+{
+    const std::string header = "ply\nformat ascii 1.0\nelement vertex 5\n" + COORDINATES +
+                               "element face 4\nproperty float quality\nproperty list uchar int vertex_indices\n"
+                               "property uchar red\nproperty uchar green\nproperty uchar blue\n"
+                               "property int label\nend_header\n";
+    const std::string ply =
+        header + FIVE_POINTS + "1.5 3 0 1 2 1 2 3 7\n2.5 3 0 1 9 4 5 6 8\n3.5 3 0 2 3 7 8 9 9\n4.5 2 0 2 0 0 0 0\n";
+    const Geometry geometry = readOne("a.ply", ply);
+    EXPECT_THAT(geometry.faces, ElementsAre(0, 1, 2, 0, 2, 3));
+    EXPECT_THAT(numbersOf(geometry.ofFaces.colours), ElementsAre(1, 2, 3, 7, 8, 9)) << "without those of bad faces";
+    EXPECT_THAT(numbersOf(geometry.ofFaces.labels), ElementsAre(7, 9));
+    ASSERT_EQ(geometry.ofFaces.scalars.size(), 1u);
+    EXPECT_EQ(geometry.ofFaces.scalars[0].name, "quality");
+    EXPECT_THAT(numbersOf(geometry.ofFaces.scalars[0].values), ElementsAre(1.5, 3.5));
+    const Geometry cut = readOne("a.ply", header + FIVE_POINTS + "1.5 3 0 1 2 1 2 3 7\n2.5 3 0");
+    EXPECT_THAT(cut.faces, ElementsAre(0, 1, 2));
+    EXPECT_THAT(numbersOf(cut.ofFaces.scalars.at(0).values), ElementsAre(1.5));
 }
 
 TEST_F(GeometryReaderTest, ReadsColoursNormalsAndFacesOfAnOff)
@@ -452,10 +473,26 @@ TEST_F(GeometryReaderTest, ReadsColoursNormalsAndFacesOfAnOff)
     EXPECT_THAT(binary.faces, ElementsAre(0, 1, 2));
 }
 
+TEST_F(GeometryReaderTest, ReadsColoursOfTheFacesOfAnOff)
+{
+    const std::string points = "OFF\n4 3 0\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n";
+    const Geometry text = readOne("a.off", points + "3 0 1 2 255 0 0\n3 0 1 7 1 1 1\n4 0 1 2 3 0 0 9\n");
+    EXPECT_THAT(numbersOf(text.ofFaces.colours), ElementsAre(255, 0, 0, 0, 0, 9));
+    EXPECT_THAT(leftOut("a.off", points + "3 0 1 2 7\n3 0 1 2 7\n3 0 1 2 7\n"),
+        ElementsAre("colours of the faces, which not every face has"))
+        << "numbers of a table that nobody knows";
+    const std::endian big = std::endian::big;
+    const Geometry binary = readOne("a.off", "OFF BINARY\n" + inOrder(big, 3, 1, 0) +
+                                                 inOrder(big, 0.f, 0.f, 0.f, 1.f, 0.f, 0.f, 0.f, 1.f, 0.f) +
+                                                 inOrder(big, 3, 0, 1, 2, 4) + inOrder(big, 1.f, 0.f, 0.5f, 1.f));
+    EXPECT_THAT(numbersOf(binary.ofFaces.colours), ElementsAre(255, 0, 128, 255));
+}
+
 TEST_F(GeometryReaderTest, SaysWhatOfAnOffIsLeftOut)
 {
     EXPECT_THAT(leftOut("a.off", "OFF\n3 2 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2 255 0 0\n3 0 1 7\n"),
-        ElementsAre("colours of the faces", "1 face of points that are not there, or of fewer than three"));
+        ElementsAre("1 face of points that are not there, or of fewer than three",
+            "colours of the faces, which not every face has"));
     EXPECT_THAT(leftOut("a.off", "STOFF\n1 2 0\n0 0 0 .5 .5\n3 0 x\n"),
         ElementsAre("the faces from number 1 of 2 on, where the file ends", "places in textures"));
     EXPECT_THAT(
@@ -484,6 +521,24 @@ TEST_F(GeometryReaderTest, MakesAPointOfAnObjSeveralWhereItsNormalsDiffer)
     EXPECT_EQ(geometry.getPoint(6), Vector3d(1, 0, 0));
     EXPECT_THAT(
         numbersOf(geometry.normals), ElementsAre(0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 1, 0));
+}
+
+TEST_F(GeometryReaderTest, ReadsTheColoursOfTheMaterialsOfAnObj)
+{
+    write("my colours.mtl", "newmtl red one\nKa 0 0 0\nKd 1 0 0\nmap_Kd a.png\nnewmtl grey\nKd .2\n");
+    const std::string faces = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\nusemtl red one\nf 1 2 3\nf 1 2 9\n"
+                              "usemtl grey\nf 3 2 1\nusemtl unknown\nf 3 2 1\n";
+    const std::string obj = "mtllib my colours.mtl\n" + faces;
+    EXPECT_THAT(numbersOf(readOne("a.obj", obj).ofFaces.colours),
+        ElementsAre(204, 204, 204, 255, 0, 0, 51, 51, 51, 204, 204, 204));
+    const std::string bad = "1 face of points that are not there, or of fewer than three";
+    EXPECT_THAT(leftOut("a.obj", obj), ElementsAre(bad, "textures"));
+    EXPECT_THAT(leftOut("a.obj", faces), ElementsAre(bad, "materials"));
+    EXPECT_THAT(leftOut("a.obj", "mtllib none.mtl\n" + faces),
+        ElementsAre(bad, "the materials of 'none.mtl', which cannot be read"));
+    write("one.mtl", "newmtl grey\nKd .4 .4 .4\n");
+    EXPECT_THAT(numbersOf(readOne("a.obj", "mtllib none.mtl one.mtl\n" + faces).ofFaces.colours),
+        ElementsAre(204, 204, 204, 204, 204, 204, 102, 102, 102, 204, 204, 204));
 }
 
 TEST_F(GeometryReaderTest, ReadsAnObjWithoutFacesAsPoints)

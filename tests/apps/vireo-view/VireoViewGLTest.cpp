@@ -99,8 +99,8 @@ TEST_F(VireoViewGLTest, SaysWhatOfAFileIsLeftOut)
     write("a.off", "OFF\n3 2 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2 255 0 0\n3 0 1 7\n");
     const Outcome outcome = run({"a.off", "--pictures", "pictures"});
     EXPECT_EQ(outcome.exitStatus, 0);
-    EXPECT_EQ(outcome.errors, "vireo-view: a.off: left out: colours of the faces and 1 face of points that are not "
-                              "there, or of fewer than three\n");
+    EXPECT_EQ(outcome.errors, "vireo-view: a.off: left out: 1 face of points that are not there, or of fewer than "
+                              "three and colours of the faces, which not every face has\n");
 }
 
 // The pixels that are as blue as the first curve of a plot.

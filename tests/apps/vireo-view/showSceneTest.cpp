@@ -1,7 +1,9 @@
 #include "apps/vireo-view/showScene.h"
 
 #include <QImage>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <string>
 
 #include "tests/apps/vireo-view/FilesTest.h"
 #include "vireo/show/show.h"
@@ -67,6 +69,27 @@ TEST_F(ShowSceneTest, ShowsConcavePolygonsAsTheyAre)
     const QImage picture = pictureOf("a.off");
     EXPECT_GT(numPixels(picture, 0), 5000);
     EXPECT_EQ(numPixels(picture.copy(118, 0, 27, 85), 0), 0);
+}
+
+TEST_F(ShowSceneTest, ShowsTheColoursAndTheNumbersOfFaces)
+{
+    // As many faces as points.
+    const std::string points = "4 4 0\n0 0 0\n2 0 0\n2 1 0\n0 1 0\n";
+    showScene(load("a.off", "OFF\n" + points + "3 0 1 2 255 0 0\n3 0 2 3 0 0 255\n3 0 1 2 255 0 0\n3 0 2 3 0 0 255\n"),
+        "a.off");
+    const QImage picture = pictureOf("a.off");
+    EXPECT_GT(numPixels(picture, 0), 2000);
+    EXPECT_GT(numPixels(picture, 2), 2000);
+    showScene(load("b.ply", "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\n"
+                            "property float z\nproperty float height\nelement face 1\n"
+                            "property list uchar int vertex_indices\nproperty float height\nend_header\n"
+                            "0 0 0 1\n1 0 0 2\n0 1 0 3\n3 0 1 2 5\n"),
+        "b.ply");
+    ASSERT_TRUE(tavo::saveData("b.ply", (directory() / "b.csv").string()));
+    std::ifstream data(directory() / "b.csv");
+    std::string header;
+    std::getline(data, header);
+    EXPECT_NE(header.find("height (2)"), std::string::npos) << header;
 }
 
 TEST_F(ShowSceneTest, ShowsPointsByTheNumbersThatTheyHave)
