@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <concepts>
 #include <cstddef>
 #include <exception>
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include "vireo/show/delivery/NumberArray.h"
+#include "vireo/show/delivery/beyondDouble.h"
 #include "vireo/show/delivery/isShowOff.h"
 #include "vireo/show/delivery/recentCopies.h"
 
@@ -200,6 +202,8 @@ private:
                 for (std::size_t i = 0; i < count; ++i)
                     copied.push_back(static_cast<Kept>(numbers[static_cast<std::ptrdiff_t>(i) * stride]));
             }
+            if constexpr (!std::same_as<Kept, T>)
+                sayIfBeyondDouble(numbers, stride, copied);
             keep(std::move(copied));
         });
     }
@@ -213,6 +217,14 @@ private:
             keep(std::move(seconds));
             m_AreDates = IS_DATE<T>;
         });
+    }
+
+    template <Number T>
+    static void sayIfBeyondDouble(const T* numbers, std::ptrdiff_t stride, const std::vector<double>& copied)
+    {
+        for (std::size_t i = 0; i < copied.size(); ++i)
+            if (std::isinf(copied[i]) && !std::isinf(numbers[static_cast<std::ptrdiff_t>(i) * stride]))
+                return sayBeyondDouble();
     }
 
     // Copies them, unless there is a copy.

@@ -127,6 +127,12 @@ public:
 
     /// The colour of a curve, instead of one of the palette: red, green, blue, opacity, each 0 to 255.
     Plot colour(std::string_view name, const RGBA8& colour, const Statement& statement = Statement()) const;
+    /// The same of red, green and blue: opaque.
+    Plot colour(std::string_view name, const StaticVector<unsigned char, 3>& colour,
+        const Statement& statement = Statement()) const
+    {
+        return this->colour(name, RGBA8(colour[0], colour[1], colour[2], 255), statement);
+    }
 
     /// How a curve looks, in words: "dashed" or "dotted", "thick", "marks"; "y2" has it counted by the second y axis,
     /// at the right. Looks may be sent before their curve.

@@ -432,6 +432,12 @@ Item Item::labels(std::string_view name, const Numbers& values, const Statement&
     return *this;
 }
 
+Item Item::labelNames(const std::map<std::int64_t, std::string>& names, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.labelNames = names; });
+    return *this;
+}
+
 Item Item::onFaces(std::string_view name, const Statement&) const
 {
     changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.onFaces.insert(std::string(name)); });

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -55,6 +57,10 @@ public:
     /// The same under a name of its own; there may be several.
     Item labels(std::string_view name, const Numbers& values, const Statement& statement = Statement()) const;
 
+    /// Names for the categories of the item, which the legend has instead of their numbers:
+    /// `labelNames({{2, "ground"}, {5, "trees"}})`.
+    Item labelNames(const std::map<std::int64_t, std::string>& names, const Statement& statement = Statement()) const;
+
     /// Says that the numbers of that name, or "colours", belong to the faces of a mesh that has as many vertices.
     Item onFaces(std::string_view name, const Statement& statement = Statement()) const;
 
@@ -69,6 +75,11 @@ public:
 
     /// One colour for all: red, green, blue, opacity, each 0 to 255. Without it, an item has one of a palette.
     Item colour(const RGBA8& colour, const Statement& statement = Statement()) const;
+    /// The same of red, green and blue: opaque.
+    Item colour(const StaticVector<unsigned char, 3>& colour, const Statement& statement = Statement()) const
+    {
+        return this->colour(RGBA8(colour[0], colour[1], colour[2], 255), statement);
+    }
 
     /// The normal of each point or vertex, by which light falls on it. They need not have the length 1.
     Item normals(const Points& values, const Statement& statement = Statement()) const;

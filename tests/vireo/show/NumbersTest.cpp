@@ -96,6 +96,22 @@ TEST(NumbersTest, WiderOnesBecomeDoubles)
     EXPECT_THAT(read(numbers), ElementsAre(1.25, -3));
 }
 
+TEST(NumbersTest, WhatIsBeyondDoubleIsSaidOnce)
+{
+    const long double largest = std::numeric_limits<long double>::max();
+    if (largest == static_cast<long double>(std::numeric_limits<double>::max()))
+        GTEST_SKIP() << "a long double is a double here";
+    testing::internal::CaptureStderr();
+    const Numbers infinite(std::vector<long double>{1, std::numeric_limits<long double>::infinity()});
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    testing::internal::CaptureStderr();
+    const Numbers numbers(std::vector<long double>{1, -largest});
+    const Numbers again(std::vector<long double>{largest});
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "warning: tavo: numbers of type long double that are beyond double are taken for infinite\n");
+    EXPECT_THAT(read(numbers), ElementsAre(1, -std::numeric_limits<double>::infinity()));
+}
+
 TEST(NumbersTest, AreCopiedOnceAndThenShared)
 {
     std::vector<double> sent{1, 2};

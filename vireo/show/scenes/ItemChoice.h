@@ -20,6 +20,7 @@ struct ItemChoice
         std::optional<std::pair<double, double>> range;
         bool isWhole = false; // the range: from the least to the greatest number, whatever they come to be
         std::optional<OpacityCurve> opacities = {}; // of a volume
+        std::optional<bool> areLabels = {};         // instead of numbers on a scale
 
         bool operator==(const OfField& other) const = default;
     };

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <tuple>
+#include <utility>
 
 #include "vireo/show/colours/colourOfLabel.h"
 #include "vireo/show/scenes/byteOf.h"
@@ -17,16 +18,31 @@ constexpr const char* COLOURS = "colours";
 constexpr double LARGEST_LABEL = 9e15; // beyond it, doubles are no numbers to count by
 constexpr std::size_t SWATCH_SIZE = 8;
 
-// Of the least ones among some of them.
-std::vector<RGBA8> swatchOfLabels(const NumberArray& labels)
+std::optional<std::int64_t> labelOf(double value)
 {
-    std::set<std::int64_t> some;
-    const std::size_t step = labels.size() / 256 + 1;
-    for (std::size_t i = 0; i < labels.size(); i += step)
-        if (std::abs(labels[i]) < LARGEST_LABEL)
-            some.insert(static_cast<std::int64_t>(labels[i]));
+    return std::abs(value) < LARGEST_LABEL ? std::optional(static_cast<std::int64_t>(value)) : std::nullopt;
+}
+
+std::set<std::int64_t> differentLabels(const NumberArray& numbers, std::size_t most)
+{
+    std::set<std::int64_t> labels;
+    numbers.visit([&](const auto* values, std::size_t size) {
+        std::optional<std::int64_t> last; // they come in runs
+        for (std::size_t i = 0; i < size && labels.size() < most; ++i) {
+            const std::optional<std::int64_t> label = labelOf(static_cast<double>(values[i]));
+            if (label && label != last)
+                labels.insert(*label);
+            last = label;
+        }
+    });
+    return labels;
+}
+
+// Of the least ones.
+std::vector<RGBA8> swatchOfLabels(const std::set<std::int64_t>& labels)
+{
     std::vector<RGBA8> colours;
-    for (const std::int64_t label : some)
+    for (const std::int64_t label : labels)
         if (colours.size() < SWATCH_SIZE / 2)
             colours.push_back(colourOfLabel(label));
     return colours;
@@ -47,8 +63,8 @@ bool ItemColours::apply(ItemUpdate& update)
         auto found = std::find_if(
             m_Fields.begin(), m_Fields.end(), [&field](const Field& older) { return older.name == field.name; });
         if (found == m_Fields.end())
-            found = m_Fields.insert(m_Fields.end(), {field.name, field.areLabels, {}, {}});
-        found->areLabels = field.areLabels;
+            found = m_Fields.insert(m_Fields.end(), Field{field.name});
+        found->areSentLabels = field.areLabels;
         found->values.send(field.values);
     }
     m_Colours.send(update.colours);
@@ -56,6 +72,8 @@ bool ItemColours::apply(ItemUpdate& update)
     replace(m_Sent.range, update.range);
     replace(m_Sent.colourMap, update.colourMap);
     replace(m_Sent.opacities, update.opacities);
+    if (update.labelNames)
+        m_LabelNames.swap(*update.labelNames);
     const bool areOthersOnFaces = !update.onFaces.empty();
     m_OnFaces.merge(update.onFaces);
     return areOthersOnFaces;
@@ -73,6 +91,7 @@ bool ItemColours::settle(const ItemShape& shape)
         if (!field.values.settle(fitsAs(field.name)))
             continue;
         field.range.reset();
+        field.categories.reset();
         isNew = true;
     }
     return isNew;
@@ -82,8 +101,28 @@ bool ItemColours::settleStyle(const ItemChoice& chosen)
 {
     const auto before = std::tuple(m_Shown, m_Range, m_ColourMap, m_Opacities);
     m_Shown = chosen.shown && has(*chosen.shown) ? chosen.shown : m_Sent.shown;
+    const bool areLabelsNew = settleLabels(chosen);
     settleRange(chosen);
-    return std::tie(m_Shown, m_Range, m_ColourMap, m_Opacities) != before;
+    return areLabelsNew || std::tie(m_Shown, m_Range, m_ColourMap, m_Opacities) != before;
+}
+
+bool ItemColours::settleLabels(const ItemChoice& chosen)
+{
+    bool isAnyNew = false;
+    for (Field& field : m_Fields) {
+        const auto found = chosen.fields.find(field.name);
+        const auto areChosen = found != chosen.fields.end() ? found->second.areLabels : std::nullopt;
+        const bool areLabels = areChosen.value_or(field.areSentLabels);
+        isAnyNew |= std::exchange(field.areLabels, areLabels) != areLabels;
+    }
+    return isAnyNew;
+}
+
+const std::set<std::int64_t>& ItemColours::categoriesOf(const Field& field) const
+{
+    if (!field.categories)
+        field.categories = differentLabels(field.values.used()->numbers, MOST_CATEGORIES);
+    return *field.categories;
 }
 
 void ItemColours::settleRange(const ItemChoice& choice)
@@ -200,7 +239,7 @@ std::vector<RGBA8> ItemColours::swatchAsSent() const
 std::vector<RGBA8> ItemColours::swatchOf(const Field& field) const
 {
     if (field.areLabels)
-        return swatchOfLabels(field.values.used()->numbers);
+        return swatchOfLabels(categoriesOf(field));
     const ColourMap map = findColourMap(m_ColourMap).value();
     std::vector<RGBA8> colours;
     for (std::size_t i = 0; i < SWATCH_SIZE; ++i)
@@ -247,8 +286,9 @@ std::vector<unsigned char> ItemColours::ofField(
         forEachSource(drawn, numVertices, areOfParts, [&](std::size_t source) {
             const auto value = static_cast<double>(numbers[source]);
             RGBA8 colour = ColourMap::colourOfNaN();
-            if (field.areLabels && std::abs(value) < LARGEST_LABEL)
-                colour = colourOfLabel(static_cast<std::int64_t>(value));
+            const std::optional<std::int64_t> label = field.areLabels ? labelOf(value) : std::nullopt;
+            if (label)
+                colour = colourOfLabel(*label);
             else if (!field.areLabels && !std::isnan(value))
                 colour =
                     map.sample(half != 0 ? (value / 2 - from / 2) / half : 0.5 * ((value >= from) + (value > from)));

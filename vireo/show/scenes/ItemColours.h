@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -30,10 +32,15 @@ public:
     struct Field
     {
         std::string name;
-        bool areLabels = false;
-        SentNumbers values;                                     // as many as there are points or parts
-        mutable std::optional<std::pair<double, double>> range; // of the values, if it is known
+        bool areSentLabels = false;
+        bool areLabels = false;                                      // as chosen or else as sent
+        SentNumbers values = {};                                     // as many as there are points or parts
+        mutable std::optional<std::pair<double, double>> range = {}; // of the values, if it is known
+        mutable std::optional<std::set<std::int64_t>> categories = {};
     };
+
+    // More different ones are not looked for.
+    static constexpr std::size_t MOST_CATEGORIES = 1000;
 
     // Takes over what was sent. It is used as soon as it fits. Returns whether something else belongs to faces now.
     bool apply(ItemUpdate& update);
@@ -68,6 +75,10 @@ public:
     // The numbers that have the first and the last colour.
     std::pair<double, double> rangeOf(const Field& field) const;
 
+    // The different ones, if they are shown; a number by which a category is called is in `names`, or not.
+    const std::set<std::int64_t>& categoriesOf(const Field& field) const;
+    const std::map<std::int64_t, std::string>& labelNames() const { return m_LabelNames; }
+
     // "colours", the name of the field, or empty for the one colour.
     std::string nameOfShown() const;
 
@@ -98,6 +109,7 @@ private:
 
     bool has(const std::string& shown) const;
     void settleRange(const ItemChoice& chosen);
+    bool settleLabels(const ItemChoice& chosen);
     std::vector<RGBA8> swatchAsSent() const;
     std::vector<RGBA8> swatchOf(const Field& field) const;
     template <typename Use>
@@ -111,6 +123,7 @@ private:
     SentNumbers m_Colours;
     std::vector<Field> m_Fields;
     std::set<std::string> m_OnFaces;
+    std::map<std::int64_t, std::string> m_LabelNames;
     Style m_Sent;
     std::optional<std::string> m_Shown; // this and the following, as chosen or else as sent
     std::optional<std::pair<double, double>> m_Range;

@@ -31,7 +31,9 @@ namespace tavo {
 
 namespace {
 
-constexpr double LARGEST_SIZE = 64; // in pixels
+constexpr double SMALLEST_SIZE = 0.5; // in pixels
+constexpr double LARGEST_SIZE = 64;
+constexpr int DIGITS_OF_RADIUS = 4;
 constexpr std::size_t LONGEST_NAME = 200;
 constexpr int SPACING = 6; // in pixels
 constexpr int MARGIN = 8;
@@ -49,6 +51,7 @@ ItemProperties::ItemProperties(QWidget* parent)
     , m_Grid(new QGridLayout(this))
     , m_Name(new QLabel)
     , m_Field(makeComboBox("field", tr("Coloured by"), tr("What the colours show (Tab in the scene: the next one)")))
+    , m_Scale(makeComboBox("scale", tr("Shown as"), tr("Numbers on a scale, or categories that differ")))
     , m_Colour(made(new QPushButton, "colour", tr("Colour"), tr("The colour of all of it")))
     , m_ColourMap(makeComboBox("colourMap", tr("Colour map"), tr("The colours from the least number to the greatest")))
     , m_Range(makeRange())
@@ -67,15 +70,14 @@ ItemProperties::ItemProperties(QWidget* parent)
     m_Name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     makeVolume();
     addColourMaps(*m_ColourMap);
-    m_Size->setRange(0.5, LARGEST_SIZE);
-    m_Size->setDecimals(1);
     m_Size->setSuffix(tr(" px"));
+    m_Scale->addItems({tr("Numbers"), tr("Categories")});
     m_Shading->addItems({tr("Flat"), tr("Smooth")});
     makeRows();
     connectAll();
     connectVolume();
     for (QWidget* input : std::initializer_list<QWidget*>{
-             m_Field, m_ColourMap, m_Preset, m_From, m_To, m_Size, m_OpacitySlider, m_Opacity, m_Shading}) {
+             m_Field, m_Scale, m_ColourMap, m_Preset, m_From, m_To, m_Size, m_OpacitySlider, m_Opacity, m_Shading}) {
         input->setFocusPolicy(Qt::StrongFocus);
         input->installEventFilter(this);
     }
@@ -90,6 +92,7 @@ void ItemProperties::makeRows()
     m_Grid->setColumnStretch(1, 1);
     addRow(m_Name);
     addRow(m_Field, tr("Colour by"));
+    addRow(m_Scale, tr("Shown as"));
     addRow(m_Colour, tr("Colour"));
     addRow(m_ColourMap, tr("Colour map"));
     addRow(m_Range);
@@ -224,6 +227,9 @@ void ItemProperties::connectAll()
     connect(m_Field, chosen, this, [this](int i) {
         emit choiceMade([name = m_ShownNames.at(std::size_t(i))](auto& choice, const auto&) { choice.shown = name; });
     });
+    connect(m_Scale, chosen, this, [this](int i) {
+        emit choiceMade([i](auto& choice, const auto& state) { choice.fields[state.shown].areLabels = i != 0; });
+    });
     connect(m_ColourMap, chosen, this, [this](int i) {
         emit choiceMade([name = namesOfColourMaps().at(std::size_t(i))](
                             auto& choice, const auto& state) { choice.fields[state.shown].colourMap = name; });
@@ -285,8 +291,8 @@ void ItemProperties::showNothing()
     m_Name->setText(tr("Nothing is selected"));
     m_Name->setEnabled(false);
     m_Name->setToolTip({});
-    for (QWidget* row : std::initializer_list<QWidget*>{m_Field, m_Colour, m_ColourMap, m_Range, m_Preset, m_Opacities,
-             m_Maximum, m_Size, m_OpacityRow, m_Shading, m_Faces, m_Reset})
+    for (QWidget* row : std::initializer_list<QWidget*>{m_Field, m_Scale, m_Colour, m_ColourMap, m_Range, m_Preset,
+             m_Opacities, m_Maximum, m_Size, m_OpacityRow, m_Shading, m_Faces, m_Reset})
         setRowVisible(row, false);
 }
 
@@ -317,8 +323,7 @@ void ItemProperties::showItem(const SceneItem& item)
         showNumbers(state, item.getDataRevision());
     showVolume(state);
     setRowVisible(m_Size, state.hasSize());
-    labelOf(m_Size)->setText(state.kind == ItemKind::Cloud ? tr("Point size") : tr("Line width"));
-    setQuietly(m_Size, state.size);
+    showSize(state);
     setRowVisible(m_OpacityRow, true);
     const int percent = static_cast<int>(std::lround(100 * state.opacity));
     setQuietly(m_OpacitySlider, percent);
@@ -337,9 +342,35 @@ void ItemProperties::showVolume(const ItemState& state)
         setRowVisible(row, isVolume);
     if (!isVolume)
         return;
-    chooseQuietly(m_Preset, 0);
+    const std::vector<VolumePreset>& presets = volumePresets();
+    const auto preset = std::find_if(presets.begin(), presets.end(), [&state](const VolumePreset& preset) {
+        return preset.colourMap == state.colourMap && preset.opacities == state.opacities &&
+               preset.range.value_or(state.range) == state.range;
+    });
+    chooseQuietly(m_Preset, preset != presets.end() ? static_cast<int>(preset - presets.begin()) + 1 : 0);
     checkQuietly(m_Maximum, state.isMaximum);
     m_Opacities->setCurve(state.opacities, findColourMap(state.colourMap).value(), state.range);
+}
+
+// Whatever was sent. Points that have radii in the scene have no size in pixels; the least number stands for them.
+void ItemProperties::showSize(const ItemState& state)
+{
+    labelOf(m_Size)->setText(state.kind == ItemKind::Cloud ? tr("Point size") : tr("Line width"));
+    const auto written = [](double number) { return QString::number(number, 'g', DIGITS_OF_RADIUS); };
+    QString radii;
+    if (state.radii) {
+        const auto [least, largest] = *state.radii;
+        radii = tr("radius %1")
+                    .arg(least == largest ? written(least) : written(least) + QStringLiteral(" … ") + written(largest));
+    }
+    const double value = state.radii ? 0 : state.size;
+    if (m_Size->specialValueText() == radii && m_Size->value() == value)
+        return; // somebody may be typing there
+    const QSignalBlocker quiet(m_Size);
+    m_Size->setSpecialValueText(radii);
+    m_Size->setDecimals(std::round(10 * value) == 10 * value ? 1 : 3);
+    m_Size->setRange(state.radii ? 0 : std::min(SMALLEST_SIZE, value), std::max(LARGEST_SIZE, value));
+    m_Size->setValue(value);
 }
 
 // Frames have one for each axis.
@@ -392,6 +423,8 @@ void ItemProperties::showFields(const ItemState& state)
     const auto found = std::find(names.begin(), names.end(), state.shown);
     chooseQuietly(m_Field, static_cast<int>(found - names.begin()));
     setRowVisible(m_Field, names.size() > 1);
+    setRowVisible(m_Scale, state.areLabels || (!state.numbers.isEmpty() && state.kind != ItemKind::Volume));
+    chooseQuietly(m_Scale, state.areLabels ? 1 : 0);
 }
 
 void ItemProperties::showNumbers(const ItemState& state, std::size_t revision)

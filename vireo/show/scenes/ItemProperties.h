@@ -62,6 +62,7 @@ private:
     QLabel* labelOf(QWidget* field) const;
     void connectAll();
     void showItem(const SceneItem& item);
+    void showSize(const ItemState& state);
     void showColour(const SceneItem& item, const ItemState& state);
     void chooseColour();
     void showFields(const ItemState& state);
@@ -78,6 +79,7 @@ private:
     QSize m_LargestSize; // when all of it is there
     QLabel* m_Name;
     QComboBox* m_Field;
+    QComboBox* m_Scale;
     QPushButton* m_Colour;
     QColor m_ShownColour;
     QComboBox* m_ColourMap;

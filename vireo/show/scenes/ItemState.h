@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,11 +23,13 @@ struct ItemState
     bool hasColours = false;
     bool hasNormals = false;
     std::vector<Field> fields; // whose numbers can be shown
+    bool areLabels = false;    // whether the shown numbers are categories
     std::string shown;         // the field, or "colours", or empty for the one colour
     NumberArray numbers;       // that are shown by a colour map
     std::string colourMap;
     std::pair<double, double> range;
-    double size = 0; // in pixels
+    double size = 0;                                // in pixels
+    std::optional<std::pair<double, double>> radii; // the least and the greatest, in the scene, where they are drawn
     double opacity = 1;
     bool isSmooth = false;
     bool areEdgesSeen = false;

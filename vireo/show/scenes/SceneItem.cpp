@@ -7,6 +7,7 @@
 
 #include "tavo/base/text/printable.h"
 #include "vireo/context/GLExtensions.h"
+#include "vireo/show/colours/colourOfLabel.h"
 #include "vireo/show/plots/colours.h"
 #include "vireo/show/scenes/byteOf.h"
 #include "vireo/show/scenes/valueCounts.h"
@@ -160,6 +161,21 @@ std::optional<SceneItem::ShownScalars> SceneItem::shownScalars() const
     return ShownScalars{field->name, m_Colours.colourMap(), m_Colours.rangeOf(*field)};
 }
 
+std::optional<SceneItem::ShownLabels> SceneItem::shownLabels() const
+{
+    const ItemColours::Field* const field = m_Shape ? m_Colours.shownField() : nullptr;
+    if (!field || !field->areLabels)
+        return {};
+    ShownLabels labels{field->name, {}};
+    const std::map<std::int64_t, std::string>& names = m_Colours.labelNames();
+    for (const std::int64_t label : m_Colours.categoriesOf(*field)) {
+        const auto name = names.find(label);
+        labels.categories.emplace_back(
+            colourOfLabel(label), name != names.end() ? name->second : std::to_string(label));
+    }
+    return labels;
+}
+
 bool SceneItem::isUnlitCloud() const
 {
     return m_Shape && kind() == ItemKind::Cloud && !m_Normals.used();
@@ -172,9 +188,9 @@ bool SceneItem::fits(const NumberTuples& tuples) const
 
 ItemState SceneItem::state() const
 {
-    ItemState state{kind(), m_Colours.sent() != nullptr, m_Normals.used() != nullptr, {}, m_Colours.nameOfShown(), {},
-        m_Colours.colourMap(), {}, size(), m_Opacity, m_IsSmooth, m_AreEdgesSeen, m_AreBackFacesSeen,
-        m_Colours.opacities(), m_IsMaximum};
+    ItemState state{kind(), m_Colours.sent() != nullptr, m_Normals.used() != nullptr, {}, areLabelsShown(),
+        m_Colours.nameOfShown(), {}, m_Colours.colourMap(), {}, size(), radii(), m_Opacity, m_IsSmooth, m_AreEdgesSeen,
+        m_AreBackFacesSeen, m_Colours.opacities(), m_IsMaximum};
     for (const SceneField& field : fields())
         state.fields.push_back({field.name, field.areLabels});
     const ItemColours::Field* const field = m_Colours.shownField();
@@ -183,6 +199,13 @@ ItemState SceneItem::state() const
     state.numbers = field->values.used()->numbers;
     state.range = m_Colours.rangeOf(*field);
     return state;
+}
+
+std::optional<std::pair<double, double>> SceneItem::radii() const
+{
+    if (!(m_LargestRadius > 0))
+        return {};
+    return finiteRangeOf(m_Radii.used()->numbers);
 }
 
 bool SceneItem::areLabelsShown() const

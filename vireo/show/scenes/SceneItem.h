@@ -87,6 +87,15 @@ public:
     };
     std::optional<ShownScalars> shownScalars() const;
 
+    // The categories that its colours show, each with its name, or else its number; those of which there are no points
+    // are left out.
+    struct ShownLabels
+    {
+        std::string field;
+        std::vector<std::pair<RGBA8, std::string>> categories;
+    };
+    std::optional<ShownLabels> shownLabels() const;
+
     // What is saved of it: its shape and what fits it; nothing if it has no shape.
     std::optional<ItemData> data() const;
 
@@ -155,6 +164,7 @@ private:
     bool fits(const NumberTuples& tuples) const;
     bool applySize(ItemUpdate& update);
     void addRadii();
+    std::optional<std::pair<double, double>> radii() const;
     void upload(GLContext& context);
     void uploadRadii(GLContext& context);
     void uploadColours(GLContext& context);

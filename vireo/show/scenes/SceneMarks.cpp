@@ -104,21 +104,29 @@ void paintMarks(MarkPainter& painter, const std::vector<ScenePick>& marks)
         if (pixels[i])
             painter.label(*pixels[i], marks[i].lines);
     if (isDistanceSeen)
-        painter.label(0.5 * (*pixels[0] + *pixels[1]), distanceLines(marks[0].picked.place, marks[1].picked.place));
+        painter.label(0.5 * (*pixels[0] + *pixels[1]), distanceLines(marks[0].picked.place, marks[1].picked.place,
+                                                           std::max(marks[0].uncertainty, marks[1].uncertainty)));
 }
 
-std::string rounded(double number)
+// Of the digits in front of that of the uncertainty, the first ones.
+std::string rounded(double number, double uncertainty)
 {
-    return QString::number(number, 'g', DIGITS).toStdString();
+    const double lastDigit = uncertainty > 0 ? std::ceil(std::log10(uncertainty)) : -HUGE_VAL;
+    const double digits = 1 + std::floor(std::log10(std::abs(number))) - lastDigit;
+    if (!(digits >= 1)) // nothing is left of it
+        return "0";
+    return QString::number(number, 'g', static_cast<int>(std::min<double>(digits, DIGITS))).toStdString();
 }
 
 } // namespace
 
-std::vector<std::string> distanceLines(const Vector3d& from, const Vector3d& to)
+std::vector<std::string> distanceLines(const Vector3d& from, const Vector3d& to, double uncertainty)
 {
     const Vector3d away = to - from;
-    return {"distance " + rounded(std::hypot(away[0], away[1], away[2])), "dx " + rounded(away[0]),
-        "dy " + rounded(away[1]), "dz " + rounded(away[2])};
+    const auto line = [both = 2 * uncertainty](
+                          const char* name, double number) { return name + (' ' + rounded(number, both)); };
+    return {line("distance", std::hypot(away[0], away[1], away[2])), line("dx", away[0]), line("dy", away[1]),
+        line("dz", away[2])};
 }
 
 QStringList fittedLines(const std::vector<std::string>& lines, const QFontMetricsF& metrics, const QSizeF& room)

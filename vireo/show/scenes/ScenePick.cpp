@@ -340,6 +340,30 @@ void takeValues(ScenePick& pick, const SceneItem& item)
     }
 }
 
+// Integers are what they are, and doubles as good as computed ones.
+double roundingOf(const NumberArray& numbers)
+{
+    return numbers.visit([](const auto* values, std::size_t) {
+        using T = std::remove_cvref_t<decltype(*values)>;
+        if constexpr (std::is_same_v<T, float>)
+            return double(std::numeric_limits<float>::epsilon()) / 2;
+        else
+            return std::numeric_limits<double>::epsilon();
+    });
+}
+
+double uncertaintyOf(const SceneModel::Placed& placed, const Vector3d& local)
+{
+    double largest = 0;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        Vector3d along;
+        along[axis] = local[axis];
+        const Vector3d turned = placed.matrix.turned(along);
+        largest = std::max({largest, std::abs(turned[0]), std::abs(turned[1]), std::abs(turned[2])});
+    }
+    return largest * roundingOf(placed.item->shape()->points.numbers);
+}
+
 } // namespace
 
 Ray rayThrough(const SceneCamera& camera, const SceneCamera::Size& size, const Vector2d& place)
@@ -369,6 +393,7 @@ ScenePick pickOf(const SceneModel::Placed& placed, std::size_t vertex, const Ray
     const Hit hit = hitOf(shape, placed.item->sourceOf(vertex), placed.matrix, ray);
     ScenePick pick;
     pick.local = hit.local;
+    pick.uncertainty = uncertaintyOf(placed, hit.local);
     pick.picked.path = *placed.path;
     pick.picked.index = hit.index;
     pick.picked.element = hit.element;
@@ -378,6 +403,21 @@ ScenePick pickOf(const SceneModel::Placed& placed, std::size_t vertex, const Ray
     for (const std::string& line : coordinatesOf(shape, pick.picked))
         pick.lines.push_back(line);
     takeValues(pick, *placed.item);
+    return pick;
+}
+
+ScenePick pickOfSection(const SceneModel::Placed& placed, std::size_t vertex, std::size_t face, const Vector3d& local)
+{
+    ScenePick pick;
+    pick.local = local;
+    pick.uncertainty = uncertaintyOf(placed, local);
+    pick.picked.path = *placed.path;
+    pick.picked.index = vertex;
+    pick.picked.element = face;
+    pick.picked.position = vectorAt(placed.item->shape()->points, vertex);
+    const Vector3d place = pick.picked.place = placed.matrix * local;
+    pick.lines = {printable(pick.picked.path, LONGEST_NAME), "section",
+        "in the scene " + rounded(place[0]) + ", " + rounded(place[1]) + ", " + rounded(place[2])};
     return pick;
 }
 

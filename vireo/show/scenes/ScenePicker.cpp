@@ -9,6 +9,7 @@
 #include "vireo/context/GLExtensions.h"
 #include "vireo/show/scenes/ClipPlanes.h"
 #include "vireo/show/scenes/clipSpace.h"
+#include "vireo/show/scenes/pickSection.h"
 #include "vireo/show/scenes/pictureProjection.h"
 
 namespace tavo {
@@ -87,8 +88,22 @@ void ScenePicker::drawItems(PickTarget& target, const SceneCamera& camera, const
         });
 }
 
+// Nothing is nearer than what fills a surface where it is cut.
+std::optional<ScenePick> ScenePicker::sectionAt(const SceneCamera& camera, const QSize& size, const QPoint& pixel)
+{
+    const std::optional<SceneBox> clip = m_Model.drawnClipBox();
+    if (!clip || !m_Context)
+        return {};
+    // Not quite in the middle of the pixel, where rays through middles of things would meet their edges.
+    const Vector2d place(pixel.x() + 0.5137, pixel.y() + 0.5231);
+    return pickSection(
+        m_Model.visibleItems(), *clip, rayThrough(camera, sizeOf(size), place), !camera.isOrthographic());
+}
+
 std::optional<ScenePick> ScenePicker::pick(const SceneCamera& camera, const QSize& size, const QPoint& pixel)
 {
+    if (std::optional<ScenePick> section = sectionAt(camera, size, pixel))
+        return section;
     const std::optional<PickTarget::Pixels> pixels = draw(camera, size, pixel);
     if (!pixels)
         return {};
@@ -106,6 +121,8 @@ std::optional<ScenePick> ScenePicker::pick(const SceneCamera& camera, const QSiz
 
 std::optional<Vector3d> ScenePicker::placeAt(const SceneCamera& camera, const QSize& size, const QPoint& pixel)
 {
+    if (const std::optional<ScenePick> section = sectionAt(camera, size, pixel))
+        return section->picked.place;
     const std::optional<PickTarget::Pixels> pixels = draw(camera, size, pixel);
     std::optional<SceneCamera::Pixel> hit;
     int nearest = 2 * MIDDLE * MIDDLE + 1;

@@ -31,6 +31,7 @@ public:
     std::optional<Vector3d> placeAt(const SceneCamera& camera, const QSize& size, const QPoint& pixel);
 
 private:
+    std::optional<ScenePick> sectionAt(const SceneCamera& camera, const QSize& size, const QPoint& pixel);
     std::optional<PickTarget::Pixels> draw(const SceneCamera& camera, const QSize& size, const QPoint& pixel);
     void drawItems(PickTarget& target, const SceneCamera& camera, const PointShare& share);
 

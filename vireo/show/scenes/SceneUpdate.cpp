@@ -47,6 +47,7 @@ void ItemUpdate::merge(ItemUpdate& newer)
     replace(normals, newer.normals);
     for (SceneField& field : newer.fields)
         addField(field);
+    replace(labelNames, newer.labelNames);
     onFaces.merge(newer.onFaces);
     replace(shown, newer.shown);
     replace(range, newer.range);

@@ -83,7 +83,8 @@ struct ItemUpdate
     std::optional<ItemShape> shape;
     std::optional<NumberTuples> colours; // the width is 0 if it is not known
     std::optional<NumberTuples> normals;
-    std::vector<SceneField> fields;   // in the order in which they came first
+    std::vector<SceneField> fields; // in the order in which they came first
+    std::optional<std::map<std::int64_t, std::string>> labelNames;
     std::set<std::string> onFaces;    // fields, or "colours", that belong to parts
     std::optional<std::string> shown; // the field, or "colours"
     std::optional<std::pair<double, double>> range;

@@ -37,13 +37,36 @@ bool isShowable(const std::pair<double, double>& range)
 
 bool areAlike(const ColourBar& one, const ColourBar& other)
 {
-    return one.field == other.field && one.colourMap == other.colourMap && one.range == other.range;
+    return one.field == other.field && one.colourMap == other.colourMap && one.range == other.range &&
+           one.categories == other.categories;
+}
+
+QString shown(const std::string& text)
+{
+    return QString::fromStdString(printable(text, SHOWN_CHARACTERS));
+}
+
+// Without its place; none where neither numbers nor categories are shown.
+std::optional<ColourBar> colourBarOf(const SceneItem& item)
+{
+    if (const std::optional<SceneItem::ShownScalars> scalars = item.shownScalars();
+        scalars && isShowable(scalars->range))
+        return ColourBar{shown(scalars->field), QString::fromStdString(scalars->colourMap), scalars->range, {}, {}};
+    const std::optional<SceneItem::ShownLabels> labels = item.shownLabels();
+    if (!labels || labels->categories.empty())
+        return {};
+    ColourBar legend{shown(labels->field), {}, {}, {}, {}};
+    for (const auto& [colour, name] : labels->categories)
+        legend.categories.push_back({QColor(colour[0], colour[1], colour[2]), shown(name)});
+    return legend;
 }
 
 // A field's name gets shorter until the title, which has the unit behind it, has room.
 void shortenTitle(ColourBar& bar, double width, const QFontMetricsF& font)
 {
-    const ColourBarNumbers numbers = colourBarNumbers(bar.bar, bar.range.first, bar.range.second, {}, font);
+    ColourBarNumbers numbers;
+    if (bar.categories.empty())
+        numbers = colourBarNumbers(bar.bar, bar.range.first, bar.range.second, {}, font);
     const double rest = numbers.title.isEmpty() ? 0 : font.horizontalAdvance("  " + numbers.title);
     bar.field = font.elidedText(bar.field, Qt::ElideMiddle, std::max(width - rest, 0.0));
 }
@@ -51,12 +74,28 @@ void shortenTitle(ColourBar& bar, double width, const QFontMetricsF& font)
 // The width of the bar with its numbers and its title.
 double widthOf(const ColourBar& bar, const QFontMetricsF& font)
 {
-    const ColourBarNumbers numbers = colourBarNumbers(bar.bar, bar.range.first, bar.range.second, bar.field, font);
-    double width = 0;
-    for (const ColourBarNumbers::Tick& tick : numbers.ticks)
-        width = std::max(width, BAR_WIDTH + TO_LABELS + font.horizontalAdvance(tick.label));
-    width = std::max(width, font.horizontalAdvance(numbers.title));
+    double width = font.horizontalAdvance(bar.field);
+    for (const LegendRow& row : bar.categories)
+        width = std::max(width, widthOf(row, font));
+    if (bar.categories.empty()) {
+        const ColourBarNumbers numbers = colourBarNumbers(bar.bar, bar.range.first, bar.range.second, bar.field, font);
+        for (const ColourBarNumbers::Tick& tick : numbers.ticks)
+            width = std::max(width, BAR_WIDTH + TO_LABELS + font.horizontalAdvance(tick.label));
+        width = std::max(width, font.horizontalAdvance(numbers.title));
+    }
     return WIDTH_STEP * std::ceil(width / WIDTH_STEP);
+}
+
+// A legend is as high as its rows.
+void fitInto(ColourBar& bar, double top, double height, const QFontMetricsF& font)
+{
+    bar.categories = fittedRows(bar.categories, height, WIDEST_TITLE, font);
+    if (!bar.categories.empty())
+        height = static_cast<double>(bar.categories.size()) * font.height();
+    bar.bar = QRectF(0, top, BAR_WIDTH, height);
+    shortenTitle(bar, WIDEST_TITLE, font);
+    bar.room = QRectF(0, top - 1.5 * font.height() - 3, widthOf(bar, font), 0);
+    bar.room.setBottom(top + height + 0.5 * font.height());
 }
 
 // One beside the other at the right edge, below the mark.
@@ -71,10 +110,7 @@ void placeColourBars(std::vector<ColourBar>& bars, const OverlayRoom& room)
     double width = 0;
     std::size_t numPlaced = 0;
     for (ColourBar& bar : bars) {
-        bar.bar = QRectF(0, top, BAR_WIDTH, height);
-        shortenTitle(bar, WIDEST_TITLE, room.font);
-        bar.room = QRectF(0, top - 1.5 * lineHeight - 3, widthOf(bar, room.font), 0);
-        bar.room.setBottom(top + height + 0.5 * lineHeight);
+        fitInto(bar, top, height, room.font);
         width += bar.room.width() + GAP;
         if (width > 0.4 * room.size.width())
             break;
@@ -260,17 +296,15 @@ std::vector<ColourBar> colourBarsOf(SceneModel& model, const std::string& select
     std::vector<ColourBar> bars;
     std::vector<QString> paths;
     for (const SceneModel::Placed& placed : model.visibleItems()) {
-        const std::optional<SceneItem::ShownScalars> scalars = placed.item->shownScalars();
-        if (!scalars || !isShowable(scalars->range))
+        const std::optional<ColourBar> bar = colourBarOf(*placed.item);
+        if (!bar)
             continue;
-        const ColourBar bar{QString::fromStdString(printable(scalars->field, SHOWN_CHARACTERS)),
-            QString::fromStdString(scalars->colourMap), scalars->range, {}, {}};
         if (*placed.path == selected)
-            return {bar};
-        if (std::any_of(bars.begin(), bars.end(), [&bar](const ColourBar& other) { return areAlike(bar, other); }))
+            return {*bar};
+        if (std::any_of(bars.begin(), bars.end(), [&bar](const ColourBar& other) { return areAlike(*bar, other); }))
             continue;
-        bars.push_back(bar);
-        paths.push_back(QString::fromStdString(printable(*placed.path, SHOWN_CHARACTERS)));
+        bars.push_back(*bar);
+        paths.push_back(shown(*placed.path));
     }
     bars.resize(std::min<std::size_t>(bars.size(), 2));
     for (std::size_t i = 0; bars.size() > 1 && i < bars.size(); ++i)
@@ -328,8 +362,11 @@ void drawOverlays(QPainter& painter, const SceneOverlays& overlays, const QColor
     painter.setRenderHint(QPainter::Antialiasing, false);
     for (const ColourBar& bar : overlays.colourBars) {
         drawBacking(painter, bar.room, ground);
-        drawColourBar(painter, bar.bar, findColourMap(bar.colourMap.toStdString()).value(), bar.range.first,
-            bar.range.second, bar.field);
+        if (!bar.categories.empty())
+            drawLegend(painter, bar.bar.topLeft(), bar.categories, bar.field);
+        else
+            drawColourBar(painter, bar.bar, findColourMap(bar.colourMap.toStdString()).value(), bar.range.first,
+                bar.range.second, bar.field);
     }
     if (overlays.scaleBar) {
         drawBacking(painter, overlays.scaleBar->room, ground);

@@ -12,6 +12,7 @@
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneModel.h"
 #include "vireo/show/scenes/bearings.h"
+#include "vireo/show/scenes/labelLegend.h"
 #include "vireo/show/scenes/scaleBar.h"
 
 class QPainter;
@@ -29,7 +30,8 @@ struct SceneOverlays
         QString colourMap;
         std::pair<double, double> range;
         QRectF bar;
-        QRectF room; // with its numbers and its title
+        QRectF room;                            // with its numbers and its title
+        std::vector<LegendRow> categories = {}; // instead of numbers
     };
 
     struct LengthBar
@@ -45,8 +47,8 @@ struct SceneOverlays
     std::optional<QRectF> mark;
 };
 
-// The numbers that colours show: those of the item of that path, or else of the first two items that have any. If there
-// are several, or a path is needed to tell them apart, it is in the title. Places are empty.
+// The numbers and the categories that colours show: those of the item of that path, or else of the first two items that
+// have any. If there are several, or a path is needed to tell them apart, it is in the title. Places are empty.
 std::vector<SceneOverlays::ColourBar> colourBarsOf(SceneModel& model, const std::string& selected);
 
 // What the places depend on. Sizes are in the pixels of the widget, whatever those of the picture are.

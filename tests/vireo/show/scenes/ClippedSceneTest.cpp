@@ -337,6 +337,36 @@ TEST_F(ClippedSceneTest, ASectionHidesWhatIsBehindIt)
     EXPECT_EQ(numPixels(picture(), GREEN), 0);
 }
 
+TEST_F(ClippedSceneTest, WhatFillsASectionIsPicked)
+{
+    const auto pickAt = [this](const QPoint& pixel) -> const std::optional<ScenePick>& {
+        m_View.hover(pixel);
+        return m_View.getMarks().hovered();
+    };
+    const QPoint middle(SIDE / 2, SIDE / 2);
+    for (const bool isMoved : {false, true}) {
+        send(m_View, "cube", cube({}, 1));
+        send(m_View, "behind", item(ItemKind::Cloud, {0, 0.5, 0}));
+        SceneUpdate update;
+        update.transforms["cube"] = isMoved ? translation({0.25, 0.125, 0}) : Matrix4();
+        m_View.apply(update);
+        clip({-3, -0.25, -3}, {3, 3, 3});
+        ASSERT_TRUE(pickAt(middle));
+        const Picked picked = pickAt(middle)->picked;
+        EXPECT_EQ(picked.path, "cube");
+        EXPECT_EQ(picked.element, 3U) << "the face behind the section";
+        EXPECT_DOUBLE_EQ(picked.place[1], -0.25);
+        EXPECT_NEAR(picked.place[0], isMoved ? 0.25 : 0, 0.05) << "the middle of all";
+        EXPECT_EQ(picked.position[1], 1);
+        EXPECT_DOUBLE_EQ(m_View.hitAt(middle).value()[1], -0.25);
+        EXPECT_EQ(pickAt(middle)->lines.at(1), "section");
+        clip({-3, 1.25, -3}, {3, 3, 3});
+        EXPECT_FALSE(pickAt(middle)) << "there is nothing of it";
+        clip({-3, -3, -3}, {3, 3, 3});
+        EXPECT_EQ(pickAt(middle)->picked.element, 2U) << "its own face";
+    }
+}
+
 TEST_F(ClippedSceneTest, WhatIsOutsideIsNotPicked)
 {
     for (const Vector3d& centre : {Vector3d(), Vector3d(5.5e6, -3e6, 120)}) {

@@ -8,6 +8,7 @@
 
 #include "tests/support/userEvents.h"
 #include "tests/vireo/show/scenes/sceneUpdates.h"
+#include "vireo/show/colours/colourOfLabel.h"
 
 namespace tavo {
 namespace {
@@ -293,15 +294,67 @@ TEST_F(SceneBarsTest, OfSeveralItemsTheFirstTwoOrTheSelectedOneHaveThem)
     EXPECT_THAT(titles(colourBarsOf(model, {})), testing::ElementsAre("c: height", "d: time"));
 }
 
-TEST_F(SceneBarsTest, LabelsAndColoursHaveNone)
+TEST_F(SceneBarsTest, CategoriesHaveALegend)
 {
     SceneModel model("test");
     SceneUpdate update;
-    update.items["a"] = item(ItemKind::Cloud, {0, 0, 0, 1, 1, 1});
-    SceneField labels{"labels", {Numbers{1, 2}, 1}, true};
+    update.items["a"] = item(ItemKind::Cloud, {0, 0, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3});
+    SceneField labels{"labels", {Numbers{7, 2, NAN, 7}, 1}, true};
     update.items["a"].addField(labels);
+    update.items["a"].labelNames = {{2, "ground"}, {5, "trees"}};
     model.apply(update);
-    EXPECT_TRUE(colourBarsOf(model, {}).empty());
+    const auto rows = [](const SceneItem& item) {
+        const SceneItem::ShownLabels labels = item.shownLabels().value();
+        QStringList texts;
+        for (const auto& [colour, name] : labels.categories)
+            texts += QString::fromStdString(name);
+        return texts;
+    };
+    EXPECT_EQ(rows(model.items().at("a")), QStringList({"ground", "7"})) << "those that are there, in their order";
+    const std::vector<ColourBar> bars = colourBarsOf(model, {});
+    ASSERT_THAT(titles(bars), testing::ElementsAre("labels"));
+    const RGBA8 two = colourOfLabel(2);
+    EXPECT_EQ(bars[0].categories.front(), (LegendRow{QColor(two[0], two[1], two[2]), "ground"}));
+    update = {};
+    update.items["a"].colours = NumberTuples{Numbers{1, 2, 3, 4, 5, 6, 7, 8, 9, 1, 2, 3}, 3};
+    model.apply(update);
+    EXPECT_TRUE(colourBarsOf(model, {}).empty()) << "colours mean nothing but themselves";
+}
+
+TEST_F(SceneOverlaysTest, ALegendHasAsManyRowsAsThereIsRoomFor)
+{
+    ColourBar legend{"labels", {}, {}, {}, {}};
+    for (int i = 0; i < 100; ++i)
+        legend.categories.push_back({QColor(i, 0, 0), "a category of a long name, number " + QString::number(i)});
+    std::vector<ColourBar> bars = twoBars();
+    bars[1] = legend;
+    for (const QSizeF& size : sizes()) {
+        SceneCamera camera;
+        fitWithOverlays(camera, room(size), DATA, bars);
+        const SceneOverlays overlays = placeOverlays(room(size), camera, DATA, bars);
+        expectApart(overlays, size);
+        for (const ColourBar& bar : overlays.colourBars)
+            if (!bar.categories.empty()) {
+                const std::size_t numShown = bar.categories.size() - 1;
+                EXPECT_EQ(bar.categories.back().text, "and " + QString::number(100 - numShown) + " more");
+                EXPECT_GT(numShown, 3U);
+            }
+    }
+    const std::vector<LegendRow> few(legend.categories.begin(), legend.categories.begin() + 3);
+    EXPECT_EQ(fittedRows(few, 1000, 1000, room({1, 1}).font), few);
+}
+
+TEST_F(SceneBarsTest, ALegendIsInPictures)
+{
+    ItemUpdate points = item(ItemKind::Cloud, {0, 0, 0, 1, 1, 1});
+    SceneField labels{"labels", {Numbers{2, 7}, 1}, true};
+    points.addField(labels);
+    send(m_View, "points", points);
+    const QImage picture = m_View.picture({600, 400});
+    for (const int label : {2, 7}) {
+        const RGBA8 colour = colourOfLabel(label);
+        EXPECT_GT(numPixels(picture.copy(450, 0, 150, 400), QColor(colour[0], colour[1], colour[2])), 50) << label;
+    }
 }
 
 TEST_F(SceneBarsTest, IsInTheViewAndInPicturesOnEveryGround)

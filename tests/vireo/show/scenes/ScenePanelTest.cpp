@@ -596,6 +596,56 @@ TEST_F(ScenePanelTest, ChosenPixelsTakeThePlaceOfRadii)
     EXPECT_EQ(numRed(), before);
 }
 
+TEST_F(ScenePanelTest, TheSizeThatIsDrawnIsShownWhateverItIs)
+{
+    clickRow({"path"});
+    auto* const size = find<QDoubleSpinBox>("size");
+    for (const double pixels : {100.0, 0.25, 7.0}) {
+        ItemUpdate sent;
+        sent.size = pixels;
+        send(m_View, "path", sent);
+        waitForFrame();
+        EXPECT_EQ(size->value(), pixels);
+    }
+    const auto showRadii = [&](const Numbers& radii) {
+        ItemUpdate sent;
+        sent.radii = NumberTuples{radii, 1};
+        send(m_View, "path", sent);
+        waitForFrame();
+    };
+    showRadii({0.4});
+    EXPECT_EQ(size->text(), "radius 0.4");
+    showRadii({0.1, 0.3, 0.2});
+    EXPECT_EQ(size->text(), QStringLiteral("radius 0.1 … 0.3"));
+    size->setFocus();
+    clickKey(size, Qt::Key_Up);
+    EXPECT_EQ(stateOf("path").size, size->value()) << "pixels are chosen instead";
+    EXPECT_TRUE(size->text().endsWith(" px"));
+}
+
+TEST_F(ScenePanelTest, NumbersAreShownAsCategoriesAndBack)
+{
+    clickRow({"car", "lidar"});
+    auto* const scale = find<QComboBox>("scale");
+    ASSERT_TRUE(scale->isVisible());
+    EXPECT_EQ(scale->currentText(), "Numbers");
+    const QImage before = m_View.picture({400, 300});
+    choose(scale, "Categories");
+    EXPECT_TRUE(stateOf("car/lidar").areLabels);
+    EXPECT_FALSE(find<QComboBox>("colourMap")->isVisible());
+    EXPECT_NE(m_View.picture({400, 300}), before);
+    send(m_View, "car/lidar", cloudWithFields());
+    EXPECT_TRUE(stateOf("car/lidar").areLabels) << "a person has chosen that";
+    choose(scale, "Numbers");
+    EXPECT_EQ(m_View.picture({400, 300}), before);
+    choose(find<QComboBox>("field"), "Labels");
+    EXPECT_EQ(scale->currentText(), "Categories");
+    choose(scale, "Numbers");
+    EXPECT_EQ(stateOf("car/lidar").range, std::pair(3.0, 5.0));
+    choose(find<QComboBox>("field"), "One colour");
+    EXPECT_FALSE(scale->isVisible());
+}
+
 TEST_F(ScenePanelTest, TabShowsTheNextField)
 {
     clickRow({"car", "lidar"});

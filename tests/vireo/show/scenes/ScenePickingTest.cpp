@@ -481,5 +481,29 @@ TEST(SceneMarksTest, DistancesAreWholeAndByAxes)
     EXPECT_EQ(distanceLines({5.5e6, 0, 0}, {5.5e6 + 0.25, 0, 0})[0], "distance 0.25");
 }
 
+TEST_F(ScenePickingTest, PinsKnowHowFarRoundingMayHaveMovedThem)
+{
+    clickMouse(&m_View, pixelOf(m_Points[3]));
+    const std::vector<float> sent{-1, -1, -1, 1, -1, -1, -1, 1, 1, 0.3F, -0.2F, 0.4F};
+    ItemUpdate points = item(ItemKind::Cloud, sent);
+    points.size = 5;
+    send(m_View, "points", points);
+    QApplication::processEvents();
+    clickMouse(&m_View, pixelOf(m_Points[3]));
+    const std::vector<ScenePick>& pins = m_View.getMarks().pins();
+    ASSERT_EQ(pins.size(), 2U);
+    EXPECT_LT(pins[0].uncertainty, 1e-15) << "doubles";
+    EXPECT_NEAR(pins[1].uncertainty, 0.4 * 6e-8, 1e-9) << "floats";
+}
+
+TEST(SceneMarksTest, DistancesHaveNoDigitsThatRoundingMade)
+{
+    const Vector3d from(-5.9F, 1e5F, 0.3F);
+    const Vector3d to(5.0F, 1e5F + 0.25F, 0.3F);
+    EXPECT_THAT(distanceLines(to, from, 5.9 * 6e-8), ElementsAre(testing::_, "dx -10.9", "dy -0.25", "dz 0"));
+    EXPECT_EQ(distanceLines({0, 0, 0}, {1e-9, 0, 0}, 1e-8)[1], "dx 0") << "there may be no distance";
+    EXPECT_EQ(distanceLines({0, 0, 0}, {1e-9, 0, 0})[1], "dx 1e-09");
+}
+
 } // namespace
 } // namespace tavo

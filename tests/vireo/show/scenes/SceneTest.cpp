@@ -6,6 +6,8 @@
 #include <memory>
 
 #include "tavo/points/PointSet.h"
+#include "tests/vireo/show/taken.h"
+#include "vireo/show/Plot.h"
 #include "vireo/show/colours/ColourMap.h"
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/scenes/SceneUpdate.h"
@@ -46,6 +48,21 @@ TEST(SceneTest, AStatementIsOneDelivery)
     EXPECT_EQ(sent->items["a"].shape->points.size(), 3U);
     EXPECT_EQ(sent->items["a"].colour, RGBA8(1, 2, 3, 4));
     EXPECT_EQ(sent->items["a"].size, 3);
+}
+
+TEST(SceneTest, AColourOfThreeNumbersIsOpaque)
+{
+    scene("scene").cloud("a", TRIANGLE).colour({1, 2, 3});
+    EXPECT_EQ(takeScene()->items["a"].colour, RGBA8(1, 2, 3, 255));
+    plot("coloured").curve("c", {1, 2}).colour("c", {1, 2, 3});
+    EXPECT_EQ(takePlot("coloured")->curves.front().colour, qRgba(1, 2, 3, 255));
+}
+
+TEST(SceneTest, CategoriesHaveNames)
+{
+    scene("scene").cloud("a", TRIANGLE).labels({1, 2, 2}).labelNames({{1, "ground"}, {2, "trees"}});
+    scene("scene").cloud("a", TRIANGLE);
+    EXPECT_EQ(takeScene()->items["a"].labelNames, (std::map<std::int64_t, std::string>{{1, "ground"}, {2, "trees"}}));
 }
 
 TEST(SceneTest, WhatIsNewerTakesThePlaceOfWhatWaits)

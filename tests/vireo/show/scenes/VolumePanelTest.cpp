@@ -112,6 +112,21 @@ TEST_F(VolumePanelTest, PresetsHaveColoursOpacitiesAndRanges)
     EXPECT_EQ(state().range, std::pair(-1000.0, -300.0)) << "it has none of its own";
 }
 
+TEST_F(VolumePanelTest, ThePresetThatIsDrawnIsShown)
+{
+    auto* const preset = find<QComboBox>("preset");
+    m_View.chooseOf("volume", [](ItemChoice& choice, const ItemState& state) {
+        choice.fields[state.shown].colourMap = "grey";
+        choice.fields[state.shown].opacities = usualOpacities();
+    });
+    EXPECT_TRUE(QTest::qWaitFor([preset] { return preset->currentText() == "grey"; })) << "whoever chose it";
+    emit preset->activated(preset->findText("CT bone"));
+    EXPECT_EQ(preset->currentText(), "CT bone");
+    m_View.chooseOf("volume",
+        [](ItemChoice& choice, const ItemState& state) { choice.fields[state.shown].range = std::pair(0.0, 1.0); });
+    EXPECT_TRUE(QTest::qWaitFor([preset] { return preset->currentIndex() == 0; })) << "in another range it is no more";
+}
+
 TEST_F(VolumePanelTest, GreatestValuesAreChosen)
 {
     EXPECT_FALSE(state().isMaximum);
