@@ -10,12 +10,30 @@ namespace tavo {
 
 namespace {
 
-// Written with as many digits as a plot would give a number of that size.
-AxisTicks singleTick(double value, const QString& unit)
+// What the last digit of a number counts that is written with six digits, or with thousandths if that is more; without
+// the zeros at its end.
+double stepOf(double value)
 {
     constexpr double SMALLEST_PART = 1e-5;
-    const double step = value == 0 ? 1 : std::abs(value) * SMALLEST_PART;
-    const NumberFormat format(value, value + step, step, unit);
+    constexpr double SMALLEST_STEP = 1e-3;
+    constexpr double ROUNDING = 1e-15;
+    const double size = std::abs(value);
+    const double finest = std::max(std::min(size * SMALLEST_PART, SMALLEST_STEP), size * ROUNDING);
+    double step = std::pow(10.0, std::floor(std::log10(finest)));
+    const auto isMultipleOf = [size, half = step / 2](
+                                  double larger) { return std::abs(size - std::round(size / larger) * larger) < half; };
+    while (10 * step <= size && isMultipleOf(10 * step))
+        step *= 10;
+    return step;
+}
+
+// Far from zero it is written from an offset, as the numbers of a short axis are.
+AxisTicks singleTick(double value, const QString& unit)
+{
+    constexpr double LEAST_LENGTH = 0.02; // whose offsets have no digits behind the point
+    const double step = value == 0 ? 1 : stepOf(value);
+    const double length = std::abs(value) > 1 ? std::max(step, LEAST_LENGTH) : step;
+    const NumberFormat format(value, value + length, step, unit);
     return {{value}, {format.label(value)}, format.unit(), format.offset()};
 }
 

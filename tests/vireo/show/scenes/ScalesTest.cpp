@@ -135,6 +135,23 @@ TEST(TicksOfAxisTest, AreThoseOfPlots)
     EXPECT_EQ(ticksOfAxis(0, 0, 300, Qt::Vertical, font).labels, QStringList{"0"});
 }
 
+TEST(TicksOfAxisTest, ASingleNumberHasTheDigitsThatTellIt)
+{
+    const QFontMetricsF font(QApplication::font());
+    const auto written = [&font](double number) {
+        const AxisTicks ticks = ticksOfAxis(number, number, 300, Qt::Vertical, font, "m");
+        EXPECT_EQ(ticks.labels.size(), 1);
+        return plain((ticks.labels + QStringList{ticks.unit, ticks.offset}).join('|')).toStdString();
+    };
+    EXPECT_EQ(written(5), "5|m|");
+    EXPECT_EQ(written(-0.25), "−0.25|m|");
+    EXPECT_EQ(written(1.0 / 3), "0.333333|m|");
+    EXPECT_EQ(written(0.1F), "0.1|m|") << "what rounding to float adds is left out";
+    EXPECT_EQ(written(5.5e6), "5.5|Mm|");
+    EXPECT_EQ(written(5500123.625), "0.625|m|+5 500 123 m") << "far from zero, as on a short axis";
+    EXPECT_EQ(written(1e300), "1|×10³⁰⁰ m|") << "whatever it is";
+}
+
 } // namespace
 
 } // namespace tavo
