@@ -75,7 +75,7 @@ public:
     // The numbers that have the first and the last colour.
     std::pair<double, double> rangeOf(const Field& field) const;
 
-    // The different ones, if they are shown; a number by which a category is called is in `names`, or not.
+    // The different categories among its numbers, and the names of categories.
     const std::set<std::int64_t>& categoriesOf(const Field& field) const;
     const std::map<std::int64_t, std::string>& labelNames() const { return m_LabelNames; }
 
