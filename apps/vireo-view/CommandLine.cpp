@@ -28,9 +28,7 @@ const QString DESCRIPTION = QStringLiteral(
     "\n"
     "In a scene, the left button turns, the right one moves, the wheel zooms to what is under the pointer, a double "
     "click\n"
-    "centres, and Home shows everything. Of a volume, the left button turns, the right button and the wheel move "
-    "nearer\n"
-    "and farther, the middle button shifts, Home goes back, and \"Configure\" opens its colours and opacity.\n"
+    "centres, and Home shows everything. The panel (p) has the colours and the opacity of a volume.\n"
     "\n"
     "The exit status is 0, or 1 if something could not be shown, or 2 if the command line is wrong.");
 
@@ -152,7 +150,7 @@ private:
     QCommandLineOption m_Plot{"plot", "Show columns of numbers as a plot, those of .xyz, .pwn and .pts files, too."};
     QCommandLineOption m_Space{"space", "Show columns of numbers as points in space: x, y and z."};
     QCommandLineOption m_Path{"path", "Show columns of numbers as a curve in space, through these points."};
-    QCommandLineOption m_Together{"together", "Show the points and surfaces of all files in one scene."};
+    QCommandLineOption m_Together{"together", "Show the points, surfaces and volumes of all files in one scene."};
     QCommandLineOption m_Up{"up",
         "The axis of scenes that is seen upwards: x, y or z. With x or z, the longer side of the rest faces the "
         "viewer.",

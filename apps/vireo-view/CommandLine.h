@@ -17,7 +17,7 @@ struct Options
     QString dataDirectory;     // where the example data are looked for
     QString picturesDirectory; // empty: a window is shown instead
     bool isFollowing = false;  // files that grow
-    bool areTogether = false;  // points and surfaces of all files, in one scene
+    bool areTogether = false;  // points, surfaces and volumes of all files, in one scene
     LoadOptions load;
 };
 

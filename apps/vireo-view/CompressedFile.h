@@ -4,26 +4,35 @@
 #include <cstdint>
 #include <deque>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <memory>
 #include <vector>
 
-struct znzptr;
+struct z_stream_s;
 
 namespace vireo_view {
 
-// A file for reading that may be compressed by gzip, which its extension .gz says.
+// The bytes of a file from a place on, which may be compressed by gzip or zlib.
 class CompressedFile
 {
 public:
-    // Throws InputError if it cannot be opened.
+    // From the beginning of the file; compressed by gzip where its extension .gz and its first bytes say so. Throws
+    // InputError if it cannot be opened.
     explicit CompressedFile(const std::filesystem::path& file);
+
+    // From that place on, compressed or not.
+    CompressedFile(const std::filesystem::path& file, std::uint64_t start, bool isCompressed);
+
     ~CompressedFile();
     CompressedFile(const CompressedFile&) = delete;
     CompressedFile& operator=(const CompressedFile&) = delete;
 
-    // The next bytes are those at that place, counted uncompressed. Throws InputError if the compressed data are
-    // damaged or end before.
-    void seek(std::uint64_t place);
+    const std::filesystem::path& getFile() const { return m_File; }
+
+    // Leaves out so many bytes, counted uncompressed. Throws InputError if there are fewer, or if the compressed data
+    // are damaged.
+    void skip(std::uint64_t count);
 
     // Makes sure that so many more bytes are there; false if they are not. Of a compressed file that is known only when
     // they have been read: they are taken into memory as they arrive, and tell is called with the part of them that is
@@ -35,16 +44,23 @@ public:
     // damaged.
     std::size_t read(void* bytes, std::size_t count);
 
-    // The most uncompressed bytes that the file can hold.
-    std::uint64_t getLargestContents() const;
+    // The most bytes that may be left, uncompressed.
+    std::uint64_t getLargestRest() const;
 
 private:
+    void open(std::uint64_t start);
     std::size_t readStream(void* bytes, std::size_t count);
+    std::size_t readPlain(void* bytes, std::size_t count);
+    std::size_t inflate(void* bytes, std::size_t count);
+    bool isMoreToInflate();
     std::size_t takeLoaded(unsigned char* bytes, std::size_t count);
 
     std::filesystem::path m_File;
-    bool m_IsCompressed;
-    znzptr* m_Stream;
+    std::ifstream m_Stream;
+    std::uint64_t m_Rest = 0;              // bytes of the file that have not been read
+    std::unique_ptr<z_stream_s> m_Zlib;    // null where nothing is compressed
+    std::vector<unsigned char> m_Deflated; // what m_Zlib reads from
+    bool m_IsInflated = false;             // all that is compressed has been read
     // What ensure() has loaded and read() has not handed out; of the first block, that from a position on.
     std::deque<std::vector<unsigned char>> m_Blocks;
     std::size_t m_BlockPosition = 0;

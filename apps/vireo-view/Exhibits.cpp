@@ -218,22 +218,27 @@ private:
             "highest and lowest " + up, {{"highest", shape.highest}, {"lowest", shape.lowest}}, axisName(shape.along));
     }
 
-    void addVolume(tavo::RegularVolume volume)
+    void addVolume(Volume volume)
     {
-        const tavo::Vector3i& extends = volume.getExtends();
-        std::string name = m_Name + " - " + std::to_string(extends[0]) + " x " + std::to_string(extends[1]) + " x " +
-                           std::to_string(extends[2]) + " voxels";
-        const Points2 curve = m_Options.withCurves ? densityHistogram(volume) : Points2();
-        m_Exhibits.emplace_back(
-            VolumeExhibit{std::move(name), std::make_unique<tavo::RegularVolume>(std::move(volume))});
+        const std::array<int, 3>& size = volume.grid.size;
+        std::string name = m_Name + " - " + std::to_string(size[0]) + " x " + std::to_string(size[1]) + " x " +
+                           std::to_string(size[2]) + " voxels";
+        if (volume.times.size() > 1)
+            name += ", " + std::to_string(volume.times.size()) + " times";
+        const bool hasCurve = m_Options.withCurves && volume.numChannels == 1;
+        const Points2 curve = hasCurve ? valueHistogram(volume.times.front()) : Points2();
+        std::vector<std::string> remarks;
+        for (const std::string& remark : volume.remarks)
+            remarks.push_back(printableName(m_File) + ": " + remark);
+        m_Exhibits.emplace_back(VolumeExhibit{std::move(name), std::move(volume), std::move(remarks)});
         if (!curve.empty())
             addCurves("voxels per density", {{"log10 of voxels", curve}}, "density");
     }
 
-    // Empty if no density is finite.
-    static Points2 densityHistogram(const tavo::RegularVolume& volume)
+    // Empty if no number is finite.
+    static Points2 valueHistogram(const NumberColumn& samples)
     {
-        const Histogram histogram(volume);
+        const Histogram histogram(samples);
         if (histogram.getSpan().isEmpty())
             return {};
         return outlineOf(histogram.getBins(), histogram.getLogCounts());
@@ -314,6 +319,16 @@ private:
 };
 
 } // namespace
+
+const char* nameOf(Side side)
+{
+    switch (side) {
+    case Side::FRONT: return "front";
+    case Side::BACK: return "back";
+    case Side::RIGHT: return "right";
+    default: return "top";
+    }
+}
 
 const std::string& nameOf(const Exhibit& exhibit)
 {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -10,7 +9,7 @@
 #include "apps/vireo-view/InputBuffer.h"
 #include "apps/vireo-view/SceneFitting.h"
 #include "apps/vireo-view/TablePlot.h"
-#include "tavo/points/RegularVolume.h"
+#include "apps/vireo-view/Volume.h"
 
 namespace vireo_view {
 
@@ -27,9 +26,13 @@ enum class ColumnsAs
 enum class Side
 {
     FRONT, // z up, x to the right
+    BACK,  // z up, x to the left
     RIGHT, // z up, y to the right
     TOP,   // y up, x to the right
 };
+
+// What scenes call it.
+const char* nameOf(Side side);
 
 // Points and surfaces in space, at the coordinates of their file.
 struct SceneExhibit
@@ -41,11 +44,12 @@ struct SceneExhibit
     std::vector<std::string> remarks; // what a person should know
 };
 
-// A volume with a channel "density" (see readNifti).
+// A volume, at the coordinates of its file.
 struct VolumeExhibit
 {
     std::string name;
-    std::unique_ptr<tavo::RegularVolume> volume; // never null
+    Volume volume;
+    std::vector<std::string> remarks; // what a person should know
 };
 
 // A curve in space, in pieces where it has gaps.

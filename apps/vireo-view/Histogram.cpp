@@ -5,46 +5,45 @@
 #include <limits>
 #include <numeric>
 
-#include "apps/vireo-view/NiftiReader.h"
-
 namespace vireo_view {
 
 namespace {
 
 template <typename Visit>
-void forEachDensity(const tavo::RegularVolume& volume, Visit visit)
+void forEachFinite(const NumberColumn& samples, Visit visit)
 {
-    constexpr int all = tavo::RegularVolume::UNRESTRICTED;
-    volume.forEachSample<1>(DENSITY, {all, all, all}, {all, all, all},
-        [&visit](const tavo::StaticVector<float, 1>& sample, std::size_t, std::size_t) {
-            if (std::isfinite(sample[0]))
-                visit(sample[0]);
-        });
+    std::visit(
+        [&visit](const auto& values) {
+            for (const auto value : values)
+                if (const auto number = static_cast<double>(value); std::isfinite(number))
+                    visit(number);
+        },
+        samples);
 }
 
 // Of numbers that are not large; others need no bins of their own.
-bool isWhole(float density)
+bool isWhole(double number)
 {
-    constexpr float LARGEST = 1 << 24;
-    return std::abs(density) < LARGEST && static_cast<float>(static_cast<int>(density)) == density;
+    constexpr double LARGEST = 1 << 24;
+    return std::abs(number) < LARGEST && static_cast<double>(static_cast<int>(number)) == number;
 }
 
-// The bins that suit a volume's densities.
-Bins binsOf(const tavo::RegularVolume& volume)
+// The bins that suit the samples.
+Bins binsOf(const NumberColumn& samples)
 {
-    float min = std::numeric_limits<float>::max();
-    float max = std::numeric_limits<float>::lowest();
+    double min = std::numeric_limits<double>::max();
+    double max = std::numeric_limits<double>::lowest();
     bool areWhole = true;
-    forEachDensity(volume, [&](float density) {
-        min = std::min(min, density);
-        max = std::max(max, density);
-        areWhole = areWhole && isWhole(density);
+    forEachFinite(samples, [&](double number) {
+        min = std::min(min, number);
+        max = std::max(max, number);
+        areWhole = areWhole && isWhole(number);
     });
     if (min > max)
         return {Span(), 1};
     Span span;
-    span.include(double{min});
-    span.include(double{max});
+    span.include(min);
+    span.include(max);
 
     constexpr auto MOST = double{Histogram::MOST_BINS};
     const double numValues = span.getMax() - span.getMin() + 1;
@@ -55,19 +54,11 @@ Bins binsOf(const tavo::RegularVolume& volume)
 
 } // namespace
 
-Histogram::Histogram()
-    : m_Bins(Span(), 1)
-    , m_Counts(1)
-{}
-
-Histogram::Histogram(const tavo::RegularVolume& volume)
-    : m_Bins(binsOf(volume))
+Histogram::Histogram(const NumberColumn& samples)
+    : m_Bins(binsOf(samples))
     , m_Counts(m_Bins.getCount())
 {
-    forEachDensity(volume, [this](float density) {
-        ++m_Counts[m_Bins.binOf(double{density})];
-        m_Sum += double{density};
-    });
+    forEachFinite(samples, [this](double number) { ++m_Counts[m_Bins.binOf(number)]; });
     m_NumSamples = std::accumulate(m_Counts.begin(), m_Counts.end(), std::size_t{0});
 }
 
@@ -77,23 +68,6 @@ std::vector<double> Histogram::getLogCounts() const
     std::transform(m_Counts.begin(), m_Counts.end(), result.begin(),
         [](std::size_t count) { return std::log10(1.0 + static_cast<double>(count)); });
     return result;
-}
-
-double Histogram::getMean() const
-{
-    return m_NumSamples > 0 ? m_Sum / static_cast<double>(m_NumSamples) : 0;
-}
-
-double Histogram::getQuantile(double part) const
-{
-    if (m_NumSamples == 0)
-        return 0;
-    const double wanted = part * static_cast<double>(m_NumSamples);
-    std::size_t numBelow = 0;
-    std::size_t bin = 0;
-    while (bin < m_Counts.size() && static_cast<double>(numBelow) < wanted)
-        numBelow += m_Counts[bin++];
-    return m_Bins.reach(static_cast<double>(bin));
 }
 
 Points2 outlineOf(const Bins& bins, const std::vector<double>& heights)

@@ -4,23 +4,19 @@
 #include <vector>
 
 #include "apps/vireo-view/Bins.h"
+#include "apps/vireo-view/NumberColumn.h"
 #include "apps/vireo-view/Point.h"
-#include "tavo/points/RegularVolume.h"
 
 namespace vireo_view {
 
-// How many samples of a volume have which density. Those that are not finite are left out. Where all are whole numbers,
+// How many samples of a volume have which value. Those that are not finite are left out. Where all are whole numbers,
 // the bins take equally many of them, as far as they can.
 class Histogram
 {
 public:
     static constexpr std::size_t MOST_BINS = 256;
 
-    // Without a sample.
-    Histogram();
-
-    // Of the volume's channel "density". Throws PException if it has none.
-    explicit Histogram(const tavo::RegularVolume& volume);
+    explicit Histogram(const NumberColumn& samples);
 
     // The samples' values; empty if there are none that are finite.
     const Span& getSpan() const { return m_Bins.getSpan(); }
@@ -33,18 +29,10 @@ public:
     // log10(1 + the number) of each bin: most of a volume is air, beside which nothing else would be seen.
     std::vector<double> getLogCounts() const;
 
-    // The mean of the samples; 0 without a sample.
-    double getMean() const;
-
-    // The least value that so large a part of the samples, 0 to 1, does not exceed, to within a bin; 0 without a
-    // sample.
-    double getQuantile(double part) const;
-
 private:
     Bins m_Bins;
     std::vector<std::size_t> m_Counts;
     std::size_t m_NumSamples = 0;
-    double m_Sum = 0;
 };
 
 // The outline of columns as high as the heights, one over each bin. It begins and ends at y = 0.

@@ -67,13 +67,13 @@ fs::path findDataFile(const fs::path& file)
     return data;
 }
 
-// The extents, of which a header need not name all three.
+// The extents along x, y, z and time, of which a header need not name all.
 template <typename Header>
-std::array<int, 3> extentsOf(const fs::path& file, const Header& header)
+std::array<int, 4> extentsOf(const fs::path& file, const Header& header)
 {
     if (header.dim[0] < 1 || header.dim[0] > static_cast<int>(MOST_DIMENSIONS))
         throw InputError(file, "cannot have " + std::to_string(header.dim[0]) + " dimensions");
-    std::array<int, 3> extents = {1, 1, 1};
+    std::array<int, 4> extents = {1, 1, 1, 1};
     for (unsigned int i = 0; i < MOST_DIMENSIONS && i < static_cast<unsigned int>(header.dim[0]); ++i) {
         const auto extent = static_cast<std::int64_t>(header.dim[i + 1]);
         if (extent < 1)
@@ -95,39 +95,44 @@ double millimetresPerUnit(int units)
     }
 }
 
-std::array<double, 3> spacingsOf(const fs::path& file, const nifti_image& image)
+double secondsPerUnit(int units)
 {
-    const double unit = millimetresPerUnit(image.xyz_units);
-    std::array<double, 3> spacings = {image.dx, image.dy, image.dz};
-    for (double& spacing : spacings) {
-        // Where it is none, that of niftilib for those that are missing.
-        spacing = std::abs(spacing == 0 || !std::isfinite(spacing) ? 1 : spacing) * unit;
-        constexpr double SMALLEST = 1e-12;
-        constexpr double LARGEST = 1e12;
-        if (spacing < SMALLEST || spacing > LARGEST)
-            throw InputError(file, "has voxels of a size that cannot be");
+    switch (units) {
+    case NIFTI_UNITS_SEC: return 1;
+    case NIFTI_UNITS_MSEC: return 1e-3;
+    case NIFTI_UNITS_USEC: return 1e-6;
+    default: return 0;
     }
-    return spacings;
 }
 
-std::array<NiftiHeader::StoredAxis, 3> axesOf(const nifti_image& image)
+// As large as the header says, along x, y and z, from the origin on.
+VoxelGrid uprightGrid(const fs::path& file, const std::array<int, 3>& size, const nifti_image& image)
 {
-    constexpr std::array<NiftiHeader::StoredAxis, 3> AS_THEY_COME = {{{0, false}, {1, false}, {2, false}}};
-    if (image.sform_code <= 0 && image.qform_code <= 0)
-        return AS_THEY_COME;
-    std::array<int, 3> codes{};
-    nifti_dmat44_to_orientation(image.sform_code > 0 ? image.sto_xyz : image.qto_xyz, &codes[0], &codes[1], &codes[2]);
-
-    std::array<NiftiHeader::StoredAxis, 3> axes = AS_THEY_COME;
-    std::array<bool, 3> isTaken{};
+    const double unit = millimetresPerUnit(image.xyz_units);
+    const std::array<double, 3> sizes = {image.dx, image.dy, image.dz};
+    VoxelGrid grid;
+    grid.size = size;
     for (unsigned int i = 0; i < 3; ++i) {
-        // The codes are in pairs, there and back, of the axes X, Y and Z.
-        if (codes[i] < NIFTI_L2R || codes[i] > NIFTI_S2I)
-            return AS_THEY_COME;
-        axes[i] = {static_cast<unsigned int>(codes[i] - NIFTI_L2R) / 2, (codes[i] - NIFTI_L2R) % 2 == 1};
-        isTaken[axes[i].axis] = true;
+        // Where it is none, that of niftilib for those that are missing.
+        grid.spacing[i] = std::abs(sizes[i] == 0 || !std::isfinite(sizes[i]) ? 1 : sizes[i]) * unit;
+        constexpr double SMALLEST = 1e-12;
+        constexpr double LARGEST = 1e12;
+        if (grid.spacing[i] < SMALLEST || grid.spacing[i] > LARGEST)
+            throw InputError(file, "has voxels of a size that cannot be");
     }
-    return isTaken[0] && isTaken[1] && isTaken[2] ? axes : AS_THEY_COME;
+    return grid;
+}
+
+// Where the matrix or the quaternion of the file puts the voxels, if it has one that can be.
+VoxelGrid gridOf(const fs::path& file, const std::array<int, 3>& size, const nifti_image& image)
+{
+    const VoxelGrid upright = uprightGrid(file, size, image);
+    if (image.sform_code <= 0 && image.qform_code <= 0)
+        return upright;
+    const double unit = millimetresPerUnit(image.xyz_units);
+    const nifti_dmat44& matrix = image.sform_code > 0 ? image.sto_xyz : image.qto_xyz;
+    const auto column = [&](int i) { return tavo::Vector3d(matrix.m[0][i], matrix.m[1][i], matrix.m[2][i]) * unit; };
+    return gridOfSteps(size, {column(0), column(1), column(2)}, column(3)).value_or(upright);
 }
 
 bool isKnownType(int datatype)
@@ -143,7 +148,7 @@ template <typename Header>
 NiftiHeader interpret(const fs::path& file, const Header& header, Image (*convert)(const Header&))
 {
     NiftiHeader result{};
-    result.extents = extentsOf(file, header);
+    const std::array<int, 4> extents = extentsOf(file, header);
     if (!isKnownType(header.datatype))
         throw InputError(file, "has voxels of the unknown type " + std::to_string(header.datatype));
     // Beyond that niftilib's offsets would be others.
@@ -155,8 +160,10 @@ NiftiHeader interpret(const fs::path& file, const Header& header, Image (*conver
     if (!image)
         throw InputError(file, "is no NIfTI file that can be read");
     result.dataOffset = static_cast<std::uint64_t>(image->iname_offset);
-    result.spacings = spacingsOf(file, *image);
-    result.axes = axesOf(*image);
+    result.grid = gridOf(file, {extents[0], extents[1], extents[2]}, *image);
+    result.numTimes = static_cast<std::size_t>(extents[3]);
+    const double interval = image->dt * secondsPerUnit(image->time_units);
+    result.secondsPerTime = interval > 0 && std::isfinite(interval) ? interval : 0;
     result.datatype = image->datatype;
     const bool isScaled = image->scl_slope != 0;
     result.slope = isScaled ? image->scl_slope : 1;

@@ -14,10 +14,10 @@
 
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/LoadingProgress.h"
-#include "apps/vireo-view/VolumeDisplayer.h"
 #include "apps/vireo-view/pictureName.h"
 #include "apps/vireo-view/showPlot.h"
 #include "apps/vireo-view/showScene.h"
+#include "apps/vireo-view/showVolume.h"
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/DebugSection.h"
 #include "tavo/base/debug/DebugWindow.h"
@@ -45,10 +45,7 @@ struct Sender
 {
     void operator()(SceneExhibit& scene) const { showScene(std::move(scene), sceneName); }
 
-    void operator()(VolumeExhibit& volume) const
-    {
-        tavo::sendGLEventObject(volume.name, new VolumeDisplayer(std::move(volume.volume)));
-    }
+    void operator()(VolumeExhibit& volume) const { showVolume(std::move(volume), sceneName); }
 
     void operator()(const PathExhibit& path) const
     {
@@ -89,12 +86,17 @@ bool isVolumeOrScene(const Exhibit& exhibit)
     return std::holds_alternative<SceneExhibit>(exhibit) || std::holds_alternative<VolumeExhibit>(exhibit);
 }
 
-std::vector<std::string> remarksOf(const Exhibit& exhibit)
+const std::vector<std::string>& remarksOf(const Exhibit& exhibit)
 {
-    if (const auto* const plot = std::get_if<PlotExhibit>(&exhibit))
-        return plot->remarks;
-    const auto* const scene = std::get_if<SceneExhibit>(&exhibit);
-    return scene ? scene->remarks : std::vector<std::string>();
+    static const std::vector<std::string> NONE;
+    return std::visit(
+        [](const auto& shown) -> const std::vector<std::string>& {
+            if constexpr (requires { shown.remarks; })
+                return shown.remarks;
+            else
+                return NONE;
+        },
+        exhibit);
 }
 
 // Curves are shown behind all that they tell of.
@@ -238,7 +240,7 @@ void Viewer::showAll(std::vector<Exhibit>& exhibits)
 void Viewer::show(Exhibit& exhibit)
 {
     const std::string name = vireo_view::nameOf(exhibit);
-    const bool isScene = std::holds_alternative<SceneExhibit>(exhibit);
+    const bool isScene = isVolumeOrScene(exhibit);
     const std::string viewName = isScene && m_Options.areTogether ? NAME_TOGETHER : name;
     for (const std::string& remark : remarksOf(exhibit))
         tell(remark);

@@ -3,7 +3,6 @@
 
 #include "apps/vireo-view/CommandLine.h"
 #include "apps/vireo-view/Viewer.h"
-#include "apps/vireo-view/VolumeDisplayer.h"
 #include "apps/vireo-view/qtMessages.h"
 #include "tavo/base/debug/EventDisplayer.h"
 #include "tavo/platform/windowlessContext.h"
@@ -43,11 +42,9 @@ public:
         tavo::initVireo();
         tavo::GLEventDisplayer::init(tavo::EventDisplayer::getClass());
         tavo::GLGraphDisplayer::init(tavo::GLEventObject::getClass());
-        VolumeDisplayer::init(tavo::GLEventObject::getClass());
     }
     ~DisplayerClasses()
     {
-        VolumeDisplayer::shutdown();
         tavo::GLGraphDisplayer::shutdown();
         tavo::GLEventDisplayer::shutdown();
         tavo::shutdownVireo();

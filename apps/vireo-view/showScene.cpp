@@ -99,11 +99,6 @@ private:
     std::vector<std::pair<std::string, tavo::Numbers>> m_FaceScalars;
 };
 
-const char* nameOf(Side side)
-{
-    return side == Side::TOP ? "top" : side == Side::FRONT ? "front" : "right";
-}
-
 } // namespace
 
 void showScene(SceneExhibit exhibit, const std::string& scene)

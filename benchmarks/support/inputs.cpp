@@ -57,11 +57,29 @@ tavo::RegularVolume makeCubeOf(const tavo::RegularVolume& from, int side)
     return {tavo::Vector3i(side, side, side), from.getBoundingBox(), std::move(scaled)};
 }
 
+// One channel of floats, about the origin.
+tavo::RegularVolume regularVolumeOf(const vireo_view::Volume& volume)
+{
+    const vireo_view::NumberColumn& numbers = volume.times.front();
+    tavo::VertexDescriptor channels;
+    channels.pushAttrib({"density", 1, tavo::VertexAttribDescriptor::TYPE_FLOAT});
+    auto samples = std::make_unique<tavo::PointSet>(channels, static_cast<unsigned int>(sizeOf(numbers)));
+    for (std::size_t i = 0; i < sizeOf(numbers); ++i) {
+        const auto number = static_cast<float>(numberAt(numbers, i));
+        std::memcpy(samples->getData() + i * sizeof number, &number, sizeof number);
+    }
+    const vireo_view::VoxelGrid& grid = volume.grid;
+    tavo::Vector3f corner;
+    for (unsigned int i = 0; i < 3; ++i)
+        corner[i] = static_cast<float>(grid.size[i] * grid.spacing[i] / 2);
+    return {tavo::Vector3i(grid.size[0], grid.size[1], grid.size[2]), {corner * -1.0f, corner}, std::move(samples)};
+}
+
 } // namespace
 
 tavo::RegularVolume& head()
 {
-    static tavo::RegularVolume volume = vireo_view::readNifti(exampleFile(HEAD), goOn);
+    static tavo::RegularVolume volume = regularVolumeOf(vireo_view::readNifti(exampleFile(HEAD), goOn));
     return volume;
 }
 

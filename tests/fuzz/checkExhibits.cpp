@@ -89,9 +89,11 @@ void check(const SceneExhibit& exhibit)
 
 void check(const VolumeExhibit& exhibit)
 {
-    const tavo::Box3f& box = exhibit.volume->getBoundingBox();
-    requireFinite(box.getMin().data(), 3);
-    requireFinite(box.getMax().data(), 3);
+    const VoxelGrid& grid = exhibit.volume.grid;
+    for (const tavo::Vector3d& place : {grid.spacing, grid.origin, grid.axes[0], grid.axes[1], grid.axes[2]})
+        require(isFinite(place), "what is shown is finite");
+    for (const std::string& remark : exhibit.remarks)
+        requireGoodMessage(remark);
 }
 
 } // namespace

@@ -18,44 +18,50 @@ namespace {
 
 using namespace vireo_view;
 
-std::vector<float> samplesOf(const tavo::RegularVolume& volume)
-{
-    std::vector<float> samples(volume.getPointSet()->getNumPoints());
-    std::memcpy(samples.data(), volume.getPointSet()->getData(), samples.size() * sizeof(float));
-    return samples;
-}
-
-bool isSame(float a, float b)
+bool isSame(double a, double b)
 {
     return a == b || (std::isnan(a) && std::isnan(b));
 }
 
-// Volumes of more voxels along an axis than the header of this kind can say are passed over.
-void checkWrittenAgain(const tavo::RegularVolume& volume)
+bool areSame(const NumberColumn& a, const NumberColumn& b)
 {
-    std::vector<short> extents;
-    for (unsigned int axis = 0; axis < 3; ++axis) {
-        if (volume.getExtends()[axis] > std::numeric_limits<short>::max())
-            return;
-        extents.push_back(static_cast<short>(volume.getExtends()[axis]));
-    }
-    const std::vector<float> samples = samplesOf(volume);
-    const NiftiFile file(extents, NIFTI_TYPE_FLOAT32, vireo_view::bytesOf(samples));
-    const tavo::RegularVolume again = readNifti(writeFile("again.nii", file.getBytes()), nullptr);
-    require(again.getExtends() == volume.getExtends(), "a volume that is written and read again is of the same size");
-    const std::vector<float> samplesAgain = samplesOf(again);
-    require(std::equal(samples.begin(), samples.end(), samplesAgain.begin(), samplesAgain.end(), isSame),
-        "samples that are written and read again are the same");
+    bool areSame = sizeOf(a) == sizeOf(b);
+    for (std::size_t i = 0; areSame && i < sizeOf(a); ++i)
+        areSame = isSame(numberAt(a, i), numberAt(b, i));
+    return areSame;
 }
 
-void checkVolume(const tavo::RegularVolume& volume)
+// As doubles, which hold every number that is kept. Volumes of more voxels along an axis than the header of this kind
+// can say are passed over.
+void checkWrittenAgain(const Volume& volume)
+{
+    std::vector<short> extents;
+    for (const int extent : volume.grid.size) {
+        if (extent > std::numeric_limits<short>::max())
+            return;
+        extents.push_back(static_cast<short>(extent));
+    }
+    const NumberColumn& samples = volume.times.back();
+    std::vector<double> numbers;
+    for (std::size_t i = 0; i < sizeOf(samples); ++i)
+        numbers.push_back(numberAt(samples, i));
+    const NiftiFile file(extents, NIFTI_TYPE_FLOAT64, vireo_view::bytesOf(numbers));
+    const Volume again = readNifti(writeFile("again.nii", file.getBytes()), nullptr);
+    require(again.grid.size == volume.grid.size, "a volume that is written and read again is of the same size");
+    require(areSame(again.times.front(), samples), "samples that are written and read again are the same");
+}
+
+void checkVolume(const Volume& volume)
 {
     std::uint64_t numVoxels = 1;
-    for (unsigned int axis = 0; axis < 3; ++axis) {
-        require(volume.getExtends()[axis] > 0, "a volume has voxels");
-        numVoxels *= static_cast<std::uint64_t>(volume.getExtends()[axis]);
+    for (const int extent : volume.grid.size) {
+        require(extent > 0, "a volume has voxels");
+        numVoxels *= static_cast<std::uint64_t>(extent);
     }
-    require(volume.getPointSet()->getNumPoints() == numVoxels, "a volume has as many samples as voxels");
+    require(volume.numChannels == 1 || volume.numChannels == 3 || volume.numChannels == 4, "it can be shown");
+    require(!volume.times.empty(), "there is something at some time");
+    for (const NumberColumn& samples : volume.times)
+        require(sizeOf(samples) == volume.numChannels * numVoxels, "a volume has as many samples as voxels");
 }
 
 } // namespace
@@ -63,12 +69,15 @@ void checkVolume(const tavo::RegularVolume& volume)
 void checkVolumeFile(const std::filesystem::path& file)
 {
     try {
-        const tavo::RegularVolume volume = readNifti(file, nullptr);
-        checkVolume(volume);
-        checkWrittenAgain(volume);
         LoadOptions options;
         options.withCurves = true;
-        checkExhibits(loadExhibits(file, "volume", options, nullptr));
+        const std::vector<Exhibit> exhibits = loadExhibits(file, "volume", options, nullptr);
+        checkExhibits(exhibits);
+        const auto* const shown = std::get_if<VolumeExhibit>(&exhibits.front());
+        require(shown, "the file has a volume");
+        checkVolume(shown->volume);
+        if (shown->volume.numChannels == 1)
+            checkWrittenAgain(shown->volume);
     } catch (const InputError& error) {
         requireGoodMessage(error.what());
     }

@@ -12,7 +12,6 @@ namespace {
 
 using tavo::Vector3d;
 using tavo::Vector3f;
-using tavo::Vector3i;
 using testing::ElementsAre;
 using testing::SizeIs;
 
@@ -132,7 +131,7 @@ TEST_F(ExhibitsTest, MakesAVolumeOfANiftiFile)
     const NiftiFile file({2, 1, 3}, NIFTI_TYPE_UINT8, bytesOf<unsigned char>({0, 0, 0, 0, 0, 9}));
     const auto volume = loadOne<VolumeExhibit>("a.nii", file.getBytes());
     EXPECT_EQ(volume.name, "a.nii - 2 x 1 x 3 voxels");
-    EXPECT_EQ(volume.volume->getExtends(), Vector3i(2, 1, 3));
+    EXPECT_THAT(volume.volume.grid.size, ElementsAre(2, 1, 3));
 }
 
 TEST_F(ExhibitsTest, ComputesTheHistogramOfAVolumeOnRequest)

@@ -16,20 +16,24 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using tavo::Box3f;
-using tavo::Vector3i;
+using tavo::Vector3d;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-std::vector<float> densities(const tavo::RegularVolume& volume)
+std::vector<double> numbers(const NumberColumn& column)
 {
-    constexpr int all = tavo::RegularVolume::UNRESTRICTED;
-    std::vector<float> result;
-    volume.forEachSample<1>(DENSITY, {all, all, all}, {all, all, all},
-        [&](const tavo::StaticVector<float, 1>& sample, std::size_t, std::size_t) { result.push_back(sample[0]); });
+    std::vector<double> result;
+    for (std::size_t i = 0; i < sizeOf(column); ++i)
+        result.push_back(numberAt(column, i));
     return result;
+}
+
+// Of the first time.
+std::vector<double> densities(const Volume& volume)
+{
+    return numbers(volume.times.front());
 }
 
 // 2 x 1 x 3 voxels.
@@ -41,13 +45,13 @@ NiftiFile smallFile()
 class NiftiReaderTest : public FilesTest
 {
 protected:
-    tavo::RegularVolume read(const std::string& name, const std::string& bytes) const
+    Volume read(const std::string& name, const std::string& bytes) const
     {
         return readNifti(write(name, bytes), nullptr);
     }
 
     template <typename Value>
-    std::vector<float> readValues(short datatype, const std::vector<Value>& values) const
+    std::vector<double> readValues(short datatype, const std::vector<Value>& values) const
     {
         const NiftiFile file({static_cast<short>(values.size()), 1, 1}, datatype, bytesOf(values));
         return densities(read("values.nii", file.getBytes()));
@@ -82,16 +86,18 @@ protected:
     }
 };
 
-TEST_F(NiftiReaderTest, ReadsOneChannelOfFloatsInABoxOfMillimetresAroundTheOrigin)
+TEST_F(NiftiReaderTest, KeepsTheTypeAndSaysWhereVoxelsAre)
 {
     NiftiFile file = smallFile();
     file.header.pixdim[1] = 2.0f;
     file.header.pixdim[3] = -1.5f;
-    const tavo::RegularVolume volume = read("a.nii", file.getBytes());
-    EXPECT_EQ(volume.getExtends(), Vector3i(2, 1, 3));
-    EXPECT_EQ(volume.getBoundingBox(), Box3f({-2.0f, -0.5f, -2.25f}, {2.0f, 0.5f, 2.25f}));
-    EXPECT_EQ(volume.getPointSet()->getDescr().getNumAttributes(), 1u);
-    EXPECT_TRUE(volume.getPointSet()->getDescr().providesAttribute("density", 1, 4));
+    const Volume volume = read("a.nii", file.getBytes());
+    EXPECT_THAT(volume.grid.size, ElementsAre(2, 1, 3));
+    EXPECT_EQ(volume.grid.spacing, Vector3d(2, 1, 1.5));
+    EXPECT_EQ(volume.grid.origin, Vector3d(0, 0, 0));
+    EXPECT_THAT(volume.grid.axes, ElementsAre(Vector3d(1, 0, 0), Vector3d(0, 1, 0), Vector3d(0, 0, 1)));
+    EXPECT_EQ(volume.front, Volume::Front::HIGH_Y);
+    EXPECT_TRUE(std::holds_alternative<std::vector<std::uint8_t>>(volume.times.front()));
     EXPECT_THAT(densities(volume), ElementsAre(0, 1, 2, 100, 200, 255));
 }
 
@@ -107,15 +113,15 @@ TEST_F(NiftiReaderTest, ReadsEveryTypeOfSingleNumbers)
     EXPECT_THAT(readValues<std::int16_t>(NIFTI_TYPE_INT16, {-32768, 32767}), ElementsAre(-32768, 32767));
     EXPECT_THAT(readValues<std::uint32_t>(NIFTI_TYPE_UINT32, {0, 1u << 31}), ElementsAre(0, 0x1p31f));
     EXPECT_THAT(readValues<std::int32_t>(NIFTI_TYPE_INT32, {-5, 1 << 30}), ElementsAre(-5, 0x1p30f));
-    EXPECT_THAT(readValues<std::uint64_t>(NIFTI_TYPE_UINT64, {0, 1ull << 63}), ElementsAre(0, 0x1p63f));
+    EXPECT_THAT(readValues<std::uint64_t>(NIFTI_TYPE_UINT64, {0, 1ull << 63}), ElementsAre(0, 0x1p63));
     EXPECT_THAT(readValues<std::int64_t>(NIFTI_TYPE_INT64, {-5, 1ll << 62}), ElementsAre(-5, 0x1p62f));
     EXPECT_THAT(readValues<float>(NIFTI_TYPE_FLOAT32, {-0.5f, 1e30f}), ElementsAre(-0.5f, 1e30f));
-    EXPECT_THAT(readValues<double>(NIFTI_TYPE_FLOAT64, {-0.5, 1e30}), ElementsAre(-0.5f, 1e30f));
+    EXPECT_THAT(readValues<double>(NIFTI_TYPE_FLOAT64, {-0.5, 1e30}), ElementsAre(-0.5, 1e30));
 }
 
 TEST_F(NiftiReaderTest, LeavesWhatIsNoNumberAsItIs)
 {
-    const std::vector<float> values =
+    const std::vector<double> values =
         readValues<float>(NIFTI_TYPE_FLOAT32, {NAN, std::numeric_limits<float>::infinity()});
     EXPECT_TRUE(std::isnan(values.at(0)));
     EXPECT_TRUE(std::isinf(values.at(1)));
@@ -136,22 +142,31 @@ TEST_F(NiftiReaderTest, ReadsFilesOfTheOtherByteOrder)
     NiftiFile file({2, 1, 1}, NIFTI_TYPE_INT16, bytesOf<std::int16_t>({0x0102, -2}));
     swap_nifti_header(&file.header, 1);
     nifti_swap_Nbytes(2, 2, file.voxels.data());
-    const tavo::RegularVolume volume = read("a.nii", file.getBytes());
+    const Volume volume = read("a.nii", file.getBytes());
     EXPECT_THAT(densities(volume), ElementsAre(0x0102, -2));
 }
 
-TEST_F(NiftiReaderTest, ReadsTheFirstVolumeOfSeveral)
+TEST_F(NiftiReaderTest, ReadsVolumesInTime)
 {
     NiftiFile file({2, 1, 1, 2}, NIFTI_TYPE_UINT8, bytesOf<unsigned char>({1, 2, 3, 4}));
-    const tavo::RegularVolume volume = read("a.nii", file.getBytes());
-    EXPECT_EQ(volume.getExtends(), Vector3i(2, 1, 1));
-    EXPECT_THAT(densities(volume), ElementsAre(1, 2));
+    file.header.pixdim[4] = 1500;
+    file.header.xyzt_units = NIFTI_UNITS_MM | NIFTI_UNITS_MSEC;
+    const Volume volume = read("a.nii", file.getBytes());
+    EXPECT_THAT(volume.grid.size, ElementsAre(2, 1, 1));
+    ASSERT_THAT(volume.times, SizeIs(2));
+    EXPECT_THAT(numbers(volume.times[0]), ElementsAre(1, 2));
+    EXPECT_THAT(numbers(volume.times[1]), ElementsAre(3, 4));
+    EXPECT_DOUBLE_EQ(volume.secondsPerTime, 1.5);
+    file.header.xyzt_units = NIFTI_UNITS_MM;
+    EXPECT_EQ(read("a.nii", file.getBytes()).secondsPerTime, 0) << "of no unit";
+    file.header.dim[4] = 3;
+    EXPECT_EQ(errorReading("a.nii", file.getBytes()), "a.nii: ends before its last voxel");
 }
 
 TEST_F(NiftiReaderTest, TakesExtentsThatAreNotNamedForOne)
 {
     const NiftiFile file({3}, NIFTI_TYPE_UINT8, bytesOf<unsigned char>({1, 2, 3}));
-    EXPECT_EQ(read("a.nii", file.getBytes()).getExtends(), Vector3i(3, 1, 1));
+    EXPECT_THAT(read("a.nii", file.getBytes()).grid.size, ElementsAre(3, 1, 1));
 }
 
 TEST_F(NiftiReaderTest, ReadsNifti2)
@@ -166,9 +181,9 @@ TEST_F(NiftiReaderTest, ReadsNifti2)
     header.vox_offset = 544;
     std::string bytes(544, '\0');
     std::memcpy(bytes.data(), &header, sizeof header);
-    const tavo::RegularVolume volume = read("a.nii", bytes + smallFile().voxels);
+    const Volume volume = read("a.nii", bytes + smallFile().voxels);
     EXPECT_THAT(densities(volume), ElementsAre(0, 1, 2, 100, 200, 255));
-    EXPECT_EQ(volume.getBoundingBox(), Box3f({-0.25f, -0.125f, -0.375f}, {0.25f, 0.125f, 0.375f}));
+    EXPECT_EQ(volume.grid.spacing, Vector3d(0.25, 0.25, 0.25));
     EXPECT_EQ(errorReading("b.nii", bytes.substr(0, 400)), "b.nii: ends within its header");
 }
 
@@ -212,48 +227,71 @@ TEST_F(NiftiReaderTest, TakesLengthsInTheUnitOfTheFile)
 {
     NiftiFile file = smallFile();
     file.header.xyzt_units = NIFTI_UNITS_METER;
-    EXPECT_EQ(read("a.nii", file.getBytes()).getBoundingBox().getMax()[0], 1000.0f);
+    EXPECT_EQ(read("a.nii", file.getBytes()).grid.spacing[0], 1000);
     file.header.xyzt_units = NIFTI_UNITS_MICRON;
-    EXPECT_EQ(read("a.nii", file.getBytes()).getBoundingBox().getMax()[0], 0.001f);
+    EXPECT_EQ(read("a.nii", file.getBytes()).grid.spacing[0], 0.001);
 }
 
-// Indices that count to the front, to the left and upwards.
-TEST_F(NiftiReaderTest, TurnsTheVolumeAsTheFileSaysHowItIsOriented)
+// Indices that count to the front, to the left and upwards, in millimetres from a place.
+TEST_F(NiftiReaderTest, PutsTheVolumeWhereTheMatrixOfTheFileSays)
 {
     NiftiFile file({2, 3, 1}, NIFTI_TYPE_UINT8, bytesOf<unsigned char>({1, 2, 3, 4, 5, 6}));
-    file.header.pixdim[1] = 2.0f;
+    file.header.pixdim[1] = 7.0f; // another size, which does not count
+    file.header.xyzt_units = NIFTI_UNITS_METER;
     file.header.sform_code = 1;
-    file.header.srow_x[1] = -1.0f;
-    file.header.srow_y[0] = 2.0f;
-    file.header.srow_z[2] = 1.0f;
-    const tavo::RegularVolume volume = read("a.nii", file.getBytes());
-    EXPECT_EQ(volume.getExtends(), Vector3i(3, 2, 1));
-    EXPECT_EQ(volume.getBoundingBox(), Box3f({-1.5f, -2.0f, -0.5f}, {1.5f, 2.0f, 0.5f}));
-    EXPECT_THAT(densities(volume), ElementsAre(5, 3, 1, 6, 4, 2));
+    const float matrix[3][4] = {{0, -1, 0, 0.5f}, {2, 0, 0, -0.25f}, {0, 0, 1, 4}};
+    std::copy(matrix[0], matrix[0] + 4, file.header.srow_x);
+    std::copy(matrix[1], matrix[1] + 4, file.header.srow_y);
+    std::copy(matrix[2], matrix[2] + 4, file.header.srow_z);
+    const Volume volume = read("a.nii", file.getBytes());
+    EXPECT_THAT(volume.grid.size, ElementsAre(2, 3, 1));
+    EXPECT_EQ(volume.grid.spacing, Vector3d(2000, 1000, 1000));
+    EXPECT_EQ(volume.grid.origin, Vector3d(500, -250, 4000));
+    EXPECT_THAT(volume.grid.axes, ElementsAre(Vector3d(0, 1, 0), Vector3d(-1, 0, 0), Vector3d(0, 0, 1)));
+    EXPECT_THAT(densities(volume), ElementsAre(1, 2, 3, 4, 5, 6)) << "as they lie in the file";
 }
 
-TEST_F(NiftiReaderTest, TurnsTheVolumeByItsQuaternionIfItHasNoMatrix)
+TEST_F(NiftiReaderTest, PutsTheVolumeWhereItsQuaternionSaysIfItHasNoMatrix)
 {
     // Half a turn about Z: to the left and to the back.
     NiftiFile file({2, 2, 1}, NIFTI_TYPE_UINT8, bytesOf<unsigned char>({1, 2, 3, 4}));
     file.header.qform_code = 1;
     file.header.quatern_d = 1.0f;
-    EXPECT_THAT(densities(read("a.nii", file.getBytes())), ElementsAre(4, 3, 2, 1));
+    file.header.pixdim[2] = 3.0f;
+    file.header.qoffset_y = 5.0f;
+    const Volume volume = read("a.nii", file.getBytes());
+    EXPECT_THAT(volume.grid.axes, ElementsAre(Vector3d(-1, 0, 0), Vector3d(0, -1, 0), Vector3d(0, 0, 1)));
+    EXPECT_EQ(volume.grid.spacing, Vector3d(1, 3, 1));
+    EXPECT_EQ(volume.grid.origin, Vector3d(0, 5, 0));
 }
 
 TEST_F(NiftiReaderTest, TakesTheVolumeAsItComesIfItsOrientationIsNone)
 {
+    const auto expectAsItComes = [this](const NiftiFile& file) {
+        const Volume volume = read("a.nii", file.getBytes());
+        EXPECT_THAT(volume.grid.axes, ElementsAre(Vector3d(1, 0, 0), Vector3d(0, 1, 0), Vector3d(0, 0, 1)));
+        EXPECT_EQ(volume.grid.origin, Vector3d(0, 0, 0));
+    };
     NiftiFile file = smallFile();
     file.header.sform_code = 1;
-    EXPECT_THAT(densities(read("a.nii", file.getBytes())), ElementsAre(0, 1, 2, 100, 200, 255));
+    expectAsItComes(file); // without a length
+    file.header.srow_x[0] = file.header.srow_x[1] = file.header.srow_y[2] = 1;
+    expectAsItComes(file); // in a plane
     file.header.srow_x[0] = file.header.srow_y[1] = file.header.srow_z[2] = NAN;
-    EXPECT_THAT(densities(read("a.nii", file.getBytes())), ElementsAre(0, 1, 2, 100, 200, 255));
+    expectAsItComes(file);
+}
+
+// Three pieces of those that are read at a time.
+NiftiFile fileOfThreePieces()
+{
+    constexpr short LENGTH = 3 * 1024;
+    return {{LENGTH, 8, 1}, NIFTI_TYPE_UINT8, std::string(LENGTH * 8, 'x')};
 }
 
 TEST_F(NiftiReaderTest, TellsHowFarItIsAndCanBeStopped)
 {
     std::vector<double> parts;
-    const fs::path file = write("a.nii", smallFile().getBytes());
+    const fs::path file = write("a.nii", fileOfThreePieces().getBytes());
     readNifti(file, [&](double part) {
         parts.push_back(part);
         return true;
@@ -265,7 +303,8 @@ TEST_F(NiftiReaderTest, TellsHowFarItIsAndCanBeStopped)
 
 TEST_F(NiftiReaderTest, TellsHowFarItIsInACompressedFileAndCanBeStoppedBeforeItIsWhole)
 {
-    const fs::path file = writeSmallCompressed();
+    const fs::path file = directory() / "a.nii.gz";
+    writeCompressed(file, fileOfThreePieces().getBytes());
     std::vector<double> parts;
     readNifti(file, [&](double part) {
         parts.push_back(part);
@@ -280,6 +319,16 @@ TEST_F(NiftiReaderTest, TellsHowFarItIsInACompressedFileAndCanBeStoppedBeforeItI
         "a.nii.gz: the reading was stopped");
 }
 
+TEST_F(NiftiReaderTest, ReadsCompressedFilesThatWereJoined)
+{
+    const fs::path first = directory() / "a.nii.gz", second = directory() / "b.nii.gz";
+    const std::string bytes = smallFile().getBytes();
+    writeCompressed(first, bytes.substr(0, 355));
+    writeCompressed(second, bytes.substr(355));
+    std::ofstream(first, std::ios::binary | std::ios::app) << std::ifstream(second, std::ios::binary).rdbuf();
+    EXPECT_THAT(densities(readNifti(first, nullptr)), ElementsAre(0, 1, 2, 100, 200, 255));
+}
+
 // Larger than what is read, decompressed and converted at a time.
 TEST_F(NiftiReaderTest, ReadsLargeCompressedFilesAsThoseThatAreNot)
 {
@@ -289,7 +338,7 @@ TEST_F(NiftiReaderTest, ReadsLargeCompressedFilesAsThoseThatAreNot)
     NiftiFile file({30000, 7, 3}, NIFTI_TYPE_INT16, bytesOf(values));
     swap_nifti_header(&file.header, 1);
     nifti_swap_Nbytes(static_cast<std::int64_t>(values.size()), 2, file.voxels.data());
-    const std::vector<float> expected(values.begin(), values.end());
+    const std::vector<double> expected(values.begin(), values.end());
     EXPECT_TRUE(densities(read("a.nii", file.getBytes())) == expected);
     writeCompressed(directory() / "a.nii.gz", file.getBytes());
     EXPECT_TRUE(densities(readNifti(directory() / "a.nii.gz", nullptr)) == expected);
@@ -432,10 +481,11 @@ protected:
 
 TEST_F(HeadTest, IsReadAsItIs)
 {
-    const tavo::RegularVolume head = readNifti(HEAD, nullptr);
-    EXPECT_EQ(head.getExtends(), Vector3i(181, 217, 181));
-    EXPECT_EQ(head.getBoundingBox(), Box3f({-90.5f, -108.5f, -90.5f}, {90.5f, 108.5f, 90.5f}));
-    const std::vector<float> voxels = densities(head);
+    const Volume head = readNifti(HEAD, nullptr);
+    EXPECT_THAT(head.grid.size, ElementsAre(181, 217, 181));
+    EXPECT_EQ(head.grid.spacing, Vector3d(1, 1, 1));
+    EXPECT_EQ(head.grid.origin, Vector3d(-90, -125, -71)) << "the place of the brain that coordinates are told from";
+    const std::vector<double> voxels = densities(head);
     const auto voxel = [&](int x, int y, int z) { return voxels.at(x + 181 * (y + 217 * z)); };
     EXPECT_EQ(voxel(0, 0, 0), 0);
     EXPECT_EQ(voxel(90, 108, 90), 33);
@@ -447,7 +497,7 @@ TEST_F(HeadTest, IsReadAsItIs)
 
 TEST_F(HeadTest, HasAHistogramOfItsValues)
 {
-    const Histogram histogram(readNifti(HEAD, nullptr));
+    const Histogram histogram(readNifti(HEAD, nullptr).times.front());
     EXPECT_EQ(histogram.getSpan().getMin(), 0);
     EXPECT_EQ(histogram.getSpan().getMax(), 254);
     ASSERT_EQ(histogram.getCounts().size(), 255u) << "a bin for each value";
