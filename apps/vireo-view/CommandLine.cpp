@@ -13,12 +13,12 @@ namespace {
 const QString DESCRIPTION = QStringLiteral(
     "Shows volumes, points and surfaces in space, and plots of columns of numbers.\n"
     "\n"
-    "NIfTI files (.nii, .nii.gz, .hdr and .img) become volumes. PLY, OFF, OBJ, STL, glTF (.gltf and .glb), XYZ and "
-    "PTS\n"
-    "files become scenes: surfaces where they have faces, and points where they have none, with their colours, "
-    "normals\n"
-    "and all their numbers. Texts with columns of numbers (.csv, .txt, .dat, .tsv and others) become plots. Without a\n"
-    "file, an MRI head, a scanned building and curves computed from both are shown.\n"
+    "NIfTI (.nii, .nii.gz, .hdr and .img), NRRD, MetaImage (.mha and .mhd) and TIFF files of several pages become\n"
+    "volumes, and so does what --raw says how to read; several times have a slider. PLY, OFF, OBJ, STL, glTF (.gltf "
+    "and\n"
+    ".glb), XYZ and PTS files become scenes: surfaces where they have faces, and points where they have none, with\n"
+    "their colours, normals and all their numbers. Texts with columns of numbers (.csv, .txt, .dat, .tsv and others)\n"
+    "become plots. Without a file, an MRI head, a scanned building and curves computed from both are shown.\n"
     "\n"
     "In a plot, x is the first column with dates and times, or else the first column if it only grows or "
     "only falls; the\n"
@@ -63,8 +63,8 @@ public:
     {
         m_Parser.setApplicationDescription(DESCRIPTION);
         m_Parser.addPositionalArgument("FILE", "What to show.", "[FILE...]");
-        m_Parser.addOptions({m_X, m_Columns, m_Follow, m_Plot, m_Space, m_Path, m_Together, m_Up, m_Curves, m_Data,
-            m_Pictures, m_Help, m_Version});
+        m_Parser.addOptions({m_X, m_Columns, m_Follow, m_Plot, m_Space, m_Path, m_Together, m_Up, m_Raw, m_Curves,
+            m_Data, m_Pictures, m_Help, m_Version});
     }
 
     std::variant<Options, Answer> parse(const QStringList& arguments)
@@ -101,6 +101,9 @@ private:
         const std::optional<Axis> up = chosen(AXES, m_Parser.value(m_Up));
         if (!up)
             return misuse("--up is x, y or z, not '" + m_Parser.value(m_Up) + "'");
+        const std::optional<RawFormat> raw = parseRawFormat(m_Parser.value(m_Raw).toStdString());
+        if (m_Parser.isSet(m_Raw) && !raw)
+            return misuse("--raw is a size and a type, such as 256x256x128:int16, not '" + m_Parser.value(m_Raw) + "'");
         if (m_Parser.isSet(m_Pictures) && m_Parser.value(m_Pictures).isEmpty())
             return misuse("--pictures needs the name of a directory");
         if (m_Parser.isSet(m_Plot) + m_Parser.isSet(m_Space) + m_Parser.isSet(m_Path) > 1)
@@ -116,7 +119,7 @@ private:
         options.picturesDirectory = m_Parser.value(m_Pictures);
         options.isFollowing = m_Parser.isSet(m_Follow);
         options.areTogether = m_Parser.isSet(m_Together);
-        options.load = {columnsAs(), columns(), *up, m_Parser.isSet(m_Curves)};
+        options.load = {columnsAs(), columns(), *up, m_Parser.isSet(m_Curves), raw};
         return options;
     }
 
@@ -155,6 +158,12 @@ private:
         "The axis of scenes that is seen upwards: x, y or z. With x or z, the longer side of the rest faces the "
         "viewer.",
         "axis", "y"};
+    QCommandLineOption m_Raw{"raw",
+        "The files hold nothing but voxels: so many along x, y and z, and times where there are several, of a type: "
+        "int8, "
+        "uint8, int16, uint16, int32, uint32, int64, uint64, float or double; and \":be\" where the first byte of a "
+        "number is its greatest, as in 256x256x128:int16:be.",
+        "format"};
     QCommandLineOption m_Curves{"curves",
         "Show the histogram of every volume, and the height histogram and the silhouette of every "
         "scene, too."};

@@ -13,9 +13,9 @@
 #include "apps/vireo-view/GeometryReader.h"
 #include "apps/vireo-view/Histogram.h"
 #include "apps/vireo-view/InputError.h"
-#include "apps/vireo-view/NiftiReader.h"
 #include "apps/vireo-view/PointTableReader.h"
 #include "apps/vireo-view/Span.h"
+#include "apps/vireo-view/VolumeReader.h"
 #include "apps/vireo-view/lowerCaseExtension.h"
 #include "tavo/base/text/printable.h"
 
@@ -164,11 +164,15 @@ public:
 
     std::vector<Exhibit> load(const Progress& progress)
     {
+        if (m_Options.raw) {
+            addVolume(readRaw(m_File, *m_Options.raw, progress));
+            return std::move(m_Exhibits);
+        }
         const FileFormat format = formatOf(m_File, m_Options.columnsAs);
         if (format == FileFormat::COLUMNS)
             addColumns(readColumns(m_File, progress));
-        else if (format == FileFormat::NIFTI)
-            addVolume(readNifti(m_File, progress));
+        else if (isOfVolumes(format))
+            addVolume(readVolume(m_File, format, progress));
         else
             addScene(readGeometry(m_File, format, progress));
         return std::move(m_Exhibits);
@@ -337,13 +341,14 @@ const std::string& nameOf(const Exhibit& exhibit)
 
 bool isPlotted(const std::filesystem::path& file, const LoadOptions& options)
 {
-    if (options.columnsAs == ColumnsAs::POINTS || options.columnsAs == ColumnsAs::PATH)
+    if (options.raw || options.columnsAs == ColumnsAs::POINTS || options.columnsAs == ColumnsAs::PATH)
         return false;
     std::error_code error;
     if (std::filesystem::exists(file, error) && std::filesystem::file_size(file, error) > 0)
         return formatOf(file, options.columnsAs) == FileFormat::COLUMNS;
     const std::string extension = lowerCaseExtension(file);
-    for (const char* const other : {".nii", ".hdr", ".img", ".ply", ".off", ".obj", ".stl", ".gltf", ".glb"})
+    for (const char* const other : {".nii", ".hdr", ".img", ".nrrd", ".nhdr", ".mha", ".mhd", ".tif", ".tiff", ".ply",
+             ".off", ".obj", ".stl", ".gltf", ".glb"})
         if (extension == other)
             return false;
     const bool isOfPoints = extension == ".xyz" || extension == ".pwn" || extension == ".pts";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -7,6 +8,7 @@
 #include "apps/vireo-view/ExampleData.h"
 #include "apps/vireo-view/Geometry.h"
 #include "apps/vireo-view/InputBuffer.h"
+#include "apps/vireo-view/RawReader.h"
 #include "apps/vireo-view/SceneFitting.h"
 #include "apps/vireo-view/TablePlot.h"
 #include "apps/vireo-view/Volume.h"
@@ -67,8 +69,9 @@ struct LoadOptions
 {
     ColumnsAs columnsAs = ColumnsAs::AUTOMATIC;
     ColumnChoice columns;
-    Axis up = Axis::Y;       // of scenes, which are seen with this axis upwards
-    bool withCurves = false; // show curves computed from clouds and volumes, too
+    Axis up = Axis::Y;              // of scenes, which are seen with this axis upwards
+    bool withCurves = false;        // show curves computed from clouds and volumes, too
+    std::optional<RawFormat> raw{}; // of files that hold nothing but voxels
 };
 
 // Whether the file is, or will be, a text with columns of numbers that are shown in a plot. One that is not there or

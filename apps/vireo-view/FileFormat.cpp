@@ -20,6 +20,12 @@ constexpr std::string_view BLANKS = " \t\r\n";
 constexpr std::array<std::pair<std::string_view, FileFormat>, 4> NAMED = {
     {{".obj", FileFormat::OBJ}, {".stl", FileFormat::STL}, {".gltf", FileFormat::GLTF}, {".glb", FileFormat::GLTF}}};
 
+// Formats of volumes; what is named so and is not is refused by their readers.
+constexpr std::array<std::pair<std::string_view, FileFormat>, 9> NAMED_VOLUMES = {
+    {{".nii", FileFormat::NIFTI}, {".hdr", FileFormat::NIFTI}, {".img", FileFormat::NIFTI}, {".nrrd", FileFormat::NRRD},
+        {".nhdr", FileFormat::NRRD}, {".mha", FileFormat::METAIMAGE}, {".mhd", FileFormat::METAIMAGE},
+        {".tif", FileFormat::TIFF}, {".tiff", FileFormat::TIFF}}};
+
 std::string beginningOf(const std::filesystem::path& file)
 {
     InputBuffer input(file, InputBuffer::LineEnds::AS_THEY_ARE, nullptr);
@@ -59,8 +65,9 @@ FileFormat detectFormat(const std::filesystem::path& file)
 {
     const std::string beginning = beginningOf(file);
     const std::string extension = lowerCaseExtension(file);
-    if (extension == ".nii" || extension == ".hdr" || extension == ".img")
-        return FileFormat::NIFTI;
+    for (const auto& [name, format] : NAMED_VOLUMES)
+        if (extension == name)
+            return format;
     if (beginning.starts_with("ply") && firstWord(beginning) == "ply")
         return FileFormat::PLY;
     if (isOffKeyword(firstWord(withoutLeadingComments(beginning))))
@@ -73,10 +80,17 @@ FileFormat detectFormat(const std::filesystem::path& file)
         if (extension == name)
             return format;
     if (beginning.find('\0') != std::string::npos)
-        throw InputError(file, "is of no known format: neither PLY nor OFF nor NIfTI nor text");
+        throw InputError(
+            file, "is of no known format: neither PLY nor OFF nor a volume nor text; --raw says how voxels lie in it");
     if (extension == ".pts")
         return FileFormat::PTS;
     return extension == ".xyz" || extension == ".pwn" ? FileFormat::XYZ : FileFormat::COLUMNS;
+}
+
+bool isOfVolumes(FileFormat format)
+{
+    return std::any_of(
+        NAMED_VOLUMES.begin(), NAMED_VOLUMES.end(), [format](const auto& named) { return named.second == format; });
 }
 
 } // namespace vireo_view

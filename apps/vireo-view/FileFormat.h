@@ -14,12 +14,19 @@ enum class FileFormat
     XYZ,
     PTS,
     NIFTI,
+    NRRD,
+    METAIMAGE,
+    TIFF,
     COLUMNS, // text with columns of numbers
 };
 
-// Tells the format of a file: NIFTI by the extension (.nii, .hdr or .img, each also with .gz), PLY and OFF by how it
+// Tells the format of a file: NIFTI by the extension (.nii, .hdr or .img, each also with .gz), METAIMAGE (.mha or
+// .mhd), TIFF (.tif or .tiff) and NRRD (.nrrd or .nhdr) too, PLY and OFF by how it
 // begins, OBJ, STL, glTF (.gltf or .glb), XYZ (.xyz or .pwn) and PTS by the extension, and columns if it can be text.
 // Throws InputError if it cannot, if the extension says PLY or OFF and the file does not, and as InputBuffer does.
 FileFormat detectFormat(const std::filesystem::path& file);
+
+// Whether the file is one of volumes.
+bool isOfVolumes(FileFormat format);
 
 } // namespace vireo_view

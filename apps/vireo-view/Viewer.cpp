@@ -17,7 +17,6 @@
 #include "apps/vireo-view/pictureName.h"
 #include "apps/vireo-view/showPlot.h"
 #include "apps/vireo-view/showScene.h"
-#include "apps/vireo-view/showVolume.h"
 #include "tavo/base/debug/DebugOutput.h"
 #include "tavo/base/debug/DebugSection.h"
 #include "tavo/base/debug/DebugWindow.h"
@@ -45,7 +44,14 @@ struct Sender
 {
     void operator()(SceneExhibit& scene) const { showScene(std::move(scene), sceneName); }
 
-    void operator()(VolumeExhibit& volume) const { showVolume(std::move(volume), sceneName); }
+    void operator()(VolumeExhibit& exhibit) const
+    {
+        ShownVolume volume(std::move(exhibit), sceneName);
+        if (volume.getNumTimes() == 1 || !sliders)
+            return;
+        sliders->emplace_back(std::move(volume));
+        sliders->back().show();
+    }
 
     void operator()(const PathExhibit& path) const
     {
@@ -56,6 +62,7 @@ struct Sender
     void operator()(PlotExhibit& plot) const { showPlot(std::move(plot)); }
 
     const std::string& sceneName;
+    std::list<TimeSlider>* sliders; // null: pictures show the first time
 };
 
 void setViewSize(tavo::DebugSection& section, unsigned int sizeIndex)
@@ -245,7 +252,7 @@ void Viewer::show(Exhibit& exhibit)
     for (const std::string& remark : remarksOf(exhibit))
         tell(remark);
     const bool isView = isScene || std::holds_alternative<PlotExhibit>(exhibit);
-    std::visit(Sender{viewName}, exhibit);
+    std::visit(Sender{viewName, hasPictures() ? nullptr : &m_Sliders}, exhibit);
     if (isView) {
         const bool isNew = std::none_of(m_Shown.begin(), m_Shown.end(),
             [&](const Shown& shown) { return !shown.section && shown.name == viewName; });

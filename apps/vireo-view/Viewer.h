@@ -8,6 +8,7 @@
 #include "apps/vireo-view/CommandLine.h"
 #include "apps/vireo-view/Exhibits.h"
 #include "apps/vireo-view/FollowedPlot.h"
+#include "apps/vireo-view/TimeSlider.h"
 
 namespace tavo {
 class DebugSection;
@@ -57,6 +58,7 @@ private:
     std::set<std::string> m_Names;
     std::vector<Shown> m_Shown;
     std::list<FollowedPlot> m_Followed;
+    std::list<TimeSlider> m_Sliders; // of the volumes with several times
     int m_ExitStatus = 0;
 };
 

@@ -231,6 +231,52 @@ void makeVolumes(const fs::path& folder)
         pair.add(bytes);
 }
 
+void makeNrrd(const fs::path& folder)
+{
+    Seeds seeds(folder);
+    const std::string header =
+        "NRRD0004\n# a comment\ntype: short\ndimension: 3\nsizes: 2 1 2\nendian: big\nkey:=value\n";
+    const std::string voxels = "abcdefgh";
+    seeds.add(header + "encoding: raw\nspacings: 0.5 nan 2\n\n" + voxels);
+    seeds.add(header +
+              "encoding: raw\nspace: left-anterior-superior\nspace directions: (0,2,0) (-3,0,0) (0,0,4)\n"
+              "space origin: (5,6.5,7)\nbyte skip: -1\n\n" +
+              voxels);
+    seeds.add(header + "encoding: text\nline skip: 1\n\na line\n1 -2 3e1 4\n");
+    seeds.add("NRRD0005\ntype: uchar\ndimension: 4\nsizes: 3 1 1 2\nencoding: raw\nkinds: RGB-color domain domain "
+              "domain\n\nabcdef");
+    seeds.add("NRRD0005\ntype: float\ndimension: 4\nsizes: 1 1 1 2\nencoding: raw\nendian: little\n\n" + voxels);
+}
+
+void makeMetaImage(const fs::path& folder)
+{
+    Seeds seeds(folder);
+    const std::string header = "ObjectType = Image\nNDims = 3\nDimSize = 2 1 2\nElementType = MET_SHORT\n";
+    seeds.add(header + "ElementSpacing = 0.5 1 2\nOffset = 5 6 7\nElementDataFile = LOCAL\nabcdefgh");
+    seeds.add(header + "TransformMatrix = 0 1 0 -1 0 0 0 0 1\nBinaryDataByteOrderMSB = True\n"
+                       "ElementDataFile = LOCAL\nabcdefgh");
+    seeds.add(header + "BinaryData = False\nElementDataFile = LOCAL\n1 -2 3e1 4\n");
+    seeds.add("NDims = 4\nDimSize = 1 1 1 2\nElementNumberOfChannels = 3\nElementType = MET_UCHAR\n"
+              "ElementDataFile = LOCAL\nabcdef");
+}
+
+// Two pages of 2 x 1 bytes, uncompressed.
+void makeTiff(const fs::path& folder)
+{
+    const auto page = [](std::uint32_t next, std::uint32_t pixels) {
+        const auto entry = [](std::uint16_t tag, std::uint32_t value) {
+            constexpr std::uint16_t LONG = 4;
+            return bytesOfNumbers(tag, LONG, std::uint32_t{1}, value);
+        };
+        return bytesOfNumbers(std::uint16_t{9}) + entry(256, 2) + entry(257, 1) + entry(258, 8) + entry(259, 1) +
+               entry(262, 1) + entry(273, pixels) + entry(277, 1) + entry(278, 1) + entry(279, 2) +
+               bytesOfNumbers(next);
+    };
+    constexpr std::uint32_t FIRST = 12, SIZE_OF_PAGE = 114;
+    Seeds(folder).add(
+        std::string("II*\0", 4) + bytesOfNumbers(FIRST) + "abcd" + page(FIRST + SIZE_OF_PAGE, 8) + page(0, 10));
+}
+
 } // namespace
 
 // makeSeeds FOLDER: writes seeds for each reader to a folder of its name in that folder.
@@ -245,5 +291,8 @@ int main(int argc, char** argv)
     makeTables(folder / "columns");
     makeGeometries(folder / "geometry");
     makeVolumes(folder);
+    makeNrrd(folder / "nrrd");
+    makeMetaImage(folder / "metaimage");
+    makeTiff(folder / "tiff");
     return 0;
 }

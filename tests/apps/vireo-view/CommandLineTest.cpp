@@ -94,6 +94,9 @@ TEST(CommandLineTest, SaysInOneLineWhatIsWrong)
     EXPECT_EQ(misuseOf({"--up", "w"}), "vireo-view: --up is x, y or z, not 'w' (see vireo-view --help)\n");
     EXPECT_EQ(
         misuseOf({"--pictures="}), "vireo-view: --pictures needs the name of a directory (see vireo-view --help)\n");
+    EXPECT_EQ(misuseOf({"--raw", "2x2:uint8"}),
+        "vireo-view: --raw is a size and a type, such as 256x256x128:int16, not "
+        "'2x2:uint8' (see vireo-view --help)\n");
     EXPECT_EQ(misuseOf({"--wrong"}), "vireo-view: Unknown option 'wrong'. (see vireo-view --help)\n");
 }
 

@@ -134,6 +134,24 @@ TEST_F(ExhibitsTest, MakesAVolumeOfANiftiFile)
     EXPECT_THAT(volume.volume.grid.size, ElementsAre(2, 1, 3));
 }
 
+TEST_F(ExhibitsTest, MakesVolumesOfTheirOtherFiles)
+{
+    EXPECT_EQ(loadOne<VolumeExhibit>("a.nrrd", "NRRD0004\ntype: uchar\ndimension: 4\nsizes: 1 2 1 2\n"
+                                               "encoding: raw\n\nabcd")
+                  .name,
+        "a.nrrd - 1 x 2 x 1 voxels, 2 times");
+    EXPECT_EQ(loadOne<VolumeExhibit>(
+                  "a.mha", "NDims = 2\nDimSize = 1 2\nElementType = MET_UCHAR\nElementDataFile = LOCAL\nab")
+                  .name,
+        "a.mha - 1 x 2 x 1 voxels");
+    LoadOptions options;
+    options.raw = parseRawFormat("1x2x1:uint8");
+    const auto raw = loadOne<VolumeExhibit>("a.csv", "abc", options);
+    EXPECT_EQ(raw.name, "a.csv - 1 x 2 x 1 voxels");
+    EXPECT_THAT(raw.remarks, ElementsAre((directory() / "a.csv").string() +
+                                         ": has 1 byte(s) more than voxels of this size, which are left out"));
+}
+
 TEST_F(ExhibitsTest, ComputesTheHistogramOfAVolumeOnRequest)
 {
     LoadOptions options;

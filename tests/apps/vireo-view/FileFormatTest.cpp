@@ -56,6 +56,19 @@ TEST_F(FileFormatTest, KnowsNiftiByItsExtension)
     EXPECT_EQ(formatOf("a.gz", "1 2\n"), FileFormat::COLUMNS);
 }
 
+TEST_F(FileFormatTest, KnowsVolumesByTheirExtension)
+{
+    EXPECT_EQ(formatOf("a.nrrd", "anything"), FileFormat::NRRD);
+    EXPECT_EQ(formatOf("a.nhdr", "anything"), FileFormat::NRRD);
+    EXPECT_EQ(formatOf("a.mha", "anything"), FileFormat::METAIMAGE);
+    EXPECT_EQ(formatOf("a.MHD", "anything"), FileFormat::METAIMAGE);
+    EXPECT_EQ(formatOf("a.tif", "anything"), FileFormat::TIFF);
+    EXPECT_EQ(formatOf("a.tiff", "anything"), FileFormat::TIFF);
+    for (const FileFormat format : {FileFormat::NIFTI, FileFormat::NRRD, FileFormat::METAIMAGE, FileFormat::TIFF})
+        EXPECT_TRUE(isOfVolumes(format));
+    EXPECT_FALSE(isOfVolumes(FileFormat::PLY));
+}
+
 TEST_F(FileFormatTest, TakesOtherTextsForColumns)
 {
     for (const auto* const name : {"a.csv", "a.txt", "a.dat", "a.tsv"})
@@ -79,7 +92,7 @@ TEST_F(FileFormatTest, TurnsAwayBinaryFilesItDoesNotKnow)
                                            "ELF\0\0",
                               6));
     }),
-        "a.xyz: is of no known format: neither PLY nor OFF nor NIfTI nor text");
+        "a.xyz: is of no known format: neither PLY nor OFF nor a volume nor text; --raw says how voxels lie in it");
 }
 
 } // namespace

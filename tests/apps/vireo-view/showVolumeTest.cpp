@@ -3,7 +3,9 @@
 #include <QImage>
 #include <gtest/gtest.h>
 
+#include "apps/vireo-view/TimeSlider.h"
 #include "tests/apps/vireo-view/FilesTest.h"
+#include "tests/support/userEvents.h"
 #include "vireo/show/show.h"
 
 namespace vireo_view {
@@ -17,7 +19,13 @@ protected:
     // Where a volume in the scene of that name is seen: pixels to the right and down.
     QPointF placeOf(Volume volume, const std::string& scene = "a") const
     {
-        showVolume({"volume", std::move(volume), {}}, scene);
+        const ShownVolume shown({"volume", std::move(volume), {}}, scene);
+        return placeIn(scene);
+    }
+
+    // Where what is shown there is seen.
+    QPointF placeIn(const std::string& scene) const
+    {
         tavo::scene(scene).bearings(false); // what is counted are the pixels of the volume
         const std::filesystem::path file = directory() / "picture.png";
         EXPECT_TRUE(tavo::savePicture(scene, file.string(), 300, 199)); // too small for the orientation mark
@@ -72,6 +80,32 @@ TEST_F(ShowVolumeTest, ShowsTheVolumeWhereItsFileSays)
     EXPECT_LT(place(1, 40).y(), place(1, -60).y() - 20) << "farther up";
     EXPECT_LT(place(2, 0).y(), place(0, 0).y() - 15) << "x points up";
     EXPECT_NEAR(place(2, 0).x(), place(0, 0).x(), 2);
+}
+
+// The bright voxel is on the left at first and then on the right.
+Volume volumeInTime()
+{
+    Volume volume = cubeWith(0, 1, 1);
+    volume.times.push_back(cubeWith(2, 1, 1).times.front());
+    volume.secondsPerTime = 1.5;
+    return volume;
+}
+
+TEST_F(ShowVolumeTest, ShowsTheTimeThatTheSliderIsAt)
+{
+    TimeSlider window(ShownVolume({"head", volumeInTime(), {}}, "a"));
+    auto* const slider = window.findChild<QSlider*>();
+    auto* const label = window.findChild<QLabel*>();
+    EXPECT_EQ(window.windowTitle(), "head");
+    EXPECT_EQ(label->text(), "1 of 2, 0 s");
+    const double left = placeIn("a").x();
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    tavo::clickKey(slider, Qt::Key_Right);
+    EXPECT_EQ(label->text(), "2 of 2, 1.5 s");
+    EXPECT_GT(placeIn("a").x(), left + 20);
+    tavo::clickKey(slider, Qt::Key_Home);
+    EXPECT_NEAR(placeIn("a").x(), left, 1);
 }
 
 } // namespace

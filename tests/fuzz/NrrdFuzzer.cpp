@@ -1,0 +1,9 @@
+#include "tests/fuzz/Fuzzing.h"
+#include "tests/fuzz/checkVolumeFile.h"
+
+// Any bytes as a NRRD file.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    vireo_fuzz::checkVolumeFile(vireo_fuzz::writeFile("volume.nrrd", vireo_fuzz::bytesOf(data, size)));
+    return 0;
+}
