@@ -4,7 +4,9 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "tavo/base/math/vectors.h"
@@ -18,7 +20,7 @@ class GridSize
 public:
     template <std::integral X, std::integral Y, std::integral Z>
     GridSize(X x, Y y, Z z)
-        : m_Numbers{static_cast<std::int64_t>(x), static_cast<std::int64_t>(y), static_cast<std::int64_t>(z)}
+        : m_Numbers{clamped(x), clamped(y), clamped(z)}
     {}
     template <std::integral T>
     GridSize(const StaticVector<T, 3>& size)
@@ -28,6 +30,15 @@ public:
     std::int64_t operator[](std::size_t i) const { return m_Numbers[i]; }
 
 private:
+    // What is too large stays large, and does not turn negative.
+    template <std::integral T>
+    static constexpr std::int64_t clamped(T number)
+    {
+        constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
+        const bool isTooLarge = number > 0 && static_cast<std::uint64_t>(number) > largest;
+        return static_cast<std::int64_t>(isTooLarge ? largest : static_cast<std::uint64_t>(number));
+    }
+
     std::array<std::int64_t, 3> m_Numbers;
 };
 
@@ -72,7 +83,7 @@ struct TransferPoint
 /// The samples of a volume, x fastest, so that sample (x, y, z) is number (z * ny + y) * nx + x: as many numbers as
 /// there are samples; or three or four times as many, or a range of so many StaticVectors or arrays, that are colours.
 /// They are copied, and keep their type. Of a vector that is moved in, and of one that is shared and constant, nothing
-/// is copied.
+/// is copied; nor of one that is shared, if nobody else holds it any more: move the pointer in.
 class Samples : public Tuples<3, 4>
 {
 public:
@@ -83,6 +94,15 @@ public:
     {
         if (shared && !isShowOff())
             NumberArray::operator=(NumberArray(shared, shared->data(), shared->size(), numberTypeOf<T>()));
+    }
+
+    template <Number T>
+    requires(sizeof(T) <= sizeof(double)) Samples(std::shared_ptr<std::vector<T>> shared)
+    {
+        if (shared && shared.use_count() == 1)
+            *this = Samples(std::shared_ptr<const std::vector<T>>(std::move(shared)));
+        else if (shared)
+            *this = Samples(std::as_const(*shared)); // whoever else holds it may change it
     }
 };
 

@@ -101,8 +101,9 @@ QString NumberFormat::label(double value) const
 {
     double counted = value - m_Offset;
     if (std::abs(counted) < m_Step * 1e-6)
-        counted = 0; // and not what the sum of steps leaves of it
-    return writtenOut(counted / std::pow(10.0, m_Exponent), m_Decimals);
+        counted = 0;                                    // and not what the sum of steps leaves of it
+    const double half = std::pow(10.0, m_Exponent / 2); // the whole may be too small
+    return writtenOut(counted / half / std::pow(10.0, m_Exponent - m_Exponent / 2), m_Decimals);
 }
 
 QString NumberFormat::offset() const

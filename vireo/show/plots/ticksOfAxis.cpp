@@ -48,6 +48,8 @@ AxisTicks ticksOfAxis(
     axis.name = AxisUpdate::Name{{}, unit.toStdString()};
     const AxisDivision division = divideAxis(axis, {from, to}, pixels, orientation, font);
     const QList<double> places = division.ticks.ticks(QwtScaleDiv::MajorTick);
+    if (places.isEmpty()) // of the smallest numbers, which are too few to divide
+        return singleTick(to, unit);
     return {{places.begin(), places.end()}, division.labels, division.unit, division.offset};
 }
 

@@ -92,6 +92,7 @@ bool ItemColours::settle(const ItemShape& shape)
             continue;
         field.range.reset();
         field.categories.reset();
+        field.areNumbers.reset();
         isNew = true;
     }
     return isNew;
@@ -199,6 +200,13 @@ std::pair<double, double> ItemColours::rangeOf(const Field& field) const
     if (!field.range)
         field.range = finiteRangeOf(field.values.used()->numbers);
     return *field.range;
+}
+
+bool ItemColours::haveNumbers(const Field& field)
+{
+    if (!field.areNumbers)
+        field.areNumbers = isAnyFinite(field.values.used()->numbers);
+    return *field.areNumbers;
 }
 
 std::optional<RGBA8> ItemColours::sentAt(std::size_t source, std::size_t part) const

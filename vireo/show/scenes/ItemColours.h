@@ -36,6 +36,7 @@ public:
         bool areLabels = false;                                      // as chosen or else as sent
         SentNumbers values = {};                                     // as many as there are points or parts
         mutable std::optional<std::pair<double, double>> range = {}; // of the values, if it is known
+        mutable std::optional<bool> areNumbers = {};                 // any of them, if it is known
         mutable std::optional<std::set<std::int64_t>> categories = {};
     };
 
@@ -78,6 +79,8 @@ public:
     // The different categories among its numbers, and the names of categories.
     const std::set<std::int64_t>& categoriesOf(const Field& field) const;
     const std::map<std::int64_t, std::string>& labelNames() const { return m_LabelNames; }
+    // Whether any of its values is finite.
+    static bool haveNumbers(const Field& field);
 
     // "colours", the name of the field, or empty for the one colour.
     std::string nameOfShown() const;

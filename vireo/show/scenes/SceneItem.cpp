@@ -156,7 +156,7 @@ bool SceneItem::settleStyle()
 std::optional<SceneItem::ShownScalars> SceneItem::shownScalars() const
 {
     const ItemColours::Field* const field = m_Shape ? m_Colours.shownField() : nullptr;
-    if (!field || field->areLabels)
+    if (!field || field->areLabels || isVolumeOfNothing())
         return {};
     return ShownScalars{field->name, m_Colours.colourMap(), m_Colours.rangeOf(*field)};
 }
@@ -174,6 +174,12 @@ std::optional<SceneItem::ShownLabels> SceneItem::shownLabels() const
             colourOfLabel(label), name != names.end() ? name->second : std::to_string(label));
     }
     return labels;
+}
+
+bool SceneItem::isVolumeOfNothing() const
+{
+    const ItemColours::Field* const field = isVolume() ? m_Colours.shownField() : nullptr;
+    return field && !ItemColours::haveNumbers(*field);
 }
 
 bool SceneItem::isUnlitCloud() const

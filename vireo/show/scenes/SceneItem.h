@@ -60,6 +60,9 @@ public:
     bool isOpaque() const { return m_Opacity >= 1 && !isVolume(); }
     bool isVolume() const { return m_Shape && kind() == ItemKind::Volume; }
 
+    // Whether it is a volume of numbers of which none is one, so that nothing of it is seen.
+    bool isVolumeOfNothing() const;
+
     // How many samples of a volume are drawn; null before it has been.
     const Vector3i* drawnSize() const { return m_Volume.drawnSize(); }
 

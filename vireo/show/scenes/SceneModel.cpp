@@ -58,12 +58,17 @@ void SceneModel::remove(const std::string& branch)
     std::erase_if(m_Transforms, isRemoved);
 }
 
+// As lines in the log call an item.
+std::string SceneModel::nameOf(const std::string& path) const
+{
+    return "scene(\"" + printable(m_Name, SHOWN_CHARACTERS) + "\"), \"" + printable(path, SHOWN_CHARACTERS) + '"';
+}
+
 void SceneModel::sayWhatWaits() const
 {
     for (const auto& [path, item] : m_Items)
         for (const std::string& sentence : item.waiting())
-            sayOnce("scene(\"" + printable(m_Name, SHOWN_CHARACTERS) + "\"), \"" + printable(path, SHOWN_CHARACTERS) +
-                    "\": " + sentence);
+            sayOnce(nameOf(path) + ": " + sentence);
 }
 
 void SceneModel::sayWhatIsReduced() const
@@ -72,10 +77,12 @@ void SceneModel::sayWhatIsReduced() const
         return std::to_string(size[0]) + " x " + std::to_string(size[1]) + " x " + std::to_string(size[2]);
     };
     for (const auto& [path, item] : m_Items) {
+        if (item.isVolumeOfNothing())
+            sayOnce(nameOf(path) + ": none of its " + written(item.shape()->grid->size) +
+                    " samples is a number: there is nothing to see");
         const Vector3i* const drawn = item.drawnSize();
         if (drawn && *drawn != item.shape()->grid->size)
-            sayOnce("scene(\"" + printable(m_Name, SHOWN_CHARACTERS) + "\"), \"" + printable(path, SHOWN_CHARACTERS) +
-                    "\": " + written(item.shape()->grid->size) +
+            sayOnce(nameOf(path) + ": " + written(item.shape()->grid->size) +
                     " samples are more than textures hold; they are drawn as " + written(*drawn));
     }
 }

@@ -39,7 +39,7 @@ public:
     // Says in the log what waits still, each thing once.
     void sayWhatWaits() const;
 
-    // The same of volumes that have been drawn, with fewer samples than there are.
+    // The same of volumes that have been drawn, with fewer samples than there are, or none.
     void sayWhatIsReduced() const;
 
     // What a person chooses of the items. It wins over what is sent, then and later.
@@ -68,6 +68,7 @@ public:
     SceneBox box();
 
 private:
+    std::string nameOf(const std::string& path) const;
     SceneItem& add(const std::string& path);
     void remove(const std::string& branch);
     Matrix4 matrixOf(const std::string& path) const;

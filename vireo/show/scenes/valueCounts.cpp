@@ -47,6 +47,13 @@ std::pair<double, double> finiteRangeOf(const NumberArray& numbers)
     return least <= greatest ? std::pair(least, greatest) : std::pair(0.0, 0.0);
 }
 
+bool isAnyFinite(const NumberArray& numbers)
+{
+    return numbers.visit([](const auto* values, std::size_t size) {
+        return std::any_of(values, values + size, [](auto value) { return std::isfinite(static_cast<double>(value)); });
+    });
+}
+
 ValueCounts countValues(const NumberArray& numbers)
 {
     const auto [least, greatest] = finiteRangeOf(numbers);

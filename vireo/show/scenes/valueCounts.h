@@ -24,6 +24,8 @@ struct ValueCounts
 // The least and the greatest number that is finite; 0 and 0 if none is.
 std::pair<double, double> finiteRangeOf(const NumberArray& numbers);
 
+bool isAnyFinite(const NumberArray& numbers);
+
 ValueCounts countValues(const NumberArray& numbers);
 
 // The numbers that a part of all is below, and another part, each from 0 to 1; of those that are finite. Of more than a

@@ -215,20 +215,22 @@ double VolumeDrawing::opacityOf(double place, double thickness) const
     return most > 0 ? m_Look.opacity * opacity / most : 0;
 }
 
-// If the range is none, what is above it comes last.
+// If the range is none, what is above it comes last, what is below it first, and the value itself in the middle.
 VolumeDrawing::Window VolumeDrawing::window() const
 {
     if (areColours())
         return {};
     const auto [least, greatest] = m_Slices.getRange();
-    auto [from, to] = m_Look.range;
-    if (from == to) {
-        const double narrow = std::max(1e-6 * (greatest - least), std::numeric_limits<double>::min());
-        from -= narrow;
-        to += narrow;
-    }
-    const double half = to / 2 - from / 2; // halved: differences may overflow
-    return {(greatest / 2 - least / 2) / half, (least / 2 - from / 2) / half};
+    const auto [from, to] = m_Look.range;
+    const auto partOf = [](double value, double first, double last) {
+        return (value / 2 - first / 2) / (last / 2 - first / 2); // halved: differences may overflow
+    };
+    if (from / 2 != to / 2)
+        return {(greatest / 2 - least / 2) / (to / 2 - from / 2), partOf(least, from, to)};
+    if (least == greatest)
+        return {0, 0.5 * ((least >= from) + (least > from))};
+    constexpr double STEEP = 1e6;
+    return {STEEP, 0.5 - STEEP * std::clamp(partOf(from, least, greatest), -1.0, 2.0)};
 }
 
 } // namespace tavo

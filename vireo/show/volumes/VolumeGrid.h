@@ -40,7 +40,7 @@ struct VolumeGrid
         return box;
     }
 
-private:
+    // The place of a sample, or between samples.
     Vector3d at(const Vector3d& index) const
     {
         Vector3d place = origin;

@@ -244,7 +244,8 @@ void VolumeSlices::prepareStackOf(unsigned int axis)
 template <typename Component, typename T>
 void VolumeSlices::fillSlices(unsigned int axis, int first, int count, const T* numbers, Component* texels) const
 {
-    const bool isSimple = m_Samples.width == 1 && !m_HaveGaps && m_Steps == std::array<std::size_t, 3>{1, 1, 1};
+    const bool isSimple = m_Samples.width == 1 && !m_HaveGaps && m_Steps == std::array<std::size_t, 3>{1, 1, 1} &&
+                          std::isfinite(m_ScaleOfOne); // not so if the range is next to none
     if (isSimple)
         forEachTexel(axis, first, count, texels, [this, numbers](const Vector3i& place, Component* texel) {
             forEachOf(place, [&](std::size_t i) { encodeOne(numbers[i], texel); });

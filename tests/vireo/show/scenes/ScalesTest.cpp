@@ -101,6 +101,21 @@ TEST(ColourBarTest, HasOneNumberIfAllValuesAreEqual)
     EXPECT_EQ(numbers.ticks[0].label.toDouble(), 7);
 }
 
+TEST(ColourBarTest, TheSmallestNumbersThereAreAreNumbers)
+{
+    const QFontMetricsF font(QApplication::font());
+    for (const double largest : {5e-324, 1e-322, 3e-315, 1e-310, 2e-308, 1e-300, 1e-290})
+        for (const double least : {0.0, -largest, largest}) {
+            const ColourBarNumbers numbers = colourBarNumbers({10, 20, 15, 300}, least, largest, "field", font);
+            ASSERT_FALSE(numbers.ticks.empty()) << least << " to " << largest;
+            for (const ColourBarNumbers::Tick& tick : numbers.ticks) {
+                EXPECT_FALSE(tick.label.contains("nan") || tick.label.contains("inf")) << tick.label.toStdString();
+                EXPECT_TRUE(tick.y >= 19 && tick.y <= 321) << tick.y << ' ' << least << " to " << largest;
+            }
+            EXPECT_FALSE(numbers.title.contains("nan") || numbers.title.contains("inf"));
+        }
+}
+
 TEST(ColourBarTest, IsDrawnFromTheLeastColourUp)
 {
     QImage picture(100, 300, QImage::Format_RGB32);

@@ -79,6 +79,19 @@ TEST(SceneVolumeTest, SamplesKeepTheirTypeAndAreMovedOrShared)
         [&shared](const auto* numbers, std::size_t) { EXPECT_EQ(static_cast<const void*>(numbers), shared->data()); });
 }
 
+TEST(SceneVolumeTest, WhatSomebodyElseMayStillChangeIsCopied)
+{
+    auto shared = std::make_shared<std::vector<float>>(8, 1.0F);
+    const void* const there = shared->data();
+    const auto sentData = [] { return takeVolume()->fields.at(0).values.numbers.getData(); };
+    scene("volumes").volume("v", shared, {2, 2, 2});
+    EXPECT_NE(sentData(), there);
+    scene("volumes").volume("v", std::move(shared), {2, 2, 2});
+    EXPECT_EQ(sentData(), there) << "nobody else holds it";
+    scene("volumes").volume("v", std::shared_ptr<std::vector<float>>(), {2, 2, 2});
+    EXPECT_FALSE(takeVolume()) << "nothing is no volume";
+}
+
 TEST(SceneVolumeTest, SeveralNumbersOfASampleAreColours)
 {
     scene("volumes").volume("v", std::vector<std::uint8_t>(24), {2, 2, 2});
@@ -130,6 +143,11 @@ TEST(SceneVolumeTest, SizesThatDoNotMatchAreRefused)
         "colours");
     const std::int64_t huge = std::int64_t(1) << 62;
     expectRefused([&] { scene.volume("v", EIGHT, {huge, huge, huge}); }, "samples are too many along one axis");
+    expectRefused(
+        [&] {
+            scene.volume("v", EIGHT, {std::uint64_t(1) << 63, 2, ~std::uint64_t(0)});
+        },
+        "9.223372037e+18 x 2 x 9.223372037e+18 samples are too many along one axis");
     const std::int64_t two32 = std::int64_t(1) << 32;
     expectRefused(
         [&] {

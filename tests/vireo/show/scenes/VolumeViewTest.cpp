@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <limits>
+#include <tuple>
 
 #include "tests/vireo/show/scenes/sceneUpdates.h"
 #include "vireo/show/Grid.h"
@@ -211,6 +213,57 @@ TEST_F(VolumeViewTest, RangeHasTheFirstAndTheLastColour)
     send(m_View, "volume", other);
     EXPECT_EQ(colourAt({-1, 0, 0}), mapped(1, "grey")) << "above a range that is none";
     EXPECT_NEAR(colourAt({-3.5, 0, 0}).red(), mapped(0.5, "grey").red(), 3);
+}
+
+// Of its own range, which is none, or of one that it is in, below or above.
+TEST_F(VolumeViewTest, AConstantIsSeenAsOne)
+{
+    for (const double constant : {5.0, 0.0, -1e200, 5e-324, 1e-310}) {
+        ItemUpdate update = volume(centred({3, 3, 3}, {1, 1, 1}), std::vector<double>(27, constant));
+        update.range.reset();
+        SceneUpdate removed;
+        removed.remove("volume");
+        m_View.apply(removed);
+        send(m_View, "volume", update);
+        EXPECT_EQ(colourAt({0, 0, 0}), mapped(0.5)) << constant;
+    }
+    ItemUpdate update = volume(centred({3, 3, 3}, {1, 1, 1}), std::vector<float>(27, 5));
+    const std::tuple<double, double, double> places[] = {{0, 10, 0.5}, {0, 5, 1}, {6, 6, 0}, {4, 4, 1}, {5, 5, 0.5}};
+    for (const auto& [from, to, place] : places) {
+        update.range = std::pair(from, to);
+        send(m_View, "volume", update);
+        EXPECT_EQ(colourAt({0, 0, 0}), mapped(place)) << from << ' ' << to;
+    }
+}
+
+TEST_F(VolumeViewTest, TheSmallestNumbersAreToldApart)
+{
+    for (const double largest : {1e-310, 1e-322}) {
+        ItemUpdate update = row(std::vector<double>{0, largest});
+        update.range = std::pair(0.0, largest);
+        send(m_View, "volume", update);
+        EXPECT_EQ(colourAt({-1.8, 0, 0}), mapped(0)) << largest;
+        EXPECT_EQ(colourAt({1.8, 0, 0}), mapped(1)) << largest;
+    }
+}
+
+TEST_F(VolumeViewTest, OfNoNumbersThereIsOneLineAndNoBar)
+{
+    ItemUpdate update = volume(centred({2, 2, 2}, {2, 2, 2}), std::vector<float>(8, NAN));
+    update.range.reset();
+    testing::internal::CaptureStderr();
+    send(m_View, "nothing", update);
+    m_View.resize(600, 400);
+    const QImage shown = m_View.picture({600, 400});
+    m_View.picture({600, 400});
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(said, testing::HasSubstr("scene(\"volumes\"), \"nothing\": none of its 2 x 2 x 2 samples is a number: "
+                                         "there is nothing to see"));
+    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1);
+    EXPECT_EQ(rectOf(shown, mapped(1)), QRect()) << "there is no bar of its colours";
+    update = volume(centred({2, 2, 2}, {2, 2, 2}), std::vector<float>{NAN, NAN, NAN, 1, NAN, NAN, NAN, 2});
+    send(m_View, "nothing", update);
+    EXPECT_NE(rectOf(m_View.picture({600, 400}), mapped(1)), QRect());
 }
 
 TEST_F(VolumeViewTest, OpacityFollowsTheValues)
