@@ -155,7 +155,10 @@ ItemShape shapeOf(ItemKind kind, const Points& points, const Points& ends = {})
 
 void sendShape(const ViewSlotPointer& slot, std::string_view path, ItemShape shape)
 {
-    changeItem(slot, std::string(path), [&](ItemUpdate& item) { item.shape = std::move(shape); });
+    changeItem(slot, std::string(path), [&](ItemUpdate& item) {
+        item.shape = std::move(shape);
+        item.isosurface.reset();
+    });
 }
 
 void sendField(
@@ -585,6 +588,27 @@ Item Item::maximumIntensity(bool isMaximum, const Statement&) const
 {
     changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.isMaximum = isMaximum; });
     return *this;
+}
+
+Item Item::lighting(bool isLit, const Statement&) const
+{
+    changeItem(m_Slot, m_Path, [=](ItemUpdate& item) { item.isLit = isLit; });
+    return *this;
+}
+
+Item Item::isosurface(double value, std::string_view name, const Statement&) const
+{
+    Item surface(m_Slot, m_Path + '/' + std::string(name));
+    if (!isSent(m_Slot))
+        return surface;
+    if (std::isfinite(value))
+        changeItem(m_Slot, surface.m_Path, [&](ItemUpdate& item) {
+            item.shape.reset();
+            item.isosurface = IsosurfaceOf{m_Path, value};
+        });
+    else
+        Call{m_Slot, "isosurface", m_Path}.refuse("a value of " + digits(value) + " is nowhere");
+    return surface;
 }
 
 Item Item::backFaces(bool areSeen, const Statement&) const

@@ -119,6 +119,23 @@ public:
     /// other.
     Item maximumIntensity(bool isMaximum = true, const Statement& statement = Statement()) const;
 
+    /// Whether light falls on a volume, from where it is seen: the more a place is inclined, by how the values rise
+    /// there, the darker it is. Of greatest values, none is.
+    Item lighting(bool isLit = true, const Statement& statement = Statement()) const;
+
+    /// Where the samples of a volume have a value: a smooth surface, which is an item of its own below the volume's
+    /// path, and which this returns. It follows new samples. Colour, opacity and all else are said of it as of a mesh:
+    ///
+    ///     const std::vector<float> density(64 * 64 * 32);
+    ///     const tavo::Item head = tavo::scene("head").volume("density", density, {64, 64, 32});
+    ///     head.isosurface(300).colour({230, 220, 200, 255});
+    ///     head.isosurface(40, "skin").opacity(0.3);
+    ///
+    /// It ends where the volume does, and where samples are not finite. Of a large volume it is made in a thread, and
+    /// comes when it is there. A volume of colours has none, nor has a value that all samples are above or below, which
+    /// is said in the log.
+    Item isosurface(double value, std::string_view name = "isosurface", const Statement& statement = Statement()) const;
+
     /// Whether the faces of a mesh are seen from behind too, as they are by default. Seen from the front, the vertices
     /// of a face go around counter-clockwise. Edges are seen from everywhere.
     Item backFaces(bool areSeen = true, const Statement& statement = Statement()) const;

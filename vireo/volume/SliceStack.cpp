@@ -5,11 +5,12 @@
 namespace tavo {
 
 void SliceStack::draw(
-    int direction, float sMax, float tMax, const std::function<void(unsigned int slice)>& bindSlice) const
+    int direction, float sMax, float tMax, const std::function<void(unsigned int slice)>& bindSlice, int step) const
 {
-    const int count = getNumSlices();
+    const int first = step / 2;
+    const int count = (getNumSlices() - first + step - 1) / step;
     for (int i = 0; i < count; ++i) {
-        const int slice = direction == 1 ? count - 1 - i : i;
+        const int slice = first + step * (direction == 1 ? count - 1 - i : i);
         bindSlice(static_cast<unsigned int>(slice));
         drawQuad(getPosition(slice), sMax, tMax);
     }

@@ -59,8 +59,9 @@ public:
     float getDistance() const { return m_Box.getExtent()[m_Axis] / static_cast<float>(getNumSlices()); }
 
     // Draws the slices from the back to the front, with texture coordinates from 0 to sMax and tMax on unit 0. Calls
-    // bindSlice with the number of each before it.
-    void draw(int direction, float sMax, float tMax, const std::function<void(unsigned int slice)>& bindSlice) const;
+    // bindSlice with the number of each before it. Of `step` slices only the middle one is drawn.
+    void draw(int direction, float sMax, float tMax, const std::function<void(unsigned int slice)>& bindSlice,
+        int step = 1) const;
 
 private:
     void drawQuad(float position, float sMax, float tMax) const;

@@ -336,14 +336,28 @@ void SliceVolumeRenderer::drawSlices(const SliceStack& stack, int direction) con
 {
     const float sMax = static_cast<float>(stack.getWidth()) / static_cast<float>(textureSize(stack.getWidth()));
     const float tMax = static_cast<float>(stack.getHeight()) / static_cast<float>(textureSize(stack.getHeight()));
-    stack.draw(direction, sMax, tMax, [&](unsigned int slice) {
+    const auto bindSlice = [&](unsigned int slice) {
         for (unsigned int channel = 0; channel < textureNames.size(); ++channel) {
             glActiveTextureARB(GL_TEXTURE0 + channel);
             glBindTexture(GL_TEXTURE_2D, textureNames[channel][slabStarts[channel][stack.getAxis()] + slice]);
             glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
         }
+        if (m_NeighbourUnit != 0)
+            bindNeighbours(stack, slice);
         glActiveTextureARB(GL_TEXTURE0);
-    });
+    };
+    const int step = static_cast<int>(std::min(m_Step, static_cast<unsigned int>(stack.getNumSlices())));
+    stack.draw(direction, sMax, tMax, bindSlice, step);
+}
+
+void SliceVolumeRenderer::bindNeighbours(const SliceStack& stack, unsigned int slice) const
+{
+    const unsigned int* const names = textureNames[0].data() + slabStarts[0][stack.getAxis()];
+    const auto last = static_cast<unsigned int>(stack.getNumSlices()) - 1;
+    glActiveTextureARB(GL_TEXTURE0 + m_NeighbourUnit);
+    glBindTexture(GL_TEXTURE_2D, names[slice > 0 ? slice - 1 : 0]);
+    glActiveTextureARB(GL_TEXTURE0 + m_NeighbourUnit + 1);
+    glBindTexture(GL_TEXTURE_2D, names[std::min(slice + 1, last)]);
 }
 
 } // namespace tavo

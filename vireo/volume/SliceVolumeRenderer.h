@@ -86,6 +86,17 @@ public:
     void setOpacityDistance(float distance);
     float getOpacityDistance() const { return m_OpacityDistance; }
 
+    /// Binds beside each slice of channel 0 those before and behind it along the axis, on this unit and the next one,
+    /// for a program of yours that computes gradients; at the ends, the slice itself. Units of other channels must be
+    /// left alone. With 0, the default, none are bound. Needs no context.
+    void setNeighbourUnit(unsigned int unit) { m_NeighbourUnit = unit; }
+    unsigned int getNeighbourUnit() const { return m_NeighbourUnit; }
+
+    /// Draws only one of so many slices, or one if there are fewer: sooner, for a view that moves. The opacity of each
+    /// slice stays as it is. Needs no context.
+    void setStep(unsigned int step) { m_Step = step > 0 ? step : 1; }
+    unsigned int getStep() const { return m_Step; }
+
     /// Sets a function to call while textures are made, before the first slice and after each, with how many slices are
     /// done and how many there are. It must not draw with this renderer nor dispose of its textures, and must leave the
     /// context current and GL's state as it was. An empty function, the default, is not called. Copies of the renderer
@@ -132,6 +143,7 @@ private:
         const VolumeChannel& channel, const SliceStack& stack, unsigned int channelNumber, const Use& use) const;
     std::array<unsigned char, 256> opacitiesOf(const SliceStack& stack) const;
     void drawSlices(const SliceStack& stack, int direction) const;
+    void bindNeighbours(const SliceStack& stack, unsigned int slice) const;
 
     Source m_Source;
     std::vector<Table> m_Tables;        // of each channel
@@ -139,6 +151,8 @@ private:
     unsigned int m_TableSize = 0;
     float m_OpacityDistance = 0;
     bool m_IsCentred = false;
+    unsigned int m_NeighbourUnit = 0;
+    unsigned int m_Step = 1;
     Progress m_Progress;
 };
 

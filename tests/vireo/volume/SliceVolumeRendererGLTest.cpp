@@ -460,6 +460,45 @@ TEST_F(SliceVolumeRendererGLTest, DrawsSlicesInTheMiddleOfTheirLayersOnDemand)
     }
 }
 
+TEST_F(SliceVolumeRendererGLTest, DrawsTheMiddleOneOfSeveralSlicesOnDemand)
+{
+    RegularVolume volume = makeCodedVolume({2, 2, 7});
+    m_Renderer.drawVolume(&volume, ALONG_Z, DENSITY, &mapCode, nullptr);
+    const std::vector<unsigned int> names(m_Renderer.textureNames[0].begin() + 4, m_Renderer.textureNames[0].end());
+    const auto slicesOf = [&](unsigned int step, const Vector3f& view) {
+        m_Renderer.setStep(step);
+        std::vector<std::ptrdiff_t> slices;
+        for (const std::string& call : drawingCalls(volume, view, "glBindTexture"))
+            for (std::size_t i = 0; i < names.size(); ++i)
+                if (call == "glBindTexture(GL_TEXTURE_2D, " + std::to_string(names[i]) + ")")
+                    slices.push_back(static_cast<std::ptrdiff_t>(i));
+        return slices;
+    };
+    EXPECT_EQ(m_Renderer.getStep(), 1U);
+    EXPECT_THAT(slicesOf(1, ALONG_Z), ElementsAre(6, 5, 4, 3, 2, 1, 0));
+    EXPECT_THAT(slicesOf(2, ALONG_Z), ElementsAre(5, 3, 1));
+    EXPECT_THAT(slicesOf(3, {0, 0, -1}), ElementsAre(1, 4));
+    EXPECT_THAT(slicesOf(100, ALONG_Z), ElementsAre(3));
+    EXPECT_THAT(slicesOf(0, {0, 0, -1}), ElementsAre(0, 1, 2, 3, 4, 5, 6));
+}
+
+TEST_F(SliceVolumeRendererGLTest, BindsTheNeighboursOfSlicesOnDemand)
+{
+    RegularVolume volume = makeCodedVolume({2, 2, 3});
+    m_Renderer.drawVolume(&volume, ALONG_Z, DENSITY, &mapCode, nullptr);
+    const std::vector<unsigned int> names(m_Renderer.textureNames[0].begin() + 4, m_Renderer.textureNames[0].end());
+    const auto bound = [&](std::size_t slice) {
+        return "glBindTexture(GL_TEXTURE_2D, " + std::to_string(names[slice]) + ")";
+    };
+    EXPECT_EQ(m_Renderer.getNeighbourUnit(), 0U);
+    EXPECT_THAT(drawingCalls(volume, ALONG_Z, "glBindTexture"), ElementsAre(bound(2), bound(1), bound(0)));
+    m_Renderer.setNeighbourUnit(1);
+    EXPECT_THAT(drawingCalls(volume, ALONG_Z, "glBindTexture"),
+        ElementsAre(bound(2), bound(1), bound(2), bound(1), bound(0), bound(2), bound(0), bound(0), bound(1)));
+    EXPECT_THAT(drawingCalls(volume, ALONG_Z, "glActiveTextureARB(GL_TEXTURE1)"), SizeIs(testing::Ge(3U)));
+    EXPECT_THAT(drawingCalls(volume, ALONG_Z, "glActiveTextureARB(GL_TEXTURE2)"), SizeIs(testing::Ge(3U)));
+}
+
 // Eight layers, two and four: only where they count by their thickness are they as opaque together.
 TEST_F(SliceVolumeRendererGLTest, IsAsOpaqueAlongEveryAxisOnDemand)
 {

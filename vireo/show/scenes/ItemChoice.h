@@ -35,6 +35,7 @@ struct ItemChoice
     std::optional<bool> areEdgesSeen;
     std::optional<bool> areBackFacesSeen;
     std::optional<bool> isMaximum;
+    std::optional<bool> isLit;
 
     bool operator==(const ItemChoice& other) const = default;
 };

@@ -99,6 +99,7 @@ void ItemProperties::makeRows()
     addRow(m_Preset, tr("Preset"));
     addRow(m_Opacities);
     addRow(m_Maximum);
+    addRow(m_Light);
     addRow(m_Size, tr("Point size"));
     addRow(m_OpacityRow, tr("Opacity"));
     addRow(m_Shading, tr("Shading"));
@@ -197,6 +198,8 @@ void ItemProperties::makeVolume()
     m_Opacities->setObjectName("opacities");
     m_Maximum = made(new QCheckBox(tr("Greatest values only")), "maximum", tr("Greatest values only"),
         tr("Whether only the greatest value along each line of sight is seen"));
+    m_Light = made(new QCheckBox(tr("Light")), "light", tr("Light"),
+        tr("Whether light falls on it, by how steeply its values rise"));
 }
 
 void ItemProperties::connectVolume()
@@ -217,6 +220,8 @@ void ItemProperties::connectVolume()
     });
     connect(m_Maximum, &QCheckBox::toggled, this,
         [this](bool isOn) { emit choiceMade([isOn](auto& choice, const auto&) { choice.isMaximum = isOn; }); });
+    connect(m_Light, &QCheckBox::toggled, this,
+        [this](bool isOn) { emit choiceMade([isOn](auto& choice, const auto&) { choice.isLit = isOn; }); });
 }
 
 void ItemProperties::connectAll()
@@ -292,7 +297,7 @@ void ItemProperties::showNothing()
     m_Name->setEnabled(false);
     m_Name->setToolTip({});
     for (QWidget* row : std::initializer_list<QWidget*>{m_Field, m_Scale, m_Colour, m_ColourMap, m_Range, m_Preset,
-             m_Opacities, m_Maximum, m_Size, m_OpacityRow, m_Shading, m_Faces, m_Reset})
+             m_Opacities, m_Maximum, m_Light, m_Size, m_OpacityRow, m_Shading, m_Faces, m_Reset})
         setRowVisible(row, false);
 }
 
@@ -338,7 +343,7 @@ void ItemProperties::showItem(const SceneItem& item)
 void ItemProperties::showVolume(const ItemState& state)
 {
     const bool isVolume = state.kind == ItemKind::Volume;
-    for (QWidget* row : std::initializer_list<QWidget*>{m_Preset, m_Opacities, m_Maximum})
+    for (QWidget* row : std::initializer_list<QWidget*>{m_Preset, m_Opacities, m_Maximum, m_Light})
         setRowVisible(row, isVolume);
     if (!isVolume)
         return;
@@ -349,6 +354,8 @@ void ItemProperties::showVolume(const ItemState& state)
     });
     chooseQuietly(m_Preset, preset != presets.end() ? static_cast<int>(preset - presets.begin()) + 1 : 0);
     checkQuietly(m_Maximum, state.isMaximum);
+    checkQuietly(m_Light, state.isLit);
+    m_Light->setEnabled(!state.isMaximum);
     m_Opacities->setCurve(state.opacities, findColourMap(state.colourMap).value(), state.range);
 }
 

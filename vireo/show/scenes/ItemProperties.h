@@ -92,6 +92,7 @@ private:
     QComboBox* m_Preset;
     OpacityEditor* m_Opacities;
     QCheckBox* m_Maximum;
+    QCheckBox* m_Light;
     QDoubleSpinBox* m_Size;
     QWidget* m_OpacityRow;
     QSlider* m_OpacitySlider;

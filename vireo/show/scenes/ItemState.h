@@ -36,6 +36,7 @@ struct ItemState
     bool areBackFacesSeen = true;
     OpacityCurve opacities; // of a volume
     bool isMaximum = false;
+    bool isLit = false;
 
     // What can take the place of `shown`.
     std::vector<std::string> waysToColour() const

@@ -14,9 +14,10 @@ namespace tavo {
 struct PointShare
 {
     std::size_t numPhases = PointPhases::ALL;
-    double enlargement = 1; // of points, where few stand for many
-    Matrix4 projection;     // to clip space
-    double width = 1;       // of the picture, in pixels
+    double enlargement = 1;     // of points, where few stand for many
+    unsigned int sliceStep = 1; // of so many slices of volumes one is drawn
+    Matrix4 projection;         // to clip space
+    double width = 1;           // of the picture, in pixels
     double height = 1;
 
     // Of all phases, only these points; of fewer, what they have of the chunks in which these are.

@@ -57,6 +57,8 @@ void SceneItem::apply(ItemUpdate& update)
     bool isShapeNew = update.shape.has_value();
     if (isShapeNew)
         m_IsClosed.reset();
+    if (update.isosurface || isShapeNew)
+        m_Isosurface.swap(update.isosurface);
     replace(m_Shape, update.shape);
     if (isShapeNew && isVolume() && !update.colours)
         m_Colours.dropSent(); // its samples were colours
@@ -132,6 +134,7 @@ void SceneItem::applyStyle(ItemUpdate& update)
     replace(m_Sent.areEdgesSeen, update.areEdgesSeen);
     replace(m_Sent.areBackFacesSeen, update.areBackFacesSeen);
     replace(m_Sent.isMaximum, update.isMaximum);
+    replace(m_Sent.isLit, update.isLit);
 }
 
 // What is chosen wins over what was sent. Returns whether the shape has to be drawn anew.
@@ -148,6 +151,7 @@ bool SceneItem::settleStyle()
     m_AreEdgesSeen = m_Chosen.areEdgesSeen.value_or(m_Sent.areEdgesSeen.value_or(false));
     m_AreBackFacesSeen = m_Chosen.areBackFacesSeen.value_or(m_Sent.areBackFacesSeen.value_or(true));
     m_IsMaximum = m_Chosen.isMaximum.value_or(m_Sent.isMaximum.value_or(false));
+    m_IsLit = m_Chosen.isLit.value_or(m_Sent.isLit.value_or(false));
     if (m_Colours.settleStyle(m_Chosen) || m_Opacity != opacityBefore)
         m_AreColoursUploaded = false;
     return m_IsSmooth != wasSmooth;
@@ -182,6 +186,11 @@ bool SceneItem::isVolumeOfNothing() const
     return field && !ItemColours::haveNumbers(*field);
 }
 
+std::optional<std::size_t> SceneItem::sampleAlong(const VolumeRay& ray) const
+{
+    return isVolume() ? ItemVolume::sampleAlong(ray, m_Colours, m_Opacity, m_IsMaximum) : std::nullopt;
+}
+
 bool SceneItem::isUnlitCloud() const
 {
     return m_Shape && kind() == ItemKind::Cloud && !m_Normals.used();
@@ -196,7 +205,7 @@ ItemState SceneItem::state() const
 {
     ItemState state{kind(), m_Colours.sent() != nullptr, m_Normals.used() != nullptr, {}, areLabelsShown(),
         m_Colours.nameOfShown(), {}, m_Colours.colourMap(), {}, size(), radii(), m_Opacity, m_IsSmooth, m_AreEdgesSeen,
-        m_AreBackFacesSeen, m_Colours.opacities(), m_IsMaximum};
+        m_AreBackFacesSeen, m_Colours.opacities(), m_IsMaximum, m_IsLit};
     for (const SceneField& field : fields())
         state.fields.push_back({field.name, field.areLabels});
     const ItemColours::Field* const field = m_Colours.shownField();
@@ -367,7 +376,7 @@ bool SceneItem::prepare(GLContext& context)
 std::size_t SceneItem::draw(const Matrix4& modelView, bool isGroundDark, double scale, const PointShare& share)
 {
     if (isVolume())
-        m_Volume.draw(modelView, m_IsMaximum);
+        m_Volume.draw(modelView, {m_IsMaximum, m_IsLit, share.sliceStep});
     if (!m_Buffers.canDraw())
         return 0;
     glLoadMatrixd(modelView.numbers.data());

@@ -20,6 +20,7 @@
 #include "vireo/show/scenes/drawnItem.h"
 #include "vireo/show/scenes/sceneData.h"
 #include "vireo/show/volumes/ItemVolume.h"
+#include "vireo/show/volumes/VolumeRay.h"
 
 namespace tavo {
 
@@ -65,6 +66,16 @@ public:
 
     // How many samples of a volume are drawn; null before it has been.
     const Vector3i* drawnSize() const { return m_Volume.drawnSize(); }
+
+    // Whether light should fall on the volume, and the driver cannot do that.
+    bool isLightMissing() const { return m_IsLit && isVolume() && m_Volume.isLightMissing(); }
+
+    // The sample of the volume that is seen along a ray: where it hides what is behind it, or the greatest. None if the
+    // ray passes it, or goes through it and hardly anything is seen of it.
+    std::optional<std::size_t> sampleAlong(const VolumeRay& ray) const;
+
+    // What of which volume it is; null if it is what was sent.
+    const IsosurfaceOf* isosurface() const { return m_Isosurface ? &*m_Isosurface : nullptr; }
 
     const SceneBox& box() const { return m_Drawn.box; }
 
@@ -159,6 +170,7 @@ private:
         std::optional<bool> areEdgesSeen;
         std::optional<bool> areBackFacesSeen;
         std::optional<bool> isMaximum;
+        std::optional<bool> isLit;
     };
 
     void applyStyle(ItemUpdate& update);
@@ -185,6 +197,7 @@ private:
     std::size_t m_Revision = 0;
     std::size_t m_DataRevision = 0;
     std::optional<ItemShape> m_Shape;
+    std::optional<IsosurfaceOf> m_Isosurface;
     ItemColours m_Colours;
     SentNumbers m_Normals;
     SentNumbers m_Radii; // one, or as many as there are points
@@ -199,6 +212,7 @@ private:
     bool m_AreEdgesSeen = false;
     bool m_AreBackFacesSeen = true;
     bool m_IsMaximum = false;
+    bool m_IsLit = false;
 
     DrawnItem m_Drawn; // after the upload, without what the buffers have
     ItemBuffers m_Buffers;

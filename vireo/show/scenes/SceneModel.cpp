@@ -39,9 +39,20 @@ bool SceneModel::apply(SceneUpdate& update)
         const auto found = m_Items.find(path);
         SceneItem& item = found != m_Items.end() ? found->second : add(path);
         runGuarded([&item = item, &itemUpdate = itemUpdate] { item.apply(itemUpdate); });
-        doesWait = doesWait || !item.waiting().empty();
+        doesWait = doesWait || !item.waiting().empty() || lacksVolume(item);
     }
+    runGuarded([this] { m_Surfaces.follow(m_Items, say()); });
     return doesWait;
+}
+
+bool SceneModel::takeSurfaces()
+{
+    return m_Surfaces.take(m_Items, say());
+}
+
+void SceneModel::finishSurfaces()
+{
+    m_Surfaces.finish(m_Items, say());
 }
 
 SceneItem& SceneModel::add(const std::string& path)
@@ -64,11 +75,28 @@ std::string SceneModel::nameOf(const std::string& path) const
     return "scene(\"" + printable(m_Name, SHOWN_CHARACTERS) + "\"), \"" + printable(path, SHOWN_CHARACTERS) + '"';
 }
 
+bool SceneModel::lacksVolume(const SceneItem& item) const
+{
+    if (!item.isosurface())
+        return false;
+    const auto volume = m_Items.find(item.isosurface()->volume);
+    return volume == m_Items.end() || !volume->second.isVolume();
+}
+
+VolumeSurfaces::Say SceneModel::say() const
+{
+    return [this](const std::string& path, const std::string& sentence) { sayOnce(nameOf(path) + ": " + sentence); };
+}
+
 void SceneModel::sayWhatWaits() const
 {
-    for (const auto& [path, item] : m_Items)
+    for (const auto& [path, item] : m_Items) {
         for (const std::string& sentence : item.waiting())
             sayOnce(nameOf(path) + ": " + sentence);
+        if (lacksVolume(item))
+            sayOnce(nameOf(path) + ": there is no volume \"" + printable(item.isosurface()->volume, SHOWN_CHARACTERS) +
+                    '"');
+    }
 }
 
 void SceneModel::sayWhatIsReduced() const
@@ -80,6 +108,8 @@ void SceneModel::sayWhatIsReduced() const
         if (item.isVolumeOfNothing())
             sayOnce(nameOf(path) + ": none of its " + written(item.shape()->grid->size) +
                     " samples is a number: there is nothing to see");
+        if (item.isLightMissing())
+            sayOnce(nameOf(path) + ": the driver has no programs for the light on it; it is drawn without");
         const Vector3i* const drawn = item.drawnSize();
         if (drawn && *drawn != item.shape()->grid->size)
             sayOnce(nameOf(path) + ": " + written(item.shape()->grid->size) +

@@ -11,6 +11,7 @@
 #include "vireo/show/scenes/SceneChoices.h"
 #include "vireo/show/scenes/SceneItem.h"
 #include "vireo/show/scenes/SceneUpdate.h"
+#include "vireo/show/volumes/VolumeSurfaces.h"
 
 namespace tavo {
 
@@ -35,6 +36,12 @@ public:
 
     // Takes over what was sent to the items. Returns whether anything of it waits for its points.
     bool apply(SceneUpdate& update);
+
+    // Whether surfaces of volumes are still to come; takes those that are there, and returns whether any were; waits
+    // for them all.
+    bool isBusy() const { return m_Surfaces.areBusy(); }
+    bool takeSurfaces();
+    void finishSurfaces();
 
     // Says in the log what waits still, each thing once.
     void sayWhatWaits() const;
@@ -69,12 +76,15 @@ public:
 
 private:
     std::string nameOf(const std::string& path) const;
+    VolumeSurfaces::Say say() const;
+    bool lacksVolume(const SceneItem& surface) const;
     SceneItem& add(const std::string& path);
     void remove(const std::string& branch);
     Matrix4 matrixOf(const std::string& path) const;
 
     std::string m_Name;
     std::map<std::string, SceneItem> m_Items;
+    VolumeSurfaces m_Surfaces;
     SceneChoices m_Choices;
     ClipBox m_ClipBox;
     std::map<std::string, Matrix4> m_Transforms;

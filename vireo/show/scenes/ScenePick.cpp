@@ -58,6 +58,13 @@ std::string written(const NumberTuples& tuples, std::size_t i)
            written(tuples.numbers, 3 * i + 2);
 }
 
+Vector3i placeOfSample(const VolumeGrid& grid, std::size_t sample)
+{
+    const auto nx = static_cast<std::size_t>(grid.size[0]);
+    const auto ny = static_cast<std::size_t>(grid.size[1]);
+    return {static_cast<int>(sample % nx), static_cast<int>(sample / nx % ny), static_cast<int>(sample / nx / ny)};
+}
+
 // Where the ray meets what was hit.
 struct Hit
 {
@@ -275,17 +282,29 @@ Hit hitOf(const ItemShape& shape, std::size_t source, const Matrix4& matrix, con
     case ItemKind::Vectors: return arrowHit(shape, source, {matrix, ray});
     case ItemKind::Boxes: return boxHit(shape, source, {matrix, ray});
     case ItemKind::Frame: return axisHit(shape, source, {matrix, ray});
+    case ItemKind::Volume: {
+        const Vector3i sample = placeOfSample(*shape.grid, source);
+        return {source, source, shape.grid->at({double(sample[0]), double(sample[1]), double(sample[2])})};
+    }
     case ItemKind::Cloud:
-    case ItemKind::Volume:
     case ItemKind::Text: break;
     }
     return {source, source, vectorAt(shape.points, source)};
 }
 
-std::string nameOf(ItemKind kind, const Picked& picked)
+Vector3d positionOf(const ItemShape& shape, const Hit& hit)
+{
+    switch (shape.kind) {
+    case ItemKind::Frame: return shape.frame * Vector3d();
+    case ItemKind::Volume: return hit.local;
+    default: return vectorAt(shape.points, hit.index);
+    }
+}
+
+std::string nameOf(const ItemShape& shape, const Picked& picked)
 {
     const std::string index = std::to_string(picked.index);
-    switch (kind) {
+    switch (shape.kind) {
     case ItemKind::Mesh: return "vertex " + index + ", face " + std::to_string(picked.element);
     case ItemKind::Lines:
     case ItemKind::Segments: return "point " + index + ", line " + std::to_string(picked.element);
@@ -293,8 +312,12 @@ std::string nameOf(ItemKind kind, const Picked& picked)
     case ItemKind::Boxes: return "box " + index;
     case ItemKind::Frame: return std::string(1, "xyz"[picked.index]) + " axis";
     case ItemKind::Text: return "text";
-    case ItemKind::Cloud:
-    case ItemKind::Volume: break;
+    case ItemKind::Volume: {
+        const Vector3i sample = placeOfSample(*shape.grid, picked.index);
+        return "sample " + std::to_string(sample[0]) + ", " + std::to_string(sample[1]) + ", " +
+               std::to_string(sample[2]);
+    }
+    case ItemKind::Cloud: break;
     }
     return "point " + index;
 }
@@ -302,10 +325,15 @@ std::string nameOf(ItemKind kind, const Picked& picked)
 std::vector<std::string> coordinatesOf(const ItemShape& shape, const Picked& picked)
 {
     std::vector<std::string> lines;
+    const auto coordinate = [&](std::size_t i) {
+        switch (shape.kind) {
+        case ItemKind::Frame: return written(picked.position[i]);
+        case ItemKind::Volume: return rounded(picked.position[i]);
+        default: return written(shape.points.numbers, 3 * picked.index + i);
+        }
+    };
     for (std::size_t i = 0; i < 3; ++i)
-        lines.push_back(std::string(1, "xyz"[i]) + ' ' +
-                        (shape.kind == ItemKind::Frame ? written(picked.position[i])
-                                                       : written(shape.points.numbers, 3 * picked.index + i)));
+        lines.push_back(std::string(1, "xyz"[i]) + ' ' + coordinate(i));
     if (shape.kind == ItemKind::Vectors)
         lines.push_back("direction " + written(shape.ends, picked.index));
     if (shape.kind == ItemKind::Boxes)
@@ -320,7 +348,7 @@ std::vector<std::string> coordinatesOf(const ItemShape& shape, const Picked& pic
 void takeValues(ScenePick& pick, const SceneItem& item)
 {
     const std::size_t index = pick.picked.index;
-    if (index >= item.shape()->points.size())
+    if (index >= item.shape()->numPoints())
         return;
     for (const SceneField& field : item.fields()) {
         const std::size_t i = field.areOfParts ? pick.picked.element : index;
@@ -397,9 +425,9 @@ ScenePick pickOf(const SceneModel::Placed& placed, std::size_t vertex, const Ray
     pick.picked.path = *placed.path;
     pick.picked.index = hit.index;
     pick.picked.element = hit.element;
-    pick.picked.position = shape.kind == ItemKind::Frame ? shape.frame * Vector3d() : vectorAt(shape.points, hit.index);
+    pick.picked.position = positionOf(shape, hit);
     pick.picked.place = placed.matrix * hit.local;
-    pick.lines = {printable(pick.picked.path, LONGEST_NAME), nameOf(shape.kind, pick.picked)};
+    pick.lines = {printable(pick.picked.path, LONGEST_NAME), nameOf(shape, pick.picked)};
     for (const std::string& line : coordinatesOf(shape, pick.picked))
         pick.lines.push_back(line);
     takeValues(pick, *placed.item);

@@ -40,6 +40,16 @@ bool isOutside(const SceneItem& item, const Matrix4& toClipSpace)
            isOutside(Box3d(box.getMin() - item.origin(), box.getMax() - item.origin()), toClipSpace.numbers);
 }
 
+// But for rounding, and half a sample.
+bool isIn(const SceneBox& box, const Vector3d& place)
+{
+    const double margin = 0.01 * box.diagonal();
+    for (std::size_t i = 0; i < 3; ++i)
+        if (place[i] < box.getMin()[i] - margin || place[i] > box.getMax()[i] + margin)
+            return false;
+    return true;
+}
+
 // Calls use(i, offset) for each pixel that is one of the picture.
 template <typename Use>
 void forEachPixel(const QSize& size, const QPoint& pixel, Use use)
@@ -109,14 +119,41 @@ std::optional<ScenePick> ScenePicker::pick(const SceneCamera& camera, const QSiz
         return {};
     std::array<RGBA8, std::size_t(PICK_SIDE) * PICK_SIDE> ids{};
     forEachPixel(size, pixel, [&](std::size_t i, const QPoint&) { ids[i] = pixels->ids[i]; });
-    const std::optional<PickedPixel> nearest = nearestPicked(ids);
-    if (!nearest)
-        return {};
-    const auto [item, vertex] = m_Context->getPickTarget().vertexOf(nearest->id);
-    const Vector2d place(pixel.x() + nearest->x + 0.5, pixel.y() + nearest->y + 0.5);
-    const Ray ray = rayThrough(camera, sizeOf(size), place);
     const std::optional<SceneBox> clip = m_Model.drawnClipBox();
-    return pickOf(m_Drawn[item], vertex, clip ? cutTo(*clip, ray) : ray);
+    const auto rayAt = [&](double x, double y) {
+        const Ray ray = rayThrough(camera, sizeOf(size), {pixel.x() + x + 0.5, pixel.y() + y + 0.5});
+        return clip ? cutTo(*clip, ray) : ray;
+    };
+    std::optional<ScenePick> pick;
+    if (const std::optional<PickedPixel> nearest = nearestPicked(ids)) {
+        const auto [item, vertex] = m_Context->getPickTarget().vertexOf(nearest->id);
+        pick = pickOf(m_Drawn[item], vertex, rayAt(nearest->x, nearest->y));
+    }
+    return volumeBefore(std::move(pick), rayAt(0, 0), camera);
+}
+
+// What is hit of the volumes, if that is nearer.
+std::optional<ScenePick> ScenePicker::volumeBefore(
+    std::optional<ScenePick> pick, const Ray& ray, const SceneCamera& camera)
+{
+    Ray seen = ray;
+    seen.isCut = ray.isCut || !camera.isOrthographic();
+    if (!camera.isOrthographic() && dot(seen.start - camera.eye(), seen.direction) < 0)
+        seen.start = camera.eye();
+    const auto depthOf = [&seen](const ScenePick& hit) { return dot(hit.picked.place - seen.start, seen.direction); };
+    const std::optional<SceneBox> clip = m_Model.drawnClipBox();
+    for (const SceneModel::Placed& placed : m_Drawn) {
+        if (!placed.item->isVolume())
+            continue;
+        const VolumeRay along(*placed.item->shape()->grid, placed.matrix, seen.start, seen.direction, seen.isCut);
+        const std::optional<std::size_t> sample = placed.item->sampleAlong(along);
+        if (!sample)
+            continue;
+        ScenePick hit = pickOf(placed, *sample, seen);
+        if ((!clip || isIn(*clip, hit.picked.place)) && (!pick || depthOf(hit) < depthOf(*pick)))
+            pick = std::move(hit);
+    }
+    return pick;
 }
 
 std::optional<Vector3d> ScenePicker::placeAt(const SceneCamera& camera, const QSize& size, const QPoint& pixel)

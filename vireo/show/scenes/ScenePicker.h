@@ -33,6 +33,7 @@ public:
 private:
     std::optional<ScenePick> sectionAt(const SceneCamera& camera, const QSize& size, const QPoint& pixel);
     std::optional<PickTarget::Pixels> draw(const SceneCamera& camera, const QSize& size, const QPoint& pixel);
+    std::optional<ScenePick> volumeBefore(std::optional<ScenePick> pick, const Ray& ray, const SceneCamera& camera);
     void drawItems(PickTarget& target, const SceneCamera& camera, const PointShare& share);
 
     std::shared_ptr<SceneContext> m_Context;

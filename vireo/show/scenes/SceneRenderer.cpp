@@ -120,7 +120,8 @@ void SceneRenderer::drawItems(
         m_PointTime.isTypical = !placed.item->prepare(m_Context->getGL()) && m_PointTime.isTypical;
     m_Model.sayWhatIsReduced();
     begin(camera, pixels, look);
-    const PointShare share = shareOf(camera, pixels, numPhases);
+    PointShare share = shareOf(camera, pixels, numPhases);
+    share.sliceStep = look.sliceStep;
     drawClouds(camera, pixels, look, share);
     const std::optional<SceneBox> clip = m_Model.drawnClipBox();
     {
@@ -212,10 +213,16 @@ void SceneRenderer::drawItem(
     const Placed& placed, const SceneCamera& camera, const SceneLook& look, const PointShare& share)
 {
     glDepthMask(placed.item->isOpaque() ? GL_TRUE : GL_FALSE);
+    if (placed.item->isVolume())
+        glFinish(); // what was drawn before counts not
     const Stopwatch watch;
     const std::size_t numPoints = placed.item->draw(
         camera.modelView(placed.matrix, placed.item->origin()), look.isGroundDark(), look.scale, share);
     glDepthMask(GL_TRUE);
+    if (placed.item->isVolume()) {
+        glFinish();
+        m_PointTime.secondsOfVolumes += share.sliceStep * watch.seconds();
+    }
     if (numPoints < FEWEST_MEASURED)
         return;
     glFinish();

@@ -20,7 +20,8 @@ struct SceneLook
     QFont font;
     double scale = 1; // pixels of the picture for each of the widget's
     bool hasBearings = true;
-    bool hasDepthLight = true; // on clouds without normals, where the driver can
+    bool hasDepthLight = true;  // on clouds without normals, where the driver can
+    unsigned int sliceStep = 1; // of so many slices of volumes one is drawn
 
     bool isGroundDark() const { return ground.lightness() < 128; }
 };
@@ -47,7 +48,8 @@ public:
     {
         std::size_t numPoints = 0;
         double seconds = 0;
-        bool isTypical = true; // nothing was written into buffers for it
+        bool isTypical = true;       // nothing was written into buffers for it
+        double secondsOfVolumes = 0; // if all their slices had been drawn
     };
     const PointTime& getPointTime() const { return m_PointTime; }
 

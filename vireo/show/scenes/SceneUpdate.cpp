@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "tavo/base/text/printable.h"
+#include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/scenes/SceneItem.h"
 #include "vireo/show/scenes/sceneData.h"
+#include "vireo/show/volumes/VolumeSurfaces.h"
 
 namespace tavo {
 
@@ -42,7 +45,10 @@ std::size_t ItemShape::faceOf(std::size_t i) const
 
 void ItemUpdate::merge(ItemUpdate& newer)
 {
-    replace(shape, newer.shape);
+    if (newer.shape || newer.isosurface) {
+        shape.swap(newer.shape);
+        isosurface.swap(newer.isosurface);
+    }
     replace(colours, newer.colours);
     replace(normals, newer.normals);
     for (SceneField& field : newer.fields)
@@ -64,6 +70,7 @@ void ItemUpdate::merge(ItemUpdate& newer)
     replace(areBackFacesSeen, newer.areBackFacesSeen);
     replace(opacities, newer.opacities);
     replace(isMaximum, newer.isMaximum);
+    replace(isLit, newer.isLit);
 }
 
 void ItemUpdate::addField(SceneField& field)
@@ -109,6 +116,12 @@ std::string SceneUpdate::saveData(const QString& file)
     std::map<std::string, SceneItem> shown;
     for (auto& [path, update] : items)
         shown.try_emplace(path, shown.size()).first->second.apply(update);
+    VolumeSurfaces surfaces;
+    const auto saySo = [](const std::string& path, const std::string& sentence) {
+        sayOnce("\"" + printable(path, 80) + "\": " + sentence);
+    };
+    surfaces.follow(shown, saySo);
+    surfaces.finish(shown, saySo);
     return saveScene(file, shown);
 }
 

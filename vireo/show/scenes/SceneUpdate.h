@@ -77,6 +77,13 @@ struct SceneField
     bool areOfParts = false; // as far as it is known
 };
 
+// That an item is where the samples of a volume have a value.
+struct IsosurfaceOf
+{
+    std::string volume; // its path
+    double value = 0;
+};
+
 // What was sent to one item.
 struct ItemUpdate
 {
@@ -99,6 +106,8 @@ struct ItemUpdate
     std::optional<bool> areBackFacesSeen;
     std::optional<OpacityCurve> opacities; // of a volume
     std::optional<bool> isMaximum;         // what is seen of it: the greatest value along each line of sight
+    std::optional<bool> isLit;
+    std::optional<IsosurfaceOf> isosurface; // instead of a shape that is sent
 
     void merge(ItemUpdate& newer);
 

@@ -28,6 +28,8 @@ constexpr int LARGE_VIEW = 900;     // in pixels, from which on the panel is the
 constexpr double LARGEST_SIZE = 64; // in pixels, that keys make of points
 constexpr int LONGEST_WAIT = 1000;  // in milliseconds, of colours for their points
 
+constexpr int UNTIL_ASKED = 20; // in milliseconds, from one look whether surfaces are there to the next
+
 constexpr int UNTIL_REST = 200; // in milliseconds, from when the view moved last
 
 constexpr double SLICE = 0.010;     // in seconds, that events wait while points are drawn
@@ -59,6 +61,8 @@ SceneView::SceneView(const std::string& name)
     m_RestTimer.setInterval(UNTIL_REST);
     connect(&m_RestTimer, &QTimer::timeout, this, [this] { rest(); });
     connect(&m_RefinementTimer, &QTimer::timeout, this, [this] { runGuarded([this] { refine(); }); });
+    m_SurfaceTimer.setInterval(UNTIL_ASKED);
+    connect(&m_SurfaceTimer, &QTimer::timeout, this, [this] { runGuarded([this] { takeSurfaces(); }); });
     m_Gestures = std::make_unique<SceneGestures>(*this);
     m_Mark = std::make_unique<OrientationMark>(*this);
     m_Walk = std::make_unique<SceneWalk>(*this);
@@ -82,6 +86,8 @@ void SceneView::apply(ViewUpdate& update)
     auto& scene = static_cast<SceneUpdate&>(update);
     if (m_Model.apply(scene))
         QTimer::singleShot(LONGEST_WAIT, this, [this] { sayWhatWaits(); });
+    if (m_Model.isBusy())
+        m_SurfaceTimer.start();
     if (scene.pickReceiver)
         m_PickReceiver = *scene.pickReceiver;
     m_Marks.follow(m_Model);
@@ -95,6 +101,17 @@ void SceneView::apply(ViewUpdate& update)
     if (!m_IsChosen)
         scene.side || scene.isOrthographic || scene.hasBearings ? fit() : fitToNews();
     changed();
+}
+
+void SceneView::takeSurfaces()
+{
+    if (m_Model.takeSurfaces()) {
+        m_Marks.follow(m_Model);
+        m_Gestures->sceneChanged();
+        changed();
+    }
+    if (!m_Model.isBusy())
+        m_SurfaceTimer.stop();
 }
 
 // Where data change all the time the camera does not follow every change.
@@ -128,17 +145,21 @@ void SceneView::showChoice()
     changed();
 }
 
-// Until it rests, only so many points are drawn as there is time for.
+// Until it rests, only so many points and slices are drawn as there is time for.
 void SceneView::move()
 {
     m_PointMotion.move(m_Renderer.numPointsInView(m_Camera, sceneSize()), m_PointBudget);
+    m_SliceMotion.move();
     m_RestTimer.start();
 }
 
 void SceneView::rest()
 {
     const bool isWhole = m_PointMotion.numPhases() == PointPhases::ALL;
-    m_PointMotion.rest(QGuiApplication::mouseButtons() == Qt::NoButton);
+    const bool isGestureOver = QGuiApplication::mouseButtons() == Qt::NoButton;
+    m_PointMotion.rest(isGestureOver);
+    if (m_SliceMotion.rest(isGestureOver))
+        changed();
     if (!isWhole)
         beginRefinement();
 }
@@ -352,6 +373,7 @@ SceneCamera SceneView::cameraFor(const QSizeF& size)
 
 QImage SceneView::picture(QSize size)
 {
+    m_Model.finishSurfaces();
     sayWhatWaits(); // the picture goes without it, whatever comes later
     const double scale = std::max({1.0, size.width() / LARGEST.width(), size.height() / LARGEST.height()});
     const QSizeF points = QSizeF(size) / scale;
@@ -379,6 +401,7 @@ void SceneView::paintOverlays(
 
 std::string SceneView::saveData(const QString& file)
 {
+    m_Model.finishSurfaces();
     return saveScene(file, m_Model.items());
 }
 
@@ -499,10 +522,18 @@ void SceneView::drawPicture()
     const bool isMoving = m_PointMotion.isMoving();
     const std::size_t numPhases =
         isMoving ? m_PointMotion.numPhases() : m_PointBudget.phasesOf(m_Renderer.numPointsInView(m_Camera, pixels));
-    m_Picture = m_Renderer.draw(m_Camera, pixels, look(scale), numPhases);
+    SceneLook look = this->look(scale);
+    look.sliceStep = m_SliceMotion.step();
+    m_Picture = m_Renderer.draw(m_Camera, pixels, look, numPhases);
     m_Picture.setDevicePixelRatio(scale);
     if (!isMoving && numPhases < PointPhases::ALL)
         beginRefinement();
+}
+
+void SceneView::measure(const SceneRenderer::PointTime& time, double seconds)
+{
+    m_PointBudget.measure(time.numPoints, time.seconds, seconds - time.seconds);
+    m_SliceMotion.measure(time.secondsOfVolumes);
 }
 
 void SceneView::paintEvent(QPaintEvent*)
@@ -524,7 +555,7 @@ void SceneView::paintEvent(QPaintEvent*)
     m_Marks.paint(painter, m_Camera, sceneSize(), look(1));
     const SceneRenderer::PointTime time = m_Renderer.getPointTime();
     if (isNew && time.isTypical)
-        m_PointBudget.measure(time.numPoints, time.seconds, watch.seconds() - time.seconds);
+        measure(time, watch.seconds());
 }
 
 } // namespace tavo

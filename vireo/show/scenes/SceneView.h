@@ -16,6 +16,7 @@
 #include "vireo/show/scenes/Stopwatch.h"
 #include "vireo/show/scenes/sceneOverlays.h"
 #include "vireo/show/scenes/sceneTexts.h"
+#include "vireo/show/volumes/SliceMotion.h"
 #include "vireo/show/window/View.h"
 
 namespace tavo {
@@ -72,6 +73,9 @@ public:
 
     // Which share of them that is.
     const PointMotion& getPointMotion() const { return m_PointMotion; }
+
+    // The same of the slices of volumes.
+    SliceMotion& getSliceMotion() { return m_SliceMotion; }
 
     // Whether points are still to be drawn: it moves, or has just come to rest.
     bool isBusy() const { return m_RestTimer.isActive() || m_RefinementTimer.isActive(); }
@@ -143,6 +147,7 @@ private:
     void recallPanel();
     void rememberPanel() const;
     void settlePanel();
+    void takeSurfaces();
     void fitToNews();
     void fit();
     void changed();
@@ -152,6 +157,7 @@ private:
     void beginRefinement();
     void refine();
     void drawPicture();
+    void measure(const SceneRenderer::PointTime& time, double seconds);
     void paintOverlays(QPainter& painter, const OverlayRoom& room, const SceneCamera& camera,
         std::optional<SceneCamera::Side> lit = {});
     std::vector<SceneOverlays::ColourBar> colourBars();
@@ -173,6 +179,8 @@ private:
     bool m_HasPinned = false; // by the last click
     PointBudget m_PointBudget;
     PointMotion m_PointMotion;
+    SliceMotion m_SliceMotion;
+    QTimer m_SurfaceTimer; // goes while surfaces of volumes are still to come
     QTimer m_RestTimer;
     QTimer m_RefinementTimer; // goes while points are still to be drawn
     Stopwatch m_SinceShown;   // the last picture of a refinement

@@ -7,6 +7,7 @@
 
 #include "vireo/show/delivery/csvFile.h"
 #include "vireo/show/scenes/SceneItem.h"
+#include "vireo/show/volumes/niftiFile.h"
 
 namespace tavo {
 
@@ -201,8 +202,28 @@ std::function<QByteArray()> sceneAsText(const std::map<std::string, ItemData>& i
     return SceneRows(items);
 }
 
+namespace {
+
+std::string saveVolume(const QString& file, const std::map<std::string, SceneItem>& items)
+{
+    const SceneItem* volume = nullptr;
+    std::size_t numVolumes = 0;
+    for (const auto& [path, item] : items)
+        if (item.isVolume()) {
+            volume = &item;
+            ++numVolumes;
+        }
+    if (numVolumes != 1)
+        return "a .nii file has one volume, and the scene " + std::to_string(numVolumes);
+    return saveNifti(file, *volume);
+}
+
+} // namespace
+
 std::string saveScene(const QString& file, const std::map<std::string, SceneItem>& items)
 {
+    if (isNiftiFile(file))
+        return saveVolume(file, items);
     std::map<std::string, ItemData> saved;
     for (const auto& [path, item] : items)
         if (const std::optional<ItemData> data = item.data())

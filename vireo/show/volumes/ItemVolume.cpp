@@ -1,6 +1,10 @@
 #include "vireo/show/volumes/ItemVolume.h"
 
 #include <algorithm>
+#include <cmath>
+
+#include "vireo/show/scenes/byteOf.h"
+#include "vireo/volume/opacityOfLayer.h"
 
 namespace tavo {
 
@@ -38,7 +42,90 @@ VolumeDrawing::Look lookOf(const ItemColours& colours, const RGBA8& one, double 
     return look;
 }
 
+constexpr double VISIBLE = 0.1; // of what is behind it, what it hides
+
+// In a layer as thick as the smallest distance of samples; none where there is no number.
+class SampleOpacity
+{
+public:
+    SampleOpacity(const NumberTuples& samples, const VolumeDrawing::Look& look)
+        : m_Samples(samples)
+        , m_Look(look)
+    {}
+
+    double operator()(std::size_t sample) const
+    {
+        if (m_Samples.width == 1)
+            return ofNumber(m_Samples.numbers[sample]);
+        const auto component = [&](std::size_t i) {
+            return m_Samples.numbers.visit([&](const auto* numbers, std::size_t) {
+                return byteOf(numbers[m_Samples.width * sample + i]) / 255.0;
+            });
+        };
+        if (m_Samples.width == 4)
+            return component(3);
+        return opacityAt(m_Look.opacities, std::max({component(0), component(1), component(2)}));
+    }
+
+    double ofNumber(double value) const
+    {
+        const auto [from, to] = m_Look.range;
+        const double half = to / 2 - from / 2; // halved: the whole may be too large
+        if (!std::isfinite(value))
+            return 0;
+        return opacityAt(m_Look.opacities, half != 0 ? (value / 2 - from / 2) / half : 0.5);
+    }
+
+private:
+    const NumberTuples& m_Samples;
+    const VolumeDrawing::Look& m_Look;
+};
+
+// That together with those before it hides something.
+std::optional<std::size_t> firstAlong(const VolumeRay& ray, const SampleOpacity& opacityOf, double opacity)
+{
+    std::optional<std::size_t> first;
+    double seen = 1; // of what is behind
+    ray.forEach([&](std::size_t sample) {
+        seen *= 1 - opacityOfLayer(opacity * opacityOf(sample), ray.thickness());
+        if (1 - seen >= VISIBLE)
+            first = sample;
+        return !first;
+    });
+    return first;
+}
+
+std::optional<std::size_t> greatestAlong(const VolumeRay& ray, const NumberArray& samples)
+{
+    std::optional<std::size_t> greatest;
+    ray.forEach([&](std::size_t sample) {
+        const double value = samples[sample];
+        if (std::isfinite(value) && (!greatest || value > samples[*greatest]))
+            greatest = sample;
+        return true;
+    });
+    return greatest;
+}
+
 } // namespace
+
+std::optional<std::size_t> ItemVolume::sampleAlong(
+    const VolumeRay& ray, const ItemColours& colours, double opacity, bool isMaximum)
+{
+    const NumberTuples* const samples = samplesOf(colours);
+    if (!samples)
+        return {};
+    const VolumeDrawing::Look look = lookOf(colours, {}, opacity);
+    const SampleOpacity opacityOf(*samples, look);
+    if (!isMaximum || samples->width != 1)
+        return firstAlong(ray, opacityOf, opacity);
+    const std::optional<std::size_t> greatest = greatestAlong(ray, samples->numbers);
+    double most = 0;
+    for (const OpacityPoint& point : look.opacities)
+        most = std::max(most, point.opacity);
+    const bool isSeen = greatest && opacity * opacityOf(*greatest) >= VISIBLE * most;
+    return isSeen && most > 0 ? greatest : std::nullopt;
+}
 
 void ItemVolume::prepare(
     GLContext& context, const VolumeGrid& grid, const ItemColours& colours, const RGBA8& one, double opacity)

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 
 #include "vireo/show/scenes/ItemColours.h"
 #include "vireo/show/scenes/Matrix4.h"
 #include "vireo/show/volumes/VolumeDrawing.h"
+#include "vireo/show/volumes/VolumeRay.h"
 
 namespace tavo {
 
@@ -20,11 +23,18 @@ public:
     // Of another grid it has to be made anew.
     void drop() { m_Drawing.reset(); }
 
-    void draw(const Matrix4& modelView, bool isMaximum)
+    void draw(const Matrix4& modelView, const VolumeDrawing::Way& way)
     {
         if (m_Drawing)
-            m_Drawing->draw(modelView, isMaximum);
+            m_Drawing->draw(modelView, way);
     }
+
+    // Whether it is drawn, and no light can fall on it.
+    bool isLightMissing() const { return m_Drawing && !m_Drawing->canBeLit(); }
+
+    // The sample that is seen along a ray, of a volume that looks like that: see SceneItem.
+    static std::optional<std::size_t> sampleAlong(
+        const VolumeRay& ray, const ItemColours& colours, double opacity, bool isMaximum);
 
     // How many samples are drawn; null before any has been prepared.
     const Vector3i* drawnSize() const { return m_Drawing ? &m_Drawing->getDrawnSize() : nullptr; }

@@ -14,6 +14,7 @@ namespace tavo {
 namespace {
 
 constexpr unsigned int TABLE_UNIT = 1;
+constexpr unsigned int NEIGHBOUR_UNIT = 2; // and the next one
 
 constexpr const char* BEGINNING = R"(!!ARBfp1.0
 PARAM window = program.local[0];        # from a value to its place in the table: factor and summand
@@ -60,6 +61,53 @@ MUL place.x, place.x, sample.w;
 MOV result.color, place.x;
 END)";
 
+// Darkens `colour`, which another program leaves, by how its place is inclined: by the differences of its six
+// neighbours, where there are any. The light is at the eye, and as bright as that on surfaces.
+constexpr const char* LIGHT = R"(PARAM texel = program.local[1];         # its size, and the last place across
+PARAM part = program.local[2];          # of a sample: what is light or dark of it
+PARAM toEyeX = program.local[3];        # from differences to the normal
+PARAM toEyeY = program.local[4];
+PARAM toEyeZ = program.local[5];
+PARAM light = { 0.25, 0.75, 0.0000001, 2500.0 };
+TEMP first, last, slope, normal;
+MOV first, fragment.texcoord[0];
+SUB first.x, first.x, texel.x;
+TEX first, first, texture[0], 2D;
+MOV last, fragment.texcoord[0];
+ADD last.x, last.x, texel.x;
+MIN last.x, last.x, texel.z;
+TEX last, last, texture[0], 2D;
+SUB last, last, first;
+DP4 slope.x, last, part;
+MOV first, fragment.texcoord[0];
+SUB first.y, first.y, texel.y;
+TEX first, first, texture[0], 2D;
+MOV last, fragment.texcoord[0];
+ADD last.y, last.y, texel.y;
+MIN last.y, last.y, texel.w;
+TEX last, last, texture[0], 2D;
+SUB last, last, first;
+DP4 slope.y, last, part;
+TEX first, fragment.texcoord[0], texture[2], 2D;
+TEX last, fragment.texcoord[0], texture[3], 2D;
+SUB last, last, first;
+DP4 slope.z, last, part;
+DP3 normal.x, slope, toEyeX;
+DP3 normal.y, slope, toEyeY;
+DP3 normal.z, slope, toEyeZ;
+DP3 normal.w, normal, normal;
+MAX slope.w, normal.w, light.z;
+RSQ slope.w, slope.w;
+MUL slope.w, slope.w, normal.z;
+ABS slope.w, slope.w;
+MAD slope.w, slope.w, light.y, light.x;
+MUL_SAT normal.w, normal.w, light.w;    # where values hardly differ, there is nothing that is inclined
+SUB slope.w, slope.w, 1.0;
+MAD slope.w, normal.w, slope.w, 1.0;
+MUL colour.xyz, colour, slope.w;
+MOV result.color, colour;
+END)";
+
 constexpr double GREATEST_ONLY = -1; // as a thickness: there are no layers
 
 // From a place in the range to the middle of its entry in the table.
@@ -73,6 +121,26 @@ const char* programOf(const VolumeSlices& slices)
     case 4: return OF_COLOURS_WITH_OPACITY;
     default: return slices.haveGaps() ? OF_NUMBERS_WITH_GAPS : OF_NUMBERS;
     }
+}
+
+// The same with light on it.
+std::string litProgramOf(const VolumeSlices& slices)
+{
+    std::string program = std::string(BEGINNING) + programOf(slices);
+    const std::string result = "result.color";
+    program.resize(program.rfind("END"));
+    if (const std::size_t move = program.rfind("MOV result.color, "); move != std::string::npos)
+        program.replace(move + 4, result.size(), "colour");
+    else
+        program.replace(program.rfind(result), result.size(), "colour");
+    return program + LIGHT;
+}
+
+bool haveUnits(unsigned int number)
+{
+    GLint available = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS_ARB, &available);
+    return number <= static_cast<unsigned int>(available);
 }
 
 // Of three columns, what takes a direction back.
@@ -112,6 +180,8 @@ std::unique_ptr<VolumeDrawing> VolumeDrawing::make(GLContext& context, const Vol
     std::unique_ptr<VolumeDrawing> drawing(new VolumeDrawing(context, grid, std::move(samples)));
     if (!drawing->m_Program.compile(std::string(BEGINNING) + programOf(drawing->m_Slices)))
         return nullptr;
+    drawing->m_CanBeLit =
+        haveUnits(NEIGHBOUR_UNIT + 2) && drawing->m_LitProgram.compile(litProgramOf(drawing->m_Slices));
     if (!drawing->areColours() && drawing->m_PlaceProgram.compile(std::string(BEGINNING) + PLACES))
         drawing->m_Greatest = GreatestValues::make(context);
     return drawing;
@@ -121,6 +191,7 @@ VolumeDrawing::VolumeDrawing(GLContext& context, const VolumeGrid& grid, NumberT
     : m_Grid(grid)
     , m_Slices(context, grid, std::move(samples))
     , m_Program(&context, GL_FRAGMENT_PROGRAM_ARB)
+    , m_LitProgram(&context, GL_FRAGMENT_PROGRAM_ARB)
     , m_PlaceProgram(&context, GL_FRAGMENT_PROGRAM_ARB)
     , m_Table(context)
 {}
@@ -133,7 +204,7 @@ void VolumeDrawing::setLook(Look look)
     m_TableThickness = 0;
 }
 
-void VolumeDrawing::draw(const Matrix4& modelView, bool isMaximum)
+void VolumeDrawing::draw(const Matrix4& modelView, const Way& way)
 {
     const Vector3d extent = m_Grid.extent();
     const double unit = std::max({extent[0], extent[1], extent[2]});
@@ -148,32 +219,68 @@ void VolumeDrawing::draw(const Matrix4& modelView, bool isMaximum)
     const double size = length(*view);
     const Vector3f viewDir(float((*view)[0] / size), float((*view)[1] / size), float((*view)[2] / size));
     glLoadMatrixd(toEye.numbers.data());
+    m_Slices.setStep(way.sliceStep);
     m_Table.bind(TABLE_UNIT);
-    if (isMaximum && m_Greatest)
+    if (way.isMaximum && m_Greatest)
         drawGreatest(viewDir);
     else
-        drawSmoke(viewDir);
+        drawSmoke(viewDir, way.isLit && m_CanBeLit ? &toEye : nullptr);
     ColourTable::unbind(TABLE_UNIT);
 }
 
-void VolumeDrawing::drawSmoke(const Vector3f& viewDir)
+void VolumeDrawing::drawSmoke(const Vector3f& viewDir, const Matrix4* litToEye)
 {
     unsigned int axis = 0;
     int direction = 0;
     m_Slices.computeOrder(viewDir, axis, direction);
-    writeTable(m_Slices.distanceOf(axis) / std::abs(viewDir[axis]));
+    const auto numSlices = static_cast<unsigned int>(m_Slices.getDrawnSize()[axis]);
+    writeTable(std::min(m_Slices.getStep(), numSlices) * m_Slices.distanceOf(axis) / std::abs(viewDir[axis]));
     const Window window = this->window();
-    m_Program.bind();
-    m_Program.setLocalParameter4f(0, static_cast<float>(window.factor * TO_ENTRY),
+    GLShaderARB& program = litToEye ? m_LitProgram : m_Program;
+    program.bind();
+    program.setLocalParameter4f(0, static_cast<float>(window.factor * TO_ENTRY),
         static_cast<float>(window.summand * TO_ENTRY + FIRST_ENTRY), 0, 0);
+    if (litToEye)
+        setLight(axis, *litToEye);
+    m_Slices.setNeighbourUnit(litToEye ? NEIGHBOUR_UNIT : 0);
     m_Slices.draw(viewDir);
-    m_Program.unbind();
+    program.unbind();
+}
+
+// Normals are as long as places in the range rise over the smallest distance of samples.
+void VolumeDrawing::setLight(unsigned int axis, const Matrix4& toEye)
+{
+    const auto [width, height] = m_Slices.textureSizeOf(axis);
+    const unsigned int u = axis == 0 ? 1 : 0;
+    const unsigned int v = axis == 2 ? 1 : 2;
+    const auto numTexels = [this](unsigned int i) { return static_cast<float>(m_Slices.getDrawnSize()[i]); };
+    m_LitProgram.setLocalParameter4f(
+        1, 1 / width, 1 / height, (numTexels(u) - 0.5F) / width, (numTexels(v) - 0.5F) / height);
+    switch (getSamples().width) {
+    case 3: m_LitProgram.setLocalParameter4f(2, 1 / 3.0F, 1 / 3.0F, 1 / 3.0F, 0); break;
+    case 4: m_LitProgram.setLocalParameter4f(2, 0, 0, 0, 1); break;
+    default: m_LitProgram.setLocalParameter4f(2, 1, 0, 0, 0);
+    }
+    const Vector3d columns[] = {toEye.turned({1, 0, 0}), toEye.turned({0, 1, 0}), toEye.turned({0, 0, 1})};
+    const double volume = dot(cross(columns[0], columns[1]), columns[2]);
+    const double scale = std::cbrt(std::abs(volume)) / volume * window().factor;
+    const unsigned int axes[] = {u, v, axis};
+    Vector3d normals[3];
+    for (std::size_t i = 0; i < 3; ++i) {
+        const unsigned int along = axes[i];
+        const double distance = 2 * m_Slices.distanceOf(along); // in smallest distances
+        normals[i] = (scale / distance) * cross(columns[(along + 1) % 3], columns[(along + 2) % 3]);
+    }
+    for (unsigned int row = 0; row < 3; ++row)
+        m_LitProgram.setLocalParameter4f(3 + row, static_cast<float>(normals[0][row]),
+            static_cast<float>(normals[1][row]), static_cast<float>(normals[2][row]), 0);
 }
 
 void VolumeDrawing::drawGreatest(const Vector3f& viewDir)
 {
     writeTable(GREATEST_ONLY);
     const Window window = this->window();
+    m_Slices.setNeighbourUnit(0);
     const auto drawPlaces = [&] {
         m_PlaceProgram.bind();
         m_PlaceProgram.setLocalParameter4f(

@@ -30,6 +30,15 @@ public:
         bool operator==(const Look&) const = default;
     };
 
+    // Of all values along a line of sight only the greatest, or all behind each other, and with light that falls on
+    // them from the eye, by their gradients.
+    struct Way
+    {
+        bool isMaximum = false;
+        bool isLit = false;
+        unsigned int sliceStep = 1; // of so many slices one is drawn
+    };
+
     // Null if the driver has no programs. The context must be current for this, and for drawing.
     static std::unique_ptr<VolumeDrawing> make(GLContext& context, const VolumeGrid& grid, NumberTuples samples);
 
@@ -38,8 +47,11 @@ public:
     void setLook(Look look);
 
     // From the coordinates about the volume's centre, along the axes of the scene, to the eye's. GL's projection is
-    // that of the camera. With `isMaximum`, of all values along a line of sight only the greatest is seen.
-    void draw(const Matrix4& modelView, bool isMaximum);
+    // that of the camera.
+    void draw(const Matrix4& modelView, const Way& way);
+
+    // Whether the driver has programs for it, and room for textures.
+    bool canBeLit() const { return m_CanBeLit; }
 
     const Vector3i& getDrawnSize() const { return m_Slices.getDrawnSize(); }
 
@@ -54,7 +66,8 @@ private:
     };
 
     bool areColours() const { return getSamples().width > 1; }
-    void drawSmoke(const Vector3f& viewDir);
+    void drawSmoke(const Vector3f& viewDir, const Matrix4* litToEye);
+    void setLight(unsigned int axis, const Matrix4& toEye);
     void drawGreatest(const Vector3f& viewDir);
     void writeTable(double thickness);
     double opacityOf(double place, double thickness) const;
@@ -63,8 +76,10 @@ private:
     VolumeGrid m_Grid;
     VolumeSlices m_Slices;
     GLShaderARB m_Program;
+    GLShaderARB m_LitProgram;
     GLShaderARB m_PlaceProgram;
     std::unique_ptr<GreatestValues> m_Greatest; // null if the driver cannot
+    bool m_CanBeLit = false;
     ColourTable m_Table;
     Look m_Look;
     double m_TableThickness = 0; // of the layers that the table is for; 0 if there is none

@@ -187,6 +187,13 @@ double VolumeSlices::distanceOf(unsigned int axis) const
     return double(m_Steps[axis]) * m_Grid.spacing[axis] / m_Grid.smallestSpacing();
 }
 
+std::pair<float, float> VolumeSlices::textureSizeOf(unsigned int axis) const
+{
+    const Vector3i& size = getDrawnSize();
+    return {static_cast<float>(textureSize(size[axis == 0 ? 1 : 0])),
+        static_cast<float>(textureSize(size[axis == 2 ? 1 : 2]))};
+}
+
 void VolumeSlices::draw(const Vector3f& viewDir)
 {
     static const std::vector<std::string> ONE_CHANNEL{"samples"};

@@ -31,6 +31,9 @@ public:
     // How far apart the slices along an axis are, in smallest distances of samples.
     double distanceOf(unsigned int axis) const;
 
+    // Of the textures of a stack.
+    std::pair<float, float> textureSizeOf(unsigned int axis) const;
+
     const NumberTuples& getSamples() const { return m_Samples; }
     bool haveGaps() const { return m_HaveGaps; }
 

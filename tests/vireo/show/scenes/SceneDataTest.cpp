@@ -1,5 +1,8 @@
 #include <QFile>
 #include <QTemporaryDir>
+#include <array>
+#include <cstdint>
+#include <cstring>
 #include <gmock/gmock.h>
 
 #include "vireo/show/delivery/Inbox.h"
@@ -118,6 +121,66 @@ TEST_F(SceneDataTest, IsSavedAsCsvOnly)
     testing::internal::CaptureStderr();
     EXPECT_FALSE(saveData("data", m_Folder.filePath("scene.ply").toStdString()));
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("the file's name must end with .csv"));
+}
+
+// Numbers where NIfTI-1 has them.
+class NiftiBytes
+{
+public:
+    explicit NiftiBytes(const QString& path)
+    {
+        QFile file(path);
+        if (file.open(QIODevice::ReadOnly))
+            m_Bytes = file.readAll();
+    }
+
+    template <typename T>
+    std::vector<T> at(int offset, int count) const
+    {
+        std::vector<T> numbers(static_cast<std::size_t>(count));
+        const int size = count * static_cast<int>(sizeof(T));
+        if (offset + size <= m_Bytes.size())
+            std::memcpy(numbers.data(), m_Bytes.constData() + offset, static_cast<std::size_t>(size));
+        return numbers;
+    }
+
+    int size() const { return m_Bytes.size(); }
+
+private:
+    QByteArray m_Bytes;
+};
+
+TEST_F(SceneDataTest, AVolumeIsAFileOfItsOwn)
+{
+    using testing::ElementsAre;
+    const std::string path = m_Folder.filePath("volume.nii").toStdString();
+    const std::vector<std::int16_t> samples{-1, 2, 3, 4, 5, 1000};
+    m_Scene.cloud("points", {0, 0, 0});
+    EXPECT_FALSE(saveData("data", path)) << "there is no volume";
+    m_Scene.volume("v", samples, {3, 2, 1}, {0.5, 2, 4}, {10, 20, 30}, {{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}});
+    ASSERT_TRUE(saveData("data", path));
+    const NiftiBytes file(QString::fromStdString(path));
+    EXPECT_EQ(file.size(), 352 + 12);
+    EXPECT_THAT(file.at<std::int32_t>(0, 1), ElementsAre(348));
+    EXPECT_THAT(file.at<std::int16_t>(40, 8), ElementsAre(3, 3, 2, 1, 1, 1, 1, 0));
+    EXPECT_THAT(file.at<std::int16_t>(70, 2), ElementsAre(4, 16));
+    EXPECT_THAT(file.at<float>(76, 4), ElementsAre(1, 0.5F, 2, 4));
+    EXPECT_THAT(file.at<float>(108, 3), ElementsAre(352, 1, 0));
+    EXPECT_THAT(file.at<float>(280, 12), ElementsAre(0, -2, 0, 10, 0.5F, 0, 0, 20, 0, 0, 4, 30));
+    EXPECT_THAT(file.at<char>(344, 4), ElementsAre('n', '+', '1', '\0'));
+    EXPECT_EQ(file.at<std::int16_t>(352, 6), samples);
+    m_Scene.volume("w", samples, {3, 2, 1});
+    EXPECT_FALSE(saveData("data", path)) << "there are two";
+}
+
+TEST_F(SceneDataTest, AVolumeOfColoursHasBytes)
+{
+    const std::string path = m_Folder.filePath("colours.nii").toStdString();
+    m_Scene.volume("v", std::vector<std::array<float, 3>>{{1, 0, 0}, {0, 1, 0.2F}}, {2, 1, 1});
+    ASSERT_TRUE(saveData("data", path));
+    const NiftiBytes file(QString::fromStdString(path));
+    EXPECT_THAT(file.at<std::int16_t>(70, 2), testing::ElementsAre(2304, 32));
+    EXPECT_THAT(file.at<std::uint8_t>(352, 8), testing::ElementsAre(255, 0, 0, 255, 0, 255, 51, 255));
 }
 
 } // namespace

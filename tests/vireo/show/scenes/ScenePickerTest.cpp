@@ -8,6 +8,7 @@
 #include <random>
 
 #include "tests/vireo/show/scenes/sceneUpdates.h"
+#include "vireo/show/volumes/volumeItem.h"
 
 // What is found under the pointer, in scenes that are drawn by the driver. There is no view.
 namespace tavo {
@@ -478,6 +479,79 @@ TEST_F(ScenePickerTest, ArrowsBoxesAndAxesTellTheirNumber)
     EXPECT_EQ(pick({0, 4.7, 0}).index, 1U);
     EXPECT_EQ(linesAt({0, 4.7, 0})[1], "y axis");
     EXPECT_THAT(pick({0, 4.7, 0}).fields, IsEmpty());
+}
+
+// Layers of 5 x 5 samples: nothing on top, then haze, then what hides the rest. Seen from above.
+ItemUpdate layers()
+{
+    std::vector<float> samples;
+    for (const float value : {2.0F, 3.0F, 1.0F, 0.5F, 0.0F})
+        samples.insert(samples.end(), 25, value);
+    samples[25 * 2] = samples[25 * 1] = samples[0] = static_cast<float>(NOT_A_NUMBER);
+    const VolumeGrid grid{
+        {5, 5, 5}, {2, 2, 2}, {10, 20, 30}, {Vector3d(1, 0, 0), Vector3d(0, 1, 0), Vector3d(0, 0, 1)}};
+    ItemUpdate update = volumeItem(grid, {Numbers(samples), 1});
+    update.range = std::pair(0.0, 4.0);
+    update.opacities = OpacityCurve{{0, 0}, {0.125, 0.02}, {0.25, 1}, {1, 1}};
+    return update;
+}
+
+TEST_F(ScenePickerTest, OfAVolumeTheSampleThatHidesTheRestIsHit)
+{
+    send("layers", layers());
+    for (const bool isOrthographic : {true, false}) {
+        m_Camera.look(SceneCamera::Side::Top);
+        m_Camera.setOrthographic(isOrthographic);
+        lookAtAll();
+        const Vector3d there(12, 26, 34);
+        EXPECT_EQ(pick(there).path, "layers");
+        EXPECT_EQ(pick(there).index, 25U * 2 + 5 * 3 + 1);
+        EXPECT_EQ(pick(there).position, there);
+        EXPECT_EQ(pick(there).place, there);
+        ASSERT_EQ(pick(there).fields.size(), 1U);
+        EXPECT_EQ(pick(there).fields[0].name, "value");
+        EXPECT_EQ(pick(there).fields[0].value, 1);
+        EXPECT_THAT(linesAt(there), ElementsAre("layers", "sample 1, 3, 2", "x 12", "y 26", "z 34", "value 1"));
+    }
+    m_Camera.setOrthographic(true);
+    lookAtAll();
+    EXPECT_EQ(pick({10, 20, 34}).path, "") << "there are no numbers";
+    ItemUpdate greatest;
+    greatest.isMaximum = true;
+    send("layers", greatest);
+    EXPECT_EQ(pick({12, 26, 34}).fields.at(0).value, 3);
+    EXPECT_EQ(pick({12, 26, 34}).position, Vector3d(12, 26, 32));
+    ItemUpdate faint;
+    faint.opacity = 0.05;
+    send("layers", faint);
+    EXPECT_EQ(pick({12, 26, 34}).path, "") << "it can hardly be seen";
+}
+
+TEST_F(ScenePickerTest, AVolumeIsHitIfNothingIsBeforeIt)
+{
+    m_Camera.look(SceneCamera::Side::Top);
+    m_Camera.setOrthographic(true);
+    send("layers", layers());
+    send("points", item(ItemKind::Cloud, {12, 26, 36, 14, 26, 33}));
+    lookAtAll();
+    EXPECT_EQ(pick({12, 26, 36}).path, "points");
+    EXPECT_EQ(pick({14, 26, 34}).path, "layers") << "the point is in it";
+    SceneUpdate clip;
+    clip.clipBox.emplace().emplace();
+    (*clip.clipBox)->extend({0, 0, 0});
+    (*clip.clipBox)->extend({40, 40, 32.9});
+    m_Model.apply(clip);
+    EXPECT_EQ(pick({18, 26, 32}).fields.at(0).value, 3) << "the rest is cut away";
+    *clip.clipBox = std::nullopt;
+    m_Model.apply(clip);
+    transform("layers", translation({0, 100, 0}));
+    lookAtAll();
+    EXPECT_EQ(pick({18, 126, 34}).position, Vector3d(18, 26, 34));
+    EXPECT_EQ(pick({18, 126, 34}).place, Vector3d(18, 126, 34));
+    ItemUpdate hidden;
+    hidden.isVisible = false;
+    send("layers", hidden);
+    EXPECT_EQ(pick({18, 126, 34}).path, "");
 }
 
 TEST_F(ScenePickerTest, PlacesAreThoseOfWhatIsDrawn)

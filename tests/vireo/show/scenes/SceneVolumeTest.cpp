@@ -225,6 +225,44 @@ TEST(SceneVolumeTest, APresetIsColoursOpacitiesAndMaybeARange)
     expectRefused([&] { item.preset("x"); }, "scene(\"volumes\").preset(\"v\"): there is no preset \"x\"");
 }
 
+TEST(SceneVolumeTest, AnIsosurfaceIsAnItemBelowTheVolume)
+{
+    const Item volume = scene("volumes").volume("v", EIGHT, {2, 2, 2}).lighting();
+    volume.isosurface(0.5).opacity(0.25);
+    volume.isosurface(2, "skin").colour({1, 2, 3, 255});
+    for (Batch::Part& part : inbox::take()) {
+        auto& items = static_cast<SceneUpdate&>(*part.pending.update).items;
+        EXPECT_EQ(items["v"].isLit, true);
+        EXPECT_FALSE(items["v"].opacity);
+        EXPECT_EQ(items["v/isosurface"].isosurface->volume, "v");
+        EXPECT_EQ(items["v/isosurface"].isosurface->value, 0.5);
+        EXPECT_EQ(items["v/isosurface"].opacity, 0.25);
+        EXPECT_EQ(items["v/skin"].isosurface->value, 2);
+        EXPECT_EQ(items["v/skin"].colour, RGBA8(1, 2, 3, 255));
+    }
+    expectRefused([&] { volume.isosurface(NAN); }, "scene(\"volumes\").isosurface(\"v\"): a value of nan is nowhere");
+    expectRefused([&] { volume.isosurface(-INFINITY); }, "a value of -inf is nowhere");
+}
+
+// Of what is sent under one path, the later one holds.
+TEST(SceneVolumeTest, AMeshAndAnIsosurfaceDisplaceEachOther)
+{
+    const Item other = scene("volumes").volume("o", EIGHT, {2, 2, 2});
+    other.isosurface(1, "m");
+    scene("volumes").mesh("o/m", {0, 0, 0, 1, 0, 0, 0, 1, 0}, std::vector{0, 1, 2});
+    const auto taken = [] {
+        for (Batch::Part& part : inbox::take())
+            return static_cast<SceneUpdate&>(*part.pending.update).items["o/m"];
+        return ItemUpdate();
+    };
+    ItemUpdate sent = taken();
+    EXPECT_TRUE(sent.shape && !sent.isosurface);
+    scene("volumes").mesh("o/m", {0, 0, 0, 1, 0, 0, 0, 1, 0}, std::vector{0, 1, 2});
+    other.isosurface(1, "m");
+    sent = taken();
+    EXPECT_TRUE(!sent.shape && sent.isosurface);
+}
+
 TEST(SceneVolumeTest, AnyThreadMaySendOne)
 {
     std::thread([] { scene("volumes").volume("v", std::vector<float>(8), {2, 2, 2}); }).join();

@@ -134,6 +134,17 @@ TEST_F(VolumePanelTest, GreatestValuesAreChosen)
     EXPECT_TRUE(state().isMaximum);
 }
 
+TEST_F(VolumePanelTest, LightIsChosen)
+{
+    EXPECT_FALSE(state().isLit);
+    find<QCheckBox>("light")->click();
+    EXPECT_TRUE(state().isLit);
+    find<QCheckBox>("maximum")->click();
+    EXPECT_FALSE(find<QCheckBox>("light")->isEnabled()) << "none falls on greatest values";
+    m_View.select("points");
+    EXPECT_FALSE(find<QWidget>("light")->isVisible());
+}
+
 TEST_F(VolumePanelTest, TheMouseWithCtrlChangesTheRange)
 {
     const QPoint from(200, 200);

@@ -5,6 +5,7 @@
 #include <limits>
 #include <tuple>
 
+#include "tests/support/userEvents.h"
 #include "tests/vireo/show/scenes/sceneUpdates.h"
 #include "vireo/show/Grid.h"
 #include "vireo/show/volumes/volumeItem.h"
@@ -301,6 +302,82 @@ TEST_F(VolumeViewTest, OfGreatestValuesNothingHidesThem)
     send(m_View, "volume", smoke);
     EXPECT_NE(colourAt({0, 0, 0}), mapped(1));
     EXPECT_EQ(colourAt({3, 0, 0}), GREEN) << "beside it";
+}
+
+// As opaque as the whole, and the whole again at rest.
+TEST_F(VolumeViewTest, FewerSlicesAreDrawnWhileItMoves)
+{
+    std::vector<float> samples;
+    for (int z = 0; z < 40; ++z)
+        for (int i = 0; i < 1600; ++i)
+            samples.push_back(i % 40 > 19 ? 1.0F : 0.5F);
+    constexpr int ROUNDING = 14; // of 40 layers, each of which is rounded
+    const OpacityCurve thin{{0, 0.05}, {1, 0.05}};
+    send(m_View, "volume", volume(centred({40, 40, 40}, {0.1, 0.1, 0.1}), samples, thin));
+    const auto grab = [this] { return m_View.grab().toImage().convertToFormat(QImage::Format_RGB32); };
+    const QImage whole = grab();
+    m_View.getSliceMotion().measure(1);
+    m_View.showChoice();
+    EXPECT_EQ(m_View.getSliceMotion().step(), 8U);
+    const QImage moving = grab();
+    EXPECT_NE(moving, whole);
+    for (const Vector3d& place : {Vector3d(-1, 0, 0), Vector3d(1, 0, 0)}) {
+        const SceneCamera::Pixel pixel = m_View.getCamera().project(place, m_View.viewSize());
+        const QColor few = moving.pixelColor(int(pixel.x), int(pixel.y));
+        const QColor all = whole.pixelColor(int(pixel.x), int(pixel.y));
+        EXPECT_NEAR(few.red(), all.red(), ROUNDING);
+        EXPECT_NEAR(few.green(), all.green(), ROUNDING);
+        EXPECT_NEAR(few.blue(), all.blue(), ROUNDING);
+    }
+    m_View.getSliceMotion().measure(0.001);
+    m_View.showChoice();
+    EXPECT_EQ(m_View.getSliceMotion().step(), 8U) << "never more in a gesture";
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !m_View.isBusy(); }, 60000));
+    EXPECT_EQ(m_View.getSliceMotion().step(), 1U);
+    EXPECT_EQ(grab(), whole);
+}
+
+// A ball, opaque within, that the camera looks at from several sides: it is bright in the middle, and darker where it
+// is inclined, by as much as a surface would be.
+TEST_F(VolumeViewTest, LightFallsOnItByItsGradients)
+{
+    constexpr int SIZE = 48;
+    constexpr double SPACING = 4.0 / SIZE;
+    std::vector<float> samples;
+    for (int z = 0; z < SIZE; ++z)
+        for (int y = 0; y < SIZE; ++y)
+            for (int x = 0; x < SIZE; ++x) {
+                const double radius = SPACING * std::hypot(x - 23.5, y - 23.5, z - 23.5);
+                samples.push_back(static_cast<float>(2 - radius));
+            }
+    ItemUpdate update = volume(centred({SIZE, SIZE, SIZE}, {SPACING, SPACING, SPACING}), samples,
+        {{0, 0}, {0.19, 0}, {0.2, 1}, {1, 1}}); // within a radius of 1.6
+    update.range = std::pair(0.0, 2.0);
+    update.shown = "";
+    update.colour = RGBA8(200, 200, 200, 255);
+    send(m_View, "volume", update);
+    const int plain = colourAt({0, 0, 0}).red();
+    EXPECT_NEAR(plain, 200, 1);
+    ItemUpdate lit;
+    lit.isLit = true;
+    send(m_View, "volume", lit);
+    for (const auto& [degrees, height] :
+        {std::pair(0.0, 0.0), {90.0, 0.0}, {180.0, 30.0}, {35.0, 20.0}, {10.0, 89.0}}) {
+        m_View.getCamera().setDirection(degrees, height);
+        m_View.showChoice();
+        EXPECT_NEAR(colourAt({0, 0, 0}).red(), 200, 6) << degrees;
+        const SceneCamera::Pixel middle = m_View.getCamera().project({0, 0, 0}, m_View.viewSize());
+        const double pixels = 1 / m_View.getCamera().unitsPerPixel(m_View.getCamera().getDistance(), m_View.viewSize());
+        const QImage shown = picture();
+        for (const double out : {-1.2, 1.2}) { // where the surface is inclined by about 49 degrees
+            const double there = 200 * (0.25 + 0.75 * std::sqrt(1 - std::pow(1.2 / 1.6, 2)));
+            EXPECT_NEAR(shown.pixelColor(int(middle.x + out * pixels), int(middle.y)).red(), there, 14) << degrees;
+            EXPECT_NEAR(shown.pixelColor(int(middle.x), int(middle.y + out * pixels)).red(), there, 14) << degrees;
+        }
+    }
+    lit.isMaximum = true;
+    send(m_View, "volume", lit);
+    EXPECT_NEAR(colourAt({0, 0, 0}).red(), 200, 1) << "none on greatest values";
 }
 
 TEST_F(VolumeViewTest, SamplesOfThreeOrFourNumbersAreColours)
