@@ -34,18 +34,19 @@ struct Picked
     std::string path;
 
     /// The point, vertex, arrow or box, counted from 0 as it was sent; points that are not shown count too. Of a
-    /// surface or a line it is the vertex or point that is nearest to the place; of the axes of a frame, 0 to 2.
+    /// surface or a line it is the vertex or point that is nearest to the place; of the axes of a frame, 0 to 2; of a
+    /// volume the sample that hides what is behind it.
     std::size_t index = 0;
 
     /// The face of a surface, or the line of `lines` and `segments`, counted from 0; of anything else it is the index.
     std::size_t element = 0;
 
-    /// The coordinates of that point, vertex, start of an arrow, lesser corner of a box or origin of a frame, as they
-    /// were sent: before `transform`.
+    /// The coordinates of that point, vertex, start of an arrow, lesser corner of a box, origin of a frame or sample
+    /// of a volume, as they were sent: before `transform`.
     Vector3d position;
 
-    /// The place in the scene, after `transform`: of a cloud that of the point, of anything else what was clicked on
-    /// it.
+    /// The place in the scene, after `transform`: of a cloud that of the point, of a volume that of the sample, of
+    /// anything else what was clicked on it.
     Vector3d place;
 
     /// Red, green, blue and opacity of the point, or of the face or line, and the normal, if they were sent.

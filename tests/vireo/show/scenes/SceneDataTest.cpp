@@ -162,7 +162,7 @@ TEST_F(SceneDataTest, AVolumeIsAFileOfItsOwn)
     const NiftiBytes file(QString::fromStdString(path));
     EXPECT_EQ(file.size(), 352 + 12);
     EXPECT_THAT(file.at<std::int32_t>(0, 1), ElementsAre(348));
-    EXPECT_THAT(file.at<std::int16_t>(40, 8), ElementsAre(3, 3, 2, 1, 1, 1, 1, 0));
+    EXPECT_THAT(file.at<std::int16_t>(40, 8), ElementsAre(3, 3, 2, 1, 1, 1, 1, 1));
     EXPECT_THAT(file.at<std::int16_t>(70, 2), ElementsAre(4, 16));
     EXPECT_THAT(file.at<float>(76, 4), ElementsAre(1, 0.5F, 2, 4));
     EXPECT_THAT(file.at<float>(108, 3), ElementsAre(352, 1, 0));
