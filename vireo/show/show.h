@@ -6,6 +6,7 @@
 #include "vireo/show/Image.h"
 #include "vireo/show/Plot.h"
 #include "vireo/show/Scene.h"
+#include "vireo/show/Slices.h"
 
 /// @file
 /// The front door: shows what a running program has.
@@ -20,13 +21,13 @@
 ///         tavo::show();
 ///     }
 ///
-/// Views are made by `plot(name)`, `scene(name)` and `image(name)`, from any thread, and are on the screen at once in a
-/// program that has a QApplication and serves its events. A program without Qt ends with `show()`, calls `pump()` in
-/// its loop, or calls `openWindow()` once; the window then has a thread of its own, with a QApplication, until the
-/// program ends. The same thread makes the pictures of `savePicture()`, `savePictures()` and VIREO_SHOW=pictures where
-/// there is no QApplication, and opens no window for them. A program that has this thread must not make a QApplication
-/// later: Qt cannot have two, and the program ends with a line that says so. One that makes a QApplication makes it
-/// before these calls.
+/// Views are made by `plot(name)`, `scene(name)`, `slices(name)` and `image(name)`, from any thread, and are on the
+/// screen at once in a program that has a QApplication and serves its events. A program without Qt ends with `show()`,
+/// calls `pump()` in its loop, or calls `openWindow()` once; the window then has a thread of its own, with a
+/// QApplication, until the program ends. The same thread makes the pictures of `savePicture()`, `savePictures()` and
+/// VIREO_SHOW=pictures where there is no QApplication, and opens no window for them. A program that has this thread
+/// must not make a QApplication later: Qt cannot have two, and the program ends with a line that says so. One that
+/// makes a QApplication makes it before these calls.
 ///
 /// The environment variable VIREO_SHOW says what becomes of all this: `off` makes every call do nothing,
 /// `pictures:FOLDER` saves a PNG of every view in that folder when the program ends or calls `show()`, and opens no
@@ -78,9 +79,10 @@ VIREO_SHOW_EXPORT bool savePicture(
 VIREO_SHOW_EXPORT bool savePictures(const std::string& folder);
 
 /// Saves the data of a view as comma-separated values in a ".csv" file: of a plot its samples, of a scene the points
-/// and faces of its items with all their numbers, in the coordinates that were sent, of an image its pixels; an image
-/// of bytes is also saved as they are in a ".png" file, and the volume of a scene in a ".nii" file (NIfTI-1). As
-/// savePicture(), but it needs no QApplication: where none shows the view, what was sent to it is saved.
+/// and faces of its items with all their numbers, in the coordinates that were sent, of slices the samples and where
+/// they are, of an image its pixels. An image of bytes is also saved as they are in a ".png" file, and the volume of a
+/// scene, or of slices, in a ".nii" file (NIfTI-1). As savePicture(), but it needs no QApplication: where none shows the
+/// view, what was sent to it is saved.
 VIREO_SHOW_EXPORT bool saveData(const std::string& name, const std::string& file);
 
 } // namespace tavo

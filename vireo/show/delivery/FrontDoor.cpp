@@ -27,6 +27,7 @@
 #include "vireo/show/plots/PlotView.h"
 #include "vireo/show/scenes/SceneView.h"
 #include "vireo/show/show.h"
+#include "vireo/show/slices/SlicesView.h"
 #include "vireo/show/window/ShowWindow.h"
 #include "vireo/show/window/pictureFile.h"
 
@@ -54,6 +55,7 @@ std::unique_ptr<View> makeViewOf(const ViewSlot& slot)
     case ViewKind::Plot: return std::make_unique<PlotView>(slot.name);
     case ViewKind::Scene: return std::make_unique<SceneView>(slot.name);
     case ViewKind::Image: return std::make_unique<ImageView>(slot.name);
+    case ViewKind::Slices: return std::make_unique<SlicesView>(slot.name);
     }
     return nullptr;
 }

@@ -15,7 +15,8 @@ enum class ViewKind : std::uint8_t
 {
     Plot,
     Scene,
-    Image
+    Image,
+    Slices
 };
 
 // What of a view is replaced by what was sent to it.

@@ -31,6 +31,25 @@ struct VolumeGrid
 
     Vector3d centre() const { return at({0.5 * (size[0] - 1), 0.5 * (size[1] - 1), 0.5 * (size[2] - 1)}); }
 
+    // The place of a sample, or of what lies between samples.
+    Vector3d at(const Vector3d& index) const
+    {
+        Vector3d place = origin;
+        for (std::size_t i = 0; i < 3; ++i)
+            place += index[i] * spacing[i] * axes[i];
+        return place;
+    }
+
+    // The opposite of at().
+    Vector3d indexAt(const Vector3d& place) const
+    {
+        const auto& [x, y, z] = axes;
+        const double volume = dot(cross(x, y), z);
+        const Vector3d from = place - origin;
+        return {dot(cross(y, z), from) / (volume * spacing[0]), dot(cross(z, x), from) / (volume * spacing[1]),
+            dot(cross(x, y), from) / (volume * spacing[2])};
+    }
+
     // Of all cells.
     SceneBox box() const
     {
@@ -38,15 +57,6 @@ struct VolumeGrid
         for (unsigned int i = 0; i < 8; ++i)
             box.extend(at({i & 1 ? size[0] - 0.5 : -0.5, i & 2 ? size[1] - 0.5 : -0.5, i & 4 ? size[2] - 0.5 : -0.5}));
         return box;
-    }
-
-    // The place of a sample, or between samples.
-    Vector3d at(const Vector3d& index) const
-    {
-        Vector3d place = origin;
-        for (std::size_t i = 0; i < 3; ++i)
-            place += index[i] * spacing[i] * axes[i];
-        return place;
     }
 };
 

@@ -1,0 +1,180 @@
+#include "vireo/show/slices/SlicesView.h"
+
+#include <QApplication>
+#include <QTemporaryDir>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/vireo/show/slices/layers.h"
+#include "vireo/show/show.h"
+
+namespace tavo {
+namespace {
+
+using testing::HasSubstr;
+
+class SlicesViewTest : public testing::Test
+{
+protected:
+    SlicesViewTest()
+    {
+        m_View.resize(420, 340);
+        m_View.show();
+        QApplication::processEvents();
+    }
+
+    void send(const SliceLayer& volume)
+    {
+        SlicesUpdate update;
+        update.volume = volume;
+        m_View.apply(update);
+        QApplication::processEvents();
+    }
+
+    std::string textOfPlace() { return m_View.textOfPlace().toStdString(); }
+    std::string textOfVolume() { return m_View.textOfVolume().toStdString(); }
+
+    SlicesView m_View{"head"};
+};
+
+SliceLayer cube(int side)
+{
+    return layerBy({side, side, side}, [](int x, int y, int z) { return x + y + z; });
+}
+
+TEST_F(SlicesViewTest, TheCrosshairBeginsInTheMiddleAndStaysWhereItWasPut)
+{
+    send(cube(20));
+    EXPECT_EQ(m_View.getModel().voxel(), Vector3i(10, 10, 10));
+    send(cube(30));
+    EXPECT_EQ(m_View.getModel().voxel(), Vector3i(15, 15, 15)) << "nobody has put it anywhere";
+    m_View.moveTo({3, 4, 25});
+    send(cube(30));
+    EXPECT_EQ(m_View.getModel().voxel(), Vector3i(3, 4, 25));
+    SliceLayer moved = cube(20);
+    moved.grid.origin = {-1, 0, 0};
+    send(moved);
+    EXPECT_EQ(m_View.getModel().voxel(), Vector3i(4, 4, 19))
+        << "at the place where it was, as far as there is a volume";
+    send(cube(30));
+    EXPECT_EQ(m_View.getModel().voxel(), Vector3i(3, 4, 25));
+}
+
+TEST_F(SlicesViewTest, TheProgramMovesTheCrosshair)
+{
+    SlicesUpdate update;
+    update.crosshair = Vector3d(14, 26.2, 1000);
+    m_View.apply(update);
+    send(layerBy({10, 10, 10}, [](int, int, int) { return 1; }, {2, 2, 2}, {10, 20, 30}));
+    EXPECT_EQ(m_View.getModel().voxel(), Vector3i(2, 3, 9));
+}
+
+TEST_F(SlicesViewTest, NewSamplesLeaveTheSightAlone)
+{
+    send(cube(20));
+    m_View.zoom(3, 0, m_View.cells().planes[0].center());
+    const SliceSight sight = m_View.getSight();
+    send(cube(20));
+    EXPECT_EQ(m_View.getSight(), sight);
+    m_View.resize(300, 300);
+    QApplication::processEvents();
+    EXPECT_EQ(m_View.getSight().scale, sight.scale);
+    m_View.showAll();
+    EXPECT_LT(m_View.getSight().scale, sight.scale);
+    EXPECT_FALSE(m_View.isChosen());
+}
+
+TEST_F(SlicesViewTest, WhatIsUnderThePointerIsSaid)
+{
+    SliceLayer volume =
+        layerOf(std::vector<std::int64_t>{9'007'199'254'740'993, 2, 3, 4}, {2, 2, 1}, {0.5, 1, 1}, {-10, 5, 2});
+    send(volume);
+    m_View.hover(Vector3d(0.2, 0, 0));
+    EXPECT_EQ(textOfPlace(), "9007199254740993  voxel 0, 0, 0  at -9.9, 5, 2") << "with all its digits";
+    m_View.hover(Vector3d(0, 5, 0));
+    EXPECT_EQ(textOfPlace(), "4  voxel 1, 1, 0  at -9.5, 6, 2") << "beside the volume it is about the crosshair";
+    send(layerOf<float>({1, 2, 3, 4}, {2, 2, 1}));
+    m_View.change([](SlicesModel& model) { model.setInterpolated(true); });
+    m_View.hover(Vector3d(0.5, 0, 0));
+    EXPECT_EQ(textOfPlace(), "1.5  voxel 1, 0, 0  at 0.5, 0, 0");
+}
+
+TEST_F(SlicesViewTest, WhatLiesOnTheVolumeIsSaidToo)
+{
+    SlicesUpdate update;
+    update.volume = layerBy({2, 2, 1}, [](int x, int, int) { return x; });
+    update.overlay = layerOf<float>({0.25F}, {1, 1, 1});
+    update.labels.emplace();
+    update.labels->samples = {layerOf<int>({0, 17, 0, 5}, {2, 2, 1}).samples.numbers, 1};
+    update.labels->names = {{17, "hippocampus"}, {0, "nothing"}};
+    m_View.apply(update);
+    m_View.hover(Vector3d(0, 0, 0));
+    EXPECT_EQ(textOfPlace(), "0  voxel 0, 0, 0  at 0, 0, 0  overlay 0.25  nothing");
+    m_View.hover(Vector3d(1, 0, 0));
+    EXPECT_EQ(textOfPlace(), "1  voxel 1, 0, 0  at 1, 0, 0  overlay nan  hippocampus");
+    m_View.hover(Vector3d(1, 1, 0));
+    EXPECT_THAT(textOfPlace(), HasSubstr("label 5"));
+}
+
+TEST_F(SlicesViewTest, TheConventionIsSaidWhereThereIsOne)
+{
+    send(layerOf<float>({1, 2, NAN, 4}, {2, 2, 1}));
+    EXPECT_EQ(textOfVolume(), "2 x 2 x 1, 1 not finite, window 1 to 4");
+    SliceLayer oriented = cube(3);
+    oriented.isOriented = true;
+    send(oriented);
+    EXPECT_EQ(textOfVolume(), "3 x 3 x 3, right is left, window 0 to 6");
+}
+
+TEST_F(SlicesViewTest, APictureShowsThreePlanesWithTheCrosshair)
+{
+    send(layerBy({10, 10, 10}, [](int, int, int) { return 77; }));
+    const QSize size(400, 300);
+    const QImage picture = m_View.picture(size);
+    ASSERT_EQ(picture.size(), size);
+    const SliceCells cells = SliceCells::of(size, false);
+    const SliceSight sight = SliceSight::fitting(m_View.getModel().grid(), m_View.getModel().planes(), cells);
+    for (std::size_t i = 0; i < 3; ++i) {
+        const auto place = [&](const Vector3d& index) {
+            return sight.placeOf(m_View.getModel().grid(), m_View.getModel().planes()[i], cells.planes[i], index)
+                .toPoint();
+        };
+        EXPECT_EQ(qRed(picture.pixel(place({2, 2, 2}))), 0) << "one number is the beginning of its window";
+        EXPECT_EQ(qRed(picture.pixel(place({5, 5, 5}))), 0) << "the middle of the crosshair is left out";
+        QPoint across = place({5, 5, 5});
+        across.setX(place({9, 9, 9}).x());
+        int brightest = 0;
+        for (int y = -2; y <= 2; ++y)
+            brightest = std::max(brightest, qBlue(picture.pixel(across + QPoint(0, y))));
+        EXPECT_EQ(brightest, 255);
+    }
+}
+
+TEST_F(SlicesViewTest, AViewOfNothingHasAPicture)
+{
+    SlicesUpdate update;
+    update.crosshair = Vector3d(1, 2, 3);
+    update.overlay = layerOf<float>({0.25F}, {1, 1, 1});
+    m_View.apply(update);
+    m_View.showAll();
+    m_View.zoom(2, 0, {10, 10});
+    EXPECT_EQ(m_View.picture({60, 40}).size(), QSize(60, 40));
+    EXPECT_EQ(textOfPlace(), "");
+    EXPECT_EQ(m_View.saveData("unused.nii"), "there are no samples");
+}
+
+TEST(SlicesWindowTest, TheFrontDoorShowsAndSavesThem)
+{
+    const QTemporaryDir folder;
+    const std::string picture = folder.filePath("head.png").toStdString();
+    const std::string data = folder.filePath("head.nii").toStdString();
+    slices("head", std::vector<float>(1000, 2), {10, 10, 10}).window(0, 2);
+    EXPECT_TRUE(savePicture("head", picture, 300, 200));
+    EXPECT_EQ(QImage(QString::fromStdString(picture)).size(), QSize(300, 200));
+    EXPECT_TRUE(saveData("head", data));
+    EXPECT_EQ(QFileInfo(QString::fromStdString(data)).size(), 352 + 4000);
+    remove(std::string("head"));
+}
+
+} // namespace
+} // namespace tavo

@@ -1,0 +1,109 @@
+#include "vireo/show/slices/SlicesModel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <type_traits>
+
+namespace tavo {
+
+namespace {
+
+std::size_t countNotFinite(const NumberArray& numbers)
+{
+    return numbers.visit([](const auto* number, std::size_t size) {
+        std::size_t count = 0;
+        if constexpr (std::is_floating_point_v<std::remove_cvref_t<decltype(*number)>>)
+            for (std::size_t i = 0; i < size; ++i)
+                count += number[i] - number[i] == 0 ? 0 : 1;
+        return count;
+    });
+}
+
+} // namespace
+
+void SlicesModel::apply(const SlicesUpdate& update)
+{
+    m_Volume.say(update.settings);
+    m_Overlay.say(update.overlaySettings);
+    m_Labels.say(update.labelSettings);
+    if (update.volume) {
+        m_Volume.send(*update.volume);
+        m_NumNotFinite = countNotFinite(update.volume->samples.numbers);
+        setSides(m_Sides);
+    }
+    if (update.overlay)
+        m_Overlay.send(*update.overlay);
+    if (update.labels)
+        m_SentLabels = update.labels;
+    if (update.crosshair)
+        m_Crosshair = update.crosshair;
+    if (isEmpty())
+        return;
+    settleCrosshair();
+    settleLabels();
+}
+
+// Those without a grid of their own are of the volume, which may come after them.
+void SlicesModel::settleLabels()
+{
+    if (!m_SentLabels)
+        return;
+    const std::size_t numSamples = grid().numSamples();
+    const std::size_t numLabels = m_SentLabels->samples.size();
+    const bool areShown = m_SentLabels->grid || numLabels == numSamples;
+    m_WhyNoLabels = areShown
+                        ? ""
+                        : std::to_string(numLabels) + " labels are not those of " + std::to_string(grid().size[0]) +
+                              " x " + std::to_string(grid().size[1]) + " x " + std::to_string(grid().size[2]) +
+                              " samples, which take " + std::to_string(numSamples);
+    if (areShown)
+        m_Labels.send({m_SentLabels->grid.value_or(grid()), m_SentLabels->samples, false});
+    else
+        m_Labels.makeRoom();
+}
+
+QString SlicesModel::nameOfLabel(double label) const
+{
+    if (!m_SentLabels || !std::isfinite(label) || std::abs(label) > 1e15)
+        return {};
+    const auto found = m_SentLabels->names.find(std::llround(label));
+    return found != m_SentLabels->names.end() ? QString::fromStdString(found->second) : QString();
+}
+
+void SlicesModel::refreshWindows()
+{
+    for (ShownLayer* layer : {&m_Volume, &m_Overlay}) {
+        SliceSettings choice = layer->getChoice();
+        choice.window.reset();
+        layer->choose(choice);
+        layer->refreshWindow();
+    }
+}
+
+void SlicesModel::setSides(const SliceSides& sides)
+{
+    m_Sides = sides;
+    m_Planes = slicePlanesOf(m_Volume.layer(), sides);
+}
+
+void SlicesModel::setVoxel(const Vector3i& voxel)
+{
+    m_Crosshair = grid().at({double(voxel[0]), double(voxel[1]), double(voxel[2])});
+    settleCrosshair();
+}
+
+void SlicesModel::settleCrosshair()
+{
+    const Vector3i& size = grid().size;
+    m_Voxel = m_Crosshair ? voxelAt(grid().indexAt(*m_Crosshair)) : Vector3i(size[0] / 2, size[1] / 2, size[2] / 2);
+}
+
+Vector3i SlicesModel::voxelAt(const Vector3d& index) const
+{
+    Vector3i voxel;
+    for (std::size_t i = 0; i < 3; ++i)
+        voxel[i] = static_cast<int>(std::clamp(std::floor(index[i] + 0.5), 0.0, grid().size[i] - 1.0));
+    return voxel;
+}
+
+} // namespace tavo

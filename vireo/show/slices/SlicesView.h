@@ -1,0 +1,88 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "vireo/show/slices/SliceSight.h"
+#include "vireo/show/slices/SlicesModel.h"
+#include "vireo/show/window/View.h"
+
+namespace tavo {
+
+class SlicesGestures;
+
+// A volume in three planes, which go through its crosshair. They are drawn by the processor, at the resolution of the
+// screen; a plane again when what is in it has changed.
+class SlicesView : public View
+{
+public:
+    explicit SlicesView(const std::string& name);
+    ~SlicesView() override;
+
+    void makeRoom(const Replaced& replaced) override;
+    void apply(ViewUpdate& update) override;
+    QImage picture(QSize size) override;
+    std::string saveData(const QString& file) override;
+
+    const SlicesModel& getModel() const { return m_Model; }
+
+    // Has a person change how it is shown.
+    void change(const std::function<void(SlicesModel& model)>& change);
+
+    // Moves the crosshair, for a person.
+    void moveTo(const Vector3i& voxel);
+
+    // What is seen. Places and cells are in pixels of the screen.
+    const SliceSight& getSight() const { return m_Sight; }
+    SliceCells cells() const;
+
+    // Shows that part, for a person: what is sent leaves it alone then.
+    void setSight(const SliceSight& sight);
+    void zoom(double factor, std::size_t plane, const QPointF& place);
+    bool isChosen() const { return m_IsChosen; }
+
+    // Shows all of it, now and as it changes.
+    void showAll();
+
+    // Which plane is at a place of the widget; none beside them.
+    std::optional<std::size_t> planeAt(const QPointF& place) const;
+    QPointF onScreen(const QPointF& place) const { return place * devicePixelRatioF(); }
+
+    // What a plane shows at a place of the widget, counted in samples.
+    Vector3d indexAt(std::size_t plane, const QPointF& place) const;
+
+    // Says what is there; of what is at the crosshair without it.
+    void hover(const std::optional<Vector3d>& index);
+
+    // What is said below the slices: about what the pointer is on, and about the volume.
+    QString textOfPlace() const;
+    QString textOfVolume() const;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void changed();
+    void sayWhatIsWrong();
+    int barHeight() const;
+    QSize slicesSize() const;
+    SliceSight fitting(const SliceCells& cells) const;
+    SliceSight sightFor(const SliceCells& cells) const;
+    QImage drawPlane(std::size_t plane, const SliceSight& sight, const QSize& size) const;
+    void paintBar(QPainter& painter) const;
+
+    std::string m_Name;
+    SlicesModel m_Model;
+    SliceSight m_Sight;
+    bool m_IsChosen = false; // the sight, by a person
+    std::optional<Vector3d> m_Hovered;
+    std::array<QImage, 3> m_Pictures; // of the planes; null if they have to be drawn
+    std::unique_ptr<SlicesGestures> m_Gestures;
+};
+
+} // namespace tavo

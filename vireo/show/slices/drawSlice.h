@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QImage>
+#include <QPainter>
+
+#include "vireo/show/slices/SliceSight.h"
+#include "vireo/show/slices/SlicesModel.h"
+
+namespace tavo {
+
+// The slice of a plane that goes through the crosshair, with what lies on it, on black. Its cost goes by the pixels.
+QImage drawSlice(const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight, const QSize& size);
+
+// What stands over a slice: the crosshair, which leaves out its middle, the sides of the patient, and which slice it
+// is. A pixel of a widget is so many of the screen.
+void drawSliceMarks(QPainter& painter, const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight,
+    const QRect& cell, double pixelRatio);
+
+} // namespace tavo
