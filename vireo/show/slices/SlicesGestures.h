@@ -21,7 +21,8 @@ class SlicesView;
 // by ten, the arrows move the crosshair within the plane; Ctrl and the wheel, + and - zoom, at the pointer; a drag with
 // the middle button, or with Shift, moves the volume; a drag with the right button, or with Ctrl, sets the window: to
 // the right it gets wider, upwards it moves up. Home shows all; i interpolates or not; n and f turn slices round, left
-// to right and front to back; r finds the window afresh.
+// to right and front to back; r finds the window afresh; v shows the
+// volume beside its slices or hides it.
 class SlicesGestures : public QObject
 {
 public:

@@ -8,6 +8,7 @@
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/text/printable.h"
 #include "vireo/show/delivery/sayOnce.h"
+#include "vireo/show/slices/SliceVolume.h"
 #include "vireo/show/slices/SlicesGestures.h"
 #include "vireo/show/slices/drawSlice.h"
 #include "vireo/show/slices/sampleLine.h"
@@ -78,14 +79,51 @@ SlicesView::~SlicesView() = default;
 
 void SlicesView::makeRoom(const Replaced& replaced)
 {
-    if (replaced.isAll)
-        m_Model.makeRoom();
+    if (!replaced.isAll)
+        return;
+    m_Model.makeRoom();
+    if (m_Volume)
+        m_Volume->makeRoom();
 }
 
 void SlicesView::apply(ViewUpdate& update)
 {
-    m_Model.apply(static_cast<SlicesUpdate&>(update));
+    const auto& slices = static_cast<SlicesUpdate&>(update);
+    m_Model.apply(slices);
     sayWhatIsWrong();
+    changed();
+    if (slices.volume)
+        settleVolume();
+}
+
+// Where it is shown at all.
+void SlicesView::settleVolume()
+{
+    if (!m_IsVolumeShown)
+        return m_Volume.reset();
+    if (m_Model.isEmpty())
+        return;
+    if (!m_Volume)
+        m_Volume = std::make_unique<SliceVolume>(*this, m_Model);
+    m_Volume->showVolume();
+    placeVolume();
+    m_Volume->scene().show();
+}
+
+// In its cell.
+void SlicesView::placeVolume()
+{
+    if (!m_Volume)
+        return;
+    const QRect cell = cells().volume;
+    const double ratio = devicePixelRatioF();
+    m_Volume->scene().setGeometry(QRectF(QPointF(cell.topLeft()) / ratio, QSizeF(cell.size()) / ratio).toRect());
+}
+
+void SlicesView::switchVolume()
+{
+    m_IsVolumeShown = !m_IsVolumeShown;
+    settleVolume();
     changed();
 }
 
@@ -107,6 +145,8 @@ void SlicesView::changed()
     m_Pictures = {};
     if (!m_Model.isEmpty())
         m_Sight = sightFor(cells());
+    if (m_Volume)
+        m_Volume->followSoon();
     update();
 }
 
@@ -120,6 +160,8 @@ void SlicesView::moveTo(const Vector3i& voxel)
     for (std::size_t i = 0; i < 3; ++i)
         if (const std::size_t axis = m_Model.planes()[i].through; m_Model.voxel()[axis] != before[axis])
             m_Pictures[i] = {};
+    if (m_Volume)
+        m_Volume->followSoon();
     update();
 }
 
@@ -136,7 +178,7 @@ QSize SlicesView::slicesSize() const
 
 SliceCells SlicesView::cells() const
 {
-    return SliceCells::of(slicesSize(), false);
+    return SliceCells::of(slicesSize(), m_IsVolumeShown);
 }
 
 SliceSight SlicesView::fitting(const SliceCells& cells) const
@@ -207,7 +249,7 @@ QImage SlicesView::picture(QSize size)
 {
     QImage picture(size, QImage::Format_RGB32);
     picture.fill(palette().color(QPalette::Mid));
-    const SliceCells cells = SliceCells::of(size, false);
+    const SliceCells cells = SliceCells::of(size, m_IsVolumeShown);
     QPainter painter(&picture);
     painter.setFont(font());
     if (m_Model.isEmpty())
@@ -218,6 +260,10 @@ QImage SlicesView::picture(QSize size)
     for (std::size_t i = 0; i < 3; ++i) {
         painter.drawImage(cells.planes[i].topLeft(), drawPlane(i, sight, cells.planes[i].size()));
         drawSliceMarks(painter, m_Model, m_Model.planes()[i], sight, cells.planes[i], 1);
+    }
+    if (m_Volume) {
+        m_Volume->follow();
+        painter.drawImage(cells.volume.topLeft(), m_Volume->scene().picture(cells.volume.size()));
     }
     return picture;
 }
@@ -275,6 +321,7 @@ void SlicesView::changeEvent(QEvent* event)
 
 void SlicesView::resizeEvent(QResizeEvent* event)
 {
+    placeVolume();
     changed();
     View::resizeEvent(event);
 }

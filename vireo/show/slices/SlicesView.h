@@ -12,10 +12,11 @@
 
 namespace tavo {
 
+class SliceVolume;
 class SlicesGestures;
 
-// A volume in three planes, which go through its crosshair. They are drawn by the processor, at the resolution of the
-// screen; a plane again when what is in it has changed.
+// A volume in three planes, which go through its crosshair, and as a whole beside them. The planes are drawn by the
+// processor, at the resolution of the screen; a plane again when what is in it has changed.
 class SlicesView : public View
 {
 public:
@@ -47,6 +48,13 @@ public:
     // Shows all of it, now and as it changes.
     void showAll();
 
+    // Shows the volume as a whole, or hides it, for a person.
+    void switchVolume();
+    bool isVolumeShown() const { return m_IsVolumeShown; }
+
+    // Null if there is none.
+    SliceVolume* getVolume() { return m_Volume.get(); }
+
     // Which plane is at a place of the widget; none beside them.
     std::optional<std::size_t> planeAt(const QPointF& place) const;
     QPointF onScreen(const QPointF& place) const { return place * devicePixelRatioF(); }
@@ -69,6 +77,8 @@ protected:
 private:
     void changed();
     void sayWhatIsWrong();
+    void settleVolume();
+    void placeVolume();
     int barHeight() const;
     QSize slicesSize() const;
     SliceSight fitting(const SliceCells& cells) const;
@@ -81,7 +91,9 @@ private:
     SliceSight m_Sight;
     bool m_IsChosen = false; // the sight, by a person
     std::optional<Vector3d> m_Hovered;
-    std::array<QImage, 3> m_Pictures; // of the planes; null if they have to be drawn
+    std::array<QImage, 3> m_Pictures;      // of the planes; null if they have to be drawn
+    std::unique_ptr<SliceVolume> m_Volume; // null unless it is shown
+    bool m_IsVolumeShown = true;
     std::unique_ptr<SlicesGestures> m_Gestures;
 };
 

@@ -5,8 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/userEvents.h"
 #include "tests/vireo/show/slices/layers.h"
 #include "vireo/show/show.h"
+#include "vireo/show/slices/SliceVolume.h"
 
 namespace tavo {
 namespace {
@@ -36,6 +38,13 @@ protected:
 
     SlicesView m_View{"head"};
 };
+
+// Where its lines meet.
+Vector3d crosshairOf(const SceneView& scene)
+{
+    const NumberTuples& points = scene.getModel().items().at("crosshair").shape()->points;
+    return {points.numbers[6], points.numbers[1], points.numbers[2]};
+}
 
 SliceLayer cube(int side)
 {
@@ -132,7 +141,7 @@ TEST_F(SlicesViewTest, APictureShowsThreePlanesWithTheCrosshair)
     const QSize size(400, 300);
     const QImage picture = m_View.picture(size);
     ASSERT_EQ(picture.size(), size);
-    const SliceCells cells = SliceCells::of(size, false);
+    const SliceCells cells = SliceCells::of(size, true);
     const SliceSight sight = SliceSight::fitting(m_View.getModel().grid(), m_View.getModel().planes(), cells);
     for (std::size_t i = 0; i < 3; ++i) {
         const auto place = [&](const Vector3d& index) {
@@ -148,6 +157,46 @@ TEST_F(SlicesViewTest, APictureShowsThreePlanesWithTheCrosshair)
             brightest = std::max(brightest, qBlue(picture.pixel(across + QPoint(0, y))));
         EXPECT_EQ(brightest, 255);
     }
+}
+
+TEST_F(SlicesViewTest, TheVolumeStandsBesideItsSlicesAndFollowsThem)
+{
+    EXPECT_FALSE(m_View.getVolume()) << "there is none yet";
+    send(layerBy({16, 16, 16}, [](int x, int, int) { return x < 8 ? 0 : 200; }));
+    SceneView& scene = m_View.getVolume()->scene();
+    EXPECT_EQ(scene.geometry(), m_View.cells().volume);
+    EXPECT_TRUE(scene.isVisible());
+    const QImage before = scene.picture({80, 80});
+    ASSERT_FALSE(before.isNull());
+    m_View.moveTo({1, 2, 3});
+    EXPECT_EQ(crosshairOf(scene), Vector3d(8, 8, 8)) << "not while it moves";
+    for (int i = 0; i < 100 && crosshairOf(scene) != Vector3d(1, 2, 3); ++i)
+        QTest::qWait(20);
+    EXPECT_EQ(crosshairOf(scene), Vector3d(1, 2, 3));
+    SlicesUpdate update;
+    update.settings.window = std::pair(1000.0, 2000.0);
+    m_View.apply(update);
+    m_View.picture({80, 80});
+    EXPECT_NE(scene.picture({80, 80}), before) << "a picture has the window of the slices";
+    const QImage whole = m_View.picture({400, 300});
+    const QRect cell = SliceCells::of({400, 300}, true).volume;
+    EXPECT_EQ(whole.copy(cell), scene.picture(cell.size()).convertToFormat(whole.format()));
+}
+
+TEST_F(SlicesViewTest, TheVolumeIsHiddenOnWish)
+{
+    send(cube(8));
+    clickKey(&m_View, Qt::Key_V);
+    EXPECT_FALSE(m_View.getVolume());
+    EXPECT_TRUE(m_View.cells().volume.isEmpty());
+    send(cube(9));
+    EXPECT_FALSE(m_View.getVolume());
+    clickKey(&m_View, Qt::Key_V);
+    ASSERT_TRUE(m_View.getVolume());
+    EXPECT_EQ(m_View.getVolume()->scene().geometry(), m_View.cells().volume);
+    m_View.resize(700, 500);
+    QApplication::processEvents();
+    EXPECT_EQ(m_View.getVolume()->scene().geometry(), m_View.cells().volume);
 }
 
 TEST_F(SlicesViewTest, AViewOfNothingHasAPicture)
