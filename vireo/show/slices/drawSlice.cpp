@@ -71,6 +71,8 @@ public:
     }
 
 private:
+    static constexpr int OPAQUE = 256;
+
     Span spanAlong(const SliceSight& sight, std::size_t axis, double sign, int length) const
     {
         const VolumeGrid& grid = m_Model.grid();
@@ -103,11 +105,14 @@ private:
         layer.colours().convert(row, 0, 0, line.count, colours);
     }
 
-    static QRgb mixed(QRgb below, QRgb above, double opacity)
+    static QRgb mixed(QRgb below, QRgb above, int opacity)
     {
-        const auto mix = [opacity](int a, int b) { return static_cast<int>(a + opacity * (b - a) + 0.5); };
+        const auto mix = [opacity](
+                             int a, int b) { return (a * (OPAQUE - opacity) + b * opacity + OPAQUE / 2) / OPAQUE; };
         return qRgb(mix(qRed(below), qRed(above)), mix(qGreen(below), qGreen(above)), mix(qBlue(below), qBlue(above)));
     }
+
+    static int opacityOf(const ShownLayer& layer) { return static_cast<int>(std::lround(layer.opacity() * OPAQUE)); }
 
     // What is no number, or not above the window's beginning, lets the volume be seen.
     void lay(const ShownLayer& layer, const SampleLine& line, QRgb* colours)
@@ -115,10 +120,11 @@ private:
         m_Colours.resize(static_cast<std::size_t>(line.count));
         takeColours(layer, line, m_Colours.data());
         const std::size_t width = layer.layer().samples.width;
+        const int opacity = opacityOf(layer);
         for (std::size_t i = 0; i < m_Colours.size(); ++i) {
             const double number = m_Numbers[i * width];
             if (width > 1 ? !std::isnan(number) : number > layer.look().from)
-                colours[i] = mixed(colours[i], m_Colours[i], layer.opacity());
+                colours[i] = mixed(colours[i], m_Colours[i], opacity);
         }
     }
 
@@ -126,10 +132,11 @@ private:
     void layLabels(const SampleLine& line, QRgb* colours)
     {
         sample(m_Model.labels(), line, false);
+        const int opacity = opacityOf(m_Model.labels());
         for (std::size_t i = 0; i < m_Numbers.size(); ++i)
             if (const double label = m_Numbers[i]; std::isfinite(label) && std::abs(label) < 1e15 && label != 0) {
                 const RGBA8 colour = colourOfLabel(std::llround(label));
-                colours[i] = mixed(colours[i], qRgb(colour[0], colour[1], colour[2]), m_Model.labels().opacity());
+                colours[i] = mixed(colours[i], qRgb(colour[0], colour[1], colour[2]), opacity);
             }
     }
 

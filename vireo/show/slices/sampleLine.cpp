@@ -4,11 +4,14 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
+#include <vector>
 
 namespace tavo {
 
 namespace {
 
+constexpr double NO_NUMBER = std::numeric_limits<double>::quiet_NaN();
 constexpr double ROUNDING = 1e-6; // in samples: so far outside of its cell, a place is taken to be in it
 
 // The samples of a volume by their places.
@@ -66,29 +69,128 @@ public:
         }
     }
 
+    // Of places along one axis of the samples, which is what slices nearly always need: what holds for all of them is
+    // found once.
+    void takeNearestAlong(std::size_t axis, const SampleLine& line, double* to) const
+    {
+        const T* const row = m_Numbers + offsetBeside(axis, line.first);
+        const Bounds inside = boundsOf(axis);
+        for (int i = 0; i < line.count; ++i) {
+            const double place = line.first[axis] + i * line.step[axis];
+            to[i] = inside.has(place) ? static_cast<double>(row[m_Strides[axis] * indexOf(axis, place)]) : NO_NUMBER;
+        }
+    }
+
+    void takeBetweenAlong(std::size_t axis, const SampleLine& line, double* to) const
+    {
+        const double last = line.first[axis] + (line.count - 1) * line.step[axis];
+        const double greatest = m_Size[axis] - 1.0;
+        const int from = static_cast<int>(std::clamp(std::min(line.first[axis], last), 0.0, greatest));
+        const int end = static_cast<int>(std::clamp(std::ceil(std::max(line.first[axis], last)), 0.0, greatest)) + 1;
+        const std::vector<double> row = rowBetween(axis, line.first, from, end);
+        const Bounds inside = boundsOf(axis);
+        for (int i = 0; i < line.count; ++i) {
+            const double place = line.first[axis] + i * line.step[axis];
+            const double clamped = std::clamp(place, double(from), end - 1.0);
+            const auto lower = static_cast<int>(clamped);
+            const double part = clamped - lower;
+            const auto at = static_cast<std::size_t>(lower - from);
+            to[i] = !inside.has(place) ? NO_NUMBER : part == 0 ? row[at] : row[at] + part * (row[at + 1] - row[at]);
+        }
+    }
+
 private:
+    struct Bounds
+    {
+        double from;
+        double to;
+
+        bool has(double place) const { return place >= from && place <= to; }
+    };
+
+    Bounds boundsOf(std::size_t axis) const { return {-0.5 - ROUNDING, m_Size[axis] - 0.5 + ROUNDING}; }
+
+    std::size_t indexOf(std::size_t axis, double place) const
+    {
+        return static_cast<std::size_t>(std::clamp(static_cast<int>(place + 0.5), 0, m_Size[axis] - 1));
+    }
+
+    // Of the nearest sample, where it is 0 along the axis.
+    std::size_t offsetBeside(std::size_t axis, const Vector3d& place) const
+    {
+        std::size_t offset = 0;
+        for (std::size_t i = 0; i < 3; ++i)
+            offset += i == axis ? 0 : m_Strides[i] * indexOf(i, place[i]);
+        return offset;
+    }
+
+    // Numbers beside the axis, at its samples.
+    std::vector<double> rowBetween(std::size_t axis, Vector3d place, int from, int end) const
+    {
+        std::vector<double> row;
+        row.reserve(static_cast<std::size_t>(end - from));
+        for (int i = from; i < end; ++i) {
+            place[axis] = i;
+            takeBetween(place, &row.emplace_back());
+        }
+        return row;
+    }
+
     const T* m_Numbers;
     Vector3i m_Size;
     std::size_t m_Width;
     std::array<std::size_t, 3> m_Strides;
 };
 
+// The axis that a line goes along, if it does and none of it is beside the volume; along the others it may go by what
+// rounding leaves.
+template <typename T>
+std::optional<std::size_t> axisOf(const Lattice<T>& lattice, const SampleLine& line)
+{
+    constexpr double STRAIGHT = 1e-9; // in samples
+    std::optional<std::size_t> axis;
+    for (std::size_t i = 0; i < 3; ++i)
+        if (std::abs(line.step[i]) * line.count > STRAIGHT) {
+            if (axis)
+                return {};
+            axis = i;
+        }
+    Vector3d beside = line.first;
+    if (axis)
+        beside[*axis] = 0;
+    return lattice.isInside(beside) ? axis : std::nullopt;
+}
+
+template <typename T>
+void samplePlaces(
+    const Lattice<T>& lattice, std::size_t width, const SampleLine& line, bool isInterpolated, double* numbers)
+{
+    for (int i = 0; i < line.count; ++i, numbers += width) {
+        const Vector3d place = line.first + double(i) * line.step;
+        if (!lattice.isInside(place))
+            std::fill_n(numbers, width, NO_NUMBER);
+        else if (isInterpolated)
+            lattice.takeBetween(place, numbers);
+        else
+            lattice.takeNearest(place, numbers);
+    }
+}
+
 } // namespace
 
 void sampleLine(const SliceLayer& layer, const SampleLine& line, bool isInterpolated, double* numbers)
 {
+    constexpr double MANY_SAMPLES = 4; // for a place: it costs less to look at each place by itself
     const std::size_t width = layer.samples.width;
     layer.samples.numbers.visit([&](const auto* samples, std::size_t) {
         const Lattice lattice(layer, samples);
-        for (int i = 0; i < line.count; ++i, numbers += width) {
-            const Vector3d place = line.first + double(i) * line.step;
-            if (!lattice.isInside(place))
-                std::fill_n(numbers, width, std::numeric_limits<double>::quiet_NaN());
-            else if (isInterpolated)
-                lattice.takeBetween(place, numbers);
-            else
-                lattice.takeNearest(place, numbers);
-        }
+        const std::optional<std::size_t> axis = width == 1 ? axisOf(lattice, line) : std::nullopt;
+        if (axis && !isInterpolated)
+            lattice.takeNearestAlong(*axis, line, numbers);
+        else if (axis && std::abs(line.step[*axis]) < MANY_SAMPLES)
+            lattice.takeBetweenAlong(*axis, line, numbers);
+        else
+            samplePlaces(lattice, width, line, isInterpolated, numbers);
     });
 }
 

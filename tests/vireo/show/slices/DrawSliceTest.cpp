@@ -33,6 +33,34 @@ TEST(SampleLineTest, ANumberIsThatOfTheCellOrLiesBetweenItsNeighbours)
     EXPECT_TRUE(std::isnan(sampleAt(layer, {NAN_D, 0, 0}, false)));
 }
 
+// As if each place were asked for by itself.
+TEST(SampleLineTest, LinesAlongAnAxisAreThoseOfTheirPlaces)
+{
+    std::vector<double> samples;
+    for (int i = 0; i < 60; ++i)
+        samples.push_back(i * i % 37);
+    samples[17] = NAN_D;
+    const SliceLayer layer = layerOf(samples, {5, 4, 3});
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        for (const double step : {0.13, -0.29, 0.5, 5.0})
+            for (const bool isInterpolated : {false, true})
+                for (const Vector3d& start : {Vector3d(0.3, 1.25, 1), Vector3d(2, 2, 2), Vector3d(1, -3, 0)}) {
+                    SampleLine line{start, {}, 40};
+                    line.first[axis] = step > 0 ? -2.0 : 7.0;
+                    line.step[axis] = step;
+                    std::vector<double> numbers(40);
+                    sampleLine(layer, line, isInterpolated, numbers.data());
+                    for (int i = 0; i < line.count; ++i) {
+                        const double one = sampleAt(layer, line.first + double(i) * line.step, isInterpolated);
+                        const double number = numbers[std::size_t(i)];
+                        EXPECT_EQ(std::isnan(number), std::isnan(one));
+                        if (!std::isnan(one)) {
+                            EXPECT_NEAR(number, one, 1e-9);
+                        }
+                    }
+                }
+}
+
 TEST(SampleLineTest, WhatIsNoNumberStaysWhereItIs)
 {
     const SliceLayer layer = layerOf<double>({1, NAN_D, 2, 3}, {2, 2, 1});
