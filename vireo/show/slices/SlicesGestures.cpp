@@ -196,6 +196,7 @@ bool SlicesGestures::pressKey(const QKeyEvent& event)
     case Qt::Key_I:
         m_View.change([](SlicesModel& model) { model.setInterpolated(!model.isInterpolated()); });
         return true;
+    case Qt::Key_P: m_View.switchPanel(); return true;
     case Qt::Key_V: m_View.switchVolume(); return true;
     case Qt::Key_R: m_View.change([](SlicesModel& model) { model.refreshWindows(); }); return true;
     default: return pressArrow(event.key());

@@ -10,16 +10,19 @@
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/slices/SliceVolume.h"
 #include "vireo/show/slices/SlicesGestures.h"
+#include "vireo/show/slices/SlicesPanel.h"
 #include "vireo/show/slices/drawSlice.h"
 #include "vireo/show/slices/sampleLine.h"
 #include "vireo/show/slices/slicesData.h"
+#include "vireo/show/window/windowMemory.h"
 
 namespace tavo {
 
 namespace {
 
 constexpr std::size_t LONGEST_NAME = 80;
-constexpr int MARGIN = 4; // in pixels, of the text below the slices
+constexpr int MARGIN = 4;       // in pixels, of the text below the slices
+constexpr int LARGE_VIEW = 900; // in pixels, from which on the panel is there unless a person has hidden it
 
 QString textOf(double number)
 {
@@ -68,7 +71,9 @@ QString sampledTextOf(const SliceLayer& layer, const Vector3d& index, bool isInt
 
 SlicesView::SlicesView(const std::string& name)
     : m_Name(name)
+    , m_Panel(new SlicesPanel(*this))
 {
+    m_Panel->hide();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(40, 30);
@@ -147,6 +152,7 @@ void SlicesView::changed()
         m_Sight = sightFor(cells());
     if (m_Volume)
         m_Volume->followSoon();
+    m_Panel->noteChange();
     update();
 }
 
@@ -172,8 +178,42 @@ int SlicesView::barHeight() const
 
 QSize SlicesView::slicesSize() const
 {
-    const QSizeF size(width(), std::max(height() - barHeight(), 1));
+    const QSizeF size(slicesWidth(), std::max(height() - barHeight(), 1));
     return (size * devicePixelRatioF()).toSize();
+}
+
+// Of the widget without the panel.
+int SlicesView::slicesWidth() const
+{
+    return std::max(width() - (isPanelShown() ? m_Panel->width() : 0), 1);
+}
+
+bool SlicesView::isPanelShown() const
+{
+    return !m_Panel->isHidden();
+}
+
+void SlicesView::switchPanel()
+{
+    m_IsPanelWanted = !isPanelShown();
+    if (m_Panel->isAncestorOf(focusWidget()))
+        setFocus();
+    settlePanel();
+    windowMemory::remember(windowMemory::Thing::SlicesPanel, isPanelShown() ? "shown" : "hidden");
+}
+
+std::function<void()> SlicesView::configuration()
+{
+    return [this] { switchPanel(); };
+}
+
+void SlicesView::settlePanel()
+{
+    const int panelWidth = m_Panel->widthIn(width());
+    m_Panel->setGeometry(width() - panelWidth, 0, panelWidth, height());
+    m_Panel->setVisible(m_IsPanelWanted.value_or(width() >= LARGE_VIEW));
+    placeVolume();
+    changed();
 }
 
 SliceCells SlicesView::cells() const
@@ -321,9 +361,17 @@ void SlicesView::changeEvent(QEvent* event)
 
 void SlicesView::resizeEvent(QResizeEvent* event)
 {
-    placeVolume();
-    changed();
+    settlePanel();
     View::resizeEvent(event);
+}
+
+void SlicesView::showEvent(QShowEvent* event)
+{
+    View::showEvent(event);
+    const QByteArray remembered = windowMemory::recall(windowMemory::Thing::SlicesPanel);
+    if (!m_IsPanelWanted && !remembered.isEmpty())
+        m_IsPanelWanted = remembered == "shown";
+    settlePanel();
 }
 
 void SlicesView::paintEvent(QPaintEvent*)
@@ -348,7 +396,7 @@ void SlicesView::paintEvent(QPaintEvent*)
 
 void SlicesView::paintBar(QPainter& painter) const
 {
-    const QRect bar(0, height() - barHeight(), width(), barHeight());
+    const QRect bar(0, height() - barHeight(), slicesWidth(), barHeight());
     painter.fillRect(bar, palette().color(QPalette::Window));
     painter.setPen(palette().color(QPalette::WindowText));
     const QRect inside = bar.adjusted(MARGIN, 0, -MARGIN, 0);

@@ -14,6 +14,7 @@ namespace tavo {
 
 class SliceVolume;
 class SlicesGestures;
+class SlicesPanel;
 
 // A volume in three planes, which go through its crosshair, and as a whole beside them. The planes are drawn by the
 // processor, at the resolution of the screen; a plane again when what is in it has changed.
@@ -27,6 +28,7 @@ public:
     void apply(ViewUpdate& update) override;
     QImage picture(QSize size) override;
     std::string saveData(const QString& file) override;
+    std::function<void()> configuration() override;
 
     const SlicesModel& getModel() const { return m_Model; }
 
@@ -55,6 +57,10 @@ public:
     // Null if there is none.
     SliceVolume* getVolume() { return m_Volume.get(); }
 
+    // The panel of the slices.
+    bool isPanelShown() const;
+    void switchPanel();
+
     // Which plane is at a place of the widget; none beside them.
     std::optional<std::size_t> planeAt(const QPointF& place) const;
     QPointF onScreen(const QPointF& place) const { return place * devicePixelRatioF(); }
@@ -73,6 +79,7 @@ protected:
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     void changed();
@@ -80,6 +87,8 @@ private:
     void settleVolume();
     void placeVolume();
     int barHeight() const;
+    int slicesWidth() const;
+    void settlePanel();
     QSize slicesSize() const;
     SliceSight fitting(const SliceCells& cells) const;
     SliceSight sightFor(const SliceCells& cells) const;
@@ -95,6 +104,8 @@ private:
     std::unique_ptr<SliceVolume> m_Volume; // null unless it is shown
     bool m_IsVolumeShown = true;
     std::unique_ptr<SlicesGestures> m_Gestures;
+    SlicesPanel* m_Panel;                // a child of the widget
+    std::optional<bool> m_IsPanelWanted; // by a person
 };
 
 } // namespace tavo

@@ -17,7 +17,7 @@ bool remembers()
 
 QString keyOf(Thing thing)
 {
-    static constexpr const char* NAMES[] = {"geometry", "layout", "theme", "scenePanel", "imagePanel"};
+    static constexpr const char* NAMES[] = {"geometry", "layout", "theme", "scenePanel", "imagePanel", "slicesPanel"};
     const QString program = QString::fromLatin1(QUrl::toPercentEncoding(programName())); // a key's "/" makes groups
     return (program.isEmpty() ? "program" : program) + "/" + NAMES[static_cast<int>(thing)];
 }

@@ -15,7 +15,8 @@ enum class Thing
     Layout,
     Theme,
     ScenePanel,
-    ImagePanel
+    ImagePanel,
+    SlicesPanel
 };
 
 QByteArray recall(Thing thing);
