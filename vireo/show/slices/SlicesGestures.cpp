@@ -50,8 +50,12 @@ bool SlicesGestures::press(const QMouseEvent& event)
         aim = Aim::Window;
     else if (event.button() == Qt::MiddleButton || event.modifiers() & Qt::ShiftModifier)
         aim = Aim::Move;
-    const ImageLook& look = m_View.getModel().volume().look();
     m_Plane = *plane;
+    if (m_View.isMeasuring() && aim == Aim::Crosshair) {
+        m_View.clickDistance(*plane, event.localPos());
+        return true;
+    }
+    const ImageLook& look = m_View.getModel().volume().look();
     m_Drag = Drag{event.button(), aim, *plane, event.localPos(), m_View.getSight(), {look.from, look.to}};
     m_View.setFocus();
     follow(event.localPos());
@@ -66,6 +70,8 @@ bool SlicesGestures::move(const QMouseEvent& event)
         m_Plane = *plane;
     if (m_Drag)
         follow(event.localPos());
+    if (plane)
+        m_View.moveDistance(*plane, event.localPos());
     m_View.hover(
         plane && !m_View.getModel().isEmpty() ? std::optional(m_View.indexAt(*plane, event.localPos())) : std::nullopt);
     return m_Drag.has_value();
@@ -196,6 +202,8 @@ bool SlicesGestures::pressKey(const QKeyEvent& event)
     case Qt::Key_I:
         m_View.change([](SlicesModel& model) { model.setInterpolated(!model.isInterpolated()); });
         return true;
+    case Qt::Key_M: m_View.setMeasuring(!m_View.isMeasuring()); return true;
+    case Qt::Key_Escape: m_View.setMeasuring(false); return true;
     case Qt::Key_P: m_View.switchPanel(); return true;
     case Qt::Key_V: m_View.switchVolume(); return true;
     case Qt::Key_R: m_View.change([](SlicesModel& model) { model.refreshWindows(); }); return true;

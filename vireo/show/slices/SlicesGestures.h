@@ -22,7 +22,8 @@ class SlicesView;
 // the middle button, or with Shift, moves the volume; a drag with the right button, or with Ctrl, sets the window: to
 // the right it gets wider, upwards it moves up. Home shows all; i interpolates or not; n and f turn slices round, left
 // to right and front to back; r finds the window afresh; v shows the
-// volume beside its slices or hides it; p shows and hides the panel.
+// volume beside its slices or hides it; p shows and hides the panel. m measures distances
+// by two clicks, up to the next m or Esc.
 class SlicesGestures : public QObject
 {
 public:

@@ -38,6 +38,12 @@ bool isInside(const VolumeGrid& grid, const Vector3d& index)
     return true;
 }
 
+bool areSame(const VolumeGrid& one, const VolumeGrid& other)
+{
+    return one.size == other.size && one.spacing == other.spacing && one.origin == other.origin &&
+           one.axes == other.axes;
+}
+
 // With all the digits that integers have.
 QString exactTextOf(const SliceLayer& layer, const Vector3i& voxel)
 {
@@ -94,7 +100,10 @@ void SlicesView::makeRoom(const Replaced& replaced)
 void SlicesView::apply(ViewUpdate& update)
 {
     const auto& slices = static_cast<SlicesUpdate&>(update);
+    const VolumeGrid before = m_Model.grid();
     m_Model.apply(slices);
+    if (!areSame(before, m_Model.grid()))
+        m_Distance.reset(); // which is counted in its samples
     sayWhatIsWrong();
     changed();
     if (slices.volume)
@@ -279,6 +288,46 @@ void SlicesView::hover(const std::optional<Vector3d>& index)
     update();
 }
 
+void SlicesView::setMeasuring(bool isMeasuring)
+{
+    m_IsMeasuring = isMeasuring;
+    m_Distance.reset();
+    update();
+}
+
+// In another plane, a line begins anew.
+void SlicesView::clickDistance(std::size_t plane, const QPointF& place)
+{
+    if (m_Model.isEmpty())
+        return;
+    const int slice = m_Model.voxel()[m_Model.planes()[plane].through];
+    if (m_Distance && !m_Distance->isDone && m_Distance->plane == plane && m_Distance->slice == slice) {
+        moveDistance(plane, place);
+        m_Distance->isDone = true;
+    } else {
+        const Vector3d index = indexAt(plane, place);
+        m_Distance = SliceDistance{plane, slice, index, index, false};
+    }
+    update();
+}
+
+void SlicesView::moveDistance(std::size_t plane, const QPointF& place)
+{
+    if (!m_Distance || m_Distance->isDone || m_Distance->plane != plane || m_Model.isEmpty())
+        return;
+    m_Distance->to = indexAt(plane, place);
+    m_Distance->to[m_Model.planes()[plane].through] = m_Distance->slice;
+    update();
+}
+
+void SlicesView::paintMarks(
+    QPainter& painter, std::size_t plane, const SliceSight& sight, const QRect& cell, double ratio) const
+{
+    drawSliceMarks(painter, m_Model, m_Model.planes()[plane], sight, cell, ratio);
+    if (m_Distance && m_Distance->plane == plane)
+        drawSliceDistance(painter, m_Model, m_Model.planes()[plane], sight, cell, *m_Distance, ratio);
+}
+
 QImage SlicesView::drawPlane(std::size_t plane, const SliceSight& sight, const QSize& size) const
 {
     return drawSlice(m_Model, m_Model.planes()[plane], sight, size);
@@ -299,7 +348,7 @@ QImage SlicesView::picture(QSize size)
         sight.scale *= fitting(cells).scale / fitting(this->cells()).scale;
     for (std::size_t i = 0; i < 3; ++i) {
         painter.drawImage(cells.planes[i].topLeft(), drawPlane(i, sight, cells.planes[i].size()));
-        drawSliceMarks(painter, m_Model, m_Model.planes()[i], sight, cells.planes[i], 1);
+        paintMarks(painter, i, sight, cells.planes[i], 1);
     }
     if (m_Volume) {
         m_Volume->follow();
@@ -390,7 +439,7 @@ void SlicesView::paintEvent(QPaintEvent*)
         if (m_Pictures[i].isNull())
             runGuarded([&] { m_Pictures[i] = drawPlane(i, m_Sight, cells.planes[i].size()); });
         painter.drawImage(cells.planes[i].topLeft(), m_Pictures[i]);
-        drawSliceMarks(painter, m_Model, m_Model.planes()[i], m_Sight, cells.planes[i], devicePixelRatioF());
+        paintMarks(painter, i, m_Sight, cells.planes[i], devicePixelRatioF());
     }
 }
 

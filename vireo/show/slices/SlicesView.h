@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "vireo/show/slices/SliceDistance.h"
 #include "vireo/show/slices/SliceSight.h"
 #include "vireo/show/slices/SlicesModel.h"
 #include "vireo/show/window/View.h"
@@ -50,6 +51,14 @@ public:
     // Shows all of it, now and as it changes.
     void showAll();
 
+    // Has a person measure: a click begins a line, whose end follows the pointer up to the next one. Measuring no
+    // longer, the line goes.
+    void setMeasuring(bool isMeasuring);
+    bool isMeasuring() const { return m_IsMeasuring; }
+    void clickDistance(std::size_t plane, const QPointF& place);
+    void moveDistance(std::size_t plane, const QPointF& place);
+    const std::optional<SliceDistance>& getDistance() const { return m_Distance; }
+
     // Shows the volume as a whole, or hides it, for a person.
     void switchVolume();
     bool isVolumeShown() const { return m_IsVolumeShown; }
@@ -92,6 +101,8 @@ private:
     QSize slicesSize() const;
     SliceSight fitting(const SliceCells& cells) const;
     SliceSight sightFor(const SliceCells& cells) const;
+    void paintMarks(
+        QPainter& painter, std::size_t plane, const SliceSight& sight, const QRect& cell, double ratio) const;
     QImage drawPlane(std::size_t plane, const SliceSight& sight, const QSize& size) const;
     void paintBar(QPainter& painter) const;
 
@@ -100,7 +111,9 @@ private:
     SliceSight m_Sight;
     bool m_IsChosen = false; // the sight, by a person
     std::optional<Vector3d> m_Hovered;
-    std::array<QImage, 3> m_Pictures;      // of the planes; null if they have to be drawn
+    std::array<QImage, 3> m_Pictures; // of the planes; null if they have to be drawn
+    bool m_IsMeasuring = false;
+    std::optional<SliceDistance> m_Distance;
     std::unique_ptr<SliceVolume> m_Volume; // null unless it is shown
     bool m_IsVolumeShown = true;
     std::unique_ptr<SlicesGestures> m_Gestures;

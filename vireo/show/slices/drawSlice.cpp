@@ -223,4 +223,24 @@ void drawSliceMarks(QPainter& painter, const SlicesModel& model, const SlicePlan
     painter.restore();
 }
 
+void drawSliceDistance(QPainter& painter, const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight,
+    const QRect& cell, const SliceDistance& distance, double pixelRatio)
+{
+    constexpr int DIGITS = 4;
+    constexpr double ABOVE = 6; // in pixels of a widget, the text is
+    if (distance.slice != model.voxel()[plane.through])
+        return;
+    painter.save();
+    painter.setClipRect(cell);
+    const QLineF line(
+        sight.placeOf(model.grid(), plane, cell, distance.from), sight.placeOf(model.grid(), plane, cell, distance.to));
+    drawLines(painter, {line}, QColor(255, 220, 80), pixelRatio);
+    const QString text = QString::number(distance.lengthIn(model.grid()), 'g', DIGITS);
+    QRect rect = painter.fontMetrics().boundingRect(text).adjusted(-1, -1, 2, 2);
+    rect.moveCenter(line.center().toPoint());
+    rect.moveBottom(static_cast<int>(line.center().y() - ABOVE * pixelRatio));
+    drawText(painter, rect, Qt::AlignCenter, text);
+    painter.restore();
+}
+
 } // namespace tavo

@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QPainter>
 
+#include "vireo/show/slices/SliceDistance.h"
 #include "vireo/show/slices/SliceSight.h"
 #include "vireo/show/slices/SlicesModel.h"
 
@@ -15,5 +16,9 @@ QImage drawSlice(const SlicesModel& model, const SlicePlane& plane, const SliceS
 // is. A pixel of a widget is so many of the screen.
 void drawSliceMarks(QPainter& painter, const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight,
     const QRect& cell, double pixelRatio);
+
+// A line in the slice that it was drawn in, with its length.
+void drawSliceDistance(QPainter& painter, const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight,
+    const QRect& cell, const SliceDistance& distance, double pixelRatio);
 
 } // namespace tavo

@@ -195,6 +195,34 @@ TEST_F(SlicesGesturesTest, KeysTurnSlicesRoundZoomAndInterpolate)
     EXPECT_FALSE(m_View.getModel().isInterpolated());
 }
 
+TEST_F(SlicesGesturesTest, TwoClicksMeasureADistance)
+{
+    const auto distance = [this] { return m_View.getDistance()->lengthIn(m_View.getModel().grid()); };
+    const double pixel = 1 / m_View.getSight().scale;
+    const QImage before = m_View.picture({400, 300});
+    clickKey(&m_View, Qt::Key_M);
+    clickMouse(&m_View, placeOf(0, {10, 10, 0}));
+    moveMouse(&m_View, {}, placeOf(0, {10, 20, 0}));
+    EXPECT_NEAR(distance(), 10, 2 * pixel) << "the end follows the pointer";
+    clickMouse(&m_View, placeOf(0, {13, 14, 0}));
+    EXPECT_NEAR(distance(), 5, 2 * pixel);
+    moveMouse(&m_View, {}, placeOf(0, {30, 30, 0}));
+    EXPECT_NEAR(distance(), 5, 2 * pixel) << "up to the second click";
+    EXPECT_EQ(voxel(), Vector3i(20, 20, 20)) << "the crosshair stays";
+    EXPECT_NE(m_View.picture({400, 300}), before);
+    turnWheel(&m_View, placeOf(0, {10, 10, 0}), 120);
+    turnWheel(&m_View, placeOf(0, {10, 10, 0}), -120);
+    EXPECT_NEAR(distance(), 5, 2 * pixel);
+    clickMouse(&m_View, placeOf(1, {10, 0, 10}));
+    EXPECT_EQ(m_View.getDistance()->plane, 1U) << "the next one";
+    EXPECT_FALSE(m_View.getDistance()->isDone);
+    clickKey(&m_View, Qt::Key_Escape);
+    EXPECT_FALSE(m_View.getDistance());
+    EXPECT_EQ(m_View.picture({400, 300}), before);
+    clickMouse(&m_View, placeOf(0, {7, 31, 0}));
+    EXPECT_EQ(voxel(), Vector3i(7, 31, 20));
+}
+
 TEST_F(SlicesGesturesTest, ThePointerIsFollowed)
 {
     moveMouse(&m_View, {}, placeOf(0, {3, 4, 0}));
