@@ -21,6 +21,7 @@ namespace {
 
 constexpr std::int64_t MOST_PIXELS = std::int64_t(1) << 29;
 constexpr int MOST_CHANNELS = 4;
+constexpr std::int64_t MOST_LAYERS = 65536;
 constexpr const char* NO_MEMORY = "there is no memory for so many pixels";
 
 template <typename Change>
@@ -82,7 +83,44 @@ std::size_t numbersNeeded(const ImagePixels& pixels, std::size_t rowStride)
 
 void sendPixels(const ViewSlotPointer& slot, const ImagePixels& pixels)
 {
-    change(slot, [&](ImageUpdate& image) { image.pixels = pixels; });
+    change(slot, [&](ImageUpdate& image) {
+        image.pixels = pixels;
+        image.layers.clear();
+    });
+}
+
+// What is wrong with pixels; empty if nothing is.
+std::string mistakeOfPixels(
+    const Pixels& pixels, std::int64_t width, std::int64_t height, std::int64_t count, int channels)
+{
+    const std::string mistake = mistakeOfSize(width, height, channels);
+    if (!mistake.empty())
+        return mistake;
+    if (count <= 0 || count > MOST_LAYERS)
+        return std::to_string(count) + " images are no stack, which has 1 to " + std::to_string(MOST_LAYERS);
+    const std::string size =
+        std::to_string(width) + " x " + std::to_string(height) + " pixels of " + std::to_string(channels) + " channels";
+    const std::string all = count == 1 ? size : std::to_string(count) + " images of " + size;
+    if (pixels.areTooMany())
+        return NO_MEMORY;
+    if (pixels.width() != 0 && pixels.width() != static_cast<std::size_t>(channels))
+        return "elements of " + std::to_string(pixels.width()) + " numbers are no " + all;
+    if (pixels.size() / (numbersInRow(width, channels) * static_cast<std::size_t>(height)) <
+        static_cast<std::size_t>(count))
+        return std::to_string(pixels.size()) + " numbers are too few for " + all;
+    return {};
+}
+
+// One image of several that lie one after the other.
+ImagePixels layerOf(const ImagePixels& all, std::int64_t layer)
+{
+    ImagePixels pixels = all;
+    const std::size_t size = all.rowStride * static_cast<std::size_t>(all.height);
+    all.numbers.visit([&](const auto* numbers, std::size_t) {
+        pixels.numbers = NumberArray(
+            all.numbers.getOwner(), numbers + size * static_cast<std::size_t>(layer), size, all.numbers.getType());
+    });
+    return pixels;
 }
 
 // What is wrong with a stride of pixels, so that it has been said.
@@ -98,7 +136,10 @@ std::string mistakeOfStride(std::size_t bytes, std::size_t bytesOfNumber, std::s
 // The pixels that this statement sends do not come after all.
 void dropPixels(const ViewSlotPointer& slot, std::size_t bytes, const std::string& mistake)
 {
-    change(slot, [](ImageUpdate& image) { image.pixels.reset(); });
+    change(slot, [](ImageUpdate& image) {
+        image.pixels.reset();
+        image.layers.clear();
+    });
     refuse(slot, "stride(" + std::to_string(bytes) + ")", mistake);
 }
 
@@ -143,20 +184,54 @@ Image image(std::string_view name, const Pixels& pixels, std::int64_t width, std
     const ViewSlotPointer& slot = handle.m_Slot;
     if (!isSent(slot))
         return handle;
-    const std::string mistake = mistakeOfSize(width, height, channels);
-    const std::string size =
-        std::to_string(width) + " x " + std::to_string(height) + " pixels of " + std::to_string(channels) + " channels";
-    if (!mistake.empty())
-        refuse(slot, "", mistake);
-    else if (pixels.areTooMany())
-        refuse(slot, "", NO_MEMORY);
-    else if (pixels.width() != 0 && pixels.width() != static_cast<std::size_t>(channels))
-        refuse(slot, "", "elements of " + std::to_string(pixels.width()) + " numbers are no " + size);
-    else if (pixels.size() < numbersInRow(width, channels) * static_cast<std::size_t>(height))
-        refuse(slot, "", std::to_string(pixels.size()) + " numbers are too few for " + size);
-    else
+    const std::string mistake = mistakeOfPixels(pixels, width, height, 1, channels);
+    if (mistake.empty())
         sendPixels(slot, pixelsOf(pixels, width, height, channels));
+    else
+        refuse(slot, "", mistake);
     return handle;
+}
+
+Image imageStack(std::string_view name, const Pixels& pixels, std::int64_t width, std::int64_t height,
+    std::int64_t count, int channels, const Statement&)
+{
+    const Image handle = image(name);
+    const ViewSlotPointer& slot = handle.m_Slot;
+    if (!isSent(slot))
+        return handle;
+    const std::string mistake = mistakeOfPixels(pixels, width, height, count, channels);
+    if (!mistake.empty()) {
+        refuse(slot, "", mistake);
+        return handle;
+    }
+    const ImagePixels all = pixelsOf(pixels, width, height, channels);
+    sendPixels(slot, layerOf(all, 0));
+    change(slot, [&](ImageUpdate& image) {
+        for (std::int64_t i = 1; i < count; ++i)
+            image.layers[static_cast<int>(i)] = layerOf(all, i);
+    });
+    return handle;
+}
+
+Image Image::layer(
+    int index, const Pixels& pixels, std::int64_t width, std::int64_t height, int channels, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return *this;
+    std::string mistake = mistakeOfPixels(pixels, width, height, 1, channels);
+    if (index < 0 || index >= MOST_LAYERS)
+        mistake = "images of a stack are counted from 0 to " + std::to_string(MOST_LAYERS - 1);
+    if (mistake.empty())
+        change(m_Slot, [&](ImageUpdate& image) { image.layers[index] = pixelsOf(pixels, width, height, channels); });
+    else
+        refuse(m_Slot, "layer(" + std::to_string(index) + ")", mistake);
+    return *this;
+}
+
+Image Image::layerNames(const std::vector<std::string>& names, const Statement&) const
+{
+    change(m_Slot, [&](ImageUpdate& image) { image.layerNames = names; });
+    return *this;
 }
 
 void Image::send(const Rows& rows) const
@@ -201,6 +276,8 @@ Image Image::stride(std::size_t bytes, const Statement&) const
     if (!isSent(m_Slot))
         return *this;
     change(m_Slot, [&](ImageUpdate& image) {
+        if (!image.layers.empty())
+            return dropPixels(m_Slot, bytes, "the rows of a stack follow each other directly");
         if (!image.pixels)
             return refuse(m_Slot, "stride(" + std::to_string(bytes) + ")", "it was not said with any pixels");
         ImagePixels& pixels = *image.pixels;

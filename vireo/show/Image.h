@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "vireo/show/Export.h"
 #include "vireo/show/Tuples.h"
@@ -75,6 +77,20 @@ public:
     /// never shown together; without this, the first of them is shown.
     Image channel(int channel, const Statement& statement = Statement()) const;
 
+    /// Sends one image of a stack, counted from 0, of which a person chooses the one that is shown; the other ones
+    /// stay. They may be of different sizes. What sends the image itself replaces the whole stack.
+    ///
+    ///     #include <vireo/show/Image.h>
+    ///
+    ///     const std::vector<float> before(64 * 48, 1.0f);
+    ///     const std::vector<float> after(64 * 48, 2.0f);
+    ///     tavo::image("filter").layer(0, before, 64, 48).layer(1, after, 64, 48).layerNames({"before", "after"});
+    Image layer(int index, const Pixels& pixels, std::int64_t width, std::int64_t height, int channels = 1,
+        const Statement& statement = Statement()) const;
+
+    /// What the images of a stack are called, from the first one on.
+    Image layerNames(const std::vector<std::string>& names, const Statement& statement = Statement()) const;
+
     /// Shows the same part of both images, at the same magnification, and marks in both what the pointer is on.
     Image link(const Image& other, const Statement& statement = Statement()) const;
 
@@ -86,6 +102,8 @@ protected:
     friend VIREO_SHOW_EXPORT Image image(std::string_view name);
     friend VIREO_SHOW_EXPORT Image image(std::string_view name, const Pixels& pixels, std::int64_t width,
         std::int64_t height, int channels, const Statement& statement);
+    friend VIREO_SHOW_EXPORT Image imageStack(std::string_view name, const Pixels& pixels, std::int64_t width,
+        std::int64_t height, std::int64_t count, int channels, const Statement& statement);
 
     // Rows of the program's memory.
     struct Rows
@@ -139,7 +157,17 @@ VIREO_SHOW_EXPORT Image image(std::string_view name);
 VIREO_SHOW_EXPORT Image image(std::string_view name, const Pixels& pixels, std::int64_t width, std::int64_t height,
     int channels = 1, const Statement& statement = Statement());
 
-/// The same by a pointer to the first row, whose memory has as many pixels as that.
+/// Sends a stack of `count` images of one size, one after the other, such as frames of a film or slices of a volume;
+/// see Image::layer().
+///
+///     #include <vireo/show/Image.h>
+///
+///     const std::vector<float> frames(64 * 48 * 100);
+///     tavo::imageStack("film", frames, 64, 48, 100);
+VIREO_SHOW_EXPORT Image imageStack(std::string_view name, const Pixels& pixels, std::int64_t width, std::int64_t height,
+    std::int64_t count, int channels = 1, const Statement& statement = Statement());
+
+/// An image by a pointer to the first row, whose memory has as many pixels as that.
 template <typename Pointer>
 requires(std::is_pointer_v<Pointer>&& Number<std::remove_cv_t<std::remove_pointer_t<Pointer>>>) SentImage
     image(std::string_view name, const Pointer& pixels, std::int64_t width, std::int64_t height, int channels = 1,

@@ -26,6 +26,18 @@ class GLTexture;
 VIREO_SHOW_EXPORT Image image(std::string_view name, const GLTexture& texture, int level = 0, int layer = 0,
     const Statement& statement = Statement());
 
+/// All levels of a texture as a stack, of the same face or slice; or all faces of a cube, or all slices of a volume, of
+/// the same level.
+///
+///     #include <vireo/show/TextureImage.h>
+///     #include <vireo/textures/GLTexture2D.h>
+///
+///     tavo::imageStackOfLevels("levels of the ground", texture);
+VIREO_SHOW_EXPORT Image imageStackOfLevels(
+    std::string_view name, const GLTexture& texture, int layer = 0, const Statement& statement = Statement());
+VIREO_SHOW_EXPORT Image imageStackOfLayers(
+    std::string_view name, const GLTexture& texture, int level = 0, const Statement& statement = Statement());
+
 /// What was drawn into a target, or is in an image on the GPU. The depths of a target are those that
 /// depthBufferImage() reads while it is active.
 VIREO_SHOW_EXPORT Image image(

@@ -132,6 +132,8 @@ bool ImageGestures::pressKey(const QKeyEvent& event)
     case Qt::Key_C: m_View.showNextChannel(); return true;
     case Qt::Key_P: m_View.switchPanel(); return true;
     case Qt::Key_Escape: return m_View.endProfile();
+    case Qt::Key_PageUp: m_View.stepLayer(-1); return true;
+    case Qt::Key_PageDown: m_View.stepLayer(1); return true;
     case Qt::Key_R: m_View.refreshRange(); return true;
     default: return false;
     }

@@ -18,7 +18,8 @@ class ImageView;
 //
 // The wheel, + and - zoom, at the pointer; a drag moves the image. A double click, or Home, shows all of it; 1 shows
 // its pixels as large as those of the screen. A drag with Shift draws the line of a profile, which Esc takes away. c
-// shows the next channel alone, and then all of them; r finds the range afresh; p shows and hides the panel.
+// shows the next channel alone, and then all of them; r finds the range afresh; p shows and hides the panel. Page Up
+// and Page Down step through a stack.
 class ImageGestures : public QObject
 {
 public:

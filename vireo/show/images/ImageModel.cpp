@@ -39,7 +39,7 @@ ImageModel::Range opened(const ImageModel::Range& range)
 
 void ImageModel::makeRoom()
 {
-    m_Pixels.numbers = {};
+    m_Pixels.numbers = {nullptr, nullptr, 0, m_Pixels.numbers.getType()}; // by which the range is kept
     m_Levels.setPixels({});
 }
 
@@ -48,20 +48,29 @@ void ImageModel::apply(const ImageUpdate& update)
     m_Said.merge(update.settings);
     m_IsBgr = update.isBgr.value_or(m_IsBgr);
     m_IsBottomUp = update.isBottomUp.value_or(m_IsBottomUp);
-    if (update.pixels) {
-        if (!isOfSameKind(*update.pixels))
-            m_Kept.reset();
-        m_Pixels = *update.pixels;
-    }
+    if (update.pixels && !areOfSameSize(*update.pixels))
+        m_Kept.reset();
+    setPixels(update.pixels.value_or(m_Pixels));
+}
+
+void ImageModel::setPixels(const ImagePixels& pixels)
+{
+    if (!areOfSameType(pixels))
+        m_Kept.reset();
+    m_Pixels = pixels;
     m_Pixels.isBgr = m_IsBgr;
     m_Pixels.isBottomUp = m_IsBottomUp;
     showPixels();
 }
 
-bool ImageModel::isOfSameKind(const ImagePixels& pixels) const
+bool ImageModel::areOfSameSize(const ImagePixels& pixels) const
 {
-    return m_Pixels.width == pixels.width && m_Pixels.height == pixels.height && m_Pixels.channels == pixels.channels &&
-           areBytes(m_Pixels.numbers) == areBytes(pixels.numbers) &&
+    return m_Pixels.width == pixels.width && m_Pixels.height == pixels.height;
+}
+
+bool ImageModel::areOfSameType(const ImagePixels& pixels) const
+{
+    return m_Pixels.channels == pixels.channels && areBytes(m_Pixels.numbers) == areBytes(pixels.numbers) &&
            areFloats(m_Pixels.numbers) == areFloats(pixels.numbers);
 }
 

@@ -28,6 +28,10 @@ public:
     // `update` without its links and its difference, which concern other images, too.
     void apply(const ImageUpdate& update);
 
+    // Shows other pixels, such as the next image of a stack. Those of the same type keep the range, whatever their
+    // size.
+    void setPixels(const ImagePixels& pixels);
+
     // Of these pixels the own ones are the difference; none for no difference. Those of another size count as none.
     void setOther(const std::optional<ImagePixels>& other);
     bool isDifference() const { return m_IsDifference; }
@@ -58,7 +62,8 @@ private:
     void showPixels();
     void settle();
     int channel() const;
-    bool isOfSameKind(const ImagePixels& pixels) const;
+    bool areOfSameSize(const ImagePixels& pixels) const;
+    bool areOfSameType(const ImagePixels& pixels) const;
     // Empty where there is a single number, or none.
     Range wantedRange() const;
     Range automaticRange() const;

@@ -67,6 +67,14 @@ void ImageSight::keepInView(const QSize& image)
     centre = {std::clamp(centre.x(), 0.0, double(image.width())), std::clamp(centre.y(), 0.0, double(image.height()))};
 }
 
+void ImageSight::adapt(const QSizeF& before, const QSizeF& after)
+{
+    scale = std::clamp(scale * before.width() / after.width(), LEAST_SCALE, GREATEST_SCALE);
+    if (scale > 1)
+        scale = std::round(scale);
+    centre = {centre.x() * after.width() / before.width(), centre.y() * after.height() / before.height()};
+}
+
 QPointF ImageSight::origin(const QSize& view) const
 {
     return {std::round(view.width() / 2.0 - centre.x() * scale), std::round(view.height() / 2.0 - centre.y() * scale)};

@@ -27,6 +27,9 @@ struct ImageSight
     // Some part of the image stays in view.
     void keepInView(const QSize& image);
 
+    // Shows the same part of an image of another size, such as another level of a texture.
+    void adapt(const QSizeF& before, const QSizeF& after);
+
     // Where the upper left corner of the image is in the view; on a whole pixel of the screen.
     QPointF origin(const QSize& view) const;
 

@@ -1,5 +1,6 @@
 #include "vireo/show/images/ImageUpdate.h"
 
+#include "vireo/show/images/ImageStack.h"
 #include "vireo/show/images/imageData.h"
 
 namespace tavo {
@@ -26,8 +27,14 @@ void ImageSettings::merge(const ImageSettings& newer)
 void ImageUpdate::merge(ViewUpdate& newer)
 {
     auto& newerImage = static_cast<ImageUpdate&>(newer);
-    if (newerImage.pixels)
+    if (newerImage.pixels) {
         pixels.swap(newerImage.pixels);
+        layers.swap(newerImage.layers);
+    } else {
+        for (auto& [layer, layerPixels] : newerImage.layers)
+            std::swap(layers[layer], layerPixels);
+    }
+    take(layerNames, newerImage.layerNames);
     take(isBgr, newerImage.isBgr);
     take(isBottomUp, newerImage.isBottomUp);
     settings.merge(newerImage.settings);
@@ -47,11 +54,12 @@ std::unique_ptr<ViewUpdate> ImageUpdate::copy() const
 
 std::string ImageUpdate::saveData(const QString& file)
 {
-    if (!pixels)
-        return "there are no pixels";
-    pixels->isBgr = isBgr.value_or(false);
-    pixels->isBottomUp = isBottomUp.value_or(false);
-    return saveImage(file, *pixels);
+    ImageStack stack;
+    stack.apply(*this);
+    ImagePixels shown = stack.pixels();
+    shown.isBgr = isBgr.value_or(false);
+    shown.isBottomUp = isBottomUp.value_or(false);
+    return saveImage(file, shown);
 }
 
 } // namespace tavo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -50,7 +51,9 @@ public:
     std::unique_ptr<ViewUpdate> copy() const override;
     std::string saveData(const QString& file) override;
 
-    std::optional<ImagePixels> pixels;
+    std::optional<ImagePixels> pixels; // of the only image, or the first of a stack: in place of all there were
+    std::map<int, ImagePixels> layers; // of a stack, counted from 0, in place of those alone
+    std::optional<std::vector<std::string>> layerNames;
     std::optional<bool> isBgr;
     std::optional<bool> isBottomUp;
     ImageSettings settings;

@@ -9,6 +9,7 @@
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/images/ImageGestures.h"
 #include "vireo/show/images/ImagePanel.h"
+#include "vireo/show/images/LayerSlider.h"
 #include "vireo/show/images/imageData.h"
 #include "vireo/show/window/shownText.h"
 #include "vireo/show/window/windowMemory.h"
@@ -50,6 +51,7 @@ QString counted(std::size_t number, const QString& what)
 ImageView::ImageView(const std::string& name)
     : m_Name(name)
     , m_Profile(name)
+    , m_LayerSlider(new LayerSlider(*this))
     , m_Panel(new ImagePanel(*this))
 {
     m_Panel->hide();
@@ -69,27 +71,55 @@ ImageView::~ImageView()
 
 void ImageView::makeRoom(const Replaced& replaced)
 {
-    if (replaced.isAll)
+    if (replaced.isAll) {
+        m_Stack.makeRoom();
         m_Model.makeRoom();
+    }
 }
 
 void ImageView::apply(ViewUpdate& update)
 {
-    const auto& image = static_cast<ImageUpdate&>(update);
+    auto& image = static_cast<ImageUpdate&>(update);
     if (image.pixels)
         sayWhatIsLeft(*image.pixels);
+    const bool isOther = m_Stack.apply(image);
+    image.pixels = isOther ? std::optional(m_Stack.pixels()) : std::nullopt;
     m_Links.insert(image.links.begin(), image.links.end());
     m_Model.apply(image);
     if (image.difference)
         m_Difference = *image.difference;
     if (!m_Difference.empty() || m_Model.isDifference())
         takeDifference();
-    m_Profile.follow(m_Model.shownPixels());
-    followDifferences();
+    followPixels();
     if (!image.links.empty())
         for (const ImageView* view : linkedViews())
             if (view->m_IsChosen)
                 return setSight(view->m_Sight);
+    changed();
+}
+
+void ImageView::followPixels()
+{
+    m_Profile.follow(m_Model.shownPixels());
+    followDifferences();
+}
+
+void ImageView::showLayer(int layer)
+{
+    for (ImageView* view : linkedViews())
+        view->takeLayer(layer);
+}
+
+// The next level of a texture is half as large; the part that is seen stays the same, unless links say what it is.
+void ImageView::takeLayer(int layer)
+{
+    const QSizeF before = imageSize();
+    if (!m_Stack.show(layer))
+        return;
+    m_Model.setPixels(m_Stack.pixels());
+    if (m_IsChosen && !before.isEmpty() && !imageSize().isEmpty() && linkedViews().size() == 1)
+        m_Sight.adapt(before, imageSize());
+    followPixels();
     changed();
 }
 
@@ -156,6 +186,7 @@ std::vector<ImageView*> ImageView::linkedViews()
 void ImageView::changed()
 {
     m_Picture = {};
+    m_LayerSlider->follow(m_Stack, imageWidth(), height() - barHeight());
     m_Panel->noteChange();
     if (!m_IsChosen)
         m_Sight = sightFor(sightSize());
@@ -220,7 +251,7 @@ int ImageView::barHeight() const
 
 QSize ImageView::sightSize() const
 {
-    const QSizeF size(imageWidth(), std::max(height() - barHeight(), 1));
+    const QSizeF size(imageWidth(), imageHeight());
     return (size * devicePixelRatioF()).toSize();
 }
 
@@ -228,6 +259,12 @@ QSize ImageView::sightSize() const
 int ImageView::imageWidth() const
 {
     return std::max(width() - (isPanelShown() ? m_Panel->width() : 0), 1);
+}
+
+// Of the widget without what stands below the image.
+int ImageView::imageHeight() const
+{
+    return std::max(height() - barHeight() - m_LayerSlider->heightInView(), 1);
 }
 
 bool ImageView::isPanelShown() const
@@ -290,8 +327,7 @@ std::optional<QPoint> ImageView::pixelAt(const QPointF& place) const
 {
     const QPointF point = m_Sight.toImage(onScreen(place), sightSize());
     const QPoint pixel(static_cast<int>(std::floor(point.x())), static_cast<int>(std::floor(point.y())));
-    if (!m_Model.pixels().isInside(pixel.x(), pixel.y()) || place.y() >= height() - barHeight() ||
-        place.x() >= imageWidth())
+    if (!m_Model.pixels().isInside(pixel.x(), pixel.y()) || place.y() >= imageHeight() || place.x() >= imageWidth())
         return {};
     return pixel;
 }

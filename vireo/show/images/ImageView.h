@@ -10,6 +10,7 @@
 #include "vireo/show/images/ImageModel.h"
 #include "vireo/show/images/ImageProfile.h"
 #include "vireo/show/images/ImageSight.h"
+#include "vireo/show/images/ImageStack.h"
 #include "vireo/show/images/drawImage.h"
 #include "vireo/show/window/View.h"
 
@@ -17,6 +18,7 @@ namespace tavo {
 
 class ImageGestures;
 class ImagePanel;
+class LayerSlider;
 
 // An image. It is drawn by the processor, at the resolution of the screen: what is seen has to be looked up in tables
 // and copied once, which takes no longer than handing it to OpenGL would, and needs no context.
@@ -44,6 +46,11 @@ public:
 
     // Shows all of it, now and as it changes.
     void showAll();
+
+    // Shows another image of the stack, in linked stacks, too; one that is so many further on.
+    void showLayer(int layer);
+    void stepLayer(int step) { showLayer(m_Stack.shown() + step); }
+    const ImageStack& getStack() const { return m_Stack; }
 
     // Has a person choose how numbers become colours.
     void choose(const std::function<void(ImageSettings& choice)>& change);
@@ -82,11 +89,14 @@ private:
     void followDifferences();
     void takeDifference();
     void sayWhyNoDifference() const;
+    void takeLayer(int layer);
+    void followPixels();
     void sayWhatIsLeft(const ImagePixels& pixels) const;
     void changed();
     ImageInk ink() const;
     int barHeight() const;
     int imageWidth() const;
+    int imageHeight() const;
     void settlePanel();
     QSize imageSize() const;
     ImageSight sightFor(const QSize& size) const;
@@ -96,6 +106,7 @@ private:
     QPointF onWidget(const QPointF& point) const;
 
     std::string m_Name;
+    ImageStack m_Stack;
     ImageModel m_Model;
     std::set<std::string> m_Links;
     std::string m_Difference; // the name of the other image; empty for none
@@ -105,7 +116,8 @@ private:
     QImage m_Picture; // null if it has to be drawn
     ImageProfile m_Profile;
     std::unique_ptr<ImageGestures> m_Gestures;
-    ImagePanel* m_Panel;                 // a child of the widget
+    LayerSlider* m_LayerSlider; // children of the widget
+    ImagePanel* m_Panel;
     std::optional<bool> m_IsPanelWanted; // by a person
 };
 

@@ -191,43 +191,139 @@ std::size_t countOf(int width, int height, int depth, int channels)
            static_cast<std::size_t>(channels);
 }
 
+constexpr int NUM_FACES = 6;
+const std::vector<std::string> NAMES_OF_FACES{"+x", "-x", "+y", "-y", "+z", "-z"};
+
+// The texels of a level: all its slices, one after the other.
 template <Number T>
-void sendLayer(std::string_view name, GLenum target, int level, int layer, GLenum type)
+Pixels texelsOf(GLenum target, int level, GLenum type)
 {
     const Level read(target, level);
     const GLenum format = read.format();
-    const int channels = channelsOf(format);
-    std::vector<T> texels(countOf(read.width(), read.height(), read.depth(), channels));
-    {
-        const PlainReading plain;
-        glGetTexImage(target, level, format, type, texels.data());
-    }
-    if (read.depth() > 1) {
-        const std::size_t size = countOf(read.width(), read.height(), 1, channels);
-        const auto first = texels.begin() + static_cast<std::ptrdiff_t>(size) * layer;
-        texels = std::vector<T>(first, first + static_cast<std::ptrdiff_t>(size));
-    }
-    image(name, std::move(texels), read.width(), read.height(), channels).bottomUp();
+    std::vector<T> texels(countOf(read.width(), read.height(), read.depth(), channelsOf(format)));
+    const PlainReading plain;
+    glGetTexImage(target, level, format, type, texels.data());
+    return Pixels(std::move(texels));
 }
+
+Pixels texelsOf(GLenum target, int level)
+{
+    const Level read(target, level);
+    if (read.areFloats())
+        return texelsOf<float>(target, level, GL_FLOAT);
+    if (read.numBits() > 8)
+        return texelsOf<std::uint16_t>(target, level, GL_UNSIGNED_SHORT);
+    return texelsOf<std::uint8_t>(target, level, GL_UNSIGNED_BYTE);
+}
+
+// One of the slices.
+Pixels sliceOf(const Pixels& texels, std::size_t size, int layer)
+{
+    return texels.visit([&](const auto* numbers, std::size_t) {
+        const auto* const first = numbers + size * static_cast<std::size_t>(layer);
+        return Pixels(first, size);
+    });
+}
+
+// Where a texture is bound, and which of its levels and layers there are.
+class ReadTexture
+{
+public:
+    explicit ReadTexture(const GLTexture& texture)
+        : m_Bound(texture)
+        , m_Target(texture.getTextureTarget())
+    {}
+
+    bool isCube() const { return m_Target == GL_TEXTURE_CUBE_MAP; }
+
+    // That glGetTexImage() takes.
+    GLenum targetOf(int layer) const
+    {
+        return isCube() ? GL_TEXTURE_CUBE_MAP_POSITIVE_X + static_cast<GLenum>(layer) : m_Target;
+    }
+
+    int numLayers(int level) const
+    {
+        const Level read(targetOf(0), level);
+        if (read.width() <= 0 || read.height() <= 0)
+            return 0;
+        return isCube() ? NUM_FACES : read.depth();
+    }
+
+    // Whether there is one; what is missing is said.
+    bool has(std::string_view name, int level, int layer) const
+    {
+        const std::string ofLevel = "level " + std::to_string(level);
+        const std::string ofLayer = "layer " + std::to_string(layer);
+        if (level < 0 || level > LARGEST_LEVEL || layer < 0 || (isCube() && layer >= NUM_FACES))
+            refuse(name, "there is no " + ofLevel + " and " + ofLayer);
+        else if (layer >= numLayers(level))
+            refuse(name, ofLevel + " of the texture has no " + ofLayer);
+        else
+            return true;
+        return false;
+    }
+
+    Pixels read(int level, int layer) const
+    {
+        const GLenum target = targetOf(layer);
+        const Level read(target, level);
+        const Pixels texels = texelsOf(target, level);
+        if (isCube() || read.depth() == 1)
+            return texels;
+        return sliceOf(texels, countOf(read.width(), read.height(), 1, channelsOf(read.format())), layer);
+    }
+
+private:
+    BoundTexture m_Bound;
+    GLenum m_Target;
+};
 
 void sendTexture(std::string_view name, const GLTexture& texture, int level, int layer)
 {
-    constexpr int FACES = 6;
-    const BoundTexture bound(texture);
-    const bool isCube = texture.getTextureTarget() == GL_TEXTURE_CUBE_MAP;
-    if (level < 0 || level > LARGEST_LEVEL || layer < 0 || (isCube && layer >= FACES))
-        return refuse(name, "there is no level " + std::to_string(level) + " and layer " + std::to_string(layer));
-    const GLenum target =
-        isCube ? GL_TEXTURE_CUBE_MAP_POSITIVE_X + static_cast<GLenum>(layer) : texture.getTextureTarget();
-    const Level read(target, level);
-    if (read.width() <= 0 || read.height() <= 0 || (!isCube && layer >= read.depth()))
-        return refuse(name, "level " + std::to_string(level) + " of the texture has no layer " + std::to_string(layer));
-    if (read.areFloats())
-        sendLayer<float>(name, target, level, layer, GL_FLOAT);
-    else if (read.numBits() > 8)
-        sendLayer<std::uint16_t>(name, target, level, layer, GL_UNSIGNED_SHORT);
-    else
-        sendLayer<std::uint8_t>(name, target, level, layer, GL_UNSIGNED_BYTE);
+    const ReadTexture read(texture);
+    if (!read.has(name, level, layer))
+        return;
+    const Level sent(read.targetOf(layer), level);
+    image(name, read.read(level, layer), sent.width(), sent.height(), channelsOf(sent.format())).bottomUp();
+}
+
+void sendLevels(std::string_view name, const GLTexture& texture, int layer)
+{
+    const ReadTexture read(texture);
+    if (!read.has(name, 0, layer))
+        return;
+    const Statement together;
+    std::vector<std::string> names;
+    for (int level = 0; level <= LARGEST_LEVEL && layer < read.numLayers(level); ++level) {
+        const Level sent(read.targetOf(layer), level);
+        const int channels = channelsOf(sent.format());
+        if (level == 0)
+            image(name, read.read(level, layer), sent.width(), sent.height(), channels).bottomUp();
+        else
+            image(name).layer(level, read.read(level, layer), sent.width(), sent.height(), channels);
+        names.push_back("level " + std::to_string(level));
+    }
+    image(name).layerNames(names);
+}
+
+void sendLayers(std::string_view name, const GLTexture& texture, int level)
+{
+    const ReadTexture read(texture);
+    if (!read.has(name, level, 0))
+        return;
+    const Statement together;
+    const Level sent(read.targetOf(0), level);
+    const int channels = channelsOf(sent.format());
+    if (!read.isCube()) {
+        imageStack(name, texelsOf(read.targetOf(0), level), sent.width(), sent.height(), sent.depth(), channels)
+            .bottomUp()
+            .layerNames({});
+        return;
+    }
+    image(name, read.read(level, 0), sent.width(), sent.height(), channels).bottomUp().layerNames(NAMES_OF_FACES);
+    for (int face = 1; face < NUM_FACES; ++face)
+        image(name).layer(face, read.read(level, face), sent.width(), sent.height(), channels);
 }
 
 template <Number T>
@@ -249,6 +345,20 @@ Image image(std::string_view name, const GLTexture& texture, int level, int laye
 {
     if (isAnyContextCurrent(name))
         runGuarded([&] { sendTexture(name, texture, level, layer); });
+    return image(name);
+}
+
+Image imageStackOfLevels(std::string_view name, const GLTexture& texture, int layer, const Statement&)
+{
+    if (isAnyContextCurrent(name))
+        runGuarded([&] { sendLevels(name, texture, layer); });
+    return image(name);
+}
+
+Image imageStackOfLayers(std::string_view name, const GLTexture& texture, int level, const Statement&)
+{
+    if (isAnyContextCurrent(name))
+        runGuarded([&] { sendLayers(name, texture, level); });
     return image(name);
 }
 

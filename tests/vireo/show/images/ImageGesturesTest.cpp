@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QMouseEvent>
+#include <QSlider>
 #include <QTemporaryDir>
 #include <QWheelEvent>
 #include <gtest/gtest.h>
@@ -144,6 +145,30 @@ TEST_F(ImageGesturesTest, ADragWithShiftPlotsTheNumbersAlongALine)
     clickKey(&m_View, Qt::Key_Escape);
     EXPECT_FALSE(m_View.getProfile().line());
     EXPECT_FALSE(saveData("image profile", folder.filePath("profile.csv").toStdString()));
+}
+
+TEST_F(ImageGesturesTest, KeysStepThroughAStack)
+{
+    ImageUpdate stack;
+    stack.pixels = imageOf<float>({1}, 1, 1);
+    for (int i = 1; i < 3; ++i)
+        stack.layers[i] = imageOf<float>({1}, 1, 1);
+    m_View.apply(stack);
+    for (const int shown : {1, 2, 2}) {
+        clickKey(&m_View, Qt::Key_PageDown);
+        EXPECT_EQ(m_View.getStack().shown(), shown);
+    }
+    for (const int shown : {1, 0, 0}) {
+        clickKey(&m_View, Qt::Key_PageUp);
+        EXPECT_EQ(m_View.getStack().shown(), shown);
+    }
+    auto* const slider = m_View.findChild<QSlider*>("layer");
+    const double scale = m_View.getSight().scale;
+    turnWheel(slider, slider->rect().center(), 120);
+    turnWheel(slider, slider->rect().center(), -1200);
+    EXPECT_EQ(m_View.getSight().scale, scale) << "it is the slider that the wheel turns";
+    slider->setValue(1);
+    EXPECT_FALSE(slider->hasFocus());
 }
 
 TEST_F(ImageGesturesTest, ThePanelComesAndGoes)

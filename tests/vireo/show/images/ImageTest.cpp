@@ -81,6 +81,57 @@ TEST(ImageTest, TheNewestWins)
     EXPECT_EQ(sent->settings.range, (ImageRange{ImageRange::Kind::Percentiles, 1, 99}));
 }
 
+TEST(ImageTest, AStackIsSentAtOnceOrImageByImage)
+{
+    std::vector<std::uint8_t> numbers{1, 2, 3, 4, 5, 6};
+    const std::uint8_t* const place = numbers.data();
+    imageStack("image", std::move(numbers), 2, 1, 3).layerNames({"a", "b"});
+    auto sent = takeImage();
+    EXPECT_EQ(sent->pixels->at(1, 0, 0), 2);
+    ASSERT_EQ(sent->layers.size(), 2U);
+    EXPECT_EQ(sent->layers[2].at(0, 0, 0), 5);
+    EXPECT_EQ(sent->layers[1].numbers.getData(), place + 2) << "nothing is copied";
+    EXPECT_EQ(sent->layers[1].numbers.size(), 2U);
+    EXPECT_THAT(*sent->layerNames, ElementsAre("a", "b"));
+    image("image").layer(1, {7.5, 8.5}, 1, 2).layer(4, BYTES, 2, 1, 3);
+    sent = takeImage();
+    EXPECT_FALSE(sent->pixels);
+    EXPECT_EQ(sent->layers[1].at(0, 1, 0), 8.5);
+    EXPECT_EQ(sent->layers[4].at(1, 0, 2), 6);
+}
+
+TEST(ImageTest, TheNewestImageOfAStackWinsAndAWholeImageReplacesIt)
+{
+    imageStack("image", BYTES, 1, 1, 6);
+    image("image").layer(1, {9}, 1, 1);
+    auto sent = takeImage();
+    EXPECT_EQ(sent->pixels->at(0, 0, 0), 1);
+    EXPECT_EQ(sent->layers.size(), 5U);
+    EXPECT_EQ(sent->layers[1].at(0, 0, 0), 9);
+    EXPECT_EQ(sent->layers[2].at(0, 0, 0), 3);
+    imageStack("image", BYTES, 1, 1, 6);
+    image("image", {5}, 1, 1);
+    sent = takeImage();
+    EXPECT_EQ(sent->pixels->at(0, 0, 0), 5);
+    EXPECT_TRUE(sent->layers.empty());
+}
+
+TEST(ImageTest, StacksThatCannotBeAreRefused)
+{
+    const auto lineOf = [](auto call) { return refusalOf(call); };
+    EXPECT_THAT(lineOf([] { imageStack("stack", BYTES, 3, 1, 3); }),
+        HasSubstr("image(\"stack\"): 6 numbers are too few for 3 images of 3 x 1 pixels of 1 channels; what was shown "
+                  "stays"));
+    EXPECT_THAT(lineOf([] { imageStack("stack", BYTES, 3, 1, 0); }), HasSubstr("0 images are no stack"));
+    EXPECT_THAT(lineOf([] { imageStack("stack", BYTES, 1, 1, std::int64_t(1) << 62); }), HasSubstr("are no stack"));
+    EXPECT_THAT(lineOf([] { image("image").layer(-1, BYTES, 3, 2); }),
+        HasSubstr("image(\"image\").layer(-1): images of a stack are counted from 0 to 65535"));
+    EXPECT_THAT(lineOf([] { image("image").layer(65536, BYTES, 3, 2); }), HasSubstr("are counted from 0 to 65535"));
+    EXPECT_THAT(lineOf([] { image("image").layer(0, BYTES, 3, 3); }), HasSubstr("6 numbers are too few for 3 x 3"));
+    EXPECT_THAT(lineOf([] { imageStack("image", BYTES, 2, 1, 3).stride(4); }),
+        HasSubstr("stride(4): the rows of a stack follow each other directly"));
+}
+
 TEST(ImageTest, PixelsComeFromAnything)
 {
     image("image", BYTES.data(), 2, 1, 3);

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QSlider>
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -181,6 +182,111 @@ TEST_F(ImageViewTest, LinkedImagesShowTheSamePartAndThePixelUnderThePointer)
     m_View.hover(QPoint(1, 0));
     EXPECT_EQ(other.textOfPixel(), "1, 0:  2");
     EXPECT_EQ(m_View.textOfPixel(), "1, 0:  6");
+}
+
+// A stack of images of one pixel each, with these numbers.
+ImageUpdate stackOf(const std::vector<float>& numbers)
+{
+    ImageUpdate update;
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        if (i == 0)
+            update.pixels = imageOf<float>({numbers[i]}, 1, 1);
+        else
+            update.layers[static_cast<int>(i)] = imageOf<float>({numbers[i]}, 1, 1);
+    }
+    return update;
+}
+
+TEST_F(ImageViewTest, TheSliderOfAStackRemembersItsPlace)
+{
+    auto* const slider = m_View.findChild<QSlider*>("layer");
+    const auto shown = [this] { return m_View.getModel().shownPixels().at(0, 0, 0); };
+    send(m_View, imageOf<float>({1}, 1, 1));
+    EXPECT_FALSE(slider->isVisible()) << "there is one image";
+    const int height = m_View.sightSize().height();
+    ImageUpdate stack = stackOf({1, 2, 3, 4});
+    m_View.apply(stack);
+    EXPECT_TRUE(slider->isVisible());
+    EXPECT_LT(m_View.sightSize().height(), height);
+    EXPECT_EQ(shown(), 1);
+    slider->setValue(2);
+    EXPECT_EQ(shown(), 3);
+    stack = stackOf({5, 6, 7, 8});
+    m_View.makeRoom(stack.replaced());
+    m_View.apply(stack);
+    EXPECT_EQ(shown(), 7);
+    stack = stackOf({1, 2});
+    m_View.apply(stack);
+    EXPECT_EQ(shown(), 2) << "the last one";
+    stack = stackOf({1, 2, 3, 4});
+    m_View.apply(stack);
+    EXPECT_EQ(shown(), 3) << "its place is there again";
+    EXPECT_EQ(slider->value(), 2);
+    ImageUpdate layer;
+    layer.layers[2] = imageOf<float>({9}, 1, 1);
+    layer.layers[4] = imageOf<float>({10}, 1, 1);
+    m_View.apply(layer);
+    EXPECT_EQ(shown(), 9);
+    EXPECT_EQ(slider->maximum(), 4);
+    send(m_View, imageOf<float>({1}, 1, 1));
+    EXPECT_FALSE(slider->isVisible());
+}
+
+TEST_F(ImageViewTest, ImagesOfAStackShareTheirRange)
+{
+    ImageUpdate stack = stackOf({1, 2, 3});
+    stack.pixels = imageOf<float>({1, 5}, 2, 1);
+    stack.layers[1] = imageOf<float>({2, 3, 9}, 3, 1);
+    m_View.apply(stack);
+    m_View.showLayer(1);
+    EXPECT_EQ(m_View.getModel().look().from, 1);
+    EXPECT_EQ(m_View.getModel().look().to, 9);
+    m_View.showLayer(0);
+    EXPECT_EQ(m_View.getModel().look().to, 9) << "or the same numbers would have other colours";
+}
+
+TEST_F(ImageViewTest, LevelsOfAStackShowTheSamePart)
+{
+    ImageUpdate levels;
+    levels.pixels = imageOf(std::vector<std::uint8_t>(800 * 400), 800, 400);
+    levels.layers[1] = imageOf(std::vector<std::uint8_t>(400 * 200), 400, 200);
+    m_View.apply(levels);
+    ImageSight sight;
+    sight.scale = 4;
+    sight.centre = {600, 100};
+    m_View.setSight(sight);
+    m_View.showLayer(1);
+    EXPECT_EQ(m_View.getSight().scale, 8);
+    EXPECT_EQ(m_View.getSight().centre, QPointF(300, 50));
+    m_View.showLayer(0);
+    EXPECT_EQ(m_View.getSight(), sight);
+}
+
+TEST_F(ImageViewTest, LinkedStacksStepTogetherAndADifferenceFollows)
+{
+    ImageView other("other");
+    ImageUpdate stack = stackOf({10, 20, 30});
+    other.apply(stack);
+    stack = stackOf({1, 2, 3});
+    stack.links = {"other"};
+    stack.difference = "other";
+    m_View.apply(stack);
+    m_View.hover(QPoint(0, 0));
+    EXPECT_EQ(m_View.textOfPixel(), "0, 0:  -9");
+    other.showLayer(2);
+    EXPECT_EQ(m_View.textOfPixel(), "0, 0:  -27");
+    EXPECT_EQ(m_View.getStack().shown(), 2);
+}
+
+TEST_F(ImageViewTest, ARangeOutlivesTheRoomThatIsMade)
+{
+    ImageUpdate update;
+    update.pixels = imageOf<std::int16_t>({0, 500}, 2, 1);
+    m_View.apply(update);
+    update.pixels = imageOf<std::int16_t>({0, 100}, 2, 1);
+    m_View.makeRoom(update.replaced());
+    m_View.apply(update);
+    EXPECT_EQ(m_View.getModel().look().to, 500);
 }
 
 TEST_F(ImageViewTest, SaysThatThereIsNoDifference)

@@ -154,6 +154,82 @@ TEST_F(TextureImageGLTest, FacesOfACubeAreRead)
     EXPECT_THAT(takeNumbers(), ElementsAre(10, 20, 30, 40));
 }
 
+// The numbers of every image of a stack.
+std::vector<std::vector<double>> takeStack()
+{
+    std::vector<std::vector<double>> stack;
+    const auto sent = takeImage();
+    if (!sent || !sent->pixels)
+        return stack;
+    const auto add = [&stack](const ImagePixels& pixels) {
+        stack.emplace_back();
+        for (std::size_t i = 0; i < pixels.numbers.size(); ++i)
+            stack.back().push_back(pixels.numbers[i]);
+    };
+    add(*sent->pixels);
+    for (const auto& [layer, pixels] : sent->layers)
+        add(pixels);
+    return stack;
+}
+
+TEST_F(TextureImageGLTest, LevelsAreAStack)
+{
+    const unsigned char texels[] = {1, 2, 3, 4, 5, 6, 7, 8};
+    GLTexture2D flat(context());
+    flat.bind(0);
+    for (int level = 0; level < 3; ++level)
+        glTexImage2D(GL_TEXTURE_2D, level, GL_LUMINANCE, 4 >> level, level == 0 ? 2 : 1, 0, GL_LUMINANCE,
+            GL_UNSIGNED_BYTE, texels);
+    disturb();
+    imageStackOfLevels("levels", flat);
+    EXPECT_THAT(takeStack(), ElementsAre(ElementsAre(1, 2, 3, 4, 5, 6, 7, 8), ElementsAre(1, 2), ElementsAre(1)));
+    imageStackOfLevels("levels", flat);
+    EXPECT_THAT(*takeImage()->layerNames, ElementsAre("level 0", "level 1", "level 2"));
+    imageStackOfLayers("layers", flat, 1);
+    EXPECT_THAT(takeStack(), ElementsAre(ElementsAre(1, 2))) << "it has no others";
+    testing::internal::CaptureStderr();
+    imageStackOfLevels("levels", flat, 1);
+    imageStackOfLayers("layers", flat, 3);
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(said, HasSubstr("level 0 of the texture has no layer 1; what was shown stays"));
+    EXPECT_THAT(said, HasSubstr("level 3 of the texture has no layer 0; what was shown stays"));
+    EXPECT_FALSE(takeImage());
+}
+
+TEST_F(TextureImageGLTest, FacesAndSlicesAreAStack)
+{
+    GLTextureCube cube(context());
+    cube.create(1, 4);
+    cube.bind(0);
+    for (unsigned char face = 0; face < 6; ++face) {
+        const unsigned char texel[] = {face, 0, 0, 0};
+        glTexImage2D(GL_TEXTURE_CUBE_MAP_POSITIVE_X + face, 0, GL_RGBA, 1, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE, texel);
+    }
+    imageStackOfLayers("cube", cube);
+    const auto faces = takeStack();
+    ASSERT_EQ(faces.size(), 6U);
+    for (std::size_t face = 0; face < 6; ++face)
+        EXPECT_THAT(faces[face], ElementsAre(double(face), 0, 0, 0));
+    const unsigned char texels[] = {1, 2, 3, 4};
+    struct Volume : GLTexture
+    {
+        Volume(GLContext* context)
+            : GLTexture(context)
+        {
+            m_TextureTarget = GL_TEXTURE_3D;
+        }
+    } volume(context());
+    unsigned int name = 0;
+    glGenTextures(1, &name);
+    volume.bind(0);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glTexImage3DEXT(GL_TEXTURE_3D, 0, GL_LUMINANCE, 1, 2, 2, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE, texels);
+    disturb();
+    imageStackOfLayers("volume", volume);
+    EXPECT_THAT(takeStack(), ElementsAre(ElementsAre(1, 2), ElementsAre(3, 4)));
+    glDeleteTextures(1, &name);
+}
+
 TEST_F(TextureImageGLTest, FloatsKeepTheirPrecision)
 {
     const float texels[] = {0.1F, -5, 1e10F, 0.5F};
@@ -242,6 +318,8 @@ TEST_F(TextureImageGLTest, AllStateIsAsItWas)
     image("flat", flat);
     image("cube", cube, 0, 5);
     image("flat", flat, 3);
+    imageStackOfLevels("flat levels", flat);
+    imageStackOfLayers("faces", cube);
     framebufferImage("colours");
     depthBufferImage("depths");
     for (const auto& [parameter, values] : allState())
