@@ -118,7 +118,8 @@ protected:
         } else if constexpr (!Contiguous<Plain>) {
             static_assert(Contiguous<Plain>, "vireo: this is not a series of points, colours or faces: send what "
                                              "std::data and std::size know, such as a "
-                                             "std::vector<tavo::Vector3d>.");
+                                             "std::vector<tavo::Vector3d>. A std::vector<bool> has bits, no "
+                                             "numbers.");
         } else {
             using T = ElementOf<Plain>;
             static_assert(Number<T> || isTuple<T>(),

@@ -41,6 +41,8 @@ int main()
     tavo::scene("scene").cloud("points", std::vector<tavo::Vector2d>(3));
 #elif REFUSED == 11
     tavo::scene("scene").cloud("points", std::vector<Pair>(3));
+#elif REFUSED == 12
+    tavo::image("image", std::vector<bool>(4), 2, 2);
 #endif
     plot.curve("curve", std::vector<double>{1, 2});
     tavo::scene("scene").cloud("points", std::vector<tavo::Vector3d>(3));

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWheelEvent>
+#include <utility>
 
 #include "vireo/show/images/ImageView.h"
 
@@ -27,7 +28,7 @@ bool ImageGestures::eventFilter(QObject*, QEvent* event)
     case QEvent::MouseButtonPress: return press(static_cast<QMouseEvent&>(*event));
     case QEvent::MouseMove: return move(static_cast<QMouseEvent&>(*event));
     case QEvent::MouseButtonRelease: return release(static_cast<QMouseEvent&>(*event));
-    case QEvent::MouseButtonDblClick: m_View.showAll(); return true;
+    case QEvent::MouseButtonDblClick: showAll(); return true;
     case QEvent::Wheel: turnWheel(static_cast<QWheelEvent&>(*event)); return true;
     case QEvent::KeyPress: return pressKey(static_cast<QKeyEvent&>(*event));
     case QEvent::Leave:
@@ -40,9 +41,13 @@ bool ImageGestures::eventFilter(QObject*, QEvent* event)
 
 bool ImageGestures::press(const QMouseEvent& event)
 {
+    if (event.button() == Qt::BackButton || event.button() == Qt::ForwardButton) {
+        event.button() == Qt::BackButton ? m_View.goBack() : m_View.goForward();
+        return true;
+    }
     if (m_Drag || (event.button() != Qt::LeftButton && event.button() != Qt::MiddleButton))
         return false;
-    m_Drag = Drag{event.button(), event.localPos(), m_View.getSight(), {}};
+    m_Drag = Drag{event.button(), event.localPos(), m_View.getSight(), {}, false};
     if (event.button() == Qt::LeftButton && event.modifiers() & Qt::ShiftModifier) {
         m_Drag->profile = m_View.pixelAt(event.localPos());
         if (!m_Drag->profile)
@@ -64,8 +69,11 @@ bool ImageGestures::move(const QMouseEvent& event)
     }
     ImageSight sight = m_Drag->sight;
     sight.centre -= m_View.onScreen(event.localPos() - m_Drag->start) / sight.scale;
-    if (!(sight == m_View.getSight()))
-        m_View.setSight(sight);
+    if (sight == m_View.getSight())
+        return true;
+    if (!std::exchange(m_Drag->isMoving, true))
+        m_View.remember(ImageHistory::Gesture::Move);
+    m_View.setSight(sight);
     return true;
 }
 
@@ -95,6 +103,7 @@ void ImageGestures::zoom(int steps)
         return;
     ImageSight sight = m_View.getSight();
     sight.zoom(steps, place(), m_View.sightSize());
+    m_View.remember(ImageHistory::Gesture::Zoom);
     m_View.setSight(sight);
     if (m_Drag)
         m_Drag.reset();
@@ -117,15 +126,35 @@ void ImageGestures::showAsItIs()
 {
     ImageSight sight = m_View.getSight();
     sight.zoomTo(1, place(), m_View.sightSize());
+    m_View.remember(ImageHistory::Gesture::Zoom);
     m_View.setSight(sight);
+}
+
+void ImageGestures::showAll()
+{
+    m_View.remember(ImageHistory::Gesture::ShowAll);
+    m_View.showAll();
+}
+
+// Ctrl+Z and Backspace, with Shift the other way; whether it is one of these.
+bool ImageGestures::pressHistoryKey(const QKeyEvent& event)
+{
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::ShiftModifier;
+    const bool isUndo = event.key() == Qt::Key_Z && modifiers == Qt::ControlModifier;
+    if (!isUndo && (event.key() != Qt::Key_Backspace || modifiers != Qt::NoModifier))
+        return false;
+    event.modifiers() & Qt::ShiftModifier ? m_View.goForward() : m_View.goBack();
+    return true;
 }
 
 bool ImageGestures::pressKey(const QKeyEvent& event)
 {
+    if (pressHistoryKey(event))
+        return true;
     if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier))
         return false;
     switch (event.key()) {
-    case Qt::Key_Home: m_View.showAll(); return true;
+    case Qt::Key_Home: showAll(); return true;
     case Qt::Key_1: showAsItIs(); return true;
     case Qt::Key_Plus: zoom(1); return true;
     case Qt::Key_Minus: zoom(-1); return true;

@@ -19,7 +19,8 @@ class ImageView;
 // The wheel, + and - zoom, at the pointer; a drag moves the image. A double click, or Home, shows all of it; 1 shows
 // its pixels as large as those of the screen. A drag with Shift draws the line of a profile, which Esc takes away. c
 // shows the next channel alone, and then all of them; r finds the range afresh; p shows and hides the panel. Page Up
-// and Page Down step through a stack.
+// and Page Down step through a stack. Ctrl+Z and Backspace go back to what was seen before, and with Shift forward
+// again, as the buttons of the mouse do that are called so.
 class ImageGestures : public QObject
 {
 public:
@@ -34,6 +35,7 @@ private:
         QPointF start;
         ImageSight sight;              // when it began
         std::optional<QPoint> profile; // the pixel where it begins, of a drag that draws one
+        bool isMoving = false;
     };
 
     bool press(const QMouseEvent& event);
@@ -43,6 +45,8 @@ private:
     void zoom(int steps);
     void showAsItIs();
     void drawProfile(const QPointF& place);
+    void showAll();
+    bool pressHistoryKey(const QKeyEvent& event);
     bool pressKey(const QKeyEvent& event);
     QPointF place() const; // of the pointer, or else the middle
 

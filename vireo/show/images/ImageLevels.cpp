@@ -14,13 +14,50 @@ namespace {
 
 constexpr int LARGEST_FACTOR = 4;
 
+// A sum of a few integers of 64 bits, which may be larger than any: of their upper bits and of the last ones.
+class WideSum
+{
+public:
+    WideSum() = default;
+    template <typename T>
+    explicit WideSum(T number)
+        : m_Upper(static_cast<std::int64_t>(number >> NUM_LAST))
+        , m_Last(static_cast<std::int64_t>(number & MASK))
+    {}
+
+    WideSum& operator+=(const WideSum& other)
+    {
+        m_Upper += other.m_Upper;
+        m_Last += other.m_Last;
+        return *this;
+    }
+
+    // Divided by their number, and rounded; exactly.
+    template <typename T>
+    T mean(std::int64_t count) const
+    {
+        const std::int64_t rest = (m_Upper % count + count) % count;
+        const std::int64_t last = ((rest << NUM_LAST) + m_Last + count / 2) / count;
+        return static_cast<T>(
+            (static_cast<std::uint64_t>((m_Upper - rest) / count) << NUM_LAST) + static_cast<std::uint64_t>(last));
+    }
+
+private:
+    static constexpr int NUM_LAST = 8; // bits
+    static constexpr int MASK = (1 << NUM_LAST) - 1;
+
+    std::int64_t m_Upper = 0;
+    std::int64_t m_Last = 0;
+};
+
 // What the means of numbers are summed up in.
 template <typename T>
-using SumOf = std::conditional_t<(std::is_integral_v<T> && sizeof(T) <= 2), std::int32_t, double>;
+using SumOf = std::conditional_t<!std::is_integral_v<T>, double,
+    std::conditional_t<sizeof(T) <= 2, std::int32_t, std::conditional_t<sizeof(T) <= 4, double, WideSum>>>;
 
 // What numbers are multiplied by before they are summed up: as many of the greatest doubles would be infinite.
 template <typename T>
-constexpr SumOf<T> WEIGHT = 1;
+constexpr std::conditional_t<std::is_floating_point_v<T>, double, int> WEIGHT = 1;
 template <>
 constexpr double WEIGHT<double> = 1.0 / (LARGEST_FACTOR * LARGEST_FACTOR);
 
@@ -31,7 +68,9 @@ T meanOf(SumOf<T> sum, int count)
         const double mean = sum / (count * WEIGHT<T>);
         constexpr double GREATEST = std::numeric_limits<T>::max();
         return static_cast<T>(std::isfinite(sum) ? std::clamp(mean, -GREATEST, GREATEST) : mean);
-    } else
+    } else if constexpr (sizeof(T) == 8)
+        return sum.template mean<T>(count);
+    else
         return static_cast<T>(std::floor(double(sum) / count + 0.5));
 }
 
@@ -62,7 +101,7 @@ public:
     {
         const int top = m_Part.top() + row * m_Factor;
         const int numRows = std::min(m_Factor, m_Part.bottom() + 1 - top);
-        std::fill(m_Sums.begin(), m_Sums.end(), SumOf<T>(0));
+        std::fill(m_Sums.begin(), m_Sums.end(), SumOf<T>());
         for (int y = top; y < top + numRows; ++y)
             addRow(y);
         const int channels = m_Pixels.channels;
@@ -70,7 +109,7 @@ public:
             const int left = x * m_Factor;
             const int numColumns = std::min(m_Factor, m_Part.width() - left);
             for (int channel = 0; channel < channels; ++channel) {
-                SumOf<T> sum = 0;
+                auto sum = SumOf<T>();
                 for (int i = 0; i < numColumns; ++i)
                     sum += m_Sums[static_cast<std::size_t>((left + i) * channels + channel)];
                 means[x * channels + channel] = meanOf<T>(sum, numColumns * numRows);
@@ -79,12 +118,20 @@ public:
     }
 
 private:
+    static SumOf<T> weighted(T number)
+    {
+        if constexpr (std::is_floating_point_v<T>)
+            return static_cast<SumOf<T>>(number) * WEIGHT<T>;
+        else
+            return static_cast<SumOf<T>>(number);
+    }
+
     void addRow(int y)
     {
         const T* const row = m_Numbers + m_Pixels.indexOfRow(y) +
                              static_cast<std::size_t>(m_Part.left()) * static_cast<std::size_t>(m_Pixels.channels);
         for (std::size_t i = 0; i < m_Sums.size(); ++i)
-            m_Sums[i] += static_cast<SumOf<T>>(row[i]) * WEIGHT<T>;
+            m_Sums[i] += weighted(row[i]);
     }
 
     const T* m_Numbers;

@@ -31,8 +31,8 @@ ImageModel::Range opened(const ImageModel::Range& range)
         return range;
     constexpr double GREATEST = std::numeric_limits<double>::max();
     if (from == GREATEST)
-        return {std::nextafter(from, 0), from};
-    return {from, std::max(from + 1, std::nextafter(from, GREATEST))};
+        return {std::nextafter(GREATEST, 0), from};
+    return {from, std::max<long double>(from + 1, std::nextafter(static_cast<double>(from), GREATEST))};
 }
 
 } // namespace
@@ -117,7 +117,7 @@ ImageRange ImageModel::range() const
 ImageModel::Range ImageModel::automaticRange() const
 {
     const ImagePixels& shown = m_Levels.pixels();
-    const double largest = std::max(std::abs(m_Statistics.least), std::abs(m_Statistics.greatest));
+    const long double largest = std::max(std::abs(m_Statistics.least), std::abs(m_Statistics.greatest));
     if (m_IsDifference)
         return {m_Look.isSizeShown ? 0 : -largest, largest};
     if (areBytes(shown.numbers))

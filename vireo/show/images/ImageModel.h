@@ -20,7 +20,7 @@ namespace tavo {
 class ImageModel
 {
 public:
-    using Range = std::pair<double, double>;
+    using Range = std::pair<long double, long double>;
 
     // Frees the pixels, which others will replace.
     void makeRoom();

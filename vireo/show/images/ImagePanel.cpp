@@ -27,15 +27,6 @@ constexpr double LOW = 1;  // in per cent, which the button means
 constexpr double HIGH = 99;
 constexpr int LEAST_ROOM = 40; // in pixels, of the image beside it
 
-// Of numbers from the least to the greatest of the range, with its gamma.
-ColourMap mapOf(const ImageLook& look)
-{
-    ColourMap::Entries entries;
-    const std::vector<RGBA8> colours = PixelColours(look).mapColours();
-    std::copy_n(colours.begin(), entries.size(), entries.begin());
-    return {ColourMap::Kind::SEQUENTIAL, entries};
-}
-
 QStringList namesOfChannels(const ImagePixels& pixels)
 {
     if (pixels.hasColours()) {
@@ -132,8 +123,10 @@ void ImagePanel::connectAll()
     };
     connect(m_FollowSoon, &QTimer::timeout, this, &ImagePanel::follow);
     connect(m_Histogram, &RangeHistogram::rangeDragged, this, &ImagePanel::chooseFixed);
-    connect(m_From, changed, this, [this](double from) { chooseFixed(from, m_View.getModel().look().to); });
-    connect(m_To, changed, this, [this](double to) { chooseFixed(m_View.getModel().look().from, to); });
+    connect(m_From, changed, this,
+        [this](double from) { chooseFixed(from, static_cast<double>(m_View.getModel().look().to)); });
+    connect(m_To, changed, this,
+        [this](double to) { chooseFixed(static_cast<double>(m_View.getModel().look().from), to); });
     connect(m_Automatic, &QPushButton::clicked, this, [this] {
         m_View.choose([](ImageSettings& choice) { choice.range = ImageRange(); });
         m_View.refreshRange();
@@ -191,11 +184,13 @@ void ImagePanel::followRange()
 {
     const ImageModel& model = m_View.getModel();
     const ImageLook& look = model.look();
-    m_Histogram->setColours(mapOf(look), {look.from, look.to});
+    const auto from = static_cast<double>(look.from);
+    const auto to = static_cast<double>(look.to);
+    m_Histogram->setColours(model.colours().map(), {from, to});
     const QSignalBlocker quietFrom(m_From);
     const QSignalBlocker quietTo(m_To);
-    m_From->showValue(look.from, std::abs(look.to - look.from));
-    m_To->showValue(look.to, std::abs(look.to - look.from));
+    m_From->showValue(from, std::abs(to - from));
+    m_To->showValue(to, std::abs(to - from));
     setQuietly(m_Gamma, look.gamma);
     const auto& names = namesOfColourMaps();
     const auto map = std::find(names.begin(), names.end(), look.colourMap);

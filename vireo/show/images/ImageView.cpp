@@ -3,14 +3,17 @@
 #include <QEvent>
 #include <QPainter>
 #include <algorithm>
+#include <unordered_map>
 
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/text/printable.h"
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/images/ImageGestures.h"
+#include "vireo/show/images/ImageLinks.h"
 #include "vireo/show/images/ImagePanel.h"
 #include "vireo/show/images/LayerSlider.h"
 #include "vireo/show/images/imageData.h"
+#include "vireo/show/scenes/colourBar.h"
 #include "vireo/show/window/shownText.h"
 #include "vireo/show/window/windowMemory.h"
 
@@ -22,10 +25,25 @@ constexpr std::size_t LONGEST_NAME = 80;
 constexpr int MARGIN = 4;       // in pixels, of the text below the image
 constexpr int LARGE_VIEW = 900; // in pixels, from which on the panel is there unless a person has hidden it
 
-std::vector<ImageView*>& allViews()
+using Views = std::unordered_multimap<std::string, ImageView*>;
+
+Views& allViews()
 {
-    static std::vector<ImageView*> views;
+    static Views views;
     return views;
+}
+
+// Null if there is none of that name.
+ImageView* viewOf(const std::string& name)
+{
+    const auto found = allViews().find(name);
+    return found != allViews().end() ? found->second : nullptr;
+}
+
+ImageLinks& allLinks()
+{
+    static ImageLinks links;
+    return links;
 }
 
 const char* nameOfType(const NumberArray& numbers)
@@ -59,13 +77,14 @@ ImageView::ImageView(const std::string& name)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(40, 30);
     m_Gestures = std::make_unique<ImageGestures>(*this);
-    allViews().push_back(this);
+    allViews().emplace(m_Name, this);
 }
 
 ImageView::~ImageView()
 {
-    std::vector<ImageView*>& all = allViews();
-    all.erase(std::find(all.begin(), all.end(), this));
+    const auto [first, last] = allViews().equal_range(m_Name);
+    allViews().erase(std::find_if(first, last, [this](const auto& entry) { return entry.second == this; }));
+    allLinks().removeFrom(m_Name);
     followDifferences();
 }
 
@@ -84,18 +103,17 @@ void ImageView::apply(ViewUpdate& update)
         sayWhatIsLeft(*image.pixels);
     const bool isOther = m_Stack.apply(image);
     image.pixels = isOther ? std::optional(m_Stack.pixels()) : std::nullopt;
-    m_Links.insert(image.links.begin(), image.links.end());
+    for (const std::string& other : image.links)
+        allLinks().add(m_Name, other);
     m_Model.apply(image);
     if (image.difference)
         m_Difference = *image.difference;
     if (!m_Difference.empty() || m_Model.isDifference())
         takeDifference();
     followPixels();
-    if (!image.links.empty())
-        for (const ImageView* view : linkedViews())
-            if (view->m_IsChosen)
-                return setSight(view->m_Sight);
     changed();
+    if (const ImageView* const chosen = chosenAmong(image.links))
+        setSight(chosen->m_Sight);
 }
 
 void ImageView::followPixels()
@@ -123,10 +141,22 @@ void ImageView::takeLayer(int layer)
     changed();
 }
 
+// The first one of those whose part a person has chosen. All that were linked before show the same part, so that one of
+// them stands for all.
+const ImageView* ImageView::chosenAmong(const std::vector<std::string>& linked) const
+{
+    if (m_IsChosen && !linked.empty())
+        return this;
+    for (const std::string& name : linked)
+        if (const ImageView* const view = viewOf(name); view && view->m_IsChosen)
+            return view;
+    return nullptr;
+}
+
 // Those that show their difference from this one.
 void ImageView::followDifferences()
 {
-    for (ImageView* view : allViews())
+    for (const auto& [name, view] : allViews())
         if (view != this && view->m_Difference == m_Name) {
             view->takeDifference();
             view->m_Profile.follow(view->m_Model.shownPixels());
@@ -136,11 +166,9 @@ void ImageView::followDifferences()
 
 void ImageView::takeDifference()
 {
-    const auto other = std::find_if(allViews().begin(), allViews().end(),
-        [this](const ImageView* view) { return view->m_Name == m_Difference && view != this; });
-    m_Model.setOther(
-        other != allViews().end() ? std::optional((*other)->getModel().pixels()) : std::optional<ImagePixels>());
-    if (other != allViews().end() && !(*other)->getModel().pixels().isEmpty() && !m_Model.pixels().isEmpty())
+    ImageView* const other = m_Difference != m_Name ? viewOf(m_Difference) : nullptr;
+    m_Model.setOther(other ? std::optional(other->getModel().pixels()) : std::optional<ImagePixels>());
+    if (other && !other->getModel().pixels().isEmpty() && !m_Model.pixels().isEmpty())
         sayWhyNoDifference();
 }
 
@@ -173,19 +201,15 @@ void ImageView::sayWhatIsLeft(const ImagePixels& pixels) const
 
 std::vector<ImageView*> ImageView::linkedViews()
 {
-    const auto isLinked = [](const ImageView* a, const ImageView* b) { return a->m_Links.count(b->m_Name) > 0; };
-    std::vector<ImageView*> linked{this};
-    for (std::size_t i = 0; i < linked.size(); ++i)
-        for (ImageView* view : allViews())
-            if ((isLinked(linked[i], view) || isLinked(view, linked[i])) &&
-                std::find(linked.begin(), linked.end(), view) == linked.end())
-                linked.push_back(view);
+    std::vector<ImageView*> linked;
+    for (const std::string& name : allLinks().linkedTo(m_Name, [](const std::string& other) { return viewOf(other); }))
+        linked.push_back(name == m_Name ? this : viewOf(name));
     return linked;
 }
 
 void ImageView::changed()
 {
-    m_Picture = {};
+    m_IsDrawn = false;
     m_LayerSlider->follow(m_Stack, imageWidth(), height() - barHeight());
     m_Panel->noteChange();
     if (!m_IsChosen)
@@ -221,8 +245,25 @@ void ImageView::showAll()
     }
 }
 
+ImageChoice ImageView::choice() const
+{
+    return {m_IsChosen ? std::optional(m_Sight) : std::nullopt, m_Model.getChoice()};
+}
+
+void ImageView::goTo(const std::optional<ImageChoice>& choice)
+{
+    if (!choice)
+        return;
+    m_Model.choose(choice->settings);
+    if (choice->sight)
+        setSight(*choice->sight);
+    else
+        showAll();
+}
+
 void ImageView::choose(const std::function<void(ImageSettings& choice)>& change)
 {
+    remember(ImageHistory::Gesture::Colours);
     ImageSettings choice = m_Model.getChoice();
     change(choice);
     m_Model.choose(choice);
@@ -315,7 +356,39 @@ ImageInk ImageView::ink() const
 QImage ImageView::picture(QSize size)
 {
     sayWhyNoDifference();
-    return drawImage(m_Model.levels(), m_Model.colours(), sightFor(size), size, ink());
+    const QSize sizeOfImage = sizeInPicture(size);
+    QImage drawn = drawImage(m_Model.levels(), m_Model.colours(), sightFor(sizeOfImage), sizeOfImage, ink());
+    if (sizeOfImage == size)
+        return drawn;
+    QImage picture(size, QImage::Format_RGB32);
+    picture.fill(ink().ground);
+    QPainter painter(&picture);
+    painter.drawImage(0, 0, drawn);
+    paintColourBar(painter, QRectF(sizeOfImage.width(), 0, size.width() - sizeOfImage.width(), size.height()));
+    return picture;
+}
+
+// Without the colour bar that large pictures of one channel have at their right.
+QSize ImageView::sizeInPicture(const QSize& size) const
+{
+    constexpr int LETTERS = 13;     // of the bar and its numbers
+    constexpr int LEAST_PART = 5;   // of the picture, at most
+    constexpr int LEAST_LINES = 10; // in height
+    const int width = LETTERS * fontMetrics().averageCharWidth();
+    const bool hasBar = !m_Model.pixels().isEmpty() && !m_Model.look().isColour() &&
+                        size.width() >= LEAST_PART * width && size.height() >= LEAST_LINES * fontMetrics().height();
+    return hasBar ? QSize(size.width() - width, size.height()) : size;
+}
+
+void ImageView::paintColourBar(QPainter& painter, const QRectF& place) const
+{
+    constexpr double WIDTH = 14;
+    const double line = fontMetrics().height();
+    const ImageLook& look = m_Model.look();
+    painter.setFont(font());
+    painter.setPen(palette().color(QPalette::Text));
+    drawColourBar(painter, QRectF(place.left() + line, place.top() + 3 * line, WIDTH, place.height() - 5 * line),
+        m_Model.colours().map(), static_cast<double>(look.from), static_cast<double>(look.to), QString());
 }
 
 std::string ImageView::saveData(const QString& file)
@@ -398,15 +471,23 @@ void ImageView::showEvent(QShowEvent* event)
 void ImageView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    if (m_Picture.isNull())
-        runGuarded([this] {
-            m_Picture = drawImage(m_Model.levels(), m_Model.colours(), m_Sight, sightSize(), ink());
-            m_Picture.setDevicePixelRatio(devicePixelRatioF());
-        });
+    if (!m_IsDrawn)
+        runGuarded([this] { draw(); });
     painter.drawImage(QPoint(0, 0), m_Picture);
     paintProfile(painter);
     paintMark(painter);
     paintBar(painter);
+}
+
+// The memory is that of the last picture: new memory would cost as much as the drawing.
+void ImageView::draw()
+{
+    if (m_Picture.size() != sightSize())
+        m_Picture = QImage(sightSize(), QImage::Format_RGB32);
+    m_Picture.setDevicePixelRatio(1);
+    drawImage(m_Picture, m_Model.levels(), m_Model.colours(), m_Sight, ink());
+    m_Picture.setDevicePixelRatio(devicePixelRatioF());
+    m_IsDrawn = true;
 }
 
 // Where the pointer is, in this image or one that is linked to it.

@@ -3,10 +3,10 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
+#include "vireo/show/images/ImageHistory.h"
 #include "vireo/show/images/ImageModel.h"
 #include "vireo/show/images/ImageProfile.h"
 #include "vireo/show/images/ImageSight.h"
@@ -47,6 +47,11 @@ public:
     // Shows all of it, now and as it changes.
     void showAll();
 
+    // Before a gesture: what is seen and how, now, can be gone back to; linked images show what this one does.
+    void remember(ImageHistory::Gesture gesture) { m_History.remember(choice(), gesture); }
+    void goBack() { goTo(m_History.back(choice())); }
+    void goForward() { goTo(m_History.forward(choice())); }
+
     // Shows another image of the stack, in linked stacks, too; one that is so many further on.
     void showLayer(int layer);
     void stepLayer(int step) { showLayer(m_Stack.shown() + step); }
@@ -86,6 +91,7 @@ protected:
 
 private:
     std::vector<ImageView*> linkedViews();
+    const ImageView* chosenAmong(const std::vector<std::string>& linked) const;
     void followDifferences();
     void takeDifference();
     void sayWhyNoDifference() const;
@@ -98,6 +104,11 @@ private:
     int imageWidth() const;
     int imageHeight() const;
     void settlePanel();
+    ImageChoice choice() const;
+    void goTo(const std::optional<ImageChoice>& choice);
+    void draw();
+    QSize sizeInPicture(const QSize& size) const;
+    void paintColourBar(QPainter& painter, const QRectF& place) const;
     QSize imageSize() const;
     ImageSight sightFor(const QSize& size) const;
     void paintBar(QPainter& painter) const;
@@ -108,12 +119,13 @@ private:
     std::string m_Name;
     ImageStack m_Stack;
     ImageModel m_Model;
-    std::set<std::string> m_Links;
     std::string m_Difference; // the name of the other image; empty for none
     ImageSight m_Sight;
     bool m_IsChosen = false; // the sight, by a person
+    ImageHistory m_History;
     std::optional<QPoint> m_Hovered;
-    QImage m_Picture; // null if it has to be drawn
+    QImage m_Picture;
+    bool m_IsDrawn = false; // the picture, as it has to be
     ImageProfile m_Profile;
     std::unique_ptr<ImageGestures> m_Gestures;
     LayerSlider* m_LayerSlider; // children of the widget

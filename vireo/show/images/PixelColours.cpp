@@ -34,8 +34,8 @@ double unitOf(double from, double to)
 
 PixelColours::PixelColours(const ImageLook& look)
     : m_Look(look)
-    , m_Unit(unitOf(look.from, look.to))
-    , m_Scale(SIZE / (look.to * m_Unit - look.from * m_Unit))
+    , m_Unit(unitOf(static_cast<double>(look.from), static_cast<double>(look.to)))
+    , m_Scale(SIZE / (static_cast<double>(look.to) * m_Unit - static_cast<double>(look.from) * m_Unit))
     , m_IsPlain(look.from == 0 && look.to == 255 && look.gamma == 1 && !look.isSizeShown)
 {
     const std::optional<ColourMap> map = findColourMap(look.colourMap);
@@ -47,30 +47,38 @@ PixelColours::PixelColours(const ImageLook& look)
     std::fill(m_Colours.begin() + SIZE, m_Colours.end(), COLOUR_OF_INFINITY);
     m_Colours[ENTRY_OF_NAN] = COLOUR_OF_NAN;
     for (std::size_t i = 0; i < m_ColoursOfBytes.size(); ++i) {
-        const double from = look.from * m_Unit;
-        const double linear = (double(i) * m_Unit - from) / (look.to * m_Unit - from);
+        const long double from = look.from * m_Unit;
+        const auto linear =
+            static_cast<double>((static_cast<long double>(i) * m_Unit - from) / (look.to * m_Unit - from));
         const double place = std::pow(std::clamp(linear, 0.0, 1.0), 1 / look.gamma);
         m_ColoursOfBytes[i] = colourOf(map, place);
         m_LevelsOfBytes[i] = static_cast<unsigned char>(std::lround(255 * place));
     }
 }
 
-std::vector<RGBA8> PixelColours::mapColours() const
+ColourMap PixelColours::map() const
 {
-    std::vector<RGBA8> colours;
-    for (std::size_t i = 0; i < SIZE; i += 4)
-        colours.emplace_back(qRed(m_Colours[i]), qGreen(m_Colours[i]), qBlue(m_Colours[i]), 255);
-    return colours;
+    constexpr std::size_t STEP = SIZE / ColourMap::SIZE;
+    ColourMap::Entries entries;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const QRgb colour = m_Colours[i * STEP];
+        entries[i] = RGBA8(qRed(colour), qGreen(colour), qBlue(colour), 255);
+    }
+    return {ColourMap::Kind::SEQUENTIAL, entries};
 }
 
 // The entries of every few numbers, without a branch, so that the processor finds several at once.
 template <typename T>
 void PixelColours::findEntries(const T* numbers, int step, int count, int* entries) const
 {
-    using Real = std::conditional_t<(sizeof(T) > 4 || std::is_integral_v<T>), double, T>;
+    // Doubles lack the last digits of integers of 64 bits.
+    using Real =
+        std::conditional_t<std::is_floating_point_v<T>, T, std::conditional_t<(sizeof(T) > 4), long double, double>>;
     const Real unit = static_cast<Real>(m_Unit);
     const Real from = static_cast<Real>(m_Look.from * m_Unit);
-    const Real scale = static_cast<Real>(m_Scale);
+    Real scale = static_cast<Real>(m_Scale);
+    if constexpr (std::is_same_v<Real, long double>)
+        scale = SIZE / ((m_Look.to - m_Look.from) * unit);
     const Real last = SIZE - 1;
     const bool isSizeShown = m_Look.isSizeShown;
     const auto find = [=](auto constantStep) {

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <string>
-#include <vector>
 
 #include "vireo/show/colours/ColourMap.h"
 #include "vireo/show/images/ImagePixels.h"
@@ -14,9 +13,9 @@ namespace tavo {
 // How numbers become colours.
 struct ImageLook
 {
-    int channel = 0; // -1: the first three are red, green and blue
-    double from = 0;
-    double to = 255;
+    int channel = 0;      // -1: the first three are red, green and blue
+    long double from = 0; // exact for integers of 64 bits, too
+    long double to = 255;
     double gamma = 1;
     std::string colourMap;    // of one channel; empty for grey as bright as the number is great
     bool isSizeShown = false; // of numbers, whatever their sign
@@ -43,8 +42,8 @@ public:
     // The colours of `count` pixels of a row, from the pixel `x` on.
     void convert(const ImagePixels& pixels, int x, int y, int count, QRgb* colours) const;
 
-    // That numbers have by the map, from the least to the greatest of the range.
-    std::vector<RGBA8> mapColours() const;
+    // That numbers have from the least to the greatest of the range.
+    ColourMap map() const;
 
 private:
     static constexpr std::size_t SIZE = 1024;

@@ -217,14 +217,22 @@ void drawValues(
 QImage drawImage(
     ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const QSize& size, const ImageInk& ink)
 {
-    constexpr int BEYOND = 4; // the edge is out of view there; the whole image may be more than an int holds
     QImage picture(size, QImage::Format_RGB32);
+    drawImage(picture, levels, colours, sight, ink);
+    return picture;
+}
+
+void drawImage(
+    QImage& picture, ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const ImageInk& ink)
+{
+    constexpr int BEYOND = 4; // the edge is out of view there; the whole image may be more than an int holds
+    const QSize size = picture.size();
     const ImagePixels& pixels = levels.pixels();
     const QRectF all = QRectF(sight.origin(size), QSizeF(pixels.width, pixels.height) * sight.scale) &
                        QRectF(picture.rect()).adjusted(-BEYOND, -BEYOND, BEYOND, BEYOND);
     fillAround(picture, all, ink.ground);
     if (pixels.isEmpty() || all.isEmpty())
-        return picture;
+        return;
     if (sight.scale >= 1)
         drawSquares(picture, pixels, colours, sight);
     else
@@ -234,7 +242,6 @@ QImage drawImage(
     QPainter painter(&picture);
     painter.setPen(ink.edge);
     painter.drawRect(all.adjusted(-0.5, -0.5, 0.5, 0.5));
-    return picture;
 }
 
 QString textOfNumber(const ImagePixels& pixels, int x, int y, int channel, int digits)

@@ -23,6 +23,8 @@ struct ImageInk
 
 // A picture of what is seen of an image. Its cost goes by the pixels of the picture, once the levels are there that it
 // shows.
+void drawImage(
+    QImage& picture, ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const ImageInk& ink);
 QImage drawImage(
     ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const QSize& size, const ImageInk& ink);
 

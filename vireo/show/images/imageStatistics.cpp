@@ -96,8 +96,8 @@ public:
             }
         if (least > greatest)
             return;
-        statistics.least = static_cast<double>(least);
-        statistics.greatest = static_cast<double>(greatest);
+        statistics.least = static_cast<long double>(least);
+        statistics.greatest = static_cast<long double>(greatest);
         statistics.hasNumbers = true;
     }
 
@@ -162,8 +162,8 @@ ImageStatistics imageStatistics(const ImagePixels& pixels, int channel)
 ValueCounts countPixels(const ImagePixels& pixels, int channel, const ImageStatistics& statistics)
 {
     ValueCounts result;
-    const double least = result.least = statistics.least;
-    const double greatest = result.greatest = statistics.greatest;
+    const double least = result.least = static_cast<double>(statistics.least);
+    const double greatest = result.greatest = static_cast<double>(statistics.greatest);
     const double scale = greatest > least ? ValueCounts::SIZE / (greatest / 2 - least / 2) : 0;
     forEachFinite(pixels, channel, [&](double value) {
         const double place = greatest > least ? (value / 2 - least / 2) * scale : ValueCounts::SIZE / 2.0;

@@ -11,8 +11,8 @@ namespace tavo {
 // What the numbers of an image are like: of one channel, or, with -1, of the first three.
 struct ImageStatistics
 {
-    double least = 0; // of those that are finite
-    double greatest = 0;
+    long double least = 0; // of those that are finite; exact for integers of 64 bits, too
+    long double greatest = 0;
     std::size_t numNaN = 0; // pixels that are no number in any of these channels, or else infinite in any
     std::size_t numInfinite = 0;
     bool hasNumbers = false; // that are finite

@@ -147,6 +147,50 @@ TEST_F(ImageGesturesTest, ADragWithShiftPlotsTheNumbersAlongALine)
     EXPECT_FALSE(saveData("image profile", folder.filePath("profile.csv").toStdString()));
 }
 
+TEST_F(ImageGesturesTest, WhatWasSeenBeforeIsGoneBackTo)
+{
+    const ImageSight all = m_View.getSight();
+    turnWheel(&m_View, {100, 100}, 120);
+    turnWheel(&m_View, {100, 100}, 240);
+    const ImageSight zoomed = m_View.getSight();
+    dragMouse(&m_View, Qt::LeftButton, {200, 150}, {240, 120});
+    const ImageSight moved = m_View.getSight();
+    EXPECT_FALSE(moved == zoomed);
+    clickKey(&m_View, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(m_View.getSight(), zoomed);
+    clickKey(&m_View, Qt::Key_Backspace);
+    EXPECT_EQ(m_View.getSight(), all) << "the wheel was turned once";
+    EXPECT_FALSE(m_View.isChosen());
+    clickKey(&m_View, Qt::Key_Backspace);
+    EXPECT_EQ(m_View.getSight(), all) << "there is nothing before";
+    clickKey(&m_View, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(m_View.getSight(), zoomed);
+    clickKey(&m_View, Qt::Key_Backspace, Qt::ShiftModifier);
+    EXPECT_EQ(m_View.getSight(), moved);
+    pressMouse(&m_View, Qt::BackButton, {10, 10});
+    releaseMouse(&m_View, Qt::BackButton, {10, 10});
+    EXPECT_EQ(m_View.getSight(), zoomed);
+    clickKey(&m_View, Qt::Key_Home);
+    clickKey(&m_View, Qt::Key_Backspace);
+    EXPECT_EQ(m_View.getSight(), zoomed);
+}
+
+TEST_F(ImageGesturesTest, ARangeIsGoneBackToAsWell)
+{
+    const auto choose = [this](double to) {
+        m_View.choose([to](ImageSettings& choice) { choice.range = ImageRange{ImageRange::Kind::Fixed, 0, to}; });
+    };
+    choose(10);
+    choose(20);
+    turnWheel(&m_View, {100, 100}, 120);
+    choose(30);
+    clickKey(&m_View, Qt::Key_Backspace);
+    EXPECT_EQ(m_View.getModel().look().to, 20);
+    clickKey(&m_View, Qt::Key_Backspace);
+    clickKey(&m_View, Qt::Key_Backspace);
+    EXPECT_EQ(m_View.getModel().look().to, 399) << "what is dragged is one change";
+}
+
 TEST_F(ImageGesturesTest, KeysStepThroughAStack)
 {
     ImageUpdate stack;

@@ -125,5 +125,31 @@ TEST(ImageLevelsTest, MemoryIsBounded)
     }
 }
 
+// The mean of four numbers, at half the size.
+template <typename T>
+T meanOf(const std::vector<T>& numbers)
+{
+    ImageLevels levels;
+    levels.setPixels(imageOf(numbers, 2, 2));
+    T mean = 0;
+    levels.visit(1, {0, 0, 1, 1},
+        [&](const ImagePixels& piece, const QPoint&) { mean = static_cast<const T*>(piece.numbers.getData())[0]; });
+    return mean;
+}
+
+TEST(ImageLevelsTest, MeansOf64BitsAreExact)
+{
+    constexpr std::int64_t LEAST = std::numeric_limits<std::int64_t>::min();
+    constexpr std::int64_t GREATEST = std::numeric_limits<std::int64_t>::max();
+    constexpr std::uint64_t MOST = std::numeric_limits<std::uint64_t>::max();
+    EXPECT_EQ(meanOf<std::int64_t>({GREATEST, GREATEST, GREATEST, GREATEST}), GREATEST);
+    EXPECT_EQ(meanOf<std::int64_t>({LEAST, LEAST, LEAST, LEAST}), LEAST);
+    EXPECT_EQ(meanOf<std::int64_t>({LEAST, LEAST + 4, LEAST + 8, LEAST}), LEAST + 3);
+    EXPECT_EQ(meanOf<std::int64_t>({-5, -5, -6, -4}), -5);
+    EXPECT_EQ(meanOf<std::int64_t>({GREATEST, LEAST, 1, 4}), 1);
+    EXPECT_EQ(meanOf<std::uint64_t>({MOST, MOST, MOST, MOST}), MOST);
+    EXPECT_EQ(meanOf<std::uint64_t>({MOST, MOST - 2, MOST - 4, MOST - 2}), MOST - 2);
+}
+
 } // namespace
 } // namespace tavo

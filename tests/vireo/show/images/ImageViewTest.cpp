@@ -278,6 +278,51 @@ TEST_F(ImageViewTest, LinkedStacksStepTogetherAndADifferenceFollows)
     EXPECT_EQ(m_View.getStack().shown(), 2);
 }
 
+TEST_F(ImageViewTest, LargePicturesOfOneChannelHaveAColourBar)
+{
+    ImageSettings settings;
+    settings.colourMap = "viridis";
+    send(m_View, imageOf<float>({0, 10, 20, 30}, 2, 2), settings);
+    const QImage picture = m_View.picture({1000, 600});
+    const RGBA8 some = findColourMap("viridis")->sample(0.1);
+    const auto isNear = [](QRgb a, const RGBA8& b) {
+        return std::abs(qRed(a) - b[0]) + std::abs(qGreen(a) - b[1]) + std::abs(qBlue(a) - b[2]) < 12;
+    };
+    int inBar = 0;
+    for (int x = 850; x < 1000; ++x)
+        for (int y = 300; y < 600; ++y)
+            inBar += isNear(picture.pixel(x, y), some);
+    EXPECT_GT(inBar, 50);
+    send(m_View, imageOf<float>({0, 10, 20}, 1, 1, 3));
+    const QImage colours = m_View.picture({1000, 600});
+    for (int y = 0; y < 600; ++y)
+        ASSERT_EQ(colours.pixel(980, y), colours.pixel(980, 0)) << "colours have none";
+}
+
+TEST_F(ImageViewTest, IntegersOf64BitsAreExactAtTheirEnds)
+{
+    const std::int64_t least = std::numeric_limits<std::int64_t>::min();
+    send(m_View, imageOf<std::int64_t>({least, least + 1, least + 2, least + 4}, 2, 2));
+    EXPECT_EQ(qRed(colourAt(0, 0)), 0);
+    EXPECT_NEAR(qRed(colourAt(1, 0)), 64, 1);
+    EXPECT_NEAR(qRed(colourAt(0, 1)), 128, 1);
+    EXPECT_EQ(qRed(colourAt(1, 1)), 255);
+    m_View.hover(QPoint(1, 0));
+    EXPECT_EQ(m_View.textOfPixel(), "1, 0:  -9223372036854775807");
+    const std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+    send(m_View, imageOf<std::uint64_t>({most - 4, most, most - 2, most - 1}, 2, 2));
+    m_View.refreshRange();
+    EXPECT_EQ(qRed(colourAt(0, 0)), 0);
+    EXPECT_EQ(qRed(colourAt(1, 0)), 255);
+    EXPECT_NEAR(qRed(colourAt(0, 1)), 128, 1);
+    m_View.hover(QPoint(1, 0));
+    EXPECT_EQ(m_View.textOfPixel(), "1, 0:  18446744073709551615");
+    send(m_View, imageOf<std::int64_t>({least, std::numeric_limits<std::int64_t>::max()}, 2, 1));
+    m_View.refreshRange();
+    EXPECT_EQ(qRed(colourAt(0, 0)), 0);
+    EXPECT_EQ(qRed(colourAt(1, 0)), 255);
+}
+
 TEST_F(ImageViewTest, ARangeOutlivesTheRoomThatIsMade)
 {
     ImageUpdate update;
