@@ -122,11 +122,11 @@ TEST(ImageTest, StacksThatCannotBeAreRefused)
     EXPECT_THAT(lineOf([] { imageStack("stack", BYTES, 3, 1, 3); }),
         HasSubstr("image(\"stack\"): 6 numbers are too few for 3 images of 3 x 1 pixels of 1 channels; what was shown "
                   "stays"));
-    EXPECT_THAT(lineOf([] { imageStack("stack", BYTES, 3, 1, 0); }), HasSubstr("0 images are no stack"));
-    EXPECT_THAT(lineOf([] { imageStack("stack", BYTES, 1, 1, std::int64_t(1) << 62); }), HasSubstr("are no stack"));
+    EXPECT_THAT(lineOf([] { imageStack("none", BYTES, 3, 1, 0); }), HasSubstr("0 images are no stack"));
+    EXPECT_THAT(lineOf([] { imageStack("many", BYTES, 1, 1, std::int64_t(1) << 62); }), HasSubstr("are no stack"));
     EXPECT_THAT(lineOf([] { image("image").layer(-1, BYTES, 3, 2); }),
         HasSubstr("image(\"image\").layer(-1): images of a stack are counted from 0 to 65535"));
-    EXPECT_THAT(lineOf([] { image("image").layer(65536, BYTES, 3, 2); }), HasSubstr("are counted from 0 to 65535"));
+    EXPECT_THAT(lineOf([] { image("far").layer(65536, BYTES, 3, 2); }), HasSubstr("are counted from 0 to 65535"));
     EXPECT_THAT(lineOf([] { image("image").layer(0, BYTES, 3, 3); }), HasSubstr("6 numbers are too few for 3 x 3"));
     EXPECT_THAT(lineOf([] { imageStack("image", BYTES, 2, 1, 3).stride(4); }),
         HasSubstr("stride(4): the rows of a stack follow each other directly"));
