@@ -1,0 +1,42 @@
+# cmake -P links.cmake <root>
+# Fails unless every link of the documents to a file leads to one, and to a heading of it where it names one.
+cmake_minimum_required(VERSION 3.25)
+
+# What a heading is called in links: in small letters, without marks, with hyphens for blanks.
+function(get_anchors result file)
+    file(STRINGS ${file} headings REGEX "^#+ ")
+    string(TOLOWER "${headings}" anchors)
+    string(REGEX REPLACE "[^a-z0-9 _;-]" "" anchors "${anchors}")
+    list(TRANSFORM anchors REPLACE "^ " "")
+    string(REPLACE " " "-" anchors "${anchors}")
+    set(${result} "${anchors}" PARENT_SCOPE)
+endfunction()
+
+set(root ${CMAKE_ARGV3})
+file(GLOB documents ${root}/*.md ${root}/docs/*.md ${root}/changes/README.md)
+foreach(document IN LISTS documents)
+    file(READ ${document} text)
+    string(REGEX REPLACE "```[^`]*```" "" text "${text}") # brackets of code
+    string(REPLACE "](" "\nlink(" text "${text}") # a list cannot hold single brackets
+    string(REGEX MATCHALL "\nlink\\([^)]+" links "${text}")
+    get_filename_component(folder ${document} DIRECTORY)
+    foreach(link IN LISTS links)
+        string(REGEX REPLACE "^\nlink\\(([^#]*)#?(.*)$" "\\1;\\2" link "${link}")
+        list(GET link 0 file)
+        list(GET link 1 anchor)
+        set(target ${document})
+        if(file)
+            set(target ${folder}/${file})
+        endif()
+        if(file MATCHES "^https?:")
+            continue()
+        elseif(NOT EXISTS ${target})
+            message(SEND_ERROR "${document} links to ${file}, which is not there")
+        elseif(anchor)
+            get_anchors(anchors ${target})
+            if(NOT anchor IN_LIST anchors)
+                message(SEND_ERROR "${document} links to #${anchor}, of which there is no heading in ${target}")
+            endif()
+        endif()
+    endforeach()
+endforeach()
