@@ -6,6 +6,7 @@
 #include "vireo/context/classNeeds.h"
 #include "vireo/machine/DriverTrial.h"
 #include "vireo/machine/cgTrial.h"
+#include "vireo/machine/waysToGL.h"
 
 namespace tavo {
 
@@ -126,8 +127,7 @@ std::string DriverDescription::adviceOnProfile(const CgProfileTrial& profile) co
 void DriverDescription::describeCg()
 {
     if (!isBuiltWithCg()) {
-        m_Lines.add("Cg", false, "the library was built without the Cg runtime",
-            "install libcg, libcggl and nvidia-cg-dev, and build the library anew");
+        m_Lines.add("Cg", false, "the library was built without the Cg runtime", GET_CG);
         return;
     }
     // The runtime of Linux sees no others, and asks for what the core profile does not have.

@@ -50,4 +50,6 @@ const std::vector<WayToGL>& waysToGL()
     return ways;
 }
 
+const char* const GET_CG = "install libcg, libcggl and nvidia-cg-dev, and build the library anew";
+
 } // namespace tavo

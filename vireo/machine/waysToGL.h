@@ -34,4 +34,7 @@ struct WayToGL
 // That which windows use first.
 const std::vector<WayToGL>& waysToGL();
 
+// What to do on this system where the library was built without Cg programs.
+extern const char* const GET_CG;
+
 } // namespace tavo

@@ -59,4 +59,6 @@ const std::vector<WayToGL>& waysToGL()
     return ways;
 }
 
+const char* const GET_CG = "use GLShaderARB; on Windows there is no Cg runtime for what this compiler makes";
+
 } // namespace tavo

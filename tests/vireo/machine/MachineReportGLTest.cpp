@@ -181,6 +181,15 @@ TEST_F(MachineReportGLTest, GoesByWhatTheDriverDoesAndNotByNamesAlone)
     EXPECT_TRUE(report.works("GLShaderARB for vertices"));
 }
 
+// What there is for one system cannot be installed on the other.
+TEST_F(MachineReportGLTest, SaysWhatToDoWithoutGLShaderCG)
+{
+    const std::string text = MachineReport::ofMachine().getText();
+    if (text.find("built without the Cg runtime") == std::string::npos)
+        GTEST_SKIP() << "this library has Cg programs";
+    EXPECT_THAT(text, HasSubstr(VIREO_ADVICE_WITHOUT_CG));
+}
+
 TEST_F(MachineReportGLTest, TellsOfTheCoreProfileThatIsCurrent)
 {
     setDriverVariable("MESA_GL_VERSION_OVERRIDE", "3.3FC");
