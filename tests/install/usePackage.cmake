@@ -19,8 +19,29 @@ file(GLOB package ${SCRATCH_DIR}/*.zip)
 file(ARCHIVE_EXTRACT INPUT ${package} DESTINATION ${SCRATCH_DIR}/unpacked)
 file(GLOB package ${SCRATCH_DIR}/unpacked/*)
 
+# Each DLL that is not vireo's comes with its licence.
+set(licences Qt5Svg:libqt5svg5 Qt5:libqt5core5a qwt:libqwt-qt5-6 docking:libqt-advanced-docking-system-dev
+    gcc:gcc-mingw-w64-base stdc[+][+]:gcc-mingw-w64-base winpthread:mingw-w64-common)
+file(GLOB dlls RELATIVE ${package}/bin ${package}/bin/*.dll)
+list(FILTER dlls EXCLUDE REGEX "^lib(vireo|tavo)")
+foreach(dll IN LISTS dlls)
+    set(licence)
+    foreach(entry IN LISTS licences)
+        string(REGEX MATCH "^([^:]+):(.+)$" unused "${entry}")
+        if(NOT licence AND dll MATCHES "${CMAKE_MATCH_1}")
+            string(REGEX REPLACE "^[^:]+:" "" licence "${entry}")
+        endif()
+    endforeach()
+    if(NOT licence OR NOT EXISTS ${package}/licences/${licence}.txt)
+        message(FATAL_ERROR "the zip holds ${dll} without its licence")
+    endif()
+endforeach()
+if(NOT EXISTS ${package}/licences/copyright)
+    message(FATAL_ERROR "the zip does not say what vireo is made with")
+endif()
+
 set(example ${SCRATCH_DIR}/geometry-list)
-run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/examples/geometry-list -B ${example} -G Ninja --toolchain ${TOOLCHAIN}
+run(${CMAKE_COMMAND} -S ${package}/examples/geometry-list -B ${example} -G Ninja --toolchain ${TOOLCHAIN}
     -Dvireo_DIR=${package}/lib/cmake/vireo)
 run(${CMAKE_COMMAND} --build ${example})
 
@@ -48,7 +69,7 @@ if(WITH_SHOW)
 endif()
 
 set(ENV{WINEPATH} "")
-run(${package}/bin/vireo-info.exe)
+run(${RUN} ${package}/bin/vireo-info.exe)
 file(WRITE ${SCRATCH_DIR}/columns.csv "1\n3\n2\n")
 make_picture(${SCRATCH_DIR}/pictures/*.png
     ${package}/bin/vireo-view.exe --pictures ${SCRATCH_DIR}/pictures ${SCRATCH_DIR}/columns.csv)

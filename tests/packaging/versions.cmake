@@ -1,0 +1,16 @@
+# cmake -DSOURCE_DIR=<root> -DSOVERSION=<number> -P versions.cmake
+# Fails unless the packages of libraries are named after the version in the sonames, wherever that is said.
+set(names libvireo libvireo-show)
+foreach(name IN LISTS names)
+    foreach(file packaging/debian/control scripts/package docs/packages.md)
+        file(READ ${SOURCE_DIR}/${file} text)
+        string(REGEX MATCHALL "${name}[0-9]+" packages "${text}")
+        list(REMOVE_DUPLICATES packages)
+        if(NOT packages STREQUAL "${name}${SOVERSION}")
+            message(SEND_ERROR "${file} should name ${name}${SOVERSION} only, and names: ${packages}")
+        endif()
+    endforeach()
+    if(NOT EXISTS ${SOURCE_DIR}/packaging/debian/${name}${SOVERSION}.install)
+        message(SEND_ERROR "packaging/debian says nothing of what ${name}${SOVERSION} holds")
+    endif()
+endforeach()
