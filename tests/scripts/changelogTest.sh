@@ -41,7 +41,7 @@ expect_contains "it is named" "$output" "'## 0.1'"
 expect_equal "nothing is written then" "$(cat CHANGELOG.md)" "$(cat unchanged)"
 [ -e changes/c.md ] || fail "the note is gone"
 
-for part in vireo libvireoshow 'tavo base' 'tavo points' 'tavo wgl' vireo-view vireo-info Windows Building; do
+for part in vireo libvireoshow 'tavo base' 'tavo points' 'tavo wgl' vireo-view vireo-info Python Windows Building; do
     printf -- "- $part: text.\n" >changes/d.md
     scripts/changelog --check || fail "this was refused: $part"
     grep -qE "^\|.*\b$part\b.* \|" "$root/changes/README.md" || fail "changes/README.md does not say: $part"

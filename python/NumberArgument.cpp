@@ -1,0 +1,208 @@
+#include "python/NumberArgument.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <span>
+#include <utility>
+
+namespace tavo::python {
+
+namespace {
+
+// Calls `work(T())` with the type of the numbers.
+template <typename Work>
+Numbers visitType(NumberType type, Work&& work)
+{
+    switch (type) {
+    case NumberType::Int8: return work(std::int8_t());
+    case NumberType::UInt8: return work(std::uint8_t());
+    case NumberType::Int16: return work(std::int16_t());
+    case NumberType::UInt16: return work(std::uint16_t());
+    case NumberType::Int32: return work(std::int32_t());
+    case NumberType::UInt32: return work(std::uint32_t());
+    case NumberType::Int64: return work(std::int64_t());
+    case NumberType::UInt64: return work(std::uint64_t());
+    case NumberType::Float32: return work(float());
+    case NumberType::Float64: break;
+    }
+    return work(double());
+}
+
+NumberType numberTypeOf(char kind, py::ssize_t bytes)
+{
+    if (kind == 'f')
+        return bytes == 4 ? NumberType::Float32 : NumberType::Float64;
+    const bool isSigned = kind == 'i';
+    switch (bytes) {
+    case 1: return isSigned ? NumberType::Int8 : NumberType::UInt8;
+    case 2: return isSigned ? NumberType::Int16 : NumberType::UInt16;
+    case 4: return isSigned ? NumberType::Int32 : NumberType::UInt32;
+    default: return isSigned ? NumberType::Int64 : NumberType::UInt64;
+    }
+}
+
+// Numbers need not lie where the processor would like them.
+template <typename T>
+T numberAt(const char* place)
+{
+    T number;
+    std::memcpy(&number, place, sizeof number);
+    return number;
+}
+
+template <typename T>
+void appendNumbers(const char* first, std::span<const std::size_t> shape, std::span<const std::ptrdiff_t> strides,
+    std::vector<T>& numbers)
+{
+    if (shape.empty()) {
+        numbers.push_back(numberAt<T>(first));
+        return;
+    }
+    const bool isLast = shape.size() == 1;
+    for (std::size_t i = 0; i < shape[0]; ++i, first += strides[0])
+        if (isLast)
+            numbers.push_back(numberAt<T>(first));
+        else
+            appendNumbers(first, shape.subspan(1), strides.subspan(1), numbers);
+}
+
+// Numbers that lie apart, side by side.
+class Gathered : public Numbers
+{
+public:
+    template <typename T>
+    Gathered(T, const char* first, std::span<const std::size_t> shape, std::span<const std::ptrdiff_t> strides,
+        std::size_t size)
+    {
+        takeWhatFits([&] {
+            std::vector<T> numbers;
+            numbers.reserve(size);
+            if (size > 0)
+                appendNumbers(first, shape, strides, numbers);
+            Numbers::operator=(Numbers(std::move(numbers)));
+        });
+    }
+};
+
+std::string textOf(const py::handle& object)
+{
+    return py::cast<std::string>(py::str(object));
+}
+
+py::object numpy(const char* name)
+{
+    return py::module_::import("numpy").attr(name);
+}
+
+// NaN where an element is masked.
+py::array withoutMask(const py::handle& masked)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    return py::array::ensure(masked.attr("astype")("f8").attr("filled")(nan));
+}
+
+py::array seconds(const py::array& moments)
+{
+    const py::object since = moments.attr("__sub__")(numpy("datetime64")(0, "s"));
+    return py::array::ensure(since.attr("__truediv__")(numpy("timedelta64")(1, "s")));
+}
+
+} // namespace
+
+NumberArgument::NumberArgument(const py::handle& argument, const char* what)
+    : m_What(what)
+{
+    if (isShowOff())
+        return;
+    m_IsLookedAt = true;
+    takeNumbers(argument);
+    convertToPlainNumbers();
+    m_Type = numberTypeOf(m_Array.dtype().kind(), m_Array.itemsize());
+    m_Data = static_cast<const char*>(m_Array.data());
+    m_Size = static_cast<std::size_t>(m_Array.size());
+    for (py::ssize_t i = 0; i < m_Array.ndim(); ++i) {
+        m_Shape.push_back(static_cast<std::size_t>(m_Array.shape(i)));
+        m_Strides.push_back(m_Array.strides(i));
+    }
+    const auto has = [this](int flag) { return (m_Array.flags() & flag) != 0; };
+    m_IsSideBySide = has(py::array::c_style) && has(py::detail::npy_api::NPY_ARRAY_ALIGNED_);
+}
+
+void NumberArgument::takeNumbers(const py::handle& argument)
+{
+    m_Array = py::array::ensure(argument);
+    if (!m_Array)
+        refuse("is a " + textOf(py::type::handle_of(argument).attr("__name__")) + ", of which numpy makes no array");
+    switch (m_Array.dtype().kind()) {
+    case 'i':
+    case 'u':
+    case 'f':
+    case 'M':
+    case 'm': break;
+    case 'b': refuse("is made of bool: .astype(int) makes numbers of them");
+    case 'c': refuse("is made of complex numbers: send .real, .imag or abs() of them");
+    default: refuse("is made of " + textOf(m_Array.dtype()) + ", which is no type of numbers");
+    }
+    if (py::isinstance<py::array>(argument) && py::hasattr(argument, "filled"))
+        m_Array = withoutMask(argument);
+}
+
+// Of the types that C++ has: half a float and more than a double are others, and so is another order of bytes.
+void NumberArgument::convertToPlainNumbers()
+{
+    const char kind = m_Array.dtype().kind();
+    m_AreMoments = kind == 'M';
+    if (kind == 'M')
+        m_Array = seconds(m_Array);
+    else if (kind == 'm')
+        m_Array = py::array::ensure(m_Array.attr("__truediv__")(numpy("timedelta64")(1, "s")));
+    else if (kind == 'f' && m_Array.itemsize() == 2)
+        m_Array = py::array::ensure(m_Array.attr("astype")("f4"));
+    else if (kind == 'f' && m_Array.itemsize() > 8)
+        m_Array = py::array::ensure(m_Array.attr("astype")("f8"));
+    else if (!py::cast<bool>(m_Array.dtype().attr("isnative")))
+        m_Array = py::array::ensure(m_Array.attr("astype")(m_Array.dtype().attr("newbyteorder")("=")));
+}
+
+void NumberArgument::requireSeries() const
+{
+    if (m_IsLookedAt && m_Shape.size() != 1)
+        refuseShape("(n): send one row or column");
+}
+
+void NumberArgument::requireTuples(std::initializer_list<std::size_t> widths) const
+{
+    if (!m_IsLookedAt || m_Shape.size() == 1)
+        return;
+    if (m_Shape.size() == 2 && std::find(widths.begin(), widths.end(), m_Shape[1]) != widths.end())
+        return;
+    std::string wanted;
+    for (const std::size_t width : widths)
+        wanted += (wanted.empty() ? "(n, " : " or (n, ") + std::to_string(width) + ")";
+    refuseShape(wanted);
+}
+
+void NumberArgument::refuseShape(const std::string& wanted) const
+{
+    refuse("has the shape " + textOf(m_Array.attr("shape")) + ", where it takes " + wanted);
+}
+
+void NumberArgument::refuse(const std::string& why) const
+{
+    throw py::type_error(m_What + " " + why);
+}
+
+Numbers NumberArgument::copy() const
+{
+    if (!m_IsLookedAt)
+        return {};
+    return visitType(m_Type, [this]<typename T>(T type) -> Numbers {
+        if (m_IsSideBySide)
+            return Numbers(reinterpret_cast<const T*>(m_Data), m_Size);
+        return Gathered(type, m_Data, m_Shape, m_Strides, m_Size);
+    });
+}
+
+} // namespace tavo::python
