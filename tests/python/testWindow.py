@@ -19,7 +19,7 @@ def click():
     geometry = subprocess.run(["xdotool", "getwindowgeometry", "--shell", ids[-1]],
                               capture_output=True, text=True).stdout
     values = dict(line.split("=") for line in geometry.split())
-    x = int(values["X"]) + int(values["WIDTH"]) // 2
+    x = int(values["X"]) + int(values["WIDTH"]) // 3 # in the middle of the scene, beside which there is its panel
     y = int(values["Y"]) + int(values["HEIGHT"]) // 2
     subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "1"])
 
@@ -97,15 +97,15 @@ print("closed")
         self.check(
             """
 import threading, vireo
+closed = threading.Event()
 def close():
-    while not vireo.save_picture("p", "/dev/null/none", 10, 10) and not closed: vireo.close_window()
-closed = []
+    while not closed.wait(0.1): vireo.close_window()
 vireo.plot("p").curve("c", [1, 2])
 vireo.open_window()
 thread = threading.Thread(target=close)
 thread.start()
 vireo.show()
-closed.append(True)
+closed.set()
 thread.join()
 print("closed")
 """,
