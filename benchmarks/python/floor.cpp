@@ -1,4 +1,4 @@
-// What sending a curve of a million samples costs a program in C++: prints the milliseconds of the middle one of the calls.
+// What sending a curve of a million samples costs a program in C++: prints the milliseconds of the middle call.
 
 #include <algorithm>
 #include <chrono>

@@ -22,7 +22,7 @@ class DocumentsTest(unittest.TestCase):
                 self.assertTrue(os.listdir(pictures))
 
     def test_documents(self):
-        for document in ("docs/python.md",):
+        for document in ("README.md", "docs/python.md"):
             self.run_all(re.findall(r"```python\n(.*?)```", (ROOT / document).read_text(), re.DOTALL))
 
     def test_examples(self):
