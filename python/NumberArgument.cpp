@@ -11,25 +11,6 @@ namespace tavo::python {
 
 namespace {
 
-// Calls `work(T())` with the type of the numbers.
-template <typename Work>
-Numbers visitType(NumberType type, Work&& work)
-{
-    switch (type) {
-    case NumberType::Int8: return work(std::int8_t());
-    case NumberType::UInt8: return work(std::uint8_t());
-    case NumberType::Int16: return work(std::int16_t());
-    case NumberType::UInt16: return work(std::uint16_t());
-    case NumberType::Int32: return work(std::int32_t());
-    case NumberType::UInt32: return work(std::uint32_t());
-    case NumberType::Int64: return work(std::int64_t());
-    case NumberType::UInt64: return work(std::uint64_t());
-    case NumberType::Float32: return work(float());
-    case NumberType::Float64: break;
-    }
-    return work(double());
-}
-
 NumberType numberTypeOf(char kind, py::ssize_t bytes)
 {
     if (kind == 'f')
@@ -198,10 +179,11 @@ Numbers NumberArgument::copy() const
 {
     if (!m_IsLookedAt)
         return {};
-    return visitType(m_Type, [this]<typename T>(T type) -> Numbers {
+    const NumberArray numbers(nullptr, m_Data, m_Size, m_Type);
+    return numbers.visit([this]<typename T>(const T* first, std::size_t size) -> Numbers {
         if (m_IsSideBySide)
-            return Numbers(reinterpret_cast<const T*>(m_Data), m_Size);
-        return Gathered(type, m_Data, m_Shape, m_Strides, m_Size);
+            return Numbers(first, size);
+        return Gathered(T(), m_Data, m_Shape, m_Strides, m_Size);
     });
 }
 

@@ -166,7 +166,7 @@ ItemHandle sendVolume(const SceneHandle& handle, const std::string& path, const 
     });
 }
 
-void addItems(SceneClass& scene)
+void addPointItems(SceneClass& scene)
 {
     addPointItem(scene, "cloud", "points", &Scene::cloud, "Points.");
     addPointItem(scene, "lines", "points", &Scene::lines, "A line through points, in their order.");
@@ -179,6 +179,10 @@ void addItems(SceneClass& scene)
     scene.def("mesh", &sendMesh, py::arg("path"), py::arg("vertices"), py::arg("faces"),
         "A surface. vertices have the shape (n, 3); faces name them by numbers counted from 0: (m, 3) for triangles, "
         "(m, 4) for quadrangles, a list of lists for polygons of any number of corners each.");
+}
+
+void addOtherItems(SceneClass& scene)
+{
     scene.def(
         "frame",
         [](const SceneHandle& handle, const std::string& path, const py::object& matrix) {
@@ -297,7 +301,8 @@ void addScene(py::module_& module)
         "points if they are as many as the points, and to the faces of a mesh, the segments or the stretches of a line "
         "if they are as many as those.");
     addItem(item);
-    addItems(scene);
+    addPointItems(scene);
+    addOtherItems(scene);
     addView(scene);
     addChanges(scene);
     scene.def("__repr__", [](const SceneHandle& handle) { return "vireo.scene(" + quoted(handle.name) + ")"; });
