@@ -240,15 +240,18 @@ TEST(InboxTest, SaysAMistakeOnceAndKeepsWhatWasSent)
     EXPECT_THAT(read(takePlot("plot")->curve("a").samples->y), ElementsAre(1, 2));
 }
 
-TEST(InboxTest, SaysAMistakeWithOtherNumbersOnce)
+TEST(InboxTest, SaysAMistakeWithOtherNumbersTenTimes)
 {
     testing::internal::CaptureStderr();
-    for (const char* name : {"growing 1", "growing 2"})
-        for (std::size_t size = 1; size < 20; ++size)
+    std::string expected;
+    for (const std::string name : {"growing 1", "growing 2"})
+        for (std::size_t size = 1; size < 3000; ++size) {
             plot("plot").curve(name, std::vector<int>(size), std::vector<int>(2 * size));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-        "warning: tavo: plot(\"plot\").curve(\"growing 1\"): 1 x and 2 y; what was shown stays\n"
-        "warning: tavo: plot(\"plot\").curve(\"growing 2\"): 1 x and 2 y; what was shown stays\n");
+            if (size <= 10)
+                expected += "warning: tavo: plot(\"plot\").curve(\"" + name + "\"): " + std::to_string(size) +
+                            " x and " + std::to_string(2 * size) + " y; what was shown stays\n";
+        }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
 }
 
 // Whoever says the same again and again, and is never taken, does not fill the memory.

@@ -1,6 +1,7 @@
 #include "vireo/show/delivery/sayOnce.h"
 
 #include <cstring>
+#include <map>
 #include <mutex>
 #include <set>
 
@@ -28,20 +29,26 @@ std::string mistakeIn(const std::string& text)
 void sayOnce(const std::string& text) noexcept
 {
     constexpr std::size_t REMEMBERED = 1000;
+    constexpr int MOST_OF_A_MISTAKE = 10;
     struct Said
     {
         std::mutex mutex;
-        std::set<std::string> mistakes;
+        std::set<std::string> texts;
+        std::map<std::string, int> mistakes; // and how often they were said
     };
     runGuarded([&text] {
         // Never deleted: destructors may have something to say.
         static Said* const said = new Said; // NOLINT(bugprone-unhandled-exception-at-new): it is guarded
         {
             const std::lock_guard<std::mutex> lock(said->mutex);
-            if (said->mistakes.size() >= REMEMBERED)
+            if (said->texts.size() >= REMEMBERED) {
+                said->texts.clear();
                 said->mistakes.clear();
-            if (!said->mistakes.insert(mistakeIn(text)).second)
+            }
+            int& count = said->mistakes[mistakeIn(text)];
+            if (count >= MOST_OF_A_MISTAKE || !said->texts.insert(text).second)
                 return;
+            ++count;
         }
         warning("tavo: " + text);
     });

@@ -19,9 +19,7 @@
 #include <utility>
 
 #include "tests/vireo/show/plots/curves.h"
-#include "vireo/show/colours/cielab.h"
 #include "vireo/show/plots/PlotMeasure.h"
-#include "vireo/show/plots/colours.h"
 
 namespace tavo {
 
@@ -289,21 +287,6 @@ TEST_F(PlotViewTest, TheLegendNamesInfinities)
     send("a", {0, 1, 2, 3}, {0, infinity, -infinity, 1});
     EXPECT_EQ(legend().toStdString(), "a (2 infinite)");
     EXPECT_LT(m_View.getSight().range(PlotSight::Y).to, 2) << "they do not spoil the fit";
-}
-
-TEST_F(PlotViewTest, ColourBlindPeopleTellCurvesApart)
-{
-    const auto labOf = [](const QColor& colour, Vision vision) {
-        return toLab(RGBA8(colour.red(), colour.green(), colour.blue(), 255), vision);
-    };
-    for (const bool isGroundDark : {false, true})
-        for (const Vision vision : ALL_VISIONS)
-            for (std::size_t i = 0; i < 8; ++i) {
-                const Lab colour = labOf(colourOfCurve(i, isGroundDark), vision);
-                EXPECT_GT(distance(colour, labOf(isGroundDark ? QColor(35, 38, 41) : Qt::white, vision)), 30) << i;
-                for (std::size_t j = 0; j < i; ++j)
-                    EXPECT_GT(distance(colour, labOf(colourOfCurve(j, isGroundDark), vision)), 10) << i << " " << j;
-            }
 }
 
 TEST_F(PlotViewTest, ALogarithmicAxisBeginsWithTheSmallestPositiveNumber)
