@@ -11,14 +11,15 @@ namespace vireo_view {
 namespace {
 
 const QString DESCRIPTION = QStringLiteral(
-    "Shows volumes, points and surfaces in space, and plots of columns of numbers.\n"
+    "Shows volumes, points and surfaces in space, images, and plots of columns of numbers.\n"
     "\n"
-    "NIfTI (.nii, .nii.gz, .hdr and .img), NRRD, MetaImage (.mha and .mhd) and TIFF files of several pages become\n"
-    "volumes, and so does what --raw says how to read; several times have a slider. PLY, OFF, OBJ, STL, glTF (.gltf "
-    "and\n"
-    ".glb), XYZ and PTS files become scenes: surfaces where they have faces, and points where they have none, with\n"
-    "their colours, normals and all their numbers. Texts with columns of numbers (.csv, .txt, .dat, .tsv and others)\n"
-    "become plots. Without a file, an MRI head, a scanned building and curves computed from both are shown.\n"
+    "NIfTI (.nii, .nii.gz, .hdr and .img), NRRD, MetaImage (.mha and .mhd) and TIFF files of several like pages\n"
+    "become volumes, and so does what --raw says how to read; several times have a slider. PLY, OFF, OBJ, STL, glTF\n"
+    "(.gltf and .glb), XYZ and PTS files become scenes: surfaces where they have faces, and points where they have\n"
+    "none, with their colours, normals and all their numbers. PNG, JPEG, TIFF, PFM and others become images, with\n"
+    "the numbers that they have, and several frames a stack. Texts with columns of numbers (.csv, .txt, .dat, .tsv\n"
+    "and others) become plots. Without a file, an MRI head, a scanned building and curves computed from both are\n"
+    "shown.\n"
     "\n"
     "In a plot, x is the first column with dates and times, or else the first column if it only grows or "
     "only falls; the\n"

@@ -173,6 +173,8 @@ public:
             addColumns(readColumns(m_File, progress));
         else if (isOfVolumes(format))
             addVolume(readVolume(m_File, format, progress));
+        else if (format == FileFormat::IMAGE)
+            m_Exhibits.emplace_back(ImageExhibit{m_Name, readImages(m_File, progress)});
         else
             addScene(readGeometry(m_File, format, progress));
         return std::move(m_Exhibits);
@@ -351,6 +353,8 @@ bool isPlotted(const std::filesystem::path& file, const LoadOptions& options)
              ".off", ".obj", ".stl", ".gltf", ".glb"})
         if (extension == other)
             return false;
+    if (hasNameOfImage(file))
+        return false;
     const bool isOfPoints = extension == ".xyz" || extension == ".pwn" || extension == ".pts";
     return options.columnsAs == ColumnsAs::PLOT || !isOfPoints;
 }

@@ -7,6 +7,7 @@
 
 #include "apps/vireo-view/ExampleData.h"
 #include "apps/vireo-view/Geometry.h"
+#include "apps/vireo-view/ImageReader.h"
 #include "apps/vireo-view/InputBuffer.h"
 #include "apps/vireo-view/RawReader.h"
 #include "apps/vireo-view/SceneFitting.h"
@@ -61,7 +62,14 @@ struct PathExhibit
     std::vector<FittedPoints3> pieces;
 };
 
-using Exhibit = std::variant<SceneExhibit, VolumeExhibit, PathExhibit, PlotExhibit>;
+// An image, or several as a stack.
+struct ImageExhibit
+{
+    std::string name;
+    std::vector<Picture> pictures; // at least one
+};
+
+using Exhibit = std::variant<SceneExhibit, VolumeExhibit, PathExhibit, PlotExhibit, ImageExhibit>;
 
 const std::string& nameOf(const Exhibit& exhibit);
 

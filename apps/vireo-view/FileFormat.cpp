@@ -1,5 +1,6 @@
 #include "apps/vireo-view/FileFormat.h"
 
+#include <QImageReader>
 #include <algorithm>
 #include <array>
 #include <string>
@@ -8,6 +9,7 @@
 
 #include "apps/vireo-view/InputBuffer.h"
 #include "apps/vireo-view/InputError.h"
+#include "apps/vireo-view/TiffReader.h"
 #include "apps/vireo-view/lowerCaseExtension.h"
 
 namespace vireo_view {
@@ -59,15 +61,38 @@ bool isOffKeyword(std::string_view word)
     return word == "OFF";
 }
 
+bool beginsLikeImage(std::string_view beginning)
+{
+    using namespace std::string_view_literals;
+    for (const std::string_view mark :
+        {"\x89PNG"sv, "\xFF\xD8\xFF"sv, "II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv, "GIF8"sv})
+        if (beginning.starts_with(mark))
+            return true;
+    return false;
+}
+
 } // namespace
+
+bool hasNameOfImage(const std::filesystem::path& file)
+{
+    const std::string extension = lowerCaseExtension(file);
+    if (extension == ".tif" || extension == ".tiff" || extension == ".pfm")
+        return true;
+    if (extension.size() < 2 || extension.starts_with(".svg"))
+        return false;
+    static const QList<QByteArray> formats = QImageReader::supportedImageFormats();
+    return formats.contains(QByteArray::fromStdString(extension.substr(1)));
+}
 
 FileFormat detectFormat(const std::filesystem::path& file)
 {
     const std::string beginning = beginningOf(file);
     const std::string extension = lowerCaseExtension(file);
     for (const auto& [name, format] : NAMED_VOLUMES)
-        if (extension == name)
+        if (extension == name && (format != FileFormat::TIFF || isTiffStack(file)))
             return format;
+    if (beginsLikeImage(beginning) || hasNameOfImage(file))
+        return FileFormat::IMAGE;
     if (beginning.starts_with("ply") && firstWord(beginning) == "ply")
         return FileFormat::PLY;
     if (isOffKeyword(firstWord(withoutLeadingComments(beginning))))
@@ -80,8 +105,8 @@ FileFormat detectFormat(const std::filesystem::path& file)
         if (extension == name)
             return format;
     if (beginning.find('\0') != std::string::npos)
-        throw InputError(
-            file, "is of no known format: neither PLY nor OFF nor a volume nor text; --raw says how voxels lie in it");
+        throw InputError(file, "is of no known format: neither PLY nor OFF nor a volume nor an image nor text; --raw "
+                               "says how voxels lie in it");
     if (extension == ".pts")
         return FileFormat::PTS;
     return extension == ".xyz" || extension == ".pwn" ? FileFormat::XYZ : FileFormat::COLUMNS;

@@ -17,16 +17,21 @@ enum class FileFormat
     NRRD,
     METAIMAGE,
     TIFF,
+    IMAGE,
     COLUMNS, // text with columns of numbers
 };
 
 // Tells the format of a file: NIFTI by the extension (.nii, .hdr or .img, each also with .gz), METAIMAGE (.mha or
-// .mhd), TIFF (.tif or .tiff) and NRRD (.nrrd or .nhdr) too, PLY and OFF by how it
-// begins, OBJ, STL, glTF (.gltf or .glb), XYZ (.xyz or .pwn) and PTS by the extension, and columns if it can be text.
-// Throws InputError if it cannot, if the extension says PLY or OFF and the file does not, and as InputBuffer does.
+// .mhd) and NRRD (.nrrd or .nhdr) too, TIFF (.tif or .tiff) if its first pages are alike, PLY and OFF by how it begins,
+// images too (see hasNameOfImage), OBJ, STL, glTF (.gltf or .glb), XYZ (.xyz or .pwn) and PTS by the extension, and
+// columns if it can be text. Throws InputError if it cannot, if the extension says PLY or OFF and the file does not,
+// and as InputBuffer does.
 FileFormat detectFormat(const std::filesystem::path& file);
 
 // Whether the file is one of volumes.
 bool isOfVolumes(FileFormat format);
+
+// Whether the extension is that of an image: of TIFF, of PFM, or of what Qt reads, but for drawings such as SVG.
+bool hasNameOfImage(const std::filesystem::path& file);
 
 } // namespace vireo_view

@@ -59,6 +59,12 @@ public:
             fail("is no TIFF file that can be read");
     }
 
+    bool isStack()
+    {
+        m_Page = pageHere();
+        return TIFFReadDirectory(m_Tiff.get()) == 1 && pageHere() == m_Page;
+    }
+
     Volume read()
     {
         countPages();
@@ -234,6 +240,16 @@ private:
 Volume readTiffStack(const std::filesystem::path& file, const Progress& progress)
 {
     return StackReader(file, progress).read();
+}
+
+bool isTiffStack(const std::filesystem::path& file)
+{
+    try {
+        const Progress nobodyAsks;
+        return StackReader(file, nobodyAsks).isStack();
+    } catch (const InputError&) {
+        return false;
+    }
 }
 
 } // namespace vireo_view

@@ -12,4 +12,7 @@ namespace vireo_view {
 // InputError if the file does not hold that, or if the program was built without libtiff.
 Volume readTiffStack(const std::filesystem::path& file, const Progress& progress);
 
+// Whether the file is a TIFF whose first two pages are alike. What is damaged behind them, readTiffStack() says.
+bool isTiffStack(const std::filesystem::path& file);
+
 } // namespace vireo_view

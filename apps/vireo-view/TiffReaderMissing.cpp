@@ -8,4 +8,9 @@ Volume readTiffStack(const std::filesystem::path& file, const Progress&)
     throw InputError(file, "is a TIFF file, and this vireo-view was built without libtiff, which reads them");
 }
 
+bool isTiffStack(const std::filesystem::path&)
+{
+    return false;
+}
+
 } // namespace vireo_view

@@ -15,6 +15,7 @@
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/LoadingProgress.h"
 #include "apps/vireo-view/pictureName.h"
+#include "apps/vireo-view/showImage.h"
 #include "apps/vireo-view/showPlot.h"
 #include "apps/vireo-view/showScene.h"
 #include "tavo/base/debug/DebugOutput.h"
@@ -39,14 +40,16 @@ constexpr QSize WINDOW_SIZE(800, 900);
 
 // Of the scene with all points and surfaces.
 const std::string NAME_TOGETHER = "together";
+// And of the stack with all images.
+const std::string NAME_OF_STACK = "images together";
 
 struct Sender
 {
-    void operator()(SceneExhibit& scene) const { showScene(std::move(scene), sceneName); }
+    void operator()(SceneExhibit& scene) const { showScene(std::move(scene), viewName); }
 
     void operator()(VolumeExhibit& exhibit) const
     {
-        ShownVolume volume(std::move(exhibit), sceneName);
+        ShownVolume volume(std::move(exhibit), viewName);
         if (volume.getNumTimes() == 1 || !sliders)
             return;
         sliders->emplace_back(std::move(volume));
@@ -61,8 +64,17 @@ struct Sender
 
     void operator()(PlotExhibit& plot) const { showPlot(std::move(plot)); }
 
-    const std::string& sceneName;
+    void operator()(ImageExhibit& image) const
+    {
+        if (viewName == NAME_OF_STACK)
+            addToStack(std::move(image), viewName, namesInStack);
+        else
+            showImage(std::move(image), viewName);
+    }
+
+    const std::string& viewName;
     std::list<TimeSlider>* sliders; // null: pictures show the first time
+    std::vector<std::string>& namesInStack;
 };
 
 void setViewSize(tavo::DebugSection& section, unsigned int sizeIndex)
@@ -137,7 +149,7 @@ Viewer::Viewer(const Options& options)
     : m_Options(options)
 {
     if (m_Options.areTogether)
-        m_Names.insert(NAME_TOGETHER);
+        m_Names = {NAME_TOGETHER, NAME_OF_STACK};
 }
 
 int Viewer::run()
@@ -248,11 +260,13 @@ void Viewer::show(Exhibit& exhibit)
 {
     const std::string name = vireo_view::nameOf(exhibit);
     const bool isScene = isVolumeOrScene(exhibit);
-    const std::string viewName = isScene && m_Options.areTogether ? NAME_TOGETHER : name;
+    const bool isImage = std::holds_alternative<ImageExhibit>(exhibit);
+    const std::string nameTogether = isScene ? NAME_TOGETHER : NAME_OF_STACK;
+    const std::string viewName = (isScene || isImage) && m_Options.areTogether ? nameTogether : name;
     for (const std::string& remark : remarksOf(exhibit))
         tell(remark);
-    const bool isView = isScene || std::holds_alternative<PlotExhibit>(exhibit);
-    std::visit(Sender{viewName, hasPictures() ? nullptr : &m_Sliders}, exhibit);
+    const bool isView = isScene || isImage || std::holds_alternative<PlotExhibit>(exhibit);
+    std::visit(Sender{viewName, hasPictures() ? nullptr : &m_Sliders, m_NamesInStack}, exhibit);
     if (isView) {
         const bool isNew = std::none_of(m_Shown.begin(), m_Shown.end(),
             [&](const Shown& shown) { return !shown.section && shown.name == viewName; });
@@ -273,7 +287,7 @@ void Viewer::show(Exhibit& exhibit)
 void Viewer::openWindow()
 {
     if (!hasPictures() && !tavo::openWindow())
-        fail("plots and scenes cannot be shown without a display; --pictures saves them");
+        fail("plots, scenes and images cannot be shown without a display; --pictures saves them");
 }
 
 // Whether the file's plot grows with it from now on.

@@ -56,6 +56,7 @@ private:
 
     Options m_Options;
     std::set<std::string> m_Names;
+    std::vector<std::string> m_NamesInStack;
     std::vector<Shown> m_Shown;
     std::list<FollowedPlot> m_Followed;
     std::list<TimeSlider> m_Sliders; // of the volumes with several times

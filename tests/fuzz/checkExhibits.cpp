@@ -96,6 +96,18 @@ void check(const VolumeExhibit& exhibit)
         requireGoodMessage(remark);
 }
 
+void check(const ImageExhibit& exhibit)
+{
+    require(!exhibit.pictures.empty(), "there is an image");
+    for (const Picture& picture : exhibit.pictures) {
+        require(picture.width > 0 && picture.height > 0 && picture.channels >= 1 && picture.channels <= 4,
+            "an image has pixels");
+        require(sizeOf(picture.numbers) == std::size_t(picture.width) * static_cast<std::size_t>(picture.height) *
+                                               static_cast<std::size_t>(picture.channels),
+            "every pixel has its numbers");
+    }
+}
+
 } // namespace
 
 void checkExhibits(const std::vector<Exhibit>& exhibits)

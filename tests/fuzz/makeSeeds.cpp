@@ -1,3 +1,5 @@
+#include <QBuffer>
+#include <QImage>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -277,6 +279,55 @@ void makeTiff(const fs::path& folder)
         std::string("II*\0", 4) + bytesOfNumbers(FIRST) + "abcd" + page(FIRST + SIZE_OF_PAGE, 8) + page(0, 10));
 }
 
+std::string pictureAs(const QImage& image, const char* format)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    image.save(&buffer, format);
+    return bytes.toStdString();
+}
+
+// A page of one strip, whose numbers have so many bits and are of that kind.
+std::string tiffOf(std::uint32_t width, std::uint32_t height, std::uint32_t bits, std::uint32_t kind)
+{
+    const std::uint32_t numBytes = width * height * bits / 8;
+    struct Entry
+    {
+        std::uint16_t tag, type;
+        std::uint32_t count, value;
+    };
+    constexpr std::uint16_t NUM_ENTRIES = 10;
+    constexpr std::uint32_t BEHIND_ENTRIES = 8 + 2 + 12 * NUM_ENTRIES + 4;
+    const Entry entries[NUM_ENTRIES] = {{256, 4, 1, width}, {257, 4, 1, height}, {258, 3, 1, bits}, {259, 3, 1, 1},
+        {262, 3, 1, 1}, {273, 4, 1, BEHIND_ENTRIES}, {277, 3, 1, 1}, {278, 4, 1, height}, {279, 4, 1, numBytes},
+        {339, 3, 1, kind}};
+    std::string bytes = std::string("II*\0", 4) + bytesOfNumbers(8u) + bytesOfNumbers(NUM_ENTRIES);
+    for (const Entry& entry : entries)
+        bytes += bytesOfNumbers(entry.tag) + bytesOfNumbers(entry.type) + bytesOfNumbers(entry.count, entry.value);
+    return bytes + bytesOfNumbers(0u) + std::string(numBytes, 'x');
+}
+
+void makeImages(const fs::path& folder)
+{
+    Seeds seeds(folder);
+    for (const QImage::Format format : {QImage::Format_RGB32, QImage::Format_ARGB32, QImage::Format_Grayscale8,
+             QImage::Format_Grayscale16, QImage::Format_RGBA64, QImage::Format_Mono}) {
+        QImage image(3, 2, format);
+        image.fill(1);
+        seeds.add(pictureAs(image, "png"));
+    }
+    QImage image(9, 5, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    for (const char* const format : {"jpg", "bmp", "ppm"})
+        seeds.add(pictureAs(image, format));
+    seeds.add("Pf\n2 1\n-1.0\n" + bytesOfNumbers(1.f, 2.f));
+    seeds.add("PF\n1 1\n1\n" + bytesOfNumbers(1.f, 2.f, 3.f));
+    for (const std::uint32_t bits : {1u, 8u, 16u, 32u})
+        seeds.add(tiffOf(8, 2, bits, 1));
+    for (const std::uint32_t bits : {16u, 32u, 64u})
+        seeds.add(tiffOf(3, 2, bits, 3));
+}
+
 } // namespace
 
 // makeSeeds FOLDER: writes seeds for each reader to a folder of its name in that folder.
@@ -290,6 +341,7 @@ int main(int argc, char** argv)
     makeObjectStreams(folder / "objects");
     makeTables(folder / "columns");
     makeGeometries(folder / "geometry");
+    makeImages(folder / "images");
     makeVolumes(folder);
     makeNrrd(folder / "nrrd");
     makeMetaImage(folder / "metaimage");

@@ -62,8 +62,8 @@ TEST_F(FileFormatTest, KnowsVolumesByTheirExtension)
     EXPECT_EQ(formatOf("a.nhdr", "anything"), FileFormat::NRRD);
     EXPECT_EQ(formatOf("a.mha", "anything"), FileFormat::METAIMAGE);
     EXPECT_EQ(formatOf("a.MHD", "anything"), FileFormat::METAIMAGE);
-    EXPECT_EQ(formatOf("a.tif", "anything"), FileFormat::TIFF);
-    EXPECT_EQ(formatOf("a.tiff", "anything"), FileFormat::TIFF);
+    EXPECT_EQ(formatOf("a.tif", "anything"), FileFormat::IMAGE);
+    EXPECT_EQ(formatOf("a.tiff", "anything"), FileFormat::IMAGE);
     for (const FileFormat format : {FileFormat::NIFTI, FileFormat::NRRD, FileFormat::METAIMAGE, FileFormat::TIFF})
         EXPECT_TRUE(isOfVolumes(format));
     EXPECT_FALSE(isOfVolumes(FileFormat::PLY));
@@ -92,7 +92,9 @@ TEST_F(FileFormatTest, TurnsAwayBinaryFilesItDoesNotKnow)
                                            "ELF\0\0",
                               6));
     }),
-        "a.xyz: is of no known format: neither PLY nor OFF nor a volume nor text; --raw says how voxels lie in it");
+        "a.xyz: is of no known format: neither PLY nor OFF nor a volume nor an image nor text; --raw says how voxels "
+        "lie "
+        "in it");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <tiffio.h>
 
+#include "apps/vireo-view/FileFormat.h"
 #include "tests/apps/vireo-view/VolumeFilesTest.h"
 
 namespace vireo_view {
@@ -100,6 +101,15 @@ TEST_F(TiffReaderTest, ReadsPagesAsSlices)
         ASSERT_THAT(volume.times, SizeIs(1));
         expectCounting(numbers(volume.times[0]), 0);
     }
+}
+
+TEST_F(TiffReaderTest, TellsStacksFromImages)
+{
+    EXPECT_TRUE(isTiffStack(writePages(2)));
+    EXPECT_EQ(detectFormat(directory() / "a.tif"), FileFormat::TIFF);
+    EXPECT_FALSE(isTiffStack(writePages(1)));
+    EXPECT_EQ(detectFormat(directory() / "a.tif"), FileFormat::IMAGE);
+    EXPECT_FALSE(isTiffStack(directory() / "missing.tif"));
 }
 
 TEST_F(TiffReaderTest, ReadsColours)

@@ -1,0 +1,114 @@
+#include "apps/vireo-view/ImageReader.h"
+
+#include <QImage>
+#include <gmock/gmock.h>
+
+#include "apps/vireo-view/InputError.h"
+#include "tests/apps/vireo-view/FilesTest.h"
+#include "tests/apps/vireo-view/contentsOf.h"
+
+namespace vireo_view {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class ImageReaderTest : public FilesTest
+{
+protected:
+    std::filesystem::path save(const std::string& name, const QImage& image)
+    {
+        std::filesystem::path file = directory() / name;
+        EXPECT_TRUE(image.save(QString::fromStdString(file.string())));
+        return file;
+    }
+
+    std::string whyNot(const std::string& name, std::string_view bytes)
+    {
+        try {
+            readImages(write(name, bytes), nullptr);
+        } catch (const InputError& error) {
+            return error.what();
+        }
+        return "it was read";
+    }
+};
+
+template <typename T>
+const std::vector<T>& numbersOf(const Picture& picture)
+{
+    return std::get<std::vector<T>>(picture.numbers);
+}
+
+std::string floats(std::initializer_list<float> numbers)
+{
+    return {reinterpret_cast<const char*>(numbers.begin()), numbers.size() * sizeof(float)};
+}
+
+TEST_F(ImageReaderTest, PicturesKeepTheirChannelsAndBits)
+{
+    QImage grey(2, 1, QImage::Format_Grayscale8);
+    grey.fill(7);
+    const Picture one = readImages(save("grey.png", grey), nullptr).at(0);
+    EXPECT_EQ(one.channels, 1);
+    EXPECT_THAT(numbersOf<std::uint8_t>(one), ElementsAre(7, 7));
+    QImage deep(3, 1, QImage::Format_Grayscale16);
+    for (int x = 0; x < 3; ++x)
+        reinterpret_cast<quint16*>(deep.scanLine(0))[x] = static_cast<quint16>(1000 + x);
+    EXPECT_THAT(
+        numbersOf<std::uint16_t>(readImages(save("deep.png", deep), nullptr).at(0)), ElementsAre(1000, 1001, 1002));
+    QImage colours(1, 2, QImage::Format_RGB32);
+    colours.setPixel(0, 0, qRgb(1, 2, 3));
+    colours.setPixel(0, 1, qRgb(4, 5, 6));
+    const Picture three = readImages(save("colours.png", colours), nullptr).at(0);
+    EXPECT_EQ(three.channels, 3);
+    EXPECT_EQ(three.height, 2);
+    EXPECT_THAT(numbersOf<std::uint8_t>(three), ElementsAre(1, 2, 3, 4, 5, 6));
+    QImage clear(1, 1, QImage::Format_ARGB32);
+    clear.setPixel(0, 0, qRgba(10, 20, 30, 40));
+    EXPECT_THAT(
+        numbersOf<std::uint8_t>(readImages(save("clear.png", clear), nullptr).at(0)), ElementsAre(10, 20, 30, 40));
+    QImage wide(1, 1, QImage::Format_RGBX64);
+    wide.setPixelColor(0, 0, QColor::fromRgba64(1000, 2000, 3000));
+    const Picture deepColours = readImages(save("wide.png", wide), nullptr).at(0);
+    EXPECT_THAT(numbersOf<std::uint16_t>(deepColours), ElementsAre(1000, 2000, 3000));
+    EXPECT_EQ(readImages(save("a.jpg", colours), nullptr).at(0).channels, 3);
+}
+
+TEST_F(ImageReaderTest, APfmHasItsLowestRowFirst)
+{
+    const auto file = write("a.pfm", "Pf\n2 2\n-1.0\n" + floats({1, 2, 3, 4}));
+    EXPECT_THAT(numbersOf<float>(readImages(file, nullptr).at(0)), ElementsAre(3, 4, 1, 2));
+    std::string swapped = floats({1.5F, -2, 1e9F});
+    for (std::size_t i = 0; i < swapped.size(); i += 4)
+        std::reverse(
+            swapped.begin() + static_cast<std::ptrdiff_t>(i), swapped.begin() + static_cast<std::ptrdiff_t>(i) + 4);
+    const Picture colours = readImages(write("b.pfm", "PF 1 1 1\n" + swapped), nullptr).at(0);
+    EXPECT_EQ(colours.channels, 3);
+    EXPECT_THAT(numbersOf<float>(colours), ElementsAre(1.5F, -2, 1e9F));
+}
+
+TEST_F(ImageReaderTest, WhatIsBrokenIsALine)
+{
+    EXPECT_THAT(whyNot("a.pfm", "Pf\n2 2\n-1\n" + floats({1, 2, 3})), HasSubstr("a.pfm: ends before its last row"));
+    for (const char* const head : {"Pf\n0 2\n-1\n", "Pf\n2 -2\n-1\n", "Pf\n2 1e99\n-1\n", "Pf\n2 2\n0\n", "Pf 1"})
+        EXPECT_THAT(whyNot("a.pfm", head + floats({1, 2, 3, 4})), HasSubstr("does not begin as a PFM does")) << head;
+    EXPECT_THAT(whyNot("a.pfm", "Pf\n20000 20000\n-1\n" + floats({1})),
+        HasSubstr("claims 20000 x 20000 pixels, which a file of its size cannot hold"));
+    EXPECT_THAT(whyNot("a.png", "no picture"), HasSubstr("a.png: is no image that can be read: "));
+    EXPECT_THAT(whyNot("a.png", ""), HasSubstr("a.png: "));
+}
+
+TEST_F(ImageReaderTest, AHugePictureOfAFewBytesFillsNoMemory)
+{
+    const std::filesystem::path file = save("a.png", QImage(1, 1, QImage::Format_RGB32));
+    std::string bytes = contentsOf(file);
+    const std::string sides("\0\0\xFF\0\0\0\xFF\0", 8);
+    bytes.replace(16, 8, sides);
+    EXPECT_THAT(whyNot("a.png", bytes), testing::AnyOf(HasSubstr("cannot hold"), HasSubstr("is no image")));
+    EXPECT_THROW(checkedSizeOfPicture(file, 65280, 65280, 4), InputError);
+    EXPECT_EQ(checkedSizeOfPicture(file, 10, 20, 4), 800U);
+}
+
+} // namespace
+} // namespace vireo_view
