@@ -12,6 +12,7 @@
 #include "vireo/show/images/ImageLinks.h"
 #include "vireo/show/images/ImagePanel.h"
 #include "vireo/show/images/LayerSlider.h"
+#include "vireo/show/images/gesturesOfImages.h"
 #include "vireo/show/images/imageData.h"
 #include "vireo/show/scenes/colourBar.h"
 #include "vireo/show/window/shownText.h"
@@ -389,6 +390,11 @@ void ImageView::paintColourBar(QPainter& painter, const QRectF& place) const
     painter.setPen(palette().color(QPalette::Text));
     drawColourBar(painter, QRectF(place.left() + line, place.top() + 3 * line, WIDTH, place.height() - 5 * line),
         m_Model.colours().map(), static_cast<double>(look.from), static_cast<double>(look.to), QString());
+}
+
+std::vector<Gesture> ImageView::gestures() const
+{
+    return gesturesOfImages();
 }
 
 std::string ImageView::saveData(const QString& file)

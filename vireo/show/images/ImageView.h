@@ -32,6 +32,7 @@ public:
     void apply(ViewUpdate& update) override;
     QImage picture(QSize size) override;
     std::string saveData(const QString& file) override;
+    std::vector<Gesture> gestures() const override;
     std::function<void()> configuration() override;
 
     ImageModel& getModel() { return m_Model; }

@@ -12,6 +12,7 @@
 #include "vireo/show/slices/SlicesGestures.h"
 #include "vireo/show/slices/SlicesPanel.h"
 #include "vireo/show/slices/drawSlice.h"
+#include "vireo/show/slices/gesturesOfSlices.h"
 #include "vireo/show/slices/sampleLine.h"
 #include "vireo/show/slices/slicesData.h"
 #include "vireo/show/window/windowMemory.h"
@@ -355,6 +356,11 @@ QImage SlicesView::picture(QSize size)
         painter.drawImage(cells.volume.topLeft(), m_Volume->scene().picture(cells.volume.size()));
     }
     return picture;
+}
+
+std::vector<Gesture> SlicesView::gestures() const
+{
+    return gesturesOfSlices();
 }
 
 std::string SlicesView::saveData(const QString& file)

@@ -29,6 +29,7 @@ public:
     void apply(ViewUpdate& update) override;
     QImage picture(QSize size) override;
     std::string saveData(const QString& file) override;
+    std::vector<Gesture> gestures() const override;
     std::function<void()> configuration() override;
 
     const SlicesModel& getModel() const { return m_Model; }

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QSlider>
 #include <QTemporaryDir>
@@ -238,6 +239,17 @@ TEST_F(ImageGesturesTest, TheLineSaysWhatThePointerIsOn)
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(&m_View, &leave);
     EXPECT_EQ(m_View.textOfPixel(), "");
+}
+
+TEST_F(ImageGesturesTest, F1AndTheQuestionMarkListMouseAndKeys)
+{
+    for (const Qt::Key key : {Qt::Key_Question, Qt::Key_F1}) {
+        clickKey(&m_View, key);
+        const QList<QMessageBox*> lists = m_View.findChildren<QMessageBox*>("gestureHelp");
+        ASSERT_EQ(lists.size(), 1);
+        for (const char* what : {"zooms at the pointer", "this list"})
+            EXPECT_TRUE(lists.front()->text().contains(what)) << what;
+    }
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "vireo/show/slices/SlicesGestures.h"
 
 #include <QApplication>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QWheelEvent>
 #include <gtest/gtest.h>
@@ -248,6 +249,17 @@ TEST(SlicesWithoutVolumeTest, GesturesDoNothing)
         {Qt::Key_Up, Qt::Key_PageDown, Qt::Key_N, Qt::Key_I, Qt::Key_R, Qt::Key_Plus, Qt::Key_Home})
         clickKey(&view, key);
     EXPECT_EQ(view.textOfPlace(), "");
+}
+
+TEST_F(SlicesGesturesTest, F1AndTheQuestionMarkListMouseAndKeys)
+{
+    for (const Qt::Key key : {Qt::Key_Question, Qt::Key_F1}) {
+        clickKey(&m_View, key);
+        const QList<QMessageBox*> lists = m_View.findChildren<QMessageBox*>("gestureHelp");
+        ASSERT_EQ(lists.size(), 1);
+        for (const char* what : {"moves the crosshair", "this list"})
+            EXPECT_TRUE(lists.front()->text().contains(what)) << what;
+    }
 }
 
 } // namespace
