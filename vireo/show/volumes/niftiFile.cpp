@@ -44,7 +44,7 @@ void put(QByteArray& header, int offset, T value)
 }
 
 // Of NIfTI-1, in the byte order of the machine, which readers tell from the first number.
-QByteArray headerOf(const VolumeGrid& grid, std::int16_t type, int bytesOfSample)
+QByteArray headerOf(const VolumeGrid& grid, std::int16_t type, int bytesOfSample, bool isOriented)
 {
     QByteArray header(DATA_BEGIN, '\0');
     put(header, 0, std::int32_t(348));
@@ -53,8 +53,8 @@ QByteArray headerOf(const VolumeGrid& grid, std::int16_t type, int bytesOfSample
     put(header, 72, static_cast<std::int16_t>(8 * bytesOfSample));
     put(header, 76, 1.0F);
     put(header, 108, float(DATA_BEGIN));
-    put(header, 112, 1.0F);            // samples are values
-    put(header, 254, std::int16_t(1)); // where they are is said by three rows
+    put(header, 112, 1.0F);                             // samples are values
+    put(header, 254, std::int16_t(isOriented ? 1 : 2)); // three rows say where they are, in a scanner or elsewhere
     for (int i = 0; i < 3; ++i) {
         const auto axis = static_cast<std::size_t>(i);
         put(header, 42 + 2 * i, static_cast<std::int16_t>(grid.size[axis]));
@@ -87,18 +87,16 @@ bool isNiftiFile(const QString& file)
     return QFileInfo(file).suffix().toLower() == "nii";
 }
 
-std::string saveNifti(const QString& file, const SceneItem& volume)
+std::string saveNifti(const QString& file, const VolumeGrid& grid, const NumberArray& samples, bool isOriented)
 {
-    const VolumeGrid& grid = *volume.shape()->grid;
     for (std::size_t i = 0; i < 3; ++i)
         if (grid.size[i] > std::numeric_limits<std::int16_t>::max())
             return "a NIfTI file has at most 32767 samples along an axis, and not " + std::to_string(grid.size[i]);
-    const std::vector<SceneField> fields = volume.fields();
-    const NumberArray samples = fields.empty() ? bytesOf(volume) : fields.front().values.numbers;
     const std::size_t size =
         samples.visit([]<typename T>(const T*, std::size_t numNumbers) { return numNumbers * sizeof(T); });
+    const bool areColours = samples.size() > grid.numSamples();
     const auto bytesOfSample = static_cast<int>(size / std::max<std::size_t>(grid.numSamples(), 1));
-    QByteArray piece = headerOf(grid, fields.empty() ? RGBA32 : typeCode(samples.getType()), bytesOfSample);
+    QByteArray piece = headerOf(grid, areColours ? RGBA32 : typeCode(samples.getType()), bytesOfSample, isOriented);
     return saveFile(file, [samples, size, piece, isFirst = true, next = std::size_t(0)]() mutable {
         if (std::exchange(isFirst, false))
             return piece;
@@ -107,6 +105,13 @@ std::string saveNifti(const QString& file, const SceneItem& volume)
         next += count;
         return QByteArray(from, static_cast<int>(count));
     });
+}
+
+std::string saveNifti(const QString& file, const SceneItem& volume)
+{
+    const std::vector<SceneField> fields = volume.fields();
+    return saveNifti(
+        file, *volume.shape()->grid, fields.empty() ? bytesOf(volume) : fields.front().values.numbers, true);
 }
 
 } // namespace tavo

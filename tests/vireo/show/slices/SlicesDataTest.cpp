@@ -73,7 +73,7 @@ TEST_F(SlicesDataTest, WhatAFormatHasNoPlaceForIsSaid)
     };
     EXPECT_EQ(whyNot("a.nii", layerOf<float>({1, 2, 3}, {1, 1, 1})), "colours are saved as .csv");
     EXPECT_EQ(whyNot("a.nii", layerOf(std::vector<float>(40'000), {40'000, 1, 1})),
-        "NIfTI has at most 32767 samples along an axis: more are saved as .csv");
+        "a NIfTI file has at most 32767 samples along an axis, and not 40000");
     EXPECT_EQ(whyNot("a.nii.gz", layerOf<float>({1}, {1, 1, 1})),
         "it is saved uncompressed, in a file that ends with \".nii\"");
     EXPECT_EQ(whyNot("a.nii", {}), "there are no samples");
