@@ -63,7 +63,7 @@ tavo::RegularVolume regularVolumeOf(const vireo_view::Volume& volume)
     const vireo_view::NumberColumn& numbers = volume.times.front();
     tavo::VertexDescriptor channels;
     channels.pushAttrib({"density", 1, tavo::VertexAttribDescriptor::TYPE_FLOAT});
-    auto samples = std::make_unique<tavo::PointSet>(channels, static_cast<unsigned int>(sizeOf(numbers)));
+    auto samples = std::make_unique<tavo::PointSet>(channels, static_cast<unsigned int>(vireo_view::sizeOf(numbers)));
     for (std::size_t i = 0; i < sizeOf(numbers); ++i) {
         const auto number = static_cast<float>(numberAt(numbers, i));
         std::memcpy(samples->getData() + i * sizeof number, &number, sizeof number);
