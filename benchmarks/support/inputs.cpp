@@ -64,8 +64,8 @@ tavo::RegularVolume regularVolumeOf(const vireo_view::Volume& volume)
     tavo::VertexDescriptor channels;
     channels.pushAttrib({"density", 1, tavo::VertexAttribDescriptor::TYPE_FLOAT});
     auto samples = std::make_unique<tavo::PointSet>(channels, static_cast<unsigned int>(vireo_view::sizeOf(numbers)));
-    for (std::size_t i = 0; i < sizeOf(numbers); ++i) {
-        const auto number = static_cast<float>(numberAt(numbers, i));
+    for (std::size_t i = 0; i < vireo_view::sizeOf(numbers); ++i) {
+        const auto number = static_cast<float>(vireo_view::numberAt(numbers, i));
         std::memcpy(samples->getData() + i * sizeof number, &number, sizeof number);
     }
     const vireo_view::VoxelGrid& grid = volume.grid;

@@ -111,6 +111,10 @@ protected:
 };
 
 /// A handle of what lies on the volume of slices: of their overlay, or of their labels.
+///
+///     const std::vector<unsigned char> tissues(64 * 64 * 32);
+///     const tavo::SliceOverlay shown = tavo::slices("head").labels(tissues, {"nothing", "bone", "brain"});
+///     shown.opacity(0.4);
 class VIREO_SHOW_EXPORT SliceOverlay : public Slices
 {
 public:
