@@ -103,8 +103,8 @@ TEST_F(ExhibitsTest, SaysInOneLineWhatOfAFileIsLeftOut)
                                                       "usemtl red\nusemtl blue\nf 1/1 2/1 3/1\nf 1 2 9\nl 1 2\n");
     EXPECT_THAT(
         scene.remarks, ElementsAre((directory() / "a.obj").string() +
-                                   ": left out: places in textures, materials, lines and 1 face of points that are "
-                                   "not there, or of fewer than three"));
+                                   ": left out: places in textures, lines, 1 face of points that are not there, or of "
+                                   "fewer than three and the materials of 'a.mtl', which cannot be read"));
 }
 
 TEST_F(ExhibitsTest, ComputesCurvesOfACloudOnRequest)
