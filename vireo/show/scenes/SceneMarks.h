@@ -51,8 +51,8 @@ private:
     std::vector<ScenePick> m_PinsBefore; // the last one came
 };
 
-// The distance between two places, and its parts along the axes, without digits that the uncertainty of the places along
-// an axis leaves open.
+// The distance between two places, and its parts along the axes, without digits that the uncertainty of the places
+// along an axis leaves open.
 std::vector<std::string> distanceLines(const Vector3d& from, const Vector3d& to, double uncertainty = 0);
 
 // Lines that fit into a room: those that are too long end in dots, and if there are too many a last one says how many
