@@ -24,6 +24,13 @@ Span rangeOf(const std::vector<NumberColumn>& times)
     return range;
 }
 
+// Of a person the skin is seen, through which shines what is below it.
+void showAsPerson(const tavo::Item& item, const Span& range)
+{
+    item.colourMap("heat").transferFunction(
+        {{range.valueAt(0), 0}, {range.valueAt(0.15), 0}, {range.valueAt(0.27), 0.3}, {range.valueAt(0.47), 0.9}});
+}
+
 } // namespace
 
 ShownVolume::ShownVolume(VolumeExhibit exhibit, const std::string& scene)
@@ -34,14 +41,17 @@ ShownVolume::ShownVolume(VolumeExhibit exhibit, const std::string& scene)
 {
     const tavo::Statement together;
     Volume& volume = exhibit.volume;
-    const bool isSeries = volume.times.size() > 1 && volume.numChannels == 1;
-    const Span range = isSeries ? rangeOf(volume.times) : Span();
+    const bool isPerson = volume.front == Volume::Front::HIGH_Y;
+    const bool hasRange = volume.numChannels == 1 && (isPerson || volume.times.size() > 1);
+    const Span range = hasRange ? rangeOf(volume.times) : Span();
     for (NumberColumn& samples : volume.times)
         m_Times.push_back(std::visit([](auto& values) { return tavo::Samples(std::move(values)); }, samples));
     const tavo::Scene shown = tavo::scene(m_Scene);
     shown.view(nameOf(volume.front == Volume::Front::HIGH_Y ? Side::BACK : Side::FRONT));
     const tavo::Item item = showTime(0);
-    if (range.getHalfExtent() > 0)
+    if (range.getHalfExtent() > 0 && isPerson)
+        showAsPerson(item, range);
+    else if (range.getHalfExtent() > 0)
         item.range(range.getMin(), range.getMax());
 }
 
