@@ -166,16 +166,23 @@ QString textOfPixel(const ImagePixels& pixels, const ImageLook& look, int x, int
     return lines.join('\n');
 }
 
-// The largest that fits into a square.
-QFont fontFor(const QFont& font, double side, int lines)
+// The largest with which each of the texts fits into a square: a number that is cut off would be another one. It stays
+// the same while short numbers pass by.
+QFont fontFor(QFont font, double side, int lines, const std::vector<QString>& texts)
 {
     constexpr double LARGEST = 14;
-    constexpr double PIXELS_PER_LETTER = 0.6;
-    constexpr int LETTERS = 6;
-    QFont fitting = font;
-    fitting.setPixelSize(std::max(
-        static_cast<int>(std::min({LARGEST, side / (PIXELS_PER_LETTER * LETTERS), side / (1.2 * lines + 0.2)})), 1));
-    return fitting;
+    const auto widthOf = [&font](const QString& text) { return QFontMetricsF(font).size(0, text).width(); };
+    font.setPixelSize(static_cast<int>(LARGEST));
+    QString widest = "000000";
+    for (double width = widthOf(widest); const QString& text : texts)
+        if (const double other = widthOf(text); other > width) {
+            widest = text;
+            width = other;
+        }
+    int size = std::max(static_cast<int>(std::min(LARGEST, side / (1.2 * lines + 0.2))), 1);
+    for (font.setPixelSize(size); size > 1 && widthOf(widest) > side - 4; font.setPixelSize(size))
+        --size; // widths do not shrink as sizes do
+    return font;
 }
 
 void drawGrid(QPainter& painter, const QRect& seen, const ImageSight& sight, const QSize& view)
@@ -201,14 +208,19 @@ void drawValues(
     const ImageLook& look = colours.look();
     QPainter painter(&picture);
     drawGrid(painter, seen, sight, picture.size());
-    painter.setFont(fontFor(font, sight.scale, numLines(pixels, look)));
+    std::vector<QString> texts;
+    for (int y = seen.top(); y <= seen.bottom(); ++y)
+        for (int x = seen.left(); x <= seen.right(); ++x)
+            texts.push_back(textOfPixel(pixels, look, x, y, DIGITS));
+    painter.setFont(fontFor(font, sight.scale, numLines(pixels, look), texts));
+    auto text = texts.begin();
     for (int y = seen.top(); y <= seen.bottom(); ++y)
         for (int x = seen.left(); x <= seen.right(); ++x) {
             QRgb colour = 0;
             colours.convert(pixels, x, y, 1, &colour);
             painter.setPen(qGray(colour) > 128 ? Qt::black : Qt::white);
             const QRectF square(sight.toView(QPointF(x, y), picture.size()), QSizeF(sight.scale, sight.scale));
-            painter.drawText(square, Qt::AlignCenter, textOfPixel(pixels, look, x, y, DIGITS));
+            painter.drawText(square, Qt::AlignCenter, *text++);
         }
 }
 

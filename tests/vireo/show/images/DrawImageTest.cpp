@@ -85,5 +85,22 @@ TEST(DrawImageTest, OfWhatIsNotFiniteThatIsSeenWhichIsNoNumber)
     }
 }
 
+// A number without its first digits would be another one.
+TEST(DrawImageTest, NumbersFitIntoTheirPixels)
+{
+    constexpr int SCALE = 48;
+    ImageSight sight;
+    sight.scale = SCALE;
+    sight.centre = {1, 1};
+    for (const int number : {-7, -12345678, -2147483647}) {
+        const QImage picture = drawn(imageOf(std::vector<int>(4, number), 2, 2), sight, {2 * SCALE, 2 * SCALE});
+        const QImage inside = picture.copy(1, 1, SCALE - 2, SCALE - 2); // the grid left out
+        const QRgb ground = inside.pixel(0, 0);
+        EXPECT_GT(inside.width() * inside.height() - count(inside, ground), 10) << "there is a number";
+        EXPECT_EQ(count(inside.copy(0, 0, 1, SCALE - 2), ground), SCALE - 2) << number;
+        EXPECT_EQ(count(inside.copy(SCALE - 3, 0, 1, SCALE - 2), ground), SCALE - 2) << number;
+    }
+}
+
 } // namespace
 } // namespace tavo
