@@ -10,6 +10,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "python/handles.h"
+
 namespace tavo::python {
 
 namespace py = pybind11;
@@ -24,7 +26,8 @@ struct Queue
     std::deque<std::function<void()>> work;
     bool isClosed = false;
     const pid_t process = getpid(); // children of forks have no thread that works, and maybe a mutex that is locked
-    PyObject* thread = nullptr;     // guarded by the interpreter's lock
+    bool isStarted = false;         // both guarded by the interpreter's lock
+    PyObject* thread = nullptr;
 
     bool push(std::function<void()> newWork)
     {
@@ -101,7 +104,7 @@ void work()
     for (;;) {
         std::function<void()> next;
         {
-            const py::gil_scoped_release released;
+            const GilRelease released;
             next = queue().pop();
         }
         if (!next)
@@ -112,7 +115,8 @@ void work()
 
 void startWork()
 {
-    if (queue().thread)
+    // Set first: to import and to start a thread let another one of Python's go on, which may come here.
+    if (std::exchange(queue().isStarted, true))
         return;
     py::object thread = py::module_::import("threading")
                             .attr("Thread")(py::arg("target") = py::cpp_function(work), py::arg("name") = "vireo",
@@ -158,7 +162,7 @@ void setPickCallback(const Scene& scene, const py::object& callback)
         startWork();
         call = [shared = std::make_shared<Callback>(callback)](const Picked& picked) { (*shared)(picked); };
     }
-    const py::gil_scoped_release released;
+    const GilRelease released;
     scene.onPick(std::move(call), [](std::function<void()> calling) { queue().push(std::move(calling)); });
 }
 
@@ -186,11 +190,11 @@ void addPicked(py::module_& module)
 
 void stopPickCallbacks()
 {
-    if (!queue().thread || getpid() != queue().process)
+    if (!queue().isStarted || getpid() != queue().process)
         return;
     queue().close();
-    const py::object thread = py::reinterpret_steal<py::object>(std::exchange(queue().thread, nullptr));
-    thread.attr("join")();
+    if (const auto thread = py::reinterpret_steal<py::object>(std::exchange(queue().thread, nullptr)))
+        thread.attr("join")();
 }
 
 } // namespace tavo::python

@@ -30,6 +30,18 @@ struct ItemHandle
     Item item;
 };
 
+struct SlicesHandle
+{
+    std::string name;
+    Slices slices;
+};
+
+struct SliceOverlayHandle
+{
+    std::string name;
+    SliceOverlay overlay;
+};
+
 struct ImageHandle
 {
     std::string name;
@@ -39,13 +51,29 @@ struct ImageHandle
 // Operations return the very object that they were called of, so that they can be chained.
 inline constexpr auto SAME_HANDLE = py::return_value_policy::reference;
 
-// Other threads of Python go on while a call copies, sends or waits.
-using WithoutGil = py::call_guard<py::gil_scoped_release>;
+// Lets other threads of Python go on while a call copies, sends or waits. When the interpreter ends, it ends daemon
+// threads that ask for its lock, by an exception of the system's: whoever asks lets it pass.
+class GilRelease
+{
+public:
+    GilRelease()
+        : m_State(PyEval_SaveThread())
+    {}
+    ~GilRelease() noexcept(false) { PyEval_RestoreThread(m_State); }
+
+    GilRelease(const GilRelease&) = delete;
+    GilRelease& operator=(const GilRelease&) = delete;
+
+private:
+    PyThreadState* m_State;
+};
+
+using WithoutGil = py::call_guard<GilRelease>;
 
 template <typename Work>
 auto withoutGil(Work&& work)
 {
-    const py::gil_scoped_release released;
+    const GilRelease released;
     return work();
 }
 
@@ -58,6 +86,7 @@ inline std::string quoted(const std::string& text)
 void addPlot(py::module_& module);
 void addScene(py::module_& module);
 void addItem(py::class_<ItemHandle>& item);
+void addSlices(py::module_& module);
 void addImage(py::module_& module);
 void addWindow(py::module_& module);
 

@@ -1,3 +1,5 @@
+#include <pybind11/stl.h>
+
 #include "python/NumberArgument.h"
 #include "python/handles.h"
 
@@ -21,6 +23,36 @@ ImageHandle sendPixels(const std::string& name, const py::object& array)
                     static_cast<std::int64_t>(pixels.getExtent(0)),
                     hasChannels ? static_cast<int>(pixels.getExtent(2)) : 1);
             })};
+}
+
+ImageHandle sendStack(const std::string& name, const py::object& array)
+{
+    const NumberArgument pixels(array, "pixels");
+    const std::size_t numDimensions = pixels.getNumDimensions();
+    const bool hasChannels = numDimensions == 4 && pixels.getExtent(3) >= 1 && pixels.getExtent(3) <= 4;
+    if (pixels.isLookedAt() && numDimensions != 3 && !hasChannels)
+        pixels.refuseShape("(n, height, width) or (n, height, width, channels) of at most 4 channels");
+    return {name, withoutGil([&] {
+                if (!pixels.isLookedAt())
+                    return Image();
+                return imageStack(name, CopiedTuples<Pixels>(pixels.copy()),
+                    static_cast<std::int64_t>(pixels.getExtent(2)), static_cast<std::int64_t>(pixels.getExtent(1)),
+                    static_cast<int>(pixels.getExtent(0)), hasChannels ? static_cast<int>(pixels.getExtent(3)) : 1);
+            })};
+}
+
+void addStack(py::module_& module, ImageClass& image)
+{
+    image.def(
+        "layer_names",
+        [](ImageHandle& handle, const std::vector<std::string>& names) -> ImageHandle& {
+            handle.image.layerNames(names);
+            return handle;
+        },
+        py::arg("names"), SAME_HANDLE, WithoutGil(), "What the images of a stack are called, from the first one on.");
+    module.def("image_stack", &sendStack, py::arg("name"), py::arg("pixels"),
+        "Sends images of one size, of which a slider chooses one: pixels of shape (n, height, width) or (n, height, "
+        "width, channels).");
 }
 
 void addSwitch(ImageClass& image, const char* operation, const char* argument,
@@ -104,6 +136,7 @@ void addImage(py::module_& module)
     addLooks(image);
     image.def("__repr__", [](const ImageHandle& handle) { return "vireo.image(" + quoted(handle.name) + ")"; });
     image.def("_repr_png_", [](const ImageHandle& handle) { return pngOf(handle.name); });
+    addStack(module, image);
     module.def(
         "image",
         [](const std::string& name) {

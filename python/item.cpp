@@ -1,3 +1,4 @@
+#include <map>
 #include <pybind11/stl.h>
 #include <span>
 #include <utility>
@@ -92,6 +93,11 @@ ItemHandle& sendLabels(ItemHandle& handle, const py::object& numbers, const std:
     return handle;
 }
 
+ItemHandle sendIsosurface(const ItemHandle& volume, double value, const std::string& name)
+{
+    return {volume.scene, volume.path + '/' + name, volume.item.isosurface(value, name)};
+}
+
 ItemHandle& sendNormals(ItemHandle& handle, const py::object& numbers)
 {
     const NumberArgument values(numbers, "values");
@@ -111,7 +117,7 @@ ItemHandle& sendRadius(ItemHandle& handle, const py::object& units)
 
 ItemHandle& sendTransferFunction(ItemHandle& handle, const std::vector<std::pair<double, double>>& pairs)
 {
-    const py::gil_scoped_release released;
+    const GilRelease released;
     std::vector<TransferPoint> points;
     for (const auto& [value, opacity] : pairs)
         points.push_back({value, opacity});
@@ -128,6 +134,16 @@ void addValues(ItemClass& item)
         "A number for each of them, of shape (n), under a name, shown by the colours of a map. NaN is grey.");
     item.def("labels", &sendLabels, py::arg("values"), py::arg("name") = "labels", SAME_HANDLE,
         "A category for each, of shape (n), shown by colours that depend on nothing but the category.");
+    item.def(
+        "label_names",
+        [](ItemHandle& handle, const std::map<std::int64_t, std::string>& names) -> ItemHandle& {
+            handle.item.labelNames(names);
+            return handle;
+        },
+        py::arg("names"), SAME_HANDLE, WithoutGil(), "What the categories are called: a dict such as {2: \"ground\"}.");
+    item.def("isosurface", &sendIsosurface, py::arg("value"), py::arg("name") = "isosurface", WithoutGil(),
+        "Where a volume has a value: a surface of the scene, below the volume's path, which it returns. It follows new "
+        "samples.");
     item.def("normals", &sendNormals, py::arg("values"), SAME_HANDLE,
         "The normal of each point or vertex, of shape (n, 3). They need not have the length 1.");
     item.def("radius", &sendRadius, py::arg("units"), SAME_HANDLE,
@@ -154,6 +170,7 @@ void addLooks(ItemClass& item)
     addSwitch(item, "back_faces", "are_seen", &Item::backFaces, "Whether faces are seen from behind too.");
     addSwitch(item, "maximum_intensity", "is_maximum", &Item::maximumIntensity,
         "Whether of a volume only the greatest value along each line of sight is seen.");
+    addSwitch(item, "lighting", "is_lit", &Item::lighting, "Whether light falls on a volume, by its gradients.");
     item.def(
         "range",
         [](ItemHandle& handle, double low, double high) -> ItemHandle& {

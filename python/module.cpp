@@ -10,6 +10,7 @@ PYBIND11_MODULE(_vireo, module)
     py::detail::npy_api::get();
     addPlot(module);
     addScene(module);
+    addSlices(module);
     addImage(module);
     addWindow(module);
     module.def("_stop_callbacks", &stopPickCallbacks);

@@ -6,6 +6,7 @@
 
 #include "python/NumberArgument.h"
 #include "python/PickCallbacks.h"
+#include "python/VolumeArgument.h"
 #include "python/handles.h"
 
 namespace tavo::python {
@@ -49,15 +50,6 @@ Transformation matrixOf(const py::handle& argument)
     for (std::size_t i = 0; i < numbers.size(); ++i)
         rows[i / 4][i % 4] = numbers[i];
     return Transformation(rows);
-}
-
-Vector3d vectorOf(const py::handle& argument, const char* what)
-{
-    const NumberArgument vector(argument, what);
-    if (vector.isLookedAt() && !(vector.getNumDimensions() == 1 && vector.getExtent(0) == 3))
-        vector.refuseShape("(3)");
-    const Numbers numbers = vector.copy();
-    return numbers.isEmpty() ? Vector3d() : Vector3d(numbers[0], numbers[1], numbers[2]);
 }
 
 void addPointItem(
@@ -121,48 +113,14 @@ ItemHandle sendMesh(
     return send(handle, path, [&] { return handle.scene.mesh(path, CopiedPoints(vertices.copy()), facesOf(faces)); });
 }
 
-using Size = std::array<std::int64_t, 3>;
-
-// That of the array, whose last index is x.
-Size sizeOf(const NumberArgument& samples, const std::optional<Size>& size)
-{
-    if (size || !samples.isLookedAt())
-        return size.value_or(Size{});
-    const std::size_t numDimensions = samples.getNumDimensions();
-    const bool areColours = numDimensions == 4 && (samples.getExtent(3) == 3 || samples.getExtent(3) == 4);
-    if (numDimensions != 3 && !areColours)
-        samples.refuseShape("(nz, ny, nx), (nz, ny, nx, 3) or (nz, ny, nx, 4), or a size");
-    Size extents;
-    for (std::size_t i = 0; i < 3; ++i)
-        extents[i] = static_cast<std::int64_t>(samples.getExtent(2 - i));
-    return extents;
-}
-
-Spacing spacingOf(const py::handle& argument)
-{
-    const NumberArgument spacing(argument, "spacing");
-    if (spacing.isLookedAt() && spacing.getNumDimensions() == 0)
-        return spacing.copy()[0];
-    return vectorOf(argument, "spacing");
-}
-
 ItemHandle sendVolume(const SceneHandle& handle, const std::string& path, const py::object& numbers,
-    const std::optional<Size>& asked, const py::object& spacing, const py::object& origin,
+    const std::optional<VolumeSize>& asked, const py::object& spacing, const py::object& origin,
     const py::object& orientation)
 {
-    const NumberArgument samples(numbers, "samples");
-    const Size size = sizeOf(samples, asked);
-    const Spacing apart = spacingOf(spacing);
-    const Vector3d first = vectorOf(origin, "origin");
-    Orientation axes;
-    if (!orientation.is_none()) {
-        const auto vectors = py::cast<std::array<py::object, 3>>(orientation);
-        axes = {vectorOf(vectors[0], "x of orientation"), vectorOf(vectors[1], "y of orientation"),
-            vectorOf(vectors[2], "z of orientation")};
-    }
+    const VolumeArgument volume(numbers, asked, spacing, origin, orientation);
     return send(handle, path, [&] {
         return handle.scene.volume(
-            path, CopiedTuples<Samples>(samples.copy()), {size[0], size[1], size[2]}, apart, first, axes);
+            path, volume.samples(), volume.size(), volume.spacing(), volume.origin(), volume.orientation());
     });
 }
 

@@ -49,7 +49,7 @@ void showUntilInterrupted()
     const QtGuard guard("vireo.show()");
     if (!guard.allowsWindow())
         return;
-    const py::gil_scoped_release released;
+    const GilRelease released;
     std::future<void> isClosed = std::async(std::launch::async, [] { show(); });
     bool isInterrupted = false;
     while (isClosed.wait_for(10ms) != std::future_status::ready) {

@@ -105,6 +105,8 @@ private:
         const std::optional<RawFormat> raw = parseRawFormat(m_Parser.value(m_Raw).toStdString());
         if (m_Parser.isSet(m_Raw) && !raw)
             return misuse("--raw is a size and a type, such as 256x256x128:int16, not '" + m_Parser.value(m_Raw) + "'");
+        if (raw && m_Parser.positionalArguments().isEmpty())
+            return misuse("--raw needs a file");
         if (m_Parser.isSet(m_Pictures) && m_Parser.value(m_Pictures).isEmpty())
             return misuse("--pictures needs the name of a directory");
         if (m_Parser.isSet(m_Plot) + m_Parser.isSet(m_Space) + m_Parser.isSet(m_Path) > 1)

@@ -84,6 +84,8 @@ bool VolumeHeader::next()
     }
     if (m_Text.size() > LONGEST)
         failInLine("the line is too long for a header");
+    if (m_Text.ends_with('\r')) // as Windows ends lines
+        m_Text.pop_back();
     m_Line = trimmed(m_Text);
     return true;
 }

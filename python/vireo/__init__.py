@@ -25,11 +25,14 @@ from ._vireo import (  # noqa: E402
     Picked,
     Plot,
     Scene,
+    SliceOverlay,
+    Slices,
     Together,
     _stop_callbacks,
     clear,
     close_window,
     image,
+    image_stack,
     open_window,
     plot,
     pump,
@@ -39,6 +42,7 @@ from ._vireo import (  # noqa: E402
     save_pictures,
     scene,
     show,
+    slices,
 )
 
 __all__ = [_name for _name in dir() if not _name.startswith("_")]

@@ -35,6 +35,15 @@ class ImageTest(DataTest):
             vireo.image(f"{channels} channels", pixels)
             self.assertEqual(self.numbers(f"{channels} channels"), pixels.ravel().tolist())
 
+    def test_stacks_have_another_axis_first(self):
+        shown = vireo.image_stack("stack", PIXELS.reshape(2, 4, 3)).layer_names(["before", "after"])
+        self.assertIsInstance(shown, vireo.Image)
+        self.assertEqual(self.numbers("stack"), list(range(12)))
+        vireo.image_stack("colours", numpy.zeros((3, 4, 5, 3), "u1"))
+        for pixels in (PIXELS, numpy.zeros((2, 2, 2, 5)), 1):
+            with self.assertRaisesRegex(TypeError, "^pixels has the shape"):
+                vireo.image_stack("refused", pixels)
+
     def test_what_is_no_image_is_refused(self):
         for pixels in (numpy.zeros(5), numpy.zeros((2, 2, 5)), numpy.zeros((2, 2, 2, 2)), 1):
             with self.assertRaisesRegex(TypeError, "^pixels has the shape"):

@@ -47,6 +47,19 @@ class SceneTest(DataTest):
             with self.assertRaisesRegex(TypeError, r"^values has the shape .*\(n, 3\) or \(n, 4\)"):
                 scene.cloud("c", POINTS).colours(colours)
 
+    def test_a_volume_has_isosurfaces(self):
+        z, y, x = numpy.mgrid[-1:1:16j, -1:1:16j, -1:1:16j]
+        volume = vireo.scene("volume").volume("ball", x * x + y * y + z * z).lighting().lighting(False)
+        surface = volume.isosurface(0.5, "skin").colour((200, 100, 50)).opacity(0.5)
+        self.assertEqual(repr(surface), "<item 'ball/skin' of vireo.scene('volume')>")
+        self.assertTrue(vireo.save_picture("volume", self.folder.file("volume.png"), 60, 40))
+
+    def test_categories_have_names(self):
+        item = vireo.scene("named").cloud("c", POINTS).labels([1, 2, 1, 2]).label_names({1: "ground", 2: "trees"})
+        self.assertIsInstance(item, vireo.Item)
+        with self.assertRaises(TypeError):
+            item.label_names(["ground"])
+
     def test_every_item_has_a_picture(self):
         scene = vireo.scene("items")
         scene.cloud("cloud", POINTS)

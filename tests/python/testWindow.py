@@ -59,6 +59,36 @@ class WindowTest(unittest.TestCase):
         self.assertEqual(ended.returncode, 1)
         self.assertIn("ZeroDivisionError", ended.stderr)
 
+    def test_daemon_threads_end_with_the_interpreter(self):
+        self.check(
+            """
+import threading, time, vireo
+def send():
+    while True:
+        vireo.plot("p").curve("c", [1, 2, 3])
+for _ in range(3): threading.Thread(target=send, daemon=True).start()
+time.sleep(0.3)
+print("end")
+""",
+            "end\n",
+            errors=None,
+        )
+
+    def test_threads_that_are_the_first_to_ask_for_picks(self):
+        self.check(
+            """
+import threading, vireo
+def ask(number):
+    for i in range(20): vireo.scene(f"s{number}").on_pick(lambda picked: None)
+threads = [threading.Thread(target=ask, args=(number,)) for number in range(8)]
+for thread in threads: thread.start()
+for thread in threads: thread.join()
+print(sum(thread.name == "vireo" for thread in threading.enumerate()))
+""",
+            "1\n",
+            errors=None,
+        )
+
     def test_calls_come_from_any_thread(self):
         self.check(
             """

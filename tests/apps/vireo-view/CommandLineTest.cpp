@@ -90,6 +90,7 @@ TEST(CommandLineTest, SaysInOneLineWhatIsWrong)
         "vireo-view: --plot, --space and --path cannot go together (see vireo-view --help)\n");
     EXPECT_EQ(misuseOf({"a.csv", "--follow", "--pictures", "out"}),
         "vireo-view: --follow and --pictures cannot go together (see vireo-view --help)\n");
+    EXPECT_EQ(misuseOf({"--raw", "2x2x2:int8"}), "vireo-view: --raw needs a file (see vireo-view --help)\n");
     EXPECT_EQ(misuseOf({"--follow"}), "vireo-view: --follow needs a file (see vireo-view --help)\n");
     EXPECT_EQ(misuseOf({"--up", "w"}), "vireo-view: --up is x, y or z, not 'w' (see vireo-view --help)\n");
     EXPECT_EQ(

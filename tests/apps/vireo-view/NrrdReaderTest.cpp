@@ -52,6 +52,14 @@ TEST_F(NrrdReaderTest, ReadsVoxelsBehindTheHeaderInTheirType)
     EXPECT_EQ(volume.front, Volume::Front::LOW_Y);
 }
 
+TEST_F(NrrdReaderTest, ReadsLinesAsWindowsEndsThem)
+{
+    std::string bytes;
+    for (const char character : headerWith("encoding: raw\n"))
+        bytes += character == '\n' ? "\r\n" : std::string(1, character);
+    EXPECT_THAT(numbers(read(bytes + VOXELS).times.at(0)), ElementsAre(1, -2, 300, 4));
+}
+
 TEST_F(NrrdReaderTest, ReadsCompressedVoxelsAndText)
 {
     EXPECT_THAT(

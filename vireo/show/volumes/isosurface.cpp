@@ -71,13 +71,15 @@ using Table = std::array<Triangles, 1U << NUM_CORNERS>;
 
 const Table& table()
 {
-    static const Table TABLE = [] {
-        Table made;
+    // Never deleted: a surface may be computed while the process ends.
+    static const Table* const TABLE = [] {
+        auto* const all = new Table;
+        Table& made = *all;
         for (unsigned int inside = 0; inside < made.size(); ++inside)
             made[inside] = trianglesOf(inside);
-        return made;
+        return all;
     }();
-    return TABLE;
+    return *TABLE;
 }
 
 // The length of it does not matter.

@@ -1,0 +1,134 @@
+#include <map>
+#include <pybind11/stl.h>
+#include <variant>
+#include <vector>
+
+#include "python/VolumeArgument.h"
+#include "python/handles.h"
+
+namespace tavo::python {
+
+namespace {
+
+using SlicesClass = py::class_<SlicesHandle>;
+using OverlayClass = py::class_<SliceOverlayHandle>;
+using Names = std::variant<std::vector<std::string>, std::map<std::int64_t, std::string>>;
+
+constexpr const char* WHERE = " They have the shape (nz, ny, nx), x as the last index; spacing is one number or three, "
+                              "for x, y and z; origin is where the first sample is.";
+
+SlicesHandle sendSlices(const std::string& name, const py::object& samples, const py::object& spacing,
+    const py::object& origin, const py::object& orientation)
+{
+    const VolumeArgument volume(samples, {}, spacing, origin, orientation);
+    return {name, withoutGil([&] {
+                return volume.isOriented()
+                           ? slices(name, volume.samples(), volume.size(), volume.spacing(), volume.origin(),
+                                 volume.orientation())
+                           : slices(name, volume.samples(), volume.size(), volume.spacing(), volume.origin());
+            })};
+}
+
+SliceOverlayHandle sendOverlay(const SlicesHandle& handle, const py::object& samples, const py::object& spacing,
+    const py::object& origin, const py::object& orientation)
+{
+    const VolumeArgument volume(samples, {}, spacing, origin, orientation);
+    return {handle.name, withoutGil([&] {
+                return handle.slices.overlay(
+                    volume.samples(), volume.size(), volume.spacing(), volume.origin(), volume.orientation());
+            })};
+}
+
+SliceOverlayHandle sendLabels(const SlicesHandle& handle, const py::object& samples, const Names& names)
+{
+    const NumberArgument labels(samples, "samples");
+    const LabelNames called = std::visit([](const auto& all) { return LabelNames(all); }, names);
+    return {
+        handle.name, withoutGil([&] { return handle.slices.labels(CopiedTuples<Samples>(labels.copy()), called); })};
+}
+
+template <typename Handle, typename Shown>
+void addLooks(py::class_<Handle>& shown, Shown Handle::*member)
+{
+    shown.def(
+        "window",
+        [member](Handle& handle, double low, double high) -> Handle& {
+            (handle.*member).window(low, high);
+            return handle;
+        },
+        py::arg("low"), py::arg("high"), SAME_HANDLE, WithoutGil(),
+        "The numbers that are darkest and brightest, or have the first and the last colour of the map.");
+    shown.def(
+        "colour_map",
+        [member](Handle& handle, const std::string& name) -> Handle& {
+            (handle.*member).colourMap(name);
+            return handle;
+        },
+        py::arg("name"), SAME_HANDLE, WithoutGil(), "The map from numbers to colours, such as \"bone\".");
+    shown.def("_repr_png_", [](const Handle& handle) { return pngOf(handle.name); });
+}
+
+void addOverlay(py::module_& module)
+{
+    OverlayClass overlay(module, "SliceOverlay",
+        "What lies on the volume of slices: their overlay, or their labels. Every operation returns it.");
+    addLooks(overlay, &SliceOverlayHandle::overlay);
+    overlay.def(
+        "opacity",
+        [](SliceOverlayHandle& handle, double opacity) -> SliceOverlayHandle& {
+            handle.overlay.opacity(opacity);
+            return handle;
+        },
+        py::arg("opacity"), SAME_HANDLE, WithoutGil(), "How much it hides of what is below, from 0 to 1.");
+}
+
+void addWhatLiesOnThem(SlicesClass& shown)
+{
+    shown.def("overlay", &sendOverlay, py::arg("samples"), py::arg("spacing") = 1.0,
+        py::arg("origin") = py::make_tuple(0.0, 0.0, 0.0), py::arg("orientation") = py::none(),
+        (std::string("Sends a second volume, in colours of its own, which may have another size and lie elsewhere.") +
+            WHERE)
+            .c_str());
+    shown.def("labels", &sendLabels, py::arg("samples"), py::arg("names") = std::vector<std::string>(),
+        "The category of each sample of the volume, in the colours of categories. The pointer shows their names: a "
+        "list, from category 0 on, or a dict. 0 is none.");
+}
+
+} // namespace
+
+void addSlices(py::module_& module)
+{
+    SlicesClass shown(module, "Slices",
+        "A volume in three planes through a crosshair, in a view of the window. slices(name, samples) makes it.\n\n"
+        "Every operation may be called by any thread, and returns the slices or what was sent.");
+    addOverlay(module);
+    addLooks(shown, &SlicesHandle::slices);
+    addWhatLiesOnThem(shown);
+    shown.def(
+        "crosshair",
+        [](SlicesHandle& handle, double x, double y, double z) -> SlicesHandle& {
+            handle.slices.crosshair(x, y, z);
+            return handle;
+        },
+        py::arg("x"), py::arg("y"), py::arg("z"), SAME_HANDLE, WithoutGil(),
+        "Moves the crosshair to a place, in the coordinates of origin and spacing.");
+    shown.def("__repr__", [](const SlicesHandle& handle) { return "vireo.slices(" + quoted(handle.name) + ")"; });
+    module.def(
+        "slices",
+        [](const std::string& name) {
+            return SlicesHandle{name, withoutGil([&] { return tavo::slices(name); })};
+        },
+        py::arg("name"), "The slices of that name, to which nothing is sent.");
+    module.def("slices", &sendSlices, py::arg("name"), py::arg("samples"), py::arg("spacing") = 1.0,
+        py::arg("origin") = py::make_tuple(0.0, 0.0, 0.0), py::arg("orientation") = py::none(),
+        (std::string("Sends a volume: samples of any type.") + WHERE +
+            " With an orientation, the directions of x, y and z, x leads to the right of a patient, y to the front and "
+            "z upwards, and letters name the sides.\n\n"
+            "    import numpy, vireo\n\n"
+            "    z, y, x = numpy.mgrid[-1:1:64j, -1:1:64j, -1:1:64j]\n"
+            "    vireo.slices(\"ball\", x * x + y * y + z * z).crosshair(32, 32, 32)\n"
+            "    vireo.show()")
+            .c_str());
+}
+
+} // namespace tavo::python

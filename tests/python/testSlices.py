@@ -1,0 +1,47 @@
+"""Slices by Python: volumes, what lies on them, and where the crosshair is."""
+
+import unittest
+
+import numpy
+
+import vireo
+from support import DataTest
+
+RAMP = numpy.arange(24, dtype="i2").reshape(2, 3, 4)
+
+
+class SlicesTest(DataTest):
+    def test_the_last_index_is_x(self):
+        for samples in (RAMP, RAMP.astype(">i4"), numpy.asfortranarray(RAMP, "f8"), RAMP.tolist()):
+            vireo.slices("ramp", samples, spacing=(1, 2, 3), origin=(10, 20, 30))
+            rows = self.rows("ramp")
+            self.assertEqual(rows[0], ["x", "y", "z", "value"])
+            values = {tuple(map(float, row[:3])): float(row[3]) for row in rows[1:]}
+            self.assertEqual(values[(10, 20, 30)], 0)
+            self.assertEqual(values[(11, 20, 30)], 1)
+            self.assertEqual(values[(10, 22, 30)], 4)
+            self.assertEqual(values[(10, 20, 33)], 12)
+
+    def test_what_lies_on_them_is_chained(self):
+        shown = vireo.slices("head", RAMP).window(0, 20).colour_map("bone").crosshair(1, 1, 1)
+        self.assertIsInstance(shown, vireo.Slices)
+        overlay = shown.overlay(numpy.ones((2, 2, 2)), spacing=0.5).window(0, 1).colour_map("heat").opacity(0.5)
+        self.assertIsInstance(overlay, vireo.SliceOverlay)
+        for names in (["nothing", "bone"], {1: "bone"}):
+            self.assertIsInstance(shown.labels(RAMP % 2, names), vireo.SliceOverlay)
+        self.assertEqual(shown._repr_png_()[:4], b"\x89PNG")
+
+    def test_an_orientation_has_three_directions(self):
+        vireo.slices("head", RAMP, orientation=((0, 0, 1), (1, 0, 0), (0, 1, 0)))
+        for orientation in (numpy.eye(2), [1, 2, 3], "xyz", [(1, 0), (0, 1), (1, 1)]):
+            with self.assertRaises(TypeError):
+                vireo.slices("head", RAMP, orientation=orientation)
+
+    def test_other_shapes_are_refused(self):
+        for samples in (1, [1, 2], numpy.zeros((2, 2)), numpy.zeros((2, 2, 2, 2, 2))):
+            with self.assertRaisesRegex(TypeError, "^samples has the shape"):
+                vireo.slices("head", samples)
+
+
+if __name__ == "__main__":
+    unittest.main()
