@@ -90,8 +90,8 @@ public:
     Plot band(std::string_view name, const Numbers& x, const Numbers& low, const Numbers& high,
         const Statement& statement = Statement()) const;
 
-    /// A line across the plot, with a label. Another one with the same label takes its place. y goes as far as the
-    /// horizontal ones, wherever the samples are.
+    /// A line across the plot, with a label. Another one with the same label takes its place, and of more than 1,000
+    /// the oldest goes. y goes as far as the horizontal ones, wherever the samples are.
     Plot vertical(double x, std::string_view label = {}, const Statement& statement = Statement()) const;
     template <Moment T>
     Plot vertical(const T& x, std::string_view label = {}, const Statement& statement = Statement()) const

@@ -268,6 +268,16 @@ TEST(InboxTest, KeepsOfLinesAndLinksTheNewest)
     EXPECT_THAT(waiting->removedLines, ElementsAre("gone"));
 }
 
+TEST(InboxTest, KeepsTheNewestThousandLines)
+{
+    for (int i = 0; i < 5000; ++i)
+        plot("plot").horizontal(i, std::to_string(i));
+    const auto waiting = takePlot("plot");
+    ASSERT_EQ(waiting->lines.size(), 1000u);
+    EXPECT_EQ(waiting->lines.front().place, 4000);
+    EXPECT_EQ(waiting->lines.back().place, 4999);
+}
+
 TEST(InboxTest, TakesTimePoints)
 {
     using namespace std::chrono_literals;

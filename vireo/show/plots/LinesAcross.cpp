@@ -77,6 +77,8 @@ void LinesAcross::apply(const PlotUpdate& update)
     for (const LineAcross& added : update.lines) {
         remove(
             [&](const LineAcross& line) { return line.label == added.label && line.isVertical == added.isVertical; });
+        if (m_Lines.size() == LineAcross::MOST)
+            m_Lines.erase(m_Lines.begin());
         m_Lines.push_back(added);
     }
 }

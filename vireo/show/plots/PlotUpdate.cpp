@@ -226,6 +226,8 @@ void PlotUpdate::addLine(LineAcross line)
         return older.label == line.label && older.isVertical == line.isVertical;
     };
     lines.erase(std::remove_if(lines.begin(), lines.end(), isReplaced), lines.end());
+    if (lines.size() == LineAcross::MOST)
+        lines.erase(lines.begin());
     lines.push_back(std::move(line));
 }
 

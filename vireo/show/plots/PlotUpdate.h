@@ -129,6 +129,9 @@ struct AxisUpdate
 // A line across the plot. A later one with the same label takes its place.
 struct LineAcross
 {
+    // Of more in one plot the newest are kept: nobody could tell them apart, or wait for so many labels.
+    static constexpr std::size_t MOST = 1000;
+
     bool isVertical;
     double place;
     std::string label;
