@@ -27,7 +27,7 @@ Span rangeOf(const std::vector<NumberColumn>& times)
 // Of a person the skin is seen, through which shines what is below it.
 void showAsPerson(const tavo::Item& item, const Span& range)
 {
-    item.colourMap("heat").transferFunction(
+    item.colourMap("inferno").transferFunction(
         {{range.valueAt(0), 0}, {range.valueAt(0.15), 0}, {range.valueAt(0.27), 0.3}, {range.valueAt(0.47), 0.9}});
 }
 
