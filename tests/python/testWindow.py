@@ -1,5 +1,6 @@
 """The window beside a program of Python's: threads, callbacks, prompts, and its end."""
 
+import os
 import unittest
 
 from support import Folder, run
@@ -59,6 +60,7 @@ class WindowTest(unittest.TestCase):
         self.assertEqual(ended.returncode, 1)
         self.assertIn("ZeroDivisionError", ended.stderr)
 
+    @unittest.skipIf("ASAN_OPTIONS" in os.environ, "the sanitizer does not stand how the system ends threads")
     def test_daemon_threads_end_with_the_interpreter(self):
         self.check(
             """
