@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QFileInfo>
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -37,8 +38,10 @@ std::int16_t typeCode(NumberType type)
     return 64;
 }
 
+using Header = std::array<char, DATA_BEGIN>;
+
 template <typename T>
-void put(QByteArray& header, int offset, T value)
+void put(Header& header, int offset, T value)
 {
     std::memcpy(header.data() + offset, &value, sizeof value);
 }
@@ -46,7 +49,7 @@ void put(QByteArray& header, int offset, T value)
 // Of NIfTI-1, in the byte order of the machine, which readers tell from the first number.
 QByteArray headerOf(const VolumeGrid& grid, std::int16_t type, int bytesOfSample, bool isOriented)
 {
-    QByteArray header(DATA_BEGIN, '\0');
+    Header header{};
     put(header, 0, std::int32_t(348));
     put(header, 40, std::int16_t(3)); // dimensions
     put(header, 70, type);
@@ -67,7 +70,7 @@ QByteArray headerOf(const VolumeGrid& grid, std::int16_t type, int bytesOfSample
     for (int i = 3; i < 7; ++i)
         put(header, 42 + 2 * i, std::int16_t(1));
     std::memcpy(header.data() + 344, "n+1", 4);
-    return header;
+    return {header.data(), DATA_BEGIN};
 }
 
 // Colours as bytes.
