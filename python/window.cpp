@@ -1,6 +1,6 @@
 #include <QCoreApplication>
+#include <QTemporaryDir>
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -17,30 +17,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using Path = std::filesystem::path;
-
-// A folder of its own, which goes with it.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "vireo-XXXXXX").string();
-        if (mkdtemp(name.data()))
-            m_Path = name;
-    }
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_Path, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::string file(const char* name) const { return (m_Path / name).string(); }
-
-private:
-    Path m_Path;
-};
 
 // Returns when the window is closed, or when somebody presses Ctrl+C, which only this thread learns. The window may
 // need this thread, too.
@@ -126,14 +102,12 @@ void addTogether(py::module_& module)
 
 py::object pngOf(const std::string& name)
 {
-    std::string png;
-    const TemporaryFolder folder;
-    const std::string file = folder.file("view.png");
+    const QTemporaryDir folder;
+    const std::string file = folder.filePath("view.png").toStdString();
     if (!savePictureOf("vireo", [&] { return savePicture(name, file); }))
         return py::none();
     std::ifstream stream(file, std::ios::binary);
-    png.assign(std::istreambuf_iterator<char>(stream), {});
-    return py::bytes(png);
+    return py::bytes(std::string(std::istreambuf_iterator<char>(stream), {}));
 }
 
 void addWindow(py::module_& module)
