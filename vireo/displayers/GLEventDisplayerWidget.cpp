@@ -124,6 +124,11 @@ void GLEventDisplayerWidget::setGLEventObject(GLEventObject* object, bool update
     });
 }
 
+GLEventObject* GLEventDisplayerWidget::getGLEventObject() const
+{
+    return m_GlWidget->getObject();
+}
+
 void GLEventDisplayerWidget::takeWaiting()
 {
     for (SentObject& sent : std::exchange(m_WaitingObjects, {}))

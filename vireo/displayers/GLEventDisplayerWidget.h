@@ -59,6 +59,10 @@ public:
     /// @owns The widget owns the object from now on.
     virtual void setGLEventObject(GLEventObject* object, bool updateExisting);
 
+    /// The shown object; null if there is none.
+    /// @owns The widget owns it, until another replaces it.
+    GLEventObject* getGLEventObject() const;
+
 private:
     class MyGLWidget;
 

@@ -30,6 +30,7 @@
 #include "vireo/show/slices/SlicesView.h"
 #include "vireo/show/window/ShowWindow.h"
 #include "vireo/show/window/pictureFile.h"
+#include "vireo/show/window/sectionContent.h"
 
 namespace tavo {
 
@@ -389,8 +390,10 @@ void FrontDoor::sayWhatWaits()
 
 std::string FrontDoor::saveData(const std::string& name, const QString& file)
 {
-    View* const view = findView(name);
-    return view ? view->saveData(file) : noSuchView(name);
+    if (View* const view = findView(name))
+        return view->saveData(file);
+    DebugSection* const section = findSection(name);
+    return section ? saveSectionData(*section, file) : noSuchView(name);
 }
 
 } // namespace tavo

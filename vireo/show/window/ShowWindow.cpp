@@ -30,6 +30,7 @@
 #include "vireo/show/window/ViewDock.h"
 #include "vireo/show/window/pictureFile.h"
 #include "vireo/show/window/programName.h"
+#include "vireo/show/window/sectionContent.h"
 #include "vireo/show/window/tiling.h"
 #include "vireo/show/window/windowMemory.h"
 
@@ -52,15 +53,6 @@ QString windowTitleOfProgram()
 {
     const QString program = programName();
     return program.isEmpty() ? "vireo" : program + " - vireo";
-}
-
-QScrollArea* makeScrollArea(QWidget* widget)
-{
-    auto* area = new QScrollArea;
-    area->setFrameShape(QFrame::NoFrame);
-    area->setWidgetResizable(true);
-    area->setWidget(widget);
-    return area;
 }
 
 void setUpDockingSystem(const QWidget* window)
@@ -246,9 +238,9 @@ void ShowWindow::addView(const std::string& name, View* view)
 void ShowWindow::place(DebugSection* section)
 {
     section->setTitleBarVisible(false);
-    auto* dock = new ViewDock(
-        dockId(std::string("section-") + section->getDisplayerClass()->getName(), section->getName()),
-        section->getName(), {makeScrollArea(section), [section] { return section->getPicture(); }, nullptr, nullptr});
+    auto* dock =
+        new ViewDock(dockId(std::string("section-") + section->getDisplayerClass()->getName(), section->getName()),
+            section->getName(), contentOf(*section));
     connect(dock, &ViewDock::viewToggled, this, [this, section](bool open) {
         if (!m_IsArranging && section->isClosed() == open)
             section->setClosed(!open);

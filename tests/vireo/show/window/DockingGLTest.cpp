@@ -1,13 +1,17 @@
 #include <DockAreaWidget.h>
 #include <QDir>
+#include <QFileDialog>
 #include <QGLWidget>
 #include <QTemporaryDir>
 #include <functional>
 
+#include "tavo/points/PointSet.h"
 #include "tests/vireo/show/window/ShowWindowTest.h"
+#include "vireo/displayers/GLEventConfiguration.h"
 #include "vireo/displayers/GLEventDisplayer.h"
 #include "vireo/displayers/GLEventDisplayerWidget.h"
 #include "vireo/displayers/GLGraphDisplayer.h"
+#include "vireo/displayers/GLPointCloudDisplayer.h"
 
 namespace tavo {
 namespace {
@@ -22,6 +26,7 @@ protected:
         GLEventObject::init(Object::getClass());
         GLEventDisplayer::init(EventDisplayer::getClass());
         GLGraphDisplayer::init(GLEventObject::getClass());
+        GLPointCloudDisplayer::init(GLEventObject::getClass());
         show({"a", "b"});
         debugOutputGraph("graph", std::vector<float>{1, 3, 2}, {255, 0, 0, 255});
         settle();
@@ -46,6 +51,13 @@ protected:
         const QImage picture(file);
         QFile::remove(file);
         return picture;
+    }
+
+    static std::string contents(const QString& name)
+    {
+        QFile file(name);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll().toStdString();
     }
 
     static QSize sizeOfPicture(const QString& file) { return QImage(file).size(); }
@@ -87,6 +99,56 @@ TEST_F(DockingGLTest, PicturesOfSectionsAreSavedLikeThoseOfViews)
     EXPECT_EQ(QDir(folder.filePath("all")).entryList(QDir::Files), QStringList({"a.png", "b.png", "graph.png"}));
     EXPECT_EQ(sizeOfPicture(folder.filePath("all/graph.png")), QSize(1000, 700));
     EXPECT_EQ(section()->getPicture(), m_Picture) << "the view is as it was";
+}
+
+TEST_F(DockingGLTest, TitleBarsOfSectionsHaveWhatThoseOfViewsHave)
+{
+    QStringList names;
+    for (const QAction* action : dock("graph")->titleBarActions())
+        names += action->objectName();
+    EXPECT_EQ(names, QStringList({"configure", "savePicture", "copyPicture", "saveData", "fullScreen"}));
+
+    const auto* const panel = section()->findChild<GLEventConfiguration*>();
+    ASSERT_NE(panel, nullptr);
+    action("graph", "configure")->trigger();
+    EXPECT_TRUE(panel->isVisible());
+    QApplication::activePopupWidget()->close();
+
+    const QTemporaryDir folder;
+    action("graph", "saveData")->trigger();
+    auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    emit dialog->fileSelected(folder.filePath("asked.csv"));
+    dialog->close();
+    EXPECT_EQ(contents(folder.filePath("asked.csv")), "\"x\",\"y\",\"z\"\n0,1,0\n0.33333334,3,0\n0.6666667,2,0\n");
+
+    send("text", "hello");
+    settle();
+    EXPECT_EQ(action("text", "configure"), nullptr);
+    EXPECT_EQ(action("text", "saveData"), nullptr);
+}
+
+TEST_F(DockingGLTest, DataOfSectionsAreSavedLikeThoseOfViews)
+{
+    const QTemporaryDir folder;
+    const auto save = [&](const char* name) { return saveData(name, folder.filePath("data.csv").toStdString()); };
+    const RGBA8 red(255, 0, 0, 255);
+    debugOutputGraphs("graph", std::vector<std::vector<float>>{{1}, {2, 3}}, {red, red});
+    EXPECT_TRUE(save("graph"));
+    EXPECT_EQ(contents(folder.filePath("data.csv")), "\"graph\",\"x\",\"y\",\"z\"\n1,0,1,0\n2,0,2,0\n2,0.5,3,0\n");
+
+    VertexDescriptor descriptor;
+    descriptor.pushAttrib(VertexAttribDescriptor("position", 3, VertexAttribDescriptor::TYPE_FLOAT));
+    auto points = std::make_unique<PointSet>(descriptor, 1);
+    const float xyz[] = {1, 2, 3};
+    points->set3f(0, points->getAAT("position"), xyz);
+    sendGLEventObject("cloud", new GLPointCloudDisplayer(points.release()));
+    EXPECT_TRUE(save("cloud"));
+    EXPECT_EQ(contents(folder.filePath("data.csv")), "\"x\",\"y\",\"z\"\n1,2,3\n");
+
+    send("text", "hello");
+    EXPECT_FALSE(save("text"));
+    EXPECT_THAT(debugOutput.getText(), testing::HasSubstr("what is shown has no data to be saved"));
 }
 
 TEST_F(DockingGLTest, DetachingLosesNothing)
