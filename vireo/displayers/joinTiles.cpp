@@ -5,22 +5,23 @@
 
 namespace tavo {
 
-QImage joinTiles(const QSize& size, const std::function<QImage(const QRect&)>& takeTile)
+QImage joinTiles(const QSize& size, const std::function<QImage(const QRect&)>& takeTile, const Tiling& tiling)
 {
-    constexpr int LARGEST = 4096; // along a side
-    constexpr int MARGIN = 32;    // for thick lines and points
-    constexpr int STEP = LARGEST - 2 * MARGIN;
-    if (std::max(size.width(), size.height()) <= LARGEST)
+    const int margin = tiling.margin;
+    const int step = tiling.largest - 2 * margin;
+    if (std::max(size.width(), size.height()) <= tiling.largest)
         return takeTile(QRect(QPoint(0, 0), size));
-    QImage picture(size, QImage::Format_RGB888);
+    QImage picture(size, tiling.format);
     QPainter painter;
     if (picture.isNull() || !painter.begin(&picture))
         return {};
-    for (int y = 0; y < size.height(); y += STEP)
-        for (int x = 0; x < size.width(); x += STEP) {
-            const QRect tile(x, y, std::min(STEP, size.width() - x), std::min(STEP, size.height() - y));
-            const QMargins margins(MARGIN, MARGIN, MARGIN, MARGIN);
-            painter.drawImage(tile, takeTile(tile.marginsAdded(margins)), QRect(QPoint(MARGIN, MARGIN), tile.size()));
+    for (int y = 0; y < size.height(); y += step)
+        for (int x = 0; x < size.width(); x += step) {
+            const QRect tile(x, y, std::min(step, size.width() - x), std::min(step, size.height() - y));
+            const QImage drawn = takeTile(tile.marginsAdded({margin, margin, margin, margin}));
+            if (drawn.isNull())
+                return {};
+            painter.drawImage(tile, drawn, QRect(QPoint(margin, margin), tile.size()));
         }
     return picture;
 }

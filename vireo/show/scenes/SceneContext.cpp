@@ -13,9 +13,10 @@ namespace {
 std::weak_ptr<SceneContext> theContext;
 
 // Targets of these sizes serve views of all sizes, so that few are made while a window is resized.
+constexpr int STEP = 512;
+
 int roundedUp(int size)
 {
-    constexpr int STEP = 512;
     return (size + STEP - 1) / STEP * STEP;
 }
 
@@ -90,6 +91,16 @@ SceneContext::Scope::Scope(SceneContext& context)
 SceneContext::Scope::~Scope()
 {
     m_Context.m_GL->deactivate();
+}
+
+int SceneContext::largestPicture() const
+{
+    int texture = 0;
+    int viewport[2] = {};
+    glGetIntegerv(GL_MAX_RECTANGLE_TEXTURE_SIZE_ARB, &texture);
+    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, viewport);
+    // Targets are a little larger than what they are for.
+    return std::min({m_LargestPicture, (texture / STEP) * STEP, viewport[0], viewport[1]});
 }
 
 bool SceneContext::beginPicture(const QSize& size)

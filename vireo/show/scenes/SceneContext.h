@@ -48,6 +48,11 @@ public:
     // Within a scope.
     GLContext& getGL() { return *m_GL; }
 
+    // Larger pictures, along a side, are drawn in parts: drivers have no targets for them, or no memory. A smaller
+    // number than the driver's can be set.
+    int largestPicture() const;
+    void limitPictures(int largest) { m_LargestPicture = largest; }
+
     // Directs drawing to a target with colours and depths, at least that large. False if the driver has none.
     bool beginPicture(const QSize& size);
 
@@ -77,6 +82,7 @@ private:
     QOpenGLContext m_QtContext;
     WindowlessContext m_Windowless;
     HDC m_DeviceContext = nullptr;
+    int m_LargestPicture = 8192;
     HGLRC m_RenderingContext = nullptr;
     std::unique_ptr<GLContext> m_GL;
     std::unique_ptr<GLRenderTargetFBO> m_Target;

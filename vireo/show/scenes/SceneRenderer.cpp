@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/displayers/joinTiles.h"
 #include "vireo/show/scenes/ClipPlanes.h"
 #include "vireo/show/scenes/Stopwatch.h"
 #include "vireo/show/scenes/drawSections.h"
@@ -48,13 +49,6 @@ void setHeadlight()
     glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE);
     for (const GLenum capability : {GL_LIGHT0, GL_COLOR_MATERIAL, GL_NORMALIZE})
         glEnable(capability);
-}
-
-void setProjection(const SceneCamera& camera, const SceneBox& box, const SceneCamera::Size& size)
-{
-    glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(pictureProjection(camera, box, size).numbers.data());
-    glFrontFace(GL_CW); // since pictures stand on their heads
 }
 
 void clear(const QColor& ground)
@@ -101,15 +95,39 @@ QImage SceneRenderer::draw(
     QImage picture;
     if (m_Context) {
         const SceneContext::Scope scope(*m_Context);
-        if (scope.isCurrent() && m_Context->beginPicture(pixels)) {
-            drawItems(camera, pixels, look, numPhases);
-            picture = m_Context->readPicture(pixels);
-            m_Context->endPicture();
-        }
+        constexpr int MARGIN = 128; // for large points
+        const auto drawTile = [&](const QRect& tile) {
+            m_Part = tile;
+            return drawPart(camera, pixels, look, numPhases);
+        };
+        if (scope.isCurrent())
+            picture = joinTiles(pixels, drawTile, {m_Context->largestPicture(), MARGIN, QImage::Format_RGB32});
     }
     if (!picture.isNull())
         drawTexts(picture, camera, look);
     return picture;
+}
+
+QImage SceneRenderer::drawPart(
+    const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases)
+{
+    if (!m_Context->beginPicture(m_Part.size()))
+        return {};
+    drawItems(camera, pixels, look, numPhases);
+    QImage part = m_Context->readPicture(m_Part.size());
+    m_Context->endPicture();
+    return part;
+}
+
+void SceneRenderer::setProjection(const SceneCamera& camera, const QSize& pixels) const
+{
+    const SceneCamera::Size size = sizeOf(pixels);
+    const PicturePart part{
+        double(m_Part.left()), double(m_Part.top()), double(m_Part.width()), double(m_Part.height())};
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixd(
+        croppedTo(pictureProjection(camera, m_Model.box(), size).numbers, {size.width, size.height}, part).data());
+    glFrontFace(GL_CW); // since pictures stand on their heads
 }
 
 void SceneRenderer::drawItems(
@@ -156,7 +174,7 @@ void SceneRenderer::begin(const SceneCamera& camera, const QSize& pixels, const 
     clear(look.ground);
     setDrawing();
     drawBoxBehind(camera, pixels, look);
-    setProjection(camera, m_Model.box(), sizeOf(pixels));
+    setProjection(camera, pixels);
     setHeadlight();
 }
 
@@ -190,7 +208,7 @@ void SceneRenderer::drawBoxBehind(const SceneCamera& camera, const QSize& pixels
     constexpr float OPACITY = 0.3F;
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
-    glOrtho(0, pixels.width(), 0, pixels.height(), -1, 1);
+    glOrtho(m_Part.left(), m_Part.left() + m_Part.width(), m_Part.top(), m_Part.top() + m_Part.height(), -1, 1);
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     for (const GLenum capability : {GL_DEPTH_TEST, GL_LIGHTING})
@@ -241,8 +259,8 @@ void SceneRenderer::drawClouds(
     if (!look.hasDepthLight)
         return;
     const SceneCamera::Depths depths = camera.depthsOf(m_Model.box());
-    m_Context->light(
-        pixels, {camera.isOrthographic(), depths.nearest, depths.farthest, camera.heightSeen()}, look.scale);
+    const double heightSeen = camera.heightSeen() * m_Part.height() / pixels.height();
+    m_Context->light(m_Part.size(), {camera.isOrthographic(), depths.nearest, depths.farthest, heightSeen}, look.scale);
 }
 
 // The points of the share are counted through all of them.
@@ -287,7 +305,9 @@ void SceneRenderer::beginRefinement(const SceneCamera& camera, const QSize& pixe
     std::unique_ptr<GLRenderTargetFBO> target = std::move(m_Refinement.target);
     if (!target || target->getWidth() < static_cast<unsigned int>(pixels.width()) ||
         target->getHeight() < static_cast<unsigned int>(pixels.height()))
-        target = m_Context->makeTarget(pixels);
+        target = std::max(pixels.width(), pixels.height()) <= m_Context->largestPicture()
+                     ? m_Context->makeTarget(pixels)
+                     : nullptr;
     m_Refinement = {camera, pixels, look, std::move(target)};
     for (const Placed& placed : m_Model.visibleItems())
         m_Refinement.numPoints += isLitByDepths(*placed.item) ? placed.item->numPoints() : 0;
@@ -300,12 +320,13 @@ bool SceneRenderer::refine(double seconds, const PointBudget& budget)
     if (isRefined())
         return true;
     const SceneContext::Scope scope(*m_Context);
+    m_Part = QRect(QPoint(0, 0), refined.pixels);
     refined.target->activate();
     glViewport(0, 0, refined.pixels.width(), refined.pixels.height());
     if (!std::exchange(refined.isBegun, true))
         begin(refined.camera, refined.pixels, refined.look);
     setDrawing();
-    setProjection(refined.camera, m_Model.box(), sizeOf(refined.pixels));
+    setProjection(refined.camera, refined.pixels);
     setHeadlight();
     PointShare share = shareOf(refined.camera, refined.pixels, PointPhases::ALL);
     do {

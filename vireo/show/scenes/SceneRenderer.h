@@ -81,6 +81,8 @@ private:
         bool isWhole() const { return isBegun && numDrawn >= numPoints; }
     };
 
+    QImage drawPart(const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases);
+    void setProjection(const SceneCamera& camera, const QSize& pixels) const;
     void drawBoxBehind(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
     QImage draw(
         const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases, bool isRefined);
@@ -99,6 +101,7 @@ private:
     PointTime m_PointTime;
     Refinement m_Refinement;
     bool m_IsRefined = false; // the picture that is drawn
+    QRect m_Part;             // of it, that is drawn
 };
 
 } // namespace tavo

@@ -42,18 +42,24 @@ bool isOutside(const Box3d& box, const ToClipSpace& toClipSpace)
     return beyond != 0;
 }
 
-ToClipSpace croppedTo(const ToClipSpace& toClipSpace, const PictureSize& size, int pixelX, int pixelY, int side)
+ToClipSpace croppedTo(const ToClipSpace& toClipSpace, const PictureSize& size, const PicturePart& part)
 {
-    const double across = size.width / side;
-    const double up = size.height / side;
-    const double centreX = 2 * (pixelX + 0.5) / size.width - 1;
-    const double centreY = 2 * (pixelY + 0.5) / size.height - 1;
+    const double across = size.width / part.width;
+    const double up = size.height / part.height;
+    const double centreX = (2 * part.left + part.width) / size.width - 1;
+    const double centreY = (2 * part.bottom + part.height) / size.height - 1;
     ToClipSpace cropped = toClipSpace;
     for (std::size_t column = 0; column < 16; column += 4) {
         cropped[column] = across * (toClipSpace[column] - centreX * toClipSpace[column + 3]);
         cropped[column + 1] = up * (toClipSpace[column + 1] - centreY * toClipSpace[column + 3]);
     }
     return cropped;
+}
+
+ToClipSpace croppedTo(const ToClipSpace& toClipSpace, const PictureSize& size, int pixelX, int pixelY, int side)
+{
+    const auto width = double(side);
+    return croppedTo(toClipSpace, size, {pixelX + 0.5 - width / 2, pixelY + 0.5 - width / 2, width, width});
 }
 
 } // namespace tavo

@@ -20,8 +20,19 @@ struct PictureSize
     double height = 0;
 };
 
-// What is left of a projection when only a square of pixels around the middle of a pixel is drawn, into a viewport of
-// as many pixels.
+// A rectangle of it.
+struct PicturePart
+{
+    double left = 0;
+    double bottom = 0;
+    double width = 0;
+    double height = 0;
+};
+
+// What is left of a projection when only that part of a picture is drawn, into a viewport as large as the part.
+ToClipSpace croppedTo(const ToClipSpace& toClipSpace, const PictureSize& size, const PicturePart& part);
+
+// The same of a square of pixels around the middle of a pixel.
 ToClipSpace croppedTo(const ToClipSpace& toClipSpace, const PictureSize& size, int pixelX, int pixelY, int side);
 
 } // namespace tavo
