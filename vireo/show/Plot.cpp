@@ -11,6 +11,7 @@
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/delivery/Mode.h"
 #include "vireo/show/delivery/changeUpdate.h"
+#include "vireo/show/delivery/nothingToSee.h"
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/plots/PlotUpdate.h"
 
@@ -63,12 +64,26 @@ bool isMistaken(
     return true;
 }
 
+// They are shown all the same: what was there goes.
+void sayIfNothingIsSeen(
+    const ViewSlotPointer& slot, CurveKind kind, std::string_view name, const Numbers* x, const Numbers& y) noexcept
+{
+    runGuarded([&] {
+        std::string why = whyNothingIsSeen(y, "samples");
+        if (why.empty() && x)
+            why = whyNothingIsSeen(*x, "x");
+        if (!why.empty())
+            sayOnce(callOf(slot, nameOf(kind), name) + ": " + why);
+    });
+}
+
 void sendSamples(const ViewSlotPointer& slot, CurveKind kind, std::string_view name, const Numbers* x, const Numbers& y,
     const Numbers* low = nullptr)
 {
     if (!isSent(slot) || isMistaken(slot, nameOf(kind), name, x, y) ||
         (low && isMistaken(slot, nameOf(kind), name, x, *low)))
         return;
+    sayIfNothingIsSeen(slot, kind, name, x, y);
     changeSamples(slot, name, x, [&](CurveUpdate& curve) {
         curve.send({x ? NumberArray(*x) : NumberArray(), y, low ? NumberArray(*low) : NumberArray(), kind});
     });

@@ -9,6 +9,7 @@
 #include "vireo/show/colours/ColourMap.h"
 #include "vireo/show/delivery/changeUpdate.h"
 #include "vireo/show/delivery/isShowOff.h"
+#include "vireo/show/delivery/nothingToSee.h"
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
@@ -51,6 +52,13 @@ struct Call
     {
         sayOnce(callOf("scene", slot, operation, path) + ": " + why + WHAT_STAYS);
         return false;
+    }
+
+    // It is shown all the same: what was there goes.
+    void sayIfNothingIsSeen(const NumberArray& numbers, const char* what) const
+    {
+        if (const std::string why = whyNothingIsSeen(numbers, what); !why.empty())
+            sayOnce(callOf("scene", slot, operation, path) + ": " + why);
     }
 
     // Whether the numbers make whole tuples.
@@ -153,9 +161,11 @@ ItemShape shapeOf(ItemKind kind, const Points& points, const Points& ends = {})
     return shape;
 }
 
-void sendShape(const ViewSlotPointer& slot, std::string_view path, ItemShape shape)
+void sendShape(const Call& call, ItemShape shape)
 {
-    changeItem(slot, std::string(path), [&](ItemUpdate& item) {
+    if (shape.kind != ItemKind::Frame)
+        call.sayIfNothingIsSeen(shape.points.numbers, "points");
+    changeItem(call.slot, std::string(call.path), [&](ItemUpdate& item) {
         item.shape = std::move(shape);
         item.isosurface.reset();
     });
@@ -184,8 +194,9 @@ Scene scene(std::string_view name)
 
 Item Scene::cloud(std::string_view path, const Points& points, const Statement&) const
 {
-    if (isSent(m_Slot) && Call{m_Slot, "cloud", path}.accepts(points))
-        sendShape(m_Slot, path, shapeOf(ItemKind::Cloud, points));
+    const Call call{m_Slot, "cloud", path};
+    if (isSent(m_Slot) && call.accepts(points))
+        sendShape(call, shapeOf(ItemKind::Cloud, points));
     return {m_Slot, path};
 }
 
@@ -196,10 +207,12 @@ Item Scene::cloud(std::string_view path, const PointSet& points, const Statement
     const Call call{m_Slot, "cloud", path};
     try {
         std::optional<ItemUpdate> sent = pointSetItem(points);
-        if (sent)
+        if (sent) {
+            call.sayIfNothingIsSeen(sent->shape->points.numbers, "points");
             changeItem(m_Slot, std::string(path), [&](ItemUpdate& item) { item.merge(*sent); });
-        else
+        } else {
             call.refuse("the points have no \"position\" of three floats");
+        }
     } catch (const std::exception&) {
         call.refuse("there is no memory for so many points");
     }
@@ -215,14 +228,15 @@ Item Scene::mesh(std::string_view path, const Points& vertices, const Faces& fac
     shape.faces = {faces, faces.width() != 0 ? faces.width() : 3};
     shape.numCorners = faces.getNumCorners();
     if (call.accepts(vertices, "vertices") && call.accepts(faces) && call.accepts(shape))
-        sendShape(m_Slot, path, std::move(shape));
+        sendShape(call, std::move(shape));
     return {m_Slot, path};
 }
 
 Item Scene::lines(std::string_view path, const Points& points, const Statement&) const
 {
-    if (isSent(m_Slot) && Call{m_Slot, "lines", path}.accepts(points))
-        sendShape(m_Slot, path, shapeOf(ItemKind::Lines, points));
+    const Call call{m_Slot, "lines", path};
+    if (isSent(m_Slot) && call.accepts(points))
+        sendShape(call, shapeOf(ItemKind::Lines, points));
     return {m_Slot, path};
 }
 
@@ -234,31 +248,34 @@ Item Scene::segments(std::string_view path, const Points& points, const Statemen
     if (points.size() % 6 != 0)
         call.refuse(std::to_string(points.size() / 3) + " points are no segments, which take two each");
     else
-        sendShape(m_Slot, path, shapeOf(ItemKind::Segments, points));
+        sendShape(call, shapeOf(ItemKind::Segments, points));
     return {m_Slot, path};
 }
 
 Item Scene::vectors(std::string_view path, const Points& points, const Points& directions, const Statement&) const
 {
-    if (isSent(m_Slot) && Call{m_Slot, "vectors", path}.accepts(points, "points", directions, "directions"))
-        sendShape(m_Slot, path, shapeOf(ItemKind::Vectors, points, directions));
+    const Call call{m_Slot, "vectors", path};
+    if (isSent(m_Slot) && call.accepts(points, "points", directions, "directions"))
+        sendShape(call, shapeOf(ItemKind::Vectors, points, directions));
     return {m_Slot, path};
 }
 
 Item Scene::boxes(std::string_view path, const Points& minima, const Points& maxima, const Statement&) const
 {
-    if (isSent(m_Slot) && Call{m_Slot, "boxes", path}.accepts(minima, "minima", maxima, "maxima"))
-        sendShape(m_Slot, path, shapeOf(ItemKind::Boxes, minima, maxima));
+    const Call call{m_Slot, "boxes", path};
+    if (isSent(m_Slot) && call.accepts(minima, "minima", maxima, "maxima"))
+        sendShape(call, shapeOf(ItemKind::Boxes, minima, maxima));
     return {m_Slot, path};
 }
 
 Item Scene::frame(std::string_view path, const Transformation& matrix, const Statement&) const
 {
-    if (isSent(m_Slot) && Call{m_Slot, "frame", path}.accepts(matrix)) {
+    const Call call{m_Slot, "frame", path};
+    if (isSent(m_Slot) && call.accepts(matrix)) {
         ItemShape shape;
         shape.kind = ItemKind::Frame;
         shape.frame = matrixOf(matrix);
-        sendShape(m_Slot, path, std::move(shape));
+        sendShape(call, std::move(shape));
     }
     return {m_Slot, path};
 }
@@ -273,7 +290,7 @@ Item Scene::text(std::string_view path, const Points& position, std::string_view
     if (shape.points.size() != 1)
         call.refuse(std::to_string(shape.points.size()) + " points are no position");
     else
-        sendShape(m_Slot, path, std::move(shape));
+        sendShape(call, std::move(shape));
     return {m_Slot, path};
 }
 
@@ -284,16 +301,17 @@ Item Scene::volume(std::string_view path, const Samples& samples, const GridSize
         return {m_Slot, path};
     const Call call{m_Slot, "volume", path};
     const SentGrid grid{size, spacing, origin, orientation};
-    const std::string why = whyNoVolume(grid, samples.size());
-    if (samples.areTooMany())
-        call.refuse("there is no memory for so many samples");
-    else if (!why.empty())
+    const std::string why =
+        samples.areTooMany() ? "there is no memory for so many samples" : whyNoVolume(grid, samples.size());
+    if (!why.empty()) {
         call.refuse(why);
-    else
-        changeItem(m_Slot, std::string(path), [&](ItemUpdate& item) {
-            ItemUpdate sent = volumeItem(gridOf(grid), {samples, numChannelsOf(grid, samples.size())});
-            item.merge(sent);
-        });
+        return {m_Slot, path};
+    }
+    call.sayIfNothingIsSeen(samples, "samples");
+    changeItem(m_Slot, std::string(path), [&](ItemUpdate& item) {
+        ItemUpdate sent = volumeItem(gridOf(grid), {samples, numChannelsOf(grid, samples.size())});
+        item.merge(sent);
+    });
     return {m_Slot, path};
 }
 

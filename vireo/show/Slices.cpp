@@ -7,6 +7,7 @@
 #include "tavo/base/text/printable.h"
 #include "vireo/show/colours/ColourMap.h"
 #include "vireo/show/delivery/changeUpdate.h"
+#include "vireo/show/delivery/nothingToSee.h"
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/slices/SlicesUpdate.h"
 #include "vireo/show/volumes/whyNoVolume.h"
@@ -56,6 +57,8 @@ void sendVolume(const ViewSlotPointer& slot, const Samples& samples, const SentG
     std::optional<SliceLayer> layer = layerOf(slot, "", samples, grid);
     if (!layer)
         return;
+    if (const std::string nothing = whyNothingIsSeen(samples, "samples"); !nothing.empty())
+        runGuarded([&] { sayOnce("slices(\"" + printable(slot->name, LONGEST_NAME) + "\"): " + nothing); });
     layer->isOriented = isOriented;
     change(slot, [&](SlicesUpdate& update) { update.volume = std::move(layer); });
 }

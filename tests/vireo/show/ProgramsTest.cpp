@@ -340,8 +340,12 @@ TEST_F(ShowProgramsTest, TakeOddThings)
 {
     const Outcome outcome = run("sends odd things");
     const std::string why = ": a range goes from one number to another; what was shown stays\n";
-    const std::string said =
-        "warning: tavo: plot(\"values\").xRange(nan, inf)" + why + "warning: tavo: plot(\"values\").yRange(1, 1)" + why;
+    const std::string curve = "warning: tavo: plot(\"values\").curve";
+    const std::string said = curve + "(\"none\"): there are no samples, so that nothing is seen\n" + curve +
+                             "(\"NaN\"): none of the samples is finite, so that nothing is seen\n" + curve +
+                             "(\"x NaN\"): none of the x is finite, so that nothing is seen\n" +
+                             "warning: tavo: plot(\"values\").xRange(nan, inf)" + why +
+                             "warning: tavo: plot(\"values\").yRange(1, 1)" + why;
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_EQ(outcome.errors, said);
     EXPECT_EQ(outcome.output,
@@ -350,6 +354,16 @@ TEST_F(ShowProgramsTest, TakeOddThings)
     EXPECT_EQ(pictures.size(), 8) << pictures.join(' ').toStdString();
     for (const QString& picture : pictures)
         EXPECT_FALSE(QImage(path("folder/") + picture).isNull()) << picture.toStdString();
+}
+
+// They are moved in: the sanitizers' allocators alone would take more than the samples do.
+TEST_F(ShowProgramsTest, SendManySamples)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizers take too much memory";
+#endif
+    EXPECT_EQ(outputOf("sends many samples"), "savePicture: true\n");
+    EXPECT_EQ(QImage(path("p.png")).size(), QSize(300, 200));
 }
 
 } // namespace

@@ -503,6 +503,14 @@ void sendsOddThings()
     say("log: " + tavo::debugOutput.getText());
 }
 
+void sendsManySamples()
+{
+    std::vector<float> samples(100'000'000);
+    samples[77'777'777] = 5;
+    tavo::plot("p").curve("y", std::move(samples));
+    say("savePicture", tavo::savePicture("p", "p.png", 300, 200));
+}
+
 void stylesWhatNeverComes()
 {
     say("openWindow", tavo::openWindow());
@@ -592,6 +600,7 @@ const std::map<std::string, std::function<void()>> programs{
     {"saves names of letters", savesNamesOfLetters},
     {"saves to disk", savesToDisk},
     {"sends odd things", sendsOddThings},
+    {"sends many samples", sendsManySamples},
 };
 
 } // namespace

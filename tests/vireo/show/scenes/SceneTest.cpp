@@ -474,6 +474,22 @@ TEST(SceneTest, SaysThatThereIsNoMemory)
     EXPECT_FALSE(inbox::hasWaiting());
 }
 
+TEST(SceneTest, ItemsOfWhichNothingIsSeenAreNamedOnceAndSent)
+{
+    const std::vector<double> none;
+    const std::vector<double> notNumbers(3, std::numeric_limits<double>::quiet_NaN());
+    testing::internal::CaptureStderr();
+    for (int i = 0; i < 2; ++i) {
+        scene("nothing").cloud("none", none).labels(std::vector<int>());
+        scene("nothing").lines("NaN", notNumbers).colour({255, 0, 0, 255});
+        scene("nothing").cloud("one", {1, 2, 3});
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "warning: tavo: scene(\"nothing\").cloud(\"none\"): there are no points, so that nothing is seen\n"
+        "warning: tavo: scene(\"nothing\").lines(\"NaN\"): none of the points is finite, so that nothing is seen\n");
+    EXPECT_EQ(takeScene("nothing")->items.size(), 3U);
+}
+
 TEST(SceneTest, ANumberThatCannotBeDrawnIsRefused)
 {
     const double notANumber = std::numeric_limits<double>::quiet_NaN();
