@@ -86,11 +86,25 @@ void measureCalls()
 {
     const std::vector<double> few(10, 1);
     const std::vector<double> many(NUM_SAMPLES, 1);
+    std::vector<double> changing(NUM_SAMPLES);
+    double now = 0;
+    const auto change = [&] { std::generate(changing.begin(), changing.end(), [&now] { return now += 0.001; }); };
     const tavo::Plot kept = tavo::plot("calls");
     std::printf("| call | µs | floor, µs | more, µs | ratio |\n|---|---:|---:|---:|---:|\n");
+    // What is sent again is compared with what was sent, and copied only if it has changed.
     compare(
-        "`curve` of 100,000 samples, and their copy", 200, 5, [&] { tavo::plot("calls").curve("y", many); },
-        Copy(many));
+        "`curve` of 100,000 samples that have all changed, and their copy; both change them", 200, 5,
+        [&] {
+            change();
+            tavo::plot("calls").curve("y", changing);
+        },
+        [&, copy = Copy(changing)]() mutable {
+            change();
+            copy();
+        });
+    compare(
+        "`curve` of the same 100,000 samples again, and their copy", 200, 5,
+        [&] { tavo::plot("calls").curve("y", many); }, Copy(many));
     compare(
         "`curve` of 10 samples, and their copy", 100, 200, [&] { tavo::plot("calls").curve("y", few); }, Copy(few));
     compare(

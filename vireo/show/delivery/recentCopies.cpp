@@ -36,9 +36,24 @@ State& state()
     return *theState;
 }
 
+// Most numbers that have changed have changed all over. A few of them, from the first to the last, tell that at once.
+bool areProbesSame(const NumberArray& copy, const void* source)
+{
+    constexpr std::size_t PROBES = 16;
+    return copy.visit([source](const auto* numbers, std::size_t size) {
+        const auto* const sent = static_cast<decltype(numbers)>(source);
+        for (std::size_t i = 0; i < PROBES; ++i) {
+            const std::size_t probe = (size - 1) * i / (PROBES - 1);
+            if (std::memcmp(numbers + probe, sent + probe, sizeof *numbers) != 0)
+                return false;
+        }
+        return true;
+    });
+}
+
 bool areSame(const NumberArray& copy, const void* source)
 {
-    return copy.visit([source](const auto* numbers, std::size_t size) {
+    return areProbesSame(copy, source) && copy.visit([source](const auto* numbers, std::size_t size) {
         return std::memcmp(numbers, source, size * sizeof *numbers) == 0;
     });
 }
