@@ -33,8 +33,8 @@
 /// `pictures:FOLDER` saves a PNG of every view in that folder when the program ends or calls `show()`, and opens no
 /// window, `fresh` opens the window without what it remembers of earlier ones.
 ///
-/// The child of a fork() shows nothing. It ends with _exit(), or becomes another program: exit() may wait for ever for
-/// a lock that the window's thread held at the fork.
+/// The child of a fork() shows nothing. fork() waits until the window's thread is between two events, so that it holds
+/// no lock that the child's exit() would wait for; but for a quarter of a second at most.
 ///
 /// Nothing here throws. What goes wrong is a line in the log of the window, or, where there is none, on the standard
 /// error stream.

@@ -43,10 +43,6 @@ int main()
 {
     if (!tavo::openWindow())
         return 1;
-    // Qt adds handlers of exit() of its own while it paints for the first time: a child of that moment has to _exit().
-    tavo::plot("p").curve("y", SAMPLES);
-    if (!tavo::savePicture("p", "parent.png"))
-        return 1;
     std::atomic<bool> isOver{false};
     std::thread sender([&isOver] {
         while (!isOver)

@@ -32,6 +32,8 @@ struct State
     std::atomic<bool> hasFailed{false};
     std::atomic<bool> isBlind{false};   // it has no windows that can be seen
     std::atomic<bool> isRunning{false}; // for children of forks, to which the mutex may have come locked
+    std::recursive_timed_mutex working; // held while an event is handled, and while the QApplication is made
+    std::atomic<bool> isInChild{false}; // of a fork, where nobody can release what the parent holds
 };
 
 State& state()
@@ -81,6 +83,7 @@ public:
 
     bool notify(QObject* receiver, QEvent* event) override
     {
+        const std::unique_lock<std::recursive_timed_mutex> lock = working();
         const bool isHandled = QApplication::notify(receiver, event);
         constexpr double GROWTH = 1.02;
         if (++m_NumEvents >= m_Next) {
@@ -91,6 +94,11 @@ public:
     }
 
 private:
+    static std::unique_lock<std::recursive_timed_mutex> working()
+    {
+        return state().isInChild ? std::unique_lock<std::recursive_timed_mutex>() : std::unique_lock(state().working);
+    }
+
     double m_NumEvents = 0;
     double m_Next = 0;
 };
@@ -105,11 +113,13 @@ void serve(const QStringList& displayPlatforms)
     int numArguments = 3;
     theStart->thread = std::this_thread::get_id();
     theStart->programsHandler = qInstallMessageHandler(passOnOtherMessages);
+    std::unique_lock making(state().working);
     Application application(numArguments, arguments);
     qInstallMessageHandler(theStart->programsHandler);
     QApplication::setQuitOnLastWindowClosed(false);
     endProgramInOrder();
     state().isBlind = !hasDisplay();
+    making.unlock();
     theStart->isDone.set_value(true);
     if (FrontDoor::get()) // there is none, to be told to quit, where the program has ended meanwhile
         QApplication::exec();
@@ -148,6 +158,22 @@ bool isHere()
 bool hasFailed()
 {
     return state().hasFailed;
+}
+
+bool holdForFork()
+{
+    constexpr auto LONGEST = 250ms; // a menu may be open, or an event wait for who forks
+    return state().working.try_lock_for(LONGEST);
+}
+
+void releaseAfterFork()
+{
+    state().working.unlock();
+}
+
+void forgetInChild()
+{
+    state().isInChild = true;
 }
 
 void stop()

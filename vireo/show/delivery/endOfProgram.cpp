@@ -50,19 +50,28 @@ void endProgram()
 // end in another thread than the main one, which loads this library.
 [[maybe_unused]] const bool isMainThreadWatched = (callAtEndOfMainThread(endProgram), true);
 
+// Guarded by the inbox.
+bool isWindowThreadHeld = false;
+
 void prepareFork()
 {
+    const bool isHeld = windowThread::holdForFork();
     inbox::lockForFork();
+    isWindowThreadHeld = isHeld;
 }
 
 void afterForkInParent()
 {
+    const bool isHeld = isWindowThreadHeld;
     inbox::unlockAfterFork();
+    if (isHeld)
+        windowThread::releaseAfterFork();
 }
 
 void afterForkInChild()
 {
     inbox::unlockAfterFork();
+    windowThread::forgetInChild();
     switchShowOff();
 }
 
