@@ -3,6 +3,7 @@
 #include <QTemporaryDir>
 #include <atomic>
 #include <chrono>
+#include <future>
 #include <gtest/gtest.h>
 #include <string>
 #include <thread>
@@ -126,6 +127,83 @@ private:
 
     QTemporaryDir m_Folder;
 };
+
+// Counts pictures of plots that are painted.
+class PaintCounter : public QObject
+{
+public:
+    int number = 0;
+
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        number += event->type() == QEvent::Paint && object->inherits("QwtPlotCanvas");
+        return false;
+    }
+};
+
+class ProducersTest : public CallsFromThreadsTest
+{
+protected:
+    ~ProducersTest() override
+    {
+        clear();
+        closeWindow();
+        QCoreApplication::processEvents();
+    }
+
+    static void sendOnce(int i)
+    {
+        const std::vector<double> samples(1000, i);
+        plot("p").curve("y", samples).append("z", i, i).title("t");
+        scene("s").cloud("c", samples.data(), 300).scalar("n", Numbers(samples.data(), 300));
+        image("i", samples, 100, 10);
+        slices("v", samples, {10, 10, 10}, 1);
+        remove("q");
+        plot("q").curve("y", samples);
+        pump();
+        closeWindow();
+    }
+
+private:
+    char m_Name[5] = "test";
+    char* m_Arguments[2] = {m_Name, nullptr};
+    int m_NumArguments = 1;
+    const QApplication m_Application{m_NumArguments, m_Arguments};
+};
+
+TEST_F(ProducersTest, DoNotWaitForTheThreadOfTheWindow)
+{
+    std::future<void> sent = std::async(std::launch::async, [] {
+        for (int i = 0; i < 100; ++i)
+            sendOnce(i);
+    });
+    // Which does nothing meanwhile.
+    const bool haveWaited = sent.wait_for(std::chrono::seconds(60)) != std::future_status::ready;
+    EXPECT_FALSE(haveWaited);
+    while (sent.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
+        QCoreApplication::processEvents();
+}
+
+TEST_F(ProducersTest, AreSeenAtMostOnceInAFrame)
+{
+    using Clock = std::chrono::steady_clock;
+    QApplication::setQuitOnLastWindowClosed(false);
+    PaintCounter paints;
+    qApp->installEventFilter(&paints);
+    std::atomic<bool> isOver{false};
+    std::thread sender([&isOver] {
+        for (int i = 0; !isOver; ++i)
+            plot("p").curve("y", {0, i % 10});
+    });
+    const auto begin = Clock::now();
+    while (Clock::now() - begin < std::chrono::seconds(1))
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    const auto numFrames = (Clock::now() - begin) / std::chrono::milliseconds(16);
+    isOver = true;
+    sender.join();
+    EXPECT_GT(paints.number, 1);
+    EXPECT_LE(paints.number, numFrames + 5) << "some more when the window opens";
+}
 
 TEST_F(CallsFromThreadsTest, WithoutAnApplication)
 {

@@ -122,6 +122,20 @@ TEST_F(WindowMemoryTest, IsInSettingsOfItsOwnByProgram)
     EXPECT_FALSE(dock("b")->isFloating());
 }
 
+TEST_F(WindowMemoryTest, IsOfTheExecutableWhereTheApplicationHasNoName)
+{
+    QCoreApplication::setApplicationName({});
+    m_Other.show();
+    show({"a", "b", "c"});
+    manager()->addDockWidgetTabToArea(dock("a"), dock("b")->dockAreaWidget());
+    settle();
+    startAnew({"c", "b", "a"});
+    EXPECT_EQ(dock("a")->dockAreaWidget(), dock("b")->dockAreaWidget());
+    const QSettings settings(m_Folder.filePath("vireo/vireo-show.ini"), QSettings::IniFormat);
+    const QString executable = QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
+    EXPECT_THAT(settings.childGroups(), testing::ElementsAre(executable));
+}
+
 TEST_F(WindowMemoryTest, KeepsTheTheme)
 {
     m_Other.show();
