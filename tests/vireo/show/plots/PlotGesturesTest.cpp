@@ -8,7 +8,9 @@
 #include <QToolButton>
 #include <QTouchDevice>
 #include <QWheelEvent>
+#include <functional>
 #include <gmock/gmock.h>
+#include <utility>
 
 #include "tests/support/userEvents.h"
 #include "tests/vireo/show/plots/curves.h"
@@ -26,6 +28,11 @@ QWidget* canvasOf(PlotView& view)
         if (widget->inherits("QwtPlotCanvas"))
             return widget;
     return nullptr;
+}
+
+QToolButton* followButtonOf(PlotView& view)
+{
+    return view.findChild<QToolButton*>("follow");
 }
 
 void turnWheel(QWidget* widget, const QPoint& place, int steps, Qt::KeyboardModifiers modifiers = {})
@@ -71,7 +78,7 @@ protected:
     PlotSight::Range y() { return m_View.getSight().range(PlotSight::Y); }
     double xAt(const QPoint& place) { return m_View.pixelMap(PlotSight::X).toValue(place.x()); }
     double yAt(const QPoint& place) { return m_View.pixelMap(PlotSight::Y).toValue(place.y()); }
-    bool isFollowOffered() { return m_View.findChild<QToolButton*>("follow")->isVisibleTo(m_View.parentWidget()); }
+    bool isFollowOffered() { return followButtonOf(m_View)->isVisibleTo(m_View.parentWidget()); }
     QString readout() { return static_cast<PlotReadout*>(m_View.findChild<QWidget*>("readout"))->text(); }
 
     QMenu* menu() { return m_View.findChild<QMenu*>("plotMenu"); }
@@ -355,7 +362,7 @@ TEST_F(PlotGesturesTest, DraggingStopsFollowingAndAButtonLeadsBack)
     append(30, 1);
     EXPECT_EQ(x().to, before.to);
     EXPECT_TRUE(isFollowOffered());
-    tavo::clickMouse(m_View.findChild<QToolButton*>("follow"));
+    tavo::clickMouse(followButtonOf(m_View));
     EXPECT_EQ(x().to, 30);
     EXPECT_FALSE(isFollowOffered());
 }
@@ -456,6 +463,53 @@ TEST_F(PlotGesturesTest, LinkedPlotsShareWhetherXIsLogarithmic)
     EXPECT_TRUE(m_View.isLog(PlotSight::X) && other.isLog(PlotSight::X));
     other.setLog(PlotSight::Y, true);
     EXPECT_FALSE(m_View.isLog(PlotSight::Y)) << "x alone";
+}
+
+TEST_F(PlotGesturesTest, LinkedPlotsStopFollowingAndFollowAgainTogether)
+{
+    PlotView other("other");
+    other.resize(600, 400);
+    other.show();
+    double newest = 20;
+    const auto appendToBoth = [&](double x) {
+        newest = x;
+        PlotUpdate update;
+        update.curve("b").append({x, 1});
+        update.links.emplace_back("test");
+        other.apply(update);
+        append(x, 1);
+    };
+    const auto expectOffered = [&](bool isOffered, const char* gesture) {
+        for (PlotView* view : {&m_View, &other}) {
+            EXPECT_EQ(followButtonOf(*view)->isVisible(), isOffered) << gesture;
+            EXPECT_EQ(view->getSight().range(PlotSight::X).to == newest, !isOffered) << gesture;
+        }
+    };
+    const std::pair<const char*, std::function<void(QWidget*)>> gestures[] = {
+        {"drag",
+            [](QWidget* canvas) {
+                dragMouse(canvas, Qt::LeftButton, {100, 50}, {150, 50});
+            }},
+        {"box",
+            [](QWidget* canvas) {
+                dragMouse(canvas, Qt::RightButton, {100, 50}, {300, 250});
+            }},
+        {"space", [](QWidget* canvas) { clickKey(canvas, Qt::Key_Space); }}};
+    appendToBoth(20);
+    for (const auto& [name, gesture] : gestures)
+        for (PlotView* stopped : {&m_View, &other}) {
+            expectOffered(false, name);
+            gesture(canvasOf(*stopped));
+            appendToBoth(newest + 10);
+            expectOffered(true, name);
+            clickMouse(followButtonOf(stopped == &other ? m_View : other));
+            appendToBoth(newest + 10);
+        }
+    expectOffered(false, "follow");
+    turnWheel(other.axisWidget(PlotSight::Y), {5, 100}, 1);
+    turnWheel(canvasOf(other), {100, 100}, 1, Qt::ControlModifier);
+    appendToBoth(newest + 10);
+    expectOffered(false, "wheel");
 }
 
 TEST_F(PlotGesturesTest, APlotIsLinkedToWhatAPersonHasChosen)
