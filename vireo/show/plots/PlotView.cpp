@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <cmath>
 #include <qwt_plot.h>
-#include <qwt_plot_canvas.h>
 #include <qwt_plot_grid.h>
 #include <qwt_plot_layout.h>
 #include <qwt_plot_renderer.h>
@@ -31,6 +30,7 @@
 #include "vireo/show/plots/AxisNumbers.h"
 #include "vireo/show/plots/CurveLift.h"
 #include "vireo/show/plots/LinesAcross.h"
+#include "vireo/show/plots/PlotCanvas.h"
 #include "vireo/show/plots/PlotCurve.h"
 #include "vireo/show/plots/PlotGestures.h"
 #include "vireo/show/plots/PlotLegend.h"
@@ -157,9 +157,7 @@ QwtScaleEngine* makeLogEngine()
 QwtPlot* makePlot(QWidget* parent)
 {
     auto* plot = new QwtPlot(parent);
-    auto* canvas = new QwtPlotCanvas;
-    canvas->setFrameStyle(QFrame::NoFrame);
-    plot->setCanvas(canvas);
+    plot->setCanvas(new PlotCanvas);
     plot->setAutoReplot(false);
     plot->plotLayout()->setAlignCanvasToScales(true);
     for (const int axis : QWT_AXES) {
