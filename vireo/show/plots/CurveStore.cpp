@@ -17,17 +17,16 @@ void convert(const NumberArray& numbers, std::size_t i, std::size_t count, doubl
 }
 
 // Appends the last `count` of some numbers.
-void addLast(std::deque<double>& all, const NumberArray& numbers, std::size_t count)
+void addLast(NumberQueue& all, const NumberArray& numbers, std::size_t count)
 {
-    numbers.visit(
-        [&](const auto* first, std::size_t size) { all.insert(all.end(), first + (size - count), first + size); });
+    numbers.visit([&](const auto* first, std::size_t size) { all.append(first + (size - count), count); });
 }
 
 // Numbers that are counted from the first that ever was.
 class Counted
 {
 public:
-    Counted(const std::deque<double>& numbers, std::size_t numDropped)
+    Counted(const NumberQueue& numbers, std::size_t numDropped)
         : m_Numbers(numbers)
         , m_NumDropped(numDropped)
     {}
@@ -35,7 +34,7 @@ public:
     double operator[](std::size_t i) const { return m_Numbers[i - m_NumDropped]; }
 
 private:
-    const std::deque<double>& m_Numbers;
+    const NumberQueue& m_Numbers;
     std::size_t m_NumDropped;
 };
 
@@ -147,8 +146,8 @@ double CurveStore::y(std::size_t i) const
 void CurveStore::read(std::size_t i, std::size_t count, double* x, double* y) const
 {
     if (isAppended()) {
-        std::copy_n(m_AppendedX.begin() + static_cast<std::ptrdiff_t>(i), count, x);
-        std::copy_n(m_AppendedY.begin() + static_cast<std::ptrdiff_t>(i), count, y);
+        m_AppendedX.read(i, count, x);
+        m_AppendedY.read(i, count, y);
         return;
     }
     convert(m_Sent.y, i, count, y);
@@ -294,8 +293,8 @@ void CurveStore::dropOldSamples(std::size_t numNew)
         return;
     const std::size_t numOld = m_AppendedX.size() + numNew - m_Kept;
     m_NumInfinite -= numInfiniteOf(m_AppendedY, 0, numOld);
-    m_AppendedX.erase(m_AppendedX.begin(), m_AppendedX.begin() + static_cast<std::ptrdiff_t>(numOld));
-    m_AppendedY.erase(m_AppendedY.begin(), m_AppendedY.begin() + static_cast<std::ptrdiff_t>(numOld));
+    m_AppendedX.drop(numOld);
+    m_AppendedY.drop(numOld);
     m_NumDropped += numOld;
     m_Pyramid.drop(m_NumDropped);
 }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
 #include <limits>
 #include <optional>
 
 #include "vireo/show/plots/Extent.h"
+#include "vireo/show/plots/NumberQueue.h"
 #include "vireo/show/plots/PlotUpdate.h"
 #include "vireo/show/plots/Pyramid.h"
 
@@ -93,8 +93,8 @@ private:
     std::size_t firstPositive() const;
 
     CurveSamples m_Sent;
-    std::deque<double> m_AppendedX;
-    std::deque<double> m_AppendedY;
+    NumberQueue m_AppendedX;
+    NumberQueue m_AppendedY;
     std::size_t m_NumDropped = 0;
     std::size_t m_Kept = CurveUpdate::DEFAULT_KEPT;
     Pyramid m_Pyramid; // of y; counts dropped samples, too
