@@ -16,36 +16,20 @@ namespace {
 
 using Target = tavo::GLRenderTargetFBO;
 
-// The texels that the lighting fetches, and no more made of them than that none can be left out.
-const char* const FETCHES = R"(!!ARBfp1.0
+// Makes no more of the texels that the lighting fetches than that none can be left out.
+std::string programOfFetches()
+{
+    return std::string(R"(!!ARBfp1.0
 PARAM right = { 1.4, 0, 0, 0 };
 PARAM up = { 0, 1.4, 0, 0 };
 PARAM rightUp = { 1, 1, 0, 0 };
 PARAM rightDown = { 1, -1, 0, 0 };
-ATTRIB place = fragment.texcoord[0];
-TEMP colour, here, a, b, c, d, e, f, g, h, ones, others;
-ADD a, place, right;
-SUB b, place, right;
-ADD c, place, up;
-SUB d, place, up;
-ADD e, place, rightUp;
-SUB f, place, rightUp;
-ADD g, place, rightDown;
-SUB h, place, rightDown;
-TEX colour, place, texture[0], RECT;
-TEX here, place, texture[1], RECT;
-TEX ones.x, a, texture[1], RECT;
-TEX ones.y, b, texture[1], RECT;
-TEX ones.z, c, texture[1], RECT;
-TEX ones.w, d, texture[1], RECT;
-TEX others.x, e, texture[1], RECT;
-TEX others.y, f, texture[1], RECT;
-TEX others.z, g, texture[1], RECT;
-TEX others.w, h, texture[1], RECT;
-ADD ones, ones, others;
+)") + tavo::EyeDomeLighting::FETCHES +
+           R"(ADD ones, ones, others;
 DP4 ones.x, ones, here;
 MUL result.color, colour, ones.x;
 END)";
+}
 
 std::unique_ptr<Target> makeTarget(int side)
 {
@@ -140,7 +124,7 @@ public:
         : Pass(side)
         , m_Program(&View::context(), GL_FRAGMENT_PROGRAM_ARB)
     {
-        if (!m_Program.compile(FETCHES))
+        if (!m_Program.compile(programOfFetches()))
             throw tavo::PException(m_Program.getLastError());
     }
 

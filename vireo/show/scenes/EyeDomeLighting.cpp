@@ -3,12 +3,14 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <string>
 #include <utility>
 
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/SavedState.h"
 #include "vireo/offscreen/GLRenderTargetFBO.h"
 #include "vireo/shaders/GLShaderARB.h"
+#include "vireo/show/scenes/drawOverViewport.h"
 #include "vireo/textures/GLTexture.h"
 
 namespace tavo {
@@ -18,38 +20,19 @@ namespace {
 constexpr double STEEPEST = 10;
 constexpr int NUM_NEIGHBOURS = 8;
 
-// In perspective z / z_j - 1 = (1 - n/f) (d - d_j) / (1 - d + d n/f), d being the depth in the buffer, since 1/z is
-// linear in d. So the neighbours need no division of their own. With n/f = 1 the same is the slope of an orthographic
-// view. Differences of depths come first, or they would drown in what large factors leave of rounding.
-const char* const PROGRAM = R"(!!ARBfp1.0
+const char* const BEGINNING = R"(!!ARBfp1.0
 PARAM slope = program.local[0];         # factor of d - d_j, n/f, factor of the sum, steepest / first factor
 PARAM right = program.local[1];         # to the neighbours; the others lie opposite
 PARAM up = program.local[2];
 PARAM rightUp = program.local[3];
 PARAM rightDown = program.local[4];
-ATTRIB place = fragment.texcoord[0];
-TEMP colour, here, a, b, c, d, e, f, g, h, ones, others, divisor, shade;
+TEMP divisor, shade;
+)";
 
-ADD a, place, right;
-SUB b, place, right;
-ADD c, place, up;
-SUB d, place, up;
-ADD e, place, rightUp;
-SUB f, place, rightUp;
-ADD g, place, rightDown;
-SUB h, place, rightDown;
-TEX colour, place, texture[0], RECT;
-TEX here, place, texture[1], RECT;
-TEX ones.x, a, texture[1], RECT;
-TEX ones.y, b, texture[1], RECT;
-TEX ones.z, c, texture[1], RECT;
-TEX ones.w, d, texture[1], RECT;
-TEX others.x, e, texture[1], RECT;
-TEX others.y, f, texture[1], RECT;
-TEX others.z, g, texture[1], RECT;
-TEX others.w, h, texture[1], RECT;
-
-SUB divisor.x, 1, here.x;
+// In perspective z / z_j - 1 = (1 - n/f) (d - d_j) / (1 - d + d n/f), d being the depth in the buffer, since 1/z is
+// linear in d. So the neighbours need no division of their own. With n/f = 1 the same is the slope of an orthographic
+// view. Differences of depths come first, or they would drown in what large factors leave of rounding.
+const char* const SHADE = R"(SUB divisor.x, 1, here.x;
 MAD divisor.x, here.x, slope.y, divisor.x;
 MUL divisor.y, divisor.x, slope.w;
 RCP divisor.z, divisor.x;
@@ -77,24 +60,29 @@ double factorOf(const EyeDomeLighting::View& view, double pixels, double radius)
     return depths * pixels / (view.heightSeen * radius);
 }
 
-void drawOverViewport(const EyeDomeLighting::Size& size)
-{
-    const SavedMatrix modelView(GL_MODELVIEW);
-    glLoadIdentity();
-    const SavedMatrix projection(GL_PROJECTION);
-    glLoadIdentity();
-    const auto corner = [&](int x, int y) {
-        glMultiTexCoord2fARB(GL_TEXTURE0_ARB, static_cast<float>(x * size.width), static_cast<float>(y * size.height));
-        glVertex2i(2 * x - 1, 2 * y - 1);
-    };
-    const Primitive quad(GL_QUADS);
-    corner(0, 0);
-    corner(1, 0);
-    corner(1, 1);
-    corner(0, 1);
-}
-
 } // namespace
+
+const char* const EyeDomeLighting::FETCHES = R"(ATTRIB place = fragment.texcoord[0];
+TEMP colour, here, a, b, c, d, e, f, g, h, ones, others;
+ADD a, place, right;
+SUB b, place, right;
+ADD c, place, up;
+SUB d, place, up;
+ADD e, place, rightUp;
+SUB f, place, rightUp;
+ADD g, place, rightDown;
+SUB h, place, rightDown;
+TEX colour, place, texture[0], RECT;
+TEX here, place, texture[1], RECT;
+TEX ones.x, a, texture[1], RECT;
+TEX ones.y, b, texture[1], RECT;
+TEX ones.z, c, texture[1], RECT;
+TEX ones.w, d, texture[1], RECT;
+TEX others.x, e, texture[1], RECT;
+TEX others.y, f, texture[1], RECT;
+TEX others.z, g, texture[1], RECT;
+TEX others.w, h, texture[1], RECT;
+)";
 
 std::unique_ptr<EyeDomeLighting> EyeDomeLighting::make(GLContext& context)
 {
@@ -102,7 +90,7 @@ std::unique_ptr<EyeDomeLighting> EyeDomeLighting::make(GLContext& context)
         !isExtensionSupported("GL_ARB_fragment_program"))
         return nullptr;
     auto program = std::make_unique<GLShaderARB>(&context, GL_FRAGMENT_PROGRAM_ARB);
-    if (!program->compile(PROGRAM))
+    if (!program->compile(std::string(BEGINNING) + FETCHES + SHADE))
         return nullptr;
     return std::unique_ptr<EyeDomeLighting>(new EyeDomeLighting(std::move(program)));
 }
@@ -128,7 +116,7 @@ void EyeDomeLighting::draw(const GLRenderTargetFBO& picture, const Size& size, c
     picture.getColourTexture()->bind(0);
     m_Program->bind();
     setParameters(size, view, RADIUS * pixelRatio);
-    drawOverViewport(size);
+    drawOverViewport(size.width, size.height);
     m_Program->unbind();
     picture.getDepthTexture()->unbind(1);
     picture.getColourTexture()->unbind(0);

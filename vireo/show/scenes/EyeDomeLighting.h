@@ -41,6 +41,10 @@ public:
     static constexpr double STRENGTH = 0.28;
     static constexpr double RADIUS = 1.4; // in logical pixels
 
+    // What its program fetches, from the places that `right`, `up`, `rightUp` and `rightDown` lead to: the colour and
+    // the depth of a pixel, and the depths of its eight neighbours, in `ones` and `others`.
+    static const char* const FETCHES;
+
     // Null where the driver has no targets of depths or no ARB programs.
     // Needs the context to be current, here and below.
     static std::unique_ptr<EyeDomeLighting> make(GLContext& context);

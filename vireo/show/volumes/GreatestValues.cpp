@@ -3,6 +3,7 @@
 #include "tavo/platform/wgl.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/SavedState.h"
+#include "vireo/show/scenes/drawOverViewport.h"
 #include "vireo/textures/GLTextureRect.h"
 
 namespace tavo {
@@ -22,23 +23,6 @@ void clearOpacity(float opacity)
     glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_TRUE);
     glClearColor(0, 0, 0, opacity);
     glClear(GL_COLOR_BUFFER_BIT);
-}
-
-void drawOverViewport(int width, int height)
-{
-    const SavedMatrix modelView(GL_MODELVIEW);
-    glLoadIdentity();
-    const SavedMatrix projection(GL_PROJECTION);
-    glLoadIdentity();
-    const auto corner = [&](int x, int y) {
-        glTexCoord2i(x * width, y * height);
-        glVertex2i(2 * x - 1, 2 * y - 1);
-    };
-    const Primitive quad(GL_QUADS);
-    corner(0, 0);
-    corner(1, 0);
-    corner(1, 1);
-    corner(0, 1);
 }
 
 } // namespace
