@@ -14,6 +14,7 @@
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/pointSetItem.h"
+#include "vireo/show/volumes/TransferFunction.h"
 #include "vireo/show/volumes/VolumePreset.h"
 #include "vireo/show/volumes/volumeItem.h"
 #include "vireo/show/volumes/whyNoVolume.h"
@@ -599,6 +600,25 @@ Item Item::preset(std::string_view name, const Statement&) const
         });
     else
         Call{m_Slot, "preset", m_Path}.refuse("there is no preset \"" + printable(name, 80) + "\"");
+    return *this;
+}
+
+Item Item::loadTransferFunction(const std::string& file, const Statement&) const
+{
+    if (!isSent(m_Slot))
+        return *this;
+    runGuarded([&] {
+        TransferFunction function;
+        const std::string why = tavo::loadTransferFunction(QString::fromLocal8Bit(file.c_str()), function);
+        if (!why.empty())
+            Call{m_Slot, "loadTransferFunction", m_Path}.refuse(printable(file, 200) + ": " + why);
+        else
+            changeItem(m_Slot, m_Path, [&](ItemUpdate& item) {
+                item.colourMap = function.colourMap;
+                item.range = function.range;
+                item.opacities = function.opacities;
+            });
+    });
     return *this;
 }
 

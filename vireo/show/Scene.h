@@ -115,6 +115,10 @@ public:
     /// Hounsfield's units: "grey", "hot", "bone", "viridis", "CT bone", "CT soft tissue", "CT lung" or "MRI".
     Item preset(std::string_view name, const Statement& statement = Statement()) const;
 
+    /// Shows a volume as a file says that the panel, or saveData(), saved: its colours, its range and its opacity. A
+    /// file that cannot be read, or is damaged, is a line in the log.
+    Item loadTransferFunction(const std::string& file, const Statement& statement = Statement()) const;
+
     /// Whether of a volume only the greatest value along each line of sight is seen, instead of all of them behind each
     /// other.
     Item maximumIntensity(bool isMaximum = true, const Statement& statement = Statement()) const;

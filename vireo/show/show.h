@@ -81,7 +81,8 @@ VIREO_SHOW_EXPORT bool savePictures(const std::string& folder);
 /// Saves the data of a view as comma-separated values in a ".csv" file: of a plot its samples, of a scene the points
 /// and faces of its items with all their numbers, in the coordinates that were sent, of slices the samples and where
 /// they are, of an image its pixels. An image of bytes is also saved as they are in a ".png" file, and the volume of a
-/// scene, or of slices, in a ".nii" file (NIfTI-1). As savePicture(), but it needs no QApplication: where none shows
+/// scene, or of slices, in a ".nii" file (NIfTI-1); how the volume of a scene is shown in a ".json" file, which
+/// Item::loadTransferFunction() reads. As savePicture(), but it needs no QApplication: where none shows
 /// the view, what was sent to it is saved.
 VIREO_SHOW_EXPORT bool saveData(const std::string& name, const std::string& file);
 

@@ -24,6 +24,7 @@
 #include "vireo/show/scenes/panelWidgets.h"
 #include "vireo/show/scenes/valueCounts.h"
 #include "vireo/show/volumes/OpacityEditor.h"
+#include "vireo/show/volumes/TransferFunctionFiles.h"
 #include "vireo/show/volumes/VolumePreset.h"
 #include "vireo/show/window/shownText.h"
 
@@ -98,6 +99,7 @@ void ItemProperties::makeRows()
     addRow(m_Range);
     addRow(m_Preset, tr("Preset"));
     addRow(m_Opacities);
+    addRow(m_FunctionFiles);
     addRow(m_Maximum);
     addRow(m_Light);
     addRow(m_Size, tr("Point size"));
@@ -196,6 +198,7 @@ void ItemProperties::makeVolume()
         m_Preset->addItem(QString::fromUtf8(preset.name.data(), int(preset.name.size())));
     m_Opacities = new OpacityEditor;
     m_Opacities->setObjectName("opacities");
+    m_FunctionFiles = new TransferFunctionFiles;
     m_Maximum = made(new QCheckBox(tr("Greatest values only")), "maximum", tr("Greatest values only"),
         tr("Whether only the greatest value along each line of sight is seen"));
     m_Light = made(new QCheckBox(tr("Light")), "light", tr("Light"),
@@ -217,6 +220,14 @@ void ItemProperties::connectVolume()
     });
     connect(m_Opacities, &OpacityEditor::curveChosen, this, [this](const OpacityCurve& curve) {
         emit choiceMade([curve](auto& choice, const auto& state) { choice.fields[state.shown].opacities = curve; });
+    });
+    connect(m_FunctionFiles, &TransferFunctionFiles::functionLoaded, this, [this](const TransferFunction& function) {
+        emit choiceMade([function](auto& choice, const auto& state) {
+            ItemChoice::OfField& ofField = choice.fields[state.shown];
+            ofField.colourMap = function.colourMap;
+            ofField.range = function.range;
+            ofField.opacities = function.opacities;
+        });
     });
     connect(m_Maximum, &QCheckBox::toggled, this,
         [this](bool isOn) { emit choiceMade([isOn](auto& choice, const auto&) { choice.isMaximum = isOn; }); });
@@ -297,7 +308,7 @@ void ItemProperties::showNothing()
     m_Name->setEnabled(false);
     m_Name->setToolTip({});
     for (QWidget* row : std::initializer_list<QWidget*>{m_Field, m_Scale, m_Colour, m_ColourMap, m_Range, m_Preset,
-             m_Opacities, m_Maximum, m_Light, m_Size, m_OpacityRow, m_Shading, m_Faces, m_Reset})
+             m_Opacities, m_FunctionFiles, m_Maximum, m_Light, m_Size, m_OpacityRow, m_Shading, m_Faces, m_Reset})
         setRowVisible(row, false);
 }
 
@@ -343,7 +354,7 @@ void ItemProperties::showItem(const SceneItem& item)
 void ItemProperties::showVolume(const ItemState& state)
 {
     const bool isVolume = state.kind == ItemKind::Volume;
-    for (QWidget* row : std::initializer_list<QWidget*>{m_Preset, m_Opacities, m_Maximum, m_Light})
+    for (QWidget* row : std::initializer_list<QWidget*>{m_Preset, m_Opacities, m_FunctionFiles, m_Maximum, m_Light})
         setRowVisible(row, isVolume);
     if (!isVolume)
         return;
@@ -353,6 +364,7 @@ void ItemProperties::showVolume(const ItemState& state)
                preset.range.value_or(state.range) == state.range;
     });
     chooseQuietly(m_Preset, preset != presets.end() ? static_cast<int>(preset - presets.begin()) + 1 : 0);
+    m_FunctionFiles->setFunction({state.colourMap, state.range, state.opacities});
     checkQuietly(m_Maximum, state.isMaximum);
     checkQuietly(m_Light, state.isLit);
     m_Light->setEnabled(!state.isMaximum);

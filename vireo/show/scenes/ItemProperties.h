@@ -23,6 +23,7 @@ namespace tavo {
 
 class NumberBox;
 class OpacityEditor;
+class TransferFunctionFiles;
 
 // How the selected item of a scene is shown, for a person to choose: what is coloured by, the colour map and its range,
 // sizes, opacity. Only what the item can have is there.
@@ -91,6 +92,7 @@ private:
     QPushButton* m_Middle;
     QComboBox* m_Preset;
     OpacityEditor* m_Opacities;
+    TransferFunctionFiles* m_FunctionFiles;
     QCheckBox* m_Maximum;
     QCheckBox* m_Light;
     QDoubleSpinBox* m_Size;

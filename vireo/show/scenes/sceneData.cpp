@@ -7,6 +7,7 @@
 
 #include "vireo/show/delivery/csvFile.h"
 #include "vireo/show/scenes/SceneItem.h"
+#include "vireo/show/volumes/TransferFunction.h"
 #include "vireo/show/volumes/niftiFile.h"
 
 namespace tavo {
@@ -204,8 +205,10 @@ std::function<QByteArray()> sceneAsText(const std::map<std::string, ItemData>& i
 
 namespace {
 
+// Whichever of a volume the file has.
 std::string saveVolume(const QString& file, const std::map<std::string, SceneItem>& items)
 {
+    const bool isFunction = isTransferFunctionFile(file);
     const SceneItem* volume = nullptr;
     std::size_t numVolumes = 0;
     for (const auto& [path, item] : items)
@@ -214,15 +217,22 @@ std::string saveVolume(const QString& file, const std::map<std::string, SceneIte
             ++numVolumes;
         }
     if (numVolumes != 1)
-        return "a .nii file has one volume, and the scene " + std::to_string(numVolumes);
-    return saveNifti(file, *volume);
+        return (isFunction ? "a .json file has the transfer function of one volume, and the scene has "
+                           : "a .nii file has one volume, and the scene ") +
+               std::to_string(numVolumes);
+    if (!isFunction)
+        return saveNifti(file, *volume);
+    const ItemState state = volume->state();
+    if (state.numbers.isEmpty())
+        return "no numbers of the volume have a transfer function";
+    return saveTransferFunction(file, {state.colourMap, state.range, state.opacities});
 }
 
 } // namespace
 
 std::string saveScene(const QString& file, const std::map<std::string, SceneItem>& items)
 {
-    if (isNiftiFile(file))
+    if (isNiftiFile(file) || isTransferFunctionFile(file))
         return saveVolume(file, items);
     std::map<std::string, ItemData> saved;
     for (const auto& [path, item] : items)

@@ -1,7 +1,13 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMouseEvent>
+#include <QPushButton>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <gmock/gmock.h>
 
@@ -47,6 +53,17 @@ protected:
     ItemState state() const { return m_View.getModel().items().at("volume").state(); }
 
     QPoint pixelOf(double place, double opacity) { return editor()->pixelOf({place, opacity}).toPoint(); }
+
+    // By the keyboard.
+    void choosePreset(const char* name)
+    {
+        auto* const preset = find<QComboBox>("preset");
+        const int wanted = preset->findText(name);
+        ASSERT_GT(wanted, 0);
+        clickKey(preset, Qt::Key_Home);
+        for (int i = 0; i < wanted; ++i)
+            clickKey(preset, Qt::Key_Down);
+    }
 
     static void sendMouse(QWidget* widget, QEvent::Type type, Qt::MouseButton button, const QPoint& at,
         Qt::KeyboardModifiers modifiers = {})
@@ -100,14 +117,11 @@ TEST_F(VolumePanelTest, PointsAreAddedAndTakenAway)
 
 TEST_F(VolumePanelTest, PresetsHaveColoursOpacitiesAndRanges)
 {
-    auto* const preset = find<QComboBox>("preset");
-    const int lung = preset->findText("CT lung");
-    ASSERT_GT(lung, 0);
-    emit preset->activated(lung);
+    choosePreset("CT lung");
     EXPECT_EQ(state().colourMap, "bone");
     EXPECT_EQ(state().range, std::pair(-1000.0, -300.0));
     EXPECT_EQ(state().opacities.size(), 5U);
-    emit preset->activated(preset->findText("hot"));
+    choosePreset("hot");
     EXPECT_EQ(state().colourMap, "heat");
     EXPECT_EQ(state().range, std::pair(-1000.0, -300.0)) << "it has none of its own";
 }
@@ -120,11 +134,46 @@ TEST_F(VolumePanelTest, ThePresetThatIsDrawnIsShown)
         choice.fields[state.shown].opacities = usualOpacities();
     });
     EXPECT_TRUE(QTest::qWaitFor([preset] { return preset->currentText() == "grey"; })) << "whoever chose it";
-    emit preset->activated(preset->findText("CT bone"));
+    choosePreset("CT bone");
     EXPECT_EQ(preset->currentText(), "CT bone");
     m_View.chooseOf("volume",
         [](ItemChoice& choice, const ItemState& state) { choice.fields[state.shown].range = std::pair(0.0, 1.0); });
     EXPECT_TRUE(QTest::qWaitFor([preset] { return preset->currentIndex() == 0; })) << "in another range it is no more";
+}
+
+TEST_F(VolumePanelTest, ALookIsSavedAndLoaded)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("look.json");
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); // nobody can answer the system's own
+    const auto answer = [this](const char* button, const QString& path) {
+        clickMouse(find<QPushButton>(button));
+        auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        dialog->findChild<QLineEdit*>()->setText(path);
+        clickKey(dialog->findChild<QLineEdit*>(), Qt::Key_Return);
+        EXPECT_TRUE(QTest::qWaitFor([] { return !QApplication::activeModalWidget(); }));
+    };
+    choosePreset("CT bone");
+    const ItemState before = state();
+    answer("saveFunction", file);
+    choosePreset("hot");
+    ASSERT_NE(state().colourMap, before.colourMap);
+    answer("loadFunction", file);
+    EXPECT_EQ(state().colourMap, before.colourMap);
+    EXPECT_EQ(state().range, before.range);
+    EXPECT_EQ(state().opacities, before.opacities);
+    EXPECT_FALSE(find<QLabel>("functionError")->isVisible());
+
+    QFile damaged(folder.filePath("damaged.json"));
+    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+    damaged.write("{\"transferFunction\": 1}");
+    damaged.close();
+    testing::internal::CaptureStderr();
+    answer("loadFunction", damaged.fileName());
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("it has no \"colourMap\""));
+    EXPECT_EQ(find<QLabel>("functionError")->text(), "damaged.json: it has no \"colourMap\"");
+    EXPECT_EQ(state().colourMap, before.colourMap) << "what was shown stays";
 }
 
 TEST_F(VolumePanelTest, GreatestValuesAreChosen)
