@@ -1,9 +1,11 @@
 #include "python/NumberArgument.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -90,6 +92,27 @@ py::array seconds(const py::array& moments)
     return py::array::ensure(since.attr("__truediv__")(numpy("timedelta64")(1, "s")));
 }
 
+// The same of dates and times of Python's, which are local where they name no time zone; none if anything else is among
+// them.
+std::optional<py::array> secondsOfPythonsMoments(const py::array& objects)
+{
+    const py::module_ datetime = py::module_::import("datetime");
+    const py::object date = datetime.attr("date");
+    const py::object dateAndTime = datetime.attr("datetime"); // which is a date, too
+    const py::object midnight = datetime.attr("time")();
+    py::array_t<double> seconds(std::vector<py::ssize_t>(objects.shape(), objects.shape() + objects.ndim()));
+    double* next = seconds.mutable_data();
+    for (const py::handle object : objects.attr("flat")) {
+        auto moment = py::reinterpret_borrow<py::object>(object);
+        if (!py::isinstance(moment, date))
+            return {};
+        if (!py::isinstance(moment, dateAndTime))
+            moment = dateAndTime.attr("combine")(moment, midnight);
+        *next++ = py::cast<double>(moment.attr("timestamp")());
+    }
+    return seconds;
+}
+
 } // namespace
 
 NumberArgument::NumberArgument(const py::handle& argument, const char* what)
@@ -116,6 +139,8 @@ void NumberArgument::takeNumbers(const py::handle& argument)
     m_Array = py::array::ensure(argument);
     if (!m_Array)
         refuse("is a " + textOf(py::type::handle_of(argument).attr("__name__")) + ", of which numpy makes no array");
+    if (m_Array.dtype().kind() == 'O' && m_Array.size() > 0)
+        takePythonsMoments();
     switch (m_Array.dtype().kind()) {
     case 'i':
     case 'u':
@@ -130,11 +155,19 @@ void NumberArgument::takeNumbers(const py::handle& argument)
         m_Array = withoutMask(argument);
 }
 
+void NumberArgument::takePythonsMoments()
+{
+    if (const std::optional<py::array> seconds = secondsOfPythonsMoments(m_Array)) {
+        m_Array = *seconds;
+        m_AreMoments = true;
+    }
+}
+
 // Of the types that C++ has: half a float and more than a double are others, and so is another order of bytes.
 void NumberArgument::convertToPlainNumbers()
 {
     const char kind = m_Array.dtype().kind();
-    m_AreMoments = kind == 'M';
+    m_AreMoments |= kind == 'M';
     if (kind == 'M')
         m_Array = seconds(m_Array);
     else if (kind == 'm')
@@ -165,6 +198,22 @@ void NumberArgument::requireTuples(std::initializer_list<std::size_t> widths) co
     refuseShape(wanted);
 }
 
+void NumberArgument::requireOne() const
+{
+    if (m_IsLookedAt && !m_Shape.empty())
+        refuseShape("(): send one number");
+}
+
+void NumberArgument::requireWholeNumbers() const
+{
+    if (m_Type != NumberType::Float32 && m_Type != NumberType::Float64)
+        return;
+    const Numbers numbers = copy();
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        if (!isWhole(numbers[i]))
+            refuse("has " + textOf(py::float_(numbers[i])) + ", which is no whole number");
+}
+
 void NumberArgument::refuseShape(const std::string& wanted) const
 {
     refuse("has the shape " + textOf(m_Array.attr("shape")) + ", where it takes " + wanted);
@@ -173,6 +222,18 @@ void NumberArgument::refuseShape(const std::string& wanted) const
 void NumberArgument::refuse(const std::string& why) const
 {
     throw py::type_error(m_What + " " + why);
+}
+
+bool isWhole(double number)
+{
+    constexpr double LARGEST = 9007199254740992.0; // beyond which not every whole number is a double
+    return std::abs(number) <= LARGEST && number == std::floor(number);
+}
+
+double NumberArgument::number() const
+{
+    const Numbers numbers = copy();
+    return numbers.isEmpty() ? 0.0 : numbers[0];
 }
 
 Numbers NumberArgument::copy() const

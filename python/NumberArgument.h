@@ -27,9 +27,14 @@ public:
     // `what` is the name of the argument, for errors. Throws a TypeError if it is not made of numbers.
     NumberArgument(const py::handle& argument, const char* what);
 
-    // Throw a TypeError if it has another shape: (n); (n, width) for one of the widths, or numbers one after the other.
+    // Throw a TypeError if it has another shape: (); (n); (n, width) for one of the widths, or numbers one after the
+    // other.
+    void requireOne() const;
     void requireSeries() const;
     void requireTuples(std::initializer_list<std::size_t> widths) const;
+
+    // Throws a TypeError if anything is behind a decimal point.
+    void requireWholeNumbers() const;
 
     // Throws a TypeError that says which shape is wanted.
     [[noreturn]] void refuseShape(const std::string& wanted) const;
@@ -41,11 +46,15 @@ public:
     // Whether they were moments, which are seconds since 1970 now.
     bool areMoments() const { return m_AreMoments; }
 
+    // The only one, or the first; 0 where there is none.
+    double number() const;
+
     // All of them, the last index fastest. One copy; to be called without the interpreter's lock.
     Numbers copy() const;
 
 private:
     void takeNumbers(const py::handle& argument);
+    void takePythonsMoments();
     void convertToPlainNumbers();
     [[noreturn]] void refuse(const std::string& why) const;
 
@@ -60,6 +69,9 @@ private:
     bool m_AreMoments = false;
     bool m_IsLookedAt = false;
 };
+
+// Whether it is a whole number, and as precise as one.
+bool isWhole(double number);
 
 // Numbers that were copied before, as the tuples that the front door takes, which they become without another copy.
 template <typename Tuples>

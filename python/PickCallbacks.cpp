@@ -168,7 +168,8 @@ void setPickCallback(const Scene& scene, const py::object& callback)
 
 void addPicked(py::module_& module)
 {
-    py::class_<Picked>(module, "Picked", "What a person clicked in a scene, in the terms in which it was sent.")
+    py::class_<Picked>(
+        module, "Picked", madeByCalls(), "What a person clicked in a scene, in the terms in which it was sent.")
         .def_readonly("path", &Picked::path, "The item's.")
         .def_readonly("index", &Picked::index,
             "The point, vertex, arrow or box, counted from 0 as it was sent; of a surface or a line the nearest one.")

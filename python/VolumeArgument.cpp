@@ -23,7 +23,7 @@ Spacing spacingOf(const py::handle& argument)
 {
     const NumberArgument spacing(argument, "spacing");
     if (spacing.isLookedAt() && spacing.getNumDimensions() == 0)
-        return spacing.copy()[0];
+        return spacing.number();
     return vectorOf(argument, "spacing");
 }
 
@@ -35,9 +35,11 @@ std::optional<Orientation> orientationOf(const py::object& argument)
     if (numbers.isLookedAt() &&
         !(numbers.getNumDimensions() == 2 && numbers.getExtent(0) == 3 && numbers.getExtent(1) == 3))
         numbers.refuseShape("(3, 3)");
-    const auto axes = py::cast<std::array<py::object, 3>>(argument);
-    return Orientation{vectorOf(axes[0], "x of orientation"), vectorOf(axes[1], "y of orientation"),
-        vectorOf(axes[2], "z of orientation")};
+    const Numbers rows = numbers.copy();
+    if (rows.isEmpty())
+        return Orientation();
+    const auto axis = [&rows](std::size_t first) { return Vector3d(rows[first], rows[first + 1], rows[first + 2]); };
+    return Orientation{axis(0), axis(3), axis(6)};
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "python/whole.h"
 #include "vireo/show/show.h"
 
 namespace tavo::python {
@@ -79,7 +80,10 @@ auto withoutGil(Work&& work)
 
 inline std::string quoted(const std::string& text)
 {
-    return py::cast<std::string>(py::repr(py::str(text)));
+    // Names need not be UTF-8.
+    const auto decoded = py::reinterpret_steal<py::object>(
+        PyUnicode_DecodeUTF8(text.data(), static_cast<py::ssize_t>(text.size()), "replace"));
+    return py::cast<std::string>(py::repr(decoded));
 }
 
 // What each source of this folder adds to the module.

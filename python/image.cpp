@@ -130,7 +130,7 @@ void addLooks(ImageClass& image)
 
 void addImage(py::module_& module)
 {
-    ImageClass image(module, "Image",
+    ImageClass image(module, "Image", madeByCalls(),
         "An image: pixels in a view of the window, as they are. image(name, pixels) makes it.\n\n"
         "Every operation returns the image, so that calls can be chained, and may be called by any thread.");
     addLooks(image);

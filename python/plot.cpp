@@ -10,8 +10,8 @@ using PlotClass = py::class_<PlotHandle>;
 using SendY = Plot (Plot::*)(std::string_view, const Numbers&, const Statement&) const;
 using SendXY = Plot (Plot::*)(std::string_view, const Numbers&, const Numbers&, const Statement&) const;
 
-constexpr const char* X_SHAPE = "\n\nx and y are series of shape (n,), of any type of numbers; NaN is a gap. A "
-                                "datetime64 x is shown as dates and times.";
+constexpr const char* X_SHAPE = "\n\nx and y are series of shape (n,), of any type of numbers; NaN is a gap. An "
+                                "x of datetime64 or datetime is shown as dates and times.";
 
 PlotHandle& sendY(PlotHandle& handle, SendY send, const std::string& name, const py::object& numbers, const char* what)
 {
@@ -27,6 +27,13 @@ Numbers sendX(const PlotHandle& handle, const NumberArgument& x)
     if (x.areMoments())
         handle.plot.timeX();
     return x.copy();
+}
+
+double numberAlongX(const PlotHandle& handle, const NumberArgument& x)
+{
+    if (x.areMoments())
+        handle.plot.timeX();
+    return x.number();
 }
 
 PlotHandle& sendXY(PlotHandle& handle, SendXY send, const std::string& name, const py::object& xs, const py::object& ys)
@@ -155,8 +162,12 @@ void addLooks(PlotClass& plot)
 
 using SetAxis = Plot (Plot::*)(std::string_view, std::string_view, const Statement&) const;
 using SetSwitch = Plot (Plot::*)(bool, const Statement&) const;
-using SetRange = Plot (Plot::*)(double, double, const Statement&) const;
-using AddLine = Plot (Plot::*)(double, std::string_view, const Statement&) const;
+
+constexpr const char* RANGE_DOC =
+    "The part of an axis that is seen, until the user chooses another. Without it all samples are seen. Along x it may "
+    "be a time, of datetime64 or datetime.";
+constexpr const char* LINE_DOC = "A line across the plot. Another one with the same label takes its place. x may be a "
+                                 "time, of datetime64 or datetime.";
 
 void addAxis(PlotClass& plot, const char* operation, SetAxis set)
 {
@@ -181,28 +192,54 @@ void addSwitch(PlotClass& plot, const char* operation, const char* argument, Set
         py::arg(argument) = true, SAME_HANDLE, WithoutGil(), doc);
 }
 
-void addRange(PlotClass& plot, const char* operation, SetRange set)
+// Numbers or moments along x.
+void addPlacesAlongX(PlotClass& plot)
 {
     plot.def(
-        operation,
-        [set](PlotHandle& handle, double low, double high) -> PlotHandle& {
-            (handle.plot.*set)(low, high, Statement());
+        "x_range",
+        [](PlotHandle& handle, const py::object& from, const py::object& to) -> PlotHandle& {
+            const NumberArgument low(from, "low");
+            const NumberArgument high(to, "high");
+            low.requireOne();
+            high.requireOne();
+            withoutGil([&] {
+                const Statement together;
+                handle.plot.xRange(numberAlongX(handle, low), numberAlongX(handle, high));
+            });
             return handle;
         },
-        py::arg("low"), py::arg("high"), SAME_HANDLE, WithoutGil(),
-        "The part of an axis that is seen, until the user chooses another. Without it all samples are seen.");
+        py::arg("low"), py::arg("high"), SAME_HANDLE, RANGE_DOC);
+    plot.def(
+        "vertical",
+        [](PlotHandle& handle, const py::object& at, const std::string& label) -> PlotHandle& {
+            const NumberArgument x(at, "x");
+            x.requireOne();
+            withoutGil([&] {
+                const Statement together;
+                handle.plot.vertical(numberAlongX(handle, x), label);
+            });
+            return handle;
+        },
+        py::arg("x"), py::arg("label") = "", SAME_HANDLE, LINE_DOC);
 }
 
-void addLine(PlotClass& plot, const char* operation, const char* argument, AddLine add)
+// The same along y, where there are only numbers.
+void addPlacesAlongY(PlotClass& plot)
 {
     plot.def(
-        operation,
-        [add](PlotHandle& handle, double at, const std::string& label) -> PlotHandle& {
-            (handle.plot.*add)(at, label, Statement());
+        "y_range",
+        [](PlotHandle& handle, double low, double high) -> PlotHandle& {
+            handle.plot.yRange(low, high);
             return handle;
         },
-        py::arg(argument), py::arg("label") = "", SAME_HANDLE, WithoutGil(),
-        "A line across the plot. Another one with the same label takes its place.");
+        py::arg("low"), py::arg("high"), SAME_HANDLE, WithoutGil(), RANGE_DOC);
+    plot.def(
+        "horizontal",
+        [](PlotHandle& handle, double y, const std::string& label) -> PlotHandle& {
+            handle.plot.horizontal(y, label);
+            return handle;
+        },
+        py::arg("y"), py::arg("label") = "", SAME_HANDLE, WithoutGil(), LINE_DOC);
 }
 
 void addAxes(PlotClass& plot)
@@ -216,10 +253,8 @@ void addAxes(PlotClass& plot)
         plot, "log_y", "is_log", &Plot::logY, "Makes the y axis logarithmic. Values of zero or less are not drawn.");
     addSwitch(plot, "time_x", "is_time", &Plot::timeX,
         "Takes x for seconds since 1970 and shows dates and times of the local time zone.");
-    addRange(plot, "x_range", &Plot::xRange);
-    addRange(plot, "y_range", &Plot::yRange);
-    addLine(plot, "vertical", "x", &Plot::vertical);
-    addLine(plot, "horizontal", "y", &Plot::horizontal);
+    addPlacesAlongX(plot);
+    addPlacesAlongY(plot);
     plot.def(
         "window",
         [](PlotHandle& handle, double seconds) -> PlotHandle& {
@@ -240,7 +275,7 @@ void addAxes(PlotClass& plot)
 
 void addPlot(py::module_& module)
 {
-    PlotClass plot(module, "Plot",
+    PlotClass plot(module, "Plot", madeByCalls(),
         "A plot: curves over two axes with numbers, in a view of the window. plot(name) makes it.\n\n"
         "Every operation returns the plot, so that calls can be chained, and may be called by any thread.");
     addSamples(plot);

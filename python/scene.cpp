@@ -81,13 +81,27 @@ void addPairItem(SceneClass& scene, const char* operation, const char* first, co
         py::arg("path"), py::arg(first), py::arg(second), doc);
 }
 
+using Polygons = std::vector<std::vector<std::int64_t>>;
+
+std::vector<std::int64_t> polygonOf(const std::vector<double>& corners)
+{
+    for (const double corner : corners)
+        if (!isWhole(corner))
+            throw py::type_error(
+                "faces has " + py::cast<std::string>(py::str(py::float_(corner))) + ", which is no whole number");
+    return {corners.begin(), corners.end()};
+}
+
 // Faces of different numbers of corners: a list of lists.
 std::optional<Faces> polygonsOf(const py::handle& argument)
 {
     if (!py::isinstance<py::list>(argument) && !py::isinstance<py::tuple>(argument))
         return {};
     try {
-        return Faces(py::cast<std::vector<std::vector<std::int64_t>>>(argument));
+        Polygons polygons;
+        for (const std::vector<double>& corners : py::cast<std::vector<std::vector<double>>>(argument))
+            polygons.push_back(polygonOf(corners));
+        return Faces(polygons);
     } catch (const py::cast_error&) {
         return {}; // they are one after the other, or something else
     }
@@ -110,6 +124,7 @@ ItemHandle sendMesh(
     const NumberArgument faces(triangles, "faces");
     if (faces.getNumDimensions() != 1 && faces.getNumDimensions() != 2 && faces.isLookedAt())
         faces.refuseShape("(n, corners) or (3 n)");
+    faces.requireWholeNumbers();
     return send(handle, path, [&] { return handle.scene.mesh(path, CopiedPoints(vertices.copy()), facesOf(faces)); });
 }
 
@@ -251,10 +266,10 @@ void addChanges(SceneClass& scene)
 void addScene(py::module_& module)
 {
     addPicked(module);
-    SceneClass scene(module, "Scene",
+    SceneClass scene(module, "Scene", madeByCalls(),
         "A scene: clouds of points, surfaces, lines and more in one view in space. scene(name) makes it.\n\n"
         "What sends something returns its Item, everything else the scene; calls may come from any thread.");
-    py::class_<ItemHandle> item(module, "Item",
+    py::class_<ItemHandle> item(module, "Item", madeByCalls(),
         "An item of a scene. Every operation returns it, so that calls can be chained. Colours and numbers belong to "
         "points if they are as many as the points, and to the faces of a mesh, the segments or the stretches of a line "
         "if they are as many as those.");

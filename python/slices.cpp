@@ -70,7 +70,7 @@ void addLooks(py::class_<Handle>& shown, Shown Handle::*member)
 
 void addOverlay(py::module_& module)
 {
-    OverlayClass overlay(module, "SliceOverlay",
+    OverlayClass overlay(module, "SliceOverlay", madeByCalls(),
         "What lies on the volume of slices: their overlay, or their labels. Every operation returns it.");
     addLooks(overlay, &SliceOverlayHandle::overlay);
     overlay.def(
@@ -98,7 +98,7 @@ void addWhatLiesOnThem(SlicesClass& shown)
 
 void addSlices(py::module_& module)
 {
-    SlicesClass shown(module, "Slices",
+    SlicesClass shown(module, "Slices", madeByCalls(),
         "A volume in three planes through a crosshair, in a view of the window. slices(name, samples) makes it.\n\n"
         "Every operation may be called by any thread, and returns the slices or what was sent.");
     addOverlay(module);

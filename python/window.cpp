@@ -88,7 +88,7 @@ void addSaving(py::module_& module)
 
 void addTogether(py::module_& module)
 {
-    py::class_<Together>(module, "Together",
+    py::class_<Together>(module, "Together", madeWhole<Together>(),
         "What is sent in its block is shown at once, whatever views it is for:\n\n"
         "    with vireo.Together():\n"
         "        vireo.plot(\"speed\").curve(\"left\", speed)\n"

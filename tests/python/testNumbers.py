@@ -1,6 +1,7 @@
 """Numbers of any type and layout come through as they are."""
 
 import array
+import datetime
 import sys
 import threading
 import unittest
@@ -68,6 +69,22 @@ class NumbersTest(DataTest):
         self.assertEqual(self.column("moments", "y x"), [86400, 172800])
         vireo.plot("durations").curve("y", numpy.array([1500], "m8[ms]"), [1])
         self.assertEqual(self.column("durations", "y x"), [1.5])
+
+    def test_moments_of_pythons_are_seconds(self):
+        local = datetime.datetime(2024, 5, 17, 12, 30)
+        aware = datetime.datetime(1970, 1, 1, 2, tzinfo=datetime.timezone(datetime.timedelta(hours=1)))
+        day = datetime.date(2024, 5, 17)
+        for moments, expected in (
+            ([local, local + datetime.timedelta(seconds=1)], [local.timestamp(), local.timestamp() + 1]),
+            (numpy.array([aware], object), [3600]),
+            ([day], [datetime.datetime(2024, 5, 17).timestamp()]),
+        ):
+            vireo.plot("moments of Python's").curve("y", moments, expected)
+            self.assertEqual(self.column("moments of Python's", "y x"), expected)
+        vireo.plot("appended moments").append("y", aware, 1)
+        self.assertEqual(self.column("appended moments", "y x"), [3600])
+        with self.assertRaisesRegex(TypeError, "^x is made of object"):
+            vireo.plot("moments of Python's").curve("y", [local, None], [1, 2])
 
     def test_what_is_no_number_is_refused(self):
         plot = vireo.plot("refused")

@@ -1,5 +1,6 @@
 """Plots by Python: what is sent, chained, saved and refused."""
 
+import datetime
 import os
 import pathlib
 import struct
@@ -67,6 +68,20 @@ class PlotTest(DataTest):
         with self.assertRaisesRegex(TypeError, "^y is made of bool"):
             plot.append("y", 1, True)
 
+    def test_places_along_x_may_be_moments(self):
+        plot = vireo.plot("moments").curve("y", [numpy.datetime64("2024-05-17"), numpy.datetime64("2024-05-18")], [1, 2])
+        without = plot._repr_png_()
+        plot.vertical(datetime.datetime(2024, 5, 17, 12, tzinfo=datetime.timezone.utc), "noon")
+        line = plot._repr_png_()
+        self.assertNotEqual(line, without)
+        plot.vertical(numpy.datetime64("2024-05-17T12:00"), "noon")
+        self.assertEqual(plot._repr_png_(), line)
+        plot.x_range(numpy.datetime64("2024-05-17T06:00"), datetime.datetime(2024, 5, 18, tzinfo=datetime.timezone.utc))
+        self.assertNotEqual(plot._repr_png_(), line)
+        for mistake in (lambda: plot.vertical("noon"), lambda: plot.vertical([1, 2]), lambda: plot.x_range(0, None)):
+            with self.assertRaisesRegex(TypeError, "^(x|high) (is made of|has the shape)"):
+                mistake()
+
     def test_colours_are_bytes(self):
         plot = vireo.plot("colours").colour("y", [1, 2, 3]).colour("y", numpy.array([1, 2, 3, 4], "u1"))
         for colour in ((1, 2), (1, 2, 256), (0.5, 0.5, 0.5), "red", None):
@@ -111,6 +126,29 @@ class PlotTest(DataTest):
 
 
 class MistakesTest(unittest.TestCase):
+    def test_nothing_is_made_but_by_calls(self):
+        for made in (vireo.Plot, vireo.Scene, vireo.Item, vireo.Image, vireo.Slices, vireo.SliceOverlay, vireo.Picked):
+            for make in (made, lambda: made.__new__(made), type("Derived", (made,), {})):
+                with self.assertRaisesRegex(TypeError, "functions of vireo make it"):
+                    make()
+        together = vireo.Together.__new__(vireo.Together)
+        with together:
+            vireo.plot("together").curve("y", [1])
+
+    def test_names_need_not_be_utf_8(self):
+        self.assertEqual(repr(vireo.plot(b"a\xff")), "vireo.plot('a\ufffd')")
+
+    def test_a_handle_alone_takes_no_name_and_starts_nothing(self):
+        code = """
+import vireo
+alone = vireo.plot("name")
+print(alone._repr_png_(), "libqxcb" in open("/proc/self/maps").read())
+print(vireo.scene("name").cloud("c", [0, 0, 0])._repr_png_()[:4])
+"""
+        ended = run(code)
+        self.assertEqual((ended.returncode, ended.stdout), (0, "None False\nb'\\x89PNG'\n"), ended.stderr)
+        self.assertIn('there is no view "name"', ended.stderr)
+
     def test_mistakes_are_lines_in_the_log(self):
         ended = run("import vireo\nvireo.plot('p').curve('c', [1, 2], [1])\nprint('goes on')")
         self.assertEqual(ended.stdout, "goes on\n")

@@ -47,6 +47,24 @@ class SceneTest(DataTest):
             with self.assertRaisesRegex(TypeError, r"^values has the shape .*\(n, 3\) or \(n, 4\)"):
                 scene.cloud("c", POINTS).colours(colours)
 
+    def test_faces_are_whole_numbers(self):
+        scene = vireo.scene("whole")
+        for faces in (numpy.array([[0.0, 1, 2]]), numpy.array([0.0, 1, 2], "f4"), [[0.0, 1, 2], [0, 1, 3.0, 2]]):
+            scene.mesh("m", POINTS, faces)
+        for faces in (numpy.array([[0, 1, 1.5]]), [[0, 1, 1.5], [0, 1, 3, 2]], [0, 1, 1.5]):
+            with self.assertRaisesRegex(TypeError, "^faces has 1.5, which is no whole number$"):
+                scene.mesh("m", POINTS, faces)
+        for faces in ([[0, 1, numpy.nan]], [[0, 1, 2**70], [0, 1, 2, 3]]):
+            with self.assertRaisesRegex(TypeError, "^faces has .*, which is no whole number$"):
+                scene.mesh("m", POINTS, faces)
+
+    def test_an_orientation_is_any_array(self):
+        class Axes:
+            def __array__(self, *arguments):
+                return numpy.eye(3)
+
+        vireo.scene("oriented").volume("v", numpy.zeros((2, 2, 2)), orientation=Axes())
+
     def test_a_volume_has_isosurfaces(self):
         z, y, x = numpy.mgrid[-1:1:16j, -1:1:16j, -1:1:16j]
         volume = vireo.scene("volume").volume("ball", x * x + y * y + z * z).lighting().lighting(False)
