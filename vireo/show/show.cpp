@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QSize>
 #include <QString>
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -66,9 +67,17 @@ std::string saveShown(const std::function<std::string(FrontDoor&)>& work)
     return isDone ? *error : NO_ANSWER;
 }
 
-bool savePictures(const std::string& call, const std::function<std::string(FrontDoor&)>& work)
+Saved savePictureOfShown(const std::string& call, const std::function<std::string(FrontDoor&)>& work)
 {
-    return save(call, [&] { return hasViewThread(call.c_str()) ? Saved(saveShown(work)) : std::nullopt; });
+    return hasViewThread(call.c_str()) ? Saved(saveShown(work)) : std::nullopt;
+}
+
+// Whether nobody shows anything yet, and nothing waits under that name either.
+bool isUnheardOf(const std::string& name)
+{
+    const std::vector<ViewSlotPointer> views = inbox::allSlots();
+    return !FrontDoor::get() && std::none_of(views.begin(), views.end(),
+                                    [&name](const ViewSlotPointer& slot) { return slot->name == name; });
 }
 
 // Where there is nobody who shows anything, all of it still waits.
@@ -192,15 +201,22 @@ void clear()
 
 bool savePicture(const std::string& name, const std::string& file, int width, int height)
 {
-    return savePictures("tavo::savePicture(" + quoted(name) + ", " + quoted(file) + ")", [=](FrontDoor& door) {
-        return door.savePicture(name, fileName(file), {width, height});
+    const std::string call = "tavo::savePicture(" + quoted(name) + ", " + quoted(file) + ")";
+    return save(call, [&]() -> Saved {
+        if (isUnheardOf(name)) // which no QApplication has to be made for
+            return noSuchView(name);
+        return savePictureOfShown(call, [=](FrontDoor& door) {
+            return door.savePicture(name, fileName(file), {width, height});
+        });
     });
 }
 
 bool savePictures(const std::string& folder)
 {
-    return savePictures("tavo::savePictures(" + quoted(folder) + ")",
-        [folder](FrontDoor& door) { return door.savePictures(fileName(folder)); });
+    const std::string call = "tavo::savePictures(" + quoted(folder) + ")";
+    return save(call, [&] {
+        return savePictureOfShown(call, [folder](FrontDoor& door) { return door.savePictures(fileName(folder)); });
+    });
 }
 
 bool saveData(const std::string& name, const std::string& file)

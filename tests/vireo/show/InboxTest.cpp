@@ -218,6 +218,31 @@ TEST(InboxTest, ForgetsTheNamesOfViewsThatAreNoMore)
     EXPECT_NE(inbox::findSlot("kept"), nullptr) << "its handle is there";
 }
 
+TEST(InboxTest, KeepsNoNameForAHandleAlone)
+{
+    const Plot alone = plot("name");
+    scene("name").cloud("cloud", {{1.0, 2.0, 3.0}});
+    const auto parts = inbox::take();
+    ASSERT_EQ(parts.size(), 1u);
+    EXPECT_EQ(parts[0].slot->kind, ViewKind::Scene);
+    testing::internal::CaptureStderr();
+    alone.curve("a", {1});
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("\"name\" is a view of another kind"));
+    EXPECT_FALSE(inbox::hasWaiting());
+}
+
+TEST(InboxTest, GivesTheNameOfARemovedViewToOneOfAnotherKind)
+{
+    const Plot removed = plot("name").curve("a", {1});
+    inbox::take();
+    tavo::remove("name");
+    scene("name").cloud("cloud", {{1.0, 2.0, 3.0}});
+    const auto parts = inbox::take();
+    ASSERT_EQ(parts.size(), 2u) << "the plot goes, and the scene comes";
+    EXPECT_TRUE(parts[0].pending.isRemoved);
+    EXPECT_EQ(parts[1].slot->kind, ViewKind::Scene);
+}
+
 TEST(InboxTest, TakesNamesOfAnyBytes)
 {
     const std::string names[] = {"", std::string(100'000, 'x'), "\xFF\xFE", "a/b", "a\nb", std::string("a\0b", 3)};

@@ -133,6 +133,31 @@ std::vector<Batch::Part> takeAll()
 
 } // namespace
 
+namespace {
+
+void refuseOtherKind(const std::string& name)
+{
+    sayOnce("\"" + printable(name, 100) + "\" is a view of another kind: what is sent under this name is not shown");
+}
+
+// False if it belongs to no view any more. With the state locked.
+bool isDelivered(const ViewSlotPointer& slot, Pending& pending)
+{
+    if (slot->isSuperseded)
+        return !pending.update;
+    if (pending.isEmpty())
+        return true;
+    if (slot->pending.isEmpty())
+        state().waiting.push_back(slot);
+    if (!slot->pending.update && !pending.isRemoved)
+        slot->pending.update = std::move(slot->next);
+    slot->next.reset();
+    slot->pending.merge(pending);
+    return true;
+}
+
+} // namespace
+
 ViewSlotPointer findSlot(ViewKind kind, const std::string& name)
 {
     ViewSlotPointer slot;
@@ -140,13 +165,17 @@ ViewSlotPointer findSlot(ViewKind kind, const std::string& name)
         const Lock lock(state().mutex);
         sweep();
         ViewSlotPointer& kept = state().views[name];
+        if (kept && kept->kind != kind && !kept->hasAnything()) {
+            kept->isSuperseded = true;
+            kept = nullptr;
+        }
         if (!kept)
             kept = std::make_shared<ViewSlot>(name, kind);
         slot = kept;
     }
     if (slot->kind == kind)
         return slot;
-    sayOnce("\"" + printable(name, 100) + "\" is a view of another kind: what is sent under this name is not shown");
+    refuseOtherKind(name);
     return nullptr;
 }
 
@@ -189,18 +218,16 @@ std::unique_ptr<ViewUpdate> copyOfWaiting(const std::string& name)
 
 void deliver(Batch& batch)
 {
-    const Lock lock(state().mutex);
-    for (auto& [slot, pending] : batch.parts) {
-        if (pending.isEmpty())
-            continue;
-        if (slot->pending.isEmpty())
-            state().waiting.push_back(slot);
-        if (!slot->pending.update && !pending.isRemoved)
-            slot->pending.update = std::move(slot->next);
-        slot->next.reset();
-        slot->pending.merge(pending);
+    std::vector<ViewSlotPointer> refused;
+    {
+        const Lock lock(state().mutex);
+        for (auto& [slot, pending] : batch.parts)
+            if (!isDelivered(slot, pending))
+                refused.push_back(slot);
+        tellReceiver();
     }
-    tellReceiver();
+    for (const ViewSlotPointer& slot : refused)
+        refuseOtherKind(slot->name);
 }
 
 std::vector<Batch::Part> take()

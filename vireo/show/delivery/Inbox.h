@@ -26,7 +26,7 @@ struct Pending
 };
 
 // A name, and the view that bears it. Handles keep it; the inbox forgets it some time after the view was removed and
-// the last handle has gone.
+// the last handle has gone, or as soon as a view of another kind wants a name under which there is nothing.
 struct ViewSlot
 {
     ViewSlot(std::string viewName, ViewKind viewKind)
@@ -40,6 +40,7 @@ struct ViewSlot
     Pending pending;
     std::unique_ptr<ViewUpdate> next; // what the next update is merged into
     bool isShown = false;
+    bool isSuperseded = false; // by a view of another kind: what its handles send is refused
 
     bool hasAnything() const { return pending.update || (isShown && !pending.isRemoved); }
 };
@@ -67,8 +68,8 @@ struct Batch
 // initialisers and destructors may send.
 namespace inbox {
 
-// The slot of a view's name, made by the first call; null, with a line in the log, if the name belongs to a view of
-// another kind.
+// The slot of a view's name, made by the first call; null, with a line in the log, if a view of another kind has the
+// name and shows something, or is about to.
 ViewSlotPointer findSlot(ViewKind kind, const std::string& name);
 
 // The same without making one.
