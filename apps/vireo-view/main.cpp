@@ -1,8 +1,11 @@
 #include <QApplication>
+#include <QFileInfo>
 #include <cstdio>
 
 #include "apps/vireo-view/CommandLine.h"
+#include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/Viewer.h"
+#include "apps/vireo-view/qtArguments.h"
 #include "apps/vireo-view/qtMessages.h"
 #include "tavo/base/debug/EventDisplayer.h"
 #include "tavo/platform/windowlessContext.h"
@@ -31,6 +34,20 @@ QStringList argumentList(int argc, char** argv)
     for (int i = 0; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     return arguments;
+}
+
+// Where not one file is there. Those that are followed are waited for.
+Answer sayWhatIsMissing(const Options& options)
+{
+    QString text;
+    for (const QString& file : options.files) {
+        if (options.isFollowing || QFileInfo::exists(file))
+            return {{}, 0};
+        text += "vireo-view: ";
+        text += InputError(file.toStdU16String(), "no such file").what();
+        text += '\n';
+    }
+    return {text, text.isEmpty() ? 0 : EXIT_STATUS_FAILED};
 }
 
 // The classes that the debug output makes displayers of, while there is one of these.
@@ -79,24 +96,22 @@ void directPlots(const Options& options)
 
 int main(int argc, char** argv)
 {
-    // Help needs no display. Whatever else is asked for waits until the QApplication has taken its own arguments away.
-    const auto early = parseCommandLine(argumentList(argc, argv));
-    if (const auto* const answer = std::get_if<Answer>(&early); answer && answer->exitStatus == 0)
+    // Neither help nor mistakes need a display.
+    const auto asked = parseCommandLine(withoutQtArguments(argumentList(argc, argv)));
+    if (const auto* const answer = std::get_if<Answer>(&asked))
         return give(*answer);
+    const Options& options = std::get<Options>(asked);
+    if (const Answer answer = sayWhatIsMissing(options); answer.exitStatus != 0)
+        return give(answer);
 
-    if (const auto* const options = std::get_if<Options>(&early)) {
-        directPlots(*options);
-        if (!options->picturesDirectory.isEmpty())
-            doWithoutDisplay();
-    }
+    directPlots(options);
+    if (!options.picturesDirectory.isEmpty())
+        doWithoutDisplay();
 
     // The displayers go with the QApplication, and so before their classes.
     const DisplayerClasses classes;
     watchQtStart();
     const QApplication application(argc, argv);
     qtHasStarted();
-    const auto asked = parseCommandLine(QCoreApplication::arguments());
-    if (const auto* const answer = std::get_if<Answer>(&asked))
-        return give(*answer);
-    return Viewer(std::get<Options>(asked)).run();
+    return Viewer(options).run();
 }

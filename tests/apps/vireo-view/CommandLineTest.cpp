@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "apps/vireo-view/qtArguments.h"
+
 namespace vireo_view {
 namespace {
 
@@ -71,6 +73,16 @@ TEST(CommandLineTest, TakesFilesAndOptionsInAnyOrder)
 TEST(CommandLineTest, TakesWhatComesBehindTwoDashesForFiles)
 {
     EXPECT_EQ(optionsOf({"--", "--up"}).files, QStringList("--up"));
+}
+
+TEST(CommandLineTest, LeavesQtsArgumentsToQt)
+{
+    EXPECT_EQ(
+        withoutQtArguments({"vireo-view", "-platform", "offscreen", "a.ply", "--reverse", "-style=fusion", "-x", "2"}),
+        QStringList({"vireo-view", "a.ply", "-x", "2"}));
+    EXPECT_EQ(withoutQtArguments({"vireo-view", "--", "-platform", "a.ply"}),
+        QStringList({"vireo-view", "--", "-platform", "a.ply"}));
+    EXPECT_EQ(withoutQtArguments({"vireo-view", "-platform"}), QStringList("vireo-view")) << "whose value is missing";
 }
 
 TEST(CommandLineTest, LooksForExampleDataWhereToldElseWhereTheEnvironmentSaysElseInTheCache)

@@ -118,6 +118,17 @@ TEST_F(PoorDisplaysGLTest, SaysNothingElseWithoutADisplay)
     EXPECT_EQ(run({"c.csv"}).errors, line) << "where a window is asked for, too";
 }
 
+TEST_F(PoorDisplaysGLTest, SaysMistakesOfTheCommandLineWithoutADisplay)
+{
+    set(POOR_DISPLAYS[0]);
+    const tavo::Outcome unknown = run({"c.csv", "--nonsense"});
+    EXPECT_EQ(unknown.errors, "vireo-view: Unknown option 'nonsense'. (see vireo-view --help)\n");
+    EXPECT_EQ(unknown.exitStatus, 2);
+    const tavo::Outcome missing = run({"-style", "fusion", "missing.ply"});
+    EXPECT_EQ(missing.errors, "vireo-view: missing.ply: no such file\n");
+    EXPECT_EQ(missing.exitStatus, 1);
+}
+
 TEST_F(PoorDisplaysGLTest, PassesOnWhatQtSaysIfItStarts)
 {
     m_Environment.insert("QT_LOGGING_RULES", "qt.qpa.screen.debug=true");
