@@ -9,11 +9,13 @@
 #include <span>
 #include <utility>
 
+#include "python/recycledMemory.h"
+
 namespace tavo::python {
 
 namespace {
 
-NumberType numberTypeOf(char kind, py::ssize_t bytes)
+NumberType numberTypeOfKind(char kind, py::ssize_t bytes)
 {
     if (kind == 'f')
         return bytes == 4 ? NumberType::Float32 : NumberType::Float64;
@@ -36,36 +38,56 @@ T numberAt(const char* place)
 }
 
 template <typename T>
-void appendNumbers(const char* first, std::span<const std::size_t> shape, std::span<const std::ptrdiff_t> strides,
-    std::vector<T>& numbers)
+void appendNumbers(
+    const char* first, std::span<const std::size_t> shape, std::span<const std::ptrdiff_t> strides, T*& next)
 {
     if (shape.empty()) {
-        numbers.push_back(numberAt<T>(first));
+        *next++ = numberAt<T>(first);
         return;
     }
     const bool isLast = shape.size() == 1;
     for (std::size_t i = 0; i < shape[0]; ++i, first += strides[0])
         if (isLast)
-            numbers.push_back(numberAt<T>(first));
+            *next++ = numberAt<T>(first);
         else
-            appendNumbers(first, shape.subspan(1), strides.subspan(1), numbers);
+            appendNumbers(first, shape.subspan(1), strides.subspan(1), next);
 }
 
-// Numbers that lie apart, side by side.
-class Gathered : public Numbers
+// A copy in memory of an earlier one.
+class Copied : public Numbers
 {
 public:
+    // Of many numbers that lie side by side.
     template <typename T>
-    Gathered(T, const char* first, std::span<const std::size_t> shape, std::span<const std::ptrdiff_t> strides,
-        std::size_t size)
+    Copied(const T* first, std::size_t size)
     {
         takeWhatFits([&] {
-            std::vector<T> numbers;
-            numbers.reserve(size);
-            if (size > 0)
-                appendNumbers(first, shape, strides, numbers);
-            Numbers::operator=(Numbers(std::move(numbers)));
+            NumberArray::operator=(findRecentCopy(first, size, numberTypeOf<T>()));
+            if (!isEmpty())
+                return;
+            fill<T>(size, [&](T* numbers) { std::memcpy(numbers, first, size * sizeof(T)); });
+            rememberCopy(first, *this);
         });
+    }
+
+    // Of numbers that lie apart.
+    template <typename T>
+    Copied(T, const char* first, std::span<const std::size_t> shape, std::span<const std::ptrdiff_t> strides,
+        std::size_t size)
+    {
+        takeWhatFits([&] { fill<T>(size, [&](T* numbers) { appendNumbers(first, shape, strides, numbers); }); });
+    }
+
+private:
+    template <typename T, typename Fill>
+    void fill(std::size_t size, Fill fillIt)
+    {
+        if (size == 0)
+            return;
+        const std::shared_ptr<std::byte> memory = recycledMemory(size * sizeof(T));
+        auto* const numbers = reinterpret_cast<T*>(memory.get());
+        fillIt(numbers);
+        NumberArray::operator=(NumberArray(memory, numbers, size, numberTypeOf<T>()));
     }
 };
 
@@ -123,7 +145,7 @@ NumberArgument::NumberArgument(const py::handle& argument, const char* what)
     m_IsLookedAt = true;
     takeNumbers(argument);
     convertToPlainNumbers();
-    m_Type = numberTypeOf(m_Array.dtype().kind(), m_Array.itemsize());
+    m_Type = numberTypeOfKind(m_Array.dtype().kind(), m_Array.itemsize());
     m_Data = static_cast<const char*>(m_Array.data());
     m_Size = static_cast<std::size_t>(m_Array.size());
     for (py::ssize_t i = 0; i < m_Array.ndim(); ++i) {
@@ -242,9 +264,9 @@ Numbers NumberArgument::copy() const
         return {};
     const NumberArray numbers(nullptr, m_Data, m_Size, m_Type);
     return numbers.visit([this]<typename T>(const T* first, std::size_t size) -> Numbers {
-        if (m_IsSideBySide)
-            return Numbers(first, size);
-        return Gathered(T(), m_Data, m_Shape, m_Strides, m_Size);
+        if (!m_IsSideBySide)
+            return Copied(T(), m_Data, m_Shape, m_Strides, m_Size);
+        return areFewBytes(size * sizeof(T)) ? Numbers(first, size) : Copied(first, size);
     });
 }
 

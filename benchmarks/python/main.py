@@ -20,9 +20,10 @@ LIMIT = 1.2
 WIDTH, HEIGHT = 1000, 700
 
 
-# Whether a process that has given memory back must get it anew depends on how it happens to lie. Here both keep all of it, or
-# get all of it anew for each call.
+# Whether a process that has given memory back must get it anew depends on how it happens to lie. Here both are left alone, or
+# keep all of it, or get all of it anew for each call, except for the copies that the module keeps for the next ones.
 ALLOCATORS = {
+    "memory as it comes": {},
     "memory that the process has": {"MALLOC_TRIM_THRESHOLD_": "1000000000", "MALLOC_MMAP_THRESHOLD_": "100000000"},
     "fresh memory": {"MALLOC_MMAP_THRESHOLD_": "100000"},
 }

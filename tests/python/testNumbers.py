@@ -9,7 +9,7 @@ import unittest
 import numpy
 
 import vireo
-from support import DataTest
+from support import DataTest, run
 
 VALUES = [0, 1, 3, 100, 7, 2]
 
@@ -109,6 +109,23 @@ class NumbersTest(DataTest):
             vireo.plot("copied").curve("y", numbers)
             numbers[:] = -1
             self.assertEqual(self.column("copied", "y")[:3], first)
+
+    def test_copies_lie_in_the_memory_of_earlier_ones(self):
+        # Memory that the system gives anew is not there before it is written to, page by page.
+        code = """
+import numpy, resource, vireo
+numbers = numpy.zeros((1000000, 2))
+def send():
+    numbers[0] += 1
+    vireo.plot("p").curve("c", numbers.ravel()[:1000000], numbers[:, 1])
+for _ in range(3): send()
+before = resource.getrusage(resource.RUSAGE_SELF).ru_minflt
+for _ in range(10): send()
+print(resource.getrusage(resource.RUSAGE_SELF).ru_minflt - before < 2000)
+vireo.clear()
+"""
+        ended = run(code, MALLOC_MMAP_THRESHOLD_="100000")
+        self.assertEqual((ended.returncode, ended.stdout), (0, "True\n"), ended.stderr)
 
     def test_other_threads_go_on_while_numbers_are_copied(self):
         interval = sys.getswitchinterval()
