@@ -1,5 +1,6 @@
-# cmake -DCOPYRIGHT=<file> -DBINARIES=<library or program>,... -P copyright.cmake
-# Fails unless the copyright file names the source package of every library that the binaries are linked with.
+# cmake -DCOPYRIGHT=<file> -DBINARIES=<library or program>,... [-DALSO=<source package>,...] -P copyright.cmake
+# Fails unless the copyright file names the source package of every library that the binaries are linked with, and those that
+# are used in other ways.
 find_program(READELF readelf REQUIRED)
 find_program(LDCONFIG ldconfig REQUIRED PATHS /sbin /usr/sbin)
 
@@ -36,10 +37,13 @@ string(REGEX REPLACE ": [^\n]*" "" packages "${packages}")
 string(REPLACE "\n" ";" packages "${packages}")
 get_output(sources dpkg-query --show --showformat "\${source:Package} " ${packages})
 separate_arguments(sources UNIX_COMMAND "${sources}")
+string(REPLACE "," ";" ALSO "${ALSO}")
+list(APPEND sources ${ALSO})
 list(REMOVE_DUPLICATES sources)
 foreach(source IN LISTS sources)
-    if(NOT copyright MATCHES "\n ${source}: [^\n]+")
-        message(SEND_ERROR "${COPYRIGHT} does not name ${source}, which vireo is linked with")
+    string(FIND "${copyright}" "\n ${source}: " place)
+    if(place EQUAL -1)
+        message(SEND_ERROR "${COPYRIGHT} does not name ${source}, which vireo is linked or made with")
     endif()
 endforeach()
 if(NOT copyright MATCHES "\nFiles: [*]\n[^\n]*\nLicense: undecided\n[^\n]* still the owner's to choose")
