@@ -13,8 +13,10 @@ namespace {
 const QString DESCRIPTION = QStringLiteral(
     "Shows volumes, points and surfaces in space, images, and plots of columns of numbers.\n"
     "\n"
-    "NIfTI (.nii, .nii.gz, .hdr and .img), NRRD, MetaImage (.mha and .mhd) and TIFF files of several like pages\n"
-    "become volumes, and so does what --raw says how to read; several times have a slider. PLY, OFF, OBJ, STL, glTF\n"
+    "NIfTI (.nii, .nii.gz, .hdr and .img), NRRD, MetaImage (.mha and .mhd), DICOM files or folders with them, and "
+    "TIFF\n"
+    "files of several like pages become volumes, and so does what --raw says how to read; several times have a\n"
+    "slider. PLY, OFF, OBJ, STL, glTF\n"
     "(.gltf and .glb), XYZ and PTS files become scenes: surfaces where they have faces, and points where they have\n"
     "none, with their colours, normals and all their numbers. PNG, JPEG, TIFF, PFM and others become images, with\n"
     "the numbers that they have, and several frames a stack. Texts with columns of numbers (.csv, .txt, .dat, .tsv\n"

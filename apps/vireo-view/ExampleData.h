@@ -12,6 +12,7 @@ struct InputFile
 {
     std::filesystem::path path;
     Axis up;
+    std::vector<std::filesystem::path> slices{}; // further files of the same scan
 };
 
 // One of the files that are shown when none is named.

@@ -9,6 +9,7 @@
 
 #include "apps/vireo-view/CloudCurves.h"
 #include "apps/vireo-view/ColumnReader.h"
+#include "apps/vireo-view/DicomReader.h"
 #include "apps/vireo-view/FileFormat.h"
 #include "apps/vireo-view/GeometryReader.h"
 #include "apps/vireo-view/Histogram.h"
@@ -171,6 +172,8 @@ public:
         const FileFormat format = formatOf(m_File, m_Options.columnsAs);
         if (format == FileFormat::COLUMNS)
             addColumns(readColumns(m_File, progress));
+        else if (format == FileFormat::DICOM)
+            addVolume(readScan(progress));
         else if (isOfVolumes(format))
             addVolume(readVolume(m_File, format, progress));
         else if (format == FileFormat::IMAGE)
@@ -222,6 +225,13 @@ private:
         const Silhouette shape = silhouette(cloud, m_Options.up);
         addCurves(
             "highest and lowest " + up, {{"highest", shape.highest}, {"lowest", shape.lowest}}, axisName(shape.along));
+    }
+
+    Volume readScan(const Progress& progress) const
+    {
+        std::vector<std::filesystem::path> files = m_Options.slices;
+        files.insert(files.begin(), m_File);
+        return readDicom(files, progress);
     }
 
     void addVolume(Volume volume)
@@ -349,8 +359,8 @@ bool isPlotted(const std::filesystem::path& file, const LoadOptions& options)
     if (std::filesystem::exists(file, error) && std::filesystem::file_size(file, error) > 0)
         return formatOf(file, options.columnsAs) == FileFormat::COLUMNS;
     const std::string extension = lowerCaseExtension(file);
-    for (const char* const other : {".nii", ".hdr", ".img", ".nrrd", ".nhdr", ".mha", ".mhd", ".tif", ".tiff", ".ply",
-             ".off", ".obj", ".stl", ".gltf", ".glb"})
+    for (const char* const other : {".nii", ".hdr", ".img", ".nrrd", ".nhdr", ".mha", ".mhd", ".tif", ".tiff", ".dcm",
+             ".ply", ".off", ".obj", ".stl", ".gltf", ".glb"})
         if (extension == other)
             return false;
     if (hasNameOfImage(file))

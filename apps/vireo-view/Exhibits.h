@@ -77,9 +77,10 @@ struct LoadOptions
 {
     ColumnsAs columnsAs = ColumnsAs::AUTOMATIC;
     ColumnChoice columns;
-    Axis up = Axis::Y;              // of scenes, which are seen with this axis upwards
-    bool withCurves = false;        // show curves computed from clouds and volumes, too
-    std::optional<RawFormat> raw{}; // of files that hold nothing but voxels
+    Axis up = Axis::Y;                           // of scenes, which are seen with this axis upwards
+    bool withCurves = false;                     // show curves computed from clouds and volumes, too
+    std::optional<RawFormat> raw{};              // of files that hold nothing but voxels
+    std::vector<std::filesystem::path> slices{}; // further files of the same scan
 };
 
 // Whether the file is, or will be, a text with columns of numbers that are shown in a plot. One that is not there or

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "apps/vireo-view/DicomHeader.h"
 #include "apps/vireo-view/InputBuffer.h"
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/TiffReader.h"
@@ -23,10 +24,10 @@ constexpr std::array<std::pair<std::string_view, FileFormat>, 4> NAMED = {
     {{".obj", FileFormat::OBJ}, {".stl", FileFormat::STL}, {".gltf", FileFormat::GLTF}, {".glb", FileFormat::GLTF}}};
 
 // Formats of volumes; what is named so and is not is refused by their readers.
-constexpr std::array<std::pair<std::string_view, FileFormat>, 9> NAMED_VOLUMES = {
+constexpr std::array<std::pair<std::string_view, FileFormat>, 10> NAMED_VOLUMES = {
     {{".nii", FileFormat::NIFTI}, {".hdr", FileFormat::NIFTI}, {".img", FileFormat::NIFTI}, {".nrrd", FileFormat::NRRD},
         {".nhdr", FileFormat::NRRD}, {".mha", FileFormat::METAIMAGE}, {".mhd", FileFormat::METAIMAGE},
-        {".tif", FileFormat::TIFF}, {".tiff", FileFormat::TIFF}}};
+        {".tif", FileFormat::TIFF}, {".tiff", FileFormat::TIFF}, {".dcm", FileFormat::DICOM}}};
 
 std::string beginningOf(const std::filesystem::path& file)
 {
@@ -86,11 +87,16 @@ bool hasNameOfImage(const std::filesystem::path& file)
 
 FileFormat detectFormat(const std::filesystem::path& file)
 {
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error))
+        return FileFormat::DICOM;
     const std::string beginning = beginningOf(file);
     const std::string extension = lowerCaseExtension(file);
     for (const auto& [name, format] : NAMED_VOLUMES)
         if (extension == name && (format != FileFormat::TIFF || isTiffStack(file)))
             return format;
+    if (isDicom(file))
+        return FileFormat::DICOM;
     if (beginsLikeImage(beginning) || hasNameOfImage(file))
         return FileFormat::IMAGE;
     if (beginning.starts_with("ply") && firstWord(beginning) == "ply")

@@ -50,6 +50,7 @@ Volume readNifti(const std::filesystem::path& file, const Progress& progress)
     volume.times = readVoxels(data, layout, progress);
     volume.secondsPerTime = header.secondsPerTime;
     volume.front = Volume::Front::HIGH_Y;
+    volume.isOriented = true;
     return volume;
 }
 

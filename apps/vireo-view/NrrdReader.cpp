@@ -168,6 +168,8 @@ private:
         const bool isMirrored = space == "left-anterior-superior" || space == "las";
         if (isMirrored || space == "right-anterior-superior" || space == "ras")
             volume.front = Volume::Front::HIGH_Y;
+        volume.isOriented =
+            volume.front == Volume::Front::HIGH_Y || space == "left-posterior-superior" || space == "lps";
         std::array<tavo::Vector3d, 3> steps = stepsOfAxes();
         const std::vector<std::optional<tavo::Vector3d>> origins = vectors("spaceorigin");
         tavo::Vector3d origin = origins.size() == 1 ? origins[0].value_or(tavo::Vector3d()) : tavo::Vector3d();

@@ -12,6 +12,7 @@
 #include <new>
 #include <sstream>
 
+#include "apps/vireo-view/DicomHeader.h"
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/LoadingProgress.h"
 #include "apps/vireo-view/pictureName.h"
@@ -209,8 +210,14 @@ void Viewer::showFiles()
 std::vector<InputFile> Viewer::findFiles()
 {
     std::vector<InputFile> files;
-    for (const QString& name : m_Options.files)
-        files.push_back({pathOf(name), m_Options.load.up});
+    for (const QString& name : m_Options.files) {
+        const fs::path path = pathOf(name);
+        const bool isNext = !m_Options.load.raw && !files.empty() && isDicom(path) && isDicom(files.back().path);
+        if (isNext)
+            files.back().slices.push_back(path);
+        else
+            files.push_back({path, m_Options.load.up});
+    }
     if (!isShowingExamples())
         return files;
     m_Options.load.withCurves = true;
@@ -230,6 +237,7 @@ std::vector<Exhibit> Viewer::loadFile(const InputFile& file)
     const std::string name = nameOf(file);
     LoadOptions options = m_Options.load;
     options.up = file.up;
+    options.slices = file.slices;
     try {
         LoadingProgress progress(
             hasPictures() ? LoadingProgress::Way::LINES : LoadingProgress::Way::WINDOW, printableName(file.path));

@@ -46,6 +46,7 @@ struct Volume
     std::vector<NumberColumn> times; // the samples, x fastest, at each time; at least one
     double secondsPerTime = 0;       // from one time to the next; 0 if the file does not say
     Front front = Front::LOW_Y;
+    bool isOriented = false;          // the file says how a person lies in it: x leads to the left or right, z upwards
     std::vector<std::string> remarks; // what a person should know, each in few words
 };
 

@@ -41,7 +41,7 @@ ShownVolume::ShownVolume(VolumeExhibit exhibit, const std::string& scene)
 {
     const tavo::Statement together;
     Volume& volume = exhibit.volume;
-    const bool isPerson = volume.front == Volume::Front::HIGH_Y;
+    const bool isPerson = volume.isOriented;
     const bool hasRange = volume.numChannels == 1 && (isPerson || volume.times.size() > 1);
     const Span range = hasRange ? rangeOf(volume.times) : Span();
     for (NumberColumn& samples : volume.times)

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tavo/base/objects/OutputObjectStream.h"
+#include "tests/apps/vireo-view/DicomFile.h"
 #include "tests/apps/vireo-view/NiftiFile.h"
 #include "tests/tavo/base/objects/Shapes.h"
 
@@ -279,6 +280,23 @@ void makeTiff(const fs::path& folder)
         std::string("II*\0", 4) + bytesOfNumbers(FIRST) + "abcd" + page(FIRST + SIZE_OF_PAGE, 8) + page(0, 10));
 }
 
+void makeDicom(const fs::path& folder)
+{
+    Seeds seeds(folder);
+    for (const char* const syntax : {"1.2.840.10008.1.2", "1.2.840.10008.1.2.1", "1.2.840.10008.1.2.2"}) {
+        vireo_view::DicomFile file;
+        file.syntax = syntax;
+        file.intercept = "-1024";
+        file.bitsStored = 12;
+        seeds.add(file.bytes());
+    }
+    vireo_view::DicomFile frames;
+    const std::string item("\xFE\xFF\x00\xE0\xFF\xFF\xFF\xFF", 8), endOfItem("\xFE\xFF\x0D\xE0\0\0\0\0", 8);
+    frames.before = frames.field(0x28, 0x08, "IS", "1") +
+                    frames.field(0x5200, 0x9230, "SQ", item + frames.field(0x20, 0x32, "DS", "1\\2\\3") + endOfItem);
+    seeds.add(frames.bytes());
+}
+
 std::string pictureAs(const QImage& image, const char* format)
 {
     QByteArray bytes;
@@ -346,5 +364,6 @@ int main(int argc, char** argv)
     makeNrrd(folder / "nrrd");
     makeMetaImage(folder / "metaimage");
     makeTiff(folder / "tiff");
+    makeDicom(folder / "dicom");
     return 0;
 }

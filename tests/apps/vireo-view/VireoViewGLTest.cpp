@@ -266,7 +266,7 @@ TEST_F(VireoViewGLTest, ShowsTheOtherFilesIfOneIsBad)
     EXPECT_EQ(outcome.errors, "vireo-view: missing.ply: no such file\n"
                               "vireo-view: empty.ply: is empty\n"
                               "vireo-view: bad.csv: has no numbers\n"
-                              "vireo-view: .: is a directory\n"
+                              "vireo-view: .: is a directory without DICOM files\n"
                               "vireo-view: bad.nii.gz: is not a NIfTI file: it does not begin with such a header\n");
     EXPECT_THAT(pictures(), ElementsAre("01-good.csv.png"));
 }
