@@ -76,6 +76,17 @@ void sendLabels(
     });
 }
 
+void sendLabelsOf(const ViewSlotPointer& slot, const Samples& samples, const SentGrid& grid, const LabelNames& names)
+{
+    if (!isSent(slot))
+        return;
+    const std::optional<SliceLayer> layer = layerOf(slot, "labels", samples, grid);
+    if (layer && layer->areColours())
+        refuse(slot, "labels", "labels are one number for each sample, and not colours");
+    else if (layer)
+        sendLabels(slot, layer->samples, &layer->grid, names);
+}
+
 bool isWindow(const ViewSlotPointer& slot, const std::string& of, double from, double to)
 {
     if (std::isfinite(from) && std::isfinite(to) && from != to)
@@ -141,14 +152,30 @@ SliceOverlay Slices::labels(const Samples& samples, const LabelNames& names, con
 SliceOverlay Slices::labels(const Samples& samples, const GridSize& size, const Spacing& spacing,
     const Vector3d& origin, const LabelNames& names, const Statement&) const
 {
-    if (!isSent(m_Slot))
-        return {*this, true};
-    const std::optional<SliceLayer> layer = layerOf(m_Slot, "labels", samples, {size, spacing, origin, {}});
-    if (layer && layer->areColours())
-        refuse(m_Slot, "labels", "labels are one number for each sample, and not colours");
-    else if (layer)
-        sendLabels(m_Slot, layer->samples, &layer->grid, names);
+    sendLabelsOf(m_Slot, samples, {size, spacing, origin, {}}, names);
     return {*this, true};
+}
+
+SliceOverlay Slices::labels(const Samples& samples, const GridSize& size, const Spacing& spacing,
+    const Vector3d& origin, const Orientation& orientation, const LabelNames& names, const Statement&) const
+{
+    sendLabelsOf(m_Slot, samples, {size, spacing, origin, orientation}, names);
+    return {*this, true};
+}
+
+// A layer without samples takes the one before away.
+Slices Slices::removeOverlay(const Statement&) const
+{
+    if (isSent(m_Slot))
+        change(m_Slot, [](SlicesUpdate& update) { update.overlay.emplace(); });
+    return *this;
+}
+
+Slices Slices::removeLabels(const Statement&) const
+{
+    if (isSent(m_Slot))
+        change(m_Slot, [](SlicesUpdate& update) { update.labels.emplace(); });
+    return *this;
 }
 
 Slices Slices::window(double from, double to, const Statement&) const
@@ -202,6 +229,27 @@ SliceOverlay SliceOverlay::opacity(double opacity, const Statement&) const
         refuse(m_Slot, std::string(m_AreLabels ? "labels" : "overlay") + ".opacity(" + textOf(opacity) + ")",
             "an opacity is from 0 to 1");
     return *this;
+}
+
+SliceOverlay SliceOverlay::colours(const std::map<std::int64_t, RGBA8>& colours, const Statement&) const
+{
+    if (isSent(m_Slot) && areCategories("colours"))
+        change(m_Slot, [&](SlicesUpdate& update) { update.labelColours = colours; });
+    return *this;
+}
+
+SliceOverlay SliceOverlay::outlines(bool areShown, const Statement&) const
+{
+    if (isSent(m_Slot) && areCategories("outlines"))
+        change(m_Slot, [=](SlicesUpdate& update) { update.areLabelsOutlined = areShown; });
+    return *this;
+}
+
+bool SliceOverlay::areCategories(const char* operation) const
+{
+    if (!m_AreLabels)
+        refuse(m_Slot, std::string("overlay.") + operation, "only labels have that");
+    return m_AreLabels;
 }
 
 bool SliceOverlay::hasColours(const char* operation) const

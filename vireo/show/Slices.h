@@ -89,6 +89,14 @@ public:
     SliceOverlay labels(const Samples& samples, const GridSize& size, const Spacing& spacing = 1,
         const Vector3d& origin = {}, const LabelNames& names = {}, const Statement& statement = Statement()) const;
 
+    /// The same where their axes point elsewhere, too.
+    SliceOverlay labels(const Samples& samples, const GridSize& size, const Spacing& spacing, const Vector3d& origin,
+        const Orientation& orientation, const LabelNames& names, const Statement& statement = Statement()) const;
+
+    /// Takes the overlay, or the labels, away. How they look is kept for those that may come.
+    Slices removeOverlay(const Statement& statement = Statement()) const;
+    Slices removeLabels(const Statement& statement = Statement()) const;
+
     /// The numbers that are darkest and brightest, or have the first and the last colour of the map. By default nearly
     /// all numbers are between them: all but the lowest and the highest 200th.
     Slices window(double from, double to, const Statement& statement = Statement()) const;
@@ -125,6 +133,12 @@ public:
     /// How much it hides of what is below, from 0 to 1.
     SliceOverlay opacity(double opacity, const Statement& statement = Statement()) const;
 
+    /// Which colours labels have; the others have those of categories. An overlay has neither this nor outlines.
+    SliceOverlay colours(const std::map<std::int64_t, RGBA8>& colours, const Statement& statement = Statement()) const;
+
+    /// Whether only the edges of labels are seen, and not what is within.
+    SliceOverlay outlines(bool areShown = true, const Statement& statement = Statement()) const;
+
 private:
     friend class Slices;
     SliceOverlay(const Slices& slices, bool areLabels)
@@ -134,6 +148,9 @@ private:
 
     // False, and said, of labels.
     bool hasColours(const char* operation) const;
+
+    // The same of an overlay.
+    bool areCategories(const char* operation) const;
 
     bool m_AreLabels;
 };

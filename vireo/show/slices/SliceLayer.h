@@ -20,5 +20,6 @@ struct SliceLayer
 };
 
 using NamesOfLabels = std::map<std::int64_t, std::string>;
+using ColoursOfLabels = std::map<std::int64_t, RGBA8>;
 
 } // namespace tavo

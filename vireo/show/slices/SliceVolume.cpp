@@ -35,9 +35,9 @@ ItemUpdate crosshairItem(const VolumeGrid& grid, const Vector3i& voxel)
 
 } // namespace
 
-SliceVolume::SliceVolume(QWidget& parent, const SlicesModel& model)
+SliceVolume::SliceVolume(QWidget& parent, const SlicesModel& model, const std::string& name)
     : m_Model(model)
-    , m_Scene(new SceneView(VOLUME))
+    , m_Scene(new SceneView(name))
 {
     m_Scene->setParent(&parent);
     SceneUpdate update;

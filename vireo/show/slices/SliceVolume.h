@@ -13,8 +13,8 @@ namespace tavo {
 class SliceVolume
 {
 public:
-    // The scene is a child of the widget.
-    SliceVolume(QWidget& parent, const SlicesModel& model);
+    // The scene is a child of the widget, and has the name of the slices.
+    SliceVolume(QWidget& parent, const SlicesModel& model, const std::string& name);
     ~SliceVolume() { delete m_Scene; }
     SliceVolume(const SliceVolume&) = delete;
     SliceVolume& operator=(const SliceVolume&) = delete;

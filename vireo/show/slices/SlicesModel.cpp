@@ -4,6 +4,8 @@
 #include <cmath>
 #include <type_traits>
 
+#include "vireo/show/colours/colourOfLabel.h"
+
 namespace tavo {
 
 namespace {
@@ -35,6 +37,9 @@ void SlicesModel::apply(const SlicesUpdate& update)
         m_Overlay.send(*update.overlay);
     if (update.labels)
         m_SentLabels = update.labels;
+    if (update.labelColours)
+        m_LabelColours = *update.labelColours;
+    m_AreLabelsOutlined = update.areLabelsOutlined.value_or(m_AreLabelsOutlined);
     if (update.crosshair)
         m_Crosshair = update.crosshair;
     if (isEmpty())
@@ -48,6 +53,11 @@ void SlicesModel::settleLabels()
 {
     if (!m_SentLabels)
         return;
+    if (m_SentLabels->samples.numbers.isEmpty()) {
+        m_SentLabels.reset();
+        m_WhyNoLabels.clear();
+        return m_Labels.makeRoom();
+    }
     const std::size_t numSamples = grid().numSamples();
     const std::size_t numLabels = m_SentLabels->samples.size();
     const bool areShown = m_SentLabels->grid || numLabels == numSamples;
@@ -68,6 +78,12 @@ QString SlicesModel::nameOfLabel(double label) const
         return {};
     const auto found = m_SentLabels->names.find(std::llround(label));
     return found != m_SentLabels->names.end() ? QString::fromStdString(found->second) : QString();
+}
+
+RGBA8 SlicesModel::colourOfLabel(std::int64_t label) const
+{
+    const auto found = m_LabelColours.find(label);
+    return found != m_LabelColours.end() ? found->second : tavo::colourOfLabel(label);
 }
 
 void SlicesModel::refreshWindows()

@@ -41,6 +41,12 @@ public:
     // Of a label; empty if it has none.
     QString nameOfLabel(double label) const;
 
+    // What the program says of it, or that of a category.
+    RGBA8 colourOfLabel(std::int64_t label) const;
+
+    // Whether only the edges of labels are seen.
+    bool areLabelsOutlined() const { return m_AreLabelsOutlined; }
+
     const std::array<SlicePlane, 3>& planes() const { return m_Planes; }
     const SliceSides& getSides() const { return m_Sides; }
     void setSides(const SliceSides& sides);
@@ -58,6 +64,7 @@ public:
 
     // How many samples are no numbers or infinite.
     std::size_t numNotFinite() const { return m_NumNotFinite; }
+    bool isOfNothing() const { return !isEmpty() && m_NumNotFinite == m_Volume.layer().samples.numbers.size(); }
 
 private:
     void settleCrosshair();
@@ -67,6 +74,8 @@ private:
     ShownLayer m_Overlay{"heat", 0.6};
     ShownLayer m_Labels{"", 0.5};
     std::optional<SentLabels> m_SentLabels;
+    ColoursOfLabels m_LabelColours;
+    bool m_AreLabelsOutlined = false;
     std::string m_WhyNoLabels;
     SliceSides m_Sides;
     std::array<SlicePlane, 3> m_Planes;

@@ -39,6 +39,8 @@ void SlicesUpdate::merge(ViewUpdate& newer)
     settings.merge(newerSlices.settings);
     overlaySettings.merge(newerSlices.overlaySettings);
     labelSettings.merge(newerSlices.labelSettings);
+    copyIfSaid(labelColours, newerSlices.labelColours);
+    copyIfSaid(areLabelsOutlined, newerSlices.areLabelsOutlined);
     copyIfSaid(crosshair, newerSlices.crosshair);
 }
 

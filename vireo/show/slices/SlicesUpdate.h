@@ -41,8 +41,10 @@ public:
     std::string saveData(const QString& file) override;
 
     std::optional<SliceLayer> volume;
-    std::optional<SliceLayer> overlay;
+    std::optional<SliceLayer> overlay; // without samples, as labels without them: there is none any more
     std::optional<SentLabels> labels;
+    std::optional<ColoursOfLabels> labelColours;
+    std::optional<bool> areLabelsOutlined;
     SliceSettings settings;
     SliceSettings overlaySettings;
     SliceSettings labelSettings;

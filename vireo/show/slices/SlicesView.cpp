@@ -14,6 +14,7 @@
 #include "vireo/show/slices/drawSlice.h"
 #include "vireo/show/slices/gesturesOfSlices.h"
 #include "vireo/show/slices/sampleLine.h"
+#include "vireo/show/slices/sliceLegend.h"
 #include "vireo/show/slices/slicesData.h"
 #include "vireo/show/window/windowMemory.h"
 
@@ -114,12 +115,12 @@ void SlicesView::apply(ViewUpdate& update)
 // Where it is shown at all.
 void SlicesView::settleVolume()
 {
-    if (!m_IsVolumeShown)
+    if (!m_IsVolumeShown || m_Model.isOfNothing())
         return m_Volume.reset();
     if (m_Model.isEmpty())
         return;
     if (!m_Volume)
-        m_Volume = std::make_unique<SliceVolume>(*this, m_Model);
+        m_Volume = std::make_unique<SliceVolume>(*this, m_Model, m_Name);
     m_Volume->showVolume();
     placeVolume();
     m_Volume->scene().show();
@@ -142,11 +143,19 @@ void SlicesView::switchVolume()
     changed();
 }
 
+std::string SlicesView::nameInLog() const
+{
+    return "slices(\"" + printable(m_Name, LONGEST_NAME) + "\")";
+}
+
 void SlicesView::sayWhatIsWrong()
 {
+    const Vector3i& size = m_Model.grid().size;
+    if (m_Model.isOfNothing())
+        sayOnce(nameInLog() + ": none of its " + std::to_string(size[0]) + " x " + std::to_string(size[1]) + " x " +
+                std::to_string(size[2]) + " samples is a number: there is nothing to see");
     if (!m_Model.whyNoLabels().empty())
-        sayOnce("slices(\"" + printable(m_Name, LONGEST_NAME) + "\").labels: " + m_Model.whyNoLabels() +
-                "; they are not shown");
+        sayOnce(nameInLog() + ".labels: " + m_Model.whyNoLabels() + "; they are not shown");
 }
 
 void SlicesView::change(const std::function<void(SlicesModel& model)>& change)
@@ -339,11 +348,12 @@ QImage SlicesView::picture(QSize size)
 {
     QImage picture(size, QImage::Format_RGB32);
     picture.fill(palette().color(QPalette::Mid));
-    const SliceCells cells = SliceCells::of(size, m_IsVolumeShown);
-    QPainter painter(&picture);
-    painter.setFont(font());
     if (m_Model.isEmpty())
         return picture;
+    const int legendWidth = widthOfSliceLegend(m_Model, size, fontMetrics());
+    const SliceCells cells = SliceCells::of({size.width() - legendWidth, size.height()}, m_IsVolumeShown);
+    QPainter painter(&picture);
+    painter.setFont(font());
     SliceSight sight = sightFor(cells);
     if (m_IsChosen)
         sight.scale *= fitting(cells).scale / fitting(this->cells()).scale;
@@ -355,7 +365,21 @@ QImage SlicesView::picture(QSize size)
         m_Volume->follow();
         painter.drawImage(cells.volume.topLeft(), m_Volume->scene().picture(cells.volume.size()));
     }
+    if (legendWidth > 0)
+        paintLegend(painter, sight, cells, {size.width() - legendWidth, 0, legendWidth, size.height()});
     return picture;
+}
+
+// Of the labels in the slices that are shown.
+void SlicesView::paintLegend(
+    QPainter& painter, const SliceSight& sight, const SliceCells& cells, const QRect& place) const
+{
+    std::set<std::int64_t> labels;
+    for (std::size_t i = 0; i < 3; ++i)
+        labels.merge(labelsInSlice(m_Model, m_Model.planes()[i], sight, cells.planes[i].size()));
+    painter.fillRect(place, palette().color(QPalette::Window));
+    painter.setPen(palette().color(QPalette::WindowText));
+    drawSliceLegend(painter, m_Model, labels, place);
 }
 
 std::vector<Gesture> SlicesView::gestures() const

@@ -93,6 +93,7 @@ protected:
 
 private:
     void changed();
+    std::string nameInLog() const;
     void sayWhatIsWrong();
     void settleVolume();
     void placeVolume();
@@ -106,6 +107,7 @@ private:
         QPainter& painter, std::size_t plane, const SliceSight& sight, const QRect& cell, double ratio) const;
     QImage drawPlane(std::size_t plane, const SliceSight& sight, const QSize& size) const;
     void paintBar(QPainter& painter) const;
+    void paintLegend(QPainter& painter, const SliceSight& sight, const SliceCells& cells, const QRect& place) const;
 
     std::string m_Name;
     SlicesModel m_Model;

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <vector>
 
-#include "vireo/show/colours/colourOfLabel.h"
 #include "vireo/show/slices/sampleLine.h"
 
 namespace tavo {
@@ -53,8 +52,28 @@ public:
     const Span& across() const { return m_Across; }
     const Span& up() const { return m_Up; }
 
-    // Draws the i-th row of the span.
+    // Draws the i-th row of the span, after the one above it.
     void draw(int i, QRgb* colours)
+    {
+        const SampleLine line = lineOf(i);
+        takeColours(m_Model.volume(), line, colours);
+        if (!m_Model.overlay().isEmpty())
+            lay(m_Model.overlay(), lineIn(m_Model.overlay(), line), colours);
+        if (!m_Model.labels().isEmpty())
+            layLabels(line, colours);
+    }
+
+    // The labels of the i-th row.
+    const std::vector<std::int64_t>& labels(int i)
+    {
+        takeLabels(lineOf(i));
+        return m_RowOfLabels;
+    }
+
+private:
+    static constexpr int OPAQUE = 256;
+
+    SampleLine lineOf(int i) const
     {
         Vector3d first;
         first[m_Plane.through] = m_Model.voxel()[m_Plane.through];
@@ -62,16 +81,8 @@ public:
         first[m_Plane.up] = m_Up.index + i * m_Up.step;
         Vector3d step;
         step[m_Plane.across] = m_Across.step;
-        const SampleLine line{first, step, m_Across.count};
-        takeColours(m_Model.volume(), line, colours);
-        if (!m_Model.overlay().isEmpty())
-            lay(m_Model.overlay(), lineIn(m_Model.overlay(), line), colours);
-        if (!m_Model.labels().isEmpty())
-            layLabels(lineIn(m_Model.labels(), line), colours);
+        return {first, step, m_Across.count};
     }
-
-private:
-    static constexpr int OPAQUE = 256;
 
     Span spanAlong(const SliceSight& sight, std::size_t axis, double sign, int length) const
     {
@@ -129,15 +140,53 @@ private:
     }
 
     // Of labels there are none between others. 0 is none.
+    void takeLabels(const SampleLine& line)
+    {
+        sample(m_Model.labels(), lineIn(m_Model.labels(), line), false);
+        m_RowOfLabels.clear();
+        for (const double label : m_Numbers)
+            m_RowOfLabels.push_back(std::isfinite(label) && std::abs(label) < 1e15 ? std::llround(label) : 0);
+    }
+
+    // Where another label is on the left or above, or is no longer.
+    bool isEdge(std::size_t i) const
+    {
+        const std::int64_t label = m_RowOfLabels[i];
+        return (i > 0 && m_RowOfLabels[i - 1] != label) || (i < m_RowAbove.size() && m_RowAbove[i] != label);
+    }
+
     void layLabels(const SampleLine& line, QRgb* colours)
     {
-        sample(m_Model.labels(), line, false);
+        m_RowOfLabels.swap(m_RowAbove);
+        takeLabels(line);
         const int opacity = opacityOf(m_Model.labels());
-        for (std::size_t i = 0; i < m_Numbers.size(); ++i)
-            if (const double label = m_Numbers[i]; std::isfinite(label) && std::abs(label) < 1e15 && label != 0) {
-                const RGBA8 colour = colourOfLabel(std::llround(label));
-                colours[i] = mixed(colours[i], qRgb(colour[0], colour[1], colour[2]), opacity);
-            }
+        for (std::size_t i = 0; i < m_RowOfLabels.size(); ++i) {
+            if (m_Model.areLabelsOutlined() && !isEdge(i))
+                continue;
+            const std::int64_t label = labelShownAt(i);
+            if (label != 0)
+                colours[i] = mixed(colours[i], colourOf(label), opacity);
+        }
+    }
+
+    // At an edge that of either side, so that a label is seen to end beside none.
+    std::int64_t labelShownAt(std::size_t i) const
+    {
+        const std::int64_t label = m_RowOfLabels[i];
+        if (label != 0 || !m_Model.areLabelsOutlined())
+            return label;
+        return i > 0 && m_RowOfLabels[i - 1] != 0 ? m_RowOfLabels[i - 1] : i < m_RowAbove.size() ? m_RowAbove[i] : 0;
+    }
+
+    // Neighbours are often of one label.
+    QRgb colourOf(std::int64_t label)
+    {
+        if (label != m_LastLabel) {
+            const RGBA8 colour = m_Model.colourOfLabel(label);
+            m_LastLabel = label;
+            m_ColourOfLast = qRgb(colour[0], colour[1], colour[2]);
+        }
+        return m_ColourOfLast;
     }
 
     const SlicesModel& m_Model;
@@ -146,6 +195,10 @@ private:
     Span m_Up;
     std::vector<double> m_Numbers;
     std::vector<QRgb> m_Colours;
+    std::vector<std::int64_t> m_RowOfLabels;
+    std::vector<std::int64_t> m_RowAbove; // empty above the first one
+    std::int64_t m_LastLabel = 0;
+    QRgb m_ColourOfLast = 0;
 };
 
 // On any ground.
@@ -200,6 +253,20 @@ QImage drawSlice(const SlicesModel& model, const SlicePlane& plane, const SliceS
     for (int i = 0; i < rows.up().count; ++i)
         rows.draw(i, reinterpret_cast<QRgb*>(picture.scanLine(rows.up().first + i)) + rows.across().first);
     return picture;
+}
+
+std::set<std::int64_t> labelsInSlice(
+    const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight, const QSize& size)
+{
+    std::set<std::int64_t> labels;
+    if (model.isEmpty() || model.labels().isEmpty())
+        return labels;
+    SliceRows rows(model, sight, plane, size);
+    for (int i = 0; rows.across().count > 0 && i < rows.up().count; ++i)
+        for (const std::int64_t label : rows.labels(i))
+            if (label != 0 && (labels.empty() || label != *labels.rbegin()))
+                labels.insert(label);
+    return labels;
 }
 
 void drawSliceMarks(QPainter& painter, const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight,

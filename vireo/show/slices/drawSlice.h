@@ -2,6 +2,8 @@
 
 #include <QImage>
 #include <QPainter>
+#include <cstdint>
+#include <set>
 
 #include "vireo/show/slices/SliceDistance.h"
 #include "vireo/show/slices/SliceSight.h"
@@ -11,6 +13,10 @@ namespace tavo {
 
 // The slice of a plane that goes through the crosshair, with what lies on it, on black. Its cost goes by the pixels.
 QImage drawSlice(const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight, const QSize& size);
+
+// The labels in that slice, but for 0.
+std::set<std::int64_t> labelsInSlice(
+    const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight, const QSize& size);
 
 // What stands over a slice: the crosshair, which leaves out its middle, the sides of the patient, and which slice it
 // is. A pixel of a widget is so many of the screen.

@@ -124,14 +124,25 @@ private:
         return offset;
     }
 
-    // Numbers beside the axis, at its samples.
-    std::vector<double> rowBetween(std::size_t axis, Vector3d place, int from, int end) const
+    // Numbers beside the axis, at its samples: up to four rows of them, by their weights. What has no weight is left
+    // out, lest what is not a number spreads.
+    std::vector<double> rowBetween(std::size_t axis, const Vector3d& place, int from, int end) const
     {
-        std::vector<double> row;
-        row.reserve(static_cast<std::size_t>(end - from));
-        for (int i = from; i < end; ++i) {
-            place[axis] = i;
-            takeBetween(place, &row.emplace_back());
+        std::vector<double> row(static_cast<std::size_t>(end - from), 0.0);
+        const std::size_t others[] = {axis == 0 ? 1U : 0U, axis == 2 ? 1U : 2U};
+        for (const unsigned int corner : {0U, 1U, 2U, 3U}) {
+            const T* samples = m_Numbers + m_Strides[axis] * static_cast<std::size_t>(from);
+            double weight = 1;
+            for (const unsigned int i : {0U, 1U}) {
+                const std::size_t other = others[i];
+                const double inside = std::clamp(place[other], 0.0, m_Size[other] - 1.0);
+                const int lower = static_cast<int>(inside);
+                const bool isUpper = (corner >> i & 1U) != 0;
+                weight *= isUpper ? inside - lower : 1 - (inside - lower);
+                samples += m_Strides[other] * static_cast<std::size_t>(std::min(lower + isUpper, m_Size[other] - 1));
+            }
+            for (std::size_t i = 0; weight != 0 && i < row.size(); ++i)
+                row[i] += weight * static_cast<double>(samples[i * m_Strides[axis]]);
         }
         return row;
     }

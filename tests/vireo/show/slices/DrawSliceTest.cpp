@@ -271,6 +271,70 @@ TEST_F(DrawSliceTest, LabelsHaveTheColoursOfCategories)
     EXPECT_EQ(m_Model.whyNoLabels(), "");
 }
 
+TEST_F(DrawSliceTest, LabelsHaveTheColoursThatAreSaid)
+{
+    send(layerBy({4, 4, 1}, [](int, int, int) { return 100; }));
+    SlicesUpdate update;
+    update.labels.emplace();
+    update.labels->samples = {layerBy({4, 4, 1}, [](int x, int, int) { return x; }).samples.numbers, 1};
+    update.labelSettings.opacity = 1;
+    update.labelColours = {{2, RGBA8(1, 2, 3, 255)}};
+    m_Model.apply(update);
+    EXPECT_EQ(colourAt({2, 1, 0}), qRgb(1, 2, 3));
+    const RGBA8 other = colourOfLabel(3);
+    EXPECT_EQ(colourAt({3, 1, 0}), qRgb(other[0], other[1], other[2])) << "that of its category";
+    EXPECT_EQ(labelsInSlice(m_Model, m_Model.planes()[0], m_Sight, SIZE), (std::set<std::int64_t>{1, 2, 3}));
+}
+
+TEST_F(DrawSliceTest, OutlinesLeaveWhatIsWithinLabels)
+{
+    send(layerBy({8, 8, 1}, [](int, int, int) { return 100; }));
+    SlicesUpdate update;
+    update.labels.emplace();
+    const auto isLabel = [](int x, int y, int) { return x >= 2 && x < 6 && y >= 2 && y < 6 ? 7 : 0; };
+    update.labels->samples = {layerBy({8, 8, 1}, isLabel).samples.numbers, 1};
+    update.labelSettings.opacity = 1;
+    update.areLabelsOutlined = true;
+    m_Model.apply(update);
+    const QImage picture = draw();
+    const RGBA8 colour = colourOfLabel(7);
+    const auto numColoured = [&](const Vector3d& from, const Vector3d& to) {
+        const QRectF rect = QRectF(placeOf(from), placeOf(to)).normalized();
+        int number = 0;
+        for (int y = int(rect.top()); y < int(rect.bottom()); ++y)
+            for (int x = int(rect.left()); x < int(rect.right()); ++x)
+                number += picture.pixel(x, y) == qRgb(colour[0], colour[1], colour[2]);
+        return number;
+    };
+    EXPECT_EQ(numColoured({2, 2, 0}, {5, 5, 0}), 0) << "within";
+    for (const Vector3d& side :
+        {Vector3d(1.5, 3.5, 0), Vector3d(5.5, 3.5, 0), Vector3d(3.5, 1.5, 0), Vector3d(3.5, 5.5, 0)})
+        EXPECT_GT(numColoured(side - Vector3d(0.4, 0.4, 0), side + Vector3d(0.4, 0.4, 0)), 3) << side[0] << ", " << side[1];
+    update.areLabelsOutlined = false;
+    m_Model.apply(update);
+    EXPECT_EQ(colourAt({4, 4, 0}), qRgb(colour[0], colour[1], colour[2]));
+}
+
+TEST_F(DrawSliceTest, WhatLiesOnTheVolumeIsTakenAway)
+{
+    send(layerBy({4, 4, 1}, [](int, int, int) { return 100; }));
+    SlicesUpdate update;
+    update.labels.emplace();
+    update.labels->samples = {layerBy({4, 4, 1}, [](int, int, int) { return 3; }).samples.numbers, 1};
+    update.overlay = layerBy({4, 4, 1}, [](int x, int, int) { return x; });
+    update.overlaySettings.window = std::pair(-1.0, 3.0);
+    m_Model.apply(update);
+    EXPECT_NE(colourAt({1, 1, 0}), qRgb(100, 100, 100));
+    SlicesUpdate removal;
+    removal.overlay.emplace();
+    removal.labels.emplace();
+    update.merge(removal);
+    m_Model.apply(update);
+    EXPECT_EQ(colourAt({1, 1, 0}), qRgb(100, 100, 100));
+    EXPECT_TRUE(m_Model.overlay().isEmpty());
+    EXPECT_EQ(m_Model.whyNoLabels(), "");
+}
+
 TEST_F(DrawSliceTest, LabelsOfOtherSamplesAreNotShown)
 {
     send(layerBy({4, 4, 1}, [](int, int, int) { return 100; }));

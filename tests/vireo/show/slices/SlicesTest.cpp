@@ -114,6 +114,25 @@ TEST(SlicesTest, WhatLiesOnTheVolumeHasSettingsOfItsOwn)
     EXPECT_EQ(elsewhere->labels->names.at(17), "hippocampus");
 }
 
+TEST(SlicesTest, LabelsHaveColoursAndOutlinesAndAreTakenAway)
+{
+    const SliceOverlay labels = slices("head").labels(
+        EIGHT, {2, 2, 2}, 2, {0, 0, 0}, Orientation{{0, 1, 0}, {1, 0, 0}, {0, 0, 1}}, {{17, "hippocampus"}});
+    labels.colours({{17, RGBA8(1, 2, 3, 255)}}).outlines();
+    const auto sent = takeSlices();
+    EXPECT_EQ(sent->labels->grid->axes[0], Vector3d(0, 1, 0));
+    EXPECT_EQ(sent->labelColours->at(17), RGBA8(1, 2, 3, 255));
+    EXPECT_EQ(sent->areLabelsOutlined, true);
+    slices("head").removeLabels().removeOverlay();
+    const auto removal = takeSlices();
+    EXPECT_TRUE(removal->labels->samples.numbers.isEmpty());
+    EXPECT_TRUE(removal->overlay->samples.numbers.isEmpty());
+    const SliceOverlay overlay = slices("head").overlay(EIGHT, {2, 2, 2});
+    takeSlices();
+    expectRefused([=] { overlay.outlines(); }, "slices(\"head\").overlay.outlines: only labels have that");
+    expectRefused([=] { overlay.colours({}); }, "slices(\"head\").overlay.colours: only labels have that");
+}
+
 TEST(SlicesTest, BadVolumesAreRefusedInALine)
 {
     expectRefused(

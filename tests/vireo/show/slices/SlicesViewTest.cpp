@@ -7,6 +7,7 @@
 
 #include "tests/support/userEvents.h"
 #include "tests/vireo/show/slices/layers.h"
+#include "vireo/show/colours/colourOfLabel.h"
 #include "vireo/show/show.h"
 #include "vireo/show/slices/SliceVolume.h"
 
@@ -157,6 +158,52 @@ TEST_F(SlicesViewTest, APictureShowsThreePlanesWithTheCrosshair)
             brightest = std::max(brightest, qBlue(picture.pixel(across + QPoint(0, y))));
         EXPECT_EQ(brightest, 255);
     }
+}
+
+TEST_F(SlicesViewTest, APictureTellsTheColoursThatLieOnTheVolume)
+{
+    const QSize size(700, 500);
+    const auto numOf = [](const QImage& image, const RGBA8& colour) {
+        int number = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                number += image.pixel(x, y) == qRgb(colour[0], colour[1], colour[2]);
+        return number;
+    };
+    send(cube(8));
+    const QImage plain = m_View.picture(size);
+    SlicesUpdate update;
+    update.labels.emplace();
+    update.labels->samples = {layerBy({8, 8, 8}, [](int x, int, int) { return x < 4 ? 0 : 5; }).samples.numbers, 1};
+    update.labels->names = {{5, "bone"}, {6, "nowhere"}};
+    m_View.apply(update);
+    const QImage labelled = m_View.picture(size);
+    const RGBA8 bone = colourOfLabel(5), nowhere = colourOfLabel(6);
+    EXPECT_EQ(numOf(plain, bone), 0);
+    EXPECT_GT(numOf(labelled, bone), 30) << "a square beside its name; in the slices it is mixed";
+    EXPECT_EQ(numOf(labelled, nowhere), 0) << "only what is in these slices";
+    SlicesUpdate overlay;
+    overlay.overlay = cube(8);
+    overlay.overlaySettings.colourMap = "viridis";
+    m_View.apply(overlay);
+    EXPECT_GT(numOf(m_View.picture(size), findColourMap("viridis")->entries()[128]), 3) << "a bar";
+    EXPECT_EQ(m_View.picture({120, 90}).size(), QSize(120, 90)) << "without, where there is no room";
+    SlicesUpdate removal;
+    removal.overlay.emplace();
+    removal.labels.emplace();
+    m_View.apply(removal);
+    EXPECT_EQ(m_View.picture(size), plain);
+}
+
+TEST_F(SlicesViewTest, SlicesOfNothingSaySoByTheirName)
+{
+    testing::internal::CaptureStderr();
+    send(layerOf<float>(std::vector<float>(8, NAN), {2, 2, 2}));
+    m_View.picture({400, 300});
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(
+        said, HasSubstr("slices(\"head\"): none of its 2 x 2 x 2 samples is a number: there is nothing to see"));
+    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
 }
 
 TEST_F(SlicesViewTest, TheVolumeStandsBesideItsSlicesAndFollowsThem)
