@@ -128,19 +128,6 @@ private:
     QTemporaryDir m_Folder;
 };
 
-// Counts pictures of plots that are painted.
-class PaintCounter : public QObject
-{
-public:
-    int number = 0;
-
-    bool eventFilter(QObject* object, QEvent* event) override
-    {
-        number += event->type() == QEvent::Paint && object->inherits("QwtPlotCanvas");
-        return false;
-    }
-};
-
 class ProducersTest : public CallsFromThreadsTest
 {
 protected:
@@ -182,27 +169,6 @@ TEST_F(ProducersTest, DoNotWaitForTheThreadOfTheWindow)
     EXPECT_FALSE(haveWaited);
     while (sent.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
         QCoreApplication::processEvents();
-}
-
-TEST_F(ProducersTest, AreSeenAtMostOnceInAFrame)
-{
-    using Clock = std::chrono::steady_clock;
-    QApplication::setQuitOnLastWindowClosed(false);
-    PaintCounter paints;
-    qApp->installEventFilter(&paints);
-    std::atomic<bool> isOver{false};
-    std::thread sender([&isOver] {
-        for (int i = 0; !isOver; ++i)
-            plot("p").curve("y", {0, i % 10});
-    });
-    const auto begin = Clock::now();
-    while (Clock::now() - begin < std::chrono::seconds(1))
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    const auto numFrames = (Clock::now() - begin) / std::chrono::milliseconds(16);
-    isOver = true;
-    sender.join();
-    EXPECT_GT(paints.number, 1);
-    EXPECT_LE(paints.number, numFrames + 5) << "some more when the window opens";
 }
 
 TEST_F(CallsFromThreadsTest, WithoutAnApplication)

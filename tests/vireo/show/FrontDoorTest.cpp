@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
+#include <chrono>
 #include <functional>
 #include <gmock/gmock.h>
 #include <memory>
@@ -85,6 +86,21 @@ TEST_F(FrontDoorTest, WhatIsNotReplacedStays)
     plot("plot").title("title").append("c", 1, 2).colour("a", {1, 2, 3, 255});
     FrontDoor::get()->showWaiting();
     EXPECT_THAT(m_WasWaiting, ElementsAre());
+}
+
+// However often it comes, and however often events are served.
+TEST_F(FrontDoorTest, ShowsWhatIsSentAtMostOnceInAFrame)
+{
+    using Clock = std::chrono::steady_clock;
+    int numShown = 0;
+    const auto begin = Clock::now();
+    for (int i = 0; i < 300; ++i) {
+        plot("plot").title("a");
+        QCoreApplication::processEvents();
+        numShown += !inbox::hasWaiting();
+    }
+    const auto numFrames = (Clock::now() - begin) / std::chrono::milliseconds(16);
+    EXPECT_LE(numShown, numFrames + 1);
 }
 
 TEST_F(FrontDoorTest, PicturesWithoutPixelsAreRefused)

@@ -106,7 +106,7 @@ TEST_F(DockingGLTest, TitleBarsOfSectionsHaveWhatThoseOfViewsHave)
     QStringList names;
     for (const QAction* action : dock("graph")->titleBarActions())
         names += action->objectName();
-    EXPECT_EQ(names, QStringList({"configure", "savePicture", "copyPicture", "saveData", "fullScreen"}));
+    ASSERT_EQ(names, QStringList({"configure", "savePicture", "copyPicture", "saveData", "fullScreen"}));
 
     const auto* const panel = section()->findChild<GLEventConfiguration*>();
     ASSERT_NE(panel, nullptr);
