@@ -164,7 +164,7 @@ TEST_P(PlotPicturesTest, ASecondAxisCountsAtTheRight)
         update.curve("b").samples = CurveSamples{numbers({0, 4}), numbers({1, 0}), {}, CurveKind::Line};
         update.y2.name = AxisUpdate::Name{"speed", "rpm"};
     });
-    EXPECT_TRUE(isInkAt(2, 1500, PlotSight::Y2));
+    EXPECT_TRUE(isInkAt(1, 1250, PlotSight::Y2) && isInkAt(3, 1750, PlotSight::Y2));
     const QImage axis = m_View.axisWidget(PlotSight::Y2)->grab().toImage();
     m_Picture = axis;
     EXPECT_GT(axis.width(), 20);
