@@ -266,11 +266,6 @@ void ItemColours::forEachSource(const DrawnItem& drawn, std::size_t numVertices,
         use(drawn.parts[vertex / width]);
 }
 
-bool ItemColours::haveOpacity() const
-{
-    return areSentShown() && fitOf(*sent(), COLOURS)->width == 4;
-}
-
 std::vector<unsigned char> ItemColours::ofVertices(
     const DrawnItem& drawn, std::size_t numVertices, double opacity) const
 {

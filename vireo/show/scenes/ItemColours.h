@@ -94,9 +94,6 @@ public:
     // A few of those that are shown, in the order in which a map has them; none if the one colour is.
     std::vector<RGBA8> swatch() const;
 
-    // Whether what was sent says how opaque each is, and is shown.
-    bool haveOpacity() const;
-
     // Of all vertices as they are drawn, red, green, blue and opacity; none if they have one colour.
     std::vector<unsigned char> ofVertices(const DrawnItem& drawn, std::size_t numVertices, double opacity) const;
 

@@ -60,6 +60,7 @@ bool SceneContext::makeNative()
     m_Target = std::make_unique<GLRenderTargetFBO>(m_GL.get());
     m_Lit = std::make_unique<GLRenderTargetFBO>(m_GL.get());
     m_Light = EyeDomeLighting::make(*m_GL);
+    m_Layers = DepthLayers::make(*m_GL);
     const bool canDraw = isExtensionSupported("GL_ARB_vertex_buffer_object") && GLRenderTargetFBO::isSupported();
     if (!canDraw)
         reportMissing("scenes of libvireoshow");
@@ -72,6 +73,7 @@ SceneContext::~SceneContext()
     if (m_GL) {
         const Scope scope(*this);
         m_PickTarget.reset();
+        m_Layers.reset();
         m_Light.reset();
         m_Lit.reset();
         m_Target.reset();
@@ -137,7 +139,7 @@ void SceneContext::copyFrom(GLRenderTargetFBO& target, const QSize& size)
 
 void SceneContext::light(const QSize& size, const EyeDomeLighting::View& view, double pixelRatio)
 {
-    const bool isAsLarge = m_Lit->getWidth() == m_Target->getWidth() && m_Lit->getHeight() == m_Target->getHeight();
+    const bool isAsLarge = m_Lit->getWidth() >= m_Target->getWidth() && m_Lit->getHeight() >= m_Target->getHeight();
     if (!m_Light || (!isAsLarge && !m_Lit->create(m_Target->getWidth(), m_Target->getHeight())))
         return;
     m_Lit->activate();
@@ -148,6 +150,11 @@ void SceneContext::light(const QSize& size, const EyeDomeLighting::View& view, d
     glCopyTexSubImage2D(GL_TEXTURE_RECTANGLE_ARB, 0, 0, 0, 0, 0, size.width(), size.height());
     m_Target->getColourTexture()->unbind(0);
     m_Lit->deactivate();
+}
+
+bool SceneContext::blendLayers(const QSize& size, unsigned int mostLayers, const std::function<void()>& draw)
+{
+    return m_Layers && m_Layers->blend(*m_Target, {size.width(), size.height()}, mostLayers, draw);
 }
 
 QImage SceneContext::readPicture(const QSize& size) const

@@ -3,12 +3,14 @@
 #include <QImage>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
+#include <functional>
 #include <memory>
 
 #include "tavo/platform/windowlessContext.h"
 #include "vireo/context/CurrentContextGuard.h"
 #include "vireo/context/GLContext.h"
 #include "vireo/offscreen/GLRenderTargetFBO.h"
+#include "vireo/show/scenes/DepthLayers.h"
 #include "vireo/show/scenes/EyeDomeLighting.h"
 #include "vireo/show/scenes/PickTarget.h"
 
@@ -59,11 +61,17 @@ public:
     // A target beside that of pictures, at least that large; null if the driver has none.
     std::unique_ptr<GLRenderTargetFBO> makeTarget(const QSize& size);
 
+    // Pictures are drawn into that one from now on; gives the one that they were drawn into before.
+    void swapTarget(std::unique_ptr<GLRenderTargetFBO>& target) { m_Target.swap(target); }
+
     // Takes over the colours and the depths of such a target, while a picture is drawn.
     void copyFrom(GLRenderTargetFBO& target, const QSize& size);
 
     // Shades what was drawn so far by its depths, where the driver can. Drawing goes on.
     void light(const QSize& size, const EyeDomeLighting::View& view, double pixelRatio);
+
+    // Blends what draw() draws into the picture by its depths (see DepthLayers). Returns false if the driver cannot.
+    bool blendLayers(const QSize& size, unsigned int mostLayers, const std::function<void()>& draw);
 
     // What was drawn, the first row of pixels first: whoever draws turns the picture upside down.
     QImage readPicture(const QSize& size) const;
@@ -88,6 +96,7 @@ private:
     std::unique_ptr<GLRenderTargetFBO> m_Target;
     std::unique_ptr<GLRenderTargetFBO> m_Lit; // made when light is needed, as large as the other
     std::unique_ptr<EyeDomeLighting> m_Light; // null if the driver has none
+    std::unique_ptr<DepthLayers> m_Layers;    // null if the driver has none
     std::unique_ptr<PickTarget> m_PickTarget; // made when it is needed
 };
 

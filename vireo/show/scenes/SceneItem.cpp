@@ -35,6 +35,15 @@ void replace(std::optional<T>& value, std::optional<T>& newer)
         value.swap(newer);
 }
 
+// Each is red, green, blue and opacity.
+bool areOpaque(const std::vector<unsigned char>& colours)
+{
+    for (std::size_t i = 3; i < colours.size(); i += 4)
+        if (colours[i] < 255)
+            return false;
+    return true;
+}
+
 // Whether what goes around clockwise goes around counter-clockwise afterwards.
 bool isMirrored(const Matrix4& matrix)
 {
@@ -178,6 +187,13 @@ std::optional<SceneItem::ShownLabels> SceneItem::shownLabels() const
             colourOfLabel(label), name != names.end() ? name->second : std::to_string(label));
     }
     return labels;
+}
+
+bool SceneItem::isOpaque() const
+{
+    const bool isOneColourOpaque = !m_Colour || (*m_Colour)[3] == 255;
+    return m_Opacity >= 1 && !isVolume() && m_AreColoursOpaque &&
+           (isOneColourOpaque || !m_Colours.nameOfShown().empty());
 }
 
 bool SceneItem::isVolumeOfNothing() const
@@ -347,6 +363,7 @@ void SceneItem::uploadColours(GLContext& context)
 {
     m_AreColoursUploaded = true;
     std::vector<unsigned char> colours = m_Colours.ofVertices(m_Drawn, m_Buffers.numVertices(), m_Opacity);
+    m_AreColoursOpaque = areOpaque(colours);
     m_Buffers.writeColours(context, colours);
 }
 
@@ -382,7 +399,7 @@ std::size_t SceneItem::draw(const Matrix4& modelView, bool isGroundDark, double 
     glLoadMatrixd(modelView.numbers.data());
     const RGBA8 one = oneColour(isGroundDark);
     glColor4ubv(one.data());
-    m_Opacity < 1 || one[3] < 255 || m_Colours.haveOpacity() ? glEnable(GL_BLEND) : glDisable(GL_BLEND);
+    isOpaque() ? glDisable(GL_BLEND) : glEnable(GL_BLEND);
     setSizes(scale * share.enlargement);
     glLineWidth(static_cast<float>(scale * size()));
     m_Buffers.haveNormals() ? glEnable(GL_LIGHTING) : glDisable(GL_LIGHTING);
@@ -431,7 +448,8 @@ void SceneItem::drawFaces(const Matrix4& modelView, double edgeWidth)
     glCullFace(GL_BACK);
     m_AreBackFacesSeen ? glDisable(GL_CULL_FACE) : glEnable(GL_CULL_FACE);
     m_AreEdgesSeen ? glEnable(GL_POLYGON_OFFSET_FILL) : glDisable(GL_POLYGON_OFFSET_FILL);
-    glPolygonOffset(static_cast<float>(1 + edgeWidth / 2), 1); // pixels of the slope that edges reach across
+    const float units = isOpaque() ? 1 : 8;                        // so that layers of depth tell them apart
+    glPolygonOffset(static_cast<float>(1 + edgeWidth / 2), units); // pixels of the slope that edges reach across
     // Normals that were sent may point to the other side than the faces do: both are lit by how they are inclined.
     const bool isEitherWay = m_AreBackFacesSeen && m_Normals.used();
     if (isEitherWay)

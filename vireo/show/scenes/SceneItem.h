@@ -58,7 +58,8 @@ public:
     std::vector<RGBA8> swatch(bool isGroundDark) const;
 
     bool isVisible() const { return m_IsVisible && m_Opacity > 0 && m_Shape; }
-    bool isOpaque() const { return m_Opacity >= 1 && !isVolume(); }
+    bool isOpaque() const; // as far as it has been prepared
+    bool isMesh() const { return m_Shape && kind() == ItemKind::Mesh; }
     bool isVolume() const { return m_Shape && kind() == ItemKind::Volume; }
 
     // Whether it is a volume of numbers of which none is one, so that nothing of it is seen.
@@ -220,6 +221,7 @@ private:
     ItemVolume m_Volume;
     bool m_IsUploaded = false;
     bool m_AreColoursUploaded = false;
+    bool m_AreColoursOpaque = true; // those that were uploaded
     bool m_AreEdgesUploaded = false;
     std::unique_ptr<PointScale> m_PointScale;   // null if all points are as large
     std::unique_ptr<RoundPoints> m_RoundPoints; // null if it is no cloud, or the driver has none

@@ -80,6 +80,41 @@ bool isLitByDepths(const SceneItem& item)
     return item.isUnlitCloud() && item.isOpaque();
 }
 
+// In which it can be drawn, one after the other.
+std::size_t numStepsOf(const SceneItem& item)
+{
+    return std::max<std::size_t>(item.numPoints(), 1);
+}
+
+// Draws pictures into another target, as long as it lives.
+class DrawnInto
+{
+public:
+    DrawnInto(SceneContext& context, std::unique_ptr<GLRenderTargetFBO>& target, const QSize& pixels)
+        : m_Context(context)
+        , m_Target(target)
+    {
+        m_Context.swapTarget(m_Target);
+        m_Context.beginPicture(pixels);
+    }
+    ~DrawnInto()
+    {
+        m_Context.endPicture();
+        m_Context.swapTarget(m_Target);
+    }
+    DrawnInto(const DrawnInto&) = delete;
+    DrawnInto& operator=(const DrawnInto&) = delete;
+
+private:
+    SceneContext& m_Context;
+    std::unique_ptr<GLRenderTargetFBO>& m_Target;
+};
+
+bool isTranslucentSurface(const SceneModel::Placed& placed)
+{
+    return placed.item->isMesh() && !placed.item->isOpaque();
+}
+
 } // namespace
 
 // Null if it cannot be drawn.
@@ -141,31 +176,73 @@ void SceneRenderer::drawItems(
     PointShare share = shareOf(camera, pixels, numPhases);
     share.sliceStep = look.sliceStep;
     drawClouds(camera, pixels, look, share);
-    const std::optional<SceneBox> clip = m_Model.drawnClipBox();
-    {
-        const ClipPlanes planes(camera, clip);
-        drawRest(camera, look, share);
-    }
-    if (clip)
-        drawSections(m_Model.visibleItems(), *clip, camera, look.isGroundDark());
+    drawRest(camera, look, share);
+    drawSections(camera, look);
 }
 
-// What is not lit by its own depths.
-void SceneRenderer::drawRest(const SceneCamera& camera, const SceneLook& look, const PointShare& share)
+void SceneRenderer::drawSections(const SceneCamera& camera, const SceneLook& look)
+{
+    if (const std::optional<SceneBox> clip = m_Model.drawnClipBox())
+        tavo::drawSections(m_Model.visibleItems(), *clip, camera, look.isGroundDark());
+}
+
+// What is not lit by its own depths; what can be seen through comes last, the farthest first.
+std::vector<SceneModel::Placed> SceneRenderer::restInOrder(const SceneCamera& camera)
 {
     std::vector<Placed> items = m_Model.visibleItems();
     std::erase_if(items, [](const Placed& placed) { return isLitByDepths(*placed.item); });
     const auto depth = [&camera](const Placed& placed) {
         return camera.modelView(placed.matrix, placed.item->origin()).at(2, 3);
     };
-    // What can be seen through comes last, the farthest first.
     std::stable_sort(items.begin(), items.end(), [&depth](const Placed& a, const Placed& b) {
         if (a.item->isOpaque() || b.item->isOpaque())
             return a.item->isOpaque() && !b.item->isOpaque();
         return depth(a) < depth(b);
     });
-    for (const Placed& placed : items)
-        drawItem(placed, camera, look, share);
+    return items;
+}
+
+// The share is counted through the points of clouds, and all other items.
+void SceneRenderer::drawRest(const SceneCamera& camera, const SceneLook& look, const PointShare& share)
+{
+    const std::vector<Placed> items = restInOrder(camera);
+    const ClipPlanes planes(camera, m_Model.drawnClipBox());
+    std::size_t numBefore = 0;
+    for (auto next = items.begin(); next != items.end();) {
+        const auto end = std::find_if_not(next, items.end(), isTranslucentSurface);
+        if (next != end) {
+            if (share.beginPoint <= numBefore && numBefore < share.endPoint)
+                drawSurfaces({next, end}, camera, look, share);
+            numBefore += static_cast<std::size_t>(end - next);
+            next = end;
+        } else {
+            const std::size_t numAfter = numBefore + numStepsOf(*next->item);
+            if (share.beginPoint < numAfter && numBefore < share.endPoint)
+                drawItem(*next, camera, look, share.behind(numBefore));
+            numBefore = numAfter;
+            ++next;
+        }
+    }
+}
+
+// Together, by their depths, where the driver can.
+void SceneRenderer::drawSurfaces(
+    const std::vector<Placed>& surfaces, const SceneCamera& camera, const SceneLook& look, const PointShare& share)
+{
+    glFinish(); // what was drawn before counts not
+    const Stopwatch watch;
+    const auto draw = [&] {
+        for (const Placed& placed : surfaces)
+            placed.item->draw(
+                camera.modelView(placed.matrix, placed.item->origin()), look.isGroundDark(), look.scale, share);
+    };
+    if (!m_Context->blendLayers(m_Part.size(), look.numLayers, draw)) {
+        glDepthMask(GL_FALSE);
+        draw();
+        glDepthMask(GL_TRUE);
+    }
+    glFinish();
+    m_PointTime.secondsOfLayers += watch.seconds() * SceneLook::MOST_LAYERS / look.numLayers;
 }
 
 // The ground, with the far edges of the box, and what everything is drawn with.
@@ -256,6 +333,11 @@ void SceneRenderer::drawClouds(
     if (std::none_of(items.begin(), items.end(), [](const Placed& placed) { return isLitByDepths(*placed.item); }))
         return;
     m_IsRefined ? drawRefinedClouds(share) : drawUnlitClouds(camera, look, share);
+    light(camera, pixels, look);
+}
+
+void SceneRenderer::light(const SceneCamera& camera, const QSize& pixels, const SceneLook& look)
+{
     if (!look.hasDepthLight)
         return;
     const SceneCamera::Depths depths = camera.depthsOf(m_Model.box());
@@ -281,7 +363,7 @@ void SceneRenderer::drawRefinedClouds(PointShare behind)
 {
     constexpr double FARTHER = 2e-5;
     m_Context->copyFrom(*m_Refinement.target, m_Refinement.pixels);
-    if (m_Refinement.isWhole())
+    if (m_Refinement.areCloudsWhole())
         return;
     behind.beginPoint = m_Refinement.numDrawn;
     glDepthRange(FARTHER, 1);
@@ -309,8 +391,11 @@ void SceneRenderer::beginRefinement(const SceneCamera& camera, const QSize& pixe
                      ? m_Context->makeTarget(pixels)
                      : nullptr;
     m_Refinement = {camera, pixels, look, std::move(target)};
-    for (const Placed& placed : m_Model.visibleItems())
-        m_Refinement.numPoints += isLitByDepths(*placed.item) ? placed.item->numPoints() : 0;
+    for (const Placed& placed : m_Model.visibleItems()) {
+        const bool isLit = isLitByDepths(*placed.item);
+        m_Refinement.numPoints += isLit ? placed.item->numPoints() : 0;
+        m_Refinement.numSteps += isLit ? placed.item->numPoints() : numStepsOf(*placed.item);
+    }
 }
 
 bool SceneRenderer::refine(double seconds, const PointBudget& budget)
@@ -321,30 +406,56 @@ bool SceneRenderer::refine(double seconds, const PointBudget& budget)
         return true;
     const SceneContext::Scope scope(*m_Context);
     m_Part = QRect(QPoint(0, 0), refined.pixels);
-    refined.target->activate();
-    glViewport(0, 0, refined.pixels.width(), refined.pixels.height());
+    const DrawnInto into(*m_Context, refined.target, refined.pixels);
     if (!std::exchange(refined.isBegun, true))
         begin(refined.camera, refined.pixels, refined.look);
     setDrawing();
     setProjection(refined.camera, refined.pixels);
     setHeadlight();
-    PointShare share = shareOf(refined.camera, refined.pixels, PointPhases::ALL);
     do {
-        share.beginPoint = refined.numDrawn;
-        refined.numDrawn += std::max(budget.numPointsIn(seconds - watch.seconds()), FEWEST_REFINED);
-        share.endPoint = refined.numDrawn;
-        drawUnlitClouds(refined.camera, refined.look, share);
+        refineBy(std::max(budget.numPointsIn(seconds - watch.seconds()), FEWEST_REFINED));
         glFinish();
     } while (!refined.isWhole() && watch.seconds() < 0.5 * seconds);
-    refined.target->deactivate();
     return refined.isWhole();
+}
+
+void SceneRenderer::refineBy(std::size_t number)
+{
+    Refinement& refined = m_Refinement;
+    PointShare share = shareOf(refined.camera, refined.pixels, PointPhases::ALL);
+    share.beginPoint = refined.numDrawn;
+    const bool areClouds = refined.numDrawn < refined.numPoints;
+    refined.numDrawn = std::min(refined.numDrawn + number, areClouds ? refined.numPoints : refined.numSteps);
+    share.endPoint = refined.numDrawn;
+    if (areClouds)
+        drawUnlitClouds(refined.camera, refined.look, share);
+    else
+        drawRest(refined.camera, refined.look, share.behind(refined.numPoints));
+    if (areClouds && refined.areCloudsWhole())
+        light(refined.camera, refined.pixels, refined.look);
+    if (refined.isWhole())
+        drawSections(refined.camera, refined.look);
 }
 
 QImage SceneRenderer::drawRefined(std::size_t numPhasesBehind)
 {
+    if (m_Refinement.target && m_Refinement.isWhole())
+        return readRefined();
     const bool isRefined = m_Refinement.target != nullptr;
-    const std::size_t numPhases = isRefined && !m_Refinement.isWhole() ? numPhasesBehind : PointPhases::ALL;
+    const std::size_t numPhases = isRefined ? numPhasesBehind : PointPhases::ALL;
     return draw(m_Refinement.camera, m_Refinement.pixels, m_Refinement.look, numPhases, isRefined);
+}
+
+QImage SceneRenderer::readRefined()
+{
+    QImage picture;
+    {
+        const SceneContext::Scope scope(*m_Context);
+        const DrawnInto into(*m_Context, m_Refinement.target, m_Refinement.pixels);
+        picture = m_Context->readPicture(m_Refinement.pixels);
+    }
+    drawTexts(picture, m_Refinement.camera, m_Refinement.look);
+    return picture;
 }
 
 void SceneRenderer::drawTexts(QImage& picture, const SceneCamera& camera, const SceneLook& look)

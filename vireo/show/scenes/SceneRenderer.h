@@ -20,8 +20,11 @@ struct SceneLook
     QFont font;
     double scale = 1; // pixels of the picture for each of the widget's
     bool hasBearings = true;
-    bool hasDepthLight = true;  // on clouds without normals, where the driver can
-    unsigned int sliceStep = 1; // of so many slices of volumes one is drawn
+    bool hasDepthLight = true;            // on clouds without normals, where the driver can
+    unsigned int sliceStep = 1;           // of so many slices of volumes one is drawn
+    unsigned int numLayers = MOST_LAYERS; // of translucent surfaces that are drawn by their depths
+
+    static constexpr unsigned int MOST_LAYERS = 16;
 
     bool isGroundDark() const { return ground.lightness() < 128; }
 };
@@ -50,15 +53,18 @@ public:
         double seconds = 0;
         bool isTypical = true;       // nothing was written into buffers for it
         double secondsOfVolumes = 0; // if all their slices had been drawn
+        double secondsOfLayers = 0;  // if all layers of depth had been drawn
     };
     const PointTime& getPointTime() const { return m_PointTime; }
 
     // A picture of all points, when they take longer than anybody waits: refine() draws some of them, beside any other
-    // picture, and returns whether those were the last, which isRefined() says as well. drawRefined() makes the picture
-    // of what there is, with so many phases, larger, behind it until all are there. What was begun holds until
-    // something else is to be drawn.
+    // picture, and returns whether those were the last, which isRefined() says as well. First come the clouds that are
+    // lit by their depths: of these, drawRefined() makes the picture of what there is, with so many phases, larger,
+    // behind it and of all others. From when they are whole until everything is, there is nothing new to be shown. What
+    // was begun holds until something else is to be drawn.
     void beginRefinement(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
     bool isRefined() const { return !m_Refinement.target || m_Refinement.isWhole(); }
+    bool isAnythingNew() const { return isRefined() || !m_Refinement.areCloudsWhole(); }
     bool refine(double seconds, const PointBudget& budget);
     QImage drawRefined(std::size_t numPhasesBehind);
 
@@ -74,11 +80,13 @@ private:
         QSize pixels;
         SceneLook look;
         std::unique_ptr<GLRenderTargetFBO> target; // null if the driver has none
-        std::size_t numPoints = 0;                 // of the clouds that are drawn into it
+        std::size_t numPoints = 0;                 // of the clouds that are lit by their depths
+        std::size_t numSteps = 0;                  // with all others, whose points or else items are counted
         std::size_t numDrawn = 0;                  // the first ones
         bool isBegun = false;
 
-        bool isWhole() const { return isBegun && numDrawn >= numPoints; }
+        bool areCloudsWhole() const { return isBegun && numDrawn >= numPoints; }
+        bool isWhole() const { return isBegun && numDrawn >= numSteps; }
     };
 
     QImage drawPart(const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases);
@@ -87,10 +95,17 @@ private:
     QImage draw(
         const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases, bool isRefined);
     void drawRefinedClouds(PointShare behind);
+    void refineBy(std::size_t number);
+    QImage readRefined();
+    void light(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
+    std::vector<Placed> restInOrder(const SceneCamera& camera);
+    void drawSections(const SceneCamera& camera, const SceneLook& look);
     void begin(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);
     void drawUnlitClouds(const SceneCamera& camera, const SceneLook& look, const PointShare& share);
     void drawItems(const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases);
     void drawRest(const SceneCamera& camera, const SceneLook& look, const PointShare& share);
+    void drawSurfaces(
+        const std::vector<Placed>& surfaces, const SceneCamera& camera, const SceneLook& look, const PointShare& share);
     PointShare shareOf(const SceneCamera& camera, const QSize& pixels, std::size_t numPhases);
     void drawClouds(const SceneCamera& camera, const QSize& pixels, const SceneLook& look, const PointShare& share);
     void drawItem(const Placed& placed, const SceneCamera& camera, const SceneLook& look, const PointShare& share);

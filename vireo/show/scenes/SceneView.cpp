@@ -150,6 +150,7 @@ void SceneView::move()
 {
     m_PointMotion.move(m_Renderer.numPointsInView(m_Camera, sceneSize()), m_PointBudget);
     m_SliceMotion.move();
+    m_LayerMotion.move();
     m_RestTimer.start();
 }
 
@@ -158,7 +159,8 @@ void SceneView::rest()
     const bool isWhole = m_PointMotion.numPhases() == PointPhases::ALL;
     const bool isGestureOver = QGuiApplication::mouseButtons() == Qt::NoButton;
     m_PointMotion.rest(isGestureOver);
-    if (m_SliceMotion.rest(isGestureOver))
+    const bool wereFewSlices = m_SliceMotion.rest(isGestureOver);
+    if (m_LayerMotion.rest(isGestureOver) || wereFewSlices)
         changed();
     if (!isWhole)
         beginRefinement();
@@ -175,7 +177,7 @@ void SceneView::beginRefinement()
 // Draws more points, in between events, or now and then shows what there is.
 void SceneView::refine()
 {
-    if (!m_Renderer.isRefined() && m_SinceShown.seconds() < UNTIL_SHOWN) {
+    if (!m_Renderer.isAnythingNew() || (!m_Renderer.isRefined() && m_SinceShown.seconds() < UNTIL_SHOWN)) {
         m_Renderer.refine(SLICE, m_PointBudget);
         return;
     }
@@ -524,6 +526,7 @@ void SceneView::drawPicture()
         isMoving ? m_PointMotion.numPhases() : m_PointBudget.phasesOf(m_Renderer.numPointsInView(m_Camera, pixels));
     SceneLook look = this->look(scale);
     look.sliceStep = m_SliceMotion.step();
+    look.numLayers = SceneLook::MOST_LAYERS / m_LayerMotion.step();
     m_Picture = m_Renderer.draw(m_Camera, pixels, look, numPhases);
     m_Picture.setDevicePixelRatio(scale);
     if (!isMoving && numPhases < PointPhases::ALL)
@@ -534,6 +537,7 @@ void SceneView::measure(const SceneRenderer::PointTime& time, double seconds)
 {
     m_PointBudget.measure(time.numPoints, time.seconds, seconds - time.seconds);
     m_SliceMotion.measure(time.secondsOfVolumes);
+    m_LayerMotion.measure(time.secondsOfLayers);
 }
 
 void SceneView::paintEvent(QPaintEvent*)

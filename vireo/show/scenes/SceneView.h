@@ -180,7 +180,8 @@ private:
     PointBudget m_PointBudget;
     PointMotion m_PointMotion;
     SliceMotion m_SliceMotion;
-    QTimer m_SurfaceTimer; // goes while surfaces of volumes are still to come
+    SliceMotion m_LayerMotion; // the same of the layers of translucent surfaces
+    QTimer m_SurfaceTimer;     // goes while surfaces of volumes are still to come
     QTimer m_RestTimer;
     QTimer m_RefinementTimer; // goes while points are still to be drawn
     Stopwatch m_SinceShown;   // the last picture of a refinement

@@ -158,6 +158,38 @@ TEST_F(MovingCloudTest, APauseDrawsTheRestBitByBit)
     EXPECT_EQ(renderer.drawRefined(1), whole);
 }
 
+// Clouds with light or opacity of their own too, in their order among what can be seen through.
+TEST_F(MovingCloudTest, LitAndTranslucentCloudsComeBitByBitToo)
+{
+    SceneModel model("test");
+    SceneRenderer renderer(SceneContext::get(), model);
+    SceneUpdate update;
+    update.items["hill"] = hill(50000);
+    ItemUpdate& lit = update.items["lit"] = hill(90000);
+    std::vector<float> normals;
+    for (int i = 0; i < 90000; ++i)
+        normals.insert(normals.end(), {0, 0.6F, 0.8F});
+    lit.normals = NumberTuples{Numbers(normals), 3};
+    ItemUpdate& translucent = update.items["translucent"] = hill(90000);
+    translucent.opacity = 0.3;
+    ItemUpdate& pane = update.items["pane"] =
+        item(ItemKind::Mesh, {-3, -3, 0.5, 3, -3, 0.5, 0, 3, 0.5}, {}, std::vector{0, 1, 2});
+    pane.opacity = 0.5;
+    model.apply(update);
+    const SceneLook look{Qt::white, Qt::black, QApplication::font(), 1, false};
+    const QImage whole = renderer.draw(m_View.getCamera(), {300, 200}, look);
+    renderer.beginRefinement(m_View.getCamera(), {300, 200}, look);
+    int numSlices = 1;
+    while (!renderer.refine(1e-9, m_View.getPointBudget())) {
+        ++numSlices;
+        if (renderer.isAnythingNew())
+            renderer.drawRefined(1);
+        renderer.draw(m_View.getCamera(), {100, 100}, look, 1); // others draw meanwhile
+    }
+    EXPECT_EQ(numSlices, 50000 / 4096 + 1 + 180000 / 4096 + 1);
+    EXPECT_EQ(renderer.drawRefined(1), whole);
+}
+
 TEST_F(MovingCloudTest, InputStopsTheRefinement)
 {
     dragMouse(&m_View, Qt::LeftButton, {150, 100}, {170, 110});
