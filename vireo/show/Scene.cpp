@@ -183,6 +183,32 @@ void sendField(
         changeItem(slot, path, [&](ItemUpdate& item) { item.addField(field); });
 }
 
+void sendClipBox(
+    const ViewSlotPointer& slot, const char* operation, const Vector3d& low, const Vector3d& high, bool isCutOut)
+{
+    if (!isSent(slot))
+        return;
+    const std::string where = digits(low[0]) + ", " + digits(low[1]) + ", " + digits(low[2]);
+    const Call call{slot, operation, where};
+    bool isFinite = true;
+    bool isBox = true;
+    for (std::size_t i = 0; i < 3; ++i) {
+        isFinite = isFinite && std::isfinite(low[i]) && std::isfinite(high[i]);
+        isBox = isBox && low[i] <= high[i];
+    }
+    if (!isFinite)
+        call.refuse("an end of the box is not finite");
+    else if (!isBox)
+        call.refuse("the low end of the box is above the high end");
+    else
+        change(slot, [&](SceneUpdate& scene) {
+            scene.isCutOut = isCutOut;
+            scene.clipBox.emplace().emplace();
+            for (const Vector3d& end : {low, high})
+                (*scene.clipBox)->extend(end);
+        });
+}
+
 } // namespace
 
 Scene scene(std::string_view name)
@@ -379,26 +405,13 @@ Scene Scene::bearings(bool areShown, const Statement&) const
 
 Scene Scene::clipBox(const Vector3d& low, const Vector3d& high, const Statement&) const
 {
-    if (!isSent(m_Slot))
-        return *this;
-    const std::string where = digits(low[0]) + ", " + digits(low[1]) + ", " + digits(low[2]);
-    const Call call{m_Slot, "clipBox", where};
-    bool isFinite = true;
-    bool isBox = true;
-    for (std::size_t i = 0; i < 3; ++i) {
-        isFinite = isFinite && std::isfinite(low[i]) && std::isfinite(high[i]);
-        isBox = isBox && low[i] <= high[i];
-    }
-    if (!isFinite)
-        call.refuse("an end of the box is not finite");
-    else if (!isBox)
-        call.refuse("the low end of the box is above the high end");
-    else
-        change(m_Slot, [&](SceneUpdate& scene) {
-            scene.clipBox.emplace().emplace();
-            for (const Vector3d& end : {low, high})
-                (*scene.clipBox)->extend(end);
-        });
+    sendClipBox(m_Slot, "clipBox", low, high, false);
+    return *this;
+}
+
+Scene Scene::cutOut(const Vector3d& low, const Vector3d& high, const Statement&) const
+{
+    sendClipBox(m_Slot, "cutOut", low, high, true);
     return *this;
 }
 

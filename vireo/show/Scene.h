@@ -261,6 +261,10 @@ public:
     /// them. The ends must be finite, and `low` nowhere above `high`.
     Scene clipBox(const Vector3d& low, const Vector3d& high, const Statement& statement = Statement()) const;
 
+    /// Takes away what is in a box along the axes, such as a corner of a volume, so that one sees what is behind it,
+    /// until the user chooses. It takes the place of a clipBox(), and clipBox() that of it.
+    Scene cutOut(const Vector3d& low, const Vector3d& high, const Statement& statement = Statement()) const;
+
     /// Shows everything again, until the user chooses.
     Scene noClipBox(const Statement& statement = Statement()) const;
 

@@ -1,6 +1,7 @@
 #include "vireo/show/scenes/ClipBox.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tavo {
 
@@ -10,6 +11,14 @@ constexpr double MARGIN = 0.01;    // of the diagonal, around what is there: not
 constexpr double SLAB = 0.02;      // of what is there
 constexpr double THINNEST = 1e-12; // of its coordinates
 
+bool isIn(const SceneBox& box, const Vector3d& place)
+{
+    bool isInside = true;
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        isInside = isInside && box.getMin()[axis] <= place[axis] && place[axis] <= box.getMax()[axis];
+    return isInside;
+}
+
 SceneBox boxBetween(const Vector3d& min, const Vector3d& max)
 {
     SceneBox box;
@@ -18,14 +27,20 @@ SceneBox boxBetween(const Vector3d& min, const Vector3d& max)
     return box;
 }
 
+// An eighth of a box.
+SceneBox cornerOf(const SceneBox& box, const Vector3d& towards)
+{
+    Vector3d corner;
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        corner[axis] = (towards[axis] < 0 ? box.getMin() : box.getMax())[axis];
+    return boxBetween(box.centre(), corner);
+}
+
 } // namespace
 
 bool ClipBox::isSeen(const Vector3d& place) const
 {
-    for (std::size_t axis = 0; m_Shown && axis < 3; ++axis)
-        if (!(m_Shown->getMin()[axis] <= place[axis] && place[axis] <= m_Shown->getMax()[axis]))
-            return false;
-    return true;
+    return !m_Shown || isIn(*m_Shown, place) != m_IsCutOut;
 }
 
 // A box beside all that is there remains beside it.
@@ -42,11 +57,12 @@ std::optional<SceneBox> ClipBox::around(const SceneBox& all) const
     return boxBetween(moved(m_Shown->getMin()), moved(m_Shown->getMax()));
 }
 
-void ClipBox::send(const std::optional<SceneBox>& box)
+void ClipBox::send(const std::optional<SceneBox>& box, bool isCutOut)
 {
     if (m_IsChosen)
         return;
     m_Shown = box;
+    m_IsCutOut = isCutOut;
     if (box)
         m_Last = box;
 }
@@ -71,6 +87,23 @@ void ClipBox::switchOn(bool isOn, const SceneBox& all)
     } else if (!all.isEmpty()) {
         m_Shown = boxAround(all);
     }
+}
+
+void ClipBox::switchCutOut(const SceneBox& all, const Vector3d& towardsEye)
+{
+    m_IsChosen = true;
+    if (isCutOut()) {
+        m_IsCutOut = false;
+        if (m_BeforeCorner)
+            m_Shown = *std::exchange(m_BeforeCorner, std::nullopt);
+        return;
+    }
+    m_IsCutOut = true;
+    m_BeforeCorner.reset();
+    if (all.isEmpty() || (m_Shown && (!isIn(*m_Shown, all.getMin()) || !isIn(*m_Shown, all.getMax()))))
+        return;
+    m_BeforeCorner = std::exchange(m_Shown, cornerOf(boxAround(all), towardsEye));
+    m_SlabAxis.reset();
 }
 
 void ClipBox::switchSlab(std::size_t axis, const SceneBox& all)

@@ -7,7 +7,7 @@
 namespace tavo {
 
 // The box of a scene outside of which nothing of it is seen, as the program sends it or a person has it. A slab is a
-// thin one, which is moved along an axis.
+// thin one, which is moved along an axis. Of a box that is cut out, nothing is seen inside.
 //
 // Faces are counted: 0 and 1 are those with the least and the greatest x, and so on.
 class ClipBox
@@ -17,6 +17,9 @@ public:
 
     // None if all is seen.
     const std::optional<SceneBox>& shown() const { return m_Shown; }
+
+    // Whether what is in the box is taken away, instead of what is outside.
+    bool isCutOut() const { return m_Shown && m_IsCutOut; }
 
     bool isSeen(const Vector3d& place) const;
 
@@ -28,10 +31,14 @@ public:
     const std::optional<std::size_t>& slabAxis() const { return m_SlabAxis; }
 
     // By the program: it holds until a person chooses.
-    void send(const std::optional<SceneBox>& box);
+    void send(const std::optional<SceneBox>& box, bool isCutOut = false);
 
     // For a person. On, it is where it was before; if that is nowhere, around all that is there.
     void switchOn(bool isOn, const SceneBox& all);
+
+    // For a person: cuts it out, or no longer. Where there is none, or one about all that is there, it becomes the
+    // corner that is nearest to an eye in that direction, until it is no longer cut out.
+    void switchCutOut(const SceneBox& all, const Vector3d& towardsEye);
 
     // For a person: makes it thin along an axis, or, if it was that, what it was before.
     void switchSlab(std::size_t axis, const SceneBox& all);
@@ -52,6 +59,8 @@ private:
     std::optional<SceneBox> m_Last; // that was shown
     std::optional<std::size_t> m_SlabAxis;
     SceneBox m_BeforeSlab;
+    bool m_IsCutOut = false;
+    std::optional<std::optional<SceneBox>> m_BeforeCorner; // if a corner took its place
 };
 
 // In the middle of a face.

@@ -11,7 +11,7 @@ namespace tavo {
 class ClipBox;
 class SceneView;
 
-// Switches the clip box of a scene on and off, and makes a slab of it along an axis.
+// Switches the clip box of a scene on and off, makes a slab of it along an axis, and cuts it out.
 class ClipControls : public QWidget
 {
 public:
@@ -22,6 +22,7 @@ public:
 private:
     SceneView& m_View;
     QCheckBox* m_IsOn;
+    QCheckBox* m_IsCutOut;
     std::array<QPushButton*, 3> m_Slabs;
 };
 

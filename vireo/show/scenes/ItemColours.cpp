@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 
 #include "vireo/show/colours/colourOfLabel.h"
@@ -15,12 +16,16 @@ namespace tavo {
 namespace {
 
 constexpr const char* COLOURS = "colours";
-constexpr double LARGEST_LABEL = 9e15; // beyond it, doubles are no numbers to count by
+constexpr double LARGEST_LABEL = 9.2e18; // beyond it, floats are none of the numbers of labels
 constexpr std::size_t SWATCH_SIZE = 8;
 
-std::optional<std::int64_t> labelOf(double value)
+template <typename T>
+std::optional<std::int64_t> labelOf(T value)
 {
-    return std::abs(value) < LARGEST_LABEL ? std::optional(static_cast<std::int64_t>(value)) : std::nullopt;
+    if constexpr (std::is_floating_point_v<T>)
+        return std::abs(value) < LARGEST_LABEL ? std::optional(static_cast<std::int64_t>(value)) : std::nullopt;
+    else
+        return static_cast<std::int64_t>(value);
 }
 
 std::set<std::int64_t> differentLabels(const NumberArray& numbers, std::size_t most)
@@ -29,13 +34,21 @@ std::set<std::int64_t> differentLabels(const NumberArray& numbers, std::size_t m
     numbers.visit([&](const auto* values, std::size_t size) {
         std::optional<std::int64_t> last; // they come in runs
         for (std::size_t i = 0; i < size && labels.size() < most; ++i) {
-            const std::optional<std::int64_t> label = labelOf(static_cast<double>(values[i]));
+            const std::optional<std::int64_t> label = labelOf(values[i]);
             if (label && label != last)
                 labels.insert(*label);
             last = label;
         }
     });
     return labels;
+}
+
+// Of all but the lowest and the highest 200th; of all, if those are all that differ.
+std::pair<double, double> usualRangeOf(const NumberArray& numbers)
+{
+    constexpr double LEFT_OUT = 0.005;
+    const auto range = quantiles(numbers, LEFT_OUT, 1 - LEFT_OUT);
+    return range.first < range.second ? range : finiteRangeOf(numbers);
 }
 
 // Of the least ones.
@@ -81,6 +94,7 @@ bool ItemColours::apply(ItemUpdate& update)
 
 bool ItemColours::settle(const ItemShape& shape)
 {
+    m_IsVolume = shape.grid.has_value();
     m_NumPoints = shape.numPoints();
     m_NumParts = shape.numParts();
     const auto fitsAs = [this](const std::string& name) {
@@ -91,6 +105,7 @@ bool ItemColours::settle(const ItemShape& shape)
         if (!field.values.settle(fitsAs(field.name)))
             continue;
         field.range.reset();
+        field.usualRange.reset();
         field.categories.reset();
         field.areNumbers.reset();
         isNew = true;
@@ -100,11 +115,11 @@ bool ItemColours::settle(const ItemShape& shape)
 
 bool ItemColours::settleStyle(const ItemChoice& chosen)
 {
-    const auto before = std::tuple(m_Shown, m_Range, m_ColourMap, m_Opacities);
+    const auto before = std::tuple(m_Shown, m_Range, m_IsWhole, m_ColourMap, m_Opacities);
     m_Shown = chosen.shown && has(*chosen.shown) ? chosen.shown : m_Sent.shown;
     const bool areLabelsNew = settleLabels(chosen);
     settleRange(chosen);
-    return areLabelsNew || std::tie(m_Shown, m_Range, m_ColourMap, m_Opacities) != before;
+    return areLabelsNew || std::tie(m_Shown, m_Range, m_IsWhole, m_ColourMap, m_Opacities) != before;
 }
 
 bool ItemColours::settleLabels(const ItemChoice& chosen)
@@ -131,6 +146,7 @@ void ItemColours::settleRange(const ItemChoice& choice)
     m_Range = m_Sent.range;
     m_ColourMap = m_Sent.colourMap.value_or(std::string(namesOfColourMaps().front()));
     m_Opacities = m_Sent.opacities.value_or(usualOpacities());
+    m_IsWhole = false;
     const auto chosen = choice.fields.find(nameOfShown());
     if (chosen == choice.fields.end())
         return;
@@ -138,6 +154,7 @@ void ItemColours::settleRange(const ItemChoice& choice)
     m_ColourMap = chosen->second.colourMap.value_or(m_ColourMap);
     if (chosen->second.range || chosen->second.isWhole)
         m_Range = chosen->second.range;
+    m_IsWhole = chosen->second.isWhole;
 }
 
 bool ItemColours::has(const std::string& shown) const
@@ -197,9 +214,11 @@ std::pair<double, double> ItemColours::rangeOf(const Field& field) const
 {
     if (m_Range)
         return *m_Range;
-    if (!field.range)
-        field.range = finiteRangeOf(field.values.used()->numbers);
-    return *field.range;
+    std::optional<std::pair<double, double>>& range = m_IsVolume && !m_IsWhole ? field.usualRange : field.range;
+    if (!range)
+        range = &range == &field.range ? finiteRangeOf(field.values.used()->numbers)
+                                       : usualRangeOf(field.values.used()->numbers);
+    return *range;
 }
 
 bool ItemColours::haveNumbers(const Field& field)
@@ -289,7 +308,7 @@ std::vector<unsigned char> ItemColours::ofField(
         forEachSource(drawn, numVertices, areOfParts, [&](std::size_t source) {
             const auto value = static_cast<double>(numbers[source]);
             RGBA8 colour = ColourMap::colourOfNaN();
-            const std::optional<std::int64_t> label = field.areLabels ? labelOf(value) : std::nullopt;
+            const std::optional<std::int64_t> label = field.areLabels ? labelOf(numbers[source]) : std::nullopt;
             if (label)
                 colour = colourOfLabel(*label);
             else if (!field.areLabels && !std::isnan(value))

@@ -33,10 +33,11 @@ public:
     {
         std::string name;
         bool areSentLabels = false;
-        bool areLabels = false;                                      // as chosen or else as sent
-        SentNumbers values = {};                                     // as many as there are points or parts
-        mutable std::optional<std::pair<double, double>> range = {}; // of the values, if it is known
-        mutable std::optional<bool> areNumbers = {};                 // any of them, if it is known
+        bool areLabels = false;                                           // as chosen or else as sent
+        SentNumbers values = {};                                          // as many as there are points or parts
+        mutable std::optional<std::pair<double, double>> range = {};      // of the values, if it is known
+        mutable std::optional<std::pair<double, double>> usualRange = {}; // of most of them
+        mutable std::optional<bool> areNumbers = {};                      // any of them, if it is known
         mutable std::optional<std::set<std::int64_t>> categories = {};
     };
 
@@ -60,6 +61,10 @@ public:
     const std::string* missing() const { return m_Sent.shown && !has(*m_Sent.shown) ? &*m_Sent.shown : nullptr; }
     bool areSentShown() const;
     void dropSent() { m_Colours = {}; }
+    void dropField(const std::string& name)
+    {
+        std::erase_if(m_Fields, [&name](const Field& field) { return field.name == name; });
+    }
     std::optional<RGBA8> sentAt(std::size_t source, std::size_t part) const;
 
     // In the order in which they came, those that wait too.
@@ -127,6 +132,8 @@ private:
     Style m_Sent;
     std::optional<std::string> m_Shown; // this and the following, as chosen or else as sent
     std::optional<std::pair<double, double>> m_Range;
+    bool m_IsVolume = false;
+    bool m_IsWhole = false; // the range, as chosen: without it, a volume leaves the least and the greatest out
     std::string m_ColourMap{namesOfColourMaps().front()};
     OpacityCurve m_Opacities = usualOpacities();
 };

@@ -10,15 +10,19 @@
 
 namespace tavo {
 
+class CutOut;
+
 // Of the points of a cloud, those that are drawn: some phases of the chunks that may be in view.
 struct PointShare
 {
     std::size_t numPhases = PointPhases::ALL;
     double enlargement = 1;     // of points, where few stand for many
     unsigned int sliceStep = 1; // of so many slices of volumes one is drawn
+    bool mayBeCoarse = false;   // of large volumes, rather than late
     Matrix4 projection;         // to clip space
     double width = 1;           // of the picture, in pixels
     double height = 1;
+    const CutOut* cutOut = nullptr; // what is not drawn, of everything; null if nothing is
 
     // Of all phases, only these points; of fewer, what they have of the chunks in which these are.
     std::size_t beginPoint = 0;

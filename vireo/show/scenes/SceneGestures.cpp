@@ -169,7 +169,7 @@ bool SceneGestures::pressKey(const QKeyEvent& event)
     case Qt::Key_Escape: return m_View.clearPins();
     case Qt::Key_Home: m_View.showAll(); return true;
     case Qt::Key_B: m_View.switchBearings(); return true;
-    case Qt::Key_C: m_View.switchClipBox(); return true;
+    case Qt::Key_C: event.modifiers() & Qt::ShiftModifier ? m_View.switchCutOut() : m_View.switchClipBox(); return true;
     case Qt::Key_X: m_View.switchSlab(0); return true;
     case Qt::Key_Y: m_View.switchSlab(1); return true;
     case Qt::Key_Z: m_View.switchSlab(2); return true;

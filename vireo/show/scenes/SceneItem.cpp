@@ -11,6 +11,7 @@
 #include "vireo/show/plots/colours.h"
 #include "vireo/show/scenes/byteOf.h"
 #include "vireo/show/scenes/valueCounts.h"
+#include "vireo/show/volumes/volumeItem.h"
 
 namespace tavo {
 
@@ -71,6 +72,8 @@ void SceneItem::apply(ItemUpdate& update)
     replace(m_Shape, update.shape);
     if (isShapeNew && isVolume() && !update.colours)
         m_Colours.dropSent(); // its samples were colours
+    if (isShapeNew && isVolume() && update.fields.empty())
+        m_Colours.dropField(VOLUME_SAMPLES); // its samples were numbers
     if (m_Colours.apply(update))
         m_AreColoursUploaded = false;
     m_Normals.send(update.normals);
@@ -393,7 +396,7 @@ bool SceneItem::prepare(GLContext& context)
 std::size_t SceneItem::draw(const Matrix4& modelView, bool isGroundDark, double scale, const PointShare& share)
 {
     if (isVolume())
-        m_Volume.draw(modelView, {m_IsMaximum, m_IsLit, share.sliceStep});
+        m_Volume.draw(modelView, {m_IsMaximum, m_IsLit, share.sliceStep, share.cutOut, share.mayBeCoarse});
     if (!m_Buffers.canDraw())
         return 0;
     glLoadMatrixd(modelView.numbers.data());

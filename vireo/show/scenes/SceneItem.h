@@ -68,6 +68,11 @@ public:
     // How many samples of a volume are drawn; null before it has been.
     const Vector3i* drawnSize() const { return m_Volume.drawnSize(); }
 
+    // Whether a volume was drawn coarsely, since all of it takes long. Makes more of it, for about so long, and returns
+    // whether it would be whole now. The context must be current.
+    bool isCoarse() const { return isVolume() && m_Volume.isCoarse(); }
+    bool refineVolume(double seconds) { return m_Volume.refine(seconds); }
+
     // Whether light should fall on the volume, and the driver cannot do that.
     bool isLightMissing() const { return m_IsLit && isVolume() && m_Volume.isLightMissing(); }
 

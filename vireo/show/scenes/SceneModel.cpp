@@ -33,7 +33,7 @@ bool SceneModel::apply(SceneUpdate& update)
     for (const auto& [path, matrix] : update.transforms)
         m_Transforms[path] = matrix;
     if (update.clipBox)
-        m_ClipBox.send(*update.clipBox);
+        m_ClipBox.send(*update.clipBox, update.isCutOut.value_or(false));
     bool doesWait = false;
     for (auto& [path, itemUpdate] : update.items) {
         const auto found = m_Items.find(path);

@@ -65,8 +65,9 @@ public:
     ClipBox& getClipBox() { return m_ClipBox; }
     const ClipBox& getClipBox() const { return m_ClipBox; }
 
-    // The same for drawing; none if all is seen.
-    std::optional<SceneBox> drawnClipBox() { return m_ClipBox.around(box()); }
+    // The same for drawing; none if all is seen, or all but what is in the other one.
+    std::optional<SceneBox> drawnClipBox() { return m_ClipBox.isCutOut() ? std::nullopt : m_ClipBox.around(box()); }
+    std::optional<SceneBox> drawnCutOut() { return m_ClipBox.isCutOut() ? m_ClipBox.around(box()) : std::nullopt; }
 
     // By their paths.
     const std::map<std::string, SceneItem>& items() const { return m_Items; }

@@ -8,6 +8,7 @@
 #include "tavo/base/debug/displayException.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/show/scenes/ClipPlanes.h"
+#include "vireo/show/scenes/CutOut.h"
 #include "vireo/show/scenes/clipSpace.h"
 #include "vireo/show/scenes/pickSection.h"
 #include "vireo/show/scenes/pictureProjection.h"
@@ -91,11 +92,15 @@ void ScenePicker::drawItems(PickTarget& target, const SceneCamera& camera, const
     glLoadMatrixd(share.projection.numbers.data());
     const ClipPlanes planes(camera, m_Model.drawnClipBox());
     glMatrixMode(GL_MODELVIEW);
-    for (std::size_t i = 0; i < m_Drawn.size(); ++i)
-        runGuarded([&] {
-            const auto& [path, item, matrix] = m_Drawn[i];
-            item->drawIds(m_Context->getGL(), target, i, camera.modelView(matrix, item->origin()), share);
-        });
+    const auto drawAll = [&] {
+        for (std::size_t i = 0; i < m_Drawn.size(); ++i)
+            runGuarded([&] {
+                const auto& [path, item, matrix] = m_Drawn[i];
+                item->drawIds(m_Context->getGL(), target, i, camera.modelView(matrix, item->origin()), share);
+            });
+    };
+    const std::optional<SceneBox> cutOut = m_Model.drawnCutOut();
+    cutOut ? CutOut(camera, *cutOut).draw(drawAll) : drawAll();
 }
 
 // Nothing is nearer than what fills a surface where it is cut.
@@ -145,7 +150,9 @@ std::optional<ScenePick> ScenePicker::volumeBefore(
     for (const SceneModel::Placed& placed : m_Drawn) {
         if (!placed.item->isVolume())
             continue;
-        const VolumeRay along(*placed.item->shape()->grid, placed.matrix, seen.start, seen.direction, seen.isCut);
+        VolumeRay along(*placed.item->shape()->grid, placed.matrix, seen.start, seen.direction, seen.isCut);
+        if (const std::optional<SceneBox> cutOut = m_Model.drawnCutOut())
+            along.leaveOut(*cutOut);
         const std::optional<std::size_t> sample = placed.item->sampleAlong(along);
         if (!sample)
             continue;

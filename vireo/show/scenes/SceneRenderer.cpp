@@ -8,6 +8,7 @@
 #include "vireo/context/GLExtensions.h"
 #include "vireo/displayers/joinTiles.h"
 #include "vireo/show/scenes/ClipPlanes.h"
+#include "vireo/show/scenes/CutOut.h"
 #include "vireo/show/scenes/Stopwatch.h"
 #include "vireo/show/scenes/drawSections.h"
 #include "vireo/show/scenes/pictureProjection.h"
@@ -171,13 +172,14 @@ void SceneRenderer::drawItems(
     m_PointTime = {};
     for (const Placed& placed : m_Model.visibleItems())
         m_PointTime.isTypical = !placed.item->prepare(m_Context->getGL()) && m_PointTime.isTypical;
-    m_Model.sayWhatIsReduced();
     begin(camera, pixels, look);
     PointShare share = shareOf(camera, pixels, numPhases);
     share.sliceStep = look.sliceStep;
+    share.mayBeCoarse = look.mayBeCoarse;
     drawClouds(camera, pixels, look, share);
     drawRest(camera, look, share);
     drawSections(camera, look);
+    m_Model.sayWhatIsReduced();
 }
 
 void SceneRenderer::drawSections(const SceneCamera& camera, const SceneLook& look)
@@ -231,14 +233,13 @@ void SceneRenderer::drawSurfaces(
 {
     glFinish(); // what was drawn before counts not
     const Stopwatch watch;
-    const auto draw = [&] {
+    const auto drawAll = [&] {
         for (const Placed& placed : surfaces)
-            placed.item->draw(
-                camera.modelView(placed.matrix, placed.item->origin()), look.isGroundDark(), look.scale, share);
+            draw(placed, camera, look, share);
     };
-    if (!m_Context->blendLayers(m_Part.size(), look.numLayers, draw)) {
+    if (!m_Context->blendLayers(m_Part.size(), look.numLayers, drawAll)) {
         glDepthMask(GL_FALSE);
-        draw();
+        drawAll();
         glDepthMask(GL_TRUE);
     }
     glFinish();
@@ -304,6 +305,22 @@ void SceneRenderer::drawBoxBehind(const SceneCamera& camera, const QSize& pixels
     glEnable(GL_DEPTH_TEST);
 }
 
+// Volumes put their parts together themselves.
+std::size_t SceneRenderer::draw(
+    const Placed& placed, const SceneCamera& camera, const SceneLook& look, PointShare share) const
+{
+    std::size_t numPoints = 0;
+    const std::optional<SceneBox> box = m_Model.drawnCutOut();
+    const std::optional<CutOut> cutOut = box ? std::optional<CutOut>(std::in_place, camera, *box) : std::nullopt;
+    share.cutOut = cutOut ? &*cutOut : nullptr;
+    const auto drawIt = [&] {
+        numPoints = placed.item->draw(
+            camera.modelView(placed.matrix, placed.item->origin()), look.isGroundDark(), look.scale, share);
+    };
+    cutOut && !placed.item->isVolume() ? cutOut->draw(drawIt) : drawIt();
+    return numPoints;
+}
+
 void SceneRenderer::drawItem(
     const Placed& placed, const SceneCamera& camera, const SceneLook& look, const PointShare& share)
 {
@@ -311,8 +328,7 @@ void SceneRenderer::drawItem(
     if (placed.item->isVolume())
         glFinish(); // what was drawn before counts not
     const Stopwatch watch;
-    const std::size_t numPoints = placed.item->draw(
-        camera.modelView(placed.matrix, placed.item->origin()), look.isGroundDark(), look.scale, share);
+    const std::size_t numPoints = draw(placed, camera, look, share);
     glDepthMask(GL_TRUE);
     if (placed.item->isVolume()) {
         glFinish();
@@ -435,6 +451,23 @@ void SceneRenderer::refineBy(std::size_t number)
         light(refined.camera, refined.pixels, refined.look);
     if (refined.isWhole())
         drawSections(refined.camera, refined.look);
+}
+
+bool SceneRenderer::areVolumesCoarse() const
+{
+    const std::vector<Placed> items = m_Model.visibleItems();
+    return std::any_of(items.begin(), items.end(), [](const Placed& placed) { return placed.item->isCoarse(); });
+}
+
+bool SceneRenderer::refineVolumes(double seconds)
+{
+    const Stopwatch watch;
+    const SceneContext::Scope scope(*m_Context);
+    bool areWhole = true;
+    for (const Placed& placed : m_Model.visibleItems())
+        if (placed.item->isCoarse())
+            areWhole = placed.item->refineVolume(std::max(seconds - watch.seconds(), 0.0)) && areWhole;
+    return areWhole;
 }
 
 QImage SceneRenderer::drawRefined(std::size_t numPhasesBehind)

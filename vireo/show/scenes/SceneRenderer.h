@@ -23,6 +23,7 @@ struct SceneLook
     bool hasDepthLight = true;            // on clouds without normals, where the driver can
     unsigned int sliceStep = 1;           // of so many slices of volumes one is drawn
     unsigned int numLayers = MOST_LAYERS; // of translucent surfaces that are drawn by their depths
+    bool mayBeCoarse = false;             // large volumes, rather than late
 
     static constexpr unsigned int MOST_LAYERS = 16;
 
@@ -68,6 +69,11 @@ public:
     bool refine(double seconds, const PointBudget& budget);
     QImage drawRefined(std::size_t numPhasesBehind);
 
+    // Whether volumes were drawn coarsely in the last picture. Makes more of them, beside any picture, and returns
+    // whether they would be whole now.
+    bool areVolumesCoarse() const;
+    bool refineVolumes(double seconds);
+
     std::size_t numPointsInView(const SceneCamera& camera, const QSize& pixels);
 
 private:
@@ -109,6 +115,7 @@ private:
     PointShare shareOf(const SceneCamera& camera, const QSize& pixels, std::size_t numPhases);
     void drawClouds(const SceneCamera& camera, const QSize& pixels, const SceneLook& look, const PointShare& share);
     void drawItem(const Placed& placed, const SceneCamera& camera, const SceneLook& look, const PointShare& share);
+    std::size_t draw(const Placed& placed, const SceneCamera& camera, const SceneLook& look, PointShare share) const;
     void drawTexts(QImage& picture, const SceneCamera& camera, const SceneLook& look);
 
     std::shared_ptr<SceneContext> m_Context;

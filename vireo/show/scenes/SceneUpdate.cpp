@@ -103,6 +103,7 @@ void SceneUpdate::merge(ViewUpdate& newer)
     replace(isOrthographic, newerScene.isOrthographic);
     replace(hasBearings, newerScene.hasBearings);
     replace(clipBox, newerScene.clipBox);
+    replace(isCutOut, newerScene.isCutOut);
     replace(pickReceiver, newerScene.pickReceiver);
 }
 

@@ -141,6 +141,7 @@ public:
     std::optional<bool> isOrthographic;
     std::optional<bool> hasBearings;
     std::optional<std::optional<SceneBox>> clipBox; // outside of which nothing is seen; of none, all is
+    std::optional<bool> isCutOut;                   // that box: what is in it is not seen, instead
     std::optional<std::shared_ptr<const PickReceiver>> pickReceiver; // of null: nobody any more
 };
 

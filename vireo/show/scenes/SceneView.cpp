@@ -61,6 +61,7 @@ SceneView::SceneView(const std::string& name)
     m_RestTimer.setInterval(UNTIL_REST);
     connect(&m_RestTimer, &QTimer::timeout, this, [this] { rest(); });
     connect(&m_RefinementTimer, &QTimer::timeout, this, [this] { runGuarded([this] { refine(); }); });
+    connect(&m_VolumeTimer, &QTimer::timeout, this, [this] { runGuarded([this] { refineVolumes(); }); });
     m_SurfaceTimer.setInterval(UNTIL_ASKED);
     connect(&m_SurfaceTimer, &QTimer::timeout, this, [this] { runGuarded([this] { takeSurfaces(); }); });
     m_Gestures = std::make_unique<SceneGestures>(*this);
@@ -190,6 +191,15 @@ void SceneView::refine()
     update();
 }
 
+// In between events.
+void SceneView::refineVolumes()
+{
+    if (!m_Renderer.refineVolumes(SLICE))
+        return;
+    m_VolumeTimer.stop();
+    changed();
+}
+
 void SceneView::showAll()
 {
     m_IsChosen = false;
@@ -238,6 +248,13 @@ void SceneView::switchClipBox()
 void SceneView::switchSlab(std::size_t axis)
 {
     changeClipBox([axis](ClipBox& clip, const SceneBox& all) { clip.switchSlab(axis, all); });
+}
+
+void SceneView::switchCutOut()
+{
+    const Matrix4 view = m_Camera.modelView();
+    const Vector3d towardsEye(view.at(2, 0), view.at(2, 1), view.at(2, 2));
+    changeClipBox([&](ClipBox& clip, const SceneBox& all) { clip.switchCutOut(all, towardsEye); });
 }
 
 void SceneView::choose(const std::function<void(SceneChoices&)>& choose)
@@ -527,8 +544,10 @@ void SceneView::drawPicture()
     SceneLook look = this->look(scale);
     look.sliceStep = m_SliceMotion.step();
     look.numLayers = SceneLook::MOST_LAYERS / m_LayerMotion.step();
+    look.mayBeCoarse = true;
     m_Picture = m_Renderer.draw(m_Camera, pixels, look, numPhases);
     m_Picture.setDevicePixelRatio(scale);
+    m_Renderer.areVolumesCoarse() ? m_VolumeTimer.start() : m_VolumeTimer.stop();
     if (!isMoving && numPhases < PointPhases::ALL)
         beginRefinement();
 }

@@ -66,6 +66,9 @@ public:
     void switchClipBox();
     void switchSlab(std::size_t axis);
 
+    // Shows all but what is in that box, which at first is the nearest corner, or no longer.
+    void switchCutOut();
+
     bool isChosen() const { return m_IsChosen; }
 
     // What the points of frames take, and so how many are drawn while the view moves.
@@ -78,7 +81,7 @@ public:
     SliceMotion& getSliceMotion() { return m_SliceMotion; }
 
     // Whether points are still to be drawn: it moves, or has just come to rest.
-    bool isBusy() const { return m_RestTimer.isActive() || m_RefinementTimer.isActive(); }
+    bool isBusy() const { return m_RestTimer.isActive() || m_RefinementTimer.isActive() || m_VolumeTimer.isActive(); }
 
     const SceneModel& getModel() const { return m_Model; }
 
@@ -156,6 +159,7 @@ private:
     void rest();
     void beginRefinement();
     void refine();
+    void refineVolumes();
     void drawPicture();
     void measure(const SceneRenderer::PointTime& time, double seconds);
     void paintOverlays(QPainter& painter, const OverlayRoom& room, const SceneCamera& camera,
@@ -182,6 +186,7 @@ private:
     SliceMotion m_SliceMotion;
     SliceMotion m_LayerMotion; // the same of the layers of translucent surfaces
     QTimer m_SurfaceTimer;     // goes while surfaces of volumes are still to come
+    QTimer m_VolumeTimer;      // goes while volumes are coarse
     QTimer m_RestTimer;
     QTimer m_RefinementTimer; // goes while points are still to be drawn
     Stopwatch m_SinceShown;   // the last picture of a refinement

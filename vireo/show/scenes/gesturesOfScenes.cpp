@@ -20,6 +20,7 @@ std::vector<Gesture> gesturesOfScenes()
         {"Tab", "colours what is selected by its next field"},
         {"+, -, Alt + wheel", "makes points and lines larger or smaller"},
         {"c", "shows only what is in a box, or everything again"},
+        {"Shift + c", "takes away what is in a box, a corner at first, or no longer"},
         {"x, y, z", "shows only a thin slab along that axis, or what it showed before"},
         {"drag a handle of the box", "moves its face; of a slab, all of it, or with Shift the face"},
         {"Shift + wheel", "moves the slab"},

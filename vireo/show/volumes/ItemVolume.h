@@ -36,8 +36,12 @@ public:
     static std::optional<std::size_t> sampleAlong(
         const VolumeRay& ray, const ItemColours& colours, double opacity, bool isMaximum);
 
-    // How many samples are drawn; null before any has been prepared.
-    const Vector3i* drawnSize() const { return m_Drawing ? &m_Drawing->getDrawnSize() : nullptr; }
+    // As VolumeDrawing's.
+    bool isCoarse() const { return m_Drawing && m_Drawing->isCoarse(); }
+    bool refine(double seconds) { return !m_Drawing || m_Drawing->refine(seconds); }
+
+    // How many samples are drawn; null before all have been prepared.
+    const Vector3i* drawnSize() const { return m_Drawing ? m_Drawing->drawnSize() : nullptr; }
 
 private:
     std::unique_ptr<VolumeDrawing> m_Drawing;

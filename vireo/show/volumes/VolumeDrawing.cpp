@@ -1,12 +1,16 @@
 #include "vireo/show/volumes/VolumeDrawing.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <optional>
 #include <string>
+#include <type_traits>
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/SavedState.h"
+#include "vireo/show/scenes/CutOut.h"
 #include "vireo/volume/opacityOfLayer.h"
 
 namespace tavo {
@@ -173,28 +177,86 @@ std::uint16_t toEntry(double part)
 
 } // namespace
 
+VolumeDrawing::Stacks::Stacks(GLContext& context, const VolumeGrid& grid, const NumberTuples& samples,
+    const VolumeSlices::Survey& survey, bool areCoarse)
+    : slices(context, grid, samples, survey, areCoarse)
+    , program(&context, GL_FRAGMENT_PROGRAM_ARB)
+    , litProgram(&context, GL_FRAGMENT_PROGRAM_ARB)
+    , placeProgram(&context, GL_FRAGMENT_PROGRAM_ARB)
+{
+    isValid = program.compile(std::string(BEGINNING) + programOf(slices));
+    canBeLit = isValid && haveUnits(NEIGHBOUR_UNIT + 2) && litProgram.compile(litProgramOf(slices));
+    if (isValid && samples.width == 1 && placeProgram.compile(std::string(BEGINNING) + PLACES))
+        greatest = GreatestValues::make(context);
+}
+
 std::unique_ptr<VolumeDrawing> VolumeDrawing::make(GLContext& context, const VolumeGrid& grid, NumberTuples samples)
 {
     if (!isExtensionSupported("GL_ARB_vertex_program") || !isExtensionSupported("GL_ARB_fragment_program"))
         return nullptr;
     std::unique_ptr<VolumeDrawing> drawing(new VolumeDrawing(context, grid, std::move(samples)));
-    if (!drawing->m_Program.compile(std::string(BEGINNING) + programOf(drawing->m_Slices)))
-        return nullptr;
-    drawing->m_CanBeLit =
-        haveUnits(NEIGHBOUR_UNIT + 2) && drawing->m_LitProgram.compile(litProgramOf(drawing->m_Slices));
-    if (!drawing->areColours() && drawing->m_PlaceProgram.compile(std::string(BEGINNING) + PLACES))
-        drawing->m_Greatest = GreatestValues::make(context);
-    return drawing;
+    if (!drawing->isLarge())
+        drawing->makeWhole();
+    return drawing->isLarge() || drawing->m_Whole->isValid ? std::move(drawing) : nullptr;
 }
 
+// All samples are looked at in a thread if they are many.
 VolumeDrawing::VolumeDrawing(GLContext& context, const VolumeGrid& grid, NumberTuples samples)
-    : m_Grid(grid)
-    , m_Slices(context, grid, std::move(samples))
-    , m_Program(&context, GL_FRAGMENT_PROGRAM_ARB)
-    , m_LitProgram(&context, GL_FRAGMENT_PROGRAM_ARB)
-    , m_PlaceProgram(&context, GL_FRAGMENT_PROGRAM_ARB)
+    : m_Context(context)
+    , m_Grid(grid)
+    , m_Samples(std::move(samples))
     , m_Table(context)
-{}
+{
+    m_Survey = std::async(isLarge() ? std::launch::async : std::launch::deferred,
+        [this] { return VolumeSlices::surveyOf(m_Samples, 1, m_IsUnwanted); });
+}
+
+VolumeDrawing::~VolumeDrawing()
+{
+    m_IsUnwanted = true;
+    if (m_Survey.valid())
+        m_Survey.wait();
+}
+
+void VolumeDrawing::makeWhole()
+{
+    m_Whole = std::make_unique<Stacks>(m_Context, m_Grid, m_Samples, m_Survey.get(), false);
+}
+
+// Of few samples nobody knows whether others are no numbers.
+VolumeDrawing::Stacks* VolumeDrawing::stacksFor(const Vector3f& viewDir, bool mayBeCoarse)
+{
+    m_ViewDir = viewDir;
+    if (m_Whole)
+        m_Whole->slices.show(m_Look.range);
+    m_IsCoarse = mayBeCoarse && isLarge() && !(m_Whole && m_Whole->slices.isPrepared(viewDir));
+    if (m_IsCoarse && !m_Coarse) {
+        const auto step = static_cast<std::size_t>(double(m_Grid.numSamples()) / VolumeSlices::COARSE) + 1;
+        VolumeSlices::Survey survey = VolumeSlices::surveyOf(m_Samples, step, m_IsUnwanted);
+        survey.haveGaps =
+            m_Samples.numbers.visit([]<typename T>(const T*, std::size_t) { return std::is_floating_point_v<T>; });
+        m_Coarse = std::make_unique<Stacks>(m_Context, m_Grid, m_Samples, survey, true);
+    }
+    if (m_IsCoarse)
+        m_Coarse->slices.show(m_Look.range);
+    else if (!m_Whole)
+        makeWhole();
+    return m_IsCoarse ? m_Coarse.get() : m_Whole.get();
+}
+
+bool VolumeDrawing::refine(double seconds)
+{
+    if (!m_IsCoarse)
+        return true;
+    if (!m_Whole && m_Survey.wait_for(std::chrono::seconds(0)) == std::future_status::timeout)
+        return false;
+    if (!m_Whole) {
+        makeWhole();
+        m_Whole->slices.show(m_Look.range);
+    }
+    const SavedAttributes attributes(GL_TEXTURE_BIT);
+    return m_Whole->slices.prepare(m_ViewDir, seconds);
+}
 
 void VolumeDrawing::setLook(Look look)
 {
@@ -219,47 +281,57 @@ void VolumeDrawing::draw(const Matrix4& modelView, const Way& way)
     const double size = length(*view);
     const Vector3f viewDir(float((*view)[0] / size), float((*view)[1] / size), float((*view)[2] / size));
     glLoadMatrixd(toEye.numbers.data());
-    m_Slices.setStep(way.sliceStep);
+    m_Shown = stacksFor(viewDir, way.mayBeCoarse);
+    if (!m_Shown->isValid)
+        return;
+    m_Shown->slices.setStep(way.sliceStep);
     m_Table.bind(TABLE_UNIT);
-    if (way.isMaximum && m_Greatest)
-        drawGreatest(viewDir);
+    if (way.isMaximum && m_Shown->greatest)
+        drawGreatest(viewDir, way.cutOut);
     else
-        drawSmoke(viewDir, way.isLit && m_CanBeLit ? &toEye : nullptr);
+        drawSmoke(viewDir, way.isLit && m_Shown->canBeLit ? &toEye : nullptr, way.cutOut);
     ColourTable::unbind(TABLE_UNIT);
 }
 
-void VolumeDrawing::drawSmoke(const Vector3f& viewDir, const Matrix4* litToEye)
+void VolumeDrawing::drawSlices(const Vector3f& viewDir, const CutOut* cutOut)
+{
+    const auto drawThem = [&] { m_Shown->slices.draw(viewDir); };
+    cutOut ? cutOut->draw(drawThem) : drawThem();
+}
+
+void VolumeDrawing::drawSmoke(const Vector3f& viewDir, const Matrix4* litToEye, const CutOut* cutOut)
 {
     unsigned int axis = 0;
     int direction = 0;
-    m_Slices.computeOrder(viewDir, axis, direction);
-    const auto numSlices = static_cast<unsigned int>(m_Slices.getDrawnSize()[axis]);
-    writeTable(std::min(m_Slices.getStep(), numSlices) * m_Slices.distanceOf(axis) / std::abs(viewDir[axis]));
+    m_Shown->slices.computeOrder(viewDir, axis, direction);
+    const auto numSlices = static_cast<unsigned int>(m_Shown->slices.getDrawnSize()[axis]);
+    writeTable(
+        std::min(m_Shown->slices.getStep(), numSlices) * m_Shown->slices.distanceOf(axis) / std::abs(viewDir[axis]));
     const Window window = this->window();
-    GLShaderARB& program = litToEye ? m_LitProgram : m_Program;
+    GLShaderARB& program = litToEye ? m_Shown->litProgram : m_Shown->program;
     program.bind();
     program.setLocalParameter4f(0, static_cast<float>(window.factor * TO_ENTRY),
         static_cast<float>(window.summand * TO_ENTRY + FIRST_ENTRY), 0, 0);
     if (litToEye)
         setLight(axis, *litToEye);
-    m_Slices.setNeighbourUnit(litToEye ? NEIGHBOUR_UNIT : 0);
-    m_Slices.draw(viewDir);
+    m_Shown->slices.setNeighbourUnit(litToEye ? NEIGHBOUR_UNIT : 0);
+    drawSlices(viewDir, cutOut);
     program.unbind();
 }
 
 // Normals are as long as places in the range rise over the smallest distance of samples.
 void VolumeDrawing::setLight(unsigned int axis, const Matrix4& toEye)
 {
-    const auto [width, height] = m_Slices.textureSizeOf(axis);
+    const auto [width, height] = m_Shown->slices.textureSizeOf(axis);
     const unsigned int u = axis == 0 ? 1 : 0;
     const unsigned int v = axis == 2 ? 1 : 2;
-    const auto numTexels = [this](unsigned int i) { return static_cast<float>(m_Slices.getDrawnSize()[i]); };
-    m_LitProgram.setLocalParameter4f(
+    const auto numTexels = [this](unsigned int i) { return static_cast<float>(m_Shown->slices.getDrawnSize()[i]); };
+    m_Shown->litProgram.setLocalParameter4f(
         1, 1 / width, 1 / height, (numTexels(u) - 0.5F) / width, (numTexels(v) - 0.5F) / height);
     switch (getSamples().width) {
-    case 3: m_LitProgram.setLocalParameter4f(2, 1 / 3.0F, 1 / 3.0F, 1 / 3.0F, 0); break;
-    case 4: m_LitProgram.setLocalParameter4f(2, 0, 0, 0, 1); break;
-    default: m_LitProgram.setLocalParameter4f(2, 1, 0, 0, 0);
+    case 3: m_Shown->litProgram.setLocalParameter4f(2, 1 / 3.0F, 1 / 3.0F, 1 / 3.0F, 0); break;
+    case 4: m_Shown->litProgram.setLocalParameter4f(2, 0, 0, 0, 1); break;
+    default: m_Shown->litProgram.setLocalParameter4f(2, 1, 0, 0, 0);
     }
     const Vector3d columns[] = {toEye.turned({1, 0, 0}), toEye.turned({0, 1, 0}), toEye.turned({0, 0, 1})};
     const double volume = dot(cross(columns[0], columns[1]), columns[2]);
@@ -268,27 +340,27 @@ void VolumeDrawing::setLight(unsigned int axis, const Matrix4& toEye)
     Vector3d normals[3];
     for (std::size_t i = 0; i < 3; ++i) {
         const unsigned int along = axes[i];
-        const double distance = 2 * m_Slices.distanceOf(along); // in smallest distances
+        const double distance = 2 * m_Shown->slices.distanceOf(along); // in smallest distances
         normals[i] = (scale / distance) * cross(columns[(along + 1) % 3], columns[(along + 2) % 3]);
     }
     for (unsigned int row = 0; row < 3; ++row)
-        m_LitProgram.setLocalParameter4f(3 + row, static_cast<float>(normals[0][row]),
+        m_Shown->litProgram.setLocalParameter4f(3 + row, static_cast<float>(normals[0][row]),
             static_cast<float>(normals[1][row]), static_cast<float>(normals[2][row]), 0);
 }
 
-void VolumeDrawing::drawGreatest(const Vector3f& viewDir)
+void VolumeDrawing::drawGreatest(const Vector3f& viewDir, const CutOut* cutOut)
 {
     writeTable(GREATEST_ONLY);
     const Window window = this->window();
-    m_Slices.setNeighbourUnit(0);
+    m_Shown->slices.setNeighbourUnit(0);
     const auto drawPlaces = [&] {
-        m_PlaceProgram.bind();
-        m_PlaceProgram.setLocalParameter4f(
+        m_Shown->placeProgram.bind();
+        m_Shown->placeProgram.setLocalParameter4f(
             0, static_cast<float>(window.factor), static_cast<float>(window.summand), 0, 0);
-        m_Slices.draw(viewDir);
-        m_PlaceProgram.unbind();
+        drawSlices(viewDir, cutOut);
+        m_Shown->placeProgram.unbind();
     };
-    m_Greatest->draw(drawPlaces, static_cast<float>(TO_ENTRY), static_cast<float>(FIRST_ENTRY));
+    m_Shown->greatest->draw(drawPlaces, static_cast<float>(TO_ENTRY), static_cast<float>(FIRST_ENTRY));
 }
 
 // For layers so many times as thick as those that the opacities are of. A view that is turned a little needs no other.
@@ -327,7 +399,7 @@ VolumeDrawing::Window VolumeDrawing::window() const
 {
     if (areColours())
         return {};
-    const auto [least, greatest] = m_Slices.getRange();
+    const auto [least, greatest] = m_Shown->slices.getRange();
     const auto [from, to] = m_Look.range;
     const auto partOf = [](double value, double first, double last) {
         return (value / 2 - first / 2) / (last / 2 - first / 2); // halved: differences may overflow

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <future>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -15,8 +17,10 @@
 
 namespace tavo {
 
+class CutOut;
+
 // Draws a volume: its slices, coloured by a table. Another look, and another view, cost a new table, which is next to
-// nothing.
+// nothing. A large one is coarse at first, where that is enough, until refine() has made it whole.
 class VolumeDrawing
 {
 public:
@@ -36,13 +40,17 @@ public:
     {
         bool isMaximum = false;
         bool isLit = false;
-        unsigned int sliceStep = 1; // of so many slices one is drawn
+        unsigned int sliceStep = 1;     // of so many slices one is drawn
+        const CutOut* cutOut = nullptr; // what is not drawn; null if all is
+        bool mayBeCoarse = false;       // rather than late
     };
 
     // Null if the driver has no programs. The context must be current for this, and for drawing.
     static std::unique_ptr<VolumeDrawing> make(GLContext& context, const VolumeGrid& grid, NumberTuples samples);
 
-    const NumberTuples& getSamples() const { return m_Slices.getSamples(); }
+    ~VolumeDrawing();
+
+    const NumberTuples& getSamples() const { return m_Samples; }
 
     void setLook(Look look);
 
@@ -50,14 +58,39 @@ public:
     // that of the camera.
     void draw(const Matrix4& modelView, const Way& way);
 
-    // Whether the driver has programs for it, and room for textures.
-    bool canBeLit() const { return m_CanBeLit; }
+    // Whether what was drawn last was coarse. Makes more of what it lacks, for about so long, and returns whether it
+    // would be whole now. The context must be current.
+    bool isCoarse() const { return m_IsCoarse; }
+    bool refine(double seconds);
 
-    const Vector3i& getDrawnSize() const { return m_Slices.getDrawnSize(); }
+    // Whether the driver has programs for it, and room for textures.
+    bool canBeLit() const { return !m_Shown || m_Shown->canBeLit; }
+
+    // Of the whole; null if that is not there yet.
+    const Vector3i* drawnSize() const { return m_Whole ? &m_Whole->slices.getDrawnSize() : nullptr; }
 
 private:
+    // The slices, and what draws them.
+    struct Stacks
+    {
+        Stacks(GLContext& context, const VolumeGrid& grid, const NumberTuples& samples,
+            const VolumeSlices::Survey& survey, bool areCoarse);
+
+        VolumeSlices slices;
+        GLShaderARB program;
+        GLShaderARB litProgram;
+        GLShaderARB placeProgram;
+        std::unique_ptr<GreatestValues> greatest; // null if the driver cannot
+        bool isValid = false;
+        bool canBeLit = false;
+    };
+
     VolumeDrawing(GLContext& context, const VolumeGrid& grid, NumberTuples samples);
 
+    bool isLarge() const { return double(m_Grid.numSamples()) > VolumeSlices::COARSE; }
+    std::unique_ptr<Stacks> stacks(const VolumeSlices::Survey& survey, bool areCoarse);
+    void makeWhole();
+    Stacks* stacksFor(const Vector3f& viewDir, bool mayBeCoarse);
     // From what textures have to a place in the range, from 0 to 1.
     struct Window
     {
@@ -66,20 +99,24 @@ private:
     };
 
     bool areColours() const { return getSamples().width > 1; }
-    void drawSmoke(const Vector3f& viewDir, const Matrix4* litToEye);
+    void drawSmoke(const Vector3f& viewDir, const Matrix4* litToEye, const CutOut* cutOut);
+    void drawSlices(const Vector3f& viewDir, const CutOut* cutOut);
     void setLight(unsigned int axis, const Matrix4& toEye);
-    void drawGreatest(const Vector3f& viewDir);
+    void drawGreatest(const Vector3f& viewDir, const CutOut* cutOut);
     void writeTable(double thickness);
     double opacityOf(double place, double thickness) const;
     Window window() const;
 
+    GLContext& m_Context;
     VolumeGrid m_Grid;
-    VolumeSlices m_Slices;
-    GLShaderARB m_Program;
-    GLShaderARB m_LitProgram;
-    GLShaderARB m_PlaceProgram;
-    std::unique_ptr<GreatestValues> m_Greatest; // null if the driver cannot
-    bool m_CanBeLit = false;
+    NumberTuples m_Samples;
+    std::atomic<bool> m_IsUnwanted = false;
+    std::future<VolumeSlices::Survey> m_Survey; // of all samples, until it is taken
+    std::unique_ptr<Stacks> m_Coarse;           // null if it is not needed
+    std::unique_ptr<Stacks> m_Whole;            // null until all samples are known
+    Stacks* m_Shown = nullptr;                  // one of these, as drawn last
+    Vector3f m_ViewDir;
+    bool m_IsCoarse = false;
     ColourTable m_Table;
     Look m_Look;
     double m_TableThickness = 0; // of the layers that the table is for; 0 if there is none

@@ -38,13 +38,34 @@ VolumeRay::VolumeRay(
     const double step = (exit - entry) / double(m_NumPlaces);
     m_First = from + (entry + 0.5 * step) * along;
     m_Step = step * along;
+    m_Start = start + (entry + 0.5 * step) * direction;
+    m_Way = step * direction;
     const Vector3d inUnits(m_Step[0] * grid.spacing[0], m_Step[1] * grid.spacing[1], m_Step[2] * grid.spacing[2]);
     m_Thickness = length(inUnits) / grid.smallestSpacing();
+}
+
+void VolumeRay::leaveOut(const SceneBox& box)
+{
+    double entry = 0;
+    auto exit = double(m_NumPlaces);
+    for (std::size_t i = 0; i < 3; ++i) {
+        const double one = (box.getMin()[i] - m_Start[i]) / m_Way[i];
+        const double other = (box.getMax()[i] - m_Start[i]) / m_Way[i];
+        if (m_Way[i] != 0) {
+            entry = std::max(entry, std::min(one, other));
+            exit = std::min(exit, std::max(one, other));
+        } else if (m_Start[i] < box.getMin()[i] || m_Start[i] > box.getMax()[i]) {
+            return;
+        }
+    }
+    m_LeftOut = {entry, exit};
 }
 
 void VolumeRay::forEach(const std::function<bool(std::size_t sample)>& use) const
 {
     for (std::size_t place = 0; place < m_NumPlaces; ++place) {
+        if (m_LeftOut.first <= double(place) && double(place) <= m_LeftOut.second)
+            continue;
         std::size_t sample = 0;
         for (std::size_t i = 3; i-- > 0;) {
             const double nearest = std::floor(m_First[i] + double(place) * m_Step[i] + 0.5);

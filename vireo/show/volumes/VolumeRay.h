@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <utility>
 
 #include "vireo/show/scenes/Matrix4.h"
+#include "vireo/show/scenes/SceneBox.h"
 #include "vireo/show/volumes/VolumeGrid.h"
 
 namespace tavo {
@@ -16,6 +18,9 @@ public:
     // The grid is seen through the matrix. Of the ray, what lies before its start is left out if `isCut`.
     VolumeRay(
         const VolumeGrid& grid, const Matrix4& matrix, const Vector3d& start, const Vector3d& direction, bool isCut);
+
+    // Leaves out the places in a box of the scene.
+    void leaveOut(const SceneBox& box);
 
     // Calls `use(sample)` with the number of the nearest sample at each place, until it returns false.
     void forEach(const std::function<bool(std::size_t sample)>& use) const;
@@ -29,6 +34,9 @@ private:
     Vector3d m_Step;
     std::size_t m_NumPlaces = 0;
     double m_Thickness = 0;
+    Vector3d m_Start; // in the scene, the first place and the way to the next
+    Vector3d m_Way;
+    std::pair<double, double> m_LeftOut{1, 0}; // places
 };
 
 } // namespace tavo

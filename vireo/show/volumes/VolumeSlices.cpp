@@ -10,14 +10,15 @@
 #include "vireo/context/GLContext.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/SavedState.h"
+#include "vireo/show/scenes/Stopwatch.h"
+#include "vireo/show/volumes/largestStack.h"
 
 namespace tavo {
 
 namespace {
 
-constexpr int LARGEST_EXTENT = 2048;                // slices of a stack, or fewer if textures are smaller
-constexpr double LARGEST_STACK = 256 * 1024 * 1024; // in bytes
-constexpr std::size_t NUM_TOGETHER = 32;            // slices across x, whose samples share cache lines
+constexpr int LARGEST_EXTENT = 2048;     // slices of a stack, or fewer if textures are smaller
+constexpr std::size_t NUM_TOGETHER = 32; // slices across x, whose samples share cache lines
 constexpr double LARGEST = 1e300;
 constexpr std::size_t LARGEST_GROUP = 4 << 20; // in components
 
@@ -40,12 +41,18 @@ std::size_t index(unsigned int axis)
     return axis;
 }
 
+template <typename Component>
+Component withinComponent(double value)
+{
+    const double largest = std::numeric_limits<Component>::max();
+    return value > 0 ? static_cast<Component>(std::min(value, largest)) : 0; // NaN is 0
+}
+
 // Of a part of the whole, 0 to 1.
 template <typename Component>
 Component toComponent(double part)
 {
-    const double largest = std::numeric_limits<Component>::max();
-    return part > 0 ? static_cast<Component>(std::min(part * largest + 0.5, largest)) : 0; // NaN is 0
+    return withinComponent<Component>(part * std::numeric_limits<Component>::max() + 0.5);
 }
 
 template <typename T>
@@ -85,13 +92,17 @@ struct VolumeSlices::Layout
     GLenum format;
 };
 
-VolumeSlices::VolumeSlices(GLContext& context, const VolumeGrid& grid, NumberTuples samples)
+VolumeSlices::VolumeSlices(
+    GLContext& context, const VolumeGrid& grid, NumberTuples samples, const Survey& survey, bool areCoarse)
     : GLObject(&context)
     , m_Samples(std::move(samples))
     , m_Grid(grid)
+    , m_Survey(survey)
+    , m_Range(survey.range)
+    , m_AreCoarse(areCoarse)
 {
     setCentred(true);
-    findRange();
+    settleScale();
     settleSize();
 }
 
@@ -117,40 +128,72 @@ void VolumeSlices::freeTextures()
 }
 
 // Bytes keep their own range, of which there is no more than 256 values.
-void VolumeSlices::findRange()
+VolumeSlices::Survey VolumeSlices::surveyOf(
+    const NumberTuples& samples, std::size_t step, const std::atomic<bool>& isUnwanted)
 {
-    m_Samples.numbers.visit([this]<typename T>(const T* numbers, std::size_t size) {
-        m_AreBytes = sizeof(T) == 1 || m_Samples.width > 1;
+    constexpr std::size_t PIECE = 1 << 20;
+    Survey survey;
+    samples.numbers.visit([&]<typename T>(const T* numbers, std::size_t size) {
+        if (sizeof(T) == 1) {
+            survey.range = {double(std::numeric_limits<T>::min()), double(std::numeric_limits<T>::max())};
+            return;
+        }
         double least = std::numeric_limits<double>::infinity();
         double greatest = -least;
-        for (std::size_t i = 0; i < size && (sizeof(T) > 1); ++i) {
+        for (std::size_t i = 0; i < size && !(i % PIECE < step && isUnwanted); i += step) {
             const auto value = static_cast<double>(numbers[i]);
             if (!isNumber(numbers[i])) {
-                m_HaveGaps = true;
+                survey.haveGaps = true;
                 continue;
             }
             least = std::min(least, value);
             greatest = std::max(greatest, value);
         }
-        if (sizeof(T) == 1)
-            m_Range = {double(std::numeric_limits<T>::min()), double(std::numeric_limits<T>::max())};
-        else if (least <= greatest)
-            m_Range = {least, greatest};
-        const double span = m_Range.second - m_Range.first;
-        m_ScaleOfOne = span > 0 ? std::numeric_limits<std::uint16_t>::max() / span : 0;
+        if (least <= greatest)
+            survey.range = {least, greatest};
     });
+    return survey;
+}
+
+void VolumeSlices::settleScale()
+{
+    m_AreBytes = m_Samples.width > 1 ||
+                 m_Samples.numbers.visit([]<typename T>(const T*, std::size_t) { return sizeof(T) == 1; });
+    const double span = m_Range.second - m_Range.first;
+    m_ScaleOfOne = span > 0 ? std::numeric_limits<std::uint16_t>::max() / span : 0;
+}
+
+// So far beyond it that a range that is dragged seldom needs others.
+void VolumeSlices::show(const std::pair<double, double>& range)
+{
+    constexpr double WIDEST = 256; // of the range that is shown
+    constexpr double BEYOND = 8;
+    const auto [least, greatest] = m_Survey.range;
+    const auto [low, high] = std::minmax(range.first, range.second);
+    const double span = high - low;
+    if (m_AreBytes || !(span > 0))
+        return;
+    std::pair<double, double> wanted = m_Survey.range;
+    if (greatest - least > WIDEST * span && low < greatest && high > least)
+        wanted = {std::max(least, low - BEYOND * span), std::min(greatest, high + BEYOND * span)};
+    const bool isWide = m_Range.first <= std::max(least, low) && m_Range.second >= std::min(greatest, high);
+    if (wanted == m_Range || (isWide && m_Range.second - m_Range.first <= WIDEST * span))
+        return;
+    m_Range = wanted;
+    m_NumPrepared = {};
+    settleScale();
 }
 
 VolumeSlices::Layout VolumeSlices::layout() const
 {
-    if (m_Samples.width == 4 || (m_Samples.width == 3 && m_HaveGaps))
+    if (m_Samples.width == 4 || (m_Samples.width == 3 && m_Survey.haveGaps))
         return {4, 1, GL_RGBA8, GL_RGBA};
     if (m_Samples.width == 3)
         return {3, 1, GL_RGB8, GL_RGB};
     if (m_AreBytes)
         return {1, 1, GL_LUMINANCE8, GL_LUMINANCE};
-    return m_HaveGaps ? Layout{2, 2, GL_LUMINANCE16_ALPHA16, GL_LUMINANCE_ALPHA}
-                      : Layout{1, 2, GL_LUMINANCE16, GL_LUMINANCE};
+    return m_Survey.haveGaps ? Layout{2, 2, GL_LUMINANCE16_ALPHA16, GL_LUMINANCE_ALPHA}
+                             : Layout{1, 2, GL_LUMINANCE16, GL_LUMINANCE};
 }
 
 // The whole volume, or its half, its quarter and so on.
@@ -166,7 +209,8 @@ void VolumeSlices::settleSize()
     for (std::size_t i = 0; i < 3; ++i)
         while (size[i] > largest)
             halve(i);
-    while (bytes * size[0] * size[1] * size[2] > LARGEST_STACK)
+    const double most = m_AreCoarse ? std::min(largestStack, COARSE * bytes) : largestStack;
+    while (bytes * size[0] * size[1] * size[2] > most)
         for (std::size_t i = 0; i < 3; ++i)
             if (size[i] > 1)
                 halve(i);
@@ -200,26 +244,45 @@ void VolumeSlices::draw(const Vector3f& viewDir)
     drawVolume(m_Drawn.get(), viewDir, ONE_CHANNEL, nullptr, nullptr);
 }
 
-void VolumeSlices::prepareTextures(RegularVolume*, Vector3f viewDir, const std::vector<std::string>&, Mapping, void*)
+unsigned int VolumeSlices::axisOf(const Vector3f& viewDir)
 {
     unsigned int axis = 0;
     int direction = 0;
     computeOrder(viewDir, axis, direction);
-    if (m_IsPrepared[axis])
-        return;
+    return axis;
+}
+
+void VolumeSlices::prepareTextures(RegularVolume*, Vector3f viewDir, const std::vector<std::string>&, Mapping, void*)
+{
+    prepare(viewDir, std::numeric_limits<double>::infinity());
+}
+
+bool VolumeSlices::isPrepared(const Vector3f& viewDir)
+{
+    const unsigned int axis = axisOf(viewDir);
+    return m_NumPrepared[axis] == getDrawnSize()[axis];
+}
+
+bool VolumeSlices::prepare(const Vector3f& viewDir, double seconds)
+{
+    if (isPrepared(viewDir))
+        return true;
     const Vector3i& size = getDrawnSize();
     const auto nx = static_cast<std::size_t>(size[0]);
     const auto ny = static_cast<std::size_t>(size[1]);
     textureNames.resize(1);
     textureNames[0].resize(nx + ny + static_cast<std::size_t>(size[2]));
     slabStarts.assign(1, {0, nx, nx + ny});
-    layout().bytesOfComponent == 1 ? prepareStackOf<std::uint8_t>(axis) : prepareStackOf<std::uint16_t>(axis);
-    m_IsPrepared[axis] = true;
+    const unsigned int axis = axisOf(viewDir);
+    layout().bytesOfComponent == 1 ? prepareStackOf<std::uint8_t>(axis, seconds)
+                                   : prepareStackOf<std::uint16_t>(axis, seconds);
+    return isPrepared(viewDir);
 }
 
 template <typename Component>
-void VolumeSlices::prepareStackOf(unsigned int axis)
+void VolumeSlices::prepareStackOf(unsigned int axis, double seconds)
 {
+    const Stopwatch watch;
     const PackedRows packed;
     const Layout layout = this->layout();
     const auto [u, v] = std::pair(index(axis == 0 ? 1 : 0), index(axis == 2 ? 1 : 2));
@@ -231,7 +294,8 @@ void VolumeSlices::prepareStackOf(unsigned int axis)
     std::vector<Component> texels(wanted * sliceSize);
     unsigned int* const names = textureNames[0].data() + slabStarts[0][axis];
     constexpr GLenum type = sizeof(Component) == 1 ? GL_UNSIGNED_BYTE : GL_UNSIGNED_SHORT;
-    for (int first = 0; first < size[axis]; first += static_cast<int>(wanted)) {
+    int& first = m_NumPrepared[axis];
+    while (first < size[axis] && watch.seconds() < seconds) {
         const int count = std::min(static_cast<int>(wanted), size[axis] - first);
         m_Samples.numbers.visit(
             [&](const auto* numbers, std::size_t) { fillSlices(axis, first, count, numbers, texels.data()); });
@@ -245,13 +309,15 @@ void VolumeSlices::prepareStackOf(unsigned int axis)
                 static_cast<GLsizei>(height), 0, layout.format, type,
                 texels.data() + static_cast<std::size_t>(i) * sliceSize);
         }
+        first += count;
     }
 }
 
 template <typename Component, typename T>
 void VolumeSlices::fillSlices(unsigned int axis, int first, int count, const T* numbers, Component* texels) const
 {
-    const bool isSimple = m_Samples.width == 1 && !m_HaveGaps && m_Steps == std::array<std::size_t, 3>{1, 1, 1} &&
+    const bool areOnes = m_AreCoarse || m_Steps == std::array<std::size_t, 3>{1, 1, 1};
+    const bool isSimple = m_Samples.width == 1 && !m_Survey.haveGaps && areOnes &&
                           std::isfinite(m_ScaleOfOne); // not so if the range is next to none
     if (isSimple)
         forEachTexel(axis, first, count, texels, [this, numbers](const Vector3i& place, Component* texel) {
@@ -293,7 +359,7 @@ void VolumeSlices::encodeOne(T number, Component* texel) const
     if constexpr (sizeof(T) == 1)
         *texel = static_cast<Component>(number - std::numeric_limits<T>::min());
     else
-        *texel = static_cast<Component>((static_cast<double>(number) - m_Range.first) * m_ScaleOfOne + 0.5);
+        *texel = withinComponent<Component>((static_cast<double>(number) - m_Range.first) * m_ScaleOfOne + 0.5);
 }
 
 // The mean of the samples that are there; of colours, too.
@@ -305,7 +371,7 @@ void VolumeSlices::encodeMean(const T* numbers, const Vector3i& place, Component
     if (width > 1) {
         for (std::size_t i = 0; i < width; ++i)
             texel[i] = toComponent<Component>(std::is_floating_point_v<T> ? mean.values[i] : mean.values[i] / 255);
-        if (width == 3 && m_HaveGaps)
+        if (width == 3 && m_Survey.haveGaps)
             texel[3] = toComponent<Component>(mean.part);
         if (width == 4)
             texel[3] = toComponent<Component>(texel[3] * mean.part / std::numeric_limits<Component>::max());
@@ -313,7 +379,7 @@ void VolumeSlices::encodeMean(const T* numbers, const Vector3i& place, Component
     }
     const double span = m_Range.second - m_Range.first;
     texel[0] = toComponent<Component>(span > 0 ? (mean.values[0] - m_Range.first) / span * mean.part : 0);
-    if (m_HaveGaps)
+    if (m_Survey.haveGaps)
         texel[1] = toComponent<Component>(mean.part);
 }
 
@@ -345,7 +411,9 @@ void VolumeSlices::forEachOf(const Vector3i& place, Use use) const
 {
     const auto begin = [&](std::size_t i) { return static_cast<std::size_t>(place[i]) * m_Steps[i]; };
     const auto size = [&](std::size_t i) { return static_cast<std::size_t>(m_Grid.size[i]); };
-    const auto end = [&](std::size_t i) { return std::min(begin(i) + m_Steps[i], size(i)); };
+    const auto end = [&](std::size_t i) {
+        return m_AreCoarse ? begin(i) + 1 : std::min(begin(i) + m_Steps[i], size(i));
+    };
     for (std::size_t z = begin(2); z < end(2); ++z)
         for (std::size_t y = begin(1); y < end(1); ++y)
             for (std::size_t x = begin(0); x < end(0); ++x)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,17 +17,40 @@ namespace tavo {
 // The samples of a volume as slices, for a program to colour: luminance says how far a sample is from the least to the
 // greatest, alpha, where there are gaps, how much of it is a number; both are 0 where none is. Colours are colours.
 //
+// Where the range that is shown is a small part of all, they reach not much beyond it, so that one value far away does
+// not take the others their places.
+//
 // They take one byte a sample of bytes, two of other numbers, twice as much with gaps, and three or four of colours.
 // Where there would be more than textures hold, several samples become one, their mean.
 class VolumeSlices : public SliceVolumeRenderer, public GLObject
 {
 public:
-    // One, three or four numbers make a sample. The context must be current for this, and for drawing.
-    VolumeSlices(GLContext& context, const VolumeGrid& grid, NumberTuples samples);
+    // What there is to know of samples before they become textures.
+    struct Survey
+    {
+        std::pair<double, double> range{0, 1}; // from the least to the greatest
+        bool haveGaps = false;                 // whether some are no numbers
+    };
+
+    // Of every so many samples; empty once it is unwanted. Calls no GL.
+    static Survey surveyOf(const NumberTuples& samples, std::size_t step, const std::atomic<bool>& isUnwanted);
+
+    // One, three or four numbers make a sample. Of coarse ones, few samples stand for all. The context must be current
+    // for this, and for drawing.
+    VolumeSlices(
+        GLContext& context, const VolumeGrid& grid, NumberTuples samples, const Survey& survey, bool areCoarse);
     ~VolumeSlices() override;
 
-    // Draws them as seen along a direction, in a box about 0 whose longest side is 1.
+    // Draws them as seen along a direction, in a box about 0 whose longest side is 1. What textures are missing is made
+    // first.
     void draw(const Vector3f& viewDir);
+
+    // Makes textures for that, for so long; returns whether all of them are there.
+    bool prepare(const Vector3f& viewDir, double seconds);
+    bool isPrepared(const Vector3f& viewDir);
+
+    // Has the textures tell values in a range apart.
+    void show(const std::pair<double, double>& range);
 
     // How far apart the slices along an axis are, in smallest distances of samples.
     double distanceOf(unsigned int axis) const;
@@ -35,13 +59,16 @@ public:
     std::pair<float, float> textureSizeOf(unsigned int axis) const;
 
     const NumberTuples& getSamples() const { return m_Samples; }
-    bool haveGaps() const { return m_HaveGaps; }
+    bool haveGaps() const { return m_Survey.haveGaps; }
 
     // What luminances of 0 and of 1 stand for.
     const std::pair<double, double>& getRange() const { return m_Range; }
 
     // How many samples are drawn: fewer than there are if those are too many.
     const Vector3i& getDrawnSize() const { return m_Drawn->getExtends(); }
+
+    // More samples than these take longer than one waits.
+    static constexpr double COARSE = 1 << 20;
 
 protected:
     void prepareTextures(RegularVolume* volume, Vector3f viewDir, const std::vector<std::string>& channels,
@@ -58,12 +85,12 @@ private:
         double part = 0; // of them that are numbers
     };
 
-    void findRange();
+    void settleScale();
     Layout layout() const;
     void settleSize();
-    void prepareStack(unsigned int axis);
+    unsigned int axisOf(const Vector3f& viewDir);
     template <typename Component>
-    void prepareStackOf(unsigned int axis);
+    void prepareStackOf(unsigned int axis, double seconds);
     template <typename Component, typename T>
     void fillSlices(unsigned int axis, int first, int count, const T* numbers, Component* texels) const;
     template <typename Component, typename Use>
@@ -80,13 +107,14 @@ private:
 
     NumberTuples m_Samples;
     VolumeGrid m_Grid;
+    Survey m_Survey;
     std::pair<double, double> m_Range{0, 1};
     bool m_AreBytes = false;
-    bool m_HaveGaps = false;
+    bool m_AreCoarse = false;
     double m_ScaleOfOne = 0;                     // from a number to a component
     std::array<std::size_t, 3> m_Steps{1, 1, 1}; // how many samples become one
     std::unique_ptr<RegularVolume> m_Drawn;
-    std::array<bool, 3> m_IsPrepared{};
+    std::array<int, 3> m_NumPrepared{}; // slices of each axis
 };
 
 } // namespace tavo

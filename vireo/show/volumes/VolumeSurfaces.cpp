@@ -8,6 +8,7 @@
 
 #include "tavo/base/text/printable.h"
 #include "vireo/show/scenes/valueCounts.h"
+#include "vireo/show/volumes/volumeItem.h"
 
 namespace tavo {
 
@@ -30,11 +31,13 @@ std::string written(double number)
     return text.str();
 }
 
-// Its own numbers, which come first; null if its samples are colours.
+// Its own numbers; null if its samples are colours.
 std::optional<NumberArray> samplesOf(const SceneItem& volume)
 {
     const std::vector<SceneField> fields = volume.fields();
-    return fields.empty() ? std::nullopt : std::optional(fields.front().values.numbers);
+    const auto found = std::find_if(
+        fields.begin(), fields.end(), [](const SceneField& field) { return field.name == VOLUME_SAMPLES; });
+    return found != fields.end() ? std::optional(found->values.numbers) : std::nullopt;
 }
 
 const SceneItem* volumeOf(const SceneItem& surface, const VolumeSurfaces::Items& items)
@@ -115,9 +118,13 @@ void VolumeSurfaces::follow(Items& items, const Say& say)
 void VolumeSurfaces::begin(SceneItem& item, const std::string& path, const SceneItem& volume, const Say& say)
 {
     const std::optional<NumberArray> samples = samplesOf(volume);
-    if (!samples)
+    if (!samples) {
+        giveUp(path);
+        if (m_Made.erase(path) > 0)
+            show(item, {});
         return say(path, "the samples of \"" + printable(item.isosurface()->volume, 80) +
                              "\" are colours, which have no isosurface");
+    }
     const double value = item.isosurface()->value;
     Source source = sourceOf(*volume.shape()->grid, *samples, value);
     const auto made = m_Made.find(path);

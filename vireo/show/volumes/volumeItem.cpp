@@ -43,7 +43,7 @@ ItemUpdate volumeItem(const VolumeGrid& grid, const NumberTuples& samples)
     item.shape->kind = ItemKind::Volume;
     item.shape->grid = grid;
     if (samples.width == 1)
-        item.fields.push_back({"value", samples});
+        item.fields.push_back({VOLUME_SAMPLES, samples});
     else
         item.colours = samples;
     return item;

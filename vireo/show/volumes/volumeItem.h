@@ -8,6 +8,9 @@
 
 namespace tavo {
 
+// The field of a volume that its own numbers are.
+inline constexpr const char* VOLUME_SAMPLES = "value";
+
 // What is sent of a volume, whose samples are numbers if they are one by one, and colours otherwise.
 ItemUpdate volumeItem(const VolumeGrid& grid, const NumberTuples& samples);
 

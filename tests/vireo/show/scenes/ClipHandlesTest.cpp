@@ -141,6 +141,33 @@ TEST_P(ClipHandlesTest, ThePanelHasABoxToCheckAndThreeButtons)
     EXPECT_FALSE(slab->isChecked());
 }
 
+TEST_P(ClipHandlesTest, TheNearestCornerIsCutOutAndDragged)
+{
+    m_View.resize(1000, 500);
+    if (!m_View.isPanelShown())
+        m_View.switchPanel();
+    auto* const check = m_View.findChild<QCheckBox*>("cutOut");
+    ASSERT_TRUE(check && check->isVisible());
+    clickMouse(check, QPoint(8, check->height() / 2));
+    const ClipBox& clip = m_View.getModel().getClipBox();
+    ASSERT_TRUE(clip.isCutOut());
+    EXPECT_FALSE(clip.isSeen(m_Centre + Vector3d(0.5, -0.5, 0.5))) << "nearest to the eye";
+    EXPECT_TRUE(clip.isSeen(m_Centre - Vector3d(0.5, 0.5, 0.5)));
+    EXPECT_TRUE(clip.isSeen(m_Centre + Vector3d(0.5, 0.5, 0.5)));
+    Vector3d to = middleOfFace(*box(), 0);
+    to[0] = m_Centre[0] + 0.6;
+    dragMouse(&m_View, Qt::LeftButton, handleOf(0), pixelOf(to));
+    EXPECT_TRUE(clip.isSeen(m_Centre + Vector3d(0.5, -0.5, 0.5)));
+    clickKey(&m_View, Qt::Key_C, Qt::ShiftModifier);
+    EXPECT_FALSE(box()) << "as it was before";
+    clickKey(&m_View, Qt::Key_C);
+    const SceneBox all = *box();
+    m_View.changeClipBox([](ClipBox& changed, const SceneBox&) { changed.moveFace(0, changed.shown()->centre()[0]); });
+    clickKey(&m_View, Qt::Key_C, Qt::ShiftModifier);
+    EXPECT_TRUE(clip.isCutOut()) << "a box that is there already";
+    EXPECT_EQ(box()->getMax(), all.getMax());
+}
+
 // Whatever the program sends.
 TEST_P(ClipHandlesTest, TheBoxOfAPersonStays)
 {

@@ -168,6 +168,8 @@ TEST_F(HostileItemsTest, LabelsMayBeNone)
 {
     const RGBA8 grey = ColourMap::colourOfNaN();
     expectColours({NAN, INF, -1e300, -3, 2.5}, {grey, grey, grey, colourOfLabel(-3), colourOfLabel(2)}, true);
+    constexpr std::int64_t LARGE = 100'000'000'000'000'768; // as doubles have it, too
+    expectColours({double(LARGE), -double(LARGE), 1e19}, {colourOfLabel(LARGE), colourOfLabel(-LARGE), grey}, true);
 }
 
 TEST_F(HostileItemsTest, ColoursAreCutOff)

@@ -191,6 +191,21 @@ TEST_F(VolumeSurfaceTest, OfALargeVolumeComesLater)
     EXPECT_FALSE(m_View.getModel().isBusy()) << "it is given up";
 }
 
+TEST_F(VolumeSurfaceTest, GoesWhenTheSamplesBecomeColours)
+{
+    send(m_View, "v", ball(16));
+    send(m_View, "v/isosurface", surfaceAt(2.5));
+    ASSERT_GT(numFaces(), 0U);
+    const VolumeGrid grid = *m_View.getModel().items().at("v").shape()->grid;
+    const std::string said = saidOf([&] {
+        send(m_View, "v", volumeItem(grid, {Numbers(std::vector<float>(3 * grid.numSamples(), 0.5F)), 3}));
+    });
+    EXPECT_THAT(said, HasSubstr("are colours, which have no isosurface"));
+    EXPECT_EQ(numFaces(), 0U);
+    send(m_View, "v", ball(16));
+    EXPECT_GT(numFaces(), 0U) << "of numbers there is one again";
+}
+
 TEST_F(VolumeSurfaceTest, SaysWhyThereIsNone)
 {
     EXPECT_THAT(saidOf([this] {

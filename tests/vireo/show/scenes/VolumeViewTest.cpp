@@ -1,3 +1,4 @@
+#include <QApplication>
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -8,6 +9,7 @@
 #include "tests/support/userEvents.h"
 #include "tests/vireo/show/scenes/sceneUpdates.h"
 #include "vireo/show/Grid.h"
+#include "vireo/show/volumes/largestStack.h"
 #include "vireo/show/volumes/volumeItem.h"
 #include "vireo/show/volumes/whyNoVolume.h"
 
@@ -67,6 +69,16 @@ protected:
     void look(const std::string& side)
     {
         SceneUpdate update = seenFrom(side);
+        m_View.apply(update);
+    }
+
+    void cutOut(const Vector3d& low, const Vector3d& high)
+    {
+        SceneUpdate update;
+        update.isCutOut = true;
+        update.clipBox.emplace().emplace();
+        (*update.clipBox)->extend(low);
+        (*update.clipBox)->extend(high);
         m_View.apply(update);
     }
 
@@ -442,6 +454,144 @@ TEST_F(VolumeViewTest, ALongOneIsDrawnScaledDownAndThatIsSaid)
         testing::HasSubstr(
             "scene(\"volumes\"), \"long\": 1 x 1 x 1000000 samples are more than textures hold; they are "
             "drawn as 1 x 1 x 1954"));
+}
+
+TEST_F(VolumeViewTest, OneLargerThanItsTexturesMayBeIsDrawnAtAPartOfItsResolutionAndThatIsSaid)
+{
+    const double before = std::exchange(largestStack, 100 * 100 * 12); // of bytes, a fiftieth of all
+    const std::vector<std::uint8_t> samples(100 * 100 * 100, 1);
+    testing::internal::CaptureStderr();
+    send(m_View, "large", volume(centred({100, 100, 100}, {0.08, 0.08, 0.08}), samples));
+    EXPECT_EQ(colourAt({3, 0, 3}), mapped(1));
+    EXPECT_EQ(colourAt({-3, 0, -3}), mapped(1));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+        testing::HasSubstr(
+            "\"large\": 100 x 100 x 100 samples are more than textures hold; they are drawn as 25 x 25 x 25"));
+    largestStack = before;
+}
+
+// A corner of it, an eighth: what is behind it is seen, and what is beside it is as it was.
+TEST_F(VolumeViewTest, WhatIsCutOutIsNotSeen)
+{
+    sendWall("wall", 4.5, BLUE);
+    send(m_View, "v", volume(centred({6, 6, 6}, {1, 1, 1}), std::vector<float>(216, 0.25F)));
+    cutOut({0, -4, 0}, {4, 4, 4});
+    EXPECT_EQ(colourAt({1.5, 0, 1.5}), BLUE);
+    for (const Vector3d& beside : {Vector3d(-1.5, 0, 1.5), Vector3d(1.5, 0, -1.5), Vector3d(-1.5, 0, -1.5)})
+        EXPECT_EQ(colourAt(beside), mapped(0.25));
+    look("right");
+    EXPECT_EQ(colourAt({0, 0, 1.5}), mapped(0.25)) << "the half behind it";
+    SceneUpdate none;
+    none.clipBox.emplace();
+    m_View.apply(none);
+    look("front");
+    EXPECT_EQ(colourAt({1.5, 0, 1.5}), mapped(0.25));
+}
+
+// Layers that are cut are put together in the order of their depths, wherever one looks from.
+TEST_F(VolumeViewTest, WhatIsLeftOfACutIsAsOpaqueAsThat)
+{
+    const OpacityCurve some{{0, 0.1}, {1, 0.1}};
+    std::vector<float> samples;
+    for (int i = 0; i < 8 * 8 * 8; ++i)
+        samples.push_back(float(i % 8 + i / 8 % 8 + i / 64) / 21);
+    const auto pictures = [this] {
+        std::vector<QImage> all;
+        for (const char* side : {"front", "back", "left", "right", "top", "bottom"}) {
+            look(side);
+            all.push_back(picture());
+        }
+        m_View.getCamera().turn(0.7, 0.4, {});
+        m_View.showChoice();
+        all.push_back(picture());
+        m_View.showAll();
+        return all;
+    };
+    send(m_View, "v", volume(centred({8, 8, 8}, {1, 1, 1}), samples, some));
+    const std::vector<QImage> whole = pictures();
+    cutOut({-1e-3, -1e-3, -1e-3}, {1e-3, 1e-3, 1e-3}); // next to nothing
+    const std::vector<QImage> cut = pictures();
+    for (std::size_t i = 0; i < whole.size(); ++i)
+        for (int y = 5; y < 100; y += 10)
+            for (int x = 5; x < 200; x += 10)
+                EXPECT_NEAR(qGray(whole[i].pixel(x, y)), qGray(cut[i].pixel(x, y)), 3) << i << ": " << x << ", " << y;
+}
+
+TEST_F(VolumeViewTest, OfGreatestValuesThoseThatAreCutOutDoNotCount)
+{
+    ItemUpdate cells = row<float>({0.25F, 1, 0.5F});
+    cells.isMaximum = true;
+    send(m_View, "v", cells);
+    look("right");
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(1));
+    cutOut({-1.2, -4, -4}, {1.2, 4, 4});
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(0.5));
+}
+
+TEST_F(VolumeViewTest, SurfacesAndPointsAreCutOutToo)
+{
+    sendWall("wall", 0, RED);
+    cutOut({0, -1, 0}, {3, 1, 3});
+    EXPECT_EQ(colourAt({1, 0, 1}), GROUND);
+    EXPECT_EQ(colourAt({-1, 0, 1}), RED);
+    EXPECT_EQ(colourAt({1, 0, -1}), RED);
+}
+
+// One value far away neither hides the others, nor takes their colours from them.
+TEST_F(VolumeViewTest, OneHotSampleDoesNotHideTheRest)
+{
+    std::vector<float> samples;
+    for (int i = 0; i < 16 * 16 * 16; ++i)
+        samples.push_back(float(i % 16) / 15);
+    samples[0] = 1e9F;
+    ItemUpdate update = volume(centred({16, 16, 16}, {0.5, 0.5, 0.5}), samples);
+    update.range.reset();
+    send(m_View, "v", update);
+    const auto [from, to] = m_View.getModel().items().at("v").state().range;
+    EXPECT_NEAR(from, 0, 1e-6);
+    EXPECT_NEAR(to, 1, 1e-6);
+    EXPECT_EQ(colourAt({-3.75, 0, 0}), mapped(0));
+    EXPECT_EQ(colourAt({3.75, 0, 0}), mapped(1));
+    const QColor middle = colourAt({0, 0, 0});
+    EXPECT_NEAR(middle.green(), mapped(0.5).green(), 6);
+    m_View.chooseOf("v", [](ItemChoice& choice, const ItemState& state) { choice.fields[state.shown].isWhole = true; });
+    EXPECT_EQ(m_View.getModel().items().at("v").state().range.second, double(1e9F)) << "a person may have all";
+    EXPECT_EQ(colourAt({3.75, 0, 0}), mapped(0));
+}
+
+// In the window; pictures that are saved are whole at once.
+TEST_F(VolumeViewTest, ALargeOneIsCoarseAtOnceAndThenWhole)
+{
+    constexpr int SIDE = 128;
+    std::vector<std::uint16_t> samples;
+    for (int i = 0; i < SIDE * SIDE * SIDE; ++i)
+        samples.push_back(i % SIDE % 2 == 0 ? 65535 : 0); // of which a coarse one sees only the even ones
+    ItemUpdate large = volume(centred({SIDE, SIDE, SIDE}, {0.0625, 0.0625, 0.0625}), samples);
+    large.range = std::pair(0.0, 65535.0);
+    m_View.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_View));
+    send(m_View, "v", large);
+    const QColor coarse = m_View.grab().toImage().pixelColor(100, 50);
+    EXPECT_EQ(coarse, mapped(1));
+    EXPECT_TRUE(m_View.isBusy());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !m_View.isBusy(); }, 60000));
+    QApplication::processEvents();
+    const QColor whole = m_View.grab().toImage().pixelColor(100, 50);
+    EXPECT_NE(whole, coarse);
+    EXPECT_EQ(whole, picture().pixelColor(100, 50));
+}
+
+TEST_F(VolumeViewTest, PicturesOfLargeOnesAreWholeAtOnce)
+{
+    constexpr int SIDE = 128;
+    std::vector<std::uint16_t> samples(SIDE * SIDE * SIDE);
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        samples[i] = i % 2 == 0 ? 65535 : 0;
+    ItemUpdate large = volume(centred({SIDE, SIDE, SIDE}, {0.0625, 0.0625, 0.0625}), samples);
+    large.range = std::pair(0.0, 65535.0);
+    send(m_View, "v", large);
+    EXPECT_NE(colourAt({0, 0, 0}), mapped(1)) << "what lies between is seen";
+    EXPECT_FALSE(m_View.isBusy());
 }
 
 TEST_F(VolumeViewTest, WhatIsScaledDownHasTheMeanOfWhatIsThere)
