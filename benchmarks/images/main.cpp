@@ -1,12 +1,20 @@
 #include <QApplication>
 #include <QPainter>
 #include <QWindow>
+#include <array>
 #include <cmath>
 
 #include "benchmarks/support/Comparison.h"
 #include "benchmarks/support/Program.h"
+#include "benchmarks/support/View.h"
+#include "vireo/context/SavedState.h"
 #include "vireo/show/Numbers.h"
+#include "vireo/show/TextureImage.h"
+#include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/images/ImageView.h"
+#include "vireo/textures/GLTexture2D.h"
+
+#include <GL/gl.h>
 
 namespace vireo_bench {
 
@@ -48,13 +56,13 @@ void showNow(QWidget& widget)
         QApplication::processEvents();
 }
 
-// Sends an image to a view and has it painted, at 1:1; what it waits for the screen is left out.
+// Sends one image after the other to a view and has it painted, at 1:1; what it waits for the screen is left out.
 template <typename T>
 class Showing : public Contestant
 {
 public:
     Showing(const std::vector<T>& numbers, int channels, const std::string& colourMap)
-        : m_Numbers(numbers)
+        : m_Numbers{numbers, std::vector<T>(numbers.rbegin(), numbers.rend())}
     {
         m_Update.pixels.emplace();
         m_Update.pixels->width = IMAGE.width();
@@ -71,14 +79,15 @@ public:
 
     void run() override
     {
-        m_Update.pixels->numbers = tavo::Numbers(m_Numbers);
+        std::swap(m_Numbers[0], m_Numbers[1]);
+        m_Update.pixels->numbers = tavo::Numbers(m_Numbers[0]);
         m_View.makeRoom(m_Update.replaced());
         m_View.apply(m_Update);
         m_View.repaint();
     }
 
 private:
-    const std::vector<T>& m_Numbers;
+    std::array<std::vector<T>, 2> m_Numbers;
     tavo::ImageUpdate m_Update;
     tavo::ImageView m_View{"image"};
 };
@@ -115,6 +124,46 @@ private:
     Widget m_Widget;
 };
 
+// Hands it to OpenGL, which draws it.
+class Drawing : public Contestant
+{
+public:
+    void prepare() override
+    {
+        View::ofSize(IMAGE.width(), IMAGE.height());
+        if (m_Texture != 0)
+            return;
+        glGenTextures(1, &m_Texture);
+        glBindTexture(GL_TEXTURE_2D, m_Texture);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+        glTexImage2D(
+            GL_TEXTURE_2D, 0, GL_RGB8, IMAGE.width(), IMAGE.height(), 0, GL_RGB, GL_UNSIGNED_BYTE, colours().data());
+        glEnable(GL_TEXTURE_2D);
+        glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
+    }
+
+    void run() override
+    {
+        glTexSubImage2D(
+            GL_TEXTURE_2D, 0, 0, 0, IMAGE.width(), IMAGE.height(), GL_RGB, GL_UNSIGNED_BYTE, colours().data());
+        drawSquare();
+        glFinish();
+    }
+
+private:
+    static void drawSquare()
+    {
+        const tavo::Primitive square(GL_QUADS);
+        for (const auto& [x, y] : {std::pair(0, 0), std::pair(1, 0), std::pair(1, 1), std::pair(0, 1)}) {
+            glTexCoord2i(x, 1 - y);
+            glVertex2i(2 * x - 1, 2 * y - 1);
+        }
+    }
+
+    GLuint m_Texture = 0;
+};
+
 // Moves a large image under the window.
 class Panning : public Contestant
 {
@@ -146,16 +195,69 @@ private:
     tavo::ImageView m_View{"image"};
 };
 
+// Beside what a picture on the screen cannot do without, which either OpenGL does or the processor.
+void addShowing(const std::string& work, const std::function<std::unique_ptr<Contestant>()>& make, double ratioToReach)
+{
+    add({work, {{"vireo", make},
+                   {"uploading and drawing colours with OpenGL", [] { return std::make_unique<Drawing>(); },
+                       ratioToReach, anyResult},
+                   {"converting and painting colours", [] { return std::make_unique<Painting>(); }, std::nullopt,
+                       anyResult}}});
+}
+
 void addShowing()
 {
-    const Entry bare{"converting and painting it", [] { return std::make_unique<Painting>(); }, 1.2, anyResult};
-    add({"show 1920 x 1080 colours",
-        {{"vireo", [] { return std::make_unique<Showing<std::uint8_t>>(colours(), 3, ""); }}, bare}});
-    Entry bareBesideFloats = bare;
-    bareBesideFloats.name = "painting colours";
-    bareBesideFloats.ratioToReach = 1.5;
-    add({"show 1920 x 1080 floats by a map",
-        {{"vireo", [] { return std::make_unique<Showing<float>>(heights(), 1, "viridis"); }}, bareBesideFloats}});
+    addShowing(
+        "show 1920 x 1080 colours", [] { return std::make_unique<Showing<std::uint8_t>>(colours(), 3, ""); }, 1.2);
+    addShowing(
+        "show 1920 x 1080 floats by a map", [] { return std::make_unique<Showing<float>>(heights(), 1, "viridis"); },
+        1.5);
+}
+
+// A texture of the application, which is in its context.
+class Reading : public Contestant
+{
+public:
+    Reading()
+        : m_Texture(&View::context())
+    {
+        std::vector<char> texels(4 * numPixels({SIDE, SIDE}), 7);
+        m_Texture.createFromMemory(SIDE, SIDE, 4, texels.data(), false);
+    }
+    void prepare() override { View::context(); }
+
+protected:
+    static constexpr int SIDE = 1024;
+
+    tavo::GLTexture2D m_Texture;
+};
+
+// Which it also sends.
+class VireoReading : public Reading
+{
+public:
+    void run() override { tavo::image("texture", m_Texture); }
+    void cleanUp() override { tavo::inbox::take(); }
+};
+
+class BareReading : public Reading
+{
+public:
+    void run() override
+    {
+        glBindTexture(GL_TEXTURE_2D, m_Texture.getTextureID());
+        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, m_Read.data());
+    }
+
+private:
+    Bytes m_Read = Bytes(4 * numPixels({SIDE, SIDE}));
+};
+
+void addReading()
+{
+    add({"read a texture of 1024 x 1024",
+        {{"vireo", [] { return std::make_unique<VireoReading>(); }},
+            {"glGetTexImage", [] { return std::make_unique<BareReading>(); }, 1.2, anyResult}}});
 }
 
 void addPanning(const std::string& work, double scale)
@@ -173,6 +275,7 @@ int main(int argc, char** argv)
     using namespace vireo_bench;
     Program program(argc, argv);
     addShowing();
+    addReading();
     addPanning("move 16,384 x 16,384 pixels at 1:1", 1);
     addPanning("move 16,384 x 16,384 pixels at 1:3", 1.0 / 3);
     addPanning("move 16,384 x 16,384 pixels at 1:12", 1.0 / 12);

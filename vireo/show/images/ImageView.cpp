@@ -477,12 +477,25 @@ void ImageView::showEvent(QShowEvent* event)
 void ImageView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    if (!m_IsDrawn)
-        runGuarded([this] { draw(); });
-    painter.drawImage(QPoint(0, 0), m_Picture);
+    if (isPaintedAtOnce(m_Sight)) {
+        runGuarded([&] { paintSight(painter); });
+    } else {
+        if (!m_IsDrawn)
+            runGuarded([this] { draw(); });
+        painter.drawImage(QPoint(0, 0), m_Picture);
+    }
     paintProfile(painter);
     paintMark(painter);
     paintBar(painter);
+}
+
+// In pixels of the screen.
+void ImageView::paintSight(QPainter& painter) const
+{
+    painter.save();
+    painter.scale(1 / devicePixelRatioF(), 1 / devicePixelRatioF());
+    paintImage(painter, sightSize(), m_Model.shownPixels(), m_Model.colours(), m_Sight, ink());
+    painter.restore();
 }
 
 // The memory is that of the last picture: new memory would cost as much as the drawing.

@@ -107,6 +107,7 @@ private:
     void settlePanel();
     ImageChoice choice() const;
     void goTo(const std::optional<ImageChoice>& choice);
+    void paintSight(QPainter& painter) const;
     void draw();
     QSize sizeInPicture(const QSize& size) const;
     void paintColourBar(QPainter& painter, const QRectF& place) const;

@@ -1,5 +1,6 @@
 #include "vireo/show/images/PixelColours.h"
 
+#include <QtEndian>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -8,6 +9,8 @@
 namespace tavo {
 
 namespace {
+
+constexpr QRgb OPAQUE = 0xff000000;
 
 // The colour of a place from 0 to 1.
 QRgb colourOf(const std::optional<ColourMap>& map, double place)
@@ -28,6 +31,27 @@ double unitOf(double from, double to)
     constexpr int LEAST = -100;
     constexpr int GREATEST = std::numeric_limits<double>::max_exponent - 2;
     return std::ldexp(1, -std::clamp(std::ilogb(to / 2 - from / 2), LEAST, GREATEST));
+}
+
+// The colour of a pixel, whose three bytes are read together with the one that follows them.
+struct RedFirst
+{
+    QRgb operator()(const std::uint8_t* bytes) const { return qFromBigEndian<QRgb>(bytes) >> 8 | OPAQUE; }
+};
+struct BlueFirst
+{
+    QRgb operator()(const std::uint8_t* bytes) const { return qFromLittleEndian<QRgb>(bytes) | OPAQUE; }
+};
+
+// Colours as they are. Nothing follows the last ones.
+template <typename ColourOf>
+void copyColours(const std::uint8_t* bytes, int channels, int count, QRgb* colours, ColourOf colourOf)
+{
+    for (int i = 0; i < count - 1; ++i)
+        colours[i] = colourOf(bytes + std::ptrdiff_t(i) * channels);
+    std::uint8_t last[4] = {};
+    std::copy_n(bytes + std::ptrdiff_t(count - 1) * channels, 3, last);
+    colours[count - 1] = colourOf(last);
 }
 
 } // namespace
@@ -135,8 +159,8 @@ void PixelColours::convertColours(
     const int red = pixels.placeOfChannel(0);
     const int blue = pixels.placeOfChannel(2);
     if (m_IsPlain) {
-        for (int i = 0; i < count; ++i, numbers += pixels.channels)
-            colours[i] = qRgb(numbers[red], numbers[1], numbers[blue]);
+        red == 0 ? copyColours(numbers, pixels.channels, count, colours, RedFirst())
+                 : copyColours(numbers, pixels.channels, count, colours, BlueFirst());
     } else {
         for (int i = 0; i < count; ++i, numbers += pixels.channels)
             colours[i] =
@@ -146,9 +170,8 @@ void PixelColours::convertColours(
 
 bool PixelColours::areShownAsTheyAre(const ImagePixels& pixels) const
 {
-    const bool areBytes = pixels.numbers.visit(
-        [](const auto* numbers, std::size_t) { return std::is_same_v<decltype(numbers), const std::uint8_t*>; });
-    return m_IsPlain && m_Look.isColour() && pixels.channels == 3 && areBytes && !pixels.isBgr && !pixels.isBottomUp;
+    return m_IsPlain && m_Look.isColour() && pixels.numbers.getType() == NumberType::UInt8 && pixels.channels == 3 &&
+           !pixels.isBgr && !pixels.isBottomUp && pixels.rowStride <= std::size_t(std::numeric_limits<int>::max());
 }
 
 void PixelColours::convert(const ImagePixels& pixels, int x, int y, int count, QRgb* colours) const

@@ -36,7 +36,7 @@ public:
 
     const ImageLook& look() const { return m_Look; }
 
-    // Whether these pixels are bytes of red, green and blue, which are shown as they are.
+    // Whether these pixels are bytes of red, green and blue in rows that QImage knows, which are shown as they are.
     bool areShownAsTheyAre(const ImagePixels& pixels) const;
 
     // The colours of `count` pixels of a row, from the pixel `x` on.

@@ -3,7 +3,6 @@
 #include <QPainter>
 #include <QRegion>
 #include <algorithm>
-#include <climits>
 #include <cmath>
 #include <cstring>
 #include <type_traits>
@@ -13,14 +12,19 @@ namespace tavo {
 
 namespace {
 
-// The pixels of the image that are seen at all.
-QRect seenPixels(const QSize& image, const ImageSight& sight, const QSize& view)
+// The pixels of the image that are seen in a part of the view.
+QRect seenPixels(const QSize& image, const ImageSight& sight, const QSize& view, const QRect& part)
 {
-    const QPointF first = sight.toImage({0, 0}, view);
-    const QPointF last = sight.toImage({double(view.width()), double(view.height())}, view);
+    const QPointF first = sight.toImage(part.topLeft(), view);
+    const QPointF last = sight.toImage(part.bottomRight() + QPoint(1, 1), view);
     const QPoint topLeft(static_cast<int>(std::floor(first.x())), static_cast<int>(std::floor(first.y())));
     const QPoint bottomRight(static_cast<int>(std::ceil(last.x())) - 1, static_cast<int>(std::ceil(last.y())) - 1);
     return QRect(topLeft, bottomRight) & QRect(QPoint(), image);
+}
+
+QRect seenPixels(const QSize& image, const ImageSight& sight, const QSize& view)
+{
+    return seenPixels(image, sight, view, QRect(QPoint(), view));
 }
 
 // Every colour becomes a square. `left` is where the first one begins, which may be before the row.
@@ -39,45 +43,37 @@ QRgb* lineOf(QImage& picture, int y)
     return reinterpret_cast<QRgb*>(picture.scanLine(y));
 }
 
-// At 1:1, which Qt does fastest.
-void drawAsTheyAre(QImage& picture, const ImagePixels& pixels, const QPoint& place, const QRect& seen)
+// The pixels as squares, in the lines of the view from `firstLine` on. Returns which part of the lines they cover. The
+// places in the view of those that are seen fit into an `int`; those of others may not.
+QRect drawSquares(QImage& lines, int firstLine, const QSize& view, const ImagePixels& pixels,
+    const PixelColours& colours, const ImageSight& sight)
 {
-    const uchar* const bytes =
-        pixels.numbers.visit([](const auto* numbers, std::size_t) { return reinterpret_cast<const uchar*>(numbers); });
-    const QImage part(bytes + pixels.indexOfRow(seen.top()) + static_cast<std::size_t>(seen.left()) * 3, seen.width(),
-        seen.height(), static_cast<int>(pixels.rowStride), QImage::Format_RGB888);
-    QPainter(&picture).drawImage(place, part);
-}
-
-// The pixels as squares. The places in the view of those that are seen fit into an `int`; those of others may not.
-void drawSquares(QImage& picture, const ImagePixels& pixels, const PixelColours& colours, const ImageSight& sight)
-{
-    const QRect seen = seenPixels({pixels.width, pixels.height}, sight, picture.size());
+    const QRect part(QPoint(0, firstLine), lines.size());
+    const QRect seen = seenPixels({pixels.width, pixels.height}, sight, view, part);
     if (seen.isEmpty())
-        return;
-    const QPointF origin = sight.origin(picture.size());
+        return {};
+    const QPointF origin = sight.origin(view) - QPointF(0, firstLine);
     const int side = static_cast<int>(sight.scale);
     const auto place = [side](double from, int pixel) { return static_cast<int>(from + double(pixel) * side); };
     const int left = place(origin.x(), seen.left());
-    if (side == 1 && colours.areShownAsTheyAre(pixels) && pixels.rowStride <= std::size_t(INT_MAX))
-        return drawAsTheyAre(picture, pixels, {left, place(origin.y(), seen.top())}, seen);
+    const QRect all(left, place(origin.y(), seen.top()), seen.width() * side, seen.height() * side);
+    const QRect covered = all & lines.rect();
     std::vector<QRgb> row(static_cast<std::size_t>(seen.width()));
-    const int firstColumn = std::max(left, 0);
-    const int endColumn = std::min(left + seen.width() * side, picture.width());
     for (int y = seen.top(); y <= seen.bottom(); ++y) {
         const int top = std::max(place(origin.y(), y), 0);
-        const int bottom = std::min(place(origin.y(), y) + side, picture.height());
-        QRgb* const first = lineOf(picture, top);
+        const int bottom = std::min(place(origin.y(), y) + side, lines.height());
+        QRgb* const first = lineOf(lines, top);
         if (side == 1) {
             colours.convert(pixels, seen.left(), y, seen.width(), first + left);
             continue;
         }
         colours.convert(pixels, seen.left(), y, seen.width(), row.data());
-        repeat(row, side, left, first, picture.width());
+        repeat(row, side, left, first, lines.width());
         for (int line = top + 1; line < bottom; ++line)
-            std::memcpy(lineOf(picture, line) + firstColumn, first + firstColumn,
-                sizeof(QRgb) * static_cast<std::size_t>(endColumn - firstColumn));
+            std::memcpy(lineOf(lines, line) + covered.left(), first + covered.left(),
+                sizeof(QRgb) * static_cast<std::size_t>(covered.width()));
     }
+    return covered;
 }
 
 // The level of which a pixel is a little more than one of the screen, or just one.
@@ -146,11 +142,50 @@ void drawReduced(QImage& picture, ImageLevels& levels, const PixelColours& colou
         drawMarks(picture, reduced, corner, scale);
 }
 
-void fillAround(QImage& picture, const QRectF& image, const QColor& ground)
+// What of the view the whole image covers, of which may be more than an int holds.
+QRectF placeOf(const ImagePixels& pixels, const ImageSight& sight, const QSize& view)
 {
-    QPainter painter(&picture);
-    for (const QRect& rect : QRegion(picture.rect()).subtracted(image.toAlignedRect().adjusted(1, 1, -1, -1)))
+    constexpr int BEYOND = 4; // the edge is out of view there
+    return QRectF(sight.origin(view), QSizeF(pixels.width, pixels.height) * sight.scale) &
+           QRectF(QPointF(), view).adjusted(-BEYOND, -BEYOND, BEYOND, BEYOND);
+}
+
+void fillAround(QPainter& painter, const QRectF& image, const QSize& view, const QColor& ground)
+{
+    for (const QRect& rect : QRegion(QRect(QPoint(), view)).subtracted(image.toAlignedRect().adjusted(1, 1, -1, -1)))
         painter.fillRect(rect, ground);
+}
+
+// One pixel wide, around the image.
+void drawEdge(QPainter& painter, const QRectF& image, const QColor& edge)
+{
+    const QRect inside = image.toRect();
+    const QRect outside = inside.adjusted(-1, -1, 1, 1);
+    for (const QRect& side : QRegion(outside).subtracted(inside))
+        painter.fillRect(side, edge);
+}
+
+// At 1:1, which Qt does fastest.
+void paintAsTheyAre(QPainter& painter, const QSize& view, const ImagePixels& pixels, const ImageSight& sight)
+{
+    const QRect seen = seenPixels({pixels.width, pixels.height}, sight, view);
+    const uchar* const bytes =
+        pixels.numbers.visit([](const auto* numbers, std::size_t) { return reinterpret_cast<const uchar*>(numbers); });
+    const QImage part(bytes + pixels.indexOfRow(seen.top()) + static_cast<std::size_t>(seen.left()) * 3, seen.width(),
+        seen.height(), static_cast<int>(pixels.rowStride), QImage::Format_RGB888);
+    painter.drawImage(sight.toView(seen.topLeft(), view), part);
+}
+
+void paintSquares(QPainter& painter, const QSize& view, const ImagePixels& pixels, const PixelColours& colours,
+    const ImageSight& sight)
+{
+    constexpr int LINES = 32; // stay in the cache of the processor until they are painted
+    QImage lines(view.width(), LINES, QImage::Format_RGB32);
+    for (int top = 0; top < view.height(); top += LINES) {
+        const QRect inView(0, 0, view.width(), std::min(LINES, view.height() - top));
+        const QRect covered = drawSquares(lines, top, view, pixels, colours, sight) & inView;
+        painter.drawImage(covered.topLeft() + QPoint(0, top), lines, covered);
+    }
 }
 
 int numLines(const ImagePixels& pixels, const ImageLook& look)
@@ -234,26 +269,48 @@ QImage drawImage(
     return picture;
 }
 
+bool isPaintedAtOnce(const ImageSight& sight)
+{
+    return sight.scale >= 1 && sight.scale < SCALE_OF_VALUES;
+}
+
+void paintImage(QPainter& painter, const QSize& view, const ImagePixels& pixels, const PixelColours& colours,
+    const ImageSight& sight, const ImageInk& ink)
+{
+    const QRectF all = placeOf(pixels, sight, view);
+    fillAround(painter, all, view, ink.ground);
+    if (pixels.isEmpty() || all.isEmpty())
+        return;
+    if (sight.scale == 1 && colours.areShownAsTheyAre(pixels))
+        paintAsTheyAre(painter, view, pixels, sight);
+    else
+        paintSquares(painter, view, pixels, colours, sight);
+    drawEdge(painter, all, ink.edge);
+}
+
 void drawImage(
     QImage& picture, ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const ImageInk& ink)
 {
-    constexpr int BEYOND = 4; // the edge is out of view there; the whole image may be more than an int holds
-    const QSize size = picture.size();
     const ImagePixels& pixels = levels.pixels();
-    const QRectF all = QRectF(sight.origin(size), QSizeF(pixels.width, pixels.height) * sight.scale) &
-                       QRectF(picture.rect()).adjusted(-BEYOND, -BEYOND, BEYOND, BEYOND);
-    fillAround(picture, all, ink.ground);
+    if (isPaintedAtOnce(sight)) {
+        QPainter painter(&picture);
+        return paintImage(painter, picture.size(), pixels, colours, sight, ink);
+    }
+    const QRectF all = placeOf(pixels, sight, picture.size());
+    {
+        QPainter painter(&picture);
+        fillAround(painter, all, picture.size(), ink.ground);
+    }
     if (pixels.isEmpty() || all.isEmpty())
         return;
-    if (sight.scale >= 1)
-        drawSquares(picture, pixels, colours, sight);
-    else
-        drawReduced(picture, levels, colours, sight);
-    if (sight.scale >= SCALE_OF_VALUES)
+    if (sight.scale >= SCALE_OF_VALUES) {
+        drawSquares(picture, 0, picture.size(), pixels, colours, sight);
         drawValues(picture, pixels, colours, sight, ink.font);
+    } else {
+        drawReduced(picture, levels, colours, sight);
+    }
     QPainter painter(&picture);
-    painter.setPen(ink.edge);
-    painter.drawRect(all.adjusted(-0.5, -0.5, 0.5, 0.5));
+    drawEdge(painter, all, ink.edge);
 }
 
 QString textOfNumber(const ImagePixels& pixels, int x, int y, int channel, int digits)

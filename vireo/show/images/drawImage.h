@@ -9,6 +9,8 @@
 #include "vireo/show/images/ImageSight.h"
 #include "vireo/show/images/PixelColours.h"
 
+class QPainter;
+
 namespace tavo {
 
 // From this magnification on, a grid and the numbers of the pixels are drawn.
@@ -27,6 +29,12 @@ void drawImage(
     QImage& picture, ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const ImageInk& ink);
 QImage drawImage(
     ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const QSize& size, const ImageInk& ink);
+
+// Whether it is painted about as fast as a picture of it would be, so that none need be kept; and paints it so, in a
+// view of that size.
+bool isPaintedAtOnce(const ImageSight& sight);
+void paintImage(QPainter& painter, const QSize& view, const ImagePixels& pixels, const PixelColours& colours,
+    const ImageSight& sight, const ImageInk& ink);
 
 // A number as it stands in a pixel or a line of text, with so many digits.
 QString textOfNumber(const ImagePixels& pixels, int x, int y, int channel, int digits);

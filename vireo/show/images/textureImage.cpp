@@ -194,16 +194,33 @@ std::size_t countOf(int width, int height, int depth, int channels)
 constexpr int NUM_FACES = 6;
 const std::vector<std::string> NAMES_OF_FACES{"+x", "-x", "+y", "-y", "+z", "-z"};
 
+// Pixels that are to be read. Their memory is not filled before, which would take about as long as reading them does.
+template <Number T>
+class UnreadPixels : public Pixels
+{
+public:
+    explicit UnreadPixels(std::size_t count)
+        : m_Numbers(new T[count])
+    {
+        NumberArray::operator=(NumberArray(m_Numbers, m_Numbers.get(), count, numberTypeOf<T>()));
+    }
+
+    T* data() const { return m_Numbers.get(); }
+
+private:
+    std::shared_ptr<T[]> m_Numbers;
+};
+
 // The texels of a level: all its slices, one after the other.
 template <Number T>
 Pixels texelsOf(GLenum target, int level, GLenum type)
 {
     const Level read(target, level);
     const GLenum format = read.format();
-    std::vector<T> texels(countOf(read.width(), read.height(), read.depth(), channelsOf(format)));
+    const UnreadPixels<T> texels(countOf(read.width(), read.height(), read.depth(), channelsOf(format)));
     const PlainReading plain;
     glGetTexImage(target, level, format, type, texels.data());
-    return Pixels(std::move(texels));
+    return texels;
 }
 
 Pixels texelsOf(GLenum target, int level)
@@ -331,12 +348,12 @@ void sendFramebuffer(std::string_view name, GLenum format, GLenum type)
 {
     GLint viewport[4] = {};
     glGetIntegerv(GL_VIEWPORT, viewport);
-    std::vector<T> pixels(countOf(viewport[2], viewport[3], 1, channelsOf(format)));
+    const UnreadPixels<T> pixels(countOf(viewport[2], viewport[3], 1, channelsOf(format)));
     {
         const PlainReading plain;
         glReadPixels(viewport[0], viewport[1], viewport[2], viewport[3], format, type, pixels.data());
     }
-    image(name, std::move(pixels), viewport[2], viewport[3], channelsOf(format)).bottomUp();
+    image(name, pixels, viewport[2], viewport[3], channelsOf(format)).bottomUp();
 }
 
 } // namespace

@@ -85,6 +85,36 @@ TEST(DrawImageTest, OfWhatIsNotFiniteThatIsSeenWhichIsNoNumber)
     }
 }
 
+// Bytes are shown as they are in ways of their own: red or blue first, alone or with opacity, from the top or bottom.
+TEST(DrawImageTest, BytesOfColoursAreShownAsTheyAre)
+{
+    const QSize size(50, 100);
+    const QSize view(40, 90);
+    for (const int channels : {3, 4})
+        for (const bool isBgr : {false, true})
+            for (const bool isBottomUp : {false, true}) {
+                std::vector<std::uint8_t> numbers(std::size_t(size.width() * size.height() * channels));
+                for (std::size_t i = 0; i < numbers.size(); ++i)
+                    numbers[i] = static_cast<std::uint8_t>(7 * i + i / 250);
+                ImagePixels pixels = imageOf(std::move(numbers), size.width(), size.height(), channels);
+                pixels.isBgr = isBgr;
+                pixels.isBottomUp = isBottomUp;
+                ImageLook look;
+                look.channel = -1;
+                ImageSight sight;
+                sight.centre = {30, 50};
+                const QImage picture = drawn(pixels, sight, view, look);
+                for (int y = 0; y < view.height(); ++y)
+                    for (int x = 0; x < view.width(); ++x) {
+                        const auto at = [&](int channel) {
+                            return int(pixels.at(int(sight.toImage({double(x), double(y)}, view).x()),
+                                int(sight.toImage({double(x), double(y)}, view).y()), channel));
+                        };
+                        ASSERT_EQ(picture.pixel(x, y), qRgb(at(0), at(1), at(2))) << channels << isBgr << isBottomUp;
+                    }
+            }
+}
+
 // A number without its first digits would be another one.
 TEST(DrawImageTest, NumbersFitIntoTheirPixels)
 {
