@@ -8,6 +8,7 @@
 #include <new>
 
 #include "apps/vireo-view/InputError.h"
+#include "apps/vireo-view/PnmReader.h"
 #include "apps/vireo-view/words.h"
 #ifdef VIREO_HAVE_TIFF
 #include "apps/vireo-view/TiffImages.h"
@@ -203,11 +204,14 @@ std::size_t checkedSizeOfPicture(
 std::vector<Picture> readImages(const std::filesystem::path& file, const Progress& progress)
 {
     const std::string beginning = firstBytes(file);
-    if (beginning.starts_with("PF") || beginning.starts_with("Pf")) {
-        std::vector<Picture> pictures;
+    std::vector<Picture> pictures;
+    if (beginning.starts_with("PF") || beginning.starts_with("Pf"))
         pictures.push_back(readPfm(file, progress));
+    else if (beginsLikePnm(beginning))
+        if (auto picture = readPnm(file, progress))
+            pictures.push_back(std::move(*picture));
+    if (!pictures.empty())
         return pictures;
-    }
     if (beginning.starts_with("II") || beginning.starts_with("MM"))
         return readTiffIfThereIsAReader(file, progress);
     return readWithQt(file, progress);

@@ -18,9 +18,9 @@ struct Picture
     int channels = 1;
 };
 
-// The pixels of a file, with the numbers that it has: TIFF and PFM, and what Qt reads. The pages of a TIFF, and the
-// frames of an animation, are several. Throws InputError if it is none of these, or broken, or has no sizes that can
-// be, and as InputBuffer does.
+// The pixels of a file, with the numbers that it has: TIFF, PFM, PGM and PPM, and what Qt reads. The pages of a TIFF,
+// and the frames of an animation, are several. Throws InputError if it is none of these, or broken, or has no sizes
+// that can be, and as InputBuffer does.
 std::vector<Picture> readImages(const std::filesystem::path& file, const Progress& progress);
 
 // What one picture takes in memory; throws InputError unless a file of that size can hold it, so that a few bytes that

@@ -88,6 +88,29 @@ TEST_F(ImageReaderTest, APfmHasItsLowestRowFirst)
     EXPECT_THAT(numbersOf<float>(colours), ElementsAre(1.5F, -2, 1e9F));
 }
 
+TEST_F(ImageReaderTest, APgmAndAPpmKeepTheirNumbers)
+{
+    const std::string bytes("\x01\x02\x0F\xFF", 4);
+    const Picture deep = readImages(write("a.pgm", "P5\n# 12 bits\n2 1\n4095\n" + bytes), nullptr).at(0);
+    EXPECT_EQ(deep.width, 2);
+    EXPECT_THAT(numbersOf<std::uint16_t>(deep), ElementsAre(0x0102, 4095));
+    const Picture text = readImages(write("b.pgm", "P2 1 3 65535 0 1000# last\n65535"), nullptr).at(0);
+    EXPECT_EQ(text.height, 3);
+    EXPECT_THAT(numbersOf<std::uint16_t>(text), ElementsAre(0, 1000, 65535));
+    const Picture colours = readImages(write("a.ppm", "P6 1 1 65535 " + bytes + bytes), nullptr).at(0);
+    EXPECT_EQ(colours.channels, 3);
+    EXPECT_THAT(numbersOf<std::uint16_t>(colours), ElementsAre(0x0102, 4095, 0x0102));
+    EXPECT_THAT(
+        numbersOf<std::uint8_t>(readImages(write("b.ppm", "P3 1 1 255 1 2 3"), nullptr).at(0)), ElementsAre(1, 2, 3));
+    EXPECT_THAT(numbersOf<std::uint8_t>(readImages(write("c.pgm", "P2 2 1 1 0 1"), nullptr).at(0)), ElementsAre(0, 255))
+        << "small numbers are made brighter";
+    EXPECT_THAT(whyNot("d.pgm", "P5 2 2 65535\n" + bytes), HasSubstr("d.pgm: ends before its last row"));
+    EXPECT_THAT(whyNot("d.pgm", "P2 2 1 300 1 x"), HasSubstr("ends before its last row"));
+    EXPECT_THAT(whyNot("d.pgm", "P5 2 1 70000\n" + bytes), HasSubstr("does not begin as a PGM or a PPM does"));
+    EXPECT_THAT(whyNot("d.pgm", "P5 20000 20000 65535\n"), HasSubstr("cannot hold"));
+    EXPECT_THAT(whyNot("d.pgm", "P5 0 1 255\n"), HasSubstr("has 0 x 1 pixels"));
+}
+
 TEST_F(ImageReaderTest, WhatIsBrokenIsALine)
 {
     EXPECT_THAT(whyNot("a.pfm", "Pf\n2 2\n-1\n" + floats({1, 2, 3})), HasSubstr("a.pfm: ends before its last row"));

@@ -254,6 +254,8 @@ void ShowWindow::place(DebugSection* section)
 
 void ShowWindow::addDock(ViewDock* dock)
 {
+    if (!m_Focused)
+        m_Focused = focusWidget();
     arrangeGuarded([this, dock] {
         const QList<ads::CDockAreaWidget*> areas = m_Docks->openedDockAreas();
         if (m_Layout == Layout::Changed || areas.isEmpty() || m_ViewDocks.empty())
@@ -271,6 +273,16 @@ void ShowWindow::addDock(ViewDock* dock)
         m_ArrangeSoon->start();
     if (!focusWidget())
         dock->getContent()->setFocus();
+    if (m_Layout == Layout::Changed)
+        returnFocus();
+}
+
+// What is arranged loses the keyboard, which stays with whom a person gave it to while other views come.
+void ShowWindow::returnFocus()
+{
+    if (m_Focused && m_Focused->isVisible())
+        m_Focused->setFocus();
+    m_Focused.clear();
 }
 
 void ShowWindow::removeView(View* view)
@@ -312,6 +324,7 @@ void ShowWindow::arrange()
             placeBelow(*m_Docks, m_LogDock);
         matchSections();
     });
+    returnFocus();
     watchForChanges();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <functional>
 #include <string>
 
@@ -75,6 +76,7 @@ private:
     void openLog();
 
     void arrange();
+    void returnFocus();
     void arrangeGuarded(const std::function<void()>& work);
     void tileAll();
     bool restoreLayout();
@@ -91,6 +93,7 @@ private:
     std::vector<ViewDock*> m_ViewDocks; // in the order in which they came
     ViewDock* m_LogDock;
     QMenu* m_ViewsMenu;
+    QPointer<QWidget> m_Focused; // before views came that are still to be arranged
     QTimer* m_ArrangeSoon;
     QTimer* m_RememberSoon;
     Layout m_Layout;

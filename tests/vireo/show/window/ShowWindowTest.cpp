@@ -46,6 +46,18 @@ TEST_F(ShowWindowTest, StacksViewsThatWouldGetTooSmall)
     EXPECT_LE(window()->height(), 720);
 }
 
+TEST_F(ShowWindowTest, TheKeyboardStaysWithItsViewWhileOthersCome)
+{
+    show({"first"});
+    const QWidget* const focused = viewIn("first")->focusProxy();
+    viewIn("first")->setFocus();
+    ASSERT_EQ(window()->focusWidget(), focused);
+    show({"second"});
+    EXPECT_EQ(window()->focusWidget(), focused);
+    show({"third", "fourth"});
+    EXPECT_EQ(window()->focusWidget(), focused);
+}
+
 TEST_F(ShowWindowTest, TilesAnewWhenAViewGoes)
 {
     show({"a", "b"});
