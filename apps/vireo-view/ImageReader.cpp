@@ -9,6 +9,7 @@
 
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/PnmReader.h"
+#include "apps/vireo-view/checkPng.h"
 #include "apps/vireo-view/words.h"
 #ifdef VIREO_HAVE_TIFF
 #include "apps/vireo-view/TiffImages.h"
@@ -214,6 +215,8 @@ std::vector<Picture> readImages(const std::filesystem::path& file, const Progres
         return pictures;
     if (beginning.starts_with("II") || beginning.starts_with("MM"))
         return readTiffIfThereIsAReader(file, progress);
+    if (beginning == "\x89PNG")
+        checkPng(file);
     return readWithQt(file, progress);
 }
 
