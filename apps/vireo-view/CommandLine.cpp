@@ -66,8 +66,8 @@ public:
     {
         m_Parser.setApplicationDescription(DESCRIPTION);
         m_Parser.addPositionalArgument("FILE", "What to show.", "[FILE...]");
-        m_Parser.addOptions({m_X, m_Columns, m_Follow, m_Plot, m_Space, m_Path, m_Together, m_Up, m_Raw, m_Curves,
-            m_Data, m_Pictures, m_Help, m_Version});
+        m_Parser.addOptions({m_X, m_Columns, m_Follow, m_Plot, m_Space, m_Path, m_Together, m_Up, m_Raw, m_Slices,
+            m_Overlay, m_Labels, m_Curves, m_Data, m_Pictures, m_Help, m_Version});
     }
 
     std::variant<Options, Answer> parse(const QStringList& arguments)
@@ -118,11 +118,18 @@ private:
         if (m_Parser.isSet(m_Follow) && m_Parser.positionalArguments().isEmpty())
             return misuse("--follow needs a file");
 
+        const bool areSliced = m_Parser.isSet(m_Slices) || m_Parser.isSet(m_Overlay) || m_Parser.isSet(m_Labels);
+        if (areSliced && m_Parser.positionalArguments().isEmpty())
+            return misuse("--slices, --overlay and --labels need a file");
+
         Options options;
         options.files = m_Parser.positionalArguments();
         options.dataDirectory = m_Parser.isSet(m_Data) ? m_Parser.value(m_Data) : defaultDataDirectory();
         options.picturesDirectory = m_Parser.value(m_Pictures);
         options.isFollowing = m_Parser.isSet(m_Follow);
+        options.areSliced = areSliced;
+        options.overlay = m_Parser.value(m_Overlay);
+        options.labels = m_Parser.value(m_Labels);
         options.areTogether = m_Parser.isSet(m_Together);
         options.load = {columnsAs(), columns(), *up, m_Parser.isSet(m_Curves), raw};
         return options;
@@ -169,6 +176,12 @@ private:
         "uint8, int16, uint16, int32, uint32, int64, uint64, float or double; and \":be\" where the first byte of a "
         "number is its greatest, as in 256x256x128:int16:be.",
         "format"};
+    QCommandLineOption m_Slices{"slices", "Show volumes in slices: three planes through a crosshair."};
+    QCommandLineOption m_Overlay{"overlay", "Show this volume on the slices, in colours of its own.", "file"};
+    QCommandLineOption m_Labels{"labels",
+        "Show the labels of this volume on the slices, with the names and the colours of the files beside it that end "
+        "with .txt and .lut.",
+        "file"};
     QCommandLineOption m_Curves{"curves",
         "Show the histogram of every volume, and the height histogram and the silhouette of every "
         "scene, too."};

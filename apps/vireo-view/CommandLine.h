@@ -17,7 +17,10 @@ struct Options
     QString dataDirectory;     // where the example data are looked for
     QString picturesDirectory; // empty: a window is shown instead
     bool isFollowing = false;  // files that grow
-    bool areTogether = false;  // points, surfaces and volumes of all files, in one scene
+    bool areSliced = false;    // volumes
+    QString overlay;           // files of what lies on slices; empty if there is none
+    QString labels;
+    bool areTogether = false; // points, surfaces and volumes of all files, in one scene
     LoadOptions load;
 };
 

@@ -15,6 +15,13 @@ const std::vector<ExampleFile>& exampleFiles()
     return files;
 }
 
+fs::path findLabelsOfExample(const fs::path& head)
+{
+    const fs::path labels = head.parent_path() / "aal.nii.gz";
+    std::error_code error;
+    return head.filename() == exampleFiles().front().name && fs::exists(labels, error) ? labels : fs::path();
+}
+
 InputFile findExample(const ExampleFile& example, const fs::path& directory)
 {
     for (const fs::path& folder : example.folders) {

@@ -23,6 +23,9 @@ struct ExampleFile
     std::vector<std::filesystem::path> folders; // where it is, within the directory of the example data or not
 };
 
+// The labels of the head, beside it; empty if they are not there.
+std::filesystem::path findLabelsOfExample(const std::filesystem::path& head);
+
 // An MRI head, from Debian's package mricron-data, and a scanned building; scripts/example-data gets both.
 const std::vector<ExampleFile>& exampleFiles();
 

@@ -53,6 +53,7 @@ struct VolumeExhibit
     std::string name;
     Volume volume;
     std::vector<std::string> remarks; // what a person should know
+    bool isSliced = false;            // shown in slices, and not in a scene
 };
 
 // A curve in space, in pieces where it has gaps.

@@ -50,7 +50,8 @@ struct Sender
 
     void operator()(VolumeExhibit& exhibit) const
     {
-        ShownVolume volume(std::move(exhibit), viewName);
+        ShownVolume volume = exhibit.isSliced ? ShownVolume(std::move(exhibit), viewName, layers)
+                                              : ShownVolume(std::move(exhibit), viewName);
         if (volume.getNumTimes() == 1 || !sliders)
             return;
         sliders->emplace_back(std::move(volume));
@@ -75,6 +76,7 @@ struct Sender
 
     const std::string& viewName;
     std::list<TimeSlider>* sliders; // null: pictures show the first time
+    const LayersOnSlices& layers;
     std::vector<std::string>& namesInStack;
 };
 
@@ -125,6 +127,23 @@ void moveCurves(std::vector<Exhibit>& from, std::vector<Exhibit>& to)
     const auto curves = std::stable_partition(from.begin(), from.end(), isVolumeOrScene);
     std::move(curves, from.end(), std::back_inserter(to));
     from.erase(curves, from.end());
+}
+
+void slice(std::vector<Exhibit>& exhibits)
+{
+    for (Exhibit& exhibit : exhibits)
+        if (auto* const volume = std::get_if<VolumeExhibit>(&exhibit))
+            volume->isSliced = true;
+}
+
+// Before the volumes that they are of.
+void addSlices(std::vector<Exhibit>& exhibits)
+{
+    for (std::size_t i = 0; i < exhibits.size(); ++i)
+        if (const auto* const volume = std::get_if<VolumeExhibit>(&exhibits[i])) {
+            VolumeExhibit sliced{volume->name + " in slices", volume->volume, {}, true};
+            exhibits.insert(exhibits.begin() + static_cast<std::ptrdiff_t>(i++), std::move(sliced));
+        }
 }
 
 fs::path pathOf(const QString& name)
@@ -192,15 +211,21 @@ void Viewer::serve()
 
 void Viewer::showFiles()
 {
+    const std::vector<InputFile> files = findFiles();
+    loadLayers();
     std::vector<Exhibit> curvesOfExamples;
-    for (const InputFile& file : findFiles()) {
+    for (const InputFile& file : files) {
         if (wasWindowClosed())
             return;
         if (isFollowed(file))
             continue;
         std::vector<Exhibit> exhibits = loadFile(file);
-        if (isShowingExamples())
+        if (m_Options.areSliced)
+            slice(exhibits);
+        if (isShowingExamples()) {
+            addSlices(exhibits);
             moveCurves(exhibits, curvesOfExamples);
+        }
         showAll(exhibits);
     }
     if (!wasWindowClosed())
@@ -224,6 +249,8 @@ std::vector<InputFile> Viewer::findFiles()
     for (const ExampleFile& example : exampleFiles()) {
         try {
             files.push_back(findExample(example, pathOf(m_Options.dataDirectory)));
+            if (const fs::path labels = findLabelsOfExample(files.back().path); !labels.empty())
+                m_Options.labels = QString::fromStdU16String(labels.u16string());
         } catch (const InputError& error) {
             fail(error.what());
         }
@@ -253,6 +280,35 @@ std::vector<Exhibit> Viewer::loadFile(const InputFile& file)
     }
 }
 
+void Viewer::loadLayers()
+{
+    m_Layers.overlay = loadLayer(m_Options.overlay);
+    m_Layers.labels = loadLayer(m_Options.labels);
+    try {
+        if (m_Layers.labels)
+            m_Layers.table = readLabelTable(pathOf(m_Options.labels));
+    } catch (const InputError& error) {
+        fail(error.what());
+    }
+}
+
+// Nothing if there is no such file, or that has failed.
+std::optional<SentVolume> Viewer::loadLayer(const QString& name)
+{
+    if (name.isEmpty())
+        return {};
+    std::vector<Exhibit> exhibits = loadFile({pathOf(name), m_Options.load.up});
+    for (Exhibit& exhibit : exhibits)
+        if (auto* const shown = std::get_if<VolumeExhibit>(&exhibit)) {
+            for (const std::string& remark : shown->remarks)
+                tell(remark);
+            return sentVolumeOf(samplesOf(shown->volume.times.front()), shown->volume);
+        }
+    if (!exhibits.empty())
+        fail(printableName(pathOf(name)) + ": is no volume");
+    return {};
+}
+
 void Viewer::showAll(std::vector<Exhibit>& exhibits)
 {
     for (Exhibit& exhibit : exhibits) {
@@ -269,12 +325,14 @@ void Viewer::show(Exhibit& exhibit)
     const std::string name = vireo_view::nameOf(exhibit);
     const bool isScene = isVolumeOrScene(exhibit);
     const bool isImage = std::holds_alternative<ImageExhibit>(exhibit);
+    const auto* const volume = std::get_if<VolumeExhibit>(&exhibit);
+    const bool isSliced = volume && volume->isSliced;
     const std::string nameTogether = isScene ? NAME_TOGETHER : NAME_OF_STACK;
-    const std::string viewName = (isScene || isImage) && m_Options.areTogether ? nameTogether : name;
+    const std::string viewName = (isScene || isImage) && !isSliced && m_Options.areTogether ? nameTogether : name;
     for (const std::string& remark : remarksOf(exhibit))
         tell(remark);
     const bool isView = isScene || isImage || std::holds_alternative<PlotExhibit>(exhibit);
-    std::visit(Sender{viewName, hasPictures() ? nullptr : &m_Sliders, m_NamesInStack}, exhibit);
+    std::visit(Sender{viewName, hasPictures() ? nullptr : &m_Sliders, m_Layers, m_NamesInStack}, exhibit);
     if (isView) {
         const bool isNew = std::none_of(m_Shown.begin(), m_Shown.end(),
             [&](const Shown& shown) { return !shown.section && shown.name == viewName; });

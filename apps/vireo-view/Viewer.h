@@ -1,6 +1,7 @@
 #pragma once
 
 #include <list>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "apps/vireo-view/Exhibits.h"
 #include "apps/vireo-view/FollowedPlot.h"
 #include "apps/vireo-view/TimeSlider.h"
+#include "apps/vireo-view/showSlices.h"
 
 namespace tavo {
 class DebugSection;
@@ -41,6 +43,8 @@ private:
     std::vector<InputFile> findFiles();
     void showFiles();
     std::vector<Exhibit> loadFile(const InputFile& file);
+    void loadLayers();
+    std::optional<SentVolume> loadLayer(const QString& name);
     void showAll(std::vector<Exhibit>& exhibits);
     void show(Exhibit& exhibit);
     void openWindow();
@@ -58,6 +62,7 @@ private:
     std::set<std::string> m_Names;
     std::vector<std::string> m_NamesInStack;
     std::vector<Shown> m_Shown;
+    LayersOnSlices m_Layers;
     std::list<FollowedPlot> m_Followed;
     std::list<TimeSlider> m_Sliders; // of the volumes with several times
     int m_ExitStatus = 0;

@@ -15,12 +15,13 @@ namespace {
 class TextReader
 {
 public:
-    explicit TextReader(CompressedFile& file)
+    TextReader(CompressedFile& file, const Progress& progress)
         : m_File(file)
+        , m_Progress(progress)
     {}
 
-    // Numbers become doubles.
-    NumberColumn read(std::size_t count)
+    // Numbers become doubles. Those before these, and all, say how far it is.
+    NumberColumn read(std::size_t count, std::size_t before, double all)
     {
         std::vector<double> values;
         while (values.size() < count) {
@@ -31,11 +32,20 @@ public:
             if (!number)
                 throw InputError(m_File.getFile(), quotedText(word) + " among the voxels is no number");
             values.push_back(*number);
+            tell(static_cast<double>(before + values.size()), all);
         }
         return values;
     }
 
 private:
+    void tell(double read, double all) const
+    {
+        constexpr std::size_t OFTEN = 1 << 16;
+        const bool isDue = static_cast<std::size_t>(read) % OFTEN == 0 || read == all;
+        if (isDue && m_Progress && !m_Progress(read / all))
+            throw InputError(m_File.getFile(), "the reading was stopped");
+    }
+
     // Cut where it is longer than any number.
     std::string nextWord()
     {
@@ -64,6 +74,7 @@ private:
     static constexpr std::string_view BLANKS = " \t\r\n,";
 
     CompressedFile& m_File;
+    const Progress& m_Progress;
     std::vector<char> m_Piece;
     std::size_t m_Position = 0;
 };
@@ -170,10 +181,12 @@ std::vector<NumberColumn> readVoxelData(const VoxelData& data, const Progress& p
     file.skip(data.skipped);
     if (!data.isText)
         return readVoxels(file, data.layout, progress);
-    TextReader reader(file);
+    TextReader reader(file, progress);
+    const std::size_t numPerTime = data.layout.numPerTime;
+    const double numOfAll = static_cast<double>(numPerTime) * static_cast<double>(data.layout.numTimes);
     std::vector<NumberColumn> times;
     for (std::size_t time = 0; time < data.layout.numTimes; ++time)
-        times.push_back(reader.read(data.layout.numPerTime));
+        times.push_back(reader.read(numPerTime, time * numPerTime, numOfAll));
     return times;
 }
 

@@ -33,10 +33,15 @@ void showAsPerson(const tavo::Item& item, const Span& range)
 
 } // namespace
 
+tavo::Samples samplesOf(NumberColumn& samples)
+{
+    return std::visit([](auto& values) { return tavo::Samples(std::move(values)); }, samples);
+}
+
 ShownVolume::ShownVolume(VolumeExhibit exhibit, const std::string& scene)
     : m_Name(std::move(exhibit.name))
-    , m_Scene(scene)
-    , m_Grid(exhibit.volume.grid)
+    , m_View(scene)
+    , m_IsInSlices(false)
     , m_SecondsPerTime(exhibit.volume.secondsPerTime)
 {
     const tavo::Statement together;
@@ -45,20 +50,42 @@ ShownVolume::ShownVolume(VolumeExhibit exhibit, const std::string& scene)
     const bool hasRange = volume.numChannels == 1 && (isPerson || volume.times.size() > 1);
     const Span range = hasRange ? rangeOf(volume.times) : Span();
     for (NumberColumn& samples : volume.times)
-        m_Times.push_back(std::visit([](auto& values) { return tavo::Samples(std::move(values)); }, samples));
-    const tavo::Scene shown = tavo::scene(m_Scene);
+        m_Times.push_back({samplesOf(samples), volume.grid});
+    const tavo::Scene shown = tavo::scene(m_View);
     shown.view(nameOf(volume.front == Volume::Front::HIGH_Y ? Side::BACK : Side::FRONT));
-    const tavo::Item item = showTime(0);
+    const tavo::Item item = showInScene(0);
     if (range.getHalfExtent() > 0 && isPerson)
         showAsPerson(item, range);
     else if (range.getHalfExtent() > 0)
         item.range(range.getMin(), range.getMax());
 }
 
-tavo::Item ShownVolume::showTime(std::size_t time) const
+ShownVolume::ShownVolume(VolumeExhibit exhibit, const std::string& slices, const LayersOnSlices& layers)
+    : m_Name(std::move(exhibit.name))
+    , m_View(slices)
+    , m_IsInSlices(true)
+    , m_SecondsPerTime(exhibit.volume.secondsPerTime)
 {
-    return tavo::scene(m_Scene).volume(m_Name, m_Times[time], {m_Grid.size[0], m_Grid.size[1], m_Grid.size[2]},
-        m_Grid.spacing, m_Grid.origin, {m_Grid.axes[0], m_Grid.axes[1], m_Grid.axes[2]});
+    const tavo::Statement together;
+    for (NumberColumn& samples : exhibit.volume.times)
+        m_Times.push_back(sentVolumeOf(samplesOf(samples), exhibit.volume));
+    showTime(0);
+    showOnSlices(m_View, layers);
+}
+
+void ShownVolume::showTime(std::size_t time) const
+{
+    if (m_IsInSlices)
+        showSlices(m_View, m_Times[time]);
+    else
+        showInScene(time);
+}
+
+tavo::Item ShownVolume::showInScene(std::size_t time) const
+{
+    const VoxelGrid& grid = m_Times[time].grid;
+    return tavo::scene(m_View).volume(m_Name, m_Times[time].samples, {grid.size[0], grid.size[1], grid.size[2]},
+        grid.spacing, grid.origin, {grid.axes[0], grid.axes[1], grid.axes[2]});
 }
 
 } // namespace vireo_view

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QPainter>
+#include <QWheelEvent>
 #include <QWindow>
 #include <array>
 #include <cmath>
@@ -12,6 +13,7 @@
 #include "vireo/show/TextureImage.h"
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/images/ImageView.h"
+#include "vireo/show/slices/SlicesView.h"
 #include "vireo/textures/GLTexture2D.h"
 
 #include <GL/gl.h>
@@ -205,6 +207,65 @@ void addShowing(const std::string& work, const std::function<std::unique_ptr<Con
                        anyResult}}});
 }
 
+// As many samples as a head has, of bytes that differ everywhere.
+tavo::SliceLayer sampledHead(const tavo::Vector3d& spacing)
+{
+    const tavo::Vector3i size(int(181 / spacing[0]), int(217 / spacing[1]), int(181 / spacing[2]));
+    tavo::SliceLayer layer;
+    layer.grid = {
+        size, spacing, {0, 0, 0}, {tavo::Vector3d(1, 0, 0), tavo::Vector3d(0, 1, 0), tavo::Vector3d(0, 0, 1)}};
+    std::vector<std::uint8_t> samples(layer.grid.numSamples());
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        samples[i] = static_cast<std::uint8_t>(i * i / 977);
+    layer.samples = {tavo::Numbers(std::move(samples)), 1};
+    return layer;
+}
+
+// Turns the wheel over a plane of slices, and has it painted.
+class Stepping : public Contestant
+{
+public:
+    explicit Stepping(bool isCovered)
+    {
+        m_View.resize(IMAGE);
+        showNow(m_View);
+        m_View.switchVolume(); // which follows when the wheel rests
+        tavo::SlicesUpdate update;
+        update.volume = sampledHead({1, 1, 1});
+        if (isCovered) {
+            update.overlay = sampledHead({2, 2, 2});
+            update.labels.emplace();
+            update.labels->samples = update.volume->samples;
+        }
+        m_View.apply(update);
+        m_View.change([=](tavo::SlicesModel& model) { model.setInterpolated(isCovered); });
+        m_View.repaint();
+    }
+
+    void run() override
+    {
+        const int angle = m_Step++ / 40 % 2 == 0 ? 120 : -120;
+        const QPointF place = QRectF(m_View.cells().planes[0]).center();
+        QWheelEvent event(place, m_View.mapToGlobal(place.toPoint()), {}, {0, angle}, Qt::NoButton, Qt::NoModifier,
+            Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&m_View, &event);
+        m_View.repaint();
+    }
+
+private:
+    int m_Step = 0;
+    tavo::SlicesView m_View{"head"};
+};
+
+void addStepping()
+{
+    const Entry bare{"painting colours", [] { return std::make_unique<Painting>(); }, std::nullopt, anyResult};
+    add({"turn the wheel through slices of a head",
+        {{"vireo", [] { return std::make_unique<Stepping>(false); }}, bare}});
+    add({"the same interpolated, with overlay and labels",
+        {{"vireo", [] { return std::make_unique<Stepping>(true); }}, bare}});
+}
+
 void addShowing()
 {
     addShowing(
@@ -279,5 +340,6 @@ int main(int argc, char** argv)
     addPanning("move 16,384 x 16,384 pixels at 1:1", 1);
     addPanning("move 16,384 x 16,384 pixels at 1:3", 1.0 / 3);
     addPanning("move 16,384 x 16,384 pixels at 1:12", 1.0 / 12);
+    addStepping();
     return program.run();
 }

@@ -52,6 +52,17 @@ TEST(CommandLineTest, TakesHowColumnsAreShown)
     EXPECT_TRUE(optionsOf({"--together", "a.ply"}).areTogether);
 }
 
+TEST(CommandLineTest, TakesWhatLiesOnSlices)
+{
+    EXPECT_FALSE(optionsOf({"head.nii"}).areSliced);
+    EXPECT_TRUE(optionsOf({"--slices", "head.nii"}).areSliced);
+    const Options options = optionsOf({"head.nii", "--overlay", "warmth.nii", "--labels", "atlas.nii"});
+    EXPECT_TRUE(options.areSliced);
+    EXPECT_EQ(options.overlay, "warmth.nii");
+    EXPECT_EQ(options.labels, "atlas.nii");
+    EXPECT_THAT(misuseOf({"--slices"}), testing::HasSubstr("--slices, --overlay and --labels need a file"));
+}
+
 TEST(CommandLineTest, TakesColumnsTogetherAndOneByOne)
 {
     EXPECT_THAT(

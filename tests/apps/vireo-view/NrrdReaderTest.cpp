@@ -67,6 +67,10 @@ TEST_F(NrrdReaderTest, ReadsCompressedVoxelsAndText)
     EXPECT_THAT(numbers(read(headerWith("encoding: gz\nbyte skip: 2\n") + compressed("xy" + VOXELS)).times.at(0)),
         ElementsAre(1, -2, 300, 4));
     EXPECT_THAT(numbers(read(headerWith("encoding: text\n") + "1 -2\n300,4").times.at(0)), ElementsAre(1, -2, 300, 4));
+    EXPECT_EQ(messageOf<InputError>([&] {
+        readNrrd(write("a.nrrd", headerWith("encoding: text\n") + "1 -2 3 4"), [](double) { return false; });
+    }),
+        "a.nrrd: the reading was stopped");
     EXPECT_EQ(errorReading(headerWith("encoding: text\n") + "1 -2 x 4"), "a.nrrd: 'x' among the voxels is no number");
     EXPECT_EQ(errorReading(headerWith("encoding: text\n") + "1 -2 3"), "a.nrrd: ends before its last voxel");
     EXPECT_EQ(errorReading(headerWith("encoding: bzip2\n") + VOXELS),
