@@ -141,7 +141,8 @@ void addSlices(std::vector<Exhibit>& exhibits)
 {
     for (std::size_t i = 0; i < exhibits.size(); ++i)
         if (const auto* const volume = std::get_if<VolumeExhibit>(&exhibits[i])) {
-            VolumeExhibit sliced{volume->name + " in slices", volume->volume, {}, true};
+            VolumeExhibit sliced{
+                volume->name.substr(0, volume->name.rfind(" - ")) + " in slices", volume->volume, {}, true};
             exhibits.insert(exhibits.begin() + static_cast<std::ptrdiff_t>(i++), std::move(sliced));
         }
 }

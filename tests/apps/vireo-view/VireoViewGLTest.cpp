@@ -250,7 +250,7 @@ TEST_F(VireoViewGLTest, ShowsTheExamplesAndThenTheCurvesOfBoth)
                           "property float z\nend_header\n0 0 0\n1 1 1\n");
     EXPECT_EQ(run({"--data", ".", "--pictures", "pictures"}).errors, "");
     EXPECT_THAT(
-        pictures(), ElementsAre("01-ch2.nii.gz-2-x-1-x-1-voxels-in-slices.png", "02-ch2.nii.gz-2-x-1-x-1-voxels.png",
+        pictures(), ElementsAre("01-ch2.nii.gz-in-slices.png", "02-ch2.nii.gz-2-x-1-x-1-voxels.png",
                         "03-building.ply.png", "04-ch2.nii.gz-voxels-per-density.png",
                         "05-building.ply-points-per-z.png", "06-building.ply-highest-and-lowest-z.png"));
 }

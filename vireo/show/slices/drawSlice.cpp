@@ -132,9 +132,10 @@ private:
         takeColours(layer, line, m_Colours.data());
         const std::size_t width = layer.layer().samples.width;
         const int opacity = opacityOf(layer);
+        const auto from = static_cast<double>(layer.look().from);
         for (std::size_t i = 0; i < m_Colours.size(); ++i) {
             const double number = m_Numbers[i * width];
-            if (width > 1 ? !std::isnan(number) : number > layer.look().from)
+            if (width > 1 ? !std::isnan(number) : number > from)
                 colours[i] = mixed(colours[i], m_Colours[i], opacity);
         }
     }
@@ -143,9 +144,14 @@ private:
     void takeLabels(const SampleLine& line)
     {
         sample(m_Model.labels(), lineIn(m_Model.labels(), line), false);
-        m_RowOfLabels.clear();
-        for (const double label : m_Numbers)
-            m_RowOfLabels.push_back(std::isfinite(label) && std::abs(label) < 1e15 ? std::llround(label) : 0);
+        m_RowOfLabels.resize(m_Numbers.size());
+        for (std::size_t i = 0; i < m_Numbers.size(); ++i) // neighbours are often of one sample
+            m_RowOfLabels[i] = i > 0 && m_Numbers[i] == m_Numbers[i - 1] ? m_RowOfLabels[i - 1] : labelOf(m_Numbers[i]);
+    }
+
+    static std::int64_t labelOf(double number)
+    {
+        return std::isfinite(number) && std::abs(number) < 1e15 ? std::llround(number) : 0;
     }
 
     // Where another label is on the left or above, or is no longer.
@@ -239,6 +245,16 @@ void drawSides(QPainter& painter, const VolumeGrid& grid, const SlicePlane& plan
     drawText(painter, rect, Qt::AlignHCenter | Qt::AlignBottom, sideOf(grid, plane.up, !plane.isUpReversed));
 }
 
+// Beside the letter in the middle: the number is left out where it has no room, and the name, too.
+QString titleOf(const QString& name, const QString& number, int width, const QFontMetrics& font)
+{
+    const int room = width / 2 - font.maxWidth() / 2;
+    for (const QString& title : {name + number, name})
+        if (font.horizontalAdvance(title) < room)
+            return title;
+    return {};
+}
+
 } // namespace
 
 QImage drawSlice(const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight, const QSize& size)
@@ -285,8 +301,9 @@ void drawSliceMarks(QPainter& painter, const SlicesModel& model, const SlicePlan
     const QRect inside = cell.adjusted(margin, margin, -margin, -margin);
     if (model.isOriented())
         drawSides(painter, model.grid(), plane, inside);
+    const QString number = QString(" %1 / %2").arg(voxel[plane.through]).arg(model.grid().size[plane.through] - 1);
     drawText(painter, inside, Qt::AlignLeft | Qt::AlignTop,
-        QString("%1 %2 / %3").arg(plane.name).arg(voxel[plane.through]).arg(model.grid().size[plane.through] - 1));
+        titleOf(plane.name, number, inside.width(), painter.fontMetrics()));
     painter.restore();
 }
 

@@ -309,10 +309,30 @@ TEST_F(DrawSliceTest, OutlinesLeaveWhatIsWithinLabels)
     EXPECT_EQ(numColoured({2, 2, 0}, {5, 5, 0}), 0) << "within";
     for (const Vector3d& side :
         {Vector3d(1.5, 3.5, 0), Vector3d(5.5, 3.5, 0), Vector3d(3.5, 1.5, 0), Vector3d(3.5, 5.5, 0)})
-        EXPECT_GT(numColoured(side - Vector3d(0.4, 0.4, 0), side + Vector3d(0.4, 0.4, 0)), 3) << side[0] << ", " << side[1];
+        EXPECT_GT(numColoured(side - Vector3d(0.4, 0.4, 0), side + Vector3d(0.4, 0.4, 0)), 3)
+            << side[0] << ", " << side[1];
     update.areLabelsOutlined = false;
     m_Model.apply(update);
     EXPECT_EQ(colourAt({4, 4, 0}), qRgb(colour[0], colour[1], colour[2]));
+}
+
+// Lest it lies on the letter of a side.
+TEST_F(DrawSliceTest, TheNumberOfASliceIsShownWhereThereIsRoom)
+{
+    SliceLayer layer = layerBy({8, 8, 8}, [](int, int, int) { return 1; });
+    layer.isOriented = true;
+    send(layer);
+    const auto marksAt = [this](int z, const QSize& size) {
+        m_Model.setVoxel({4, 4, z});
+        QImage picture(size, QImage::Format_RGB32);
+        picture.fill(Qt::black);
+        QPainter painter(&picture);
+        drawSliceMarks(painter, m_Model, m_Model.planes()[0], {}, QRect(QPoint(), size), 1);
+        return picture;
+    };
+    const QSize large(400, 100), small(120, 100);
+    EXPECT_NE(marksAt(2, large), marksAt(3, large));
+    EXPECT_EQ(marksAt(2, small), marksAt(3, small));
 }
 
 TEST_F(DrawSliceTest, WhatLiesOnTheVolumeIsTakenAway)
