@@ -235,6 +235,58 @@ TEST_F(SlicesGesturesTest, ThePointerIsFollowed)
     EXPECT_EQ(m_View.textOfPlace().section("  ", 0, 1), "61  voxel 20, 20, 21");
 }
 
+TEST_F(SlicesGesturesTest, ThePointerNamesLabelsAndTellsTheOverlay)
+{
+    SlicesUpdate update;
+    update.labels.emplace();
+    const SliceLayer halves = layerBy({40, 40, 40}, [](int x, int, int) { return x < 20 ? 0 : 17; });
+    update.labels->samples = {halves.samples.numbers, 1};
+    update.labels->names = {{17, "hippocampus"}};
+    update.overlay = layerBy({20, 20, 20}, [](int x, int, int) { return 10 * x; }, {2, 2, 2}, {0.5, 0.5, 0.5});
+    m_View.apply(update);
+    for (const std::size_t plane : {0U, 1U}) {
+        const auto textAt = [&](const Vector3i& voxel) {
+            moveMouse(&m_View, {}, placeOf(plane, voxel));
+            return m_View.textOfPlace().section("  ", 3).toStdString();
+        };
+        EXPECT_EQ(textAt({30, 20, 20}), "overlay 150  hippocampus") << plane;
+        EXPECT_EQ(textAt({4, 20, 20}), "overlay 20") << plane << ": 0 is none";
+    }
+}
+
+// At the middle of each edge, on a black volume.
+TEST_F(SlicesGesturesTest, LettersOfSidesTurnWithTheSlices)
+{
+    const auto edgesOf = [this](std::size_t plane) {
+        const QImage picture = m_View.grab().toImage().convertToFormat(QImage::Format_RGB32);
+        const QRect cell = m_View.cells().planes[plane];
+        const QRect left(cell.left(), cell.center().y() - 10, 16, 20);
+        const QRect right(cell.right() - 16, cell.center().y() - 10, 16, 20);
+        return std::pair(picture.copy(left), picture.copy(right));
+    };
+    const auto send = [this](bool isOriented) {
+        SlicesUpdate update;
+        update.volume = layerBy({40, 40, 40}, [](int, int, int) { return 0; });
+        update.volume->isOriented = isOriented;
+        m_View.apply(update);
+        QApplication::processEvents();
+    };
+    for (const auto& [plane, key] : {std::pair(0U, Qt::Key_N), std::pair(2U, Qt::Key_F)}) {
+        send(false);
+        const auto without = edgesOf(plane);
+        send(true);
+        const auto before = edgesOf(plane);
+        EXPECT_NE(before.first, without.first) << plane;
+        EXPECT_NE(before.second, without.second) << plane;
+        clickKey(&m_View, key);
+        const auto turned = edgesOf(plane);
+        EXPECT_NE(turned.first, before.first) << plane;
+        EXPECT_NE(turned.second, before.second) << plane;
+        clickKey(&m_View, key);
+        EXPECT_EQ(edgesOf(plane), before) << plane;
+    }
+}
+
 TEST(SlicesWithoutVolumeTest, GesturesDoNothing)
 {
     SlicesView view("nothing");
