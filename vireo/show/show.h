@@ -33,8 +33,10 @@
 /// `pictures:FOLDER` saves a PNG of every view in that folder when the program ends or calls `show()`, and opens no
 /// window, `fresh` opens the window without what it remembers of earlier ones.
 ///
-/// The child of a fork() shows nothing. fork() waits until the window's thread is between two events, so that it holds
-/// no lock that the child's exit() would wait for; but for a quarter of a second at most.
+/// The child of a fork() shows nothing. Where there is a QApplication at the fork, the child's exit() ends it without
+/// what atexit() has registered, of which Qt's part needs threads that the child does not have. fork() waits until the
+/// window's thread is between two events, so that it holds no lock that exit() would wait for; but for a quarter of a
+/// second at most.
 ///
 /// Nothing here throws. What goes wrong is a line in the log of the window, or, where there is none, on the standard
 /// error stream.

@@ -27,6 +27,19 @@ TEST_P(ShowForksTest, LeaveParentAndChildAlone)
 INSTANTIATE_TEST_SUITE_P(Children, ShowForksTest, testing::Values("returns", "exits", "ends at once", "calls"),
     [](const auto& info) { return QString(info.param).replace(' ', '_').toStdString(); });
 
+class ShowApplicationForksTest : public ProgramTest, public testing::WithParamInterface<const char*>
+{};
+
+TEST_P(ShowApplicationForksTest, LeaveParentAndChildAlone)
+{
+    EXPECT_EQ(outputOf(GetParam(), VIREO_SHOW_FORKING_APPLICATION), "the parent goes on\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Threads, ShowApplicationForksTest,
+    testing::Values("in the window's thread", "in another thread"), [](const auto& info) {
+        return std::string(info.param).find("window") != std::string::npos ? "OfTheWindow" : "Another";
+    });
+
 // The main thread ends, and the window with it, before exit() calls anything.
 class ShowHandlersTest : public ProgramTest
 {};

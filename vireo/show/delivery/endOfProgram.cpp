@@ -75,9 +75,10 @@ void afterForkInChild()
     switchShowOff();
 }
 
-bool wasWindowThreadRunning()
+// Whose threads no child has, though what Qt makes for the program waits for them at its end, or crashes without them.
+bool isThereAnApplication()
 {
-    return windowThread::isRunning();
+    return windowThread::isRunning() || FrontDoor::canMakeViews();
 }
 
 } // namespace
@@ -90,7 +91,7 @@ bool isEndingProgram() noexcept
 void endProgramInOrder()
 {
     static std::once_flag once;
-    std::call_once(once, [] { watchForks(prepareFork, afterForkInParent, afterForkInChild, wasWindowThreadRunning); });
+    std::call_once(once, [] { watchForks(prepareFork, afterForkInParent, afterForkInChild, isThereAnApplication); });
     callAtExit(endProgram);
 }
 

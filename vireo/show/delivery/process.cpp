@@ -14,7 +14,8 @@ namespace tavo {
 
 namespace {
 
-bool (*hasThreadOfParent)() = nullptr;
+bool (*hasApplication)() = nullptr;
+bool hadParentApplication = false;
 void (*tellBeforeFork)() = nullptr;
 void (*tellParent)() = nullptr;
 void (*tellChild)() = nullptr;
@@ -98,13 +99,14 @@ void endChildOfFork(int status, void*)
 // In front of all handlers, of which some destroy what Qt has.
 void endChildFirst()
 {
-    if (hasThreadOfParent())
+    if (hadParentApplication)
         on_exit(endChildOfFork, nullptr);
 }
 
 void childOfFork()
 {
     addingHandlers().unlock();
+    hadParentApplication = hadParentApplication || hasApplication();
     endOfThisThread() = endChildFirst;
     tellChild();
 }
@@ -123,9 +125,9 @@ void callAtEndOfMainThread(void (*hook)())
         endOfThisThread() = hook;
 }
 
-void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*hasThread)())
+void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*isThereAnApplication)())
 {
-    hasThreadOfParent = hasThread;
+    hasApplication = isThereAnApplication;
     tellBeforeFork = before;
     tellParent = inParent;
     tellChild = inChild;

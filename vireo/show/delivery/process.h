@@ -16,9 +16,9 @@ void callAtExit(void (*hook)());
 void callAtEndOfMainThread(void (*hook)());
 
 // Has `before` called in front of a fork, and behind it `inParent` or `inChild`. A child that ends by exit() is ended
-// without tearing anything down, if `hasThread` says so: what a thread of its parent's has begun, nobody can end in it.
-// Does nothing where processes do not fork.
-void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*hasThread)());
+// without tearing anything down, if at the fork there is an application: what its parent's threads have begun, nobody
+// can end in it. Does nothing where processes do not fork.
+void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*isThereAnApplication)());
 
 // Leaves the program's signals to the program's threads.
 void ignoreSignalsInThisThread();
