@@ -75,6 +75,21 @@ TEST_F(ShowWithoutDisplayTest, PicturesAndDataAreSaved)
                                   "warning: tavo: tavo::pump()" + why);
 }
 
+// The second of them has no fonts, of which Qt may say something.
+TEST_F(ShowWithoutDisplayTest, PlatformsThatNobodySeesCarryEverything)
+{
+    for (const char* platform : {"offscreen", "minimal"}) {
+        set("QT_QPA_PLATFORM", platform);
+        const Outcome outcome = run("calls everything");
+        EXPECT_EQ(outcome.exitStatus, 0) << platform;
+        EXPECT_EQ(
+            outcome.output, "openWindow: false\npump: true\nsavePicture: true\nsavePictures: true\nsaveData: true\n")
+            << platform;
+        for (const char* program : {"shows with an application", "sends to a displayer"})
+            EXPECT_EQ(run(program).exitStatus, 0) << platform << ": " << program;
+    }
+}
+
 TEST_F(ShowWithoutDisplayTest, NothingIsLeftOnAFullDisk)
 {
     ASSERT_TRUE(QDir().mkpath(path("disk")));

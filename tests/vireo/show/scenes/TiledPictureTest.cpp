@@ -103,6 +103,14 @@ TEST_P(TiledPictureTest, SurfacesAreTheSame)
     expectSameInTiles();
 }
 
+TEST_P(TiledPictureTest, TranslucentSurfacesAreTheSame)
+{
+    ItemUpdate surface = item(ItemKind::Mesh, Points(wave()), {}, Faces(triangles()));
+    surface.opacity = 0.5;
+    apply(surface);
+    expectSameInTiles();
+}
+
 INSTANTIATE_TEST_SUITE_P(Views, TiledPictureTest, testing::Bool(),
     [](const auto& info) { return info.param ? "Orthographic" : "Perspective"; });
 
