@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "benchmarks/plots/PlotWorks.h"
 #include "benchmarks/support/Program.h"
 #include "benchmarks/support/Table.h"
 #include "benchmarks/works.h"
@@ -11,16 +12,24 @@ namespace vireo_bench {
 
 namespace {
 
-constexpr unsigned int NUM_DOUBLINGS = 5;
+constexpr unsigned int NUM_STEPS = 5;
 
-// A work that is done in sizes up to one, each twice the size before.
+// A work that is done in sizes up to one, each so many times the size before.
 struct Growth
 {
     std::string work;
     std::size_t largest;
     std::function<Comparison(std::size_t size)> make;
 
-    std::size_t size(unsigned int numDoublings) const { return largest >> (NUM_DOUBLINGS - numDoublings); }
+    std::size_t factor = 2;
+
+    std::size_t size(unsigned int step) const
+    {
+        std::size_t size = largest;
+        for (; step < NUM_STEPS; ++step)
+            size /= factor;
+        return size;
+    }
 };
 
 // The head in a cube of about so many samples.
@@ -38,6 +47,8 @@ std::vector<Growth> growths()
 {
     constexpr std::size_t MOST_SAMPLES = 8'365'427; // 203 a side
     constexpr std::size_t NUM_CURVES = 10;
+    constexpr std::size_t FEWEST_PLOTTED = 1'000;
+    constexpr std::size_t MOST_PLOTTED = 100'000'000;
     const auto samples = [](std::size_t n) { return withCommas(n) + " samples"; };
     return {
         {"prepare a volume's stacks, by samples", MOST_SAMPLES,
@@ -60,6 +71,18 @@ std::vector<Growth> growths()
                 return drawPoints(withCommas(n) + " points", [count] { return randomPoints(count); });
             }},
         {"show 10 curves, by samples", 2'000'000, [](std::size_t n) { return showCurves(NUM_CURVES, n / NUM_CURVES); }},
+        {"first picture of a plot, by samples", MOST_PLOTTED,
+            [samples](std::size_t n) {
+                return Comparison{"first picture of " + samples(n), {showingCurves(1, n), copyingSamples(n, {})}};
+            },
+            10},
+        {"move and zoom along a plot, by samples", MOST_PLOTTED,
+            [samples](std::size_t n) {
+                Entry floor = movingAlong(FEWEST_PLOTTED);
+                floor.agrees = anyResult;
+                return Comparison{"move and zoom along " + samples(n), {movingAlong(n), std::move(floor)}};
+            },
+            10},
         {"image into a texture, by pixels", 16'777'216, [](std::size_t n) { return uploadImage(sideOfImage(n)); }},
         {"render texture from the cache, by free ones before it", 4096, takeRenderTexture},
         {"record and compile, by vertices", 2'000'000, recordVertices},
@@ -89,29 +112,30 @@ bool wasMeasured(const Works& works)
         works.begin(), works.end(), [](const std::string& work) { return measurementsOf(work).empty(); });
 }
 
-double secondsOf(const Works& works, unsigned int numDoublings, std::size_t entry)
+double secondsOf(const Works& works, unsigned int step, std::size_t entry)
 {
-    return measurementsOf(works[numDoublings]).at(entry).seconds;
+    return measurementsOf(works[step]).at(entry).seconds;
 }
 
 // By what the time is multiplied with each doubling, on the average.
-double factorOf(const Works& works, std::size_t entry)
+double factorOf(const Growth& growth, const Works& works, std::size_t entry)
 {
-    return std::pow(secondsOf(works, NUM_DOUBLINGS, entry) / secondsOf(works, 0, entry), 1.0 / NUM_DOUBLINGS);
+    const double numDoublings = NUM_STEPS * std::log2(growth.factor);
+    return std::pow(secondsOf(works, NUM_STEPS, entry) / secondsOf(works, 0, entry), 1 / numDoublings);
 }
 
 void printRow(const Growth& growth, const Works& works)
 {
     std::printf("| %s | %s to %s | %s to %s | %.2f | %.2f |\n", growth.work.c_str(), withCommas(growth.size(0)).c_str(),
         withCommas(growth.largest).c_str(), withUnit(secondsOf(works, 0, 0)).c_str(),
-        withUnit(secondsOf(works, NUM_DOUBLINGS, 0)).c_str(), factorOf(works, 0), factorOf(works, 1));
+        withUnit(secondsOf(works, NUM_STEPS, 0)).c_str(), factorOf(growth, works, 0), factorOf(growth, works, 1));
 }
 
 // A block for gnuplot: the name, then sizes and seconds of vireo and of the floor.
 void writeData(std::FILE* file, const Growth& growth, const Works& works)
 {
     std::fprintf(file, "# %s\n", growth.work.c_str());
-    for (unsigned int i = 0; i <= NUM_DOUBLINGS; ++i)
+    for (unsigned int i = 0; i <= NUM_STEPS; ++i)
         std::fprintf(file, "%zu %g %g\n", growth.size(i), secondsOf(works, i, 0), secondsOf(works, i, 1));
     std::fprintf(file, "\n\n");
 }
@@ -140,8 +164,8 @@ int main(int argc, char** argv)
     const std::vector<Growth> all = growths();
     std::vector<Works> worksOfAll(all.size());
     for (std::size_t i = 0; i < all.size(); ++i)
-        for (unsigned int numDoublings = 0; numDoublings <= NUM_DOUBLINGS; ++numDoublings) {
-            Comparison comparison = all[i].make(all[i].size(numDoublings));
+        for (unsigned int step = 0; step <= NUM_STEPS; ++step) {
+            Comparison comparison = all[i].make(all[i].size(step));
             worksOfAll[i].push_back(comparison.work);
             add(std::move(comparison));
         }

@@ -12,7 +12,8 @@ class QCustomPlotShowing : public Contestant
 {
 public:
     QCustomPlotShowing(std::size_t numCurves, std::size_t numSamples)
-        : m_NumSamples(numSamples)
+        : m_X(plotX(numSamples))
+        , m_Y(plotY(numSamples))
     {
         m_Plot.resize(PLOT_SIZE);
         for (std::size_t i = 0; i < numCurves; ++i)
@@ -23,13 +24,11 @@ public:
 
     void run() override
     {
-        const std::vector<double>& x = plotX(m_NumSamples);
-        const std::vector<double>& y = plotY(m_NumSamples);
         for (int i = 0; i < m_Plot.graphCount(); ++i) {
             QVector<QCPGraphData> samples;
-            samples.reserve(static_cast<int>(m_NumSamples));
-            for (std::size_t j = 0; j < m_NumSamples; ++j)
-                samples.append({x[j], y[j] + i});
+            samples.reserve(static_cast<int>(m_X.size()));
+            for (std::size_t j = 0; j < m_X.size(); ++j)
+                samples.append({m_X[j], m_Y[j] + i});
             m_Plot.graph(i)->data()->set(samples, true);
         }
         m_Plot.rescaleAxes();
@@ -41,7 +40,8 @@ protected:
     QCustomPlot m_Plot;
 
 private:
-    std::size_t m_NumSamples;
+    std::vector<double> m_X;
+    std::vector<double> m_Y;
 };
 
 class QCustomPlotAgain : public QCustomPlotShowing

@@ -47,6 +47,9 @@ struct Entry
 
     // Whether its result, the second argument, is the one that the first contestant's says it must be.
     std::function<bool(const Bytes& first, const Bytes& own)> agrees = std::equal_to<>();
+
+    // How much longer the first one may take instead.
+    std::optional<double> secondsMore = std::nullopt;
 };
 
 // For Entry::agrees: there is nothing to compare.

@@ -27,13 +27,18 @@ std::string withUnit(double seconds)
 
 namespace {
 
-std::string ratioOf(const Measurement& measurement, const Entry& entry)
+bool misses(const Measurement& first, const Measurement& own, const Entry& entry)
+{
+    const bool isLate = !entry.secondsMore || first.seconds - own.seconds > *entry.secondsMore;
+    return entry.ratioToReach && own.ratio > *entry.ratioToReach && isLate;
+}
+
+std::string ratioOf(const Measurement& first, const Measurement& own, const Entry& entry)
 {
     char text[64];
-    const int digits = measurement.ratio < 0.1 ? 4 : 2;
-    std::snprintf(text, sizeof text, "%.*f ± %.*f", digits, measurement.ratio, digits, measurement.spread);
-    const bool misses = entry.ratioToReach && measurement.ratio > *entry.ratioToReach;
-    return misses ? "**" + std::string(text) + "**" : text;
+    const int digits = own.ratio < 0.1 ? 4 : 2;
+    std::snprintf(text, sizeof text, "%.*f ± %.*f", digits, own.ratio, digits, own.spread);
+    return misses(first, own, entry) ? "**" + std::string(text) + "**" : text;
 }
 
 std::string ratioToReach(const Entry& entry)
@@ -42,7 +47,7 @@ std::string ratioToReach(const Entry& entry)
         return "";
     char text[32];
     std::snprintf(text, sizeof text, "%.2f", *entry.ratioToReach);
-    return text;
+    return entry.secondsMore ? text + (", or " + withUnit(*entry.secondsMore) + " more") : text;
 }
 
 std::string nameOfProcessor()
@@ -66,7 +71,7 @@ void printRows(const Comparison& comparison, const std::vector<Measurement>& mea
         const bool isFirstRow = i == 1;
         std::printf("| %s | %s | %s: %s | %s | %s | %s |\n", isFirstRow ? comparison.work.c_str() : "",
             isFirstRow ? withUnit(measurements[0].seconds).c_str() : "", entry.name.c_str(),
-            withUnit(measurements[i].seconds).c_str(), ratioOf(measurements[i], entry).c_str(),
+            withUnit(measurements[i].seconds).c_str(), ratioOf(measurements[0], measurements[i], entry).c_str(),
             ratioToReach(entry).c_str(), withCommas(measurements[i].numRounds).c_str());
     }
 }
