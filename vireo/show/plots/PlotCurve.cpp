@@ -23,6 +23,7 @@ constexpr double AREA_OPACITY = 0.35;
 constexpr std::size_t LONGEST_NAME = 60;
 constexpr double DRAWN_ABOVE_GRID = 20;
 constexpr double LIFTED_BY = 2;
+constexpr QSize LEGEND_ICON(18, 8); // in which dashes can be told from a line
 
 // Wide pens take Qt long: they are for few points.
 constexpr int MOST_ROUND_MARKS = 20'000;
@@ -69,6 +70,7 @@ PlotCurve::PlotCurve(const std::string& name, std::size_t number)
     , m_Number(number)
 {
     setZ(DRAWN_ABOVE_GRID);
+    setLegendIconSize(LEGEND_ICON);
     showName();
 }
 
@@ -76,6 +78,7 @@ void PlotCurve::apply(CurveUpdate& update)
 {
     const QColor colourBefore = m_Colour;
     const CurveKind kindBefore = m_Kind;
+    const Qt::PenStyle styleBefore = m_PenStyle;
     m_HasLooks = m_HasLooks || update.colour || update.style;
     m_HasCome = m_HasCome || update.hasSamples();
     if (update.colour) {
@@ -93,7 +96,7 @@ void PlotCurve::apply(CurveUpdate& update)
     countNotPositive();
     showName();
     setItemAttribute(QwtPlotItem::Legend, m_HasCome);
-    if (m_Colour != colourBefore || m_Kind != kindBefore)
+    if (m_Colour != colourBefore || m_Kind != kindBefore || m_PenStyle != styleBefore)
         legendChanged();
 }
 
@@ -306,11 +309,18 @@ QwtGraphic PlotCurve::legendIcon(int, const QSizeF& size) const
     QColor colour = m_Colour;
     if (!isVisible())
         colour.setAlphaF(colour.alphaF() * AREA_OPACITY);
-    painter.setPen(QPen(colour, m_Kind == CurveKind::Points ? MARK_DIAMETER : 2));
     const double middle = size.height() / 2;
+    if (hasBars() || m_Kind == CurveKind::Band) {
+        QColor faint = colour;
+        faint.setAlphaF(colour.alphaF() * AREA_OPACITY);
+        painter.fillRect(QRectF(QPointF(0, 0), size), faint);
+    }
+    painter.setPen(QPen(colour, m_Kind == CurveKind::Points ? MARK_DIAMETER : 2, m_PenStyle));
     if (m_Kind == CurveKind::Points)
         painter.drawPoint(QPointF(size.width() / 2, middle));
-    else
+    else if (hasBars())
+        painter.drawRect(QRectF(QPointF(0, 0), size).adjusted(1, 1, -1, -1));
+    else if (m_Kind != CurveKind::Band)
         painter.drawLine(QPointF(0, middle), QPointF(size.width(), middle));
     return icon;
 }

@@ -57,6 +57,9 @@ public:
     // Whether something stands at an end of it along x that a plot ending there would cut: a mark, or a last step.
     bool needsMargin() const;
 
+    // Whether what is drawn of it has zero for its ground.
+    bool hasBars() const { return m_Kind == CurveKind::Bars || m_Kind == CurveKind::Histogram; }
+
     // Whether it is counted by the second axis of y.
     bool isOnY2() const { return m_IsOnY2; }
 
@@ -84,7 +87,6 @@ private:
     bool isGap(std::size_t sample) const;
     void applySamples(CurveSamples& samples);
     void applyStyle(const std::string& style);
-    bool hasBars() const { return m_Kind == CurveKind::Bars || m_Kind == CurveKind::Histogram; }
     double barWidth() const;
     void drawAs(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap, bool isLifted) const;
     void drawLines(QPainter& painter, const PixelMap& xMap, const PixelMap& yMap, double liftedBy) const;

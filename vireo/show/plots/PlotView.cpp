@@ -133,6 +133,16 @@ AxisUpdate::Range timeRangeOf(const Extent& extent, double margin)
     return {extent.from - around, extent.to + around};
 }
 
+// Bars stand on the axis where nothing goes below zero, or hang from it where nothing goes above.
+AxisUpdate::Range onGround(AxisUpdate::Range range, const Extent& extent, bool hasBars)
+{
+    if (hasBars && extent.from == 0 && extent.to > 0)
+        range.from = 0;
+    if (hasBars && extent.to == 0 && extent.from < 0)
+        range.to = 0;
+    return range;
+}
+
 AxisUpdate::Range rangeOf(const Extent& extent, double margin, bool isLog)
 {
     return isLog ? logRangeOf(extent, margin) : rangeOf(extent, margin);
@@ -599,14 +609,17 @@ void PlotView::fitY(PlotSight::Axis axis)
 {
     const AxisUpdate::Range x = m_Sight.range(PlotSight::X);
     Extent extent;
+    bool hasBars = false;
     for (const auto& curve : m_Curves)
-        if (curve->isVisible() && curve->isOnY2() == (axis == PlotSight::Y2))
+        if (curve->isVisible() && curve->isOnY2() == (axis == PlotSight::Y2)) {
             extent.include(curve->yExtentWithin(x.from, x.to));
+            hasBars = hasBars || curve->hasBars();
+        }
     if (extent.isEmpty() && !m_Shown.areAllShown())
         return;
     if (axis == PlotSight::Y)
         extent.include(m_Lines->yExtent(m_Sight.isLog(axis)));
-    const AxisUpdate::Range range = rangeOf(extent, MARGIN_OF_Y, m_Sight.isLog(axis));
+    const AxisUpdate::Range range = onGround(rangeOf(extent, MARGIN_OF_Y, m_Sight.isLog(axis)), extent, hasBars);
     // What follows the newest data grows at once, and shrinks only to half, or it would never be at rest.
     const AxisUpdate::Range before = m_Sight.fitted(axis);
     const bool isWithin = range.from >= before.from && range.to <= before.to;

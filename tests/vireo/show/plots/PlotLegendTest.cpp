@@ -77,6 +77,27 @@ protected:
     PlotView m_View{"test"};
 };
 
+TEST_F(PlotLegendTest, ShowsWhatACurveLooksLike)
+{
+    std::vector<QImage> icons;
+    for (const CurveKind kind :
+        {CurveKind::Line, CurveKind::Line, CurveKind::Points, CurveKind::Bars, CurveKind::Band}) {
+        PlotUpdate update;
+        for (const char* name : {"a", "b"}) {
+            update.curve(name) = samples({0, 1}, {1, 2}, kind);
+            update.curves.back().name = name;
+            update.curves.back().colour = QColor(Qt::magenta).rgba();
+            update.curves.back().samples->low = numbers({0, 0});
+        }
+        update.curves.front().style = icons.empty() ? "dashed" : "";
+        m_View.apply(update);
+        icons.push_back(entry("a")->icon().toImage());
+        EXPECT_GE(icons.back().width(), 16);
+        for (std::size_t i = 0; i + 1 < icons.size(); ++i)
+            EXPECT_NE(icons[i], icons.back()) << i << " and " << nameOf(kind);
+    }
+}
+
 TEST_F(PlotLegendTest, AClickHidesACurveAndShowsItAgain)
 {
     send(3);

@@ -368,6 +368,24 @@ TEST_F(PlotViewTest, TheSmallestBarOfALogarithmicAxisIsSeen)
     EXPECT_NEAR(m_View.getSight().range(PlotSight::Y).from, 0.9, 0.05) << "no bars";
 }
 
+TEST_F(PlotViewTest, BarsStandOnTheAxisWhereNothingGoesBelowZero)
+{
+    const auto yOf = [this](const std::vector<double>& y, CurveKind kind) {
+        PlotUpdate update;
+        update.curve("a") = samples({0, 1, 2}, y, kind);
+        update.curves.back().name = "a";
+        m_View.apply(update);
+        return m_View.getSight().range(PlotSight::Y);
+    };
+    EXPECT_EQ(yOf({1, 2, 3}, CurveKind::Bars).from, 0);
+    EXPECT_GT(yOf({1, 2, 3}, CurveKind::Bars).to, 3);
+    EXPECT_EQ(yOf({1, 2, 2}, CurveKind::Histogram).from, 0);
+    EXPECT_EQ(yOf({-1, -2, -3}, CurveKind::Bars).to, 0);
+    EXPECT_LT(yOf({-1, 2, 3}, CurveKind::Bars).from, -1);
+    EXPECT_LT(yOf({0, 2, 3}, CurveKind::Line).from, 0);
+    EXPECT_LT(yOf({0, 0, 0}, CurveKind::Bars).from, 0);
+}
+
 TEST_F(PlotViewTest, ASecondAxisHasARangeOfItsOwn)
 {
     send("left", {0, 1}, {0, 1});
