@@ -1,6 +1,7 @@
 #include "vireo/show/TextureImage.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -242,6 +243,19 @@ Pixels sliceOf(const Pixels& texels, std::size_t size, int layer)
     });
 }
 
+// The last level that textures of a target may have: OpenGL takes what asks for others for an error.
+int lastLevelOf(GLenum target)
+{
+    if (target == GL_TEXTURE_RECTANGLE_ARB)
+        return 0;
+    GLint largest = 1;
+    glGetIntegerv(target == GL_TEXTURE_3D         ? GL_MAX_3D_TEXTURE_SIZE
+                  : target == GL_TEXTURE_CUBE_MAP ? GL_MAX_CUBE_MAP_TEXTURE_SIZE
+                                                  : GL_MAX_TEXTURE_SIZE,
+        &largest);
+    return std::bit_width(static_cast<unsigned int>(largest)) - 1;
+}
+
 // Where a texture is bound, and which of its levels and layers there are.
 class ReadTexture
 {
@@ -261,6 +275,8 @@ public:
 
     int numLayers(int level) const
     {
+        if (level > lastLevelOf(m_Target))
+            return 0;
         const Level read(targetOf(0), level);
         if (read.width() <= 0 || read.height() <= 0)
             return 0;
@@ -343,6 +359,44 @@ void sendLayers(std::string_view name, const GLTexture& texture, int level)
         image(name).layer(face, read.read(level, face), sent.width(), sent.height(), channels);
 }
 
+// Pixels are read from what is drawn to, while it lives, whatever the application reads from.
+class ReadingWhatIsDrawn
+{
+public:
+    ReadingWhatIsDrawn()
+        : m_HasTwoFramebuffers(isExtensionSupported("GL_EXT_framebuffer_blit"))
+    {
+        if (m_HasTwoFramebuffers) {
+            GLint drawn = 0;
+            glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING_EXT, &m_Framebuffer);
+            glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING_EXT, &drawn);
+            glBindFramebufferEXT(GL_READ_FRAMEBUFFER_EXT, static_cast<GLuint>(drawn));
+        }
+        GLint drawn = GL_NONE;
+        glGetIntegerv(GL_READ_BUFFER, &m_Buffer);
+        glGetIntegerv(GL_DRAW_BUFFER, &drawn);
+        if (drawn != m_Buffer && drawn != GL_NONE && drawn != GL_FRONT_AND_BACK)
+            glReadBuffer(static_cast<GLenum>(drawn));
+    }
+
+    ~ReadingWhatIsDrawn()
+    {
+        GLint buffer = GL_NONE;
+        glGetIntegerv(GL_READ_BUFFER, &buffer);
+        if (buffer != m_Buffer)
+            glReadBuffer(static_cast<GLenum>(m_Buffer));
+        if (m_HasTwoFramebuffers)
+            glBindFramebufferEXT(GL_READ_FRAMEBUFFER_EXT, static_cast<GLuint>(m_Framebuffer));
+    }
+    ReadingWhatIsDrawn(const ReadingWhatIsDrawn&) = delete;
+    ReadingWhatIsDrawn& operator=(const ReadingWhatIsDrawn&) = delete;
+
+private:
+    bool m_HasTwoFramebuffers;
+    GLint m_Framebuffer = 0;
+    GLint m_Buffer = GL_NONE;
+};
+
 template <Number T>
 void sendFramebuffer(std::string_view name, GLenum format, GLenum type)
 {
@@ -351,6 +405,7 @@ void sendFramebuffer(std::string_view name, GLenum format, GLenum type)
     const UnreadPixels<T> pixels(countOf(viewport[2], viewport[3], 1, channelsOf(format)));
     {
         const PlainReading plain;
+        const ReadingWhatIsDrawn reading;
         glReadPixels(viewport[0], viewport[1], viewport[2], viewport[3], format, type, pixels.data());
     }
     image(name, pixels, viewport[2], viewport[3], channelsOf(format)).bottomUp();

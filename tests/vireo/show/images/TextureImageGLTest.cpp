@@ -302,6 +302,121 @@ TEST_F(TextureImageGLTest, TheFramebufferIsReadWhereTheViewportIs)
     EXPECT_NEAR(read[1], 0.5, 1e-4);
 }
 
+TEST_F(TextureImageGLTest, WhatIsDrawnToIsReadWhateverIsReadFrom)
+{
+    if (!isExtensionSupported("GL_EXT_framebuffer_blit"))
+        GTEST_SKIP() << "what is read from is what is drawn to";
+    GLRenderTextureFBO other(context());
+    ASSERT_TRUE(other.create(2, 1, 4, GLRenderTextureFBO::FLAG_DEPTH));
+    other.activate();
+    GLint readFrom = 0;
+    glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING_EXT, &readFrom);
+    glClearDepth(0.75);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    other.deactivate();
+    GLRenderTextureFBO target(context());
+    ASSERT_TRUE(target.create(1, 1, 4, GLRenderTextureFBO::FLAG_DEPTH));
+    target.activate();
+    glClearColor(0.2F, 0.4F, 0.6F, 1);
+    glClearDepth(0.25);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glReadBuffer(GL_NONE);
+    glBindFramebufferEXT(GL_READ_FRAMEBUFFER_EXT, static_cast<GLuint>(readFrom));
+    glReadBuffer(GL_NONE);
+    const auto before = allState();
+    framebufferImage("colours");
+    EXPECT_THAT(takeNumbers(), ElementsAre(51, 102, 153));
+    depthBufferImage("depths");
+    const std::vector<double> depths = takeNumbers();
+    ASSERT_EQ(depths.size(), 1U);
+    EXPECT_NEAR(depths[0], 0.25, 1e-4);
+    EXPECT_EQ(allState(), before);
+    target.deactivate();
+}
+
+// A texture of a target that the library has no class for that could make it here.
+struct TextureOf : GLTexture
+{
+    TextureOf(GLContext* context, GLenum target)
+        : GLTexture(context)
+    {
+        m_TextureTarget = target;
+    }
+};
+
+// On every unit that is looked at, another texture of every target is bound.
+std::vector<std::unique_ptr<TextureOf>> bindOthers(GLContext* context)
+{
+    std::vector<std::unique_ptr<TextureOf>> others;
+    for (const unsigned int unit : {0U, 3U, 2U})
+        for (const GLenum target :
+            {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE_ARB}) {
+            others.push_back(std::make_unique<TextureOf>(context, target));
+            others.back()->bind(unit);
+        }
+    return others;
+}
+
+TEST_F(TextureImageGLTest, ReadingAnythingLeavesAllStateAsItWas)
+{
+    char texels[64] = {};
+    TextureOf line(context(), GL_TEXTURE_1D);
+    line.bind(0);
+    glTexImage1D(GL_TEXTURE_1D, 0, GL_RGBA, 4, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels);
+    TextureOf volume(context(), GL_TEXTURE_3D);
+    volume.bind(0);
+    glTexImage3DEXT(GL_TEXTURE_3D, 0, GL_LUMINANCE, 2, 2, 2, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE, texels);
+    GLTextureRect rectangle(context());
+    rectangle.createFromMemory(4, 1, 1, texels);
+    GLTextureCube cube(context());
+    cube.create(2, 4);
+    GLRenderTextureFBO target(context());
+    ASSERT_TRUE(target.create(2, 1, 4, GLRenderTextureFBO::FLAG_DEPTH));
+    GLImage shared;
+    shared.setup(&target, false);
+    target.activate();
+    disturb();
+    const auto others = bindOthers(context());
+    for (const GLenum map : {GL_MAP_COLOR, GL_MAP_STENCIL})
+        glPixelTransferi(map, 1);
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, 50);
+    const auto stateOfUnits = [] {
+        std::vector<std::map<unsigned int, std::vector<double>>> states{allState()};
+        GLint active = 0;
+        glGetIntegerv(GL_ACTIVE_TEXTURE_ARB, &active);
+        for (const GLenum unit : {GL_TEXTURE0_ARB, GL_TEXTURE3_ARB}) {
+            glActiveTextureARB(unit);
+            states.push_back(allState());
+        }
+        glActiveTextureARB(static_cast<GLenum>(active));
+        return states;
+    };
+    const auto before = stateOfUnits();
+    for (const GLTexture* const texture : std::initializer_list<const GLTexture*>{&line, &volume, &rectangle, &cube}) {
+        image("texture", *texture);
+        EXPECT_TRUE(takeImage());
+        EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)) << std::hex << texture->getTextureTarget();
+        imageStackOfLevels("levels", *texture);
+        EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)) << std::hex << texture->getTextureTarget();
+        imageStackOfLayers("layers", *texture);
+        EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)) << std::hex << texture->getTextureTarget();
+    }
+    image("target", target);
+    image("image", shared);
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    framebufferImage("colours");
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    depthBufferImage("depths");
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    const auto after = stateOfUnits();
+    for (std::size_t i = 0; i < before.size(); ++i)
+        for (const auto& [parameter, values] : before[i])
+            EXPECT_EQ(after[i].at(parameter), values) << std::hex << parameter;
+    takeImage();
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+    target.deactivate();
+}
+
 TEST_F(TextureImageGLTest, AllStateIsAsItWas)
 {
     char texels[16] = {};
