@@ -23,7 +23,8 @@ foreach(type IN LISTS types)
     endif()
 endforeach()
 # Those that every desktop knows.
-foreach(type image/png image/jpeg image/tiff text/csv text/tab-separated-values)
+foreach(type application/dicom image/png image/jpeg image/tiff image/x-portable-graymap image/x-portable-pixmap text/csv
+        text/tab-separated-values)
     if(NOT desktop MATCHES "\nMimeType=([^\n]+;)?${type};")
         message(SEND_ERROR "the desktop file does not say that vireo-view shows ${type}")
     endif()
