@@ -61,6 +61,9 @@ public:
     // Whether samples have been appended.
     bool isAppended() const { return !m_AppendedX.empty(); }
 
+    // Whether older ones than are kept have gone.
+    bool hasDropped() const { return isAppended() && m_NumDropped > 0; }
+
     // Whether no x is smaller than the one before it, and all are finite.
     bool isSorted() const { return m_IsSorted; }
 

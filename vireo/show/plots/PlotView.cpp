@@ -302,7 +302,7 @@ void PlotView::apply(ViewUpdate& update)
     showYAxes();
     showNotes();
     measure();
-    sayWhatIsUnsorted();
+    sayWhatXHides();
     if (std::any_of(m_Curves.begin(), m_Curves.end(), [](const auto& curve) { return curve->isMissing(); }))
         QTimer::singleShot(LONGEST_WAIT, this, [this] { sayWhatWaits(); });
     showChoice();
@@ -383,19 +383,29 @@ void PlotView::applyCurve(CurveUpdate& update)
     (*found)->apply(update);
 }
 
-void PlotView::sayWhatIsUnsorted()
+QString PlotView::namesOf(bool (*isMeant)(const CurveStore& samples)) const
 {
     constexpr int MOST = 5;
     QStringList names;
     for (const auto& curve : m_Curves)
-        if (!curve->getSamples().isSorted())
+        if (isMeant(curve->getSamples()))
             names += shortText(curve->getName());
-    QString text;
-    if (!names.isEmpty())
-        text = tr("Along x go to and fro: %1. Each of their samples is drawn, which takes longer. Where they cover the "
-                  "plot many times over, those are drawn that stick out.")
-                   .arg(names.mid(0, MOST).join(", ") + (names.size() > MOST ? ", ..." : ""));
-    axisWidget(PlotSight::X)->setToolTip(text);
+    return names.mid(0, MOST).join(", ") + (names.size() > MOST ? ", ..." : "");
+}
+
+void PlotView::sayWhatXHides()
+{
+    QStringList lines;
+    const QString unsorted = namesOf([](const CurveStore& samples) { return !samples.isSorted(); });
+    if (!unsorted.isEmpty())
+        lines +=
+            tr("Along x go to and fro: %1. Each of their samples is drawn, which takes longer. Where they cover the "
+               "plot many times over, those are drawn that stick out.")
+                .arg(unsorted);
+    const QString shortened = namesOf([](const CurveStore& samples) { return samples.hasDropped(); });
+    if (!shortened.isEmpty())
+        lines += tr("The newest samples alone are kept, and older ones have gone: %1.").arg(shortened);
+    axisWidget(PlotSight::X)->setToolTip(lines.join('\n'));
 }
 
 void PlotView::sayWhatWaits()

@@ -109,7 +109,8 @@ private:
     double xMargin() const;
     std::vector<const PlotCurve*> visibleCurves() const;
     QString othersAt(double x, const QPointF& pixel, double radius, const CurveStore& named) const;
-    void sayWhatIsUnsorted();
+    QString namesOf(bool (*isMeant)(const CurveStore& samples)) const;
+    void sayWhatXHides();
     void measure();
     QString unitOf(PlotSight::Axis axis) const;
     QString textOf(PlotSight::Axis axis, double value) const;

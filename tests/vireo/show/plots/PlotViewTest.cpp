@@ -417,6 +417,21 @@ TEST_F(PlotViewTest, LooksWaitForTheirCurveOutsideTheLegend)
     EXPECT_TRUE(legend().contains("empty")) << "it was sent";
 }
 
+TEST_F(PlotViewTest, TheAxisSaysWhichCurvesHaveLostOldSamples)
+{
+    const auto tip = [this] { return m_View.axisWidget(PlotSight::X)->toolTip().toStdString(); };
+    for (int i = 0; i < 4; ++i) {
+        PlotUpdate update;
+        update.curve("a").append({1.0 * i, 1});
+        update.curve("b").append({1.0 * i, 2});
+        update.curve("a").kept = 3;
+        m_View.apply(update);
+        EXPECT_EQ(tip(), i < 3 ? "" : "The newest samples alone are kept, and older ones have gone: a.");
+    }
+    send("a", {0, 1}, {0, 1});
+    EXPECT_EQ(tip(), "");
+}
+
 TEST_F(PlotViewTest, AWindowShowsTheNewest)
 {
     send("a", {0, 100}, {0, 1});
