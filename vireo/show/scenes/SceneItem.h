@@ -73,6 +73,10 @@ public:
     bool isCoarse() const { return isVolume() && m_Volume.isCoarse(); }
     bool refineVolume(double seconds) { return m_Volume.refine(seconds); }
 
+    // How much of that is done, from 0 to 1; lets it stay coarse.
+    double progressOfVolume() const { return m_Volume.progress(); }
+    void giveUpVolume() { m_Volume.giveUp(); }
+
     // Whether light should fall on the volume, and the driver cannot do that.
     bool isLightMissing() const { return m_IsLit && isVolume() && m_Volume.isLightMissing(); }
 

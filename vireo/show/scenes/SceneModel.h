@@ -41,6 +41,8 @@ public:
     // for them all.
     bool isBusy() const { return m_Surfaces.areBusy(); }
     bool takeSurfaces();
+    double progressOfSurfaces() const { return m_Surfaces.progress(); }
+    void giveUpSurfaces() { m_Surfaces.giveUp(); }
     void finishSurfaces();
 
     // Says in the log what waits still, each thing once.

@@ -470,6 +470,22 @@ bool SceneRenderer::refineVolumes(double seconds)
     return areWhole;
 }
 
+double SceneRenderer::progressOfVolumes() const
+{
+    double least = 1;
+    for (const Placed& placed : m_Model.visibleItems())
+        if (placed.item->isCoarse())
+            least = std::min(least, placed.item->progressOfVolume());
+    return least;
+}
+
+void SceneRenderer::giveUpVolumes()
+{
+    for (const Placed& placed : m_Model.visibleItems())
+        if (placed.item->isCoarse())
+            placed.item->giveUpVolume();
+}
+
 QImage SceneRenderer::drawRefined(std::size_t numPhasesBehind)
 {
     if (m_Refinement.target && m_Refinement.isWhole())

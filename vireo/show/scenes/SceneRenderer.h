@@ -74,6 +74,10 @@ public:
     bool areVolumesCoarse() const;
     bool refineVolumes(double seconds);
 
+    // How far the one is that lacks most, from 0 to 1; lets them stay coarse.
+    double progressOfVolumes() const;
+    void giveUpVolumes();
+
     std::size_t numPointsInView(const SceneCamera& camera, const QSize& pixels);
 
 private:

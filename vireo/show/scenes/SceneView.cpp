@@ -13,6 +13,7 @@
 #include "vireo/show/scenes/OrientationMark.h"
 #include "vireo/show/scenes/SceneGestures.h"
 #include "vireo/show/scenes/ScenePanel.h"
+#include "vireo/show/scenes/SceneProgress.h"
 #include "vireo/show/scenes/SceneWalk.h"
 #include "vireo/show/scenes/gesturesOfScenes.h"
 #include "vireo/show/scenes/sceneData.h"
@@ -53,6 +54,7 @@ SceneView::SceneView(const std::string& name)
     , m_Renderer(m_Context, m_Model)
     , m_Picker(m_Context, m_Model)
     , m_Panel(new ScenePanel(*this))
+    , m_Progress(new SceneProgress(this, [this] { giveUp(); }))
 {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -113,6 +115,7 @@ void SceneView::takeSurfaces()
     }
     if (!m_Model.isBusy())
         m_SurfaceTimer.stop();
+    showProgress();
 }
 
 // Where data change all the time the camera does not follow every change.
@@ -194,10 +197,32 @@ void SceneView::refine()
 // In between events.
 void SceneView::refineVolumes()
 {
-    if (!m_Renderer.refineVolumes(SLICE))
-        return;
+    const bool areWhole = m_Renderer.refineVolumes(SLICE);
+    if (areWhole)
+        m_VolumeTimer.stop();
+    showProgress();
+    if (areWhole)
+        changed();
+}
+
+void SceneView::showProgress()
+{
+    if (m_SurfaceTimer.isActive())
+        m_Progress->show(tr("Isosurface"), m_Model.progressOfSurfaces());
+    else if (m_VolumeTimer.isActive())
+        m_Progress->show(tr("Volume"), m_Renderer.progressOfVolumes());
+    else
+        m_Progress->finish();
+}
+
+// What is shown stays: surfaces that are there, and coarse volumes.
+void SceneView::giveUp()
+{
+    m_Model.giveUpSurfaces();
+    m_Renderer.giveUpVolumes();
+    m_SurfaceTimer.stop();
     m_VolumeTimer.stop();
-    changed();
+    showProgress();
 }
 
 void SceneView::showAll()

@@ -25,6 +25,7 @@ class ClipHandles;
 class OrientationMark;
 class SceneGestures;
 class ScenePanel;
+class SceneProgress;
 class SceneWalk;
 
 // A scene: its items, and from where they are seen. It is drawn in the context of all scenes, and shows the picture.
@@ -80,8 +81,11 @@ public:
     // The same of the slices of volumes.
     SliceMotion& getSliceMotion() { return m_SliceMotion; }
 
-    // Whether points are still to be drawn: it moves, or has just come to rest.
+    // Whether points, or all of a volume, are still to be drawn: it moves, or has just come to rest.
     bool isBusy() const { return m_RestTimer.isActive() || m_RefinementTimer.isActive() || m_VolumeTimer.isActive(); }
+
+    // Of what takes long.
+    SceneProgress& getProgress() { return *m_Progress; }
 
     const SceneModel& getModel() const { return m_Model; }
 
@@ -160,6 +164,8 @@ private:
     void beginRefinement();
     void refine();
     void refineVolumes();
+    void showProgress();
+    void giveUp();
     void drawPicture();
     void measure(const SceneRenderer::PointTime& time, double seconds);
     void paintOverlays(QPainter& painter, const OverlayRoom& room, const SceneCamera& camera,
@@ -195,8 +201,9 @@ private:
     std::unique_ptr<OrientationMark> m_Mark; // sees events before the gestures do
     std::unique_ptr<SceneWalk> m_Walk;
     std::unique_ptr<ClipHandles> m_ClipHandles; // see them first
-    ScenePanel* m_Panel;                        // a child of the widget
-    std::optional<bool> m_IsPanelWanted;        // by a person
+    ScenePanel* m_Panel;                        // this and the next one are children of the widget
+    SceneProgress* m_Progress;
+    std::optional<bool> m_IsPanelWanted; // by a person
     bool m_WasShown = false;
 };
 

@@ -39,6 +39,12 @@ public:
     // As VolumeDrawing's.
     bool isCoarse() const { return m_Drawing && m_Drawing->isCoarse(); }
     bool refine(double seconds) { return !m_Drawing || m_Drawing->refine(seconds); }
+    double progress() const { return m_Drawing ? m_Drawing->progress() : 0; }
+    void giveUp()
+    {
+        if (m_Drawing)
+            m_Drawing->giveUp();
+    }
 
     // How many samples are drawn; null before all have been prepared.
     const Vector3i* drawnSize() const { return m_Drawing ? m_Drawing->drawnSize() : nullptr; }

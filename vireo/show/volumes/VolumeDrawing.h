@@ -58,10 +58,16 @@ public:
     // that of the camera.
     void draw(const Matrix4& modelView, const Way& way);
 
-    // Whether what was drawn last was coarse. Makes more of what it lacks, for about so long, and returns whether it
-    // would be whole now. The context must be current.
-    bool isCoarse() const { return m_IsCoarse; }
+    // Whether what was drawn last was coarse, and is to be made whole. Makes more of what it lacks, for about so long,
+    // and returns whether it would be whole now. The context must be current.
+    bool isCoarse() const { return m_IsCoarse && !m_IsGivenUp; }
     bool refine(double seconds);
+
+    // How much of it is there, from 0 to 1.
+    double progress() const { return m_Whole ? m_Whole->slices.partPrepared(m_ViewDir) : 0; }
+
+    // Lets it stay coarse.
+    void giveUp() { m_IsGivenUp = true; }
 
     // Whether the driver has programs for it, and room for textures.
     bool canBeLit() const { return !m_Shown || m_Shown->canBeLit; }
@@ -117,6 +123,7 @@ private:
     Stacks* m_Shown = nullptr;                  // one of these, as drawn last
     Vector3f m_ViewDir;
     bool m_IsCoarse = false;
+    bool m_IsGivenUp = false;
     ColourTable m_Table;
     Look m_Look;
     double m_TableThickness = 0; // of the layers that the table is for; 0 if there is none

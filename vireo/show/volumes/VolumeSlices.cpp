@@ -263,6 +263,12 @@ bool VolumeSlices::isPrepared(const Vector3f& viewDir)
     return m_NumPrepared[axis] == getDrawnSize()[axis];
 }
 
+double VolumeSlices::partPrepared(const Vector3f& viewDir)
+{
+    const unsigned int axis = axisOf(viewDir);
+    return double(m_NumPrepared[axis]) / getDrawnSize()[axis];
+}
+
 bool VolumeSlices::prepare(const Vector3f& viewDir, double seconds)
 {
     if (isPrepared(viewDir))

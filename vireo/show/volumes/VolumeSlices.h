@@ -48,6 +48,7 @@ public:
     // Makes textures for that, for so long; returns whether all of them are there.
     bool prepare(const Vector3f& viewDir, double seconds);
     bool isPrepared(const Vector3f& viewDir);
+    double partPrepared(const Vector3f& viewDir);
 
     // Has the textures tell values in a range apart.
     void show(const std::pair<double, double>& range);

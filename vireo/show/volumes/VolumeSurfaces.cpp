@@ -70,7 +70,7 @@ std::string whyNoSurface(const SceneItem& item, const SceneItem& volume)
 VolumeSurfaces::~VolumeSurfaces()
 {
     for (const auto& [path, work] : m_Works)
-        *work.isUnwanted = true; // each future waits for its thread
+        work.talk->isUnwanted = true; // each future waits for its thread
 }
 
 bool VolumeSurfaces::Source::operator==(const Source& other) const
@@ -94,7 +94,7 @@ void VolumeSurfaces::giveUp(const std::string& path)
     const auto found = m_Works.find(path);
     if (found == m_Works.end())
         return;
-    *found->second.isUnwanted = true;
+    found->second.talk->isUnwanted = true;
     m_Works.erase(found);
 }
 
@@ -107,7 +107,7 @@ void VolumeSurfaces::follow(Items& items, const Say& say)
     std::erase_if(m_Made, isGone);
     for (const auto& [path, work] : m_Works)
         if (isGone(std::pair(path, 0)))
-            *work.isUnwanted = true;
+            work.talk->isUnwanted = true;
     std::erase_if(m_Works, isGone);
     for (auto& [path, item] : items)
         if (const SceneItem* const volume = item.isosurface() ? volumeOf(item, items) : nullptr)
@@ -132,13 +132,13 @@ void VolumeSurfaces::begin(SceneItem& item, const std::string& path, const Scene
     if (work != m_Works.end() ? work->second.source == source : made != m_Made.end() && made->second == source)
         return;
     giveUp(path);
-    const auto isUnwanted = std::make_shared<std::atomic<bool>>(false);
+    const auto talk = std::make_shared<Talk>();
     const auto policy = samples->size() <= FEW_SAMPLES ? std::launch::deferred : std::launch::async;
     std::future<Isosurface> surface =
-        std::async(policy, [grid = *volume.shape()->grid, numbers = *samples, value, isUnwanted] {
-            return isosurfaceOf(grid, numbers, value, *isUnwanted);
+        std::async(policy, [grid = *volume.shape()->grid, numbers = *samples, value, talk] {
+            return isosurfaceOf(grid, numbers, value, talk->isUnwanted, &talk->part);
         });
-    m_Works.emplace(path, Work{std::move(source), isUnwanted, std::move(surface)});
+    m_Works.emplace(path, Work{std::move(source), talk, std::move(surface)});
 }
 
 bool VolumeSurfaces::take(Items& items, const Say& say)
@@ -166,6 +166,23 @@ bool VolumeSurfaces::take(Items& items, const Say& say)
         }
     }
     return isAnyNew;
+}
+
+double VolumeSurfaces::progress() const
+{
+    double least = 1;
+    for (const auto& [path, work] : m_Works)
+        least = std::min(least, work.talk->part.load());
+    return least;
+}
+
+void VolumeSurfaces::giveUp()
+{
+    for (auto& [path, work] : m_Works) {
+        work.talk->isUnwanted = true;
+        m_Made[path] = work.source;
+    }
+    m_Works.clear(); // each future waits for its thread
 }
 
 void VolumeSurfaces::finish(Items& items, const Say& say)

@@ -31,6 +31,12 @@ public:
     // Whether there is more to come.
     bool areBusy() const { return !m_Works.empty(); }
 
+    // How far those are that are made, from 0 to 1.
+    double progress() const;
+
+    // Leaves all surfaces as they are until other samples or values come.
+    void giveUp();
+
     // Takes what is ready. Returns whether any item has changed.
     bool take(Items& items, const Say& say);
 
@@ -49,10 +55,17 @@ private:
         bool operator==(const Source& other) const;
     };
 
+    // What a thread is told, and says.
+    struct Talk
+    {
+        std::atomic<bool> isUnwanted = false;
+        std::atomic<double> part = 0; // that is done
+    };
+
     struct Work
     {
         Source source;
-        std::shared_ptr<std::atomic<bool>> isUnwanted;
+        std::shared_ptr<Talk> talk;
         std::future<Isosurface> surface;
     };
 

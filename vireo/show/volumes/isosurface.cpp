@@ -117,12 +117,14 @@ public:
             vertices.assign(m_LayerSize, NONE);
     }
 
-    Isosurface run(const std::atomic<bool>& isUnwanted)
+    Isosurface run(const std::atomic<bool>& isUnwanted, std::atomic<double>* part)
     {
         findSides(0);
         for (int z = 0; z + 1 < m_Grid.size[2]; ++z) {
             if (isUnwanted)
                 return {};
+            if (part)
+                *part = double(z) / m_Grid.size[2];
             findSides(z + 1);
             for (int y = 0; y + 1 < m_Grid.size[1]; ++y)
                 takeRow(y, z);
@@ -271,11 +273,12 @@ private:
 
 } // namespace
 
-Isosurface isosurfaceOf(
-    const VolumeGrid& grid, const NumberArray& samples, double value, const std::atomic<bool>& isUnwanted)
+Isosurface isosurfaceOf(const VolumeGrid& grid, const NumberArray& samples, double value,
+    const std::atomic<bool>& isUnwanted, std::atomic<double>* part)
 {
-    return samples.visit(
-        [&]<typename T>(const T* numbers, std::size_t) { return Extraction<T>(grid, numbers, value).run(isUnwanted); });
+    return samples.visit([&]<typename T>(const T* numbers, std::size_t) {
+        return Extraction<T>(grid, numbers, value).run(isUnwanted, part);
+    });
 }
 
 } // namespace tavo

@@ -18,8 +18,9 @@ struct Isosurface
 };
 
 // Of as many samples as the grid has. Cells with a corner that is not finite are left out, so the surface has an edge
-// there, as it has where the volume ends. It is given up, and empty, once it is unwanted.
-Isosurface isosurfaceOf(
-    const VolumeGrid& grid, const NumberArray& samples, double value, const std::atomic<bool>& isUnwanted);
+// there, as it has where the volume ends. It is given up, and empty, once it is unwanted. How much of it is done,
+// from 0 to 1, is said as it goes on.
+Isosurface isosurfaceOf(const VolumeGrid& grid, const NumberArray& samples, double value,
+    const std::atomic<bool>& isUnwanted, std::atomic<double>* part = nullptr);
 
 } // namespace tavo

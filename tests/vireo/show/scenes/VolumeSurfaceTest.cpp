@@ -1,3 +1,4 @@
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <cmath>
 #include <fstream>
@@ -8,6 +9,7 @@
 #include "tests/support/userEvents.h"
 #include "tests/vireo/show/scenes/sceneUpdates.h"
 #include "vireo/show/Grid.h"
+#include "vireo/show/scenes/SceneProgress.h"
 #include "vireo/show/volumes/volumeItem.h"
 #include "vireo/show/volumes/whyNoVolume.h"
 
@@ -204,6 +206,29 @@ TEST_F(VolumeSurfaceTest, GoesWhenTheSamplesBecomeColours)
     EXPECT_EQ(numFaces(), 0U);
     send(m_View, "v", ball(16));
     EXPECT_GT(numFaces(), 0U) << "of numbers there is one again";
+}
+
+// The view goes on meanwhile.
+TEST_F(VolumeSurfaceTest, WhatTakesLongShowsItsProgressAndIsGivenUp)
+{
+    m_View.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_View));
+    m_View.getProgress().setDelay(0);
+    const auto* const progress = m_View.findChild<QWidget*>("sceneProgress");
+    auto* const button = m_View.findChild<QPushButton*>("giveUp");
+    ASSERT_TRUE(progress && button);
+    send(m_View, "v", ball(200));
+    send(m_View, "v/isosurface", surfaceAt(2.5));
+    EXPECT_FALSE(progress->isVisible());
+    ASSERT_TRUE(QTest::qWaitFor([progress] { return progress->isVisible(); }));
+    clickMouse(button);
+    EXPECT_FALSE(progress->isVisible());
+    EXPECT_FALSE(m_View.getModel().isBusy());
+    m_View.picture({20, 20});
+    EXPECT_EQ(numFaces(), 0U) << "it stays as it was";
+    send(m_View, "v/isosurface", surfaceAt(3));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return numFaces() > 0; }, 60000));
+    EXPECT_TRUE(QTest::qWaitFor([progress] { return !progress->isVisible(); }));
 }
 
 TEST_F(VolumeSurfaceTest, SaysWhyThereIsNone)

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QPushButton>
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -9,6 +10,7 @@
 #include "tests/support/userEvents.h"
 #include "tests/vireo/show/scenes/sceneUpdates.h"
 #include "vireo/show/Grid.h"
+#include "vireo/show/scenes/SceneProgress.h"
 #include "vireo/show/volumes/largestStack.h"
 #include "vireo/show/volumes/volumeItem.h"
 #include "vireo/show/volumes/whyNoVolume.h"
@@ -579,6 +581,30 @@ TEST_F(VolumeViewTest, ALargeOneIsCoarseAtOnceAndThenWhole)
     const QColor whole = m_View.grab().toImage().pixelColor(100, 50);
     EXPECT_NE(whole, coarse);
     EXPECT_EQ(whole, picture().pixelColor(100, 50));
+}
+
+TEST_F(VolumeViewTest, ALargeOneStaysCoarseIfItIsGivenUp)
+{
+    constexpr int SIDE = 200;
+    std::vector<std::uint16_t> samples;
+    for (int i = 0; i < SIDE * SIDE * SIDE; ++i)
+        samples.push_back(i % SIDE % 2 == 0 ? 65535 : 0);
+    ItemUpdate large = volume(centred({SIDE, SIDE, SIDE}, {0.04, 0.04, 0.04}), samples);
+    large.range = std::pair(0.0, 65535.0);
+    m_View.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_View));
+    m_View.getProgress().setDelay(0);
+    const auto* const progress = m_View.findChild<QWidget*>("sceneProgress");
+    send(m_View, "v", large);
+    m_View.grab();
+    ASSERT_TRUE(QTest::qWaitFor([progress] { return progress->isVisible(); }));
+    clickMouse(m_View.findChild<QPushButton*>("giveUp"));
+    EXPECT_FALSE(progress->isVisible());
+    EXPECT_FALSE(m_View.isBusy());
+    look("front");
+    EXPECT_EQ(m_View.grab().toImage().pixelColor(100, 50), mapped(1)) << "coarse";
+    EXPECT_FALSE(m_View.isBusy());
+    EXPECT_NE(picture().pixelColor(100, 50), mapped(1)) << "what is saved is whole";
 }
 
 TEST_F(VolumeViewTest, PicturesOfLargeOnesAreWholeAtOnce)
