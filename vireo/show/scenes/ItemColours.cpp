@@ -16,7 +16,6 @@ namespace tavo {
 namespace {
 
 constexpr const char* COLOURS = "colours";
-constexpr double LARGEST_LABEL = 9.2e18; // beyond it, floats are none of the numbers of labels
 constexpr std::size_t SWATCH_SIZE = 8;
 
 template <typename T>

@@ -439,6 +439,7 @@ void SceneRenderer::refineBy(std::size_t number)
 {
     Refinement& refined = m_Refinement;
     PointShare share = shareOf(refined.camera, refined.pixels, PointPhases::ALL);
+    share.mayBeCoarse = refined.look.mayBeCoarse;
     share.beginPoint = refined.numDrawn;
     const bool areClouds = refined.numDrawn < refined.numPoints;
     refined.numDrawn = std::min(refined.numDrawn + number, areClouds ? refined.numPoints : refined.numSteps);

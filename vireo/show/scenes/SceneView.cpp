@@ -173,7 +173,9 @@ void SceneView::rest()
 void SceneView::beginRefinement()
 {
     const double scale = devicePixelRatioF();
-    m_Renderer.beginRefinement(m_Camera, (QSizeF(sceneSize()) * scale).toSize(), look(scale));
+    SceneLook look = this->look(scale);
+    look.mayBeCoarse = true;
+    m_Renderer.beginRefinement(m_Camera, (QSizeF(sceneSize()) * scale).toSize(), look);
     m_SinceShown = {};
     m_RefinementTimer.start();
 }

@@ -74,7 +74,7 @@ void SlicesModel::settleLabels()
 
 QString SlicesModel::nameOfLabel(double label) const
 {
-    if (!m_SentLabels || !std::isfinite(label) || std::abs(label) > 1e15)
+    if (!m_SentLabels || !(std::abs(label) < LARGEST_LABEL))
         return {};
     const auto found = m_SentLabels->names.find(std::llround(label));
     return found != m_SentLabels->names.end() ? QString::fromStdString(found->second) : QString();

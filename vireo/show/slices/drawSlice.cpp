@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "vireo/show/colours/colourOfLabel.h"
 #include "vireo/show/slices/sampleLine.h"
 
 namespace tavo {
@@ -149,10 +150,7 @@ private:
             m_RowOfLabels[i] = i > 0 && m_Numbers[i] == m_Numbers[i - 1] ? m_RowOfLabels[i - 1] : labelOf(m_Numbers[i]);
     }
 
-    static std::int64_t labelOf(double number)
-    {
-        return std::isfinite(number) && std::abs(number) < 1e15 ? std::llround(number) : 0;
-    }
+    static std::int64_t labelOf(double number) { return std::abs(number) < LARGEST_LABEL ? std::llround(number) : 0; }
 
     // Where another label is on the left or above, or is no longer.
     bool isEdge(std::size_t i) const

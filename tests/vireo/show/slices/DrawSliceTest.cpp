@@ -271,6 +271,21 @@ TEST_F(DrawSliceTest, LabelsHaveTheColoursOfCategories)
     EXPECT_EQ(m_Model.whyNoLabels(), "");
 }
 
+TEST_F(DrawSliceTest, LabelsMayBeLarge)
+{
+    constexpr std::int64_t LARGE = 1LL << 52;
+    send(layerBy({2, 1, 1}, [](int, int, int) { return 100; }));
+    SlicesUpdate update;
+    update.labels.emplace();
+    update.labels->samples = {Numbers(std::vector<std::int64_t>{0, LARGE}), 1};
+    update.labels->names = {{LARGE, "hash"}};
+    update.labelSettings.opacity = 1;
+    m_Model.apply(update);
+    const RGBA8 colour = colourOfLabel(LARGE);
+    EXPECT_EQ(colourAt({1, 0, 0}), qRgb(colour[0], colour[1], colour[2]));
+    EXPECT_EQ(m_Model.nameOfLabel(LARGE), "hash");
+}
+
 TEST_F(DrawSliceTest, LabelsHaveTheColoursThatAreSaid)
 {
     send(layerBy({4, 4, 1}, [](int, int, int) { return 100; }));
