@@ -149,6 +149,14 @@ void addValues(ItemClass& item)
     item.def("radius", &sendRadius, py::arg("units"), SAME_HANDLE,
         "How large the points of a cloud are, in units of the scene: one radius for all, or one for each, of shape "
         "(n).");
+    item.def(
+        "load_transfer_function",
+        [](ItemHandle& handle, const std::string& file) -> ItemHandle& {
+            handle.item.loadTransferFunction(file);
+            return handle;
+        },
+        py::arg("file"), SAME_HANDLE, WithoutGil(),
+        "Shows a volume with the colours, the range and the opacity that the panel, or save_data, has saved.");
     item.def("transfer_function", &sendTransferFunction, py::arg("points"), SAME_HANDLE,
         "How opaque a volume is, by its values: a list of pairs of a value and an opacity from 0 to 1.");
 }

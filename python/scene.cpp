@@ -216,6 +216,18 @@ void addView(SceneClass& scene)
         },
         py::arg("low"), py::arg("high"), SAME_HANDLE, "Shows only what is in a box along the axes; both of shape (3).");
     scene.def(
+        "cut_out",
+        [](SceneHandle& handle, const py::object& low, const py::object& high) -> SceneHandle& {
+            const Vector3d from = vectorOf(low, "low");
+            const Vector3d to = vectorOf(high, "high");
+            withoutGil([&] { handle.scene.cutOut(from, to); });
+            return handle;
+        },
+        py::arg("low"), py::arg("high"), SAME_HANDLE,
+        "Takes away what is in a box along the axes, such as a corner of a volume; both of shape (3). It takes the "
+        "place "
+        "of a clip box.");
+    scene.def(
         "no_clip_box",
         [](SceneHandle& handle) -> SceneHandle& {
             handle.scene.noClipBox();

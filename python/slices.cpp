@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "python/VolumeArgument.h"
+#include "python/colour.h"
 #include "python/handles.h"
 
 namespace tavo::python {
@@ -47,6 +48,15 @@ SliceOverlayHandle sendLabels(const SlicesHandle& handle, const py::object& samp
         handle.name, withoutGil([&] { return handle.slices.labels(CopiedTuples<Samples>(labels.copy()), called); })};
 }
 
+SliceOverlayHandle& sendLabelColours(SliceOverlayHandle& handle, const std::map<std::int64_t, py::object>& colours)
+{
+    std::map<std::int64_t, RGBA8> ofLabels;
+    for (const auto& [label, colour] : colours)
+        ofLabels[label] = colourOf(colour);
+    withoutGil([&] { handle.overlay.colours(ofLabels); });
+    return handle;
+}
+
 template <typename Handle, typename Shown>
 void addLooks(py::class_<Handle>& shown, Shown Handle::*member)
 {
@@ -80,6 +90,16 @@ void addOverlay(py::module_& module)
             return handle;
         },
         py::arg("opacity"), SAME_HANDLE, WithoutGil(), "How much it hides of what is below, from 0 to 1.");
+    overlay.def(
+        "outlines",
+        [](SliceOverlayHandle& handle, bool areShown) -> SliceOverlayHandle& {
+            handle.overlay.outlines(areShown);
+            return handle;
+        },
+        py::arg("are_shown") = true, SAME_HANDLE, WithoutGil(),
+        "Whether only the edges of labels are seen, and not what is within.");
+    overlay.def("colours", &sendLabelColours, py::arg("colours"), SAME_HANDLE,
+        "The colours of labels, in a dict; the others have those of categories.");
 }
 
 void addWhatLiesOnThem(SlicesClass& shown)
@@ -92,6 +112,20 @@ void addWhatLiesOnThem(SlicesClass& shown)
     shown.def("labels", &sendLabels, py::arg("samples"), py::arg("names") = std::vector<std::string>(),
         "The category of each sample of the volume, in the colours of categories. The pointer shows their names: a "
         "list, from category 0 on, or a dict. 0 is none.");
+    shown.def(
+        "remove_overlay",
+        [](SlicesHandle& handle) -> SlicesHandle& {
+            handle.slices.removeOverlay();
+            return handle;
+        },
+        SAME_HANDLE, WithoutGil(), "Takes the overlay away.");
+    shown.def(
+        "remove_labels",
+        [](SlicesHandle& handle) -> SlicesHandle& {
+            handle.slices.removeLabels();
+            return handle;
+        },
+        SAME_HANDLE, WithoutGil(), "Takes the labels away.");
 }
 
 } // namespace

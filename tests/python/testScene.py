@@ -106,6 +106,14 @@ scene.cloud("c", [1, 2])
         self.assertIn('volume("v")', ended.stderr)
         self.assertIn('cloud("c"): 2 numbers are no points', ended.stderr)
 
+    def test_looks_of_volumes_are_loaded(self):
+        file = self.folder.file("look.json")
+        volume = vireo.scene("looks").volume("v", numpy.ones((2, 3, 4))).range(0, 2)
+        self.assertTrue(vireo.save_data("looks", file))
+        self.assertIs(volume.load_transfer_function(file), volume)
+        ended = run("import vireo; vireo.scene('s').volume('v', [[[1, 2]]]).load_transfer_function('/none.json')")
+        self.assertIn("/none.json", ended.stderr)
+
     def test_values_belong_to_points(self):
         item = vireo.scene("values").cloud("c", POINTS)
         values = {
@@ -145,6 +153,7 @@ scene.cloud("c", [1, 2])
             "orthographic": (),
             "bearings": (False,),
             "clip_box": ((0, 0, 0), (1, 1, 1)),
+            "cut_out": ((0, 0, 0), (1, 1, 1)),
             "no_clip_box": (),
             "transform": ("c", numpy.eye(4)),
             "on_pick": (None,),

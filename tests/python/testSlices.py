@@ -28,7 +28,11 @@ class SlicesTest(DataTest):
         overlay = shown.overlay(numpy.ones((2, 2, 2)), spacing=0.5).window(0, 1).colour_map("heat").opacity(0.5)
         self.assertIsInstance(overlay, vireo.SliceOverlay)
         for names in (["nothing", "bone"], {1: "bone"}):
-            self.assertIsInstance(shown.labels(RAMP % 2, names), vireo.SliceOverlay)
+            labels = shown.labels(RAMP % 2, names)
+            self.assertIs(labels.outlines().colours({1: (255, 0, 0), 2: (0, 255, 0, 128)}), labels)
+        with self.assertRaisesRegex(TypeError, "^colour"):
+            labels.colours({1: "red"})
+        self.assertIs(shown.remove_overlay().remove_labels(), shown)
         self.assertEqual(shown._repr_png_()[:4], b"\x89PNG")
 
     def test_an_orientation_has_three_directions(self):
