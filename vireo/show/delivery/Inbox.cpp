@@ -131,10 +131,6 @@ std::vector<Batch::Part> takeAll()
     return taken;
 }
 
-} // namespace
-
-namespace {
-
 void refuseOtherKind(const std::string& name)
 {
     sayOnce("\"" + printable(name, 100) + "\" is a view of another kind: what is sent under this name is not shown");

@@ -1,6 +1,7 @@
 #include "vireo/show/scenes/CutOut.h"
 
 #include "vireo/context/GLExtensions.h"
+#include "vireo/context/SavedState.h"
 
 namespace tavo {
 
@@ -22,12 +23,12 @@ CutOut::CutOut(const SceneCamera& camera, const SceneBox& box)
 void CutOut::draw(const std::function<void()>& drawPart) const
 {
     for (const std::size_t part : m_Order) {
-        glMatrixMode(GL_MODELVIEW);
-        glPushMatrix();
-        glLoadIdentity();
-        for (std::size_t face = 0; face <= part; ++face)
-            setPlane(static_cast<unsigned int>(face), m_Planes[face], face == part);
-        glPopMatrix();
+        {
+            const SavedMatrix modelView(GL_MODELVIEW);
+            glLoadIdentity();
+            for (std::size_t face = 0; face <= part; ++face)
+                setPlane(static_cast<unsigned int>(face), m_Planes[face], face == part);
+        }
         drawPart();
         for (std::size_t face = 0; face <= part; ++face)
             glDisable(GL_CLIP_PLANE0 + static_cast<unsigned int>(face));

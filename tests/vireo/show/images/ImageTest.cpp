@@ -243,7 +243,7 @@ TEST(ImageTest, SizesThatAreNoneAreRefused)
 
 TEST(ImageTest, WhatCannotBeSaidOfAnImageIsRefused)
 {
-    const Image kept = image("image");
+    const Image kept = image("image", BYTES, 6, 1);
     const double nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_THAT(
         refusalOf([&] { kept.range(1, 1); }), HasSubstr("range(1, 1): a range goes from one number to another"));
