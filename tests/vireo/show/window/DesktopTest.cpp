@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "tests/vireo/show/window/ShowWindowTest.h"
+#include "tests/vireo/show/window/forgetWindowManager.h"
 
 namespace tavo {
 namespace {
@@ -31,6 +32,7 @@ protected:
     {
         m_Manager.terminate();
         m_Manager.waitForFinished();
+        forgetWindowManager();
     }
 
     // Has xdotool do something, and waits until what shall come of it has come.
