@@ -243,7 +243,7 @@ TEST(ImageTest, SizesThatAreNoneAreRefused)
 
 TEST(ImageTest, WhatCannotBeSaidOfAnImageIsRefused)
 {
-    const Image kept = image("image", BYTES, 6, 1);
+    const Image kept = image("image");
     const double nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_THAT(
         refusalOf([&] { kept.range(1, 1); }), HasSubstr("range(1, 1): a range goes from one number to another"));
@@ -254,7 +254,15 @@ TEST(ImageTest, WhatCannotBeSaidOfAnImageIsRefused)
         HasSubstr("colourMap(\"jet\"): there is no map \"jet\"; the maps are viridis, "));
     EXPECT_THAT(refusalOf([&] { kept.gamma(0); }), HasSubstr("gamma(0): it goes from 0.01 to 100"));
     EXPECT_THAT(refusalOf([&] { kept.channel(4); }), HasSubstr("channel(4): there are 0 to 3, and -1 for all"));
-    EXPECT_THAT(refusalOf([&] { plot("image").curve("a", {1, 2}); }), HasSubstr("a view of another kind"));
+}
+
+TEST(ImageTest, AnotherKindOfViewDoesNotTakeItsName)
+{
+    testing::internal::CaptureStderr();
+    const Image kept = image("image", BYTES, 3, 2);
+    plot("image").curve("a", {1, 2});
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("a view of another kind"));
+    EXPECT_EQ(takeNumbers().size(), 6U);
 }
 
 TEST(ImageTest, DataAreSavedWithoutAnybodyWhoShowsThem)
