@@ -33,10 +33,11 @@
 /// `pictures:FOLDER` saves a PNG of every view in that folder when the program ends or calls `show()`, and opens no
 /// window, `fresh` opens the window without what it remembers of earlier ones.
 ///
-/// The child of a fork() shows nothing. Where there is a QApplication at the fork, the child's exit() ends it without
-/// what atexit() has registered, of which Qt's part needs threads that the child does not have. fork() waits until the
-/// window's thread is between two events, so that it holds no lock that exit() would wait for; but for a quarter of a
-/// second at most.
+/// The child of a fork() shows nothing. Where there was a QApplication before the fork, the child's exit() ends it
+/// without what atexit() has registered, of which Qt's part needs threads that the child does not have, and without
+/// destroying static objects: std::cout and the files of <cstdio> are flushed, streams of your own are not. fork() waits
+/// until the window's thread is between two events, so that it holds no lock that exit() would wait for; but for a
+/// quarter of a second at most.
 ///
 /// Nothing here throws. What goes wrong is a line in the log of the window, or, where there is none, on the standard
 /// error stream.

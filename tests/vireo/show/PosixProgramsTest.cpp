@@ -24,8 +24,22 @@ TEST_P(ShowForksTest, LeaveParentAndChildAlone)
     EXPECT_FALSE(exists("child.png"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Children, ShowForksTest, testing::Values("returns", "exits", "ends at once", "calls"),
+INSTANTIATE_TEST_SUITE_P(Children, ShowForksTest,
+    testing::Values("returns", "exits", "exits in a thread", "ends at once", "calls"),
     [](const auto& info) { return QString(info.param).replace(' ', '_').toStdString(); });
+
+class ShowChildrenTest : public ProgramTest
+{};
+
+TEST_F(ShowChildrenTest, LeaveWhatTheyHaveWritten)
+{
+    EXPECT_THAT(outputOf("writes", VIREO_SHOW_FORKING_PROGRAM), StartsWith("the child writes\nthe child writes\n"));
+}
+
+TEST_F(ShowChildrenTest, MayComeWhenTheWindowHasGone)
+{
+    EXPECT_EQ(outputOf("forks at its end", VIREO_SHOW_FORKING_PROGRAM), "the child of the end ends\n");
+}
 
 class ShowApplicationForksTest : public ProgramTest, public testing::WithParamInterface<const char*>
 {};

@@ -2,6 +2,7 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <string>
 #include <sys/wait.h>
 #include <thread>
@@ -24,6 +25,12 @@ int runChild(const std::string& what)
 {
     if (what == "exits")
         std::exit(7);
+    if (what == "exits in a thread")
+        std::thread([] { std::exit(7); }).join();
+    if (what == "writes") {
+        std::ios::sync_with_stdio(false);
+        std::cout << "the child writes\n";
+    }
     if (what == "ends at once")
         _exit(7);
     if (what == "calls") {
@@ -37,10 +44,24 @@ int runChild(const std::string& what)
     return 7;
 }
 
+void forkAtEnd()
+{
+    const pid_t child = fork();
+    if (child == 0)
+        return;
+    int status = 0;
+    waitpid(child, &status, 0);
+    std::printf("the child of the end %s\n", status == 0 ? "ends" : "crashes");
+}
+
 } // namespace
 
 int main()
 {
+    if (std::getenv("VIREO_TEST_PROGRAM") == std::string("forks at its end")) {
+        std::atexit(forkAtEnd);
+        return tavo::openWindow() ? 0 : 1;
+    }
     if (!tavo::openWindow())
         return 1;
     std::atomic<bool> isOver{false};

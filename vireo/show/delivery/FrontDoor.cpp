@@ -49,6 +49,7 @@ std::atomic<FrontDoor*> theFrontDoor = nullptr;
 // Not by QThread: asking for that makes something of Qt's, which stays, for every thread that asks.
 std::atomic<std::thread::id> theThread;
 std::atomic<bool> isThereAnApplication = false;
+std::atomic<bool> hasThereBeenAnApplication = false;
 
 std::unique_ptr<View> makeViewOf(const ViewSlot& slot)
 {
@@ -152,6 +153,8 @@ FrontDoor::FrontDoor()
     else // the library was loaded by another one
         QTimer::singleShot(0, this, [] { theThread = std::this_thread::get_id(); });
     isThereAnApplication = qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr;
+    if (isThereAnApplication)
+        hasThereBeenAnApplication = true;
     inbox::setReceiver(this, [this] { scheduleFrame(); });
 }
 
@@ -177,6 +180,11 @@ FrontDoor* FrontDoor::get()
 bool FrontDoor::canMakeViews()
 {
     return isThereAnApplication;
+}
+
+bool FrontDoor::couldMakeViews()
+{
+    return hasThereBeenAnApplication;
 }
 
 bool FrontDoor::isHere()

@@ -34,6 +34,9 @@ public:
     // Whether it is there, in a thread that can make views: one of a QApplication.
     static bool canMakeViews();
 
+    // Whether it has ever been there like that.
+    static bool couldMakeViews();
+
     // Whether this is its thread.
     static bool isHere();
 

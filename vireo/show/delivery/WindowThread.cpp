@@ -163,7 +163,7 @@ bool hasFailed()
 bool holdForFork()
 {
     constexpr auto LONGEST = 250ms; // a menu may be open, or an event wait for who forks
-    return state().working.try_lock_for(LONGEST);
+    return !state().isInChild && state().working.try_lock_for(LONGEST);
 }
 
 void releaseAfterFork()

@@ -76,9 +76,10 @@ void afterForkInChild()
 }
 
 // Whose threads no child has, though what Qt makes for the program waits for them at its end, or crashes without them.
-bool isThereAnApplication()
+// Some of them are there when the QApplication has gone.
+bool hasThereBeenAnApplication()
 {
-    return windowThread::isRunning() || FrontDoor::canMakeViews();
+    return windowThread::isRunning() || FrontDoor::couldMakeViews();
 }
 
 } // namespace
@@ -91,7 +92,8 @@ bool isEndingProgram() noexcept
 void endProgramInOrder()
 {
     static std::once_flag once;
-    std::call_once(once, [] { watchForks(prepareFork, afterForkInParent, afterForkInChild, isThereAnApplication); });
+    std::call_once(
+        once, [] { watchForks(prepareFork, afterForkInParent, afterForkInChild, hasThereBeenAnApplication); });
     callAtExit(endProgram);
 }
 

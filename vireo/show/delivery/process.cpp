@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <mutex>
 #include <pthread.h>
 #include <sys/socket.h>
@@ -14,8 +15,7 @@ namespace tavo {
 
 namespace {
 
-bool (*hasApplication)() = nullptr;
-bool hadParentApplication = false;
+bool (*hasHadApplication)() = nullptr;
 void (*tellBeforeFork)() = nullptr;
 void (*tellParent)() = nullptr;
 void (*tellChild)() = nullptr;
@@ -90,24 +90,33 @@ void (*&endOfThisThread())()
     return end.hook;
 }
 
+// What was written is not lost with the handlers that would have flushed it.
 void endChildOfFork(int status, void*)
 {
+    try {
+        std::cout.flush();
+        std::clog.flush();
+    } catch (const std::exception&) {
+        // as exit() would leave it
+    }
     std::fflush(nullptr);
     _exit(status);
 }
 
-// In front of all handlers, of which some destroy what Qt has.
 void endChildFirst()
 {
-    if (hadParentApplication)
-        on_exit(endChildOfFork, nullptr);
+    on_exit(endChildOfFork, nullptr);
 }
 
+// The child ends in front of all handlers, of which some destroy what Qt has: of those of its parent, whichever thread
+// ends it, and where this one does, of its own, too.
 void childOfFork()
 {
     addingHandlers().unlock();
-    hadParentApplication = hadParentApplication || hasApplication();
-    endOfThisThread() = endChildFirst;
+    const bool hasLeftovers = hasHadApplication();
+    endOfThisThread() = hasLeftovers ? endChildFirst : nullptr;
+    if (hasLeftovers)
+        endChildFirst();
     tellChild();
 }
 
@@ -125,9 +134,9 @@ void callAtEndOfMainThread(void (*hook)())
         endOfThisThread() = hook;
 }
 
-void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*isThereAnApplication)())
+void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*hasThereBeenAnApplication)())
 {
-    hasApplication = isThereAnApplication;
+    hasHadApplication = hasThereBeenAnApplication;
     tellBeforeFork = before;
     tellParent = inParent;
     tellChild = inChild;

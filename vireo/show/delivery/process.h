@@ -16,9 +16,9 @@ void callAtExit(void (*hook)());
 void callAtEndOfMainThread(void (*hook)());
 
 // Has `before` called in front of a fork, and behind it `inParent` or `inChild`. A child that ends by exit() is ended
-// without tearing anything down, if at the fork there is an application: what its parent's threads have begun, nobody
-// can end in it. Does nothing where processes do not fork.
-void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*isThereAnApplication)());
+// without tearing anything down, if at the fork there is or was an application: what its parent's threads have begun,
+// nobody can end in it. Does nothing where processes do not fork.
+void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*hasThereBeenAnApplication)());
 
 // Leaves the program's signals to the program's threads.
 void ignoreSignalsInThisThread();
