@@ -184,6 +184,8 @@ void paintSquares(QPainter& painter, const QSize& view, const ImagePixels& pixel
     for (int top = 0; top < view.height(); top += LINES) {
         const QRect inView(0, 0, view.width(), std::min(LINES, view.height() - top));
         const QRect covered = drawSquares(lines, top, view, pixels, colours, sight) & inView;
+        if (covered.isEmpty())
+            continue; // Qt takes an empty part for the whole picture
         painter.drawImage(covered.topLeft() + QPoint(0, top), lines, covered);
     }
 }

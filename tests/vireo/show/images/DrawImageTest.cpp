@@ -115,6 +115,68 @@ TEST(DrawImageTest, BytesOfColoursAreShownAsTheyAre)
             }
 }
 
+// What a place of the view shows: a pixel of the image, the line around it, or the ground.
+QRgb expectedAt(const QPoint& place, const ImagePixels& pixels, const PixelColours& colours, const ImageSight& sight,
+    const QSize& view)
+{
+    const QRect all(sight.origin(view).toPoint(), QSize(pixels.width, pixels.height) * sight.scale);
+    if (!all.adjusted(-1, -1, 1, 1).contains(place))
+        return GROUND;
+    if (!all.contains(place))
+        return EDGE;
+    const QPoint inside = place - all.topLeft();
+    const int side = static_cast<int>(sight.scale);
+    QRgb colour = 0;
+    colours.convert(pixels, inside.x() / side, inside.y() / side, 1, &colour);
+    return colour;
+}
+
+// In a picture that held something else before.
+void expectImageOnGround(const ImagePixels& pixels, const ImageLook& look, const ImageSight& sight)
+{
+    ImageLevels levels;
+    levels.setPixels(pixels);
+    const PixelColours colours(look);
+    QImage picture(150, 170, QImage::Format_RGB32);
+    picture.fill(Qt::magenta);
+    drawImage(picture, levels, colours, sight, {QColor(GROUND), QColor(EDGE), {}});
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            ASSERT_EQ(picture.pixel(x, y), expectedAt({x, y}, pixels, colours, sight, picture.size()))
+                << "at " << x << ", " << y;
+}
+
+template <typename T>
+void expectImagesOnGround(int channels)
+{
+    constexpr int WIDTH = 11;
+    constexpr int HEIGHT = 9;
+    std::vector<T> numbers(std::size_t(WIDTH * HEIGHT * channels));
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        numbers[i] = static_cast<T>((7 * i + 50) % 256);
+    const ImagePixels pixels = imageOf(std::move(numbers), WIDTH, HEIGHT, channels);
+    ImageLook look;
+    look.channel = channels == 3 ? -1 : 0;
+    for (const int scale : {1, 2, 7})
+        for (const QPointF& centre : {QPointF(5.5, 4.5), QPointF(0, 4), QPointF(11, 4), QPointF(5, 0), QPointF(5, 9),
+                 QPointF(0, 0), QPointF(11, 9), QPointF(5, -150), QPointF(5, 150)}) {
+            SCOPED_TRACE(testing::Message() << scale << ":1 at " << centre.x() << ", " << centre.y());
+            ImageSight sight;
+            sight.scale = scale;
+            sight.centre = centre;
+            expectImageOnGround(pixels, look, sight);
+        }
+}
+
+TEST(DrawImageTest, AroundAnImageIsItsEdgeAndTheGround)
+{
+    expectImagesOnGround<std::uint8_t>(1);
+    expectImagesOnGround<std::uint8_t>(3);
+    expectImagesOnGround<std::uint8_t>(4);
+    expectImagesOnGround<float>(1);
+    expectImagesOnGround<float>(3);
+}
+
 // A number without its first digits would be another one.
 TEST(DrawImageTest, NumbersFitIntoTheirPixels)
 {
