@@ -1,6 +1,7 @@
 #include "apps/vireo-view/PnmReader.h"
 
 #include <istream>
+#include <string>
 
 #include "apps/vireo-view/InputError.h"
 
@@ -63,13 +64,16 @@ Head readHead(std::istream& stream, const std::filesystem::path& file)
 }
 
 template <typename T>
-std::vector<T> readText(std::istream& stream, std::size_t count, const std::filesystem::path& file)
+std::vector<T> readText(std::istream& stream, std::size_t count, int greatest, const std::filesystem::path& file)
 {
     std::vector<T> numbers(count);
     for (T& number : numbers) {
         const auto read = nextNumber(stream);
-        if (!read || *read > LARGEST_NUMBER)
+        if (!read)
             throw InputError(file, "ends before its last row");
+        if (*read > greatest)
+            throw InputError(
+                file, "has a number above " + std::to_string(greatest) + ", which it says is its greatest");
         number = static_cast<T>(*read);
     }
     return numbers;
@@ -99,7 +103,7 @@ Picture readNumbers(std::istream& stream, InputBuffer& buffer, const Head& head)
     if (buffer.getRemainingSize() < leastBytes)
         throw InputError(file, "ends before its last row");
     Picture picture;
-    picture.numbers = head.isText ? readText<T>(stream, count, file) : readBytes<T>(stream, count);
+    picture.numbers = head.isText ? readText<T>(stream, count, head.greatest, file) : readBytes<T>(stream, count);
     picture.width = head.width;
     picture.height = head.height;
     picture.channels = head.channels;
@@ -124,8 +128,11 @@ std::optional<Picture> readPnm(const std::filesystem::path& file, const Progress
     buffer.allowLongLines();
     std::istream stream(&buffer);
     const Head head = readHead(stream, file);
-    if (head.greatest < LARGEST_BYTE)
+    if (head.greatest < LARGEST_BYTE) {
+        if (head.isText)
+            readNumbers<std::uint8_t>(stream, buffer, head); // Qt does not notice numbers above the greatest
         return {};
+    }
     return head.greatest == LARGEST_BYTE ? readNumbers<std::uint8_t>(stream, buffer, head)
                                          : readNumbers<std::uint16_t>(stream, buffer, head);
 }

@@ -107,6 +107,11 @@ TEST_F(ImageReaderTest, APgmAndAPpmKeepTheirNumbers)
         << "small numbers are made brighter";
     EXPECT_THAT(whyNot("d.pgm", "P5 2 2 65535\n" + bytes), HasSubstr("d.pgm: ends before its last row"));
     EXPECT_THAT(whyNot("d.pgm", "P2 2 1 300 1 x"), HasSubstr("ends before its last row"));
+    for (const char* const greatest : {"255", "300", "65535", "100"})
+        EXPECT_THAT(whyNot("d.pgm", std::string("P2 2 1 ") + greatest + " 1 65536"),
+            HasSubstr(std::string("d.pgm: has a number above ") + greatest + ", which it says is its greatest"));
+    EXPECT_THAT(whyNot("d.pgm", "P2 2 1 255 1 256"), HasSubstr("has a number above 255"));
+    EXPECT_THAT(whyNot("d.ppm", "P3 1 1 20 1 2 21"), HasSubstr("has a number above 20"));
     EXPECT_THAT(whyNot("d.pgm", "P5 2 1 70000\n" + bytes), HasSubstr("does not begin as a PGM or a PPM does"));
     EXPECT_THAT(whyNot("d.pgm", "P5 20000 20000 65535\n"), HasSubstr("cannot hold"));
     EXPECT_THAT(whyNot("d.pgm", "P5 0 1 255\n"), HasSubstr("has 0 x 1 pixels"));
