@@ -9,20 +9,48 @@ namespace {
 
 using ImageClass = py::class_<ImageHandle>;
 
+// The pixels of one image, whose shape says its size.
+class PixelArgument
+{
+public:
+    explicit PixelArgument(const py::object& array)
+        : m_Pixels(array, "pixels")
+    {
+        const std::size_t numDimensions = m_Pixels.getNumDimensions();
+        m_HasChannels = numDimensions == 3 && m_Pixels.getExtent(2) >= 1 && m_Pixels.getExtent(2) <= 4;
+        if (m_Pixels.isLookedAt() && numDimensions != 2 && !m_HasChannels)
+            m_Pixels.refuseShape("(height, width) or (height, width, channels) of at most 4 channels");
+    }
+
+    // Calls `send` with the pixels, their width, their height and how many channels they have, if they are looked at.
+    template <typename Send>
+    Image sendBy(const Send& send) const
+    {
+        return withoutGil([&] {
+            if (!m_Pixels.isLookedAt())
+                return Image();
+            return send(CopiedTuples<Pixels>(m_Pixels.copy()), static_cast<std::int64_t>(m_Pixels.getExtent(1)),
+                static_cast<std::int64_t>(m_Pixels.getExtent(0)),
+                m_HasChannels ? static_cast<int>(m_Pixels.getExtent(2)) : 1);
+        });
+    }
+
+private:
+    NumberArgument m_Pixels;
+    bool m_HasChannels;
+};
+
 ImageHandle sendPixels(const std::string& name, const py::object& array)
 {
-    const NumberArgument pixels(array, "pixels");
-    const std::size_t numDimensions = pixels.getNumDimensions();
-    const bool hasChannels = numDimensions == 3 && pixels.getExtent(2) >= 1 && pixels.getExtent(2) <= 4;
-    if (pixels.isLookedAt() && numDimensions != 2 && !hasChannels)
-        pixels.refuseShape("(height, width) or (height, width, channels) of at most 4 channels");
-    return {name, withoutGil([&] {
-                if (!pixels.isLookedAt())
-                    return Image();
-                return image(name, CopiedTuples<Pixels>(pixels.copy()), static_cast<std::int64_t>(pixels.getExtent(1)),
-                    static_cast<std::int64_t>(pixels.getExtent(0)),
-                    hasChannels ? static_cast<int>(pixels.getExtent(2)) : 1);
-            })};
+    return {name, PixelArgument(array).sendBy(
+                      [&](const Pixels& pixels, auto... shape) { return image(name, pixels, shape...); })};
+}
+
+ImageHandle& sendLayer(ImageHandle& handle, int index, const py::object& array)
+{
+    PixelArgument(array).sendBy(
+        [&](const Pixels& pixels, auto... shape) { return handle.image.layer(index, pixels, shape...); });
+    return handle;
 }
 
 ImageHandle sendStack(const std::string& name, const py::object& array)
@@ -43,6 +71,9 @@ ImageHandle sendStack(const std::string& name, const py::object& array)
 
 void addStack(py::module_& module, ImageClass& image)
 {
+    image.def("layer", &sendLayer, py::arg("index"), py::arg("pixels"), SAME_HANDLE,
+        "Sends one image of a stack, counted from 0; the other ones stay, and may be of other sizes: pixels of shape "
+        "(height, width) or (height, width, channels).");
     image.def(
         "layer_names",
         [](ImageHandle& handle, const std::vector<std::string>& names) -> ImageHandle& {

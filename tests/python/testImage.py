@@ -44,6 +44,18 @@ class ImageTest(DataTest):
             with self.assertRaisesRegex(TypeError, "^pixels has the shape"):
                 vireo.image_stack("refused", pixels)
 
+    def test_stacks_are_sent_one_by_one(self):
+        shown = vireo.image("layers").layer(0, PIXELS)
+        self.assertIs(shown.layer(1, numpy.zeros((2, 3, 3), "u1")), shown)
+        self.assertEqual(self.numbers("layers"), PIXELS.ravel().tolist())
+        shown.layer(index=0, pixels=[[1, 2.5]]).layer_names(["before", "after"])
+        self.assertEqual(self.numbers("layers"), [1, 2.5])
+        for pixels in (numpy.zeros(5), numpy.zeros((2, 2, 5)), 1):
+            with self.assertRaisesRegex(TypeError, "^pixels has the shape"):
+                shown.layer(1, pixels)
+        with self.assertRaises(TypeError):
+            shown.layer(0.5, PIXELS)
+
     def test_what_is_no_image_is_refused(self):
         for pixels in (numpy.zeros(5), numpy.zeros((2, 2, 5)), numpy.zeros((2, 2, 2, 2)), 1):
             with self.assertRaisesRegex(TypeError, "^pixels has the shape"):
