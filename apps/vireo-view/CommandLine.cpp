@@ -15,7 +15,7 @@ const QString DESCRIPTION = QStringLiteral(
     "\n"
     "NIfTI (.nii, .nii.gz, .hdr and .img), NRRD, MetaImage (.mha and .mhd), DICOM files or folders with them, and "
     "TIFF\n"
-    "files of several like pages become volumes, and so does what --raw says how to read; several times have a\n"
+    "files of many like pages become volumes, and so does what --raw says how to read; several times have a\n"
     "slider. PLY, OFF, OBJ, STL, glTF\n"
     "(.gltf and .glb), XYZ and PTS files become scenes: surfaces where they have faces, and points where they have\n"
     "none, with their colours, normals and all their numbers. PNG, JPEG, TIFF, PFM and others become images, with\n"
@@ -66,8 +66,8 @@ public:
     {
         m_Parser.setApplicationDescription(DESCRIPTION);
         m_Parser.addPositionalArgument("FILE", "What to show.", "[FILE...]");
-        m_Parser.addOptions({m_X, m_Columns, m_Follow, m_Plot, m_Space, m_Path, m_Together, m_Up, m_Raw, m_Slices,
-            m_Overlay, m_Labels, m_Curves, m_Data, m_Pictures, m_Help, m_Version});
+        m_Parser.addOptions({m_X, m_Columns, m_Follow, m_Plot, m_Space, m_Path, m_Together, m_Up, m_Raw, m_Volume,
+            m_Slices, m_Overlay, m_Labels, m_Curves, m_Data, m_Pictures, m_Help, m_Version});
     }
 
     std::variant<Options, Answer> parse(const QStringList& arguments)
@@ -132,6 +132,7 @@ private:
         options.labels = m_Parser.value(m_Labels);
         options.areTogether = m_Parser.isSet(m_Together);
         options.load = {columnsAs(), columns(), *up, m_Parser.isSet(m_Curves), raw};
+        options.load.areVolumes = areSliced || m_Parser.isSet(m_Volume);
         return options;
     }
 
@@ -176,6 +177,7 @@ private:
         "uint8, int16, uint16, int32, uint32, int64, uint64, float or double; and \":be\" where the first byte of a "
         "number is its greatest, as in 256x256x128:int16:be.",
         "format"};
+    QCommandLineOption m_Volume{"volume", "Show the pages of a TIFF file as a volume, however few they are."};
     QCommandLineOption m_Slices{"slices", "Show volumes in slices: three planes through a crosshair."};
     QCommandLineOption m_Overlay{"overlay", "Show this volume on the slices, in colours of its own.", "file"};
     QCommandLineOption m_Labels{"labels",

@@ -16,6 +16,7 @@
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/PointTableReader.h"
 #include "apps/vireo-view/Span.h"
+#include "apps/vireo-view/TiffReader.h"
 #include "apps/vireo-view/VolumeReader.h"
 #include "apps/vireo-view/lowerCaseExtension.h"
 #include "tavo/base/text/printable.h"
@@ -169,7 +170,7 @@ public:
             addVolume(readRaw(m_File, *m_Options.raw, progress));
             return std::move(m_Exhibits);
         }
-        const FileFormat format = formatOf(m_File, m_Options.columnsAs);
+        const FileFormat format = formatHere();
         if (format == FileFormat::COLUMNS)
             addColumns(readColumns(m_File, progress));
         else if (format == FileFormat::DICOM)
@@ -184,6 +185,13 @@ public:
     }
 
 private:
+    FileFormat formatHere() const
+    {
+        const FileFormat format = formatOf(m_File, m_Options.columnsAs);
+        const bool isOfImages = format == FileFormat::TIFF && !m_Options.areVolumes && isTiffOfImages(m_File);
+        return isOfImages ? FileFormat::IMAGE : format;
+    }
+
     void addScene(GeometryFile file)
     {
         std::uint64_t numPoints = 0;

@@ -82,6 +82,7 @@ struct LoadOptions
     bool withCurves = false;                     // show curves computed from clouds and volumes, too
     std::optional<RawFormat> raw{};              // of files that hold nothing but voxels
     std::vector<std::filesystem::path> slices{}; // further files of the same scan
+    bool areVolumes = false;                     // few pages of a TIFF, too
 };
 
 // Whether the file is, or will be, a text with columns of numbers that are shown in a plot. One that is not there or

@@ -65,6 +65,18 @@ public:
         return TIFFReadDirectory(m_Tiff.get()) == 1 && pageHere() == m_Page;
     }
 
+    bool isOfImages()
+    {
+        constexpr std::size_t MOST_PAGES = 16;
+        const std::string description = descriptionHere();
+        if (description.starts_with("ImageJ=") || description.find("PhysicalSizeZ=") != std::string::npos)
+            return false;
+        std::size_t numPages = 1;
+        while (numPages <= MOST_PAGES && TIFFReadDirectory(m_Tiff.get()) == 1)
+            ++numPages;
+        return numPages <= MOST_PAGES;
+    }
+
     Volume read()
     {
         countPages();
@@ -94,9 +106,14 @@ private:
             fail("has a single page, and a volume has several");
         checkSize();
         TIFFSetDirectory(m_Tiff.get(), 0);
+        m_Description = descriptionHere();
+    }
+
+    std::string descriptionHere() const
+    {
         char* text = nullptr;
-        if (TIFFGetField(m_Tiff.get(), TIFFTAG_IMAGEDESCRIPTION, &text) == 1 && text)
-            m_Description = text;
+        const bool isThere = TIFFGetField(m_Tiff.get(), TIFFTAG_IMAGEDESCRIPTION, &text) == 1 && text;
+        return isThere ? text : "";
     }
 
     Page pageHere() const
@@ -250,6 +267,12 @@ bool isTiffStack(const std::filesystem::path& file)
     } catch (const InputError&) {
         return false;
     }
+}
+
+bool isTiffOfImages(const std::filesystem::path& file)
+{
+    const Progress nobodyAsks;
+    return StackReader(file, nobodyAsks).isOfImages();
 }
 
 } // namespace vireo_view

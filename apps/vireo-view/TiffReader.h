@@ -15,4 +15,8 @@ Volume readTiffStack(const std::filesystem::path& file, const Progress& progress
 // Whether the file is a TIFF whose first two pages are alike. What is damaged behind them, readTiffStack() says.
 bool isTiffStack(const std::filesystem::path& file);
 
+// Whether the pages of such a file are rather images than slices: there are up to 16 of them, and neither ImageJ nor a
+// spacing says that they are slices.
+bool isTiffOfImages(const std::filesystem::path& file);
+
 } // namespace vireo_view

@@ -13,4 +13,9 @@ bool isTiffStack(const std::filesystem::path&)
     return false;
 }
 
+bool isTiffOfImages(const std::filesystem::path&)
+{
+    return false;
+}
+
 } // namespace vireo_view

@@ -56,6 +56,9 @@ TEST(CommandLineTest, TakesWhatLiesOnSlices)
 {
     EXPECT_FALSE(optionsOf({"head.nii"}).areSliced);
     EXPECT_TRUE(optionsOf({"--slices", "head.nii"}).areSliced);
+    EXPECT_TRUE(optionsOf({"--slices", "head.tif"}).load.areVolumes);
+    EXPECT_TRUE(optionsOf({"--volume", "head.tif"}).load.areVolumes);
+    EXPECT_FALSE(optionsOf({"head.tif"}).load.areVolumes);
     const Options options = optionsOf({"head.nii", "--overlay", "warmth.nii", "--labels", "atlas.nii"});
     EXPECT_TRUE(options.areSliced);
     EXPECT_EQ(options.overlay, "warmth.nii");

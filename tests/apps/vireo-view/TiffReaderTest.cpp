@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <tiffio.h>
 
+#include "apps/vireo-view/Exhibits.h"
 #include "apps/vireo-view/FileFormat.h"
 #include "tests/apps/vireo-view/VolumeFilesTest.h"
 
@@ -110,6 +111,30 @@ TEST_F(TiffReaderTest, TellsStacksFromImages)
     EXPECT_FALSE(isTiffStack(writePages(1)));
     EXPECT_EQ(detectFormat(directory() / "a.tif"), FileFormat::IMAGE);
     EXPECT_FALSE(isTiffStack(directory() / "missing.tif"));
+}
+
+TEST_F(TiffReaderTest, FewPagesAreImagesUnlessTheyAreSaidToBeSlices)
+{
+    const auto isVolume = [](const std::filesystem::path& file, bool areVolumes = false) {
+        LoadOptions options;
+        options.areVolumes = areVolumes;
+        const Exhibit shown = loadExhibits(file, "a", options, nullptr).at(0);
+        EXPECT_TRUE(std::holds_alternative<VolumeExhibit>(shown) || std::holds_alternative<ImageExhibit>(shown));
+        return std::holds_alternative<VolumeExhibit>(shown);
+    };
+    EXPECT_FALSE(isVolume(writePages(2)));
+    EXPECT_TRUE(isVolume(writePages(2), true));
+    EXPECT_FALSE(isVolume(writePages(16)));
+    EXPECT_TRUE(isVolume(writePages(17)));
+    Kind kind;
+    for (const char* const description : {"ImageJ=1.53\nimages=2\n", "<Pixels PhysicalSizeZ=\"2\"/>"}) {
+        kind.description = description;
+        EXPECT_TRUE(isVolume(writePages(2, kind))) << description;
+    }
+    kind.description = "a film";
+    EXPECT_FALSE(isVolume(writePages(2, kind)));
+    const Exhibit film = loadExhibits(writePages(3), "a", {}, nullptr).at(0);
+    EXPECT_THAT(std::get<ImageExhibit>(film).pictures, SizeIs(3));
 }
 
 TEST_F(TiffReaderTest, ReadsColours)
