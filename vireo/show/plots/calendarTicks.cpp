@@ -153,6 +153,25 @@ Lines linesOf(double seconds, const CalendarStep& step, const QTimeZone& zone)
     return {time.toString(step.seconds < MINUTE ? "HH:mm:ss" : "HH:mm"), day};
 }
 
+// The moments at which a zone's distance from UTC changes, no more than so many of them.
+QVector<QDateTime> firstChanges(double from, double to, int most, const QTimeZone& zone)
+{
+    QVector<QDateTime> changes;
+    if (!(std::abs(from) < LAST_SECOND && std::abs(to) < LAST_SECOND))
+        return changes;
+    const QDateTime end = dateTime(to, zone);
+    QDateTime last = dateTime(from, zone);
+    while (changes.size() < most) {
+        const QDateTime next = zone.nextTransition(last).atUtc.toTimeZone(zone);
+        if (!next.isValid() || next > end || next <= last)
+            break;
+        if (next.offsetFromUtc() != last.offsetFromUtc()) // and not just what the zone is called
+            changes += next;
+        last = next;
+    }
+    return changes;
+}
+
 } // namespace
 
 std::vector<CalendarTick> calendarTicks(double from, double to, double shortestStep, const QTimeZone& zone)
@@ -180,6 +199,23 @@ QString nameOfZone(const QTimeZone& zone, double seconds)
         return "UTC";
     const QString hoursAndMinutes = QTime(0, 0).addSecs(std::abs(minutes) * 60).toString("HH:mm");
     return (minutes < 0 ? QStringLiteral("UTC−") : QStringLiteral("UTC+")) + hoursAndMinutes;
+}
+
+QString nameOfZone(const QTimeZone& zone, double from, double to, bool isShort)
+{
+    const QString name = nameOfZone(zone, from);
+    const QVector<QDateTime> changes = firstChanges(from, to, 2, zone);
+    if (changes.isEmpty())
+        return name;
+    if (changes.size() > 1)
+        return QString::fromUtf8(zone.id());
+    const QDateTime& change = changes.front();
+    QString after = nameOfZone(zone, static_cast<double>(change.toSecsSinceEpoch()));
+    if (after != "UTC")
+        after.remove("UTC");
+    const QString both = name + ", " + after;
+    const QDateTime before = change.toOffsetFromUtc(dateTime(from, zone).offsetFromUtc());
+    return isShort ? both : both + " from " + QLocale::c().toString(before, "d MMM HH:mm");
 }
 
 QString momentText(double value, const QTimeZone& zone)

@@ -131,8 +131,19 @@ AxisDivision timeDivision(const AxisUpdate::Range& range, int mostTicks)
         division.labels += tick.label;
     }
     division.ticks = QwtScaleDiv(range.from, range.to, {}, {}, values);
-    division.unit = nameOfZone(zone, from);
     return division;
+}
+
+// As long a name as has room beside the label.
+QString zoneOf(const AxisUpdate::Range& range, double pixels, const QFontMetricsF& font)
+{
+    constexpr double PART_OF_ROOM = 0.75;
+    const double perSecond = ticksPerSecond(std::max(std::abs(range.from), std::abs(range.to)));
+    const auto name = [&](bool isShort) {
+        return nameOfZone(QTimeZone::systemTimeZone(), range.from / perSecond, range.to / perSecond, isShort);
+    };
+    const QString whole = name(false);
+    return font.horizontalAdvance(whole) <= pixels * PART_OF_ROOM ? whole : name(true);
 }
 
 // Years that no calendar has are numbers.
@@ -142,9 +153,14 @@ bool hasCalendar(const AxisUpdate::Range& range)
     return std::abs(range.from) < MOST_NANOSECONDS && std::abs(range.to) < MOST_NANOSECONDS;
 }
 
+bool isCalendar(const AxisUpdate& axis, const AxisUpdate::Range& range)
+{
+    return axis.isTime.value_or(false) && hasCalendar(range);
+}
+
 AxisDivision divisionOf(const AxisUpdate& axis, const AxisUpdate::Range& range, int mostTicks)
 {
-    if (axis.isTime.value_or(false) && hasCalendar(range))
+    if (isCalendar(axis, range))
         return timeDivision(range, mostTicks);
     return axis.isLog.value_or(false) ? logDivision(axis, range, mostTicks) : linearDivision(axis, range, mostTicks);
 }
@@ -169,9 +185,7 @@ double distanceOf(const AxisDivision& division, bool isLog, double pixels)
     return least;
 }
 
-} // namespace
-
-AxisDivision divideAxis(const AxisUpdate& axis, const AxisUpdate::Range& range, double pixels,
+AxisDivision divisionWithRoom(const AxisUpdate& axis, const AxisUpdate::Range& range, double pixels,
     Qt::Orientation orientation, const QFontMetricsF& font)
 {
     const double em = font.height();
@@ -186,6 +200,17 @@ AxisDivision divideAxis(const AxisUpdate& axis, const AxisUpdate::Range& range, 
             return division;
         --mostTicks;
     }
+}
+
+} // namespace
+
+AxisDivision divideAxis(const AxisUpdate& axis, const AxisUpdate::Range& range, double pixels,
+    Qt::Orientation orientation, const QFontMetricsF& font)
+{
+    AxisDivision division = divisionWithRoom(axis, range, pixels, orientation, font);
+    if (isCalendar(axis, range))
+        division.unit = zoneOf(range, pixels, font);
+    return division;
 }
 
 const AxisDivision& AxisDivider::divide(const AxisUpdate& axis, const AxisUpdate::Range& range, double pixels,

@@ -57,6 +57,24 @@ TEST(CalendarTicksTest, FollowTheZoneAndItsSummerTime)
     EXPECT_EQ(nameOfZone(QTimeZone("UTC"), NOON), "UTC");
 }
 
+TEST(CalendarTicksTest, NameAllOfAZoneThatChanges)
+{
+    const double toSummer = 1'711'846'800; // in Berlin
+    const QTimeZone berlin("Europe/Berlin");
+    EXPECT_EQ(nameOfZone(berlin, toSummer - DAY, toSummer - 1), "UTC+01:00");
+    EXPECT_EQ(nameOfZone(berlin, toSummer, toSummer + DAY), "UTC+02:00");
+    EXPECT_EQ(nameOfZone(berlin, toSummer - DAY, toSummer + DAY), "UTC+01:00, +02:00 from 31 Mar 02:00");
+    EXPECT_EQ(nameOfZone(berlin, toSummer - DAY, toSummer + DAY, true), "UTC+01:00, +02:00");
+    const double toWinter = 1'729'990'800;
+    EXPECT_EQ(nameOfZone(berlin, toWinter - DAY, toWinter + DAY), "UTC+02:00, +01:00 from 27 Oct 03:00");
+    EXPECT_EQ(nameOfZone(berlin, toSummer - DAY, toWinter + DAY), "Europe/Berlin");
+    EXPECT_EQ(nameOfZone(QTimeZone("Europe/London"), toSummer - DAY, toSummer + DAY), "UTC, +01:00 from 31 Mar 01:00");
+    EXPECT_EQ(
+        nameOfZone(QTimeZone("Europe/London"), toWinter - DAY, toWinter + DAY), "UTC+01:00, UTC from 27 Oct 02:00");
+    EXPECT_EQ(nameOfZone(QTimeZone("UTC"), toSummer - DAY, toSummer + DAY), "UTC");
+    EXPECT_EQ(nameOfZone(berlin, -1e300, 1e300), "UTC");
+}
+
 TEST(CalendarTicksTest, AreNeverCloserThanTheStep)
 {
     for (const char* zone : {"UTC", "Europe/Berlin", "Australia/Darwin"})

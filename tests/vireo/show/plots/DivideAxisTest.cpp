@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontMetricsF>
+#include <QTimeZone>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <random>
@@ -138,6 +139,36 @@ TEST_F(DivideAxisTest, NamesUnitZoneAndOffset)
     EXPECT_FALSE(divideAxis(axis, {1e9, 1e9 + 1e-3}, 600, Qt::Horizontal, m_Font).offset.isEmpty());
     axis.isTime = true;
     EXPECT_TRUE(divideAxis(axis, {1.7e9, 1.7e9 + 1}, 600, Qt::Horizontal, m_Font).unit.startsWith("UTC"));
+}
+
+// Until it is destroyed the program is in that time zone.
+class InTimeZone
+{
+public:
+    explicit InTimeZone(const char* zone) { qputenv("TZ", zone); }
+    InTimeZone(const InTimeZone&) = delete;
+    InTimeZone& operator=(const InTimeZone&) = delete;
+    ~InTimeZone() { m_Before.isNull() ? qunsetenv("TZ") : qputenv("TZ", m_Before); }
+
+private:
+    QByteArray m_Before = qgetenv("TZ");
+};
+
+TEST_F(DivideAxisTest, NamesBothZonesWhereTheClockChanges)
+{
+    const InTimeZone berlin("Europe/Berlin");
+    if (QTimeZone::systemTimeZone().id() != "Europe/Berlin")
+        GTEST_SKIP() << "the time zone is not the program's to choose";
+    AxisUpdate axis;
+    axis.isTime = true;
+    const auto zoneOf = [&](double perSecond, double pixels) {
+        const double change = 1'711'846'800; // to summer time
+        const AxisUpdate::Range range{(change - 43200) * perSecond, (change + 43200) * perSecond};
+        return divideAxis(axis, range, pixels, Qt::Horizontal, m_Font).unit.toStdString();
+    };
+    EXPECT_EQ(zoneOf(1, 1000), "UTC+01:00, +02:00 from 31 Mar 02:00");
+    EXPECT_EQ(zoneOf(1000, 1000), "UTC+01:00, +02:00 from 31 Mar 02:00");
+    EXPECT_EQ(zoneOf(1, 10 * m_Font.height()), "UTC+01:00, +02:00") << "where there is little room";
 }
 
 TEST_F(DivideAxisTest, ADividerAnswersEachQuestionAnewThatIsNotItsLast)
