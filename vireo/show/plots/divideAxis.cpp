@@ -185,21 +185,69 @@ double distanceOf(const AxisDivision& division, bool isLog, double pixels)
     return least;
 }
 
-AxisDivision divisionWithRoom(const AxisUpdate& axis, const AxisUpdate::Range& range, double pixels,
-    Qt::Orientation orientation, const QFontMetricsF& font)
+// Where the labels of an axis have room.
+struct Room
 {
-    const double em = font.height();
-    const double least = orientation == Qt::Horizontal ? 3 * em : 2 * em; // a label is about that long
-    const bool isLog = axis.isLog.value_or(false);                        // whose ticks are where they are
-    int mostTicks = isLog ? MOST_TICKS : std::clamp(static_cast<int>(pixels / least), 1, MOST_TICKS);
-    while (true) {
-        AxisDivision division = divisionOf(axis, range, mostTicks);
-        const QSizeF label = largestLabel(division.labels, font);
-        const double needed = orientation == Qt::Horizontal ? label.width() + em : label.height() + em / 2;
-        if (mostTicks == 1 || distanceOf(division, isLog, pixels) >= needed)
-            return division;
-        --mostTicks;
+    double pixels;
+    Qt::Orientation orientation;
+    const QFontMetricsF& font;
+};
+
+bool fits(const AxisDivision& division, bool isLog, const Room& room)
+{
+    const double em = room.font.height();
+    const QSizeF label = largestLabel(division.labels, room.font);
+    const double needed = room.orientation == Qt::Horizontal ? label.width() + em : label.height() + em / 2;
+    return distanceOf(division, isLog, room.pixels) >= needed;
+}
+
+// Of the major ticks every second one, or third and so on. The others are minor ones.
+AxisDivision thinnedOut(const AxisDivision& division, int step)
+{
+    AxisDivision thinned = division;
+    thinned.labels.clear();
+    QList<double> major;
+    QList<double> minor = division.ticks.ticks(QwtScaleDiv::MinorTick);
+    const QList<double> ticks = division.ticks.ticks(QwtScaleDiv::MajorTick);
+    for (int i = 0; i < ticks.size(); ++i) {
+        (i % step == 0 ? major : minor) += ticks[i];
+        if (i % step == 0)
+            thinned.labels += division.labels[i];
     }
+    thinned.ticks.setTicks(QwtScaleDiv::MajorTick, major);
+    thinned.ticks.setTicks(QwtScaleDiv::MinorTick, minor);
+    return thinned;
+}
+
+// The coarsest one that has two numbers, where a coarser one has none or a single one, which says nothing of how long
+// the axis is. Times are not thinned out, whose dates stand at some of them alone.
+std::optional<AxisDivision> divisionWithTwoLabels(
+    const AxisUpdate& axis, const AxisUpdate::Range& range, int mostTicks, const Room& room)
+{
+    const bool isLog = axis.isLog.value_or(false);
+    for (; mostTicks <= MOST_TICKS; ++mostTicks) {
+        const AxisDivision division = divisionOf(axis, range, mostTicks);
+        const int coarsest = isCalendar(axis, range) ? 1 : division.labels.size() - 1;
+        for (int step = 1; step <= coarsest; ++step)
+            if (const AxisDivision thinned = thinnedOut(division, step);
+                thinned.labels.size() > 1 && fits(thinned, isLog, room))
+                return thinned;
+    }
+    return std::nullopt;
+}
+
+AxisDivision divisionWithRoom(const AxisUpdate& axis, const AxisUpdate::Range& range, const Room& room)
+{
+    const double em = room.font.height();
+    const double least = room.orientation == Qt::Horizontal ? 3 * em : 2 * em; // a label is about that long
+    const bool isLog = axis.isLog.value_or(false);                             // whose ticks are where they are
+    int mostTicks = isLog ? MOST_TICKS : std::clamp(static_cast<int>(room.pixels / least), 1, MOST_TICKS);
+    AxisDivision division = divisionOf(axis, range, mostTicks);
+    while (mostTicks > 1 && !fits(division, isLog, room))
+        division = divisionOf(axis, range, --mostTicks);
+    if (division.labels.size() > 1 && fits(division, isLog, room))
+        return division;
+    return divisionWithTwoLabels(axis, range, mostTicks, room).value_or(division);
 }
 
 } // namespace
@@ -207,7 +255,7 @@ AxisDivision divisionWithRoom(const AxisUpdate& axis, const AxisUpdate::Range& r
 AxisDivision divideAxis(const AxisUpdate& axis, const AxisUpdate::Range& range, double pixels,
     Qt::Orientation orientation, const QFontMetricsF& font)
 {
-    AxisDivision division = divisionWithRoom(axis, range, pixels, orientation, font);
+    AxisDivision division = divisionWithRoom(axis, range, {pixels, orientation, font});
     if (isCalendar(axis, range))
         division.unit = zoneOf(range, pixels, font);
     return division;

@@ -141,6 +141,23 @@ TEST_F(DivideAxisTest, NamesUnitZoneAndOffset)
     EXPECT_TRUE(divideAxis(axis, {1.7e9, 1.7e9 + 1}, 600, Qt::Horizontal, m_Font).unit.startsWith("UTC"));
 }
 
+TEST_F(DivideAxisTest, HasTwoNumbersWhereThereIsRoomForThem)
+{
+    const auto labels = [&](double from, double to, double lines, Qt::Orientation orientation = Qt::Vertical) {
+        return divideAxis({}, {from, to}, lines * m_Font.height(), orientation, m_Font).labels;
+    };
+    EXPECT_EQ(labels(-3.3, 3.3, 7), QStringList({"−2", "0", "2"}));
+    EXPECT_EQ(labels(-3.3, 3.3, 4), QStringList({"−2", "2"}));
+    EXPECT_EQ(labels(-3.3, 3.3, 1.4), QStringList("0")) << "there is no room for two";
+    EXPECT_EQ(labels(-3.3, 3.3, 12, Qt::Horizontal).size(), 3);
+    std::uniform_real_distribution<double> exponent(-12, 12);
+    for (int i = 0; i < 1000; ++i) {
+        const double from = std::pow(10, exponent(m_Random)) * (i % 2 ? 1 : -1);
+        const double length = std::abs(from) * std::pow(10, exponent(m_Random) / 4);
+        EXPECT_GE(labels(from, from + length, 4).size(), 2) << from << " to " << from + length;
+    }
+}
+
 // Until it is destroyed the program is in that time zone.
 class InTimeZone
 {

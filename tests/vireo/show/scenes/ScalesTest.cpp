@@ -101,6 +101,13 @@ TEST(ColourBarTest, HasOneNumberIfAllValuesAreEqual)
     EXPECT_EQ(numbers.ticks[0].label.toDouble(), 7);
 }
 
+TEST(ColourBarTest, HasTwoNumbersWhereThereIsRoomForThem)
+{
+    const QFontMetricsF font(QApplication::font());
+    for (const double to : {125.006, 125.3, 131.0, 180.0})
+        EXPECT_GE(colourBarNumbers({10, 20, 15, 4 * font.height()}, 124.993, to, "z", font).ticks.size(), 2u) << to;
+}
+
 TEST(ColourBarTest, TheSmallestNumbersThereAreAreNumbers)
 {
     const QFontMetricsF font(QApplication::font());
