@@ -54,6 +54,21 @@ QString countedUnit(const QString& unit, int exponent)
     return QStringLiteral("×") + powerOfTen(exponent) + (unit.isEmpty() ? "" : " ") + unit;
 }
 
+// The multiple of a step that lies between two numbers which are closer than it, or else the one below them.
+double roundWithinOrBelow(double from, double to, double step)
+{
+    const double above = std::ceil(from / step) * step;
+    return above <= to ? above : std::floor(from / step) * step;
+}
+
+// Without the zeros at the end of what is behind the point.
+QString shortened(QString number)
+{
+    while (number.contains('.') && (number.endsWith('0') || number.endsWith('.')))
+        number.chop(1);
+    return number;
+}
+
 } // namespace
 
 QString writtenOut(double value, int decimals)
@@ -89,7 +104,7 @@ NumberFormat::NumberFormat(double from, double to, double step, const QString& u
     if (numDigits() > MOST_DIGITS) {
         // Much longer than what is seen, so that it stays while that is moved.
         m_OffsetStep = std::pow(10.0, exponentOf(to - from) + 2);
-        m_Offset = std::floor(from / m_OffsetStep) * m_OffsetStep;
+        m_Offset = roundWithinOrBelow(from, to, m_OffsetStep);
         first = exponentOf(std::max(std::abs(from - m_Offset), std::abs(to - m_Offset)));
     }
     m_Exponent = thousandsOf(first);
@@ -111,8 +126,9 @@ QString NumberFormat::offset() const
     if (m_Offset == 0)
         return {};
     const double size = std::abs(m_Offset);
-    const QString text = size < LARGEST_OFFSET_WRITTEN_OUT ? writtenOut(size, std::max(0, -exponentOf(m_OffsetStep)))
-                                                           : QString::number(size, 'g', 17);
+    const QString text = size < LARGEST_OFFSET_WRITTEN_OUT
+                             ? shortened(writtenOut(size, std::max(0, -exponentOf(m_OffsetStep))))
+                             : QString::number(size, 'g', 17);
     return (m_Offset < 0 ? QStringLiteral("−") : QStringLiteral("+")) + text + (m_Unit.isEmpty() ? "" : " ") + m_Unit;
 }
 

@@ -50,13 +50,25 @@ TEST(NumberFormatTest, GivesPrefixesToPlainUnitsAlone)
 TEST(NumberFormatTest, CountsFromAnOffsetWhereLabelsGetLong)
 {
     const NumberFormat seconds(1'700'000'000.001, 1'700'000'000.009, 0.001, "s");
-    EXPECT_EQ(plain(seconds.offset()), "+1 700 000 000.0 s");
+    EXPECT_EQ(plain(seconds.offset()), "+1 700 000 000 s");
     EXPECT_EQ(seconds.unit(), "s");
     EXPECT_EQ(labelOf(seconds, 1'700'000'000.002), "0.002");
     const NumberFormat ids(-12'345'678'912, -12'345'678'900, 2, "");
     EXPECT_EQ(plain(ids.offset()), "−12 345 679 000");
     EXPECT_EQ(labelOf(ids, -12'345'678'910), "90");
     EXPECT_EQ(NumberFormat(0, 1e9, 1e8, "").offset(), "");
+}
+
+TEST(NumberFormatTest, CountsFromARoundNumberWithin)
+{
+    const NumberFormat nearOne(1 - 1.1e-12, 1 + 1.1e-12, 5e-13, "m");
+    EXPECT_EQ(nearOne.offset(), "+1 m");
+    EXPECT_EQ(nearOne.unit(), "pm");
+    EXPECT_EQ(labelOf(nearOne, 1 - 1e-12), "−1.0");
+    EXPECT_EQ(labelOf(nearOne, 1), "0.0");
+    EXPECT_EQ(labelOf(nearOne, 1 + 1e-12), "1.0");
+    EXPECT_EQ(plain(NumberFormat(-1e9 - 1e-3, -1e9 + 1e-3, 5e-4, "").offset()), "−1 000 000 000");
+    EXPECT_EQ(NumberFormat(1.25 + 1e-12, 1.25 + 9e-12, 2e-12, "").offset(), "+1.25");
 }
 
 TEST(NumberFormatTest, KeepsItsOffsetWhileItIsMoved)
