@@ -29,6 +29,15 @@ int thousandsOf(int exponent)
     return 3 * static_cast<int>(std::floor(exponent / 3.0));
 }
 
+// The same for numbers that differ from a digit on. Millions that would get as many digits behind a point as they have
+// before it otherwise, such as coordinates, are easier to read when they are written out.
+int countedIn(int first, int last)
+{
+    constexpr int MILLIONS = 6;
+    constexpr int FEW_DIGITS = 2;
+    return first == MILLIONS && MILLIONS - last > FEW_DIGITS ? 0 : thousandsOf(first);
+}
+
 // Units that are plain enough to be said in thousands and thousandths; seconds only in the latter.
 bool takesPrefix(const QString& unit, int exponent)
 {
@@ -98,7 +107,7 @@ NumberFormat::NumberFormat(double from, double to, double step, const QString& u
     const int last = exponentOf(step);
     int first = exponentOf(std::max(std::abs(from), std::abs(to)));
     const auto numDigits = [&] {
-        const int counted = thousandsOf(first);
+        const int counted = countedIn(first, last);
         return std::max(first - counted, 0) + 1 + std::max(counted - last, 0);
     };
     if (numDigits() > MOST_DIGITS) {
@@ -107,7 +116,7 @@ NumberFormat::NumberFormat(double from, double to, double step, const QString& u
         m_Offset = roundWithinOrBelow(from, to, m_OffsetStep);
         first = exponentOf(std::max(std::abs(from - m_Offset), std::abs(to - m_Offset)));
     }
-    m_Exponent = thousandsOf(first);
+    m_Exponent = countedIn(first, last);
     m_Decimals = std::max(m_Exponent - last, 0);
     m_CountedUnit = countedUnit(unit, m_Exponent);
 }

@@ -24,7 +24,19 @@ TEST(NumberFormatTest, TellsNeighboursApart)
     EXPECT_EQ(pressure.unit(), "Pa");
     EXPECT_EQ(labelOf(NumberFormat(0, 1, 0.2, ""), 0.2), "0.2");
     EXPECT_EQ(labelOf(NumberFormat(0, 1, 0.05, ""), 0.2), "0.20");
-    EXPECT_EQ(labelOf(NumberFormat(5'499'000, 5'501'000, 500, ""), 5'499'500), "5.4995");
+}
+
+TEST(NumberFormatTest, WritesCoordinatesOut)
+{
+    for (const char* unit : {"", "m", "ft"}) {
+        const NumberFormat coordinate(5'499'000, 5'501'000, 500, unit);
+        EXPECT_EQ(labelOf(coordinate, 5'499'500), "5 499 500");
+        EXPECT_EQ(coordinate.unit(), unit);
+        EXPECT_EQ(labelOf(NumberFormat(-5'512'361, -5'512'360, 0.2, unit), -5'512'360.2), "−5 512 360.2");
+    }
+    EXPECT_EQ(labelOf(NumberFormat(5'400'000, 5'600'000, 50'000, ""), 5'450'000), "5.45") << "which is short";
+    EXPECT_EQ(NumberFormat(55'499'000, 55'501'000, 500, "").unit(), "×10⁶") << "which would be long";
+    EXPECT_EQ(plain(NumberFormat(5.5e6, 5.5e6 + 0.01, 0.001, "m").offset()), "+5 500 000 m");
 }
 
 TEST(NumberFormatTest, WritesNothingThatIsLeftOfSums)

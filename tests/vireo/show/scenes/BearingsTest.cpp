@@ -153,6 +153,18 @@ TEST_F(BearingsTest, HaveTicksAtRoundNumbersWhereTheyAre)
     EXPECT_GT(x.titleBox.top(), x.ticks.front().labelBox.bottom());
 }
 
+TEST_F(BearingsTest, WriteCoordinatesOut)
+{
+    const double north = 5'512'360;
+    const Box3d box({north - 50, -1, -1}, {north + 50, 1, 1});
+    const auto toPicture = [&](const Vector3d& p) -> std::optional<QPointF> {
+        return QPointF(10 * (p[0] - north), 300 - 100 * p[2]);
+    };
+    const Bearing x = bearings(box, toPicture).at(0);
+    EXPECT_EQ(x.title, "x");
+    EXPECT_EQ(QString(x.ticks.at(0).label).replace(QChar(0x2009), ' ').toStdString(), "5 512 310");
+}
+
 TEST_F(BearingsTest, SayWhatLongNumbersShareOnce)
 {
     const double east = 5.5e6;
