@@ -119,7 +119,7 @@ void showWindow()
 {
     constexpr const char* CALL = "tavo::show()";
     if (!inbox::hasAnything() && !debugOutput.getWindow())
-        refuse(CALL, "nothing was sent");
+        sayOnce(std::string(CALL) + " shows nothing: nothing was sent");
     else if (openWindow(CALL) && FrontDoor::isHere())
         FrontDoor::get()->serveUntilClosed();
     else

@@ -89,6 +89,21 @@ TEST_F(ShowWithoutDisplayTest, PicturesAndDataAreSaved)
                                   "warning: tavo: tavo::pump()" + why);
 }
 
+TEST_F(ShowWithoutDisplayTest, ShowIsNotAskedForOnceItWasRefused)
+{
+    const Outcome outcome = run("sends and shows");
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.errors, "warning: tavo: tavo::show() shows nothing: there is no display. "
+                              "VIREO_SHOW=pictures:FOLDER saves pictures instead\n");
+}
+
+TEST_F(ShowWithoutDisplayTest, ShowIsAskedForBehindOneThatHadNothing)
+{
+    const Outcome outcome = run("shows before it sends");
+    EXPECT_THAT(outcome.errors, StartsWith("warning: tavo: tavo::show() shows nothing: nothing was sent\n"));
+    EXPECT_THAT(outcome.errors, testing::HasSubstr("what it sent was never shown"));
+}
+
 // The second of them has no fonts, of which Qt may say something.
 TEST_F(ShowWithoutDisplayTest, PlatformsThatNobodySeesCarryEverything)
 {

@@ -280,6 +280,18 @@ void neverShows()
     tavo::plot("p").curve("y", SAMPLES);
 }
 
+void sendsAndShows()
+{
+    tavo::plot("p").curve("y", SAMPLES);
+    tavo::show();
+}
+
+void showsBeforeItSends()
+{
+    tavo::show();
+    tavo::plot("p").curve("y", SAMPLES);
+}
+
 void showsNothing()
 {
     tavo::show();
@@ -578,6 +590,8 @@ const std::map<std::string, std::function<void()>> programs{
     {"ends while a worker calls", endsWhileAWorkerCalls},
     {"exits", exits},
     {"never shows", neverShows},
+    {"sends and shows", sendsAndShows},
+    {"shows before it sends", showsBeforeItSends},
     {"shows nothing", showsNothing},
     {"makes another application", makesAnotherApplication},
     {"saves a picture before the application", savesAPictureBeforeTheApplication},

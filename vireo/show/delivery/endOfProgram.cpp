@@ -27,7 +27,7 @@ void attendToWhatWaits()
         return;
     if (showMode() == Mode::Pictures)
         windowThread::start(drawsWithoutDisplay() ? QStringList() : displayPlatforms().names); // whose end saves them
-    else
+    else if (!hasRefused())
         sayOnce("the program ends, and what it sent was never shown: call tavo::show() at its end, tavo::pump() in its "
                 "loop, or tavo::openWindow() once");
 }

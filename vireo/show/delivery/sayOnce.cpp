@@ -1,5 +1,6 @@
 #include "vireo/show/delivery/sayOnce.h"
 
+#include <atomic>
 #include <cstring>
 #include <map>
 #include <mutex>
@@ -10,6 +11,8 @@
 namespace tavo {
 
 namespace {
+
+std::atomic<bool> theHasRefused = false;
 
 // Without the digits that stand in no name.
 std::string mistakeIn(const std::string& text)
@@ -56,8 +59,14 @@ void sayOnce(const std::string& text) noexcept
 
 bool refuse(const char* call, const char* why) noexcept
 {
+    theHasRefused = true;
     runGuarded([=] { sayOnce(std::string(call) + " shows nothing: " + why); });
     return false;
+}
+
+bool hasRefused() noexcept
+{
+    return theHasRefused;
 }
 
 } // namespace tavo

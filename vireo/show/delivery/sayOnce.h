@@ -12,4 +12,7 @@ void sayOnce(const std::string& text) noexcept;
 // The same of a call that shows nothing, and why. False.
 bool refuse(const char* call, const char* why) noexcept;
 
+// Whether any call was refused: the program has been told why nobody sees what it sends.
+bool hasRefused() noexcept;
+
 } // namespace tavo
