@@ -15,9 +15,9 @@ tavo::Plot plotWithAxes(const PlotExhibit& exhibit)
                                 .yAxis(exhibit.y.label, exhibit.y.unit)
                                 .y2Axis(exhibit.y2.label, exhibit.y2.unit)
                                 .timeX(exhibit.isTime);
-    for (const PlotExhibit::Curve& curve : exhibit.curves)
-        if (curve.isOnY2)
-            plot.style(curve.name, "y2");
+    for (const PlotExhibit::Curve& curve :
+        exhibit.curves) // all of them: plots have curves in the order in which they are named
+        plot.style(curve.name, curve.isOnY2 ? "y2" : "");
     return plot;
 }
 

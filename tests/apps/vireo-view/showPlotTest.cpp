@@ -53,6 +53,18 @@ TEST_F(ShowPlotTest, CountsASecondUnitAtTheRight)
     EXPECT_THAT(svg, testing::HasSubstr("flow [kg/s]"));
 }
 
+TEST_F(ShowPlotTest, HasItsCurvesInTheOrderOfTheExhibit)
+{
+    PlotExhibit exhibit = m_Exhibit;
+    exhibit.curves[1].isOnY2 = true;
+    const std::string rows = "\"p x\",\"p\",\"q x\",\"q\"\n0.1,101325.0625,0.1,1\n1e+308,nan,1e+308,-2\n";
+    showPlot(exhibit);
+    EXPECT_EQ(dataOf("a.csv"), rows);
+    tavo::clear();
+    appendToPlot(exhibit);
+    EXPECT_EQ(dataOf("a.csv"), rows);
+}
+
 TEST_F(ShowPlotTest, AppendsToTheCurvesThatThereAre)
 {
     appendToPlot(m_Exhibit);
