@@ -104,6 +104,7 @@ void PlotCurve::dropSamples()
 {
     m_Samples.clear();
     m_Low.clear();
+    m_NumNotCounted = 0;
     m_Polylines.reset();
 }
 
@@ -143,8 +144,8 @@ void PlotCurve::setHidden(bool isHidden)
 QStringList PlotCurve::notes() const
 {
     QStringList notes;
-    if (m_Samples.numInfinite() > 0)
-        notes += QStringLiteral("%1 infinite").arg(m_Samples.numInfinite());
+    if (const std::size_t number = m_Samples.numInfinite() + m_NumNotCounted; number > 0)
+        notes += QStringLiteral("%1 infinite").arg(number);
     const double farthest = std::max({m_Samples.xExtent().to, -m_Samples.xExtent().from, m_Samples.yExtent().to,
         -m_Samples.yExtent().from, m_Low.yExtent().to, -m_Low.yExtent().from});
     if (farthest > PlotSight::LARGEST)
@@ -168,6 +169,7 @@ void PlotCurve::showName()
 void PlotCurve::applySamples(CurveSamples& samples)
 {
     m_Kind = samples.kind;
+    m_NumNotCounted = m_Kind == CurveKind::Histogram ? numInfiniteOf(samples.y) : 0;
     if (m_Kind == CurveKind::Histogram)
         samples = histogramOf(samples.y);
     m_Low.clear();

@@ -105,6 +105,7 @@ private:
     bool m_IsXLog = false;
     bool m_IsYLog = false;
     std::size_t m_NumNotPositive = 0; // of the samples that have no place on logarithmic axes
+    std::size_t m_NumNotCounted = 0;  // of the values of a histogram: those that are infinite
     CurveKind m_Kind = CurveKind::Line;
     std::size_t m_Number;
     bool m_HasOwnColour = false;

@@ -184,4 +184,14 @@ CurveSamples histogramOf(const NumberArray& values)
     return samples;
 }
 
+std::size_t numInfiniteOf(const NumberArray& values)
+{
+    std::size_t number = 0;
+    values.visit([&](const auto* numbers, std::size_t size) {
+        for (std::size_t i = 0; i < size; ++i)
+            number += std::isinf(static_cast<double>(numbers[i]));
+    });
+    return number;
+}
+
 } // namespace tavo

@@ -24,4 +24,7 @@ double leastDistance(const CurveStore& curve);
 // numbers, each interval has as many of these. What is not finite is left out.
 CurveSamples histogramOf(const NumberArray& values);
 
+// How many of them a histogram leaves out for being infinite.
+std::size_t numInfiniteOf(const NumberArray& values);
+
 } // namespace tavo

@@ -289,6 +289,21 @@ TEST_F(PlotViewTest, TheLegendNamesInfinities)
     EXPECT_LT(m_View.getSight().range(PlotSight::Y).to, 2) << "they do not spoil the fit";
 }
 
+TEST_F(PlotViewTest, TheLegendNamesInfinitiesOfAHistogram)
+{
+    const auto sendHistogram = [this](std::vector<double> values) {
+        PlotUpdate update;
+        CurveUpdate& curve = update.curves.emplace_back();
+        curve.name = "a";
+        curve.samples = CurveSamples{{}, numbers(values), {}, CurveKind::Histogram};
+        m_View.apply(update);
+    };
+    sendHistogram({std::numeric_limits<double>::infinity(), 1, 2});
+    EXPECT_EQ(legend().toStdString(), "a (1 infinite)");
+    sendHistogram({0, 1, 2});
+    EXPECT_EQ(legend().toStdString(), "") << "one curve without news has no legend";
+}
+
 TEST_F(PlotViewTest, ALogarithmicAxisBeginsWithTheSmallestPositiveNumber)
 {
     send("a", {-1, 0.5, 1, 10, 100}, {1000, -5, 0, 0.01, 10});
