@@ -68,11 +68,7 @@ void sendLabels(
     const ViewSlotPointer& slot, const NumberTuples& samples, const VolumeGrid* grid, const LabelNames& names)
 {
     change(slot, [&](SlicesUpdate& update) {
-        SentLabels& labels = update.labels.emplace();
-        labels.samples = samples;
-        if (grid)
-            labels.grid = *grid;
-        labels.names = names.getNames();
+        addLabels(update.labels, {samples, grid ? std::optional(*grid) : std::nullopt, names.getNames()});
     });
 }
 
@@ -174,7 +170,7 @@ Slices Slices::removeOverlay(const Statement&) const
 Slices Slices::removeLabels(const Statement&) const
 {
     if (isSent(m_Slot))
-        change(m_Slot, [](SlicesUpdate& update) { update.labels.emplace(); });
+        change(m_Slot, [](SlicesUpdate& update) { addLabels(update.labels, {}); });
     return *this;
 }
 

@@ -35,8 +35,8 @@ void SlicesModel::apply(const SlicesUpdate& update)
     }
     if (update.overlay)
         m_Overlay.send(*update.overlay);
-    if (update.labels)
-        m_SentLabels = update.labels;
+    for (const SentLabels& labels : update.labels)
+        addLabels(m_SentLabels, labels);
     if (update.labelColours)
         m_LabelColours = *update.labelColours;
     m_AreLabelsOutlined = update.areLabelsOutlined.value_or(m_AreLabelsOutlined);
@@ -48,36 +48,45 @@ void SlicesModel::apply(const SlicesUpdate& update)
     settleLabels();
 }
 
-// Those without a grid of their own are of the volume, which may come after them.
+// Those without a grid of their own are of the volume, which may come after them: the newest are kept for it, and the
+// newest of those that fit are shown.
 void SlicesModel::settleLabels()
 {
-    if (!m_SentLabels)
+    if (m_SentLabels.empty())
         return;
-    if (m_SentLabels->samples.numbers.isEmpty()) {
-        m_SentLabels.reset();
-        m_WhyNoLabels.clear();
-        return m_Labels.makeRoom();
-    }
     const std::size_t numSamples = grid().numSamples();
-    const std::size_t numLabels = m_SentLabels->samples.size();
-    const bool areShown = m_SentLabels->grid || numLabels == numSamples;
-    m_WhyNoLabels = areShown
-                        ? ""
-                        : std::to_string(numLabels) + " labels are not those of " + std::to_string(grid().size[0]) +
-                              " x " + std::to_string(grid().size[1]) + " x " + std::to_string(grid().size[2]) +
-                              " samples, which take " + std::to_string(numSamples);
-    if (areShown)
-        m_Labels.send({m_SentLabels->grid.value_or(grid()), m_SentLabels->samples, false});
-    else
-        m_Labels.makeRoom();
+    const auto shown = std::find_if(m_SentLabels.rbegin(), m_SentLabels.rend(),
+        [numSamples](const SentLabels& labels) { return labels.fit(numSamples); });
+    const bool isNewestShown = shown == m_SentLabels.rbegin();
+    m_WhyNoLabels = isNewestShown ? "" : whyLabelsDoNotFit(m_SentLabels.back());
+    m_LabelNames.clear();
+    if (shown == m_SentLabels.rend())
+        return m_Labels.makeRoom();
+    SuccessiveLabels kept{*shown};
+    if (!isNewestShown)
+        kept.push_back(m_SentLabels.back());
+    m_SentLabels.swap(kept);
+    const SentLabels& labels = m_SentLabels.front();
+    if (labels.isRemoval())
+        return m_Labels.makeRoom();
+    m_LabelNames = labels.names;
+    m_Labels.send({labels.grid.value_or(grid()), labels.samples, false});
+}
+
+std::string SlicesModel::whyLabelsDoNotFit(const SentLabels& labels) const
+{
+    const Vector3i& size = grid().size;
+    return std::to_string(labels.samples.size()) + " labels are not those of " + std::to_string(size[0]) + " x " +
+           std::to_string(size[1]) + " x " + std::to_string(size[2]) + " samples, which take " +
+           std::to_string(grid().numSamples());
 }
 
 QString SlicesModel::nameOfLabel(double label) const
 {
-    if (!m_SentLabels || !(std::abs(label) < LARGEST_LABEL))
+    if (!(std::abs(label) < LARGEST_LABEL))
         return {};
-    const auto found = m_SentLabels->names.find(std::llround(label));
-    return found != m_SentLabels->names.end() ? QString::fromStdString(found->second) : QString();
+    const auto found = m_LabelNames.find(std::llround(label));
+    return found != m_LabelNames.end() ? QString::fromStdString(found->second) : QString();
 }
 
 RGBA8 SlicesModel::colourOfLabel(std::int64_t label) const

@@ -35,7 +35,8 @@ public:
     // Finds the windows afresh, unless they are said; what a person has chosen of them is forgotten.
     void refreshWindows();
 
-    // Why the labels that were sent are not shown; empty if they are, or there are none.
+    // Why the labels that were sent are not shown, but those before them, if they fit the volume; empty if they are
+    // shown, or there are none.
     const std::string& whyNoLabels() const { return m_WhyNoLabels; }
 
     // Of a label; empty if it has none.
@@ -69,11 +70,13 @@ public:
 private:
     void settleCrosshair();
     void settleLabels();
+    std::string whyLabelsDoNotFit(const SentLabels& labels) const;
 
     ShownLayer m_Volume{"", 1};
     ShownLayer m_Overlay{"heat", 0.6};
     ShownLayer m_Labels{"", 0.5};
-    std::optional<SentLabels> m_SentLabels;
+    SuccessiveLabels m_SentLabels;
+    NamesOfLabels m_LabelNames; // of those that are shown
     ColoursOfLabels m_LabelColours;
     bool m_AreLabelsOutlined = false;
     std::string m_WhyNoLabels;

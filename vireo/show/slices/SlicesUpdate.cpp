@@ -30,12 +30,26 @@ void SliceSettings::merge(const SliceSettings& newer)
     copyIfSaid(opacity, newer.opacity);
 }
 
+void addLabels(SuccessiveLabels& labels, const SentLabels& newest)
+{
+    constexpr std::size_t MOST = 8; // lest they fill the memory while there is no volume
+    std::erase_if(labels, [&newest](const SentLabels& before) {
+        return newest.isRemoval() || newest.grid || (!before.grid && newest.fit(before.samples.size()));
+    });
+    if (labels.size() == MOST)
+        labels.erase(labels.begin());
+    labels.push_back(newest);
+}
+
 void SlicesUpdate::merge(ViewUpdate& newer)
 {
     auto& newerSlices = static_cast<SlicesUpdate&>(newer);
     take(volume, newerSlices.volume);
     take(overlay, newerSlices.overlay);
-    take(labels, newerSlices.labels);
+    SuccessiveLabels displaced = labels; // which stay with the newer one, too
+    for (const SentLabels& newest : newerSlices.labels)
+        addLabels(labels, newest);
+    newerSlices.labels.swap(displaced);
     settings.merge(newerSlices.settings);
     overlaySettings.merge(newerSlices.overlaySettings);
     labelSettings.merge(newerSlices.labelSettings);

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "vireo/show/delivery/ViewUpdate.h"
 #include "vireo/show/slices/SliceLayer.h"
@@ -29,7 +30,19 @@ struct SentLabels
     NumberTuples samples;
     std::optional<VolumeGrid> grid; // nothing if it is that of the volume
     NamesOfLabels names;
+
+    // Without samples, there are no labels any more.
+    bool isRemoval() const { return samples.numbers.isEmpty(); }
+
+    // Whether they go with so many samples of the volume.
+    bool fit(std::size_t numSamples) const { return isRemoval() || grid || samples.size() == numSamples; }
 };
+
+// The newest last. Those before them stay as long as they may be shown: where the newest do not fit the volume.
+using SuccessiveLabels = std::vector<SentLabels>;
+
+// Those that they replace, whatever the volume is, go.
+void addLabels(SuccessiveLabels& labels, const SentLabels& newest);
 
 // What was sent to one view of slices.
 class SlicesUpdate : public ViewUpdate
@@ -41,8 +54,8 @@ public:
     std::string saveData(const QString& file) override;
 
     std::optional<SliceLayer> volume;
-    std::optional<SliceLayer> overlay; // without samples, as labels without them: there is none any more
-    std::optional<SentLabels> labels;
+    std::optional<SliceLayer> overlay; // without samples: there is none any more
+    SuccessiveLabels labels;
     std::optional<ColoursOfLabels> labelColours;
     std::optional<bool> areLabelsOutlined;
     SliceSettings settings;

@@ -155,7 +155,8 @@ void SlicesView::sayWhatIsWrong()
         sayOnce(nameInLog() + ": none of its " + std::to_string(size[0]) + " x " + std::to_string(size[1]) + " x " +
                 std::to_string(size[2]) + " samples is a number: there is nothing to see");
     if (!m_Model.whyNoLabels().empty())
-        sayOnce(nameInLog() + ".labels: " + m_Model.whyNoLabels() + "; they are not shown");
+        sayOnce(nameInLog() + ".labels: " + m_Model.whyNoLabels() +
+                (m_Model.labels().isEmpty() ? "; they are not shown" : "; what was shown stays"));
 }
 
 void SlicesView::change(const std::function<void(SlicesModel& model)>& change)

@@ -255,9 +255,9 @@ TEST_F(DrawSliceTest, LabelsHaveTheColoursOfCategories)
 {
     send(layerBy({4, 4, 1}, [](int, int, int) { return 100; }));
     SlicesUpdate update;
-    update.labels.emplace();
-    update.labels->samples = {layerBy({4, 4, 1}, [](int x, int, int) { return x; }).samples.numbers, 1};
-    update.labels->names = {{2, "bone"}};
+    update.labels.emplace_back();
+    update.labels.back().samples = {layerBy({4, 4, 1}, [](int x, int, int) { return x; }).samples.numbers, 1};
+    update.labels.back().names = {{2, "bone"}};
     update.labelSettings.opacity = 1;
     m_Model.apply(update);
     m_Model.setInterpolated(true);
@@ -276,9 +276,9 @@ TEST_F(DrawSliceTest, LabelsMayBeLarge)
     constexpr std::int64_t LARGE = 1LL << 52;
     send(layerBy({2, 1, 1}, [](int, int, int) { return 100; }));
     SlicesUpdate update;
-    update.labels.emplace();
-    update.labels->samples = {Numbers(std::vector<std::int64_t>{0, LARGE}), 1};
-    update.labels->names = {{LARGE, "hash"}};
+    update.labels.emplace_back();
+    update.labels.back().samples = {Numbers(std::vector<std::int64_t>{0, LARGE}), 1};
+    update.labels.back().names = {{LARGE, "hash"}};
     update.labelSettings.opacity = 1;
     m_Model.apply(update);
     const RGBA8 colour = colourOfLabel(LARGE);
@@ -290,8 +290,8 @@ TEST_F(DrawSliceTest, LabelsHaveTheColoursThatAreSaid)
 {
     send(layerBy({4, 4, 1}, [](int, int, int) { return 100; }));
     SlicesUpdate update;
-    update.labels.emplace();
-    update.labels->samples = {layerBy({4, 4, 1}, [](int x, int, int) { return x; }).samples.numbers, 1};
+    update.labels.emplace_back();
+    update.labels.back().samples = {layerBy({4, 4, 1}, [](int x, int, int) { return x; }).samples.numbers, 1};
     update.labelSettings.opacity = 1;
     update.labelColours = {{2, RGBA8(1, 2, 3, 255)}};
     m_Model.apply(update);
@@ -305,9 +305,9 @@ TEST_F(DrawSliceTest, OutlinesLeaveWhatIsWithinLabels)
 {
     send(layerBy({8, 8, 1}, [](int, int, int) { return 100; }));
     SlicesUpdate update;
-    update.labels.emplace();
+    update.labels.emplace_back();
     const auto isLabel = [](int x, int y, int) { return x >= 2 && x < 6 && y >= 2 && y < 6 ? 7 : 0; };
-    update.labels->samples = {layerBy({8, 8, 1}, isLabel).samples.numbers, 1};
+    update.labels.back().samples = {layerBy({8, 8, 1}, isLabel).samples.numbers, 1};
     update.labelSettings.opacity = 1;
     update.areLabelsOutlined = true;
     m_Model.apply(update);
@@ -354,15 +354,15 @@ TEST_F(DrawSliceTest, WhatLiesOnTheVolumeIsTakenAway)
 {
     send(layerBy({4, 4, 1}, [](int, int, int) { return 100; }));
     SlicesUpdate update;
-    update.labels.emplace();
-    update.labels->samples = {layerBy({4, 4, 1}, [](int, int, int) { return 3; }).samples.numbers, 1};
+    update.labels.emplace_back();
+    update.labels.back().samples = {layerBy({4, 4, 1}, [](int, int, int) { return 3; }).samples.numbers, 1};
     update.overlay = layerBy({4, 4, 1}, [](int x, int, int) { return x; });
     update.overlaySettings.window = std::pair(-1.0, 3.0);
     m_Model.apply(update);
     EXPECT_NE(colourAt({1, 1, 0}), qRgb(100, 100, 100));
     SlicesUpdate removal;
     removal.overlay.emplace();
-    removal.labels.emplace();
+    removal.labels.emplace_back();
     update.merge(removal);
     m_Model.apply(update);
     EXPECT_EQ(colourAt({1, 1, 0}), qRgb(100, 100, 100));
@@ -374,13 +374,67 @@ TEST_F(DrawSliceTest, LabelsOfOtherSamplesAreNotShown)
 {
     send(layerBy({4, 4, 1}, [](int, int, int) { return 100; }));
     SlicesUpdate update;
-    update.labels.emplace();
-    update.labels->samples = {layerBy({3, 4, 1}, [](int, int, int) { return 1; }).samples.numbers, 1};
+    update.labels.emplace_back();
+    update.labels.back().samples = {layerBy({3, 4, 1}, [](int, int, int) { return 1; }).samples.numbers, 1};
     m_Model.apply(update);
     EXPECT_TRUE(m_Model.labels().isEmpty());
     EXPECT_EQ(m_Model.whyNoLabels(), "12 labels are not those of 4 x 4 x 1 samples, which take 16");
     send(layerBy({3, 4, 1}, [](int, int, int) { return 100; }));
     EXPECT_FALSE(m_Model.labels().isEmpty()) << "the volume may come after them";
+}
+
+// So many of one label.
+SentLabels labelsOf(std::size_t number, int label, const char* name)
+{
+    SentLabels labels;
+    labels.samples = {Numbers(std::vector<int>(number, label)), 1};
+    labels.names[label] = name;
+    return labels;
+}
+
+TEST_F(DrawSliceTest, LabelsThatDoNotFitLeaveThoseThatAreShown)
+{
+    SlicesUpdate good, bad;
+    good.labels = {labelsOf(16, 1, "good")};
+    bad.labels = {labelsOf(12, 2, "bad")};
+    send(layerBy({4, 4, 1}, [](int, int, int) { return 100; }));
+    m_Model.apply(good);
+    const QRgb shown = colourAt({1, 1, 0});
+    m_Model.apply(bad);
+    EXPECT_EQ(colourAt({1, 1, 0}), shown);
+    EXPECT_EQ(m_Model.nameOfLabel(1), "good");
+    EXPECT_EQ(m_Model.nameOfLabel(2), "");
+    EXPECT_EQ(m_Model.whyNoLabels(), "12 labels are not those of 4 x 4 x 1 samples, which take 16");
+    send(layerBy({3, 4, 1}, [](int, int, int) { return 100; }));
+    EXPECT_EQ(m_Model.nameOfLabel(2), "bad") << "it is of the next volume";
+    EXPECT_EQ(m_Model.whyNoLabels(), "");
+}
+
+TEST_F(DrawSliceTest, LabelsThatFitAreFoundWhenTheVolumeComes)
+{
+    const auto send = [](SlicesUpdate& update, const SentLabels& labels) {
+        SlicesUpdate newer;
+        addLabels(newer.labels, labels);
+        update.merge(newer);
+    };
+    const SentLabels good = labelsOf(16, 1, "good");
+    const SentLabels bad = labelsOf(12, 1, "bad");
+    SlicesUpdate update;
+    for (const SentLabels& labels : {good, bad, bad})
+        send(update, labels);
+    EXPECT_EQ(update.labels.size(), 2U) << "those of one number replace each other";
+    update.volume = layerBy({4, 4, 1}, [](int, int, int) { return 100; });
+    m_Model.apply(update);
+    EXPECT_EQ(m_Model.nameOfLabel(1), "good");
+    SlicesUpdate removal;
+    for (const SentLabels& labels : {good, SentLabels(), bad})
+        send(removal, labels);
+    m_Model.apply(removal);
+    EXPECT_TRUE(m_Model.labels().isEmpty()) << "what was taken away does not come back";
+    EXPECT_EQ(m_Model.nameOfLabel(1), "");
+    for (int number = 1; number < 100; ++number)
+        send(update, labelsOf(std::size_t(number), 1, ""));
+    EXPECT_LE(update.labels.size(), 8U);
 }
 
 TEST(SliceCellsTest, CellsFillTheViewAndDoNotOverlap)

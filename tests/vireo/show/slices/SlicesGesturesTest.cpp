@@ -238,10 +238,10 @@ TEST_F(SlicesGesturesTest, ThePointerIsFollowed)
 TEST_F(SlicesGesturesTest, ThePointerNamesLabelsAndTellsTheOverlay)
 {
     SlicesUpdate update;
-    update.labels.emplace();
+    update.labels.emplace_back();
     const SliceLayer halves = layerBy({40, 40, 40}, [](int x, int, int) { return x < 20 ? 0 : 17; });
-    update.labels->samples = {halves.samples.numbers, 1};
-    update.labels->names = {{17, "hippocampus"}};
+    update.labels.back().samples = {halves.samples.numbers, 1};
+    update.labels.back().names = {{17, "hippocampus"}};
     update.overlay = layerBy({20, 20, 20}, [](int x, int, int) { return 10 * x; }, {2, 2, 2}, {0.5, 0.5, 0.5});
     m_View.apply(update);
     for (const std::size_t plane : {0U, 1U}) {

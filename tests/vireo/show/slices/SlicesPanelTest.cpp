@@ -77,8 +77,8 @@ TEST_F(SlicesPanelTest, ColoursAndOpacitiesAreChosen)
     EXPECT_EQ(model().overlay().opacity(), 0.25);
     EXPECT_FALSE(find<QDoubleSpinBox>("labelOpacity")->isEnabled()) << "there are none";
     SlicesUpdate update;
-    update.labels.emplace();
-    update.labels->samples = {model().volume().layer().samples.numbers, 1};
+    update.labels.emplace_back();
+    update.labels.back().samples = {model().volume().layer().samples.numbers, 1};
     m_View.apply(update);
     EXPECT_TRUE(find<QDoubleSpinBox>("labelOpacity")->isEnabled());
     find<QDoubleSpinBox>("labelOpacity")->setValue(0.75);

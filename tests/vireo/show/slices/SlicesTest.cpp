@@ -105,13 +105,13 @@ TEST(SlicesTest, WhatLiesOnTheVolumeHasSettingsOfItsOwn)
     EXPECT_EQ(sent->overlaySettings.colourMap, "viridis");
     EXPECT_EQ(sent->overlaySettings.opacity, 0.75);
     EXPECT_FALSE(sent->settings.window);
-    EXPECT_EQ(sent->labels->names.at(1), "bone");
-    EXPECT_FALSE(sent->labels->grid);
+    EXPECT_EQ(sent->labels.back().names.at(1), "bone");
+    EXPECT_FALSE(sent->labels.back().grid);
     EXPECT_EQ(sent->labelSettings.opacity, 0.125);
     slices("head").labels(EIGHT, {2, 2, 2}, 2, {0, 0, 0}, {{17, "hippocampus"}});
     const auto elsewhere = takeSlices();
-    EXPECT_EQ(elsewhere->labels->grid->spacing, Vector3d(2, 2, 2));
-    EXPECT_EQ(elsewhere->labels->names.at(17), "hippocampus");
+    EXPECT_EQ(elsewhere->labels.back().grid->spacing, Vector3d(2, 2, 2));
+    EXPECT_EQ(elsewhere->labels.back().names.at(17), "hippocampus");
 }
 
 TEST(SlicesTest, LabelsHaveColoursAndOutlinesAndAreTakenAway)
@@ -120,17 +120,29 @@ TEST(SlicesTest, LabelsHaveColoursAndOutlinesAndAreTakenAway)
         EIGHT, {2, 2, 2}, 2, {0, 0, 0}, Orientation{{0, 1, 0}, {1, 0, 0}, {0, 0, 1}}, {{17, "hippocampus"}});
     labels.colours({{17, RGBA8(1, 2, 3, 255)}}).outlines();
     const auto sent = takeSlices();
-    EXPECT_EQ(sent->labels->grid->axes[0], Vector3d(0, 1, 0));
+    EXPECT_EQ(sent->labels.back().grid->axes[0], Vector3d(0, 1, 0));
     EXPECT_EQ(sent->labelColours->at(17), RGBA8(1, 2, 3, 255));
     EXPECT_EQ(sent->areLabelsOutlined, true);
     slices("head").removeLabels().removeOverlay();
     const auto removal = takeSlices();
-    EXPECT_TRUE(removal->labels->samples.numbers.isEmpty());
+    EXPECT_TRUE(removal->labels.back().samples.numbers.isEmpty());
     EXPECT_TRUE(removal->overlay->samples.numbers.isEmpty());
     const SliceOverlay overlay = slices("head").overlay(EIGHT, {2, 2, 2});
     takeSlices();
     expectRefused([=] { overlay.outlines(); }, "slices(\"head\").overlay.outlines: only labels have that");
     expectRefused([=] { overlay.colours({}); }, "slices(\"head\").overlay.colours: only labels have that");
+}
+
+TEST(SlicesTest, LabelsOfOtherSamplesWaitForTheVolume)
+{
+    slices("head").labels(EIGHT, {"good"});
+    slices("head").labels({1, 2, 3}, {"bad"}).labels({4, 5, 6}, {"bad, too"});
+    const auto sent = takeSlices();
+    ASSERT_EQ(sent->labels.size(), 2U);
+    EXPECT_EQ(sent->labels.front().names.at(0), "good");
+    EXPECT_EQ(sent->labels.back().names.at(0), "bad, too");
+    slices("head").labels(EIGHT).removeLabels();
+    EXPECT_EQ(takeSlices()->labels.size(), 1U);
 }
 
 TEST(SlicesTest, BadVolumesAreRefusedInALine)

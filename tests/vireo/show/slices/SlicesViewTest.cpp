@@ -114,9 +114,9 @@ TEST_F(SlicesViewTest, WhatLiesOnTheVolumeIsSaidToo)
     SlicesUpdate update;
     update.volume = layerBy({2, 2, 1}, [](int x, int, int) { return x; });
     update.overlay = layerOf<float>({0.25F}, {1, 1, 1});
-    update.labels.emplace();
-    update.labels->samples = {layerOf<int>({0, 17, 0, 5}, {2, 2, 1}).samples.numbers, 1};
-    update.labels->names = {{17, "hippocampus"}, {0, "nothing"}};
+    update.labels.emplace_back();
+    update.labels.back().samples = {layerOf<int>({0, 17, 0, 5}, {2, 2, 1}).samples.numbers, 1};
+    update.labels.back().names = {{17, "hippocampus"}, {0, "nothing"}};
     m_View.apply(update);
     m_View.hover(Vector3d(0, 0, 0));
     EXPECT_EQ(textOfPlace(), "0  voxel 0, 0, 0  at 0, 0, 0  overlay 0.25  nothing");
@@ -173,9 +173,10 @@ TEST_F(SlicesViewTest, APictureTellsTheColoursThatLieOnTheVolume)
     send(cube(8));
     const QImage plain = m_View.picture(size);
     SlicesUpdate update;
-    update.labels.emplace();
-    update.labels->samples = {layerBy({8, 8, 8}, [](int x, int, int) { return x < 4 ? 0 : 5; }).samples.numbers, 1};
-    update.labels->names = {{5, "bone"}, {6, "nowhere"}};
+    update.labels.emplace_back();
+    update.labels.back().samples = {
+        layerBy({8, 8, 8}, [](int x, int, int) { return x < 4 ? 0 : 5; }).samples.numbers, 1};
+    update.labels.back().names = {{5, "bone"}, {6, "nowhere"}};
     m_View.apply(update);
     const QImage labelled = m_View.picture(size);
     const RGBA8 bone = colourOfLabel(5), nowhere = colourOfLabel(6);
@@ -190,7 +191,7 @@ TEST_F(SlicesViewTest, APictureTellsTheColoursThatLieOnTheVolume)
     EXPECT_EQ(m_View.picture({120, 90}).size(), QSize(120, 90)) << "without, where there is no room";
     SlicesUpdate removal;
     removal.overlay.emplace();
-    removal.labels.emplace();
+    removal.labels.emplace_back();
     m_View.apply(removal);
     EXPECT_EQ(m_View.picture(size), plain);
 }
@@ -204,6 +205,23 @@ TEST_F(SlicesViewTest, SlicesOfNothingSaySoByTheirName)
     EXPECT_THAT(
         said, HasSubstr("slices(\"head\"): none of its 2 x 2 x 2 samples is a number: there is nothing to see"));
     EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
+}
+
+TEST_F(SlicesViewTest, LabelsThatDoNotFitAreALine)
+{
+    const auto labelsOf = [this](std::size_t number) {
+        SlicesUpdate update;
+        update.labels = {{{Numbers(std::vector<int>(number, 3)), 1}, {}, {}}};
+        testing::internal::CaptureStderr();
+        m_View.apply(update);
+        return testing::internal::GetCapturedStderr();
+    };
+    send(cube(2));
+    EXPECT_THAT(labelsOf(7), HasSubstr("slices(\"head\").labels: 7 labels are not those of 2 x 2 x 2 samples, which "
+                                       "take 8; they are not shown"));
+    EXPECT_EQ(labelsOf(8), "");
+    EXPECT_THAT(labelsOf(6), HasSubstr("which take 8; what was shown stays"));
+    EXPECT_THAT(textOfPlace(), HasSubstr("label 3"));
 }
 
 TEST_F(SlicesViewTest, TheVolumeStandsBesideItsSlicesAndFollowsThem)
