@@ -334,7 +334,6 @@ Item Scene::volume(std::string_view path, const Samples& samples, const GridSize
         call.refuse(why);
         return {m_Slot, path};
     }
-    call.sayIfNothingIsSeen(samples, "samples");
     changeItem(m_Slot, std::string(path), [&](ItemUpdate& item) {
         ItemUpdate sent = volumeItem(gridOf(grid), {samples, numChannelsOf(grid, samples.size())});
         item.merge(sent);

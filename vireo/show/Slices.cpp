@@ -50,6 +50,15 @@ std::optional<SliceLayer> layerOf(
     return {};
 }
 
+// It is shown all the same. Of a volume its view says so.
+void sayIfNothingIsSeen(const ViewSlotPointer& slot, const char* operation, const Samples& samples) noexcept
+{
+    runGuarded([&] {
+        if (const std::string nothing = whyNothingIsSeen(samples, "samples"); !nothing.empty())
+            sayOnce("slices(\"" + printable(slot->name, LONGEST_NAME) + "\")." + operation + ": " + nothing);
+    });
+}
+
 void sendVolume(const ViewSlotPointer& slot, const Samples& samples, const SentGrid& grid, bool isOriented)
 {
     if (!isSent(slot))
@@ -57,8 +66,6 @@ void sendVolume(const ViewSlotPointer& slot, const Samples& samples, const SentG
     std::optional<SliceLayer> layer = layerOf(slot, "", samples, grid);
     if (!layer)
         return;
-    if (const std::string nothing = whyNothingIsSeen(samples, "samples"); !nothing.empty())
-        runGuarded([&] { sayOnce("slices(\"" + printable(slot->name, LONGEST_NAME) + "\"): " + nothing); });
     layer->isOriented = isOriented;
     change(slot, [&](SlicesUpdate& update) { update.volume = std::move(layer); });
 }
@@ -129,8 +136,11 @@ SliceOverlay Slices::overlay(const Samples& samples, const GridSize& size, const
     const Vector3d& origin, const Orientation& orientation, const Statement&) const
 {
     if (isSent(m_Slot))
-        if (std::optional<SliceLayer> layer = layerOf(m_Slot, "overlay", samples, {size, spacing, origin, orientation}))
+        if (std::optional<SliceLayer> layer =
+                layerOf(m_Slot, "overlay", samples, {size, spacing, origin, orientation})) {
+            sayIfNothingIsSeen(m_Slot, "overlay", samples);
             change(m_Slot, [&](SlicesUpdate& update) { update.overlay = std::move(layer); });
+        }
     return {*this, false};
 }
 

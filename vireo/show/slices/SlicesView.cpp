@@ -40,6 +40,11 @@ bool isInside(const VolumeGrid& grid, const Vector3d& index)
     return true;
 }
 
+bool reaches(const ShownLayer& layer, const Vector3d& place)
+{
+    return !layer.isEmpty() && isInside(layer.layer().grid, layer.layer().grid.indexAt(place));
+}
+
 bool areSame(const VolumeGrid& one, const VolumeGrid& other)
 {
     return one.size == other.size && one.spacing == other.spacing && one.origin == other.origin &&
@@ -405,10 +410,10 @@ QString SlicesView::textOfPlace() const
     QString text = m_Model.isInterpolated() ? sampledTextOf(volume, index, true) : exactTextOf(volume, voxel);
     text += tr("  voxel %1, %2, %3").arg(voxel[0]).arg(voxel[1]).arg(voxel[2]);
     text += tr("  at %1, %2, %3").arg(place[0], 0, 'g', 5).arg(place[1], 0, 'g', 5).arg(place[2], 0, 'g', 5);
-    if (const ShownLayer& overlay = m_Model.overlay(); !overlay.isEmpty())
+    if (const ShownLayer& overlay = m_Model.overlay(); reaches(overlay, place))
         text += tr("  overlay %1")
                     .arg(sampledTextOf(overlay.layer(), overlay.layer().grid.indexAt(place), m_Model.isInterpolated()));
-    if (const ShownLayer& labels = m_Model.labels(); !labels.isEmpty()) {
+    if (const ShownLayer& labels = m_Model.labels(); reaches(labels, place)) {
         double label = 0;
         sampleLine(labels.layer(), {labels.layer().grid.indexAt(place), {}, 1}, false, &label);
         const QString name = m_Model.nameOfLabel(label);

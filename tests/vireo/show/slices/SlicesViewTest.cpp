@@ -121,9 +121,13 @@ TEST_F(SlicesViewTest, WhatLiesOnTheVolumeIsSaidToo)
     m_View.hover(Vector3d(0, 0, 0));
     EXPECT_EQ(textOfPlace(), "0  voxel 0, 0, 0  at 0, 0, 0  overlay 0.25  nothing");
     m_View.hover(Vector3d(1, 0, 0));
-    EXPECT_EQ(textOfPlace(), "1  voxel 1, 0, 0  at 1, 0, 0  overlay nan  hippocampus");
+    EXPECT_EQ(textOfPlace(), "1  voxel 1, 0, 0  at 1, 0, 0  hippocampus") << "the overlay does not reach so far";
     m_View.hover(Vector3d(1, 1, 0));
     EXPECT_THAT(textOfPlace(), HasSubstr("label 5"));
+    SlicesUpdate elsewhere;
+    elsewhere.labels = {{{Numbers(std::vector<int>{7}), 1}, layerOf<int>({7}, {1, 1, 1}).grid, {}}};
+    m_View.apply(elsewhere);
+    EXPECT_EQ(textOfPlace(), "1  voxel 1, 1, 0  at 1, 1, 0") << "nor do labels elsewhere";
 }
 
 TEST_F(SlicesViewTest, TheConventionIsSaidWhereThereIsOne)
