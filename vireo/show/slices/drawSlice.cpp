@@ -283,6 +283,11 @@ std::set<std::int64_t> labelsInSlice(
     return labels;
 }
 
+QString numberOfSlice(const SlicesModel& model, const SlicePlane& plane)
+{
+    return QObject::tr("%1 of 0 to %2").arg(model.voxel()[plane.through]).arg(model.grid().size[plane.through] - 1);
+}
+
 void drawSliceMarks(QPainter& painter, const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight,
     const QRect& cell, double pixelRatio)
 {
@@ -299,9 +304,8 @@ void drawSliceMarks(QPainter& painter, const SlicesModel& model, const SlicePlan
     const QRect inside = cell.adjusted(margin, margin, -margin, -margin);
     if (model.isOriented())
         drawSides(painter, model.grid(), plane, inside);
-    const QString number = QString(" %1 / %2").arg(voxel[plane.through]).arg(model.grid().size[plane.through] - 1);
     drawText(painter, inside, Qt::AlignLeft | Qt::AlignTop,
-        titleOf(plane.name, number, inside.width(), painter.fontMetrics()));
+        titleOf(plane.name, " " + numberOfSlice(model, plane), inside.width(), painter.fontMetrics()));
     painter.restore();
 }
 

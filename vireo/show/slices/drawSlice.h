@@ -18,6 +18,9 @@ QImage drawSlice(const SlicesModel& model, const SlicePlane& plane, const SliceS
 std::set<std::int64_t> labelsInSlice(
     const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight, const QSize& size);
 
+// Which slice it is, among which, as voxels are counted: from 0.
+QString numberOfSlice(const SlicesModel& model, const SlicePlane& plane);
+
 // What stands over a slice: the crosshair, which leaves out its middle, the sides of the patient, and which slice it
 // is. A pixel of a widget is so many of the screen.
 void drawSliceMarks(QPainter& painter, const SlicesModel& model, const SlicePlane& plane, const SliceSight& sight,

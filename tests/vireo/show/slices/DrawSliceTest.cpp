@@ -345,6 +345,8 @@ TEST_F(DrawSliceTest, TheNumberOfASliceIsShownWhereThereIsRoom)
         drawSliceMarks(painter, m_Model, m_Model.planes()[0], {}, QRect(QPoint(), size), 1);
         return picture;
     };
+    m_Model.setVoxel({4, 5, 7});
+    EXPECT_EQ(numberOfSlice(m_Model, m_Model.planes()[0]), "7 of 0 to 7") << "the last of eight";
     const QSize large(400, 100), small(120, 100);
     EXPECT_NE(marksAt(2, large), marksAt(3, large));
     EXPECT_EQ(marksAt(2, small), marksAt(3, small));
