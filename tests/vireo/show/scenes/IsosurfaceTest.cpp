@@ -84,8 +84,9 @@ double ball(const Vector3d& point)
 void expectBall(const Isosurface& surface)
 {
     const Measures measures = measure(surface);
-    EXPECT_NEAR(measures.area, 4 * M_PI * RADIUS * RADIUS, 2);
-    EXPECT_NEAR(measures.volume, 4 * M_PI / 3 * RADIUS * RADIUS * RADIUS, 4) << "seen from the front outside";
+    EXPECT_NEAR(measures.area, 4 * std::numbers::pi * RADIUS * RADIUS, 2);
+    EXPECT_NEAR(measures.volume, 4 * std::numbers::pi / 3 * RADIUS * RADIUS * RADIUS, 4)
+        << "seen from the front outside";
     EXPECT_EQ(measures.numOpenEdges, 0U);
     for (unsigned int vertex = 0; 3 * vertex < surface.points.size(); ++vertex) {
         const Vector3d point = pointOf(surface, vertex);
@@ -162,7 +163,7 @@ TEST(IsosurfaceTest, WhatIsNotFiniteLeavesAnEdge)
     };
     const Isosurface surface = surfaceOf(grid, samplesOf<double>(grid, NumberType::Float64, half), 0);
     const Measures measures = measure(surface);
-    EXPECT_NEAR(measures.area, 2 * M_PI * RADIUS * RADIUS, 8);
+    EXPECT_NEAR(measures.area, 2 * std::numbers::pi * RADIUS * RADIUS, 8);
     EXPECT_GT(measures.numOpenEdges, 20U);
     for (unsigned int vertex = 0; 3 * vertex < surface.points.size(); ++vertex) {
         const Vector3d point = pointOf(surface, vertex);
@@ -180,7 +181,7 @@ TEST(IsosurfaceTest, NumbersMayBeAsLargeOrAsSmallAsTheyAre)
         const auto scaled = [scale](const Vector3d& point) { return scale * ball(point); };
         const Isosurface surface = surfaceOf(grid, samplesOf<double>(grid, NumberType::Float64, scaled), 0);
         const Measures measures = measure(surface);
-        EXPECT_NEAR(measures.area, 4 * M_PI * RADIUS * RADIUS, 4) << scale;
+        EXPECT_NEAR(measures.area, 4 * std::numbers::pi * RADIUS * RADIUS, 4) << scale;
         EXPECT_EQ(measures.numOpenEdges, 0U) << scale;
         for (unsigned int vertex = 0; 3 * vertex < surface.points.size(); ++vertex)
             EXPECT_GT(dot(normalOf(surface, vertex), pointOf(surface, vertex)), 3) << scale;
