@@ -6,6 +6,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <numbers>
 #include <utility>
 
 namespace tavo {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <limits>
+#include <numbers>
 #include <tuple>
 
 #include "tests/support/userEvents.h"
@@ -176,7 +177,8 @@ TEST_F(VolumeViewTest, IsAsOpaqueFromEverySide)
     for (const double degrees : {20.0, 44.0, 46.0, 70.0}) {
         m_View.getCamera().setDirection(degrees, 0);
         m_View.showChoice();
-        const double longer = 1 / std::max(std::cos(degrees * M_PI / 180), std::sin(degrees * M_PI / 180));
+        const double longer =
+            1 / std::max(std::cos(degrees * std::numbers::pi / 180), std::sin(degrees * std::numbers::pi / 180));
         EXPECT_NEAR(colourAt({0, 0, 0}).green(), 255 * std::pow(0.95, 32 * longer), 5) << degrees;
     }
 }
