@@ -35,7 +35,7 @@
 ///
 /// The child of a fork() shows nothing. Where there was a QApplication before the fork, the child's exit() ends it
 /// without what atexit() has registered, of which Qt's part needs threads that the child does not have, and without
-/// destroying static objects: std::cout and the files of <cstdio> are flushed, streams of your own are not. fork() waits
+/// destroying static objects: std::cout and the files of stdio.h are flushed, streams of your own are not. fork() waits
 /// until the window's thread is between two events, so that it holds no lock that exit() would wait for; but for a
 /// quarter of a second at most.
 ///
