@@ -234,8 +234,8 @@ public:
         update.volume = sampledHead({1, 1, 1});
         if (isCovered) {
             update.overlay = sampledHead({2, 2, 2});
-            update.labels.emplace();
-            update.labels->samples = update.volume->samples;
+            update.labels.emplace_back();
+            update.labels.back().samples = update.volume->samples;
         }
         m_View.apply(update);
         m_View.change([=](tavo::SlicesModel& model) { model.setInterpolated(isCovered); });
