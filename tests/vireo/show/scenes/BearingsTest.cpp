@@ -162,7 +162,8 @@ TEST_F(BearingsTest, WriteCoordinatesOut)
     };
     const Bearing x = bearings(box, toPicture).at(0);
     EXPECT_EQ(x.title, "x");
-    EXPECT_EQ(QString(x.ticks.at(0).label).replace(QChar(0x2009), ' ').toStdString(), "5 512 310");
+    for (const Bearing::Tick& tick : x.ticks) // how many of them have room depends on the font
+        EXPECT_EQ(QString(tick.label).replace(QChar(0x2009), ' ').left(6).toStdString(), "5 512 ");
 }
 
 TEST_F(BearingsTest, SayWhatLongNumbersShareOnce)
