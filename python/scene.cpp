@@ -180,6 +180,21 @@ void addOtherItems(SceneClass& scene)
         "of the scene; origin is where the first sample is; orientation is where the axes x, y and z point.");
 }
 
+using SendBox = Scene (Scene::*)(const Vector3d&, const Vector3d&, const Statement&) const;
+
+void addBox(SceneClass& scene, const char* name, SendBox send, const char* help)
+{
+    scene.def(
+        name,
+        [send](SceneHandle& handle, const py::object& low, const py::object& high) -> SceneHandle& {
+            const Vector3d from = vectorOf(low, "low");
+            const Vector3d to = vectorOf(high, "high");
+            withoutGil([&] { (handle.scene.*send)(from, to, Statement()); });
+            return handle;
+        },
+        py::arg("low"), py::arg("high"), SAME_HANDLE, help);
+}
+
 void addView(SceneClass& scene)
 {
     scene.def(
@@ -206,27 +221,11 @@ void addView(SceneClass& scene)
         },
         py::arg("are_shown") = true, SAME_HANDLE, WithoutGil(),
         "Shows a box about everything, with numbers along its edges.");
-    scene.def(
-        "clip_box",
-        [](SceneHandle& handle, const py::object& low, const py::object& high) -> SceneHandle& {
-            const Vector3d from = vectorOf(low, "low");
-            const Vector3d to = vectorOf(high, "high");
-            withoutGil([&] { handle.scene.clipBox(from, to); });
-            return handle;
-        },
-        py::arg("low"), py::arg("high"), SAME_HANDLE, "Shows only what is in a box along the axes; both of shape (3).");
-    scene.def(
-        "cut_out",
-        [](SceneHandle& handle, const py::object& low, const py::object& high) -> SceneHandle& {
-            const Vector3d from = vectorOf(low, "low");
-            const Vector3d to = vectorOf(high, "high");
-            withoutGil([&] { handle.scene.cutOut(from, to); });
-            return handle;
-        },
-        py::arg("low"), py::arg("high"), SAME_HANDLE,
+    addBox(scene, "clip_box", &Scene::clipBox, "Shows only what is in a box along the axes; both of shape (3).");
+    addBox(scene, "cut_out", &Scene::cutOut,
         "Takes away what is in a box along the axes, such as a corner of a volume; both of shape (3). It takes the "
-        "place "
-        "of a clip box.");
+        "place of "
+        "a clip box.");
     scene.def(
         "no_clip_box",
         [](SceneHandle& handle) -> SceneHandle& {
