@@ -64,10 +64,6 @@ protected:
         ASSERT_EQ(tiled.size(), SIZE);
         EXPECT_EQ(tiled.format(), whole.format());
         EXPECT_LT(numDifferent(whole, tiled), SIZE.width() * SIZE.height() / 500);
-        if (testing::Test::HasFailure()) {
-            whole.save("tiled-whole.png");
-            tiled.save("tiled-tiles.png");
-        }
     }
 
     static QImage blank(const QImage& like)
