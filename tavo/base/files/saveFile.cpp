@@ -68,8 +68,12 @@ std::string saveFile(const QString& path, const std::function<QByteArray()>& nex
 
 std::string savePicture(const QString& path, const QImage& picture)
 {
+    constexpr int QUICK_COMPRESSION = 50; // half of the time that Qt takes by itself, for a twentieth more bytes
+    const QByteArray format = QFileInfo(path).suffix().toLower().toLatin1();
     QBuffer buffer;
-    QImageWriter writer(&buffer, QFileInfo(path).suffix().toLatin1());
+    QImageWriter writer(&buffer, format);
+    if (format == "png")
+        writer.setQuality(QUICK_COMPRESSION);
     if (!writer.write(picture))
         return writer.errorString().toStdString();
     return saveFile(path, buffer.data());
