@@ -1,0 +1,1 @@
+// Something to compile beside the headers that all tests share.
