@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "vireo/show/plots/NumberFormat.h"
 #include "vireo/show/plots/ticksOfAxis.h"
 
 namespace tavo {
@@ -14,7 +15,8 @@ namespace {
 
 constexpr double TICK_LENGTH = 5;
 constexpr double GAP = 3;        // between a tick and its label
-constexpr double SHORTEST = 2;   // in heights of the font: a shorter edge has no numbers
+constexpr double SHORTEST = 2;   // in heights of the font: a shorter edge has its range instead of ticks
+constexpr double LEAST = 3;      // in pixels: a shorter edge has nothing
 constexpr double LONGEST = 5000; // in pixels: a longer edge has no more numbers
 constexpr unsigned int NUM_CORNERS = 8;
 
@@ -188,6 +190,26 @@ QString titleOf(const QString& name, const AxisTicks& ticks)
     return title;
 }
 
+// As exact as the numbers of an axis with ten of them.
+QString rangeOf(double from, double to)
+{
+    constexpr double NUM_STEPS = 10;
+    const double step = std::pow(10.0, std::floor(std::log10((to - from) / NUM_STEPS)));
+    const NumberFormat format(from, to, step, {});
+    return titleOf(format.label(from) + " to " + format.label(to), {{}, {}, format.unit(), format.offset()});
+}
+
+// Of an edge that has room for one number or none.
+void nameRange(Bearing& bearing, const QString& name, double from, double to)
+{
+    const auto numLabels = std::count_if(
+        bearing.ticks.begin(), bearing.ticks.end(), [](const Bearing::Tick& tick) { return !tick.label.isEmpty(); });
+    if (numLabels > 1 || !(from < to))
+        return;
+    bearing.ticks.clear();
+    bearing.title = name + "  " + rangeOf(from, to);
+}
+
 // How far labels reach from their edge.
 double reachOf(const Bearing& bearing)
 {
@@ -230,14 +252,20 @@ std::vector<Bearing> bearingsOf(
         return bearings;
     const bool isOutlined = hasOutline(inPicture);
     for (unsigned int axis = 0; axis < 3; ++axis) {
-        const auto from = numberedEdge(inPicture, axis, isOutlined, SHORTEST * font.height());
+        const auto from = numberedEdge(inPicture, axis, isOutlined, LEAST);
         if (!from)
             continue;
-        const AxisTicks ticks = ticksAlong(inPicture.edge(*from, axis), box.getMin()[axis], box.getMax()[axis], font);
+        const QLineF edge = inPicture.edge(*from, axis);
+        const double least = box.getMin()[axis];
+        const double greatest = box.getMax()[axis];
+        AxisTicks ticks;
+        if (edge.length() >= SHORTEST * font.height())
+            ticks = ticksAlong(edge, least, greatest, font);
         Bearing bearing = bearingAlong(axis, *from, inPicture, toPicture, ticks, font);
         thinOut(bearing.ticks);
         makeRoomFor(bearing.ticks, bearings);
         bearing.title = titleOf(names[axis], ticks);
+        nameRange(bearing, names[axis], least, greatest);
         bearing.titleBox =
             boxBeside(bearing.edge.center(), bearing.outwards, reachOf(bearing) + GAP, font.size(0, bearing.title));
         bearings.push_back(std::move(bearing));

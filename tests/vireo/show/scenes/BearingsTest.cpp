@@ -190,6 +190,18 @@ TEST_F(BearingsTest, StandAtFlatDataAndLines)
     EXPECT_TRUE(bearings(Box3d({1, 2, 3}, {1, 2, 3}), viewFrom(20, 40, 100)).empty());
 }
 
+// A plain, which is wide and low.
+TEST_F(BearingsTest, SayTheRangeWhereTheEdgeIsTooShort)
+{
+    const auto found = bearings(Box3d({-1, -1, -20}, {1, 1, -19.9}), viewFrom(0, 0, 100));
+    ASSERT_EQ(found.size(), 2u);
+    EXPECT_TRUE(found.at(2).ticks.empty());
+    EXPECT_EQ(QString(found.at(2).title).replace(QChar(0x2212), '-'), "z  -20.00 to -19.90");
+    EXPECT_LT(found.at(2).titleBox.right(), found.at(2).edge.x1());
+    EXPECT_GE(found.at(0).ticks.size(), 3u);
+    EXPECT_EQ(bearings(Box3d({-1, -1, 0}, {1, 1, 0.01}), viewFrom(0, 0, 100)).size(), 1u) << "nothing of a pixel";
+}
+
 TEST_F(BearingsTest, AreNoneWithinTheBox)
 {
     EXPECT_TRUE(bearings(UNIT, viewFrom(30, 25, 100, 0.5)).empty());

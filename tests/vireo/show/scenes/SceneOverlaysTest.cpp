@@ -112,7 +112,7 @@ TEST_F(SceneOverlaysTest, SmallPicturesHaveNone)
     const SceneOverlays overlays = placeOverlays(room({400, 300}), camera, DATA, twoBars());
     EXPECT_EQ(overlays.colourBars.size(), 1u) << "there is no room for two";
     EXPECT_TRUE(overlays.scaleBar);
-    EXPECT_GT(numLabels(overlays), 3u);
+    EXPECT_GT(numLabels(overlays), 2u);
     EXPECT_EQ(placeOverlays(room({1000, 300}), camera, DATA, twoBars()).colourBars.size(), 2u);
 }
 
