@@ -30,6 +30,9 @@ struct PointShare
 
     bool hasAllPhases() const { return numPhases >= PointPhases::ALL; }
 
+    // Whether it is some of the points, and the others come before and behind them.
+    bool isSlice() const { return hasAllPhases() && endPoint != std::numeric_limits<std::size_t>::max(); }
+
     // The same of a cloud that has so many points before it, if points are counted through several.
     PointShare behind(std::size_t numPoints) const;
 
@@ -37,7 +40,7 @@ struct PointShare
     ToClipSpace clipSpaceOf(const Matrix4& modelView, double pointSize) const;
 };
 
-// Consecutive vertices, or indices, as glMultiDrawArrays takes them.
+// Consecutive vertices, or indices.
 struct PointRanges
 {
     std::vector<int> firsts;

@@ -334,7 +334,7 @@ void SceneRenderer::drawItem(
         glFinish();
         m_PointTime.secondsOfVolumes += share.sliceStep * watch.seconds();
     }
-    if (numPoints < FEWEST_MEASURED)
+    if (numPoints < FEWEST_MEASURED || share.isSlice())
         return;
     glFinish();
     m_PointTime.numPoints += numPoints;
@@ -392,7 +392,7 @@ SceneRenderer::~SceneRenderer()
     if (!m_Refinement.target)
         return;
     const SceneContext::Scope scope(*m_Context);
-    m_Refinement.target.reset();
+    m_Refinement = {};
 }
 
 void SceneRenderer::beginRefinement(const SceneCamera& camera, const QSize& pixels, const SceneLook& look)
@@ -406,7 +406,7 @@ void SceneRenderer::beginRefinement(const SceneCamera& camera, const QSize& pixe
         target = std::max(pixels.width(), pixels.height()) <= m_Context->largestPicture()
                      ? m_Context->makeTarget(pixels)
                      : nullptr;
-    m_Refinement = {camera, pixels, look, std::move(target)};
+    m_Refinement = {camera, pixels, look, std::move(target), {}, nullptr};
     for (const Placed& placed : m_Model.visibleItems()) {
         const bool isLit = isLitByDepths(*placed.item);
         m_Refinement.numPoints += isLit ? placed.item->numPoints() : 0;
@@ -423,16 +423,30 @@ bool SceneRenderer::refine(double seconds, const PointBudget& budget)
     const SceneContext::Scope scope(*m_Context);
     m_Part = QRect(QPoint(0, 0), refined.pixels);
     const DrawnInto into(*m_Context, refined.target, refined.pixels);
-    if (!std::exchange(refined.isBegun, true))
+    if (!std::exchange(refined.isBegun, true)) {
         begin(refined.camera, refined.pixels, refined.look);
+        refined.budget = budget;
+    }
     setDrawing();
     setProjection(refined.camera, refined.pixels);
     setHeadlight();
-    do {
-        refineBy(std::max(budget.numPointsIn(seconds - watch.seconds()), FEWEST_REFINED));
-        glFinish();
-    } while (!refined.isWhole() && watch.seconds() < 0.5 * seconds);
+    do
+        refineInTime(seconds - watch.seconds());
+    while (!refined.isWhole() && watch.seconds() < 0.5 * seconds);
     return refined.isWhole();
+}
+
+// Drivers have one slice to draw while they are told of the next one, and no more, so that nobody waits for them.
+void SceneRenderer::refineInTime(double seconds)
+{
+    const Stopwatch watch;
+    const std::size_t number = std::max(m_Refinement.budget.numPointsIn(seconds), FEWEST_REFINED);
+    refineBy(number);
+    const std::unique_ptr<DrawingFence> before =
+        std::exchange(m_Refinement.lastSlice, std::make_unique<DrawingFence>());
+    if (before)
+        before->wait();
+    m_Refinement.budget.measure(number, watch.seconds(), 0);
 }
 
 void SceneRenderer::refineBy(std::size_t number)

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <memory>
 
+#include "vireo/show/scenes/DrawingFence.h"
 #include "vireo/show/scenes/PointBudget.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneContext.h"
@@ -90,6 +91,8 @@ private:
         QSize pixels;
         SceneLook look;
         std::unique_ptr<GLRenderTargetFBO> target; // null if the driver has none
+        PointBudget budget;                        // by what slices took
+        std::unique_ptr<DrawingFence> lastSlice;   // null if there is none
         std::size_t numPoints = 0;                 // of the clouds that are lit by their depths
         std::size_t numSteps = 0;                  // with all others, whose points or else items are counted
         std::size_t numDrawn = 0;                  // the first ones
@@ -105,6 +108,7 @@ private:
     QImage draw(
         const SceneCamera& camera, const QSize& pixels, const SceneLook& look, std::size_t numPhases, bool isRefined);
     void drawRefinedClouds(PointShare behind);
+    void refineInTime(double seconds);
     void refineBy(std::size_t number);
     QImage readRefined();
     void light(const SceneCamera& camera, const QSize& pixels, const SceneLook& look);

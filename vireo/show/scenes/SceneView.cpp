@@ -34,7 +34,8 @@ constexpr int UNTIL_ASKED = 20; // in milliseconds, from one look whether surfac
 constexpr int UNTIL_REST = 200; // in milliseconds, from when the view moved last
 
 constexpr double SLICE = 0.010;     // in seconds, that events wait while points are drawn
-constexpr double UNTIL_SHOWN = 0.2; // in seconds, from one picture with more points to the next
+constexpr double UNTIL_SHOWN = 0.2; // in seconds, from one picture with more points to the next, at least
+constexpr double SHOWING = 0.1;     // of the time, at most, for these pictures
 
 // In larger pictures everything is larger, so that they show what a picture of this size shows.
 constexpr QSizeF LARGEST(1600, 1200);
@@ -183,15 +184,19 @@ void SceneView::beginRefinement()
 // Draws more points, in between events, or now and then shows what there is.
 void SceneView::refine()
 {
-    if (!m_Renderer.isAnythingNew() || (!m_Renderer.isRefined() && m_SinceShown.seconds() < UNTIL_SHOWN)) {
+    const double untilShown = std::max(UNTIL_SHOWN, m_SecondsOfShowing / SHOWING);
+    if (!m_Renderer.isAnythingNew() || (!m_Renderer.isRefined() && m_SinceShown.seconds() < untilShown)) {
         m_Renderer.refine(SLICE, m_PointBudget);
         return;
     }
     if (m_Renderer.isRefined())
         m_RefinementTimer.stop();
+    const Stopwatch watch;
     const std::size_t numInView = m_Renderer.numPointsInView(m_Camera, sceneSize());
     m_Picture = m_Renderer.drawRefined(m_PointBudget.phasesIn(SLICE, numInView));
     m_Picture.setDevicePixelRatio(devicePixelRatioF());
+    if (m_RefinementTimer.isActive())
+        m_SecondsOfShowing = watch.seconds();
     m_SinceShown = {};
     update();
 }

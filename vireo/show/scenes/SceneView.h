@@ -194,9 +194,10 @@ private:
     QTimer m_SurfaceTimer;     // goes while surfaces of volumes are still to come
     QTimer m_VolumeTimer;      // goes while volumes are coarse
     QTimer m_RestTimer;
-    QTimer m_RefinementTimer; // goes while points are still to be drawn
-    Stopwatch m_SinceShown;   // the last picture of a refinement
-    QImage m_Picture;         // null if it has to be drawn
+    QTimer m_RefinementTimer;      // goes while points are still to be drawn
+    Stopwatch m_SinceShown;        // the last picture of a refinement
+    double m_SecondsOfShowing = 0; // that it took
+    QImage m_Picture;              // null if it has to be drawn
     std::unique_ptr<SceneGestures> m_Gestures;
     std::unique_ptr<OrientationMark> m_Mark; // sees events before the gestures do
     std::unique_ptr<SceneWalk> m_Walk;

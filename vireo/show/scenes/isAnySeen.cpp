@@ -2,13 +2,12 @@
 
 #include <cstdlib>
 
-#include "vireo/context/GLExtensions.h"
+#include "vireo/show/scenes/fetchEntryPoint.h"
 
 namespace tavo {
 
 namespace {
 
-// Entry points that libvireo does not ask for. Each context of a driver may have its own.
 struct Queries
 {
     PFNGLGENQUERIESPROC generate = nullptr;
@@ -19,16 +18,9 @@ struct Queries
 
     bool fetch()
     {
-        return fetch(generate, "glGenQueries") && fetch(remove, "glDeleteQueries") && fetch(begin, "glBeginQuery") &&
-               fetch(end, "glEndQuery") && fetch(get, "glGetQueryObjectuiv");
-    }
-
-private:
-    template <typename Function>
-    static bool fetch(Function& function, const char* name)
-    {
-        function = reinterpret_cast<Function>(reinterpret_cast<void (*)()>(wglGetProcAddress(name)));
-        return function != nullptr;
+        return fetchEntryPoint(generate, "glGenQueries") && fetchEntryPoint(remove, "glDeleteQueries") &&
+               fetchEntryPoint(begin, "glBeginQuery") && fetchEntryPoint(end, "glEndQuery") &&
+               fetchEntryPoint(get, "glGetQueryObjectuiv");
     }
 };
 

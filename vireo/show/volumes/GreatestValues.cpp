@@ -1,9 +1,9 @@
 #include "vireo/show/volumes/GreatestValues.h"
 
-#include "tavo/platform/wgl.h"
 #include "vireo/context/GLExtensions.h"
 #include "vireo/context/SavedState.h"
 #include "vireo/show/scenes/drawOverViewport.h"
+#include "vireo/show/scenes/fetchEntryPoint.h"
 #include "vireo/textures/GLTextureRect.h"
 
 namespace tavo {
@@ -31,9 +31,8 @@ std::unique_ptr<GreatestValues> GreatestValues::make(GLContext& context)
 {
     if (!isExtensionSupported("GL_ARB_fragment_program") || !isExtensionSupported("GL_ARB_texture_rectangle"))
         return nullptr;
-    const auto blendEquation = reinterpret_cast<BlendEquation>(
-        reinterpret_cast<void (*)()>(wglGetProcAddress("glBlendEquation"))); // which libvireo does not ask for
-    if (!blendEquation)
+    BlendEquation blendEquation = nullptr;
+    if (!fetchEntryPoint(blendEquation, "glBlendEquation"))
         return nullptr;
     std::unique_ptr<GreatestValues> made(new GreatestValues(context, blendEquation));
     return made->m_Program.compile(COLOURED) ? std::move(made) : nullptr;
