@@ -47,11 +47,6 @@ std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> makeBuffer(
 
 void drawPoints(const PointRanges& ranges)
 {
-    const auto number = static_cast<GLsizei>(ranges.firsts.size());
-    if (glMultiDrawArrays && number > 1) {
-        glMultiDrawArrays(GL_POINTS, ranges.firsts.data(), ranges.counts.data(), number);
-        return;
-    }
     for (std::size_t i = 0; i < ranges.firsts.size(); ++i)
         glDrawArrays(GL_POINTS, ranges.firsts[i], ranges.counts[i]);
 }
