@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <numeric>
 #include <utility>
 
@@ -62,6 +63,24 @@ bool isSorted(const Values& values, std::size_t first, std::size_t last)
     const bool isRight = second >= last || std::accumulate(numRight, numRight + LANES, std::size_t{0}) == last - second;
     const auto isFinite = [&values](std::size_t i) { return std::isfinite(static_cast<double>(values[i])); };
     return isRight && (first == last || (isFinite(first) && isFinite(last - 1)));
+}
+
+// Curves that come together often stand over the same numbers, which are looked at once.
+bool isSorted(const NumberArray& numbers)
+{
+    struct Known
+    {
+        std::weak_ptr<const void> owner;
+        NumberArray numbers; // not kept alive
+        bool areSorted = false;
+    };
+    thread_local Known known;
+    const std::shared_ptr<const void>& owner = numbers.getOwner();
+    if (owner && known.numbers.isSame(numbers) && known.owner.lock() == owner)
+        return known.areSorted;
+    const bool areSorted = numbers.visit([](const auto* first, std::size_t size) { return isSorted(first, 0, size); });
+    known = {owner, {nullptr, numbers.getData(), numbers.size(), numbers.getType()}, areSorted};
+    return areSorted;
 }
 
 // Looks around the guess first, farther and farther.
@@ -181,7 +200,7 @@ Extent CurveStore::yExtentWithin(double firstX, double lastX) const
 }
 
 template <typename Visit>
-void CurveStore::visitFinite(std::size_t first, std::size_t last, const Visit& visit) const
+void CurveStore::visitEach(std::size_t first, std::size_t last, const Visit& visit) const
 {
     double x[BLOCK];
     double y[BLOCK];
@@ -189,9 +208,17 @@ void CurveStore::visitFinite(std::size_t first, std::size_t last, const Visit& v
         const std::size_t count = std::min(BLOCK, last - first);
         read(first, count, x, y);
         for (std::size_t i = 0; i < count; ++i)
-            if (std::isfinite(x[i]) && std::isfinite(y[i]))
-                visit(x[i], y[i]);
+            visit(x[i], y[i]);
     }
+}
+
+template <typename Visit>
+void CurveStore::visitFinite(std::size_t first, std::size_t last, const Visit& visit) const
+{
+    visitEach(first, last, [&visit](double x, double y) {
+        if (std::isfinite(x) && std::isfinite(y))
+            visit(x, y);
+    });
 }
 
 std::size_t CurveStore::firstPositive() const
@@ -304,7 +331,7 @@ void CurveStore::measureX(std::size_t first)
     if (isAppended())
         m_IsSorted = m_IsSorted && tavo::isSorted(m_AppendedX, first, m_AppendedX.size());
     else
-        m_IsSorted = m_Sent.x.visit([](const auto* x, std::size_t size) { return tavo::isSorted(x, 0, size); });
+        m_IsSorted = tavo::isSorted(m_Sent.x);
 }
 
 void CurveStore::measureY(std::size_t first)
@@ -323,25 +350,32 @@ void CurveStore::measureY(std::size_t first)
 void CurveStore::measureExtents()
 {
     m_XExtent = {};
-    m_YExtent = extremes(0, size()).extent;
-    if (m_YExtent.isEmpty())
-        return;
-    if (m_IsSorted) {
-        std::size_t first = 0;
-        std::size_t last = size() - 1;
-        while (!std::isfinite(y(first)))
-            ++first;
-        while (!std::isfinite(y(last)))
-            --last;
-        m_XExtent.include(x(first));
-        m_XExtent.include(x(last));
-        return;
-    }
     m_YExtent = {};
-    visitFinite(0, size(), [this](double x, double y) {
+    m_NumInfiniteX = 0;
+    if (m_IsSorted)
+        return measureSortedExtents();
+    visitEach(0, size(), [this](double x, double y) {
+        m_NumInfiniteX += std::isinf(x);
+        if (!std::isfinite(x) || !std::isfinite(y))
+            return;
         m_XExtent.include(x);
         m_YExtent.include(y);
     });
+}
+
+void CurveStore::measureSortedExtents()
+{
+    m_YExtent = extremes(0, size()).extent;
+    if (m_YExtent.isEmpty())
+        return;
+    std::size_t first = 0;
+    std::size_t last = size() - 1;
+    while (!std::isfinite(y(first)))
+        ++first;
+    while (!std::isfinite(y(last)))
+        --last;
+    m_XExtent.include(x(first));
+    m_XExtent.include(x(last));
 }
 
 } // namespace tavo

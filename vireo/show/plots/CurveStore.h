@@ -48,8 +48,9 @@ public:
             [&](std::size_t from, std::size_t to) { visit(from - m_NumDropped, to - m_NumDropped); });
     }
 
-    // How many samples are infinite. They are neither drawn nor in the extents.
+    // How many y and how many x are infinite. Such samples are neither drawn nor in the extents.
     std::size_t numInfinite() const { return m_NumInfinite; }
+    std::size_t numInfiniteX() const { return m_NumInfiniteX; }
 
     // What a logarithmic axis begins with: the smallest number above zero, infinite if there is none.
     double smallestPositiveX() const;
@@ -78,8 +79,13 @@ private:
     void measureX(std::size_t first);
     void measureY(std::size_t first);
     void measureExtents();
+    void measureSortedExtents();
 
-    // Calls `visit(x, y)` for the samples of a stretch that are finite.
+    // Calls `visit(x, y)` for the samples of a stretch.
+    template <typename Visit>
+    void visitEach(std::size_t first, std::size_t last, const Visit& visit) const;
+
+    // The same for those that are finite.
     template <typename Visit>
     void visitFinite(std::size_t first, std::size_t last, const Visit& visit) const;
 
@@ -103,7 +109,8 @@ private:
     Pyramid m_Pyramid; // of y; counts dropped samples, too
     Extent m_XExtent;
     Extent m_YExtent;
-    std::size_t m_NumInfinite = 0;
+    std::size_t m_NumInfinite = 0;  // of y
+    std::size_t m_NumInfiniteX = 0; // where x is sorted, all are finite
     bool m_IsSorted = true;
 
     // Looked for when it is asked for, and known until something comes or goes.

@@ -141,10 +141,16 @@ void PlotCurve::setHidden(bool isHidden)
     legendChanged();
 }
 
+// Both edges of a band stand over the same x.
+std::size_t PlotCurve::numInfinite() const
+{
+    return m_Samples.numInfiniteX() + m_Samples.numInfinite() + m_Low.numInfinite() + m_NumNotCounted;
+}
+
 QStringList PlotCurve::notes() const
 {
     QStringList notes;
-    if (const std::size_t number = m_Samples.numInfinite() + m_NumNotCounted; number > 0)
+    if (const std::size_t number = numInfinite(); number > 0)
         notes += QStringLiteral("%1 infinite").arg(number);
     const double farthest = std::max({m_Samples.xExtent().to, -m_Samples.xExtent().from, m_Samples.yExtent().to,
         -m_Samples.yExtent().from, m_Low.yExtent().to, -m_Low.yExtent().from});

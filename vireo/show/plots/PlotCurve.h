@@ -82,6 +82,7 @@ public:
 
 private:
     void showName();
+    std::size_t numInfinite() const;
     QStringList notes() const;
     void countNotPositive();
     bool isGap(std::size_t sample) const;

@@ -100,6 +100,22 @@ TEST_F(CurveStoreTest, KnowsWhatLogarithmicAxesCanShow)
     EXPECT_EQ(toAndFro.smallestPositiveY(), 0.125);
 }
 
+TEST_F(CurveStoreTest, KnowsWhetherNumbersAreSortedThatCameInThePlaceOfOthers)
+{
+    double place[] = {0, 1, 2};
+    const auto sendThem = [&] {
+        const auto owner = std::make_shared<int>();
+        CurveUpdate update;
+        update.samples = CurveSamples{{owner, place, 3, NumberType::Float64}, numbers({1, 2, 3}), {}, CurveKind::Line};
+        CurveStore store;
+        store.apply(update);
+        return store.isSorted();
+    };
+    EXPECT_TRUE(sendThem());
+    place[0] = 3;
+    EXPECT_FALSE(sendThem());
+}
+
 TEST_F(CurveStoreTest, AppendsToWhatWasSentAndForgetsTheOldest)
 {
     send({0, 1}, {10, 11});

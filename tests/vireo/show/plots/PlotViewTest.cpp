@@ -289,6 +289,27 @@ TEST_F(PlotViewTest, TheLegendNamesInfinities)
     EXPECT_LT(m_View.getSight().range(PlotSight::Y).to, 2) << "they do not spoil the fit";
 }
 
+TEST_F(PlotViewTest, TheLegendNamesInfinitiesAlongX)
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    send("a", {0, infinity, 1, -infinity, infinity}, {0, 1, 1, 2, infinity});
+    EXPECT_EQ(legend().toStdString(), "a (4 infinite)") << "three along x, one along y";
+    EXPECT_LT(m_View.getSight().range(PlotSight::X).to, 2) << "they do not spoil the fit";
+    send("a", {0, 1}, {0, 1});
+    EXPECT_EQ(legend().toStdString(), "");
+}
+
+TEST_F(PlotViewTest, TheLegendNamesInfinitiesOfBothEdgesOfABand)
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    PlotUpdate update;
+    update.curve("a") = samples({0, 1, 2, 3}, {2, 2, infinity, 2}, CurveKind::Band);
+    update.curves.back().name = "a";
+    update.curves.back().samples->low = numbers({0, -infinity, -infinity, 0});
+    m_View.apply(update);
+    EXPECT_EQ(legend().toStdString(), "a (3 infinite)");
+}
+
 TEST_F(PlotViewTest, TheLegendNamesInfinitiesOfAHistogram)
 {
     const auto sendHistogram = [this](std::vector<double> values) {
