@@ -87,7 +87,7 @@ bool PlotGestures::eventFilter(QObject* object, QEvent* event)
     case QEvent::MouseButtonDblClick: fit(object); return true;
     case QEvent::KeyPress: return pressKey(static_cast<QKeyEvent&>(*event));
     case QEvent::ContextMenu: return openMenu(object, static_cast<QContextMenuEvent&>(*event));
-    case QEvent::Leave: m_Readout->clear(); return false;
+    case QEvent::Leave: pointNowhere(); return false;
     default: return false;
     }
 }
@@ -177,7 +177,7 @@ bool PlotGestures::move(QObject* widget, const QMouseEvent& event)
     if (!m_Drag->hasMoved && !m_Drag->cursor)
         m_View.getSight().remember();
     m_Drag->hasMoved = true;
-    m_Readout->clear();
+    pointNowhere();
     m_BoxModifiers = event.modifiers();
     if (m_Drag->isLeft)
         m_BoxModifiers &= ~Qt::ShiftModifier; // which is what makes it a box
@@ -313,8 +313,21 @@ void PlotGestures::moveCursor(const QPoint& position)
     m_View.showMeasure();
 }
 
+void PlotGestures::pointAgain()
+{
+    if (m_Pointed && !m_Drag)
+        point(*m_Pointed);
+}
+
+void PlotGestures::pointNowhere()
+{
+    m_Pointed.reset();
+    m_Readout->clear();
+}
+
 void PlotGestures::point(const QPoint& position)
 {
+    m_Pointed = position;
     m_Canvas->setCursor(cursorAt(position) ? Qt::SplitHCursor : Qt::CrossCursor);
     const std::optional<PlotView::NamedSample> sample = m_View.sampleAt(position, CATCH_RADIUS);
     if (sample)

@@ -38,6 +38,9 @@ public:
 
     bool eventFilter(QObject* object, QEvent* event) override;
 
+    // Names what is under the pointer now, where it stands still and what is seen has changed.
+    void pointAgain();
+
 private:
     struct Drag
     {
@@ -69,6 +72,7 @@ private:
     void zoomInto(const QRect& box);
     QRect boxTo(const QPoint& position) const;
     void point(const QPoint& position);
+    void pointNowhere();
     void moveCursor(const QPoint& position);
     std::optional<std::size_t> cursorAt(const QPoint& position) const;
 
@@ -77,6 +81,7 @@ private:
     PlotReadout* m_Readout;
     QRubberBand* m_Box;
     std::optional<Drag> m_Drag;
+    std::optional<QPoint> m_Pointed; // on the canvas
     Qt::KeyboardModifiers m_BoxModifiers;
     bool m_IsZooming = false; // since what was seen has been remembered
 };

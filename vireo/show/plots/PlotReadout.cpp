@@ -1,6 +1,8 @@
 #include "vireo/show/plots/PlotReadout.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
+#include <algorithm>
 
 namespace tavo {
 
@@ -9,6 +11,17 @@ namespace {
 constexpr double MARK_RADIUS = 4;
 constexpr double DISTANCE = 10;
 constexpr double PADDING = 4;
+
+// Of something of that size, beside the sample and within the canvas.
+QRectF placeBeside(const QPointF& sample, const QSizeF& size, const QSizeF& canvas)
+{
+    const auto along = [](double sample, double length, double room) {
+        const double behind = sample + DISTANCE;
+        return behind + length <= room ? behind : std::max(0.0, sample - DISTANCE - length);
+    };
+    return {QPointF(along(sample.x(), size.width(), canvas.width()), along(sample.y(), size.height(), canvas.height())),
+        size};
+}
 
 } // namespace
 
@@ -25,6 +38,7 @@ void PlotReadout::show(const QPointF& sample, const QColor& colour, const QStrin
     m_Colour = colour;
     m_Text = text;
     setGeometry(parentWidget()->rect());
+    m_Box = placeBeside(sample, QFontMetricsF(font()).size(0, text) + QSizeF(2 * PADDING, 2 * PADDING), size());
     QWidget::show();
     raise();
     update();
@@ -46,18 +60,11 @@ void PlotReadout::paintEvent(QPaintEvent*)
     painter.setBrush(m_Colour);
     painter.drawEllipse(m_Sample, MARK_RADIUS, MARK_RADIUS);
 
-    QRectF box = painter.boundingRect(QRectF(), Qt::AlignLeft, m_Text);
-    box.adjust(-PADDING, -PADDING, PADDING, PADDING);
-    box.moveTopLeft(m_Sample + QPointF(DISTANCE, DISTANCE));
-    if (box.right() > width())
-        box.moveRight(m_Sample.x() - DISTANCE);
-    if (box.bottom() > height())
-        box.moveBottom(m_Sample.y() - DISTANCE);
     painter.setPen(QPen(m_Colour, 1));
     painter.setBrush(palette().color(QPalette::Base));
-    painter.drawRoundedRect(box, PADDING, PADDING);
+    painter.drawRoundedRect(m_Box, PADDING, PADDING);
     painter.setPen(palette().color(QPalette::Text));
-    painter.drawText(box, Qt::AlignCenter, m_Text);
+    painter.drawText(m_Box, Qt::AlignCenter, m_Text);
 }
 
 } // namespace tavo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointF>
+#include <QRectF>
 #include <QString>
 #include <QWidget>
 
@@ -18,6 +19,9 @@ public:
     // Empty if none is named.
     const QString& text() const { return m_Text; }
 
+    // Beside the sample, and on the canvas.
+    const QRectF& placeOfText() const { return m_Box; }
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
@@ -25,6 +29,7 @@ private:
     QPointF m_Sample;
     QColor m_Colour;
     QString m_Text;
+    QRectF m_Box;
 };
 
 } // namespace tavo

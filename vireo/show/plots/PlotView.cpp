@@ -666,6 +666,7 @@ void PlotView::showSight()
     m_Plot->replot();
     m_FollowButton->setVisible(m_Sight.isBehind());
     m_FollowButton->move(m_Plot->canvas()->width() - m_FollowButton->sizeHint().width() - MARGIN, MARGIN);
+    m_Gestures->pointAgain();
 }
 
 QWidget* PlotView::axisWidget(PlotSight::Axis axis) const

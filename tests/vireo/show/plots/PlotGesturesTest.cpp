@@ -8,6 +8,7 @@
 #include <QToolButton>
 #include <QTouchDevice>
 #include <QWheelEvent>
+#include <cmath>
 #include <functional>
 #include <gmock/gmock.h>
 #include <utility>
@@ -40,6 +41,21 @@ void turnWheel(QWidget* widget, const QPoint& place, int steps, Qt::KeyboardModi
     QWheelEvent event(place, widget->mapToGlobal(place), QPoint(), QPoint(0, 120 * steps), Qt::NoButton, modifiers,
         Qt::NoScrollPhase, false);
     QApplication::sendEvent(widget, &event);
+}
+
+// With a key held from the press to the release.
+void dragHolding(
+    Qt::KeyboardModifier key, QWidget* widget, Qt::MouseButton button, const QPoint& from, const QPoint& to)
+{
+    const std::pair<QEvent::Type, QPoint> events[] = {
+        {QEvent::MouseButtonPress, from}, {QEvent::MouseMove, to}, {QEvent::MouseButtonRelease, to}};
+    for (const auto& [type, place] : events) {
+        const bool isMove = type == QEvent::MouseMove;
+        const bool isRelease = type == QEvent::MouseButtonRelease;
+        QMouseEvent event(type, place, widget->mapToGlobal(place), isMove ? Qt::NoButton : button,
+            isRelease ? Qt::NoButton : button, key);
+        QApplication::sendEvent(widget, &event);
+    }
 }
 
 void doubleClick(QWidget* widget)
@@ -190,6 +206,34 @@ TEST_F(PlotGesturesTest, RightDraggingZoomsIntoABox)
     EXPECT_NEAR(x().from, left, 0.05);
     EXPECT_NEAR(x().to, right, 0.05);
     EXPECT_NEAR(y().from, bottom, 0.5);
+    EXPECT_NEAR(y().to, top, 0.5);
+}
+
+TEST_F(PlotGesturesTest, AltMakesTheBoxAsWideAsThePlotAndShiftAsHigh)
+{
+    const double top = yAt({0, 50});
+    const double bottom = yAt({0, 250});
+    dragHolding(Qt::AltModifier, m_Canvas, Qt::RightButton, {100, 50}, {300, 250});
+    EXPECT_FALSE(m_View.getSight().isChosen(PlotSight::X));
+    EXPECT_NEAR(y().from, bottom, 0.5);
+    EXPECT_NEAR(y().to, top, 0.5);
+    clickKey(m_Canvas, Qt::Key_Home);
+    const double left = xAt({100, 0});
+    const double right = xAt({300, 0});
+    dragHolding(Qt::ShiftModifier, m_Canvas, Qt::RightButton, {100, 50}, {300, 250});
+    EXPECT_FALSE(m_View.getSight().isChosen(PlotSight::Y));
+    EXPECT_NEAR(x().from, left, 0.05);
+    EXPECT_NEAR(x().to, right, 0.05);
+}
+
+TEST_F(PlotGesturesTest, WithShiftTheLeftButtonDrawsABox)
+{
+    const double left = xAt({100, 0});
+    const double right = xAt({300, 0});
+    const double top = yAt({0, 50});
+    dragHolding(Qt::ShiftModifier, m_Canvas, Qt::LeftButton, {100, 50}, {300, 250});
+    EXPECT_NEAR(x().from, left, 0.05);
+    EXPECT_NEAR(x().to, right, 0.05);
     EXPECT_NEAR(y().to, top, 0.5);
 }
 
@@ -352,6 +396,32 @@ TEST_F(PlotGesturesTest, ZoomingYFollowsOn)
     turnWheel(m_View.axisWidget(PlotSight::Y), {5, 100}, 1);
     append(25, 1);
     EXPECT_EQ(x().to, 25);
+}
+
+TEST_F(PlotGesturesTest, WhateverChangesYAloneFollowsOn)
+{
+    append(20, 1);
+    dragMouse(m_Canvas, Qt::LeftButton, {100, 50}, {100, 150});
+    EXPECT_TRUE(m_View.getSight().isChosen(PlotSight::Y));
+    append(25, 1);
+    EXPECT_EQ(x().to, 25);
+    dragMouse(m_View.axisWidget(PlotSight::Y), Qt::LeftButton, {5, 50}, {5, 150});
+    append(30, 1);
+    EXPECT_EQ(x().to, 30);
+    dragHolding(Qt::AltModifier, m_Canvas, Qt::RightButton, {100, 50}, {300, 250});
+    append(35, 1);
+    EXPECT_EQ(x().to, 35);
+    EXPECT_FALSE(isFollowOffered());
+}
+
+TEST_F(PlotGesturesTest, DraggingTheAxisOfXStopsFollowing)
+{
+    append(20, 1);
+    dragMouse(m_View.axisWidget(PlotSight::X), Qt::LeftButton, {100, 5}, {150, 5});
+    const PlotSight::Range before = x();
+    append(30, 1);
+    EXPECT_EQ(x().to, before.to);
+    EXPECT_TRUE(isFollowOffered());
 }
 
 TEST_F(PlotGesturesTest, DraggingStopsFollowingAndAButtonLeadsBack)
@@ -534,6 +604,61 @@ TEST_F(PlotGesturesTest, ThePointerNamesTheNearestSample)
     EXPECT_EQ(readout().toStdString(), "");
 }
 
+TEST_F(PlotGesturesTest, TheNearestSampleIsMarked)
+{
+    send({0, 5, 10}, {0, 77.25, 100});
+    const QPoint sample(
+        qRound(m_View.pixelMap(PlotSight::X).toPixel(5)), qRound(m_View.pixelMap(PlotSight::Y).toPixel(77.25)));
+    const QImage before = m_Canvas->grab().toImage();
+    moveMouse(m_Canvas, Qt::NoButton, sample + QPoint(5, -5));
+    const QImage after = m_Canvas->grab().toImage();
+    const QRect mark(sample - QPoint(3, 3), sample + QPoint(2, 2));
+    int numChanged = 0;
+    for (int y = mark.top(); y <= mark.bottom(); ++y)
+        for (int x = mark.left(); x <= mark.right(); ++x)
+            numChanged += before.pixel(x, y) != after.pixel(x, y);
+    EXPECT_GT(numChanged, 20);
+}
+
+TEST_F(PlotGesturesTest, ThePointerThatStandsStillNamesWhatIsBelowItNow)
+{
+    send({0, 5, 10}, {0, 50, 100});
+    append(10, 90);
+    const QPoint place(
+        qRound(m_View.pixelMap(PlotSight::X).toPixel(5)), qRound(m_View.pixelMap(PlotSight::Y).toPixel(50)));
+    moveMouse(m_Canvas, Qt::NoButton, place);
+    EXPECT_EQ(readout().toStdString(), "a\n5\n50");
+    append(20, 90);
+    EXPECT_EQ(readout().toStdString(), "") << "which has moved away";
+    send({0, 5, 10}, {0, 50, 100});
+    EXPECT_EQ(readout().toStdString(), "a\n5\n50") << "and back";
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(m_Canvas, &leave);
+    send({0, 5, 10}, {0, 50, 100});
+    EXPECT_EQ(readout().toStdString(), "");
+}
+
+// Each curve has a line of its own in the readout.
+TEST_F(PlotGesturesTest, WhatThePointerNamesIsReadWhereverItIs)
+{
+    PlotUpdate update;
+    update.remove("a");
+    for (int i = 0; i < 9; ++i) {
+        const std::string name = "a curve of a long name " + std::to_string(i);
+        update.curve(name) = samples({0, 5, 10}, {0, i % 2 ? 8.0 : 10.0, 0});
+        update.curves.back().name = name;
+    }
+    m_View.resize(450, 330);
+    m_View.apply(update);
+    QApplication::processEvents();
+    const QPoint sample(
+        qRound(m_View.pixelMap(PlotSight::X).toPixel(5)), qRound(m_View.pixelMap(PlotSight::Y).toPixel(10)));
+    moveMouse(m_Canvas, Qt::NoButton, sample);
+    auto* const shown = static_cast<PlotReadout*>(m_View.findChild<QWidget*>("readout"));
+    EXPECT_EQ(readout().count('\n'), 10);
+    EXPECT_TRUE(m_Canvas->rect().contains(shown->placeOfText().toAlignedRect()));
+}
+
 TEST_F(PlotGesturesTest, ThePointerNamesAllCurvesAtThatXTheNearestFirst)
 {
     PlotUpdate update;
@@ -644,6 +769,9 @@ TEST_F(PlotGesturesTest, MMeasuresBetweenTwoCursorsThatAreDragged)
     EXPECT_EQ(row[0].toStdString(), "a");
     EXPECT_NEAR(row[1].toDouble(), 10 * (to - from), 0.2);
     EXPECT_NEAR(row[2].toDouble(), 5 * (from + to), 0.2);
+    EXPECT_NEAR(row[3].toDouble(), 10 * from, 0.2) << "the minimum";
+    EXPECT_NEAR(row[4].toDouble(), 10 * to, 0.2) << "the maximum";
+    EXPECT_NEAR(row[5].toDouble(), 10 * std::sqrt((from * from + from * to + to * to) / 3), 0.2) << "rms";
     EXPECT_NEAR(row[6].toInt(), 100 * (to - from), 2);
 
     send({2, 3, 4}, {7, 7, 7});
