@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <set>
@@ -41,7 +42,7 @@ std::string noSuchView(const std::string& name)
 
 namespace {
 
-constexpr int FRAME_MILLISECONDS = 16;
+constexpr std::chrono::milliseconds FRAME(16);
 constexpr QSize DEFAULT_PICTURE(1000, 700);
 
 // Written in the thread of the QApplication, under whose thread others look it up.
@@ -196,9 +197,13 @@ void FrontDoor::scheduleFrame()
 {
     if (std::exchange(m_IsFrameScheduled, true))
         return;
-    const qint64 elapsed = m_SinceLastFrame.isValid() ? m_SinceLastFrame.elapsed() : FRAME_MILLISECONDS;
-    const auto wait = static_cast<int>(std::clamp<qint64>(FRAME_MILLISECONDS - elapsed, 0, FRAME_MILLISECONDS));
-    QTimer::singleShot(wait, Qt::PreciseTimer, this, [this] { showWaiting(); });
+    std::chrono::nanoseconds wait(0);
+    if (m_SinceLastFrame.isValid())
+        wait = FRAME - std::chrono::nanoseconds(m_SinceLastFrame.nsecsElapsed());
+    // To the nearest millisecond: with each rounded up, there would be fewer than 60 frames in a second.
+    const auto rounded = std::chrono::round<std::chrono::milliseconds>(wait);
+    QTimer::singleShot(
+        std::max(rounded, std::chrono::milliseconds(0)), Qt::PreciseTimer, this, [this] { showWaiting(); });
 }
 
 void FrontDoor::showWaiting()
@@ -206,11 +211,11 @@ void FrontDoor::showWaiting()
     m_IsFrameScheduled = false;
     if (!canMakeViews())
         return sayOnce("nothing is shown: the program has a QCoreApplication, where views need a QApplication");
+    m_SinceLastFrame.start(); // from beginning to beginning: what a frame takes is no pause before the next one
     for (Batch::Part& part : takeWaiting()) {
         runGuarded([&] { show(std::move(part)); });
         m_HasUnsavedPictures = true;
     }
-    m_SinceLastFrame.start();
 }
 
 // While what is taken is being shown, as much may come to wait again: what is replaced goes before anything is taken.
