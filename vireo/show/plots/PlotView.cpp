@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <cmath>
 #include <qwt_plot.h>
-#include <qwt_plot_grid.h>
 #include <qwt_plot_layout.h>
 #include <qwt_plot_renderer.h>
 #include <qwt_scale_engine.h>
@@ -33,6 +32,7 @@
 #include "vireo/show/plots/PlotCanvas.h"
 #include "vireo/show/plots/PlotCurve.h"
 #include "vireo/show/plots/PlotGestures.h"
+#include "vireo/show/plots/PlotGrid.h"
 #include "vireo/show/plots/PlotLegend.h"
 #include "vireo/show/plots/PlotMeasure.h"
 #include "vireo/show/plots/calendarTicks.h"
@@ -241,7 +241,7 @@ PlotView::PlotView(const std::string& name)
     : m_Name(name)
     , m_Title(name)
     , m_Plot(makePlot(this))
-    , m_Grid(new QwtPlotGrid)
+    , m_Grid(new PlotGrid)
     , m_Lines(new LinesAcross)
     , m_Measure(new PlotMeasure)
     , m_Lift(new CurveLift(m_Plot->canvas()))
@@ -661,9 +661,14 @@ void PlotView::showChoice()
 
 void PlotView::showSight()
 {
-    divideAxes(contentsRect().marginsRemoved(QMargins(MARGIN, MARGIN, MARGIN, MARGIN)));
-    m_Plot->updateLayout();
-    m_Plot->replot();
+    const QRectF plot = contentsRect().marginsRemoved(QMargins(MARGIN, MARGIN, MARGIN, MARGIN));
+    if (isLaidOut(plot)) {
+        static_cast<PlotCanvas*>(m_Plot->canvas())->replot();
+    } else {
+        divideAxes(plot);
+        m_Plot->updateLayout();
+        m_Plot->replot();
+    }
     m_FollowButton->setVisible(m_Sight.isBehind());
     m_FollowButton->move(m_Plot->canvas()->width() - m_FollowButton->sizeHint().width() - MARGIN, MARGIN);
     m_Gestures->pointAgain();
@@ -743,6 +748,25 @@ QString PlotView::othersAt(double x, const QPointF& pixel, double radius, const 
     return text;
 }
 
+bool PlotView::isLaidOut(const QRectF& plot)
+{
+    std::array<LayoutOfAxis, PlotSight::NUM_AXES> axes;
+    for (const PlotSight::Axis axis : {PlotSight::X, PlotSight::Y, PlotSight::Y2}) {
+        const AxisUpdate& shown = m_Axes[axis];
+        const AxisUpdate::Range range = m_Sight.range(axis);
+        const AxisUpdate::Name name = shown.name.value_or(AxisUpdate::Name());
+        axes[axis] = {m_Plot->axisEnabled(QWT_AXES[axis]), m_Sight.isChosen(axis) || m_Sight.isFollowing(), range.from,
+            range.to, name.label, name.unit, shown.isLog.value_or(false), shown.isTime.value_or(false)};
+    }
+    const int legend = m_Legend ? m_Legend->heightForWidth(static_cast<int>(plot.width())) : 0;
+    Layout layout(plot, m_Plot->font(), m_Title, axes, legend);
+    const bool isSame = m_Layout == layout;
+    m_NumLaidOut = isSame ? m_NumLaidOut + 1 : 1;
+    m_Layout = std::move(layout);
+    // What is laid out once has begun with what was there before.
+    return m_NumLaidOut > 2;
+}
+
 void PlotView::divideAxes(const QRectF& plot)
 {
     // The height of the title is part of the layout, the width of the labels at y says what is left for x.
@@ -805,6 +829,7 @@ void PlotView::paint(QPaintDevice& device, QSize size)
     if (m_Legend)
         m_Legend->setInPicture(true);
     divideAxes(plot);
+    m_Layout.reset(); // which is that of the picture
     QPainter painter(&device);
     painter.fillRect(QRect(QPoint(0, 0), size), palette().color(QPalette::Window));
     PictureRenderer renderer;

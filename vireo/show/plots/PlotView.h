@@ -1,11 +1,14 @@
 #pragma once
 
 #include <QColor>
+#include <QFont>
+#include <QRectF>
 #include <array>
 #include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "vireo/show/plots/PixelMap.h"
@@ -17,7 +20,6 @@
 
 class QwtPlot;
 class QToolButton;
-class QwtPlotGrid;
 
 namespace tavo {
 
@@ -27,6 +29,7 @@ class CurveStore;
 class LinesAcross;
 class PlotCurve;
 class PlotGestures;
+class PlotGrid;
 class PlotLegend;
 class PlotMeasure;
 struct Extent;
@@ -118,11 +121,21 @@ private:
     // Itself and those that share its x, whoever was linked to whom.
     std::vector<PlotView*> linkedViews();
 
+    // Whether a plot of that size lies where it did when it was shown before, which is so for most of what is sent.
+    bool isLaidOut(const QRectF& plot);
+
     // Has the axes of a plot of that size numbered.
     void divideAxes(const QRectF& plot);
     void showTitle(double pixels);
     void divideAxis(PlotSight::Axis axis, double pixels);
     void keepRoom(PlotSight::Axis axis, AxisNumbers& numbers);
+
+    // What the place of an axis depends on: whether it is enabled, and keeps its room; what it goes over; its label and
+    // unit, and whether it is logarithmic or time.
+    using LayoutOfAxis = std::tuple<bool, bool, double, double, std::string, std::string, bool, bool>;
+
+    // And those of the others: the size of the plot, font, title, all axes, and the height of the legend.
+    using Layout = std::tuple<QRectF, QFont, std::string, std::array<LayoutOfAxis, PlotSight::NUM_AXES>, int>;
 
     std::string m_Name;
     std::string m_Title;
@@ -135,10 +148,12 @@ private:
     std::size_t m_NumColours = 0;
     std::array<AxisUpdate, PlotSight::NUM_AXES> m_Axes;
     std::array<AxisDivider, PlotSight::NUM_AXES> m_Dividers;
+    std::optional<Layout> m_Layout;
+    int m_NumLaidOut = 0;                                             // times that it was the same
     std::array<std::optional<bool>, PlotSight::NUM_AXES> m_LogChosen; // by a person
     PlotSight m_Sight;
     QwtPlot* m_Plot;
-    QwtPlotGrid* m_Grid;
+    PlotGrid* m_Grid;
     LinesAcross* m_Lines;
     PlotMeasure* m_Measure;
     PlotLegend* m_Legend = nullptr; // where there are several curves

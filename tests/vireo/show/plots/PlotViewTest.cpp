@@ -6,6 +6,7 @@
 #include <QPalette>
 #include <QTemporaryDir>
 #include <cmath>
+#include <functional>
 #include <gtest/gtest.h>
 #include <limits>
 #include <numeric>
@@ -116,6 +117,47 @@ TEST_F(PlotViewTest, TicksStandBelowTheLinesOfTheGridAtEverySize)
         send("b", {1.7e9, 1.7e9 + duration}, {19, 21});
         for (const QSize& size : {QSize(500, 300), QSize(900, 600), QSize(1400, 400)})
             expectTicksBelowTheirLines(m_View.picture(size));
+    }
+}
+
+// What is shown again and again is not laid out again and again.
+TEST_F(PlotViewTest, WhatChangesLateLooksLikeWhatWasSoFromTheBeginning)
+{
+    using Change = std::function<void(PlotUpdate&)>;
+    const Change changes[] = {[](PlotUpdate& update) { update.title = "a title"; },
+        [](PlotUpdate& update) {
+            update.x.name = AxisUpdate::Name{"time", "s"};
+        },
+        [](PlotUpdate& update) {
+            update.y.name = AxisUpdate::Name{"", "Pa"};
+        },
+        [](PlotUpdate& update) { update.y.isLog = true; }, [](PlotUpdate& update) { update.x.isTime = true; },
+        [](PlotUpdate& update) {
+            update.y.range = AxisUpdate::Range{1, 2e6};
+        },
+        [](PlotUpdate& update) { update.curve("a").style = "y2"; },
+        [](PlotUpdate& update) {
+            update.curve("b").append({1, 1});
+        }};
+    constexpr int OFTEN = 5;
+    const auto show = [](PlotView& view, const Change& change, int numBefore) {
+        view.resize(500, 300);
+        view.show();
+        for (int i = 0; i < numBefore + OFTEN; ++i) {
+            PlotUpdate update;
+            update.curve("a").samples = samples({1, 1000}, {1, 500}).samples;
+            if (i >= numBefore)
+                change(update);
+            view.apply(update);
+            QApplication::processEvents();
+        }
+        return view.grab().toImage();
+    };
+    for (const Change& change : changes) {
+        PlotView late("test");
+        PlotView early("test");
+        QApplication::processEvents(); // after which they know how small they may be
+        EXPECT_EQ(show(late, change, OFTEN), show(early, change, 0)) << &change - changes;
     }
 }
 
