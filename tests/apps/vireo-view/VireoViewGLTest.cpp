@@ -1,6 +1,9 @@
 #include <QDeadlineTimer>
+#include <QPixmap>
 #include <QProcess>
+#include <QScreen>
 #include <gmock/gmock.h>
+#include <utility>
 
 #include "tests/apps/vireo-view/NiftiFile.h"
 #include "tests/apps/vireo-view/VireoViewTest.h"
@@ -141,6 +144,24 @@ TEST_F(VireoViewGLTest, SavesPicturesOfPlotsWithoutADisplay)
     EXPECT_GT(numBluePixels(picture("01-a.csv.png")), 300);
 }
 
+TEST_F(VireoViewGLTest, ShowsPointsAsAPlotAndColumnsInSpaceIfToldSo)
+{
+    write("a.xyz", "0 1 2\n1 3 4\n2 2 3\n");
+    write("b.csv", "x,y,z\n0,0,0\n1,1,1\n2,0,1\n");
+    const auto show = [this](const QStringList& options) {
+        EXPECT_EQ(run(QStringList{"a.xyz", "b.csv", "--pictures", "pictures"} + options).errors, "");
+        return std::pair(picture("01-a.xyz.png"), picture("02-b.csv.png"));
+    };
+    const auto [cloud, columns] = show({});
+    const auto [cloudAsPlot, columnsAsPlot] = show({"--plot"});
+    const auto [cloudInSpace, columnsInSpace] = show({"--space"});
+    EXPECT_GT(numBluePixels(cloudAsPlot), 300);
+    EXPECT_NE(cloudAsPlot, cloud);
+    EXPECT_EQ(columnsAsPlot, columns);
+    EXPECT_EQ(cloudInSpace, cloud);
+    EXPECT_NE(columnsInSpace, columns);
+}
+
 TEST_F(VireoViewGLTest, EndsWithStatus2IfAFileHasNoSuchColumn)
 {
     write("a.csv", "t,p\n0,1\n1,3\n");
@@ -202,6 +223,27 @@ TEST_F(FollowingGLTest, GoesOnWhateverBecomesOfTheFile)
     std::filesystem::remove(directory() / "a.csv");
     waitFor("vireo-view: a.csv: is not there; waiting for it\n");
     EXPECT_EQ(m_Process.state(), QProcess::Running);
+}
+
+TEST_F(FollowingGLTest, ShowsWhatIsAddedToTheFile)
+{
+    constexpr int LONGEST_MILLISECONDS = 30'000;
+    const auto waitForPixels = [this](int least) {
+        const QDeadlineTimer deadline(LONGEST_MILLISECONDS);
+        int number = 0;
+        while (number < least && !deadline.hasExpired() && m_Process.state() != QProcess::NotRunning) {
+            m_Process.waitForReadyRead(100);
+            number = numBluePixels(QGuiApplication::primaryScreen()->grabWindow(0).toImage());
+        }
+        EXPECT_GE(number, least);
+        return number;
+    };
+    write("a.csv", "t,p\n0,1\n");
+    start({"a.csv", "--follow"});
+    const int ofTheFirst = waitForPixels(5);
+    EXPECT_LT(ofTheFirst, 100) << "a mark";
+    std::ofstream(directory() / "a.csv", std::ios::app) << "1,3\n2,2\n3,5\n";
+    waitForPixels(ofTheFirst + 300);
 }
 
 // The smallest rectangle with everything that has a colour.

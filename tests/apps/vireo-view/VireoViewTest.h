@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QCoreApplication>
 #include <QDir>
+#include <QGuiApplication>
 #include <QImage>
 #include <string>
 #include <vector>
@@ -40,7 +40,7 @@ private:
     char m_Name[5] = "test";
     char* m_Arguments[2] = {m_Name, nullptr};
     int m_NumArguments = 1;
-    QCoreApplication m_Application{m_NumArguments, m_Arguments};
+    QGuiApplication m_Application{m_NumArguments, m_Arguments};
 };
 
 } // namespace vireo_view
