@@ -97,6 +97,13 @@ std::string numbered(std::size_t number, const std::string& what)
     return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
 }
 
+// What there is of a line up to its end: where tabs separate, those at the beginning are empty cells.
+std::string_view rowOf(std::string_view line, char separator)
+{
+    const auto begin = line.find_first_not_of(separator == '\t' ? " " : " \t\v\f");
+    return line.substr(std::min(begin, line.size()));
+}
+
 std::string textRemark(const Table& table, std::size_t i)
 {
     const Column& column = table.columns[i];
@@ -156,14 +163,17 @@ void TableParser::parseLine(std::string_view line, std::size_t number)
         m_ToldSeparator = bare.back();
         return;
     }
-    if (!hasStarted) {
+    if (!hasStarted)
         m_Separator = separatorIn(bare);
-        split(bare);
+    const std::string_view row =
+        rowOf(line.substr(0, static_cast<std::size_t>(bare.data() + bare.size() - line.data())), m_Separator);
+    if (!hasStarted) {
+        split(row);
         if (isHeader())
-            return takeHeader(bare);
-        start(bare, number);
+            return takeHeader(row);
+        start(row, number);
     }
-    split(bare);
+    split(row);
     addRow(number);
 }
 

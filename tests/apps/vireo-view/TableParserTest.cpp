@@ -105,6 +105,19 @@ TEST(TableParserTest, TakesNamesThatAreNoUtf8ForLatin1)
     EXPECT_THAT(namesOf(parse("H\xC3\xB6he;b\n1;2\n")), ElementsAre("H\xC3\xB6he", "b"));
 }
 
+TEST(TableParserTest, TakesTabsAtTheBeginningForEmptyCells)
+{
+    const Table index = parse("\ta\tb\n0\t1\t2\n1\t3\t4\n");
+    EXPECT_THAT(namesOf(index), ElementsAre("", "a", "b"));
+    EXPECT_THAT(valuesOf(index), ElementsAre(ElementsAre(0, 1), ElementsAre(1, 3), ElementsAre(2, 4)));
+    const Table gap = parse("t\tp\tq\n1\t2\t3\n\t5\t6\n");
+    EXPECT_THAT(valuesOf(gap), ElementsAre(ElementsAre(1, IsNan()), ElementsAre(2, 5), ElementsAre(3, 6)));
+    EXPECT_THAT(gap.remarks(), IsEmpty());
+    EXPECT_THAT(namesOf(parse("t\tp\tq\n\t(Pa)\t(m)\n1\t2\t3\n")), ElementsAre("t", "p (Pa)", "q (m)"));
+    EXPECT_THAT(valuesOf(parse("\t1 2\n\t3 4\n")), ElementsAre(ElementsAre(1, 3), ElementsAre(2, 4)))
+        << "blanks separate";
+}
+
 TEST(TableParserTest, ReadsTimeStamps)
 {
     const Table table = parse("t,p\n2024-05-01T00:00:00Z,1\n2024-05-01T00:00:01.5Z,2\n,3\n");
