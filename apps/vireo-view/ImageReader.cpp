@@ -9,6 +9,7 @@
 
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/PnmReader.h"
+#include "apps/vireo-view/checkJpeg.h"
 #include "apps/vireo-view/checkPng.h"
 #include "apps/vireo-view/words.h"
 #ifdef VIREO_HAVE_TIFF
@@ -75,7 +76,7 @@ Picture pictureOf(const QImage& image)
         return pictureOf16Bits(image);
     if (image.hasAlphaChannel())
         return pictureAs<std::uint8_t>(image, QImage::Format_RGBA8888, 4);
-    if (image.format() == QImage::Format_Grayscale8 || (image.depth() <= 8 && image.isGrayscale()))
+    if (image.depth() <= 8 && image.allGray())
         return pictureAs<std::uint8_t>(image, QImage::Format_Grayscale8, 1);
     return pictureAs<std::uint8_t>(image, QImage::Format_RGB888, 3);
 }
@@ -167,12 +168,22 @@ Picture readPfm(const std::filesystem::path& file, const Progress& progress)
 
 std::string firstBytes(const std::filesystem::path& file)
 {
-    constexpr std::streamsize COUNT = 4;
+    constexpr std::streamsize COUNT = 6;
     InputBuffer buffer(file, InputBuffer::LineEnds::AS_THEY_ARE, nullptr);
     std::string bytes(COUNT, '\0');
     bytes.resize(static_cast<std::size_t>(buffer.sgetn(bytes.data(), COUNT)));
     buffer.checkEnd();
     return bytes;
+}
+
+// A BMP says behind its two letters how large it is. Qt shows what happens to be in memory for what is cut off.
+void checkBmp(const std::filesystem::path& file, const std::string& beginning)
+{
+    std::uint32_t size = 0;
+    for (std::size_t i = beginning.size() - 1; i >= 2; --i)
+        size = size << 8 | static_cast<unsigned char>(beginning[i]);
+    if (size > std::filesystem::file_size(file))
+        throw InputError(file, "is a BMP that ends too early");
 }
 
 std::vector<Picture> readTiffIfThereIsAReader(const std::filesystem::path& file, const Progress& progress)
@@ -215,8 +226,12 @@ std::vector<Picture> readImages(const std::filesystem::path& file, const Progres
         return pictures;
     if (beginning.starts_with("II") || beginning.starts_with("MM"))
         return readTiffIfThereIsAReader(file, progress);
-    if (beginning == "\x89PNG")
+    if (beginning.starts_with("\x89PNG"))
         checkPng(file);
+    if (beginning.starts_with("\xFF\xD8\xFF"))
+        checkJpeg(file);
+    if (beginning.starts_with("BM"))
+        checkBmp(file, beginning);
     return readWithQt(file, progress);
 }
 

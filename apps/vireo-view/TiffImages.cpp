@@ -4,10 +4,12 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <qfloat16.h>
 #include <tiffio.h>
+#include <type_traits>
 
 #include "apps/vireo-view/InputError.h"
 
@@ -51,6 +53,15 @@ T field(TIFF& tiff, std::uint32_t tag)
     return value;
 }
 
+// What the numbers of a page mean. Where the page does not say it, its channels do.
+std::uint16_t meaningOf(TIFF& tiff)
+{
+    std::uint16_t meaning = 0;
+    if (TIFFGetField(&tiff, TIFFTAG_PHOTOMETRIC, &meaning) == 1)
+        return meaning;
+    return field<std::uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL) < 3 ? PHOTOMETRIC_MINISBLACK : PHOTOMETRIC_RGB;
+}
+
 // A page, as its tags describe it.
 struct Page
 {
@@ -60,7 +71,8 @@ struct Page
         , channels(field<std::uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL))
         , bits(field<std::uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE))
         , format(field<std::uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT))
-        , photometric(field<std::uint16_t>(tiff, TIFFTAG_PHOTOMETRIC))
+        , meaning(meaningOf(tiff))
+        , orientation(field<std::uint16_t>(tiff, TIFFTAG_ORIENTATION))
         , isSeparate(field<std::uint16_t>(tiff, TIFFTAG_PLANARCONFIG) == PLANARCONFIG_SEPARATE)
     {}
 
@@ -69,8 +81,7 @@ struct Page
     // Of its numbers; none if they have no type of their own. Numbers of 16 bits with a point are made floats.
     std::optional<NumberKind> kind() const
     {
-        const bool areNumbers = photometric == PHOTOMETRIC_MINISBLACK || photometric == PHOTOMETRIC_RGB;
-        if (!areNumbers)
+        if (meaning != PHOTOMETRIC_MINISBLACK && meaning != PHOTOMETRIC_RGB && !isWhiteZero())
             return {};
         if (format == SAMPLEFORMAT_IEEEFP)
             return bits == 64                 ? std::optional(NumberKind::DOUBLE)
@@ -87,13 +98,22 @@ struct Page
         }
     }
 
+    // Whether the greatest number is black.
+    bool isWhiteZero() const
+    {
+        return meaning == PHOTOMETRIC_MINISWHITE && channels == 1 && format == SAMPLEFORMAT_UINT;
+    }
+
+    bool isGrey() const { return meaning == PHOTOMETRIC_MINISWHITE || meaning == PHOTOMETRIC_MINISBLACK; }
+
     std::uint32_t width;
     std::uint32_t height;
     std::uint16_t channels;
     std::uint16_t bits;
     std::uint16_t format;
-    std::uint16_t photometric;
-    bool isSeparate; // the channels lie one after the other, not side by side
+    std::uint16_t meaning;
+    std::uint16_t orientation; // where the first row and the first column are
+    bool isSeparate;           // the channels lie one after the other, not side by side
 };
 
 // Reads the numbers of a page, as bytes, into a picture of them.
@@ -201,24 +221,83 @@ NumberColumn numbersOf(const std::vector<char>& bytes, const Page& page)
 // Pages of palettes, single bits and the like, as libtiff makes colours of them.
 Picture readColours(TIFF& tiff, const Page& page, const std::filesystem::path& file)
 {
-    constexpr int CHANNELS = 4;
-    std::vector<std::uint8_t> colours(checkedSizeOfPicture(file, page.width, page.height, CHANNELS));
+    constexpr int MOST_CHANNELS = 4;
+    std::uint16_t numExtra = 0;
+    std::uint16_t* extra = nullptr;
+    TIFFGetFieldDefaulted(&tiff, TIFFTAG_EXTRASAMPLES, &numExtra, &extra);
+    const int channels = numExtra > 0 ? MOST_CHANNELS : page.isGrey() ? 1 : 3;
+    std::vector<std::uint8_t> colours(checkedSizeOfPicture(file, page.width, page.height, MOST_CHANNELS));
     auto* const raster = reinterpret_cast<std::uint32_t*>(colours.data()); // bytes of red, green, blue and opacity
-    if (TIFFReadRGBAImageOriented(&tiff, page.width, page.height, raster, ORIENTATION_TOPLEFT, 1) != 1)
+    if (TIFFReadRGBAImageOriented(&tiff, page.width, page.height, raster, page.orientation, 1) != 1)
         throw InputError(file, "has a page that cannot be shown: " + firstComplaint);
-    return {std::move(colours), static_cast<int>(page.width), static_cast<int>(page.height), CHANNELS};
+    std::size_t to = 0;
+    for (std::size_t from = 0; from < colours.size(); from += MOST_CHANNELS)
+        for (int channel = 0; channel < channels; ++channel)
+            colours[to++] = colours[from + static_cast<std::size_t>(channel)];
+    colours.resize(to);
+    return {std::move(colours), static_cast<int>(page.width), static_cast<int>(page.height), channels};
+}
+
+// Numbers of which the greatest is white.
+void invert(NumberColumn& column)
+{
+    std::visit(
+        [](auto& numbers) {
+            using Value = typename std::remove_reference_t<decltype(numbers)>::value_type;
+            for (Value& number : numbers)
+                number = static_cast<Value>(std::numeric_limits<Value>::max() - number);
+        },
+        column);
+}
+
+// As it is meant to be seen: the first row at the top, the first column at the left.
+Picture upright(Picture picture, std::uint16_t orientation)
+{
+    if (orientation <= ORIENTATION_TOPLEFT || orientation > ORIENTATION_LEFTBOT)
+        return picture;
+    const bool areRowsColumns = orientation >= ORIENTATION_LEFTTOP;
+    const bool areRowsReversed = orientation == ORIENTATION_BOTRIGHT || orientation == ORIENTATION_BOTLEFT ||
+                                 orientation == ORIENTATION_RIGHTTOP || orientation == ORIENTATION_RIGHTBOT;
+    const bool areColumnsReversed = orientation == ORIENTATION_TOPRIGHT || orientation == ORIENTATION_BOTRIGHT ||
+                                    orientation == ORIENTATION_RIGHTBOT || orientation == ORIENTATION_LEFTBOT;
+    const std::ptrdiff_t width = picture.width;
+    const std::ptrdiff_t height = picture.height;
+    const std::ptrdiff_t channels = picture.channels;
+    std::visit(
+        [&](auto& numbers) {
+            std::decay_t<decltype(numbers)> turned(numbers.size());
+            auto from = numbers.begin();
+            for (std::ptrdiff_t row = 0; row < height; ++row)
+                for (std::ptrdiff_t column = 0; column < width; ++column, from += channels) {
+                    const std::ptrdiff_t down = areRowsReversed ? height - 1 - row : row;
+                    const std::ptrdiff_t along = areColumnsReversed ? width - 1 - column : column;
+                    const std::ptrdiff_t place = areRowsColumns ? along * height + down : down * width + along;
+                    std::copy_n(from, channels, turned.begin() + place * channels);
+                }
+            numbers = std::move(turned);
+        },
+        picture.numbers);
+    if (areRowsColumns)
+        std::swap(picture.width, picture.height);
+    return picture;
+}
+
+Picture readNumbers(TIFF& tiff, const Page& page, const std::filesystem::path& file)
+{
+    constexpr int MOST_CHANNELS = 4;
+    if (page.channels < 1 || page.channels > MOST_CHANNELS)
+        throw InputError(file, "has " + std::to_string(page.channels) + " channels; images have 1 to 4");
+    const std::vector<char> bytes = PageReader(tiff, page, file).read();
+    NumberColumn numbers = numbersOf(bytes, page);
+    if (page.isWhiteZero())
+        invert(numbers);
+    return {std::move(numbers), static_cast<int>(page.width), static_cast<int>(page.height), page.channels};
 }
 
 Picture readPage(TIFF& tiff, const std::filesystem::path& file)
 {
-    constexpr int MOST_CHANNELS = 4;
     const Page page(tiff);
-    if (!page.kind())
-        return readColours(tiff, page, file);
-    if (page.channels < 1 || page.channels > MOST_CHANNELS)
-        throw InputError(file, "has " + std::to_string(page.channels) + " channels; images have 1 to 4");
-    const std::vector<char> bytes = PageReader(tiff, page, file).read();
-    return {numbersOf(bytes, page), static_cast<int>(page.width), static_cast<int>(page.height), page.channels};
+    return upright(page.kind() ? readNumbers(tiff, page, file) : readColours(tiff, page, file), page.orientation);
 }
 
 } // namespace

@@ -74,6 +74,11 @@ TEST_F(ImageReaderTest, PicturesKeepTheirChannelsAndBits)
     const Picture deepColours = readImages(save("wide.png", wide), nullptr).at(0);
     EXPECT_THAT(numbersOf<std::uint16_t>(deepColours), ElementsAre(1000, 2000, 3000));
     EXPECT_EQ(readImages(save("a.jpg", colours), nullptr).at(0).channels, 3);
+    QImage bits(2, 1, QImage::Format_Mono);
+    bits.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
+    bits.setPixel(0, 0, 1);
+    bits.setPixel(1, 0, 0);
+    EXPECT_THAT(numbersOf<std::uint8_t>(readImages(save("bits.png", bits), nullptr).at(0)), ElementsAre(255, 0));
 }
 
 TEST_F(ImageReaderTest, APfmHasItsLowestRowFirst)
@@ -140,6 +145,32 @@ TEST_F(ImageReaderTest, OfADamagedPngNobodyElseSaysAnything)
     for (const std::size_t size : {std::size_t(20), whole.size() / 2, whole.size() - 6})
         EXPECT_THAT(whyNot("cut.png", whole.substr(0, size)), HasSubstr("cut.png: is a PNG that ends too early"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(ImageReaderTest, AJpegThatIsCutOffIsALine)
+{
+    QImage image(200, 150, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, qRgb(x * x, x * y, y * 7));
+    std::string whole = contentsOf(save("whole.jpg", image));
+    EXPECT_EQ(readImages(write("behind.jpg", whole + "anything"), nullptr).at(0).width, 200);
+    whole.insert(2, std::string("\xFF\xE1\0\x06\xFF\xD9\xFF\xD9", 8)); // what a preview ends with ends not the image
+    EXPECT_EQ(readImages(write("preview.jpg", whole), nullptr).at(0).height, 150);
+    testing::internal::CaptureStderr();
+    for (const std::size_t size : {std::size_t(3), std::size_t(30), whole.size() / 2, whole.size() - 1})
+        EXPECT_THAT(whyNot("cut.jpg", whole.substr(0, size)), HasSubstr("cut.jpg: is a JPEG that ends too early"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(ImageReaderTest, ABmpThatIsCutOffIsALine)
+{
+    QImage image(20, 10, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    const std::string whole = contentsOf(save("whole.bmp", image));
+    EXPECT_EQ(readImages(write("whole.bmp", whole), nullptr).at(0).width, 20);
+    for (const std::size_t size : {whole.size() / 2, whole.size() - 1})
+        EXPECT_THAT(whyNot("cut.bmp", whole.substr(0, size)), HasSubstr("cut.bmp: is a BMP that ends too early"));
 }
 
 TEST_F(ImageReaderTest, AHugePictureOfAFewBytesFillsNoMemory)

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <gmock/gmock.h>
+#include <map>
 #include <tiffio.h>
 
 #include "apps/vireo-view/InputError.h"
@@ -108,17 +109,96 @@ TEST_F(TiffImagesTest, TilesAndChannelsApartAreReadToo)
     EXPECT_THAT(numbersOf<std::uint8_t>(pages[1]), ElementsAre(0, 10, 20, 1, 11, 21));
 }
 
-TEST_F(TiffImagesTest, SingleBitsBecomeColours)
+TEST_F(TiffImagesTest, SingleBitsAreBlackAndWhite)
+{
+    for (const int meaning : {PHOTOMETRIC_MINISBLACK, PHOTOMETRIC_MINISWHITE}) {
+        const auto file = make([meaning](TIFF* tiff) {
+            describe(tiff, 8, 1, 1, 1, SAMPLEFORMAT_UINT);
+            TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, meaning);
+            std::uint8_t row[] = {0x80};
+            TIFFWriteScanline(tiff, row, 0, 0);
+        });
+        const Picture page = readImages(file, nullptr).at(0);
+        const int one = meaning == PHOTOMETRIC_MINISBLACK ? 255 : 0;
+        EXPECT_EQ(page.channels, 1);
+        EXPECT_EQ(numbersOf<std::uint8_t>(page)[0], one);
+        EXPECT_EQ(numbersOf<std::uint8_t>(page)[1], 255 - one);
+    }
+}
+
+TEST_F(TiffImagesTest, PalettesBecomeColours)
 {
     const auto file = make([](TIFF* tiff) {
-        describe(tiff, 8, 1, 1, 1, SAMPLEFORMAT_UINT);
-        std::uint8_t row[] = {0x80};
+        describe(tiff, 2, 1, 1, 8, SAMPLEFORMAT_UINT);
+        TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_PALETTE);
+        std::vector<std::uint16_t> colours(3 * 256);
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            colours[channel * 256 + 7] = static_cast<std::uint16_t>(256 * (10 + channel));
+        TIFFSetField(tiff, TIFFTAG_COLORMAP, colours.data(), colours.data() + 256, colours.data() + 512);
+        std::uint8_t row[] = {7, 0};
         TIFFWriteScanline(tiff, row, 0, 0);
     });
     const Picture page = readImages(file, nullptr).at(0);
-    EXPECT_EQ(page.channels, 4);
-    EXPECT_EQ(numbersOf<std::uint8_t>(page)[0], 255);
-    EXPECT_EQ(numbersOf<std::uint8_t>(page)[4], 0);
+    EXPECT_EQ(page.channels, 3);
+    EXPECT_THAT(numbersOf<std::uint8_t>(page), ElementsAre(10, 11, 12, 0, 0, 0));
+}
+
+TEST_F(TiffImagesTest, WhereTheGreatestNumberIsBlackItIsDarkAndKeepsItsBits)
+{
+    const auto file = make([](TIFF* tiff) {
+        describe(tiff, 2, 1, 1, 16, SAMPLEFORMAT_UINT);
+        TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
+        std::uint16_t row[] = {65535, 1000};
+        TIFFWriteScanline(tiff, row, 0, 0);
+    });
+    EXPECT_THAT(numbersOf<std::uint16_t>(readImages(file, nullptr).at(0)), ElementsAre(0, 64535));
+}
+
+TEST_F(TiffImagesTest, PagesThatDoNotSayWhatTheirNumbersMeanAreTakenByTheirChannels)
+{
+    const auto file = make([](TIFF* tiff) {
+        TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, 2);
+        TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, 1);
+        TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 32);
+        TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_IEEEFP);
+        float row[] = {0.5F, -7};
+        TIFFWriteScanline(tiff, row, 0, 0);
+    });
+    EXPECT_THAT(numbersOf<float>(readImages(file, nullptr).at(0)), ElementsAre(0.5F, -7));
+}
+
+// As the standard has it: where the first row is, and where the first column.
+TEST_F(TiffImagesTest, PagesAreUpright)
+{
+    const std::map<int, std::vector<int>> seen{{ORIENTATION_TOPLEFT, {1, 2, 3, 4, 5, 6}},
+        {ORIENTATION_TOPRIGHT, {3, 2, 1, 6, 5, 4}}, {ORIENTATION_BOTRIGHT, {6, 5, 4, 3, 2, 1}},
+        {ORIENTATION_BOTLEFT, {4, 5, 6, 1, 2, 3}}, {ORIENTATION_LEFTTOP, {1, 4, 2, 5, 3, 6}},
+        {ORIENTATION_RIGHTTOP, {4, 1, 5, 2, 6, 3}}, {ORIENTATION_RIGHTBOT, {6, 3, 5, 2, 4, 1}},
+        {ORIENTATION_LEFTBOT, {3, 6, 2, 5, 1, 4}}};
+    for (const auto& [orientation, numbers] : seen)
+        for (const bool areIndices : {false, true}) {
+            const auto file = make([&, orientation = orientation](TIFF* tiff) {
+                describe(tiff, 3, 2, 1, 8, SAMPLEFORMAT_UINT);
+                TIFFSetField(tiff, TIFFTAG_ORIENTATION, orientation);
+                std::vector<std::uint16_t> greys(256);
+                for (std::size_t i = 0; i < greys.size(); ++i)
+                    greys[i] = static_cast<std::uint16_t>(257 * i);
+                if (areIndices) {
+                    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_PALETTE);
+                    TIFFSetField(tiff, TIFFTAG_COLORMAP, greys.data(), greys.data(), greys.data());
+                }
+                std::uint8_t rows[2][3] = {{1, 2, 3}, {4, 5, 6}};
+                for (std::uint32_t y = 0; y < 2; ++y)
+                    TIFFWriteScanline(tiff, rows[y], y, 0);
+            });
+            const Picture page = readImages(file, nullptr).at(0);
+            EXPECT_EQ(page.width, orientation < ORIENTATION_LEFTTOP ? 3 : 2) << orientation;
+            EXPECT_EQ(page.height, orientation < ORIENTATION_LEFTTOP ? 2 : 3) << orientation;
+            std::vector<int> read;
+            for (std::size_t i = 0; i < numbers.size(); ++i)
+                read.push_back(numbersOf<std::uint8_t>(page).at(i * std::size_t(page.channels)));
+            EXPECT_EQ(read, numbers) << orientation << (areIndices ? " by a palette" : "");
+        }
 }
 
 TEST_F(TiffImagesTest, WhatIsBrokenIsALine)
