@@ -7,16 +7,12 @@
 #include <vector>
 
 #include "tavo/base/debug/displayException.h"
-#include "tavo/base/text/printable.h"
-#include "tavo/platform/wgl.h"
 #include "vireo/context/GLExtensions.h"
-#include "vireo/context/SavedState.h"
 #include "vireo/offscreen/GLImage.h"
 #include "vireo/offscreen/GLRenderTextureFBO.h"
-#include "vireo/show/delivery/sayOnce.h"
+#include "vireo/show/images/pixelReading.h"
 #include "vireo/textures/GLTexture.h"
 
-#include <GL/gl.h>
 #include <GL/glext.h>
 
 namespace tavo {
@@ -25,71 +21,25 @@ namespace {
 
 constexpr int LARGEST_LEVEL = 31;
 
-void refuse(std::string_view name, const std::string& why) noexcept
-{
-    if (isShowOff())
-        return;
-    runGuarded([&] { sayOnce("image(\"" + printable(name, 80) + "\"): " + why + "; what was shown stays"); });
-}
-
-bool isAnyContextCurrent(std::string_view name) noexcept
-{
-    if (isShowOff())
-        return false;
-    if (wglGetCurrentContext())
-        return true;
-    refuse(name, "no context is current that it could be read in");
-    return false;
-}
-
-// Pixels are written as they are, one after the other, while it lives.
-class PlainReading
-{
-public:
-    PlainReading()
-        : m_Storage(GL_CLIENT_PIXEL_STORE_BIT)
-        , m_Transfer(GL_PIXEL_MODE_BIT)
-        , m_HasPixelBuffers(isExtensionSupported("GL_ARB_pixel_buffer_object"))
-    {
-        if (m_HasPixelBuffers) {
-            glGetIntegerv(GL_PIXEL_PACK_BUFFER_BINDING_ARB, &m_PixelBuffer);
-            glBindBufferARB(GL_PIXEL_PACK_BUFFER_ARB, 0);
-        }
-        for (const GLenum zero : {GL_PACK_SWAP_BYTES, GL_PACK_LSB_FIRST, GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS,
-                 GL_PACK_SKIP_PIXELS, GL_PACK_IMAGE_HEIGHT, GL_PACK_SKIP_IMAGES})
-            glPixelStorei(zero, 0);
-        glPixelStorei(GL_PACK_ALIGNMENT, 1);
-        glPixelTransferi(GL_MAP_COLOR, 0);
-        for (const GLenum one : {GL_RED_SCALE, GL_GREEN_SCALE, GL_BLUE_SCALE, GL_ALPHA_SCALE, GL_DEPTH_SCALE})
-            glPixelTransferf(one, 1);
-        for (const GLenum zero : {GL_RED_BIAS, GL_GREEN_BIAS, GL_BLUE_BIAS, GL_ALPHA_BIAS, GL_DEPTH_BIAS})
-            glPixelTransferf(zero, 0);
-    }
-
-    ~PlainReading()
-    {
-        if (m_HasPixelBuffers)
-            glBindBufferARB(GL_PIXEL_PACK_BUFFER_ARB, static_cast<GLuint>(m_PixelBuffer));
-    }
-    PlainReading(const PlainReading&) = delete;
-    PlainReading& operator=(const PlainReading&) = delete;
-
-private:
-    SavedClientAttributes m_Storage;
-    SavedAttributes m_Transfer;
-    bool m_HasPixelBuffers;
-    GLint m_PixelBuffer = 0;
-};
-
+// What is asked for the texture that is bound to a target; 0 for targets of which no texels can be read.
 GLenum bindingOf(GLenum target)
 {
     switch (target) {
     case GL_TEXTURE_1D: return GL_TEXTURE_BINDING_1D;
+    case GL_TEXTURE_2D: return GL_TEXTURE_BINDING_2D;
     case GL_TEXTURE_3D: return GL_TEXTURE_BINDING_3D;
     case GL_TEXTURE_CUBE_MAP: return GL_TEXTURE_BINDING_CUBE_MAP;
     case GL_TEXTURE_RECTANGLE_ARB: return GL_TEXTURE_BINDING_RECTANGLE_ARB;
-    default: return GL_TEXTURE_BINDING_2D;
+    case GL_TEXTURE_1D_ARRAY: return GL_TEXTURE_BINDING_1D_ARRAY;
+    case GL_TEXTURE_2D_ARRAY: return GL_TEXTURE_BINDING_2D_ARRAY;
+    case GL_TEXTURE_CUBE_MAP_ARRAY: return GL_TEXTURE_BINDING_CUBE_MAP_ARRAY;
+    default: return 0;
     }
+}
+
+bool hasSlices(GLenum target)
+{
+    return target == GL_TEXTURE_3D || target == GL_TEXTURE_2D_ARRAY || target == GL_TEXTURE_CUBE_MAP_ARRAY;
 }
 
 // A texture on the unit that is active.
@@ -129,7 +79,7 @@ public:
 
     int width() const { return get(GL_TEXTURE_WIDTH); }
     int height() const { return get(GL_TEXTURE_HEIGHT); }
-    int depth() const { return m_Target == GL_TEXTURE_3D ? get(GL_TEXTURE_DEPTH) : 1; }
+    int depth() const { return hasSlices(m_Target) ? get(GL_TEXTURE_DEPTH) : 1; }
 
     bool areDepths() const { return get(GL_TEXTURE_DEPTH_SIZE) > 0; }
 
@@ -140,11 +90,14 @@ public:
         const bool hasAlpha = get(GL_TEXTURE_ALPHA_SIZE) > 0;
         if (get(GL_TEXTURE_LUMINANCE_SIZE) > 0)
             return hasAlpha ? GL_LUMINANCE_ALPHA : GL_RED;
+        const bool areWhole = areIntegers();
         if (get(GL_TEXTURE_BLUE_SIZE) > 0)
-            return hasAlpha ? GL_RGBA : GL_RGB;
+            return hasAlpha ? (areWhole ? GL_RGBA_INTEGER : GL_RGBA) : (areWhole ? GL_RGB_INTEGER : GL_RGB);
         if (get(GL_TEXTURE_GREEN_SIZE) > 0)
-            return GL_RG;
-        return hasAlpha && get(GL_TEXTURE_RED_SIZE) == 0 ? GL_ALPHA : GL_RED;
+            return areWhole ? GL_RG_INTEGER : GL_RG;
+        if (hasAlpha && get(GL_TEXTURE_RED_SIZE) == 0)
+            return GL_ALPHA;
+        return areWhole ? GL_RED_INTEGER : GL_RED;
     }
 
     // Of the largest component.
@@ -157,15 +110,18 @@ public:
         return bits;
     }
 
-    bool areFloats() const
+    // Numbers of floating point, or such that may be below 0.
+    bool areFloats() const { return areDepths() || areOfType(GL_FLOAT) || areOfType(GL_SIGNED_NORMALIZED); }
+
+    // Integers as they are, which stand for no colours from 0 to 1.
+    bool areIntegers() const { return areOfType(GL_INT) || areOfType(GL_UNSIGNED_INT); }
+    bool areOfType(GLint type) const
     {
-        if (areDepths())
-            return true;
         if (!isExtensionSupported("GL_ARB_texture_float"))
             return false;
-        for (const GLenum type : {GL_TEXTURE_RED_TYPE_ARB, GL_TEXTURE_ALPHA_TYPE_ARB, GL_TEXTURE_LUMINANCE_TYPE_ARB,
-                 GL_TEXTURE_INTENSITY_TYPE_ARB})
-            if (get(type) == GL_FLOAT)
+        for (const GLenum component : {GL_TEXTURE_RED_TYPE_ARB, GL_TEXTURE_ALPHA_TYPE_ARB,
+                 GL_TEXTURE_LUMINANCE_TYPE_ARB, GL_TEXTURE_INTENSITY_TYPE_ARB})
+            if (get(component) == type)
                 return true;
         return false;
     }
@@ -175,42 +131,8 @@ private:
     int m_Level;
 };
 
-int channelsOf(GLenum format)
-{
-    switch (format) {
-    case GL_RGBA: return 4;
-    case GL_RGB: return 3;
-    case GL_RG:
-    case GL_LUMINANCE_ALPHA: return 2;
-    default: return 1;
-    }
-}
-
-std::size_t countOf(int width, int height, int depth, int channels)
-{
-    return static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * static_cast<std::size_t>(depth) *
-           static_cast<std::size_t>(channels);
-}
-
 constexpr int NUM_FACES = 6;
 const std::vector<std::string> NAMES_OF_FACES{"+x", "-x", "+y", "-y", "+z", "-z"};
-
-// Pixels that are to be read. Their memory is not filled before, which would take about as long as reading them does.
-template <Number T>
-class UnreadPixels : public Pixels
-{
-public:
-    explicit UnreadPixels(std::size_t count)
-        : m_Numbers(new T[count])
-    {
-        NumberArray::operator=(NumberArray(m_Numbers, m_Numbers.get(), count, numberTypeOf<T>()));
-    }
-
-    T* data() const { return m_Numbers.get(); }
-
-private:
-    std::shared_ptr<T[]> m_Numbers;
-};
 
 // The texels of a level: all its slices, one after the other.
 template <Number T>
@@ -229,6 +151,10 @@ Pixels texelsOf(GLenum target, int level)
     const Level read(target, level);
     if (read.areFloats())
         return texelsOf<float>(target, level, GL_FLOAT);
+    if (read.areOfType(GL_INT))
+        return texelsOf<std::int32_t>(target, level, GL_INT);
+    if (read.areOfType(GL_UNSIGNED_INT))
+        return texelsOf<std::uint32_t>(target, level, GL_UNSIGNED_INT);
     if (read.numBits() > 8)
         return texelsOf<std::uint16_t>(target, level, GL_UNSIGNED_SHORT);
     return texelsOf<std::uint8_t>(target, level, GL_UNSIGNED_BYTE);
@@ -249,9 +175,10 @@ int lastLevelOf(GLenum target)
     if (target == GL_TEXTURE_RECTANGLE_ARB)
         return 0;
     GLint largest = 1;
-    glGetIntegerv(target == GL_TEXTURE_3D         ? GL_MAX_3D_TEXTURE_SIZE
-                  : target == GL_TEXTURE_CUBE_MAP ? GL_MAX_CUBE_MAP_TEXTURE_SIZE
-                                                  : GL_MAX_TEXTURE_SIZE,
+    const bool isOfCubes = target == GL_TEXTURE_CUBE_MAP || target == GL_TEXTURE_CUBE_MAP_ARRAY;
+    glGetIntegerv(target == GL_TEXTURE_3D ? GL_MAX_3D_TEXTURE_SIZE
+                  : isOfCubes             ? GL_MAX_CUBE_MAP_TEXTURE_SIZE
+                                          : GL_MAX_TEXTURE_SIZE,
         &largest);
     return std::bit_width(static_cast<unsigned int>(largest)) - 1;
 }
@@ -289,9 +216,9 @@ public:
         const std::string ofLevel = "level " + std::to_string(level);
         const std::string ofLayer = "layer " + std::to_string(layer);
         if (level < 0 || level > LARGEST_LEVEL || layer < 0 || (isCube() && layer >= NUM_FACES))
-            refuse(name, "there is no " + ofLevel + " and " + ofLayer);
+            refuseReading(name, "there is no " + ofLevel + " and " + ofLayer);
         else if (layer >= numLayers(level))
-            refuse(name, ofLevel + " of the texture has no " + ofLayer);
+            refuseReading(name, ofLevel + " of the texture has no " + ofLayer);
         else
             return true;
         return false;
@@ -359,77 +286,35 @@ void sendLayers(std::string_view name, const GLTexture& texture, int level)
         image(name).layer(face, read.read(level, face), sent.width(), sent.height(), channels);
 }
 
-// Pixels are read from what is drawn to, while it lives, whatever the application reads from.
-class ReadingWhatIsDrawn
+bool canRead(std::string_view name, const GLTexture& texture)
 {
-public:
-    ReadingWhatIsDrawn()
-        : m_HasTwoFramebuffers(isExtensionSupported("GL_EXT_framebuffer_blit"))
-    {
-        if (m_HasTwoFramebuffers) {
-            GLint drawn = 0;
-            glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING_EXT, &m_Framebuffer);
-            glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING_EXT, &drawn);
-            glBindFramebufferEXT(GL_READ_FRAMEBUFFER_EXT, static_cast<GLuint>(drawn));
-        }
-        GLint drawn = GL_NONE;
-        glGetIntegerv(GL_READ_BUFFER, &m_Buffer);
-        glGetIntegerv(GL_DRAW_BUFFER, &drawn);
-        if (drawn != m_Buffer && drawn != GL_NONE && drawn != GL_FRONT_AND_BACK)
-            glReadBuffer(static_cast<GLenum>(drawn));
-    }
-
-    ~ReadingWhatIsDrawn()
-    {
-        GLint buffer = GL_NONE;
-        glGetIntegerv(GL_READ_BUFFER, &buffer);
-        if (buffer != m_Buffer)
-            glReadBuffer(static_cast<GLenum>(m_Buffer));
-        if (m_HasTwoFramebuffers)
-            glBindFramebufferEXT(GL_READ_FRAMEBUFFER_EXT, static_cast<GLuint>(m_Framebuffer));
-    }
-    ReadingWhatIsDrawn(const ReadingWhatIsDrawn&) = delete;
-    ReadingWhatIsDrawn& operator=(const ReadingWhatIsDrawn&) = delete;
-
-private:
-    bool m_HasTwoFramebuffers;
-    GLint m_Framebuffer = 0;
-    GLint m_Buffer = GL_NONE;
-};
-
-template <Number T>
-void sendFramebuffer(std::string_view name, GLenum format, GLenum type)
-{
-    GLint viewport[4] = {};
-    glGetIntegerv(GL_VIEWPORT, viewport);
-    const UnreadPixels<T> pixels(countOf(viewport[2], viewport[3], 1, channelsOf(format)));
-    {
-        const PlainReading plain;
-        const ReadingWhatIsDrawn reading;
-        glReadPixels(viewport[0], viewport[1], viewport[2], viewport[3], format, type, pixels.data());
-    }
-    image(name, pixels, viewport[2], viewport[3], channelsOf(format)).bottomUp();
+    if (!canReadHere(name))
+        return false;
+    if (bindingOf(texture.getTextureTarget()) != 0)
+        return true;
+    refuseReading(name, "textures of its target have no texels that can be read");
+    return false;
 }
 
 } // namespace
 
 Image image(std::string_view name, const GLTexture& texture, int level, int layer, const Statement&)
 {
-    if (isAnyContextCurrent(name))
+    if (canRead(name, texture))
         runGuarded([&] { sendTexture(name, texture, level, layer); });
     return image(name);
 }
 
 Image imageStackOfLevels(std::string_view name, const GLTexture& texture, int layer, const Statement&)
 {
-    if (isAnyContextCurrent(name))
+    if (canRead(name, texture))
         runGuarded([&] { sendLevels(name, texture, layer); });
     return image(name);
 }
 
 Image imageStackOfLayers(std::string_view name, const GLTexture& texture, int level, const Statement&)
 {
-    if (isAnyContextCurrent(name))
+    if (canRead(name, texture))
         runGuarded([&] { sendLayers(name, texture, level); });
     return image(name);
 }
@@ -438,7 +323,7 @@ Image image(std::string_view name, const GLRenderTextureFBO& target, const State
 {
     if (const GLTexture* const texture = target.getTexture())
         return image(name, *texture);
-    refuse(name, "there is no texture yet");
+    refuseReading(name, "there is no texture yet");
     return image(name);
 }
 
@@ -446,27 +331,7 @@ Image image(std::string_view name, const GLImage& picture, const Statement&)
 {
     if (const GLRenderTextureFBO* const target = picture.getRenderTexture())
         return image(name, *target);
-    refuse(name, "there is no texture yet");
-    return image(name);
-}
-
-Image framebufferImage(std::string_view name, const Statement&)
-{
-    if (isAnyContextCurrent(name))
-        runGuarded([&] { sendFramebuffer<std::uint8_t>(name, GL_RGB, GL_UNSIGNED_BYTE); });
-    return image(name);
-}
-
-Image depthBufferImage(std::string_view name, const Statement&)
-{
-    if (!isAnyContextCurrent(name))
-        return image(name);
-    GLint numBits = 0;
-    glGetIntegerv(GL_DEPTH_BITS, &numBits);
-    if (numBits == 0)
-        refuse(name, "what is drawn to has no depths");
-    else
-        runGuarded([&] { sendFramebuffer<float>(name, GL_DEPTH_COMPONENT, GL_FLOAT); });
+    refuseReading(name, "there is no texture yet");
     return image(name);
 }
 

@@ -344,6 +344,13 @@ struct TextureOf : GLTexture
     }
 };
 
+// Whether the driver has an extension, which the library may have nothing of.
+bool isListed(const std::string& name)
+{
+    const auto* const names = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
+    return names && (std::string(names) + ' ').find(name + ' ') != std::string::npos;
+}
+
 // On every unit that is looked at, another texture of every target is bound.
 std::vector<std::unique_ptr<TextureOf>> bindOthers(GLContext* context)
 {
@@ -415,6 +422,223 @@ TEST_F(TextureImageGLTest, ReadingAnythingLeavesAllStateAsItWas)
     takeImage();
     glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
     target.deactivate();
+}
+
+// Values of a texture with the target and the format of a test, of one texel after the other.
+template <typename T>
+void fill(const GLTexture& texture, GLenum target, GLint format, GLenum formatOfNumbers, GLenum type,
+    const std::vector<T>& numbers, int width, int height, int depth)
+{
+    glBindTexture(target, texture.getTextureID());
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    if (target == GL_TEXTURE_2D || target == GL_TEXTURE_1D_ARRAY)
+        glTexImage2D(target, 0, format, width, height, 0, formatOfNumbers, type, numbers.data());
+    else
+        glTexImage3DEXT(
+            target, 0, static_cast<GLenum>(format), width, height, depth, 0, formatOfNumbers, type, numbers.data());
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+}
+
+TEST_F(TextureImageGLTest, LayersOfArraysAreRead)
+{
+    if (!isListed("GL_EXT_texture_array") || !isListed("GL_ARB_texture_cube_map_array"))
+        GTEST_SKIP() << "there are no arrays of textures";
+    const std::vector<unsigned char> numbers{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
+    TextureOf array(context(), GL_TEXTURE_2D_ARRAY);
+    fill(array, GL_TEXTURE_2D_ARRAY, GL_LUMINANCE8, GL_LUMINANCE, GL_UNSIGNED_BYTE, numbers, 2, 1, 3);
+    TextureOf lines(context(), GL_TEXTURE_1D_ARRAY);
+    fill(lines, GL_TEXTURE_1D_ARRAY, GL_LUMINANCE8, GL_LUMINANCE, GL_UNSIGNED_BYTE, numbers, 2, 3, 1);
+    TextureOf cubes(context(), GL_TEXTURE_CUBE_MAP_ARRAY);
+    fill(cubes, GL_TEXTURE_CUBE_MAP_ARRAY, GL_LUMINANCE8, GL_LUMINANCE, GL_UNSIGNED_BYTE, numbers, 1, 1, 12);
+    TextureOf other(context(), GL_TEXTURE_2D_ARRAY);
+    other.bind(2);
+    disturb();
+    const auto before = allState();
+    image("array", array, 0, 1);
+    EXPECT_THAT(takeNumbers(), ElementsAre(3, 4));
+    imageStackOfLayers("array", array);
+    EXPECT_THAT(takeStack(), ElementsAre(ElementsAre(1, 2), ElementsAre(3, 4), ElementsAre(5, 6)));
+    image("lines", lines);
+    EXPECT_THAT(takeNumbers(), ElementsAre(1, 2, 3, 4, 5, 6)) << "each a row";
+    image("cubes", cubes, 0, 11);
+    EXPECT_THAT(takeNumbers(), ElementsAre(12));
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_EQ(allState(), before);
+}
+
+TEST_F(TextureImageGLTest, IntegersAreReadAsTheyAre)
+{
+    if (!isListed("GL_EXT_texture_integer"))
+        GTEST_SKIP() << "there are no textures of integers";
+    TextureOf labels(context(), GL_TEXTURE_2D);
+    fill<std::uint32_t>(
+        labels, GL_TEXTURE_2D, GL_R32UI, GL_RED_INTEGER, GL_UNSIGNED_INT, {0, 7, 4'000'000'000U, 300}, 2, 2, 1);
+    disturb();
+    image("labels", labels);
+    EXPECT_THAT(takeNumbers(), ElementsAre(0, 7, 4e9, 300));
+    TextureOf offsets(context(), GL_TEXTURE_2D);
+    fill<std::int8_t>(offsets, GL_TEXTURE_2D, GL_RG8I, GL_RG_INTEGER, GL_BYTE, {-5, 6, 7, -128}, 2, 1, 1);
+    image("offsets", offsets);
+    EXPECT_THAT(takeNumbers(), ElementsAre(-5, 6, 7, -128));
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+TEST_F(TextureImageGLTest, NumbersWithASignKeepIt)
+{
+    if (!isListed("GL_EXT_texture_snorm"))
+        GTEST_SKIP() << "there are no textures of numbers from -1 to 1";
+    TextureOf normals(context(), GL_TEXTURE_2D);
+    fill<std::int8_t>(normals, GL_TEXTURE_2D, GL_RGB8_SNORM, GL_RGB, GL_BYTE, {-127, 127, 0}, 1, 1, 1);
+    image("normals", normals);
+    EXPECT_THAT(takeNumbers(), ElementsAre(-1, 1, 0));
+}
+
+TEST_F(TextureImageGLTest, TargetsWithoutTexelsAreALine)
+{
+    const TextureOf samples(context(), GL_TEXTURE_2D_MULTISAMPLE);
+    testing::internal::CaptureStderr();
+    image("samples", samples);
+    imageStackOfLevels("samples", samples);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+        HasSubstr("image(\"samples\"): textures of its target have no texels that can be read; what was shown stays"));
+    EXPECT_FALSE(takeImage());
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+// A framebuffer object with renderbuffers of these formats, of several samples, which is drawn to while it lives.
+class Samples
+{
+public:
+    Samples(int numSamples, GLenum colours, GLenum depths)
+    {
+        const auto store = reinterpret_cast<PFNGLRENDERBUFFERSTORAGEMULTISAMPLEEXTPROC>(
+            reinterpret_cast<void (*)()>(wglGetProcAddress("glRenderbufferStorageMultisampleEXT")));
+        glGenFramebuffersEXT(1, &m_Framebuffer);
+        glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, m_Framebuffer);
+        glGenRenderbuffersEXT(2, m_Buffers);
+        const GLenum places[] = {GL_COLOR_ATTACHMENT0_EXT, GL_DEPTH_ATTACHMENT_EXT};
+        const GLenum formats[] = {colours, depths};
+        for (int i = 0; i < 2; ++i)
+            if (formats[i] != GL_NONE) {
+                glBindRenderbufferEXT(GL_RENDERBUFFER_EXT, m_Buffers[i]);
+                store(GL_RENDERBUFFER_EXT, numSamples, formats[i], 8, 4);
+                glFramebufferRenderbufferEXT(GL_FRAMEBUFFER_EXT, places[i], GL_RENDERBUFFER_EXT, m_Buffers[i]);
+            }
+        if (colours == GL_NONE) {
+            glDrawBuffer(GL_NONE);
+            glReadBuffer(GL_NONE);
+        }
+        glViewport(1, 2, 3, 1);
+    }
+    ~Samples()
+    {
+        glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, 0);
+        glDeleteFramebuffersEXT(1, &m_Framebuffer);
+        glDeleteRenderbuffersEXT(2, m_Buffers);
+    }
+    Samples(const Samples&) = delete;
+    Samples& operator=(const Samples&) = delete;
+
+private:
+    GLuint m_Framebuffer = 0;
+    GLuint m_Buffers[2] = {};
+};
+
+bool haveSamples()
+{
+    GLint most = 0;
+    if (isListed("GL_EXT_framebuffer_multisample"))
+        glGetIntegerv(GL_MAX_SAMPLES_EXT, &most);
+    return most >= 4;
+}
+
+TEST_F(TextureImageGLTest, WhatHasSeveralSamplesIsRead)
+{
+    if (!haveSamples())
+        GTEST_SKIP() << "nothing has several samples";
+    const Samples samples(4, GL_RGBA8, GL_DEPTH24_STENCIL8_EXT);
+    glClearColor(0.2F, 0.4F, 0.6F, 1);
+    glClearDepth(0.25);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    disturb();
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(0, 0, 1, 1);
+    const auto before = allState();
+    framebufferImage("colours");
+    EXPECT_THAT(takeNumbers(), ElementsAre(51, 102, 153, 51, 102, 153, 51, 102, 153));
+    depthBufferImage("depths");
+    const std::vector<double> depths = takeNumbers();
+    ASSERT_EQ(depths.size(), 3U);
+    EXPECT_NEAR(depths[2], 0.25, 1e-4);
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_EQ(allState(), before);
+    glDisable(GL_SCISSOR_TEST);
+}
+
+TEST_F(TextureImageGLTest, ColoursThatAreDrawnKeepTheirPrecision)
+{
+    if (!haveSamples() || !isExtensionSupported("GL_ARB_color_buffer_float"))
+        GTEST_SKIP() << "nothing can be drawn to that has more than 8 bits";
+    for (const int numSamples : {0, 4}) {
+        const Samples floats(numSamples, GL_RGBA32F_ARB, GL_NONE);
+        glClearColor(0.1F, 7, 1e6F, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+        framebufferImage("floats");
+        EXPECT_THAT(takeNumbers(), ElementsAre(double(0.1F), 7, 1e6, double(0.1F), 7, 1e6, double(0.1F), 7, 1e6));
+        const Samples deep(numSamples, GL_RGBA16, GL_NONE);
+        glClearColor(0.1F, 0.5F, 1, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+        framebufferImage("deep");
+        const std::vector<double> numbers = takeNumbers();
+        ASSERT_EQ(numbers.size(), 9U);
+        EXPECT_NEAR(numbers[0], 6554, 1);
+        EXPECT_EQ(numbers[2], 65535);
+    }
+}
+
+TEST_F(TextureImageGLTest, WhatCannotBeReadOfAFramebufferIsALine)
+{
+    if (!haveSamples())
+        GTEST_SKIP() << "nothing has several samples";
+    const auto saidOf = [](auto read) {
+        testing::internal::CaptureStderr();
+        read();
+        EXPECT_FALSE(takeImage());
+        EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+        return testing::internal::GetCapturedStderr();
+    };
+    {
+        const Samples depths(0, GL_NONE, GL_DEPTH_COMPONENT24);
+        EXPECT_THAT(saidOf([] { framebufferImage("shadow"); }), HasSubstr("what is drawn to has no colours"));
+    }
+    {
+        const Samples nothing(0, GL_NONE, GL_NONE);
+        EXPECT_THAT(saidOf([] { framebufferImage("nothing"); }), HasSubstr("what is drawn to is not complete"));
+        EXPECT_THAT(saidOf([] { depthBufferImage("nothing's"); }), HasSubstr("what is drawn to is not complete"));
+    }
+    {
+        const Samples colours(4, GL_RGBA8, GL_NONE);
+        EXPECT_THAT(saidOf([] { depthBufferImage("flat"); }), HasSubstr("what is drawn to has no depths"));
+        glViewport(0, 0, 0, 5);
+        EXPECT_THAT(saidOf([] { framebufferImage("slit"); }), HasSubstr("the viewport is empty"));
+    }
+}
+
+TEST_F(TextureImageGLTest, BesideWhatIsDrawnToThereIsNothing)
+{
+    if (!haveSamples())
+        GTEST_SKIP() << "there is nothing of a known size";
+    const Samples small(0, GL_RGBA8, GL_NONE);
+    glClearColor(1, 1, 1, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glViewport(0, 0, 16, 8);
+    const std::vector<unsigned char> stale(3 * 16 * 8, 77);
+    framebufferImage("larger");
+    const std::vector<double> numbers = takeNumbers();
+    ASSERT_EQ(numbers.size(), stale.size());
+    EXPECT_EQ(numbers[3 * 7], 255);
+    EXPECT_EQ(numbers[3 * 8], 0);
+    EXPECT_EQ(numbers.back(), 0);
 }
 
 TEST_F(TextureImageGLTest, AllStateIsAsItWas)
