@@ -160,7 +160,8 @@ void NumberArgument::takeNumbers(const py::handle& argument)
 {
     m_Array = py::array::ensure(argument);
     if (!m_Array)
-        refuse("is a " + textOf(py::type::handle_of(argument).attr("__name__")) + ", of which numpy makes no array");
+        refuse(
+            "is a " + textOf(py::type::handle_of(argument).attr("__name__")) + ", which numpy cannot make an array of");
     if (m_Array.dtype().kind() == 'O' && m_Array.size() > 0)
         takePythonsMoments();
     switch (m_Array.dtype().kind()) {
@@ -169,9 +170,9 @@ void NumberArgument::takeNumbers(const py::handle& argument)
     case 'f':
     case 'M':
     case 'm': break;
-    case 'b': refuse("is made of bool: .astype(int) makes numbers of them");
+    case 'b': refuse("is made of bool, which .astype(int) turns into numbers");
     case 'c': refuse("is made of complex numbers: send .real, .imag or abs() of them");
-    default: refuse("is made of " + textOf(m_Array.dtype()) + ", which is no type of numbers");
+    default: refuse("is made of " + textOf(m_Array.dtype()) + ", which is not a type of numbers");
     }
     if (py::isinstance<py::array>(argument) && py::hasattr(argument, "filled"))
         m_Array = withoutMask(argument);
@@ -205,7 +206,7 @@ void NumberArgument::convertToPlainNumbers()
 void NumberArgument::requireSeries() const
 {
     if (m_IsLookedAt && m_Shape.size() != 1)
-        refuseShape("(n): send one row or column");
+        refuseShape("(n,): send one row or column");
 }
 
 void NumberArgument::requireTuples(std::initializer_list<std::size_t> widths) const
@@ -233,12 +234,12 @@ void NumberArgument::requireWholeNumbers() const
     const Numbers numbers = copy();
     for (std::size_t i = 0; i < numbers.size(); ++i)
         if (!isWhole(numbers[i]))
-            refuse("has " + textOf(py::float_(numbers[i])) + ", which is no whole number");
+            refuse("has " + textOf(py::float_(numbers[i])) + ", which is not a whole number");
 }
 
 void NumberArgument::refuseShape(const std::string& wanted) const
 {
-    refuse("has the shape " + textOf(m_Array.attr("shape")) + ", where it takes " + wanted);
+    refuse("has the shape " + textOf(m_Array.attr("shape")) + " instead of " + wanted);
 }
 
 void NumberArgument::refuse(const std::string& why) const

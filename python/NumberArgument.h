@@ -27,7 +27,7 @@ public:
     // `what` is the name of the argument, for errors. Throws a TypeError if it is not made of numbers.
     NumberArgument(const py::handle& argument, const char* what);
 
-    // Throw a TypeError if it has another shape: (); (n); (n, width) for one of the widths, or numbers one after the
+    // Throw a TypeError if it has another shape: (); (n,); (n, width) for one of the widths, or numbers one after the
     // other.
     void requireOne() const;
     void requireSeries() const;

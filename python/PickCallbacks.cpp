@@ -156,7 +156,7 @@ py::object colourOf(const Picked& picked)
 void setPickCallback(const Scene& scene, const py::object& callback)
 {
     if (!callback.is_none() && !PyCallable_Check(callback.ptr()))
-        throw py::type_error("callback is a function of what was picked, or None");
+        throw py::type_error("callback must be a function that takes a Picked, or None");
     std::function<void(const Picked&)> call;
     if (!callback.is_none() && !isShowOff()) {
         startWork();

@@ -87,8 +87,9 @@ QtGuard::QtGuard(const std::string& call)
     if (hasQtBackendOfMatplotlib()) {
         m_AllowsWindow = false;
         m_AllowsPictures = false;
-        sayOnce(call, "matplotlib's Qt backend is loaded, and will make the QApplication: make a figure first, whose "
-                      "window vireo's then goes with");
+        sayOnce(call,
+            "matplotlib's Qt backend is loaded and will make the QApplication: make a figure first, and vireo's "
+            "window opens beside it");
         return;
     }
     for (const char* variable : {"QT_PLUGIN_PATH", "QT_QPA_PLATFORM_PLUGIN_PATH"})
@@ -100,7 +101,7 @@ QtGuard::QtGuard(const std::string& call)
     change("QT_QPA_PLATFORM", "offscreen");
     m_AllowsWindow = savesPicturesOnly();
     if (!m_AllowsWindow)
-        sayOnce(call, "another Qt is loaded, " + other + ", beside which there are pictures only, and no window");
+        sayOnce(call, "another Qt is loaded, " + other + ": vireo makes pictures beside it, but opens no window");
 }
 
 QtGuard::~QtGuard()

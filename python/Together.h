@@ -27,7 +27,7 @@ public:
     void exit()
     {
         if (m_Statement && !isHere())
-            throw std::runtime_error("vireo.Together ends in the thread in which it began");
+            throw std::runtime_error("a block of vireo.Together must end in the thread in which it began");
         m_Statement.reset();
     }
 

@@ -12,7 +12,8 @@ VolumeSize sizeOf(const NumberArgument& samples, const std::optional<VolumeSize>
     const std::size_t numDimensions = samples.getNumDimensions();
     const bool areColours = numDimensions == 4 && (samples.getExtent(3) == 3 || samples.getExtent(3) == 4);
     if (numDimensions != 3 && !areColours)
-        samples.refuseShape("(nz, ny, nx), (nz, ny, nx, 3) or (nz, ny, nx, 4), or a size");
+        samples.refuseShape(
+            "(nz, ny, nx), or (nz, ny, nx, 3) or (nz, ny, nx, 4) for colours; another shape needs a size");
     VolumeSize extents;
     for (std::size_t i = 0; i < 3; ++i)
         extents[i] = static_cast<std::int64_t>(samples.getExtent(2 - i));
@@ -21,6 +22,8 @@ VolumeSize sizeOf(const NumberArgument& samples, const std::optional<VolumeSize>
 
 Spacing spacingOf(const py::handle& argument)
 {
+    if (argument.is_none())
+        return 1;
     const NumberArgument spacing(argument, "spacing");
     if (spacing.isLookedAt() && spacing.getNumDimensions() == 0)
         return spacing.number();
@@ -48,7 +51,7 @@ Vector3d vectorOf(const py::handle& argument, const char* what)
 {
     const NumberArgument vector(argument, what);
     if (vector.isLookedAt() && !(vector.getNumDimensions() == 1 && vector.getExtent(0) == 3))
-        vector.refuseShape("(3)");
+        vector.refuseShape("(3,)");
     const Numbers numbers = vector.copy();
     return numbers.isEmpty() ? Vector3d() : Vector3d(numbers[0], numbers[1], numbers[2]);
 }
@@ -58,7 +61,7 @@ VolumeArgument::VolumeArgument(const py::object& samples, const std::optional<Vo
     : m_Samples(samples, "samples")
     , m_Size(sizeOf(m_Samples, size))
     , m_Spacing(spacingOf(spacing))
-    , m_Origin(vectorOf(origin, "origin"))
+    , m_Origin(origin.is_none() ? Vector3d() : vectorOf(origin, "origin"))
     , m_Orientation(orientationOf(orientation))
 {}
 

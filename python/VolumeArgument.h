@@ -20,7 +20,7 @@ using VolumeSize = std::array<std::int64_t, 3>;
 class VolumeArgument
 {
 public:
-    // The orientation is None, or has the directions of x, y and z.
+    // The orientation has the directions of x, y and z. What is None is as if it were left out.
     VolumeArgument(const py::object& samples, const std::optional<VolumeSize>& size, const py::object& spacing,
         const py::object& origin, const py::object& orientation);
 

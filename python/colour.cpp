@@ -21,7 +21,8 @@ RGBA8 colourOf(const py::handle& colour)
     } catch (const py::cast_error&) {
         // as if there were too few
     }
-    throw py::type_error("colour is three or four whole numbers from 0 to 255: red, green, blue and maybe opacity");
+    throw py::type_error(
+        "a colour is three or four whole numbers from 0 to 255: red, green, blue and, if you like, opacity");
 }
 
 } // namespace tavo::python

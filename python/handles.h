@@ -31,15 +31,28 @@ struct ItemHandle
     Item item;
 };
 
+// Virtual, so that the operations of slices return the overlay that they were called of.
 struct SlicesHandle
 {
+    SlicesHandle(std::string itsName, const Slices& handle)
+        : name(std::move(itsName))
+        , slices(handle)
+    {}
+    virtual ~SlicesHandle() = default;
+
     std::string name;
     Slices slices;
 };
 
-struct SliceOverlayHandle
+struct SliceOverlayHandle : SlicesHandle
 {
-    std::string name;
+    SliceOverlayHandle(const SlicesHandle& below, std::string whatItIs, const SliceOverlay& handle)
+        : SlicesHandle(below.name, handle)
+        , what(std::move(whatItIs))
+        , overlay(handle)
+    {}
+
+    std::string what; // "overlay" or "labels"
     SliceOverlay overlay;
 };
 

@@ -1,5 +1,7 @@
+#include <filesystem>
 #include <map>
 #include <pybind11/stl.h>
+#include <pybind11/stl/filesystem.h>
 #include <span>
 #include <utility>
 #include <vector>
@@ -110,7 +112,7 @@ ItemHandle& sendRadius(ItemHandle& handle, const py::object& units)
 {
     const NumberArgument radii(units, "units");
     if (radii.getNumDimensions() > 1)
-        radii.refuseShape("() or (n)");
+        radii.refuseShape("() or (n,)");
     withoutGil([&] { handle.item.radius(radii.copy()); });
     return handle;
 }
@@ -131,9 +133,9 @@ void addValues(ItemClass& item)
         "A colour for each point, or each face, segment or stretch: shape (n, 3) for red, green and blue, or (n, 4) "
         "with opacity; integers from 0 to 255, floats from 0 to 1.");
     item.def("scalar", &sendScalar, py::arg("name"), py::arg("values"), SAME_HANDLE,
-        "A number for each of them, of shape (n), under a name, shown by the colours of a map. NaN is grey.");
+        "A number for each of them, of shape (n,), under a name, shown by the colours of a map. NaN is grey.");
     item.def("labels", &sendLabels, py::arg("values"), py::arg("name") = "labels", SAME_HANDLE,
-        "A category for each, of shape (n), shown by colours that depend on nothing but the category.");
+        "A category for each, of shape (n,), shown by colours that depend on nothing but the category.");
     item.def(
         "label_names",
         [](ItemHandle& handle, const std::map<std::int64_t, std::string>& names) -> ItemHandle& {
@@ -148,11 +150,11 @@ void addValues(ItemClass& item)
         "The normal of each point or vertex, of shape (n, 3). They need not have the length 1.");
     item.def("radius", &sendRadius, py::arg("units"), SAME_HANDLE,
         "How large the points of a cloud are, in units of the scene: one radius for all, or one for each, of shape "
-        "(n).");
+        "(n,).");
     item.def(
         "load_transfer_function",
-        [](ItemHandle& handle, const std::string& file) -> ItemHandle& {
-            handle.item.loadTransferFunction(file);
+        [](ItemHandle& handle, const std::filesystem::path& file) -> ItemHandle& {
+            handle.item.loadTransferFunction(file.string());
             return handle;
         },
         py::arg("file"), SAME_HANDLE, WithoutGil(),

@@ -88,7 +88,7 @@ PlotHandle& append(PlotHandle& handle, const std::string& name, const py::object
     const NumberArgument y(ys, "y");
     for (const NumberArgument* series : {&x, &y})
         if (series->getNumDimensions() > 1)
-            series->refuseShape("() or (n)");
+            series->refuseShape("() or (n,)");
     withoutGil([&] {
         const Statement together;
         handle.plot.append(name, sendX(handle, x), y.copy());

@@ -18,8 +18,9 @@ using SendPoints = Item (Scene::*)(std::string_view, const Points&, const Statem
 using SendPointPairs = Item (Scene::*)(std::string_view, const Points&, const Points&, const Statement&) const;
 using CopiedPoints = CopiedTuples<Points>;
 
-constexpr const char* POINTS_SHAPE = " Points have the shape (n, 3), or (3 n) as x, y, z one after the other, in the "
-                                     "units of the scene.";
+constexpr const char* POINTS_SHAPE =
+    " Points have the shape (n, 3), or (3 * n,) as x, y, z one after the other, in the "
+    "units of the scene.";
 
 // Points as an argument has them.
 class PointsArgument : public NumberArgument
@@ -88,7 +89,7 @@ std::vector<std::int64_t> polygonOf(const std::vector<double>& corners)
     for (const double corner : corners)
         if (!isWhole(corner))
             throw py::type_error(
-                "faces has " + py::cast<std::string>(py::str(py::float_(corner))) + ", which is no whole number");
+                "faces has " + py::cast<std::string>(py::str(py::float_(corner))) + ", which is not a whole number");
     return {corners.begin(), corners.end()};
 }
 
@@ -123,7 +124,7 @@ ItemHandle sendMesh(
         return send(handle, path, [&] { return handle.scene.mesh(path, CopiedPoints(vertices.copy()), *polygons); });
     const NumberArgument faces(triangles, "faces");
     if (faces.getNumDimensions() != 1 && faces.getNumDimensions() != 2 && faces.isLookedAt())
-        faces.refuseShape("(n, corners) or (3 n)");
+        faces.refuseShape("(n, corners) or (3 * n,)");
     faces.requireWholeNumbers();
     return send(handle, path, [&] { return handle.scene.mesh(path, CopiedPoints(vertices.copy()), facesOf(faces)); });
 }
@@ -171,7 +172,7 @@ void addOtherItems(SceneClass& scene)
             const PointsArgument position(numbers, "position");
             return send(handle, path, [&] { return handle.scene.text(path, CopiedPoints(position.copy()), text); });
         },
-        py::arg("path"), py::arg("position"), py::arg("text"), "A text at a position of shape (3).");
+        py::arg("path"), py::arg("position"), py::arg("text"), "A text at a position of shape (3,).");
     scene.def("volume", &sendVolume, py::arg("path"), py::arg("samples"), py::arg("size") = py::none(),
         py::arg("spacing") = 1.0, py::arg("origin") = py::make_tuple(0.0, 0.0, 0.0),
         py::arg("orientation") = py::none(),
@@ -221,9 +222,9 @@ void addView(SceneClass& scene)
         },
         py::arg("are_shown") = true, SAME_HANDLE, WithoutGil(),
         "Shows a box about everything, with numbers along its edges.");
-    addBox(scene, "clip_box", &Scene::clipBox, "Shows only what is in a box along the axes; both of shape (3).");
+    addBox(scene, "clip_box", &Scene::clipBox, "Shows only what is in a box along the axes; both of shape (3,).");
     addBox(scene, "cut_out", &Scene::cutOut,
-        "Takes away what is in a box along the axes, such as a corner of a volume; both of shape (3). It takes the "
+        "Takes away what is in a box along the axes, such as a corner of a volume; both of shape (3,). It takes the "
         "place of "
         "a clip box.");
     scene.def(

@@ -12,16 +12,18 @@ namespace tavo::python {
 namespace {
 
 using SlicesClass = py::class_<SlicesHandle>;
-using OverlayClass = py::class_<SliceOverlayHandle>;
+using OverlayClass = py::class_<SliceOverlayHandle, SlicesHandle>;
 using Names = std::variant<std::vector<std::string>, std::map<std::int64_t, std::string>>;
+using Size = std::optional<VolumeSize>;
 
-constexpr const char* WHERE = " They have the shape (nz, ny, nx), x as the last index; spacing is one number or three, "
-                              "for x, y and z; origin is where the first sample is.";
+constexpr const char* WHERE =
+    " Samples have the shape (nz, ny, nx), or (nz, ny, nx, 3) or (nz, ny, nx, 4) for colours; or any shape, x fastest, "
+    "with a size (nx, ny, nz). spacing is one number or three, for x, y and z; origin is where the first sample is.";
 
-SlicesHandle sendSlices(const std::string& name, const py::object& samples, const py::object& spacing,
+SlicesHandle sendSlices(const std::string& name, const py::object& samples, const Size& size, const py::object& spacing,
     const py::object& origin, const py::object& orientation)
 {
-    const VolumeArgument volume(samples, {}, spacing, origin, orientation);
+    const VolumeArgument volume(samples, size, spacing, origin, orientation);
     return {name, withoutGil([&] {
                 return volume.isOriented()
                            ? slices(name, volume.samples(), volume.size(), volume.spacing(), volume.origin(),
@@ -30,22 +32,36 @@ SlicesHandle sendSlices(const std::string& name, const py::object& samples, cons
             })};
 }
 
-SliceOverlayHandle sendOverlay(const SlicesHandle& handle, const py::object& samples, const py::object& spacing,
-    const py::object& origin, const py::object& orientation)
+SliceOverlayHandle sendOverlay(const SlicesHandle& handle, const py::object& samples, const Size& size,
+    const py::object& spacing, const py::object& origin, const py::object& orientation)
 {
-    const VolumeArgument volume(samples, {}, spacing, origin, orientation);
-    return {handle.name, withoutGil([&] {
+    const VolumeArgument volume(samples, size, spacing, origin, orientation);
+    return {handle, "overlay", withoutGil([&] {
                 return handle.slices.overlay(
                     volume.samples(), volume.size(), volume.spacing(), volume.origin(), volume.orientation());
             })};
 }
 
-SliceOverlayHandle sendLabels(const SlicesHandle& handle, const py::object& samples, const Names& names)
+// Those of the volume's samples, which have its shape, or nothing but its order.
+SliceOverlay sendLabelsOfItsSamples(const Slices& slices, const py::object& samples, const LabelNames& names)
 {
     const NumberArgument labels(samples, "samples");
+    if (labels.isLookedAt() && labels.getNumDimensions() != 3 && labels.getNumDimensions() != 1)
+        labels.refuseShape("(nz, ny, nx)");
+    return withoutGil([&] { return slices.labels(CopiedTuples<Samples>(labels.copy()), names); });
+}
+
+SliceOverlayHandle sendLabels(const SlicesHandle& handle, const py::object& samples, const Names& names,
+    const Size& size, const py::object& spacing, const py::object& origin, const py::object& orientation)
+{
     const LabelNames called = std::visit([](const auto& all) { return LabelNames(all); }, names);
-    return {
-        handle.name, withoutGil([&] { return handle.slices.labels(CopiedTuples<Samples>(labels.copy()), called); })};
+    if (!size && spacing.is_none() && origin.is_none() && orientation.is_none())
+        return {handle, "labels", sendLabelsOfItsSamples(handle.slices, samples, called)};
+    const VolumeArgument labels(samples, size, spacing, origin, orientation);
+    return {handle, "labels", withoutGil([&] {
+                return handle.slices.labels(
+                    labels.samples(), labels.size(), labels.spacing(), labels.origin(), labels.orientation(), called);
+            })};
 }
 
 SliceOverlayHandle& sendLabelColours(SliceOverlayHandle& handle, const std::map<std::int64_t, py::object>& colours)
@@ -57,8 +73,8 @@ SliceOverlayHandle& sendLabelColours(SliceOverlayHandle& handle, const std::map<
     return handle;
 }
 
-template <typename Handle, typename Shown>
-void addLooks(py::class_<Handle>& shown, Shown Handle::*member)
+template <typename Handle, typename Shown, typename... Bases>
+void addLooks(py::class_<Handle, Bases...>& shown, Shown Handle::*member)
 {
     shown.def(
         "window",
@@ -75,13 +91,13 @@ void addLooks(py::class_<Handle>& shown, Shown Handle::*member)
             return handle;
         },
         py::arg("name"), SAME_HANDLE, WithoutGil(), "The map from numbers to colours, such as \"bone\".");
-    shown.def("_repr_png_", [](const Handle& handle) { return pngOf(handle.name); });
 }
 
 void addOverlay(py::module_& module)
 {
     OverlayClass overlay(module, "SliceOverlay", madeByCalls(),
-        "What lies on the volume of slices: their overlay, or their labels. Every operation returns it.");
+        "What lies on the volume of slices: their overlay, or their labels. It has the operations of the slices, too. "
+        "Every operation returns it, or what was sent.");
     addLooks(overlay, &SliceOverlayHandle::overlay);
     overlay.def(
         "opacity",
@@ -100,18 +116,25 @@ void addOverlay(py::module_& module)
         "Whether only the edges of labels are seen, and not what is within.");
     overlay.def("colours", &sendLabelColours, py::arg("colours"), SAME_HANDLE,
         "The colours of labels, in a dict; the others have those of categories.");
+    overlay.def("__repr__", [](const SliceOverlayHandle& handle) {
+        return "<" + handle.what + " of vireo.slices(" + quoted(handle.name) + ")>";
+    });
 }
 
 void addWhatLiesOnThem(SlicesClass& shown)
 {
-    shown.def("overlay", &sendOverlay, py::arg("samples"), py::arg("spacing") = 1.0,
+    shown.def("overlay", &sendOverlay, py::arg("samples"), py::arg("size") = py::none(), py::arg("spacing") = 1.0,
         py::arg("origin") = py::make_tuple(0.0, 0.0, 0.0), py::arg("orientation") = py::none(),
         (std::string("Sends a second volume, in colours of its own, which may have another size and lie elsewhere.") +
             WHERE)
             .c_str());
     shown.def("labels", &sendLabels, py::arg("samples"), py::arg("names") = std::vector<std::string>(),
-        "The category of each sample of the volume, in the colours of categories. The pointer shows their names: a "
-        "list, from category 0 on, or a dict. 0 is none.");
+        py::arg("size") = py::none(), py::arg("spacing") = py::none(), py::arg("origin") = py::none(),
+        py::arg("orientation") = py::none(),
+        "The category of each sample of the volume, of its shape (nz, ny, nx), in the colours of categories. The "
+        "pointer shows their names: a list, from category 0 on, or a dict. 0 is none.\n\n"
+        "With a size, a spacing, an origin or an orientation, which are as those of a volume, the labels have a shape "
+        "of their own and lie where these say.");
     shown.def(
         "remove_overlay",
         [](SlicesHandle& handle) -> SlicesHandle& {
@@ -135,8 +158,8 @@ void addSlices(py::module_& module)
     SlicesClass shown(module, "Slices", madeByCalls(),
         "A volume in three planes through a crosshair, in a view of the window. slices(name, samples) makes it.\n\n"
         "Every operation may be called by any thread, and returns the slices or what was sent.");
-    addOverlay(module);
     addLooks(shown, &SlicesHandle::slices);
+    addOverlay(module); // before what returns one, which says so in its signature
     addWhatLiesOnThem(shown);
     shown.def(
         "crosshair",
@@ -147,14 +170,16 @@ void addSlices(py::module_& module)
         py::arg("x"), py::arg("y"), py::arg("z"), SAME_HANDLE, WithoutGil(),
         "Moves the crosshair to a place, in the coordinates of origin and spacing.");
     shown.def("__repr__", [](const SlicesHandle& handle) { return "vireo.slices(" + quoted(handle.name) + ")"; });
+    shown.def("_repr_png_", [](const SlicesHandle& handle) { return pngOf(handle.name); });
     module.def(
         "slices",
         [](const std::string& name) {
             return SlicesHandle{name, withoutGil([&] { return tavo::slices(name); })};
         },
         py::arg("name"), "The slices of that name, to which nothing is sent.");
-    module.def("slices", &sendSlices, py::arg("name"), py::arg("samples"), py::arg("spacing") = 1.0,
-        py::arg("origin") = py::make_tuple(0.0, 0.0, 0.0), py::arg("orientation") = py::none(),
+    module.def("slices", &sendSlices, py::arg("name"), py::arg("samples"), py::arg("size") = py::none(),
+        py::arg("spacing") = 1.0, py::arg("origin") = py::make_tuple(0.0, 0.0, 0.0),
+        py::arg("orientation") = py::none(),
         (std::string("Sends a volume: samples of any type.") + WHERE +
             " With an orientation, the directions of x, y and z, x leads to the right of a patient, y to the front and "
             "z upwards, and letters name the sides.\n\n"

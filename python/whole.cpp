@@ -6,7 +6,8 @@ namespace {
 
 PyObject* refuse(PyTypeObject* type, PyObject*, PyObject*)
 {
-    PyErr_Format(PyExc_TypeError, "%s: functions of vireo make it, such as vireo.plot(name), and nothing else does",
+    PyErr_Format(PyExc_TypeError,
+        "%s: objects of this type are made by functions of vireo, such as vireo.plot(name), and by nothing else",
         type->tp_name);
     return nullptr;
 }

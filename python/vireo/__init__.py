@@ -47,8 +47,5 @@ from ._vireo import (  # noqa: E402
 
 __all__ = [_name for _name in dir() if not _name.startswith("_")]
 
-for _name in __all__:
-    globals()[_name].__module__ = __name__
-
 _qt.keep_matplotlib_apart()
 _atexit.register(_stop_callbacks)

@@ -36,8 +36,8 @@ print(vireo.plot("p")._repr_png_()[:4], vireo.pump())
 
     def test_the_window_first(self):
         line = (
-            "vireo's window has the QApplication in a thread of its own: make a figure of matplotlib's Qt backend before "
-            "the first picture or window of vireo's, or use another backend, such as TkAgg"
+            "vireo's window has the QApplication in a thread of its own: make a figure with matplotlib's Qt backend before "
+            "vireo's first picture or window, or use another backend, such as TkAgg"
         )
         self.check(
             """
@@ -105,7 +105,7 @@ print(vireo.open_window(), vireo.pump(), vireo.pump(), vireo.plot("p")._repr_png
 """
         ended = run(code, other)
         self.assertEqual((ended.returncode, ended.stdout), (0, "False True True b'\\x89PNG' None\n"), ended.stderr)
-        line = f"another Qt is loaded, {other}, beside which there are pictures only, and no window"
+        line = f"another Qt is loaded, {other}: vireo makes pictures beside it, but opens no window"
         self.assertEqual(ended.stderr.count("vireo.open_window(): " + line), 1)
         self.assertEqual(ended.stderr.count("vireo.pump(): " + line), 1)
 

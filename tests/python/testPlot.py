@@ -4,6 +4,7 @@ import datetime
 import os
 import pathlib
 import struct
+import threading
 import unittest
 
 import numpy
@@ -85,7 +86,7 @@ class PlotTest(DataTest):
     def test_colours_are_bytes(self):
         plot = vireo.plot("colours").colour("y", [1, 2, 3]).colour("y", numpy.array([1, 2, 3, 4], "u1"))
         for colour in ((1, 2), (1, 2, 256), (0.5, 0.5, 0.5), "red", None):
-            with self.subTest(colour=colour), self.assertRaisesRegex(TypeError, "^colour is"):
+            with self.subTest(colour=colour), self.assertRaisesRegex(TypeError, "^a colour is"):
                 plot.colour("y", colour)
 
     def test_keywords_name_arguments(self):
@@ -108,6 +109,25 @@ class PlotTest(DataTest):
             vireo.plot("together").curve("y", [1])
         self.assertEqual(self.column("together", "y"), [1])
 
+    def test_a_block_ends_in_the_thread_that_began_it(self):
+        together = vireo.Together()
+        together.__enter__()
+        vireo.plot("block").curve("y", [1])
+        refusals = []
+
+        def end():
+            try:
+                together.__exit__(None, None, None)
+            except RuntimeError as error:
+                refusals.append(str(error))
+
+        thread = threading.Thread(target=end)
+        thread.start()
+        thread.join()
+        self.assertEqual(refusals, ["a block of vireo.Together must end in the thread in which it began"])
+        together.__exit__(None, None, None)
+        self.assertEqual(self.column("block", "y"), [1])
+
     def test_views_are_removed(self):
         vireo.plot("removed").curve("y", [1])
         vireo.remove("removed")
@@ -129,7 +149,7 @@ class MistakesTest(unittest.TestCase):
     def test_nothing_is_made_but_by_calls(self):
         for made in (vireo.Plot, vireo.Scene, vireo.Item, vireo.Image, vireo.Slices, vireo.SliceOverlay, vireo.Picked):
             for make in (made, lambda: made.__new__(made), type("Derived", (made,), {})):
-                with self.assertRaisesRegex(TypeError, "functions of vireo make it"):
+                with self.assertRaisesRegex(TypeError, "made by functions of vireo"):
                     make()
         together = vireo.Together.__new__(vireo.Together)
         with together:

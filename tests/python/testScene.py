@@ -52,10 +52,10 @@ class SceneTest(DataTest):
         for faces in (numpy.array([[0.0, 1, 2]]), numpy.array([0.0, 1, 2], "f4"), [[0.0, 1, 2], [0, 1, 3.0, 2]]):
             scene.mesh("m", POINTS, faces)
         for faces in (numpy.array([[0, 1, 1.5]]), [[0, 1, 1.5], [0, 1, 3, 2]], [0, 1, 1.5]):
-            with self.assertRaisesRegex(TypeError, "^faces has 1.5, which is no whole number$"):
+            with self.assertRaisesRegex(TypeError, "^faces has 1.5, which is not a whole number$"):
                 scene.mesh("m", POINTS, faces)
         for faces in ([[0, 1, numpy.nan]], [[0, 1, 2**70], [0, 1, 2, 3]]):
-            with self.assertRaisesRegex(TypeError, "^faces has .*, which is no whole number$"):
+            with self.assertRaisesRegex(TypeError, "^faces has .*, which is not a whole number$"):
                 scene.mesh("m", POINTS, faces)
 
     def test_an_orientation_is_any_array(self):

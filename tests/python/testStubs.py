@@ -24,12 +24,12 @@ def functions(body):
 
 def real_functions(owner):
     found = {}
-    for name, member in inspect.getmembers(owner):
+    for name, member in vars(owner).items():
         if name.startswith("_") or not inspect.isroutine(member):
             continue
         pattern = r"^(?:\d+\. )?" + name + r"\((.*)\) -> "
         for signature in re.findall(pattern, member.__doc__, re.MULTILINE):
-            arguments = ast.parse(f"def f({signature}): pass".replace("vireo._vireo.", "")).body[0].args
+            arguments = ast.parse(f"def f({signature}): pass".replace("vireo.", "")).body[0].args
             names = [argument.arg for argument in arguments.args if argument.arg not in ("self", "arg0")]
             found.setdefault(name, []).append((names, [ast.unparse(default) for default in arguments.defaults]))
     return found
@@ -48,6 +48,8 @@ class StubsTest(unittest.TestCase):
         for name, node in classes.items():
             with self.subTest(name=name):
                 owner = getattr(vireo, name)
+                bases = [base.__name__ for base in owner.__bases__ if base.__module__ == "vireo"]
+                self.assertEqual([base.id for base in node.bases], bases)
                 properties = {
                     member
                     for member, value in inspect.getmembers(owner, lambda value: isinstance(value, property))
