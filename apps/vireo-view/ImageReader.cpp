@@ -10,7 +10,7 @@
 #include "apps/vireo-view/InputError.h"
 #include "apps/vireo-view/PnmReader.h"
 #include "apps/vireo-view/checkJpeg.h"
-#include "apps/vireo-view/checkPng.h"
+#include "apps/vireo-view/openPng.h"
 #include "apps/vireo-view/words.h"
 #ifdef VIREO_HAVE_TIFF
 #include "apps/vireo-view/TiffImages.h"
@@ -81,11 +81,10 @@ Picture pictureOf(const QImage& image)
     return pictureAs<std::uint8_t>(image, QImage::Format_RGB888, 3);
 }
 
-std::vector<Picture> readWithQt(const std::filesystem::path& file, const Progress& progress)
+std::vector<Picture> readWithQt(QImageReader& reader, const std::filesystem::path& file, const Progress& progress)
 {
     constexpr std::uint64_t BYTES_PER_PIXEL = 4;
     constexpr std::uint64_t MOST_BYTES = std::uint64_t(2) << 30;
-    QImageReader reader(QString::fromStdU16String(file.u16string()));
     reader.setAutoTransform(true);
     std::vector<Picture> pictures;
     std::uint64_t numBytes = 0;
@@ -104,6 +103,19 @@ std::vector<Picture> readWithQt(const std::filesystem::path& file, const Progres
         tell(file, progress, 1);
     } while (reader.supportsAnimation() && reader.canRead());
     return pictures;
+}
+
+std::vector<Picture> readWithQt(const std::filesystem::path& file, const Progress& progress)
+{
+    QImageReader reader(QString::fromStdU16String(file.u16string()));
+    return readWithQt(reader, file, progress);
+}
+
+std::vector<Picture> readPng(const std::filesystem::path& file, const Progress& progress)
+{
+    const std::unique_ptr<QIODevice> png = openPng(file);
+    QImageReader reader(png.get(), "png");
+    return readWithQt(reader, file, progress);
 }
 
 // The words of the head of a PFM, which a single blank follows.
@@ -227,7 +239,7 @@ std::vector<Picture> readImages(const std::filesystem::path& file, const Progres
     if (beginning.starts_with("II") || beginning.starts_with("MM"))
         return readTiffIfThereIsAReader(file, progress);
     if (beginning.starts_with("\x89PNG"))
-        checkPng(file);
+        return readPng(file, progress);
     if (beginning.starts_with("\xFF\xD8\xFF"))
         checkJpeg(file);
     if (beginning.starts_with("BM"))

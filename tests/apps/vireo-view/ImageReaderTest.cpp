@@ -173,6 +173,45 @@ TEST_F(ImageReaderTest, ABmpThatIsCutOffIsALine)
         EXPECT_THAT(whyNot("cut.bmp", whole.substr(0, size)), HasSubstr("cut.bmp: is a BMP that ends too early"));
 }
 
+std::string bigEndian(std::size_t number)
+{
+    std::string bytes;
+    for (int shift = 24; shift >= 0; shift -= 8)
+        bytes += static_cast<char>(number >> shift);
+    return bytes;
+}
+
+// A part of a PNG, with the sum at its end.
+std::string partOfPng(const std::string& kind, const std::string& contents)
+{
+    const std::string summed = kind + contents;
+    const uLong sum = crc32(0, reinterpret_cast<const Bytef*>(summed.data()), static_cast<uInt>(summed.size()));
+    return bigEndian(contents.size()) + summed + bigEndian(sum);
+}
+
+TEST_F(ImageReaderTest, WhatOfAPngIsNotItsPixelsIsNotSpokenOf)
+{
+    QImage image(50, 1, QImage::Format_Indexed8);
+    image.setColorTable({qRgba(1, 2, 3, 40), qRgba(5, 6, 7, 255)});
+    image.fill(0);
+    const std::string whole = contentsOf(save("whole.png", image));
+    std::string damaged = whole;
+    damaged[whole.find("pHYs") + 5] ^= 1;
+    std::string unusual = whole;
+    unusual.insert(whole.find("PLTE") - 4, partOfPng("iCCP", "no profile") + partOfPng("gAMA", bigEndian(3)));
+    std::string opaque = whole;
+    opaque[whole.find("tRNS") + 4] ^= 1;
+    testing::internal::CaptureStderr();
+    for (const std::string& bytes : {whole, damaged, unusual, whole + "more"}) {
+        const Picture picture = readImages(write("a.png", bytes), nullptr).at(0);
+        const auto& numbers = numbersOf<std::uint8_t>(picture);
+        ASSERT_EQ(numbers.size(), 200U);
+        EXPECT_THAT(std::vector(numbers.begin(), numbers.begin() + 4), ElementsAre(1, 2, 3, 40));
+    }
+    EXPECT_EQ(readImages(write("a.png", opaque), nullptr).at(0).channels, 3);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST_F(ImageReaderTest, AHugePictureOfAFewBytesFillsNoMemory)
 {
     const std::filesystem::path file = save("a.png", QImage(1, 1, QImage::Format_RGB32));
