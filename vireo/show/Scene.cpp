@@ -623,7 +623,8 @@ Item Item::loadTransferFunction(const std::string& file, const Statement&) const
         TransferFunction function;
         const std::string why = tavo::loadTransferFunction(QString::fromLocal8Bit(file.c_str()), function);
         if (!why.empty())
-            Call{m_Slot, "loadTransferFunction", m_Path}.refuse(printable(file, 200) + ": " + why);
+            Call{m_Slot, "loadTransferFunction", m_Path}.refuse(
+                (file.empty() ? "" : printable(file, 200) + ": ") + why);
         else
             changeItem(m_Slot, m_Path, [&](ItemUpdate& item) {
                 item.colourMap = function.colourMap;

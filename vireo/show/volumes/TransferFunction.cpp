@@ -114,6 +114,8 @@ std::string readTransferFunction(const QByteArray& json, TransferFunction& funct
 // Not more is read than makes sense, of whatever there is.
 std::string loadTransferFunction(const QString& file, TransferFunction& function)
 {
+    if (file.isEmpty())
+        return "the file has no name"; // which Qt would say itself
     QFile source(file);
     if (QFileInfo(file).exists() && !QFileInfo(file).isFile())
         return "it is no file";

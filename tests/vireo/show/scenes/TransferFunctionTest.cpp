@@ -87,6 +87,9 @@ TEST_F(TransferFunctionTest, WhatIsNoFileIsRefused)
 {
     TransferFunction read;
     EXPECT_EQ(loadTransferFunction(m_Folder.path(), read), "it is no file");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(loadTransferFunction("", read), "the file has no name");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "Qt says nothing of it";
     EXPECT_NE(loadTransferFunction(path("none.json"), read), "");
     QFile large(path("large.json"));
     ASSERT_TRUE(large.open(QIODevice::WriteOnly));
