@@ -181,11 +181,23 @@ void ImageLevels::visit(
         return;
     if (level == 0)
         return use(m_Pixels, {0, 0});
-    ++m_Use;
+    const Look look(*this);
     for (int row = region.top() / TILE; row <= region.bottom() / TILE; ++row)
         for (int column = region.left() / TILE; column <= region.right() / TILE; ++column)
             use(tile({level, column, row}), {column * TILE, row * TILE});
-    forgetOld();
+}
+
+ImageLevels::Look::Look(ImageLevels& levels)
+    : m_Levels(levels)
+{
+    if (m_Levels.m_NumLooks++ == 0)
+        ++m_Levels.m_Use;
+}
+
+ImageLevels::Look::~Look()
+{
+    if (--m_Levels.m_NumLooks == 0)
+        m_Levels.forgetOld();
 }
 
 const ImagePixels& ImageLevels::tile(const Key& key)

@@ -37,6 +37,19 @@ public:
     void visit(
         int level, const QRect& region, const std::function<void(const ImagePixels& piece, const QPoint& place)>& use);
 
+    // What is visited while it lives is seen at once: nothing of it is forgotten until then.
+    class Look
+    {
+    public:
+        explicit Look(ImageLevels& levels);
+        ~Look();
+        Look(const Look&) = delete;
+        Look& operator=(const Look&) = delete;
+
+    private:
+        ImageLevels& m_Levels;
+    };
+
     std::size_t numBytes() const { return m_NumBytes; }
 
 private:
@@ -57,6 +70,7 @@ private:
     std::size_t m_MostBytes;
     std::size_t m_NumBytes = 0;
     std::uint64_t m_Use = 0;
+    int m_NumLooks = 0; // one within the other
 };
 
 } // namespace tavo

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 #include <unordered_map>
+#include <utility>
 
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/text/printable.h"
@@ -210,7 +211,7 @@ std::vector<ImageView*> ImageView::linkedViews()
 
 void ImageView::changed()
 {
-    m_IsDrawn = false;
+    m_Drawn.reset();
     m_LayerSlider->follow(m_Stack, imageWidth(), height() - barHeight());
     m_Panel->noteChange();
     if (!m_IsChosen)
@@ -234,7 +235,7 @@ void ImageView::setSight(const ImageSight& sight)
         view->m_Sight = sight;
         view->m_Sight.keepInView(view->imageSize());
         view->m_IsChosen = true;
-        view->changed();
+        view->update();
     }
 }
 
@@ -256,6 +257,7 @@ void ImageView::goTo(const std::optional<ImageChoice>& choice)
     if (!choice)
         return;
     m_Model.choose(choice->settings);
+    changed();
     if (choice->sight)
         setSight(*choice->sight);
     else
@@ -480,8 +482,7 @@ void ImageView::paintEvent(QPaintEvent*)
     if (isPaintedAtOnce(m_Sight)) {
         runGuarded([&] { paintSight(painter); });
     } else {
-        if (!m_IsDrawn)
-            runGuarded([this] { draw(); });
+        runGuarded([this] { draw(); });
         painter.drawImage(QPoint(0, 0), m_Picture);
     }
     paintProfile(painter);
@@ -501,12 +502,20 @@ void ImageView::paintSight(QPainter& painter) const
 // The memory is that of the last picture: new memory would cost as much as the drawing.
 void ImageView::draw()
 {
-    if (m_Picture.size() != sightSize())
-        m_Picture = QImage(sightSize(), QImage::Format_RGB32);
+    const QSize size = sightSize();
+    const bool isOfSize = m_Picture.size() == size;
+    if (isOfSize && m_Drawn == m_Sight)
+        return;
+    if (!isOfSize)
+        m_Picture = QImage(size, QImage::Format_RGB32);
+    const std::optional<ImageSight> before = isOfSize ? std::exchange(m_Drawn, std::nullopt) : std::nullopt;
     m_Picture.setDevicePixelRatio(1);
-    drawImage(m_Picture, m_Model.levels(), m_Model.colours(), m_Sight, ink());
+    if (before)
+        moveImage(m_Picture, *before, m_Model.levels(), m_Model.colours(), m_Sight, ink());
+    else
+        drawImage(m_Picture, m_Model.levels(), m_Model.colours(), m_Sight, ink());
     m_Picture.setDevicePixelRatio(devicePixelRatioF());
-    m_IsDrawn = true;
+    m_Drawn = m_Sight;
 }
 
 // Where the pointer is, in this image or one that is linked to it.

@@ -127,7 +127,7 @@ private:
     ImageHistory m_History;
     std::optional<QPoint> m_Hovered;
     QImage m_Picture;
-    bool m_IsDrawn = false; // the picture, as it has to be
+    std::optional<ImageSight> m_Drawn; // what the picture shows, of the image as it is
     ImageProfile m_Profile;
     std::unique_ptr<ImageGestures> m_Gestures;
     LayerSlider* m_LayerSlider; // children of the widget

@@ -8,6 +8,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "vireo/show/images/drawReduced.h"
+
 namespace tavo {
 
 namespace {
@@ -76,72 +78,6 @@ QRect drawSquares(QImage& lines, int firstLine, const QSize& view, const ImagePi
     return covered;
 }
 
-// The level of which a pixel is a little more than one of the screen, or just one.
-int levelOf(double scale)
-{
-    constexpr double ROUNDING = 1e-9;
-    return std::max(static_cast<int>(std::floor(std::log2(1 / scale) + ROUNDING)), 0);
-}
-
-// A part of a level in colours.
-QImage coloursOf(ImageLevels& levels, int level, const QRect& part, const PixelColours& colours)
-{
-    QImage picture(part.size(), QImage::Format_RGB32);
-    levels.visit(level, part, [&](const ImagePixels& piece, const QPoint& place) {
-        const QRect covered = QRect(place, QSize(piece.width, piece.height)) & part;
-        for (int y = covered.top(); y <= covered.bottom(); ++y)
-            colours.convert(piece, covered.left() - place.x(), y - place.y(), covered.width(),
-                lineOf(picture, y - part.top()) + covered.left() - part.left());
-    });
-    return picture;
-}
-
-bool canBeMarked(const ImagePixels& pixels)
-{
-    return pixels.numbers.visit(
-        [](const auto* numbers, std::size_t) { return std::is_floating_point_v<std::decay_t<decltype(*numbers)>>; });
-}
-
-// What is not finite, whose colours would be lost among those of its neighbours: each as a pixel of the screen.
-// `corner` is where the colours begin.
-void drawMarks(QImage& picture, const QImage& colours, const QPointF& corner, double scale)
-{
-    for (int y = 0; y < colours.height(); ++y) {
-        const auto* const row = reinterpret_cast<const QRgb*>(colours.constScanLine(y));
-        for (int x = 0; x < colours.width(); ++x) {
-            if (row[x] != COLOUR_OF_NAN && row[x] != COLOUR_OF_INFINITY)
-                continue;
-            const QPointF middle = corner + QPointF(x + 0.5, y + 0.5) * scale;
-            const QPoint place(static_cast<int>(std::floor(middle.x())), static_cast<int>(std::floor(middle.y())));
-            if (picture.rect().contains(place) && picture.pixel(place) != COLOUR_OF_NAN)
-                picture.setPixel(place, row[x]);
-        }
-    }
-}
-
-// The image, smaller than it is.
-void drawReduced(QImage& picture, ImageLevels& levels, const PixelColours& colours, const ImageSight& sight)
-{
-    const int level = levelOf(sight.scale);
-    const double scale = sight.scale * std::pow(2, level);
-    const QSize size = levels.sizeOf(level);
-    ImageSight ofLevel;
-    ofLevel.scale = scale;
-    ofLevel.centre = sight.centre / std::pow(2, level);
-    const QRect seen = seenPixels(size, ofLevel, picture.size()).adjusted(-1, -1, 1, 1) & QRect(QPoint(), size);
-    if (seen.isEmpty())
-        return;
-    const QPointF corner = sight.origin(picture.size()) + QPointF(seen.topLeft()) * scale;
-    const QImage reduced = coloursOf(levels, level, seen, colours);
-    {
-        QPainter painter(&picture);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform, scale < 1);
-        painter.drawImage(QRectF(corner, QSizeF(seen.size()) * scale), reduced);
-    }
-    if (scale < 1 && canBeMarked(levels.pixels()))
-        drawMarks(picture, reduced, corner, scale);
-}
-
 // What of the view the whole image covers, of which may be more than an int holds.
 QRectF placeOf(const ImagePixels& pixels, const ImageSight& sight, const QSize& view)
 {
@@ -156,10 +92,17 @@ void fillAround(QPainter& painter, const QRectF& image, const QSize& view, const
         painter.fillRect(rect, ground);
 }
 
+// The pixels of the screen that an image has: one at least.
+QRect pixelsOf(const QRectF& image)
+{
+    const QRect pixels = image.toRect();
+    return {pixels.topLeft(), pixels.size().expandedTo({1, 1})};
+}
+
 // One pixel wide, around the image.
 void drawEdge(QPainter& painter, const QRectF& image, const QColor& edge)
 {
-    const QRect inside = image.toRect();
+    const QRect inside = pixelsOf(image);
     const QRect outside = inside.adjusted(-1, -1, 1, 1);
     for (const QRect& side : QRegion(outside).subtracted(inside))
         painter.fillRect(side, edge);
@@ -261,6 +204,42 @@ void drawValues(
         }
 }
 
+// To another place in the same picture; what comes into view has the pixels of what was there.
+void movePixels(QImage& picture, const QPoint& shift)
+{
+    const int fromX = std::max(-shift.x(), 0);
+    const int toX = std::max(shift.x(), 0);
+    const std::size_t numBytes = sizeof(QRgb) * static_cast<std::size_t>(picture.width() - std::abs(shift.x()));
+    const int numRows = picture.height() - std::abs(shift.y());
+    for (int i = 0; i < numRows; ++i) {
+        const int to = shift.y() > 0 ? picture.height() - 1 - i : i; // none is overwritten that is still to be moved
+        std::memmove(lineOf(picture, to) + toX, lineOf(picture, to - shift.y()) + fromX, numBytes);
+    }
+}
+
+bool isReduced(const ImageSight& sight)
+{
+    return sight.scale < 1;
+}
+
+// A part of what is seen of an image that is seen smaller than it is.
+void drawPart(QImage& picture, const QRect& part, ImageLevels& levels, const PixelColours& colours,
+    const ImageSight& sight, const ImageInk& ink)
+{
+    const ImagePixels& pixels = levels.pixels();
+    const QRectF all = placeOf(pixels, sight, picture.size());
+    QPainter painter(&picture);
+    painter.setClipRect(part);
+    fillAround(painter, all, picture.size(), ink.ground);
+    if (pixels.isEmpty() || all.isEmpty())
+        return;
+    painter.end();
+    drawReduced(picture, pixelsOf(all) & part, levels, colours, sight);
+    painter.begin(&picture);
+    painter.setClipRect(part);
+    drawEdge(painter, all, ink.edge);
+}
+
 } // namespace
 
 QImage drawImage(
@@ -294,6 +273,8 @@ void drawImage(
     QImage& picture, ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const ImageInk& ink)
 {
     const ImagePixels& pixels = levels.pixels();
+    if (isReduced(sight))
+        return drawPart(picture, picture.rect(), levels, colours, sight, ink);
     if (isPaintedAtOnce(sight)) {
         QPainter painter(&picture);
         return paintImage(painter, picture.size(), pixels, colours, sight, ink);
@@ -305,14 +286,23 @@ void drawImage(
     }
     if (pixels.isEmpty() || all.isEmpty())
         return;
-    if (sight.scale >= SCALE_OF_VALUES) {
-        drawSquares(picture, 0, picture.size(), pixels, colours, sight);
-        drawValues(picture, pixels, colours, sight, ink.font);
-    } else {
-        drawReduced(picture, levels, colours, sight);
-    }
+    drawSquares(picture, 0, picture.size(), pixels, colours, sight);
+    drawValues(picture, pixels, colours, sight, ink.font);
     QPainter painter(&picture);
     drawEdge(painter, all, ink.edge);
+}
+
+void moveImage(QImage& picture, const ImageSight& before, ImageLevels& levels, const PixelColours& colours,
+    const ImageSight& sight, const ImageInk& ink)
+{
+    const QPointF shift = sight.origin(picture.size()) - before.origin(picture.size());
+    const bool isFar = std::abs(shift.x()) >= picture.width() || std::abs(shift.y()) >= picture.height();
+    if (before.scale != sight.scale || !isReduced(sight) || isFar)
+        return drawImage(picture, levels, colours, sight, ink);
+    movePixels(picture, shift.toPoint());
+    const QRect still = picture.rect() & picture.rect().translated(shift.toPoint());
+    for (const QRect& part : QRegion(picture.rect()).subtracted(still))
+        drawPart(picture, part, levels, colours, sight, ink);
 }
 
 QString textOfNumber(const ImagePixels& pixels, int x, int y, int channel, int digits)

@@ -30,6 +30,11 @@ void drawImage(
 QImage drawImage(
     ImageLevels& levels, const PixelColours& colours, const ImageSight& sight, const QSize& size, const ImageInk& ink);
 
+// The same into a picture of what was seen before of the same image, with the same colours: where the image was only
+// moved, what stays in view is moved, too, and drawn is what comes into view.
+void moveImage(QImage& picture, const ImageSight& before, ImageLevels& levels, const PixelColours& colours,
+    const ImageSight& sight, const ImageInk& ink);
+
 // Whether it is painted about as fast as a picture of it would be, so that none need be kept; and paints it so, in a
 // view of that size.
 bool isPaintedAtOnce(const ImageSight& sight);

@@ -177,6 +177,93 @@ TEST(DrawImageTest, AroundAnImageIsItsEdgeAndTheGround)
     expectImagesOnGround<float>(3);
 }
 
+// Numbers that differ everywhere, some of which are none.
+ImagePixels unevenNumbers(int width, int height)
+{
+    std::vector<float> numbers(std::size_t(width * height));
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        numbers[i] = i % 977 == 5   ? std::numeric_limits<float>::quiet_NaN()
+                     : i % 691 == 3 ? std::numeric_limits<float>::infinity()
+                                    : static_cast<float>(i * i % 251);
+    return imageOf(std::move(numbers), width, height);
+}
+
+TEST(DrawImageTest, AMovedImageIsTheOneThatIsDrawnAfresh)
+{
+    const QSize view(150, 120);
+    const ImageInk ink{QColor(GROUND), QColor(EDGE), {}};
+    ImageLevels levels;
+    levels.setPixels(unevenNumbers(1100, 900));
+    const PixelColours colours{ImageLook()};
+    for (const double scale : {0.5, 0.75, 1.0 / 3, 1.0 / 8, 1.0 / 12, 0.13, 2.0, 48.0}) {
+        ImageSight sight;
+        sight.scale = scale;
+        sight.centre = {500, 450};
+        QImage picture = drawImage(levels, colours, sight, view, ink);
+        for (const QPointF& step : {QPointF(5, 0), QPointF(-7.3, 0), QPointF(0, 9), QPointF(0, -33), QPointF(40, 21),
+                 QPointF(-60.5, 77.2), QPointF(0, 0), QPointF(148, -118), QPointF(200, 0), QPointF(-400, 300)}) {
+            const ImageSight before = sight;
+            sight.centre += step / scale;
+            moveImage(picture, before, levels, colours, sight, ink);
+            ASSERT_EQ(picture, drawImage(levels, colours, sight, view, ink))
+                << scale << ": " << step.x() << ", " << step.y();
+        }
+    }
+}
+
+TEST(DrawImageTest, WhatIsMovedAfterItWasZoomedIsDrawnAfresh)
+{
+    const QSize view(150, 120);
+    const ImageInk ink{QColor(GROUND), QColor(EDGE), {}};
+    ImageLevels levels;
+    levels.setPixels(unevenNumbers(1100, 900));
+    const PixelColours colours{ImageLook()};
+    ImageSight before;
+    before.scale = 0.25;
+    before.centre = {500, 450};
+    ImageSight sight = before;
+    sight.scale = 0.5;
+    QImage picture = drawImage(levels, colours, before, view, ink);
+    moveImage(picture, before, levels, colours, sight, ink);
+    EXPECT_EQ(picture, drawImage(levels, colours, sight, view, ink));
+}
+
+TEST(DrawImageTest, OfALongLineThereIsAPixelAtLeast)
+{
+    constexpr int LENGTH = 100'000;
+    ImageLook look;
+    look.to = 200;
+    ImagePixels pixels = imageOf(std::vector<std::uint8_t>(LENGTH, 200), LENGTH, 1);
+    const QSize view(200, 100);
+    const QImage wide = drawn(pixels, ImageSight::fitting({LENGTH, 1}, view), view, look);
+    EXPECT_EQ(count(wide, qRgb(255, 255, 255)), 200);
+    std::swap(pixels.width, pixels.height);
+    pixels.rowStride = 1;
+    const QImage tall = drawn(pixels, ImageSight::fitting({1, LENGTH}, view), view, look);
+    EXPECT_EQ(count(tall, qRgb(255, 255, 255)), 100);
+}
+
+// Between two rows and two columns of a level a pixel of the screen has something of all of them.
+TEST(DrawImageTest, BetweenPixelsOfALevelColoursAreMixed)
+{
+    std::vector<std::uint8_t> numbers;
+    for (int y = 0; y < 300; ++y)
+        for (int x = 0; x < 400; ++x)
+            numbers.push_back(static_cast<std::uint8_t>((x + y) / 4));
+    const ImagePixels pixels = imageOf(std::move(numbers), 400, 300);
+    for (const double scale : {0.75, 0.6, 1.0 / 3, 0.2}) {
+        ImageSight sight;
+        sight.scale = scale;
+        sight.centre = {200, 150};
+        const QSize view(100, 50);
+        const QImage picture = drawn(pixels, sight, view);
+        for (const QPoint place : {QPoint(50, 25), QPoint(40, 20), QPoint(61, 33)}) {
+            const QPointF point = sight.toImage(QPointF(place) + QPointF(0.5, 0.5), view);
+            EXPECT_NEAR(qRed(picture.pixel(place)), (point.x() + point.y() - 1) / 4 - 0.4, 1) << scale;
+        }
+    }
+}
+
 // A number without its first digits would be another one.
 TEST(DrawImageTest, NumbersFitIntoTheirPixels)
 {

@@ -125,6 +125,21 @@ TEST(ImageLevelsTest, MemoryIsBounded)
     }
 }
 
+TEST(ImageLevelsTest, OfWhatIsSeenAtOnceNothingIsForgotten)
+{
+    constexpr std::size_t BYTES_OF_TILE = std::size_t(ImageLevels::TILE) * ImageLevels::TILE;
+    ImageLevels levels(2 * BYTES_OF_TILE);
+    levels.setPixels(imageOf(std::vector<std::uint8_t>(4096 * 4096, 7), 4096, 4096));
+    {
+        const ImageLevels::Look look(levels);
+        for (int tile = 0; tile < 8; ++tile)
+            levelAt(levels, 1, tile * ImageLevels::TILE, 0);
+        EXPECT_EQ(levels.numBytes(), 8 * BYTES_OF_TILE);
+    }
+    levelAt(levels, 1, 0, 0);
+    EXPECT_EQ(levels.numBytes(), 2 * BYTES_OF_TILE);
+}
+
 // The mean of four numbers, at half the size.
 template <typename T>
 T meanOf(const std::vector<T>& numbers)

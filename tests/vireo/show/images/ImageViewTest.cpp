@@ -165,6 +165,47 @@ TEST_F(ImageViewTest, WhatIsSentLeavesThePartAloneThatAPersonHasChosen)
     EXPECT_EQ(m_View.getSight().scale, fitting);
 }
 
+TEST_F(ImageViewTest, WhatIsSentWhileTheImageIsMovedIsSeenAtOnce)
+{
+    const auto numbers = [](int first) {
+        std::vector<std::uint8_t> made(1000 * 800);
+        for (std::size_t i = 0; i < made.size(); ++i)
+            made[i] = static_cast<std::uint8_t>(first + int(i * i / 977 % 90));
+        return imageOf(std::move(made), 1000, 800);
+    };
+    ImageView other("other");
+    other.resize(m_View.size());
+    other.show();
+    const auto expectSame = [&](const char* what) {
+        m_View.hover({});
+        EXPECT_EQ(m_View.grab().toImage(), other.grab().toImage()) << what;
+    };
+    ImageSight sight;
+    sight.scale = 0.5;
+    sight.centre = {400, 300};
+    send(m_View, numbers(0));
+    m_View.setSight(sight);
+    m_View.grab();
+    sight.centre += QPointF(20, 10);
+    m_View.setSight(sight);
+    send(other, numbers(0));
+    other.setSight(sight);
+    expectSame("moved");
+    send(m_View, numbers(100));
+    send(other, numbers(100));
+    expectSame("sent");
+    for (ImageView* view : {&m_View, &other})
+        view->choose([](ImageSettings& choice) { choice.colourMap = "viridis"; });
+    expectSame("coloured");
+    m_View.goBack();
+    m_View.setSight(sight);
+    other.choose([](ImageSettings& choice) { choice = {}; });
+    expectSame("taken back");
+    for (ImageView* view : {&m_View, &other})
+        view->resize(500, 333);
+    expectSame("larger");
+}
+
 TEST_F(ImageViewTest, LinkedImagesShowTheSamePartAndThePixelUnderThePointer)
 {
     ImageView other("other");
