@@ -256,6 +256,14 @@ print(os.waitstatus_to_exitcode(os.wait()[1]))
         self.assertEqual((ended.returncode, ended.stdout), (0, "False\n"))
         self.assertIn("there is no display", ended.stderr)
 
+    def test_a_folder_without_a_name_is_one_line(self):
+        self.check(
+            "import vireo; vireo.plot('p').curve('c', [1]); print(vireo.save_pictures(''))",
+            "False\n",
+            'warning: tavo::savePictures(""): the folder cannot be made\n',
+            DISPLAY=None,
+        )
+
     def test_pictures_need_no_display(self):
         self.check(
             "import vireo; print(vireo.scene('s').cloud('c', [0, 0, 0])._repr_png_()[:4])", "b'\\x89PNG'\n", DISPLAY=None

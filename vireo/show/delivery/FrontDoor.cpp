@@ -362,7 +362,7 @@ std::string FrontDoor::savePicture(const std::string& name, const QString& file,
 
 std::string FrontDoor::savePictures(const QString& folder)
 {
-    if (!QDir().mkpath(folder))
+    if (folder.isEmpty() || !QDir().mkpath(folder))
         return "the folder cannot be made";
     std::set<QString> taken;
     std::string errors;
