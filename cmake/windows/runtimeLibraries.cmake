@@ -2,7 +2,7 @@
 # those of the front door, and the compiler's. VIREO_QT_PLUGINS: what Qt's libraries load by themselves.
 
 set(libraries Qt5::Core Qt5::Gui Qt5::Widgets Qt5::OpenGL)
-set(plugins Qt5::QWindowsIntegrationPlugin)
+set(plugins Qt5::QWindowsIntegrationPlugin Qt5::QGifPlugin Qt5::QICOPlugin)
 if(VIREO_BUILD_SHOW)
     list(APPEND libraries Qt5::Svg Qwt::Qwt ads::qtadvanceddocking)
     list(APPEND plugins Qt5::QSvgPlugin Qt5::QSvgIconPlugin) # for the buttons of docks
@@ -15,6 +15,14 @@ foreach(plugin IN LISTS plugins)
     get_target_property(dll ${plugin} LOCATION)
     list(APPEND VIREO_QT_PLUGINS ${dll})
 endforeach()
+# Not every Qt has it, and one that has got it later does not name it.
+get_target_property(gif Qt5::QGifPlugin LOCATION)
+cmake_path(REPLACE_FILENAME gif qjpeg.dll OUTPUT_VARIABLE jpeg)
+if(EXISTS ${jpeg})
+    list(APPEND VIREO_QT_PLUGINS ${jpeg})
+else()
+    message(STATUS "This Qt has no plugin for JPEG, and vireo-view reads none with it")
+endif()
 if(MINGW)
     foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
         execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}

@@ -65,7 +65,9 @@ foreach(program geometry-list by-pkg-config)
     make_picture(${example}/${program}.png ${example}/${program}.exe ${example}/${program}.png)
 endforeach()
 if(WITH_SHOW)
-    make_picture(${docked_plot}/icon.png ${docked_plot}/docked-plot.exe ${docked_plot}/plot.svg ${docked_plot}/icon.png)
+    foreach(icon icon.png icon.jpg)
+        make_picture(${docked_plot}/${icon} ${docked_plot}/docked-plot.exe ${docked_plot}/plot.svg ${docked_plot}/${icon})
+    endforeach()
 endif()
 
 set(ENV{WINEPATH} "")
@@ -73,3 +75,8 @@ run(${RUN} ${package}/bin/vireo-info.exe)
 file(WRITE ${SCRATCH_DIR}/columns.csv "1\n3\n2\n")
 make_picture(${SCRATCH_DIR}/pictures/*.png
     ${package}/bin/vireo-view.exe --pictures ${SCRATCH_DIR}/pictures ${SCRATCH_DIR}/columns.csv)
+if(WITH_SHOW)
+    # Qt's plugin for JPEG reads what it has written.
+    make_picture(${SCRATCH_DIR}/of-jpeg/*.png
+        ${package}/bin/vireo-view.exe --pictures ${SCRATCH_DIR}/of-jpeg ${docked_plot}/icon.jpg)
+endif()
