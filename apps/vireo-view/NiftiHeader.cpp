@@ -2,12 +2,13 @@
 
 #include <cmath>
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <limits>
 #include <memory>
 #include <nifti2_io.h>
 #include <string>
+#include <system_error>
 
 #include "apps/vireo-view/CompressedFile.h"
 #include "apps/vireo-view/InputError.h"
@@ -30,11 +31,19 @@ struct ImageDeleter
 };
 using Image = std::unique_ptr<nifti_image, ImageDeleter>;
 
-// A name that niftilib allocates; null for a file that is not there.
-fs::path adopt(char* name)
+// The other file of a pair; empty if it is not there. niftilib looks for it by a name in bytes, in which Windows has
+// only the letters of its code page.
+fs::path otherOfPair(fs::path file, std::initializer_list<const char*> extensions)
 {
-    const std::unique_ptr<char, decltype(&std::free)> owner(name, &std::free);
-    return owner ? fs::path(name) : fs::path();
+    if (const fs::path packed = file.extension(); packed == ".gz" || packed == ".GZ")
+        file.replace_extension();
+    for (const char* const extension : extensions) {
+        const fs::path other = fs::path(file).replace_extension(extension);
+        std::error_code error;
+        if (fs::is_regular_file(other, error))
+            return other;
+    }
+    return {};
 }
 
 bool isImageFile(const fs::path& file)
@@ -51,8 +60,8 @@ fs::path findHeaderFile(const fs::path& file)
 {
     if (!isImageFile(file))
         return file;
-    fs::path header = adopt(nifti_findhdrname(file.string().c_str()));
-    if (header.empty() || !isHeaderFile(header))
+    fs::path header = otherOfPair(file, {".hdr", ".hdr.gz", ".HDR", ".HDR.GZ"});
+    if (header.empty())
         throw InputError(file, "has no header: the file with the extension .hdr beside it is missing");
     return header;
 }
@@ -61,8 +70,8 @@ fs::path findDataFile(const fs::path& file)
 {
     if (!isHeaderFile(file))
         return file;
-    fs::path data = adopt(nifti_findimgname(file.string().c_str(), NIFTI_FTYPE_NIFTI1_2));
-    if (data.empty() || !isImageFile(data))
+    fs::path data = otherOfPair(file, {".img", ".img.gz", ".IMG", ".IMG.GZ"});
+    if (data.empty())
         throw InputError(file, "has no image: the file with the extension .img beside it is missing");
     return data;
 }
