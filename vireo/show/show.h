@@ -36,8 +36,11 @@
 /// The child of a fork() shows nothing. Where there was a QApplication before the fork, the child's exit() ends it
 /// without what atexit() has registered, of which Qt's part needs threads that the child does not have, and without
 /// destroying static objects: std::cout and the files of stdio.h are flushed, streams of your own are not. fork() waits
-/// until the window's thread is between two events, so that it holds no lock that exit() would wait for; but for a
-/// quarter of a second at most.
+/// while the window's thread handles an event, so that it holds no lock that exit() would wait for; but for a quarter
+/// of a second at most. What a child writes to debugOutput goes to its standard error stream.
+///
+/// A thread of the window's own leaves your program's signals to your threads. It takes SIGTERM, SIGINT, SIGHUP and
+/// SIGQUIT, by which a program is ended, only if the thread took them that made the first of these calls.
 ///
 /// Nothing here throws. What goes wrong is a line in the log of the window, or, where there is none, on the standard
 /// error stream.

@@ -14,6 +14,7 @@
 #include "tavo/base/debug/DebugWindow.h"
 #include "tavo/base/debug/EventDisplayer.h"
 #include "tavo/base/debug/LogText.h"
+#include "tavo/base/debug/debugOutputInForks.h"
 #include "tavo/base/debug/displayException.h"
 #include "tavo/base/threads/WindowFirstMutex.h"
 
@@ -37,6 +38,7 @@ struct State
     std::string text;
     LogText waiting; // for the window's log
     bool isLogScheduled = false;
+    bool isInChild = false; // of a fork
     QPointer<DebugWindow> window;
     std::atomic<DebugWindow* (*)()> makeWindow{nullptr};
 };
@@ -47,17 +49,18 @@ State& state()
     return *theState;
 }
 
-// Locks the state.
+void lockState()
+{
+    if (std::this_thread::get_id() == state().windowThread)
+        state().mutex.lockFirst();
+    else
+        state().mutex.lock();
+}
+
 class StateLock
 {
 public:
-    StateLock()
-    {
-        if (std::this_thread::get_id() == state().windowThread)
-            state().mutex.lockFirst();
-        else
-            state().mutex.lock();
-    }
+    StateLock() { lockState(); }
     ~StateLock() { state().mutex.unlock(); }
     StateLock(const StateLock&) = delete;
     StateLock& operator=(const StateLock&) = delete;
@@ -139,6 +142,8 @@ DebugWindow* makeWindow()
 
 bool canShowEvents()
 {
+    if (state().isInChild)
+        return false;
     const auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
     if (!application || QCoreApplication::closingDown()) {
         static const bool said =
@@ -227,6 +232,25 @@ DebugWindow& DebugOutput::requireWindow()
 void DebugOutput::setWindowMaker(DebugWindow* (*maker)())
 {
     state().makeWindow = maker;
+}
+
+void lockDebugOutputForFork()
+{
+    lockState();
+}
+
+void unlockDebugOutputInParent()
+{
+    state().mutex.unlock();
+}
+
+void unlockDebugOutputInChild()
+{
+    state().isInChild = true;
+    state().window = nullptr; // which is the parent's
+    state().waiting = LogText();
+    state().windowThread = std::thread::id();
+    state().mutex.unlockInChild();
 }
 
 DebugWindow* DebugOutput::getWindow() const

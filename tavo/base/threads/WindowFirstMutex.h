@@ -30,6 +30,13 @@ public:
 
     void unlock() { m_Mutex.unlock(); }
 
+    // In the child of a fork, where the window's thread is not, and may have been waiting.
+    void unlockInChild()
+    {
+        m_IsWindowWaiting = false;
+        m_Mutex.unlock();
+    }
+
 private:
     std::mutex m_Mutex;
     std::atomic<bool> m_IsWindowWaiting{false};

@@ -2,7 +2,9 @@
 #include <QImage>
 #include <QLibraryInfo>
 #include <QProcess>
+#include <QSettings>
 #include <QStringList>
+#include <csignal>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -36,9 +38,77 @@ TEST_F(ShowChildrenTest, LeaveWhatTheyHaveWritten)
     EXPECT_THAT(outputOf("writes", VIREO_SHOW_FORKING_PROGRAM), StartsWith("the child writes\nthe child writes\n"));
 }
 
+// The window is their parent's.
+TEST_F(ShowChildrenTest, WriteToTheErrorStream)
+{
+    const Outcome outcome = run("writes to the log", VIREO_SHOW_FORKING_PROGRAM);
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.output, "the parent goes on\n");
+    EXPECT_EQ(QString::fromStdString(outcome.errors).count("the child writes\n"), 20);
+}
+
 TEST_F(ShowChildrenTest, MayComeWhenTheWindowHasGone)
 {
     EXPECT_EQ(outputOf("forks at its end", VIREO_SHOW_FORKING_PROGRAM), "the child of the end ends\n");
+}
+
+class ShowSignalsTest : public ProgramTest, public testing::WithParamInterface<int>
+{};
+
+// The window's thread is all that is left of the program.
+TEST_P(ShowSignalsTest, EndAProgramWithoutAMainThread)
+{
+    QProcess program;
+    program.setWorkingDirectory(path("."));
+    program.setProcessEnvironment(environmentOf("ends its main thread"));
+    program.start(VIREO_SHOW_SIGNALLED_PROGRAM, QStringList());
+    ASSERT_TRUE(program.waitForReadyRead());
+    EXPECT_EQ(program.readAllStandardOutput(), "the main thread ends\n");
+    kill(static_cast<pid_t>(program.processId()), GetParam());
+    EXPECT_TRUE(program.waitForFinished());
+    EXPECT_EQ(program.exitStatus(), QProcess::CrashExit);
+    EXPECT_EQ(program.exitCode(), GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, ShowSignalsTest, testing::Values(SIGTERM, SIGINT, SIGHUP, SIGQUIT));
+
+class ShowThreadsSignalsTest : public ProgramTest
+{
+protected:
+    std::string whatIsBlockedBy(const char* program) { return outputOf(program, VIREO_SHOW_SIGNALLED_PROGRAM); }
+};
+
+TEST_F(ShowThreadsSignalsTest, AreTheProgramsOwnButForThoseThatEndIt)
+{
+    const std::string others =
+        "SIGINT taken\nSIGHUP taken\nSIGQUIT taken\nSIGSEGV taken\nSIGUSR1 blocked\nSIGALRM blocked\n";
+    EXPECT_EQ(whatIsBlockedBy("blocks no signal"), "SIGTERM taken\n" + others);
+    EXPECT_EQ(whatIsBlockedBy("blocks a signal"), "SIGTERM blocked\n" + others);
+}
+
+// As if it were the program of a person.
+class ShowMemoryTest : public ProgramTest
+{
+protected:
+    std::string programAs(const char* name)
+    {
+        const QString copy = path(name);
+        EXPECT_TRUE(QFile::copy(VIREO_SHOW_PROGRAM, copy));
+        return copy.toStdString();
+    }
+
+    QStringList remembered() const
+    {
+        return QSettings(path("config/vireo/vireo-show.ini"), QSettings::IniFormat).childGroups();
+    }
+};
+
+TEST_F(ShowMemoryTest, IsOfTheExecutableWhereTheProgramHasNoApplication)
+{
+    EXPECT_THAT(outputOf("opens a window", programAs("measure").c_str()), StartsWith("openWindow: true\n"));
+    EXPECT_EQ(remembered(), QStringList("measure"));
+    EXPECT_THAT(outputOf("opens a window", programAs("control").c_str()), StartsWith("openWindow: true\n"));
+    EXPECT_EQ(remembered(), QStringList({"control", "measure"}));
 }
 
 class ShowApplicationForksTest : public ProgramTest, public testing::WithParamInterface<const char*>

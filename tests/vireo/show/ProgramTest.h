@@ -19,6 +19,7 @@ protected:
     {
         ASSERT_TRUE(m_Folder.isValid());
         m_Environment.insert("XDG_RUNTIME_DIR", m_Folder.path());
+        m_Environment.insert("XDG_CONFIG_HOME", path("config")); // whatever is remembered on this machine
         m_Environment.remove("VIREO_SHOW");
         m_Environment.remove("QT_QPA_PLATFORM");
         // Qt keeps something of every thread that it has not made, and of plugins that are gone. Of programs that end
@@ -33,8 +34,7 @@ protected:
 
     Outcome run(const char* program, const char* executable = VIREO_SHOW_PROGRAM)
     {
-        set("VIREO_TEST_PROGRAM", program);
-        return runProgram(executable, {}, m_Folder.path(), m_Environment);
+        return runProgram(executable, {}, m_Folder.path(), environmentOf(program));
     }
 
     // Runs a program that is to end well, with nothing to say about it.
@@ -44,6 +44,12 @@ protected:
         EXPECT_EQ(outcome.exitStatus, 0) << program;
         EXPECT_EQ(outcome.errors, "") << program;
         return outcome.output;
+    }
+
+    QProcessEnvironment environmentOf(const char* program)
+    {
+        set("VIREO_TEST_PROGRAM", program);
+        return m_Environment;
     }
 
 private:

@@ -9,16 +9,24 @@
 #include <unistd.h>
 #include <vector>
 
+#include "tavo/base/debug/DebugOutput.h"
 #include "vireo/show/show.h"
 
 namespace {
 
 const std::vector<double> SAMPLES{3, 1, 2};
 
+bool isChild(const char* what)
+{
+    return std::getenv("VIREO_TEST_PROGRAM") == std::string(what);
+}
+
 void send()
 {
     for (int i = 0; i < 100; ++i)
         tavo::plot("p").curve("y", SAMPLES).append("z", i, i);
+    for (int i = 0; i < 100 && isChild("writes to the log"); ++i)
+        tavo::debugOutput << "the parent writes\n";
 }
 
 int runChild(const std::string& what)
@@ -31,6 +39,8 @@ int runChild(const std::string& what)
         std::ios::sync_with_stdio(false);
         std::cout << "the child writes\n";
     }
+    if (what == "writes to the log")
+        tavo::debugOutput << "the child writes\n";
     if (what == "ends at once")
         _exit(7);
     if (what == "calls") {
@@ -58,7 +68,7 @@ void forkAtEnd()
 
 int main()
 {
-    if (std::getenv("VIREO_TEST_PROGRAM") == std::string("forks at its end")) {
+    if (isChild("forks at its end")) {
         std::atexit(forkAtEnd);
         return tavo::openWindow() ? 0 : 1;
     }

@@ -273,9 +273,14 @@ void lockForFork()
     state().mutex.lock();
 }
 
-void unlockAfterFork()
+void unlockInParent()
 {
     state().mutex.unlock();
+}
+
+void unlockInChild()
+{
+    state().mutex.unlockInChild();
 }
 
 } // namespace inbox

@@ -109,7 +109,8 @@ bool post(std::function<void()> work);
 
 // A fork while another thread holds the lock would leave it locked in the child.
 void lockForFork();
-void unlockAfterFork();
+void unlockInParent();
+void unlockInChild();
 
 } // namespace inbox
 

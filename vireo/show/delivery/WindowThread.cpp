@@ -1,11 +1,14 @@
 #include "vireo/show/delivery/WindowThread.h"
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <atomic>
 #include <chrono>
 #include <future>
 #include <mutex>
+#include <optional>
 #include <thread>
+#include <utility>
 
 #include "tavo/base/debug/displayException.h"
 #include "vireo/show/delivery/FrontDoor.h"
@@ -24,6 +27,60 @@ using namespace std::chrono_literals;
 
 constexpr auto LONGEST_WAIT = 5s;
 
+// What the window's thread is at while it handles events, in which nobody forks if it can be helped. While it waits for
+// the next one it is at nothing, however deep it is in menus and dialogs.
+class Work
+{
+public:
+    // By the window's thread; work within work ends before that does.
+    void begin()
+    {
+        resume();
+        if (m_Depth++ == 0)
+            m_Mutex.lock();
+    }
+    void end()
+    {
+        if (--m_Depth == 0 && !std::exchange(m_IsPaused, false))
+            m_Mutex.unlock();
+    }
+    void pause()
+    {
+        if (m_Depth > 0 && !std::exchange(m_IsPaused, true))
+            m_Mutex.unlock();
+    }
+    void resume()
+    {
+        if (std::exchange(m_IsPaused, false))
+            m_Mutex.lock();
+    }
+
+    // By others.
+    bool prevent(std::chrono::milliseconds longestWait) { return m_Mutex.try_lock_for(longestWait); }
+    void allow() { m_Mutex.unlock(); }
+
+private:
+    std::timed_mutex m_Mutex;
+    int m_Depth = 0;
+    bool m_IsPaused = false;
+};
+
+class PieceOfWork
+{
+public:
+    explicit PieceOfWork(Work& work)
+        : m_Work(work)
+    {
+        m_Work.begin();
+    }
+    ~PieceOfWork() { m_Work.end(); }
+    PieceOfWork(const PieceOfWork&) = delete;
+    PieceOfWork& operator=(const PieceOfWork&) = delete;
+
+private:
+    Work& m_Work;
+};
+
 struct State
 {
     std::mutex mutex;
@@ -32,8 +89,8 @@ struct State
     std::atomic<bool> hasFailed{false};
     std::atomic<bool> isBlind{false};   // it has no windows that can be seen
     std::atomic<bool> isRunning{false}; // for children of forks, to which the mutex may have come locked
-    std::recursive_timed_mutex working; // held while an event is handled, and while the QApplication is made
-    std::atomic<bool> isInChild{false}; // of a fork, where nobody can release what the parent holds
+    Work work;
+    std::atomic<bool> isInChild{false}; // of a fork, where the work of the parent's thread never ends
 };
 
 State& state()
@@ -83,7 +140,9 @@ public:
 
     bool notify(QObject* receiver, QEvent* event) override
     {
-        const std::unique_lock<std::recursive_timed_mutex> lock = working();
+        std::optional<PieceOfWork> work;
+        if (!state().isInChild)
+            work.emplace(state().work);
         const bool isHandled = QApplication::notify(receiver, event);
         constexpr double GROWTH = 1.02;
         if (++m_NumEvents >= m_Next) {
@@ -94,18 +153,20 @@ public:
     }
 
 private:
-    static std::unique_lock<std::recursive_timed_mutex> working()
-    {
-        return state().isInChild ? std::unique_lock<std::recursive_timed_mutex>() : std::unique_lock(state().working);
-    }
-
     double m_NumEvents = 0;
     double m_Next = 0;
 };
 
+void noteWhenItWaits()
+{
+    const QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance();
+    QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, [] { state().work.pause(); });
+    QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, [] { state().work.resume(); });
+}
+
 void serve(const QStringList& displayPlatforms)
 {
-    ignoreSignalsInThisThread();
+    leaveSignalsToProgram();
     char name[] = "vireo";
     char option[] = "-platform";
     QByteArray platforms = (displayPlatforms + QStringList{"offscreen", "minimal"}).join(';').toLocal8Bit();
@@ -113,13 +174,14 @@ void serve(const QStringList& displayPlatforms)
     int numArguments = 3;
     theStart->thread = std::this_thread::get_id();
     theStart->programsHandler = qInstallMessageHandler(passOnOtherMessages);
-    std::unique_lock making(state().working);
+    std::optional<PieceOfWork> making(state().work);
     Application application(numArguments, arguments);
     qInstallMessageHandler(theStart->programsHandler);
     QApplication::setQuitOnLastWindowClosed(false);
     endProgramInOrder();
     state().isBlind = !hasDisplay();
-    making.unlock();
+    noteWhenItWaits();
+    making.reset();
     theStart->isDone.set_value(true);
     if (FrontDoor::get()) // there is none, to be told to quit, where the program has ended meanwhile
         QApplication::exec();
@@ -162,13 +224,13 @@ bool hasFailed()
 
 bool holdForFork()
 {
-    constexpr auto LONGEST = 250ms; // a menu may be open, or an event wait for who forks
-    return !state().isInChild && state().working.try_lock_for(LONGEST);
+    constexpr auto LONGEST = 250ms; // an event may wait for who forks
+    return !state().isInChild && !isHere() && state().work.prevent(LONGEST);
 }
 
 void releaseAfterFork()
 {
-    state().working.unlock();
+    state().work.allow();
 }
 
 void forgetInChild()

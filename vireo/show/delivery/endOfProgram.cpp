@@ -5,6 +5,7 @@
 #include <mutex>
 #include <thread>
 
+#include "tavo/base/debug/debugOutputInForks.h"
 #include "tavo/base/debug/displayException.h"
 #include "vireo/show/delivery/FrontDoor.h"
 #include "vireo/show/delivery/Inbox.h"
@@ -57,20 +58,23 @@ void prepareFork()
 {
     const bool isHeld = windowThread::holdForFork();
     inbox::lockForFork();
+    lockDebugOutputForFork();
     isWindowThreadHeld = isHeld;
 }
 
 void afterForkInParent()
 {
     const bool isHeld = isWindowThreadHeld;
-    inbox::unlockAfterFork();
+    unlockDebugOutputInParent();
+    inbox::unlockInParent();
     if (isHeld)
         windowThread::releaseAfterFork();
 }
 
 void afterForkInChild()
 {
-    inbox::unlockAfterFork();
+    unlockDebugOutputInChild();
+    inbox::unlockInChild();
     windowThread::forgetInChild();
     switchShowOff();
 }

@@ -143,11 +143,17 @@ void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*
     pthread_atfork(beforeFork, parentOfFork, childOfFork);
 }
 
-void ignoreSignalsInThisThread()
+void leaveSignalsToProgram()
 {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, nullptr);
+    sigset_t blocked;
+    sigset_t blockedByMaker;
+    sigfillset(&blocked);
+    pthread_sigmask(SIG_SETMASK, &blocked, &blockedByMaker);
+    for (const int signal :
+        {SIGTERM, SIGINT, SIGHUP, SIGQUIT, SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGSYS, SIGABRT})
+        if (!sigismember(&blockedByMaker, signal))
+            sigdelset(&blocked, signal);
+    pthread_sigmask(SIG_SETMASK, &blocked, nullptr);
 }
 
 std::vector<std::string> openDisplays()

@@ -20,8 +20,9 @@ void callAtEndOfMainThread(void (*hook)());
 // nobody can end in it. Does nothing where processes do not fork.
 void watchForks(void (*before)(), void (*inParent)(), void (*inChild)(), bool (*hasThereBeenAnApplication)());
 
-// Leaves the program's signals to the program's threads.
-void ignoreSignalsInThisThread();
+// Leaves the program's signals to the program's threads, but for those that end a program, which may have no other
+// thread left, or are of a fault of this thread's own: of these it takes what the thread takes that made it.
+void leaveSignalsToProgram();
 
 // Qt's names for the kinds of display that answer here, the preferred one first.
 std::vector<std::string> openDisplays();

@@ -31,7 +31,7 @@ void callAtEndOfMainThread(void (*)()) {}
 
 void watchForks(void (*)(), void (*)(), void (*)(), bool (*)()) {}
 
-void ignoreSignalsInThisThread() {}
+void leaveSignalsToProgram() {}
 
 std::vector<std::string> openDisplays()
 {
