@@ -12,6 +12,7 @@
 #include "tavo/base/text/printable.h"
 #include "vireo/show/colours/ColourMap.h"
 #include "vireo/show/delivery/changeUpdate.h"
+#include "vireo/show/delivery/nothingToSee.h"
 #include "vireo/show/delivery/sayOnce.h"
 #include "vireo/show/images/ImageUpdate.h"
 
@@ -81,12 +82,21 @@ std::size_t numbersNeeded(const ImagePixels& pixels, std::size_t rowStride)
     return (static_cast<std::size_t>(pixels.height) - 1) * rowStride + numbersInRow(pixels.width, pixels.channels);
 }
 
+constexpr std::string_view PIXELS = ""; // all that the statement refuses has one name
+
 void sendPixels(const ViewSlotPointer& slot, const ImagePixels& pixels)
 {
     change(slot, [&](ImageUpdate& image) {
         image.pixels = pixels;
         image.layers.clear();
+        noteWhetherRefused(slot, PIXELS, false);
     });
+}
+
+void refusePixels(const ViewSlotPointer& slot, const std::string& operation, const std::string& why) noexcept
+{
+    refuse(slot, operation, why);
+    runGuarded([&] { noteWhetherRefused(slot, PIXELS, true); });
 }
 
 // What is wrong with pixels; empty if nothing is.
@@ -108,7 +118,7 @@ std::string mistakeOfPixels(
     if (pixels.size() / (numbersInRow(width, channels) * static_cast<std::size_t>(height)) <
         static_cast<std::size_t>(count))
         return std::to_string(pixels.size()) + " numbers are too few for " + all;
-    return {};
+    return whyNothingIsSeen({{&pixels, "pixels"}});
 }
 
 // One image of several that lie one after the other.
@@ -188,7 +198,7 @@ Image image(std::string_view name, const Pixels& pixels, std::int64_t width, std
     if (mistake.empty())
         sendPixels(slot, pixelsOf(pixels, width, height, channels));
     else
-        refuse(slot, "", mistake);
+        refusePixels(slot, "", mistake);
     return handle;
 }
 
@@ -201,7 +211,7 @@ Image imageStack(std::string_view name, const Pixels& pixels, std::int64_t width
         return handle;
     const std::string mistake = mistakeOfPixels(pixels, width, height, count, channels);
     if (!mistake.empty()) {
-        refuse(slot, "", mistake);
+        refusePixels(slot, "", mistake);
         return handle;
     }
     const ImagePixels all = pixelsOf(pixels, width, height, channels);
@@ -224,7 +234,7 @@ Image Image::layer(
     if (mistake.empty())
         change(m_Slot, [&](ImageUpdate& image) { image.layers[index] = pixelsOf(pixels, width, height, channels); });
     else
-        refuse(m_Slot, "layer(" + std::to_string(index) + ")", mistake);
+        refusePixels(m_Slot, "layer(" + std::to_string(index) + ")", mistake);
     return *this;
 }
 
@@ -242,15 +252,18 @@ void Image::send(const Rows& rows) const
     if (mistake.empty() && !rows.data)
         mistake = "the pixels are a null pointer";
     if (!mistake.empty())
-        return refuse(m_Slot, "", mistake);
+        return refusePixels(m_Slot, "", mistake);
     const std::size_t bytesOfRow = numbersInRow(rows.width, rows.channels) * rows.bytesOfNumber;
     const std::size_t stride = rows.stride != 0 ? rows.stride : bytesOfRow;
     try {
         const NumberArray numbers = copyOf(static_cast<const std::byte*>(rows.data), stride, bytesOfRow,
             static_cast<std::size_t>(rows.height), rows.bytesOfNumber, rows.type);
+        mistake = whyNothingIsSeen({{&numbers, "pixels"}});
+        if (!mistake.empty())
+            return refusePixels(m_Slot, "", mistake);
         sendPixels(m_Slot, pixelsOf(numbers, rows.width, rows.height, rows.channels));
     } catch (const std::exception&) {
-        refuse(m_Slot, "", NO_MEMORY);
+        refusePixels(m_Slot, "", NO_MEMORY);
     }
 }
 
@@ -273,7 +286,7 @@ Image SentImage::stride(std::size_t bytes, const Statement&) &&
 
 Image Image::stride(std::size_t bytes, const Statement&) const
 {
-    if (!isSent(m_Slot))
+    if (!isSent(m_Slot) || isRefused(m_Slot, PIXELS))
         return *this;
     change(m_Slot, [&](ImageUpdate& image) {
         if (!image.layers.empty())

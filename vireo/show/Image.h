@@ -35,7 +35,8 @@ using Pixels = Tuples<1, 2, 3, 4>;
 /// Every operation may be called by any thread at any time, waits for nobody, throws nothing, and returns the handle.
 /// What one statement sends is shown together; its last argument (see Statement) is left out. Sending again under a
 /// name replaces the pixels; what was said of the image stays, and so does where the user looks. A mistake, such as
-/// fewer pixels than the size calls for, is a line in the log; what was shown stays.
+/// fewer pixels than the size calls for, or none that is finite, is a line in the log; what was shown stays.
+/// `tavo::remove(name)` takes an image away.
 class VIREO_SHOW_EXPORT Image
 {
 public:

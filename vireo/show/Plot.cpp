@@ -50,40 +50,45 @@ void changeSamples(const ViewSlotPointer& slot, std::string_view name, const Num
     });
 }
 
+// What is wrong with a call, which is said.
+void refuse(const ViewSlotPointer& slot, const char* operation, std::string_view name, const std::string& why) noexcept
+{
+    runGuarded([&] { sayOnce(callOf(slot, operation, name) + ": " + why + "; what was shown stays"); });
+}
+
 // Whether there is anything wrong with the samples, which is said.
 bool isMistaken(
     const ViewSlotPointer& slot, const char* operation, std::string_view name, const Numbers* x, const Numbers& y)
 {
     if (y.areTooMany() || (x && x->areTooMany()))
-        sayOnce(callOf(slot, operation, name) + ": there is no memory for so many numbers; what was shown stays");
+        refuse(slot, operation, name, "there is no memory for so many numbers");
     else if (x && x->size() != y.size())
-        sayOnce(callOf(slot, operation, name) + ": " + std::to_string(x->size()) + " x and " +
-                std::to_string(y.size()) + " y; what was shown stays");
+        refuse(slot, operation, name, std::to_string(x->size()) + " x and " + std::to_string(y.size()) + " y");
     else
         return false;
     return true;
 }
 
-// They are shown all the same: what was there goes.
-void sayIfNothingIsSeen(
-    const ViewSlotPointer& slot, CurveKind kind, std::string_view name, const Numbers* x, const Numbers& y) noexcept
+// Whether anything would be seen; if not, it is said why.
+bool isAnythingSeen(const ViewSlotPointer& slot, CurveKind kind, std::string_view name, const Numbers* x,
+    const Numbers& y, const Numbers* low) noexcept
 {
+    bool isSeen = false;
     runGuarded([&] {
-        std::string why = whyNothingIsSeen(y, "samples");
-        if (why.empty() && x)
-            why = whyNothingIsSeen(*x, "x");
-        if (!why.empty())
-            sayOnce(callOf(slot, nameOf(kind), name) + ": " + why);
+        const std::string why = whyNothingIsSeen({{&y, "samples"}, {x, "x"}, {low, "low ends"}});
+        isSeen = why.empty();
+        if (!isSeen)
+            refuse(slot, nameOf(kind), name, why);
     });
+    return isSeen;
 }
 
 void sendSamples(const ViewSlotPointer& slot, CurveKind kind, std::string_view name, const Numbers* x, const Numbers& y,
     const Numbers* low = nullptr)
 {
     if (!isSent(slot) || isMistaken(slot, nameOf(kind), name, x, y) ||
-        (low && isMistaken(slot, nameOf(kind), name, x, *low)))
+        (low && isMistaken(slot, nameOf(kind), name, x, *low)) || !isAnythingSeen(slot, kind, name, x, y, low))
         return;
-    sayIfNothingIsSeen(slot, kind, name, x, y);
     changeSamples(slot, name, x, [&](CurveUpdate& curve) {
         curve.send({x ? NumberArray(*x) : NumberArray(), y, low ? NumberArray(*low) : NumberArray(), kind});
     });

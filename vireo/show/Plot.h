@@ -24,7 +24,8 @@ struct ViewSlot;
 /// Every operation may be called by any thread at any time, waits for nobody, throws nothing, and returns the handle.
 /// What one statement sends is shown together; its last argument (see Statement) is left out. Sending again under a
 /// name replaces what is shown under it, and leaves alone the range the user has zoomed to. A mistake, such as x and y
-/// of different length, is a line in the log; what was shown stays.
+/// of different length, is a line in the log; what was shown stays. It is a mistake, too, to send no samples, or none
+/// that is finite: `remove` takes a curve away. To append none is not.
 ///
 /// Numbers are what Numbers takes, of any arithmetic type. NaN is a gap in a curve. x may be time points: those of the
 /// system's clock show dates and times, as `timeX` does. Names and labels are UTF-8.

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <exception>
+#include <initializer_list>
 #include <optional>
 #include <utility>
 
@@ -55,11 +56,16 @@ struct Call
         return false;
     }
 
-    // It is shown all the same: what was there goes.
-    void sayIfNothingIsSeen(const NumberArray& numbers, const char* what) const
+    bool hasAny(const NumberArray& numbers, const char* what) const
     {
-        if (const std::string why = whyNothingIsSeen(numbers, what); !why.empty())
-            sayOnce(callOf("scene", slot, operation, path) + ": " + why);
+        return !numbers.isEmpty() || refuse(std::string("there are no ") + what + " to show");
+    }
+
+    // Whether anything would be seen of what is sent.
+    bool hasToBeSeen(std::initializer_list<SentToBeSeen> sent) const
+    {
+        const std::string why = whyNothingIsSeen(sent);
+        return why.empty() || refuse(why);
     }
 
     // Whether the numbers make whole tuples.
@@ -119,6 +125,21 @@ struct Call
                       std::to_string(numVertices));
     }
 
+    bool hasToBeSeen(const ItemShape& shape) const
+    {
+        const NumberArray& points = shape.points.numbers;
+        const NumberArray& ends = shape.ends.numbers;
+        switch (shape.kind) {
+        case ItemKind::Frame: return true;
+        case ItemKind::Mesh:
+            return hasToBeSeen({{&points, "vertices", 3}}) && hasToBeSeen({{&shape.faces.numbers, "faces"}});
+        case ItemKind::Segments: return hasToBeSeen({{&points, "segments", 6}});
+        case ItemKind::Vectors: return hasToBeSeen({{&points, "points", 3}, {&ends, "directions", 3}});
+        case ItemKind::Boxes: return hasToBeSeen({{&points, "minima", 3}, {&ends, "maxima", 3}});
+        default: return hasToBeSeen({{&points, "points", 3}});
+        }
+    }
+
     bool accepts(const Transformation& matrix) const
     {
         if (matrix.getNumNumbers() != 16)
@@ -162,24 +183,46 @@ ItemShape shapeOf(ItemKind kind, const Points& points, const Points& ends = {})
     return shape;
 }
 
-void sendShape(const Call& call, ItemShape shape)
+// Has `send` send an item. Whether it does is remembered until the statement ends.
+template <typename Send>
+void sendItem(const ViewSlotPointer& slot, const char* operation, std::string_view path, Send&& send) noexcept
 {
-    if (shape.kind != ItemKind::Frame)
-        call.sayIfNothingIsSeen(shape.points.numbers, "points");
+    if (isSent(slot))
+        runGuarded([&] { noteWhetherRefused(slot, path, !send(Call{slot, operation, path})); });
+}
+
+bool sendShape(const Call& call, ItemShape shape)
+{
+    if (!call.hasToBeSeen(shape))
+        return false;
     changeItem(call.slot, std::string(call.path), [&](ItemUpdate& item) {
         item.shape = std::move(shape);
         item.isosurface.reset();
     });
+    return true;
+}
+
+bool sendUpdate(const Call& call, ItemUpdate& sent)
+{
+    changeItem(call.slot, std::string(call.path), [&](ItemUpdate& item) { item.merge(sent); });
+    return true;
+}
+
+// Whether anything may come of numbers of an item's points or faces.
+bool areNumbersSent(const ViewSlotPointer& slot, std::string_view path)
+{
+    return isSent(slot) && !isRefused(slot, path);
 }
 
 void sendField(
     const ViewSlotPointer& slot, const std::string& path, const char* operation, SceneField field, bool areTooMany)
 {
-    if (!isSent(slot))
+    if (!areNumbersSent(slot, path))
         return;
+    const Call call{slot, operation, path};
     if (areTooMany)
-        Call{slot, operation, path}.refuse("there is no memory for so many numbers");
-    else
+        call.refuse("there is no memory for so many numbers");
+    else if (call.hasAny(field.values.numbers, "numbers"))
         changeItem(slot, path, [&](ItemUpdate& item) { item.addField(field); });
 }
 
@@ -221,141 +264,131 @@ Scene scene(std::string_view name)
 
 Item Scene::cloud(std::string_view path, const Points& points, const Statement&) const
 {
-    const Call call{m_Slot, "cloud", path};
-    if (isSent(m_Slot) && call.accepts(points))
-        sendShape(call, shapeOf(ItemKind::Cloud, points));
+    sendItem(m_Slot, "cloud", path,
+        [&](const Call& call) { return call.accepts(points) && sendShape(call, shapeOf(ItemKind::Cloud, points)); });
     return {m_Slot, path};
 }
 
 Item Scene::cloud(std::string_view path, const PointSet& points, const Statement&) const
 {
-    if (!isSent(m_Slot))
-        return {m_Slot, path};
-    const Call call{m_Slot, "cloud", path};
-    try {
-        std::optional<ItemUpdate> sent = pointSetItem(points);
-        if (sent) {
-            call.sayIfNothingIsSeen(sent->shape->points.numbers, "points");
-            changeItem(m_Slot, std::string(path), [&](ItemUpdate& item) { item.merge(*sent); });
-        } else {
-            call.refuse("the points have no \"position\" of three floats");
+    sendItem(m_Slot, "cloud", path, [&](const Call& call) {
+        try {
+            std::optional<ItemUpdate> sent = pointSetItem(points);
+            if (!sent)
+                return call.refuse("the points have no \"position\" of three floats");
+            return call.hasToBeSeen(*sent->shape) && sendUpdate(call, *sent);
+        } catch (const std::exception&) {
+            return call.refuse("there is no memory for so many points");
         }
-    } catch (const std::exception&) {
-        call.refuse("there is no memory for so many points");
-    }
+    });
     return {m_Slot, path};
 }
 
 Item Scene::mesh(std::string_view path, const Points& vertices, const Faces& faces, const Statement&) const
 {
-    if (!isSent(m_Slot))
-        return {m_Slot, path};
-    const Call call{m_Slot, "mesh", path};
-    ItemShape shape = shapeOf(ItemKind::Mesh, vertices);
-    shape.faces = {faces, faces.width() != 0 ? faces.width() : 3};
-    shape.numCorners = faces.getNumCorners();
-    if (call.accepts(vertices, "vertices") && call.accepts(faces) && call.accepts(shape))
-        sendShape(call, std::move(shape));
+    sendItem(m_Slot, "mesh", path, [&](const Call& call) {
+        ItemShape shape = shapeOf(ItemKind::Mesh, vertices);
+        shape.faces = {faces, faces.width() != 0 ? faces.width() : 3};
+        shape.numCorners = faces.getNumCorners();
+        return call.accepts(vertices, "vertices") && call.accepts(faces) && call.accepts(shape) &&
+               sendShape(call, std::move(shape));
+    });
     return {m_Slot, path};
 }
 
 Item Scene::lines(std::string_view path, const Points& points, const Statement&) const
 {
-    const Call call{m_Slot, "lines", path};
-    if (isSent(m_Slot) && call.accepts(points))
-        sendShape(call, shapeOf(ItemKind::Lines, points));
+    sendItem(m_Slot, "lines", path,
+        [&](const Call& call) { return call.accepts(points) && sendShape(call, shapeOf(ItemKind::Lines, points)); });
     return {m_Slot, path};
 }
 
 Item Scene::segments(std::string_view path, const Points& points, const Statement&) const
 {
-    const Call call{m_Slot, "segments", path};
-    if (!isSent(m_Slot) || !call.accepts(points))
-        return {m_Slot, path};
-    if (points.size() % 6 != 0)
-        call.refuse(std::to_string(points.size() / 3) + " points are no segments, which take two each");
-    else
-        sendShape(call, shapeOf(ItemKind::Segments, points));
+    sendItem(m_Slot, "segments", path, [&](const Call& call) {
+        if (!call.accepts(points))
+            return false;
+        if (points.size() % 6 != 0)
+            return call.refuse(std::to_string(points.size() / 3) + " points are no segments, which take two each");
+        return sendShape(call, shapeOf(ItemKind::Segments, points));
+    });
     return {m_Slot, path};
 }
 
 Item Scene::vectors(std::string_view path, const Points& points, const Points& directions, const Statement&) const
 {
-    const Call call{m_Slot, "vectors", path};
-    if (isSent(m_Slot) && call.accepts(points, "points", directions, "directions"))
-        sendShape(call, shapeOf(ItemKind::Vectors, points, directions));
+    sendItem(m_Slot, "vectors", path, [&](const Call& call) {
+        return call.accepts(points, "points", directions, "directions") &&
+               sendShape(call, shapeOf(ItemKind::Vectors, points, directions));
+    });
     return {m_Slot, path};
 }
 
 Item Scene::boxes(std::string_view path, const Points& minima, const Points& maxima, const Statement&) const
 {
-    const Call call{m_Slot, "boxes", path};
-    if (isSent(m_Slot) && call.accepts(minima, "minima", maxima, "maxima"))
-        sendShape(call, shapeOf(ItemKind::Boxes, minima, maxima));
+    sendItem(m_Slot, "boxes", path, [&](const Call& call) {
+        return call.accepts(minima, "minima", maxima, "maxima") &&
+               sendShape(call, shapeOf(ItemKind::Boxes, minima, maxima));
+    });
     return {m_Slot, path};
 }
 
 Item Scene::frame(std::string_view path, const Transformation& matrix, const Statement&) const
 {
-    const Call call{m_Slot, "frame", path};
-    if (isSent(m_Slot) && call.accepts(matrix)) {
+    sendItem(m_Slot, "frame", path, [&](const Call& call) {
+        if (!call.accepts(matrix))
+            return false;
         ItemShape shape;
         shape.kind = ItemKind::Frame;
         shape.frame = matrixOf(matrix);
-        sendShape(call, std::move(shape));
-    }
+        return sendShape(call, std::move(shape));
+    });
     return {m_Slot, path};
 }
 
 Item Scene::text(std::string_view path, const Points& position, std::string_view text, const Statement&) const
 {
-    const Call call{m_Slot, "text", path};
-    if (!isSent(m_Slot) || !call.accepts(position))
-        return {m_Slot, path};
-    ItemShape shape = shapeOf(ItemKind::Text, position);
-    shape.text = std::string(text);
-    if (shape.points.size() != 1)
-        call.refuse(std::to_string(shape.points.size()) + " points are no position");
-    else
-        sendShape(call, std::move(shape));
+    sendItem(m_Slot, "text", path, [&](const Call& call) {
+        if (!call.accepts(position))
+            return false;
+        ItemShape shape = shapeOf(ItemKind::Text, position);
+        shape.text = std::string(text);
+        if (shape.points.size() != 1)
+            return call.refuse(std::to_string(shape.points.size()) + " points are no position");
+        return sendShape(call, std::move(shape));
+    });
     return {m_Slot, path};
 }
 
 Item Scene::volume(std::string_view path, const Samples& samples, const GridSize& size, const Spacing& spacing,
     const Vector3d& origin, const Orientation& orientation, const Statement&) const
 {
-    if (!isSent(m_Slot))
-        return {m_Slot, path};
-    const Call call{m_Slot, "volume", path};
-    const SentGrid grid{size, spacing, origin, orientation};
-    const std::string why =
-        samples.areTooMany() ? "there is no memory for so many samples" : whyNoVolume(grid, samples.size());
-    if (!why.empty()) {
-        call.refuse(why);
-        return {m_Slot, path};
-    }
-    changeItem(m_Slot, std::string(path), [&](ItemUpdate& item) {
+    sendItem(m_Slot, "volume", path, [&](const Call& call) {
+        const SentGrid grid{size, spacing, origin, orientation};
+        const std::string why =
+            samples.areTooMany() ? "there is no memory for so many samples" : whyNoVolume(grid, samples.size());
+        if (!why.empty())
+            return call.refuse(why);
         ItemUpdate sent = volumeItem(gridOf(grid), {samples, numChannelsOf(grid, samples.size())});
-        item.merge(sent);
+        return call.hasToBeSeen({{&samples, "samples"}}) && sendUpdate(call, sent);
     });
     return {m_Slot, path};
 }
 
 Item Scene::volume(std::string_view path, const RegularVolume& volume, std::string_view channel, const Statement&) const
 {
-    if (!isSent(m_Slot))
-        return {m_Slot, path};
-    const Call call{m_Slot, "volume", path};
-    try {
-        std::optional<ItemUpdate> sent = volumeItem(volume, channel);
-        if (sent)
-            changeItem(m_Slot, std::string(path), [&](ItemUpdate& item) { item.merge(*sent); });
-        else
-            call.refuse("it has no channel of one, three or four numbers for each sample" +
-                        (channel.empty() ? "" : " by the name \"" + printable(channel, 80) + "\""));
-    } catch (const std::exception&) {
-        call.refuse("there is no memory for so many samples");
-    }
+    sendItem(m_Slot, "volume", path, [&](const Call& call) {
+        try {
+            std::optional<ItemUpdate> sent = volumeItem(volume, channel);
+            if (!sent)
+                return call.refuse("it has no channel of one, three or four numbers for each sample" +
+                                   (channel.empty() ? "" : " by the name \"" + printable(channel, 80) + "\""));
+            const NumberArray& samples = sent->colours ? sent->colours->numbers : sent->fields.front().values.numbers;
+            return call.hasToBeSeen({{&samples, "samples"}}) && sendUpdate(call, *sent);
+        } catch (const std::exception&) {
+            return call.refuse("there is no memory for so many samples");
+        }
+    });
     return {m_Slot, path};
 }
 
@@ -443,7 +476,10 @@ Item::Item(std::shared_ptr<ViewSlot> slot, std::string_view path)
 
 Item Item::colours(const Colours& values, const Statement&) const
 {
-    if (isSent(m_Slot) && Call{m_Slot, "colours", m_Path}.accepts(values, 1, "colours"))
+    if (!areNumbersSent(m_Slot, m_Path))
+        return *this;
+    const Call call{m_Slot, "colours", m_Path};
+    if (call.accepts(values, 1, "colours") && call.hasAny(values, "colours"))
         changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.colours = NumberTuples{values, values.width()}; });
     return *this;
 }
@@ -514,7 +550,10 @@ Item Item::colour(const RGBA8& colour, const Statement&) const
 
 Item Item::normals(const Points& values, const Statement&) const
 {
-    if (isSent(m_Slot) && Call{m_Slot, "normals", m_Path}.accepts(values, "normals"))
+    if (!areNumbersSent(m_Slot, m_Path))
+        return *this;
+    const Call call{m_Slot, "normals", m_Path};
+    if (call.accepts(values, "normals") && call.hasAny(values, "normals"))
         changeItem(m_Slot, m_Path, [&](ItemUpdate& item) { item.normals = NumberTuples{values, 3}; });
     return *this;
 }
@@ -540,11 +579,13 @@ Item Item::radius(double units, const Statement&) const
 
 Item Item::radius(const Numbers& units, const Statement&) const
 {
-    if (!isSent(m_Slot))
+    if (!areNumbersSent(m_Slot, m_Path))
         return *this;
     const Call call{m_Slot, "radius", m_Path};
     if (units.areTooMany())
         call.refuse("there is no memory for so many numbers");
+    else if (!call.hasAny(units, "radii"))
+        return *this;
     else if (units.size() == 1 && !(units[0] >= 0 && std::isfinite(units[0])))
         call.refuse("a radius of " + digits(units[0]) + " cannot be drawn");
     else

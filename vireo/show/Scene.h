@@ -167,7 +167,9 @@ private:
 ///
 /// Every operation may be called by any thread at any time, waits for nobody and throws nothing. What one statement
 /// sends is shown together; its last argument (see Statement) is left out. A mistake, such as a triangle of vertices
-/// that are not there, is a line in the log; what was shown stays.
+/// that are not there, is a line in the log; what was shown stays, and the numbers that the same statement sends for
+/// its points are left out, too. It is a mistake to send no points or samples, or none that is finite: `remove` takes
+/// an item away.
 class VIREO_SHOW_EXPORT Scene
 {
 public:

@@ -43,20 +43,13 @@ void refuse(const ViewSlotPointer& slot, const std::string& operation, const std
 std::optional<SliceLayer> layerOf(
     const ViewSlotPointer& slot, const std::string& operation, const Samples& samples, const SentGrid& grid)
 {
-    const std::string why = samples.areTooMany() ? NO_MEMORY : whyNoVolume(grid, samples.size());
+    std::string why = samples.areTooMany() ? NO_MEMORY : whyNoVolume(grid, samples.size());
+    if (why.empty())
+        why = whyNothingIsSeen({{&samples, "samples"}});
     if (why.empty())
         return SliceLayer{gridOf(grid), {samples, numChannelsOf(grid, samples.size())}, false};
     refuse(slot, operation, why);
     return {};
-}
-
-// It is shown all the same. Of a volume its view says so.
-void sayIfNothingIsSeen(const ViewSlotPointer& slot, const char* operation, const Samples& samples) noexcept
-{
-    runGuarded([&] {
-        if (const std::string nothing = whyNothingIsSeen(samples, "samples"); !nothing.empty())
-            sayOnce("slices(\"" + printable(slot->name, LONGEST_NAME) + "\")." + operation + ": " + nothing);
-    });
 }
 
 void sendVolume(const ViewSlotPointer& slot, const Samples& samples, const SentGrid& grid, bool isOriented)
@@ -136,22 +129,20 @@ SliceOverlay Slices::overlay(const Samples& samples, const GridSize& size, const
     const Vector3d& origin, const Orientation& orientation, const Statement&) const
 {
     if (isSent(m_Slot))
-        if (std::optional<SliceLayer> layer =
-                layerOf(m_Slot, "overlay", samples, {size, spacing, origin, orientation})) {
-            sayIfNothingIsSeen(m_Slot, "overlay", samples);
+        if (std::optional<SliceLayer> layer = layerOf(m_Slot, "overlay", samples, {size, spacing, origin, orientation}))
             change(m_Slot, [&](SlicesUpdate& update) { update.overlay = std::move(layer); });
-        }
     return {*this, false};
 }
 
 SliceOverlay Slices::labels(const Samples& samples, const LabelNames& names, const Statement&) const
 {
-    if (isSent(m_Slot) && samples.areTooMany())
-        refuse(m_Slot, "labels", NO_MEMORY);
-    else if (isSent(m_Slot) && samples.isEmpty())
-        refuse(m_Slot, "labels", "there are none");
-    else
+    if (!isSent(m_Slot))
+        return {*this, true};
+    const std::string why = samples.areTooMany() ? NO_MEMORY : whyNothingIsSeen({{&samples, "labels"}});
+    if (why.empty())
         sendLabels(m_Slot, {samples, 1}, nullptr, names);
+    else
+        refuse(m_Slot, "labels", why);
     return {*this, true};
 }
 

@@ -64,7 +64,8 @@ private:
 /// Every operation may be called by any thread at any time, waits for nobody, throws nothing, and returns a handle.
 /// What one statement sends is shown together; its last argument (see Statement) is left out. Sending again under a
 /// name replaces the samples; what was said of the slices stays, and so do the crosshair and where the user looks. A
-/// mistake, such as fewer samples than the size calls for, is a line in the log; what was shown stays.
+/// mistake, such as fewer samples than the size calls for, or none that is finite, is a line in the log; what was shown
+/// stays. `tavo::remove(name)` takes slices away.
 class VIREO_SHOW_EXPORT Slices
 {
 public:

@@ -339,13 +339,13 @@ TEST_F(ShowProgramsTest, AreToldWhyNothingIsSaved)
 TEST_F(ShowProgramsTest, TakeOddThings)
 {
     const Outcome outcome = run("sends odd things");
-    const std::string why = ": a range goes from one number to another; what was shown stays\n";
+    const std::string stays = "; what was shown stays\n";
+    const std::string why = ": a range goes from one number to another" + stays;
     const std::string curve = "warning: tavo: plot(\"values\").curve";
-    const std::string said = curve + "(\"none\"): there are no samples, so that nothing is seen\n" + curve +
-                             "(\"NaN\"): none of the samples is finite, so that nothing is seen\n" + curve +
-                             "(\"x NaN\"): none of the x is finite, so that nothing is seen\n" +
-                             "warning: tavo: plot(\"values\").xRange(nan, inf)" + why +
-                             "warning: tavo: plot(\"values\").yRange(1, 1)" + why;
+    const std::string said =
+        curve + "(\"none\"): there are no samples to show" + stays + curve +
+        "(\"NaN\"): none of the samples is finite" + stays + curve + "(\"x NaN\"): none of the x is finite" + stays +
+        "warning: tavo: plot(\"values\").xRange(nan, inf)" + why + "warning: tavo: plot(\"values\").yRange(1, 1)" + why;
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_EQ(outcome.errors, said);
     EXPECT_EQ(outcome.output,

@@ -33,13 +33,11 @@ Replaced Pending::replaced() const
     return update ? update->replaced() : Replaced();
 }
 
-Pending& Batch::operator[](const ViewSlotPointer& slot)
+Batch::Part& Batch::partOf(const ViewSlotPointer& slot)
 {
     const auto found =
         std::find_if(parts.begin(), parts.end(), [&slot](const Part& part) { return part.slot == slot; });
-    if (found != parts.end())
-        return found->pending;
-    return parts.emplace_back(Part{slot, {}}).pending;
+    return found != parts.end() ? *found : parts.emplace_back(Part{slot, {}, {}});
 }
 
 namespace inbox {
@@ -125,7 +123,7 @@ std::vector<Batch::Part> takeAll()
         Pending pending = std::exchange(slot->pending, {});
         if (pending.update)
             slot->next = pending.update->forTheNext();
-        taken.push_back({std::move(slot), std::move(pending)});
+        taken.push_back({std::move(slot), std::move(pending), {}});
     }
     state().waiting.clear();
     return taken;
@@ -217,9 +215,9 @@ void deliver(Batch& batch)
     std::vector<ViewSlotPointer> refused;
     {
         const Lock lock(state().mutex);
-        for (auto& [slot, pending] : batch.parts)
-            if (!isDelivered(slot, pending))
-                refused.push_back(slot);
+        for (Batch::Part& part : batch.parts)
+            if (!isDelivered(part.slot, part.pending))
+                refused.push_back(part.slot);
         tellReceiver();
     }
     for (const ViewSlotPointer& slot : refused)

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,10 +55,12 @@ struct Batch
     {
         ViewSlotPointer slot;
         Pending pending;
+        std::set<std::string, std::less<>> refused; // items that the statement could not send
     };
 
     // What the statement has sent to a view so far.
-    Pending& operator[](const ViewSlotPointer& slot);
+    Part& partOf(const ViewSlotPointer& slot);
+    Pending& operator[](const ViewSlotPointer& slot) { return partOf(slot).pending; }
 
     int depth = 0; // of statements within statements
     std::vector<Part> parts;

@@ -18,6 +18,11 @@ std::string callOf(const char* view, const ViewSlotPointer& slot, const char* op
 // Whether anything may come of a call. Numbers of calls that nothing comes of are empty.
 bool isSent(const ViewSlotPointer& slot) noexcept;
 
+// Whether the statement has tried in vain to send an item of a view: then further numbers that it sends for the item
+// are left out, too, since they do not belong to what is still shown. Both are for calls of which something may come.
+void noteWhetherRefused(const ViewSlotPointer& slot, std::string_view item, bool isRefused);
+bool isRefused(const ViewSlotPointer& slot, std::string_view item) noexcept;
+
 // Has `change` change what the statement sends to the view, an update of that class. Nothing escapes.
 template <typename Update, typename Change>
 void changeUpdate(const ViewSlotPointer& slot, Change&& change) noexcept

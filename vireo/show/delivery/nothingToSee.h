@@ -1,13 +1,23 @@
 #pragma once
 
+#include <cstddef>
+#include <initializer_list>
 #include <string>
 
 #include "vireo/show/delivery/NumberArray.h"
 
 namespace tavo {
 
-// Why nothing is seen of so many numbers, `what` they are, for a person: there are none, or none is finite. Empty if
-// there is anything to see. The first finite number ends the search.
-std::string whyNothingIsSeen(const NumberArray& numbers, const char* what);
+// Numbers that a call sends, by so many, and what they are, for a person. Null if it sends none.
+struct SentToBeSeen
+{
+    const NumberArray* numbers;
+    const char* what;
+    std::size_t width = 1;
+};
+
+// Why nothing would be seen of what belongs together one by one, for a person: there is none, none is finite, or
+// nowhere all are. Empty if there is anything to see. The first place where there is ends the search.
+std::string whyNothingIsSeen(std::initializer_list<SentToBeSeen> all);
 
 } // namespace tavo

@@ -65,7 +65,6 @@ public:
 
     // How many samples are no numbers or infinite.
     std::size_t numNotFinite() const { return m_NumNotFinite; }
-    bool isOfNothing() const { return !isEmpty() && m_NumNotFinite == m_Volume.layer().samples.numbers.size(); }
 
 private:
     void settleCrosshair();

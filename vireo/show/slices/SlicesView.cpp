@@ -120,7 +120,7 @@ void SlicesView::apply(ViewUpdate& update)
 // Where it is shown at all.
 void SlicesView::settleVolume()
 {
-    if (!m_IsVolumeShown || m_Model.isOfNothing())
+    if (!m_IsVolumeShown)
         return m_Volume.reset();
     if (m_Model.isEmpty())
         return;
@@ -155,10 +155,6 @@ std::string SlicesView::nameInLog() const
 
 void SlicesView::sayWhatIsWrong()
 {
-    const Vector3i& size = m_Model.grid().size;
-    if (m_Model.isOfNothing())
-        sayOnce(nameInLog() + ": none of its " + std::to_string(size[0]) + " x " + std::to_string(size[1]) + " x " +
-                std::to_string(size[2]) + " samples is a number: there is nothing to see");
     if (!m_Model.whyNoLabels().empty())
         sayOnce(nameInLog() + ".labels: " + m_Model.whyNoLabels() +
                 (m_Model.labels().isEmpty() ? "; they are not shown" : "; what was shown stays"));

@@ -134,20 +134,6 @@ TEST(SlicesTest, LabelsHaveColoursAndOutlinesAndAreTakenAway)
     expectRefused([=] { overlay.colours({}); }, "slices(\"head\").overlay.colours: only labels have that");
 }
 
-TEST(SlicesTest, OfNoNumbersAnOverlayIsALineAndAVolumeIsLeftToItsView)
-{
-    const std::vector<float> nothing(8, std::numeric_limits<float>::quiet_NaN());
-    testing::internal::CaptureStderr();
-    slices("head", nothing, {2, 2, 2});
-    scene("no volume").volume("v", nothing, {2, 2, 2});
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    testing::internal::CaptureStderr();
-    slices("head").overlay(nothing, {2, 2, 2});
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-        "warning: tavo: slices(\"head\").overlay: none of the samples is finite, so that nothing is seen\n");
-    EXPECT_TRUE(takeSlices()->overlay) << "it is shown all the same";
-}
-
 TEST(SlicesTest, LabelsOfOtherSamplesWaitForTheVolume)
 {
     slices("head").labels(EIGHT, {"good"});

@@ -200,17 +200,6 @@ TEST_F(SlicesViewTest, APictureTellsTheColoursThatLieOnTheVolume)
     EXPECT_EQ(m_View.picture(size), plain);
 }
 
-TEST_F(SlicesViewTest, SlicesOfNothingSaySoByTheirName)
-{
-    testing::internal::CaptureStderr();
-    send(layerOf<float>(std::vector<float>(8, NAN), {2, 2, 2}));
-    m_View.picture({400, 300});
-    const std::string said = testing::internal::GetCapturedStderr();
-    EXPECT_THAT(
-        said, HasSubstr("slices(\"head\"): none of its 2 x 2 x 2 samples is a number: there is nothing to see"));
-    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
-}
-
 TEST_F(SlicesViewTest, LabelsThatDoNotFitAreALine)
 {
     const auto labelsOf = [this](std::size_t number) {
