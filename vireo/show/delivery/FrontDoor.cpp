@@ -20,6 +20,7 @@
 #include "tavo/base/text/printable.h"
 #include "vireo/show/delivery/Mode.h"
 #include "vireo/show/delivery/WindowThread.h"
+#include "vireo/show/delivery/dataFormats.h"
 #include "vireo/show/delivery/displayPlatforms.h"
 #include "vireo/show/delivery/endOfProgram.h"
 #include "vireo/show/delivery/sayOnce.h"
@@ -285,7 +286,7 @@ void FrontDoor::moveViewsIntoWindow()
         return;
     for (ShownView& shown : m_Views)
         if (shown.view && !std::exchange(shown.isInWindow, true))
-            window().addView(shown.slot->name, shown.view);
+            window().addView(shown.slot->name, shown.view, dataFormatsOf(shown.slot->kind));
 }
 
 void FrontDoor::removeView(const ViewSlotPointer& slot)

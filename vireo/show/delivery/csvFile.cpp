@@ -12,10 +12,10 @@ QByteArray quotedCell(const std::string& text)
     return '"' + cell.replace('"', "\"\"") + '"';
 }
 
-std::string saveCsv(const QString& file, const std::function<QByteArray()>& nextPiece)
+std::string saveCsv(const QString& file, const DataFormats& formats, const std::function<QByteArray()>& nextPiece)
 {
     if (QFileInfo(file).suffix().toLower() != "csv")
-        return "data are comma-separated values: the file's name must end with .csv";
+        return whyNoneIs(formats);
     return saveFile(file, nextPiece);
 }
 

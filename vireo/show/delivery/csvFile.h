@@ -6,6 +6,8 @@
 #include <functional>
 #include <string>
 
+#include "vireo/show/delivery/dataFormats.h"
+
 namespace tavo {
 
 // What files of comma-separated values have in common.
@@ -26,7 +28,7 @@ void appendNumber(QByteArray& text, T number)
 QByteArray quotedCell(const std::string& text);
 
 // Saves a text that comes in pieces (see saveFile()) in a file whose name ends with "csv". Why it could not be saved,
-// for a person; empty if it was.
-std::string saveCsv(const QString& file, const std::function<QByteArray()>& nextPiece);
+// for a person; empty if it was. `formats` are all that the file could have had.
+std::string saveCsv(const QString& file, const DataFormats& formats, const std::function<QByteArray()>& nextPiece);
 
 } // namespace tavo

@@ -79,7 +79,7 @@ std::string saveImage(const QString& file, const ImagePixels& pixels)
                                 : savePicture(file, picture);
     }
     int y = -1;
-    return saveCsv(file, [&]() -> QByteArray {
+    return saveCsv(file, dataFormatsOf(ViewKind::Image), [&]() -> QByteArray {
         QByteArray piece = y < 0 ? head(pixels) : QByteArray();
         for (y = std::max(y, 0); y < pixels.height && piece.size() < CSV_PIECE; ++y)
             piece += rowOf(pixels, y);

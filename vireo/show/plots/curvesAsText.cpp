@@ -109,7 +109,7 @@ std::function<QByteArray()> curvesAsText(
 std::string saveCurves(
     const QString& file, const std::vector<const PlotCurve*>& curves, const std::optional<AxisUpdate::Range>& x)
 {
-    return saveCsv(file, curvesAsText(curves, x));
+    return saveCsv(file, dataFormatsOf(ViewKind::Plot), curvesAsText(curves, x));
 }
 
 } // namespace tavo

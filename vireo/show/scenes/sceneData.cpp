@@ -238,7 +238,7 @@ std::string saveScene(const QString& file, const std::map<std::string, SceneItem
     for (const auto& [path, item] : items)
         if (const std::optional<ItemData> data = item.data())
             saved.emplace(path, *data);
-    return saveCsv(file, sceneAsText(saved));
+    return saveCsv(file, dataFormatsOf(ViewKind::Scene), sceneAsText(saved));
 }
 
 } // namespace tavo

@@ -52,7 +52,7 @@ std::string saveSlices(const QString& file, const SliceLayer& volume)
         return "it is saved uncompressed, in a file that ends with \".nii\"";
     QByteArray head = headOf(volume);
     std::size_t sample = 0;
-    return saveCsv(file, [&]() -> QByteArray {
+    return saveCsv(file, dataFormatsOf(ViewKind::Slices), [&]() -> QByteArray {
         QByteArray piece = std::exchange(head, {});
         for (; sample < volume.samples.size() && piece.size() < CSV_PIECE; ++sample)
             appendSample(piece, volume, sample);

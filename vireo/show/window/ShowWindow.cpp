@@ -225,13 +225,13 @@ void ShowWindow::makeThemeMenu(QMenu* menu)
     menu->setObjectName("themes");
 }
 
-void ShowWindow::addView(const std::string& name, View* view)
+void ShowWindow::addView(const std::string& name, View* view, const DataFormats& dataFormats)
 {
     addDock(new ViewDock(dockId("view", name), name,
         {view, [view] { return view->picture(sizeOfPicture(*view)); },
             [view](const QString& file) { return view->saveData(file); }, view->configuration(),
             [view](const QString& file) { return view->savePicture(file, sizeOfPicture(*view)); },
-            view->pictureFormats(), view->seenDataSaver()}));
+            view->pictureFormats(), view->seenDataSaver(), dataFormats}));
     show();
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tavo/base/debug/DebugWindow.h"
+#include "vireo/show/delivery/dataFormats.h"
 #include "vireo/show/window/theme.h"
 
 class QMenu;
@@ -37,7 +38,7 @@ public:
     ~ShowWindow() override;
 
     // Puts a view into a dock of its own, which owns it from then on, and shows the window.
-    void addView(const std::string& name, View* view);
+    void addView(const std::string& name, View* view, const DataFormats& dataFormats);
 
     // Takes a view and its dock away, and deletes both.
     void removeView(View* view);

@@ -6,6 +6,8 @@
 #include <functional>
 #include <string>
 
+#include "vireo/show/delivery/dataFormats.h"
+
 namespace tavo {
 
 // What a dock shows, and what can be done with it: what is empty cannot.
@@ -18,6 +20,7 @@ struct DockContent
     std::function<std::string(const QString&)> savePicture = nullptr; // as View::savePicture; else `picture` is saved
     QStringList pictureFormats = {};                                  // as View::pictureFormats
     std::function<std::string(const QString&)> saveSeenData = nullptr;
+    DataFormats dataFormats = tableFormats();
 };
 
 // A dock of the window. Its title bar has a button for everything that can be done with what it shows. The widget

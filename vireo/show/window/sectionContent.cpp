@@ -99,7 +99,8 @@ std::string saveSectionData(DebugSection& section, const QString& file)
 {
     const auto* const widget = qobject_cast<GLEventDisplayerWidget*>(section.getDisplayerWidget());
     std::optional<Series> series = widget ? seriesOf(widget->getGLEventObject()) : std::nullopt;
-    return series ? saveCsv(file, SeriesText(*std::move(series))) : "what is shown has no data to be saved";
+    return series ? saveCsv(file, tableFormats(), SeriesText(*std::move(series)))
+                  : "what is shown has no data to be saved";
 }
 
 } // namespace tavo

@@ -64,11 +64,11 @@ void askWhereToSavePicture(ViewDock& dock, const DockContent& content)
         [save](const QString& file) { report(file, "the picture", save(file)); });
 }
 
-void askWhereToSaveData(
-    ViewDock& dock, const QString& title, const std::function<std::string(const QString&)>& saveData)
+void askWhereToSaveData(ViewDock& dock, const QString& title, const DataFormats& formats,
+    const std::function<std::string(const QString&)>& saveData)
 {
-    askForFile(dock, title, {ViewDock::tr("Comma-separated values (*.csv)")},
-        [saveData](const QString& file) { report(file, "the data", saveData(file)); });
+    askForFile(
+        dock, title, filtersOf(formats), [saveData](const QString& file) { report(file, "the data", saveData(file)); });
 }
 
 } // namespace
@@ -87,11 +87,13 @@ QList<QAction*> makeViewActions(ViewDock& dock, const DockContent& content)
     }
     if (content.saveData)
         buttons += makeAction(dock, Symbol::SaveData, "saveData", ViewDock::tr("Save data"), "Ctrl+D",
-            [&dock, saveData = content.saveData] { askWhereToSaveData(dock, ViewDock::tr("Save data"), saveData); });
+            [&dock, formats = content.dataFormats, saveData = content.saveData] {
+                askWhereToSaveData(dock, ViewDock::tr("Save data"), formats, saveData);
+            });
     if (content.saveSeenData)
         makeAction(dock, Symbol::SaveData, "saveSeenData", ViewDock::tr("Save data in view"), "Ctrl+Shift+D",
             [&dock, saveData = content.saveSeenData] {
-                askWhereToSaveData(dock, ViewDock::tr("Save data in view"), saveData);
+                askWhereToSaveData(dock, ViewDock::tr("Save data in view"), tableFormats(), saveData);
             });
     buttons += makeAction(dock, Symbol::FullScreen, "fullScreen", ViewDock::tr("Full screen"), "F11",
         [&dock] { dock.setOnFullScreen(!dock.isOnFullScreen()); });

@@ -115,14 +115,6 @@ TEST_F(SceneDataTest, OfManyPointsIsWhole)
     EXPECT_THAT(text, testing::EndsWith("1,2,3\n7,8,9\n"));
 }
 
-TEST_F(SceneDataTest, IsSavedAsCsvOnly)
-{
-    m_Scene.cloud("a", {1, 2, 3});
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(saveData("data", m_Folder.filePath("scene.ply").toStdString()));
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("the file's name must end with .csv"));
-}
-
 // Numbers where NIfTI-1 has them.
 class NiftiBytes
 {

@@ -161,6 +161,23 @@ TEST_F(ViewActionsTest, SavePicturesInAllFormatsOfAView)
     EXPECT_TRUE(picture.readAll().contains("<svg"));
 }
 
+TEST_F(ViewActionsTest, SaveDataInAllFormatsOfAView)
+{
+    slices("s", {1, 2, 3, 4, 5, 6, 7, 8}, {2, 2, 2});
+    show({"a"});
+    EXPECT_TRUE(QTest::qWaitFor([] { return dock("s") != nullptr; }));
+    const QTemporaryDir folder;
+    action("s", "saveData")->trigger();
+    auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_THAT(
+        dialog->nameFilters(), testing::ElementsAre("Comma-separated values (*.csv)", "Volume, NIfTI-1 (*.nii)"));
+    emit dialog->filterSelected("Volume, NIfTI-1 (*.nii)");
+    EXPECT_EQ(dialog->defaultSuffix(), "nii");
+    answer(folder.filePath("s.nii"));
+    EXPECT_GT(QFileInfo(folder.filePath("s.nii")).size(), 352) << "a header and samples";
+}
+
 TEST_F(ViewActionsTest, SaveTheDataInView)
 {
     show({"a"});
