@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "vireo/show/Export.h"
@@ -192,27 +193,43 @@ concept QtPicture = requires(const Picture& picture)
 {
     picture.constBits();
     picture.bytesPerLine();
-    picture.isGrayscale();
+    picture.allGray();
+    picture.pixelFormat().redSize();
     picture.convertToFormat(Picture::Format_RGBA8888);
 };
 
-/// The pixels of a QImage: one channel if it is grey, otherwise red, green and blue, and opacity where it has any.
+/// The pixels of a QImage of any format: one channel if it is grey or a mask, otherwise red, green and blue, and
+/// opacity where it has any. Numbers of more than 8 bits have 16.
 template <QtPicture Picture>
 Image image(std::string_view name, const Picture& picture, const Statement& = Statement())
 {
-    const auto send = [&](const Picture& converted, int channels) -> Image {
-        return image(name, converted.constBits(), converted.width(), converted.height(), channels)
-            .stride(static_cast<std::size_t>(converted.bytesPerLine()));
+    constexpr std::uint8_t BYTES = 0;
+    constexpr std::uint16_t DEEP = 0;
+    const auto send = [name](const Picture& shown, auto numbers, int channels) -> Image {
+        const auto* const pixels = reinterpret_cast<const decltype(numbers)*>(shown.constBits());
+        return image(name, pixels, shown.width(), shown.height(), channels)
+            .stride(static_cast<std::size_t>(shown.bytesPerLine()));
     };
+    const bool isDeep = picture.pixelFormat().redSize() > 8;
+    if (picture.format() == Picture::Format_Alpha8)
+        return send(picture, BYTES, 1);
     if (picture.format() == Picture::Format_Grayscale16)
-        return image(
-            name, reinterpret_cast<const std::uint16_t*>(picture.constBits()), picture.width(), picture.height())
-            .stride(static_cast<std::size_t>(picture.bytesPerLine()));
+        return send(picture, DEEP, 1);
     if (picture.hasAlphaChannel())
-        return send(picture.convertToFormat(Picture::Format_RGBA8888), 4);
-    if (picture.format() == Picture::Format_Grayscale8 || (picture.depth() <= 8 && picture.isGrayscale()))
-        return send(picture.convertToFormat(Picture::Format_Grayscale8), 1);
-    return send(picture.convertToFormat(Picture::Format_RGB888), 3);
+        return isDeep ? send(picture.convertToFormat(Picture::Format_RGBA64), DEEP, 4)
+                      : send(picture.convertToFormat(Picture::Format_RGBA8888), BYTES, 4);
+    if (picture.depth() <= 8 && picture.allGray())
+        return send(picture.convertToFormat(Picture::Format_Grayscale8), BYTES, 1);
+    if (!isDeep)
+        return send(picture.convertToFormat(Picture::Format_RGB888), BYTES, 3);
+    const Picture colours = picture.convertToFormat(Picture::Format_RGBX64); // whose fourth numbers are nothing
+    std::vector<std::uint16_t> numbers;
+    for (int y = 0; y < colours.height(); ++y) {
+        const auto* pixel = reinterpret_cast<const std::uint16_t*>(colours.constScanLine(y));
+        for (int x = 0; x < colours.width(); ++x, pixel += 4)
+            numbers.insert(numbers.end(), pixel, pixel + 3);
+    }
+    return image(name, std::move(numbers), colours.width(), colours.height(), 3);
 }
 
 } // namespace tavo

@@ -193,6 +193,62 @@ TEST(ImageTest, QtsImagesAreSentWithTheChannelsTheyHave)
     EXPECT_THAT(takeNumbers(), ElementsAre(65535));
 }
 
+TEST(ImageTest, QtsImagesOfAnyFormatKeepTheirNumbers)
+{
+    QImage bits(9, 2, QImage::Format_Mono);
+    bits.setColorTable({qRgb(255, 255, 255), qRgb(0, 0, 0)});
+    bits.fill(0);
+    bits.setPixel(8, 1, 1);
+    image("image", bits);
+    auto sent = takeImage();
+    EXPECT_EQ(sent->pixels->channels, 1);
+    EXPECT_EQ(sent->pixels->at(0, 0, 0), 255);
+    EXPECT_EQ(sent->pixels->at(8, 1, 0), 0);
+    QImage palette(2, 1, QImage::Format_Indexed8);
+    palette.setColorTable({qRgb(1, 2, 3), qRgb(4, 5, 6)});
+    palette.setPixel(0, 0, 1);
+    palette.setPixel(1, 0, 0);
+    image("image", palette);
+    EXPECT_THAT(takeNumbers(), ElementsAre(4, 5, 6, 1, 2, 3));
+    palette.setColorTable({qRgb(9, 9, 9), qRgb(5, 5, 5)});
+    image("image", palette);
+    EXPECT_THAT(takeNumbers(), ElementsAre(5, 9));
+    QImage mask(3, 2, QImage::Format_Alpha8);
+    mask.fill(0);
+    mask.setPixelColor(2, 1, QColor(0, 0, 0, 200));
+    image("image", mask);
+    EXPECT_THAT(takeNumbers(), ElementsAre(0, 0, 0, 0, 0, 200));
+    QImage deep(1, 2, QImage::Format_RGBX64);
+    deep.fill(QColor::fromRgba64(1000, 2000, 3000));
+    image("image", deep);
+    EXPECT_THAT(takeNumbers(), ElementsAre(1000, 2000, 3000, 1000, 2000, 3000));
+    QImage clear(1, 1, QImage::Format_RGBA64);
+    clear.fill(QColor::fromRgba64(1000, 2000, 3000, 4000));
+    image("image", clear);
+    EXPECT_THAT(takeNumbers(), ElementsAre(1000, 2000, 3000, 4000));
+    QImage tenBits(1, 1, QImage::Format_RGB30);
+    tenBits.fill(QColor::fromRgba64(0x8020, 0, 0xFFFF));
+    image("image", tenBits);
+    sent = takeImage();
+    EXPECT_EQ(sent->pixels->channels, 3);
+    EXPECT_NEAR(sent->pixels->at(0, 0, 0), 0x8020, 64) << "8 bits would be further away";
+    EXPECT_EQ(sent->pixels->at(0, 0, 2), 65535);
+    for (int format = QImage::Format_Mono; format < QImage::NImageFormats; ++format) {
+        QImage any(5, 3, static_cast<QImage::Format>(format));
+        if (any.colorCount() == 0 && any.depth() <= 8 && format != QImage::Format_Grayscale8 &&
+            format != QImage::Format_Alpha8)
+            any.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
+        any.fill(any.depth() == 1 ? 1U : 0xFFFFFFFFU);
+        if (any.format() == QImage::Format_Indexed8)
+            any.fill(1U);
+        image("image", any);
+        sent = takeImage();
+        ASSERT_TRUE(sent && sent->pixels) << format;
+        const double greatest = sent->pixels->numbers.getType() == NumberType::UInt8 ? 255 : 65535;
+        EXPECT_EQ(sent->pixels->at(4, 2, 0), greatest) << format;
+    }
+}
+
 TEST(ImageTest, RowsMayBeApart)
 {
     const std::vector<std::uint16_t> padded{1, 2, 0, 3, 4};
