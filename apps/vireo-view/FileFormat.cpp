@@ -79,7 +79,7 @@ bool hasNameOfImage(const std::filesystem::path& file)
     const std::string extension = lowerCaseExtension(file);
     if (extension == ".tif" || extension == ".tiff" || extension == ".pfm")
         return true;
-    if (extension.size() < 2 || extension.starts_with(".svg"))
+    if (extension.size() < 2)
         return false;
     static const QList<QByteArray> formats = QImageReader::supportedImageFormats();
     return formats.contains(QByteArray::fromStdString(extension.substr(1)));

@@ -32,7 +32,7 @@ FileFormat detectFormat(const std::filesystem::path& file);
 // Whether the file is one of volumes.
 bool isOfVolumes(FileFormat format);
 
-// Whether the extension is that of an image: of TIFF, of PFM, or of what Qt reads, but for drawings such as SVG.
+// Whether the extension is that of an image: of TIFF, of PFM, or of what Qt reads.
 bool hasNameOfImage(const std::filesystem::path& file);
 
 } // namespace vireo_view

@@ -81,6 +81,15 @@ Picture pictureOf(const QImage& image)
     return pictureAs<std::uint8_t>(image, QImage::Format_RGB888, 3);
 }
 
+// Drawings such as SVG are on white, as on paper: their black lines would be on black.
+QImage readFrame(QImageReader& reader)
+{
+    if (!reader.supportsOption(QImageIOHandler::BackgroundColor))
+        return reader.read();
+    reader.setBackgroundColor(Qt::white);
+    return reader.read().convertToFormat(QImage::Format_RGB32);
+}
+
 std::vector<Picture> readWithQt(QImageReader& reader, const std::filesystem::path& file, const Progress& progress)
 {
     constexpr std::uint64_t BYTES_PER_PIXEL = 4;
@@ -95,7 +104,7 @@ std::vector<Picture> readWithQt(QImageReader& reader, const std::filesystem::pat
                 static_cast<std::uint64_t>(size.height()), BYTES_PER_PIXEL);
         if (numBytes > MOST_BYTES)
             throw InputError(file, "has more frames than there is memory for");
-        const QImage image = reader.read();
+        const QImage image = readFrame(reader);
         if (image.isNull() && pictures.empty())
             throw InputError(file, "is no image that can be read: " + reader.errorString().toStdString());
         if (!image.isNull())

@@ -1,5 +1,7 @@
 #include "apps/vireo-view/FileFormat.h"
 
+#include <QImageReader>
+
 #include "apps/vireo-view/InputError.h"
 #include "tests/apps/vireo-view/FilesTest.h"
 
@@ -67,6 +69,12 @@ TEST_F(FileFormatTest, KnowsVolumesByTheirExtension)
     for (const FileFormat format : {FileFormat::NIFTI, FileFormat::NRRD, FileFormat::METAIMAGE, FileFormat::TIFF})
         EXPECT_TRUE(isOfVolumes(format));
     EXPECT_FALSE(isOfVolumes(FileFormat::PLY));
+}
+
+TEST_F(FileFormatTest, KnowsWhatQtReadsByItsExtension)
+{
+    for (const QByteArray& format : QImageReader::supportedImageFormats())
+        EXPECT_EQ(formatOf("a." + format.toStdString(), "1 2\n"), FileFormat::IMAGE) << format.toStdString();
 }
 
 TEST_F(FileFormatTest, TakesOtherTextsForColumns)

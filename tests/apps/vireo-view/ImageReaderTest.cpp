@@ -1,6 +1,7 @@
 #include "apps/vireo-view/ImageReader.h"
 
 #include <QImage>
+#include <QImageReader>
 #include <gmock/gmock.h>
 #include <zlib.h>
 
@@ -120,6 +121,21 @@ TEST_F(ImageReaderTest, APgmAndAPpmKeepTheirNumbers)
     EXPECT_THAT(whyNot("d.pgm", "P5 2 1 70000\n" + bytes), HasSubstr("does not begin as a PGM or a PPM does"));
     EXPECT_THAT(whyNot("d.pgm", "P5 20000 20000 65535\n"), HasSubstr("cannot hold"));
     EXPECT_THAT(whyNot("d.pgm", "P5 0 1 255\n"), HasSubstr("has 0 x 1 pixels"));
+}
+
+TEST_F(ImageReaderTest, DrawingsAreOnWhite)
+{
+    if (!QImageReader::supportedImageFormats().contains("svg"))
+        GTEST_SKIP() << "Qt reads no SVG here";
+    const std::string drawing = R"(<svg xmlns="http://www.w3.org/2000/svg" width="2" height="1">)"
+                                R"(<rect width="1" height="1"/></svg>)";
+    const Picture picture = readImages(write("a.svg", drawing), nullptr).at(0);
+    EXPECT_EQ(picture.width, 2);
+    EXPECT_EQ(picture.channels, 3);
+    EXPECT_THAT(numbersOf<std::uint8_t>(picture), ElementsAre(0, 0, 0, 255, 255, 255));
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(whyNot("cut.svg", drawing.substr(0, 20)), HasSubstr("cut.svg: is no image that can be read: "));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(ImageReaderTest, WhatIsBrokenIsALine)
