@@ -2,8 +2,13 @@
 #include <QPainter>
 #include <QWheelEvent>
 #include <QWindow>
+#include <algorithm>
 #include <array>
+#include <atomic>
+#include <chrono>
 #include <cmath>
+#include <thread>
+#include <utility>
 
 #include "benchmarks/support/Comparison.h"
 #include "benchmarks/support/Program.h"
@@ -13,6 +18,7 @@
 #include "vireo/show/TextureImage.h"
 #include "vireo/show/delivery/Inbox.h"
 #include "vireo/show/images/ImageView.h"
+#include "vireo/show/show.h"
 #include "vireo/show/slices/SlicesView.h"
 #include "vireo/textures/GLTexture2D.h"
 
@@ -197,6 +203,107 @@ private:
     tavo::ImageView m_View{"image"};
 };
 
+constexpr int NUM_FRAMES = 30; // in a second
+
+// A thread of the program sends frames, of which each is painted in the library's own window.
+class Live : public Contestant
+{
+public:
+    Live()
+        : m_Frames{colours(), std::vector<std::uint8_t>(colours().rbegin(), colours().rend())}
+    {
+        send();
+        while (!m_Painted.view())
+            QApplication::processEvents();
+        QWidget* const window = m_Painted.view()->window();
+        window->resize(window->size() + IMAGE - m_Painted.view()->size() + QSize(0, 40));
+        if (m_Painted.view()->isPanelShown())
+            m_Painted.view()->switchPanel();
+        QApplication::processEvents();
+    }
+    ~Live() override { tavo::remove(NAME); }
+
+    // One frame after the other, as a clock has them.
+    void run() override
+    {
+        m_Painted.takeNumber();
+        std::atomic<bool> isOver{false};
+        std::thread sender([&] {
+            auto time = std::chrono::steady_clock::now();
+            for (int i = 0; i < NUM_FRAMES; ++i) {
+                send();
+                std::this_thread::sleep_until(time += std::chrono::microseconds(1'000'000 / NUM_FRAMES));
+            }
+            isOver = true;
+            QMetaObject::invokeMethod(
+                qApp, [] {}, Qt::QueuedConnection); // wakes it
+        });
+        while (!isOver)
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        sender.join();
+        m_NumPainted = m_Painted.takeNumber();
+    }
+
+    // What is lost makes the time from one painted frame to the next longer.
+    double repetitions() const override { return std::max(m_NumPainted, 1); }
+
+private:
+    static constexpr const char* NAME = "live";
+
+    // Counts the frames that are painted, and knows the view that shows them.
+    class Painted : public QObject
+    {
+    public:
+        Painted() { qApp->installEventFilter(this); }
+
+        tavo::ImageView* view() const { return m_View; }
+        int takeNumber() { return std::exchange(m_Number, 0); }
+
+        bool eventFilter(QObject* object, QEvent* event) override
+        {
+            if (event->type() != QEvent::Paint)
+                return false;
+            auto* const view = dynamic_cast<tavo::ImageView*>(object);
+            if (!view)
+                return false;
+            m_View = view;
+            const void* const frame = view->getModel().pixels().numbers.getData();
+            m_Number += frame != std::exchange(m_Frame, frame) ? 1 : 0;
+            return false;
+        }
+
+    private:
+        tavo::ImageView* m_View = nullptr;
+        const void* m_Frame = nullptr;
+        int m_Number = 0;
+    };
+
+    void send()
+    {
+        std::swap(m_Frames[0], m_Frames[1]);
+        tavo::image(NAME, m_Frames[0], IMAGE.width(), IMAGE.height(), 3);
+    }
+
+    std::array<std::vector<std::uint8_t>, 2> m_Frames;
+    Painted m_Painted;
+    int m_NumPainted = 0;
+};
+
+// As many frames go by, and none is lost.
+class Clock : public Contestant
+{
+public:
+    void run() override { std::this_thread::sleep_for(std::chrono::seconds(1)); }
+    double repetitions() const override { return NUM_FRAMES; }
+};
+
+void addLive()
+{
+    add({"a frame of 1920 x 1080 colours, of 30 a second that a thread sends, each painted",
+        {{"vireo", [] { return std::make_unique<Live>(); }},
+            {"the time from one to the next", [] { return std::make_unique<Clock>(); }}}});
+}
+
 // Beside what a picture on the screen cannot do without, which either OpenGL does or the processor.
 void addShowing(const std::string& work, const std::function<std::unique_ptr<Contestant>()>& make, double ratioToReach)
 {
@@ -336,6 +443,7 @@ int main(int argc, char** argv)
     using namespace vireo_bench;
     Program program(argc, argv);
     addShowing();
+    addLive();
     addReading();
     addPanning("move 16,384 x 16,384 pixels at 1:1", 1);
     addPanning("move 16,384 x 16,384 pixels at 1:3", 1.0 / 3);
