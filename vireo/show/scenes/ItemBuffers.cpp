@@ -4,7 +4,6 @@
 
 #include "tavo/base/objects/PException.h"
 #include "vireo/context/GLExtensions.h"
-#include "vireo/geometry/bufferStorage.h"
 
 namespace tavo {
 
@@ -45,20 +44,6 @@ std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> makeBuffer(
     return buffer;
 }
 
-void drawPoints(const PointRanges& ranges)
-{
-    for (std::size_t i = 0; i < ranges.firsts.size(); ++i)
-        glDrawArrays(GL_POINTS, ranges.firsts[i], ranges.counts[i]);
-}
-
-// By indices, whose buffer is bound.
-void drawIndexedPoints(const PointRanges& ranges)
-{
-    for (std::size_t i = 0; i < ranges.firsts.size(); ++i)
-        glDrawElements(GL_POINTS, ranges.counts[i], GL_UNSIGNED_INT,
-            bufferOffset(sizeof(unsigned int) * static_cast<std::size_t>(ranges.firsts[i])));
-}
-
 GLenum modeOf(PrimitiveKind primitive)
 {
     constexpr GLenum MODES[] = {GL_POINTS, GL_LINES, GL_TRIANGLES};
@@ -76,8 +61,6 @@ void ItemBuffers::writeShape(GLContext& context, DrawnItem& drawn)
     m_Positions = makeBuffer(context, "position", drawn.positions);
     m_Normals = makeBuffer(context, "normal", drawn.normals);
     m_Indices = makeBuffer(context, drawn.indices);
-    m_PhaseIndices.reset();
-    m_NumPhases = 0;
 }
 
 void ItemBuffers::writeColours(GLContext& context, std::vector<unsigned char>& colours)
@@ -133,35 +116,14 @@ void ItemBuffers::drawAll()
     }
 }
 
-void ItemBuffers::draw(const PointRanges& ranges, const PointPhases& phases, std::size_t numPhases)
+void ItemBuffers::draw(const PointRanges& ranges)
 {
     if (ranges.firsts.empty())
         return;
-    const bool areAll = numPhases >= PointPhases::ALL;
-    if (!areAll && m_NumPhases != numPhases)
-        writePhases(phases, numPhases);
     bind();
-    if (areAll) {
-        drawPoints(ranges);
-    } else {
-        m_PhaseIndices->bind();
-        drawIndexedPoints(ranges);
-        m_PhaseIndices->unbind();
-    }
+    for (std::size_t i = 0; i < ranges.firsts.size(); ++i)
+        glDrawArrays(GL_POINTS, ranges.firsts[i], ranges.counts[i]);
     unbind();
-}
-
-// They stay the same during a gesture.
-void ItemBuffers::writePhases(const PointPhases& phases, std::size_t numPhases)
-{
-    std::vector<unsigned int> indices;
-    indices.reserve(phases.numChunks() * phases.sizeOfPhases(0, numPhases));
-    for (std::size_t chunk = 0; chunk < phases.numChunks(); ++chunk)
-        phases.forEachPoint(
-            chunk, numPhases, [&](std::size_t point) { indices.push_back(static_cast<unsigned int>(point)); });
-    m_PhaseIndices.reset();
-    m_PhaseIndices = makeBuffer(*m_Positions->getContext(), indices);
-    m_NumPhases = numPhases;
 }
 
 void ItemBuffers::drawEdges()

@@ -29,8 +29,8 @@ public:
     // All of it.
     void draw();
 
-    // Some points; of fewer than all phases, the ranges are of indices.
-    void draw(const PointRanges& ranges, const PointPhases& phases, std::size_t numPhases);
+    // Some points.
+    void draw(const PointRanges& ranges);
 
     void drawEdges();
 
@@ -44,7 +44,6 @@ private:
     void bind();
     void unbind();
     void drawAll();
-    void writePhases(const PointPhases& phases, std::size_t numPhases);
 
     PrimitiveKind m_Primitive = PrimitiveKind::Points;
     bool m_IsIndexed = false;
@@ -54,8 +53,6 @@ private:
     std::unique_ptr<GLVertexBuffer> m_Colours;
     std::unique_ptr<GLVertexBuffer> m_Radii; // null if all points have one radius
     std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_Indices;
-    std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_PhaseIndices; // of the first phases, chunk by chunk
-    std::size_t m_NumPhases = 0;                                          // that those are of
     std::unique_ptr<GLVertexBuffer> m_EdgePositions;
     std::unique_ptr<GLTemplatedIndexBuffer<unsigned int>> m_EdgeIndices;
 };

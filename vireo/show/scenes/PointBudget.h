@@ -17,7 +17,6 @@ public:
     // What a frame took: for its points, and for everything else.
     void measure(std::size_t numPoints, double secondsOfPoints, double secondsOfRest)
     {
-        constexpr std::size_t FEWEST = 20000; // that say anything
         if (numPoints >= FEWEST)
             take(m_PerPoint, secondsOfPoints / static_cast<double>(numPoints), m_IsMeasured);
         take(m_Rest, secondsOfRest, m_IsMeasured);
@@ -36,16 +35,19 @@ public:
         return phasesIn(std::max(FRAME - m_Rest, LEAST), numPoints);
     }
 
-    // Of all that so many points have, the phases that there is time for, at least one.
+    // Of all that so many points have, the phases that there is time for; at least so many that what they take is
+    // measured, and one.
     std::size_t phasesIn(double seconds, std::size_t numPoints) const
     {
-        const std::size_t most = numPointsIn(std::max(seconds, 0.0));
+        const std::size_t most = std::max(numPointsIn(seconds), 2 * FEWEST);
         if (numPoints <= most)
             return PointPhases::ALL;
         return std::max<std::size_t>(1, PointPhases::ALL * most / numPoints);
     }
 
 private:
+    static constexpr std::size_t FEWEST = 20000; // points that say anything
+
     static void take(double& value, double measured, bool isKnown)
     {
         value = isKnown ? (value + measured) / 2 : measured;

@@ -10,10 +10,11 @@ namespace tavo {
 
 // Which points of a cloud are drawn where there is time for a few, so that these show the shape of all.
 //
-// There are 64 phases: of every 64 consecutive points each phase has one, and the first phases together have them
-// evenly spread. So the points of the first phases, however many these are, cover all of the cloud. The points that
-// make no full 64 belong to the last one. What is outside the view is left out by chunks, of 4096 consecutive points;
-// the last one has what is left.
+// There are 4096 phases: of every chunk of 4096 consecutive points each phase has one. A chunk has 64 rows of 64
+// points. The first 64 phases have one point of each row, the next 64 another one, and so on; the first phases together
+// have rows, and points of a row, evenly spread. So the points of the first phases, however many these are, cover all
+// of the cloud. What is outside the view is left out by chunks. The last chunk has what is left: of this some is always
+// drawn, since it may be all that a small cloud has, and the points that make no full row belong to the last phase.
 //
 // It is a formula and takes no memory. Points stay in the order in which they were sent: neighbours are usually sent
 // one after the other, which is what drivers draw fastest.
@@ -21,7 +22,7 @@ class PointPhases
 {
 public:
     static constexpr std::size_t CHUNK = 4096;
-    static constexpr std::size_t ALL = 64;
+    static constexpr std::size_t ALL = CHUNK;
 
     explicit PointPhases(std::size_t numPoints)
         : m_NumPoints(numPoints)
@@ -37,7 +38,12 @@ public:
     std::size_t sizeOfPhases(std::size_t chunk, std::size_t numPhases) const
     {
         const std::size_t size = sizeOfChunk(chunk);
-        return numPhases >= ALL ? size : size / ALL * numPhases;
+        if (numPhases >= ALL || size == CHUNK)
+            return std::min(numPhases, size);
+        std::size_t number = 0;
+        for (std::size_t row = 0; row < size / ROW; ++row)
+            number += sizeOfRow(chunk, row, std::max(numPhases, ROW));
+        return number;
     }
 
     // Calls use(point) for those points, one after the other.
@@ -46,24 +52,40 @@ public:
     {
         const std::size_t first = CHUNK * chunk;
         const std::size_t size = sizeOfChunk(chunk);
-        const std::size_t numRows = size / ALL;
-        const std::array<std::uint64_t, ALL> columns = columnsOf(numPhases);
-        for (std::size_t row = 0; row < numRows; ++row)
-            for (std::uint64_t left = columns[shift(first / ALL + row)]; left != 0; left &= left - 1)
-                use(first + row * ALL + static_cast<std::size_t>(std::countr_zero(left)));
-        for (std::size_t i = numRows * ALL; numPhases >= ALL && i < size; ++i)
+        const std::size_t numRows = size / ROW;
+        if (size < CHUNK)
+            numPhases = std::max(numPhases, ROW);
+        const Columns fewer = columnsOf(numPhases / ROW);
+        const Columns more = columnsOf(numPhases / ROW + 1);
+        for (std::size_t row = 0; row < numRows; ++row) {
+            const Columns& columns = sizeOfRow(chunk, row, numPhases) > numPhases / ROW ? more : fewer;
+            for (std::uint64_t left = columns[shift(first / ROW + row)]; left != 0; left &= left - 1)
+                use(first + row * ROW + static_cast<std::size_t>(std::countr_zero(left)));
+        }
+        for (std::size_t i = numRows * ROW; numPhases >= ALL && i < size; ++i)
             use(first + i);
     }
 
 private:
-    // Of 64 consecutive points those of the first phases, one bit for each, for every shift.
-    static std::array<std::uint64_t, ALL> columnsOf(std::size_t numPhases)
+    static constexpr std::size_t ROW = 64;
+
+    // Of the points of a row, one bit for each, for every shift.
+    using Columns = std::array<std::uint64_t, ROW>;
+
+    // Of the first `number` of a row.
+    static Columns columnsOf(std::size_t number)
     {
-        std::array<std::uint64_t, ALL> columns{};
-        for (std::size_t phase = 0; phase < std::min(numPhases, ALL); ++phase)
-            for (std::size_t shift = 0; shift < ALL; ++shift)
-                columns[shift] |= std::uint64_t(1) << (reversed(phase) ^ shift);
+        Columns columns{};
+        for (std::size_t i = 0; i < std::min(number, ROW); ++i)
+            for (std::size_t shift = 0; shift < ROW; ++shift)
+                columns[shift] |= std::uint64_t(1) << (reversed(i) ^ shift);
         return columns;
+    }
+
+    // How many points of a row the first phases have.
+    static std::size_t sizeOfRow(std::size_t chunk, std::size_t row, std::size_t numPhases)
+    {
+        return numPhases / ROW + ((reversed(row) ^ shift(chunk)) < numPhases % ROW ? 1 : 0);
     }
 
     // The six bits of a number from last to first.
@@ -73,7 +95,7 @@ private:
                (bits & 32) >> 5;
     }
 
-    // Differs from one row of 64 to the next. Otherwise the phases of an organised cloud, whose lines are often as many
+    // Differs from one row to the next. Otherwise the phases of an organised cloud, whose lines are often as many
     // multiples of 64, would be stripes. Of random multipliers this one spreads clouds of the usual widths most evenly.
     static constexpr std::size_t shift(std::size_t row)
     {

@@ -40,7 +40,7 @@ struct PointShare
     ToClipSpace clipSpaceOf(const Matrix4& modelView, double pointSize) const;
 };
 
-// Consecutive vertices, or indices.
+// Consecutive vertices.
 struct PointRanges
 {
     std::vector<int> firsts;
@@ -55,8 +55,8 @@ struct PointRanges
     void add(std::size_t first, std::size_t count);
 };
 
-// Of a share with all phases, the vertices. Otherwise the indices, where those of one chunk stand behind those of the
-// chunk before (see ItemBuffers). Each chunk has a box, in the coordinates of the object.
+// Of a share with all phases, the vertices. Otherwise those of its phases alone, where those of one chunk stand behind
+// those of the chunk before (see drawnPhases). Each chunk has a box, in the coordinates of the object.
 PointRanges rangesOf(const PointPhases& phases, const std::vector<SceneBox>& chunks, const PointShare& share,
     const ToClipSpace& toClipSpace);
 

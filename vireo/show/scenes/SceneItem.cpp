@@ -336,6 +336,7 @@ std::vector<SceneField> SceneItem::fields() const
 void SceneItem::upload(GLContext& context)
 {
     m_IsUploaded = true; // whether it works or not: it is tried once
+    m_NumPhases = 0;
     m_Buffers.writeShape(context, m_Drawn);
     uploadRadii(context);
     if (m_Drawn.phases && !m_RoundPoints)
@@ -348,23 +349,53 @@ void SceneItem::upload(GLContext& context)
 void SceneItem::uploadRadii(GLContext& context)
 {
     m_PointScale.reset();
-    std::vector<float> radii;
-    if (m_LargestRadius > 0) {
+    if (m_LargestRadius > 0)
         m_PointScale =
             PointScale::make(context, m_Buffers.haveNormals() ? PointScale::Colour::Lit : PointScale::Colour::Own);
-        const NumberTuples& sent = *m_Radii.used();
-        if (sent.size() > 1)
-            m_Drawn.forEachSource(m_Buffers.numVertices(), [&](std::size_t source) {
-                const double radius = sent.numbers[source];
-                radii.push_back(radius > 0 ? static_cast<float>(std::min(radius, m_LargestRadius)) : 0);
-            });
-    }
+    std::vector<float> radii = radiiOf(m_Drawn, m_Buffers.numVertices());
     m_Buffers.writeRadii(context, radii);
+}
+
+// None if all points have one.
+std::vector<float> SceneItem::radiiOf(const DrawnItem& drawn, std::size_t numVertices) const
+{
+    std::vector<float> radii;
+    if (!(m_LargestRadius > 0) || m_Radii.used()->size() == 1)
+        return radii;
+    const NumberTuples& sent = *m_Radii.used();
+    drawn.forEachSource(numVertices, [&](std::size_t source) {
+        const double radius = sent.numbers[source];
+        radii.push_back(radius > 0 ? static_cast<float>(std::min(radius, m_LargestRadius)) : 0);
+    });
+    return radii;
+}
+
+// In buffers of their own: from among all others, drivers would fetch each of these few from far away. They stay the
+// same during a gesture, and their memory is free when all points are drawn.
+bool SceneItem::preparePhases(GLContext& context, std::size_t numPhases)
+{
+    if (numPhases >= PointPhases::ALL) {
+        m_NumPhases = 0;
+        m_FewBuffers = {};
+        return false;
+    }
+    if (m_NumPhases == numPhases)
+        return false;
+    m_NumPhases = numPhases;
+    DrawnItem few = drawnPhases(m_Drawn, numPhases, *m_Shape, m_Normals.used());
+    const std::size_t numVertices = few.numVertices();
+    m_FewBuffers.writeShape(context, few);
+    std::vector<unsigned char> colours = m_Colours.ofVertices(few, numVertices, m_Opacity);
+    m_FewBuffers.writeColours(context, colours);
+    std::vector<float> radii = radiiOf(few, numVertices);
+    m_FewBuffers.writeRadii(context, radii);
+    return true;
 }
 
 void SceneItem::uploadColours(GLContext& context)
 {
     m_AreColoursUploaded = true;
+    m_NumPhases = 0;
     std::vector<unsigned char> colours = m_Colours.ofVertices(m_Drawn, m_Buffers.numVertices(), m_Opacity);
     m_AreColoursOpaque = areOpaque(colours);
     m_Buffers.writeColours(context, colours);
@@ -377,7 +408,7 @@ void SceneItem::prepareVolume(GLContext& context)
     m_Volume.prepare(context, *m_Shape->grid, m_Colours, colour(colourOfCurve(m_PaletteNumber, false)), m_Opacity);
 }
 
-bool SceneItem::prepare(GLContext& context)
+bool SceneItem::prepare(GLContext& context, std::size_t numPhases)
 {
     const bool hasChanged = !m_IsUploaded || !m_AreColoursUploaded;
     if (isVolume() && hasChanged)
@@ -390,7 +421,8 @@ bool SceneItem::prepare(GLContext& context)
         m_AreEdgesUploaded = true;
         m_Buffers.writeEdges(context, drawnEdges(*m_Shape));
     }
-    return hasChanged;
+    const bool areFewNew = m_Drawn.phases && m_Buffers.canDraw() && preparePhases(context, numPhases);
+    return hasChanged || areFewNew;
 }
 
 std::size_t SceneItem::draw(const Matrix4& modelView, bool isGroundDark, double scale, const PointShare& share)
@@ -434,7 +466,7 @@ void SceneItem::drawPoints(const PointRanges& ranges, const Matrix4& modelView, 
     }
     if (areDiscs)
         m_RoundPoints->begin();
-    m_Buffers.draw(ranges, *m_Drawn.phases, share.numPhases);
+    (share.hasAllPhases() ? m_Buffers : m_FewBuffers).draw(ranges);
     if (areDiscs)
         m_RoundPoints->end();
     if (areScaled)

@@ -126,8 +126,9 @@ public:
     // The text that it is, and where it is.
     const std::string* text() const;
 
-    // Writes what has changed into the buffers, and says whether anything had. The context must be current.
-    bool prepare(GLContext& context);
+    // Writes what has changed into the buffers, and says whether anything had. Of a cloud they have so many phases
+    // beside all points. The context must be current.
+    bool prepare(GLContext& context, std::size_t numPhases);
 
     // Draws it at a scale of pixels, of clouds the share; it must have been prepared. GL's projection is that of the
     // camera. Returns how many points of a cloud were drawn.
@@ -193,6 +194,8 @@ private:
     void upload(GLContext& context);
     void uploadRadii(GLContext& context);
     void uploadColours(GLContext& context);
+    std::vector<float> radiiOf(const DrawnItem& drawn, std::size_t numVertices) const;
+    bool preparePhases(GLContext& context, std::size_t numPhases);
     void prepareVolume(GLContext& context);
     void setSizes(double scale) const;
     PointRanges rangesInView(const Matrix4& modelView, const PointShare& share, double pointSize) const;
@@ -226,6 +229,8 @@ private:
 
     DrawnItem m_Drawn; // after the upload, without what the buffers have
     ItemBuffers m_Buffers;
+    ItemBuffers m_FewBuffers;               // of a cloud, the points of the first phases
+    std::size_t m_NumPhases = 0;            // that those are of; 0 if none are there
     mutable std::optional<bool> m_IsClosed; // if it is known
     ItemVolume m_Volume;
     bool m_IsUploaded = false;

@@ -171,7 +171,7 @@ void SceneRenderer::drawItems(
 {
     m_PointTime = {};
     for (const Placed& placed : m_Model.visibleItems())
-        m_PointTime.isTypical = !placed.item->prepare(m_Context->getGL()) && m_PointTime.isTypical;
+        m_PointTime.isTypical = !placed.item->prepare(m_Context->getGL(), numPhases) && m_PointTime.isTypical;
     begin(camera, pixels, look);
     PointShare share = shareOf(camera, pixels, numPhases);
     share.sliceStep = look.sliceStep;
@@ -464,8 +464,11 @@ void SceneRenderer::refineBy(std::size_t number)
         drawRest(refined.camera, refined.look, share.behind(refined.numPoints));
     if (areClouds && refined.areCloudsWhole())
         light(refined.camera, refined.pixels, refined.look);
-    if (refined.isWhole())
-        drawSections(refined.camera, refined.look);
+    if (!refined.isWhole())
+        return;
+    drawSections(refined.camera, refined.look);
+    for (const Placed& placed : m_Model.visibleItems())
+        placed.item->prepare(m_Context->getGL(), PointPhases::ALL); // a few are of no use now
 }
 
 bool SceneRenderer::areVolumesCoarse() const

@@ -96,13 +96,31 @@ void takeUsable(DrawnItem& item, const NumberTuples& points)
 
 // Writes what `coordinate(source, axis)` gives, vertex by vertex.
 template <typename Coordinate>
-void write(std::vector<float>& vectors, const DrawnItem& item, Coordinate coordinate)
+void write(std::vector<float>& vectors, const DrawnItem& item, std::size_t numVertices, Coordinate coordinate)
 {
-    vectors.resize(3 * item.phases->numPoints());
+    vectors.resize(3 * numVertices);
     float* next = vectors.data();
-    item.forEachSource(item.phases->numPoints(), [&](std::size_t source) {
+    item.forEachSource(numVertices, [&](std::size_t source) {
         for (std::size_t axis = 0; axis < 3; ++axis)
             *next++ = coordinate(source, axis);
+    });
+}
+
+// The positions and normals of so many vertices of a cloud, whose sources and origin are known.
+void writeCloud(DrawnItem& item, std::size_t numVertices, const NumberTuples& points, const NumberTuples* normals)
+{
+    points.numbers.visit([&](const auto* numbers, std::size_t) {
+        write(item.positions, item, numVertices, [&](std::size_t source, std::size_t axis) {
+            return static_cast<float>(static_cast<double>(numbers[3 * source + axis]) - item.origin[axis]);
+        });
+    });
+    if (!normals)
+        return;
+    normals->numbers.visit([&](const auto* numbers, std::size_t) {
+        write(item.normals, item, numVertices, [&](std::size_t source, std::size_t axis) {
+            const auto component = static_cast<double>(numbers[3 * source + axis]);
+            return std::abs(component) <= LARGEST ? static_cast<float>(component) : 0;
+        });
     });
 }
 
@@ -123,20 +141,8 @@ DrawnItem cloud(const ItemShape& shape, const NumberTuples* normals)
     takeUsable(item, shape.points);
     if (item.phases->numPoints() == 0)
         item.sources.clear();
-    shape.points.numbers.visit([&item](const auto* numbers, std::size_t) {
-        write(item.positions, item, [&](std::size_t source, std::size_t axis) {
-            return static_cast<float>(static_cast<double>(numbers[3 * source + axis]) - item.origin[axis]);
-        });
-    });
+    writeCloud(item, item.phases->numPoints(), shape.points, normals);
     addChunks(item);
-    if (!normals)
-        return item;
-    normals->numbers.visit([&item](const auto* numbers, std::size_t) {
-        write(item.normals, item, [&](std::size_t source, std::size_t axis) {
-            const auto component = static_cast<double>(numbers[3 * source + axis]);
-            return std::abs(component) <= LARGEST ? static_cast<float>(component) : 0;
-        });
-    });
     return item;
 }
 
@@ -522,6 +528,20 @@ bool isClosedSurface(const ItemShape& shape)
         return true;
     joinPoints(shape, points);
     return doEdgesMeet(shape, points);
+}
+
+DrawnItem drawnPhases(
+    const DrawnItem& cloud, std::size_t numPhases, const ItemShape& shape, const NumberTuples* normals)
+{
+    DrawnItem few;
+    few.origin = cloud.origin;
+    const PointPhases& phases = *cloud.phases;
+    few.sources.reserve(phases.numChunks() * phases.sizeOfPhases(0, numPhases));
+    for (std::size_t chunk = 0; chunk < phases.numChunks(); ++chunk)
+        phases.forEachPoint(chunk, numPhases,
+            [&](std::size_t point) { few.sources.push_back(static_cast<unsigned int>(cloud.sourceOf(point))); });
+    writeCloud(few, few.sources.size(), shape.points, normals);
+    return few;
 }
 
 DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth, bool haveParts)

@@ -60,6 +60,10 @@ struct DrawnItem
 // Leaves out what is not finite. Normals may be null. If its parts have colours of their own, they share no vertices.
 DrawnItem drawnItem(const ItemShape& shape, const NumberTuples* normals, bool isSmooth, bool haveParts);
 
+// Of a cloud that was drawn like this, the points of the first phases, chunk by chunk.
+DrawnItem drawnPhases(
+    const DrawnItem& cloud, std::size_t numPhases, const ItemShape& shape, const NumberTuples* normals);
+
 // The edges of the faces of a mesh that are drawn, each once.
 DrawnItem drawnEdges(const ItemShape& shape);
 

@@ -132,5 +132,28 @@ TEST(CloudPartsTest, NormalsAreThoseOfTheirPoints)
     }
 }
 
+TEST(CloudPartsTest, AFewAreTheSamePointsWithTheirNormals)
+{
+    const Cloud cloud = coil(3 * PointPhases::CHUNK + 5000, true);
+    ItemUpdate update = item(ItemKind::Cloud, Points(cloud.points));
+    const NumberTuples normals{Points(cloud.points), 3};
+    const DrawnItem all = drawnItem(*update.shape, &normals, false, false);
+    for (const std::size_t numPhases : {10, 64, 1000}) {
+        const DrawnItem few = drawnPhases(all, numPhases, *update.shape, &normals);
+        std::size_t next = 0;
+        for (std::size_t chunk = 0; chunk < all.phases->numChunks(); ++chunk)
+            all.phases->forEachPoint(chunk, numPhases, [&](std::size_t vertex) {
+                ASSERT_LT(next, few.numVertices());
+                ASSERT_EQ(few.sourceOf(next), all.sourceOf(vertex));
+                for (std::size_t axis = 0; axis < 3; ++axis) {
+                    ASSERT_EQ(few.positions[3 * next + axis], all.positions[3 * vertex + axis]);
+                    ASSERT_EQ(few.normals[3 * next + axis], all.normals[3 * vertex + axis]);
+                }
+                ++next;
+            });
+        EXPECT_EQ(next, few.numVertices());
+    }
+}
+
 } // namespace
 } // namespace tavo

@@ -63,13 +63,13 @@ TEST(PointShareTest, PhasesAreThoseOfEveryChunkInView)
 {
     const PointPhases phases(2 * PointPhases::CHUNK + 640 + 7);
     PointShare share = seen(-10, 10);
-    share.numPhases = 2;
+    share.numPhases = 2 * 64; // of each 64 points two
     EXPECT_FALSE(share.hasAllPhases());
     PointRanges ranges = rangesOf(phases, chunksInARow(3), share, share.clipSpaceOf({}, 1));
     EXPECT_THAT(ranges.firsts, ElementsAre(0));
     EXPECT_THAT(ranges.counts, ElementsAre(2 * 128 + 20)) << "those of one chunk stand behind those of the other";
     share = seen(1.25, 9);
-    share.numPhases = 2;
+    share.numPhases = 2 * 64; // of each 64 points two
     ranges = rangesOf(phases, chunksInARow(3), share, share.clipSpaceOf({}, 1));
     EXPECT_THAT(ranges.firsts, ElementsAre(128));
     EXPECT_THAT(ranges.counts, ElementsAre(128 + 20));
@@ -84,7 +84,7 @@ TEST(PointShareTest, SomePointsAreThoseInView)
     PointRanges ranges = rangesOf(phases, chunksInARow(3), share, share.clipSpaceOf({}, 1));
     EXPECT_THAT(ranges.firsts, ElementsAre(CHUNK + 10));
     EXPECT_THAT(ranges.counts, ElementsAre(CHUNK - 5));
-    share.numPhases = 1;
+    share.numPhases = 64;
     ranges = rangesOf(phases, chunksInARow(3), share, share.clipSpaceOf({}, 1));
     EXPECT_THAT(ranges.firsts, ElementsAre(64)) << "a few have all chunks in which there are any of them";
     EXPECT_THAT(ranges.counts, ElementsAre(128));
