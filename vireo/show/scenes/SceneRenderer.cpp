@@ -444,9 +444,20 @@ void SceneRenderer::refineInTime(double seconds)
     refineBy(number);
     const std::unique_ptr<DrawingFence> before =
         std::exchange(m_Refinement.lastSlice, std::make_unique<DrawingFence>());
-    if (before)
-        before->wait();
+    if (!before)
+        return; // to be told of points takes less time than to draw them
+    before->wait();
     m_Refinement.budget.measure(number, watch.seconds(), 0);
+}
+
+bool SceneRenderer::finishSlice()
+{
+    if (!m_Refinement.lastSlice)
+        return false;
+    const SceneContext::Scope scope(*m_Context);
+    m_Refinement.lastSlice->wait();
+    m_Refinement.lastSlice.reset();
+    return true;
 }
 
 void SceneRenderer::refineBy(std::size_t number)

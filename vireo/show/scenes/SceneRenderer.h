@@ -70,6 +70,10 @@ public:
     bool refine(double seconds, const PointBudget& budget);
     QImage drawRefined(std::size_t numPhasesBehind);
 
+    // Waits for the points that refine() has left the driver to draw, for which drawRefined() would wait otherwise.
+    // False if there are none.
+    bool finishSlice();
+
     // Whether volumes were drawn coarsely in the last picture. Makes more of them, beside any picture, and returns
     // whether they would be whole now.
     bool areVolumesCoarse() const;

@@ -189,6 +189,8 @@ void SceneView::refine()
         m_Renderer.refine(SLICE, m_PointBudget);
         return;
     }
+    if (m_Renderer.finishSlice())
+        return; // events come first
     if (m_Renderer.isRefined())
         m_RefinementTimer.stop();
     const Stopwatch watch;

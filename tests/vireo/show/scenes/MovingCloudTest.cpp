@@ -158,6 +158,25 @@ TEST_F(MovingCloudTest, APauseDrawsTheRestBitByBit)
     EXPECT_EQ(renderer.drawRefined(1), whole);
 }
 
+// So that the picture after it does not.
+TEST_F(MovingCloudTest, TheLastSliceIsWaitedForOnce)
+{
+    SceneModel model("test");
+    SceneRenderer renderer(SceneContext::get(), model);
+    SceneUpdate update;
+    update.items["hill"] = hill(300000);
+    model.apply(update);
+    const SceneLook look{Qt::white, Qt::black, QApplication::font(), 1, false};
+    const QImage whole = renderer.draw(m_View.getCamera(), {300, 200}, look);
+    renderer.beginRefinement(m_View.getCamera(), {300, 200}, look);
+    EXPECT_FALSE(renderer.finishSlice()) << "there is none yet";
+    while (!renderer.refine(1e-9, m_View.getPointBudget())) {
+        ASSERT_TRUE(renderer.finishSlice());
+        ASSERT_FALSE(renderer.finishSlice());
+    }
+    EXPECT_EQ(renderer.drawRefined(1), whole);
+}
+
 // Clouds with light or opacity of their own too, in their order among what can be seen through.
 TEST_F(MovingCloudTest, LitAndTranslucentCloudsComeBitByBitToo)
 {
