@@ -39,6 +39,9 @@ public:
     // shown, or there are none.
     const std::string& whyNoLabels() const { return m_WhyNoLabels; }
 
+    // Of the labels that have names.
+    const NamesOfLabels& labelNames() const { return m_LabelNames; }
+
     // Of a label; empty if it has none.
     QString nameOfLabel(double label) const;
 

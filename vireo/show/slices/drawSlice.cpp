@@ -48,12 +48,13 @@ public:
         , m_Plane(plane)
         , m_Across(spanAlong(sight, plane.across, plane.signAcross(), size.width()))
         , m_Up(spanAlong(sight, plane.up, -plane.signUp(), size.height()))
+        , m_RowsAbove(outlineWidth(model, sight))
     {}
 
     const Span& across() const { return m_Across; }
     const Span& up() const { return m_Up; }
 
-    // Draws the i-th row of the span, after the one above it.
+    // Draws the i-th row of the span, after those above it.
     void draw(int i, QRgb* colours)
     {
         const SampleLine line = lineOf(i);
@@ -152,16 +153,40 @@ private:
 
     static std::int64_t labelOf(double number) { return std::abs(number) < LARGEST_LABEL ? std::llround(number) : 0; }
 
+    // Half a sample, but no more than one sees well.
+    static std::size_t outlineWidth(const SlicesModel& model, const SliceSight& sight)
+    {
+        constexpr double WIDEST = 4; // in pixels
+        const double sample = model.labels().isEmpty() ? 0 : model.labels().layer().grid.smallestSpacing();
+        return static_cast<std::size_t>(std::lround(std::clamp(0.5 * sight.scale * sample, 1.0, WIDEST)));
+    }
+
+    // The first label on the left or above, as near as an outline is wide, for which something holds; null if there is
+    // none.
+    template <typename Holds>
+    const std::int64_t* neighbourOf(std::size_t i, Holds holds) const
+    {
+        for (std::size_t distance = 1; distance <= m_RowsAbove.size(); ++distance) {
+            const std::vector<std::int64_t>& above = m_RowsAbove[distance - 1];
+            if (i >= distance && holds(m_RowOfLabels[i - distance]))
+                return &m_RowOfLabels[i - distance];
+            if (i < above.size() && holds(above[i]))
+                return &above[i];
+        }
+        return nullptr;
+    }
+
     // Where another label is on the left or above, or is no longer.
     bool isEdge(std::size_t i) const
     {
-        const std::int64_t label = m_RowOfLabels[i];
-        return (i > 0 && m_RowOfLabels[i - 1] != label) || (i < m_RowAbove.size() && m_RowAbove[i] != label);
+        const auto isOther = [label = m_RowOfLabels[i]](std::int64_t other) { return other != label; };
+        return neighbourOf(i, isOther) != nullptr;
     }
 
     void layLabels(const SampleLine& line, QRgb* colours)
     {
-        m_RowOfLabels.swap(m_RowAbove);
+        std::rotate(m_RowsAbove.begin(), m_RowsAbove.end() - 1, m_RowsAbove.end());
+        m_RowsAbove.front().swap(m_RowOfLabels);
         takeLabels(line);
         const int opacity = opacityOf(m_Model.labels());
         for (std::size_t i = 0; i < m_RowOfLabels.size(); ++i) {
@@ -179,7 +204,8 @@ private:
         const std::int64_t label = m_RowOfLabels[i];
         if (label != 0 || !m_Model.areLabelsOutlined())
             return label;
-        return i > 0 && m_RowOfLabels[i - 1] != 0 ? m_RowOfLabels[i - 1] : i < m_RowAbove.size() ? m_RowAbove[i] : 0;
+        const std::int64_t* const neighbour = neighbourOf(i, [](std::int64_t other) { return other != 0; });
+        return neighbour ? *neighbour : 0;
     }
 
     // Neighbours are often of one label.
@@ -200,7 +226,7 @@ private:
     std::vector<double> m_Numbers;
     std::vector<QRgb> m_Colours;
     std::vector<std::int64_t> m_RowOfLabels;
-    std::vector<std::int64_t> m_RowAbove; // empty above the first one
+    std::vector<std::vector<std::int64_t>> m_RowsAbove; // the nearest first, as many as an outline has; else empty
     std::int64_t m_LastLabel = 0;
     QRgb m_ColourOfLast = 0;
 };

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "vireo/show/scenes/colourBar.h"
@@ -10,6 +11,8 @@
 namespace tavo {
 
 namespace {
+
+constexpr double MARGINS = 2; // in lines, on both sides of what stands there
 
 bool hasBar(const SlicesModel& model)
 {
@@ -34,15 +37,22 @@ QString translated(const char* text)
 
 } // namespace
 
+// As wide as what stands in it, within limits.
 int widthOfSliceLegend(const SlicesModel& model, const QSize& picture, const QFontMetrics& font)
 {
-    constexpr int LETTERS = 26;
+    constexpr int FEWEST = 10; // letters
+    constexpr int MOST = 26;
     constexpr int LEAST_PART = 3;   // of the picture, at most
     constexpr int LEAST_LINES = 14; // in height
-    const int width = LETTERS * font.averageCharWidth();
-    const bool isNeeded = hasBar(model) || !model.labels().isEmpty();
+    if (!hasBar(model) && model.labels().isEmpty())
+        return 0;
+    const int letter = font.averageCharWidth();
+    double text = FEWEST * letter;
+    for (const auto& [label, name] : model.labelNames())
+        text = std::max(text, widthOf({Qt::black, QString::fromStdString(name)}, QFontMetricsF(font)));
+    const int width = std::min(static_cast<int>(std::ceil(text + MARGINS * font.height())), MOST * letter);
     const bool hasRoom = picture.width() >= LEAST_PART * width && picture.height() >= LEAST_LINES * font.height();
-    return isNeeded && hasRoom ? width : 0;
+    return hasRoom ? width : 0;
 }
 
 void drawSliceLegend(
@@ -64,7 +74,8 @@ void drawSliceLegend(
     }
     if (!labels.empty())
         drawLegend(painter, {left, top},
-            fittedRows(rowsOf(model, labels), place.bottom() - line / 2 - top, place.right() - left - 1.5 * line, font),
+            fittedRows(rowsOf(model, labels), place.bottom() - line / 2 - top,
+                place.right() - left - (MARGINS - 0.5) * line, font),
             translated("labels"));
 }
 

@@ -331,6 +331,29 @@ TEST_F(DrawSliceTest, OutlinesLeaveWhatIsWithinLabels)
     EXPECT_EQ(colourAt({4, 4, 0}), qRgb(colour[0], colour[1], colour[2]));
 }
 
+// So that they are seen in large pictures, and small labels are not all outline.
+TEST_F(DrawSliceTest, OutlinesAreHalfASampleWideWithinLimits)
+{
+    for (const auto& [side, width] : {std::pair(8, 4), {20, 2}, {85, 1}}) {
+        const auto isLabel = [side = side](int x, int y, int) {
+            return std::min(x, y) >= side / 4 && std::max(x, y) < side - side / 4 ? 7 : 0;
+        };
+        send(layerBy({side, side, 1}, [](int, int, int) { return 100; }));
+        SlicesUpdate update;
+        update.labels.emplace_back();
+        update.labels.back().samples = {layerBy({side, side, 1}, isLabel).samples.numbers, 1};
+        update.labelSettings.opacity = 1;
+        update.areLabelsOutlined = true;
+        m_Model.apply(update);
+        const QImage picture = draw();
+        const RGBA8 colour = colourOfLabel(7);
+        int numColoured = 0;
+        for (int x = 0; x < picture.width(); ++x)
+            numColoured += picture.pixel(x, SIZE.height() / 2) == qRgb(colour[0], colour[1], colour[2]);
+        EXPECT_EQ(numColoured, 2 * width) << "on both sides, of " << side;
+    }
+}
+
 // Lest it lies on the letter of a side.
 TEST_F(DrawSliceTest, TheNumberOfASliceIsShownWhereThereIsRoom)
 {

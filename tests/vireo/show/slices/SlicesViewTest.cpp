@@ -10,6 +10,7 @@
 #include "vireo/show/colours/colourOfLabel.h"
 #include "vireo/show/show.h"
 #include "vireo/show/slices/SliceVolume.h"
+#include "vireo/show/slices/sliceLegend.h"
 
 namespace tavo {
 namespace {
@@ -198,6 +199,27 @@ TEST_F(SlicesViewTest, APictureTellsTheColoursThatLieOnTheVolume)
     removal.labels.emplace_back();
     m_View.apply(removal);
     EXPECT_EQ(m_View.picture(size), plain);
+}
+
+TEST_F(SlicesViewTest, TheLegendIsAsWideAsWhatStandsInIt)
+{
+    const auto widthOf = [this](const char* name) {
+        SlicesUpdate update;
+        update.labels.emplace_back();
+        update.labels.back().samples = {layerBy({8, 8, 8}, [](int, int, int) { return 5; }).samples.numbers, 1};
+        update.labels.back().names = {{5, name}};
+        m_View.apply(update);
+        return widthOfSliceLegend(m_View.getModel(), {1600, 900}, m_View.fontMetrics());
+    };
+    send(cube(8));
+    EXPECT_EQ(widthOfSliceLegend(m_View.getModel(), {1600, 900}, m_View.fontMetrics()), 0);
+    const int narrow = widthOf("bone");
+    const int wide = widthOf("a name of twenty or so");
+    EXPECT_GT(narrow, 0);
+    EXPECT_GT(wide, narrow);
+    EXPECT_GT(wide, m_View.fontMetrics().horizontalAdvance("a name of twenty or so"));
+    EXPECT_EQ(widthOf("a name of more letters than anybody wants to read beside slices, or anywhere"),
+        26 * m_View.fontMetrics().averageCharWidth());
 }
 
 TEST_F(SlicesViewTest, LabelsThatDoNotFitAreALine)
