@@ -20,6 +20,7 @@
 
 #include "vireo/show/scenes/NumberBox.h"
 #include "vireo/show/scenes/RangeHistogram.h"
+#include "vireo/show/scenes/ValueCounter.h"
 #include "vireo/show/scenes/colourIcon.h"
 #include "vireo/show/scenes/panelWidgets.h"
 #include "vireo/show/scenes/valueCounts.h"
@@ -49,6 +50,7 @@ void checkQuietly(QCheckBox* box, bool isChecked)
 
 ItemProperties::ItemProperties(QWidget* parent)
     : QWidget(parent)
+    , m_Counter(new ValueCounter(this))
     , m_Grid(new QGridLayout(this))
     , m_Name(new QLabel)
     , m_Field(makeComboBox("field", tr("Coloured by"), tr("What the colours show (Tab in the scene: the next one)")))
@@ -250,6 +252,7 @@ void ItemProperties::connectAll()
         emit choiceMade([name = namesOfColourMaps().at(std::size_t(i))](
                             auto& choice, const auto& state) { choice.fields[state.shown].colourMap = name; });
     });
+    connect(m_Counter, &ValueCounter::counted, this, &ItemProperties::showCounts);
     connect(m_Colour, &QPushButton::clicked, this, &ItemProperties::chooseColour);
     connect(m_Histogram, &RangeHistogram::rangeDragged, this,
         [this](double from, double to) { chooseRange([from, to](const auto&) { return Range(from, to); }); });
@@ -303,7 +306,7 @@ void ItemProperties::chooseOpacity(int percent)
 
 void ItemProperties::showNothing()
 {
-    m_CountedRevision = 0;
+    forgetCounts();
     m_Name->setText(tr("Nothing is selected"));
     m_Name->setEnabled(false);
     m_Name->setToolTip({});
@@ -321,6 +324,7 @@ void ItemProperties::show(const std::string& path, const SceneItem* item, bool a
     m_Name->setText(name.isEmpty() ? tr("(no name)") : name);
     m_Name->setToolTip(shownText(path, LONGEST_NAME));
     m_Name->setEnabled(true);
+    m_Path = path;
     if (isItem)
         showItem(*item);
     setRowVisible(m_Reset, true);
@@ -337,6 +341,8 @@ void ItemProperties::showItem(const SceneItem& item)
     setRowVisible(m_Range, areNumbers);
     if (areNumbers)
         showNumbers(state, item.getDataRevision());
+    else
+        forgetCounts();
     showVolume(state);
     setRowVisible(m_Size, state.hasSize());
     showSize(state);
@@ -448,12 +454,12 @@ void ItemProperties::showFields(const ItemState& state)
 
 void ItemProperties::showNumbers(const ItemState& state, std::size_t revision)
 {
-    if (m_CountedRevision != revision || m_CountedField != state.shown) {
+    if (m_CountedField != m_Path + '/' + state.shown)
+        forgetCounts();
+    if (m_CountedRevision != revision) {
         m_CountedRevision = revision;
-        m_CountedField = state.shown;
-        const ValueCounts counts = countValues(state.numbers);
-        m_Histogram->setCounts(counts);
-        m_Opacities->setCounts(counts);
+        m_CountedField = m_Path + '/' + state.shown;
+        m_Counter->count(state.numbers);
     }
     const std::vector<std::string_view>& maps = namesOfColourMaps();
     chooseQuietly(m_ColourMap, static_cast<int>(std::find(maps.begin(), maps.end(), state.colourMap) - maps.begin()));
@@ -463,6 +469,20 @@ void ItemProperties::showNumbers(const ItemState& state, std::size_t revision)
         const QSignalBlocker quiet(box);
         box->showValue(box == m_From ? state.range.first : state.range.second, span);
     }
+}
+
+void ItemProperties::showCounts(const ValueCounts& counts)
+{
+    m_Histogram->setCounts(counts);
+    m_Opacities->setCounts(counts);
+}
+
+void ItemProperties::forgetCounts()
+{
+    m_CountedRevision = 0;
+    m_CountedField.clear();
+    m_Counter->forget();
+    showCounts({});
 }
 
 void ItemProperties::setRowVisible(QWidget* field, bool isVisible)

@@ -24,6 +24,7 @@ namespace tavo {
 class NumberBox;
 class OpacityEditor;
 class TransferFunctionFiles;
+class ValueCounter;
 
 // How the selected item of a scene is shown, for a person to choose: what is coloured by, the colour map and its range,
 // sizes, opacity. Only what the item can have is there.
@@ -68,12 +69,16 @@ private:
     void chooseColour();
     void showFields(const ItemState& state);
     void showNumbers(const ItemState& state, std::size_t revision);
+    void showCounts(const ValueCounts& counts);
+    void forgetCounts();
     void setRowVisible(QWidget* field, bool isVisible);
     void chooseRange(const std::function<RangeHistogram::Range(const ItemState& state)>& rangeOf);
     void chooseOpacity(int percent);
 
     std::size_t m_CountedRevision = 0; // of the item whose values are counted
-    std::string m_CountedField;
+    std::string m_CountedField;        // with the path of the item
+    ValueCounter* m_Counter;
+    std::string m_Path;                    // of what is shown
     std::vector<std::string> m_ShownNames; // in the order of the combo box
 
     QGridLayout* m_Grid;

@@ -56,8 +56,8 @@ RangeHistogram::Range RangeHistogram::extent() const
 {
     if (m_Dragged)
         return m_ExtentOfDrag;
-    double least = m_Counts.least;
-    double greatest = m_Counts.greatest;
+    double least = m_Counts.areNone() ? m_Range.first : m_Counts.least;
+    double greatest = m_Counts.areNone() ? m_Range.first : m_Counts.greatest;
     for (const double limit : {m_Range.first, m_Range.second}) {
         if (!std::isfinite(limit))
             continue;

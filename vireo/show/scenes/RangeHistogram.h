@@ -19,7 +19,9 @@ public:
 
     explicit RangeHistogram(QWidget* parent = nullptr);
 
+    // Of none, while nobody knows them.
     void setCounts(const ValueCounts& counts);
+    const ValueCounts& getCounts() const { return m_Counts; }
     void setColours(const ColourMap& map, const Range& range);
 
     // Where a value is, in pixels of the widget.

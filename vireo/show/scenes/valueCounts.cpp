@@ -10,16 +10,21 @@ namespace tavo {
 namespace {
 
 constexpr std::size_t LARGEST_CHOICE = std::size_t(1) << 20;
+constexpr std::size_t PIECE = std::size_t(1) << 18; // from one look whether they are unwanted to the next
 
-// Calls `use(value)` for every number, or every few, that is finite.
+// Calls `use(value)` for every number, or every few, that is finite; until they are unwanted.
 template <typename Use>
-void forEachFinite(const NumberArray& numbers, std::size_t step, Use use)
+void forEachFinite(const NumberArray& numbers, std::size_t step, Use use, const std::atomic<bool>* isUnwanted = nullptr)
 {
     numbers.visit([&](const auto* values, std::size_t size) {
-        for (std::size_t i = 0; i < size; i += step) {
-            const auto value = static_cast<double>(values[i]);
-            if (std::isfinite(value))
-                use(value);
+        std::size_t i = 0;
+        for (std::size_t end = 0; i < size && !(isUnwanted && *isUnwanted);) {
+            end = std::min(end + PIECE, size);
+            for (; i < end; i += step) {
+                const auto value = static_cast<double>(values[i]);
+                if (std::isfinite(value))
+                    use(value);
+            }
         }
     });
 }
@@ -27,6 +32,18 @@ void forEachFinite(const NumberArray& numbers, std::size_t step, Use use)
 std::size_t stepOfChoice(const NumberArray& numbers)
 {
     return numbers.size() / LARGEST_CHOICE + 1;
+}
+
+std::pair<double, double> finiteRangeOf(const NumberArray& numbers, const std::atomic<bool>* isUnwanted)
+{
+    double least = std::numeric_limits<double>::infinity();
+    double greatest = -least;
+    const auto extend = [&](double value) {
+        least = std::min(least, value);
+        greatest = std::max(greatest, value);
+    };
+    forEachFinite(numbers, 1, extend, isUnwanted);
+    return least <= greatest ? std::pair(least, greatest) : std::pair(0.0, 0.0);
 }
 
 } // namespace
@@ -38,13 +55,7 @@ std::size_t ValueCounts::largest() const
 
 std::pair<double, double> finiteRangeOf(const NumberArray& numbers)
 {
-    double least = std::numeric_limits<double>::infinity();
-    double greatest = -least;
-    forEachFinite(numbers, 1, [&](double value) {
-        least = std::min(least, value);
-        greatest = std::max(greatest, value);
-    });
-    return least <= greatest ? std::pair(least, greatest) : std::pair(0.0, 0.0);
+    return finiteRangeOf(numbers, nullptr);
 }
 
 bool isAnyFinite(const NumberArray& numbers)
@@ -54,15 +65,16 @@ bool isAnyFinite(const NumberArray& numbers)
     });
 }
 
-ValueCounts countValues(const NumberArray& numbers)
+ValueCounts countValues(const NumberArray& numbers, const std::atomic<bool>* isUnwanted)
 {
-    const auto [least, greatest] = finiteRangeOf(numbers);
+    const auto [least, greatest] = finiteRangeOf(numbers, isUnwanted);
     ValueCounts result{least, greatest, {}};
     const double scale = ValueCounts::SIZE / (greatest / 2 - least / 2); // halved, since the difference may overflow
-    forEachFinite(numbers, stepOfChoice(numbers), [&, least = least, greatest = greatest](double value) {
+    const auto countOne = [&, least = least, greatest = greatest](double value) {
         const double place = greatest > least ? (value / 2 - least / 2) * scale : ValueCounts::SIZE / 2.0;
         ++result.counts[std::min(static_cast<std::size_t>(place), ValueCounts::SIZE - 1)];
-    });
+    };
+    forEachFinite(numbers, stepOfChoice(numbers), countOne, isUnwanted);
     return result;
 }
 

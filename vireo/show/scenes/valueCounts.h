@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <utility>
 
@@ -19,6 +20,7 @@ struct ValueCounts
     std::array<std::size_t, SIZE> counts{};
 
     std::size_t largest() const;
+    bool areNone() const { return largest() == 0; }
 };
 
 // The least and the greatest number that is finite; 0 and 0 if none is.
@@ -26,7 +28,8 @@ std::pair<double, double> finiteRangeOf(const NumberArray& numbers);
 
 bool isAnyFinite(const NumberArray& numbers);
 
-ValueCounts countValues(const NumberArray& numbers);
+// Ends early once they are unwanted.
+ValueCounts countValues(const NumberArray& numbers, const std::atomic<bool>* isUnwanted = nullptr);
 
 // The numbers that a part of all is below, and another part, each from 0 to 1; of those that are finite. Of more than a
 // million, an even choice is looked at.

@@ -14,6 +14,7 @@
 
 #include "vireo/show/scenes/NumberBox.h"
 #include "vireo/show/scenes/RangeHistogram.h"
+#include "vireo/show/scenes/ValueCounter.h"
 #include "vireo/show/scenes/panelWidgets.h"
 #include "vireo/show/slices/SlicesView.h"
 
@@ -59,6 +60,7 @@ SlicesPanel::SlicesPanel(SlicesView& view)
     : QWidget(&view)
     , m_View(view)
     , m_FollowSoon(new QTimer(this))
+    , m_Counter(new ValueCounter(this))
     , m_Histogram(new RangeHistogram)
     , m_From(made(new NumberBox, "from", tr("From"), tr("The number that is darkest, or has the first colour")))
     , m_To(made(new NumberBox, "to", tr("To"), tr("The number that is brightest, or has the last colour")))
@@ -128,6 +130,7 @@ void SlicesPanel::connectAll()
         });
     };
     connect(m_FollowSoon, &QTimer::timeout, this, &SlicesPanel::follow);
+    connect(m_Counter, &ValueCounter::counted, m_Histogram, &RangeHistogram::setCounts);
     connect(m_Histogram, &RangeHistogram::rangeDragged, this, &SlicesPanel::chooseWindow);
     connect(m_From, changed, this, [this](double from) { chooseWindow(from, m_View.getModel().volume().look().to); });
     connect(m_To, changed, this, [this](double to) { chooseWindow(m_View.getModel().volume().look().from, to); });
@@ -196,7 +199,7 @@ void SlicesPanel::follow()
 {
     const SlicesModel& model = m_View.getModel();
     if (!model.isEmpty() && !model.volume().layer().areColours())
-        m_Histogram->setCounts(countValues(model.volume().layer().samples.numbers));
+        m_Counter->count(model.volume().layer().samples.numbers);
     followSettings();
 }
 

@@ -16,6 +16,7 @@ class RangeHistogram;
 class ShownLayer;
 class SlicesModel;
 class SlicesView;
+class ValueCounter;
 
 // At the right of slices: how often numbers are where, how they become colours, and how slices are seen.
 class SlicesPanel : public QWidget
@@ -48,6 +49,7 @@ private:
 
     SlicesView& m_View;
     QTimer* m_FollowSoon;
+    ValueCounter* m_Counter;
     RangeHistogram* m_Histogram;
     NumberBox* m_From;
     NumberBox* m_To;

@@ -13,6 +13,7 @@
 
 #include "tests/support/userEvents.h"
 #include "tests/vireo/show/scenes/sceneUpdates.h"
+#include "vireo/show/scenes/RangeHistogram.h"
 #include "vireo/show/volumes/OpacityEditor.h"
 #include "vireo/show/volumes/volumeItem.h"
 
@@ -174,6 +175,24 @@ TEST_F(VolumePanelTest, ALookIsSavedAndLoaded)
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("it has no \"colourMap\""));
     EXPECT_EQ(find<QLabel>("functionError")->text(), "damaged.json: it has no \"colourMap\"");
     EXPECT_EQ(state().colourMap, before.colourMap) << "what was shown stays";
+}
+
+// The window's thread does not look at all of them.
+TEST_F(VolumePanelTest, ManyValuesAreCountedInAThread)
+{
+    constexpr int SIDE = 160;
+    const VolumeGrid grid{
+        {SIDE, SIDE, SIDE}, {1, 1, 1}, {0, 0, 0}, {Vector3d(1, 0, 0), Vector3d(0, 1, 0), Vector3d(0, 0, 1)}};
+    std::vector<float> samples(SIDE * SIDE * SIDE, 5);
+    samples.back() = 9;
+    m_View.select("points");
+    send(m_View, "volume", volumeItem(grid, {Numbers(std::move(samples)), 1}));
+    m_View.select("volume");
+    auto* const histogram = find<RangeHistogram>("histogram");
+    EXPECT_TRUE(histogram->getCounts().areNone()) << "not before the next event";
+    EXPECT_TRUE(QTest::qWaitFor([histogram] { return !histogram->getCounts().areNone(); }, 60000));
+    EXPECT_EQ(histogram->getCounts().least, 5);
+    EXPECT_EQ(histogram->getCounts().greatest, 9);
 }
 
 TEST_F(VolumePanelTest, GreatestValuesAreChosen)
