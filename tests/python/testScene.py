@@ -1,5 +1,6 @@
 """Scenes by Python: items, their values, matrices and what is picked."""
 
+import json
 import unittest
 
 import numpy
@@ -113,6 +114,19 @@ scene.cloud("c", [1, 2])
         self.assertIs(volume.load_transfer_function(file), volume)
         ended = run("import vireo; vireo.scene('s').volume('v', [[[1, 2]]]).load_transfer_function('/none.json')")
         self.assertIn("/none.json", ended.stderr)
+
+    def test_volumes_of_labels_are_categories(self):
+        labels = numpy.ones((4, 4, 4), dtype=numpy.int16)
+        volume = vireo.scene("atlas").volume("atlas", labels, spacing=(2, 2, 2))
+        volume.preset("categories").label_names({1: "brain"}).transfer_function([(1, 1), (2, 1)])
+        vireo.scene("atlas").view("front").bearings(False)
+        file = self.folder.file("look.json")
+        self.assertTrue(vireo.save_data("atlas", file))
+        with open(file, encoding="utf-8") as look:
+            self.assertTrue(json.load(look)["categories"])
+        self.assertTrue(vireo.save_picture("atlas", self.folder.file("atlas.png"), 60, 60))
+        ended = run("import vireo; vireo.scene('s').volume('v', [[[1, 2]]]).preset('none')")
+        self.assertIn("there are grey, hot, bone", ended.stderr)
 
     def test_values_belong_to_points(self):
         item = vireo.scene("values").cloud("c", POINTS)

@@ -226,23 +226,29 @@ void sendField(
         changeItem(slot, path, [&](ItemUpdate& item) { item.addField(field); });
 }
 
+std::string written(const Vector3d& place)
+{
+    return "{" + digits(place[0]) + ", " + digits(place[1]) + ", " + digits(place[2]) + "}";
+}
+
 void sendClipBox(
     const ViewSlotPointer& slot, const char* operation, const Vector3d& low, const Vector3d& high, bool isCutOut)
 {
     if (!isSent(slot))
         return;
-    const std::string where = digits(low[0]) + ", " + digits(low[1]) + ", " + digits(low[2]);
-    const Call call{slot, operation, where};
     bool isFinite = true;
     bool isBox = true;
     for (std::size_t i = 0; i < 3; ++i) {
         isFinite = isFinite && std::isfinite(low[i]) && std::isfinite(high[i]);
         isBox = isBox && low[i] <= high[i];
     }
+    const auto refuse = [&](const char* why) {
+        sayOnce(callWith("scene", slot, operation, written(low) + ", " + written(high)) + ": " + why + WHAT_STAYS);
+    };
     if (!isFinite)
-        call.refuse("an end of the box is not finite");
+        refuse("an end of the box is not finite");
     else if (!isBox)
-        call.refuse("the low end of the box is above the high end");
+        refuse("the low end of the box is above the high end");
     else
         change(slot, [&](SceneUpdate& scene) {
             scene.isCutOut = isCutOut;
@@ -646,13 +652,15 @@ Item Item::preset(std::string_view name, const Statement&) const
         return *this;
     if (const VolumePreset* const preset = findVolumePreset(name))
         changeItem(m_Slot, m_Path, [&](ItemUpdate& item) {
-            item.colourMap = std::string(preset->colourMap);
+            if (!preset->colourMap.empty())
+                item.colourMap = std::string(preset->colourMap);
             item.opacities = preset->opacities;
+            item.areCategories = preset->areCategories;
             if (preset->range)
                 item.range = preset->range;
         });
     else
-        Call{m_Slot, "preset", m_Path}.refuse("there is no preset \"" + printable(name, 80) + "\"");
+        Call{m_Slot, "preset", m_Path}.refuse(whyNoVolumePreset(name));
     return *this;
 }
 
@@ -671,6 +679,7 @@ Item Item::loadTransferFunction(const std::string& file, const Statement&) const
                 item.colourMap = function.colourMap;
                 item.range = function.range;
                 item.opacities = function.opacities;
+                item.areCategories = function.areCategories;
             });
     });
     return *this;

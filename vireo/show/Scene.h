@@ -112,7 +112,16 @@ public:
     Item transferFunction(const std::vector<TransferPoint>& points, const Statement& statement = Statement()) const;
 
     /// Shows a volume as a look of that name does: its colours, its opacity, and for computed tomography its range, in
-    /// Hounsfield's units: "grey", "hot", "bone", "viridis", "CT bone", "CT soft tissue", "CT lung" or "MRI".
+    /// Hounsfield's units: "grey", "hot", "bone", "viridis", "CT bone", "CT soft tissue", "CT lung" or "MRI". As
+    /// "categories", its numbers tell apart instead of measuring: each has a colour of its own, and labelNames() its
+    /// name; there is nothing between them, and 0 is not seen.
+    ///
+    ///     const std::vector<std::uint8_t> tissues(64 * 64 * 32);
+    ///     tavo::scene("head")
+    ///         .volume("tissues", tissues, {64, 64, 32})
+    ///         .preset("categories")
+    ///         .labelNames({{1, "bone"}, {2, "brain"}});
+    ///
     Item preset(std::string_view name, const Statement& statement = Statement()) const;
 
     /// Shows a volume as a file says that the panel, or saveData(), saved: its colours, its range and its opacity. A

@@ -7,11 +7,21 @@
 
 namespace tavo {
 
+namespace {
+
+constexpr std::size_t SHOWN_CHARACTERS = 80;
+
+}
+
 std::string callOf(const char* view, const ViewSlotPointer& slot, const char* operation, std::string_view name)
 {
-    constexpr std::size_t SHOWN_CHARACTERS = 80;
-    return std::string(view) + "(\"" + printable(slot->name, SHOWN_CHARACTERS) + "\")." + operation + "(\"" +
-           printable(name, SHOWN_CHARACTERS) + "\")";
+    return callWith(view, slot, operation, '"' + printable(name, SHOWN_CHARACTERS) + '"');
+}
+
+std::string callWith(const char* view, const ViewSlotPointer& slot, const char* operation, const std::string& arguments)
+{
+    return std::string(view) + "(\"" + printable(slot->name, SHOWN_CHARACTERS) + "\")." + operation + "(" + arguments +
+           ")";
 }
 
 bool isSent(const ViewSlotPointer& slot) noexcept

@@ -15,6 +15,10 @@ namespace tavo {
 // A call as a line of the log names it: plot("pressure").curve("inlet").
 std::string callOf(const char* view, const ViewSlotPointer& slot, const char* operation, std::string_view name);
 
+// The same with other arguments than a name.
+std::string callWith(
+    const char* view, const ViewSlotPointer& slot, const char* operation, const std::string& arguments);
+
 // Whether anything may come of a call. Numbers of calls that nothing comes of are empty.
 bool isSent(const ViewSlotPointer& slot) noexcept;
 

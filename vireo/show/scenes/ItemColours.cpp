@@ -10,6 +10,7 @@
 #include "vireo/show/colours/colourOfLabel.h"
 #include "vireo/show/scenes/byteOf.h"
 #include "vireo/show/scenes/valueCounts.h"
+#include "vireo/show/volumes/volumeItem.h"
 
 namespace tavo {
 
@@ -17,15 +18,6 @@ namespace {
 
 constexpr const char* COLOURS = "colours";
 constexpr std::size_t SWATCH_SIZE = 8;
-
-template <typename T>
-std::optional<std::int64_t> labelOf(T value)
-{
-    if constexpr (std::is_floating_point_v<T>)
-        return std::abs(value) < LARGEST_LABEL ? std::optional(static_cast<std::int64_t>(value)) : std::nullopt;
-    else
-        return static_cast<std::int64_t>(value);
-}
 
 std::set<std::int64_t> differentLabels(const NumberArray& numbers, std::size_t most)
 {
@@ -84,6 +76,7 @@ bool ItemColours::apply(ItemUpdate& update)
     replace(m_Sent.range, update.range);
     replace(m_Sent.colourMap, update.colourMap);
     replace(m_Sent.opacities, update.opacities);
+    replace(m_Sent.areCategories, update.areCategories);
     if (update.labelNames)
         m_LabelNames.swap(*update.labelNames);
     const bool areOthersOnFaces = !update.onFaces.empty();
@@ -121,13 +114,20 @@ bool ItemColours::settleStyle(const ItemChoice& chosen)
     return areLabelsNew || std::tie(m_Shown, m_Range, m_IsWhole, m_ColourMap, m_Opacities) != before;
 }
 
+// What is said of a volume's own numbers is not meant for others that it has.
+bool ItemColours::areSentAsLabels(const Field& field) const
+{
+    const bool areOwn = m_IsVolume && field.name == VOLUME_SAMPLES;
+    return field.areSentLabels || (areOwn && m_Sent.areCategories.value_or(false));
+}
+
 bool ItemColours::settleLabels(const ItemChoice& chosen)
 {
     bool isAnyNew = false;
     for (Field& field : m_Fields) {
         const auto found = chosen.fields.find(field.name);
         const auto areChosen = found != chosen.fields.end() ? found->second.areLabels : std::nullopt;
-        const bool areLabels = areChosen.value_or(field.areSentLabels);
+        const bool areLabels = areChosen.value_or(areSentAsLabels(field));
         isAnyNew |= std::exchange(field.areLabels, areLabels) != areLabels;
     }
     return isAnyNew;
@@ -144,7 +144,7 @@ void ItemColours::settleRange(const ItemChoice& choice)
 {
     m_Range = m_Sent.range;
     m_ColourMap = m_Sent.colourMap.value_or(std::string(namesOfColourMaps().front()));
-    m_Opacities = m_Sent.opacities.value_or(usualOpacities());
+    m_Opacities = opacitiesSent();
     m_IsWhole = false;
     const auto chosen = choice.fields.find(nameOfShown());
     if (chosen == choice.fields.end())
@@ -154,6 +154,16 @@ void ItemColours::settleRange(const ItemChoice& choice)
     if (chosen->second.range || chosen->second.isWhole)
         m_Range = chosen->second.range;
     m_IsWhole = chosen->second.isWhole;
+}
+
+// Of numbers that a person has made categories of, or the reverse, nothing was said.
+OpacityCurve ItemColours::opacitiesSent() const
+{
+    const Field* const shown = shownField();
+    const bool areLabels = shown && shown->areLabels;
+    if (m_Sent.opacities && (!shown || areLabels == areSentAsLabels(*shown)))
+        return *m_Sent.opacities;
+    return areLabels ? opacitiesOfCategories() : usualOpacities();
 }
 
 bool ItemColours::has(const std::string& shown) const
@@ -213,6 +223,8 @@ std::pair<double, double> ItemColours::rangeOf(const Field& field) const
 {
     if (m_Range)
         return *m_Range;
+    if (field.areLabels && !categoriesOf(field).empty())
+        return {static_cast<double>(*categoriesOf(field).begin()), static_cast<double>(*categoriesOf(field).rbegin())};
     std::optional<std::pair<double, double>>& range = m_IsVolume && !m_IsWhole ? field.usualRange : field.range;
     if (!range)
         range = &range == &field.range ? finiteRangeOf(field.values.used()->numbers)

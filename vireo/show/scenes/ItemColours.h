@@ -110,10 +110,13 @@ private:
         std::optional<std::pair<double, double>> range;
         std::optional<std::string> colourMap;
         std::optional<OpacityCurve> opacities;
+        std::optional<bool> areCategories;
     };
 
     bool has(const std::string& shown) const;
     void settleRange(const ItemChoice& chosen);
+    bool areSentAsLabels(const Field& field) const;
+    OpacityCurve opacitiesSent() const;
     bool settleLabels(const ItemChoice& chosen);
     std::vector<RGBA8> swatchAsSent() const;
     std::vector<RGBA8> swatchOf(const Field& field) const;

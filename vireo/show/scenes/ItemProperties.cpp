@@ -214,8 +214,10 @@ void ItemProperties::connectVolume()
             return;
         emit choiceMade([&preset = volumePresets().at(std::size_t(i) - 1)](auto& choice, const auto& state) {
             ItemChoice::OfField& ofField = choice.fields[state.shown];
-            ofField.colourMap = std::string(preset.colourMap);
+            if (!preset.colourMap.empty())
+                ofField.colourMap = std::string(preset.colourMap);
             ofField.opacities = preset.opacities;
+            ofField.areLabels = preset.areCategories;
             if (preset.range)
                 ofField.range = preset.range;
         });
@@ -229,6 +231,7 @@ void ItemProperties::connectVolume()
             ofField.colourMap = function.colourMap;
             ofField.range = function.range;
             ofField.opacities = function.opacities;
+            ofField.areLabels = function.areCategories;
         });
     });
     connect(m_Maximum, &QCheckBox::toggled, this,
@@ -366,14 +369,16 @@ void ItemProperties::showVolume(const ItemState& state)
         return;
     const std::vector<VolumePreset>& presets = volumePresets();
     const auto preset = std::find_if(presets.begin(), presets.end(), [&state](const VolumePreset& preset) {
-        return preset.colourMap == state.colourMap && preset.opacities == state.opacities &&
+        const bool isMapShown = preset.colourMap.empty() || preset.colourMap == state.colourMap;
+        return preset.areCategories == state.areLabels && isMapShown && preset.opacities == state.opacities &&
                preset.range.value_or(state.range) == state.range;
     });
     chooseQuietly(m_Preset, preset != presets.end() ? static_cast<int>(preset - presets.begin()) + 1 : 0);
-    m_FunctionFiles->setFunction({state.colourMap, state.range, state.opacities});
+    m_FunctionFiles->setFunction({state.colourMap, state.range, state.opacities, state.areLabels});
     checkQuietly(m_Maximum, state.isMaximum);
     checkQuietly(m_Light, state.isLit);
-    m_Light->setEnabled(!state.isMaximum);
+    m_Maximum->setEnabled(!state.areLabels);
+    m_Light->setEnabled(!state.isMaximum || state.areLabels);
     m_Opacities->setCurve(state.opacities, findColourMap(state.colourMap).value(), state.range);
 }
 
@@ -448,7 +453,7 @@ void ItemProperties::showFields(const ItemState& state)
     const auto found = std::find(names.begin(), names.end(), state.shown);
     chooseQuietly(m_Field, static_cast<int>(found - names.begin()));
     setRowVisible(m_Field, names.size() > 1);
-    setRowVisible(m_Scale, state.areLabels || (!state.numbers.isEmpty() && state.kind != ItemKind::Volume));
+    setRowVisible(m_Scale, state.areLabels || !state.numbers.isEmpty());
     chooseQuietly(m_Scale, state.areLabels ? 1 : 0);
 }
 

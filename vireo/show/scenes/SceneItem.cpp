@@ -185,11 +185,20 @@ std::optional<SceneItem::ShownLabels> SceneItem::shownLabels() const
     ShownLabels labels{field->name, {}};
     const std::map<std::int64_t, std::string>& names = m_Colours.labelNames();
     for (const std::int64_t label : m_Colours.categoriesOf(*field)) {
+        if (isVolume() && label == 0)
+            continue; // which is none, and not seen
         const auto name = names.find(label);
         labels.categories.emplace_back(
             colourOfLabel(label), name != names.end() ? name->second : std::to_string(label));
     }
     return labels;
+}
+
+std::string SceneItem::nameOfLabel(double value) const
+{
+    const std::optional<std::int64_t> label = labelOf(value);
+    const auto found = label ? m_Colours.labelNames().find(*label) : m_Colours.labelNames().end();
+    return found != m_Colours.labelNames().end() ? found->second : std::string();
 }
 
 bool SceneItem::isOpaque() const
@@ -203,6 +212,19 @@ bool SceneItem::isVolumeOfNothing() const
 {
     const ItemColours::Field* const field = isVolume() ? m_Colours.shownField() : nullptr;
     return field && !ItemColours::haveNumbers(*field);
+}
+
+bool SceneItem::isWhiteVolume() const
+{
+    constexpr unsigned char DARKEST = 240; // of what nobody sees on white
+    const std::optional<ShownScalars> shown = isVolume() ? shownScalars() : std::nullopt;
+    const OpacityCurve& opacities = m_Colours.opacities();
+    if (!shown || opacities.empty())
+        return false;
+    const auto most = std::max_element(opacities.begin(), opacities.end(),
+        [](const OpacityPoint& one, const OpacityPoint& other) { return one.opacity < other.opacity; });
+    const RGBA8 colour = findColourMap(shown->colourMap)->sample(most->place);
+    return std::min({colour[0], colour[1], colour[2]}) >= DARKEST;
 }
 
 std::optional<std::size_t> SceneItem::sampleAlong(const VolumeRay& ray) const
@@ -228,10 +250,12 @@ ItemState SceneItem::state() const
     for (const SceneField& field : fields())
         state.fields.push_back({field.name, field.areLabels});
     const ItemColours::Field* const field = m_Colours.shownField();
-    if (!field || field->areLabels)
+    if (!field)
         return state;
-    state.numbers = field->values.used()->numbers;
-    state.range = m_Colours.rangeOf(*field);
+    if (isVolume() || !field->areLabels)
+        state.range = m_Colours.rangeOf(*field);
+    if (!field->areLabels)
+        state.numbers = field->values.used()->numbers;
     return state;
 }
 

@@ -65,6 +65,9 @@ public:
     // Whether it is a volume of numbers of which none is one, so that nothing of it is seen.
     bool isVolumeOfNothing() const;
 
+    // Whether it is a volume that is white where it is most opaque.
+    bool isWhiteVolume() const;
+
     // How many samples of a volume are drawn; null before it has been.
     const Vector3i* drawnSize() const { return m_Volume.drawnSize(); }
 
@@ -119,6 +122,9 @@ public:
         std::vector<std::pair<RGBA8, std::string>> categories;
     };
     std::optional<ShownLabels> shownLabels() const;
+
+    // The name of a category; empty if it has none.
+    std::string nameOfLabel(double value) const;
 
     // What is saved of it: its shape and what fits it; nothing if it has no shape.
     std::optional<ItemData> data() const;

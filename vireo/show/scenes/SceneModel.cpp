@@ -129,6 +129,12 @@ Matrix4 SceneModel::matrixOf(const std::string& path) const
     return matrix;
 }
 
+bool SceneModel::hasWhiteVolume() const
+{
+    return std::any_of(m_Items.begin(), m_Items.end(),
+        [](const auto& entry) { return entry.second.isVisible() && entry.second.isWhiteVolume(); });
+}
+
 std::vector<SceneModel::Placed> SceneModel::visibleItems()
 {
     std::vector<Placed> items;

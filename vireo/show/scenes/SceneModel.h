@@ -77,6 +77,9 @@ public:
     // Of all that is visible.
     SceneBox box();
 
+    // Whether any volume that is visible is white where it is most opaque, so that it needs a dark ground.
+    bool hasWhiteVolume() const;
+
 private:
     std::string nameOf(const std::string& path) const;
     VolumeSurfaces::Say say() const;

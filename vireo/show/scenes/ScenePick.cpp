@@ -353,7 +353,11 @@ void takeValues(ScenePick& pick, const SceneItem& item)
     for (const SceneField& field : item.fields()) {
         const std::size_t i = field.areOfParts ? pick.picked.element : index;
         pick.picked.fields.push_back({field.name, field.values.numbers[i]});
-        pick.lines.push_back(printable(field.name, LONGEST_NAME) + ' ' + written(field.values.numbers, i));
+        std::string line = printable(field.name, LONGEST_NAME) + ' ' + written(field.values.numbers, i);
+        const std::string name = field.areLabels ? item.nameOfLabel(field.values.numbers[i]) : std::string();
+        if (!name.empty())
+            line += " (" + printable(name, LONGEST_NAME) + ')';
+        pick.lines.push_back(line);
     }
     pick.picked.colour = item.colourSent(index, pick.picked.element);
     if (const std::optional<RGBA8>& colour = pick.picked.colour) {

@@ -69,6 +69,7 @@ void ItemUpdate::merge(ItemUpdate& newer)
     replace(areEdgesSeen, newer.areEdgesSeen);
     replace(areBackFacesSeen, newer.areBackFacesSeen);
     replace(opacities, newer.opacities);
+    replace(areCategories, newer.areCategories);
     replace(isMaximum, newer.isMaximum);
     replace(isLit, newer.isLit);
 }

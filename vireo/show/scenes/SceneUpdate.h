@@ -105,6 +105,7 @@ struct ItemUpdate
     std::optional<bool> areEdgesSeen;
     std::optional<bool> areBackFacesSeen;
     std::optional<OpacityCurve> opacities; // of a volume
+    std::optional<bool> areCategories;     // its samples, instead of numbers on a scale
     std::optional<bool> isMaximum;         // what is seen of it: the greatest value along each line of sight
     std::optional<bool> isLit;
     std::optional<IsosurfaceOf> isosurface; // instead of a shape that is sent

@@ -37,6 +37,10 @@ constexpr double SLICE = 0.010;     // in seconds, that events wait while points
 constexpr double UNTIL_SHOWN = 0.2; // in seconds, from one picture with more points to the next, at least
 constexpr double SHOWING = 0.1;     // of the time, at most, for these pictures
 
+// Where something is white.
+const QColor DARK_GROUND(34, 34, 38);
+const QColor INK_ON_DARK(225, 225, 225);
+
 // In larger pictures everything is larger, so that they show what a picture of this size shows.
 constexpr QSizeF LARGEST(1600, 1200);
 
@@ -403,7 +407,12 @@ SceneCamera::Size SceneView::viewSize() const
 
 SceneLook SceneView::look(double scale) const
 {
-    return {palette().color(QPalette::Base), palette().color(QPalette::Text), font(), scale, m_HasBearings};
+    SceneLook look{palette().color(QPalette::Base), palette().color(QPalette::Text), font(), scale, m_HasBearings};
+    if (!look.isGroundDark() && m_Model.hasWhiteVolume()) {
+        look.ground = DARK_GROUND;
+        look.ink = INK_ON_DARK;
+    }
+    return look;
 }
 
 OverlayRoom SceneView::room(const QSizeF& size) const

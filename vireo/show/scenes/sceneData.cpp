@@ -223,9 +223,9 @@ std::string saveVolume(const QString& file, const std::map<std::string, SceneIte
     if (!isFunction)
         return saveNifti(file, *volume);
     const ItemState state = volume->state();
-    if (state.numbers.isEmpty())
+    if (state.numbers.isEmpty() && !state.areLabels)
         return "no numbers of the volume have a transfer function";
-    return saveTransferFunction(file, {state.colourMap, state.range, state.opacities});
+    return saveTransferFunction(file, {state.colourMap, state.range, state.opacities, state.areLabels});
 }
 
 } // namespace

@@ -29,13 +29,25 @@ const NumberTuples* samplesOf(const ItemColours& colours)
     return field ? field->values.used() : nullptr;
 }
 
+// Whether its samples are categories, which each have a colour.
+bool areCategories(const ItemColours& colours)
+{
+    const ItemColours::Field* const field = colours.areSentShown() ? nullptr : fieldOf(colours);
+    return field && field->areLabels;
+}
+
 VolumeDrawing::Look lookOf(const ItemColours& colours, const RGBA8& one, double opacity)
 {
     VolumeDrawing::Look look{{one}, {0, 1}, colours.opacities(), opacity};
     if (colours.areSentShown())
         return look;
     look.range = colours.rangeOf(*fieldOf(colours));
-    if (colours.shownField()) {
+    if (colours.shownField() && areCategories(colours)) {
+        const CategoryEntries entries(colours.categoriesOf(*fieldOf(colours)));
+        look.colours.clear(); // there may be none
+        for (const std::int64_t category : entries.categories())
+            look.colours.push_back(colourOfLabel(category));
+    } else if (colours.shownField()) {
         const ColourMap map = findColourMap(colours.colourMap()).value();
         look.colours.assign(map.entries().begin(), map.entries().end());
     }
@@ -48,9 +60,10 @@ constexpr double VISIBLE = 0.1; // of what is behind it, what it hides
 class SampleOpacity
 {
 public:
-    SampleOpacity(const NumberTuples& samples, const VolumeDrawing::Look& look)
+    SampleOpacity(const NumberTuples& samples, const VolumeDrawing::Look& look, bool areCategories)
         : m_Samples(samples)
         , m_Look(look)
+        , m_AreCategories(areCategories)
     {}
 
     double operator()(std::size_t sample) const
@@ -69,16 +82,14 @@ public:
 
     double ofNumber(double value) const
     {
-        const auto [from, to] = m_Look.range;
-        const double half = to / 2 - from / 2; // halved: the whole may be too large
-        if (!std::isfinite(value))
-            return 0;
-        return opacityAt(m_Look.opacities, half != 0 ? (value / 2 - from / 2) / half : 0.5);
+        const bool isNone = !std::isfinite(value) || (m_AreCategories && std::trunc(value) == 0);
+        return isNone ? 0 : opacityAt(m_Look.opacities, placeInRange(value, m_Look.range));
     }
 
 private:
     const NumberTuples& m_Samples;
     const VolumeDrawing::Look& m_Look;
+    bool m_AreCategories;
 };
 
 // That together with those before it hides something.
@@ -116,8 +127,8 @@ std::optional<std::size_t> ItemVolume::sampleAlong(
     if (!samples)
         return {};
     const VolumeDrawing::Look look = lookOf(colours, {}, opacity);
-    const SampleOpacity opacityOf(*samples, look);
-    if (!isMaximum || samples->width != 1)
+    const SampleOpacity opacityOf(*samples, look, areCategories(colours));
+    if (!isMaximum || areCategories(colours) || samples->width != 1)
         return firstAlong(ray, opacityOf, opacity);
     const std::optional<std::size_t> greatest = greatestAlong(ray, samples->numbers);
     double most = 0;
@@ -131,10 +142,16 @@ void ItemVolume::prepare(
     GLContext& context, const VolumeGrid& grid, const ItemColours& colours, const RGBA8& one, double opacity)
 {
     const NumberTuples* const samples = samplesOf(colours);
-    if (!samples || (m_Drawing && !m_Drawing->getSamples().numbers.isSame(samples->numbers)))
+    const bool isOfCategories = m_Drawing && m_Drawing->getCategories();
+    if (!samples || isOfCategories != areCategories(colours) ||
+        (m_Drawing && !m_Drawing->getSamples().numbers.isSame(samples->numbers)))
         m_Drawing.reset();
-    if (samples && !m_Drawing)
-        m_Drawing = VolumeDrawing::make(context, grid, *samples);
+    if (samples && !m_Drawing) {
+        VolumeDrawing::Categories categories;
+        if (areCategories(colours))
+            categories = std::make_shared<const CategoryEntries>(colours.categoriesOf(*fieldOf(colours)));
+        m_Drawing = VolumeDrawing::make(context, grid, *samples, std::move(categories));
+    }
     if (m_Drawing)
         m_Drawing->setLook(lookOf(colours, one, opacity));
 }

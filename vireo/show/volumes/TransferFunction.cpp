@@ -83,8 +83,10 @@ std::string saveTransferFunction(const QString& file, const TransferFunction& fu
     QJsonArray points;
     for (const OpacityPoint& point : function.opacities)
         points.append(QJsonObject{{"place", point.place}, {"opacity", point.opacity}});
-    const QJsonObject object{{"transferFunction", VERSION}, {"colourMap", QString::fromStdString(function.colourMap)},
+    QJsonObject object{{"transferFunction", VERSION}, {"colourMap", QString::fromStdString(function.colourMap)},
         {"window", to - from}, {"level", from + (to - from) / 2}, {"points", points}};
+    if (function.areCategories)
+        object.insert("categories", true);
     return saveFile(file, QJsonDocument(object).toJson());
 }
 
@@ -98,14 +100,17 @@ std::string readTransferFunction(const QByteArray& json, TransferFunction& funct
     const std::optional<double> version = numberIn(object, "transferFunction");
     if (!version)
         return "it is no transfer function";
-    if (*version != VERSION)
+    if (*version > VERSION && *version == std::floor(*version))
         return "it is of a later version";
+    if (*version != VERSION)
+        return "there is no version " + QString::number(*version).toStdString() + " of transfer functions";
     TransferFunction read;
     std::string why = readMap(object, read.colourMap);
     if (why.empty())
         why = readRange(object, read.range);
     if (why.empty())
         why = readPoints(object, read.opacities);
+    read.areCategories = object.value("categories").toBool();
     if (why.empty())
         function = std::move(read);
     return why;

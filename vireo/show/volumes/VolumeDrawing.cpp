@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <type_traits>
 
@@ -127,6 +128,24 @@ const char* programOf(const VolumeSlices& slices)
     }
 }
 
+// Of categories the differences are those of their opacities: what stands in the table at what was read.
+std::string lightOn(const VolumeSlices& slices)
+{
+    if (!slices.categories())
+        return LIGHT;
+    std::istringstream light(LIGHT);
+    std::string program;
+    for (std::string line; std::getline(light, line);) {
+        program += line + '\n';
+        if (!line.starts_with("TEX "))
+            continue;
+        const std::string name = line.substr(4, line.find(',') - 4);
+        program += "MAD " + name + ".x, " + name + ".x, window.x, window.y;\n";
+        program += "TEX " + name + ", " + name + ", texture[1], 1D;\n";
+    }
+    return program;
+}
+
 // The same with light on it.
 std::string litProgramOf(const VolumeSlices& slices)
 {
@@ -137,7 +156,7 @@ std::string litProgramOf(const VolumeSlices& slices)
         program.replace(move + 4, result.size(), "colour");
     else
         program.replace(program.rfind(result), result.size(), "colour");
-    return program + LIGHT;
+    return program + lightOn(slices);
 }
 
 bool haveUnits(unsigned int number)
@@ -170,9 +189,14 @@ Vector3d viewTowards(const Vector3d& point)
     return isOrthographic || !(length(point) > 0) ? ahead : (1 / length(point)) * point;
 }
 
-std::uint16_t toEntry(double part)
+void setEntry(ColourTable::Entries& entries, std::size_t i, const RGBA8& colour, double opacity)
 {
-    return static_cast<std::uint16_t>(std::lround(std::numeric_limits<std::uint16_t>::max() * part));
+    const auto component = [](double part) {
+        return static_cast<std::uint16_t>(std::lround(std::numeric_limits<std::uint16_t>::max() * part));
+    };
+    for (std::size_t channel = 0; channel < 3; ++channel)
+        entries[4 * i + channel] = component(colour[channel] / 255.0);
+    entries[4 * i + 3] = component(opacity);
 }
 
 } // namespace
@@ -190,25 +214,36 @@ VolumeDrawing::Stacks::Stacks(GLContext& context, const VolumeGrid& grid, const 
         greatest = GreatestValues::make(context);
 }
 
-std::unique_ptr<VolumeDrawing> VolumeDrawing::make(GLContext& context, const VolumeGrid& grid, NumberTuples samples)
+std::unique_ptr<VolumeDrawing> VolumeDrawing::make(
+    GLContext& context, const VolumeGrid& grid, NumberTuples samples, Categories categories)
 {
     if (!isExtensionSupported("GL_ARB_vertex_program") || !isExtensionSupported("GL_ARB_fragment_program"))
         return nullptr;
-    std::unique_ptr<VolumeDrawing> drawing(new VolumeDrawing(context, grid, std::move(samples)));
+    std::unique_ptr<VolumeDrawing> drawing(new VolumeDrawing(context, grid, std::move(samples), std::move(categories)));
     if (!drawing->isLarge())
         drawing->makeWhole();
     return drawing->isLarge() || drawing->m_Whole->isValid ? std::move(drawing) : nullptr;
 }
 
 // All samples are looked at in a thread if they are many.
-VolumeDrawing::VolumeDrawing(GLContext& context, const VolumeGrid& grid, NumberTuples samples)
+VolumeDrawing::VolumeDrawing(GLContext& context, const VolumeGrid& grid, NumberTuples samples, Categories categories)
     : m_Context(context)
     , m_Grid(grid)
     , m_Samples(std::move(samples))
+    , m_Categories(std::move(categories))
     , m_Table(context)
 {
-    m_Survey = std::async(isLarge() ? std::launch::async : std::launch::deferred,
-        [this] { return VolumeSlices::surveyOf(m_Samples, 1, m_IsUnwanted); });
+    m_Survey = std::async(isLarge() ? std::launch::async : std::launch::deferred, [this] { return survey(1); });
+}
+
+// Of every so many samples. Of categories all is known.
+VolumeSlices::Survey VolumeDrawing::survey(std::size_t step) const
+{
+    VolumeSlices::Survey survey;
+    if (!m_Categories)
+        survey = VolumeSlices::surveyOf(m_Samples, step, m_IsUnwanted);
+    survey.categories = m_Categories;
+    return survey;
 }
 
 VolumeDrawing::~VolumeDrawing()
@@ -232,10 +267,11 @@ VolumeDrawing::Stacks* VolumeDrawing::stacksFor(const Vector3f& viewDir, bool ma
     m_IsCoarse = mayBeCoarse && isLarge() && !(m_Whole && m_Whole->slices.isPrepared(viewDir));
     if (m_IsCoarse && !m_Coarse) {
         const auto step = static_cast<std::size_t>(double(m_Grid.numSamples()) / VolumeSlices::COARSE) + 1;
-        VolumeSlices::Survey survey = VolumeSlices::surveyOf(m_Samples, step, m_IsUnwanted);
-        survey.haveGaps =
-            m_Samples.numbers.visit([]<typename T>(const T*, std::size_t) { return std::is_floating_point_v<T>; });
-        m_Coarse = std::make_unique<Stacks>(m_Context, m_Grid, m_Samples, survey, true);
+        VolumeSlices::Survey found = survey(step);
+        found.haveGaps = !m_Categories && m_Samples.numbers.visit([]<typename T>(const T*, std::size_t) {
+            return std::is_floating_point_v<T>;
+        });
+        m_Coarse = std::make_unique<Stacks>(m_Context, m_Grid, m_Samples, found, true);
     }
     if (m_IsCoarse)
         m_Coarse->slices.show(m_Look.range);
@@ -286,7 +322,7 @@ void VolumeDrawing::draw(const Matrix4& modelView, const Way& way)
         return;
     m_Shown->slices.setStep(way.sliceStep);
     m_Table.bind(TABLE_UNIT);
-    if (way.isMaximum && m_Shown->greatest)
+    if (way.isMaximum && m_Shown->greatest && !m_Categories)
         drawGreatest(viewDir, way.cutOut);
     else
         drawSmoke(viewDir, way.isLit && m_Shown->canBeLit ? &toEye : nullptr, way.cutOut);
@@ -328,14 +364,14 @@ void VolumeDrawing::setLight(unsigned int axis, const Matrix4& toEye)
     const auto numTexels = [this](unsigned int i) { return static_cast<float>(m_Shown->slices.getDrawnSize()[i]); };
     m_Shown->litProgram.setLocalParameter4f(
         1, 1 / width, 1 / height, (numTexels(u) - 0.5F) / width, (numTexels(v) - 0.5F) / height);
-    switch (getSamples().width) {
+    switch (m_Categories ? 4 : getSamples().width) {
     case 3: m_Shown->litProgram.setLocalParameter4f(2, 1 / 3.0F, 1 / 3.0F, 1 / 3.0F, 0); break;
     case 4: m_Shown->litProgram.setLocalParameter4f(2, 0, 0, 0, 1); break;
     default: m_Shown->litProgram.setLocalParameter4f(2, 1, 0, 0, 0);
     }
     const Vector3d columns[] = {toEye.turned({1, 0, 0}), toEye.turned({0, 1, 0}), toEye.turned({0, 0, 1})};
     const double volume = dot(cross(columns[0], columns[1]), columns[2]);
-    const double scale = std::cbrt(std::abs(volume)) / volume * window().factor;
+    const double scale = std::cbrt(std::abs(volume)) / volume * (m_Categories ? 1 : window().factor);
     const unsigned int axes[] = {u, v, axis};
     Vector3d normals[3];
     for (std::size_t i = 0; i < 3; ++i) {
@@ -370,15 +406,30 @@ void VolumeDrawing::writeTable(double thickness)
     if (std::abs(thickness - m_TableThickness) < NOTICED * std::abs(m_TableThickness))
         return;
     m_TableThickness = thickness;
+    m_Table.write(m_Categories ? entriesOfCategories(thickness) : entriesOfRange(thickness));
+}
+
+ColourTable::Entries VolumeDrawing::entriesOfRange(double thickness) const
+{
     ColourTable::Entries entries;
     for (std::size_t i = 0; i < ColourTable::SIZE; ++i) {
         const double place = double(i) / (ColourTable::SIZE - 1);
         const auto number = static_cast<std::size_t>(std::lround(place * double(m_Look.colours.size() - 1)));
-        for (std::size_t component = 0; component < 3; ++component)
-            entries[4 * i + component] = toEntry(m_Look.colours[number][component] / 255.0);
-        entries[4 * i + 3] = toEntry(opacityOf(place, thickness));
+        setEntry(entries, i, m_Look.colours[number], opacityOf(place, thickness));
     }
-    m_Table.write(entries);
+    return entries;
+}
+
+// The first one, of what is none, is not seen.
+ColourTable::Entries VolumeDrawing::entriesOfCategories(double thickness) const
+{
+    ColourTable::Entries entries{};
+    const std::vector<std::int64_t>& categories = m_Categories->categories();
+    for (std::size_t i = 0; i < std::min(categories.size(), ColourTable::SIZE - 1); ++i) {
+        const RGBA8& colour = m_Look.colours[std::min(i, m_Look.colours.size() - 1)];
+        setEntry(entries, i + 1, colour, opacityOf(placeInRange(double(categories[i]), m_Look.range), thickness));
+    }
+    return entries;
 }
 
 // Of greatest values, those are opaque that are most opaque in layers.
@@ -399,6 +450,8 @@ VolumeDrawing::Window VolumeDrawing::window() const
 {
     if (areColours())
         return {};
+    if (m_Categories)
+        return {m_Shown->slices.largestEntry() / (ColourTable::SIZE - 1), 0};
     const auto [least, greatest] = m_Shown->slices.getRange();
     const auto [from, to] = m_Look.range;
     const auto partOf = [](double value, double first, double last) {

@@ -26,7 +26,8 @@ class VolumeDrawing
 public:
     struct Look
     {
-        std::vector<RGBA8> colours; // from the beginning of the range to its end; their opacity does not matter
+        // From the beginning of the range to its end, or of each category; their opacity does not matter.
+        std::vector<RGBA8> colours;
         std::pair<double, double> range;
         OpacityCurve opacities;
         double opacity = 1; // of all
@@ -45,12 +46,17 @@ public:
         bool mayBeCoarse = false;       // rather than late
     };
 
-    // Null if the driver has no programs. The context must be current for this, and for drawing.
-    static std::unique_ptr<VolumeDrawing> make(GLContext& context, const VolumeGrid& grid, NumberTuples samples);
+    using Categories = std::shared_ptr<const CategoryEntries>;
+
+    // Of categories, unless they are null. Null if the driver has no programs. The context must be current for this,
+    // and for drawing.
+    static std::unique_ptr<VolumeDrawing> make(
+        GLContext& context, const VolumeGrid& grid, NumberTuples samples, Categories categories = nullptr);
 
     ~VolumeDrawing();
 
     const NumberTuples& getSamples() const { return m_Samples; }
+    const Categories& getCategories() const { return m_Categories; }
 
     void setLook(Look look);
 
@@ -91,10 +97,10 @@ private:
         bool canBeLit = false;
     };
 
-    VolumeDrawing(GLContext& context, const VolumeGrid& grid, NumberTuples samples);
+    VolumeDrawing(GLContext& context, const VolumeGrid& grid, NumberTuples samples, Categories categories);
 
     bool isLarge() const { return double(m_Grid.numSamples()) > VolumeSlices::COARSE; }
-    std::unique_ptr<Stacks> stacks(const VolumeSlices::Survey& survey, bool areCoarse);
+    VolumeSlices::Survey survey(std::size_t step) const;
     void makeWhole();
     Stacks* stacksFor(const Vector3f& viewDir, bool mayBeCoarse);
     // From what textures have to a place in the range, from 0 to 1.
@@ -111,11 +117,14 @@ private:
     void drawGreatest(const Vector3f& viewDir, const CutOut* cutOut);
     void writeTable(double thickness);
     double opacityOf(double place, double thickness) const;
+    ColourTable::Entries entriesOfRange(double thickness) const;
+    ColourTable::Entries entriesOfCategories(double thickness) const;
     Window window() const;
 
     GLContext& m_Context;
     VolumeGrid m_Grid;
     NumberTuples m_Samples;
+    Categories m_Categories;
     std::atomic<bool> m_IsUnwanted = false;
     std::future<VolumeSlices::Survey> m_Survey; // of all samples, until it is taken
     std::unique_ptr<Stacks> m_Coarse;           // null if it is not needed

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -13,15 +14,17 @@ namespace tavo {
 struct VolumePreset
 {
     std::string_view name;
-    std::string_view colourMap;
+    std::string_view colourMap;                     // empty if it stays as it is
     std::optional<std::pair<double, double>> range; // where values have a unit; otherwise it stays as it is
     OpacityCurve opacities;
+    bool areCategories = false; // the samples, instead of numbers on a scale
 };
 
 // In the order in which they are offered.
 const std::vector<VolumePreset>& volumePresets();
 
-// Null if there is none of that name.
+// Null if there is none of that name; whyNoVolumePreset() tells which there are.
 const VolumePreset* findVolumePreset(std::string_view name);
+std::string whyNoVolumePreset(std::string_view name);
 
 } // namespace tavo

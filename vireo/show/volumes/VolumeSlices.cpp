@@ -41,11 +41,13 @@ std::size_t index(unsigned int axis)
     return axis;
 }
 
-template <typename Component>
-Component withinComponent(double value)
+// NaN is 0.
+template <typename Component, typename Real>
+Component withinComponent(Real value)
 {
-    const double largest = std::numeric_limits<Component>::max();
-    return value > 0 ? static_cast<Component>(std::min(value, largest)) : 0; // NaN is 0
+    const Real largest = std::numeric_limits<Component>::max();
+    const Real positive = value > 0 ? value : 0;
+    return static_cast<Component>(static_cast<int>(positive < largest ? positive : largest));
 }
 
 // Of a part of the whole, 0 to 1.
@@ -64,10 +66,60 @@ bool isNumber(T value)
         return true;
 }
 
-void setTextureParameters()
+// The least and the greatest of numbers, and whether some are none.
+template <typename T>
+struct Extremes
+{
+    T least = std::numeric_limits<T>::max();
+    T greatest = std::numeric_limits<T>::lowest();
+    bool haveGaps = false;
+
+    void add(T value)
+    {
+        if (!isNumber(value)) {
+            haveGaps = true;
+            return;
+        }
+        least = std::min(least, value);
+        greatest = std::max(greatest, value);
+    }
+
+    // In so many lanes, each of which has its own, that processors do several at a time. What is no number compares
+    // with nothing; what is infinite, or too large, is left to the slow way.
+    void add(const T* values, std::size_t size)
+    {
+        constexpr std::size_t LANES = 64 / sizeof(T);
+        std::array<T, LANES> low;
+        std::array<T, LANES> high;
+        std::array<T, LANES> gaps{};
+        low.fill(least);
+        high.fill(greatest);
+        std::size_t i = 0;
+        for (; i + LANES <= size; i += LANES)
+            for (std::size_t lane = 0; lane < LANES; ++lane) {
+                const T value = values[i + lane];
+                low[lane] = value < low[lane] ? value : low[lane];
+                high[lane] = value > high[lane] ? value : high[lane];
+                if constexpr (std::is_floating_point_v<T>)
+                    gaps[lane] = std::isnan(value) ? T(1) : gaps[lane];
+            }
+        const T lowest = *std::min_element(low.begin(), low.end());
+        const T highest = *std::max_element(high.begin(), high.end());
+        if (isNumber(lowest) && isNumber(highest)) {
+            least = lowest;
+            greatest = highest;
+            haveGaps = haveGaps || *std::max_element(gaps.begin(), gaps.end()) != 0;
+        } else
+            i = 0;
+        for (; i < size; ++i)
+            add(values[i]);
+    }
+};
+
+void setTextureParameters(GLint filter)
 {
     for (const GLenum parameter : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER})
-        glTexParameteri(GL_TEXTURE_2D, parameter, GL_LINEAR);
+        glTexParameteri(GL_TEXTURE_2D, parameter, filter);
     for (const GLenum parameter : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T})
         glTexParameteri(GL_TEXTURE_2D, parameter, GL_CLAMP_TO_EDGE);
 }
@@ -131,26 +183,25 @@ void VolumeSlices::freeTextures()
 VolumeSlices::Survey VolumeSlices::surveyOf(
     const NumberTuples& samples, std::size_t step, const std::atomic<bool>& isUnwanted)
 {
-    constexpr std::size_t PIECE = 1 << 20;
+    constexpr std::size_t PIECE = 1 << 16; // of those that are looked at, from one look at what is wanted to the next
     Survey survey;
     samples.numbers.visit([&]<typename T>(const T* numbers, std::size_t size) {
         if (sizeof(T) == 1) {
             survey.range = {double(std::numeric_limits<T>::min()), double(std::numeric_limits<T>::max())};
             return;
         }
-        double least = std::numeric_limits<double>::infinity();
-        double greatest = -least;
-        for (std::size_t i = 0; i < size && !(i % PIECE < step && isUnwanted); i += step) {
-            const auto value = static_cast<double>(numbers[i]);
-            if (!isNumber(numbers[i])) {
-                survey.haveGaps = true;
-                continue;
-            }
-            least = std::min(least, value);
-            greatest = std::max(greatest, value);
+        Extremes<T> extremes;
+        for (std::size_t begin = 0; begin < size && !isUnwanted; begin += step * PIECE) {
+            const std::size_t end = std::min(begin + step * PIECE, size);
+            if (step == 1)
+                extremes.add(numbers + begin, end - begin);
+            else
+                for (std::size_t i = begin; i < end; i += step)
+                    extremes.add(numbers[i]);
         }
-        if (least <= greatest)
-            survey.range = {least, greatest};
+        survey.haveGaps = extremes.haveGaps;
+        if (extremes.least <= extremes.greatest)
+            survey.range = {static_cast<double>(extremes.least), static_cast<double>(extremes.greatest)};
     });
     return survey;
 }
@@ -159,6 +210,8 @@ void VolumeSlices::settleScale()
 {
     m_AreBytes = m_Samples.width > 1 ||
                  m_Samples.numbers.visit([]<typename T>(const T*, std::size_t) { return sizeof(T) == 1; });
+    if (categories())
+        m_AreBytes = categories()->categories().size() <= std::numeric_limits<std::uint8_t>::max();
     const double span = m_Range.second - m_Range.first;
     m_ScaleOfOne = span > 0 ? std::numeric_limits<std::uint16_t>::max() / span : 0;
 }
@@ -171,7 +224,7 @@ void VolumeSlices::show(const std::pair<double, double>& range)
     const auto [least, greatest] = m_Survey.range;
     const auto [low, high] = std::minmax(range.first, range.second);
     const double span = high - low;
-    if (m_AreBytes || !(span > 0))
+    if (m_AreBytes || categories() || !(span > 0))
         return;
     std::pair<double, double> wanted = m_Survey.range;
     if (greatest - least > WIDEST * span && low < greatest && high > least)
@@ -224,6 +277,11 @@ void VolumeSlices::settleSize()
             static_cast<float>((double(size[i]) * double(m_Steps[i]) * m_Grid.spacing[i] - 0.5 * extent[i]) / unit);
     }
     m_Drawn = std::make_unique<RegularVolume>(size, Box3f(min, max));
+}
+
+double VolumeSlices::largestEntry() const
+{
+    return m_AreBytes ? std::numeric_limits<std::uint8_t>::max() : std::numeric_limits<std::uint16_t>::max();
 }
 
 double VolumeSlices::distanceOf(unsigned int axis) const
@@ -310,7 +368,7 @@ void VolumeSlices::prepareStackOf(unsigned int axis, double seconds)
             if (name == 0)
                 glGenTextures(1, &name);
             glBindTexture(GL_TEXTURE_2D, name);
-            setTextureParameters();
+            setTextureParameters(categories() ? GL_NEAREST : GL_LINEAR);
             glTexImage2D(GL_TEXTURE_2D, 0, layout.internalFormat, static_cast<GLsizei>(width),
                 static_cast<GLsizei>(height), 0, layout.format, type,
                 texels.data() + static_cast<std::size_t>(i) * sliceSize);
@@ -325,13 +383,72 @@ void VolumeSlices::fillSlices(unsigned int axis, int first, int count, const T* 
     const bool areOnes = m_AreCoarse || m_Steps == std::array<std::size_t, 3>{1, 1, 1};
     const bool isSimple = m_Samples.width == 1 && !m_Survey.haveGaps && areOnes &&
                           std::isfinite(m_ScaleOfOne); // not so if the range is next to none
-    if (isSimple)
+    if (categories())
         forEachTexel(axis, first, count, texels, [this, numbers](const Vector3i& place, Component* texel) {
-            forEachOf(place, [&](std::size_t i) { encodeOne(numbers[i], texel); });
+            *texel = static_cast<Component>(categories()->entryOf(numbers[sampleAt(place)]));
         });
+    else if (isSimple)
+        encodeRows(axis, first, count, numbers, texels);
     else
         forEachTexel(axis, first, count, texels,
             [this, numbers](const Vector3i& place, Component* texel) { encodeMean(numbers, place, texel); });
+}
+
+// Most volumes are this: a sample is a number, and a texel. Row by row, along x.
+template <typename Component, typename T>
+void VolumeSlices::encodeRows(unsigned int axis, int first, int count, const T* numbers, Component* texels) const
+{
+    const std::size_t step = m_Steps[0];
+    const Texels order = texelsOf(axis, first);
+    Vector3i begin;
+    Vector3i end = getDrawnSize();
+    begin[axis] = first;
+    end[axis] = first + count;
+    const auto length = static_cast<std::size_t>(end[0] - begin[0]);
+    Vector3i place = begin;
+    for (place[2] = begin[2]; place[2] < end[2]; ++place[2])
+        for (place[1] = begin[1]; place[1] < end[1]; ++place[1]) {
+            const T* const row = numbers + sampleAt(place);
+            Component* const to = texels + order.at(place);
+            if (step == 1 && order.distance() == 1)
+                encodeRow(row, length, 1, to, 1);
+            else
+                encodeRow(row, length, step, to, order.distance());
+        }
+}
+
+// Of numbers that are so far apart, into texels that are.
+template <typename Component, typename T>
+void VolumeSlices::encodeRow(
+    const T* numbers, std::size_t length, std::size_t step, Component* texels, std::size_t distance) const
+{
+    if constexpr (sizeof(T) == 1) {
+        for (std::size_t i = 0; i < length; ++i)
+            texels[i * distance] = static_cast<Component>(numbers[i * step] - std::numeric_limits<T>::min());
+        return;
+    }
+    const auto encode = [=](auto from, auto scale) {
+        using Real = decltype(from);
+        for (std::size_t i = 0; i < length; ++i)
+            texels[i * distance] =
+                withinComponent<Component>((static_cast<Real>(numbers[i * step]) - from) * scale + Real(0.5));
+    };
+    // Floats tell numbers of up to 24 bits apart, and are twice as fast.
+    const auto from = static_cast<float>(m_Range.first);
+    const bool areFloats = sizeof(T) <= 2 || std::is_same_v<T, float>;
+    const auto scale = static_cast<float>(m_ScaleOfOne);
+    if (areFloats && static_cast<double>(from) == m_Range.first && std::isnormal(scale))
+        encode(from, scale);
+    else
+        encode(m_Range.first, m_ScaleOfOne);
+}
+
+VolumeSlices::Texels VolumeSlices::texelsOf(unsigned int axis, int first) const
+{
+    const Vector3i& size = getDrawnSize();
+    const std::size_t u = axis == 0 ? 1 : 0;
+    const std::size_t v = axis == 2 ? 1 : 2;
+    return {axis, u, v, first, textureSize(size[u]), std::size_t{textureSize(size[u])} * textureSize(size[v])};
 }
 
 // Calls `use(place, texel)` in the order in which samples lie in memory.
@@ -339,33 +456,27 @@ template <typename Component, typename Use>
 void VolumeSlices::forEachTexel(unsigned int axis, int first, int count, Component* texels, Use use) const
 {
     const std::size_t numComponents = layout().numComponents;
-    const std::size_t u = axis == 0 ? 1 : 0;
-    const std::size_t v = axis == 2 ? 1 : 2;
+    const Texels order = texelsOf(axis, first);
     Vector3i begin;
     Vector3i end = getDrawnSize();
-    const std::size_t width = textureSize(end[u]);
-    const std::size_t sliceSize = width * textureSize(end[v]);
     begin[axis] = first;
     end[axis] = first + count;
     Vector3i place;
     for (place[2] = begin[2]; place[2] < end[2]; ++place[2])
-        for (place[1] = begin[1]; place[1] < end[1]; ++place[1])
-            for (place[0] = begin[0]; place[0] < end[0]; ++place[0]) {
-                const std::size_t texel = static_cast<std::size_t>(place[axis] - first) * sliceSize +
-                                          static_cast<std::size_t>(place[v]) * width +
-                                          static_cast<std::size_t>(place[u]);
+        for (place[1] = begin[1]; place[1] < end[1]; ++place[1]) {
+            place[0] = begin[0];
+            std::size_t texel = order.at(place);
+            for (; place[0] < end[0]; ++place[0], texel += order.distance())
                 use(place, texels + numComponents * texel);
-            }
+        }
 }
 
-// Most volumes are this: a sample is a number, and a texel.
-template <typename Component, typename T>
-void VolumeSlices::encodeOne(T number, Component* texel) const
+// The first of those that a place as drawn stands for.
+std::size_t VolumeSlices::sampleAt(const Vector3i& place) const
 {
-    if constexpr (sizeof(T) == 1)
-        *texel = static_cast<Component>(number - std::numeric_limits<T>::min());
-    else
-        *texel = withinComponent<Component>((static_cast<double>(number) - m_Range.first) * m_ScaleOfOne + 0.5);
+    const auto at = [&](std::size_t i) { return static_cast<std::size_t>(place[i]) * m_Steps[i]; };
+    const auto size = [&](std::size_t i) { return static_cast<std::size_t>(m_Grid.size[i]); };
+    return (at(2) * size(1) + at(1)) * size(0) + at(0);
 }
 
 // The mean of the samples that are there; of colours, too.

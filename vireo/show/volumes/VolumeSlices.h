@@ -2,6 +2,7 @@
 
 #include <array>
 #include <atomic>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "tavo/points/RegularVolume.h"
 #include "vireo/context/GLObject.h"
 #include "vireo/show/scenes/SceneUpdate.h"
+#include "vireo/show/volumes/CategoryEntries.h"
 #include "vireo/show/volumes/VolumeGrid.h"
 #include "vireo/volume/SliceVolumeRenderer.h"
 
@@ -20,6 +22,8 @@ namespace tavo {
 // Where the range that is shown is a small part of all, they reach not much beyond it, so that one value far away does
 // not take the others their places.
 //
+// Of categories it says which entry of a table they have, and nothing in between.
+//
 // They take one byte a sample of bytes, two of other numbers, twice as much with gaps, and three or four of colours.
 // Where there would be more than textures hold, several samples become one, their mean.
 class VolumeSlices : public SliceVolumeRenderer, public GLObject
@@ -28,8 +32,9 @@ public:
     // What there is to know of samples before they become textures.
     struct Survey
     {
-        std::pair<double, double> range{0, 1}; // from the least to the greatest
-        bool haveGaps = false;                 // whether some are no numbers
+        std::pair<double, double> range{0, 1};                       // from the least to the greatest
+        bool haveGaps = false;                                       // whether some are no numbers
+        std::shared_ptr<const CategoryEntries> categories = nullptr; // null unless they are that
     };
 
     // Of every so many samples; empty once it is unwanted. Calls no GL.
@@ -65,6 +70,10 @@ public:
     // What luminances of 0 and of 1 stand for.
     const std::pair<double, double>& getRange() const { return m_Range; }
 
+    // Null unless samples are categories; what luminances of 1 stand for then.
+    const CategoryEntries* categories() const { return m_Survey.categories.get(); }
+    double largestEntry() const;
+
     // How many samples are drawn: fewer than there are if those are too many.
     const Vector3i& getDrawnSize() const { return m_Drawn->getExtends(); }
 
@@ -86,6 +95,26 @@ private:
         double part = 0; // of them that are numbers
     };
 
+    // Where the texels of several slices are, one slice after the other.
+    struct Texels
+    {
+        std::size_t axis;
+        std::size_t u;
+        std::size_t v;
+        int first; // slice
+        std::size_t width;
+        std::size_t sliceSize;
+
+        std::size_t at(const Vector3i& place) const
+        {
+            return static_cast<std::size_t>(place[axis] - first) * sliceSize +
+                   static_cast<std::size_t>(place[v]) * width + static_cast<std::size_t>(place[u]);
+        }
+
+        // From a place to the next one along x.
+        std::size_t distance() const { return axis == 0 ? sliceSize : 1; }
+    };
+
     void settleScale();
     Layout layout() const;
     void settleSize();
@@ -97,7 +126,12 @@ private:
     template <typename Component, typename Use>
     void forEachTexel(unsigned int axis, int first, int count, Component* texels, Use use) const;
     template <typename Component, typename T>
-    void encodeOne(T number, Component* texel) const;
+    void encodeRows(unsigned int axis, int first, int count, const T* numbers, Component* texels) const;
+    template <typename Component, typename T>
+    void encodeRow(
+        const T* numbers, std::size_t length, std::size_t step, Component* texels, std::size_t distance) const;
+    Texels texelsOf(unsigned int axis, int first) const;
+    std::size_t sampleAt(const Vector3i& place) const;
     template <typename Component, typename T>
     void encodeMean(const T* numbers, const Vector3i& place, Component* texel) const;
     template <typename T>

@@ -19,9 +19,22 @@ double opacityAt(const OpacityCurve& curve, double place)
     return before->opacity + part * (after->opacity - before->opacity);
 }
 
+// Halved: the whole may be too large.
+double placeInRange(double value, const std::pair<double, double>& range)
+{
+    const double half = range.second / 2 - range.first / 2;
+    return half != 0 ? (value / 2 - range.first / 2) / half : 0.5;
+}
+
 const OpacityCurve& usualOpacities()
 {
     static const OpacityCurve CURVE{{0, 0}, {0.1, 0}, {1, 0.3}};
+    return CURVE;
+}
+
+const OpacityCurve& opacitiesOfCategories()
+{
+    static const OpacityCurve CURVE{{0, 0.3}, {1, 0.3}};
     return CURVE;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
 namespace tavo {
@@ -20,7 +21,13 @@ using OpacityCurve = std::vector<OpacityPoint>;
 // Straight from point to point, and level before the first and behind the last.
 double opacityAt(const OpacityCurve& curve, double place);
 
+// Where a value is in a range; in the middle of one that is none.
+double placeInRange(double value, const std::pair<double, double>& range);
+
 // For whoever says nothing else: what is least is not seen, what is greatest best.
 const OpacityCurve& usualOpacities();
+
+// The same of categories: all are seen alike.
+const OpacityCurve& opacitiesOfCategories();
 
 } // namespace tavo

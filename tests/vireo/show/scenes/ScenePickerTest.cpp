@@ -212,6 +212,17 @@ TEST_F(ScenePickerTest, TellsAllThatWasSentOfAPoint)
                                         "id 9007199254740993", "labels 8", "colour 40 50 60 255", "normal 0, 1, 0"));
 }
 
+TEST_F(ScenePickerTest, LabelsAreNamed)
+{
+    ItemUpdate update = item(ItemKind::Cloud, {0, 0, 0, 1, 0, 0});
+    update.fields = {{"class", {Numbers({7, 8}), 1}, true}, {"height", {Numbers({8, 8}), 1}, false}};
+    update.labelNames = {{8, "roof"}};
+    send("lidar", update);
+    lookAtAll();
+    EXPECT_THAT(linesAt({1, 0, 0}), testing::IsSupersetOf({"class 8 (roof)", "height 8"}));
+    EXPECT_THAT(linesAt({0, 0, 0}), testing::Contains("class 7")) << "which has no name";
+}
+
 TEST_F(ScenePickerTest, TransformsMoveThePlaceAndNotTheCoordinates)
 {
     send("car/lidar", item(ItemKind::Cloud, {1, 2, 3, 4, 5, 6}));

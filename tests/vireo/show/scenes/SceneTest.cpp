@@ -262,11 +262,10 @@ TEST(SceneTest, ABoxThatIsNoneClipsNothing)
     testing::internal::CaptureStderr();
     const double notANumber = std::numeric_limits<double>::quiet_NaN();
     scene("scene").clipBox({0, 0, notANumber}, {1, 1, 1}).clipBox({0, 2, 0}, {1, 1, 1});
-    EXPECT_EQ(said(),
-        "warning: tavo: scene(\"scene\").clipBox(\"0, 0, nan\"): an end of the box is not finite; what was shown "
-        "stays\n"
-        "warning: tavo: scene(\"scene\").clipBox(\"0, 2, 0\"): the low end of the box is above the high end; what was "
-        "shown stays\n");
+    EXPECT_EQ(said(), "warning: tavo: scene(\"scene\").clipBox({0, 0, nan}, {1, 1, 1}): an end of the box is not "
+                      "finite; what was shown stays\n"
+                      "warning: tavo: scene(\"scene\").clipBox({0, 2, 0}, {1, 1, 1}): the low end of the box is above "
+                      "the high end; what was shown stays\n");
     EXPECT_EQ(takeScene(), nullptr);
 }
 

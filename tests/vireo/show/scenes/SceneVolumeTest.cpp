@@ -222,7 +222,19 @@ TEST(SceneVolumeTest, APresetIsColoursOpacitiesAndMaybeARange)
         EXPECT_TRUE(findColourMap(preset.colourMap.value())) << name;
         EXPECT_GE(preset.opacities->size(), 2U) << name;
     }
-    expectRefused([&] { item.preset("x"); }, "scene(\"volumes\").preset(\"v\"): there is no preset \"x\"");
+    expectRefused([&] { item.preset("x"); }, "scene(\"volumes\").preset(\"v\"): there is no preset \"x\"; there are "
+                                             "grey, hot, bone, viridis, CT bone, CT soft tissue, CT lung, MRI, "
+                                             "categories");
+}
+
+TEST(SceneVolumeTest, APresetOfCategoriesLeavesTheColourMap)
+{
+    const Item item = scene("volumes").volume("v", EIGHT, {2, 2, 2}).colourMap("heat").preset("categories");
+    const auto sent = takeVolume().value();
+    EXPECT_EQ(sent.areCategories, true);
+    EXPECT_EQ(sent.colourMap, "heat");
+    item.preset("grey");
+    EXPECT_EQ(takeVolume().value().areCategories, false);
 }
 
 TEST(SceneVolumeTest, AnIsosurfaceIsAnItemBelowTheVolume)

@@ -47,7 +47,8 @@ protected:
 TEST_F(TransferFunctionTest, IsReadAsItWasSaved)
 {
     for (const TransferFunction& function : {FUNCTION, TransferFunction{"viridis", {5, -3}, {{0, 1}, {1, 0}}},
-             TransferFunction{"grey", {2, 2}, {{0, 0.1}, {1, 1}}}}) {
+             TransferFunction{"grey", {2, 2}, {{0, 0.1}, {1, 1}}},
+             TransferFunction{"grey", {1, 7}, {{0, 0.1}, {1, 1}}, true}}) {
         ASSERT_EQ(saveTransferFunction(path("look.json"), function), "");
         TransferFunction read;
         ASSERT_EQ(loadTransferFunction(path("look.json"), read), "");
@@ -70,6 +71,9 @@ TEST_F(TransferFunctionTest, WhatIsDamagedIsRefusedInOneLine)
     EXPECT_THAT(whyNot(QByteArray(100000, '[')), HasSubstr("it is no JSON"));
     EXPECT_EQ(whyNot("[]"), "it is no transfer function");
     EXPECT_EQ(whyNotWith("\"transferFunction\": 1", "\"transferFunction\": 2"), "it is of a later version");
+    for (const char* other : {"0", "-1", "1.5"})
+        EXPECT_EQ(whyNotWith("\"transferFunction\": 1", ("\"transferFunction\": " + std::string(other)).c_str()),
+            "there is no version " + std::string(other) + " of transfer functions");
     EXPECT_THAT(whyNotWith("\"grey\"", "7"), HasSubstr("no \"colourMap\""));
     EXPECT_THAT(whyNotWith("grey", "gr\\u0007y\\n"), HasSubstr("there is no map \"gr\\x07y\\x0a\""));
     EXPECT_THAT(whyNotWith("\"window\": 4", "\"window\": \"4\""), HasSubstr("no number \"window\""));

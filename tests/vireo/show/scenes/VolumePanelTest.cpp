@@ -177,6 +177,29 @@ TEST_F(VolumePanelTest, ALookIsSavedAndLoaded)
     EXPECT_EQ(state().colourMap, before.colourMap) << "what was shown stays";
 }
 
+TEST_F(VolumePanelTest, NumbersAreShownAsCategories)
+{
+    auto* const scale = find<QComboBox>("scale");
+    EXPECT_TRUE(scale->isVisible());
+    EXPECT_EQ(scale->currentIndex(), 0);
+    EXPECT_FALSE(find<RangeHistogram>("histogram")->getCounts().areNone());
+    choosePreset("categories");
+    EXPECT_TRUE(state().areLabels);
+    EXPECT_EQ(find<QComboBox>("preset")->currentText(), "categories");
+    EXPECT_EQ(scale->currentIndex(), 1);
+    EXPECT_EQ(state().opacities, opacitiesOfCategories());
+    EXPECT_FALSE(find<QWidget>("histogram")->isVisible());
+    EXPECT_FALSE(find<QWidget>("colourMap")->isVisible());
+    EXPECT_FALSE(find<QCheckBox>("maximum")->isEnabled());
+    EXPECT_TRUE(editor()->isVisible()) << "some may be hidden";
+    choosePreset("grey");
+    EXPECT_FALSE(state().areLabels);
+    EXPECT_EQ(scale->currentIndex(), 0);
+    EXPECT_FALSE(find<RangeHistogram>("histogram")->getCounts().areNone()) << "they are counted again";
+    clickKey(scale, Qt::Key_Down);
+    EXPECT_TRUE(state().areLabels);
+}
+
 // The window's thread does not look at all of them.
 TEST_F(VolumePanelTest, ManyValuesAreCountedInAThread)
 {

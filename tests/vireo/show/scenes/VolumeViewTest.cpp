@@ -11,6 +11,7 @@
 #include "tests/support/userEvents.h"
 #include "tests/vireo/show/scenes/sceneUpdates.h"
 #include "vireo/show/Grid.h"
+#include "vireo/show/colours/colourOfLabel.h"
 #include "vireo/show/scenes/SceneProgress.h"
 #include "vireo/show/volumes/largestStack.h"
 #include "vireo/show/volumes/volumeItem.h"
@@ -295,6 +296,166 @@ TEST_F(VolumeViewTest, OpacityFollowsTheValues)
     none.opacity = 0.0;
     send(m_View, "volume", none);
     EXPECT_EQ(colourAt({0, 0, 0}), GROUND);
+}
+
+TEST_F(VolumeViewTest, WhatIsWhiteHasADarkGround)
+{
+    const auto ground = [this] { return picture().pixelColor(0, 50); };
+    ItemUpdate update = row(std::vector<float>{0, 1}, {{0, 0}, {1, 1}});
+    send(m_View, "volume", update);
+    EXPECT_EQ(ground(), GROUND) << "viridis ends in yellow";
+    update.colourMap = "grey";
+    send(m_View, "volume", update);
+    EXPECT_LT(ground().lightness(), 60);
+    EXPECT_EQ(colourAt({1.5, 0, 0}), QColor(Qt::white));
+    update.opacities = OpacityCurve{{0, 1}, {1, 0}};
+    send(m_View, "volume", update);
+    EXPECT_EQ(ground(), GROUND) << "what is white is not seen";
+    update.opacities.reset();
+    update.isVisible = false;
+    send(m_View, "volume", update);
+    EXPECT_EQ(ground(), GROUND);
+}
+
+QColor ofLabel(std::int64_t label)
+{
+    const RGBA8 colour = colourOfLabel(label);
+    return {colour[0], colour[1], colour[2]};
+}
+
+ItemUpdate asCategories(ItemUpdate update)
+{
+    update.areCategories = true;
+    update.range.reset();
+    return update;
+}
+
+TEST_F(VolumeViewTest, CategoriesHaveColoursOfTheirOwn)
+{
+    send(m_View, "volume", asCategories(row(std::vector<std::int32_t>{-7, 0, 3, 2000000})));
+    EXPECT_EQ(colourAt({-3, 0, 0}), ofLabel(-7));
+    EXPECT_EQ(colourAt({-1, 0, 0}), GROUND) << "0 is none";
+    EXPECT_EQ(colourAt({1, 0, 0}), ofLabel(3));
+    EXPECT_EQ(colourAt({3, 0, 0}), ofLabel(2000000));
+    const auto labels = m_View.getModel().items().at("volume").shownLabels();
+    ASSERT_TRUE(labels);
+    EXPECT_EQ(labels->categories.size(), 3U) << "none is no category";
+    send(m_View, "volume", asCategories(row(std::vector<float>{4, NAN, 2.5F})));
+    EXPECT_EQ(colourAt({-2, 0, 0}), ofLabel(4));
+    EXPECT_EQ(colourAt({0, 0, 0}), GROUND) << "no number is no category";
+    EXPECT_EQ(colourAt({2, 0, 0}), ofLabel(2));
+}
+
+TEST_F(VolumeViewTest, ThereIsNothingBetweenCategories)
+{
+    send(m_View, "volume", asCategories(volume(centred({2, 1, 1}, {4, 2, 2}), std::vector<std::uint8_t>{1, 9})));
+    const QImage shown = picture();
+    const int numShown = numPixels(shown, ofLabel(1)) + numPixels(shown, ofLabel(9));
+    EXPECT_GT(numShown, 100);
+    EXPECT_EQ(numShown + numPixels(shown, GROUND), 200 * 100 - 2) << "but for the corners";
+}
+
+TEST_F(VolumeViewTest, ManyCategoriesAreToldApart)
+{
+    constexpr std::size_t NUMBER = 900;
+    std::vector<std::uint16_t> samples;
+    for (std::size_t i = 0; i < NUMBER; ++i)
+        samples.push_back(static_cast<std::uint16_t>(1 + 7 * i));
+    send(m_View, "volume", asCategories(volume(centred({NUMBER, 1, 1}, {9.0 / NUMBER, 2, 2}), samples)));
+    const QImage shown = picture();
+    const int y = 50;
+    std::size_t numFound = 0;
+    for (int x = 0; x < shown.width(); ++x) {
+        const Vector3d place = m_View.getCamera().unproject({x + 0.5, y + 0.5, 1}, m_View.viewSize());
+        const double index = std::floor((place[0] + 4.5) / 9 * NUMBER);
+        if (index >= 0 && index < NUMBER && shown.pixelColor(x, y) == ofLabel(1 + 7 * std::int64_t(index)))
+            ++numFound;
+    }
+    EXPECT_GT(numFound, 60U);
+}
+
+TEST_F(VolumeViewTest, CategoriesAreAsOpaqueAsTheirValues)
+{
+    ItemUpdate update = asCategories(row(std::vector<std::uint8_t>{1, 2, 3}, {{0, 0}, {0.5, 1}, {1, 0}}));
+    send(m_View, "volume", update);
+    EXPECT_EQ(colourAt({-2, 0, 0}), GROUND);
+    EXPECT_EQ(colourAt({0, 0, 0}), ofLabel(2)) << "the middle of the categories";
+    EXPECT_EQ(colourAt({2, 0, 0}), GROUND);
+    const auto hit = [this](double x) {
+        const SceneItem& item = m_View.getModel().items().at("volume");
+        return item.sampleAlong({*item.shape()->grid, {}, {x, -10, 0}, {0, 1, 0}, true});
+    };
+    EXPECT_EQ(hit(-2), std::nullopt);
+    EXPECT_EQ(hit(0), 4U);
+    update.opacities.reset();
+    SceneUpdate removed;
+    removed.remove("volume");
+    m_View.apply(removed);
+    send(m_View, "volume", update);
+    for (const double x : {-2.0, 0.0, 2.0})
+        EXPECT_NE(colourAt({x, 0, 0}), GROUND) << "all alike unless something is said";
+}
+
+TEST_F(VolumeViewTest, CategoriesBecomeNumbersAndTheReverse)
+{
+    ItemUpdate update = row(std::vector<std::uint8_t>{1, 1, 1});
+    send(m_View, "volume", update);
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(1));
+    send(m_View, "volume", asCategories(update));
+    EXPECT_EQ(colourAt({0, 0, 0}), ofLabel(1));
+    ItemUpdate numbers;
+    numbers.areCategories = false;
+    send(m_View, "volume", numbers);
+    EXPECT_EQ(colourAt({0, 0, 0}), mapped(1));
+    m_View.chooseOf(
+        "volume", [](ItemChoice& choice, const ItemState& state) { choice.fields[state.shown].areLabels = true; });
+    const QColor chosen = colourAt({0, 0, 0});
+    EXPECT_NE(chosen, mapped(1)) << "a person has chosen it";
+    EXPECT_NE(chosen, ofLabel(1)) << "and what was said of numbers is not meant for categories";
+}
+
+// Of all of them, where the greatest is no more than the others.
+TEST_F(VolumeViewTest, OfCategoriesThereIsNoGreatest)
+{
+    ItemUpdate update =
+        asCategories(volume(centred({1, 2, 1}, {2, 2, 2}), std::vector<std::uint8_t>{1, 200}, {{0, 1}, {1, 1}}));
+    update.isMaximum = true;
+    send(m_View, "volume", update);
+    EXPECT_EQ(colourAt({0, 0, 0}), ofLabel(1)) << "the one before the other";
+}
+
+TEST_F(VolumeViewTest, LightFallsOnWhereCategoriesEnd)
+{
+    constexpr int SIDE = 24;
+    std::vector<std::uint8_t> samples;
+    for (int z = 0; z < SIDE; ++z)
+        for (int y = 0; y < SIDE; ++y)
+            for (int x = 0; x < SIDE; ++x) {
+                const double radius = std::hypot(x - 11.5, y - 11.5, z - 11.5);
+                samples.push_back(radius > 10 ? 0 : x < SIDE / 2 ? 1 : 250);
+            }
+    ItemUpdate ball = asCategories(volume(centred({SIDE, SIDE, SIDE}, {0.25, 0.25, 0.25}), samples));
+    ball.isLit = true;
+    send(m_View, "volume", ball);
+    EXPECT_EQ(colourAt({-0.3, 0, 0}), ofLabel(1)) << "seen straight on";
+    EXPECT_EQ(colourAt({0.3, 0, 0}), ofLabel(250));
+    EXPECT_LT(colourAt({-2.3, 0, 0}).lightness(), ofLabel(1).lightness() - 10) << "inclined";
+    EXPECT_LT(colourAt({2.3, 0, 0}).lightness(), ofLabel(250).lightness() - 10);
+}
+
+TEST_F(VolumeViewTest, LargeOnesOfCategoriesAreCoarseAtFirst)
+{
+    constexpr int SIDE = 128;
+    m_View.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_View));
+    std::vector<std::int16_t> samples(SIDE * SIDE * SIDE, 12);
+    send(m_View, "v", asCategories(volume(centred({SIDE, SIDE, SIDE}, {0.0625, 0.0625, 0.0625}), samples)));
+    m_View.repaint();
+    EXPECT_TRUE(m_View.isBusy());
+    const QPoint middle(m_View.width() / 2, m_View.height() / 2);
+    EXPECT_EQ(m_View.grab().toImage().pixelColor(middle), ofLabel(12));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !m_View.isBusy(); }, 60000));
+    EXPECT_EQ(m_View.grab().toImage().pixelColor(middle), ofLabel(12));
 }
 
 // The greatest lies in the middle, between two that hide it.
