@@ -2,11 +2,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <fstream>
-#include <malloc.h>
 #include <stdexcept>
 
 #include "benchmarks/peers/pictures.h"
+#include "benchmarks/support/PeakMemory.h"
 #include "benchmarks/support/Program.h"
 #include "benchmarks/support/View.h"
 #include "benchmarks/support/outputOf.h"
@@ -45,7 +44,8 @@ std::vector<Row> rows()
         {drawBySliceRenderer("the head for the first time", head(), Scene::SIZE, direction), stackOfHead},
         {drawByTex2dRenderer("the head for the first time", head(), Scene::SIZE, direction), paddedStacksOfHead},
         {firstPicture("first picture of the head", Subject::HEAD), stackOfHead},
-        {changedPicture("picture of the head after a changed transfer function"), 0},
+        {changedPicture("picture of the head after a changed transfer function", Subject::HEAD), 0},
+        {firstPicture("first picture of the head, as a scene", Subject::VOLUME), 0.5 * stackOfHead},
         {drawPoints("1,000,000 points", [] { return randomPoints(MILLION); }), 0},
         {firstPicture("first picture of 1,000,000 points", Subject::POINTS), points},
         {drawPoints("the scanned building", scannedPoints), 0},
@@ -65,28 +65,15 @@ std::vector<Row> rows()
     };
 }
 
-// A line of /proc/self/status, in bytes.
-double statusOf(const std::string& key)
-{
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with(key + ":"))
-            return std::stod(line.substr(key.size() + 1)) * 1024;
-    return 0;
-}
-
 // Does the work in this process, which has done nothing else, and tells by how many bytes the process grew at most.
 void measure(const Entry& entry)
 {
     View::context();
     const std::unique_ptr<Contestant> contestant = entry.make();
     contestant->prepare();
-    malloc_trim(0); // what the preparation has given back is not there for the work to take
-    if (!(std::ofstream("/proc/self/clear_refs") << 5 << std::flush)) // forgets the peak until now
-        throw std::runtime_error("this system does not let a process forget its peak");
-    const double before = statusOf("VmRSS");
+    const PeakMemory peak;
     contestant->run();
-    std::printf("%.0f\n", std::max(0.0, statusOf("VmHWM") - before));
+    std::printf("%.0f\n", peak.bytes());
 }
 
 // Runs this program for one row and entry alone.

@@ -274,6 +274,13 @@ public:
     }
     const Names& names() const { return this->textureNames.front(); }
 
+    // Another window by turns.
+    void changeWindow()
+    {
+        m_Window.black = 90 - m_Window.black;
+        this->invalidate();
+    }
+
 private:
     DensityWindow m_Window;
 };
@@ -289,6 +296,47 @@ protected:
     const Names& names() const override { return m_Renderer.names(); }
 
     Preparing<tavo::SliceVolumeRenderer> m_Renderer;
+};
+
+// Only what is seen along a direction.
+class StackPreparation : public SliceRendererPreparation
+{
+public:
+    StackPreparation(RegularVolume& volume, const Vector3f& direction)
+        : SliceRendererPreparation(volume)
+        , m_Direction(direction)
+    {}
+    void run() override
+    {
+        m_Renderer.prepareAlong(volume(), m_Direction);
+        glFinish();
+    }
+    Bytes result() override { return {}; }
+
+private:
+    Vector3f m_Direction;
+};
+
+class ChangedStackPreparation : public StackPreparation
+{
+public:
+    ChangedStackPreparation(RegularVolume& volume, const Vector3f& direction)
+        : StackPreparation(volume, direction)
+    {
+        View::context();
+        ChangedStackPreparation::run();
+    }
+    ~ChangedStackPreparation() override
+    {
+        View::context();
+        m_Renderer.disposeTextures();
+    }
+    void run() override
+    {
+        m_Renderer.changeWindow();
+        StackPreparation::run();
+    }
+    void cleanUp() override {}
 };
 
 class TablePreparation : public SliceRendererPreparation
@@ -566,6 +614,16 @@ Comparison prepareByTex2dRenderer(const std::string& name, RegularVolume& volume
             {"floor", with<BarePreparation>(volume, makePaddedStack<CalledFunction, Slices>), 1.10},
             {AT_ONCE, with<BarePreparation>(volume, makePaddedStack<CalledFunction>)},
             {INLINED_AT_ONCE, with<BarePreparation>(volume, makePaddedStack<InlinedFunction>)}}};
+}
+
+std::unique_ptr<Contestant> stackBySliceRenderer(RegularVolume& volume, const Vector3f& direction)
+{
+    return std::make_unique<StackPreparation>(volume, direction);
+}
+
+std::unique_ptr<Contestant> changedStackBySliceRenderer(RegularVolume& volume, const Vector3f& direction)
+{
+    return std::make_unique<ChangedStackPreparation>(volume, direction);
 }
 
 Comparison drawBySliceRenderer(const std::string& name, RegularVolume& volume, int size, const Vector3f& direction)

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "benchmarks/support/Comparison.h"
@@ -14,6 +15,11 @@ namespace vireo_bench {
 Comparison prepareBySliceRenderer(const std::string& name, tavo::RegularVolume& volume);
 Comparison prepareByTable(const std::string& name, tavo::RegularVolume& volume);
 Comparison prepareByTex2dRenderer(const std::string& name, tavo::RegularVolume& volume);
+
+// The stack alone that is seen along a direction: made for the first time, and made again for another transfer
+// function.
+std::unique_ptr<Contestant> stackBySliceRenderer(tavo::RegularVolume& volume, const tavo::Vector3f& direction);
+std::unique_ptr<Contestant> changedStackBySliceRenderer(tavo::RegularVolume& volume, const tavo::Vector3f& direction);
 
 // Seen along a direction of length 1, in a square view of so many pixels a side.
 Comparison drawBySliceRenderer(

@@ -69,8 +69,8 @@ private:
 class OsgHead : public OsgScene
 {
 public:
-    OsgHead()
-        : OsgScene(VIEWPOINT_OF_HEAD)
+    explicit OsgHead(const Viewpoint& from = VIEWPOINT_OF_HEAD)
+        : OsgScene(from)
     {
         const tavo::Vector3i& extends = head().getExtends();
         m_Densities->setImage(extends[0], extends[1], extends[2], GL_LUMINANCE32F_ARB, GL_LUMINANCE, GL_FLOAT,
@@ -170,7 +170,8 @@ private:
 };
 
 const Showings showings = {
-    {Subject::HEAD, "OpenSceneGraph's slices", std::make_unique<OsgHead>},
+    {Subject::HEAD, "OpenSceneGraph's slices", [] { return std::make_unique<OsgHead>(); }},
+    {Subject::VOLUME, "OpenSceneGraph's slices", [] { return std::make_unique<OsgHead>(VIEWPOINT_OF_VOLUME); }},
     {Subject::POINTS, "OpenSceneGraph", [] { return std::make_unique<OsgPoints>(); }},
     {Subject::CLOUD, "OpenSceneGraph", [] { return std::make_unique<OsgPoints>(VIEWPOINT_OF_CLOUD); }},
     {Subject::SCAN, "OpenSceneGraph", [] { return std::make_unique<OsgPoints>(VIEWPOINT_OF_CLOUD, scannedPoints()); }},

@@ -14,6 +14,7 @@ namespace vireo_bench {
 enum class Subject
 {
     HEAD,
+    VOLUME, // the head as a scene shows it
     POINTS,
     CLOUD, // as a scene shows it
     SCAN,  // of a building, as a cloud
@@ -41,11 +42,7 @@ inline const Viewpoint VIEWPOINT_OF_HEAD = {{-300, 320, 240}, {0, 0, 1}, 26, 250
 inline const Viewpoint VIEWPOINT_OF_POINTS = {{0.8f, 0.9f, 1.4f}, {0, 1, 0}, 45, 0.01, 1000};
 
 inline const Viewpoint VIEWPOINT_OF_CLOUD = {{0.861f, -1.491f, 0.803f}, {0, 0, 1}, 40, 0.01, 1000};
-
-// The same for a camera of a scene.
-constexpr double AZIMUTH_OF_CLOUD = 30;
-constexpr double ELEVATION_OF_CLOUD = 25;
-constexpr double DISTANCE_OF_CLOUD = 1.9;
+inline const Viewpoint VIEWPOINT_OF_VOLUME = {{-190.2f, 202.9f, 152.2f}, {0, 0, 1}, 40, 50, 1000};
 
 // A picture of a subject in a window, or an off-screen buffer, of its own.
 class Scene

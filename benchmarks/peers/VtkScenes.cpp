@@ -90,8 +90,8 @@ template <typename Mapper>
 class VtkHead : public VtkScene
 {
 public:
-    VtkHead()
-        : VtkScene(VIEWPOINT_OF_HEAD)
+    explicit VtkHead(const Viewpoint& from = VIEWPOINT_OF_HEAD)
+        : VtkScene(from)
     {
         setWindow(DensityWindow());
     }
@@ -156,9 +156,14 @@ private:
     Points m_Points;
 };
 
+using HeadOnCpu = VtkHead<vtkFixedPointVolumeRayCastMapper>;
+using HeadInGl = VtkHead<vtkOpenGLGPUVolumeRayCastMapper>;
+
 const Showings showings = {
-    {Subject::HEAD, "VTK's ray caster on the CPU", std::make_unique<VtkHead<vtkFixedPointVolumeRayCastMapper>>},
-    {Subject::HEAD, "VTK's ray caster in GL", std::make_unique<VtkHead<vtkOpenGLGPUVolumeRayCastMapper>>},
+    {Subject::HEAD, "VTK's ray caster on the CPU", [] { return std::make_unique<HeadOnCpu>(); }},
+    {Subject::HEAD, "VTK's ray caster in GL", [] { return std::make_unique<HeadInGl>(); }},
+    {Subject::VOLUME, "VTK's ray caster on the CPU", [] { return std::make_unique<HeadOnCpu>(VIEWPOINT_OF_VOLUME); }},
+    {Subject::VOLUME, "VTK's ray caster in GL", [] { return std::make_unique<HeadInGl>(VIEWPOINT_OF_VOLUME); }},
     {Subject::POINTS, "VTK", [] { return std::make_unique<VtkPoints>(); }},
     {Subject::CLOUD, "VTK", [] { return std::make_unique<VtkPoints>(VIEWPOINT_OF_CLOUD); }},
     {Subject::SCAN, "VTK", [] { return std::make_unique<VtkPoints>(VIEWPOINT_OF_CLOUD, scannedPoints()); }},

@@ -40,15 +40,18 @@ int main(int argc, char** argv)
     using namespace vireo_bench;
     Program program(argc, argv);
     if (argc == 3 && argv[1] == std::string("--pictures")) {
-        for (const auto& [subject, name] :
-            {std::pair(Subject::HEAD, "head"), {Subject::POINTS, "points"}, {Subject::CLOUD, "cloud"},
-                {Subject::SCAN, "scan"}, {Subject::IMAGE, "image"}, {Subject::CURVES, "curves"}})
+        for (const auto& [subject, name] : {std::pair(Subject::HEAD, "head"), {Subject::VOLUME, "volume"},
+                 {Subject::POINTS, "points"}, {Subject::CLOUD, "cloud"}, {Subject::SCAN, "scan"},
+                 {Subject::IMAGE, "image"}, {Subject::CURVES, "curves"}})
             savePictures(QDir(argv[2]), subject, name);
         return 0;
     }
     addPictures(firstPicture("first picture of the head", Subject::HEAD));
-    addPictures(changedPicture("picture of the head after a changed transfer function"));
+    addPictures(changedPicture("picture of the head after a changed transfer function", Subject::HEAD));
     addPictures(nextPicture("next picture of the head", Subject::HEAD));
+    addPictures(firstPicture("first picture of the head, as a scene", Subject::VOLUME));
+    addPictures(changedPicture("picture of the head after a changed transfer function, as a scene", Subject::VOLUME));
+    addPictures(nextPicture("next picture of the head, as a scene", Subject::VOLUME));
     addPictures(firstPicture("first picture of 1,000,000 points", Subject::POINTS));
     addPictures(nextPicture("next picture of 1,000,000 points", Subject::POINTS));
     addPictures(nextPicture("next picture of 1,000,000 points, as a scene", Subject::CLOUD));

@@ -145,9 +145,9 @@ Comparison nextPicture(const std::string& name, Subject subject)
     return picture<NextPicture>(name, subject);
 }
 
-Comparison changedPicture(const std::string& name)
+Comparison changedPicture(const std::string& name, Subject subject)
 {
-    return picture<ChangedPicture>(name, Subject::HEAD);
+    return picture<ChangedPicture>(name, subject);
 }
 
 } // namespace vireo_bench

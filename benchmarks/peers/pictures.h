@@ -14,6 +14,6 @@ Comparison firstPicture(const std::string& name, Subject subject);
 Comparison nextPicture(const std::string& name, Subject subject);
 
 // A picture of the head in another window of densities than before.
-Comparison changedPicture(const std::string& name);
+Comparison changedPicture(const std::string& name, Subject subject);
 
 } // namespace vireo_bench

@@ -24,5 +24,6 @@ tavo::ItemUpdate surfaceOf(std::size_t number);
 void addPicks();
 void addFrames();
 void addRefinement();
+void addVolumes();
 
 } // namespace vireo_bench

@@ -8,5 +8,6 @@ int main(int argc, char** argv)
     addFrames();
     addRefinement();
     addPicks();
+    addVolumes();
     return program.run();
 }

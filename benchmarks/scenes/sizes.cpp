@@ -8,11 +8,11 @@
 
 #include "benchmarks/scenes/BareCloud.h"
 #include "benchmarks/scenes/clouds.h"
+#include "benchmarks/scenes/seenView.h"
 #include "benchmarks/support/Program.h"
 #include "benchmarks/support/Table.h"
 #include "benchmarks/support/bytesInUse.h"
 #include "benchmarks/support/outputOf.h"
-#include "vireo/show/scenes/SceneView.h"
 #include "vireo/show/scenes/Stopwatch.h"
 
 namespace vireo_bench {
@@ -20,34 +20,6 @@ namespace vireo_bench {
 namespace {
 
 constexpr double BYTES_OF_POINT = 16; // that are sent: three coordinates and a scalar
-
-void show(tavo::SceneView& view)
-{
-    view.setAttribute(Qt::WA_ShowWithoutActivating);
-    view.setWindowFlags(Qt::Window | Qt::BypassWindowManagerHint);
-    view.resize(VIEW_SIZE);
-    view.show();
-}
-
-void send(tavo::SceneView& view, tavo::ItemUpdate item)
-{
-    tavo::SceneUpdate update;
-    update.items["item"] = std::move(item);
-    view.makeRoom(update.replaced());
-    view.apply(update);
-}
-
-// Handles events until the view rests. Returns the longest time that one of them would have had to wait.
-double untilItRests(tavo::SceneView& view)
-{
-    double longest = 0;
-    do {
-        const tavo::Stopwatch watch;
-        QApplication::processEvents();
-        longest = std::max(longest, watch.seconds());
-    } while (view.isBusy());
-    return longest;
-}
 
 // Frames of one gesture.
 std::vector<double> turn(tavo::SceneView& view, int numFrames)
