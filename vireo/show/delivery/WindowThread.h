@@ -22,8 +22,8 @@ bool isHere();
 bool hasFailed();
 
 // Keeps it from handling events, so that the program can fork: while it handles one it may hold locks of the C library,
-// which would come to the child locked. Waits for that, but not for long. False if it is not kept, or is the thread that
-// forks.
+// which would come to the child locked. Waits for that, but not for long. False if it is not kept, or is the thread
+// that forks.
 bool holdForFork();
 
 // Afterwards, in the parent, if it was kept; and in the child, which does not have the thread.
