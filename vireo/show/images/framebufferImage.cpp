@@ -111,6 +111,7 @@ public:
             areColours ? GL_COLOR_ATTACHMENT0_EXT : GL_DEPTH_ATTACHMENT_EXT, GL_RENDERBUFFER_EXT, m_Buffer);
         glDrawBuffer(areColours ? GL_COLOR_ATTACHMENT0_EXT : GL_NONE);
         copy(area, planes);
+        drawWhereTheProgramDoes();
         glBindFramebufferEXT(GL_READ_FRAMEBUFFER_EXT, m_Framebuffer);
         glReadBuffer(areColours ? GL_COLOR_ATTACHMENT0_EXT : GL_NONE);
     }
@@ -118,7 +119,6 @@ public:
     ~ResolvedPixels()
     {
         glBindFramebufferEXT(GL_READ_FRAMEBUFFER_EXT, static_cast<GLuint>(m_ReadFrom));
-        glBindFramebufferEXT(GL_DRAW_FRAMEBUFFER_EXT, static_cast<GLuint>(m_DrawnTo));
         glBindRenderbufferEXT(GL_RENDERBUFFER_EXT, static_cast<GLuint>(m_BoundBuffer));
         glDeleteFramebuffersEXT(1, &m_Framebuffer);
         glDeleteRenderbuffersEXT(1, &m_Buffer);
@@ -133,6 +133,13 @@ private:
         glDisable(GL_SCISSOR_TEST);
         blitFunction()(area.x, area.y, area.x + area.width, area.y + area.height, 0, 0, area.width, area.height, planes,
             GL_NEAREST);
+    }
+
+    // Before pixels are read: Mesa prepares to draw then, and once it has done so without colours, as into a copy of
+    // depths, it draws wrong colours with the functions of old.
+    void drawWhereTheProgramDoes() const
+    {
+        glBindFramebufferEXT(GL_DRAW_FRAMEBUFFER_EXT, static_cast<GLuint>(m_DrawnTo));
     }
 
     GLint m_ReadFrom;

@@ -575,6 +575,33 @@ TEST_F(TextureImageGLTest, WhatHasSeveralSamplesIsRead)
     glDisable(GL_SCISSOR_TEST);
 }
 
+TEST_F(TextureImageGLTest, ColoursAreDrawnAsBeforeOnceDepthsAreRead)
+{
+    if (!haveSamples())
+        GTEST_SKIP() << "nothing has several samples";
+    const Samples samples(4, GL_RGBA8, GL_DEPTH24_STENCIL8_EXT);
+    glViewport(0, 0, 8, 4);
+    const auto draw = [] {
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        glBegin(GL_TRIANGLES);
+        glColor3f(1, 0, 0);
+        glVertex3f(-1, -1, 0);
+        glColor3f(0, 1, 0);
+        glVertex3f(1, -1, 0);
+        glColor3f(0, 0, 1);
+        glVertex3f(0, 1, 0.5F);
+        glEnd();
+    };
+    draw();
+    framebufferImage("before");
+    const std::vector<double> before = takeNumbers();
+    depthBufferImage("depths");
+    EXPECT_EQ(takeNumbers().size(), 32U);
+    draw();
+    framebufferImage("again");
+    EXPECT_EQ(takeNumbers(), before);
+}
+
 TEST_F(TextureImageGLTest, ColoursThatAreDrawnKeepTheirPrecision)
 {
     if (!haveSamples() || !isExtensionSupported("GL_ARB_color_buffer_float"))
