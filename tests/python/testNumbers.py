@@ -50,8 +50,12 @@ class NumbersTest(DataTest):
             with self.subTest(type=type(numbers).__name__):
                 self.check(numbers)
         self.check(range(4), range(4))
-        self.check([], [])
         self.check([1, 2.5], [1, 2.5])
+
+    def test_what_is_empty_leaves_what_was_shown(self):
+        self.check([1, 2.5], [1, 2.5])
+        vireo.plot("numbers").curve("y", [])
+        self.assertEqual(self.column("numbers", "y"), [1, 2.5])
 
     def test_large_integers_keep_their_digits(self):
         vireo.image("large", numpy.array([[2**63 + 1, 2**63 + 3]], "u8"))
