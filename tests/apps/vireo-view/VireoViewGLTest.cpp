@@ -232,7 +232,8 @@ TEST_F(FollowingGLTest, ShowsWhatIsAddedToTheFile)
     const auto waitForPixels = [this](int least, int most) {
         const QDeadlineTimer deadline(LONGEST_MILLISECONDS);
         int number = 0;
-        while ((number < least || number > most) && !deadline.hasExpired() && m_Process.state() != QProcess::NotRunning) {
+        while (
+            (number < least || number > most) && !deadline.hasExpired() && m_Process.state() != QProcess::NotRunning) {
             m_Process.waitForReadyRead(100);
             number = numBluePixels(QGuiApplication::primaryScreen()->grabWindow(0).toImage());
         }
