@@ -38,7 +38,8 @@ std::unique_ptr<PointSet> pointsOf(const char* name, unsigned int width, const s
     VertexDescriptor layout;
     layout.pushAttrib(VertexAttribDescriptor(name, width, VertexAttribDescriptor::TYPE_FLOAT));
     auto points = std::make_unique<PointSet>(layout, static_cast<unsigned int>(numbers.size()) / width);
-    std::memcpy(points->getData(), numbers.data(), numbers.size() * sizeof(float));
+    if (!numbers.empty())
+        std::memcpy(points->getData(), numbers.data(), numbers.size() * sizeof(float));
     return points;
 }
 
