@@ -87,15 +87,6 @@ void measureBare(std::size_t number)
     std::printf("%g\n", bytesInUse() - before);
 }
 
-std::vector<double> numbersOf(const char* who, std::size_t number)
-{
-    const QByteArray output = outputOf(QCoreApplication::applicationFilePath(), {who, QString::number(number)});
-    std::vector<double> numbers;
-    for (const QByteArray& word : output.simplified().split(' '))
-        numbers.push_back(word.toDouble());
-    return numbers;
-}
-
 void printTable(std::size_t most)
 {
     std::printf("| points | sent to first picture | frame while turning | share of the points | longest wait at rest | "

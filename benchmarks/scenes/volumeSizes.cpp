@@ -55,15 +55,6 @@ void measureRenderer(int side)
     std::printf("%g %g\n", watch.seconds(), peak.bytes());
 }
 
-std::vector<double> numbersOf(const char* who, int side)
-{
-    const QByteArray output = outputOf(QCoreApplication::applicationFilePath(), {who, QString::number(side)});
-    std::vector<double> numbers;
-    for (const QByteArray& word : output.simplified().split(' '))
-        numbers.push_back(word.toDouble());
-    return numbers;
-}
-
 // Textures of two bytes a sample, and of four where there are fewer samples at first.
 double bytesToHold(int side)
 {

@@ -92,7 +92,8 @@ PFNGLBLITFRAMEBUFFEREXTPROC blitFunction()
     return reinterpret_cast<PFNGLBLITFRAMEBUFFEREXTPROC>(address);
 }
 
-// A copy with one sample for each pixel of a part of what is read from, which it is read from itself while it lives.
+// A copy, with one sample for each pixel, of a part of what is read from. While it lives, the copy is read from
+// instead.
 class ResolvedPixels
 {
 public:
