@@ -18,10 +18,11 @@ namespace {
 class HeadScene
 {
 public:
-    HeadScene()
+    explicit HeadScene(bool mayBeCoarse = false)
     {
         if (!m_Context)
             throw tavo::PException("there is no context");
+        m_Look.mayBeCoarse = mayBeCoarse;
     }
     void send(tavo::ItemUpdate item)
     {
@@ -43,20 +44,32 @@ private:
 class Textures : public Contestant
 {
 public:
+    enum class Kind
+    {
+        None,
+        Coarse,
+        Whole
+    };
+
+    explicit Textures(Kind kind)
+        : m_Kind(kind)
+    {}
     void prepare() override
     {
-        m_Scene.emplace();
+        m_Scene.emplace(m_Kind == Kind::Coarse);
         m_Scene->draw(); // of nothing
     }
     void run() override
     {
-        m_Scene->send(headVolume());
+        if (m_Kind != Kind::None)
+            m_Scene->send(headVolume());
         m_Scene->draw();
     }
     void cleanUp() override { m_Scene.reset(); }
 
 private:
     std::shared_ptr<tavo::SceneContext> m_Context = tavo::SceneContext::get(); // which lives on between the runs
+    Kind m_Kind;
     std::optional<HeadScene> m_Scene;
 };
 
@@ -156,7 +169,7 @@ private:
 void addVolumes()
 {
     add({"textures of the head in view, from its samples",
-        {{"vireo", std::make_unique<Textures>},
+        {{"vireo", [] { return std::make_unique<Textures>(Textures::Kind::Whole); }},
             {"SliceVolumeRenderer", [] { return stackBySliceRenderer(head(), VIEW_OF_HEAD); }, 0.65, anyResult},
             {"bare conversion and upload", std::make_unique<BareTextures>, std::nullopt, anyResult}}});
     add({"the same after a changed transfer function",
@@ -164,6 +177,10 @@ void addVolumes()
             {"SliceVolumeRenderer", [] { return changedStackBySliceRenderer(head(), VIEW_OF_HEAD); }, 0.5,
                 anyResult}}});
     constexpr double AT_ONCE = 0.1;
+    add({"coarse textures of the head, which come first",
+        {{"vireo", [] { return std::make_unique<Textures>(Textures::Kind::Coarse); }},
+            {"an empty scene", [] { return std::make_unique<Textures>(Textures::Kind::None); }, 1.0, anyResult,
+                AT_ONCE}}});
     add({"first picture of the head in a view, which may be coarse",
         {{"vireo", [] { return std::make_unique<FirstPicture>(true); }},
             {"an empty scene", [] { return std::make_unique<FirstPicture>(false); }, 1.0, anyResult, AT_ONCE}}});
