@@ -12,6 +12,7 @@
 #include "vireo/show/delivery/isShowOff.h"
 #include "vireo/show/delivery/nothingToSee.h"
 #include "vireo/show/delivery/sayOnce.h"
+#include "vireo/show/scenes/SceneBox.h"
 #include "vireo/show/scenes/SceneCamera.h"
 #include "vireo/show/scenes/SceneUpdate.h"
 #include "vireo/show/scenes/pointSetItem.h"
@@ -125,6 +126,11 @@ struct Call
                       std::to_string(numVertices));
     }
 
+    static SentToBeSeen coordinates(const NumberArray& numbers, const char* what, std::size_t width = 3)
+    {
+        return {&numbers, what, width, LARGEST_COORDINATE};
+    }
+
     bool hasToBeSeen(const ItemShape& shape) const
     {
         const NumberArray& points = shape.points.numbers;
@@ -132,11 +138,11 @@ struct Call
         switch (shape.kind) {
         case ItemKind::Frame: return true;
         case ItemKind::Mesh:
-            return hasToBeSeen({{&points, "vertices", 3}}) && hasToBeSeen({{&shape.faces.numbers, "faces"}});
-        case ItemKind::Segments: return hasToBeSeen({{&points, "segments", 6}});
-        case ItemKind::Vectors: return hasToBeSeen({{&points, "points", 3}, {&ends, "directions", 3}});
-        case ItemKind::Boxes: return hasToBeSeen({{&points, "minima", 3}, {&ends, "maxima", 3}});
-        default: return hasToBeSeen({{&points, "points", 3}});
+            return hasToBeSeen({coordinates(points, "vertices")}) && hasToBeSeen({{&shape.faces.numbers, "faces"}});
+        case ItemKind::Segments: return hasToBeSeen({coordinates(points, "segments", 6)});
+        case ItemKind::Vectors: return hasToBeSeen({coordinates(points, "points"), {&ends, "directions", 3}});
+        case ItemKind::Boxes: return hasToBeSeen({coordinates(points, "minima"), coordinates(ends, "maxima")});
+        default: return hasToBeSeen({coordinates(points, "points")});
         }
     }
 

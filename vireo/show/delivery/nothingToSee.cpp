@@ -2,22 +2,26 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <sstream>
 #include <type_traits>
 
 namespace tavo {
 
 namespace {
 
-// The first place from `place` on where the numbers are finite; behind the last one if there is none.
+// The first place from `place` on where the numbers are finite, and not too large; behind the last one if there is
+// none.
 std::size_t nextFinite(const SentToBeSeen& sent, std::size_t place)
 {
-    return sent.numbers->visit([&sent, place](const auto* numbers, std::size_t size) {
+    const double largest = std::min(sent.largest, std::numeric_limits<double>::max());
+    return sent.numbers->visit([&sent, place, largest](const auto* numbers, std::size_t size) {
         using T = std::remove_cv_t<std::remove_pointer_t<decltype(numbers)>>;
         const std::size_t end = size / sent.width;
         std::size_t next = std::min(place, end);
         if constexpr (std::is_floating_point_v<T>)
             while (next < end && !std::all_of(numbers + next * sent.width, numbers + (next + 1) * sent.width,
-                                     [](T number) { return std::isfinite(number); }))
+                                     [largest](T number) { return std::abs(number) <= largest; }))
                 ++next;
         return next;
     });
@@ -47,6 +51,13 @@ bool areAnywhereFiniteTogether(std::initializer_list<SentToBeSeen> all)
     return true;
 }
 
+std::string text(double number)
+{
+    std::ostringstream written;
+    written << number;
+    return written.str();
+}
+
 std::string namesOf(std::initializer_list<SentToBeSeen> all)
 {
     std::string names;
@@ -63,8 +74,12 @@ std::string whyNothingIsSeen(std::initializer_list<SentToBeSeen> all)
     for (const SentToBeSeen& sent : all) {
         if (sent.numbers && sent.numbers->isEmpty())
             return std::string("there are no ") + sent.what + " to show";
-        if (sent.numbers && !isAnywhereFinite(sent))
-            return std::string("none of the ") + sent.what + " is finite";
+        if (!sent.numbers || isAnywhereFinite(sent))
+            continue;
+        const std::string none = std::string("none of the ") + sent.what;
+        const SentToBeSeen anyFinite{sent.numbers, sent.what, sent.width};
+        return isAnywhereFinite(anyFinite) ? none + " is within " + text(sent.largest) + " of zero"
+                                           : none + " is finite";
     }
     return areAnywhereFiniteTogether(all) ? "" : "nowhere are " + namesOf(all) + " finite together";
 }

@@ -3,6 +3,9 @@
 #include <QEvent>
 #include <QPainter>
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
 #include <unordered_map>
 #include <utility>
 
@@ -59,6 +62,33 @@ const char* nameOfType(const NumberArray& numbers)
             {"uint8", "int8"}, {"uint16", "int16"}, {"uint32", "int32"}, {"uint64", "int64"}};
         return NAMES[BITS == 8 ? 0 : BITS == 16 ? 1 : BITS == 32 ? 2 : 3][std::is_signed_v<T> ? 1 : 0];
     });
+}
+
+// What a bar of colours is from and to. Integers that no double tells apart are counted from the least.
+struct BarRange
+{
+    double from;
+    double to;
+    QString offset = {};
+};
+
+BarRange barRange(const ImageLook& look)
+{
+    const auto from = static_cast<double>(look.from);
+    const auto to = static_cast<double>(look.to);
+    const long double least = std::floor(std::min(look.from, look.to));
+    const bool isExact = from == look.from && to == look.to;
+    if (isExact || std::abs(least) > static_cast<long double>(std::numeric_limits<std::uint64_t>::max()))
+        return {from, to};
+    const QString digits = least < 0 ? QString::number(static_cast<qlonglong>(least))
+                                     : "+" + QString::number(static_cast<qulonglong>(least));
+    return {static_cast<double>(look.from - least), static_cast<double>(look.to - least), digits};
+}
+
+QRectF barIn(const QRectF& place, double line)
+{
+    constexpr double WIDTH = 14;
+    return {place.left() + line, place.top() + 3 * line, WIDTH, place.height() - 5 * line};
 }
 
 QString counted(std::size_t number, const QString& what)
@@ -374,24 +404,28 @@ QImage ImageView::picture(QSize size)
 // Without the colour bar that large pictures of one channel have at their right.
 QSize ImageView::sizeInPicture(const QSize& size) const
 {
-    constexpr int LETTERS = 13;     // of the bar and its numbers
+    constexpr int LETTERS = 13;     // of the bar and its numbers, mostly
     constexpr int LEAST_PART = 5;   // of the picture, at most
     constexpr int LEAST_LINES = 10; // in height
-    const int width = LETTERS * fontMetrics().averageCharWidth();
-    const bool hasBar = !m_Model.pixels().isEmpty() && !m_Model.look().isColour() &&
-                        size.width() >= LEAST_PART * width && size.height() >= LEAST_LINES * fontMetrics().height();
+    const BarRange range = barRange(m_Model.look());
+    if (m_Model.pixels().isEmpty() || m_Model.look().isColour() || !std::isfinite(range.to - range.from))
+        return size;
+    const double line = fontMetrics().height();
+    const double numbers = widthOfColourBar(
+        barIn(QRectF(QPointF(), size), line), range.from, range.to, range.offset, QFontMetricsF(font()));
+    const int usual = LETTERS * fontMetrics().averageCharWidth();
+    const int width = std::max(static_cast<int>(std::ceil(numbers + 1.5 * line)), usual);
+    const bool hasBar = size.width() >= std::max(LEAST_PART * usual, 2 * width) && size.height() >= LEAST_LINES * line;
     return hasBar ? QSize(size.width() - width, size.height()) : size;
 }
 
 void ImageView::paintColourBar(QPainter& painter, const QRectF& place) const
 {
-    constexpr double WIDTH = 14;
-    const double line = fontMetrics().height();
-    const ImageLook& look = m_Model.look();
+    const BarRange range = barRange(m_Model.look());
     painter.setFont(font());
     painter.setPen(palette().color(QPalette::Text));
-    drawColourBar(painter, QRectF(place.left() + line, place.top() + 3 * line, WIDTH, place.height() - 5 * line),
-        m_Model.colours().map(), static_cast<double>(look.from), static_cast<double>(look.to), QString());
+    drawColourBar(
+        painter, barIn(place, fontMetrics().height()), m_Model.colours().map(), range.from, range.to, range.offset);
 }
 
 std::vector<Gesture> ImageView::gestures() const

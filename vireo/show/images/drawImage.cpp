@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <set>
 #include <type_traits>
 #include <vector>
 
@@ -179,19 +180,42 @@ void drawGrid(QPainter& painter, const QRect& seen, const ImageSight& sight, con
     }
 }
 
+// In every pixel, with as many digits as tell them apart, if there is room for more than a few.
+std::vector<QString> textsOf(const ImagePixels& pixels, const ImageLook& look, const QRect& seen, double scale)
+{
+    constexpr int FEWEST = 4;
+    constexpr int MOST = 17;     // which no double needs more than
+    constexpr double LETTER = 7; // pixels
+    constexpr int BESIDE = 7;    // letters that are no digits of theirs
+    const auto textsWith = [&](int digits) {
+        std::vector<QString> texts;
+        for (int y = seen.top(); y <= seen.bottom(); ++y)
+            for (int x = seen.left(); x <= seen.right(); ++x)
+                texts.push_back(textOfPixel(pixels, look, x, y, digits));
+        return texts;
+    };
+    const auto numDifferent = [](const std::vector<QString>& texts) {
+        return std::set<QString>(texts.begin(), texts.end()).size();
+    };
+    const int most = std::min(static_cast<int>(scale / LETTER) - BESIDE, MOST);
+    std::vector<QString> texts = textsWith(FEWEST);
+    if (most <= FEWEST)
+        return texts;
+    const std::size_t numAll = numDifferent(textsWith(most));
+    for (int digits = FEWEST + 1; digits <= most && numDifferent(texts) < numAll; ++digits)
+        texts = textsWith(digits);
+    return texts;
+}
+
 // A grid, and in every pixel its numbers.
 void drawValues(
     QImage& picture, const ImagePixels& pixels, const PixelColours& colours, const ImageSight& sight, const QFont& font)
 {
-    constexpr int DIGITS = 4;
     const QRect seen = seenPixels({pixels.width, pixels.height}, sight, picture.size());
     const ImageLook& look = colours.look();
     QPainter painter(&picture);
     drawGrid(painter, seen, sight, picture.size());
-    std::vector<QString> texts;
-    for (int y = seen.top(); y <= seen.bottom(); ++y)
-        for (int x = seen.left(); x <= seen.right(); ++x)
-            texts.push_back(textOfPixel(pixels, look, x, y, DIGITS));
+    const std::vector<QString> texts = textsOf(pixels, look, seen, sight.scale);
     painter.setFont(fontFor(font, sight.scale, numLines(pixels, look), texts));
     auto text = texts.begin();
     for (int y = seen.top(); y <= seen.bottom(); ++y)

@@ -11,6 +11,33 @@
 
 namespace tavo {
 
+namespace {
+
+bool isCompilingList()
+{
+    GLint list = 0;
+    glGetIntegerv(GL_LIST_INDEX, &list);
+    return list != 0;
+}
+
+bool hasRoom(GLenum depth, GLenum most)
+{
+    constexpr GLint NEEDED = 2;
+    GLint taken = 0;
+    GLint all = 0;
+    glGetIntegerv(depth, &taken);
+    glGetIntegerv(most, &all);
+    return all - taken >= NEEDED;
+}
+
+bool canSaveState()
+{
+    return hasRoom(GL_ATTRIB_STACK_DEPTH, GL_MAX_ATTRIB_STACK_DEPTH) &&
+           hasRoom(GL_CLIENT_ATTRIB_STACK_DEPTH, GL_MAX_CLIENT_ATTRIB_STACK_DEPTH);
+}
+
+} // namespace
+
 void refuseReading(std::string_view name, const std::string& why) noexcept
 {
     if (isShowOff())
@@ -26,6 +53,10 @@ bool canReadHere(std::string_view name) noexcept
         refuseReading(name, "no context is current that it could be read in");
     else if (!hasFixedFunctions())
         refuseReading(name, "the context has the core profile of OpenGL, in which nothing is read");
+    else if (isCompilingList())
+        refuseReading(name, "a display list is being compiled, to which reading would be added");
+    else if (!canSaveState())
+        refuseReading(name, "the stacks of attributes are full, so that its state could not be as before");
     else {
         initGLExtensions(); // the program may have no GLContext
         return true;

@@ -110,6 +110,9 @@ public:
         return bits;
     }
 
+    // Others, such as stencils, are of no format of colours.
+    bool areColoursOrDepths() const { return areDepths() || numBits() > 0; }
+
     // Numbers of floating point, or such that may be below 0.
     bool areFloats() const { return areDepths() || areOfType(GL_FLOAT) || areOfType(GL_SIGNED_NORMALIZED); }
 
@@ -219,6 +222,8 @@ public:
             refuseReading(name, "there is no " + ofLevel + " and " + ofLayer);
         else if (layer >= numLayers(level))
             refuseReading(name, ofLevel + " of the texture has no " + ofLayer);
+        else if (!Level(targetOf(layer), level).areColoursOrDepths())
+            refuseReading(name, ofLevel + " of the texture has neither colours nor depths");
         else
             return true;
         return false;

@@ -9,6 +9,8 @@
 
 namespace tavo {
 
+constexpr double LARGEST_COORDINATE = 1e30; // beyond it, floats cannot tell how far things are from each other
+
 // The smallest box, along the axes, around all that it was extended by. In the beginning there is nothing in it.
 class SceneBox
 {

@@ -123,9 +123,8 @@ bool SceneItem::applySize(ItemUpdate& update)
 // What is drawn reaches beyond the middles of its points.
 void SceneItem::addRadii()
 {
-    constexpr double LARGEST = 1e30; // as of coordinates
     const bool areSeen = m_Radii.used() && !m_Chosen.size && kind() == ItemKind::Cloud;
-    m_LargestRadius = areSeen ? std::min(finiteRangeOf(m_Radii.used()->numbers).second, LARGEST) : 0;
+    m_LargestRadius = areSeen ? std::min(finiteRangeOf(m_Radii.used()->numbers).second, LARGEST_COORDINATE) : 0;
     if (!(m_LargestRadius > 0) || m_Drawn.box.isEmpty())
         return;
     const Vector3d radius(m_LargestRadius, m_LargestRadius, m_LargestRadius);

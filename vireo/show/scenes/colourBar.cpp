@@ -11,6 +11,9 @@ namespace tavo {
 
 namespace {
 
+constexpr double TICK_LENGTH = 5;
+constexpr double GAP = 3;
+
 // One column, the last colour on top.
 QImage columnOf(const ColourMap& map)
 {
@@ -41,11 +44,18 @@ ColourBarNumbers colourBarNumbers(
     return numbers;
 }
 
+double widthOfColourBar(const QRectF& bar, double from, double to, const QString& field, const QFontMetricsF& font)
+{
+    const ColourBarNumbers numbers = colourBarNumbers(bar, from, to, field, font);
+    double width = font.horizontalAdvance(numbers.title);
+    for (const ColourBarNumbers::Tick& tick : numbers.ticks)
+        width = std::max(width, bar.width() + TICK_LENGTH + GAP + font.horizontalAdvance(tick.label));
+    return width;
+}
+
 void drawColourBar(
     QPainter& painter, const QRectF& bar, const ColourMap& map, double from, double to, const QString& field)
 {
-    constexpr double TICK_LENGTH = 5;
-    constexpr double GAP = 3;
     painter.drawImage(bar, columnOf(map));
     painter.drawRect(bar);
     const QFontMetricsF font(painter.font());

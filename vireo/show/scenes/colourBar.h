@@ -28,6 +28,9 @@ struct ColourBarNumbers
 ColourBarNumbers colourBarNumbers(
     const QRectF& bar, double from, double to, const QString& field, const QFontMetricsF& font);
 
+// How wide the bar is with its numbers and its title.
+double widthOfColourBar(const QRectF& bar, double from, double to, const QString& field, const QFontMetricsF& font);
+
 // Draws the bar, its numbers to the right of it and its title above, with the pen and the font that are set.
 void drawColourBar(
     QPainter& painter, const QRectF& bar, const ColourMap& map, double from, double to, const QString& field);

@@ -15,8 +15,6 @@ namespace tavo {
 
 namespace {
 
-constexpr double LARGEST = 1e30; // beyond it, floats cannot tell how far things are from each other
-
 // Calls `use(i, point)` for each.
 template <typename Use>
 void forEachPoint(const NumberTuples& points, Use use)
@@ -36,7 +34,8 @@ Vector3d pointAt(const NumberTuples& points, std::size_t i)
 
 bool isUsable(const Vector3d& point)
 {
-    return std::abs(point[0]) <= LARGEST && std::abs(point[1]) <= LARGEST && std::abs(point[2]) <= LARGEST;
+    return std::abs(point[0]) <= LARGEST_COORDINATE && std::abs(point[1]) <= LARGEST_COORDINATE &&
+           std::abs(point[2]) <= LARGEST_COORDINATE;
 }
 
 void append(std::vector<float>& numbers, const Vector3d& vector)
@@ -119,7 +118,7 @@ void writeCloud(DrawnItem& item, std::size_t numVertices, const NumberTuples& po
     normals->numbers.visit([&](const auto* numbers, std::size_t) {
         write(item.normals, item, numVertices, [&](std::size_t source, std::size_t axis) {
             const auto component = static_cast<double>(numbers[3 * source + axis]);
-            return std::abs(component) <= LARGEST ? static_cast<float>(component) : 0;
+            return std::abs(component) <= LARGEST_COORDINATE ? static_cast<float>(component) : 0;
         });
     });
 }

@@ -17,7 +17,6 @@ constexpr double EDGE = 10; // around everything
 constexpr double GAP = 12;  // between bars
 constexpr double MARK_SIDE = 72;
 constexpr double BAR_WIDTH = 14;
-constexpr double TO_LABELS = 8; // from a bar of colours
 constexpr double LONGEST_BAR = 240;
 constexpr double WIDEST_TITLE = 140;
 constexpr double WIDTH_STEP = 16; // so that bars do not shift everything when a number gets longer
@@ -77,12 +76,8 @@ double widthOf(const ColourBar& bar, const QFontMetricsF& font)
     double width = font.horizontalAdvance(bar.field);
     for (const LegendRow& row : bar.categories)
         width = std::max(width, widthOf(row, font));
-    if (bar.categories.empty()) {
-        const ColourBarNumbers numbers = colourBarNumbers(bar.bar, bar.range.first, bar.range.second, bar.field, font);
-        for (const ColourBarNumbers::Tick& tick : numbers.ticks)
-            width = std::max(width, BAR_WIDTH + TO_LABELS + font.horizontalAdvance(tick.label));
-        width = std::max(width, font.horizontalAdvance(numbers.title));
-    }
+    if (bar.categories.empty())
+        width = std::max(width, widthOfColourBar(bar.bar, bar.range.first, bar.range.second, bar.field, font));
     return WIDTH_STEP * std::ceil(width / WIDTH_STEP);
 }
 

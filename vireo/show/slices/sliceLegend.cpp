@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "vireo/show/scenes/colourBar.h"
@@ -14,9 +15,26 @@ namespace {
 
 constexpr double MARGINS = 2; // in lines, on both sides of what stands there
 
-bool hasBar(const SlicesModel& model)
+struct Bar
 {
-    return !model.overlay().isEmpty() && !model.overlay().look().isColour();
+    QRectF place;
+    double from;
+    double to;
+};
+
+// Of the overlay, if it has one number a sample and a range that is one.
+std::optional<Bar> barOf(const SlicesModel& model, const QRect& legend, bool hasLabels, double line)
+{
+    constexpr double WIDTH = 14;
+    constexpr double LONGEST = 200;
+    if (model.overlay().isEmpty() || model.overlay().look().isColour())
+        return {};
+    const ImageLook& look = model.overlay().look();
+    const double top = legend.top() + 2.5 * line;
+    const double rest = hasLabels ? legend.height() / 2.0 : 2 * line;
+    const Bar bar{{legend.left() + line / 2, top, WIDTH, std::min(LONGEST, legend.bottom() - rest - top)},
+        static_cast<double>(look.from), static_cast<double>(look.to)};
+    return std::isfinite(bar.to - bar.from) ? std::optional(bar) : std::nullopt;
 }
 
 std::vector<LegendRow> rowsOf(const SlicesModel& model, const std::set<std::int64_t>& labels)
@@ -37,20 +55,27 @@ QString translated(const char* text)
 
 } // namespace
 
-// As wide as what stands in it, within limits.
+// As wide as what stands in it; names are shortened, numbers are not.
 int widthOfSliceLegend(const SlicesModel& model, const QSize& picture, const QFontMetrics& font)
 {
     constexpr int FEWEST = 10; // letters
     constexpr int MOST = 26;
     constexpr int LEAST_PART = 3;   // of the picture, at most
     constexpr int LEAST_LINES = 14; // in height
-    if (!hasBar(model) && model.labels().isEmpty())
+    const bool hasLabels = !model.labels().isEmpty();
+    const std::optional<Bar> bar = barOf(model, QRect(QPoint(), picture), hasLabels, font.height());
+    if (!bar && !hasLabels)
         return 0;
     const int letter = font.averageCharWidth();
     double text = FEWEST * letter;
     for (const auto& [label, name] : model.labelNames())
         text = std::max(text, widthOf({Qt::black, QString::fromStdString(name)}, QFontMetricsF(font)));
-    const int width = std::min(static_cast<int>(std::ceil(text + MARGINS * font.height())), MOST * letter);
+    int width = std::min(static_cast<int>(std::ceil(text + MARGINS * font.height())), MOST * letter);
+    if (bar) {
+        const double numbers =
+            widthOfColourBar(bar->place, bar->from, bar->to, translated("overlay"), QFontMetricsF(font));
+        width = std::max(width, static_cast<int>(std::ceil(numbers + font.height())));
+    }
     const bool hasRoom = picture.width() >= LEAST_PART * width && picture.height() >= LEAST_LINES * font.height();
     return hasRoom ? width : 0;
 }
@@ -58,19 +83,13 @@ int widthOfSliceLegend(const SlicesModel& model, const QSize& picture, const QFo
 void drawSliceLegend(
     QPainter& painter, const SlicesModel& model, const std::set<std::int64_t>& labels, const QRect& place)
 {
-    constexpr double WIDTH = 14; // of the bar
-    constexpr double LONGEST = 200;
     const QFontMetricsF font(painter.font());
     const double line = font.height();
     const double left = place.left() + line / 2;
     double top = place.top() + 2.5 * line;
-    if (hasBar(model)) {
-        const ShownLayer& overlay = model.overlay();
-        const double rest = labels.empty() ? 2 * line : place.height() / 2.0;
-        const QRectF bar(left, top, WIDTH, std::min(LONGEST, place.bottom() - rest - top));
-        drawColourBar(painter, bar, overlay.colours().map(), static_cast<double>(overlay.look().from),
-            static_cast<double>(overlay.look().to), translated("overlay"));
-        top = bar.bottom() + 3.5 * line;
+    if (const std::optional<Bar> bar = barOf(model, place, !labels.empty(), line)) {
+        drawColourBar(painter, bar->place, model.overlay().colours().map(), bar->from, bar->to, translated("overlay"));
+        top = bar->place.bottom() + 3.5 * line;
     }
     if (!labels.empty())
         drawLegend(painter, {left, top},

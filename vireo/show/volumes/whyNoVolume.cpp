@@ -4,11 +4,12 @@
 #include <cmath>
 #include <limits>
 
+#include "vireo/show/scenes/SceneBox.h"
+
 namespace tavo {
 
 namespace {
 
-constexpr double LARGEST = 1e30;  // beyond it, floats cannot tell how far things are from each other
 constexpr double FLATTEST = 1e-6; // the volume that three axes of length 1 span
 
 std::string written(double number)
@@ -55,16 +56,18 @@ std::string whyNoSpacing(const SentGrid& grid)
     if (!isPositive(spacing[0]) || !isPositive(spacing[1]) || !isPositive(spacing[2]))
         return writtenTriple(spacing) + " is no distance of samples";
     for (std::size_t i = 0; i < 3; ++i)
-        if (!(spacing[i] * double(grid.size[i]) <= LARGEST) || spacing[i] < 1 / LARGEST)
-            return writtenTriple(grid.size) + " samples with a distance of " + writtenTriple(spacing) +
-                   " are more than floats tell apart";
+        if (!(spacing[i] * double(grid.size[i]) <= LARGEST_COORDINATE) || spacing[i] < 1 / LARGEST_COORDINATE)
+            return "a distance of " + writtenTriple(spacing) + " is too " + (spacing[i] < 1 ? "small" : "large") +
+                   " for floats to tell where " + writtenTriple(grid.size) + " samples are";
     return {};
 }
 
 std::string whyNoPlace(const SentGrid& grid)
 {
-    if (!isFinite(grid.origin) || length(grid.origin) > LARGEST)
+    if (!isFinite(grid.origin))
         return "its origin is not finite";
+    if (length(grid.origin) > LARGEST_COORDINATE)
+        return "its origin is too far away";
     const auto& [x, y, z] = grid.orientation;
     for (const Vector3d& axis : {x, y, z})
         if (!isFinite(axis) || !isPositive(length(axis)))

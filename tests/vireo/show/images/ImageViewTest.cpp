@@ -340,6 +340,44 @@ TEST_F(ImageViewTest, LargePicturesOfOneChannelHaveAColourBar)
         ASSERT_EQ(colours.pixel(980, y), colours.pixel(980, 0)) << "colours have none";
 }
 
+// Nothing is cut off at the right edge of a picture.
+TEST_F(ImageViewTest, NumbersBesideTheColourBarAreWhole)
+{
+    constexpr std::int64_t LARGE = std::int64_t(1) << 62;
+    const ImagePixels pixels[] = {imageOf<double>({101325.5, 101325.52}, 2, 1),
+        imageOf<double>({1e12, 1e12 + 0.001}, 2, 1), imageOf<std::int64_t>({LARGE, LARGE + 15}, 2, 1),
+        imageOf<std::int64_t>({-LARGE, -LARGE + 15}, 2, 1)};
+    for (const ImagePixels& image : pixels) {
+        send(m_View, image);
+        const QImage picture = m_View.picture({1000, 600});
+        const QRgb ground = picture.pixel(999, 599);
+        for (int x = 996; x < 1000; ++x)
+            for (int y = 0; y < 600; ++y)
+                ASSERT_EQ(picture.pixel(x, y), ground) << image.numbers[0];
+    }
+}
+
+TEST_F(ImageViewTest, NumbersInPixelsAreToldApart)
+{
+    ImageSettings settings;
+    settings.range = ImageRange{ImageRange::Kind::Fixed, 2e5, 3e5};
+    send(m_View, imageOf<double>({101325.5, 101325.52}, 2, 1), settings);
+    const QImage picture = m_View.picture({400, 300});
+    const QImage left = picture.copy(80, 100, 112, 100);
+    ASSERT_EQ(picture.pixel(90, 110), qRgb(0, 0, 0));
+    EXPECT_NE(left, QImage(112, 100, left.format()));
+    EXPECT_NE(left, picture.copy(208, 100, 112, 100));
+}
+
+TEST_F(ImageViewTest, ARangeThatIsNoNumberHasNoColourBar)
+{
+    send(m_View, imageOf<double>({1.7e308, -1.7e308}, 2, 1));
+    const QImage picture = m_View.picture({1000, 600});
+    for (int x = 800; x < 1000; ++x)
+        for (int y = 0; y < 600; ++y)
+            ASSERT_EQ(picture.pixel(x, y), picture.pixel(999, 599));
+}
+
 TEST_F(ImageViewTest, IntegersOf64BitsAreExactAtTheirEnds)
 {
     const std::int64_t least = std::numeric_limits<std::int64_t>::min();

@@ -505,6 +505,49 @@ TEST_F(TextureImageGLTest, TargetsWithoutTexelsAreALine)
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 
+TEST_F(TextureImageGLTest, TexelsThatAreNoColoursAreALine)
+{
+    if (!isListed("GL_ARB_texture_stencil8"))
+        GTEST_SKIP() << "there are no textures of stencils";
+    TextureOf stencils(context(), GL_TEXTURE_2D);
+    fill<std::uint8_t>(stencils, GL_TEXTURE_2D, GL_STENCIL_INDEX8, GL_STENCIL_INDEX, GL_UNSIGNED_BYTE, {7, 7}, 2, 1, 1);
+    testing::internal::CaptureStderr();
+    image("stencils", stencils);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+        HasSubstr("level 0 of the texture has neither colours nor depths; what was shown stays"));
+    EXPECT_FALSE(takeImage());
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+TEST_F(TextureImageGLTest, NothingIsAddedToADisplayList)
+{
+    const GLuint list = glGenLists(1);
+    glNewList(list, GL_COMPILE);
+    testing::internal::CaptureStderr();
+    framebufferImage("listed");
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("a display list is being compiled"));
+    glEndList();
+    EXPECT_FALSE(takeImage());
+    glDeleteLists(list, 1);
+}
+
+TEST_F(TextureImageGLTest, FullStacksOfAttributesStayAsTheyAre)
+{
+    GLint most = 0;
+    glGetIntegerv(GL_MAX_ATTRIB_STACK_DEPTH, &most);
+    for (GLint i = 0; i < most; ++i)
+        glPushAttrib(GL_LINE_BIT);
+    testing::internal::CaptureStderr();
+    framebufferImage("full");
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("the stacks of attributes are full"));
+    GLint depth = 0;
+    glGetIntegerv(GL_ATTRIB_STACK_DEPTH, &depth);
+    EXPECT_EQ(depth, most);
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    for (GLint i = 0; i < most; ++i)
+        glPopAttrib();
+}
+
 // A framebuffer object with renderbuffers of these formats, of several samples, which is drawn to while it lives.
 class Samples
 {

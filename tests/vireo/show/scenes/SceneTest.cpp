@@ -481,14 +481,18 @@ TEST(SceneTest, ItemsOfWhichNothingWouldBeSeenAreNamedOnce)
     for (int i = 0; i < 2; ++i) {
         scene("nothing").cloud("none", none).labels(std::vector<int>());
         scene("nothing").lines("NaN", notNumbers).colour({255, 0, 0, 255});
+        scene("nothing").cloud("far", {1e31, 0, 0}).colour({255, 0, 0, 255});
         scene("nothing").cloud("one", {1, 2, 3});
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
         "warning: tavo: scene(\"nothing\").cloud(\"none\"): there are no points to show; what was shown stays\n"
-        "warning: tavo: scene(\"nothing\").lines(\"NaN\"): none of the points is finite; what was shown stays\n");
+        "warning: tavo: scene(\"nothing\").lines(\"NaN\"): none of the points is finite; what was shown stays\n"
+        "warning: tavo: scene(\"nothing\").cloud(\"far\"): none of the points is within 1e+30 of zero; what was shown "
+        "stays\n");
     const auto sent = takeScene("nothing");
     EXPECT_FALSE(sent->items.contains("none"));
     EXPECT_FALSE(sent->items["NaN"].shape);
+    EXPECT_FALSE(sent->items["far"].shape);
     EXPECT_TRUE(sent->items["one"].shape);
 }
 

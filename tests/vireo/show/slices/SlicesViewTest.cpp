@@ -222,6 +222,20 @@ TEST_F(SlicesViewTest, TheLegendIsAsWideAsWhatStandsInIt)
         26 * m_View.fontMetrics().averageCharWidth());
 }
 
+TEST_F(SlicesViewTest, NumbersOfTheOverlayAreWhole)
+{
+    const auto widthOf = [this](double least) {
+        SlicesUpdate update;
+        update.overlay = layerOf<double>({least}, {1, 1, 1});
+        update.overlaySettings.window.emplace(least, least + 0.5);
+        m_View.apply(update);
+        return widthOfSliceLegend(m_View.getModel(), {1600, 900}, m_View.fontMetrics());
+    };
+    send(cube(8));
+    EXPECT_GT(widthOf(1e6), widthOf(0));
+    EXPECT_GT(widthOf(1e12), m_View.fontMetrics().horizontalAdvance("overlay  +1000000000000"));
+}
+
 TEST_F(SlicesViewTest, LabelsThatDoNotFitAreALine)
 {
     const auto labelsOf = [this](std::size_t number) {
