@@ -95,6 +95,15 @@ void sendSamples(const ViewSlotPointer& slot, CurveKind kind, std::string_view n
 }
 
 // Has an axis of a plot show a range, or says why it cannot.
+// Says of a call that what it asks for is none.
+void refuse(const ViewSlotPointer& slot, const std::string& call, const char* why)
+{
+    runGuarded([&] {
+        sayOnce(
+            "plot(\"" + printable(slot->name, LONGEST_NAME) + "\")." + call + ": " + why + "; what was shown stays");
+    });
+}
+
 void sendRange(const ViewSlotPointer& slot, const char* operation, AxisUpdate PlotUpdate::*axis, double from, double to)
 {
     if (!isSent(slot))
@@ -105,10 +114,9 @@ void sendRange(const ViewSlotPointer& slot, const char* operation, AxisUpdate Pl
         });
     else
         runGuarded([&] {
-            std::ostringstream numbers;
-            numbers << "(" << from << ", " << to << ")";
-            sayOnce("plot(\"" + printable(slot->name, LONGEST_NAME) + "\")." + operation + numbers.str() +
-                    ": a range goes from one number to another; what was shown stays");
+            std::ostringstream call;
+            call << operation << "(" << from << ", " << to << ")";
+            refuse(slot, call.str(), "a range goes from one number to another");
         });
 }
 
@@ -246,7 +254,14 @@ Plot Plot::horizontal(double y, std::string_view label, const Statement&) const
 
 Plot Plot::window(double seconds, const Statement&) const
 {
-    change(m_Slot, [seconds](PlotUpdate& plot) { plot.window = seconds; });
+    if (seconds > 0)
+        change(m_Slot, [seconds](PlotUpdate& plot) { plot.window = seconds; });
+    else if (isSent(m_Slot))
+        runGuarded([&] {
+            std::ostringstream call;
+            call << "window(" << seconds << ")";
+            refuse(m_Slot, call.str(), "a window is longer than nothing");
+        });
     return *this;
 }
 

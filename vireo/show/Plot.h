@@ -165,7 +165,7 @@ public:
     }
     Plot yRange(double from, double to, const Statement& statement = Statement()) const;
 
-    /// Shows no more of x than that, the newest of it, until the user chooses another length.
+    /// Shows no more of x than that, the newest of it, until the user chooses another length. It is above 0.
     Plot window(double seconds, const Statement& statement = Statement()) const;
 
     /// Shows the same part of x as the other plot, whichever of them is moved, or sent `xRange`, `window` or `logX`

@@ -59,7 +59,8 @@ VIREO_SHOW_EXPORT void show();
 ///         tavo::plot("rpm").append("motor", now(), measure());
 VIREO_SHOW_EXPORT bool pump();
 
-/// Opens the window and returns. False, with a line in the log, if there is no display.
+/// Opens the window and returns. False, with a line in the log, if there is no display; false without one where
+/// `VIREO_SHOW` says that no window is wanted.
 VIREO_SHOW_EXPORT bool openWindow();
 
 /// Closes the window, as its close button does. What is sent goes on arriving; the next new view opens it again.

@@ -372,6 +372,18 @@ TEST(InboxTest, RefusesRangesThatNoAxisCanShow)
     EXPECT_EQ(waiting->y.range->to, 2);
 }
 
+TEST(InboxTest, RefusesWindowsThatShowNothing)
+{
+    plot("plot").window(10);
+    testing::internal::CaptureStderr();
+    plot("plot").window(-3).window(0).window(NAN);
+    const std::string why = ": a window is longer than nothing; what was shown stays\n";
+    const std::string begin = "warning: tavo: plot(\"plot\").";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        begin + "window(-3)" + why + begin + "window(0)" + why + begin + "window(nan)" + why);
+    EXPECT_EQ(takePlot("plot")->window, 10);
+}
+
 TEST(InboxTest, SaysWordsOfStylesThatMeanNothing)
 {
     testing::internal::CaptureStderr();

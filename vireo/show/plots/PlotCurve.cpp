@@ -219,7 +219,8 @@ Extent PlotCurve::xExtent() const
 bool PlotCurve::isGap(std::size_t sample) const
 {
     const double y = m_Samples.y(sample);
-    return !std::isfinite(y) || (m_IsXLog && m_Samples.x(sample) <= 0) || (m_IsYLog && y <= 0);
+    return !std::isfinite(y) || !std::isfinite(m_Samples.x(sample)) || (m_IsXLog && m_Samples.x(sample) <= 0) ||
+           (m_IsYLog && y <= 0);
 }
 
 bool PlotCurve::needsMargin() const

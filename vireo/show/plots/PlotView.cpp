@@ -336,15 +336,19 @@ void PlotView::shareX(const PlotUpdate& update)
 void PlotView::shareScaleOfX(const PlotUpdate& update, const std::vector<PlotView*>& linked)
 {
     std::optional<bool>& isLog = m_Axes[PlotSight::X].isLog;
+    std::optional<bool>& isTime = m_Axes[PlotSight::X].isTime;
     std::optional<bool>& chosen = m_LogChosen[PlotSight::X];
     for (const PlotView* view : linked) {
         if (!update.x.isLog && view->m_Axes[PlotSight::X].isLog)
             isLog = view->m_Axes[PlotSight::X].isLog;
+        if (!update.x.isTime && view->m_Axes[PlotSight::X].isTime)
+            isTime = view->m_Axes[PlotSight::X].isTime;
         if (view->m_LogChosen[PlotSight::X])
             chosen = view->m_LogChosen[PlotSight::X];
     }
     for (PlotView* view : linked) {
         view->m_Axes[PlotSight::X].isLog = isLog;
+        view->m_Axes[PlotSight::X].isTime = isTime;
         view->m_LogChosen[PlotSight::X] = chosen;
         view->showScale(PlotSight::X);
         if (view != this)

@@ -513,6 +513,22 @@ TEST_F(PlotGesturesTest, LinkedPlotsShareTheWindow)
     expectSameX(m_View, other, {30 - 2 * 0.87, 30});
 }
 
+TEST_F(PlotGesturesTest, LinkedPlotsShareWhetherXIsTime)
+{
+    PlotUpdate time;
+    time.x.isTime = true;
+    m_View.apply(time);
+    PlotView other("other");
+    PlotUpdate update;
+    update.links.emplace_back("test");
+    other.apply(update);
+    EXPECT_TRUE(other.isTime(PlotSight::X));
+    PlotUpdate numbers;
+    numbers.x.isTime = false;
+    other.apply(numbers);
+    EXPECT_FALSE(m_View.isTime(PlotSight::X)) << "what was asked for last";
+}
+
 TEST_F(PlotGesturesTest, LinkedPlotsShareWhetherXIsLogarithmic)
 {
     PlotUpdate logarithmic;

@@ -248,6 +248,16 @@ TEST_F(PlotViewTest, XHasAMarginWhereSomethingStandsAtItsEnds)
     EXPECT_NEAR(fittedEnd(CurveKind::Bars, {1, 2, 1, 2, 1}), 4.4, 1e-9);
 }
 
+TEST_F(PlotViewTest, XHasAMarginWhereASampleStandsBesideOneWithoutX)
+{
+    PlotUpdate update;
+    CurveUpdate& curve = update.curve("a");
+    curve = samples({0, NAN, 2, 3}, {1, 2, 3, 2});
+    curve.name = "a";
+    m_View.apply(update);
+    EXPECT_LT(m_View.getSight().range(PlotSight::X).from, 0);
+}
+
 TEST_F(PlotViewTest, MarksAtTheEndsAreNotCut)
 {
     PlotUpdate update;
