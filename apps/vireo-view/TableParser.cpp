@@ -57,7 +57,7 @@ bool isGap(std::string_view cell)
     return isEmptyCell(cell) || (number && std::isnan(*number));
 }
 
-bool isInBrackets(std::string_view cell)
+bool isBracketed(std::string_view cell)
 {
     return cell.size() >= 2 &&
            ((cell.front() == '[' && cell.back() == ']') || (cell.front() == '(' && cell.back() == ')'));
@@ -67,7 +67,7 @@ bool isInBrackets(std::string_view cell)
 void joinBrackets(Cells& names)
 {
     for (std::size_t i = names.size(); i-- > 1;)
-        if (isInBrackets(names[i])) {
+        if (isBracketed(names[i])) {
             const char* const end = names[i].data() + names[i].size();
             names[i - 1] = {names[i - 1].data(), static_cast<std::size_t>(end - names[i - 1].data())};
             names.erase(names.begin() + static_cast<std::ptrdiff_t>(i));
@@ -157,6 +157,7 @@ void TableParser::parseLine(std::string_view line, std::size_t number)
     if (bare.empty()) {
         if (const std::size_t mark = line.find('#'); !hasStarted && mark != std::string_view::npos)
             m_Comment = trimmed(line.substr(mark + 1));
+        m_HasGap = true;
         return;
     }
     if (number == 1 && bare.size() == EXCELS_HINT.size() + 1 && bare.starts_with(EXCELS_HINT)) {
@@ -200,20 +201,47 @@ bool TableParser::isHeader() const
            !std::all_of(m_Cells.begin(), m_Cells.end(), isGap);
 }
 
-bool TableParser::isUnits() const
+bool TableParser::isBracketedUnits() const
 {
     return !m_Header.empty() && std::all_of(m_Cells.begin(), m_Cells.end(),
-                                    [](auto cell) { return cell.empty() || cell == "-" || isInBrackets(cell); });
+                                    [](auto cell) { return cell.empty() || cell == "-" || isBracketed(cell); });
 }
 
 void TableParser::takeHeader(std::string_view line)
 {
-    if (isUnits()) {
+    constexpr std::size_t MOST_ABOVE = 2;
+    if (isBracketedUnits()) {
         m_Units = line;
-    } else {
-        m_Header = line;
-        m_Units.clear();
+        return;
     }
+    const std::string above = std::exchange(m_Header, line);
+    m_Units.clear();
+    if (std::exchange(m_HasGap, false))
+        m_Above.clear();
+    else if (!above.empty())
+        m_Above.insert(m_Above.begin(), above);
+    m_Above.resize(std::min(m_Above.size(), MOST_ABOVE));
+}
+
+// Of two lines of text that have a cell for each column, the first has the names and the second the units. Of more, as
+// of one, the last has the names.
+void TableParser::findUnits()
+{
+    const auto numCells = [this](std::string_view text) {
+        Cells cells;
+        splitCells(text, m_Separator, cells);
+        return cells.size();
+    };
+    const auto hasNames = [this](const std::string& text) { return !namesIn(text).empty(); };
+    if (!m_Units.empty() || m_Above.empty() || !hasNames(m_Above[0]) || (m_Above.size() > 1 && hasNames(m_Above[1])))
+        return;
+    std::string units = m_Header;
+    if (const std::size_t number = numCells(m_Above[0]); m_Separator == '\t' && numCells(units) < number)
+        units.append(number - numCells(units), '\t'); // those at the end of a line are cut off
+    if (!hasNames(units))
+        return;
+    m_Units = units;
+    m_Header = m_Above[0];
 }
 
 char TableParser::separatorIn(std::string_view line) const
@@ -255,6 +283,7 @@ void TableParser::start(std::string_view line, std::size_t number)
     m_NumCells = m_Cells.size();
     m_Table.firstLine = number;
     m_Table.columns.resize(m_NumCells);
+    findUnits();
     setNames();
 }
 
@@ -297,8 +326,8 @@ void TableParser::setNames()
     const std::vector<std::string> units = m_Units.empty() ? std::vector<std::string>() : namesIn(m_Units);
     for (std::size_t i = 0; i < names.size(); ++i) {
         m_Table.columns[i].name = names[i];
-        if (i < units.size() && isInBrackets(units[i]))
-            m_Table.columns[i].name += " " + units[i];
+        if (i < units.size() && !isGap(units[i]))
+            m_Table.columns[i].name += " " + (isBracketed(units[i]) ? units[i] : "[" + units[i] + "]");
     }
 }
 

@@ -46,8 +46,8 @@ std::string describe(const Table& table, std::size_t column);
 // Makes a table of the lines of a text, one after another.
 //
 // The first line with a number or a time stamp is the first row. The last line of text before it, or the last comment
-// before it where there is no such line, has the names of the columns if it has as many cells. A line with units in
-// brackets may follow the names, and "sep=;" may come first.
+// before it where there is no such line, has the names of the columns if it has as many cells. A line with units may
+// follow the names: in brackets, or where just these two lines have a cell for each column. "sep=;" may come first.
 //
 // Cells are separated by what separates the names, or else by semicolons, tabs or commas, whichever the first row has,
 // else by any number of blanks. They may be in double quotes. Numbers have decimal points or, where commas do not
@@ -66,8 +66,9 @@ public:
 
 private:
     bool isHeader() const;
-    bool isUnits() const;
+    bool isBracketedUnits() const;
     void takeHeader(std::string_view line);
+    void findUnits();
     void start(std::string_view line, std::size_t number);
     char separatorIn(std::string_view line) const;
     char chosenSeparator(std::string_view line);
@@ -86,6 +87,8 @@ private:
     std::optional<char> m_ToldSeparator;
     std::optional<std::size_t> m_DateColumn; // which the time of day follows
     std::string m_Header;
+    std::vector<std::string> m_Above; // lines of text right above it, the nearest first
+    bool m_HasGap = false;            // below the header
     std::string m_Units;
     std::string m_Comment;
 };

@@ -95,6 +95,21 @@ TEST(TableParserTest, JoinsNamesAndTheirUnits)
     EXPECT_THAT(namesOf(parse("time;p;n\n[s];(Pa);-\n1;2;3\n")), ElementsAre("time [s]", "p (Pa)", "n"));
 }
 
+TEST(TableParserTest, TakesTheSecondOfTwoLinesForUnits)
+{
+    const auto isExpected = ElementsAre("time [s]", "inlet [Pa]", "outlet [Pa]");
+    for (const auto* text : {"time;inlet;outlet\ns;Pa;Pa\n0;1;2\n", "time inlet outlet\ns Pa Pa\n0 1 2\n",
+             "time,inlet,outlet\ns,Pa,Pa\n\n0,1,2\n", "Logger of the roof\ntime;inlet;outlet\ns;Pa;Pa\n0;1;2\n",
+             "of;the;roof\n\ntime;inlet;outlet\ns;Pa;Pa\n0;1;2\n", "time;inlet;outlet\ns;Pa;Pa\n0;1;2;\n"})
+        EXPECT_THAT(namesOf(parse(text)), isExpected) << text;
+    EXPECT_THAT(namesOf(parse("a;b;c;d\n;Pa;-;(m)\n0;1;2;3\n")), ElementsAre("a", "b [Pa]", "c", "d (m)"));
+    EXPECT_THAT(namesOf(parse("a\tb\tc\ns\tPa\t\n0\t1\t2\n")), ElementsAre("a [s]", "b [Pa]", "c"));
+    EXPECT_THAT(namesOf(parse("date;time;p\nd;h;Pa\n2024-05-01;12:30:01;7\n")), ElementsAre("date [d]", "p [Pa]"));
+    EXPECT_THAT(namesOf(parse("Logger;X\nPlace;roof\nt;p\n1;2\n")), ElementsAre("t", "p")) << "a third line";
+    EXPECT_THAT(namesOf(parse("Place;roof\n\nt;p\n1;2\n")), ElementsAre("t", "p")) << "apart";
+    EXPECT_THAT(namesOf(parse("Place;roof\nt;p\n[s];[Pa]\n1;2\n")), ElementsAre("t [s]", "p [Pa]"));
+}
+
 TEST(TableParserTest, TakesNamesThatAreNoUtf8ForLatin1)
 {
     EXPECT_THAT(namesOf(parse("T [\xB0"
