@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <iterator>
 #include <string_view>
 #include <utility>
@@ -132,6 +133,21 @@ std::uint64_t numNotFinite(const std::vector<Geometry>& geometries)
     return number;
 }
 
+// Scenes leave points out that have a coordinate beyond it.
+constexpr double FARTHEST = 1e30;
+
+// With coordinates that are finite.
+std::uint64_t numTooFar(const std::vector<Geometry>& geometries)
+{
+    const auto isFar = [](double coordinate) { return std::abs(coordinate) > FARTHEST; };
+    std::uint64_t number = 0;
+    for (const Geometry& geometry : geometries)
+        for (std::size_t i = 0; i < geometry.getNumPoints(); ++i)
+            if (const tavo::Vector3d point = geometry.getPoint(i); isFinite(point))
+                number += isFar(point[0]) || isFar(point[1]) || isFar(point[2]);
+    return number;
+}
+
 // "a, b and c"
 std::string listOf(const std::vector<std::string>& things)
 {
@@ -200,12 +216,18 @@ private:
         const std::uint64_t numBad = numNotFinite(file.geometries);
         if (numBad == numPoints)
             throw InputError(m_File, "has no points with finite coordinates");
+        const std::uint64_t numFar = numTooFar(file.geometries);
+        if (numBad + numFar == numPoints)
+            throw InputError(m_File, "has only points with coordinates beyond 1e30");
         SceneExhibit exhibit{m_Name, std::move(file.geometries), Side::TOP, false, std::move(file.remarks)};
         if (!file.leftOut.empty())
             exhibit.remarks.push_back("left out: " + listOf(file.leftOut));
         if (numBad > 0)
             exhibit.remarks.push_back(std::to_string(numBad) + " of " + std::to_string(numPoints) +
                                       " points have no finite coordinates and are left out");
+        if (numFar > 0)
+            exhibit.remarks.push_back(std::to_string(numFar) + " of " + std::to_string(numPoints) +
+                                      " points have coordinates beyond 1e30 and are left out");
         for (std::string& remark : exhibit.remarks)
             remark = printableName(m_File) + ": " + remark;
         addSceneWithCurves(std::move(exhibit));

@@ -11,6 +11,7 @@
 #include <iterator>
 #include <new>
 #include <sstream>
+#include <utility>
 
 #include "apps/vireo-view/DicomHeader.h"
 #include "apps/vireo-view/InputError.h"
@@ -152,16 +153,30 @@ fs::path pathOf(const QString& name)
     return name.toStdU16String();
 }
 
-// What follows that mark in the first line that has been reported with it since the log had that size; empty if there
-// is none.
-std::string firstLineSince(std::size_t size, const std::string& mark)
+// What follows that mark in the lines that have been reported with it since the log had that size.
+std::vector<std::string> linesSince(std::size_t size, const std::string& mark)
 {
     const std::string text = tavo::debugOutput.getText();
     std::istringstream lines(text.size() < size ? text : text.substr(size)); // shorter where its beginning was dropped
+    std::vector<std::string> found;
     for (std::string line; std::getline(lines, line);)
         if (line.starts_with(mark))
-            return line.substr(mark.size());
-    return {};
+            found.push_back(line.substr(mark.size()));
+    return found;
+}
+
+// In the first such line; empty if there is none.
+std::string firstLineSince(std::size_t size, const std::string& mark)
+{
+    const std::vector<std::string> lines = linesSince(size, mark);
+    return lines.empty() ? std::string() : lines.front();
+}
+
+// Whether the front door says that it shows this, only not as it was sent.
+bool isShownAnyhow(const std::string& line)
+{
+    const std::size_t end = std::min(line.rfind("; "), line.size());
+    return line.find(" drawn ", end) != std::string::npos;
 }
 
 } // namespace
@@ -181,6 +196,7 @@ int Viewer::run()
     }
     if (hasPictures())
         tavo::debugOutput.requireWindow(); // which keeps what is reported from the standard error stream
+    m_SizeOfLog = tavo::debugOutput.getText().size();
     showFiles();
     if (hasPictures())
         savePictures();
@@ -334,11 +350,12 @@ void Viewer::show(Exhibit& exhibit)
         tell(remark);
     const bool isView = isScene || isImage || std::holds_alternative<PlotExhibit>(exhibit);
     std::visit(Sender{viewName, hasPictures() ? nullptr : &m_Sliders, m_Layers, m_NamesInStack}, exhibit);
+    const bool isRefused = handOnWarnings();
     if (isView) {
         const bool isNew = std::none_of(m_Shown.begin(), m_Shown.end(),
             [&](const Shown& shown) { return !shown.section && shown.name == viewName; });
         if (isNew)
-            m_Shown.push_back({viewName, nullptr});
+            m_Shown.push_back({viewName, nullptr, isRefused});
         return openWindow();
     }
     tavo::DebugWindow* const window = tavo::debugOutput.getWindow();
@@ -348,7 +365,7 @@ void Viewer::show(Exhibit& exhibit)
         window->resize(windowSize());
     tavo::DebugSection* const section = window->getSections().back();
     setViewSize(*section, hasPictures() ? SIZE_IN_PICTURES : SIZE_IN_WINDOW);
-    m_Shown.push_back({name, section});
+    m_Shown.push_back({name, section, isRefused});
 }
 
 void Viewer::openWindow()
@@ -440,12 +457,31 @@ void Viewer::savePicture(const Shown& shown, const QString& file)
         }
         reason = tavo::savePicture(file, picture);
     } else if (!tavo::savePicture(shown.name, file.toLocal8Bit().toStdString())) {
-        const std::string line = firstLineSince(before, "warning: ");
+        const std::string line = firstLineSince(before, "warning: tavo::savePicture(");
         const std::string endOfCall = "): ";
         reason = line.substr(std::min(line.find(endOfCall), line.size() - endOfCall.size()) + endOfCall.size());
     }
-    if (!reason.empty())
+    handOnWarnings();
+    const bool isSaid = shown.isRefused && reason.starts_with("there is no view ");
+    if (!reason.empty() && !isSaid)
         fail(file.toStdString() + ": the picture cannot be saved: " + reason);
+}
+
+// With pictures nobody sees the log: says what the front door has said there since the last call. Returns whether it
+// refused anything.
+bool Viewer::handOnWarnings()
+{
+    if (!hasPictures())
+        return false;
+    bool isRefused = false;
+    const std::size_t before = std::exchange(m_SizeOfLog, tavo::debugOutput.getText().size());
+    for (const std::string& line : linesSince(before, "warning: tavo: ")) {
+        std::cerr << "vireo-view: " << line << '\n';
+        isRefused = isRefused || !isShownAnyhow(line);
+    }
+    if (isRefused)
+        m_ExitStatus = std::max<int>(m_ExitStatus, EXIT_STATUS_FAILED);
+    return isRefused;
 }
 
 void Viewer::tell(const std::string& text)

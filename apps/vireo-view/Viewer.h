@@ -26,7 +26,8 @@ public:
 
     // Needs a QApplication and the registered displayers. Returns the program's exit status, with pictures at once,
     // else when the person has closed the window. What cannot be shown is reported in a line on the standard error
-    // stream and in the window's log; the rest is shown.
+    // stream and in the window's log; the rest is shown. With pictures that stream has what the front door refuses,
+    // too.
     int run();
 
 private:
@@ -35,6 +36,7 @@ private:
     {
         std::string name;
         tavo::DebugSection* section; // null for a plot or a scene
+        bool isRefused = false;      // the front door has said that it does not show something of it
     };
 
     bool hasPictures() const { return !m_Options.picturesDirectory.isEmpty(); }
@@ -55,6 +57,7 @@ private:
     std::string nameOf(const InputFile& file);
     void savePictures();
     void savePicture(const Shown& shown, const QString& file);
+    bool handOnWarnings();
     void tell(const std::string& text);
     void fail(const std::string& reason, int exitStatus = EXIT_STATUS_FAILED);
 
@@ -65,6 +68,7 @@ private:
     LayersOnSlices m_Layers;
     std::list<FollowedPlot> m_Followed;
     std::list<TimeSlider> m_Sliders; // of the volumes with several times
+    std::size_t m_SizeOfLog = 0;     // when its warnings were handed on
     int m_ExitStatus = 0;
 };
 

@@ -97,6 +97,14 @@ TEST_F(ExhibitsTest, SaysHowManyPointsAreNotFinite)
         "a.ply: has no points with finite coordinates");
 }
 
+TEST_F(ExhibitsTest, SaysHowManyPointsAreTooFarAway)
+{
+    EXPECT_THAT(loadOne<SceneExhibit>("a.xyz", "0 0 0\n0 -1e31 0\n").remarks,
+        ElementsAre(
+            (directory() / "a.xyz").string() + ": 1 of 2 points have coordinates beyond 1e30 and are left out"));
+    EXPECT_EQ(errorLoading("a.xyz", "1e31 0 0\n0 0 1e32\n"), "a.xyz: has only points with coordinates beyond 1e30");
+}
+
 TEST_F(ExhibitsTest, SaysInOneLineWhatOfAFileIsLeftOut)
 {
     const auto scene = loadOne<SceneExhibit>("a.obj", "mtllib a.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nvt 1 0\n"

@@ -2,7 +2,9 @@
 #include <QPixmap>
 #include <QProcess>
 #include <QScreen>
+#include <algorithm>
 #include <gmock/gmock.h>
+#include <limits>
 #include <utility>
 
 #include "tests/apps/vireo-view/NiftiFile.h"
@@ -296,6 +298,31 @@ TEST_F(VireoViewGLTest, ShowsTheExamplesAndThenTheCurvesOfBoth)
     EXPECT_THAT(pictures(), ElementsAre("01-ch2.nii.gz-in-slices.png", "02-ch2.nii.gz-2-x-1-x-1-voxels.png",
                                 "03-building.ply.png", "04-ch2.nii.gz-voxels-per-density.png",
                                 "05-building.ply-points-per-z.png", "06-building.ply-highest-and-lowest-z.png"));
+}
+
+// A volume of floats that are all the same.
+std::string volumeOf(float number)
+{
+    return NiftiFile({3, 3, 3}, NIFTI_TYPE_FLOAT32, bytesOf(std::vector<float>(27, number))).getBytes();
+}
+
+TEST_F(VireoViewGLTest, SaysWhatIsRefusedOfWhatPicturesAreSavedOf)
+{
+    constexpr float NONE = std::numeric_limits<float>::quiet_NaN();
+    write("nan.nii", volumeOf(NONE));
+    write("good.nii", volumeOf(1));
+    write("nan.pfm", "Pf\n2 1\n-1\n" + bytesOf(std::vector<float>(2, NONE)));
+    write("far.ply", "ply\nformat ascii 1.0\nelement vertex 2\nproperty double x\nproperty double y\n"
+                     "property double z\nend_header\n1e31 0 0\n1e31 1 1\n");
+    for (const QStringList& arguments : {QStringList{"nan.nii"}, {"--slices", "good.nii", "--overlay", "nan.nii"},
+             {"--slices", "good.nii", "--labels", "nan.nii"}, {"nan.pfm"}, {"far.ply"}}) {
+        const Outcome outcome = run(arguments + QStringList{"--pictures", "pictures"});
+        const std::string what = arguments.join(' ').toStdString();
+        EXPECT_EQ(outcome.exitStatus, 1) << what;
+        EXPECT_THAT(outcome.errors, StartsWith("vireo-view: ")) << what;
+        EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome.errors;
+        EXPECT_THAT(outcome.errors, testing::Not(HasSubstr("there is no view"))) << what;
+    }
 }
 
 TEST_F(VireoViewGLTest, ShowsTheOtherFilesIfOneIsBad)
