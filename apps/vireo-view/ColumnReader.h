@@ -7,7 +7,9 @@
 
 namespace vireo_view {
 
-// Reads a text with columns of numbers (see TableParser). Throws InputError for a file without any number.
+// Reads a text with columns of numbers (see TableParser). Lines before the names of the columns are left out, also
+// those with numbers, if these have other cells than the rows below the names. Throws InputError for a file without any
+// number.
 Table readColumns(const std::filesystem::path& file, const Progress& progress);
 
 } // namespace vireo_view

@@ -128,6 +128,9 @@ std::vector<std::string> Table::remarks() const
 {
     constexpr std::size_t MOST = 10;
     std::vector<std::string> lines;
+    if (numBefore > 0)
+        lines.push_back("the table begins in line " + std::to_string(numBefore + 1) + "; " +
+                        numbered(numBefore, "line") + " before it " + (numBefore == 1 ? "is" : "are") + " left out");
     std::size_t numTextColumns = 0;
     for (std::size_t i = 0; i < columns.size(); ++i)
         if (columns[i].numTexts > 0 && ++numTextColumns <= MOST)

@@ -30,6 +30,7 @@ struct Table
     std::vector<Column> columns;
     std::size_t numRows = 0;
     std::size_t firstLine = 0; // with numbers
+    std::size_t numBefore = 0; // lines before the table, which are left out
     // Lines that have not as many cells as that, and the first of them.
     std::size_t numUneven = 0;
     std::size_t firstUneven = 0;

@@ -46,6 +46,32 @@ TEST_F(ColumnReaderTest, NumbersLinesAsEditorsDo)
     EXPECT_EQ(read("# one\n\nt,s\n1,x\n").columns[1].lineOfFirstText, 4u);
 }
 
+TEST_F(ColumnReaderTest, FindsTheTableBelowOtherLines)
+{
+    const std::string rows = "0;1,5\n1;2,5\n2;4\n";
+    for (const auto* above : {"Logger 3000\nSerial;123\n\n", "Logger;3000\nSerial;123\n\n", "# none\n1 2 3\n4\n"}) {
+        const Table table = read(above + ("t;p\n" + rows));
+        ASSERT_EQ(table.columns.size(), 2u) << above;
+        EXPECT_EQ(table.columns[1].name, "p") << above;
+        EXPECT_THAT(table.columns[1].values, ElementsAre(1.5, 2.5, 4)) << above;
+        EXPECT_THAT(table.remarks(), ElementsAre("the table begins in line 4; 3 lines before it are left out"))
+            << above;
+    }
+    EXPECT_EQ(read("Logger 3000\nt;p\ns;Pa\n" + rows).columns[0].name, "t [s]");
+    EXPECT_THAT(read("Logger 3000\nt;p\n" + rows).remarks(),
+        ElementsAre("the table begins in line 2; 1 line before it is left out"));
+}
+
+TEST_F(ColumnReaderTest, LeavesNoRowsOutThatMayBeOfTheTable)
+{
+    for (const auto* contents : {"t;p\n0;1\nERR;ERR\n1;2\n2;3\n", "0;1\nt;p\n1;2\n2;3\n", "t p\n0 1\n0,5 1,5\n1,5 2\n",
+             "s;p\nOK;1\ns;p\n0;1\n1;2\n", "3\n1 2 3\n4 5 6\n", "sep=;\n1\nt;p\n1;2\n2;3\n"}) {
+        const Table table = read(contents);
+        EXPECT_EQ(table.numBefore, 0u) << contents;
+        EXPECT_GT(table.numRows, 2u) << contents;
+    }
+}
+
 TEST_F(ColumnReaderTest, TurnsAwayAFileWithoutNumbers)
 {
     for (const auto* contents : {"\n", "# nothing\n", "x,y\n", "NA\nnan\n", "Dear reader,\n\nthere are no numbers.\n"})
