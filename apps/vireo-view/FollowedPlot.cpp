@@ -17,9 +17,13 @@ FollowedPlot::FollowedPlot(const std::filesystem::path& file, std::string name, 
 FollowedPlot::News FollowedPlot::poll()
 {
     News news;
+    const std::optional<Table> before = m_Plot ? std::optional(m_Parser.getTable()) : std::nullopt;
     tell(m_File.poll([this](std::string_view line, std::size_t number) { m_Parser.parseLine(line, number); }), news);
     if (m_Parser.getTable().numRows > 0 && plan(news))
         news.rows = takeRows();
+    if (before && m_Plot)
+        for (const std::string& remark : m_Parser.getTable().remarks(&*before))
+            news.lines.push_back(printableName(m_Path) + ": " + remark);
     return news;
 }
 

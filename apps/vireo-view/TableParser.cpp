@@ -124,24 +124,27 @@ bool Table::hasNumbers() const
     return std::any_of(columns.begin(), columns.end(), [](const Column& column) { return column.hasNumbers(); });
 }
 
-std::vector<std::string> Table::remarks() const
+std::vector<std::string> Table::remarks(const Table* before) const
 {
     constexpr std::size_t MOST = 10;
+    const auto hadTexts = [before](std::size_t i) {
+        return before && i < before->columns.size() && before->columns[i].numTexts > 0;
+    };
     std::vector<std::string> lines;
-    if (numBefore > 0)
+    if (numBefore > 0 && !before)
         lines.push_back("the table begins in line " + std::to_string(numBefore + 1) + "; " +
                         numbered(numBefore, "line") + " before it " + (numBefore == 1 ? "is" : "are") + " left out");
     std::size_t numTextColumns = 0;
     for (std::size_t i = 0; i < columns.size(); ++i)
-        if (columns[i].numTexts > 0 && ++numTextColumns <= MOST)
+        if (columns[i].numTexts > 0 && !hadTexts(i) && ++numTextColumns <= MOST)
             lines.push_back(textRemark(*this, i));
     if (numTextColumns > MOST)
         lines.push_back("so it is with " + std::to_string(numTextColumns - MOST) + " more columns");
-    if (numUneven > 0)
+    if (numUneven > 0 && !(before && before->numUneven > 0))
         lines.push_back(numbered(numUneven, "line") + (numUneven == 1 ? " has" : " have") +
                         " not as many cells as line " + std::to_string(firstLine) + ", the first of them line " +
                         std::to_string(firstUneven));
-    if (columns.size() >= MOST_CELLS)
+    if (columns.size() >= MOST_CELLS && !(before && before->columns.size() >= MOST_CELLS))
         lines.push_back("there are " + std::to_string(MOST_CELLS) + " columns or more; the rest is left out");
     return lines;
 }

@@ -37,8 +37,9 @@ struct Table
 
     bool hasNumbers() const;
 
-    // What a person should know of it, one line each: which columns are text, and what else is not shown.
-    std::vector<std::string> remarks() const;
+    // What a person should know of it, one line each: which columns are text, and what else is not shown. If it has
+    // grown, what was true before is left out.
+    std::vector<std::string> remarks(const Table* before = nullptr) const;
 };
 
 // "column 2 'name'", or without the name where it has none.

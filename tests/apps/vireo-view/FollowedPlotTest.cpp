@@ -114,6 +114,24 @@ TEST_F(FollowedPlotTest, SaysWhatIsLeftOut)
     EXPECT_THAT(plot.poll().lines, IsEmpty()) << "once";
 }
 
+TEST_F(FollowedPlotTest, SaysOnceWhatOfTheLaterLinesIsNoRow)
+{
+    write("a.log", "t,p\n1,5\n2,6\n3,7\n");
+    FollowedPlot plot = follow();
+    EXPECT_THAT(plot.poll().lines, IsEmpty());
+    append("4,x\n5,y\n");
+    EXPECT_THAT(plot.poll().lines, ElementsAre(EndsWith("a.log: column 2 'p': 'x' in line 5 is not a number, nor is 1 "
+                                                        "more cell; there are gaps")));
+    append("6,8\n7\n8,9,1\n");
+    EXPECT_THAT(plot.poll().lines,
+        ElementsAre(EndsWith("a.log: 2 lines have not as many cells as line 2, the first of them line 8")));
+    append("9,z\n10\n");
+    EXPECT_THAT(plot.poll().lines, IsEmpty());
+    append("now,9\n");
+    EXPECT_THAT(
+        plot.poll().lines, ElementsAre(EndsWith("column 1 't': 'now' in line 12 is not a number; there is a gap")));
+}
+
 TEST_F(FollowedPlotTest, SaysThatAThirdUnitHasNoAxis)
 {
     write("a.log", "t,p [Pa],T [K],h [%]\n1,2,3,4\n");
