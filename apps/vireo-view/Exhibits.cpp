@@ -159,6 +159,17 @@ std::string listOf(const std::vector<std::string>& things)
     return things.size() > MOST ? text + " and " + std::to_string(things.size() - MOST) + " more" : text;
 }
 
+// Those with a name: others may come of separators at the ends of lines. Empty if there are none.
+std::string emptyColumnsOf(const Table& table)
+{
+    std::vector<std::string> empty;
+    for (std::size_t i = 0; i < table.columns.size(); ++i)
+        if (const Column& column = table.columns[i];
+            !column.name.empty() && column.numValues == 0 && column.numTexts == 0)
+            empty.push_back(describe(table, i));
+    return empty.empty() ? "" : listOf(empty) + (empty.size() > 1 ? " are" : " is") + " empty and left out";
+}
+
 bool isTextOfPoints(FileFormat format)
 {
     return format == FileFormat::XYZ || format == FileFormat::PTS;
@@ -308,6 +319,8 @@ private:
     {
         const TablePlot plot = planPlot(m_File, table, m_Options.columns);
         std::vector<std::string> remarks = remarksOn(m_File, table, plot);
+        if (const std::string empty = emptyColumnsOf(table); !empty.empty())
+            remarks.push_back(printableName(m_File) + ": " + empty);
         PlotExhibit exhibit = makePlot(std::move(table), plot, m_Name);
         exhibit.remarks = std::move(remarks);
         m_Exhibits.emplace_back(std::move(exhibit));

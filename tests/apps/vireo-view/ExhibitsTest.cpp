@@ -244,6 +244,16 @@ TEST_F(ExhibitsTest, SaysWhatIsLeftOut)
                                   file + ": column 2 'end' has times and is left out (--x 2 has it along x)"));
 }
 
+TEST_F(ExhibitsTest, SaysWhichColumnsAreEmpty)
+{
+    const std::string file = (directory() / "a.csv").string();
+    EXPECT_THAT(loadOne<PlotExhibit>("a.csv", "t,p,q\n1,5,\n2,6,NA\n").remarks,
+        ElementsAre(file + ": column 3 'q' is empty and left out"));
+    EXPECT_THAT(loadOne<PlotExhibit>("a.csv", "t,p,q,r\n1,,7,\n").remarks,
+        ElementsAre(file + ": column 2 'p' and column 4 'r' are empty and left out"));
+    EXPECT_THAT(loadOne<PlotExhibit>("a.csv", "1,2,\n3,4,\n").remarks, testing::IsEmpty());
+}
+
 TEST_F(ExhibitsTest, CutsLongColumnNamesAndSaysSo)
 {
     const std::string longest(100, 'n');
