@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QFileInfo>
 #include <QImage>
 #include <QScreen>
 #include <QTimer>
@@ -153,6 +154,22 @@ fs::path pathOf(const QString& name)
     return name.toStdU16String();
 }
 
+// The directory and those above it, the innermost first.
+QStringList missingDirectories(const QString& directory)
+{
+    QStringList missing;
+    for (QString path = QDir::cleanPath(QDir().absoluteFilePath(directory)); !QFileInfo::exists(path);
+         path = QFileInfo(path).path())
+        missing.append(path);
+    return missing;
+}
+
+void removeEmpty(const QStringList& directories)
+{
+    for (const QString& directory : directories)
+        QDir().rmdir(directory); // not if there is anything in it
+}
+
 // What follows that mark in the lines that have been reported with it since the log had that size.
 std::vector<std::string> linesSince(std::size_t size, const std::string& mark)
 {
@@ -190,18 +207,22 @@ Viewer::Viewer(const Options& options)
 
 int Viewer::run()
 {
+    const QStringList newDirectories = hasPictures() ? missingDirectories(m_Options.picturesDirectory) : QStringList();
     if (hasPictures() && !QDir().mkpath(m_Options.picturesDirectory)) {
         fail(m_Options.picturesDirectory.toStdString() + ": the directory cannot be made");
+        removeEmpty(newDirectories);
         return EXIT_STATUS_FAILED;
     }
     if (hasPictures())
         tavo::debugOutput.requireWindow(); // which keeps what is reported from the standard error stream
     m_SizeOfLog = tavo::debugOutput.getText().size();
     showFiles();
-    if (hasPictures())
+    if (hasPictures()) {
         savePictures();
-    else if (tavo::debugOutput.getWindow() && !wasWindowClosed())
+        removeEmpty(newDirectories);
+    } else if (tavo::debugOutput.getWindow() && !wasWindowClosed()) {
         serve();
+    }
     return m_ExitStatus;
 }
 

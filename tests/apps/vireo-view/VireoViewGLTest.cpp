@@ -402,6 +402,16 @@ TEST_F(VireoViewGLTest, SaysThatPicturesCannotBeSaved)
     EXPECT_EQ(outcome.errors, "vireo-view: a.csv/pictures: the directory cannot be made\n");
 }
 
+TEST_F(VireoViewGLTest, LeavesNoNewDirectoryWhereItSavesNoPicture)
+{
+    write("a.csv", "t,p\n0,1\n");
+    std::filesystem::create_directory(directory() / "kept");
+    EXPECT_EQ(run({"a.csv", "--columns", "nosuch", "--pictures", "kept/new/5"}).exitStatus, 2);
+    EXPECT_FALSE(std::filesystem::exists(directory() / "kept" / "new"));
+    EXPECT_EQ(run({"a.csv", "--columns", "nosuch", "--pictures", "kept"}).exitStatus, 2);
+    EXPECT_TRUE(std::filesystem::exists(directory() / "kept"));
+}
+
 TEST_F(VireoViewGLTest, SaysThatAPictureCannotBeSavedAndSavesTheOthers)
 {
     write("a.csv", "1\n2\n");
