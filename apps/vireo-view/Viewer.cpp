@@ -158,8 +158,8 @@ fs::path pathOf(const QString& name)
 QStringList missingDirectories(const QString& directory)
 {
     QStringList missing;
-    for (QString path = QDir::cleanPath(QDir().absoluteFilePath(directory)); !QFileInfo::exists(path);
-         path = QFileInfo(path).path())
+    for (QString path = QDir::cleanPath(QDir().absoluteFilePath(directory));
+         !QFileInfo::exists(path) && !QDir(path).isRoot(); path = QFileInfo(path).path()) // there may be no such drive
         missing.append(path);
     return missing;
 }
