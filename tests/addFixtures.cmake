@@ -20,6 +20,7 @@ foreach(fixture IN LISTS fixtures)
     string(REGEX REPLACE "\\..*" "" fixture "${fixture}")
     add_test(${PREFIX}${fixture} ${COMMAND} "--gtest_filter=${fixture}.*")
     # Skipped is what has skipped each of its tests, which GoogleTest says last.
-    set_tests_properties(${PREFIX}${fixture} PROPERTIES WORKING_DIRECTORY "${DIRECTORY}" ENVIRONMENT "${ENVIRONMENT}"
+    set_tests_properties(${PREFIX}${fixture} PROPERTIES WORKING_DIRECTORY "${DIRECTORY}" TIMEOUT 900
+        ENVIRONMENT "${ENVIRONMENT};VIREO_TIME_LIMIT=880"
         SKIP_REGULAR_EXPRESSION "PASSED  \\] 0 tests\\.\r?\n\\[  SKIPPED[^\n]*\n(\\[  SKIPPED \\] [^\n]*\n)+\$" ${PROPERTIES})
 endforeach()

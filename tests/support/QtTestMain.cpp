@@ -32,6 +32,7 @@ int main(int argc, char** argv)
 
     qInstallMessageHandler(skipIfPlatformCannotStart);
     tavo::chooseQtWindowSystem();
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); // nobody can answer the system's own
     if (!qEnvironmentVariableIsSet("VIREO_SHOW") && !qEnvironmentVariableIsSet("VIREO_TEST_REMEMBERS"))
         qputenv("VIREO_SHOW", "fresh"); // whatever is remembered on this machine
     const QApplication application(argc, argv);

@@ -3,7 +3,10 @@
 #include <QLocale>
 #include <QSet>
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <limits>
+#include <string>
 
 namespace tavo {
 
@@ -90,6 +93,14 @@ QString writtenOut(double value, int decimals)
     return text.replace('-', MINUS);
 }
 
+double tenTo(int exponent)
+{
+    const std::string text = "1e" + std::to_string(exponent);
+    double power = exponent < 0 ? 0 : std::numeric_limits<double>::infinity(); // where it is too small or too large
+    std::from_chars(text.data(), text.data() + text.size(), power);
+    return power;
+}
+
 QString powerOfTen(int exponent)
 {
     static const QString RAISED = QStringLiteral("⁰¹²³⁴⁵⁶⁷⁸⁹");
@@ -112,7 +123,7 @@ NumberFormat::NumberFormat(double from, double to, double step, const QString& u
     };
     if (numDigits() > MOST_DIGITS) {
         // Much longer than what is seen, so that it stays while that is moved.
-        m_OffsetStep = std::pow(10.0, exponentOf(to - from) + 2);
+        m_OffsetStep = tenTo(exponentOf(to - from) + 2);
         m_Offset = roundWithinOrBelow(from, to, m_OffsetStep);
         first = exponentOf(std::max(std::abs(from - m_Offset), std::abs(to - m_Offset)));
     }
@@ -125,9 +136,9 @@ QString NumberFormat::label(double value) const
 {
     double counted = value - m_Offset;
     if (std::abs(counted) < m_Step * 1e-6)
-        counted = 0;                                    // and not what the sum of steps leaves of it
-    const double half = std::pow(10.0, m_Exponent / 2); // the whole may be too small
-    return writtenOut(counted / half / std::pow(10.0, m_Exponent - m_Exponent / 2), m_Decimals);
+        counted = 0;                           // and not what the sum of steps leaves of it
+    const double half = tenTo(m_Exponent / 2); // the whole may be too small
+    return writtenOut(counted / half / tenTo(m_Exponent - m_Exponent / 2), m_Decimals);
 }
 
 QString NumberFormat::offset() const

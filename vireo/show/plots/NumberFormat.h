@@ -36,6 +36,9 @@ private:
 // A number with so many digits behind its point, and thin spaces between its thousands.
 QString writtenOut(double value, int decimals);
 
+// A power of ten, to the last bit, which std::pow() is not everywhere.
+double tenTo(int exponent);
+
 // A power of ten, such as "10⁶".
 QString powerOfTen(int exponent);
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "vireo/show/plots/NumberFormat.h"
+
 namespace tavo {
 
 namespace {
@@ -28,7 +30,7 @@ struct CalendarStep
 // A second and less, by the numbers that other axes have.
 CalendarStep shortStep(double shortest)
 {
-    const double decade = std::pow(10.0, std::floor(std::log10(shortest)));
+    const double decade = tenTo(static_cast<int>(std::floor(std::log10(shortest))));
     for (const double factor : {1.0, 2.0, 5.0})
         if (factor * decade >= shortest * (1 - 1e-9))
             return {factor * decade, 0, 1};

@@ -28,7 +28,7 @@ QwtScaleDiv linearTicks(const AxisUpdate::Range& range, int mostTicks)
     constexpr double SHORT = 1e-9;
     const double length = range.to - range.from;
     const bool isShort = length < std::max(std::abs(range.from), std::abs(range.to)) * SHORT;
-    const double longer = isShort ? std::pow(10.0, std::ceil(std::log10(length)) + 1) : 1;
+    const double longer = isShort ? tenTo(static_cast<int>(std::ceil(std::log10(length))) + 1) : 1;
     const double shared = isShort ? std::floor(range.from / longer) * longer : 0;
     QwtScaleDiv ticks =
         QwtLinearScaleEngine().divideScale(range.from - shared, range.to - shared, mostTicks, MINOR_TICKS);
@@ -60,7 +60,7 @@ AxisDivision linearDivision(const AxisUpdate& axis, const AxisUpdate::Range& ran
 QString labelOfDecades(double value, bool areWrittenOut)
 {
     const int exponent = static_cast<int>(std::floor(std::log10(value) + 1e-9));
-    const auto digit = std::lround(value / std::pow(10.0, exponent));
+    const auto digit = std::lround(value / tenTo(exponent));
     if (areWrittenOut)
         return writtenOut(value, std::max(0, -exponent));
     return (digit == 1 ? QString() : QString::number(digit) + QStringLiteral("×")) + powerOfTen(exponent);
@@ -73,7 +73,7 @@ QList<double> timesPowersOfTen(std::initializer_list<int> digits, const AxisUpda
     const int last = static_cast<int>(std::floor(std::log10(range.to)));
     for (int exponent = static_cast<int>(std::floor(std::log10(range.from))); exponent <= last; ++exponent)
         for (const int digit : digits)
-            if (const double value = digit * std::pow(10.0, exponent); value >= range.from && value <= range.to)
+            if (const double value = digit * tenTo(exponent); value >= range.from && value <= range.to)
                 values += value;
     return values;
 }

@@ -19,12 +19,12 @@ double stepOf(double value)
     constexpr double ROUNDING = 1e-15;
     const double size = std::abs(value);
     const double finest = std::max(std::min(size * SMALLEST_PART, SMALLEST_STEP), size * ROUNDING);
-    double step = std::pow(10.0, std::floor(std::log10(finest)));
-    const auto isMultipleOf = [size, half = step / 2](
+    int exponent = static_cast<int>(std::floor(std::log10(finest)));
+    const auto isMultipleOf = [size, half = tenTo(exponent) / 2](
                                   double larger) { return std::abs(size - std::round(size / larger) * larger) < half; };
-    while (10 * step <= size && isMultipleOf(10 * step))
-        step *= 10;
-    return step;
+    while (tenTo(exponent + 1) <= size && isMultipleOf(tenTo(exponent + 1)))
+        ++exponent;
+    return tenTo(exponent);
 }
 
 // Far from zero it is written from an offset, as the numbers of a short axis are.

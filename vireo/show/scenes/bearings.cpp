@@ -194,7 +194,7 @@ QString titleOf(const QString& name, const AxisTicks& ticks)
 QString rangeOf(double from, double to)
 {
     constexpr double NUM_STEPS = 10;
-    const double step = std::pow(10.0, std::floor(std::log10((to - from) / NUM_STEPS)));
+    const double step = tenTo(static_cast<int>(std::floor(std::log10((to - from) / NUM_STEPS))));
     const NumberFormat format(from, to, step, {});
     return titleOf(format.label(from) + " to " + format.label(to), {{}, {}, format.unit(), format.offset()});
 }

@@ -13,7 +13,7 @@ namespace {
 double roundedDown(double value)
 {
     constexpr double ROUNDING = 1 - 1e-9;
-    const double decade = std::pow(10.0, std::floor(std::log10(value / ROUNDING)));
+    const double decade = tenTo(static_cast<int>(std::floor(std::log10(value / ROUNDING))));
     for (const double step : {5, 2})
         if (step * decade * ROUNDING <= value)
             return step * decade;

@@ -242,7 +242,6 @@ TEST_F(DebugWindowTest, StaysClosedUntilANewSectionComes)
 TEST_F(DebugWindowTest, SavesAPictureWhereThePersonSays)
 {
     // In Qt's own dialog: a system's has no parts that a test could use.
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QTemporaryDir folder;
     send("name", "text");
     waitForExposure();

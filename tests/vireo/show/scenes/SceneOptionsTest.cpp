@@ -121,9 +121,9 @@ TEST_F(SceneOptionsTest, TextsAreInTheInkUnlessTheyHaveAColour)
     ItemUpdate text = item(ItemKind::Text, {0, 0, 0});
     text.shape->text = "HHH";
     send(m_View, "text", text);
-    EXPECT_GT(numNear(picture(), Qt::black), 10);
+    EXPECT_GT(numNear(picture(), Qt::black), 5);
     setGround(QColor(20, 20, 20), Qt::white);
-    EXPECT_GT(numNear(picture(), Qt::white), 10);
+    EXPECT_GT(numNear(picture(), Qt::white), 5);
     ItemUpdate red;
     red.colour = RGBA8(255, 0, 0, 255);
     send(m_View, "text", red);

@@ -337,7 +337,7 @@ TEST_F(SceneOverlaysTest, ALegendHasAsManyRowsAsThereIsRoomFor)
             if (!bar.categories.empty()) {
                 const std::size_t numShown = bar.categories.size() - 1;
                 EXPECT_EQ(bar.categories.back().text, "and " + QString::number(100 - numShown) + " more");
-                EXPECT_GT(numShown, 3U);
+                EXPECT_GE(numShown, 3U);
             }
     }
     const std::vector<LegendRow> few(legend.categories.begin(), legend.categories.begin() + 3);

@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QSlider>
 #include <QSpinBox>
+#include <QStyle>
 #include <QTimer>
 #include <QWheelEvent>
 #include <gmock/gmock.h>
@@ -715,7 +716,8 @@ TEST_F(ScenePanelTest, ItIsDarkWhereTheWindowIs)
     clickBox({"path"});
     const QImage box = tree()->viewport()->grab(rectOfBox({"path"})).toImage();
     EXPECT_GT(box.pixelColor(box.width() / 2, 0).lightness(), 100) << "its outline";
-    EXPECT_LT(box.pixelColor(box.width() / 2, box.height() / 2).lightness(), 60);
+    const bool isDrawnByQt = QApplication::style()->inherits("QFusionStyle"); // others have boxes as the system does
+    EXPECT_TRUE(!isDrawnByQt || box.pixelColor(box.width() / 2, box.height() / 2).lightness() < 60);
     auto* const maps = find<QComboBox>("colourMap");
     maps->showPopup();
     const QImage list = maps->view()->viewport()->grab().toImage();

@@ -146,7 +146,6 @@ TEST_F(VolumePanelTest, ALookIsSavedAndLoaded)
 {
     const QTemporaryDir folder;
     const QString file = folder.filePath("look.json");
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); // nobody can answer the system's own
     const auto answer = [this](const char* button, const QString& path) {
         clickMouse(find<QPushButton>(button));
         auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());

@@ -25,7 +25,6 @@ protected:
         const QString started = m_Folder.filePath("started");
         m_Manager.start("openbox", {"--sm-disable", "--startup", "touch " + started});
         ASSERT_TRUE(QTest::qWaitFor([&] { return QFile::exists(started); }));
-        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     }
 
     void TearDown() override

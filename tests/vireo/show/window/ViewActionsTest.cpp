@@ -16,9 +16,6 @@ namespace {
 class ViewActionsTest : public ShowWindowTest
 {
 protected:
-    // Nobody can answer the system's own from here.
-    ViewActionsTest() { QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
-
     static QWidget* fullScreenOf(const QString& title)
     {
         return window()->findChild<QWidget*>("fullScreenOf" + dock(title)->objectName());
