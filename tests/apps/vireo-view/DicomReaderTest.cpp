@@ -28,7 +28,7 @@ protected:
     std::filesystem::path folder() const { return directory() / "scan"; }
 
     // As errors have it.
-    static std::string nameOf(const char* file) { return (std::filesystem::path("scan") / file).string(); }
+    static std::string inErrors(const char* file) { return (std::filesystem::path("scan") / file).string(); }
 
     Volume read() const { return readDicom({folder()}, nullptr); }
 
@@ -174,7 +174,7 @@ TEST_F(DicomReaderTest, StandsWhatLiesDeepInOtherFields)
     DicomFile file = sliceAt(0, 0);
     for (int i = 0; i < 200'000; ++i)
         file.before += std::string("\x00\x52\x30\x92SQ\0\0\xFF\xFF\xFF\xFF\xFE\xFF\x00\xE0\xFF\xFF\xFF\xFF", 20);
-    EXPECT_EQ(errorReading(add("1", file)), nameOf("1") + ": has no pixels");
+    EXPECT_EQ(errorReading(add("1", file)), inErrors("1") + ": has no pixels");
 }
 
 TEST_F(DicomReaderTest, SaysThatSlicesAreNotEquallyFarApart)
@@ -202,9 +202,9 @@ TEST_F(DicomReaderTest, RefusesCompressedPixels)
     DicomFile slice = sliceAt(0, 0);
     slice.syntax = "1.2.840.10008.1.2.4.91";
     EXPECT_EQ(errorReading(add("1", slice)),
-        nameOf("1") + ": has compressed pixels (JPEG 2000), which are not read; \"gdcmconv --raw\" takes that away");
+        inErrors("1") + ": has compressed pixels (JPEG 2000), which are not read; \"gdcmconv --raw\" takes that away");
     slice.syntax = "1.2.3";
-    EXPECT_EQ(errorReading(add("1", slice)), nameOf("1") + ": is written in the unknown way '1.2.3'");
+    EXPECT_EQ(errorReading(add("1", slice)), inErrors("1") + ": is written in the unknown way '1.2.3'");
 }
 
 TEST_F(DicomReaderTest, RefusesWhatIsNone)
@@ -230,7 +230,7 @@ TEST_F(DicomReaderTest, TellsHowFarItIsAndCanBeStopped)
     EXPECT_TRUE(std::is_sorted(parts.begin(), parts.end()));
     EXPECT_EQ(parts.back(), 1);
     EXPECT_EQ(messageOf<InputError>([&] { readDicom({folder()}, [](double part) { return part < 0.5; }); }),
-        nameOf("1") + ": the reading was stopped");
+        inErrors("1") + ": the reading was stopped");
 }
 
 } // namespace
