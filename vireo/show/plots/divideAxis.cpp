@@ -165,11 +165,12 @@ AxisDivision divisionOf(const AxisUpdate& axis, const AxisUpdate::Range& range, 
     return axis.isLog.value_or(false) ? logDivision(axis, range, mostTicks) : linearDivision(axis, range, mostTicks);
 }
 
+// Lines are as high as the font, whatever other font lends it a thin space.
 QSizeF largestLabel(const QStringList& labels, const QFontMetricsF& font)
 {
     QSizeF largest;
     for (const QString& label : labels)
-        largest = largest.expandedTo(font.size(0, label));
+        largest = largest.expandedTo({font.size(0, label).width(), font.height() * (1 + label.count('\n'))});
     return largest;
 }
 
