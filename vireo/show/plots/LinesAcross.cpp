@@ -14,8 +14,9 @@ namespace tavo {
 
 namespace {
 
-constexpr double DRAWN_BELOW_CURVES = 15; // and above the grid
+constexpr double DRAWN_ABOVE_CURVES = 25; // many samples would hide a limit, and below the cursors
 constexpr double DISTANCE = 4;            // of a label from its line
+constexpr double OPACITY_OF_GROUND = 0.7; // behind a label
 constexpr std::size_t LONGEST_LABEL = 120;
 
 using Place = LinesAcross::Place;
@@ -62,7 +63,7 @@ int penaltyOf(
 
 LinesAcross::LinesAcross()
 {
-    setZ(DRAWN_BELOW_CURVES);
+    setZ(DRAWN_ABOVE_CURVES);
 }
 
 void LinesAcross::apply(const PlotUpdate& update)
@@ -133,8 +134,12 @@ void LinesAcross::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScal
             painter->drawLine(QPointF(canvas.left(), pixel), QPointF(canvas.right(), pixel));
     }
     const std::vector<QRectF> rects = placesOfLabels(places, font.height(), canvas);
-    for (std::size_t i = 0; i < rects.size(); ++i)
+    QColor ground = plot()->palette().color(QPalette::Base);
+    ground.setAlphaF(OPACITY_OF_GROUND);
+    for (std::size_t i = 0; i < rects.size(); ++i) {
+        painter->fillRect(rects[i], ground);
         painter->drawText(rects[i], Qt::AlignCenter | Qt::TextDontClip, labels[static_cast<int>(i)]);
+    }
 }
 
 } // namespace tavo

@@ -156,6 +156,18 @@ TEST_P(PlotPicturesTest, LinesAcrossAreDashedAndNamed)
     EXPECT_GT(numOfText({column + 4, 0, 40, 20}), 4) << "its label";
 }
 
+TEST_P(PlotPicturesTest, ManySamplesDoNotHideLinesAcross)
+{
+    std::vector<double> x(4000);
+    std::vector<double> y(4000);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        x[i] = 0.001 * static_cast<double>(i);
+        y[i] = i % 2 ? 4 : 0;
+    }
+    send(samples(x, y), [](PlotUpdate& update) { update.addLine({false, 2, "limit"}); });
+    EXPECT_GT(numOfText({0, pixelOf(0, 2).y() - 1, m_Picture.width(), 3}), m_Picture.width() / 4);
+}
+
 TEST_P(PlotPicturesTest, ASecondAxisCountsAtTheRight)
 {
     CurveUpdate curve = samples({0, 4}, {1000, 2000});
